@@ -1,0 +1,138 @@
+#include "apps/opnimp/database_choice.h"
+
+#include <array>
+#include <filesystem>
+#include <system_error>
+
+#include "apps/opnimp/failures.h"
+#include "apps/opnimp/printable.h"
+#include "platform/errors.h"
+#include "platform/native/native_clock.h"
+#include "platform/odbc/odbc_connection.h"
+#include "platform/text.h"
+#include "samples/company/sample_company.h"
+
+namespace velk {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* defaultPath = "opnimp.db";
+
+bool exists(const std::string& path) {
+  std::error_code error;
+  return fs::exists(fs::path(path), error);
+}
+
+std::string embedded(const std::string& path) {
+  try {
+    return embeddedConnectionString(path);
+  } catch (const RuntimeError&) {
+    throw CannotOpen("an embedded database cannot be called \"" + path +
+                     R"(": ";", braces and control characters do not go)");
+  }
+}
+
+// Where the value that starts at `from` ends: at a semicolon, which may stand inside braces.
+std::size_t valueEnd(std::string_view text, std::size_t from) {
+  if (from < text.size() && text[from] == '{') {
+    std::size_t close = text.find('}', from);
+    while (close != std::string_view::npos && close + 1 < text.size() && text[close + 1] == '}') {
+      close = text.find('}', close + 2);
+    }
+    if (close == std::string_view::npos) return text.size();
+    from = close;
+  }
+  return std::min(text.find(';', from), text.size());
+}
+
+bool isPasswordKey(std::string_view key) {
+  return equalsIgnoringCase(trim(key), "pwd") || equalsIgnoringCase(trim(key), "password");
+}
+
+OpenDatabase connect(const DatabaseChoice& choice, const Machine& machine) {
+  try {
+    return machine.openDatabase(choice.connectionString);
+  } catch (const RuntimeError& error) {
+    throw CannotOpen(
+        "the database " + choice.shown + " could not be opened: " + error.description() +
+        (choice.path.empty() ? ". Check the connection string, and that its driver is installed"
+                             : ". `opnimp demo-database PATH` makes an embedded database"));
+  }
+}
+
+}  // namespace
+
+DatabaseChoice chooseDatabase(const std::optional<std::string>& option) {
+  const std::string text = option.value_or(defaultPath);
+  if (text.find('=') != std::string::npos && !exists(text)) return {maskPasswords(text), text, {}};
+  return {text, embedded(text), text};
+}
+
+OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault, const Machine& machine,
+                          std::ostream& err) {
+  if (!choice.path.empty() && !exists(choice.path)) {
+    if (!isDefault) {
+      throw CannotOpen("there is no database " + choice.path + "; `opnimp demo-database " +
+                       choice.path + "` makes one with the sample company");
+    }
+    makeDemoDatabase(choice.path);
+    err << "Made " << choice.path << " with the sample company.\n";
+  }
+  return connect(choice, machine);
+}
+
+void makeDemoDatabase(const std::string& path) {
+  embedded(path);
+  try {
+    createSampleCompany(path);
+  } catch (const RuntimeError& error) {
+    const bool there = error.is(ErrorNumber::FileAlreadyOpen);
+    throw CannotOpen("the database " + path + " could not be made: " +
+                     (there
+                          ? "there is such a file already. Choose another path, or remove it first"
+                          : error.description() + ". Check the folder and its permissions"));
+  }
+}
+
+std::string maskPasswords(std::string_view connectionString) {
+  std::string masked;
+  std::size_t start = 0;
+  while (start < connectionString.size()) {
+    const std::size_t equals = connectionString.find('=', start);
+    if (equals == std::string_view::npos) break;
+    const std::size_t end = valueEnd(connectionString, equals + 1);
+    const std::string_view key = connectionString.substr(start, equals - start);
+    masked.append(key).append("=");
+    masked.append(isPasswordKey(key) ? "***"
+                                     : connectionString.substr(equals + 1, end - equals - 1));
+    if (end < connectionString.size()) masked += ';';
+    start = end + 1;
+  }
+  if (start < connectionString.size()) masked.append(connectionString.substr(start));
+  return masked;
+}
+
+bool isSameFile(const std::string& a, const std::string& b) {
+  std::error_code error;
+  if (fs::equivalent(a, b, error) && !error) return true;
+  const fs::path first = fs::weakly_canonical(a, error);
+  if (error) return a == b;
+  const fs::path second = fs::weakly_canonical(b, error);
+  return error ? a == b : first == second;
+}
+
+Machine realMachine() {
+  Machine machine;
+  machine.interrupted = [] { return false; };
+  machine.clock = localNow;
+  machine.openDatabase = [](const std::string& connectionString) {
+    const auto connection = openOdbc(connectionString);
+    return OpenDatabase{connection, [connection] { connection->beginTransaction(); },
+                        [connection] { connection->rollback(); }};
+  };
+  return machine;
+}
+
+}  // namespace velk

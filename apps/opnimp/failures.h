@@ -1,0 +1,26 @@
+// How a command ends early. Each carries the line that the user reads.
+#pragma once
+
+#include <stdexcept>
+
+namespace velk {
+
+/// The command line makes no sense.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A file, folder or database could not be opened, made or written, before anything was posted.
+class CannotOpen : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// The screen, or the runner on its behalf, refuses the file or the mapping.
+class Refused : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+}  // namespace velk

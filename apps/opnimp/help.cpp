@@ -1,0 +1,60 @@
+#include "apps/opnimp/help.h"
+
+#include "apps/opnimp/kinds.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::string_view usage = R"(opnimp imports opening balances from comma-separated files.
+
+  opnimp import KIND FILE       post the file's records to the database
+  opnimp preview KIND FILE      show the columns, what maps to what, and the first rows;
+                                needs no database
+  opnimp demo-database PATH     make the sample company's embedded database
+  opnimp help, opnimp --version
+
+)";
+
+constexpr std::string_view optionsText = R"(
+Options of import (preview takes --map and --json):
+  --database STRING    an ODBC connection string, or the path of an embedded database
+                       (default: opnimp.db in the current folder, made with the sample
+                       company on first use)
+  --map "Field=Column" map a column of the file, by its title or as #N for the Nth, to a
+                       field; on top of those whose titles match; may be repeated
+  --dry-run            every check runs, nothing is posted
+  --rejects FILE       write the refused records to FILE, to be corrected and imported again;
+                       why to FILE.reasons.csv, records to look up to FILE.check.csv, records
+                       that were not reached to FILE.rest.csv
+  --app-folder DIR     where Error.log is written (default: the current folder)
+  --json               one JSON document on standard output instead of text
+  --                   what follows is no option
+
+Exit status:
+  0  everything was posted
+  1  some records were not, or not wholly: see the report
+  2  refused: the file, its columns or the mapping do not do; nothing was imported
+  3  the command line makes no sense
+  4  a file or the database could not be opened; nothing was imported
+  5  the run broke off, or its account does not add up
+)";
+
+}  // namespace
+
+std::string helpText() {
+  std::string text(usage);
+  text += "Kinds:\n";
+  for (const ImportKind& kind : importKinds()) {
+    text.append("  ").append(kind.name);
+    text.append(kind.name.size() < 28 ? 28 - kind.name.size() : 1, ' ');
+    text.append("  ").append(kind.what).append("\n");
+  }
+  return text.append(optionsText);
+}
+
+std::string versionText() {
+  return "opnimp " OPNIMP_VERSION "\n";
+}
+
+}  // namespace velk

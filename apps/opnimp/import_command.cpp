@@ -1,0 +1,246 @@
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <system_error>
+
+#include "apps/opnimp/commands.h"
+#include "apps/opnimp/database_choice.h"
+#include "apps/opnimp/failures.h"
+#include "apps/opnimp/import_result.h"
+#include "apps/opnimp/progress.h"
+#include "apps/opnimp/reject_files.h"
+#include "apps/opnimp/run_ended.h"
+#include "apps/opnimp/run_support.h"
+#include "apps/opnimp/screen_session.h"
+#include "platform/errors.h"
+
+namespace velk {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The folder of the error log: absolute, without a separator at its end.
+std::string applicationFolder(const std::optional<std::string>& option) {
+  std::error_code error;
+  const fs::path folder = fs::absolute(option.value_or("."), error).lexically_normal();
+  if (error || !fs::is_directory(folder, error)) {
+    throw CannotOpen("there is no folder " + option.value_or(".") +
+                     "; make it, or choose another with --app-folder");
+  }
+  std::string text = folder.string();
+  while (text.ends_with(pathSeparator)) text.pop_back();
+  return text;
+}
+
+/// The rejects must not take the place of what they come from.
+void checkRejectPaths(const Arguments& arguments, const DatabaseChoice& database) {
+  if (!arguments.rejects) return;
+  for (const std::string& path : RejectFiles::paths(*arguments.rejects)) {
+    if (isSameFile(path, arguments.file)) {
+      throw UsageError("--rejects would write over the file to import: choose another name than " +
+                       *arguments.rejects);
+    }
+    if (!database.path.empty() && isSameFile(path, database.path)) {
+      throw UsageError("--rejects would write over the database: choose another name than " +
+                       *arguments.rejects);
+    }
+  }
+}
+
+/// A transaction that is always taken back.
+class DryRun {
+ public:
+  explicit DryRun(const OpenDatabase& database) : database_(database) {
+    try {
+      database_.begin();
+    } catch (const RuntimeError& error) {
+      throw CannotOpen("the database takes no dry run: " + error.description());
+    }
+  }
+  DryRun(const DryRun&) = delete;
+  DryRun& operator=(const DryRun&) = delete;
+  ~DryRun() {
+    try {
+      database_.takeBack();
+    } catch (const RuntimeError&) {
+      // Closing the connection takes it back as well.
+    }
+  }
+
+ private:
+  const OpenDatabase& database_;
+};
+
+/// Why the screen refused to import: the first record that lacks a mandatory value.
+std::string mandatoryRefusal(const ImportResult& result) {
+  const auto mandatory = result.arguments.kind->mandatory;
+  const std::string unmapped = unmappedFields(result.mapping, mandatory);
+  if (!unmapped.empty()) {
+    return "no column of the file is mapped to " + unmapped +
+           "; rename the column, or use --map \"Field=Column\"";
+  }
+  for (const std::size_t field : mandatory) {
+    for (std::size_t record = 0; record < result.input.count(); ++record) {
+      const auto fields = result.input.fields(record, QuotedComma::Drop);
+      if (!mappedCell(fields, result.mapping, field).empty()) continue;
+      return result.mapping[field].field + " is empty in line " +
+             std::to_string(result.input.place(record).line) + " (record " +
+             std::to_string(record + 1) + "); it must not be empty in any record";
+    }
+  }
+  return "the screen refused the file";
+}
+
+class ImportRun {
+ public:
+  ImportRun(const Arguments& arguments, const Streams& streams, const Machine& machine)
+      : streams_(streams),
+        machine_(machine),
+        progress_(streams.err, streams.errIsTerminal),
+        recorder_(arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post) {
+    result_.arguments = arguments;
+  }
+
+  const ImportResult& run() {
+    prepare();
+    drive();
+    progress_.erase();
+    evaluate();
+    return result_;
+  }
+
+ private:
+  const Arguments& arguments() const { return result_.arguments; }
+  const ImportKind& kind() const { return *result_.arguments.kind; }
+
+  /// Everything that can fail before anything is posted.
+  void prepare() {
+    folder_ = applicationFolder(arguments().appFolder);
+    result_.input = readInput(arguments().file);
+    const DatabaseChoice choice = chooseDatabase(arguments().database);
+    result_.database = choice.shown;
+    checkRejectPaths(arguments(), choice);
+    if (arguments().rejects) rejects_.emplace(*arguments().rejects);
+    database_ = openDatabase(choice, !arguments().database, machine_, streams_.err);
+    recorder_.interrupted = machine_.interrupted;
+    recorder_.onRecord = [this](std::size_t record) { progress_.show(record); };
+    progress_.setTotal(result_.input.count());
+  }
+
+  void drive() {
+    std::optional<DryRun> dryRun;
+    if (arguments().dryRun) dryRun.emplace(database_);
+    ScreenSession session(recorder_, {folder_, machine_.clock, messagesTo(streams_.err, progress_),
+                                      !arguments().dryRun});
+    result_.errorLog = session.errorLogPath();
+    try {
+      ImportScreen& screen = session.open(kind(), recorder_.wrap(database_.connection));
+      viewAndMap(session, arguments(), result_.input, recorder_);
+      import(session, screen);
+    } catch (const Refused& refused) {
+      result_.refusal = refused.what();
+    } catch (const RunEnded& ended) {
+      brokeOff(ended);
+    }
+    if (result_.warnings.empty()) findWarningsNow();
+  }
+
+  void import(ScreenSession& session, const ImportScreen& screen) {
+    result_.mapping = readMapping(screen);
+    screenRecords_ = screen.RecordCount();
+    findWarningsNow();
+    refuseBeforehand();
+    const EventResult event = session.import();
+    if (event == EventResult::Handled) return;
+    result_.endedAtRow = recorder_.lastRow();
+    result_.brokeOff = "the screen did not take the Import button";
+    if (event == EventResult::Failed) {
+      const auto& lines = recorder_.lines();
+      result_.brokeOff = lines.empty() ? "an error ended it" : lines.back().text;
+    }
+  }
+
+  /// What the screen would not refuse, or not clearly.
+  void refuseBeforehand() {
+    const std::size_t count = result_.input.count();
+    if (count > kind().largestRecordCount) throw Refused(tooManyRecords(kind(), count));
+    if (count == 0 && !unmappedFields(result_.mapping, kind().mandatory).empty()) {
+      throw Refused("the file has no records, and " + mandatoryRefusal(result_));
+    }
+  }
+
+  void findWarningsNow() {
+    result_.warnings =
+        findWarnings(result_.input, kind(), result_.mapping, civilFromDate(machine_.clock()).year);
+  }
+
+  void brokeOff(const RunEnded& ended) {
+    result_.endedAtRow = recorder_.row();
+    if (ended.why == RunEnded::Why::Interrupted) {
+      result_.brokeOff = "it was interrupted";
+      return;
+    }
+    result_.brokeOff = "the connection to the database was lost";
+    const auto& calls = recorder_.calls();
+    if (!calls.empty() && calls.back().error) {
+      result_.brokeOff += ": " + calls.back().error->description;
+    }
+  }
+
+  void evaluate() {
+    result_.traces = traceRecords(recorder_, result_.input.count(), result_.endedAtRow);
+    noticeRefusal();
+    if (!result_.refused()) {
+      result_.account = drawUpAccount({kind(), result_.input, result_.mapping, result_.traces,
+                                       screenRecords_, result_.brokeOff.empty()});
+      writeRejects();
+    }
+    result_.status = statusOf(result_);
+  }
+
+  /// The screen says that it refuses in a message only; what shows it is that no record was looked
+  /// up in a run that ended by itself.
+  void noticeRefusal() {
+    if (result_.refused() || !result_.brokeOff.empty() || result_.traces.records.empty()) return;
+    const bool reached = std::ranges::any_of(result_.traces.records, [](const RecordTrace& trace) {
+      return trace.outcome != Outcome::NotReached;
+    });
+    if (!reached) result_.refusal = mandatoryRefusal(result_);
+  }
+
+  void writeRejects() {
+    if (!rejects_) return;
+    try {
+      result_.rejectFiles = rejects_->write(result_.input, result_.traces, arguments().dryRun);
+    } catch (const CannotOpen& error) {
+      result_.rejectsError = error.what();
+    }
+  }
+
+  const Streams& streams_;
+  const Machine& machine_;
+  ImportResult result_;
+  std::string folder_;
+  std::optional<RejectFiles> rejects_;
+  OpenDatabase database_;
+  Progress progress_;
+  Recorder recorder_;
+  std::optional<long long> screenRecords_;
+};
+
+}  // namespace
+
+ExitStatus runImport(const Arguments& arguments, const Streams& streams, const Machine& machine) {
+  ImportRun run(arguments, streams, machine);
+  const ImportResult& result = run.run();
+  if (arguments.json) {
+    writeJsonReport(result, streams.out);
+  } else {
+    writeTextReport(result, streams.out);
+  }
+  return result.status;
+}
+
+}  // namespace velk

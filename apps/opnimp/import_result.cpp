@@ -1,0 +1,99 @@
+#include "apps/opnimp/import_result.h"
+
+#include "apps/opnimp/printable.h"
+
+namespace velk {
+
+namespace {
+
+void addUnwritten(const std::vector<const RecordedLine*>& lines,
+                  std::vector<const RecordedLine*>& to) {
+  for (const RecordedLine* line : lines) {
+    if (line->kept == RecordedLine::Kept::NotWritten) to.push_back(line);
+  }
+}
+
+std::size_t refusedRecords(const Account& account) {
+  return account.count(Outcome::Rejected) + account.count(Outcome::Failed);
+}
+
+std::size_t doubtfulRecords(const Account& account) {
+  return account.count(Outcome::Partial) + account.count(Outcome::Unknown);
+}
+
+// Which of the files of --rejects holds them; without that option, that there is one.
+std::string where(const ImportResult& result, std::string_view suffix) {
+  const auto& path = result.arguments.rejects;
+  if (!path) return "; --rejects FILE writes them to a file";
+  return result.rejectsError.empty() ? "; they are in " + *path + std::string(suffix) : "";
+}
+
+void addStepsForRecords(const ImportResult& result, std::vector<std::string>& steps) {
+  const Account& account = result.account;
+  if (const std::size_t count = doubtfulRecords(account); count > 0) {
+    steps.emplace_back(
+        "Look up " + counted(count, "record", "records") +
+        " in the database before doing anything else: importing them again could post "
+        "them twice" +
+        where(result, ".check.csv") + ".");
+  }
+  if (const std::size_t count = refusedRecords(account); count > 0) {
+    steps.emplace_back("Correct " + counted(count, "refused record", "refused records") +
+                       " and import only those again" + where(result, "") + ".");
+  }
+  if (const std::size_t count = account.count(Outcome::NotReached); count > 0) {
+    steps.emplace_back("Import " + counted(count, "record", "records") +
+                       " that the run did not reach" + where(result, ".rest.csv") + ".");
+  }
+}
+
+}  // namespace
+
+ExitStatus statusOf(const ImportResult& result) {
+  if (result.refused()) return ExitStatus::Refused;
+  const bool whole = result.brokeOff.empty() && result.account.addsUp();
+  if (!whole || !result.rejectsError.empty()) return ExitStatus::BrokeOff;
+  const bool left = refusedRecords(result.account) + doubtfulRecords(result.account) > 0;
+  return left ? ExitStatus::RecordsLeft : ExitStatus::Posted;
+}
+
+std::vector<std::string> nextSteps(const ImportResult& result) {
+  if (result.refused()) {
+    return {
+        "Nothing was imported. Correct the file or the mapping (`opnimp preview` shows both) "
+        "and import it again."};
+  }
+  if (result.isDryRun()) {
+    return {
+        "Nothing was posted. Import without --dry-run; what the database's procedures "
+        "themselves would refuse was not tried."};
+  }
+  if (result.input.count() > 0 &&
+      result.account.count(Outcome::NotReached) == result.input.count()) {
+    return {
+        "Nothing was imported. When the cause is mended, or with another --database, import the "
+        "file again."};
+  }
+  std::vector<std::string> steps;
+  if (!result.account.addsUp()) {
+    steps.emplace_back(
+        "Do not rely on this import: compare the database with the file before "
+        "importing anything again.");
+  }
+  addStepsForRecords(result, steps);
+  const bool posted = result.account.notes.count > 0;
+  if (!steps.empty() && posted) {
+    steps.emplace_back("Do not import the whole file again: what is posted would be posted twice.");
+  }
+  if (steps.empty()) steps.emplace_back("Nothing is left to do.");
+  return steps;
+}
+
+std::vector<const RecordedLine*> unwrittenLines(const ImportResult& result) {
+  std::vector<const RecordedLine*> unwritten;
+  addUnwritten(result.traces.runLines, unwritten);
+  for (const RecordTrace& trace : result.traces.records) addUnwritten(trace.lines, unwritten);
+  return unwritten;
+}
+
+}  // namespace velk

@@ -1,0 +1,73 @@
+#include "apps/opnimp/opnimp.h"
+
+#include <exception>
+
+#include "apps/opnimp/commands.h"
+#include "apps/opnimp/database_choice.h"
+#include "apps/opnimp/failures.h"
+#include "apps/opnimp/help.h"
+#include "apps/opnimp/json_writer.h"
+#include "apps/opnimp/printable.h"
+
+namespace velk {
+
+namespace {
+
+ExitStatus runTask(const Arguments& arguments, Streams& streams, const Machine& machine) {
+  switch (arguments.task) {
+    case Task::Help:
+      streams.out << helpText();
+      break;
+    case Task::Version:
+      streams.out << versionText();
+      break;
+    case Task::Import:
+      return runImport(arguments, streams, machine);
+    case Task::Preview:
+      return runPreview(arguments, streams, machine);
+    case Task::DemoDatabase:
+      return runDemoDatabase(arguments, streams);
+  }
+  return ExitStatus::Posted;
+}
+
+int fail(ExitStatus status, const std::string& text, bool json, Streams& streams) {
+  streams.err << "opnimp: " << printable(text) << ".\n";
+  if (json) {
+    JsonWriter writer(streams.out);
+    writer.beginObject();
+    writer.member("status", static_cast<int>(status));
+    writer.member("error", text);
+    writer.endObject();
+  }
+  return static_cast<int>(status);
+}
+
+}  // namespace
+
+ExitStatus runDemoDatabase(const Arguments& arguments, const Streams& streams) {
+  makeDemoDatabase(arguments.file);
+  streams.out << "Made " << printable(arguments.file) << " with the sample company.\n";
+  return ExitStatus::Posted;
+}
+
+int runOpnimp(std::span<const std::string> args, Streams& streams, const Machine& machine) {
+  const bool json = asksForJson(args);
+  try {
+    const int status = static_cast<int>(runTask(parseArguments(args), streams, machine));
+    streams.out.flush();
+    if (streams.out) return status;
+    return fail(ExitStatus::BrokeOff, "the report could not be written", false, streams);
+  } catch (const UsageError& error) {
+    return fail(ExitStatus::Usage, error.what(), json, streams);
+  } catch (const CannotOpen& error) {
+    return fail(ExitStatus::CannotOpen, error.what(), json, streams);
+  } catch (const std::exception& error) {
+    return fail(ExitStatus::BrokeOff,
+                std::string("an unexpected error ended the program: ") + error.what() +
+                    ". Look up in the database what was posted",
+                json, streams);
+  }
+}
+
+}  // namespace velk

@@ -1,0 +1,15 @@
+// The program as a function, so that tests can run it in their own process.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "apps/opnimp/streams.h"
+
+namespace velk {
+
+/// Runs the command line behind the program's name and answers the exit status.
+int runOpnimp(std::span<const std::string> args, Streams& streams,
+              const Machine& machine = realMachine());
+
+}  // namespace velk

@@ -1,0 +1,34 @@
+// Text for people: nothing from a file or database may steer a terminal.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace velk {
+
+/// The text with control characters (also those that turn the direction of writing) as "\x1B" or
+/// "\u202E", and bytes that are no UTF-8 as U+FFFD.
+std::string printable(std::string_view text);
+
+/// As printable, but carriage return + line feed pairs break the line.
+std::string printableLines(std::string_view text);
+
+/// Number of characters (code points).
+std::size_t textWidth(std::string_view text);
+/// At most `width` characters, the last three of a longer text being "...".
+std::string cutTo(std::string_view text, std::size_t width);
+/// Filled with blanks to `width` characters, at the end or at the start.
+std::string padRight(std::string text, std::size_t width);
+std::string padLeft(std::string text, std::size_t width);
+
+/// "12,345".
+std::string grouped(std::size_t number);
+/// "record" or "records", with the number in front.
+std::string counted(std::size_t number, std::string_view one, std::string_view many);
+/// Two decimals, no separators; in 15 digits from 1e15 on.
+std::string money(long double amount);
+/// The shortest text that reads back as the number.
+std::string shortest(double number);
+
+}  // namespace velk

@@ -1,0 +1,152 @@
+#include "apps/opnimp/recording_connection.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace velk {
+
+namespace {
+
+/// The results of a call, fetched when it ran, handed on one by one as the caller asks for them.
+class FetchedResults final : public Recordset {
+ public:
+  explicit FetchedResults(std::shared_ptr<Recordset> current) : current_(std::move(current)) {}
+
+  void add(std::shared_ptr<FetchedResults> next) { next_ = std::move(next); }
+  void addError(const RuntimeError& error) { error_ = error; }
+
+  std::int32_t State() const override { return current_->State(); }
+  bool isEOF() const override { return current_->isEOF(); }
+  bool isBOF() const override { return current_->isBOF(); }
+  void MoveNext() override { current_->MoveNext(); }
+  Value field(std::size_t position) const override { return current_->field(position); }
+  void Close() override { current_->Close(); }
+  std::shared_ptr<Recordset> NextRecordset() override {
+    if (error_) throw RuntimeError(*error_);
+    return next_;
+  }
+
+ private:
+  std::shared_ptr<Recordset> current_;
+  std::shared_ptr<FetchedResults> next_;
+  std::optional<RuntimeError> error_;
+};
+
+/// What a procedure that was not run answers: no rows.
+class NoResult final : public Recordset {
+ public:
+  std::int32_t State() const override { return stateClosed; }
+  bool isEOF() const override { throw RuntimeError(ErrorNumber::ObjectClosed); }
+  bool isBOF() const override { throw RuntimeError(ErrorNumber::ObjectClosed); }
+  void MoveNext() override { throw RuntimeError(ErrorNumber::ObjectClosed); }
+  Value field(std::size_t) const override { throw RuntimeError(ErrorNumber::ObjectClosed); }
+  void Close() override { throw RuntimeError(ErrorNumber::ObjectClosed); }
+  std::shared_ptr<Recordset> NextRecordset() override { return nullptr; }
+};
+
+/// Runs one call under the recorder's eyes.
+class WatchedCall {
+ public:
+  WatchedCall(Recorder& recorder, Connection& connection, std::size_t call)
+      : recorder_(recorder), connection_(connection), call_(call) {}
+
+  template <class Run>
+  std::shared_ptr<Recordset> run(Run&& execute) {
+    std::shared_ptr<Recordset> first;
+    try {
+      first = execute();
+    } catch (const RuntimeError& error) {
+      recorder_.callFailed(call_, CallResult::Failed, error, connection_);
+      throw;
+    }
+    recorder_.setResult(call_, CallResult::Ok);
+    return first;
+  }
+
+  /// A statement behind the first one may have failed without anybody asking: its results are
+  /// fetched here, so that the account knows.
+  std::shared_ptr<Recordset> fetchAll(std::shared_ptr<Recordset> result) {
+    auto first = std::make_shared<FetchedResults>(result);
+    auto last = first;
+    try {
+      while ((result = result->NextRecordset()) != nullptr) {
+        auto next = std::make_shared<FetchedResults>(result);
+        last->add(next);
+        last = std::move(next);
+      }
+    } catch (const RuntimeError& error) {
+      recorder_.callFailed(call_, CallResult::FailedLate, error, connection_);
+      last->addError(error);
+    }
+    return first;
+  }
+
+ private:
+  Recorder& recorder_;
+  Connection& connection_;
+  std::size_t call_;
+};
+
+class RecordingCommand final : public Command {
+ public:
+  RecordingCommand(Recorder& recorder, std::shared_ptr<Connection> connection)
+      : recorder_(recorder),
+        connection_(std::move(connection)),
+        inner_(connection_->newCommand()) {}
+
+  void setCommandType(CommandType type) override {
+    type_ = type;
+    inner_->setCommandType(type);
+  }
+  void setCommandText(std::string_view text) override {
+    text_ = text;
+    inner_->setCommandText(text);
+  }
+  void Append(std::string_view name, std::int32_t type, std::int32_t direction,
+              std::int32_t size) override {
+    inner_->Append(name, type, direction, size);
+    values_.emplace_back();
+  }
+  void setValue(std::size_t position, const Value& value) override {
+    inner_->setValue(position, value);
+    values_.at(position) = value;
+  }
+  std::shared_ptr<Recordset> Execute(std::int32_t options) override;
+
+ private:
+  Recorder& recorder_;
+  std::shared_ptr<Connection> connection_;
+  std::unique_ptr<Command> inner_;
+  CommandType type_ = CommandType::Text;
+  std::string text_;
+  std::vector<Value> values_;
+};
+
+std::shared_ptr<Recordset> RecordingCommand::Execute(std::int32_t options) {
+  const bool procedure = type_ == CommandType::StoredProcedure;
+  const std::size_t call =
+      recorder_.beginCall(procedure ? CallKind::Procedure : CallKind::Query, text_, values_);
+  if (procedure && recorder_.mode() == Recorder::Mode::DryRun) {
+    recorder_.setResult(call, CallResult::NotRun);
+    return std::make_shared<NoResult>();
+  }
+  WatchedCall watched(recorder_, *connection_, call);
+  return watched.fetchAll(watched.run([&] { return inner_->Execute(options); }));
+}
+
+}  // namespace
+
+RecordingConnection::RecordingConnection(Recorder& recorder, std::shared_ptr<Connection> inner)
+    : recorder_(recorder), inner_(std::move(inner)) {}
+
+std::shared_ptr<Recordset> RecordingConnection::Execute(std::string_view text) {
+  const std::size_t call = recorder_.beginCall(CallKind::Query, text, {});
+  return WatchedCall(recorder_, *inner_, call).run([&] { return inner_->Execute(text); });
+}
+
+std::unique_ptr<Command> RecordingConnection::newCommand() {
+  return std::make_unique<RecordingCommand>(recorder_, inner_);
+}
+
+}  // namespace velk

@@ -1,0 +1,44 @@
+// The files that a run leaves for the records it did not post:
+//   FILE              refused and failed records, to be corrected and imported again
+//   FILE.reasons.csv  for each of those, and of the doubtful ones, its line and what is wrong
+//   FILE.check.csv    partial and unknown records: importing them again could post them twice
+//   FILE.rest.csv     records not reached, to be imported later
+// Records are the file's own bytes under its own header, each line ended by carriage return + line
+// feed. Files are written beside their place and then renamed.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apps/opnimp/input_records.h"
+#include "apps/opnimp/outcome.h"
+
+namespace velk {
+
+class RejectFiles {
+ public:
+  /// Makes sure that all four can be written; raises CannotOpen. `path` is FILE.
+  explicit RejectFiles(const std::string& path);
+  ~RejectFiles() { removeUnfinished(); }
+  RejectFiles(const RejectFiles&) = delete;
+  RejectFiles& operator=(const RejectFiles&) = delete;
+
+  /// The paths of all four.
+  static std::array<std::string, 4> paths(const std::string& path);
+
+  /// Writes what there is to write. FILE and its reasons are always written; a .check or .rest file
+  /// of an earlier run goes when there is nothing for it, but a dry run leaves both alone. Answers
+  /// the paths written. Raises CannotOpen.
+  std::vector<std::string> write(const InputRecords& input, const Traces& traces, bool dryRun);
+
+ private:
+  void removeUnfinished();
+  void writeOrRemove(const std::string& path, const std::optional<std::string>& bytes);
+
+  std::array<std::string, 4> paths_;
+  std::vector<std::string> written_;
+};
+
+}  // namespace velk

@@ -1,0 +1,20 @@
+// Parts that the text reports of import and preview share.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "apps/opnimp/field_mapping.h"
+#include "apps/opnimp/json_writer.h"
+#include "apps/opnimp/warnings.h"
+
+namespace velk {
+
+void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out);
+void writeWarnings(const std::vector<Warning>& warnings, std::ostream& out);
+
+void writeMapping(const std::vector<FieldMapping>& mapping, JsonWriter& json);
+void writeWarnings(const std::vector<Warning>& warnings, JsonWriter& json);
+
+}  // namespace velk

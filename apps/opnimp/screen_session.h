@@ -1,0 +1,53 @@
+// One import screen without a window, driven as a user drives it: browse, view, map, import.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "apps/opnimp/kinds.h"
+#include "apps/opnimp/recorder.h"
+#include "component/Velk_ClsOpnImp.h"
+#include "platform/headless/headless.h"
+#include "platform/native/native_files.h"
+
+namespace velk {
+
+struct SessionSetup {
+  std::string applicationFolder;  ///< without a separator at its end
+  std::function<Date()> clock;
+  MessageHandler showMessage;
+  bool logToFile = true;  ///< false: the error log stays in memory
+};
+
+class ScreenSession {
+ public:
+  /// The recorder has to live as long.
+  ScreenSession(Recorder& recorder, const SessionSetup& setup);
+
+  /// Opens the screen through the component's entry point. Raises Refused when it does not appear.
+  ImportScreen& open(const ImportKind& kind, const std::shared_ptr<Connection>& connection);
+  ImportScreen& screen() const { return *screen_; }
+
+  /// Chooses the file and views it. False when the screen does not offer to import it.
+  bool view(const std::string& path);
+  /// Presses Import. May throw RunEnded.
+  EventResult import() { return screen_->cmdImport.userClick(); }
+
+  std::string errorLogPath() const { return module_.errorLogPath(); }
+
+ private:
+  Recorder& recorder_;
+  NativeFileSystem files_;
+  HeadlessDesktop desktop_;
+  HeadlessShell shell_;
+  MessageHandler messages_;
+  Platform platform_;
+  NumberedFiles logFiles_;
+  FileErrorLog logFile_;
+  Velk_ModOpnImp module_;
+  Velk_ClsOpnImp component_;
+  std::shared_ptr<ImportScreen> screen_;
+};
+
+}  // namespace velk

@@ -1,0 +1,116 @@
+#include "bench/bare_odbc.h"
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <stdexcept>
+
+#include "bench/company_copy.h"
+#include "bench/measurement.h"
+#include "platform/odbc/dialect.h"
+#include "platform/odbc/odbc_connection.h"
+
+namespace velk::bench {
+
+namespace {
+
+SQLCHAR* narrowText(const std::string& text) {
+  return reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.c_str()));
+}
+
+// The file has no quotes that matter here: the customer's name is the only field with any.
+Document parseDocument(const std::string& line) {
+  const std::size_t nameEnd = line.rfind(",INV/");
+  Document document;
+  document.customer = line.substr(0, line.find(','));
+  std::array<char, 64> reference{};
+  require(std::sscanf(line.c_str() + nameEnd, ",%63[^,],%hu/%hu/%hd,%lf,%lf", reference.data(),
+                      &document.date.day, &document.date.month, &document.date.year,
+                      &document.amount, &document.balance) == 6,
+          "a record of the input file can't be read");
+  document.reference = reference.data();
+  return document;
+}
+
+std::vector<Document> readDocuments(const char* path) {
+  std::ifstream file(path, std::ios::binary);
+  std::vector<Document> documents;
+  std::string line;
+  std::getline(file, line);  // the titles
+  while (std::getline(file, line)) documents.push_back(parseDocument(line));
+  return documents;
+}
+
+}  // namespace
+
+void check(SQLRETURN result, SQLSMALLINT handleType, SQLHANDLE handle) {
+  if (SQL_SUCCEEDED(result)) return;
+  std::array<SQLCHAR, 6> state{};
+  std::array<SQLCHAR, 512> message{};
+  SQLINTEGER native = 0;
+  SQLGetDiagRec(handleType, handle, 1, state.data(), &native, message.data(),
+                static_cast<SQLSMALLINT>(message.size()), nullptr);
+  throw std::runtime_error(reinterpret_cast<const char*>(message.data()));
+}
+
+BareStatement::BareStatement(SQLHANDLE connection) {
+  bench::check(SQLAllocHandle(SQL_HANDLE_STMT, connection, &handle_), SQL_HANDLE_DBC, connection);
+}
+
+void BareStatement::prepare(const std::string& sql) {
+  check(SQLPrepare(handle_, narrowText(sql), SQL_NTS));
+}
+
+void BareStatement::executeDirect(const std::string& sql) const {
+  check(SQLExecDirect(handle_, narrowText(sql), SQL_NTS));
+}
+
+std::string BareStatement::answer() const {
+  std::array<char, 512> text{};
+  check(SQLFetch(handle_));
+  check(SQLGetData(handle_, 1, SQL_C_CHAR, text.data(), text.size(), nullptr));
+  check(SQLFreeStmt(handle_, SQL_CLOSE));
+  return text.data();
+}
+
+BareConnection::BareConnection(const std::string& path) {
+  SQLAllocHandle(SQL_HANDLE_ENV, nullptr, &environment_);
+  SQLSetEnvAttr(environment_, SQL_ATTR_ODBC_VERSION, integerArgument(SQL_OV_ODBC3), 0);
+  SQLAllocHandle(SQL_HANDLE_DBC, environment_, &connection_);
+  check(SQLDriverConnect(connection_, nullptr, narrowText(embeddedConnectionString(path)), SQL_NTS,
+                         nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
+        SQL_HANDLE_DBC, connection_);
+  for (const std::string& statement : makeDialect("SQLite")->openingStatements({})) {
+    BareStatement(connection_).executeDirect(statement);
+  }
+}
+
+BareConnection::~BareConnection() {
+  SQLDisconnect(connection_);
+  SQLFreeHandle(SQL_HANDLE_DBC, connection_);
+  SQLFreeHandle(SQL_HANDLE_ENV, environment_);
+}
+
+std::string BareConnection::procedure(const std::string& name) const {
+  BareStatement query(connection_);
+  query.executeDirect("SELECT statement FROM StoredProcedure WHERE name = '" + name + "'");
+  return query.answer();
+}
+
+int runPeer(int argc, char** argv,
+            const std::function<void(BareConnection&, const std::vector<Document>&)>& post) {
+  return runMeasurement([&] {
+    require(argc == 4, "usage: PROGRAM COMPANY FILE FOLDER");
+    const CompanyCopy copy(argv[1], argv[3]);
+    BareConnection connection(copy.path());
+    const std::vector<Document> documents = readDocuments(argv[2]);
+    Stopwatch watch;
+    post(connection, documents);
+    watch.stop();
+    BareStatement count(connection.handle());
+    count.executeDirect("SELECT count(*) FROM CustomerDebitNote");
+    watch.report(std::stoul(count.answer()));
+  });
+}
+
+}  // namespace velk::bench

@@ -1,0 +1,66 @@
+// What a program writes that talks to ODBC directly, with nothing in between: the peers of the
+// import. It does an import's statements with the records ready in memory.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/odbc/odbc_api.h"
+
+namespace velk::bench {
+
+struct Document {
+  std::string customer;
+  std::string reference;
+  SQL_TIMESTAMP_STRUCT date{};
+  double amount = 0;
+  double balance = 0;
+};
+
+/// Throws with the first diagnostic record of the handle unless the call succeeded.
+void check(SQLRETURN result, SQLSMALLINT handleType, SQLHANDLE handle);
+
+/// A statement handle of one connection.
+class BareStatement {
+ public:
+  explicit BareStatement(SQLHANDLE connection);
+  BareStatement(const BareStatement&) = delete;
+  BareStatement& operator=(const BareStatement&) = delete;
+  ~BareStatement() { SQLFreeHandle(SQL_HANDLE_STMT, handle_); }
+
+  SQLHANDLE handle() const { return handle_; }
+  void check(SQLRETURN result) const { bench::check(result, SQL_HANDLE_STMT, handle_); }
+
+  void prepare(const std::string& sql);
+  void execute() const { check(SQLExecute(handle_)); }
+  void executeDirect(const std::string& sql) const;
+  /// The result's first cell as a text, and its end.
+  std::string answer() const;
+
+ private:
+  SQLHANDLE handle_ = nullptr;
+};
+
+/// A connection to the embedded database, set as the import's own connections are.
+class BareConnection {
+ public:
+  explicit BareConnection(const std::string& path);
+  BareConnection(const BareConnection&) = delete;
+  BareConnection& operator=(const BareConnection&) = delete;
+  ~BareConnection();
+
+  SQLHANDLE handle() const { return connection_; }
+  /// The statement of a stored procedure that has one step and takes its parameters in order.
+  std::string procedure(const std::string& name) const;
+
+ private:
+  SQLHANDLE environment_ = nullptr;
+  SQLHANDLE connection_ = nullptr;
+};
+
+/// The main function of a peer: COMPANY FILE FOLDER as arguments. `post` does one whole import.
+int runPeer(int argc, char** argv,
+            const std::function<void(BareConnection&, const std::vector<Document>&)>& post);
+
+}  // namespace velk::bench

@@ -1,0 +1,61 @@
+// Ours: a click on Import, the file having been viewed and mapped.
+//
+//   bench_import COMPANY FILE FOLDER [recorded]
+//
+// With "recorded", the runner's recorder stands between the screen and the database.
+
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "apps/opnimp/recorder.h"
+#include "bench/company_copy.h"
+#include "bench/headless_screen.h"
+#include "bench/measurement.h"
+#include "platform/odbc/odbc_connection.h"
+
+using namespace velk;
+using namespace velk::bench;
+
+namespace {
+
+std::size_t count(Connection& connection, std::string_view query) {
+  return static_cast<std::size_t>(Velk_ModOpnImp::ValOrZero(connection.Execute(query)->field(0)));
+}
+
+// Documents with an account entry, told by the sum that the entries have to come to.
+std::size_t postedDocuments(Connection& connection) {
+  const auto entries = count(connection,
+                             "SELECT round(sum(OpeningBalance), 2) = (SELECT round(sum(Balance), 2)"
+                             " FROM CustomerDebitNote) FROM CustomerOpeningBalance");
+  return entries == 1 ? count(connection, "SELECT count(*) FROM CustomerDebitNote") : 0;
+}
+
+void measure(const std::string& company, const char* file, const char* folder, bool recorded) {
+  const CompanyCopy copy(company, folder);
+  const std::shared_ptr<Connection> database = openOdbc(embeddedConnectionString(copy.path()));
+  MessageHandler messages = [](const Message& m) { std::cerr << m.prompt << '\n'; };
+  std::optional<Recorder> recorder;
+  if (recorded) messages = recorder.emplace(Recorder::Mode::Post).messages(std::move(messages));
+  HeadlessScreen screen(folder, recorded ? recorder->wrap(database) : database, messages,
+                        recorded ? &recorder->log(nullptr) : nullptr);
+  if (recorded) recorder->watch(screen.form());
+  screen.browse(file);
+  screen.form().cmdview.userClick();
+
+  Stopwatch watch;
+  const EventResult result = screen.form().cmdImport.userClick();
+  watch.stop();
+  require(result == EventResult::Handled, "the import broke off");
+  watch.report(postedDocuments(*database));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return runMeasurement([&] {
+    require(argc == 4 || (argc == 5 && argv[4] == std::string_view("recorded")),
+            "usage: bench_import COMPANY FILE FOLDER [recorded]");
+    measure(argv[1], argv[2], argv[3], argc == 5);
+  });
+}

@@ -1,0 +1,84 @@
+// Writes the input files, the same ones on every machine and every day.
+//
+//   bench_make_files FOLDER
+
+#include <array>
+#include <cstdint>
+#include <fstream>
+#include <iomanip>
+#include <string>
+
+#include "bench/measurement.h"
+
+using namespace velk::bench;
+
+namespace {
+
+/// A linear congruential generator: the standard library's distributions differ between libraries.
+class Dice {
+ public:
+  std::uint32_t below(std::uint32_t limit) {
+    state_ = state_ * 6364136223846793005U + 1442695040888963407U;
+    return static_cast<std::uint32_t>((state_ >> 33) % limit);
+  }
+
+ private:
+  std::uint64_t state_ = 20080401;
+};
+
+constexpr std::array<const char*, 12> firstNames{"Shree",   "New",    "Om",      "Patil",
+                                                 "Royal",   "Balaji", "Laxmi",   "Quality",
+                                                 "Everest", "City",   "Krishna", "Sai"};
+// One name in twelve needs quotes.
+constexpr std::array<const char*, 12> secondNames{
+    "Traders", "General Stores", "Provision", "Agencies",   "Super Market", "Kirana",
+    "Medical", "Brothers",       "Dairy",     "Sweet Mart", "Bazaar",       ", Prop. K. Rao"};
+constexpr std::array<const char*, 4> cities{"Pune", "Satara", "Kolhapur", "Baramati"};
+
+std::string name(Dice& dice) {
+  const std::string first = firstNames[dice.below(firstNames.size())];
+  const std::string second = secondNames[dice.below(secondNames.size())];
+  return second.front() == ',' ? '"' + first + second + '"' : first + ' ' + second;
+}
+
+std::string money(std::uint32_t hundredths) {
+  const std::string cents = std::to_string(hundredths % 100);
+  return std::to_string(hundredths / 100) + (cents.size() == 1 ? ".0" : ".") + cents;
+}
+
+/// The seven fields of an opening document, of one of `customers` customers.
+void writeDocument(std::ostream& out, Dice& dice, std::uint32_t customers, std::uint32_t number) {
+  const std::uint32_t bill = 100 + dice.below(9'999'900);
+  out << 'K' << std::setw(5) << 1 + dice.below(customers) << ',' << name(dice) << ",INV/" << number
+      << ',' << std::setw(2) << 1 + dice.below(28) << '/' << std::setw(2) << 1 + dice.below(12)
+      << "/2007," << money(bill) << ',' << money(dice.below(bill)) << ",Invoice";
+}
+
+void writeFile(const std::string& path, std::uint32_t rows, std::uint32_t customers, bool wide) {
+  std::ofstream out(path, std::ios::binary);
+  Dice dice;
+  out << std::setfill('0')
+      << "Customer ID,Customer Name,Reference,Date,Bill Amount,Balance,Document Type"
+      << (wide ? ",City,Phone,Credit Days\r\n" : "\r\n");
+  for (std::uint32_t row = 1; row <= rows; ++row) {
+    writeDocument(out, dice, customers, row);
+    if (wide) {
+      out << ',' << cities[dice.below(cities.size())] << ",020-24" << std::setw(6)
+          << dice.below(1'000'000) << ',' << 7 * dice.below(7);
+    }
+    out << "\r\n";
+  }
+  require(out.flush().good(), "an input file can't be written");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return runMeasurement([&] {
+    require(argc == 2, "usage: bench_make_files FOLDER");
+    const std::string folder = argv[1];
+    writeFile(folder + "/documents-32766x7.csv", 32'766, 2000, false);
+    writeFile(folder + "/documents-1000000x10.csv", 1'000'000, 99'999, true);
+    writeFile(folder + "/documents-10000x7.csv", 10'000, 2000, false);
+  });
+}

@@ -1,0 +1,99 @@
+// Peer: a bare ODBC loop. Each statement is prepared once, its parameters are bound once, and a row
+// costs three executions and one fetch.
+//
+//   bench_odbc_prepared COMPANY FILE FOLDER
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include "bench/bare_odbc.h"
+
+using namespace velk::bench;
+
+namespace {
+
+/// A text parameter's memory.
+struct TextBuffer {
+  std::array<char, 64> text{};
+  SQLLEN length = 0;
+
+  void set(const std::string& value) {
+    length = static_cast<SQLLEN>(value.copy(text.data(), text.size()));
+  }
+};
+
+void bindText(const BareStatement& to, SQLUSMALLINT mark, TextBuffer& buffer) {
+  to.check(SQLBindParameter(to.handle(), mark, SQL_PARAM_INPUT, SQL_C_CHAR, SQL_VARCHAR,
+                            buffer.text.size(), 0, buffer.text.data(),
+                            static_cast<SQLLEN>(buffer.text.size()), &buffer.length));
+}
+
+void bindDouble(const BareStatement& to, SQLUSMALLINT mark, double& number) {
+  to.check(SQLBindParameter(to.handle(), mark, SQL_PARAM_INPUT, SQL_C_DOUBLE, SQL_DOUBLE, 0, 0,
+                            &number, 0, nullptr));
+}
+
+void bindDate(const BareStatement& to, SQLUSMALLINT mark, SQL_TIMESTAMP_STRUCT& date) {
+  to.check(SQLBindParameter(to.handle(), mark, SQL_PARAM_INPUT, SQL_C_TYPE_TIMESTAMP,
+                            SQL_TYPE_TIMESTAMP, 23, 3, &date, 0, nullptr));
+}
+
+class Loop {
+ public:
+  explicit Loop(BareConnection& connection)
+      : exists_(connection.handle()), note_(connection.handle()), account_(connection.handle()) {
+    exists_.prepare("select count(*) from Customer where CustomerID=?");
+    bindText(exists_, 1, customer_);
+    note_.prepare(connection.procedure("sp_insert_CustDebitNote"));
+    bindText(note_, 1, customer_);
+    bindText(note_, 2, reference_);
+    bindDate(note_, 3, date_);
+    bindDouble(note_, 4, amount_);
+    bindDouble(note_, 5, balance_);
+    bindText(note_, 6, narration_);
+    account_.prepare(connection.procedure("sp_acc_import_customeropeningbalance"));
+    bindText(account_, 1, customer_);
+    bindDouble(account_, 2, balance_);
+    SQLBindCol(exists_.handle(), 1, SQL_C_SLONG, &count_, 0, nullptr);
+  }
+
+  void post(const Document& document) {
+    customer_.set(document.customer);
+    if (!customerExists()) throw std::runtime_error("a customer is missing");
+    reference_.set(document.reference);
+    date_ = document.date;
+    amount_ = document.amount;
+    balance_ = document.balance;
+    note_.execute();
+    account_.execute();
+  }
+
+ private:
+  bool customerExists() {
+    exists_.execute();
+    exists_.check(SQLFetch(exists_.handle()));
+    exists_.check(SQLFreeStmt(exists_.handle(), SQL_CLOSE));
+    return count_ > 0;
+  }
+
+  BareStatement exists_;
+  BareStatement note_;
+  BareStatement account_;
+  SQLINTEGER count_ = 0;
+  TextBuffer customer_;
+  TextBuffer reference_;
+  TextBuffer narration_;
+  SQL_TIMESTAMP_STRUCT date_{};
+  double amount_ = 0;
+  double balance_ = 0;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return runPeer(argc, argv, [](BareConnection& connection, const auto& documents) {
+    Loop loop(connection);
+    for (const Document& document : documents) loop.post(document);
+  });
+}

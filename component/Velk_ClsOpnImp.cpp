@@ -1,0 +1,14 @@
+#include "component/Velk_ClsOpnImp.h"
+
+#include "mapping/Velk_frmCustOpn_OpnImp.h"
+#include "opening/customer_opening.h"
+
+namespace velk {
+
+void Velk_ClsOpnImp::ImportCustomerOpening(const std::shared_ptr<Connection>& myConn,
+                                           const std::shared_ptr<const Picture>& AppIcon) {
+  std::make_shared<Velk_frmCustOpn_OpnImp>(module_, importCustomerOpening)
+      ->initForm(myConn, AppIcon);
+}
+
+}  // namespace velk

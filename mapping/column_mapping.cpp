@@ -1,0 +1,99 @@
+// Mapping file columns to fields, by clicks on the headers of both lists, and unmapping them.
+#include <utility>
+
+#include "mapping/import_screen.h"
+#include "platform/errors.h"
+#include "platform/text.h"
+
+namespace velk {
+
+void ImportScreen::writeNotYet(std::size_t field) {
+  const std::string_view suffix = field == 0 ? std::string_view() : rules_.furtherCellSuffix;
+  mappingList.setCell(mappingRow, field, notYet_ + std::string(suffix));
+}
+
+void ImportScreen::rebuildMappingList(bool notYetInFirstCell, std::size_t dataRows) {
+  mappingList.clearRows();
+  mappingList.addRows(1 + dataRows);
+  for (std::size_t field = notYetInFirstCell ? 0 : 1; field < mappingList.columnCount(); ++field) {
+    writeNotYet(field);
+  }
+}
+
+void ImportScreen::mapColumn(std::size_t fileColumn, std::size_t field) {
+  auto cells = lv.columnCells(fileColumn);
+  const std::size_t rowsNeeded = lv.rowCount() + 1;
+  if (mappingList.rowCount() < rowsNeeded) mappingList.addRows(rowsNeeded - mappingList.rowCount());
+  mappingList.setColumn(field, firstDataRow, std::move(cells));
+  mappingList.setCell(mappingRow, field, lv.title(fileColumn), true);
+}
+
+void ImportScreen::lv_ColumnClick(std::size_t column) {
+  trapRoutine("lv_ColumnClick", [&] {
+    lv.title(column);  // a header that does not exist selects nothing
+    selectedColumn_ = column;
+    selection_ = Selection::FileColumn;
+  });
+}
+
+void ImportScreen::mappingList_ColumnClick(std::size_t column) {
+  module_.trapWithLine("Error in Mapping the Field", [&] { mapSelectedColumn(column); });
+}
+
+void ImportScreen::mapSelectedColumn(std::size_t clicked) {
+  if (nonEmptyLines_) storeRecordCount(*nonEmptyLines_);
+  if (selection_ != Selection::FileColumn) {
+    module_.hostService().messageBox(rules_.selectFirst, styleOk);
+    return;
+  }
+  selection_ = Selection::Used;
+  const std::size_t field = fieldTitled(mappingList.title(clicked));
+  if (needsValues(field) && lv.hasEmptyCell(selectedColumn_)) {
+    module_.hostService().messageBox(rules_.hasEmptyValue, styleOk);
+    return;
+  }
+  mapColumn(selectedColumn_, field);
+}
+
+std::size_t ImportScreen::fieldTitled(std::string_view title) const {
+  for (std::size_t field = 0; field < mappingList.columnCount(); ++field) {
+    if (trim(mappingList.title(field)) == trim(title)) return field;
+  }
+  throw RuntimeError(ErrorNumber::IndexOutOfBounds);
+}
+
+void ImportScreen::CmdClear_Click() {
+  trapRoutine("CmdClear_Click", [this] {
+    rebuildMappingList(true, 0);
+    mappingList.addRows(lastDataRow() - 1);
+  });
+}
+
+std::optional<std::size_t> ImportScreen::GetColumnUnderMouse(const ListView& list, int x) {
+  const long long position = static_cast<long long>(x) + list.number("ScrollLeft");
+  long long left = 0;
+  for (std::size_t column = 0; column < list.columnCount(); ++column) {
+    const long long right = left + list.width(column);
+    if (position >= left && position < right) return column;
+    left = right;
+  }
+  return std::nullopt;
+}
+
+void ImportScreen::mappingList_MouseUp(MouseButton button, int x) {
+  trapRoutine(mappingList.name() + "_MouseUp", [&] {
+    if (button != MouseButton::Right) return;
+    targetColumn_ = GetColumnUnderMouse(mappingList, x);
+    if (targetColumn_ && mappingList.rowCount() > 0) popup(test);
+  });
+}
+
+void ImportScreen::subclr_Click() {
+  trapRoutine("subclr_Click", [this] {
+    if (!targetColumn_) return;
+    mappingList.setColumn(*targetColumn_, firstDataRow, nullptr);
+    writeNotYet(*targetColumn_);
+  });
+}
+
+}  // namespace velk

@@ -1,0 +1,154 @@
+#include "mapping/import_screen.h"
+
+#include <utility>
+
+#include "platform/errors.h"
+#include "platform/text.h"
+
+namespace velk {
+
+ImportScreen::ImportScreen(Velk_ModOpnImp& module, std::string_view name, std::string_view caption,
+                           std::string_view mappingListName, const MappingRules& rules)
+    : Form(module.platform().shell, name, caption, fixedBounds),
+      FraBrowse(*this, "FraBrowse", {120, 60, 11640, 900}, "Select the CSV file"),
+      TxtFileName(*this, &FraBrowse, "TxtFileName", {240, 345, 8520, 330}),
+      CmdBrowse(*this, &FraBrowse, "CmdBrowse", {8910, 315, 1215, 390}, "&Browse"),
+      cmdview(*this, &FraBrowse, "cmdview", {10215, 315, 1215, 390}, "&View"),
+      FraData(*this, "FraData", {120, 1020, 11640, 6360}, ""),
+      Label2(*this, &FraData, "Label2", {240, 240, 3000, 255}, "CSV File Data"),
+      lv(*this, &FraData, "lv", {240, 510, 11160, 2640}),
+      Label1(*this, &FraData, "Label1", {240, 3270, 3000, 255}, "Mapped to"),
+      mappingList(*this, &FraData, mappingListName, {240, 3540, 11160, 2640}),
+      CmdClear(*this, nullptr, "CmdClear", {7920, 7515, 1215, 390}, "&Clear"),
+      cmdImport(*this, nullptr, "cmdImport", {9225, 7515, 1215, 390}, "&Import"),
+      cmdExit(*this, nullptr, "cmdExit", {10530, 7515, 1215, 390}, "C&lose"),
+      CommonDialog1(*this, module.desktop(), "CommonDialog1"),
+      test(*this, nullptr, "test", "Clear"),
+      subclr(*this, &test, "subclr", "Clear"),
+      module_(module),
+      rules_(rules) {
+  cmdview.setEnabled(false);
+  cmdImport.setEnabled(false);
+  test.setVisible(false);
+  bindEvents();
+}
+
+void ImportScreen::bindEvents() {
+  CmdBrowse.onClick = [this] { CmdBrowse_Click(); };
+  cmdview.onClick = [this] { cmdview_Click(); };
+  CmdClear.onClick = [this] { CmdClear_Click(); };
+  cmdImport.onClick = [this] {
+    const WaitCursor wait(desktop());
+    cmdImport_Click();
+    leaveRows();
+  };
+  cmdExit.onClick = [this] { unload(); };
+  lv.onColumnClick = [this](std::size_t column) { lv_ColumnClick(column); };
+  mappingList.onColumnClick = [this](std::size_t column) { mappingList_ColumnClick(column); };
+  mappingList.onMouseUp = [this](MouseButton button, int x, int) {
+    mappingList_MouseUp(button, x);
+  };
+  subclr.onClick = [this] { subclr_Click(); };
+}
+
+// Set-up
+
+void ImportScreen::keepConnection(std::shared_ptr<Connection> myConn) {
+  connection_ = myConn != nullptr ? std::move(myConn) : std::make_shared<ClosedConnection>();
+  command_ = connection_->newCommand();
+}
+
+void ImportScreen::loadNotYetCaption() {
+  notYet_ = toText(module_.hostService().caption("Vorel", "Label", "Not Yet"));
+}
+
+void ImportScreen::InitLoadColors() {
+  using namespace systemColor;
+  backColors_ = {buttonFace,       buttonFace,       windowBackground,
+                 windowBackground, windowBackground, windowBackground};
+  foreColors_ = {buttonText, buttonText, windowText, windowText, windowText, windowText};
+  trapRoutine("InitLoadColors", [this] {
+    const auto rows = connection().Execute("Select * From ColorSettings");
+    if (rows == nullptr) return;
+    // 0 keeps the default, so black can't be chosen: intended.
+    const auto take = [](Value& color, const Value& field) {
+      const double number = Velk_ModOpnImp::ValOrZero(std::string(trim(toText(field))));
+      if (number != 0) color = number;
+    };
+    for (std::size_t row = 0; !rows->isEOF(); ++row, rows->MoveNext()) {
+      if (row >= backColors_.size()) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+      take(backColors_[row], rows->field(1));
+      take(foreColors_[row], rows->field(2));
+    }
+    rows->Close();
+  });
+}
+
+// Window
+
+void ImportScreen::Form_KeyDown(std::int16_t KeyCode, std::int16_t Shift) {
+  constexpr std::int16_t emptyValue = 0;  // the comparison is with a value that is always empty
+  constexpr std::int16_t keyF4 = 115;
+  constexpr std::int16_t ctrlAlone = 2;
+  trapRoutine("Form_KeyDown", [&] {
+    if (KeyCode == emptyValue) module_.hostMainWindow().focusMainMenu(0);
+    if (KeyCode == keyF4 && Shift == ctrlAlone) unload();
+  });
+}
+
+void ImportScreen::Form_Resize() {
+  trapRoutine("Form_Resize", [this] {
+    if (windowState() == WindowState::Minimised) return;
+    set("WindowState", static_cast<std::int32_t>(WindowState::Normal));
+    setBounds(fixedBounds);
+  });
+}
+
+// Runs
+
+std::size_t ImportScreen::lastDataRow() const {
+  if (recordCount_ >= rules_.largestRecordCount) throw RuntimeError(ErrorNumber::Overflow);
+  return static_cast<std::size_t>(recordCount_) + 1;
+}
+
+void ImportScreen::emptyScreen() {
+  TxtFileName.setValue("");
+  mappingList.clearRows();
+  lv.clearRows();
+  lv.clearColumns();
+  cmdview.setEnabled(false);
+  cmdImport.setEnabled(false);
+}
+
+std::optional<std::size_t> ImportScreen::firstEmptyCell(std::size_t field) {
+  const std::size_t last = lastDataRow();
+  for (std::size_t row = firstDataRow; row <= last; ++row) {
+    currentRow_ = row;
+    if (mappingList.cell(row, field).empty()) return row;
+  }
+  leaveRows();
+  return std::nullopt;
+}
+
+void ImportScreen::leaveRows() {
+  currentRow_ = 0;
+  posting_ = false;
+}
+
+void ImportScreen::eventFailed(const RuntimeError& error) noexcept {
+  try {
+    std::string text = error.description();
+    if (posting_) {
+      text = "The import stopped at record " + std::to_string(currentRow_ - mappingRow) + ": " +
+             text +
+             ". Records before it are posted; importing this file again would post them twice.";
+    }
+    module_.LogError(text, std::to_string(error.number()));
+    desktop().messageBox(text, styleCritical);
+  } catch (...) {
+    // There is no way left to tell the user; the host must live on.
+  }
+  leaveRows();
+}
+
+}  // namespace velk

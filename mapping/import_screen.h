@@ -1,0 +1,160 @@
+// What every import screen is: a preview of the file, a list of target fields, the clicks that map
+// one to the other, and the buttons around them.
+//
+// The preview list `lv` holds one column a file column and one row a record. The mapping list holds
+// one column a field; its row 1 is the mapping row (the title of the mapped file column in bold, or
+// the "Not Yet" caption), rows 2 to RecordCount + 1 are the data rows. Imports read their values
+// from the mapping list, not from the file.
+//
+// A screen states its differences as MappingRules, and by overriding the few steps that are its
+// own.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "mapping/mapping_rules.h"
+#include "platform/controls.h"
+#include "platform/database.h"
+#include "platform/list_view.h"
+#include "shared/Velk_ModOpnImp.h"
+
+namespace velk {
+
+class ImportScreen : public Form {
+ public:
+  static constexpr std::size_t mappingRow = 1;
+  static constexpr std::size_t firstDataRow = 2;
+  static constexpr Bounds fixedBounds{.left = 0, .top = 0, .width = 12000, .height = 8580};
+
+  Frame FraBrowse;
+  TextBox TxtFileName;
+  CommandButton CmdBrowse;
+  CommandButton cmdview;
+  Frame FraData;
+  Label Label2;
+  ListView lv;
+  Label Label1;
+  ListView mappingList;
+  CommandButton CmdClear;
+  CommandButton cmdImport;
+  CommandButton cmdExit;
+  CommonDialog CommonDialog1;
+  Menu test;
+  Menu subclr;
+
+  Velk_ModOpnImp& module() const { return module_; }
+  Desktop& desktop() const { return module_.desktop(); }
+  Connection& connection() const { return *connection_; }
+
+  /// The number of data rows; 0 before View.
+  std::int32_t RecordCount() const { return recordCount_; }
+  /// RecordCount + 1. Error 6 when that is beyond the range of the count.
+  std::size_t lastDataRow() const;
+
+  /// The row of the mapping list that the import stands on; 0 outside its loops.
+  std::size_t currentRow() const { return currentRow_; }
+
+  /// The first data row whose cell is empty, leaving it the current row; nothing when there is
+  /// none.
+  std::optional<std::size_t> firstEmptyCell(std::size_t field);
+  /// Runs `record` for each data row in order, the row being the current one. An error that leaves
+  /// it keeps the current row, so that the user can be told where the import stopped.
+  template <class Record>
+  void forEachRecord(Record&& record) {
+    const std::size_t last = lastDataRow();
+    for (std::size_t row = firstDataRow; row <= last; ++row) {
+      currentRow_ = row;
+      posting_ = true;
+      record(row);
+    }
+    leaveRows();
+  }
+
+  /// After a run: file name, lists and preview columns emptied, View and Import disabled.
+  void emptyScreen();
+
+  /// The column of a list at a horizontal position (twips from the list's left edge, the list's
+  /// scroll position counted in); nothing beyond the last one.
+  static std::optional<std::size_t> GetColumnUnderMouse(const ListView& list, int x);
+
+ protected:
+  ImportScreen(Velk_ModOpnImp& module, std::string_view name, std::string_view caption,
+               std::string_view mappingListName, const MappingRules& rules);
+
+  // Set-up
+  void keepConnection(std::shared_ptr<Connection> myConn);
+  void InitLoadColors();
+  void paint() { Velk_ModOpnImp::SetColors(*this, backColors_, foreColors_); }
+  /// Keeps the host's caption for "Not Yet".
+  void loadNotYetCaption();
+
+  // The steps that screens have on their own
+  /// Sets title, filter and the like of CommonDialog1 before it is shown.
+  virtual void setUpDialog() = 0;
+  /// Maps the file columns whose names are those of fields.
+  virtual void mapIdenticalNames() = 0;
+  /// Whether a field refuses, by hand, a file column that has an empty value.
+  virtual bool needsValues(std::size_t field) const = 0;
+  /// The Import button.
+  virtual void cmdImport_Click() = 0;
+
+  // Events
+  void CmdBrowse_Click();
+  void cmdview_Click();
+  void CmdClear_Click();
+  void lv_ColumnClick(std::size_t column);
+  void mappingList_ColumnClick(std::size_t column);
+  void mappingList_MouseUp(MouseButton button, int x);
+  void subclr_Click();
+  void Form_KeyDown(std::int16_t KeyCode, std::int16_t Shift) override;
+  void Form_Resize() override;
+  void eventFailed(const RuntimeError& error) noexcept override;
+
+  /// Runs a handler under the trap that logs its screen and routine.
+  template <class Routine>
+  bool trapRoutine(std::string_view routine, Routine&& body) {
+    return module_.trap(name() + " : " + std::string(routine) + " - ", body);
+  }
+
+  /// Removes all rows of the mapping list and adds the mapping row and `dataRows` empty rows.
+  void rebuildMappingList(bool notYetInFirstCell, std::size_t dataRows);
+  /// Shows a file column's values under a field, and its title in bold in the mapping row.
+  void mapColumn(std::size_t fileColumn, std::size_t field);
+  const MappingRules& rules() const { return rules_; }
+
+ private:
+  enum class Selection { None, Used, FileColumn };
+
+  void bindEvents();
+  void forgetFile();
+  void loadPreview();
+  void storeRecordCount(std::size_t lines);
+  void writeNotYet(std::size_t field);
+  std::size_t fieldTitled(std::string_view title) const;
+  void mapSelectedColumn(std::size_t clicked);
+  void leaveRows();
+
+  Velk_ModOpnImp& module_;
+  const MappingRules& rules_;
+  std::shared_ptr<Connection> connection_;
+  std::unique_ptr<Command> command_;
+  std::string notYet_;
+  std::array<Value, 6> backColors_;
+  std::array<Value, 6> foreColors_;
+
+  std::optional<std::size_t> nonEmptyLines_;  // of the file viewed; nothing before View
+  std::size_t selectedColumn_ = 0;
+  Selection selection_ = Selection::None;
+  std::optional<std::size_t> targetColumn_;
+  std::int32_t recordCount_ = 0;
+  std::size_t currentRow_ = 0;
+  bool posting_ = false;
+};
+
+}  // namespace velk

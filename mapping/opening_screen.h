@@ -1,0 +1,63 @@
+// The screen of an opening balance import, customers' or vendors'.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "mapping/import_screen.h"
+
+namespace velk {
+
+class OpeningScreen;
+
+/// What one opening screen is, beside what both are.
+struct OpeningScreenKind {
+  std::string_view name;
+  std::string_view caption;
+  std::string_view mappingListName;
+  std::span<const TargetField> fields;
+  MappingRules rules;
+  /// The second field's title is the host's caption of this key; empty: its own title stays.
+  std::string_view secondTitleKey;
+  /// A field that is present with width 0.
+  std::optional<std::size_t> hiddenField;
+};
+
+/// Runs an import on a viewed and mapped screen: the Import button's handler. It stands above the
+/// screens, so whoever makes a screen hands it in.
+using ImportRoutine = void (*)(OpeningScreen&);
+
+class OpeningScreen : public ImportScreen {
+ public:
+  /// `kind` outlives the screen.
+  OpeningScreen(Velk_ModOpnImp& module, const OpeningScreenKind& kind, ImportRoutine import);
+
+  /// Sets the screen up and shows it, modeless. Errors are logged; what was done before one stays.
+  /// Without a connection every query of the screen fails; without an icon it has the default one.
+  void initForm(std::shared_ptr<Connection> myConn, std::shared_ptr<const Picture> AppIcon);
+
+ protected:
+  void setUpDialog() override;
+  void mapIdenticalNames() override;
+  bool needsValues(std::size_t field) const override { return kind_.fields[field].needsValues; }
+  void cmdImport_Click() override { import_(*this); }
+
+ private:
+  void mapIfNamed(std::size_t fileColumn);
+
+  const OpeningScreenKind& kind_;
+  ImportRoutine import_;
+};
+
+/// Rules that both opening screens share, with the refusals that they word differently.
+constexpr MappingRules openingRules(std::string_view selectFirst, std::string_view hasEmptyValue) {
+  return {.selectFirst = selectFirst,
+          .hasEmptyValue = hasEmptyValue,
+          .firstCell = {.afterBrowse = false, .afterAutomaticMapping = false},
+          .furtherCellSuffix = "",
+          .largestRecordCount = std::numeric_limits<std::int16_t>::max()};
+}
+
+}  // namespace velk

@@ -1,0 +1,101 @@
+// The little of the data access library (ADO) that the system uses, under ADO's own names.
+//
+// Realizations: the host's ADO connection (Windows), any ODBC driver (platform/odbc), and wrappers
+// such as the runner's recorder. Commands come only from a connection, so whoever wraps a
+// connection sees every statement. All calls throw RuntimeError; the numbers are ADO's.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/values.h"
+
+namespace velk {
+
+/// ADO type codes in use.
+enum class DataType : std::int32_t { Integer = 3, Double = 5, Date = 7, VarChar = 200 };
+
+enum class CommandType : std::int32_t { Text = 1, StoredProcedure = 4 };
+
+/// ADO's adParamInput, the only direction in use.
+inline constexpr std::int32_t inputParameter = 1;
+
+/// ADO's ObjectStateEnum.
+inline constexpr std::int32_t stateClosed = 0;
+inline constexpr std::int32_t stateOpen = 1;
+
+/// ADO's default execute options, adOptionUnspecified.
+inline constexpr std::int32_t defaultOptions = -1;
+
+/// What a driver said about a failure, one record of possibly several.
+struct Diagnostic {
+  std::string state;  ///< SQLSTATE, five characters
+  std::int32_t native = 0;
+  std::string message;
+};
+
+class Recordset {
+ public:
+  virtual ~Recordset() = default;
+
+  /// 0 closed (a statement that returned no rows), 1 open. Every other member but NextRecordset
+  /// raises 3704 on a closed one.
+  virtual std::int32_t State() const = 0;
+  /// No current record because the end, or the beginning, has been passed. Both hold when there are
+  /// no rows.
+  virtual bool isEOF() const = 0;
+  virtual bool isBOF() const = 0;
+  virtual void MoveNext() = 0;
+  /// The field at a zero-based position of the current record. Errors: 3021 without a current
+  /// record, 3265 for a position that does not exist.
+  virtual Value field(std::size_t position) const = 0;
+  /// The next result of the same command, open or closed; null when there is none. An error that a
+  /// later statement of the command met is raised here.
+  virtual std::shared_ptr<Recordset> NextRecordset() = 0;
+  /// Error 3704 when closed already.
+  virtual void Close() = 0;
+};
+
+class Command {
+ public:
+  virtual ~Command() = default;
+
+  virtual void setCommandType(CommandType type) = 0;
+  virtual void setCommandText(std::string_view text) = 0;
+  /// CreateParameter and Parameters.Append. Parameters are bound by position; names need only be
+  /// distinct. `type` is any ADO code; those not listed in DataType may be refused by Execute.
+  virtual void Append(std::string_view name, std::int32_t type, std::int32_t direction,
+                      std::int32_t size) = 0;
+  /// Sets the value of the parameter at a zero-based position. Error 3265 when there is none.
+  virtual void setValue(std::size_t position, const Value& value) = 0;
+  /// Never null on success: a statement without rows gives a closed record set.
+  virtual std::shared_ptr<Recordset> Execute(std::int32_t options) = 0;
+};
+
+class Connection {
+ public:
+  virtual ~Connection() = default;
+
+  /// Runs a text query. Never null on success.
+  virtual std::shared_ptr<Recordset> Execute(std::string_view text) = 0;
+  virtual std::unique_ptr<Command> newCommand() = 0;
+
+  /// Everything the driver said about the last failure, first record first; empty where the library
+  /// underneath keeps none.
+  virtual std::vector<Diagnostic> diagnostics() const { return {}; }
+  /// True once the connection is known to be gone: a call may or may not have taken effect.
+  virtual bool isLost() const { return false; }
+};
+
+/// A connection that was never opened: whatever is executed is error 3709.
+class ClosedConnection final : public Connection {
+ public:
+  std::shared_ptr<Recordset> Execute(std::string_view text) override;
+  std::unique_ptr<Command> newCommand() override;
+};
+
+}  // namespace velk

@@ -1,0 +1,78 @@
+// Runtime errors: the one closed type for everything that a routine's error trap may catch.
+//
+// Numbers and descriptions are those of the automation runtime, of the data access library and of
+// the list controls; users and support know them from the error log. HRESULT, SQLSTATE and errno
+// are translated into a RuntimeError in exactly one function each, beside the code that meets them.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string>
+#include <string_view>
+
+namespace velk {
+
+enum class ErrorNumber : std::int32_t {
+  InvalidProcedureCall = 5,
+  Overflow = 6,
+  OutOfMemory = 7,
+  SubscriptOutOfRange = 9,
+  TypeMismatch = 13,
+  BadFileNameOrNumber = 52,
+  FileNotFound = 53,
+  FileAlreadyOpen = 55,
+  DeviceIo = 57,
+  DiskFull = 61,
+  InputPastEnd = 62,
+  TooManyFiles = 67,
+  PermissionDenied = 70,
+  PathFileAccess = 75,
+  PathNotFound = 76,
+  ObjectNotSet = 91,
+  InvalidUseOfNull = 94,
+  InvalidPropertyValue = 380,
+  CannotCreateObject = 429,
+  NoSuchPropertyOrMethod = 438,
+  InvalidPicture = 481,
+  NoCurrentRecord = 3021,
+  ItemNotFound = 3265,
+  WrongArgumentType = 3421,
+  ObjectClosed = 3704,
+  ConnectionInvalid = 3709,
+  CancelSelected = 32755,
+  IndexOutOfBounds = 35600,
+  ProviderTimeout = -2147217871,
+  IntegrityViolation = -2147217873,
+  DataTruncated = -2147217833,
+  NoSuchTable = -2147217865,
+  LoginFailed = -2147217843,
+  NoPermission = -2147217911,
+  CommandErrors = -2147217900,
+  ProviderFailure = -2147467259,
+};
+
+/// The runtime's own description of a number; for a number that has none, the runtime's generic
+/// text "Application-defined or object-defined error".
+std::string_view standardDescription(ErrorNumber number);
+
+class RuntimeError : public std::exception {
+ public:
+  /// An error with its standard description.
+  explicit RuntimeError(ErrorNumber number);
+  /// An error whose description comes from elsewhere (a driver, a host).
+  RuntimeError(std::int32_t number, std::string description);
+  RuntimeError(ErrorNumber number, std::string description);
+
+  std::int32_t number() const noexcept { return number_; }
+  bool is(ErrorNumber number) const noexcept {
+    return number_ == static_cast<std::int32_t>(number);
+  }
+  const std::string& description() const noexcept { return description_; }
+  const char* what() const noexcept override { return description_.c_str(); }
+
+ private:
+  std::int32_t number_;
+  std::string description_;
+};
+
+}  // namespace velk

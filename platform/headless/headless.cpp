@@ -1,0 +1,66 @@
+#include "platform/headless/headless.h"
+
+#include <utility>
+
+#include "platform/errors.h"
+
+namespace velk {
+
+namespace {
+
+Message makeMessage(std::string_view prompt, std::int32_t style,
+                    std::optional<std::string_view> caption, bool throughHost) {
+  Message message;
+  message.prompt = prompt;
+  message.style = style;
+  if (caption) message.caption = std::string(*caption);
+  message.throughHost = throughHost;
+  return message;
+}
+
+}  // namespace
+
+HeadlessDesktop::HeadlessDesktop(std::string applicationFolder, std::function<Date()> clock,
+                                 MessageHandler messages)
+    : folder_(std::move(applicationFolder)),
+      clock_(std::move(clock)),
+      messages_(std::move(messages)) {}
+
+std::int32_t HeadlessDesktop::messageBox(std::string_view prompt, std::int32_t style,
+                                         std::optional<std::string_view> caption) {
+  messages_(makeMessage(prompt, style, caption, false));
+  return answerOk;
+}
+
+Value HeadlessHostService::caption(std::string_view, std::string_view, std::string_view key) {
+  return std::string(key);
+}
+
+std::string HeadlessHostService::captionText(std::string_view, std::string_view,
+                                             std::string_view key) {
+  return std::string(key);
+}
+
+Value HeadlessHostService::messageBox(std::string_view prompt, std::int32_t style,
+                                      std::optional<std::string_view> caption) {
+  messages_(makeMessage(prompt, style, caption, true));
+  return answerOk;
+}
+
+std::string HeadlessHostService::messageText(std::string_view text, std::span<const Value>) {
+  return std::string(text);
+}
+
+std::shared_ptr<HostMainWindow> HeadlessHostService::mainWindow() {
+  throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+}
+
+void HeadlessShell::closed(Form& form) {
+  std::erase_if(open_, [&](const auto& open) { return open.get() == &form; });
+}
+
+Menu* HeadlessShell::popup(Form& form, Menu& menu) {
+  return onPopup ? onPopup(form, menu) : nullptr;
+}
+
+}  // namespace velk

@@ -1,0 +1,17 @@
+#include "platform/native/native_clock.h"
+
+#include <ctime>
+
+namespace velk {
+
+Date localNow() {
+  constexpr double secondsPerDay = 86400;
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  const Date day = dateFromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday});
+  const int seconds = (local.tm_hour * 60 + local.tm_min) * 60 + local.tm_sec;
+  return Date{day.days + seconds / secondsPerDay};
+}
+
+}  // namespace velk

@@ -1,0 +1,151 @@
+#include "platform/native/native_files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+#include <utility>
+
+namespace velk {
+
+namespace {
+
+constexpr mode_t newFileMode = 0666;  // the user's umask takes off what it must
+
+class Descriptor {
+ public:
+  explicit Descriptor(int fd) : fd_(fd) {}
+  Descriptor(Descriptor&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
+  Descriptor& operator=(Descriptor&&) = delete;
+  ~Descriptor() {
+    if (fd_ >= 0) ::close(fd_);
+  }
+  int get() const { return fd_; }
+  int release() { return std::exchange(fd_, -1); }
+
+ private:
+  int fd_;
+};
+
+bool folderExists(const std::string& file) {
+  const std::size_t slash = file.rfind('/');
+  if (slash == std::string::npos || slash == 0) return true;
+  struct stat status {};
+  return ::stat(file.substr(0, slash).c_str(), &status) == 0;
+}
+
+Descriptor openDescriptor(std::string_view path, int flags) {
+  if (path.find('\0') != std::string_view::npos) throw RuntimeError(ErrorNumber::FileNotFound);
+  const std::string name(path);
+  // Without O_NONBLOCK the opening of a pipe would wait for its other end.
+  Descriptor file(::open(name.c_str(), flags | O_CLOEXEC | O_NONBLOCK, newFileMode));
+  if (file.get() >= 0) return file;
+  const int failure = errno;
+  if (failure == ENOENT && !folderExists(name)) throw RuntimeError(ErrorNumber::PathNotFound);
+  throw fileError(failure);
+}
+
+struct stat regularFileStatus(const Descriptor& file) {
+  struct stat status {};
+  if (::fstat(file.get(), &status) != 0) throw fileError(errno);
+  if (!S_ISREG(status.st_mode)) throw RuntimeError(ErrorNumber::PathFileAccess);
+  return status;
+}
+
+class NativeInput final : public InputFile {
+ public:
+  explicit NativeInput(Descriptor file)
+      : file_(std::move(file)),
+        length_(static_cast<std::uint64_t>(regularFileStatus(file_).st_size)) {}
+
+  std::uint64_t length() const override { return length_; }
+
+  std::size_t read(char* to, std::size_t count) override {
+    std::size_t done = 0;
+    while (done < count) {
+      const ssize_t n = ::read(file_.get(), to + done, count - done);
+      if (n < 0 && errno == EINTR) continue;
+      if (n < 0) throw fileError(errno);
+      if (n == 0) break;
+      done += static_cast<std::size_t>(n);
+    }
+    return done;
+  }
+
+  void rewind() override {
+    if (::lseek(file_.get(), 0, SEEK_SET) < 0) throw fileError(errno);
+  }
+
+ private:
+  Descriptor file_;
+  std::uint64_t length_;
+};
+
+class NativeOutput final : public OutputFile {
+ public:
+  explicit NativeOutput(Descriptor file) : file_(std::move(file)) { regularFileStatus(file_); }
+
+  void write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      const ssize_t n = ::write(file_.get(), bytes.data(), bytes.size());
+      if (n < 0 && errno == EINTR) continue;
+      if (n < 0) throw fileError(errno);
+      bytes.remove_prefix(static_cast<std::size_t>(n));
+    }
+  }
+
+  void close() override {
+    const int fd = file_.release();
+    if (fd >= 0 && ::close(fd) != 0) throw fileError(errno);
+  }
+
+ private:
+  Descriptor file_;
+};
+
+}  // namespace
+
+RuntimeError fileError(int errorCode) {
+  switch (errorCode) {
+    case ENOENT:
+      return RuntimeError(ErrorNumber::FileNotFound);
+    case ENOTDIR:
+      return RuntimeError(ErrorNumber::PathNotFound);
+    case EACCES:
+    case EPERM:
+    case EBUSY:
+    case ETXTBSY:
+      return RuntimeError(ErrorNumber::PermissionDenied);
+    case EISDIR:
+    case EROFS:
+    case ELOOP:
+    case ENXIO:
+    case EINVAL:
+      return RuntimeError(ErrorNumber::PathFileAccess);
+    case ENAMETOOLONG:
+      return RuntimeError(ErrorNumber::BadFileNameOrNumber);
+    case EMFILE:
+    case ENFILE:
+      return RuntimeError(ErrorNumber::TooManyFiles);
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+      return RuntimeError(ErrorNumber::DiskFull);
+    case ENOMEM:
+      return RuntimeError(ErrorNumber::OutOfMemory);
+    default:
+      return RuntimeError(ErrorNumber::DeviceIo);
+  }
+}
+
+std::unique_ptr<InputFile> NativeFileSystem::openInput(std::string_view path) {
+  return std::make_unique<NativeInput>(openDescriptor(path, O_RDONLY));
+}
+
+std::unique_ptr<OutputFile> NativeFileSystem::openAppend(std::string_view path) {
+  return std::make_unique<NativeOutput>(openDescriptor(path, O_WRONLY | O_APPEND | O_CREAT));
+}
+
+}  // namespace velk

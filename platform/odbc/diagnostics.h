@@ -1,0 +1,23 @@
+// What a driver says about a failure, and the one place where it becomes a runtime error.
+#pragma once
+
+#include <vector>
+
+#include "platform/database.h"
+#include "platform/errors.h"
+#include "platform/odbc/odbc_api.h"
+
+namespace velk {
+
+/// All records of a handle, first record first. A null handle has none.
+std::vector<Diagnostic> readDiagnostics(SQLSMALLINT handleType, SQLHANDLE handle);
+
+/// The error that the data access library would raise: the number by the first record's SQLSTATE,
+/// the description its message without the leading "[...]" names of layers. No record at all is
+/// the provider's general failure.
+RuntimeError toRuntimeError(const std::vector<Diagnostic>& diagnostics);
+
+/// True when a record says that the connection itself has failed (class 08).
+bool tellsConnectionLost(const std::vector<Diagnostic>& diagnostics);
+
+}  // namespace velk

@@ -1,0 +1,14 @@
+// How a database is opened.
+#pragma once
+
+namespace velk {
+
+struct OdbcOptions {
+  /// How long a statement may run, or wait for a lock, before it fails with -2147217871; 0 waits
+  /// for ever.
+  int commandTimeoutSeconds = 30;
+  /// How long opening may take where the driver can tell; 0 waits for ever.
+  int loginTimeoutSeconds = 15;
+};
+
+}  // namespace velk

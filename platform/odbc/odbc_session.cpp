@@ -1,0 +1,84 @@
+#include "platform/odbc/odbc_session.h"
+
+#include <array>
+
+#include "platform/text.h"
+
+namespace velk {
+namespace {
+
+EnvironmentHandle makeEnvironment() {
+  EnvironmentHandle environment(nullptr);
+  SQLSetEnvAttr(environment.get(), SQL_ATTR_ODBC_VERSION, integerArgument(SQL_OV_ODBC3), 0);
+  return environment;
+}
+
+SQLPOINTER secondsArgument(int seconds) {
+  return integerArgument(static_cast<std::uintptr_t>(seconds < 0 ? 0 : seconds));
+}
+
+/// True when the connection string has a value for the setting's name already.
+bool mentions(std::string_view connectionString, std::string_view setting) {
+  const std::string name = lowerAscii(setting.substr(0, setting.find('=') + 1));
+  return lowerAscii(connectionString).find(name) != std::string::npos;
+}
+
+}  // namespace
+
+OdbcSession::OdbcSession(std::string_view connectionString, const OdbcOptions& options)
+    : environment_(makeEnvironment()), options_(options), dialect_(makeDialect({})) {
+  connect(std::string(connectionString));
+  dialect_ = makeDialect(engineName());
+  // Only a connected driver tells what engine it is, and some settings come with connecting only.
+  const std::string settings = dialect_->connectionSettings(options_);
+  if (!settings.empty() && !mentions(connectionString, settings)) {
+    connect(std::string(connectionString).append(";").append(settings).append(";"));
+  }
+  for (const std::string& statement : dialect_->openingStatements()) executeNative(statement);
+}
+
+void OdbcSession::connect(const std::string& connectionString) {
+  connection_ = ConnectionHandle(environment_.get());
+  // Drivers without such a limit refuse the attribute; that is no reason not to connect.
+  SQLSetConnectAttrW(handle(), SQL_ATTR_LOGIN_TIMEOUT,
+                     secondsArgument(options_.loginTimeoutSeconds), SQL_IS_UINTEGER);
+  const std::u16string wide = toUtf16(connectionString);
+  check(SQLDriverConnectW(handle(), nullptr, wideText(wide.data()),
+                          static_cast<SQLSMALLINT>(wide.size()), nullptr, 0, nullptr,
+                          SQL_DRIVER_NOPROMPT),
+        SQL_HANDLE_DBC, handle());
+}
+
+StatementHandle OdbcSession::newStatement() {
+  StatementHandle statement(handle());
+  SQLSetStmtAttrW(statement.get(), SQL_ATTR_QUERY_TIMEOUT,
+                  secondsArgument(options_.commandTimeoutSeconds), SQL_IS_UINTEGER);
+  return statement;
+}
+
+void OdbcSession::executeNative(std::string_view sql) {
+  const StatementHandle statement = newStatement();
+  const std::u16string wide = toUtf16(sql);
+  const SQLRETURN result =
+      SQLExecDirectW(statement.get(), wideText(wide.data()), static_cast<SQLINTEGER>(wide.size()));
+  if (result != SQL_NO_DATA) check(result, SQL_HANDLE_STMT, statement.get());
+}
+
+RuntimeError OdbcSession::failure(SQLSMALLINT handleType, SQLHANDLE handle) {
+  diagnostics_ = readDiagnostics(handleType, handle);
+  for (Diagnostic& diagnostic : diagnostics_) {
+    diagnostic = dialect_->normalized(std::move(diagnostic));
+  }
+  lost_ = lost_ || tellsConnectionLost(diagnostics_);
+  return toRuntimeError(diagnostics_);
+}
+
+std::string OdbcSession::engineName() {
+  std::array<char16_t, 128> name{};
+  SQLSMALLINT bytes = 0;
+  const SQLRETURN result = SQLGetInfoW(handle(), SQL_DBMS_NAME, name.data(),
+                                       static_cast<SQLSMALLINT>(sizeof name), &bytes);
+  return SQL_SUCCEEDED(result) ? toUtf8(name.data()) : std::string();
+}
+
+}  // namespace velk

@@ -1,0 +1,51 @@
+// One open connection of the database interface, with what all of its statements need.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/odbc/dialect.h"
+#include "platform/odbc/odbc_handle.h"
+#include "platform/odbc/odbc_options.h"
+
+namespace velk {
+
+class OdbcSession {
+ public:
+  /// Opens. Errors: what the driver or its manager says.
+  OdbcSession(std::string_view connectionString, const OdbcOptions& options);
+
+  const Dialect& dialect() const { return *dialect_; }
+  SQLHANDLE handle() const { return connection_.get(); }
+
+  /// A new statement handle with the command time-out set.
+  StatementHandle newStatement();
+
+  /// Runs one statement as the engine itself writes it and drops its results.
+  void executeNative(std::string_view sql);
+
+  /// Passes success; else keeps the handle's diagnostics and throws them.
+  void check(SQLRETURN result, SQLSMALLINT handleType, SQLHANDLE handle) {
+    if (!SQL_SUCCEEDED(result)) throw failure(handleType, handle);
+  }
+  /// Keeps the handle's diagnostics and makes an error of them.
+  RuntimeError failure(SQLSMALLINT handleType, SQLHANDLE handle);
+
+  const std::vector<Diagnostic>& diagnostics() const { return diagnostics_; }
+  bool isLost() const { return lost_; }
+
+ private:
+  void connect(const std::string& connectionString);
+  std::string engineName();
+
+  EnvironmentHandle environment_;
+  ConnectionHandle connection_;
+  OdbcOptions options_;
+  std::unique_ptr<Dialect> dialect_;
+  std::vector<Diagnostic> diagnostics_;
+  bool lost_ = false;
+};
+
+}  // namespace velk

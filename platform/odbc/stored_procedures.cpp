@@ -1,0 +1,160 @@
+#include "platform/odbc/stored_procedures.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "platform/errors.h"
+#include "platform/text.h"
+
+namespace velk {
+namespace {
+
+constexpr std::size_t maxParameters = 2100;  // SQL Server's own limit
+
+[[noreturn]] void refuse(const std::string& why) {
+  throw RuntimeError(ErrorNumber::CommandErrors, why);
+}
+
+std::string quoted(std::string_view name) {
+  return std::string("'").append(name).append("'");
+}
+
+std::size_t parseArgument(std::string_view item, std::string_view procedure) {
+  const std::string_view digits = trim(item);
+  std::size_t number = 0;
+  const auto [rest, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (error != std::errc() || rest != digits.data() + digits.size() || number < 1 ||
+      number > maxParameters) {
+    refuse("Stored procedure " + quoted(procedure) + " lists an argument that is no parameter.");
+  }
+  return number - 1;
+}
+
+std::vector<std::size_t> parseArguments(std::string_view list, std::string_view procedure) {
+  std::vector<std::size_t> arguments;
+  if (trim(list).empty()) return arguments;
+  for (std::size_t comma; (comma = list.find(',')) != std::string_view::npos;) {
+    arguments.push_back(parseArgument(list.substr(0, comma), procedure));
+    list.remove_prefix(comma + 1);
+  }
+  arguments.push_back(parseArgument(list, procedure));
+  return arguments;
+}
+
+}  // namespace
+
+std::size_t NameHash::operator()(std::string_view name) const {
+  constexpr unsigned caseBit = 0x20;  // folds letters, and harmlessly some signs
+  constexpr std::size_t tellingCharacters = 8;
+  auto hash = static_cast<std::uint32_t>(name.size());
+  const std::size_t skipped = name.size() > tellingCharacters ? name.size() - tellingCharacters : 0;
+  for (const char c : name.substr(skipped)) {
+    hash = hash * 31 + (static_cast<unsigned char>(c) | caseBit);
+  }
+  return hash;
+}
+
+bool NameEqual::operator()(std::string_view a, std::string_view b) const {
+  return a == b || equalsIgnoringCase(a, b);
+}
+
+// Undone unless released. What goes wrong in undoing is less telling than what led to it.
+class StoredProcedures::Savepoint {
+ public:
+  explicit Savepoint(OdbcSession& session) : session_(session) {
+    session_.executeNative("SAVEPOINT procedure_call");
+  }
+  Savepoint(const Savepoint&) = delete;
+  Savepoint& operator=(const Savepoint&) = delete;
+  ~Savepoint() {
+    if (released_) return;
+    try {
+      session_.executeNative("ROLLBACK TO procedure_call");
+      session_.executeNative("RELEASE procedure_call");
+    } catch (const RuntimeError&) {
+    }
+  }
+  void release() {
+    session_.executeNative("RELEASE procedure_call");
+    released_ = true;
+  }
+
+ private:
+  OdbcSession& session_;
+  bool released_ = false;
+};
+
+void StoredProcedures::load() {
+  PreparedStatement query(
+      session_, "SELECT name, statement, arguments FROM StoredProcedure ORDER BY name, step");
+  const auto rows = query.execute(0);
+  procedures_.clear();
+  for (; !rows->isEOF(); rows->MoveNext()) addStep(*rows);
+  loaded_ = true;
+}
+
+void StoredProcedures::addStep(const Recordset& row) {
+  const std::string name = toText(row.field(0));
+  Procedure& procedure = procedures_[name];
+  Step step{session_.dialect().translateCommand(toText(row.field(1))),
+            parseArguments(toText(row.field(2)), name), nullptr};
+  for (const std::size_t argument : step.arguments) {
+    procedure.parameterCount = std::max(procedure.parameterCount, argument + 1);
+  }
+  procedure.steps.push_back(std::move(step));
+}
+
+StoredProcedures::Procedure& StoredProcedures::find(std::string_view name) {
+  const auto unknown = [&] { refuse("Could not find stored procedure " + quoted(name) + "."); };
+  try {
+    if (!loaded_) load();
+  } catch (const RuntimeError& error) {
+    if (error.is(ErrorNumber::NoSuchTable)) unknown();
+    throw;
+  }
+  const auto found = procedures_.find(name);
+  if (found == procedures_.end()) unknown();
+  return found->second;
+}
+
+std::shared_ptr<MemoryRecordset> StoredProcedures::call(
+    std::string_view name, const std::vector<CommandParameter>& parameters) {
+  Procedure& procedure = find(name);
+  if (parameters.size() != procedure.parameterCount) {
+    refuse("Stored procedure " + quoted(name) + " takes " +
+           std::to_string(procedure.parameterCount) + " parameters; the call has " +
+           std::to_string(parameters.size()) + ".");
+  }
+  if (procedure.steps.size() == 1) return runStep(procedure.steps.front(), parameters);
+  Savepoint savepoint(session_);
+  auto result = runSteps(procedure, parameters);
+  savepoint.release();
+  return result;
+}
+
+std::shared_ptr<MemoryRecordset> StoredProcedures::runStep(
+    Step& step, const std::vector<CommandParameter>& parameters) {
+  if (!step.statement) step.statement = std::make_unique<PreparedStatement>(session_, step.sql);
+  for (std::size_t mark = 0; mark < step.arguments.size(); ++mark) {
+    const CommandParameter& parameter = parameters[step.arguments[mark]];
+    step.statement->setParameter(mark, parameter.type, parameter.value);
+  }
+  return step.statement->execute(step.arguments.size());
+}
+
+// The first result with rows leads; without any, the call answers one closed record set.
+std::shared_ptr<MemoryRecordset> StoredProcedures::runSteps(
+    Procedure& procedure, const std::vector<CommandParameter>& parameters) {
+  std::shared_ptr<MemoryRecordset> first;
+  std::shared_ptr<MemoryRecordset> last;
+  for (Step& step : procedure.steps) {
+    auto result = runStep(step, parameters);
+    if (result->State() == stateClosed) continue;
+    if (last) last->setNext(result);
+    if (!first) first = result;
+    last = std::move(result);
+  }
+  return first ? first : std::make_shared<MemoryRecordset>();
+}
+
+}  // namespace velk

@@ -1,0 +1,74 @@
+// Stored procedures for an engine without them: statements in a table of the database.
+//
+//   StoredProcedure(name, step, statement, arguments)
+//
+// A row is one step. `statement` is in the engine's language or its dialect, with "?" marks, and
+// `arguments` lists for each mark the number (from 1) of the parameter it takes, separated by
+// commas. The steps run in ascending order. Each step that returns rows gives a result of the call.
+// The steps of a call take effect together or not at all. Names compare without regard to letter
+// case.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/odbc/prepared_statement.h"
+
+namespace velk {
+
+/// A value and the type code that it is to be bound with.
+struct CommandParameter {
+  std::int32_t type = 0;
+  std::int32_t direction = inputParameter;
+  Value value;
+};
+
+/// Names that differ in the letter case of ASCII letters only are one.
+struct NameHash {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view name) const;
+};
+struct NameEqual {
+  using is_transparent = void;
+  bool operator()(std::string_view a, std::string_view b) const;
+};
+
+class StoredProcedures {
+ public:
+  explicit StoredProcedures(OdbcSession& session) : session_(session) {}
+
+  /// Runs a procedure. The table is read once, with the first call. Errors: -2147217900 for a name
+  /// that is not there, a wrong number of parameters, a definition that makes no sense; else what
+  /// the steps raise.
+  std::shared_ptr<MemoryRecordset> call(std::string_view name,
+                                        const std::vector<CommandParameter>& parameters);
+
+ private:
+  struct Step {
+    std::string sql;
+    std::vector<std::size_t> arguments;  // zero-based
+    std::unique_ptr<PreparedStatement> statement;
+  };
+  struct Procedure {
+    std::vector<Step> steps;
+    std::size_t parameterCount = 0;
+  };
+  class Savepoint;
+
+  void load();
+  void addStep(const Recordset& row);
+  Procedure& find(std::string_view name);
+  std::shared_ptr<MemoryRecordset> runStep(Step& step,
+                                           const std::vector<CommandParameter>& parameters);
+  std::shared_ptr<MemoryRecordset> runSteps(Procedure& procedure,
+                                            const std::vector<CommandParameter>& parameters);
+
+  OdbcSession& session_;
+  std::unordered_map<std::string, Procedure, NameHash, NameEqual> procedures_;
+  bool loaded_ = false;
+};
+
+}  // namespace velk

@@ -1,0 +1,26 @@
+// Everything that the system asks of the machine, in one bundle. It is handed in once, at the top;
+// whoever makes it keeps the referenced objects alive for longer than the system.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/database.h"
+#include "platform/desktop.h"
+#include "platform/files.h"
+#include "platform/form.h"
+#include "platform/host_service.h"
+#include "platform/text.h"
+
+namespace velk {
+
+struct Platform {
+  FileSystem& files;
+  Desktop& desktop;
+  FormShell& shell;
+  const CodePage& codePage;
+  /// Makes the host service object; error 429 when that fails.
+  std::function<std::shared_ptr<HostService>()> createHostService;
+};
+
+}  // namespace velk

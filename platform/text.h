@@ -1,0 +1,67 @@
+// Text at the edges: the system's single-byte code page on one side, UTF-8 on the other.
+//
+// Inside the system every text is UTF-8. Files and the error log are in the code page; COM, Win32
+// and ODBC are UTF-16.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace velk {
+
+/// One single-byte code page. Bytes 0x00 to 0x7F are ASCII in all of them.
+class CodePage {
+ public:
+  /// `upper` gives the character of each byte from 0x80 to 0xFF.
+  explicit CodePage(const std::array<char16_t, 128>& upper);
+
+  /// windows-1252. Its five undefined bytes (81, 8D, 8F, 90, 9D) stand for the C1 controls of the
+  /// same number, both ways, so that no byte is lost.
+  static const CodePage& windows1252();
+
+  /// Bytes to UTF-8. Every byte has a character.
+  std::string decode(std::string_view bytes) const;
+
+  /// UTF-8 to bytes; a character that the page lacks, and each byte that is no UTF-8, becomes "?".
+  std::string encode(std::string_view text) const;
+
+  /// How many bytes of UTF-8 one decoded byte takes (1 to 3).
+  std::size_t utf8Length(unsigned char byte) const { return utf8_[byte].length; }
+
+  /// Writes the UTF-8 of one byte at `to` and returns the place behind it.
+  char* decodeByte(unsigned char byte, char* to) const {
+    const Utf8& u = utf8_[byte];
+    for (std::size_t i = 0; i < u.length; ++i) *to++ = u.bytes[i];
+    return to;
+  }
+
+ private:
+  struct Utf8 {
+    std::array<char, 3> bytes;
+    unsigned char length;
+  };
+  std::array<char16_t, 128> upper_;
+  std::array<Utf8, 256> utf8_;
+};
+
+/// True when all bytes are below 0x80.
+bool isAscii(std::string_view bytes);
+
+/// UTF-8 to UTF-16 and back. What is no valid UTF-8 or UTF-16 becomes U+FFFD.
+std::u16string toUtf16(std::string_view text);
+std::string toUtf8(std::u16string_view text);
+
+/// Without the blanks (U+0020 only) at both ends.
+std::string_view trim(std::string_view text);
+
+/// Letters A to Z in lower or upper case; every other character unchanged.
+std::string lowerAscii(std::string_view text);
+std::string upperAscii(std::string_view text);
+bool equalsIgnoringCase(std::string_view a, std::string_view b);
+
+/// Start of the last character (code point) of a text that is not empty.
+std::size_t lastCharacter(std::string_view text);
+
+}  // namespace velk

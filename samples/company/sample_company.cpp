@@ -1,0 +1,97 @@
+#include "samples/company/sample_company.h"
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <system_error>
+
+#include "platform/errors.h"
+#include "platform/odbc/odbc_connection.h"
+#include "platform/text.h"
+
+namespace velk {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path toPath(std::string_view utf8) {
+  return fs::path(toUtf16(utf8));
+}
+
+// The file under construction; it goes, with the engine's own files beside it, unless it was kept.
+class UnfinishedDatabase {
+ public:
+  explicit UnfinishedDatabase(std::string path) : path_(std::move(path)) {
+    removeAll();
+    if (!std::ofstream(toPath(path_))) throw RuntimeError(ErrorNumber::PathFileAccess);
+  }
+  UnfinishedDatabase(const UnfinishedDatabase&) = delete;
+  UnfinishedDatabase& operator=(const UnfinishedDatabase&) = delete;
+  ~UnfinishedDatabase() { removeAll(); }
+
+  const std::string& path() const { return path_; }
+
+  /// Gives it its final name, without ever replacing a file.
+  void keepAs(const std::string& path) {
+    std::error_code error;
+    fs::create_hard_link(toPath(path_), toPath(path), error);
+    if (!error) return;
+    // Some file systems know no links.
+    if (fs::exists(toPath(path))) throw RuntimeError(ErrorNumber::FileAlreadyOpen);
+    fs::rename(toPath(path_), toPath(path), error);
+    if (error) throw RuntimeError(ErrorNumber::PathFileAccess);
+  }
+
+ private:
+  void removeAll() {
+    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
+      std::error_code ignored;
+      fs::remove(toPath(path_ + suffix), ignored);
+    }
+  }
+
+  std::string path_;
+};
+
+/// Calls `run` with each statement of a script.
+template <class Run>
+void forEachStatement(std::string_view script, Run run) {
+  constexpr std::string_view separator = "\nGO\n";
+  while (!script.empty()) {
+    const std::size_t end = script.find(separator);
+    const std::string_view statement = script.substr(0, end);
+    if (!trim(statement).empty()) run(statement);
+    script.remove_prefix(end == std::string_view::npos ? script.size() : end + separator.size());
+  }
+}
+
+void fill(const std::string& path) {
+  const auto connection = openOdbc(embeddedConnectionString(path));
+  connection->Execute("PRAGMA journal_mode = WAL");
+  connection->Execute("PRAGMA synchronous = NORMAL");
+  connection->Execute("BEGIN");
+  for (const Script& script : sampleCompanyScripts()) {
+    forEachStatement(script.text,
+                     [&](std::string_view statement) { connection->Execute(statement); });
+  }
+  connection->Execute("COMMIT");
+}
+
+void requireFree(const std::string& path) {
+  std::error_code error;
+  const bool exists = fs::exists(toPath(path), error);
+  if (error) throw RuntimeError(ErrorNumber::PathFileAccess);
+  if (exists) throw RuntimeError(ErrorNumber::FileAlreadyOpen);
+}
+
+}  // namespace
+
+void createSampleCompany(const std::string& path) {
+  embeddedConnectionString(path);  // refuses a name before anything is made
+  requireFree(path);
+  UnfinishedDatabase unfinished(path + ".new");
+  fill(unfinished.path());
+  unfinished.keepAs(path);
+}
+
+}  // namespace velk

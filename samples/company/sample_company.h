@@ -1,0 +1,26 @@
+// The sample company: a small distributor on 1 April 2008, with everything that an import reads or
+// writes, as an embedded database.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace velk {
+
+/// One script, in UTF-8: statements for the embedded database, each ended by a line holding only
+/// "GO".
+struct Script {
+  std::string_view name;
+  std::string_view text;
+};
+
+/// The scripts that make the sample company, in the order to run them.
+std::span<const Script> sampleCompanyScripts();
+
+/// Makes the sample company's database in a new file. Whatever goes wrong, nothing is left behind.
+/// Errors: 55 when the file exists, 52 for a name that an embedded database cannot have, 75 when
+/// the file cannot be made there; else what the database says.
+void createSampleCompany(const std::string& path);
+
+}  // namespace velk

@@ -1,0 +1,52 @@
+#include "shared/csv_text.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/errors.h"
+#include "platform/text.h"
+
+namespace velk {
+
+std::size_t markFields(char* line, std::size_t length, QuotedComma quotedComma) {
+  bool quoted = false;
+  char* to = line;
+  for (const char* from = line; from != line + length; ++from) {
+    char c = *from;
+    if (c == '"') quoted = !quoted;
+    if (c == ',' && !quoted) c = fieldEnd;
+    if (c == ',' && quotedComma == QuotedComma::Drop) continue;
+    *to++ = c;
+  }
+  return static_cast<std::size_t>(to - line);
+}
+
+std::vector<std::string> splitLine(std::string_view line, QuotedComma quotedComma) {
+  std::vector<std::string> fields;
+  if (line.empty()) return fields;
+  std::string marked(line);
+  marked.resize(markFields(marked.data(), marked.size(), quotedComma));
+  std::string_view rest = marked;
+  for (std::size_t end = rest.find(fieldEnd); end != std::string_view::npos;
+       end = rest.find(fieldEnd)) {
+    fields.emplace_back(rest.substr(0, end));
+    rest.remove_prefix(end + 1);
+  }
+  fields.emplace_back(rest);
+  return fields;
+}
+
+std::size_t unquoteInPlace(char* field, std::size_t length) {
+  if (length == 0 || field[0] != '"') return length;
+  if (length == 1) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+  const std::size_t last = lastCharacter({field + 1, length - 1}) + 1;
+  char* to = field;
+  for (std::size_t i = 1; i < last; ++i) {
+    const bool doubled = field[i] == '"' && i + 1 < last && field[i + 1] == '"';
+    *to++ = field[i];
+    if (doubled) ++i;
+  }
+  return static_cast<std::size_t>(to - field);
+}
+
+}  // namespace velk

@@ -1,0 +1,21 @@
+#include "shared/error_log.h"
+
+namespace velk {
+
+std::string FileErrorLog::path() const {
+  return desktop_.applicationFolder() + pathSeparator + "Error.log";
+}
+
+void FileErrorLog::append(std::string_view line) {
+  const std::int16_t number = files_.freeFile(NumberedFiles::Use::ErrorLog);
+  files_.openForAppend(number, path());
+  try {
+    files_.printLine(number, line);
+  } catch (...) {
+    files_.close(number);
+    throw;
+  }
+  files_.close(number);
+}
+
+}  // namespace velk

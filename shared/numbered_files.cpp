@@ -1,0 +1,102 @@
+#include "shared/numbered_files.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/errors.h"
+
+namespace velk {
+
+bool NumberedFiles::isOpen(std::int16_t number) const {
+  return inputs_.contains(number) || outputs_.contains(number);
+}
+
+std::int16_t NumberedFiles::freeFile(Use use) const {
+  const std::int16_t last = use == Use::ErrorLog ? lastNumber : lastNumber - 1;
+  for (std::int16_t number = 1; number <= last; ++number) {
+    if (!isOpen(number)) return number;
+  }
+  throw RuntimeError(ErrorNumber::TooManyFiles);
+}
+
+void NumberedFiles::checkFree(std::int16_t number) const {
+  if (number < 1 || number > lastNumber) throw RuntimeError(ErrorNumber::BadFileNameOrNumber);
+  if (isOpen(number)) throw RuntimeError(ErrorNumber::FileAlreadyOpen);
+}
+
+void NumberedFiles::openForInput(std::int16_t number, std::string_view path) {
+  checkFree(number);
+  Input input;
+  input.file = files_.openInput(path);
+  input.buffer = std::make_unique_for_overwrite<std::array<char, bufferSize>>();
+  inputs_.emplace(number, std::move(input));
+}
+
+void NumberedFiles::openForAppend(std::int16_t number, std::string_view path) {
+  checkFree(number);
+  outputs_.emplace(number, files_.openAppend(path));
+}
+
+void NumberedFiles::close(std::int16_t number) {
+  inputs_.erase(number);
+  const auto output = outputs_.extract(number);
+  if (!output.empty()) output.mapped()->close();
+}
+
+NumberedFiles::Input& NumberedFiles::input(std::int16_t number) {
+  const auto found = inputs_.find(number);
+  if (found == inputs_.end()) throw RuntimeError(ErrorNumber::BadFileNameOrNumber);
+  return found->second;
+}
+
+// False at the end of the file.
+bool NumberedFiles::fill(Input& input) {
+  if (input.next < input.end) return true;
+  input.next = 0;
+  input.end = input.file->read(input.buffer->data(), bufferSize);
+  return input.end > 0;
+}
+
+bool NumberedFiles::atEnd(std::int16_t number) {
+  return !fill(input(number));
+}
+
+std::string NumberedFiles::lineInput(std::int16_t number) {
+  Input& in = input(number);
+  if (!fill(in)) throw RuntimeError(ErrorNumber::InputPastEnd);
+  std::string bytes;
+  while (fill(in)) {
+    const char* const from = in.buffer->data() + in.next;
+    const char* const to = in.buffer->data() + in.end;
+    const char* const stop = std::find(from, to, '\r');
+    if (bytes.size() + static_cast<std::size_t>(stop - from) > FileText::maxLength) {
+      throw RuntimeError(ErrorNumber::OutOfMemory);
+    }
+    bytes.append(from, stop);
+    in.next += static_cast<std::size_t>(stop - from);
+    if (stop == to) continue;
+    ++in.next;
+    if (fill(in) && (*in.buffer)[in.next] == '\n') ++in.next;
+    break;
+  }
+  return codePage_.decode(bytes);
+}
+
+void NumberedFiles::rewind(std::int16_t number) {
+  Input& in = input(number);
+  in.file->rewind();
+  in.next = in.end = 0;
+}
+
+FileText NumberedFiles::readAll(std::int16_t number) {
+  rewind(number);
+  return FileText::read(*input(number).file, codePage_);
+}
+
+void NumberedFiles::printLine(std::int16_t number, std::string_view text) {
+  const auto found = outputs_.find(number);
+  if (found == outputs_.end()) throw RuntimeError(ErrorNumber::BadFileNameOrNumber);
+  found->second->write(codePage_.encode(text) + "\r\n");
+}
+
+}  // namespace velk

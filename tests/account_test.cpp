@@ -1,0 +1,175 @@
+// Outcomes and the account from recorded calls, without a run.
+#include <doctest/doctest.h>
+
+#include <functional>
+
+#include "apps/opnimp/account.h"
+
+using namespace velk;
+
+namespace {
+
+/// Two records, and the calls that a faithful import makes for them.
+struct Books {
+  InputRecords input{InputRecords("Code,Bill,Bal\r\nC1,100,\"6,0\"\r\nC2,-5.5,2\r\n")};
+  std::vector<FieldMapping> mapping{{"Customer ID", 0, "Code"}, {"Customer Name", {}, {}},
+                                    {"Reference", {}, {}},      {"Date", {}, {}},
+                                    {"Bill Amount", 1, "Bill"}, {"Balance", 2, "Bal"},
+                                    {"Document Type", {}, {}}};
+  std::vector<RecordedCall> calls{
+      query(2), note(2, "sp_insert_CustDebitNote", "C1", 100, 60), entry(2, "C1", 60),
+      query(3), note(3, "sp_insert_CustCreditNote", "C2", 5.5, 2), entry(3, "C2", -2)};
+  long long screenRecords = 2;
+
+  static RecordedCall query(std::size_t row) {
+    return {row, CallKind::Query, "select", {}, CallResult::Ok, {}};
+  }
+  static RecordedCall note(std::size_t row, std::string name, std::string code, double bill,
+                           double balance) {
+    return {row,
+            CallKind::Procedure,
+            std::move(name),
+            {std::move(code), std::string(), Date{1}, bill, balance, std::string()},
+            CallResult::Ok,
+            {}};
+  }
+  static RecordedCall entry(std::size_t row, std::string code, double balance) {
+    return {row,
+            CallKind::Procedure,
+            "sp_acc_import_customeropeningbalance",
+            {std::move(code), balance},
+            CallResult::Ok,
+            {}};
+  }
+
+  Account account() const {
+    Traces traces;
+    traces.records.resize(input.count());
+    for (const RecordedCall& call : calls) {
+      const bool within = call.row >= 2 && call.row - 2 < input.count();
+      (within ? traces.records[call.row - 2].calls : traces.strays).push_back(&call);
+    }
+    for (RecordTrace& record : traces.records) record.outcome = outcomeOf(record);
+    return drawUpAccount(
+        {*findKind("customer-opening"), input, mapping, traces, screenRecords, true});
+  }
+};
+
+}  // namespace
+
+TEST_CASE("a faithful import adds up, with sums by side") {
+  const Account account = Books().account();
+  CHECK(account.addsUp());
+  CHECK(account.count(Outcome::Posted) == 2);
+  for (const Sums& sums : {account.file, account.notes}) {
+    CHECK(sums.count == 2);
+    CHECK(sums.billDebit == 100);
+    CHECK(sums.billCredit == 5.5);
+    CHECK(sums.balanceDebit == 60);
+    CHECK(sums.balanceCredit == 2);
+  }
+  CHECK(account.entries.balanceDebit == 60);
+  CHECK(account.entries.balanceCredit == 2);
+}
+
+TEST_CASE("an import that does anything else does not") {
+  const struct {
+    std::string_view what;
+    std::function<void(Books&)> change;
+  } rows[] = {
+      {"another bill", [](Books& b) { b.calls[1].parameters[3] = 1000.0; }},
+      {"another balance", [](Books& b) { b.calls[1].parameters[4] = 6.0; }},
+      {"another customer", [](Books& b) { b.calls[1].parameters[0] = std::string("C2"); }},
+      {"an entry of the wrong sign", [](Books& b) { b.calls[5].parameters[1] = 2.0; }},
+      {"a debit note for a credit", [](Books& b) { b.calls[4].text = b.calls[1].text; }},
+      {"note and entry exchanged", [](Books& b) { std::swap(b.calls[1], b.calls[2]); }},
+      {"a record posted twice", [](Books& b) { b.calls.push_back(b.calls[1]); }},
+      {"no entry", [](Books& b) { b.calls.erase(b.calls.begin() + 2); }},
+      {"records exchanged", [](Books& b) { std::swap(b.calls[1].row, b.calls[4].row); }},
+      {"a record never looked up",
+       [](Books& b) { b.calls.erase(b.calls.begin() + 3, b.calls.end()); }},
+      {"a row beyond the file", [](Books& b) { b.calls.push_back(Books::query(4)); }},
+      {"a procedure for no record", [](Books& b) { b.calls.push_back(Books::entry(0, "C1", 1)); }},
+      {"the screen counted otherwise", [](Books& b) { b.screenRecords = 1; }},
+      {"a parameter is missing", [](Books& b) { b.calls[2].parameters.pop_back(); }},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.what);
+    Books books;
+    row.change(books);
+    const Account account = books.account();
+    CHECK_FALSE(account.addsUp());
+    CHECK_FALSE(account.differences.empty());
+  }
+}
+
+TEST_CASE("the outcome of a record") {
+  using enum CallResult;
+  const struct {
+    std::string_view what;
+    std::vector<CallResult> lookUp;
+    std::vector<CallResult> procedures;
+    bool logged;
+    bool endedHere;
+    Outcome outcome;
+  } rows[] = {
+      {"nothing", {}, {}, false, false, Outcome::NotReached},
+      {"the run ended before it", {}, {}, false, true, Outcome::NotReached},
+      {"the look-up had no answer", {Unknown}, {}, false, true, Outcome::NotReached},
+      {"looked up and left", {Ok}, {}, false, false, Outcome::Skipped},
+      {"looked up, then the run ended", {Ok}, {}, false, true, Outcome::NotReached},
+      {"logged", {Ok}, {}, true, false, Outcome::Rejected},
+      {"look-up failed", {Failed}, {}, true, false, Outcome::Rejected},
+      {"both ok", {Ok}, {Ok, Ok}, false, false, Outcome::Posted},
+      {"the run ended after it", {Ok}, {Ok, Ok}, false, true, Outcome::Posted},
+      {"both ok, logged", {Ok}, {Ok, Ok}, true, false, Outcome::PostedWithWarning},
+      {"dry", {Ok}, {NotRun, NotRun}, false, false, Outcome::Posted},
+      {"both failed", {Ok}, {Failed, Failed}, true, false, Outcome::Failed},
+      {"one failed", {Ok}, {Failed, Ok}, true, false, Outcome::Partial},
+      {"the other failed", {Ok}, {Ok, Failed}, true, false, Outcome::Partial},
+      {"failed late only", {Ok}, {FailedLate, Failed}, true, false, Outcome::Partial},
+      {"ended between the calls", {Ok}, {Ok}, true, true, Outcome::Partial},
+      {"ended after a failed one", {Ok}, {Failed}, true, true, Outcome::Failed},
+      {"no answer", {Ok}, {Ok, Unknown}, true, true, Outcome::Unknown},
+      {"no answer after a failure", {Ok}, {Failed, Unknown}, true, true, Outcome::Unknown},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.what);
+    std::vector<RecordedCall> calls;
+    for (const CallResult r : row.lookUp) calls.push_back({2, CallKind::Query, "", {}, r, {}});
+    for (const CallResult r : row.procedures) {
+      calls.push_back({2, CallKind::Procedure, "", {}, r, {}});
+    }
+    const RecordedLine line;
+    RecordTrace trace;
+    for (const RecordedCall& call : calls) trace.calls.push_back(&call);
+    if (row.logged) trace.lines.push_back(&line);
+    trace.runEndedHere = row.endedHere;
+    CHECK(outcomeName(outcomeOf(trace)) == outcomeName(row.outcome));
+  }
+}
+
+TEST_CASE("records and their physical lines") {
+  const struct {
+    std::string_view what;
+    std::string bytes;
+    std::vector<std::size_t> lines;
+  } rows[] = {
+      {"usual", "h\r\na\r\nb\r\n", {2, 3}},
+      {"no end of the last line", "h\r\na\r\nb", {2, 3}},
+      {"empty lines", "h\r\n\r\na\r\n\r\n\r\nb\r\n", {3, 6}},
+      {"a bare line feed inside", "h\r\na\nb\r\nc\r\n", {2, 4}},
+      {"a bare carriage return inside", "h\r\na\rb\r\nc\r\n", {2, 3}},
+      {"bare line feeds only", "h\na\nb\n", {}},
+      {"a carriage return at the end", "h\r\na\r", {2}},
+      {"empty header", "\r\na\r\n", {2}},
+      {"nothing", "", {}},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.what);
+    const InputRecords input(row.bytes);
+    std::vector<std::size_t> found;
+    for (std::size_t i = 0; i < input.count(); ++i) found.push_back(input.place(i).line);
+    CHECK(found == row.lines);
+  }
+}

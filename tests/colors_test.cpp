@@ -1,0 +1,111 @@
+#include <array>
+
+#include "tests/support/test_world.h"
+
+namespace velk {
+namespace {
+
+struct Plain : Form {
+  explicit Plain(FormShell& shell) : Form(shell, "Plain", "", {}) {}
+  void eventFailed(const RuntimeError&) noexcept override {}
+};
+
+struct Gallery : Plain {
+  using Plain::Plain;
+  Label label{*this, nullptr, "label", {}, ""};
+  CheckBox check{*this, nullptr, "check", {}, ""};
+  OptionButton option{*this, nullptr, "option", {}, ""};
+  TextBox text{*this, nullptr, "text", {}};
+  ComboBox combo{*this, nullptr, "combo", {}, {}};
+  ListView list{*this, nullptr, "list", {}};
+  DTPicker picker{*this, nullptr, "picker", {}};
+  Frame frame{*this, "frame", {}, ""};
+  CommandButton button{*this, nullptr, "button", {}, ""};
+};
+
+std::string colors(const PropertyBag& bag, const std::string& prefix = "") {
+  return std::to_string(bag.number(prefix + "BackColor")) + "/" +
+         std::to_string(bag.number(prefix + "ForeColor"));
+}
+
+TEST_CASE("controls are painted by their kind") {
+  HeadlessShell shell;
+  Gallery form(shell);
+  const std::string pickerBefore = colors(form.picker);
+  const std::array<Value, 3> back{10, 11.0, std::string("12")};
+  const std::array<Value, 3> fore{20, 21, 22};
+  Velk_ModOpnImp::SetColors(form, back, fore);
+  const std::pair<const Control&, const char*> rows[] = {
+      {form.label, "11/21"}, {form.check, "11/21"}, {form.option, "11/21"}, {form.text, "12/22"},
+      {form.combo, "12/22"}, {form.list, "12/22"},  {form.frame, "10/20"}};
+  for (const auto& row : rows) {
+    CAPTURE(row.first.name());
+    CHECK(colors(row.first) == row.second);
+  }
+  CHECK(form.number("BackColor") == 10);
+  CHECK(colors(form.picker, "Calendar") == "12/22");
+  CHECK(colors(form.picker) == pickerBefore);
+}
+
+TEST_CASE("painting with too little") {
+  struct Odd final : Control {
+    explicit Odd(Form& form) : Control(form, nullptr, "odd", {}) {}
+    std::string_view typeName() const override { return "ListView"; }
+  };
+  HeadlessShell shell;
+  const std::array<Value, 3> all{1, 2, 3};
+  const auto paint = [&](Form& form, std::size_t back, std::size_t fore) {
+    return errorOf([&] {
+      Velk_ModOpnImp::SetColors(form, std::span(all).first(back), std::span(all).first(fore));
+    });
+  };
+  Plain plain(shell);
+  CHECK(paint(plain, 0, 0) == 9);
+  CHECK(paint(plain, 1, 0) == 0);
+  CHECK(plain.number("BackColor") == 1);
+  Gallery gallery(shell);
+  CHECK(paint(gallery, 3, 2) == 9);
+  const Odd odd(plain);
+  CHECK(paint(plain, 3, 3) == 438);
+}
+
+TEST_CASE("a screen's colours come from the database") {
+  const std::string face = "-2147483633/-2147483630";    // button face, button text
+  const std::string window = "-2147483643/-2147483640";  // window background, window text
+  const std::string trapped = ": Velk_frmCustOpn_OpnImp : InitLoadColors - ";
+  const Value no = Null();
+  const auto text = [](const char* t) { return Value(std::string(t)); };
+  const FakeRows mixed{{no, text(" 255 "), 16711680.0}, {no, text("7abc"), text("blue")}};
+  const FakeRows zeros{{no, 0, no}, {no, text("0"), text("")}, {no, -2147483633, 0}};
+  const struct {
+    FakeResults results;
+    std::string frame, label, list, log;
+  } rows[] = {
+      {{FakeRows{}}, face, face, window, ""},
+      {{std::nullopt}, face, face, window, "(3704)"},
+      {{FakeRows{{9, 1, 2}}}, "1/2", face, window, ""},
+      {{mixed}, "255/16711680", "7/-2147483630", window, ""},
+      {{zeros}, face, face, "-2147483633/-2147483640", ""},
+      {{FakeRows(7, {no, 5, 6})}, "5/6", "5/6", "5/6", "(9)"},
+      {{FakeRows{{no, 1, 2}, {no, 3}}}, "1/2", "3/-2147483630", window, "(3265)"},
+      {{}, face, face, window, "(-2147217865)"},  // the query fails
+  };
+  for (const auto& row : rows) {
+    CAPTURE(&row - rows);
+    TestWorld world;
+    const std::string query = "Select * From ColorSettings";
+    world.database->answers[query] = row.results;
+    if (row.results.empty()) world.database->fail(query, ErrorNumber::NoSuchTable, "no table");
+    const auto screen = world.openCustomerScreen();
+    CHECK(colors(screen->FraData) == row.frame);
+    CHECK(screen->number("BackColor") == screen->FraData.number("BackColor"));
+    CHECK(colors(screen->Label1) == row.label);
+    CHECK(colors(screen->lv) == row.list);
+    CHECK(world.log().starts_with(row.log.empty() ? row.log : row.log + trapped));
+    CHECK(world.log().empty() == row.log.empty());
+    if (row.log.empty()) CHECK(world.database->closed == 1);
+  }
+}
+
+}  // namespace
+}  // namespace velk

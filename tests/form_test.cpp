@@ -1,0 +1,228 @@
+#include "platform/form.h"
+
+#include <new>
+#include <stdexcept>
+
+#include "platform/controls.h"
+#include "platform/headless/headless.h"
+#include "tests/support/checks.h"
+
+namespace velk {
+namespace {
+
+struct TestForm : Form {
+  explicit TestForm(FormShell& shell) : Form(shell, "TestForm", "Test", {1, 2, 3, 4}) {
+    go.onClick = [this] { ++clicks; };
+    item.onClick = [this] { ++clicks; };
+  }
+  void eventFailed(const RuntimeError& error) noexcept override {
+    failures.push_back(std::to_string(error.number()) + " " + error.description());
+    // The user is told in a message box, during which a second click can come.
+    CHECK(go.userClick() == EventResult::Dropped);
+  }
+  void Form_KeyDown(std::int16_t key, std::int16_t) override { keys += key; }
+  using Form::acceptEvents;
+
+  Frame box{*this, "box", {}, "box"};
+  CommandButton go{*this, &box, "go", {5, 6, 7, 8}, "&Go"};
+  CommandButton other{*this, nullptr, "other", {}, ""};
+  TextBox field{*this, &box, "field", {}};
+  ComboBox combo{*this, nullptr, "combo", {}, {"first", "second"}};
+  Menu menu{*this, nullptr, "menu", ""};
+  Menu item{*this, &menu, "item", "Item"};
+  int clicks = 0;
+  int keys = 0;
+  Texts failures;
+};
+
+struct Recorder : FormObserver {
+  void formChanged(Form&, std::string_view property) override { heard.emplace_back(property); }
+  void controlChanged(Control& control, std::string_view property) override {
+    heard.push_back(control.name() + "." + std::string(property));
+  }
+  Texts heard;
+};
+
+struct Opened {
+  HeadlessShell shell;
+  std::shared_ptr<TestForm> form = std::make_shared<TestForm>(shell);
+  Opened() {
+    form->show();
+    form->acceptEvents();
+  }
+};
+
+TEST_CASE("events that reach their handler and events that are dropped") {
+  const struct {
+    const char* what;
+    void (*prepare)(TestForm&);
+    int clicks;
+  } rows[] = {{"open", [](TestForm&) {}, 1},
+              {"disabled", [](TestForm& f) { f.go.setEnabled(false); }, 0},
+              {"hidden", [](TestForm& f) { f.go.setVisible(false); }, 0},
+              {"container disabled", [](TestForm& f) { f.box.setEnabled(false); }, 0},
+              {"container hidden", [](TestForm& f) { f.box.setVisible(false); }, 0},
+              {"neighbour disabled", [](TestForm& f) { f.other.setEnabled(false); }, 1},
+              {"closed", [](TestForm& f) { f.userClose(); }, 0},
+              {"no handler", [](TestForm& f) { f.go.onClick = nullptr; }, 0}};
+  for (const auto& row : rows) {
+    CAPTURE(row.what);
+    const Opened opened;
+    row.prepare(*opened.form);
+    const auto result = opened.form->go.userClick();
+    CHECK(result == (row.clicks == 1 ? EventResult::Handled : EventResult::Dropped));
+    CHECK(opened.form->clicks == row.clicks);
+  }
+}
+
+TEST_CASE("no event before the form is shown and accepts them") {
+  HeadlessShell shell;
+  const auto hidden = std::make_shared<TestForm>(shell);
+  hidden->acceptEvents();
+  CHECK(hidden->go.userClick() == EventResult::Dropped);
+  const auto shown = std::make_shared<TestForm>(shell);
+  shown->show();
+  CHECK(shown->field.userText("x") == EventResult::Dropped);
+  CHECK(shown->field.value().empty());
+  shown->userKeyDown(65, 0);
+  CHECK(shown->keys == 0);
+  shown->acceptEvents();
+  shown->userKeyDown(65, 0);
+  CHECK(shown->keys == 65);
+}
+
+TEST_CASE("while a handler runs its form drops events, other forms do not") {
+  const Opened one, two;
+  one.form->go.onClick = [&] {
+    CHECK(one.form->isRunning());
+    CHECK(one.form->go.userClick() == EventResult::Dropped);
+    CHECK(one.form->combo.userChoose(1) == EventResult::Dropped);
+    one.form->userKeyDown(65, 0);
+    CHECK(two.form->go.userClick() == EventResult::Handled);
+  };
+  CHECK(one.form->go.userClick() == EventResult::Handled);
+  CHECK_FALSE(one.form->isRunning());
+  CHECK(one.form->keys == 0);
+  CHECK(one.form->combo.index() == -1);
+}
+
+TEST_CASE("errors that a handler lets out leave the form usable") {
+  struct Own : std::logic_error {
+    using logic_error::logic_error;
+  };
+  const std::pair<void (*)(), const char*> rows[] = {
+      {[] { throw RuntimeError(ErrorNumber::Overflow); }, "6 Overflow"},
+      {[] { throw RuntimeError(-5, "driver"); }, "-5 driver"},
+      {[] { throw std::bad_alloc(); }, "7 Out of memory"},
+      {[] { throw Own("what it was"); }, "5 what it was"}};
+  for (const auto& row : rows) {
+    CAPTURE(row.second);
+    const Opened opened;
+    opened.form->other.onClick = row.first;
+    CHECK(opened.form->other.userClick() == EventResult::Failed);
+    CHECK(opened.form->failures == Texts{row.second});
+    CHECK(opened.form->go.userClick() == EventResult::Handled);
+  }
+  const Opened opened;
+  opened.form->other.onClick = [] { throw 1; };  // no error: not ours to keep
+  CHECK_THROWS_AS(opened.form->other.userClick(), int);
+  CHECK(opened.form->failures.empty());
+  CHECK(opened.form->go.userClick() == EventResult::Handled);
+}
+
+TEST_CASE("closing from a handler waits for its end, and the form lives until then") {
+  Opened opened;
+  const std::weak_ptr<TestForm> watch = opened.form;
+  TestForm& form = *opened.form;
+  Recorder recorder;
+  form.setObserver(&recorder);
+  bool alive = false;
+  form.other.onClick = [&] {
+    opened.form.reset();
+    form.userClose();
+    form.unload();
+    CHECK(form.isOpen());
+    CHECK(recorder.heard.empty());
+    alive = opened.shell.open().size() == 1 && !watch.expired();
+    throw RuntimeError(ErrorNumber::Overflow);
+  };
+  CHECK(form.other.userClick() == EventResult::Failed);
+  CHECK(alive);
+  CHECK(recorder.heard == Texts{"Visible"});
+  CHECK(opened.shell.open().empty());
+  CHECK(watch.expired());
+}
+
+TEST_CASE("observers hear what code changed, once, and no echo of the user") {
+  const Opened opened;
+  TestForm& form = *opened.form;
+  Recorder recorder;
+  form.setObserver(&recorder);
+  form.field.userText("typed");
+  form.combo.userChoose(1);
+  form.combo.userChoose(2);
+  form.userResize(WindowState::Maximised);
+  CHECK(recorder.heard.empty());
+  CHECK(form.field.value() == "typed");
+  CHECK(form.combo.text("Text") == "second");
+  CHECK(form.windowState() == WindowState::Maximised);
+
+  form.field.setValue("typed");
+  form.field.set("TEXT", 12);
+  form.combo.setIndex(0);
+  form.setBounds({1, 2, 30, 40});
+  CHECK(recorder.heard == Texts{"field.Text", "combo.ListIndex", "combo.Text", "Width", "Height"});
+  CHECK(form.field.value() == "12");
+}
+
+TEST_CASE("properties by name") {
+  HeadlessShell shell;
+  TestForm form(shell);
+  CHECK(errorOf([&] { form.go.get("BackColor"); }) == 438);
+  CHECK(errorOf([&] { form.set("Icon", 1); }) == 438);
+  CHECK(errorOf([&] { form.go.set("Left", std::string("wide")); }) == 13);
+  CHECK(errorOf([&] { form.combo.setIndex(2); }) == 380);
+  form.go.set("lEFT", std::string(" 77 "));
+  CHECK(form.go.number("LEFT") == 77);
+}
+
+TEST_CASE("popup menus") {
+  const struct {
+    const char* what;
+    void (*prepare)(TestForm&);
+    bool chosen;
+    int clicks;
+  } rows[] = {{"chosen", [](TestForm&) {}, true, 1},
+              {"nothing chosen", [](TestForm&) {}, false, 0},
+              {"hidden menu", [](TestForm& f) { f.menu.setVisible(false); }, true, 1},
+              {"hidden item", [](TestForm& f) { f.item.setVisible(false); }, true, 0},
+              {"disabled item", [](TestForm& f) { f.item.setEnabled(false); }, true, 0}};
+  for (const auto& row : rows) {
+    CAPTURE(row.what);
+    Opened opened;
+    TestForm& form = *opened.form;
+    row.prepare(form);
+    opened.shell.onPopup = [&](Form&, Menu&) { return row.chosen ? &form.item : nullptr; };
+    form.other.onClick = [&] { form.popup(form.menu); };
+    form.other.userClick();
+    CHECK(form.clicks == row.clicks);
+  }
+}
+
+TEST_CASE("the file dialog") {
+  HeadlessDesktop desktop(
+      "", [] { return Date{}; }, [](const Message&) {});
+  HeadlessShell shell;
+  TestForm form(shell);
+  CommonDialog dialog(form, desktop, "dialog");
+  desktop.chooseFile("a.csv");
+  dialog.ShowOpen();
+  desktop.chooseFile(std::nullopt);
+  dialog.ShowOpen();
+  dialog.setFlag("CancelError", true);
+  CHECK(errorOf([&] { dialog.ShowSave(); }) == 32755);
+  CHECK(dialog.text("FileName") == "a.csv");
+}
+
+}  // namespace
+}  // namespace velk

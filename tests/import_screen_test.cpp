@@ -1,0 +1,339 @@
+#include "mapping/import_screen.h"
+
+#include <array>
+
+#include "tests/support/test_world.h"
+
+namespace velk {
+namespace {
+
+using namespace std::string_literals;
+
+const std::string selectFirst = "host 0: You have to select from customer list";
+const std::string unmapped = "|Not Yet|Not Yet|Not Yet|Not Yet|Not Yet|Not Yet";
+const std::string cleared = "Not Yet" + unmapped;
+const std::string tag = "Velk_frmCustOpn_OpnImp : ";
+
+struct Shown {
+  TestWorld world;
+  std::shared_ptr<Velk_frmCustOpn_OpnImp> screen = world.openCustomerScreen();
+  ListView& lv = screen->lv;
+  ListView& fields = screen->lstCust;
+
+  Shown() = default;
+  explicit Shown(std::string_view content) { world.view(*screen, content); }
+
+  void map(std::size_t fileColumn, std::size_t field) {
+    lv.userColumnClick(fileColumn);
+    fields.userColumnClick(field);
+  }
+};
+
+TEST_CASE("the steps of setting up, in order") {
+  struct Observer : FormObserver {
+    explicit Observer(TestWorld& w) : world(w) {}
+    void formChanged(Form&, std::string_view property) override {
+      world.events.push_back(std::string(property) + std::to_string(world.database->liveCommands));
+    }
+    void columnsChanged(ListView& list) override {
+      world.events.push_back(list.title(1) + " " + std::to_string(list.width(6)));
+    }
+    TestWorld& world;
+  };
+  TestWorld world;
+  Observer observer(world);
+  world.host->captions["Customer Name"] = "Klant";
+  world.host->onStarting = [&](Form& form) { form.setObserver(&observer); };
+  world.database->answerRows("Select * From ColorSettings", {{0, 1, 2}});
+  world.database->onCall = [&](const FakeCall& call) {
+    world.events.push_back(call.text + std::to_string(world.database->liveCommands));
+  };
+  const auto screen = world.openCustomerScreen();
+  screen->setObserver(nullptr);
+  CHECK(world.events == Texts{"3 Velk_frmCustOpn_OpnImp", "Icon0", "2/Vorel/Label/Customer Name",
+                              "Klant 1440", "2/Vorel/Label/Not Yet", "Visible0",
+                              "Select * From ColorSettings1", "BackColor1", "Klant 0",
+                              "1 Velk_frmCustOpn_OpnImp true"});
+  CHECK(screen->text("Caption") == "Import Customer Opening");
+  Texts titles;
+  for (std::size_t i = 0; i < 7; ++i) titles.push_back(screen->lstCust.title(i));
+  CHECK(titles == Texts{"Customer ID", "Klant", "Reference", "Date", "Bill Amount", "Balance",
+                        "Document Type"});
+  CHECK_FALSE(screen->cmdview.enabled());
+  CHECK_FALSE(screen->cmdImport.enabled());
+}
+
+TEST_CASE("a set-up that fails is logged and goes no further") {
+  for (const std::string& key : {"Customer Name"s, "Not Yet"s, ""s}) {
+    CAPTURE(key);
+    TestWorld world;
+    world.host->failingKey = key;
+    world.hostFails = key.empty();
+    std::make_shared<Velk_frmCustOpn_OpnImp>(world.module, nullptr)->initForm(world.database, {});
+    CHECK(world.shell.open().empty());
+    CHECK(world.log() == "(429): " + tag + "initForm - ActiveX component can't create object\n");
+    CHECK(world.messages.empty());
+  }
+}
+
+TEST_CASE("no event counts before the set-up has ended, but the window may be closed") {
+  TestWorld world;
+  world.host->onReady = [&](Form& form) {
+    auto& screen = dynamic_cast<ImportScreen&>(form);
+    CHECK(screen.CmdBrowse.userClick() == EventResult::Dropped);
+    screen.userClose();
+  };
+  std::make_shared<Velk_frmCustOpn_OpnImp>(world.module, nullptr)->initForm(world.database, {});
+  CHECK(world.shell.open().empty());
+}
+
+TEST_CASE("browsing") {
+  Shown in;
+  in.screen->CmdBrowse.userClick();
+  CHECK(rowsOf(in.fields) == Texts{unmapped});
+  CHECK_FALSE(in.screen->cmdview.enabled());
+  in.world.view(*in.screen, "Reference,x\r\n1,2\r\n");
+  in.world.desktop.chooseFile("other.csv");
+  in.screen->CmdBrowse.userClick();
+  CHECK(rowsOf(in.fields) == Texts{unmapped});
+  CHECK(in.lv.columnCount() == 0);
+  CHECK(in.screen->cmdImport.enabled());
+  in.world.desktop.chooseFile(std::nullopt);
+  in.screen->CmdBrowse.userClick();  // cancelled: the file stays
+  CHECK(in.screen->TxtFileName.value() == "other.csv");
+  in.screen->emptyScreen();
+  in.screen->CmdBrowse.userClick();
+  CHECK(in.screen->TxtFileName.value().empty());
+  CHECK_FALSE(in.screen->cmdview.enabled());
+  CHECK(in.world.log().empty());
+}
+
+TEST_CASE("viewing and mapping identical names") {
+  const struct {
+    const char* content;
+    Texts preview;
+    Texts mapped;
+  } rows[] = {
+      {"Date,Reference\r\n1/2/2008,\"a\"\"b\"\r\n\r\n2/2/2008",
+       {"1/2/2008|a\"b", "2/2/2008|"},
+       {"|Not Yet|Reference*|Date*|Not Yet|Not Yet|Not Yet", "||a\"b|1/2/2008|||",
+        "|||2/2/2008|||"}},
+      {" CUSTOMER ID ,,document type\r\nC1,n,t",
+       {"C1|n|t"},
+       {" CUSTOMER ID *" + unmapped, "C1||||||"}},
+      {"Balance,balance,\"Date\"\r\n1,,3\r\n4,5,6\r\n",
+       {"1||3", "4|5|6"},
+       {"|Not Yet|Not Yet|Not Yet|Not Yet|balance*|Not Yet", "||||||", "|||||5|"}},
+      {"customer name,bill amount,\tdate\r\n",
+       {},
+       {"|customer name*|Not Yet|Not Yet|bill amount*|Not Yet|Not Yet"}},
+      {"a\nb\r\nc\n\"d\"", {"c\n\"d\""}, {unmapped, "||||||"}},
+      {"\r\nrow\r\n", {""}, {unmapped}},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.content);
+    const Shown in(row.content);
+    CHECK(rowsOf(in.lv) == row.preview);
+    CHECK(rowsOf(in.fields) == row.mapped);
+    CHECK(in.screen->cmdImport.enabled());
+    CHECK(in.world.log().empty());
+  }
+}
+
+TEST_CASE("names are compared in the host's language; an error keeps what was mapped before") {
+  Shown in;
+  in.world.host->captions = {{"Klantcode", "CUSTOMER ID"}, {"Date", "Datum"}};
+  in.world.host->failingKey = "x";
+  in.world.events.clear();
+  in.world.view(*in.screen, "Date, Klantcode ,x,Balance\r\n1,2,3,4");
+  CHECK(in.world.events ==
+        Texts{"4/Vorel/Label/Date", "4/Vorel/Label/Klantcode", "4/Vorel/Label/x"});
+  CHECK(rowsOf(in.fields) == Texts{" Klantcode *" + unmapped, "2||||||"});
+  CHECK(in.world.log() == "Error in Mapping Identical Fields\n");
+  CHECK(in.screen->cmdImport.enabled());
+}
+
+TEST_CASE("a file that can't be viewed leaves nothing of the one before") {
+  Shown in("Date\r\n1\r\n2");
+  in.lv.userColumnClick(0);
+  in.screen->TxtFileName.userText("gone.csv");
+  in.screen->cmdview.userClick();
+  CHECK(in.lv.columnCount() == 0);
+  CHECK(in.lv.rowCount() == 0);
+  CHECK(in.screen->RecordCount() == 0);
+  CHECK_FALSE(in.screen->cmdImport.enabled());
+  CHECK(in.world.log() == "Error in Opening the file gone.csv\n(9): " + tag +
+                              "cmdview_Click - Subscript out of range\n");
+  in.fields.userColumnClick(3);
+  CHECK(in.world.messages ==
+        Texts{"host 0: Check The Error Log " + in.world.logPath(), selectFirst});
+}
+
+TEST_CASE("mapping by clicks") {
+  Shown in;
+  Texts& messages = in.world.messages;
+  in.fields.userColumnClick(0);
+  CHECK(in.fields.rowCount() == 0);
+  in.world.view(*in.screen, "first,gaps\r\n1,\r\n2,x\r\n");
+  in.fields.userColumnClick(2);
+  in.map(0, 0);
+  CHECK(rowsOf(in.fields) == Texts{"first*" + unmapped, "1||||||", "2||||||"});
+  in.fields.userColumnClick(1);  // the selection is used up
+  CHECK(messages == Texts{selectFirst, selectFirst, selectFirst});
+  for (const std::size_t field : {0u, 1u, 4u, 5u, 6u}) {
+    CAPTURE(field);
+    messages.clear();
+    in.map(1, field);
+    in.fields.userColumnClick(2);  // a refusal uses the selection up too
+    CHECK(messages ==
+          Texts{"host 0: The Field contains Null Value. So Cannot be mapped", selectFirst});
+  }
+  messages.clear();
+  in.map(1, 2);
+  in.map(1, 3);
+  in.lv.userColumnClick(1);
+  in.map(0, 2);  // the later click on a file column counts, the later mapping of a field too
+  CHECK(rowsOf(in.fields) ==
+        Texts{"first*|Not Yet|first*|gaps*|Not Yet|Not Yet|Not Yet", "1||1||||", "2||2|x|||"});
+  CHECK(messages.empty());
+  CHECK(in.world.log().empty());
+}
+
+TEST_CASE("clicks that fail are logged") {
+  Shown in("Date\r\n1");
+  in.lv.userColumnClick(1);
+  const std::string line = "(35600): " + tag + "lv_ColumnClick - Index out of bounds\n";
+  CHECK(in.world.log() == line);
+  in.lv.userColumnClick(0);
+  in.screen->CmdBrowse.userClick();  // takes the file column away
+  in.fields.userColumnClick(2);
+  CHECK(in.world.log() == line + "Error in Mapping the Field\n");
+  CHECK(in.world.messages.empty());
+}
+
+TEST_CASE("a field is found by its title without the blanks around it") {
+  Shown in("x\r\n1");
+  in.fields.setTitle(1, " Customer ID ");
+  in.map(0, 1);
+  CHECK(rowText(in.fields, 1) == "x*" + unmapped);
+}
+
+TEST_CASE("clearing all and clearing one field") {
+  Shown in("Customer ID,Date\r\n1,2\r\n3,4");
+  in.world.shell.onPopup = [&](Form&, Menu& menu) {
+    CHECK(&menu == &in.screen->test);
+    return &in.screen->subclr;
+  };
+  in.fields.userMouseUp(MouseButton::Left, 10, 10);
+  in.fields.userMouseUp(MouseButton::Right, 99'999, 10);
+  CHECK(rowText(in.fields, 2) == "1|||2|||");
+  in.fields.userMouseUp(MouseButton::Right, 10, 10);
+  const std::string onlyDate = "Not Yet|Not Yet|Not Yet|Date*|Not Yet|Not Yet|Not Yet";
+  CHECK(rowsOf(in.fields) == Texts{onlyDate, "|||2|||", "|||4|||"});
+  in.screen->CmdClear.userClick();
+  CHECK(rowsOf(in.fields) == Texts{cleared, "||||||", "||||||"});
+  CHECK(in.screen->TxtFileName.value() == "in.csv");
+  in.map(1, 3);
+  CHECK(rowsOf(in.fields) == Texts{onlyDate, "|||2|||", "|||4|||"});
+  CHECK(in.world.log().empty());
+}
+
+TEST_CASE("a file without records can be cleared and imported, without a word") {
+  for (const char* const content : {"Date\r\n", "\r\n", "\r\n\r\n"}) {
+    CAPTURE(content);
+    Shown in(content);
+    in.screen->CmdClear.userClick();
+    CHECK(rowsOf(in.fields) == Texts{cleared});
+    CHECK(in.screen->cmdImport.userClick() == EventResult::Handled);
+    CHECK_FALSE(in.screen->cmdImport.enabled());
+    CHECK(in.world.messages.empty());
+    CHECK(in.world.log().empty());
+  }
+}
+
+TEST_CASE("record counts at the end of their range") {
+  const std::string mandatory = "host 0: Customer Id is Mandatory.Its not been Mapped";
+  const std::string mapping = "Error in Mapping the Field\n";
+  const struct {
+    std::int32_t records;
+    std::int32_t count;
+    Texts messages;
+    std::string log;
+  } rows[] = {
+      {32'766, 32'766, {mandatory}, ""},
+      {32'767,
+       32'767,
+       {"box 16: Overflow"},
+       "(6): " + tag +
+           "CmdClear_Click - Overflow\n"
+           "(6): Overflow\n"},
+      {32'768, 0, {}, "(6): " + tag + "cmdview_Click - Overflow\n" + mapping},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.records);
+    std::string content = "x\r\n";
+    for (std::int32_t i = 0; i < row.records; ++i) content += "r\r\n";
+    Shown in(content);
+    CHECK(in.screen->RecordCount() == row.count);
+    in.map(0, 2);
+    in.screen->CmdClear.userClick();
+    CHECK(rowText(in.fields, 1) == cleared);
+    in.screen->cmdImport.userClick();
+    CHECK(in.world.messages == row.messages);
+    CHECK(in.world.log() == row.log);
+  }
+}
+
+TEST_CASE("the column under the mouse") {
+  const Shown in;  // the fields are 1500, 2700, 1500, 1300, 1500, 1500 and 0 twips wide
+  const struct {
+    int x;
+    int scroll;
+    std::optional<std::size_t> column;
+  } rows[] = {{0, 0, 0},       {1499, 0, 0},     {1500, 0, 1},       {9999, 0, 5},
+              {10'000, 0, {}}, {-1, 0, {}},      {-1, 1, 0},         {0, 1500, 1},
+              {8499, 1500, 5}, {8500, 1500, {}}, {0x7FFFFFFF, 9, {}}};
+  for (const auto& row : rows) {
+    CAPTURE(row.x);
+    CAPTURE(row.scroll);
+    in.fields.userScroll(row.scroll);
+    CHECK(ImportScreen::GetColumnUnderMouse(in.fields, row.x) == row.column);
+  }
+  in.fields.userScroll(0);
+  in.fields.userColumnWidth(6, 100);
+  CHECK(ImportScreen::GetColumnUnderMouse(in.fields, 10'000) == 6);
+}
+
+TEST_CASE("keys") {
+  Shown in;
+  in.world.events.clear();
+  const std::pair<std::int16_t, std::int16_t> dead[] = {{115, 0}, {115, 3}, {115, 6}, {114, 2}};
+  for (const auto& key : dead) in.screen->userKeyDown(key.first, key.second);
+  CHECK(in.screen->isOpen());
+  in.screen->userKeyDown(0, 0);
+  CHECK(in.world.log() ==
+        "(438): " + tag + "Form_KeyDown - Object doesn't support this property or method\n");
+  in.world.host->hasMainWindow = true;
+  in.screen->userKeyDown(0, 2);
+  CHECK(in.world.events == Texts{"menu 0"});
+  in.screen->userKeyDown(115, 2);
+  CHECK_FALSE(in.screen->isOpen());
+}
+
+TEST_CASE("resizing") {
+  const Shown in;
+  Form& form = *in.screen;
+  for (const auto state : {WindowState::Normal, WindowState::Maximised, WindowState::Minimised}) {
+    CAPTURE(static_cast<int>(state));
+    form.setBounds({5, 6, 700, 800});
+    form.userResize(state);
+    const std::array now{form.number("Left"), form.number("Top"), form.number("Width"),
+                         form.number("Height")};
+    const bool left = state == WindowState::Minimised;
+    CHECK(now == (left ? std::array{5, 6, 700, 800} : std::array{0, 0, 12000, 8580}));
+    CHECK(form.windowState() == (left ? state : WindowState::Normal));
+  }
+}
+
+}  // namespace
+}  // namespace velk

@@ -1,0 +1,136 @@
+#include "platform/native/native_files.h"
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "tests/support/checks.h"
+
+namespace velk {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Folder {
+ public:
+  Folder() { REQUIRE(mkdtemp(path_.data()) != nullptr); }
+  ~Folder() { fs::remove_all(path_); }
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+
+  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
+  std::string write(const std::string& name, std::string_view bytes) const {
+    std::ofstream(*this / name, std::ios::binary) << bytes;
+    return *this / name;
+  }
+  std::string read(const std::string& name) const {
+    std::ifstream in(*this / name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+  }
+
+ private:
+  std::string path_ = (fs::temp_directory_path() / "opnimp-XXXXXX").string();
+};
+
+std::string readSome(InputFile& file, std::size_t count) {
+  std::string bytes(count, '\0');
+  bytes.resize(file.read(bytes.data(), count));
+  return bytes;
+}
+
+/// The error of a routine under a smaller limit of the process.
+template <class Routine>
+std::int32_t errorUnder(decltype(RLIMIT_FSIZE) what, rlim_t value, Routine routine) {
+  rlimit before{};
+  getrlimit(what, &before);
+  const rlimit limit{value, before.rlim_max};
+  setrlimit(what, &limit);
+  const std::int32_t error = errorOf(routine);
+  setrlimit(what, &before);
+  return error;
+}
+
+TEST_CASE("reading, rewinding, growing, appending") {
+  const Folder folder;
+  NativeFileSystem files;
+  const auto in = files.openInput(folder.write("é.csv", "0123456789"));
+  CHECK(readSome(*in, 4) == "0123");
+  in->rewind();
+  CHECK(readSome(*in, 100) == "0123456789");
+  CHECK(readSome(*in, 100).empty());
+  folder.write("é.csv", "0123456789more");
+  CHECK(in->length() == 10);
+  CHECK(readSome(*in, 100) == "more");
+  const auto out = files.openAppend(folder / "é.csv");
+  files.openAppend(folder / "é.csv")->write("\r\ntwo");
+  out->write("\r\nthree");
+  out->close();
+  out->close();
+  CHECK(folder.read("é.csv") == "0123456789more\r\ntwo\r\nthree");
+}
+
+TEST_CASE("what does not open") {
+  const Folder folder;
+  folder.write("file", "");
+  REQUIRE(mkfifo((folder / "pipe").c_str(), 0600) == 0);
+  fs::create_symlink("loop", folder / "loop");
+  const struct {
+    std::string path;
+    std::int32_t reading;
+    std::int32_t appending;
+  } rows[] = {{folder / "missing", 53, 0},
+              {folder / "no/such/folder", 76, 76},
+              {folder / "file/below", 76, 76},
+              {folder / "", 75, 75},
+              {folder / "pipe", 75, 75},
+              {"/dev/null", 75, 75},
+              {folder / "loop", 75, 75},
+              {folder / std::string(300, 'x'), 52, 52},
+              {(folder / "file") + std::string("\0.csv", 5), 53, 53}};
+  for (const auto& row : rows) {
+    CAPTURE(row.path);
+    NativeFileSystem files;
+    CHECK(errorOf([&] { files.openInput(row.path); }) == row.reading);
+    CHECK(errorOf([&] { files.openAppend(row.path); }) == row.appending);
+  }
+}
+
+TEST_CASE("files that the user may not touch") {
+  const Folder folder;
+  const std::string path = folder.write("secret", "x");
+  fs::permissions(path, fs::perms::none);
+  fs::permissions(folder / "", fs::perms::all);
+  constexpr uid_t nobody = 65534;
+  const uid_t user = geteuid();
+  if (user == 0 && seteuid(nobody) != 0) {
+    MESSAGE("not run: the superuser may not become another user here");
+    return;
+  }
+  NativeFileSystem files;
+  const std::int32_t reading = errorOf([&] { files.openInput(path); });
+  const std::int32_t appending = errorOf([&] { files.openAppend(path); });
+  if (user == 0) REQUIRE(seteuid(0) == 0);
+  CHECK(reading == 70);
+  CHECK(appending == 70);
+}
+
+TEST_CASE("running out") {
+  const Folder folder;
+  NativeFileSystem files;
+  const std::string path = folder.write("in", "x");
+  CHECK(errorUnder(RLIMIT_NOFILE, 0, [&] { files.openInput(path); }) == 67);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const auto write = [&] { files.openAppend(folder / "out")->write("123456789"); };
+  const std::int32_t full = errorUnder(RLIMIT_FSIZE, 6, write);
+  std::signal(SIGXFSZ, handler);
+  CHECK(full == 61);
+  CHECK(folder.read("out") == "123456");  // the part that fitted
+}
+
+}  // namespace
+}  // namespace velk

@@ -1,0 +1,111 @@
+#include "platform/numbers.h"
+
+#include <doctest/doctest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <optional>
+#include <random>
+#include <string>
+
+#include "platform/errors.h"
+
+namespace velk {
+namespace {
+
+/// The number, or nothing where error 6 is raised.
+std::optional<double> numberOrOverflow(std::string_view text) {
+  try {
+    return leadingNumber(text);
+  } catch (const RuntimeError& error) {
+    CHECK(error.is(ErrorNumber::Overflow));
+    return std::nullopt;
+  }
+}
+
+TEST_CASE("leading number and whole number") {
+  const struct {
+    const char* text;
+    double leading;
+    std::optional<double> whole;
+  } rows[] = {{"", 0, {}},
+              {"abc", 0, {}},
+              {"12.5", 12.5, 12.5},
+              {"  12.5  ", 12.5, 12.5},
+              {"12.5abc", 12.5, {}},
+              {"+5", 5, 5},
+              {"-.5", -.5, -.5},
+              {"5.", 5, 5},
+              {".", 0, {}},
+              {"--1", 0, {}},
+              {"1 2", 1, {}},
+              {"1,234.50", 1, {}},
+              {"1e", 1, {}},
+              {"e5", 0, {}},
+              {"1e5", 1e5, 1e5},
+              {"1d-2x", 1e-2, {}},
+              {"-1.5D3", -1500, -1500},
+              {"0x10", 0, {}},
+              {"inf", 0, {}},
+              {"-nan", 0, {}},
+              {"\t5", 0, {}},
+              {"\u00A05", 0, {}},
+              {"1.7976931348623157e308", 1.7976931348623157e308, 1.7976931348623157e308},
+              {"4.9e-324", 4.9e-324, 4.9e-324},
+              {"1e-400", 0, 0},
+              {"0.001e-400", 0, 0},
+              {"1e-99999999999999999999", 0, 0},
+              {"0e99999999999999999999", 0, 0}};
+  for (const auto& row : rows) {
+    CAPTURE(row.text);
+    CHECK(leadingNumber(row.text) == row.leading);
+    CHECK(wholeNumber(row.text) == row.whole);
+  }
+}
+
+TEST_CASE("numbers beyond a double are error 6") {
+  for (const char* text : {"1e309", "-1D309", "1e99999999999999999999", "0.00001e400",
+                           "17976931348623159e292", "1e309abc"}) {
+    CAPTURE(text);
+    CHECK_FALSE(numberOrOverflow(text).has_value());
+  }
+  CHECK_FALSE(numberOrOverflow(std::string(10'000, '9')).has_value());
+}
+
+TEST_CASE("ten thousand digits") {
+  const std::string zeros(10'000, '0');
+  CHECK(leadingNumber(zeros + "7") == 7);
+  CHECK(leadingNumber("." + zeros + "7") == 0);
+  CHECK(leadingNumber("1" + zeros + "e-10000") == 1);
+  CHECK(leadingNumber("." + zeros + "1e10001") == 1);
+  CHECK(leadingNumber("1." + zeros + "1") == 1);
+}
+
+TEST_CASE("agrees with the C library wherever the grammars are the same") {
+  std::mt19937 random(20080331);
+  const std::string_view alphabet = "0123456789019.eE+- ,";
+  for (int i = 0; i < 50'000; ++i) {
+    std::string text;
+    for (auto length = random() % 14; length > 0; --length) {
+      text += alphabet[random() % alphabet.size()];
+    }
+    const double expected = std::strtod(text.c_str(), nullptr);
+    const std::optional<double> number = numberOrOverflow(text);
+    CAPTURE(text);
+    REQUIRE(number.has_value() == std::isfinite(expected));
+    if (number) REQUIRE(*number == expected);
+  }
+}
+
+TEST_CASE("16-bit numbers") {
+  CHECK(toInt16(32767) == 32767);
+  CHECK(toInt16(-32768) == -32768);
+  for (const std::int64_t number : {32768LL, -32769LL, 65536LL, 1LL << 32, 1LL << 62}) {
+    CAPTURE(number);
+    CHECK_THROWS_AS(toInt16(number), RuntimeError);
+  }
+}
+
+}  // namespace
+}  // namespace velk

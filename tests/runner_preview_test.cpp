@@ -1,0 +1,49 @@
+// Previews: columns, mapping, first rows; no database.
+#include <doctest/doctest.h>
+
+#include "tests/support/json_value.h"
+#include "tests/support/runner.h"
+
+using namespace velk;
+
+TEST_CASE("a preview shows the mapping and the first rows, and makes nothing") {
+  const TemporaryFolder folder;
+  std::string bytes =
+      crlf({"Customer ID,Bill Amount,Route,Balance", "C001,5,a very long text that is cut,5"});
+  for (int i = 2; i <= 12; ++i) bytes += "K" + std::to_string(i) + ",1,x,1\r\n";
+  const std::string in = folder.write("in.csv", bytes);
+  RunnerWorld world;
+  const Ran ran = world.run({"preview", "customer-opening", in, "--map", "Reference=Route"});
+  CHECK(ran.status == 0);
+  CHECK(ran.err.empty());
+  for (const std::string_view part :
+       {"(12 records)", "Reference     <- Route (#3)", "Date             not mapped",
+        "  C001         5            a very long text that...  5\n", "  K10 "}) {
+    CHECK_MESSAGE(ran.out.find(part) != std::string::npos, part);
+  }
+  CHECK(ran.out.find("K11") == std::string::npos);
+  CHECK_FALSE(folder.has("opnimp.db"));
+  CHECK_FALSE(folder.has("Error.log"));
+}
+
+TEST_CASE("a preview says what an import would refuse") {
+  RunnerWorld world;
+  const std::string in = world.folder.write("in.csv", crlf({"Customer ID,Balance", "C001,5"}));
+  const Ran ran = world.run({"preview", "customer-opening", in});
+  CHECK(ran.status == 0);
+  CHECK(ran.out.find("would be refused: no column is mapped to Bill Amount") != std::string::npos);
+  CHECK(world.run({"preview", "customer-opening", in, "--map", "Date=Due"}).status == 2);
+  CHECK(world.run({"preview", "customer-opening", world.folder.write("e.csv", "")}).status == 2);
+}
+
+TEST_CASE("a preview as JSON") {
+  RunnerWorld world;
+  const std::string in = world.folder.write("in.csv", "Customer ID,\xE9\"\r\nC001,\x01\r\n");
+  const Json preview =
+      JsonReader::read(world.run({"preview", "customer-opening", in, "--json"}).out);
+  CHECK(preview["columns"][1].text() == "\xC3\xA9\"");
+  CHECK(preview["rows"][0][1].text() == "\x01");
+  CHECK(preview["mapping"][0]["column"].number() == 1);
+  CHECK(preview["mapping"][3]["column"].isNull());
+  CHECK(preview["recordCount"].number() == 1);
+}

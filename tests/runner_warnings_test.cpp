@@ -1,0 +1,177 @@
+// Warnings about files, and the texts that reports are made of.
+#include <doctest/doctest.h>
+
+#include <sstream>
+
+#include "apps/opnimp/amount_check.h"
+#include "apps/opnimp/database_choice.h"
+#include "apps/opnimp/json_writer.h"
+#include "apps/opnimp/printable.h"
+#include "apps/opnimp/warnings.h"
+#include "tests/support/json_value.h"
+
+using namespace velk;
+
+namespace {
+
+/// "code code" of the warnings of a file whose columns are customer, date, bill and balance.
+std::string codes(std::string bytes) {
+  const std::vector<FieldMapping> mapping{{"Customer ID", 0, ""}, {"Name", {}, ""},
+                                          {"Reference", {}, ""},  {"Date", 1, ""},
+                                          {"Bill Amount", 2, ""}, {"Balance", 3, ""}};
+  std::string text;
+  const InputRecords input(std::move(bytes));
+  for (const Warning& warning : findWarnings(input, *findKind("customer-opening"), mapping, 2008)) {
+    text.append(text.empty() ? "" : " ").append(warning.code);
+  }
+  return text;
+}
+
+}  // namespace
+
+TEST_CASE("warnings by file") {
+  const std::string h = "c,d,b,l\r\n";
+  const struct {
+    std::string bytes;
+    std::string_view codes;
+  } rows[] = {
+      {h + "1,13/03/2008,1,1\r\n", ""},
+      {h + "1,,1,1", ""},
+      {h, "no-records"},
+      {h + "1,,1,1\n2,,1,1\r\n", "bare-line-feeds long-lines amount-partly-read"},
+      {h + "1\r,,1,1\r\n", "bare-carriage-returns"},
+      {"\xEF\xBB\xBF" + h + "1,,1,1\r\n", "byte-order-mark"},
+      {h + "\xC3\xA9,,1,1\r\n", "utf-8"},
+      {h + "\xE9,,1,1\r\n", ""},
+      {h + "\xE9\x81,,1,1\r\n", "undefined-bytes"},
+      {"c;d;b;l\r\n1;;1;1\r\n", "semicolon-separated"},
+      {"c\td\tb\tl\r\n1\t\t1\t1\r\n", "tab-separated"},
+      {"\"c\",d,b,l\r\n1,,1,1\r\n", "quoted-titles"},
+      {"c,D ,d,l\r\n1,,1,1\r\n", "duplicate-titles"},
+      {"c,d, ,l\r\n1,,1,1\r\n", "blank-titles"},
+      {h + "1,,1\r\n", "short-lines"},
+      {h + "1,,1,1,\r\n", "long-lines"},
+      {h + "\"1\r\n2\",,1,1\r\n", "short-lines line-break-in-quotes"},
+      {h + "1,,1,\"1\r\n", "unbalanced-quotes"},
+      {h + "\"1,2\",,1,1\r\n", "quoted-commas"},
+      {h + std::string("1\0,,1,1\r\n", 9), "nul-bytes long-lines"},
+      {h + "1,03/04/2008,1,1\r\n", "date-reads-both-ways"},
+      {h + "1,03/03/2008,1,1\r\n", ""},
+      {h + "1,03/25/2008,1,1\r\n", "date-month-first"},
+      {h + "1,never,1,1\r\n", ""},
+      {h + "1,,\"1.234,50\",\"12,50\"\r\n", "quoted-commas amount-decimal-comma"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.bytes);
+    CHECK(codes(row.bytes) == row.codes);
+  }
+}
+
+TEST_CASE("a warning counts all findings and names the first lines, each once") {
+  std::string bytes = "c,d,b,l\r\n";
+  for (int i = 0; i < 8; ++i) bytes += "1,,(1),(1)\r\n";
+  std::vector<Warning> found;
+  Warnings warnings;
+  const InputRecords input(bytes);
+  const std::vector<FieldMapping> mapping{{"", 0, ""}, {"", {}, ""}, {"", {}, ""},
+                                          {"", 1, ""}, {"", 2, ""},  {"", 3, ""}};
+  warnOfValues(input, *findKind("customer-opening"), mapping, 2008, warnings);
+  found = warnings.take();
+  REQUIRE(found.size() == 1);
+  CHECK(found[0].count == 16);
+  CHECK(found[0].lines == std::vector<std::size_t>{2, 3, 4, 5, 6});
+}
+
+TEST_CASE("amounts as people write them") {
+  const struct {
+    std::string_view cell;
+    std::string_view code;
+  } rows[] = {
+      {"", ""},
+      {"0", ""},
+      {" -12.50 ", ""},
+      {"1.5E3", ""},
+      {"1,250.00", ""},
+      {"1,15,300.00", ""},
+      {"-1,250", ""},
+      {"12,50", "amount-decimal-comma"},
+      {"1.234,50", "amount-decimal-comma"},
+      {"1,2345", "amount-decimal-comma"},
+      {",250", "amount-decimal-comma"},
+      {"1e999", "amount-too-large"},
+      {"(500)", "amount-in-parentheses"},
+      {"(1,250.00)", "amount-in-parentheses"},
+      {"500-", "amount-trailing-minus"},
+      {"$500", "amount-currency"},
+      {"\u20AC 500", "amount-currency"},
+      {"Rs. 1,250", "amount-currency"},
+      {"1 234", "amount-blank-inside"},
+      {"abc", "amount-not-a-number"},
+      {"-", "amount-not-a-number"},
+      {"Smith, J", "amount-not-a-number"},
+      {"500Dr", "amount-partly-read"},
+      {"1.234.567", "amount-partly-read"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.cell);
+    const auto issue = checkAmount(row.cell);
+    CHECK((issue ? issue->code : std::string_view()) == row.code);
+  }
+}
+
+TEST_CASE("passwords are masked wherever they stand") {
+  const struct {
+    std::string_view text;
+    std::string_view masked;
+  } rows[] = {
+      {"DSN=a;PWD=x;UID=b", "DSN=a;PWD=***;UID=b"},
+      {"DSN=a; password = x;", "DSN=a; password =***;"},
+      {"PWD={a;b}}c};DSN=a", "PWD=***;DSN=a"},
+      {"PWD={never closed;DSN=a", "PWD=***"},
+      {"PWD=a=b", "PWD=***"},
+      {"DSN=a;PWD=", "DSN=a;PWD=***"},
+      {"DSN=a;trailing", "DSN=a;trailing"},
+  };
+  for (const auto& row : rows) CHECK(maskPasswords(row.text) == row.masked);
+}
+
+TEST_CASE("numbers in reports") {
+  CHECK(money(0.0L) == "0.00");
+  CHECK(money(-0.001L) == "0.00");
+  CHECK(money(1234567.894L) == "1234567.89");
+  CHECK(money(1e15L) == "1e+15");
+  CHECK(grouped(999) == "999");
+  CHECK(grouped(32766) == "32,766");
+  CHECK(grouped(1234567) == "1,234,567");
+  CHECK(counted(1, "record", "records") == "1 record");
+}
+
+TEST_CASE("texts for a terminal") {
+  CHECK(printable("caf\xC3\xA9\x1B\x7F\xC2\x9B") == "caf\xC3\xA9\\x1B\\x7F\\x9B");
+  CHECK(printable(toUtf8(u"a\u202E\u2066\uFEFF")) == "a\\u202E\\u2066\\uFEFF");
+  CHECK(printable("a\xFF") == "a\xEF\xBF\xBD");
+  CHECK(printableLines("a\r\nb\n") == "a\nb\\x0A");
+  CHECK(cutTo("\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9", 4) == "\xC3\xA9...");
+  CHECK(cutTo("abcd", 4) == "abcd");
+  CHECK(padLeft("\xC3\xA9", 3) == "  \xC3\xA9");
+}
+
+TEST_CASE("JSON is valid whatever it holds") {
+  std::ostringstream out;
+  JsonWriter json(out);
+  json.beginObject();
+  json.member("text", std::string_view("\"\\\x01\x7F\xFF\xC3\xA9", 7));
+  json.member("huge", 1e308);
+  json.member("none", std::numeric_limits<double>::infinity());
+  json.key("list");
+  json.beginArray();
+  json.number(1LL);
+  json.value(Null());
+  json.endArray();
+  json.endObject();
+  const Json read = JsonReader::read(out.str());
+  CHECK(read["text"].text() == "\"\\\x01\x7F\xEF\xBF\xBD\xC3\xA9");
+  CHECK(read["huge"].number() == 1e308);
+  CHECK(read["none"].isNull());
+  CHECK(read["list"].size() == 2);
+}

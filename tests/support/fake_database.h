@@ -1,0 +1,132 @@
+// A connection that records every statement and procedure call and answers from a script.
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/database.h"
+#include "platform/errors.h"
+
+namespace velk {
+
+using FakeRows = std::vector<std::vector<Value>>;
+/// The results of one call in their order; nothing stands for a closed one.
+using FakeResults = std::vector<std::optional<FakeRows>>;
+
+struct FakeParameter {
+  std::string name;
+  std::int32_t type = 0;
+  std::int32_t direction = 0;
+  std::int32_t size = 0;
+  Value value;
+};
+
+struct FakeCall {
+  CommandType kind = CommandType::Text;
+  std::string text;  ///< the statement or the procedure's name
+  std::vector<FakeParameter> parameters;
+  std::int32_t options = defaultOptions;
+};
+
+class FakeConnection final : public Connection {
+ public:
+  std::vector<FakeCall> calls;
+  std::function<void(const FakeCall&)> onCall;  ///< runs before the call is answered
+  int closed = 0;                               ///< record sets closed
+  int nextResults = 0;                          ///< calls of NextRecordset
+  int liveCommands = 0;                         ///< commands not released
+  bool nextFails = false;                       ///< NextRecordset raises error 5
+
+  /// What calls get whose text starts so (the longest start counts); all others one closed result.
+  std::map<std::string, FakeResults> answers;
+  void answerRows(const std::string& start, FakeRows rows) { answers[start] = {std::move(rows)}; }
+  /// Calls whose text starts so raise an error.
+  void fail(const std::string& start, ErrorNumber number, std::string description) {
+    failures_.insert_or_assign(start, RuntimeError(number, std::move(description)));
+  }
+
+  std::shared_ptr<Recordset> Execute(std::string_view text) override {
+    return run({.text = std::string(text), .parameters = {}});
+  }
+  std::unique_ptr<Command> newCommand() override { return std::make_unique<FakeCommand>(*this); }
+
+ private:
+  struct FakeRecordset final : Recordset {
+    FakeRecordset(FakeConnection& c, FakeResults r, std::size_t w)
+        : connection(c), results(std::move(r)), which(w) {}
+    std::int32_t State() const override { return !closed && results[which] ? 1 : 0; }
+    bool isEOF() const override { return at >= rows().size(); }
+    bool isBOF() const override { return rows().empty(); }
+    void MoveNext() override { ++at; }
+    Value field(std::size_t position) const override {
+      if (isEOF()) throw RuntimeError(ErrorNumber::NoCurrentRecord);
+      if (position >= rows()[at].size()) throw RuntimeError(ErrorNumber::ItemNotFound);
+      return rows()[at][position];
+    }
+    std::shared_ptr<Recordset> NextRecordset() override {
+      ++connection.nextResults;
+      if (connection.nextFails) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+      if (which + 1 == results.size()) return nullptr;
+      return std::make_shared<FakeRecordset>(connection, results, which + 1);
+    }
+    void Close() override {
+      rows();
+      closed = true;
+      ++connection.closed;
+    }
+    const FakeRows& rows() const {
+      if (State() == stateClosed) throw RuntimeError(ErrorNumber::ObjectClosed);
+      return *results[which];
+    }
+    FakeConnection& connection;
+    FakeResults results;
+    std::size_t which;
+    std::size_t at = 0;
+    bool closed = false;
+  };
+
+  struct FakeCommand final : Command {
+    explicit FakeCommand(FakeConnection& c) : connection(c) { ++connection.liveCommands; }
+    ~FakeCommand() override { --connection.liveCommands; }
+    void setCommandType(CommandType type) override { call.kind = type; }
+    void setCommandText(std::string_view text) override { call.text = text; }
+    void Append(std::string_view name, std::int32_t type, std::int32_t direction,
+                std::int32_t size) override {
+      call.parameters.push_back({std::string(name), type, direction, size, Null()});
+    }
+    void setValue(std::size_t position, const Value& value) override {
+      call.parameters.at(position).value = value;
+    }
+    std::shared_ptr<Recordset> Execute(std::int32_t options) override {
+      call.options = options;
+      return connection.run(call);
+    }
+    FakeConnection& connection;
+    FakeCall call;
+  };
+
+  template <class Map>
+  static const typename Map::mapped_type* find(const Map& map, const std::string& text) {
+    const auto found = std::find_if(
+        map.rbegin(), map.rend(), [&](const auto& entry) { return text.starts_with(entry.first); });
+    return found == map.rend() ? nullptr : &found->second;
+  }
+
+  std::shared_ptr<Recordset> run(const FakeCall& call) {
+    calls.push_back(call);
+    if (onCall) onCall(call);
+    if (const RuntimeError* error = find(failures_, call.text)) throw *error;
+    const FakeResults* results = find(answers, call.text);
+    return std::make_shared<FakeRecordset>(*this, results ? *results : FakeResults{{}}, 0);
+  }
+
+  std::map<std::string, RuntimeError> failures_;
+};
+
+}  // namespace velk

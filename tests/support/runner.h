@@ -1,0 +1,70 @@
+// The command-line runner in a folder of its own, with the sample company's database in it.
+#pragma once
+
+#include <filesystem>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "apps/opnimp/opnimp.h"
+
+namespace velk {
+
+struct Ran {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+/// A folder that goes with the object.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  std::string path(std::string_view name) const;
+  /// Writes a file and answers its path.
+  std::string write(std::string_view name, std::string_view bytes) const;
+  std::string read(std::string_view name) const;
+  bool has(std::string_view name) const;
+
+ private:
+  std::filesystem::path folder_;
+};
+
+class RunnerWorld {
+ public:
+  TemporaryFolder folder;
+  Machine machine = realMachine();  ///< its clock stands in 2008
+  bool terminal = false;
+
+  RunnerWorld();
+
+  Ran run(std::vector<std::string> args);
+  /// Imports a file into the sample company's database, the error log in the folder.
+  Ran import(const std::string& file, std::vector<std::string> more = {});
+  /// Writes lines, each with carriage return + line feed, as "in.csv" and imports it.
+  Ran importLines(std::initializer_list<std::string_view> lines,
+                  std::vector<std::string> more = {});
+
+  /// The sample company's database; a fresh one at first use.
+  const std::string& database();
+  /// First field of a query's first row, as text.
+  std::string ask(std::string_view query);
+
+ private:
+  std::string database_;
+};
+
+/// The titles that map by themselves.
+inline constexpr std::string_view openingTitles =
+    "Customer ID,Customer Name,Reference,Date,Bill Amount,Balance";
+
+std::string samplePath(std::string_view name);
+/// The lines with carriage return + line feed behind each.
+std::string crlf(std::initializer_list<std::string_view> lines);
+
+}  // namespace velk
