@@ -7,7 +7,6 @@
 
 #include "bench/company_copy.h"
 #include "bench/measurement.h"
-#include "platform/odbc/dialect.h"
 #include "platform/odbc/odbc_connection.h"
 
 namespace velk::bench {
@@ -80,9 +79,7 @@ BareConnection::BareConnection(const std::string& path) {
   check(SQLDriverConnect(connection_, nullptr, narrowText(embeddedConnectionString(path)), SQL_NTS,
                          nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
         SQL_HANDLE_DBC, connection_);
-  for (const std::string& statement : makeDialect("SQLite")->openingStatements({})) {
-    BareStatement(connection_).executeDirect(statement);
-  }
+  BareStatement(connection_).executeDirect("PRAGMA foreign_keys = ON");
 }
 
 BareConnection::~BareConnection() {

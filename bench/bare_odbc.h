@@ -42,7 +42,7 @@ class BareStatement {
   SQLHANDLE handle_ = nullptr;
 };
 
-/// A connection to the embedded database, set as the import's own connections are.
+/// A connection to the embedded database that checks references, as the import's own do.
 class BareConnection {
  public:
   explicit BareConnection(const std::string& path);

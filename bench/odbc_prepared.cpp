@@ -1,11 +1,16 @@
 // Peer: a bare ODBC loop. Each statement is prepared once, its parameters are bound once, and a row
 // costs three executions and one fetch.
 //
-//   bench_odbc_prepared COMPANY FILE FOLDER
+//   bench_odbc_prepared COMPANY FILE FOLDER [kept]
+//
+// The embedded database's driver compiles a prepared statement anew for each execution, unless it
+// begins as a query may. With "kept" the statements that write begin so: the best that a loop over
+// this driver can do.
 
 #include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <string_view>
 
 #include "bench/bare_odbc.h"
 
@@ -41,18 +46,18 @@ void bindDate(const BareStatement& to, SQLUSMALLINT mark, SQL_TIMESTAMP_STRUCT& 
 
 class Loop {
  public:
-  explicit Loop(BareConnection& connection)
+  Loop(BareConnection& connection, const std::string& beginning)
       : exists_(connection.handle()), note_(connection.handle()), account_(connection.handle()) {
     exists_.prepare("select count(*) from Customer where CustomerID=?");
     bindText(exists_, 1, customer_);
-    note_.prepare(connection.procedure("sp_insert_CustDebitNote"));
+    note_.prepare(beginning + connection.procedure("sp_insert_CustDebitNote"));
     bindText(note_, 1, customer_);
     bindText(note_, 2, reference_);
     bindDate(note_, 3, date_);
     bindDouble(note_, 4, amount_);
     bindDouble(note_, 5, balance_);
     bindText(note_, 6, narration_);
-    account_.prepare(connection.procedure("sp_acc_import_customeropeningbalance"));
+    account_.prepare(beginning + connection.procedure("sp_acc_import_customeropeningbalance"));
     bindText(account_, 1, customer_);
     bindDouble(account_, 2, balance_);
     SQLBindCol(exists_.handle(), 1, SQL_C_SLONG, &count_, 0, nullptr);
@@ -92,8 +97,10 @@ class Loop {
 }  // namespace
 
 int main(int argc, char** argv) {
-  return runPeer(argc, argv, [](BareConnection& connection, const auto& documents) {
-    Loop loop(connection);
+  const bool kept = argc == 5 && argv[4] == std::string_view("kept");
+  const std::string beginning = kept ? "WITH kept AS (SELECT 1) " : "";
+  return runPeer(kept ? 4 : argc, argv, [&](BareConnection& connection, const auto& documents) {
+    Loop loop(connection, beginning);
     for (const Document& document : documents) loop.post(document);
   });
 }

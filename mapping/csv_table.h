@@ -25,9 +25,9 @@ struct CsvTable {
   std::size_t nonEmptyLines = 0;
 };
 
-/// More cells than this (a table of a gigabyte) are refused as out of memory: a file of a few
-/// megabytes can ask for that by one long first line above many short ones.
-inline constexpr std::size_t maxCells = std::size_t{1} << 28;
+/// More cells than this (a quarter of a gigabyte of offsets) are refused as out of memory: a file
+/// of a few megabytes can ask for that by one long first line above many short ones.
+inline constexpr std::size_t maxCells = std::size_t{1} << 26;
 
 /// More columns than this are refused likewise: no list shows them, and each costs an object.
 inline constexpr std::size_t maxColumns = 32767;

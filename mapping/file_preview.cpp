@@ -1,5 +1,6 @@
 // Browse and View: choosing a file and showing it.
 #include <algorithm>
+#include <vector>
 
 #include "mapping/csv_table.h"
 #include "mapping/import_screen.h"
@@ -46,9 +47,10 @@ void ImportScreen::forgetFile() {
 }
 
 void ImportScreen::loadPreview() {
+  std::vector<RuntimeError> unquoteFailures;
   const CsvTable table =
       readCsvTable(module_.ReadFileText(TxtFileName.value()),
-                   [this](const RuntimeError& error) { module_.logTrapped("", error); });
+                   [&](const RuntimeError& error) { unquoteFailures.push_back(error); });
   for (const std::string& title : table.titles) lv.addColumn(title);
   lv.addRows(table.rows);
   for (std::size_t column = 0; column < table.columns.size(); ++column) {
@@ -56,6 +58,8 @@ void ImportScreen::loadPreview() {
   }
   nonEmptyLines_ = table.nonEmptyLines;
   storeRecordCount(table.nonEmptyLines);
+  // Only now: a file with too many records may have a million of them.
+  for (const RuntimeError& error : unquoteFailures) module_.logTrapped("", error);
 }
 
 // `lines` are those that are not empty; the header line is one of them.

@@ -101,7 +101,7 @@ void OpeningImport::call(std::string_view procedure,
   Velk_ModOpnImp::GetDataRecordset(std::move(reply));
 }
 
-void OpeningImport::reject(std::string line) {
+void OpeningImport::reject(std::string_view line) {
   module_.WriteErrorLog(line);
   errorFlag_ = true;
 }

@@ -62,7 +62,7 @@ class OpeningImport {
   std::optional<Date> documentDate(std::size_t row, std::string_view code);
   void post(const Note& note);
   void call(std::string_view procedure, std::span<const ProcedureParameter> parameters);
-  void reject(std::string line);
+  void reject(std::string_view line);
   Date queryDate(std::string_view query);
 
   OpeningScreen& screen_;

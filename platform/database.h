@@ -54,7 +54,7 @@ class Recordset {
   /// record, 3265 for a position that does not exist.
   virtual Value field(std::size_t position) const = 0;
   /// The next result of the same command, open or closed; null when there is none. An error that a
-  /// later statement of the command met is raised here.
+  /// later statement of the command met is raised here. Results read before stay as they are.
   virtual std::shared_ptr<Recordset> NextRecordset() = 0;
   /// Error 3704 when closed already.
   virtual void Close() = 0;

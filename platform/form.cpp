@@ -44,11 +44,17 @@ void Form::show() {
 }
 
 void Form::unload() {
-  if (running_) {
+  const bool settingUp = open_ && !accepting_;
+  if (running_ || settingUp) {
     closeRequested_ = true;
   } else {
     closeNow();
   }
+}
+
+void Form::acceptEvents() {
+  accepting_ = true;
+  if (std::exchange(closeRequested_, false)) closeNow();
 }
 
 void Form::closeNow() {
@@ -64,18 +70,16 @@ EventResult Form::dispatch(const Control* source, const std::function<void()>& h
   const auto alive = shared_from_this();
   struct Run {
     explicit Run(Form& f) : form(f) { form.running_ = true; }
-    ~Run() { form.running_ = false; }
+    ~Run() {
+      form.running_ = false;
+      if (std::exchange(form.closeRequested_, false)) form.closeNow();
+    }
     Run(const Run&) = delete;
     Run& operator=(const Run&) = delete;
     Form& form;
   };
-  EventResult result;
-  {
-    const Run run(*this);
-    result = runGuarded(handler);
-  }
-  if (std::exchange(closeRequested_, false)) closeNow();
-  return result;
+  const Run run(*this);
+  return runGuarded(handler);
 }
 
 EventResult Form::runGuarded(const std::function<void()>& handler) {

@@ -67,7 +67,7 @@ class FormShell {
   /// Shows the form without waiting, and keeps it alive until `closed`.
   virtual void show(std::shared_ptr<Form> form) = 0;
   /// The form is unloaded: the shell takes its window down and lets go of it.
-  virtual void closed(Form& form) = 0;
+  virtual void closed(Form& form) noexcept = 0;
   /// Shows a popup menu at the pointer and waits; the item chosen, or null.
   virtual Menu* popup(Form& form, Menu& menu) = 0;
 };
@@ -90,7 +90,7 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
 
   /// Shows the form, modeless.
   void show();
-  /// Closes the form: at once, or, from inside a handler, when that handler has returned.
+  /// Closes the form: at once, or, from inside a handler or its set-up, when that has returned.
   void unload();
   bool isOpen() const { return open_; }
   /// True while one of the form's handlers runs.
@@ -115,8 +115,8 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   void focus(Control& control) const { observer().focusMoved(control); }
 
  protected:
-  /// From now on events reach their handlers.
-  void acceptEvents() { accepting_ = true; }
+  /// From now on events reach their handlers. A close that came before is carried out.
+  void acceptEvents();
 
   virtual void Form_KeyDown(std::int16_t /*KeyCode*/, std::int16_t /*Shift*/) {}
   virtual void Form_Resize() {}

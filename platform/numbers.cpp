@@ -34,7 +34,7 @@ std::size_t skipSign(std::string_view text, std::size_t at) {
 /// The end of an exponent that starts at `at`; `at` itself when there is none with digits.
 std::size_t skipExponent(std::string_view text, std::size_t at) {
   constexpr std::string_view letters = "EeDd";
-  if (at == text.size() || letters.find(text[at]) == letters.npos) return at;
+  if (at == text.size() || letters.find(text[at]) == std::string_view::npos) return at;
   const std::size_t first = skipSign(text, at + 1);
   const std::size_t end = skipDigits(text, first);
   return end == first ? at : end;

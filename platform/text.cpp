@@ -214,7 +214,7 @@ std::string toUtf8(std::u16string_view text) {
 
 std::string_view trim(std::string_view text) {
   const std::size_t first = text.find_first_not_of(' ');
-  if (first == text.npos) return {};
+  if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 

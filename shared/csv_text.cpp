@@ -42,7 +42,7 @@ std::size_t unquoteInPlace(char* field, std::size_t length) {
   const std::size_t last = lastCharacter({field + 1, length - 1}) + 1;
   char* to = field;
   for (std::size_t i = 1; i < last; ++i) {
-    const bool doubled = field[i] == '"' && i + 1 < last && field[i + 1] == '"';
+    const bool doubled = field[i] == '"' && field[i + 1] == '"';
     *to++ = field[i];
     if (doubled) ++i;
   }

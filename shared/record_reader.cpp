@@ -77,6 +77,7 @@ bool RecordReader::ValidateData(std::int16_t nColumns, RecordReader& myCSVFile) 
           styleExclamation, "Import");
       return false;
     }
+    if (!myCSVFile.opened_) break;  // no file, no columns, and never an end
     myCSVFile.MoveNext();
   }
   myCSVFile.Rewind();

@@ -24,7 +24,7 @@ class RecordReader {
 
   const std::string& FileName() const { return fileName_; }
   /// Opens the file; its first line, if any, is the current record at once. A failure is shown in
-  /// the platform's message box and leaves the reader as it was, but for the name.
+  /// the platform's message box; the reader keeps its current record, but reading on is error 52.
   void FileName(std::string_view path);
 
   /// The next line becomes the current record; when there is none, the reader is at its end and the

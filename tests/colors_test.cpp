@@ -5,13 +5,9 @@
 namespace velk {
 namespace {
 
-struct Plain : Form {
-  explicit Plain(FormShell& shell) : Form(shell, "Plain", "", {}) {}
+struct Gallery : Form {
+  explicit Gallery(FormShell& shell) : Form(shell, "Gallery", "", {}) {}
   void eventFailed(const RuntimeError&) noexcept override {}
-};
-
-struct Gallery : Plain {
-  using Plain::Plain;
   Label label{*this, nullptr, "label", {}, ""};
   CheckBox check{*this, nullptr, "check", {}, ""};
   OptionButton option{*this, nullptr, "option", {}, ""};
@@ -45,34 +41,17 @@ TEST_CASE("controls are painted by their kind") {
   CHECK(form.number("BackColor") == 10);
   CHECK(colors(form.picker, "Calendar") == "12/22");
   CHECK(colors(form.picker) == pickerBefore);
-}
 
-TEST_CASE("painting with too little") {
-  struct Odd final : Control {
-    explicit Odd(Form& form) : Control(form, nullptr, "odd", {}) {}
-    std::string_view typeName() const override { return "ListView"; }
+  const auto paint = [&](std::size_t backs, std::size_t fores) {
+    Velk_ModOpnImp::SetColors(form, std::span(back).first(backs), std::span(fore).first(fores));
   };
-  HeadlessShell shell;
-  const std::array<Value, 3> all{1, 2, 3};
-  const auto paint = [&](Form& form, std::size_t back, std::size_t fore) {
-    return errorOf([&] {
-      Velk_ModOpnImp::SetColors(form, std::span(all).first(back), std::span(all).first(fore));
-    });
-  };
-  Plain plain(shell);
-  CHECK(paint(plain, 0, 0) == 9);
-  CHECK(paint(plain, 1, 0) == 0);
-  CHECK(plain.number("BackColor") == 1);
-  Gallery gallery(shell);
-  CHECK(paint(gallery, 3, 2) == 9);
-  const Odd odd(plain);
-  CHECK(paint(plain, 3, 3) == 438);
+  CHECK(errorOf([&] { paint(0, 0); }) == 9);
+  CHECK(errorOf([&] { paint(3, 2); }) == 9);
 }
 
 TEST_CASE("a screen's colours come from the database") {
   const std::string face = "-2147483633/-2147483630";    // button face, button text
   const std::string window = "-2147483643/-2147483640";  // window background, window text
-  const std::string trapped = ": Velk_frmCustOpn_OpnImp : InitLoadColors - ";
   const Value no = Null();
   const auto text = [](const char* t) { return Value(std::string(t)); };
   const FakeRows mixed{{no, text(" 255 "), 16711680.0}, {no, text("7abc"), text("blue")}};
@@ -98,11 +77,11 @@ TEST_CASE("a screen's colours come from the database") {
     if (row.results.empty()) world.database->fail(query, ErrorNumber::NoSuchTable, "no table");
     const auto screen = world.openCustomerScreen();
     CHECK(colors(screen->FraData) == row.frame);
-    CHECK(screen->number("BackColor") == screen->FraData.number("BackColor"));
     CHECK(colors(screen->Label1) == row.label);
     CHECK(colors(screen->lv) == row.list);
-    CHECK(world.log().starts_with(row.log.empty() ? row.log : row.log + trapped));
-    CHECK(world.log().empty() == row.log.empty());
+    const std::string log = world.log();
+    CHECK(log.substr(0, log.find(" - ")) ==
+          row.log + (row.log.empty() ? "" : ": Velk_frmCustOpn_OpnImp : InitLoadColors"));
     if (row.log.empty()) CHECK(world.database->closed == 1);
   }
 }

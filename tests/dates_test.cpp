@@ -9,122 +9,93 @@ namespace velk {
 namespace {
 
 constexpr int clockYear = 2025;
-constexpr DateOrder dayFirst = DateOrder::DayMonthYear;
-constexpr DateOrder monthFirst = DateOrder::MonthDayYear;
-constexpr DateOrder yearFirst = DateOrder::YearMonthDay;
-
-/// The ISO form without a time of midnight.
-std::string isoText(Date date) {
-  const std::string iso = formatIso(date);
-  return iso.ends_with(" 00:00:00") ? iso.substr(0, 10) : iso;
-}
 
 TEST_CASE("every day of the years 100 to 9999 keeps its number") {
   CivilDate expected{100, 1, 1};
-  bool same = true;
-  for (int number = -657434; number <= 2958465 && same; ++number) {
-    same = civilFromDate({double(number)}) == expected &&
-           dateFromCivil(expected).days == double(number) && isCivil(expected);
-    if (!same)
-      FAIL_CHECK(number << " is not " << expected.day << "/" << expected.month << "/"
-                        << expected.year);
+  for (int number = -657434; number <= 2958465; ++number) {
+    CAPTURE(number);
+    REQUIRE(civilFromDate({double(number)}) == expected);
+    REQUIRE(dateFromCivil(expected).days == double(number));
     ++expected.day;
     if (!isCivil(expected)) expected = {expected.year, expected.month + 1, 1};
     if (!isCivil(expected)) expected = {expected.year + 1, 1, 1};
   }
-  CHECK_FALSE(isCivil(expected));  // 1 January 10000
+  CHECK((expected == CivilDate{10000, 1, 1}));
   CHECK(dateFromCivil({1899, 12, 30}).days == 0);
-  CHECK(dateFromCivil({2008, 3, 31}).days == 39538);
-}
-
-TEST_CASE("what is no day of the calendar") {
-  const CivilDate rows[] = {{99, 12, 31},   {10000, 1, 1},  {2008, 0, 1},         {2008, 13, 1},
+  const CivilDate none[] = {{99, 12, 31},   {10000, 1, 1},  {2008, 0, 1},         {2008, 13, 1},
                             {2008, 1, 0},   {2008, 4, 31},  {2007, 2, 29},        {1900, 2, 29},
                             {2008, 257, 1}, {2008, 1, 257}, {65536 + 2008, 1, 1}, {2008, -1, -1}};
-  for (const CivilDate& row : rows) {
-    CAPTURE(row.year);
-    CAPTURE(row.month);
-    CAPTURE(row.day);
+  for (const CivilDate& row : none) {
+    CAPTURE(&row - none);
     CHECK_FALSE(isCivil(row));
   }
 }
 
-TEST_CASE("texts that are dates") {
-  const struct {
-    const char* text;
-    const char* iso;
-    DateOrder order = dayFirst;
-    bool ambiguous = false;
-  } rows[] = {{"31/03/2008", "2008-03-31"},
-              {"03/04/2008", "2008-04-03", dayFirst, true},
-              {"4/4/2008", "2008-04-04"},
-              {"12/31/2008", "2008-12-31", monthFirst},
-              {"2008-03-04", "2008-03-04", yearFirst},
-              {"1.2.2008", "2008-02-01", dayFirst, true},
-              {"1,2,08", "2008-02-01", dayFirst, true},
-              {"  13 / 2 -2008  ", "2008-02-13"},
-              {"13/1/30", "1930-01-13"},
-              {"13/1/29", "2029-01-13"},
-              {"13/1/0", "2000-01-13"},
-              {"13/1/100", "0100-01-13"},
-              {"31/12", "2025-12-31"},
-              {"12/31", "2025-12-31", monthFirst},
-              {"3/2008", "2008-03-01"},
-              {"2008-03", "2008-03-01", yearFirst},
-              {"Mar 2008", "2008-03-01"},
-              {"March 31", "2025-03-31"},
-              {"31-MAR-08", "2008-03-31"},
-              {"Mar 5, 2008", "2008-03-05"},
-              {"5 2008 September", "2008-09-05"},
-              {"2008 May 5", "2008-05-05", yearFirst},
-              {"Monday, 31 March 2008", "2008-03-31"},
-              {"31 march 2008 sun", "2008-03-31"},
-              {"31/03/2008 23:59:59", "2008-03-31 23:59:59"},
-              {"31/03/2008, 1:5", "2008-03-31 01:05:00"},
-              {"31/03/2008 10:30:15 PM", "2008-03-31 22:30:15"},
-              {"31/03/2008 12:30 am", "2008-03-31 00:30:00"},
-              {"31/03/2008 12:30 pm", "2008-03-31 12:30:00"},
-              {"31/03/2008 13:55 pm", "2008-03-31 13:55:00"},
-              {"31/03/2008 7 pm", "2008-03-31 19:00:00"},
-              {"2008-03-31 10:30:15.600", "2008-03-31 10:30:16", yearFirst},
-              {"10:30 31/03/2008", "2008-03-31 10:30:00"},
-              {"10:30 am, Mon 31 Mar", "2025-03-31 10:30:00"},
-              {"31 3 10:30", "2025-03-31 10:30:00"},
-              {"29/12/1899 18:00", "1899-12-29 18:00:00"},
-              {"31/12/9999 23:59:59.9", "9999-12-31 23:59:59"}};
-  for (const auto& row : rows) {
-    CAPTURE(row.text);
-    const auto reading = readDate(row.text, clockYear);
-    REQUIRE(reading.has_value());
-    CHECK(isoText(reading->date) == row.iso);
-    CHECK(reading->order == row.order);
-    CHECK(reading->ambiguous == row.ambiguous);
+/// Calls `check` with each of the texts that "|" separates.
+template <class Check>
+void forEach(std::string_view texts, Check check) {
+  for (std::size_t at = 0; at <= texts.size();) {
+    const std::string_view text = texts.substr(at, texts.find('|', at) - at);
+    check(text);
+    at += text.size() + 1;
   }
+}
+
+/// Each row is a text, "=", and the ISO form of the date that it reads as; no time is midnight.
+void checkDates(DateOrder order, bool ambiguous, std::string_view rows) {
+  forEach(rows, [&](std::string_view row) {
+    CAPTURE(row);
+    std::string expected(row.substr(row.find('=') + 1));
+    if (expected.size() == 10) expected += " 00:00:00";
+    const auto reading = readDate(row.substr(0, row.find('=')), clockYear);
+    REQUIRE(reading.has_value());
+    CHECK(formatIso(reading->date) == expected);
+    CHECK(reading->order == order);
+    CHECK(reading->ambiguous == ambiguous);
+  });
+}
+
+TEST_CASE("texts that are dates") {
+  checkDates(DateOrder::DayMonthYear, true,
+             "03/04/2008=2008-04-03|1.2.2008=2008-02-01|1,2,08=2008-02-01");
+  checkDates(DateOrder::MonthDayYear, false, "12/31/2008=2008-12-31|12/31=2025-12-31");
+  checkDates(DateOrder::YearMonthDay, false,
+             "2008-03-04=2008-03-04|2008-03=2008-03-01|2008 May 5=2008-05-05|"
+             "2008-03-31 10:30:15.600=2008-03-31 10:30:16");
+  checkDates(DateOrder::DayMonthYear, false,
+             "31/03/2008=2008-03-31|4/4/2008=2008-04-04|  13 / 2 -2008  =2008-02-13|"
+             "13/1/30=1930-01-13|13/1/29=2029-01-13|13/1/0=2000-01-13|13/1/100=0100-01-13|"
+             "31/12=2025-12-31|3/2008=2008-03-01|Mar 2008=2008-03-01|March 31=2025-03-31|"
+             "31-MAR-08=2008-03-31|Mar 5, 2008=2008-03-05|5 2008 September=2008-09-05|"
+             "Monday, 31 March 2008=2008-03-31|31 march 2008 sun=2008-03-31");
+  checkDates(DateOrder::DayMonthYear, false,
+             "31/03/2008 23:59:59=2008-03-31 23:59:59|31/03/2008, 1:5=2008-03-31 01:05:00|"
+             "31/03/2008 10:30:15 PM=2008-03-31 22:30:15|31/03/2008 12:30 am=2008-03-31 00:30:00|"
+             "31/03/2008 12:30 pm=2008-03-31 12:30:00|31/03/2008 13:55 pm=2008-03-31 13:55:00|"
+             "31/03/2008 7 pm=2008-03-31 19:00:00|10:30 31/03/2008=2008-03-31 10:30:00|"
+             "10:30 am, Mon 31 Mar=2025-03-31 10:30:00|31 3 10:30=2025-03-31 10:30:00|"
+             "29/12/1899 18:00=1899-12-29 18:00:00|31/12/9999 23:59:59.9=9999-12-31 23:59:59");
 }
 
 TEST_CASE("texts that are no dates") {
   using namespace std::string_view_literals;
   const std::string_view rows =
-      "| |abc|31|2008|31/02/08|31/02|1/32|0/5/14|29Feb01|Mar "
-      "32|20080331|39538|32/13/2008|31/02/2008|29/02/2007|0/0/2008|31 Apr 2008|"
-      "13/2008|1/1/0008|031/03/2008|2008/31/03|3/2008/31|1/2/10000|31.12|31,12|1,234|"
-      "1,23,456|.5/6|Mar 5,345|March|Mar Apr 2008|31 Mart 2008|31 Ma 2008|31st March 2008|"
-      "Mon Tue 31/3/2008|31 M\xC3\xA4rz 2008|Mar 1 2 2008|10:30|10 pm|31/03/2008 24:00|31/03/2008 "
-      "25:00|"
-      "31/03/2008 10:60|31/03/2008 10:30:60|31/03/2008 10:|31/03/2008 :30|"
-      "31/03/2008 10:30 xm|31/03/2008 10:30pmx|31/03/2008 10:30 10:30|31/03/200810:30|"
-      "31/03/2008/10:30|10:30/31/03/2008|10:30/Mon 31/03/2008|31/03 10:30 2008|"
-      "31/03/2008 100:30|31/03/2008 10:30:15.|31/03/2008 10:30:15.1234567890|"
-      "31/03/2008T10:30|Mar 10:30|10:30 31/03/2008 10:30|-1/2/2008|1//2/2008|/1/2/2008|"
-      "1/2/2008/|1/2/2008,|1/-2/2008|1/2/3/4|1_2_2008|'1/2/2008|1/2/2008 x|1/2/2008\0|"
-      "1/2\0/2008|\t1/2/2008|1/2/2008\r|1/2/2008\x1A|1\xC2\xA0/2/2008|\xEF\xBC\x91/2/2008|"
-      "1/2/2008\xFF"sv;
-  for (std::size_t at = 0; at <= rows.size();) {
-    const std::string_view row = rows.substr(at, rows.find('|', at) - at);
+      "| |abc|31|2008|31/02/08|31/02|1/32|0/5/14|29Feb01|Mar 32|20080331|39538|32/13/2008|"
+      "31/02/2008|29/02/2007|0/0/2008|31 Apr 2008|13/2008|1/1/0008|031/03/2008|2008/31/03|"
+      "3/2008/31|1/2/10000|31.12|31,12|1,234|1,23,456|.5/6|Mar 5,345|March|Mar Apr 2008|"
+      "31 Mart 2008|31 Ma 2008|31st March 2008|Mon Tue 31/3/2008|31 M\xC3\xA4rz 2008|"
+      "Mar 1 2 2008|10:30|10 pm|31/03/2008 24:00|31/03/2008 25:00|31/03/2008 10:60|"
+      "31/03/2008 10:30:60|31/03/2008 10:|31/03/2008 :30|31/03/2008 10:30 xm|31/03/2008 10:30pmx|"
+      "31/03/2008 10:30 10:30|31/03/200810:30|31/03/2008/10:30|10:30/31/03/2008|"
+      "10:30/Mon 31/03/2008|31/03 10:30 2008|31/03/2008 100:30|31/03/2008 10:30:15.|"
+      "31/03/2008 10:30:15.1234567890|31/03/2008T10:30|Mar 10:30|10:30 31/03/2008 10:30|"
+      "-1/2/2008|1//2/2008|/1/2/2008|1/2/2008/|1/2/2008,|1/-2/2008|1/2/3/4|1_2_2008|'1/2/2008|"
+      "1/2/2008 x|1/2/2008\0|1/2\0/2008|\t1/2/2008|1/2/2008\r|1/2/2008\x1A|1\xC2\xA0/2/2008|"
+      "\xEF\xBC\x91/2/2008|1/2/2008\xFF"sv;
+  forEach(rows, [](std::string_view row) {
     CAPTURE(row);
     CHECK_FALSE(readDate(row, clockYear).has_value());
-    at += row.size() + 1;
-  }
+  });
   for (const std::string_view piece : {"1", "1/", "Mar ", "a", "/", "10:", "\xFF", "Mon "}) {
     std::string text;
     while (text.size() < 1'000'000) text += piece;
@@ -153,14 +124,6 @@ TEST_CASE("a time keeps to the day it is written") {
     CAPTURE(row.days);
     CHECK(formatIso({row.days}) == row.iso);
     CHECK(formatDayFirst({row.days}) == row.day);
-  }
-}
-
-TEST_CASE("what was read and written day first reads as the same day") {
-  for (double day = -657434; day <= 2958465; day += 97) {
-    const auto reading = readDate(formatDayFirst({day}), clockYear);
-    REQUIRE(reading.has_value());
-    REQUIRE(reading->date.days == day);
   }
 }
 

@@ -1,18 +1,16 @@
 #include "platform/numbers.h"
 
-#include <doctest/doctest.h>
-
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <optional>
 #include <random>
-#include <string>
 
-#include "platform/errors.h"
+#include "tests/support/checks.h"
 
 namespace velk {
 namespace {
+
+using namespace std::string_literals;
 
 /// The number, or nothing where error 6 is raised.
 std::optional<double> numberOrOverflow(std::string_view text) {
@@ -24,53 +22,44 @@ std::optional<double> numberOrOverflow(std::string_view text) {
   }
 }
 
-TEST_CASE("leading number and whole number") {
-  const struct {
-    const char* text;
-    double leading;
-    std::optional<double> whole;
-  } rows[] = {{"", 0, {}},
-              {"abc", 0, {}},
-              {"12.5", 12.5, 12.5},
-              {"  12.5  ", 12.5, 12.5},
-              {"12.5abc", 12.5, {}},
-              {"+5", 5, 5},
-              {"-.5", -.5, -.5},
-              {"5.", 5, 5},
-              {".", 0, {}},
-              {"--1", 0, {}},
-              {"1 2", 1, {}},
-              {"1,234.50", 1, {}},
-              {"1e", 1, {}},
-              {"e5", 0, {}},
-              {"1e5", 1e5, 1e5},
-              {"1d-2x", 1e-2, {}},
-              {"-1.5D3", -1500, -1500},
-              {"0x10", 0, {}},
-              {"inf", 0, {}},
-              {"-nan", 0, {}},
-              {"\t5", 0, {}},
-              {"\u00A05", 0, {}},
-              {"1.7976931348623157e308", 1.7976931348623157e308, 1.7976931348623157e308},
-              {"4.9e-324", 4.9e-324, 4.9e-324},
-              {"1e-400", 0, 0},
-              {"0.001e-400", 0, 0},
-              {"1e-99999999999999999999", 0, 0},
-              {"0e99999999999999999999", 0, 0}};
-  for (const auto& row : rows) {
-    CAPTURE(row.text);
-    CHECK(leadingNumber(row.text) == row.leading);
-    CHECK(wholeNumber(row.text) == row.whole);
+TEST_CASE("leading numbers") {
+  const std::pair<const char*, double> whole[] = {
+      {"12.5", 12.5},
+      {"  12.5  ", 12.5},
+      {"+5", 5},
+      {"-.5", -.5},
+      {"5.", 5},
+      {"1e5", 1e5},
+      {"-1.5D3", -1500},
+      {"4.9e-324", 4.9e-324},
+      {"1e-400", 0},
+      {"0.001e-400", 0},
+      {"1e-99999999999999999999", 0},
+      {"0e99999999999999999999", 0},
+      {"1.7976931348623157e308", 1.7976931348623157e308}};
+  for (const auto& row : whole) {
+    CAPTURE(row.first);
+    CHECK(leadingNumber(row.first) == row.second);
+    CHECK(wholeNumber(row.first) == row.second);
+  }
+  const std::pair<const char*, double> others[] = {
+      {"", 0},     {"abc", 0},      {"12.5abc", 12.5}, {".", 0},   {"--1", 0},
+      {"1 2", 1},  {"1,234.50", 1}, {"1e", 1},         {"e5", 0},  {"1d-2x", .01},
+      {"0x10", 0}, {"inf", 0},      {"-nan", 0},       {"\t5", 0}, {"\u00A05", 0}};
+  for (const auto& row : others) {
+    CAPTURE(row.first);
+    CHECK(leadingNumber(row.first) == row.second);
+    CHECK_FALSE(wholeNumber(row.first).has_value());
   }
 }
 
 TEST_CASE("numbers beyond a double are error 6") {
-  for (const char* text : {"1e309", "-1D309", "1e99999999999999999999", "0.00001e400",
-                           "17976931348623159e292", "1e309abc"}) {
+  for (const std::string& text :
+       {"1e309"s, "-1D309"s, "1e99999999999999999999"s, "0.00001e400"s, "17976931348623159e292"s,
+        "1e309abc"s, std::string(10'000, '9')}) {
     CAPTURE(text);
     CHECK_FALSE(numberOrOverflow(text).has_value());
   }
-  CHECK_FALSE(numberOrOverflow(std::string(10'000, '9')).has_value());
 }
 
 TEST_CASE("ten thousand digits") {
@@ -102,8 +91,7 @@ TEST_CASE("16-bit numbers") {
   CHECK(toInt16(32767) == 32767);
   CHECK(toInt16(-32768) == -32768);
   for (const std::int64_t number : {32768LL, -32769LL, 65536LL, 1LL << 32, 1LL << 62}) {
-    CAPTURE(number);
-    CHECK_THROWS_AS(toInt16(number), RuntimeError);
+    CHECK(errorOf([&] { toInt16(number); }) == 6);
   }
 }
 

@@ -35,7 +35,7 @@ TEST_CASE("sql tokens") {
       {"'it''s' N'x' n''", "t.T.T"},
       {"xN'a'", "wt"},  // the N belongs to the word
       {"'a''b'N'c'", "tT"},
-      {"\"a \"\"b\" [c ]]d]", "q.q"},
+      {R"("a ""b" [c ]]d])", "q.q"},
       {"? @x @@y :z $1 a:b", "?.v.v.v.v.wv"},
       {"a -- b 'c\nd", "w.c.w"},
       {"/* a /* b */ c */d", "cw"},
@@ -88,7 +88,7 @@ TEST_CASE("sqlite dialect: rewriting") {
       {"select a isnull, isnull(a), isnull(a,b,c)", "select a isnull, isnull(a), isnull(a,b,c)"},
       {"select N'a''b', x'00', 'N''c'", "select 'a''b', x'00', 'N''c'"},
       {"select 'a'N'b'", "select 'a' 'b'"},  // never one literal
-      {"select [a]]b\"c], \"d\"[e]", "select \"a]b\"\"c\" , \"d\" \"e\""},
+      {R"(select [a]]b"c], "d"[e])", R"(select "a]b""c" , "d" "e")"},
       {"select a/* 'x */from t -- it's", "select a from t"},
       {"select '/*', '--', 'isnull(a,b)', 'GETDATE()'",
        "select '/*', '--', 'isnull(a,b)', 'GETDATE()'"},

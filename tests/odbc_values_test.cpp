@@ -120,7 +120,7 @@ TEST_CASE("odbc: further results and their errors") {
   CHECK((reached->field(0) == Value(1)));
   CHECK(errorOf([&] { reached->NextRecordset(); }) ==
         static_cast<std::int32_t>(ErrorNumber::IntegrityViolation));
-  CHECK(reached->State() == stateClosed);
+  CHECK((reached->field(0) == Value(1)));  // what was read stays
   CHECK(reached->NextRecordset() == nullptr);
 }
 

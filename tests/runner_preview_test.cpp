@@ -39,11 +39,10 @@ TEST_CASE("a preview says what an import would refuse") {
 TEST_CASE("a preview as JSON") {
   RunnerWorld world;
   const std::string in = world.folder.write("in.csv", "Customer ID,\xE9\"\r\nC001,\x01\r\n");
-  const Json preview =
-      JsonReader::read(world.run({"preview", "customer-opening", in, "--json"}).out);
-  CHECK(preview["columns"][1].text() == "\xC3\xA9\"");
-  CHECK(preview["rows"][0][1].text() == "\x01");
-  CHECK(preview["mapping"][0]["column"].number() == 1);
-  CHECK(preview["mapping"][3]["column"].isNull());
-  CHECK(preview["recordCount"].number() == 1);
+  const Json preview(world.run({"preview", "customer-opening", in, "--json"}).out);
+  CHECK(preview.at("columns[1]") == "\xC3\xA9\"");
+  CHECK(preview.at("rows[0][1]") == "\x01");
+  CHECK(preview.at("mapping[0].column") == "1");
+  CHECK(preview.at("mapping[3].column") == "null");
+  CHECK(preview.at("recordCount") == "1");
 }

@@ -14,17 +14,12 @@ using namespace velk;
 
 namespace {
 
-/// "code code" of the warnings of a file whose columns are customer, date, bill and balance.
-std::string codes(std::string bytes) {
+/// The warnings of a file whose columns are customer, date, bill and balance.
+std::vector<Warning> warningsOf(std::string bytes) {
   const std::vector<FieldMapping> mapping{{"Customer ID", 0, ""}, {"Name", {}, ""},
                                           {"Reference", {}, ""},  {"Date", 1, ""},
                                           {"Bill Amount", 2, ""}, {"Balance", 3, ""}};
-  std::string text;
-  const InputRecords input(std::move(bytes));
-  for (const Warning& warning : findWarnings(input, *findKind("customer-opening"), mapping, 2008)) {
-    text.append(text.empty() ? "" : " ").append(warning.code);
-  }
-  return text;
+  return findWarnings(InputRecords(std::move(bytes)), *findKind("customer-opening"), mapping, 2008);
 }
 
 }  // namespace
@@ -63,20 +58,18 @@ TEST_CASE("warnings by file") {
   };
   for (const auto& row : rows) {
     CAPTURE(row.bytes);
-    CHECK(codes(row.bytes) == row.codes);
+    std::string codes;
+    for (const Warning& warning : warningsOf(row.bytes)) {
+      codes.append(codes.empty() ? "" : " ").append(warning.code);
+    }
+    CHECK(codes == row.codes);
   }
 }
 
 TEST_CASE("a warning counts all findings and names the first lines, each once") {
   std::string bytes = "c,d,b,l\r\n";
   for (int i = 0; i < 8; ++i) bytes += "1,,(1),(1)\r\n";
-  std::vector<Warning> found;
-  Warnings warnings;
-  const InputRecords input(bytes);
-  const std::vector<FieldMapping> mapping{{"", 0, ""}, {"", {}, ""}, {"", {}, ""},
-                                          {"", 1, ""}, {"", 2, ""},  {"", 3, ""}};
-  warnOfValues(input, *findKind("customer-opening"), mapping, 2008, warnings);
-  found = warnings.take();
+  const std::vector<Warning> found = warningsOf(bytes);
   REQUIRE(found.size() == 1);
   CHECK(found[0].count == 16);
   CHECK(found[0].lines == std::vector<std::size_t>{2, 3, 4, 5, 6});
@@ -84,38 +77,24 @@ TEST_CASE("a warning counts all findings and names the first lines, each once") 
 
 TEST_CASE("amounts as people write them") {
   const struct {
-    std::string_view cell;
     std::string_view code;
+    std::vector<std::string_view> cells;
   } rows[] = {
-      {"", ""},
-      {"0", ""},
-      {" -12.50 ", ""},
-      {"1.5E3", ""},
-      {"1,250.00", ""},
-      {"1,15,300.00", ""},
-      {"-1,250", ""},
-      {"12,50", "amount-decimal-comma"},
-      {"1.234,50", "amount-decimal-comma"},
-      {"1,2345", "amount-decimal-comma"},
-      {",250", "amount-decimal-comma"},
-      {"1e999", "amount-too-large"},
-      {"(500)", "amount-in-parentheses"},
-      {"(1,250.00)", "amount-in-parentheses"},
-      {"500-", "amount-trailing-minus"},
-      {"$500", "amount-currency"},
-      {"\u20AC 500", "amount-currency"},
-      {"Rs. 1,250", "amount-currency"},
-      {"1 234", "amount-blank-inside"},
-      {"abc", "amount-not-a-number"},
-      {"-", "amount-not-a-number"},
-      {"Smith, J", "amount-not-a-number"},
-      {"500Dr", "amount-partly-read"},
-      {"1.234.567", "amount-partly-read"},
+      {"", {"", "0", " -12.50 ", "1.5E3", "1,250.00", "1,15,300.00", "-1,250"}},
+      {"amount-decimal-comma", {"12,50", "1.234,50", "1,2345", ",250"}},
+      {"amount-too-large", {"1e999"}},
+      {"amount-in-parentheses", {"(500)", "(1,250.00)"}},
+      {"amount-trailing-minus", {"500-"}},
+      {"amount-currency", {"$500", "\u20AC 500", "Rs. 1,250"}},
+      {"amount-blank-inside", {"1 234"}},
+      {"amount-not-a-number", {"abc", "-", "Smith, J"}},
+      {"amount-partly-read", {"500Dr", "1.234.567"}},
   };
   for (const auto& row : rows) {
-    CAPTURE(row.cell);
-    const auto issue = checkAmount(row.cell);
-    CHECK((issue ? issue->code : std::string_view()) == row.code);
+    for (const std::string_view cell : row.cells) {
+      CAPTURE(cell);
+      CHECK(checkAmount(cell).value_or(AmountIssue{}).code == row.code);
+    }
   }
 }
 
@@ -163,15 +142,9 @@ TEST_CASE("JSON is valid whatever it holds") {
   json.member("text", std::string_view("\"\\\x01\x7F\xFF\xC3\xA9", 7));
   json.member("huge", 1e308);
   json.member("none", std::numeric_limits<double>::infinity());
-  json.key("list");
-  json.beginArray();
-  json.number(1LL);
-  json.value(Null());
-  json.endArray();
   json.endObject();
-  const Json read = JsonReader::read(out.str());
-  CHECK(read["text"].text() == "\"\\\x01\x7F\xEF\xBF\xBD\xC3\xA9");
-  CHECK(read["huge"].number() == 1e308);
-  CHECK(read["none"].isNull());
-  CHECK(read["list"].size() == 2);
+  const Json read(out.str());
+  CHECK(read.at("text") == "\"\\\x01\x7F\xEF\xBF\xBD\xC3\xA9");
+  CHECK(std::stod(read.at("huge")) == 1e308);
+  CHECK(read.at("none") == "null");
 }

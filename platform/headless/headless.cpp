@@ -55,7 +55,7 @@ std::shared_ptr<HostMainWindow> HeadlessHostService::mainWindow() {
   throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
 }
 
-void HeadlessShell::closed(Form& form) {
+void HeadlessShell::closed(Form& form) noexcept {
   std::erase_if(open_, [&](const auto& open) { return open.get() == &form; });
 }
 

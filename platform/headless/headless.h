@@ -75,7 +75,7 @@ class HeadlessHostService final : public HostService {
 class HeadlessShell final : public FormShell {
  public:
   void show(std::shared_ptr<Form> form) override { open_.push_back(std::move(form)); }
-  void closed(Form& form) override;
+  void closed(Form& form) noexcept override;
   Menu* popup(Form& form, Menu& menu) override;
 
   /// The forms now shown, in the order of showing.

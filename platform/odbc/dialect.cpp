@@ -17,6 +17,7 @@ class PlainDialect final : public Dialect {
     to.reusable = false;
   }
   std::string translateCommand(std::string_view text) const override { return std::string(text); }
+  std::string keptPrepared(std::string_view native) const override { return std::string(native); }
   Diagnostic normalized(Diagnostic diagnostic) const override { return diagnostic; }
   bool hasProcedureTable() const override { return false; }
   bool hasSingleResults() const override { return false; }

@@ -41,6 +41,9 @@ class Dialect {
   /// A statement whose parameter marks the caller binds.
   virtual std::string translateCommand(std::string_view text) const = 0;
 
+  /// A statement of the engine's own as the driver keeps it compiled between executions.
+  virtual std::string keptPrepared(std::string_view native) const = 0;
+
   /// The record with its state as other engines would say it.
   virtual Diagnostic normalized(Diagnostic diagnostic) const = 0;
 

@@ -34,12 +34,7 @@ Value MemoryRecordset::field(std::size_t position) const {
 }
 
 std::shared_ptr<Recordset> MemoryRecordset::NextRecordset() {
-  open_ = false;
-  cells_.clear();
-  if (nextError_) {
-    const RuntimeError error = *std::exchange(nextError_, std::nullopt);
-    throw error;
-  }
+  if (nextError_) throw RuntimeError(*std::exchange(nextError_, std::nullopt));
   return std::exchange(next_, nullptr);
 }
 

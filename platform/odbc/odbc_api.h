@@ -22,7 +22,8 @@ static_assert(sizeof(SQLWCHAR) == sizeof(char16_t));
 
 /// The interface never writes to a text that is an input, but does not say so.
 inline SQLWCHAR* wideText(const char16_t* text) {
-  return reinterpret_cast<SQLWCHAR*>(const_cast<char16_t*>(text));
+  return reinterpret_cast<SQLWCHAR*>(
+      const_cast<char16_t*>(text));  // NOLINT(cppcoreguidelines-pro-type-const-cast)
 }
 
 /// Small integers travel through pointer arguments.

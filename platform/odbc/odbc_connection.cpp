@@ -39,8 +39,6 @@ class Open final : public OdbcConnection, public std::enable_shared_from_this<Op
                                               const std::vector<CommandParameter>& parameters);
 
  private:
-  std::shared_ptr<Recordset> run(PreparedStatement& statement,
-                                 const std::vector<CommandParameter>& parameters);
   void setAutocommit(SQLUINTEGER mode);
 
   OdbcSession session_;
@@ -136,6 +134,14 @@ std::unique_ptr<Command> Open::newCommand() {
   return std::make_unique<OdbcCommand>(shared_from_this());
 }
 
+std::shared_ptr<Recordset> run(PreparedStatement& statement,
+                               const std::vector<CommandParameter>& parameters) {
+  for (std::size_t i = 0; i < parameters.size(); ++i) {
+    statement.setParameter(i, parameters[i].type, parameters[i].value);
+  }
+  return statement.execute(parameters.size());
+}
+
 std::shared_ptr<Recordset> Open::executeText(std::string_view text,
                                              const std::vector<CommandParameter>& parameters) {
   return run(statements_.get(session_.dialect().translateCommand(text)), parameters);
@@ -145,14 +151,6 @@ std::shared_ptr<Recordset> Open::executeProcedure(std::string_view name,
                                                   const std::vector<CommandParameter>& parameters) {
   if (session_.dialect().hasProcedureTable()) return procedures_.call(name, parameters);
   return run(statements_.get(callText(name, parameters.size())), parameters);
-}
-
-std::shared_ptr<Recordset> Open::run(PreparedStatement& statement,
-                                     const std::vector<CommandParameter>& parameters) {
-  for (std::size_t i = 0; i < parameters.size(); ++i) {
-    statement.setParameter(i, parameters[i].type, parameters[i].value);
-  }
-  return statement.execute(parameters.size());
 }
 
 void Open::setAutocommit(SQLUINTEGER mode) {

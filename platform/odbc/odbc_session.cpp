@@ -49,7 +49,7 @@ void OdbcSession::connect(const std::string& connectionString) {
         SQL_HANDLE_DBC, handle());
 }
 
-StatementHandle OdbcSession::newStatement() {
+StatementHandle OdbcSession::newStatement() const {
   StatementHandle statement(handle());
   SQLSetStmtAttrW(statement.get(), SQL_ATTR_QUERY_TIMEOUT,
                   secondsArgument(options_.commandTimeoutSeconds), SQL_IS_UINTEGER);
@@ -73,7 +73,7 @@ RuntimeError OdbcSession::failure(SQLSMALLINT handleType, SQLHANDLE handle) {
   return toRuntimeError(diagnostics_);
 }
 
-std::string OdbcSession::engineName() {
+std::string OdbcSession::engineName() const {
   std::array<char16_t, 128> name{};
   SQLSMALLINT bytes = 0;
   const SQLRETURN result = SQLGetInfoW(handle(), SQL_DBMS_NAME, name.data(),

@@ -21,7 +21,7 @@ class OdbcSession {
   SQLHANDLE handle() const { return connection_.get(); }
 
   /// A new statement handle with the command time-out set.
-  StatementHandle newStatement();
+  StatementHandle newStatement() const;
 
   /// Runs one statement as the engine itself writes it and drops its results.
   void executeNative(std::string_view sql);
@@ -38,7 +38,7 @@ class OdbcSession {
 
  private:
   void connect(const std::string& connectionString);
-  std::string engineName();
+  std::string engineName() const;
 
   EnvironmentHandle environment_;
   ConnectionHandle connection_;

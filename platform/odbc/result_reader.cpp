@@ -16,7 +16,7 @@ class ResultReader {
   // A statement that touched no row answers "no data", which is a success.
   std::shared_ptr<MemoryRecordset> readAll(SQLRETURN executed) {
     if (executed != SQL_NO_DATA) check(executed);
-    const auto first = readOne();
+    auto first = readOne();
     if (session_.dialect().hasSingleResults()) return first;
     hasCursor_ = true;
     for (auto last = first; last != nullptr;) last = readNext(*last);

@@ -366,6 +366,14 @@ std::string SqliteDialect::translateCommand(std::string_view text) const {
   return sql;
 }
 
+std::string SqliteDialect::keptPrepared(std::string_view native) const {
+  tokenizeSql(native, tokens_);
+  const std::size_t first = skipBlanks(tokens_, 0);
+  const bool writes = isWordAt(tokens_, first, "INSERT") || isWordAt(tokens_, first, "UPDATE") ||
+                      isWordAt(tokens_, first, "DELETE") || isWordAt(tokens_, first, "REPLACE");
+  return std::string(writes ? "WITH kept AS (SELECT 1) " : "").append(native);
+}
+
 Diagnostic SqliteDialect::normalized(Diagnostic diagnostic) const {
   if (diagnostic.state != "HY000") return diagnostic;
   const std::string_view state = stateOf(diagnostic.native, diagnostic.message);

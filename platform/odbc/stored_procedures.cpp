@@ -134,7 +134,9 @@ std::shared_ptr<MemoryRecordset> StoredProcedures::call(
 
 std::shared_ptr<MemoryRecordset> StoredProcedures::runStep(
     Step& step, const std::vector<CommandParameter>& parameters) {
-  if (!step.statement) step.statement = std::make_unique<PreparedStatement>(session_, step.sql);
+  if (!step.statement)
+    step.statement =
+        std::make_unique<PreparedStatement>(session_, session_.dialect().keptPrepared(step.sql));
   for (std::size_t mark = 0; mark < step.arguments.size(); ++mark) {
     const CommandParameter& parameter = parameters[step.arguments[mark]];
     step.statement->setParameter(mark, parameter.type, parameter.value);

@@ -1,8 +1,11 @@
 #include "samples/company/sample_company.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <random>
+#include <string>
 #include <system_error>
 
 #include "platform/errors.h"
@@ -22,7 +25,6 @@ fs::path toPath(std::string_view utf8) {
 class UnfinishedDatabase {
  public:
   explicit UnfinishedDatabase(std::string path) : path_(std::move(path)) {
-    removeAll();
     if (!std::ofstream(toPath(path_))) throw RuntimeError(ErrorNumber::PathFileAccess);
   }
   UnfinishedDatabase(const UnfinishedDatabase&) = delete;
@@ -77,6 +79,13 @@ void fill(const std::string& path) {
   connection->Execute("COMMIT");
 }
 
+// A name of this run's own: another may be making the same database at the same time.
+std::string unfinishedName(const std::string& path) {
+  std::random_device random;
+  const std::uint64_t number = (std::uint64_t{random()} << 32) | random();
+  return path + ".new-" + std::to_string(number);
+}
+
 void requireFree(const std::string& path) {
   std::error_code error;
   const bool exists = fs::exists(toPath(path), error);
@@ -89,7 +98,7 @@ void requireFree(const std::string& path) {
 void createSampleCompany(const std::string& path) {
   embeddedConnectionString(path);  // refuses a name before anything is made
   requireFree(path);
-  UnfinishedDatabase unfinished(path + ".new");
+  UnfinishedDatabase unfinished(unfinishedName(path));
   fill(unfinished.path());
   unfinished.keepAs(path);
 }

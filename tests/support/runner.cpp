@@ -1,33 +1,13 @@
 #include "tests/support/runner.h"
 
 #include <algorithm>
-#include <atomic>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 
-#include "platform/odbc/odbc_connection.h"
 #include "samples/company/sample_company.h"
 
 namespace velk {
-
-namespace fs = std::filesystem;
-
-TemporaryFolder::TemporaryFolder() {
-  static std::atomic<unsigned> made{0};
-  do {
-    folder_ = fs::temp_directory_path() / ("opnimp_test_" + std::to_string(made++));
-  } while (!fs::create_directory(folder_));
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  fs::remove_all(folder_, ignored);
-}
-
-std::string TemporaryFolder::path(std::string_view name) const {
-  return name.empty() ? folder_.string() : (folder_ / name).string();
-}
 
 std::string TemporaryFolder::write(std::string_view name, std::string_view bytes) const {
   std::ofstream(path(name), std::ios::binary)
@@ -38,10 +18,6 @@ std::string TemporaryFolder::write(std::string_view name, std::string_view bytes
 std::string TemporaryFolder::read(std::string_view name) const {
   std::ifstream file(path(name), std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
-}
-
-bool TemporaryFolder::has(std::string_view name) const {
-  return fs::exists(path(name));
 }
 
 RunnerWorld::RunnerWorld() {
@@ -80,12 +56,7 @@ const std::string& RunnerWorld::database() {
 }
 
 std::string RunnerWorld::ask(std::string_view query) {
-  const auto connection = openOdbc(embeddedConnectionString(database()));
-  return toText(connection->Execute(query)->field(0));
-}
-
-std::string samplePath(std::string_view name) {
-  return std::string(OPNIMP_SOURCE_DIR "/samples/").append(name);
+  return velk::ask(*openOdbc(embeddedConnectionString(database())), query);
 }
 
 std::string crlf(std::initializer_list<std::string_view> lines) {

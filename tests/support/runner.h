@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "apps/opnimp/opnimp.h"
+#include "tests/support/scratch_database.h"
 
 namespace velk {
 
@@ -18,21 +19,11 @@ struct Ran {
 };
 
 /// A folder that goes with the object.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  std::string path(std::string_view name) const;
+struct TemporaryFolder : ScratchDatabase {
   /// Writes a file and answers its path.
   std::string write(std::string_view name, std::string_view bytes) const;
   std::string read(std::string_view name) const;
-  bool has(std::string_view name) const;
-
- private:
-  std::filesystem::path folder_;
+  bool has(std::string_view name) const { return std::filesystem::exists(path(name)); }
 };
 
 class RunnerWorld {
@@ -63,7 +54,6 @@ class RunnerWorld {
 inline constexpr std::string_view openingTitles =
     "Customer ID,Customer Name,Reference,Date,Bill Amount,Balance";
 
-std::string samplePath(std::string_view name);
 /// The lines with carriage return + line feed behind each.
 std::string crlf(std::initializer_list<std::string_view> lines);
 
