@@ -36,6 +36,17 @@ std::vector<std::string> splitLine(std::string_view line, QuotedComma quotedComm
   return fields;
 }
 
+std::size_t countFields(std::string_view line) {
+  if (line.empty()) return 0;
+  bool quoted = false;
+  std::size_t fields = 1;
+  for (const char c : line) {
+    if (c == '"') quoted = !quoted;
+    if (c == fieldEnd || (c == ',' && !quoted)) ++fields;
+  }
+  return fields;
+}
+
 std::size_t unquoteInPlace(char* field, std::size_t length) {
   if (length == 0 || field[0] != '"') return length;
   if (length == 1) throw RuntimeError(ErrorNumber::InvalidProcedureCall);

@@ -25,6 +25,9 @@ std::size_t markFields(char* line, std::size_t length, QuotedComma quotedComma);
 /// The fields of one line (no line end inside); an empty line has none.
 std::vector<std::string> splitLine(std::string_view line, QuotedComma quotedComma);
 
+/// How many fields splitLine makes of a line, counted without making them.
+std::size_t countFields(std::string_view line);
+
 /// A field that begins with a double quote loses its first and its last character, whatever that
 /// is, and of every two double quotes inside one; any other field stays. The result stands at
 /// `field`; its length is returned. Error 5 for the field of one double quote.

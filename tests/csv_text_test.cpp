@@ -3,15 +3,13 @@
 #include "tests/support/test_world.h"
 
 namespace velk {
-namespace {
 
 using namespace std::string_literals;
 
 TEST_CASE("fields of a line") {
   const struct {
     std::string line;
-    Texts kept;
-    Texts dropped;
+    Texts kept, dropped;
   } rows[] = {{"", {}, {}},
               {",", {"", ""}, {"", ""}},
               {" a , é", {" a ", " é"}, {" a ", " é"}},
@@ -65,5 +63,4 @@ TEST_CASE("the text of a file that can and of files that can't be read") {
   }
 }
 
-}  // namespace
 }  // namespace velk

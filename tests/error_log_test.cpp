@@ -3,7 +3,6 @@
 #include "tests/support/test_world.h"
 
 namespace velk {
-namespace {
 
 TEST_CASE("lines of the log") {
   TestWorld world;
@@ -42,14 +41,14 @@ TEST_CASE("traps keep runtime errors in, and nothing else; the log may be anothe
   } memory;
   TestWorld world;
   Velk_ModOpnImp module(world.module.platform(), &memory);
+  const auto fail = [] { throw RuntimeError(7, "error"); };
   CHECK(module.trap("", [] {}));
-  CHECK_FALSE(module.trap("tag ", [] { throw RuntimeError(7, "error"); }));
-  CHECK_FALSE(module.trapWithLine("bad", [] { throw RuntimeError(7, "error"); }));
-  CHECK_FALSE(module.trapWithLine("line", [] { throw RuntimeError(7, "error"); }));
+  CHECK_FALSE(module.trap("tag ", fail));
+  CHECK_FALSE(module.trapWithLine("bad", fail));
+  CHECK_FALSE(module.trapWithLine("line", fail));
   CHECK_THROWS_AS(module.trap("", [] { throw 1; }), int);
   CHECK(memory.text == "(7): tag error\nline\n");
   CHECK(world.log().empty());
 }
 
-}  // namespace
 }  // namespace velk

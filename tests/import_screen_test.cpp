@@ -1,7 +1,5 @@
 #include "mapping/import_screen.h"
 
-#include <array>
-
 #include "tests/support/test_world.h"
 
 namespace velk {
@@ -20,9 +18,9 @@ struct Shown {
   ListView& lv = screen->lv;
   ListView& fields = screen->lstCust;
 
-  Shown() = default;
-  explicit Shown(std::string_view content) { world.view(*screen, content); }
-
+  explicit Shown(std::string_view content = "") {
+    if (!content.empty()) world.view(*screen, content);
+  }
   void map(std::size_t fileColumn, std::size_t field) {
     lv.userColumnClick(fileColumn);
     fields.userColumnClick(field);
@@ -30,37 +28,27 @@ struct Shown {
 };
 
 TEST_CASE("the steps of setting up, in order") {
-  struct Observer : FormObserver {
-    explicit Observer(TestWorld& w) : world(w) {}
-    void formChanged(Form&, std::string_view property) override {
-      world.events.push_back(std::string(property) + std::to_string(world.database->liveCommands));
-    }
-    void columnsChanged(ListView& list) override {
-      world.events.push_back(list.title(1) + " " + std::to_string(list.width(6)));
-    }
-    TestWorld& world;
-  };
   TestWorld world;
-  Observer observer(world);
   world.host->captions["Customer Name"] = "Klant";
-  world.host->onStarting = [&](Form& form) { form.setObserver(&observer); };
-  world.database->answerRows("Select * From ColorSettings", {{0, 1, 2}});
   world.database->onCall = [&](const FakeCall& call) {
-    world.events.push_back(call.text + std::to_string(world.database->liveCommands));
+    world.events.push_back(call.text + (world.shell.open().empty() ? "" : ", shown"));
   };
-  const auto screen = world.openCustomerScreen();
-  screen->setObserver(nullptr);
-  CHECK(world.events == Texts{"3 Velk_frmCustOpn_OpnImp", "Icon0", "2/Vorel/Label/Customer Name",
-                              "Klant 1440", "2/Vorel/Label/Not Yet", "Visible0",
-                              "Select * From ColorSettings1", "BackColor1", "Klant 0",
+  world.host->onReady = [&](Form& form) {  // no event counts yet, but the window may be closed
+    auto& screen = dynamic_cast<ImportScreen&>(form);
+    CHECK(screen.CmdBrowse.userClick() == EventResult::Dropped);
+    screen.userClose();
+  };
+  const auto screen = std::make_shared<Velk_frmCustOpn_OpnImp>(world.module, nullptr);
+  screen->initForm(world.database, {});
+  CHECK(world.events == Texts{"3 Velk_frmCustOpn_OpnImp", "2/Vorel/Label/Customer Name",
+                              "2/Vorel/Label/Not Yet", "Select * From ColorSettings, shown",
                               "1 Velk_frmCustOpn_OpnImp true"});
+  CHECK(world.shell.open().empty());
   CHECK(screen->text("Caption") == "Import Customer Opening");
   Texts titles;
   for (std::size_t i = 0; i < 7; ++i) titles.push_back(screen->lstCust.title(i));
   CHECK(titles == Texts{"Customer ID", "Klant", "Reference", "Date", "Bill Amount", "Balance",
                         "Document Type"});
-  CHECK_FALSE(screen->cmdview.enabled());
-  CHECK_FALSE(screen->cmdImport.enabled());
 }
 
 TEST_CASE("a set-up that fails is logged and goes no further") {
@@ -76,22 +64,12 @@ TEST_CASE("a set-up that fails is logged and goes no further") {
   }
 }
 
-TEST_CASE("no event counts before the set-up has ended, but the window may be closed") {
-  TestWorld world;
-  world.host->onReady = [&](Form& form) {
-    auto& screen = dynamic_cast<ImportScreen&>(form);
-    CHECK(screen.CmdBrowse.userClick() == EventResult::Dropped);
-    screen.userClose();
-  };
-  std::make_shared<Velk_frmCustOpn_OpnImp>(world.module, nullptr)->initForm(world.database, {});
-  CHECK(world.shell.open().empty());
-}
-
 TEST_CASE("browsing") {
   Shown in;
   in.screen->CmdBrowse.userClick();
   CHECK(rowsOf(in.fields) == Texts{unmapped});
   CHECK_FALSE(in.screen->cmdview.enabled());
+  CHECK_FALSE(in.screen->cmdImport.enabled());
   in.world.view(*in.screen, "Reference,x\r\n1,2\r\n");
   in.world.desktop.chooseFile("other.csv");
   in.screen->CmdBrowse.userClick();
@@ -111,8 +89,7 @@ TEST_CASE("browsing") {
 TEST_CASE("viewing and mapping identical names") {
   const struct {
     const char* content;
-    Texts preview;
-    Texts mapped;
+    Texts preview, mapped;
   } rows[] = {
       {"Date,Reference\r\n1/2/2008,\"a\"\"b\"\r\n\r\n2/2/2008",
        {"1/2/2008|a\"b", "2/2/2008|"},
@@ -175,11 +152,11 @@ TEST_CASE("mapping by clicks") {
   in.fields.userColumnClick(0);
   CHECK(in.fields.rowCount() == 0);
   in.world.view(*in.screen, "first,gaps\r\n1,\r\n2,x\r\n");
-  in.fields.userColumnClick(2);
+  in.fields.setTitle(0, " Customer ID ");  // fields are found without the blanks around
   in.map(0, 0);
   CHECK(rowsOf(in.fields) == Texts{"first*" + unmapped, "1||||||", "2||||||"});
   in.fields.userColumnClick(1);  // the selection is used up
-  CHECK(messages == Texts{selectFirst, selectFirst, selectFirst});
+  CHECK(messages == Texts{selectFirst, selectFirst});
   for (const std::size_t field : {0u, 1u, 4u, 5u, 6u}) {
     CAPTURE(field);
     messages.clear();
@@ -188,34 +165,26 @@ TEST_CASE("mapping by clicks") {
     CHECK(messages ==
           Texts{"host 0: The Field contains Null Value. So Cannot be mapped", selectFirst});
   }
-  messages.clear();
   in.map(1, 2);
   in.map(1, 3);
   in.lv.userColumnClick(1);
   in.map(0, 2);  // the later click on a file column counts, the later mapping of a field too
   CHECK(rowsOf(in.fields) ==
         Texts{"first*|Not Yet|first*|gaps*|Not Yet|Not Yet|Not Yet", "1||1||||", "2||2|x|||"});
-  CHECK(messages.empty());
+  CHECK(messages.size() == 2);
   CHECK(in.world.log().empty());
 }
 
 TEST_CASE("clicks that fail are logged") {
   Shown in("Date\r\n1");
   in.lv.userColumnClick(1);
-  const std::string line = "(35600): " + tag + "lv_ColumnClick - Index out of bounds\n";
-  CHECK(in.world.log() == line);
   in.lv.userColumnClick(0);
   in.screen->CmdBrowse.userClick();  // takes the file column away
   in.fields.userColumnClick(2);
-  CHECK(in.world.log() == line + "Error in Mapping the Field\n");
+  CHECK(in.world.log() == "(35600): " + tag +
+                              "lv_ColumnClick - Index out of bounds\n"
+                              "Error in Mapping the Field\n");
   CHECK(in.world.messages.empty());
-}
-
-TEST_CASE("a field is found by its title without the blanks around it") {
-  Shown in("x\r\n1");
-  in.fields.setTitle(1, " Customer ID ");
-  in.map(0, 1);
-  CHECK(rowText(in.fields, 1) == "x*" + unmapped);
 }
 
 TEST_CASE("clearing all and clearing one field") {
@@ -228,13 +197,14 @@ TEST_CASE("clearing all and clearing one field") {
   in.fields.userMouseUp(MouseButton::Right, 99'999, 10);
   CHECK(rowText(in.fields, 2) == "1|||2|||");
   in.fields.userMouseUp(MouseButton::Right, 10, 10);
-  const std::string onlyDate = "Not Yet|Not Yet|Not Yet|Date*|Not Yet|Not Yet|Not Yet";
-  CHECK(rowsOf(in.fields) == Texts{onlyDate, "|||2|||", "|||4|||"});
+  const Texts onlyDate{"Not Yet|Not Yet|Not Yet|Date*|Not Yet|Not Yet|Not Yet", "|||2|||",
+                       "|||4|||"};
+  CHECK(rowsOf(in.fields) == onlyDate);
   in.screen->CmdClear.userClick();
   CHECK(rowsOf(in.fields) == Texts{cleared, "||||||", "||||||"});
   CHECK(in.screen->TxtFileName.value() == "in.csv");
   in.map(1, 3);
-  CHECK(rowsOf(in.fields) == Texts{onlyDate, "|||2|||", "|||4|||"});
+  CHECK(rowsOf(in.fields) == onlyDate);
   CHECK(in.world.log().empty());
 }
 
@@ -252,23 +222,17 @@ TEST_CASE("a file without records can be cleared and imported, without a word") 
 }
 
 TEST_CASE("record counts at the end of their range") {
-  const std::string mandatory = "host 0: Customer Id is Mandatory.Its not been Mapped";
-  const std::string mapping = "Error in Mapping the Field\n";
   const struct {
-    std::int32_t records;
-    std::int32_t count;
+    std::int32_t records, count;
     Texts messages;
     std::string log;
   } rows[] = {
-      {32'766, 32'766, {mandatory}, ""},
+      {32'766, 32'766, {"host 0: Customer Id is Mandatory.Its not been Mapped"}, ""},
       {32'767,
        32'767,
        {"box 16: Overflow"},
-       "(6): " + tag +
-           "CmdClear_Click - Overflow\n"
-           "(6): Overflow\n"},
-      {32'768, 0, {}, "(6): " + tag + "cmdview_Click - Overflow\n" + mapping},
-  };
+       "(6): " + tag + "CmdClear_Click - Overflow\n(6): Overflow\n"},
+      {32'768, 0, {}, "(6): " + tag + "cmdview_Click - Overflow\nError in Mapping the Field\n"}};
   for (const auto& row : rows) {
     CAPTURE(row.records);
     std::string content = "x\r\n";
@@ -287,8 +251,7 @@ TEST_CASE("record counts at the end of their range") {
 TEST_CASE("the column under the mouse") {
   const Shown in;  // the fields are 1500, 2700, 1500, 1300, 1500, 1500 and 0 twips wide
   const struct {
-    int x;
-    int scroll;
+    int x, scroll;
     std::optional<std::size_t> column;
   } rows[] = {{0, 0, 0},       {1499, 0, 0},     {1500, 0, 1},       {9999, 0, 5},
               {10'000, 0, {}}, {-1, 0, {}},      {-1, 1, 0},         {0, 1500, 1},
@@ -299,9 +262,6 @@ TEST_CASE("the column under the mouse") {
     in.fields.userScroll(row.scroll);
     CHECK(ImportScreen::GetColumnUnderMouse(in.fields, row.x) == row.column);
   }
-  in.fields.userScroll(0);
-  in.fields.userColumnWidth(6, 100);
-  CHECK(ImportScreen::GetColumnUnderMouse(in.fields, 10'000) == 6);
 }
 
 TEST_CASE("keys") {
@@ -320,18 +280,19 @@ TEST_CASE("keys") {
   CHECK_FALSE(in.screen->isOpen());
 }
 
-TEST_CASE("resizing") {
+TEST_CASE("only a minimised window keeps its bounds") {
   const Shown in;
   Form& form = *in.screen;
   for (const auto state : {WindowState::Normal, WindowState::Maximised, WindowState::Minimised}) {
-    CAPTURE(static_cast<int>(state));
     form.setBounds({5, 6, 700, 800});
     form.userResize(state);
-    const std::array now{form.number("Left"), form.number("Top"), form.number("Width"),
-                         form.number("Height")};
-    const bool left = state == WindowState::Minimised;
-    CHECK(now == (left ? std::array{5, 6, 700, 800} : std::array{0, 0, 12000, 8580}));
-    CHECK(form.windowState() == (left ? state : WindowState::Normal));
+    Texts now;
+    for (const char* name : {"Left", "Top", "Width", "Height", "WindowState"}) {
+      now.push_back(toText(form.get(name)));
+    }
+    const bool kept = state == WindowState::Minimised;
+    CHECK(now ==
+          (kept ? Texts{"5", "6", "700", "800", "1"} : Texts{"0", "0", "12000", "8580", "0"}));
   }
 }
 

@@ -43,6 +43,13 @@ std::string readSome(InputFile& file, std::size_t count) {
   return bytes;
 }
 
+/// The errors of opening for reading and for appending.
+std::pair<int, int> openingErrors(const std::string& path) {
+  NativeFileSystem files;
+  const int reading = errorOf([&] { files.openInput(path); });
+  return {reading, errorOf([&] { files.openAppend(path); })};
+}
+
 /// The error of a routine under a smaller limit of the process.
 template <class Routine>
 std::int32_t errorUnder(decltype(RLIMIT_FSIZE) what, rlim_t value, Routine routine) {
@@ -81,8 +88,7 @@ TEST_CASE("what does not open") {
   fs::create_symlink("loop", folder / "loop");
   const struct {
     std::string path;
-    std::int32_t reading;
-    std::int32_t appending;
+    int reading, appending;
   } rows[] = {{folder / "missing", 53, 0},
               {folder / "no/such/folder", 76, 76},
               {folder / "file/below", 76, 76},
@@ -94,9 +100,7 @@ TEST_CASE("what does not open") {
               {(folder / "file") + std::string("\0.csv", 5), 53, 53}};
   for (const auto& row : rows) {
     CAPTURE(row.path);
-    NativeFileSystem files;
-    CHECK(errorOf([&] { files.openInput(row.path); }) == row.reading);
-    CHECK(errorOf([&] { files.openAppend(row.path); }) == row.appending);
+    CHECK((openingErrors(row.path) == std::pair(row.reading, row.appending)));
   }
 }
 
@@ -105,18 +109,14 @@ TEST_CASE("files that the user may not touch") {
   const std::string path = folder.write("secret", "x");
   fs::permissions(path, fs::perms::none);
   fs::permissions(folder / "", fs::perms::all);
-  constexpr uid_t nobody = 65534;
   const uid_t user = geteuid();
-  if (user == 0 && seteuid(nobody) != 0) {
+  if (user == 0 && seteuid(65534) != 0) {  // nobody
     MESSAGE("not run: the superuser may not become another user here");
     return;
   }
-  NativeFileSystem files;
-  const std::int32_t reading = errorOf([&] { files.openInput(path); });
-  const std::int32_t appending = errorOf([&] { files.openAppend(path); });
+  const std::pair<int, int> errors = openingErrors(path);
   if (user == 0) REQUIRE(seteuid(0) == 0);
-  CHECK(reading == 70);
-  CHECK(appending == 70);
+  CHECK((errors == std::pair(70, 70)));
 }
 
 TEST_CASE("running out") {

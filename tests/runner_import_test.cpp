@@ -2,6 +2,7 @@
 #include <doctest/doctest.h>
 
 #include <fstream>
+#include <sstream>
 
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
@@ -24,6 +25,15 @@ std::string posted(RunnerWorld& world) {
   return world.ask("select count(*) from CustomerDebitNote") + "+" +
          world.ask("select count(*) from CustomerCreditNote") + "+" +
          world.ask("select count(*) from CustomerOpeningBalance");
+}
+
+/// Puts a scripted connection in the place of the database.
+void script(RunnerWorld& world, std::string_view fates) {
+  const auto connection = std::make_shared<ScriptedConnection>();
+  connection->fates = fates;
+  world.machine.openDatabase = [=](const std::string&) {
+    return OpenDatabase{connection, [] {}, [] {}};
+  };
 }
 
 }  // namespace
@@ -68,6 +78,8 @@ TEST_CASE("the command line and what it opens decide the exit status") {
   RunnerWorld world;
   const std::string in = world.folder.write("in.csv", crlf({openingTitles, good1}));
   const std::string rest = world.folder.write("r.csv.rest.csv", crlf({openingTitles, good1}));
+  const std::string unfinished =
+      world.folder.write("u.csv.opnimp-new", crlf({openingTitles, good1}));
   const std::string notDatabase = world.folder.write("text.db", "no database at all, only text");
   const std::string missing = world.folder.path("missing");
   const std::string odbc = "Driver=NoSuchDriver;UID=me;PWD=hunter2";
@@ -85,7 +97,20 @@ TEST_CASE("the command line and what it opens decide the exit status") {
       {{"import", kind, in, "--database="}, 3, "empty"},
       {{"import", kind, in, "--rejects", in}, 3, "write over the file"},
       {{"import", kind, rest, "--rejects", world.folder.path("r.csv")}, 3, "write over the file"},
-      {{"import", kind, in, "--database", notDatabase, "--rejects", notDatabase}, 3, "write over the database"},
+      {{"import", kind, in, "--database", notDatabase, "--rejects", notDatabase},
+       3,
+       "write over the database"},
+      {{"import", kind, in, "--database", "any.db", "--rejects", "any.db-wal"},
+       3,
+       "write over the database"},
+      {{"import", kind, unfinished, "--rejects", world.folder.path("u.csv")},
+       3,
+       "write over the file"},
+      {{"import", kind, in, "--app-folder", world.folder.path(""), "--rejects",
+        world.folder.path("Error.log")},
+       3,
+       "write over the error log"},
+      {{"import", kind, in, "--rejects", world.folder.path("r.csv")}, 3, "move it first"},
       {{"import", kind, in + ".rest.csv", "--rejects", in}, 4, "could not be read"},
       {{"import", kind, missing}, 4, "File not found"},
       {{"import", kind, world.folder.path("")}, 4, "Path/File access error"},
@@ -181,8 +206,9 @@ TEST_CASE("a dry run checks everything and changes nothing") {
   CHECK(posted(world) == "0+0+0");
   CHECK_FALSE(world.folder.has("Error.log"));
   CHECK(world.folder.has("r.csv.check.csv"));
-  world.importLines({openingTitles, good1}, {"--rejects", rejects});
-  CHECK_FALSE(world.folder.has("r.csv.check.csv"));
+  CHECK(world.importLines({openingTitles, good1}, {"--rejects", rejects}).status == 3);
+  CHECK(world.folder.read("r.csv.check.csv") == "the doubtful records of a run before");
+  CHECK(posted(world) == "0+0+0");
 }
 
 TEST_CASE("an interrupted run ends before a record, and the rest can be imported") {
@@ -221,7 +247,7 @@ TEST_CASE("an amount beyond the range of numbers stops the import at its record"
 TEST_CASE("what becomes of records when calls fail") {
   const struct {
     std::string_view what;
-    std::string fates;  // 1 colours, 2 first date, then look-up, note, entry a record
+    std::string_view fates;  // 1 colours, 2 first date, then look-up, note, entry a record
     std::string_view outcomes;
     int status;
     std::size_t doubtful;  // the record in the check file; 0: none
@@ -230,6 +256,7 @@ TEST_CASE("what becomes of records when calls fail") {
       {"an account entry", ".......x", "posted partial posted", 1, 2},
       {"both", "......xx", "posted failed posted", 1, 0},
       {"a look-up", ".....x", "posted rejected posted", 1, 0},
+      {"lost in a late statement of a look-up", ".....L", "posted not-reached not-reached", 5, 0},
       {"a later statement of a note", "......l", "posted partial posted", 1, 2},
       {"a later statement of an entry", ".......l", "posted partial posted", 1, 2},
       {"no memory for a note", "......m", "posted unknown not-reached", 5, 2},
@@ -246,7 +273,7 @@ TEST_CASE("what becomes of records when calls fail") {
   for (const auto& row : rows) {
     CAPTURE(row.what);
     RunnerWorld world;
-    world.connection->fates = row.fates;
+    script(world, row.fates);
     const Ran ran = world.importLines(
         {openingTitles, good1, good2, good3},
         {"--json", "--database", "DSN=any", "--rejects", world.folder.path("r.csv")});
@@ -263,7 +290,7 @@ TEST_CASE("what becomes of records when calls fail") {
 
 TEST_CASE("the JSON report carries calls, errors with all diagnostics, and messages") {
   RunnerWorld world;
-  world.connection->fates = "...t";
+  script(world, "...t");
   const Ran ran = world.importLines({openingTitles, "C001,\x80\"\"\\\x01,R,03/03/2008,100,60"},
                                     {"--json", "--database", "DSN=any;PWD=hunter2"});
   CHECK(ran.err == "Database is busy, cannot establish connection\n");
@@ -287,6 +314,23 @@ TEST_CASE("a log that cannot be written loses nothing") {
                  "The error log could not take 1 line (Path/File access error):\n"
                  "  Customer does not exist for code - C999\n"));
   CHECK(posted(world) == "1+0+1");
+}
+
+TEST_CASE("a report that nobody can read is not silent about what was posted") {
+  for (const bool dryRun : {false, true}) {
+    RunnerWorld world;
+    const std::string in = world.folder.write("in.csv", crlf({openingTitles, good1}));
+    std::vector<std::string> args{
+        "import",       "customer-opening",   in, "--database", world.database(),
+        "--app-folder", world.folder.path("")};
+    if (dryRun) args.emplace_back("--dry-run");
+    std::ostringstream err;
+    std::ostream out(nullptr);
+    Streams streams{out, err, false};
+    CHECK(runOpnimp(args, streams, world.machine) == 5);
+    CHECK(contains(err.str(), "the import ran") == !dryRun);
+    CHECK(posted(world) == (dryRun ? "0+0+0" : "1+0+1"));
+  }
 }
 
 TEST_CASE("nothing in a file or a name steers the terminal") {

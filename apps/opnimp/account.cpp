@@ -53,7 +53,8 @@ void addTo(Sums& sums, double sign, double bill, double balance) {
 
 class Bookkeeper {
  public:
-  explicit Bookkeeper(const AccountBasis& basis) : basis_(basis) {}
+  explicit Bookkeeper(const AccountBasis& basis)
+      : basis_(basis), width_(mappedWidth(basis.mapping)) {}
 
   Account drawUp() {
     account_.fileRecords = basis_.input.count();
@@ -78,7 +79,7 @@ class Bookkeeper {
   }
 
   std::optional<Reading> read(std::size_t record) const {
-    const auto fields = basis_.input.fields(record, QuotedComma::Drop);
+    const auto fields = basis_.input.fields(record, QuotedComma::Drop, width_);
     const auto cell = [&](std::size_t field) { return mappedCell(fields, basis_.mapping, field); };
     const KindFields& at = basis_.kind.fields;
     try {
@@ -188,6 +189,7 @@ class Bookkeeper {
   }
 
   const AccountBasis& basis_;
+  const std::size_t width_;  ///< of what is read of a record
   Account account_;
 };
 

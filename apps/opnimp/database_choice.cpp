@@ -25,15 +25,6 @@ bool exists(const std::string& path) {
   return fs::exists(fs::path(path), error);
 }
 
-std::string embedded(const std::string& path) {
-  try {
-    return embeddedConnectionString(path);
-  } catch (const RuntimeError&) {
-    throw CannotOpen("an embedded database cannot be called \"" + path +
-                     R"(": ";", braces and control characters do not go)");
-  }
-}
-
 // Where the value that starts at `from` ends: at a semicolon, which may stand inside braces.
 std::size_t valueEnd(std::string_view text, std::size_t from) {
   if (from < text.size() && text[from] == '{') {
@@ -62,12 +53,27 @@ OpenDatabase connect(const DatabaseChoice& choice, const Machine& machine) {
   }
 }
 
+[[noreturn]] void cannotMake(const std::string& path, const std::string& why) {
+  throw CannotOpen("the database " + path + " could not be made: " + why);
+}
+
+/// False when such a file is there already.
+bool madeSampleCompany(const std::string& path) {
+  try {
+    createSampleCompany(path);
+    return true;
+  } catch (const RuntimeError& error) {
+    if (error.is(ErrorNumber::FileAlreadyOpen)) return false;
+    cannotMake(path, error.description() + ". Check the folder and its permissions");
+  }
+}
+
 }  // namespace
 
 DatabaseChoice chooseDatabase(const std::optional<std::string>& option) {
   const std::string text = option.value_or(defaultPath);
   if (text.find('=') != std::string::npos && !exists(text)) return {maskPasswords(text), text, {}};
-  return {text, embedded(text), text};
+  return {text, embeddedConnectionString(text), text};
 }
 
 OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault, const Machine& machine,
@@ -77,23 +83,17 @@ OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault, const Ma
       throw CannotOpen("there is no database " + choice.path + "; `opnimp demo-database " +
                        choice.path + "` makes one with the sample company");
     }
-    makeDemoDatabase(choice.path);
-    err << "Made " << choice.path << " with the sample company.\n";
+    // Another run may have made it in between: that one does as well.
+    if (madeSampleCompany(choice.path)) {
+      err << "Made " << choice.path << " with the sample company.\n";
+    }
   }
   return connect(choice, machine);
 }
 
 void makeDemoDatabase(const std::string& path) {
-  embedded(path);
-  try {
-    createSampleCompany(path);
-  } catch (const RuntimeError& error) {
-    const bool there = error.is(ErrorNumber::FileAlreadyOpen);
-    throw CannotOpen("the database " + path + " could not be made: " +
-                     (there
-                          ? "there is such a file already. Choose another path, or remove it first"
-                          : error.description() + ". Check the folder and its permissions"));
-  }
+  if (madeSampleCompany(path)) return;
+  cannotMake(path, "there is such a file already. Choose another path, or remove it first");
 }
 
 std::string maskPasswords(std::string_view connectionString) {

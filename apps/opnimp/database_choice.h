@@ -16,8 +16,7 @@ struct DatabaseChoice {
 };
 
 /// What --database means: the path of an embedded database, or, where it holds "=" and no file is
-/// so called, an ODBC connection string. Without it, opnimp.db in the current folder. Raises
-/// CannotOpen for a path that no embedded database can have.
+/// so called, an ODBC connection string. Without it, opnimp.db in the current folder.
 DatabaseChoice chooseDatabase(const std::optional<std::string>& option);
 
 /// Opens it. The default database is made with the sample company when it is not there, which `err`

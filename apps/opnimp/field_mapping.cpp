@@ -1,5 +1,6 @@
 #include "apps/opnimp/field_mapping.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "apps/opnimp/failures.h"
@@ -112,6 +113,14 @@ void mapByHand(ImportScreen& screen, const Recorder& recorder, const MapOption& 
   if (quiet && cells != nullptr && cells == screen.lv.columnCells(column)) return;
   throw Refused("--map \"" + option.field + "=" + option.column + "\" was refused" +
                 saidSince(recorder, messages, lines));
+}
+
+std::size_t mappedWidth(const std::vector<FieldMapping>& mapping) {
+  std::size_t width = 0;
+  for (const FieldMapping& entry : mapping) {
+    if (entry.column) width = std::max(width, *entry.column + 1);
+  }
+  return width;
 }
 
 std::string mappedCell(const std::vector<std::string>& fileFields,

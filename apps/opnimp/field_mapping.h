@@ -25,6 +25,9 @@ std::vector<FieldMapping> readMapping(const ImportScreen& screen);
 /// column or field, or when the screen does not map it; then with what the screen said.
 void mapByHand(ImportScreen& screen, const Recorder& recorder, const MapOption& option);
 
+/// How many of a record's first fields hold all that is mapped.
+std::size_t mappedWidth(const std::vector<FieldMapping>& mapping);
+
 /// The cell of a record that a field is mapped to; empty where there is none, or no mapping.
 std::string mappedCell(const std::vector<std::string>& fileFields,
                        const std::vector<FieldMapping>& mapping, std::size_t field);

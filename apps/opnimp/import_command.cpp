@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <new>
 #include <optional>
 #include <system_error>
 
@@ -34,19 +35,29 @@ std::string applicationFolder(const std::optional<std::string>& option) {
   return text;
 }
 
+/// The database's own file and those that the embedded database keeps beside it.
+std::vector<std::string> databaseFiles(const std::string& path) {
+  if (path.empty()) return {};
+  std::error_code error;
+  const fs::path followed = fs::weakly_canonical(path, error);
+  const std::string real = error ? path : followed.string();
+  return {real, real + "-wal", real + "-shm", real + "-journal"};
+}
+
 /// The rejects must not take the place of what they come from.
-void checkRejectPaths(const Arguments& arguments, const DatabaseChoice& database) {
+void checkRejectPaths(const Arguments& arguments, const DatabaseChoice& database,
+                      const std::string& folder) {
   if (!arguments.rejects) return;
-  for (const std::string& path : RejectFiles::paths(*arguments.rejects)) {
-    if (isSameFile(path, arguments.file)) {
-      throw UsageError("--rejects would write over the file to import: choose another name than " +
-                       *arguments.rejects);
+  const auto require = [&](const std::string& file, const char* what) {
+    for (const std::string& path : RejectFiles::touched(*arguments.rejects)) {
+      if (!isSameFile(path, file)) continue;
+      throw UsageError(std::string("--rejects would write over ") + what +
+                       ": choose another name than " + *arguments.rejects);
     }
-    if (!database.path.empty() && isSameFile(path, database.path)) {
-      throw UsageError("--rejects would write over the database: choose another name than " +
-                       *arguments.rejects);
-    }
-  }
+  };
+  require(arguments.file, "the file to import");
+  require(folder + pathSeparator + "Error.log", "the error log");
+  for (const std::string& file : databaseFiles(database.path)) require(file, "the database");
 }
 
 /// A transaction that is always taken back.
@@ -81,9 +92,10 @@ std::string mandatoryRefusal(const ImportResult& result) {
     return "no column of the file is mapped to " + unmapped +
            "; rename the column, or use --map \"Field=Column\"";
   }
+  const std::size_t width = mappedWidth(result.mapping);
   for (const std::size_t field : mandatory) {
     for (std::size_t record = 0; record < result.input.count(); ++record) {
-      const auto fields = result.input.fields(record, QuotedComma::Drop);
+      const auto fields = result.input.fields(record, QuotedComma::Drop, width);
       if (!mappedCell(fields, result.mapping, field).empty()) continue;
       return result.mapping[field].field + " is empty in line " +
              std::to_string(result.input.place(record).line) + " (record " +
@@ -104,8 +116,13 @@ class ImportRun {
   }
 
   const ImportResult& run() {
-    prepare();
-    drive();
+    try {
+      prepare();
+      drive();
+    } catch (const std::bad_alloc&) {
+      if (began_) throw;
+      throw CannotOpen(tooLarge(arguments().file));
+    }
     progress_.erase();
     evaluate();
     return result_;
@@ -121,8 +138,8 @@ class ImportRun {
     result_.input = readInput(arguments().file);
     const DatabaseChoice choice = chooseDatabase(arguments().database);
     result_.database = choice.shown;
-    checkRejectPaths(arguments(), choice);
-    if (arguments().rejects) rejects_.emplace(*arguments().rejects);
+    checkRejectPaths(arguments(), choice, folder_);
+    if (arguments().rejects) rejects_.emplace(*arguments().rejects, arguments().dryRun);
     database_ = openDatabase(choice, !arguments().database, machine_, streams_.err);
     recorder_.interrupted = machine_.interrupted;
     recorder_.onRecord = [this](std::size_t record) { progress_.show(record); };
@@ -144,7 +161,7 @@ class ImportRun {
     } catch (const RunEnded& ended) {
       brokeOff(ended);
     }
-    if (result_.warnings.empty()) findWarningsNow();
+    if (!began_ && result_.warnings.empty()) findWarningsNow();
   }
 
   void import(ScreenSession& session, const ImportScreen& screen) {
@@ -152,6 +169,7 @@ class ImportRun {
     screenRecords_ = screen.RecordCount();
     findWarningsNow();
     refuseBeforehand();
+    began_ = true;
     const EventResult event = session.import();
     if (event == EventResult::Handled) return;
     result_.endedAtRow = recorder_.lastRow();
@@ -213,7 +231,7 @@ class ImportRun {
   void writeRejects() {
     if (!rejects_) return;
     try {
-      result_.rejectFiles = rejects_->write(result_.input, result_.traces, arguments().dryRun);
+      result_.rejectFiles = rejects_->write(result_.input, result_.traces);
     } catch (const CannotOpen& error) {
       result_.rejectsError = error.what();
     }
@@ -228,6 +246,7 @@ class ImportRun {
   Progress progress_;
   Recorder recorder_;
   std::optional<long long> screenRecords_;
+  bool began_ = false;  ///< whether anything may have been posted
 };
 
 }  // namespace

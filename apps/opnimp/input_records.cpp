@@ -9,6 +9,19 @@
 
 namespace velk {
 
+namespace {
+
+std::string unquoted(std::string field) {
+  try {
+    field.resize(unquoteInPlace(field.data(), field.size()));
+  } catch (const RuntimeError&) {
+    field.clear();
+  }
+  return field;
+}
+
+}  // namespace
+
 InputRecords::InputRecords(std::string bytes) : bytes_(std::move(bytes)) {
   constexpr std::string_view lineEnd = "\r\n";
   std::size_t line = 1;
@@ -26,15 +39,15 @@ InputRecords::InputRecords(std::string bytes) : bytes_(std::move(bytes)) {
   }
 }
 
-std::vector<std::string> InputRecords::fields(std::size_t record, QuotedComma quotedComma) const {
-  const std::string line = CodePage::windows1252().decode(bytesOf(record));
-  std::vector<std::string> fields = splitLine(line, quotedComma);
-  for (std::string& field : fields) {
-    try {
-      field.resize(unquoteInPlace(field.data(), field.size()));
-    } catch (const RuntimeError&) {
-      field.clear();
-    }
+std::vector<std::string> InputRecords::fields(std::size_t record, QuotedComma quotedComma,
+                                              std::size_t most) const {
+  std::string line = CodePage::windows1252().decode(bytesOf(record));
+  line.resize(markFields(line.data(), line.size(), quotedComma));
+  std::vector<std::string> fields;
+  for (std::size_t start = 0; fields.size() < most && start <= line.size();) {
+    const std::size_t end = std::min(line.find(fieldEnd, start), line.size());
+    fields.push_back(unquoted(line.substr(start, end - start)));
+    start = end + 1;
   }
   return fields;
 }

@@ -33,9 +33,10 @@ class InputRecords {
   /// By position from 0.
   const RecordPlace& place(std::size_t record) const { return records_[record]; }
   std::string_view bytesOf(std::size_t record) const { return bytesOf(records_[record]); }
-  /// The record's fields as UTF-8 and without their quotes; the one that cannot be unquoted is
-  /// empty.
-  std::vector<std::string> fields(std::size_t record, QuotedComma quotedComma) const;
+  /// The record's first fields, at most `most`, as UTF-8 and without their quotes; the one that
+  /// cannot be unquoted is empty.
+  std::vector<std::string> fields(std::size_t record, QuotedComma quotedComma,
+                                  std::size_t most) const;
 
  private:
   std::string_view bytesOf(const RecordPlace& place) const {

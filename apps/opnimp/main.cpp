@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <iostream>
 #include <string>
@@ -17,15 +18,18 @@ extern "C" void onInterrupt(int signalNumber) {
   std::signal(signalNumber, SIG_DFL);
 }
 
+// A signal that was ignored at the start stays so, as under nohup.
+void catchSignal(int signalNumber) {
+  if (std::signal(signalNumber, onInterrupt) == SIG_IGN) std::signal(signalNumber, SIG_IGN);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::signal(SIGINT, onInterrupt);
-  std::signal(SIGTERM, onInterrupt);
-  std::signal(SIGHUP, onInterrupt);
+  for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) catchSignal(signalNumber);
   // A message that nobody reads any more must not kill the program between two calls of a record.
   std::signal(SIGPIPE, SIG_IGN);
-  const std::vector<std::string> args(argv + 1, argv + argc);
+  const std::vector<std::string> args(argv + std::min(argc, 1), argv + argc);
   velk::Streams streams{std::cout, std::cerr, isatty(STDERR_FILENO) != 0};
   velk::Machine machine = velk::realMachine();
   machine.interrupted = [] { return interruptSeen != 0; };

@@ -54,10 +54,17 @@ ExitStatus runDemoDatabase(const Arguments& arguments, const Streams& streams) {
 int runOpnimp(std::span<const std::string> args, Streams& streams, const Machine& machine) {
   const bool json = asksForJson(args);
   try {
-    const int status = static_cast<int>(runTask(parseArguments(args), streams, machine));
+    const Arguments arguments = parseArguments(args);
+    const ExitStatus status = runTask(arguments, streams, machine);
     streams.out.flush();
-    if (streams.out) return status;
-    return fail(ExitStatus::BrokeOff, "the report could not be written", false, streams);
+    if (streams.out) return static_cast<int>(status);
+    const bool ran =
+        arguments.task == Task::Import && !arguments.dryRun && status != ExitStatus::Refused;
+    return fail(ExitStatus::BrokeOff,
+                ran ? "the import ran, but its report could not be written; look up in the "
+                      "database what was posted before importing again"
+                    : "the report could not be written",
+                false, streams);
   } catch (const UsageError& error) {
     return fail(ExitStatus::Usage, error.what(), json, streams);
   } catch (const CannotOpen& error) {

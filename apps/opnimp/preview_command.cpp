@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <memory>
+#include <new>
 
 #include "apps/opnimp/commands.h"
 #include "apps/opnimp/failures.h"
@@ -10,7 +11,7 @@
 #include "apps/opnimp/run_support.h"
 #include "apps/opnimp/screen_session.h"
 #include "apps/opnimp/warnings.h"
-#include "platform/errors.h"
+#include "platform/database.h"
 
 namespace velk {
 
@@ -19,26 +20,6 @@ namespace {
 constexpr std::size_t mostRows = 10;
 constexpr std::size_t mostColumnsShown = 20;
 constexpr std::size_t widestCell = 24;
-
-/// A preview has no database: every query fails.
-class NoCommand final : public Command {
- public:
-  void setCommandType(CommandType) override {}
-  void setCommandText(std::string_view) override {}
-  void Append(std::string_view, std::int32_t, std::int32_t, std::int32_t) override {}
-  void setValue(std::size_t, const Value&) override {}
-  std::shared_ptr<Recordset> Execute(std::int32_t) override {
-    throw RuntimeError(ErrorNumber::ConnectionInvalid);
-  }
-};
-
-class NoDatabase final : public Connection {
- public:
-  std::shared_ptr<Recordset> Execute(std::string_view) override {
-    throw RuntimeError(ErrorNumber::ConnectionInvalid);
-  }
-  std::unique_ptr<Command> newCommand() override { return std::make_unique<NoCommand>(); }
-};
 
 class Preview {
  public:
@@ -53,7 +34,7 @@ class Preview {
 
   ExitStatus run() {
     try {
-      session_.open(*arguments_.kind, recorder_.wrap(std::make_shared<NoDatabase>()));
+      session_.open(*arguments_.kind, recorder_.wrap(std::make_shared<ClosedConnection>()));
       recorder_.forgetTexts();  // that there are no colours without a database
       viewAndMap(session_, arguments_, input_, recorder_);
       mapping_ = readMapping(session_.screen());
@@ -179,7 +160,11 @@ class Preview {
 }  // namespace
 
 ExitStatus runPreview(const Arguments& arguments, const Streams& streams, const Machine& machine) {
-  return Preview(arguments, streams, machine).run();
+  try {
+    return Preview(arguments, streams, machine).run();
+  } catch (const std::bad_alloc&) {
+    throw CannotOpen(tooLarge(arguments.file));
+  }
 }
 
 }  // namespace velk

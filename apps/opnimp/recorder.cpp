@@ -36,6 +36,11 @@ Recorder::Recorder(Mode mode) : mode_(mode), log_(std::make_unique<Log>(*this)) 
 
 Recorder::~Recorder() = default;
 
+void Recorder::endSession() {
+  screen_ = nullptr;
+  log_->setFile(nullptr);
+}
+
 std::shared_ptr<Connection> Recorder::wrap(std::shared_ptr<Connection> connection) {
   return std::make_shared<RecordingConnection>(*this, std::move(connection));
 }

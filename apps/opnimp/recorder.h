@@ -70,8 +70,10 @@ class Recorder {
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
 
-  /// Stamps from now on with the screen's current row. The screen has to live as long.
+  /// Stamps from now on with the screen's current row, until endSession.
   void watch(const ImportScreen& screen) { screen_ = &screen; }
+  /// The screen and the error log's file are about to go.
+  void endSession();
   std::size_t row() const { return screen_ == nullptr ? 0 : screen_->currentRow(); }
   /// The last row for which a call was begun; 0: none.
   std::size_t lastRow() const { return lastRow_; }

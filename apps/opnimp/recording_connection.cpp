@@ -142,7 +142,8 @@ RecordingConnection::RecordingConnection(Recorder& recorder, std::shared_ptr<Con
 
 std::shared_ptr<Recordset> RecordingConnection::Execute(std::string_view text) {
   const std::size_t call = recorder_.beginCall(CallKind::Query, text, {});
-  return WatchedCall(recorder_, *inner_, call).run([&] { return inner_->Execute(text); });
+  WatchedCall watched(recorder_, *inner_, call);
+  return watched.fetchAll(watched.run([&] { return inner_->Execute(text); }));
 }
 
 std::unique_ptr<Command> RecordingConnection::newCommand() {

@@ -70,13 +70,34 @@ bool isNotReached(Outcome outcome) {
   return outcome == Outcome::NotReached;
 }
 
-}  // namespace
-
-std::array<std::string, 4> RejectFiles::paths(const std::string& path) {
+std::array<std::string, 4> pathsOf(const std::string& path) {
   return {path, path + ".reasons.csv", path + ".check.csv", path + ".rest.csv"};
 }
 
-RejectFiles::RejectFiles(const std::string& path) : paths_(paths(path)) {
+/// Records that nobody has looked at yet must not be written over.
+void requireMoved(const std::string& path) {
+  std::error_code error;
+  if (!fs::is_regular_file(path, error)) return;
+  throw UsageError(path + " is from an earlier run; move it first");
+}
+
+}  // namespace
+
+std::vector<std::string> RejectFiles::touched(const std::string& path) {
+  std::vector<std::string> all;
+  for (const std::string& target : pathsOf(path)) {
+    all.push_back(target);
+    all.push_back(unfinished(target));
+  }
+  return all;
+}
+
+RejectFiles::RejectFiles(const std::string& path, bool dryRun)
+    : paths_(pathsOf(path)), dryRun_(dryRun) {
+  if (!dryRun) {
+    requireMoved(paths_[2]);
+    requireMoved(paths_[3]);
+  }
   for (const std::string& target : paths_) {
     std::error_code error;
     if (fs::exists(target, error) && !fs::is_regular_file(target, error)) cannotWrite(target);
@@ -96,29 +117,24 @@ void RejectFiles::removeUnfinished() {
   }
 }
 
-std::vector<std::string> RejectFiles::write(const InputRecords& input, const Traces& traces,
-                                            bool dryRun) {
+std::vector<std::string> RejectFiles::write(const InputRecords& input, const Traces& traces) {
   const std::string header = std::string(input.header()).append(lineEnd);
-  writeOrRemove(paths_[0], recordsOf(input, traces, isRefused).value_or(header));
-  writeOrRemove(paths_[1], reasons(input, traces));
-  if (!dryRun) {
-    writeOrRemove(paths_[2], recordsOf(input, traces, isDoubtful));
-    writeOrRemove(paths_[3], recordsOf(input, traces, isNotReached));
+  put(paths_[0], recordsOf(input, traces, isRefused).value_or(header));
+  put(paths_[1], reasons(input, traces));
+  if (!dryRun_) {
+    put(paths_[2], recordsOf(input, traces, isDoubtful));
+    put(paths_[3], recordsOf(input, traces, isNotReached));
   }
   return written_;
 }
 
-void RejectFiles::writeOrRemove(const std::string& path, const std::optional<std::string>& bytes) {
+void RejectFiles::put(const std::string& path, const std::optional<std::string>& bytes) {
+  if (!bytes) return;
   std::error_code error;
-  if (bytes) {
-    writeBytes(path, *bytes);
-    fs::rename(unfinished(path), path, error);
-    if (error) cannotWrite(path);
-    written_.push_back(path);
-  } else {
-    fs::remove(path, error);
-    if (error) cannotWrite(path);
-  }
+  writeBytes(path, *bytes);
+  fs::rename(unfinished(path), path, error);
+  if (error) cannotWrite(path);
+  written_.push_back(path);
 }
 
 }  // namespace velk

@@ -19,25 +19,26 @@ namespace velk {
 
 class RejectFiles {
  public:
-  /// Makes sure that all four can be written; raises CannotOpen. `path` is FILE.
-  explicit RejectFiles(const std::string& path);
+  /// Makes sure that all four can be written; raises CannotOpen. `path` is FILE. UsageError when an
+  /// earlier run's .check or .rest file is there; a dry run, which writes neither, goes on.
+  RejectFiles(const std::string& path, bool dryRun);
   ~RejectFiles() { removeUnfinished(); }
   RejectFiles(const RejectFiles&) = delete;
   RejectFiles& operator=(const RejectFiles&) = delete;
 
-  /// The paths of all four.
-  static std::array<std::string, 4> paths(const std::string& path);
+  /// The paths of all four, and of the unfinished ones beside them.
+  static std::vector<std::string> touched(const std::string& path);
 
-  /// Writes what there is to write. FILE and its reasons are always written; a .check or .rest file
-  /// of an earlier run goes when there is nothing for it, but a dry run leaves both alone. Answers
-  /// the paths written. Raises CannotOpen.
-  std::vector<std::string> write(const InputRecords& input, const Traces& traces, bool dryRun);
+  /// Writes FILE and its reasons, and the .check and .rest files where there is something for them.
+  /// Answers the paths written. Raises CannotOpen.
+  std::vector<std::string> write(const InputRecords& input, const Traces& traces);
 
  private:
   void removeUnfinished();
-  void writeOrRemove(const std::string& path, const std::optional<std::string>& bytes);
+  void put(const std::string& path, const std::optional<std::string>& bytes);
 
   std::array<std::string, 4> paths_;
+  bool dryRun_;
   std::vector<std::string> written_;
 };
 

@@ -34,6 +34,11 @@ InputRecords readInput(const std::string& path) {
   }
 }
 
+std::string tooLarge(const std::string& path) {
+  return "the file " + path +
+         " is too large for the memory there is; nothing was imported. Split it";
+}
+
 std::string tooManyRecords(const ImportKind& kind, std::size_t count) {
   return "the file has " + grouped(count) + " records, but at most " +
          grouped(kind.largestRecordCount) + " can be imported in one go; split the file";

@@ -14,6 +14,9 @@ namespace velk {
 /// Raises CannotOpen.
 InputRecords readInput(const std::string& path);
 
+/// That nothing was done, since the memory does not hold the file.
+std::string tooLarge(const std::string& path);
+
 /// Why a file of so many records is refused.
 std::string tooManyRecords(const ImportKind& kind, std::size_t count);
 

@@ -24,6 +24,9 @@ class ScreenSession {
  public:
   /// The recorder has to live as long.
   ScreenSession(Recorder& recorder, const SessionSetup& setup);
+  ~ScreenSession() { recorder_.endSession(); }
+  ScreenSession(const ScreenSession&) = delete;
+  ScreenSession& operator=(const ScreenSession&) = delete;
 
   /// Opens the screen through the component's entry point. Raises Refused when it does not appear.
   ImportScreen& open(const ImportKind& kind, const std::shared_ptr<Connection>& connection);

@@ -5,6 +5,7 @@
 
 #include "apps/opnimp/printable.h"
 #include "apps/opnimp/warnings.h"
+#include "mapping/csv_table.h"
 #include "platform/text.h"
 
 namespace velk {
@@ -42,6 +43,7 @@ void warnOfSeparator(std::string_view header, Warnings& warnings) {
 }
 
 void warnOfTitles(std::string_view header, Warnings& warnings) {
+  if (countFields(header) > maxColumns) return;  // such a file is not viewed anyway
   std::set<std::string, std::less<>> seen;
   for (const std::string& title : splitLine(header, QuotedComma::Drop)) {
     const std::string name = lowerAscii(trim(title));
@@ -63,9 +65,9 @@ void warnOfTitles(std::string_view header, Warnings& warnings) {
 }
 
 void warnOfRagged(const InputRecords& input, Warnings& warnings) {
-  const std::size_t columns = splitLine(input.header(), QuotedComma::Drop).size();
+  const std::size_t columns = countFields(input.header());
   for (std::size_t record = 0; record < input.count(); ++record) {
-    const std::size_t fields = splitLine(input.bytesOf(record), QuotedComma::Drop).size();
+    const std::size_t fields = countFields(input.bytesOf(record));
     const std::size_t line = input.place(record).line;
     if (fields < columns) {
       warnings.add("short-lines",

@@ -29,9 +29,10 @@ void warnOfDate(const std::string& cell, std::size_t line, int currentYear, Warn
 
 void warnOfValues(const InputRecords& input, const ImportKind& kind,
                   const std::vector<FieldMapping>& mapping, int currentYear, Warnings& warnings) {
+  const std::size_t width = mappedWidth(mapping);
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t line = input.place(record).line;
-    const auto fields = input.fields(record, QuotedComma::Keep);
+    const auto fields = input.fields(record, QuotedComma::Keep, width);
     for (const std::size_t amount : {kind.fields.bill, kind.fields.balance}) {
       const auto issue = checkAmount(mappedCell(fields, mapping, amount));
       if (issue) warnings.add(issue->code, issue->text, line);

@@ -334,9 +334,11 @@ std::string_view stateOf(std::int32_t resultCode, std::string_view message) {
 
 // The driver waits for locks in a way of its own, 100 seconds long unless told so when connecting.
 std::string SqliteDialect::connectionSettings(const OdbcOptions& options) const {
+  constexpr int waitsPerStatement = 2;  // the driver waits its limit, tries again and waits anew
   constexpr int forEver = std::numeric_limits<int>::max();
   const int seconds = options.commandTimeoutSeconds;
-  const int wait = seconds <= 0 || seconds > forEver / 1000 ? forEver : seconds * 1000;
+  const int wait =
+      seconds <= 0 || seconds > forEver / 1000 ? forEver : seconds * 1000 / waitsPerStatement;
   return "Timeout=" + std::to_string(wait);
 }
 

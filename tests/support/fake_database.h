@@ -21,9 +21,7 @@ using FakeResults = std::vector<std::optional<FakeRows>>;
 
 struct FakeParameter {
   std::string name;
-  std::int32_t type = 0;
-  std::int32_t direction = 0;
-  std::int32_t size = 0;
+  std::int32_t type = 0, direction = 0, size = 0;
   Value value;
 };
 
@@ -58,9 +56,8 @@ class FakeConnection final : public Connection {
 
  private:
   struct FakeRecordset final : Recordset {
-    FakeRecordset(FakeConnection& c, FakeResults r, std::size_t w)
-        : connection(c), results(std::move(r)), which(w) {}
-    std::int32_t State() const override { return !closed && results[which] ? 1 : 0; }
+    FakeRecordset(FakeConnection& c, FakeResults r) : connection(c), results(std::move(r)) {}
+    std::int32_t State() const override { return results[0] ? stateOpen : stateClosed; }
     bool isEOF() const override { return at >= rows().size(); }
     bool isBOF() const override { return rows().empty(); }
     void MoveNext() override { ++at; }
@@ -72,23 +69,22 @@ class FakeConnection final : public Connection {
     std::shared_ptr<Recordset> NextRecordset() override {
       ++connection.nextResults;
       if (connection.nextFails) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
-      if (which + 1 == results.size()) return nullptr;
-      return std::make_shared<FakeRecordset>(connection, results, which + 1);
+      if (results.size() == 1) return nullptr;
+      return std::make_shared<FakeRecordset>(connection,
+                                             FakeResults(results.begin() + 1, results.end()));
     }
     void Close() override {
       rows();
-      closed = true;
+      results[0].reset();
       ++connection.closed;
     }
     const FakeRows& rows() const {
-      if (State() == stateClosed) throw RuntimeError(ErrorNumber::ObjectClosed);
-      return *results[which];
+      if (!results[0]) throw RuntimeError(ErrorNumber::ObjectClosed);
+      return *results[0];
     }
     FakeConnection& connection;
     FakeResults results;
-    std::size_t which;
     std::size_t at = 0;
-    bool closed = false;
   };
 
   struct FakeCommand final : Command {
@@ -123,7 +119,7 @@ class FakeConnection final : public Connection {
     if (onCall) onCall(call);
     if (const RuntimeError* error = find(failures_, call.text)) throw *error;
     const FakeResults* results = find(answers, call.text);
-    return std::make_shared<FakeRecordset>(*this, results ? *results : FakeResults{{}}, 0);
+    return std::make_shared<FakeRecordset>(*this, results ? *results : FakeResults{{}});
   }
 
   std::map<std::string, RuntimeError> failures_;

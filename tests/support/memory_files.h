@@ -20,7 +20,6 @@ class MemoryFiles final : public FileSystem {
   std::map<std::string, std::string, std::less<>> contents;
   Call failing = Call::None;
   ErrorNumber error = ErrorNumber::DeviceIo;
-  std::size_t readable = 0;                    ///< bytes that are read before Read fails
   std::optional<std::uint64_t> claimedLength;  ///< instead of the true one
   int open = 0;
 
@@ -41,7 +40,7 @@ class MemoryFiles final : public FileSystem {
     ~Input() override { --files.open; }
     std::uint64_t length() const override { return files.claimedLength.value_or(bytes.size()); }
     std::size_t read(char* to, std::size_t count) override {
-      if (at >= files.readable) files.check(Call::Read);
+      files.check(Call::Read);
       const std::size_t n = std::min(count, bytes.size() - at);
       std::copy_n(bytes.data() + at, n, to);
       at += n;

@@ -40,9 +40,12 @@ class ScratchDatabase {
 };
 
 /// First field of the first row as text; "(none)" without a row.
-inline std::string ask(Connection& connection, std::string_view query) {
-  const auto reply = connection.Execute(query);
+inline std::string firstField(const std::shared_ptr<Recordset>& reply) {
   return reply->State() == stateClosed || reply->isEOF() ? "(none)" : toText(reply->field(0));
+}
+
+inline std::string ask(Connection& connection, std::string_view query) {
+  return firstField(connection.Execute(query));
 }
 
 }  // namespace velk

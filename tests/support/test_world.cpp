@@ -25,7 +25,7 @@ std::string RecordingHost::look(const char* slot, const std::array<std::string_v
 }
 
 std::shared_ptr<HostMainWindow> RecordingHost::mainWindow() {
-  if (!hasMainWindow) return headless_.mainWindow();
+  if (!hasMainWindow) return HeadlessHostService(messages_).mainWindow();
   return std::make_shared<RecordingMainWindow>(events_);
 }
 

@@ -22,11 +22,11 @@ namespace velk {
 class RecordingHost final : public HostService {
  public:
   RecordingHost(Texts& events, MessageHandler messages)
-      : events_(events), headless_(std::move(messages)) {}
+      : events_(events), messages_(std::move(messages)) {}
 
   std::map<std::string, std::string, std::less<>> captions;  ///< those that differ from their key
   std::string failingKey;                                    ///< looking it up is error 429
-  std::function<void(Form&)> onStarting, onReady;
+  std::function<void(Form&)> onReady;
   bool hasMainWindow = false;
 
   void screenReady(Form& screen, bool flag) override {
@@ -37,27 +37,24 @@ class RecordingHost final : public HostService {
                 std::string_view key) override {
     return look("2", {application, category, key});
   }
-  void screenStarting(Form& screen) override {
-    events_.push_back("3 " + screen.name());
-    if (onStarting) onStarting(screen);
-  }
+  void screenStarting(Form& screen) override { events_.push_back("3 " + screen.name()); }
   std::string captionText(std::string_view application, std::string_view category,
                           std::string_view key) override {
     return look("4", {application, category, key});
   }
   Value messageBox(std::string_view prompt, std::int32_t style,
                    std::optional<std::string_view> caption) override {
-    return headless_.messageBox(prompt, style, caption);
+    return HeadlessHostService(messages_).messageBox(prompt, style, caption);
   }
-  std::string messageText(std::string_view text, std::span<const Value> arguments) override {
-    return headless_.messageText(text, arguments);
+  std::string messageText(std::string_view text, std::span<const Value>) override {
+    return std::string(text);
   }
   std::shared_ptr<HostMainWindow> mainWindow() override;
 
  private:
   std::string look(const char* slot, const std::array<std::string_view, 3>& keys);
   Texts& events_;
-  HeadlessHostService headless_;
+  MessageHandler messages_;
 };
 
 struct TestWorld {
