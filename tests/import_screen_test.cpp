@@ -37,6 +37,7 @@ TEST_CASE("the steps of setting up, in order") {
     auto& screen = dynamic_cast<ImportScreen&>(form);
     CHECK(screen.CmdBrowse.userClick() == EventResult::Dropped);
     screen.userClose();
+    CHECK(screen.isOpen());
   };
   const auto screen = std::make_shared<Velk_frmCustOpn_OpnImp>(world.module, nullptr);
   screen->initForm(world.database, {});

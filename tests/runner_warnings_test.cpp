@@ -1,14 +1,10 @@
 // Warnings about files, and the texts that reports are made of.
 #include <doctest/doctest.h>
 
-#include <sstream>
-
 #include "apps/opnimp/amount_check.h"
 #include "apps/opnimp/database_choice.h"
-#include "apps/opnimp/json_writer.h"
 #include "apps/opnimp/printable.h"
 #include "apps/opnimp/warnings.h"
-#include "tests/support/json_value.h"
 
 using namespace velk;
 
@@ -133,18 +129,4 @@ TEST_CASE("texts for a terminal") {
   CHECK(cutTo("\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9", 4) == "\xC3\xA9...");
   CHECK(cutTo("abcd", 4) == "abcd");
   CHECK(padLeft("\xC3\xA9", 3) == "  \xC3\xA9");
-}
-
-TEST_CASE("JSON is valid whatever it holds") {
-  std::ostringstream out;
-  JsonWriter json(out);
-  json.beginObject();
-  json.member("text", std::string_view("\"\\\x01\x7F\xFF\xC3\xA9", 7));
-  json.member("huge", 1e308);
-  json.member("none", std::numeric_limits<double>::infinity());
-  json.endObject();
-  const Json read(out.str());
-  CHECK(read.at("text") == "\"\\\x01\x7F\xEF\xBF\xBD\xC3\xA9");
-  CHECK(std::stod(read.at("huge")) == 1e308);
-  CHECK(read.at("none") == "null");
 }
