@@ -168,16 +168,6 @@ TEST_CASE("existence queries that fail mean that there is no such customer") {
   }
 }
 
-TEST_CASE("calls that the database refuses are logged and change nothing in the run") {
-  Run run;
-  run.world.database->fail("sp_insert", ErrorNumber::IntegrityViolation, "refused");
-  run.import("A,,,1,1\r\nB,,,1,1");
-  CHECK(run.posted().size() == 4);
-  CHECK(run.world.log() == "(-2147217873): refused\n(-2147217873): refused\n");
-  CHECK(run.world.messages.empty());
-  CHECK(run.screenIsEmpty());
-}
-
 TEST_CASE("an error that no step traps ends the run where it is") {
   Run run;
   CHECK(run.import("A,,,1,1\r\nB,,,1e999,1\r\nC,,,1,1") == EventResult::Failed);

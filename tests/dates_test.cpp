@@ -13,9 +13,9 @@ constexpr int clockYear = 2025;
 TEST_CASE("every day of the years 100 to 9999 keeps its number") {
   CivilDate expected{100, 1, 1};
   for (int number = -657434; number <= 2958465; ++number) {
-    CAPTURE(number);
-    REQUIRE(civilFromDate({double(number)}) == expected);
-    REQUIRE(dateFromCivil(expected).days == double(number));
+    const bool same = civilFromDate({double(number)}) == expected &&
+                      dateFromCivil(expected).days == double(number);
+    if (!same) FAIL(number);  // a check of each would take seconds
     ++expected.day;
     if (!isCivil(expected)) expected = {expected.year, expected.month + 1, 1};
     if (!isCivil(expected)) expected = {expected.year + 1, 1, 1};

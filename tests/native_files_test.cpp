@@ -5,37 +5,12 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "tests/support/checks.h"
+#include "tests/support/runner.h"
 
 namespace velk {
 namespace {
-
-namespace fs = std::filesystem;
-
-class Folder {
- public:
-  Folder() { REQUIRE(mkdtemp(path_.data()) != nullptr); }
-  ~Folder() { fs::remove_all(path_); }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-  std::string write(const std::string& name, std::string_view bytes) const {
-    std::ofstream(*this / name, std::ios::binary) << bytes;
-    return *this / name;
-  }
-  std::string read(const std::string& name) const {
-    std::ifstream in(*this / name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-  }
-
- private:
-  std::string path_ = (fs::temp_directory_path() / "opnimp-XXXXXX").string();
-};
 
 std::string readSome(InputFile& file, std::size_t count) {
   std::string bytes(count, '\0');
@@ -63,7 +38,7 @@ std::int32_t errorUnder(decltype(RLIMIT_FSIZE) what, rlim_t value, Routine routi
 }
 
 TEST_CASE("reading, rewinding, growing, appending") {
-  const Folder folder;
+  const TemporaryFolder folder;
   NativeFileSystem files;
   const auto in = files.openInput(folder.write("é.csv", "0123456789"));
   CHECK(readSome(*in, 4) == "0123");
@@ -73,8 +48,8 @@ TEST_CASE("reading, rewinding, growing, appending") {
   folder.write("é.csv", "0123456789more");
   CHECK(in->length() == 10);
   CHECK(readSome(*in, 100) == "more");
-  const auto out = files.openAppend(folder / "é.csv");
-  files.openAppend(folder / "é.csv")->write("\r\ntwo");
+  const auto out = files.openAppend(folder.path("é.csv"));
+  files.openAppend(folder.path("é.csv"))->write("\r\ntwo");
   out->write("\r\nthree");
   out->close();
   out->close();
@@ -82,22 +57,22 @@ TEST_CASE("reading, rewinding, growing, appending") {
 }
 
 TEST_CASE("what does not open") {
-  const Folder folder;
+  const TemporaryFolder folder;
   folder.write("file", "");
-  REQUIRE(mkfifo((folder / "pipe").c_str(), 0600) == 0);
-  fs::create_symlink("loop", folder / "loop");
+  REQUIRE(mkfifo(folder.path("pipe").c_str(), 0600) == 0);
+  std::filesystem::create_symlink("loop", folder.path("loop"));
   const struct {
     std::string path;
     int reading, appending;
-  } rows[] = {{folder / "missing", 53, 0},
-              {folder / "no/such/folder", 76, 76},
-              {folder / "file/below", 76, 76},
-              {folder / "", 75, 75},
-              {folder / "pipe", 75, 75},
+  } rows[] = {{folder.path("missing"), 53, 0},
+              {folder.path("no/such/folder"), 76, 76},
+              {folder.path("file/below"), 76, 76},
+              {folder.path(""), 75, 75},
+              {folder.path("pipe"), 75, 75},
               {"/dev/null", 75, 75},
-              {folder / "loop", 75, 75},
-              {folder / std::string(300, 'x'), 52, 52},
-              {(folder / "file") + std::string("\0.csv", 5), 53, 53}};
+              {folder.path("loop"), 75, 75},
+              {folder.path(std::string(300, 'x')), 52, 52},
+              {folder.path("file") + std::string("\0.csv", 5), 53, 53}};
   for (const auto& row : rows) {
     CAPTURE(row.path);
     CHECK((openingErrors(row.path) == std::pair(row.reading, row.appending)));
@@ -105,10 +80,10 @@ TEST_CASE("what does not open") {
 }
 
 TEST_CASE("files that the user may not touch") {
-  const Folder folder;
+  const TemporaryFolder folder;
   const std::string path = folder.write("secret", "x");
-  fs::permissions(path, fs::perms::none);
-  fs::permissions(folder / "", fs::perms::all);
+  std::filesystem::permissions(path, std::filesystem::perms::none);
+  std::filesystem::permissions(folder.path(""), std::filesystem::perms::all);
   const uid_t user = geteuid();
   if (user == 0 && seteuid(65534) != 0) {  // nobody
     MESSAGE("not run: the superuser may not become another user here");
@@ -120,12 +95,12 @@ TEST_CASE("files that the user may not touch") {
 }
 
 TEST_CASE("running out") {
-  const Folder folder;
+  const TemporaryFolder folder;
   NativeFileSystem files;
   const std::string path = folder.write("in", "x");
   CHECK(errorUnder(RLIMIT_NOFILE, 0, [&] { files.openInput(path); }) == 67);
   const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  const auto write = [&] { files.openAppend(folder / "out")->write("123456789"); };
+  const auto write = [&] { files.openAppend(folder.path("out"))->write("123456789"); };
   const std::int32_t full = errorUnder(RLIMIT_FSIZE, 6, write);
   std::signal(SIGXFSZ, handler);
   CHECK(full == 61);

@@ -9,6 +9,8 @@
 namespace velk {
 namespace {
 
+using namespace std::string_literals;
+
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 TEST_CASE("values as text") {
@@ -42,14 +44,15 @@ TEST_CASE("amounts read back as they were written") {
   }
 }
 
+/// A value, what it converts to, and the error that is raised instead.
 struct Conversion {
   Value value;
   double expected;
-  std::int32_t error = 0;  ///< what is raised instead
+  std::int32_t error = 0;
 };
 
-template <class Convert>
-void checkConversions(Convert convert, std::initializer_list<Conversion> rows) {
+template <class Rows, class Convert>
+void checkConversions(const Rows& rows, Convert convert) {
   for (const Conversion& row : rows) {
     CAPTURE(toText(row.value));
     double result = 0;
@@ -58,43 +61,31 @@ void checkConversions(Convert convert, std::initializer_list<Conversion> rows) {
   }
 }
 
-Value text(const char* text) {
-  return std::string(text);
-}
-
-TEST_CASE("values as dates") {
-  checkConversions([](const Value& value) { return toDate(value, 2025).days; },
-                   {{Null(), 0, 94},
-                    {text("31/03/2008"), 39538},
-                    {text("2008-03-31 12:00:00.000"), 39538.5},
-                    {text("39538"), 0, 13},
-                    {39538, 39538},
-                    {Date{1.5}, 1.5},
-                    {2958465.75, 2958465.75},
-                    {2958466.0, 0, 6},
-                    {-657434.75, -657434.75},
-                    {-657435, 0, 6},
-                    {notANumber, 0, 6}});
-}
-
-TEST_CASE("values as whole numbers") {
-  checkConversions([](const Value& value) { return double(toInt32(value)); },
-                   {{Null(), 0, 94},
-                    {-7, -7},
-                    {0.5, 0},
-                    {1.5, 2},
-                    {-2.5, -2},
-                    {2147483647.25, 2147483647},
-                    {2147483647.5, 0, 6},
-                    {-2147483648.5, -2147483648.0},
-                    {notANumber, 0, 6},
-                    {Date{39538.75}, 39539},
-                    {text(" 12 "), 12},
-                    {text("1.5"), 2},
-                    {text("12 pieces"), 0, 13},
-                    {text(""), 0, 13},
-                    {text("99999999999"), 0, 6},
-                    {text("1e400"), 0, 6}});
+TEST_CASE("values as dates and as whole numbers") {
+  const Conversion dates[] = {{"31/03/2008"s, 39538},   {"2008-03-31 12:00:00.000"s, 39538.5},
+                              {"39538"s, 0, 13},        {Null(), 0, 94},
+                              {39538, 39538},           {Date{1.5}, 1.5},
+                              {2958465.75, 2958465.75}, {2958466.0, 0, 6},
+                              {-657434.75, -657434.75}, {-657435, 0, 6},
+                              {notANumber, 0, 6}};
+  checkConversions(dates, [](const Value& value) { return toDate(value, 2025).days; });
+  const Conversion numbers[] = {{-7, -7},
+                                {0.5, 0},
+                                {1.5, 2},
+                                {-2.5, -2},
+                                {2147483647.25, 2147483647},
+                                {2147483647.5, 0, 6},
+                                {-2147483648.5, -2147483648.0},
+                                {notANumber, 0, 6},
+                                {Null(), 0, 94},
+                                {Date{39538.75}, 39539},
+                                {" 12 "s, 12},
+                                {"1.5"s, 2},
+                                {"12 pieces"s, 0, 13},
+                                {""s, 0, 13},
+                                {"99999999999"s, 0, 6},
+                                {"1e400"s, 0, 6}};
+  checkConversions(numbers, [](const Value& value) { return double(toInt32(value)); });
 }
 
 TEST_CASE("errors describe themselves") {
