@@ -184,14 +184,15 @@ TEST_CASE_FIXTURE(EveryEngine, "odbc: refusals have their numbers and leave all 
 TEST_CASE_FIXTURE(EveryEngine, "odbc: commands that the library would not take") {
   constexpr std::int32_t unknownType = 8;
   constexpr std::int32_t outputParameter = 2;
-  for (const auto& [type, direction] :
-       {std::pair(unknownType, inputParameter),
-        std::pair(static_cast<std::int32_t>(DataType::VarChar), outputParameter)}) {
-    CAPTURE(type);
+  const std::pair<std::int32_t, std::int32_t> rows[] = {
+      {unknownType, inputParameter},
+      {static_cast<std::int32_t>(DataType::VarChar), outputParameter}};
+  for (const auto& row : rows) {
+    CAPTURE(row.first);
     const auto command = connection->newCommand();
     command->setCommandText("DELETE FROM odbc_suite WHERE Code = ?");
     CHECK(errorOf([&] { command->setValue(0, "A"); }) == code(Errors::ItemNotFound));
-    command->Append("p", type, direction, 2048);
+    command->Append("p", row.first, row.second, 2048);
     CHECK(errorOf([&] { command->Execute(-1); }) == code(Errors::WrongArgumentType));
   }
 }
