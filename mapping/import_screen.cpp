@@ -42,7 +42,7 @@ void ImportScreen::bindEvents() {
     cmdImport_Click();
     leaveRows();
   };
-  cmdExit.onClick = [this] { unload(); };
+  cmdExit.onClick = [this] { trapRoutine("cmdExit_Click", [this] { unload(); }); };
   lv.onColumnClick = [this](std::size_t column) { lv_ColumnClick(column); };
   mappingList.onColumnClick = [this](std::size_t column) { mappingList_ColumnClick(column); };
   mappingList.onMouseUp = [this](MouseButton button, int x, int) {
@@ -140,8 +140,7 @@ void ImportScreen::eventFailed(const RuntimeError& error) noexcept {
     std::string text = error.description();
     if (posting_) {
       text = "The import stopped at record " + std::to_string(currentRow_ - mappingRow) + ": " +
-             text +
-             ". Records before it are posted; importing this file again would post them twice.";
+             text + std::string(alreadyPosted);
     }
     module_.LogError(text, std::to_string(error.number()));
     desktop().messageBox(text, styleCritical);

@@ -76,6 +76,10 @@ class ImportScreen : public Form {
     leaveRows();
   }
 
+  /// How the message of a run that stopped at a record ends.
+  static constexpr std::string_view alreadyPosted =
+      ". Records before it are posted; importing this file again would post them twice.";
+
   /// After a run: file name, lists and preview columns emptied, View and Import disabled.
   void emptyScreen();
 

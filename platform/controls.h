@@ -50,7 +50,8 @@ class TextBox final : public Control {
 
   const std::string& value() const { return text("Text"); }
   void setValue(std::string_view value) { set("Text", std::string(value)); }
-  /// The user typed: the box now holds `value`.
+  /// The user typed: the box now holds `value`. Dropped: it holds what it held, and the shell puts
+  /// that back.
   EventResult userText(std::string_view value);
 };
 
@@ -94,7 +95,7 @@ class ComboBox final : public Control {
   void setIndex(int index);
 
   std::function<void()> onClick;
-  /// The user chose an item.
+  /// The user chose an item. Dropped: the choice is what it was, and the shell shows that again.
   EventResult userChoose(int index);
 
  private:

@@ -32,6 +32,10 @@ void Form::setBounds(Bounds bounds) {
   set("Height", bounds.height);
 }
 
+Bounds Form::bounds() const {
+  return {number("Left"), number("Top"), number("Width"), number("Height")};
+}
+
 void Form::setIcon(std::shared_ptr<const Picture> icon) {
   icon_ = std::move(icon);
   observer().formChanged(*this, "Icon");
@@ -100,11 +104,13 @@ void Form::userKeyDown(std::int16_t keyCode, std::int16_t shift) {
   dispatch(nullptr, [=, this] { Form_KeyDown(keyCode, shift); });
 }
 
-void Form::userResize(WindowState state) {
-  dispatch(nullptr, [=, this] {
-    setQuietly("WindowState", static_cast<std::int32_t>(state));
-    Form_Resize();
-  });
+void Form::userResize(WindowState state, Bounds outer) {
+  setQuietly("WindowState", static_cast<std::int32_t>(state));
+  setQuietly("Left", outer.left);
+  setQuietly("Top", outer.top);
+  setQuietly("Width", outer.width);
+  setQuietly("Height", outer.height);
+  dispatch(nullptr, [this] { Form_Resize(); });
 }
 
 void Form::userClose() {

@@ -30,6 +30,7 @@ struct Bounds {
   int top = 0;
   int width = 0;
   int height = 0;
+  bool operator==(const Bounds&) const = default;
 };
 
 /// What became of an event.
@@ -82,6 +83,7 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   std::span<Control* const> controls() const { return controls_; }
   WindowState windowState() const { return static_cast<WindowState>(number("WindowState")); }
   void setBounds(Bounds bounds);
+  Bounds bounds() const;
   /// Null: the shell's default icon. The picture lives as long as the form uses it.
   void setIcon(std::shared_ptr<const Picture> icon);
   const std::shared_ptr<const Picture>& icon() const { return icon_; }
@@ -105,8 +107,10 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   EventResult dispatch(const Control* source, const std::function<void()>& handler);
 
   void userKeyDown(std::int16_t keyCode, std::int16_t shift);
-  /// The user changed the window's state or size.
-  void userResize(WindowState state);
+  /// The user, or the platform, changed the window's state, place or size. The model follows at
+  /// once, also when the event is dropped; `outer` are the bounds of the whole window, and when it
+  /// is minimised those that it had before.
+  void userResize(WindowState state, Bounds outer);
   /// The user closed the window.
   void userClose();
 

@@ -66,6 +66,7 @@ class ListView final : public Control {
 
   EventResult userColumnClick(std::size_t column);
   EventResult userMouseUp(MouseButton button, int x, int y);
+  // These raise no event, so the model follows them at any time.
   void userColumnWidth(std::size_t column, int width);
   void userScroll(int left);
   void userSelect(std::size_t row);

@@ -50,7 +50,6 @@ class Velk_ModOpnImp {
   void logTrapped(std::string_view tag, const RuntimeError& error);
   /// Path of the error log's file, as messages show it.
   std::string errorLogPath() const { return fileLog_.path(); }
-  const FileErrorLog& fileErrorLog() const { return fileLog_; }
 
   /// Runs a routine under an error trap that logs "(n): " + tag + description. False when it
   /// failed.

@@ -42,7 +42,7 @@ struct Books {
       const bool within = call.row >= 2 && call.row - 2 < input.count();
       (within ? traces.records[call.row - 2].calls : traces.strays).push_back(&call);
     }
-    for (RecordTrace& record : traces.records) record.outcome = outcomeOf(record);
+    for (RecordTrace& record : traces.records) record.outcome = outcomeOf(record, "");
     return drawUpAccount(
         {*findKind("customer-opening"), input, mapping, traces, screenRecords, true});
   }
@@ -101,19 +101,21 @@ TEST_CASE("the outcome of a record") {
   const struct {
     std::string_view what;
     std::vector<CallResult> results;  // of the look-up, then of the procedures
-    bool logged;
+    std::string_view logged;
     bool endedHere;
     Outcome outcome;
   } rows[] = {
-      {"nothing", {}, false, false, Outcome::NotReached},
-      {"the run ended before it", {}, false, true, Outcome::NotReached},
-      {"looked up and left", {Ok}, false, false, Outcome::Skipped},
-      {"looked up, then the run ended", {Ok}, false, true, Outcome::NotReached},
-      {"the run ended after it", {Ok, Ok, Ok}, false, true, Outcome::Posted},
-      {"both ok, logged", {Ok, Ok, Ok}, true, false, Outcome::PostedWithWarning},
-      {"failed late only", {Ok, FailedLate, Failed}, true, false, Outcome::Partial},
-      {"ended between the calls", {Ok, Ok}, true, true, Outcome::Partial},
-      {"ended after a failed one", {Ok, Failed}, true, true, Outcome::Failed},
+      {"nothing", {}, "", false, Outcome::NotReached},
+      {"the run ended before it", {}, "", true, Outcome::NotReached},
+      {"looked up and left", {Ok}, "", false, Outcome::Skipped},
+      {"looked up, warned and left", {Ok}, "warned: C1", false, Outcome::Skipped},
+      {"looked up and logged", {Ok}, "unknown: C1", false, Outcome::Rejected},
+      {"looked up, then the run ended", {Ok}, "", true, Outcome::NotReached},
+      {"the run ended after it", {Ok, Ok, Ok}, "", true, Outcome::Posted},
+      {"both ok, logged", {Ok, Ok, Ok}, "warned: C1", false, Outcome::PostedWithWarning},
+      {"failed late only", {Ok, FailedLate, Failed}, "(1): x", false, Outcome::Partial},
+      {"ended between the calls", {Ok, Ok}, "(1): x", true, Outcome::Partial},
+      {"ended after a failed one", {Ok, Failed}, "(1): x", true, Outcome::Failed},
   };
   for (const auto& row : rows) {
     CAPTURE(row.what);
@@ -122,12 +124,12 @@ TEST_CASE("the outcome of a record") {
       const CallKind kind = calls.empty() ? CallKind::Query : CallKind::Procedure;
       calls.push_back({2, kind, "", {}, result, {}});
     }
-    const RecordedLine line;
+    const RecordedLine line{2, std::string(row.logged), {}, {}};
     RecordTrace trace;
     for (const RecordedCall& call : calls) trace.calls.push_back(&call);
-    if (row.logged) trace.lines.push_back(&line);
+    if (!row.logged.empty()) trace.lines.push_back(&line);
     trace.runEndedHere = row.endedHere;
-    CHECK(outcomeName(outcomeOf(trace)) == outcomeName(row.outcome));
+    CHECK(outcomeName(outcomeOf(trace, "warned")) == outcomeName(row.outcome));
   }
 }
 

@@ -278,18 +278,30 @@ TEST_CASE("keys") {
 }
 
 TEST_CASE("only a minimised window keeps its bounds") {
-  const Shown in;
-  Form& form = *in.screen;
-  for (const auto state : {WindowState::Normal, WindowState::Maximised, WindowState::Minimised}) {
-    form.setBounds({5, 6, 700, 800});
-    form.userResize(state);
-    Texts now;
-    for (const char* name : {"Left", "Top", "Width", "Height", "WindowState"}) {
-      now.push_back(toText(form.get(name)));
-    }
-    const bool kept = state == WindowState::Minimised;
-    CHECK(now ==
-          (kept ? Texts{"5", "6", "700", "800", "1"} : Texts{"0", "0", "12000", "8580", "0"}));
+  struct Observer : FormObserver {
+    void formChanged(Form&, std::string_view property) override { heard.emplace_back(property); }
+    Texts heard;
+  };
+  constexpr Bounds fixed = ImportScreen::fixedBounds, dragged{300, 300, 9000, 8580};
+  const struct {
+    WindowState state;
+    Bounds outer;
+    Bounds then;
+    Texts heard;  // what the window is told to become
+  } rows[] = {{WindowState::Normal, fixed, fixed, {}},
+              {WindowState::Normal, dragged, fixed, {"Left", "Top", "Width"}},
+              {WindowState::Maximised, dragged, fixed, {"WindowState", "Left", "Top", "Width"}},
+              {WindowState::Minimised, dragged, dragged, {}}};
+  for (const auto& row : rows) {
+    CAPTURE(&row - rows);
+    const Shown in;
+    Form& form = *in.screen;
+    Observer observer;
+    form.setObserver(&observer);
+    form.userResize(row.state, row.outer);
+    CHECK(form.bounds() == row.then);
+    CHECK((form.windowState() == WindowState::Minimised) == (row.state == WindowState::Minimised));
+    CHECK(observer.heard == row.heard);
   }
 }
 

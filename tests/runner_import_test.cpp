@@ -212,7 +212,7 @@ TEST_CASE("a dry run checks everything and changes nothing") {
 }
 
 TEST_CASE("an interrupted run ends before a record, and the rest can be imported") {
-  for (const std::size_t at : {1U, 2U, 3U}) {
+  for (const std::size_t at : {1U, 2U, 4U}) {  // once before the run, then at each record
     CAPTURE(at);
     RunnerWorld world;
     std::size_t asked = 0;
@@ -222,7 +222,7 @@ TEST_CASE("an interrupted run ends before a record, and the rest can be imported
     CHECK(ran.status == 5);
     CHECK(contains(ran.out, "The run broke off: it was interrupted"));
     CHECK(contains(ran.out, "The account adds up."));
-    const std::size_t done = at - 1;
+    const std::size_t done = at < 2 ? 0 : at - 2;
     CHECK(world.ask("select count(*) from CustomerOpeningBalance") == std::to_string(done));
 
     world.machine.interrupted = nullptr;
@@ -376,4 +376,21 @@ TEST_CASE("a database without the company's tables breaks the run off with nothi
   CHECK(ran.status == 5);
   CHECK(contains(ran.err, "no such table: Setup"));
   CHECK(contains(ran.out, "Nothing was imported."));
+}
+
+TEST_CASE("records that all meet one failure of the database need no correction") {
+  RunnerWorld world;
+  REQUIRE(world.importLines({openingTitles}).status == 0);
+  world.ask("drop table Customer");
+  const Ran ran = world.importLines({openingTitles, good1, good2});
+  CHECK(ran.status == 1);
+  CHECK(contains(ran.out, "refused every record for one reason (no such table: Customer"));
+}
+
+TEST_CASE("a skipped record with a balance is pointed out") {
+  RunnerWorld world;
+  const Ran ran = world.importLines({openingTitles, "C001,A,R1,03/03/2008,0.00,60.00"});
+  CHECK(ran.status == 1);
+  CHECK(contains(ran.out, "skipped (zero amount): Balance is greater than BillAmount"));
+  CHECK(contains(ran.out, "Look at 1 skipped record"));
 }

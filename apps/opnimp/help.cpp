@@ -26,7 +26,8 @@ Options of import (preview takes --map and --json):
   --dry-run            every check runs, nothing is posted
   --rejects FILE       write the refused records to FILE, to be corrected and imported again;
                        why to FILE.reasons.csv, records to look up to FILE.check.csv, records
-                       that were not reached to FILE.rest.csv
+                       that were not reached to FILE.rest.csv; a .check.csv or .rest.csv of
+                       an earlier run must be dealt with and moved away first
   --app-folder DIR     where Error.log is written (default: the current folder)
   --json               one JSON document on standard output instead of text
   --                   what follows is no option

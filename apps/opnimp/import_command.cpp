@@ -169,6 +169,7 @@ class ImportRun {
     screenRecords_ = screen.RecordCount();
     findWarningsNow();
     refuseBeforehand();
+    if (machine_.interrupted && machine_.interrupted()) throw RunEnded{RunEnded::Why::Interrupted};
     began_ = true;
     const EventResult event = session.import();
     if (event == EventResult::Handled) return;
@@ -177,6 +178,9 @@ class ImportRun {
     if (event == EventResult::Failed) {
       const auto& lines = recorder_.lines();
       result_.brokeOff = lines.empty() ? "an error ended it" : lines.back().text;
+      // In a dry run that would not be true.
+      const std::size_t posted = result_.brokeOff.find(ImportScreen::alreadyPosted);
+      if (arguments().dryRun && posted != std::string::npos) result_.brokeOff.resize(posted);
     }
   }
 
@@ -208,7 +212,8 @@ class ImportRun {
   }
 
   void evaluate() {
-    result_.traces = traceRecords(recorder_, result_.input.count(), result_.endedAtRow);
+    result_.traces = traceRecords(recorder_, result_.input.count(), result_.endedAtRow,
+                                  kind().opening->balanceTooBig);
     noticeRefusal();
     if (!result_.refused()) {
       result_.account = drawUpAccount({kind(), result_.input, result_.mapping, result_.traces,

@@ -1,5 +1,7 @@
 #include "apps/opnimp/import_result.h"
 
+#include <algorithm>
+
 #include "apps/opnimp/printable.h"
 
 namespace velk {
@@ -15,6 +17,27 @@ void addUnwritten(const std::vector<const RecordedLine*>& lines,
 
 std::size_t refusedRecords(const Account& account) {
   return account.count(Outcome::Rejected) + account.count(Outcome::Failed);
+}
+
+std::size_t skippedWithWarning(const Traces& traces) {
+  return static_cast<std::size_t>(std::ranges::count_if(traces.records, [](const auto& trace) {
+    return trace.outcome == Outcome::Skipped && needsAttention(trace);
+  }));
+}
+
+/// The database's error that every record met, none being posted; empty when there is none. Then
+/// the records need no correction.
+std::string commonError(const Traces& traces) {
+  std::string common;
+  for (const RecordTrace& trace : traces.records) {
+    const auto failed = std::ranges::find_if(
+        trace.calls, [](const RecordedCall* call) { return call->error.has_value(); });
+    if (!isRefused(trace.outcome) || failed == trace.calls.end()) return {};
+    const std::string& description = (*failed)->error->description;
+    if (!common.empty() && description != common) return {};
+    common = description;
+  }
+  return common;
 }
 
 std::size_t doubtfulRecords(const Account& account) {
@@ -41,6 +64,10 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
     steps.emplace_back("Correct " + counted(count, "refused record", "refused records") +
                        " and import only those again" + where(result, "") + ".");
   }
+  if (const std::size_t count = skippedWithWarning(result.traces); count > 0) {
+    steps.emplace_back("Look at " + counted(count, "skipped record", "skipped records") +
+                       " with a balance but a bill amount of 0: nothing was posted for them.");
+  }
   if (const std::size_t count = account.count(Outcome::NotReached); count > 0) {
     steps.emplace_back("Import " + counted(count, "record", "records") +
                        " that the run did not reach" + where(result, ".rest.csv") + ".");
@@ -53,7 +80,9 @@ ExitStatus statusOf(const ImportResult& result) {
   if (result.refused()) return ExitStatus::Refused;
   const bool whole = result.brokeOff.empty() && result.account.addsUp();
   if (!whole || !result.rejectsError.empty()) return ExitStatus::BrokeOff;
-  const bool left = refusedRecords(result.account) + doubtfulRecords(result.account) > 0;
+  const bool left = refusedRecords(result.account) + doubtfulRecords(result.account) +
+                        skippedWithWarning(result.traces) >
+                    0;
   return left ? ExitStatus::RecordsLeft : ExitStatus::Posted;
 }
 
@@ -73,6 +102,10 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
     return {
         "Nothing was imported. When the cause is mended, or with another --database, import the "
         "file again."};
+  }
+  if (const std::string error = commonError(result.traces); !error.empty()) {
+    return {"Nothing was imported: the database refused every record for one reason (" + error +
+            "). When that is mended, or with another --database, import the file again."};
   }
   std::vector<std::string> steps;
   if (!result.account.addsUp()) {

@@ -107,19 +107,28 @@ bool isEffective(const RecordedCall& call) {
          (call.result == CallResult::Ok || call.result == CallResult::NotRun);
 }
 
-Outcome outcomeOf(const RecordTrace& trace) {
+Outcome outcomeOf(const RecordTrace& trace, std::string_view warning) {
   const Tally t = tally(trace);
   if (t.unknown > 0) return Outcome::Unknown;
   const std::size_t made = t.effective + t.failed + t.late;
   if (made == 0) {
     if (!t.lookedUp) return Outcome::NotReached;
-    if (!trace.lines.empty()) return Outcome::Rejected;
+    const bool rejected = std::ranges::any_of(trace.lines, [&](const RecordedLine* line) {
+      return warning.empty() || !line->text.starts_with(warning);
+    });
+    if (rejected) return Outcome::Rejected;
     return trace.runEndedHere ? Outcome::NotReached : Outcome::Skipped;
   }
   if (t.failed == made) return Outcome::Failed;
   const bool cutShort = trace.runEndedHere && made < callsOfPostedRecord;
   if (t.failed > 0 || t.late > 0 || cutShort) return Outcome::Partial;
   return trace.lines.empty() ? Outcome::Posted : Outcome::PostedWithWarning;
+}
+
+bool needsAttention(const RecordTrace& trace) {
+  return isRefused(trace.outcome) || isDoubtful(trace.outcome) ||
+         trace.outcome == Outcome::PostedWithWarning ||
+         (trace.outcome == Outcome::Skipped && !trace.lines.empty());
 }
 
 std::string reasonOf(const RecordTrace& trace) {
@@ -140,7 +149,8 @@ std::string reasonOf(const RecordTrace& trace) {
   return reason;
 }
 
-Traces traceRecords(const Recorder& recorder, std::size_t recordCount, std::size_t endedAtRow) {
+Traces traceRecords(const Recorder& recorder, std::size_t recordCount, std::size_t endedAtRow,
+                    std::string_view warning) {
   Traces traces;
   traces.records.resize(recordCount);
   const auto recordAt = [&](std::size_t row) -> RecordTrace* {
@@ -164,7 +174,7 @@ Traces traceRecords(const Recorder& recorder, std::size_t recordCount, std::size
     (record != nullptr ? record->messages : traces.runMessages).push_back(&message);
   }
   if (RecordTrace* record = recordAt(endedAtRow)) record->runEndedHere = true;
-  for (RecordTrace& record : traces.records) record.outcome = outcomeOf(record);
+  for (RecordTrace& record : traces.records) record.outcome = outcomeOf(record, warning);
   return traces;
 }
 

@@ -48,7 +48,10 @@ struct RecordTrace {
 /// A call that took effect, or would have in a dry run.
 bool isEffective(const RecordedCall& call);
 
-Outcome outcomeOf(const RecordTrace& trace);
+/// `warning`: how the log lines begin that only warn, and do not reject a record.
+Outcome outcomeOf(const RecordTrace& trace, std::string_view warning);
+/// Whether a person should look at the record: it was not posted, or not without a word.
+bool needsAttention(const RecordTrace& trace);
 /// Why a record needs attention; empty where there is nothing to say.
 std::string reasonOf(const RecordTrace& trace);
 
@@ -62,7 +65,8 @@ struct Traces {
 };
 
 /// Sorts what was recorded by record and finds each outcome. `endedAtRow`: the row of the mapping
-/// list where the run broke off, 0 when it did not.
-Traces traceRecords(const Recorder& recorder, std::size_t recordCount, std::size_t endedAtRow);
+/// list where the run broke off, 0 when it did not. `warning` as for outcomeOf.
+Traces traceRecords(const Recorder& recorder, std::size_t recordCount, std::size_t endedAtRow,
+                    std::string_view warning);
 
 }  // namespace velk

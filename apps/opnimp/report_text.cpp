@@ -64,9 +64,7 @@ class TextReport {
     std::size_t listed = 0;
     for (std::size_t record = 0; record < records.size(); ++record) {
       const RecordTrace& trace = records[record];
-      const bool worthIt = isRefused(trace.outcome) || isDoubtful(trace.outcome) ||
-                           trace.outcome == Outcome::PostedWithWarning;
-      if (!worthIt || listed++ >= mostRecordsListed) continue;
+      if (!needsAttention(trace) || listed++ >= mostRecordsListed) continue;
       if (listed == 1) out_ << "\nRecords that need attention\n";
       out_ << "  line " << result_.input.place(record).line << " (record " << record + 1 << ") "
            << nameOf(trace.outcome) << ": " << printable(reasonOf(trace)) << '\n';

@@ -167,9 +167,9 @@ void Open::beginTransaction() {
 
 void Open::rollback() {
   if (!inTransaction_) return;
-  inTransaction_ = false;
   session_.check(SQLEndTran(SQL_HANDLE_DBC, session_.handle(), SQL_ROLLBACK), SQL_HANDLE_DBC,
                  session_.handle());
+  inTransaction_ = false;
   setAutocommit(SQL_AUTOCOMMIT_ON);
 }
 

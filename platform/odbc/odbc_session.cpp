@@ -1,6 +1,7 @@
 #include "platform/odbc/odbc_session.h"
 
 #include <array>
+#include <limits>
 
 #include "platform/text.h"
 
@@ -19,8 +20,8 @@ SQLPOINTER secondsArgument(int seconds) {
 
 /// True when the connection string has a value for the setting's name already.
 bool mentions(std::string_view connectionString, std::string_view setting) {
-  const std::string name = lowerAscii(setting.substr(0, setting.find('=') + 1));
-  return lowerAscii(connectionString).find(name) != std::string::npos;
+  const std::string name = ";" + lowerAscii(setting.substr(0, setting.find('=') + 1));
+  return (";" + lowerAscii(connectionString)).find(name) != std::string::npos;
 }
 
 }  // namespace
@@ -43,6 +44,9 @@ void OdbcSession::connect(const std::string& connectionString) {
   SQLSetConnectAttrW(handle(), SQL_ATTR_LOGIN_TIMEOUT,
                      secondsArgument(options_.loginTimeoutSeconds), SQL_IS_UINTEGER);
   const std::u16string wide = toUtf16(connectionString);
+  if (wide.size() > std::numeric_limits<SQLSMALLINT>::max()) {
+    throw RuntimeError(ErrorNumber::InvalidProcedureCall, "The connection string is too long");
+  }
   check(SQLDriverConnectW(handle(), nullptr, wideText(wide.data()),
                           static_cast<SQLSMALLINT>(wide.size()), nullptr, 0, nullptr,
                           SQL_DRIVER_NOPROMPT),
