@@ -1,49 +1,67 @@
-// Walks over the few bytes of a text that can matter to its structure, eight at a time.
+// Finds the few bytes of a text that matter to its structure, sixty-four at a time.
 #pragma once
 
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace velk {
 
-/// Stops at every byte below "-": NUL, carriage return, double quote and comma, and whatever else
-/// stands there (blanks above all), which the caller passes over. Digits and letters, most of any
-/// file, cost an eighth of a step each.
+/// Stops at every NUL, carriage return, double quote and comma. A byte of anything else costs next
+/// to nothing: one mask tells all stops of a block, and no branch depends on what stands between
+/// them.
 ///
-/// Behind the text stand at least eight NUL bytes, so that the scanner stops at the end of the text
-/// and never reads beyond them.
+/// Behind the text stand at least `blockSize` NUL bytes, so that the scanner stops at the end of
+/// the text and never reads beyond them.
 class ByteScanner {
  public:
+  static constexpr std::size_t blockSize = 64;
+
   explicit ByteScanner(char* start) { seek(start); }
 
   void seek(char* at) {
-    word_ = at;
-    found_ = belowDash(at);
+    block_ = at;
+    found_ = stops(at);
   }
 
   char* next() {
-    while (found_ == 0) seek(word_ + sizeof(std::uint64_t));
-    char* const at = word_ + std::countr_zero(found_) / 8;
+    while (found_ == 0) seek(block_ + blockSize);
+    char* const at = block_ + std::countr_zero(found_);
     found_ &= found_ - 1;
     return at;
   }
 
  private:
-  static_assert(std::endian::native == std::endian::little, "the first byte is the lowest");
-
-  // The high bit of each byte that is below 0x2D. With the high bits set no byte borrows from its
-  // neighbour; bytes of 0x80 and above are taken out at the end.
-  static std::uint64_t belowDash(const char* at) {
-    constexpr std::uint64_t high = 0x8080808080808080;
-    constexpr std::uint64_t dash = 0x2D2D2D2D2D2D2D2D;
-    std::uint64_t word;
-    std::memcpy(&word, at, sizeof word);
-    return ~((word | high) - dash) & ~word & high;
+#ifdef __SSE2__
+  // Bit n is set for a stop at byte n.
+  static std::uint64_t stops(const char* at) {
+    std::uint64_t found = 0;
+    for (int part = 0; part < 4; ++part) {
+      const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at) + part);
+      const auto equal = [&](char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
+      const __m128i hits = _mm_or_si128(_mm_or_si128(equal(','), equal('\r')),
+                                        _mm_or_si128(equal('"'), equal('\0')));
+      found |= std::uint64_t{static_cast<std::uint16_t>(_mm_movemask_epi8(hits))} << (16 * part);
+    }
+    return found;
   }
+#else
+  static std::uint64_t stops(const char* at) {
+    std::uint64_t found = 0;
+    for (std::size_t i = 0; i < blockSize; ++i) {
+      const char c = at[i];
+      const bool stop = c == ',' || c == '\r' || c == '"' || c == '\0';
+      found |= std::uint64_t{stop} << i;
+    }
+    return found;
+  }
+#endif
 
-  char* word_ = nullptr;
+  char* block_ = nullptr;
   std::uint64_t found_ = 0;
 };
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <span>
 #include <utility>
 
 #include "mapping/byte_scanner.h"
@@ -13,6 +12,8 @@
 namespace velk {
 
 namespace {
+
+static_assert(FileText::padding >= ByteScanner::blockSize);
 
 // The end of the line that starts at `from`: its carriage return, or the end of the text.
 char* lineEnd(char* from, char* end) {
@@ -34,11 +35,11 @@ class Builder {
 
   CsvTable build() {
     char* stop = readTitles();
+    scanner_.seek(stop);
+    scanner_.next();
     while (stop != end_) {
       char* const line = stop + 2;
-      scanner_.seek(line);
-      const bool empty = line == end_ || (line[0] == '\r' && line[1] == '\n');
-      stop = empty ? line : readRow(line);
+      stop = isLineStop(line) ? scanner_.next() : readRow(line);
     }
     shareColumns();
     return std::move(table_);
@@ -58,41 +59,55 @@ class Builder {
     return stop;
   }
 
+  bool isLineStop(const char* at) const { return at == end_ || (at[0] == '\r' && at[1] == '\n'); }
+
+  // The scanner is copied because a store through a char pointer could change it, for all that the
+  // compiler knows.
   char* readRow(char* const line) {
     ++table_.nonEmptyLines;
-    std::uint32_t* const first = addRow();
-    std::uint32_t* const end = first + table_.titles.size();
-    std::uint32_t* cell = first;
-    const char* start = line;
-    for (;;) {
-      char* const at = scanner_.next();
-      const char c = *at;
-      const bool stops = at == end_ || (c == '\r' && at[1] == '\n');
-      if (c == '"') return readQuotedRow(line, {first, end});
-      if (c != ',' && c != fieldEnd && !stops) continue;
+    std::uint32_t* cell = addRow();
+    std::uint32_t* const cellsEnd = cell + table_.titles.size();
+    ByteScanner scanner = scanner_;
+    bool quoted = false;
+    char* start = line;
+    const auto endField = [&](char* at) {
       *at = fieldEnd;
-      if (cell != end) *cell++ = offsetOf(start);
+      if (cell != cellsEnd) *cell++ = offsetOf(start);
       start = at + 1;
+    };
+    for (;;) {
+      char* at = scanner.next();
+      if (*at == ',' && !quoted) {  // nearly always
+        endField(at);
+        continue;
+      }
+      if (*at == '"' || quoted) {
+        at = readQuotedField(start, cell != cellsEnd, quoted);
+        scanner.seek(at);
+        scanner.next();
+      }
+      const bool stops = isLineStop(at);
+      if (*at == '\r' && !stops) continue;
+      endField(at);
       if (!stops) continue;
-      std::fill(cell, end, offsetOf(at));
+      std::fill(cell, cellsEnd, offsetOf(at));
+      scanner_ = scanner;
       return at;
     }
   }
 
-  // Commas of the line's start may have become field ends already: they end fields all the same.
-  char* readQuotedRow(char* line, std::span<std::uint32_t> cells) {
-    char* const lineStop = lineEnd(line, end_);
-    char* const stop =
-        line + markFields(line, static_cast<std::size_t>(lineStop - line), QuotedComma::Drop);
-    *stop = fieldEnd;
-    for (char* start = line; start <= stop && !cells.empty(); cells = cells.subspan(1)) {
-      char* const next = start + std::strlen(start) + 1;
-      unquote(start, static_cast<std::size_t>(next - start) - 1);
-      cells.front() = offsetOf(start);
-      start = next;
+  // A field with a quote in it, byte by byte; returns where it stops. A NUL ends a field even
+  // inside quotes, and the next field is inside them then.
+  char* readQuotedField(char* const start, bool shown, bool& quoted) {
+    char* to = start;
+    char* at = start;
+    for (; !isLineStop(at) && *at != fieldEnd && (quoted || *at != ','); ++at) {
+      if (*at == '"') quoted = !quoted;
+      if (*at != ',') *to++ = *at;
     }
-    std::ranges::fill(cells, offsetOf(stop));
-    return lineStop;
+    if (shown) to = unquote(start, to);
+    if (to != at) *to = fieldEnd;
+    return at;
   }
 
   std::uint32_t* addRow() {
@@ -110,12 +125,12 @@ class Builder {
     return static_cast<std::uint32_t>(at - text_.view().data());
   }
 
-  void unquote(char* field, std::size_t length) {
+  char* unquote(char* field, const char* end) {
     try {
-      field[unquoteInPlace(field, length)] = fieldEnd;
+      return field + unquoteInPlace(field, static_cast<std::size_t>(end - field));
     } catch (const RuntimeError& error) {
       unquoteFailed_(error);
-      *field = fieldEnd;
+      return field;
     }
   }
 

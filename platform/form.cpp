@@ -72,18 +72,20 @@ EventResult Form::dispatch(const Control* source, const std::function<void()>& h
   if (!accepting_ || running_ || !open_) return EventResult::Dropped;
   if (source != nullptr && !source->reachable()) return EventResult::Dropped;
   const auto alive = shared_from_this();
-  struct Run {
-    explicit Run(Form& f) : form(f) { form.running_ = true; }
-    ~Run() {
-      form.running_ = false;
-      if (std::exchange(form.closeRequested_, false)) form.closeNow();
-    }
-    Run(const Run&) = delete;
-    Run& operator=(const Run&) = delete;
-    Form& form;
-  };
-  const Run run(*this);
-  return runGuarded(handler);
+  running_ = true;
+  try {
+    const EventResult result = runGuarded(handler);
+    endRun();
+    return result;
+  } catch (...) {
+    endRun();
+    throw;
+  }
+}
+
+void Form::endRun() {
+  running_ = false;
+  if (std::exchange(closeRequested_, false)) closeNow();
 }
 
 EventResult Form::runGuarded(const std::function<void()>& handler) {

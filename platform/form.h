@@ -132,6 +132,7 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
  private:
   friend class Control;
   EventResult runGuarded(const std::function<void()>& handler);
+  void endRun();
   void closeNow();
 
   FormShell& shell_;

@@ -28,7 +28,7 @@ class FileText {
   std::string_view view() const { return {bytes_.data(), size_}; }
   /// Behind the text stand this many NUL bytes, which may be read and written: a scanner of whole
   /// words needs no special case for the end.
-  static constexpr std::size_t padding = 8;
+  static constexpr std::size_t padding = 64;
 
   /// size() characters and the padding.
   char* data() { return bytes_.data(); }
