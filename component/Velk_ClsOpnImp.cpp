@@ -1,7 +1,9 @@
 #include "component/Velk_ClsOpnImp.h"
 
 #include "mapping/Velk_frmCustOpn_OpnImp.h"
+#include "opening/Velk_frmVenOpn_OpnImp.h"
 #include "opening/customer_opening.h"
+#include "opening/vendor_opening.h"
 
 namespace velk {
 
@@ -9,6 +11,11 @@ void Velk_ClsOpnImp::ImportCustomerOpening(const std::shared_ptr<Connection>& my
                                            const std::shared_ptr<const Picture>& AppIcon) {
   std::make_shared<Velk_frmCustOpn_OpnImp>(module_, importCustomerOpening)
       ->initForm(myConn, AppIcon);
+}
+
+void Velk_ClsOpnImp::ImportVendorOpening(const std::shared_ptr<Connection>& myConn,
+                                         const std::shared_ptr<const Picture>& AppIcon) {
+  std::make_shared<Velk_frmVenOpn_OpnImp>(module_, importVendorOpening)->initForm(myConn, AppIcon);
 }
 
 }  // namespace velk

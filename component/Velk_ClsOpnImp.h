@@ -12,11 +12,16 @@ class Velk_ClsOpnImp {
  public:
   explicit Velk_ClsOpnImp(Velk_ModOpnImp& module) : module_(module), reader_(module) {}
 
-  /// Opens the customer opening balance screen, modeless, and returns; the screen lives until it is
-  /// closed. The connection and the icon (null: the default one) stay the caller's. An error that
-  /// the screen's set-up does not trap is raised.
+  // The entry points. Each opens a screen, modeless, and returns; the screen lives until it is
+  // closed. The connection and the icon (null: the default one) stay the caller's. An error that
+  // the screen's set-up does not trap is raised.
+
+  /// Customer opening balances.
   void ImportCustomerOpening(const std::shared_ptr<Connection>& myConn,
                              const std::shared_ptr<const Picture>& AppIcon);
+  /// Vendor opening balances.
+  void ImportVendorOpening(const std::shared_ptr<Connection>& myConn,
+                           const std::shared_ptr<const Picture>& AppIcon);
 
   // The record reader; see RecordReader for what each does.
   const std::string& FileName() const { return reader_.FileName(); }

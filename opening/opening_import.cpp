@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/errors.h"
 #include "platform/numbers.h"
 
 namespace velk {
@@ -23,11 +24,28 @@ void OpeningImport::cmdImport_Click() {
   transDate_ = GetTransDate();
   if (fieldsAreMapped()) {
     screen_.forEachRecord([this](std::size_t row) { importRecord(row); });
+    sayCompleted();
+  } else if (kind_.refusalKeepsScreen) {
+    return;
   }
   screen_.emptyScreen();
   if (errorFlag_) {
-    module_.hostService().messageBox("Check The Error Log " + module_.errorLogPath(),
-                                     styleInformation);
+    show(joined(kind_.checkTheLog, kind_.namesTheLog ? module_.errorLogPath() : ""),
+         styleInformation);
+  }
+}
+
+void OpeningImport::sayCompleted() {
+  if (kind_.completed.empty()) return;
+  HostService& host = module_.hostService();
+  host.messageBox(host.messageText(kind_.completed, {}), styleInformation);
+}
+
+void OpeningImport::show(std::string_view message, std::int32_t style) {
+  if (kind_.showsPlainly) {
+    screen_.desktop().messageBox(message, style);
+  } else {
+    module_.hostService().messageBox(message, style);
   }
 }
 
@@ -38,7 +56,7 @@ bool OpeningImport::fieldsAreMapped() {
        {Balance, kind_.balanceNotMapped}}};
   for (const auto& [field, message] : mandatory) {
     if (screen_.firstEmptyCell(field)) {
-      module_.hostService().messageBox(message, styleOk);
+      show(message, styleOk);
       return false;
     }
   }
@@ -66,7 +84,8 @@ std::optional<Date> OpeningImport::documentDate(std::size_t row, std::string_vie
   if (text.empty()) return Date{transDate_.days - 1};
   const std::optional<DateReading> reading = readDate(text, currentYear_);
   if (!reading) {
-    reject("Invalid Date(" + joined(text, kind_.forParty).append(code));
+    if (kind_.invalidDate.empty()) throw RuntimeError(ErrorNumber::TypeMismatch);
+    reject(joined(kind_.invalidDate, text).append(kind_.forParty).append(code));
     return std::nullopt;
   }
   const Date date = dateFromCivil(civilFromDate(reading->date));  // without a time of day

@@ -2,11 +2,12 @@
 // a customer or vendor, followed by an opening-balance entry.
 //
 // Fields by position in the mapping list: 0 code, 2 reference, 3 date, 4 bill amount, 5 balance.
-// The name (1) and the document type (6) are not read: the sign of the bill amount decides the
-// document.
+// The name (1) and the customers' document type (6) are not read: the sign of the bill amount
+// decides the document.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,18 +18,26 @@
 
 namespace velk {
 
-/// What an import of one kind says and calls.
+/// What an import of one kind says and calls, and how it ends.
 struct OpeningImportKind {
   std::string_view idNotMapped;       ///< refusal of the run: a record without a code
   std::string_view billNotMapped;     ///< ... without a bill amount
   std::string_view balanceNotMapped;  ///< ... without a balance
   std::string_view existsQuery;       ///< up to the code; the closing quote follows it
   std::string_view unknownParty;      ///< log line, the code follows
-  std::string_view forParty;          ///< end of log lines about a date, the code follows
-  std::string_view balanceTooBig;     ///< log line, the code follows
-  std::string_view debitNote;         ///< procedure for a bill amount above 0
-  std::string_view creditNote;        ///< ... below 0
-  std::string_view openingBalance;    ///< procedure for the account
+  /// Log line, the cell's text follows. Empty: a date that can't be read ends the run, as error 13.
+  std::string_view invalidDate;
+  std::string_view forParty;        ///< end of log lines about a date, the code follows
+  std::string_view balanceTooBig;   ///< log line, the code follows
+  std::string_view debitNote;       ///< procedure for a bill amount above 0
+  std::string_view creditNote;      ///< ... below 0
+  std::string_view openingBalance;  ///< procedure for the account
+  /// Refusals of the run and the closing message are shown by the platform, not by the host.
+  bool showsPlainly = false;
+  bool refusalKeepsScreen = false;  ///< a refused run leaves the screen as it is
+  std::string_view completed;       ///< said after every full pass; empty: nothing
+  std::string_view checkTheLog;     ///< the closing message when a record was logged
+  bool namesTheLog = false;         ///< the log's path follows it
 };
 
 /// One run on one screen. Errors that no step traps leave `cmdImport_Click` and end the run: what
@@ -58,6 +67,8 @@ class OpeningImport {
   };
 
   bool fieldsAreMapped();
+  void sayCompleted();
+  void show(std::string_view message, std::int32_t style);
   void importRecord(std::size_t row);
   std::optional<Date> documentDate(std::size_t row, std::string_view code);
   void post(const Note& note);

@@ -52,6 +52,25 @@ TEST_CASE("the steps of setting up, in order") {
                         "Document Type"});
 }
 
+TEST_CASE("what the vendor screen does differently") {
+  TestWorld world;
+  const auto screen = world.open(&Velk_ClsOpnImp::ImportVendorOpening);
+  CHECK(world.events ==
+        Texts{"3 Velk_frmVenOpn_OpnImp", "2/Vorel/Label/Not Yet", "1 Velk_frmVenOpn_OpnImp true"});
+  CHECK(screen->text("Caption") == "Import VendorOpening");
+  CHECK(screen->mappingList.name() == "lstVen");
+  world.view(*screen, "vendor id,Vendor Name,Reference,Date,Bill Amount,Balance\r\n1,,3,4,5,6");
+  CHECK(rowsOf(screen->mappingList) ==
+        Texts{"vendor id*|Vendor Name*|Reference*|Date*|Bill Amount*|Balance*", "1||3|4|5|6"});
+  screen->mappingList.userColumnClick(0);
+  for (const std::size_t field : {1U, 3U}) {
+    screen->lv.userColumnClick(1);
+    screen->mappingList.userColumnClick(field);
+  }
+  CHECK(world.messages == Texts{"host 0: You have to select from Vendor list",
+                                "host 0: The Field contains Null Value.So Cannot be mapped"});
+}
+
 TEST_CASE("a set-up that fails is logged and goes no further") {
   for (const std::string& key : {"Customer Name"s, "Not Yet"s, ""s}) {
     CAPTURE(key);

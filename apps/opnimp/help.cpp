@@ -6,7 +6,7 @@ namespace velk {
 
 namespace {
 
-constexpr std::string_view usage = R"(opnimp imports opening balances from comma-separated files.
+constexpr std::string_view usage = R"(opnimp imports opening data from comma-separated files.
 
   opnimp import KIND FILE       post the file's records to the database
   opnimp preview KIND FILE      show the columns, what maps to what, and the first rows;

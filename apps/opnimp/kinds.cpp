@@ -4,6 +4,7 @@
 #include <array>
 
 #include "opening/customer_opening.h"
+#include "opening/vendor_opening.h"
 
 namespace velk {
 
@@ -18,9 +19,11 @@ constexpr std::size_t openingLargestCount = 32766;
 }  // namespace
 
 std::span<const ImportKind> importKinds() {
-  static const std::array<ImportKind, 1> kinds{{
+  static const std::array<ImportKind, 2> kinds{{
       {"customer-opening", "opening balances of customers", &Velk_ClsOpnImp::ImportCustomerOpening,
        &customerOpening, openingFields, openingMandatory, openingLargestCount},
+      {"vendor-opening", "opening balances of vendors", &Velk_ClsOpnImp::ImportVendorOpening,
+       &vendorOpening, openingFields, openingMandatory, openingLargestCount},
   }};
   return kinds;
 }

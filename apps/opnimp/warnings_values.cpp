@@ -9,10 +9,14 @@ namespace velk {
 
 namespace {
 
-void warnOfDate(const std::string& cell, std::size_t line, int currentYear, Warnings& warnings) {
+void warnOfDate(const std::string& cell, std::size_t line, bool endsRun, int currentYear,
+                Warnings& warnings) {
   const std::optional<DateReading> reading = readDate(cell, currentYear);
-  if (!reading) return;  // the import says so itself
-  if (reading->order == DateOrder::MonthDayYear) {
+  if (!reading) {  // where it ends no run, the import says so itself
+    if (!endsRun || cell.empty()) return;
+    warnings.add("date-unreadable",
+                 "A date cannot be read: the import stops at this record. Correct it first.", line);
+  } else if (reading->order == DateOrder::MonthDayYear) {
     warnings.add("date-month-first",
                  "A date makes sense only with the month first. Dates are read day first: if the "
                  "file has the month first, those that read both ways are taken wrongly.",
@@ -37,7 +41,8 @@ void warnOfValues(const InputRecords& input, const ImportKind& kind,
       const auto issue = checkAmount(mappedCell(fields, mapping, amount));
       if (issue) warnings.add(issue->code, issue->text, line);
     }
-    warnOfDate(mappedCell(fields, mapping, kind.fields.date), line, currentYear, warnings);
+    warnOfDate(mappedCell(fields, mapping, kind.fields.date), line,
+               kind.opening->invalidDate.empty(), currentYear, warnings);
   }
 }
 

@@ -33,8 +33,7 @@ Ran RunnerWorld::run(std::vector<std::string> args) {
 }
 
 Ran RunnerWorld::import(const std::string& file, std::vector<std::string> more) {
-  std::vector<std::string> args{"import", "customer-opening", file, "--app-folder",
-                                folder.path("")};
+  std::vector<std::string> args{"import", kind, file, "--app-folder", folder.path("")};
   if (std::ranges::find(more, "--database") == more.end()) {
     args.insert(args.end(), {"--database", database()});
   }

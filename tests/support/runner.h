@@ -31,6 +31,7 @@ class RunnerWorld {
   TemporaryFolder folder;
   Machine machine = realMachine();  ///< its clock stands in 2008
   bool terminal = false;
+  std::string kind = "customer-opening";  ///< of the files that are imported
 
   RunnerWorld();
 

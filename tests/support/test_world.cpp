@@ -1,7 +1,5 @@
 #include "tests/support/test_world.h"
 
-#include "component/Velk_ClsOpnImp.h"
-
 namespace velk {
 
 namespace {
@@ -49,6 +47,7 @@ TestWorld::TestWorld()
   database->answerRows("Select * From ColorSettings", {});
   database->answerRows("SELECT TOP 1 OpeningDate FROM Setup", {{dateFromCivil({2008, 4, 1})}});
   database->answerRows("select count(*) from Customer where CustomerID=N'", {{1}});
+  database->answerRows("select count(*) from Vendors where VendorID='", {{1}});
 }
 
 void TestWorld::record(const Message& m) {
@@ -57,12 +56,18 @@ void TestWorld::record(const Message& m) {
   if (onMessage) onMessage();
 }
 
-std::shared_ptr<Velk_frmCustOpn_OpnImp> TestWorld::openCustomerScreen() {
-  Velk_ClsOpnImp(module).ImportCustomerOpening(database, nullptr);
-  return std::dynamic_pointer_cast<Velk_frmCustOpn_OpnImp>(shell.open().back());
+std::shared_ptr<ImportScreen> TestWorld::open(EntryPoint entry) {
+  Velk_ClsOpnImp component(module);
+  (component.*entry)(database, nullptr);
+  return std::dynamic_pointer_cast<ImportScreen>(shell.open().back());
 }
 
-void TestWorld::view(Velk_frmCustOpn_OpnImp& screen, std::string_view content) {
+std::shared_ptr<Velk_frmCustOpn_OpnImp> TestWorld::openCustomerScreen() {
+  return std::dynamic_pointer_cast<Velk_frmCustOpn_OpnImp>(
+      open(&Velk_ClsOpnImp::ImportCustomerOpening));
+}
+
+void TestWorld::view(ImportScreen& screen, std::string_view content) {
   files.contents["in.csv"] = content;
   desktop.chooseFile("in.csv");
   screen.CmdBrowse.userClick();

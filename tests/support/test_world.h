@@ -1,4 +1,4 @@
-// A desktop, a host, files and a database in memory, and the customer screen on top of them.
+// A desktop, a host, files and a database in memory, and import screens on top of them.
 #pragma once
 
 #include <array>
@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "component/Velk_ClsOpnImp.h"
 #include "mapping/Velk_frmCustOpn_OpnImp.h"
 #include "platform/headless/headless.h"
 #include "shared/Velk_ModOpnImp.h"
@@ -70,14 +71,16 @@ struct TestWorld {
   HeadlessDesktop desktop;  ///< in "/app", in 2008
   HeadlessShell shell;
   std::shared_ptr<RecordingHost> host;
-  /// Knows every customer; the first transaction date is 1 April 2008.
+  /// Knows every customer and vendor; the first transaction date is 1 April 2008.
   std::shared_ptr<FakeConnection> database = std::make_shared<FakeConnection>();
   Velk_ModOpnImp module;
 
-  /// The customer screen, opened as the host opens it.
+  /// A screen, opened as the host opens it.
+  using EntryPoint = decltype(&Velk_ClsOpnImp::ImportCustomerOpening);
+  std::shared_ptr<ImportScreen> open(EntryPoint entry);
   std::shared_ptr<Velk_frmCustOpn_OpnImp> openCustomerScreen();
   /// The user browses to a file of this content and views it.
-  void view(Velk_frmCustOpn_OpnImp& screen, std::string_view content);
+  void view(ImportScreen& screen, std::string_view content);
 
   std::string logPath() const;
   /// The whole error log with "\n" for line ends; empty when there is none.

@@ -1,0 +1,34 @@
+#include "opening/Velk_frmVenOpn_OpnImp.h"
+
+#include <array>
+
+namespace velk {
+
+namespace {
+
+constexpr std::array<TargetField, 6> fields{{
+    {"Vendor ID", 1500, "vendor id", true},
+    {"Vendor Name", 2700, "vendor name", true},
+    {"Reference", 1500, "reference", false},
+    {"Date", 1300, "date", false},
+    {"Bill Amount", 1500, "bill amount", true},
+    {"Balance", 1500, "balance", true},
+}};
+
+constexpr OpeningScreenKind kind{
+    .name = "Velk_frmVenOpn_OpnImp",
+    .caption = "Import VendorOpening",  // no blank inside, intended
+    .mappingListName = "lstVen",
+    .fields = fields,
+    .rules = openingRules("You have to select from Vendor list",
+                          "The Field contains Null Value.So Cannot be mapped"),
+    .secondTitleKey = "",
+    .hiddenField = std::nullopt,
+};
+
+}  // namespace
+
+Velk_frmVenOpn_OpnImp::Velk_frmVenOpn_OpnImp(Velk_ModOpnImp& module, ImportRoutine import)
+    : OpeningScreen(module, kind, import) {}
+
+}  // namespace velk

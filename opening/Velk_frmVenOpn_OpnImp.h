@@ -1,0 +1,15 @@
+// The vendor opening balance screen.
+#pragma once
+
+#include "mapping/opening_screen.h"
+
+namespace velk {
+
+class Velk_frmVenOpn_OpnImp final : public OpeningScreen {
+ public:
+  Velk_frmVenOpn_OpnImp(Velk_ModOpnImp& module, ImportRoutine import);
+
+  ListView& lstVen = mappingList;
+};
+
+}  // namespace velk
