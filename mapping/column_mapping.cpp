@@ -1,4 +1,5 @@
-// Mapping file columns to fields, by clicks on the headers of both lists, and unmapping them.
+// Mapping file columns to fields, by their names and by clicks on the headers of both lists, and
+// unmapping them.
 #include <utility>
 
 #include "mapping/import_screen.h"
@@ -28,6 +29,31 @@ void ImportScreen::mapColumn(std::size_t fileColumn, std::size_t field) {
   mappingList.setCell(mappingRow, field, lv.title(fileColumn), true);
 }
 
+void ImportScreen::mapIdenticalNames() {
+  module_.trapWithLine("Error in Mapping Identical Fields", [this] {
+    rebuildMappingList(rules_.firstCell.afterAutomaticMapping,
+                       static_cast<std::size_t>(recordCount_));
+    for (std::size_t column = 0; column < lv.columnCount(); ++column) mapIfNamed(column);
+  });
+}
+
+std::string ImportScreen::nameOf(std::size_t fileColumn) const {
+  const std::string_view title = trim(lv.title(fileColumn));
+  return lowerAscii(
+      rules_.translatesTitles ? module_.hostService().captionText("Vorel", "Label", title) : title);
+}
+
+void ImportScreen::mapIfNamed(std::size_t fileColumn) {
+  const std::string name = nameOf(fileColumn);
+  const bool lacksFirstValue = lv.rowCount() > 0 && lv.cell(1, fileColumn).empty();
+  for (std::size_t field = 0; field < fields_.size(); ++field) {
+    const TargetField& f = fields_[field];
+    if (f.automaticName.empty() || name != f.automaticName) continue;
+    if (f.needsFirstValue && lacksFirstValue) continue;
+    mapColumn(fileColumn, field);
+  }
+}
+
 void ImportScreen::lv_ColumnClick(std::size_t column) {
   trapRoutine("lv_ColumnClick", [&] {
     lv.title(column);  // a header that does not exist selects nothing
@@ -48,7 +74,7 @@ void ImportScreen::mapSelectedColumn(std::size_t clicked) {
   }
   selection_ = Selection::Used;
   const std::size_t field = fieldTitled(mappingList.title(clicked));
-  if (needsValues(field) && lv.hasEmptyCell(selectedColumn_)) {
+  if (fields_[field].needsValues && lv.hasEmptyCell(selectedColumn_)) {
     module_.hostService().messageBox(rules_.hasEmptyValue, styleOk);
     return;
   }

@@ -31,7 +31,7 @@ void ImportScreen::cmdview_Click() {
   const WaitCursor wait(desktop());
   trapRoutine("cmdview_Click", [this] {
     forgetFile();
-    loadPreview();
+    if (!loadPreview()) return;
     mapIdenticalNames();
     cmdImport.setEnabled(true);
   });
@@ -46,7 +46,7 @@ void ImportScreen::forgetFile() {
   selection_ = Selection::None;
 }
 
-void ImportScreen::loadPreview() {
+bool ImportScreen::loadPreview() {
   std::vector<RuntimeError> unquoteFailures;
   const CsvTable table =
       readCsvTable(module_.ReadFileText(TxtFileName.value()),
@@ -60,6 +60,7 @@ void ImportScreen::loadPreview() {
   storeRecordCount(table.nonEmptyLines);
   // Only now: a file with too many records may have a million of them.
   for (const RuntimeError& error : unquoteFailures) module_.logTrapped("", error);
+  return true;
 }
 
 // `lines` are those that are not empty; the header line is one of them.

@@ -53,6 +53,23 @@ void ImportScreen::bindEvents() {
 
 // Set-up
 
+void ImportScreen::initForm(std::shared_ptr<Connection> myConn,
+                            std::shared_ptr<const Picture> AppIcon) {
+  trapRoutine("initForm", [&] {
+    module_.hostService().screenStarting(*this);
+    setIcon(std::move(AppIcon));
+    setUp(std::move(myConn));
+    module_.hostService().screenReady(*this, true);
+  });
+  acceptEvents();
+}
+
+void ImportScreen::setFields(std::span<const TargetField> fields) {
+  fields_ = fields;
+  mappingList.clearColumns();
+  for (const TargetField& field : fields) mappingList.addColumn(field.title, field.width);
+}
+
 void ImportScreen::keepConnection(std::shared_ptr<Connection> myConn) {
   connection_ = myConn != nullptr ? std::move(myConn) : std::make_shared<ClosedConnection>();
   command_ = connection_->newCommand();
@@ -98,9 +115,10 @@ void ImportScreen::Form_KeyDown(std::int16_t KeyCode, std::int16_t Shift) {
 
 void ImportScreen::Form_Resize() {
   trapRoutine("Form_Resize", [this] {
-    if (windowState() == WindowState::Minimised) return;
+    const WindowState state = windowState();
+    if (state == WindowState::Minimised) return;
     set("WindowState", static_cast<std::int32_t>(WindowState::Normal));
-    setBounds(fixedBounds);
+    setBounds(keptBounds(state));
   });
 }
 
@@ -135,13 +153,16 @@ void ImportScreen::leaveRows() {
   posting_ = false;
 }
 
+std::string ImportScreen::stopText(const RuntimeError& error) const {
+  if (!posting_) return error.description();
+  const std::string where =
+      currentRow_ == 0 ? "its end" : "record " + std::to_string(currentRow_ - mappingRow);
+  return "The import stopped at " + where + ": " + error.description() + std::string(alreadyPosted);
+}
+
 void ImportScreen::eventFailed(const RuntimeError& error) noexcept {
   try {
-    std::string text = error.description();
-    if (posting_) {
-      text = "The import stopped at record " + std::to_string(currentRow_ - mappingRow) + ": " +
-             text + std::string(alreadyPosted);
-    }
+    const std::string text = stopText(error);
     module_.LogError(text, std::to_string(error.number()));
     desktop().messageBox(text, styleCritical);
   } catch (...) {

@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -48,6 +49,10 @@ class ImportScreen : public Form {
   Menu test;
   Menu subclr;
 
+  /// Sets the screen up and shows it, modeless. Errors are logged; what was done before one stays.
+  /// Without a connection every query of the screen fails; without an icon it has the default one.
+  void initForm(std::shared_ptr<Connection> myConn, std::shared_ptr<const Picture> AppIcon);
+
   Velk_ModOpnImp& module() const { return module_; }
   Desktop& desktop() const { return module_.desktop(); }
   Connection& connection() const { return *connection_; }
@@ -64,7 +69,8 @@ class ImportScreen : public Form {
   /// none.
   std::optional<std::size_t> firstEmptyCell(std::size_t field);
   /// Runs `record` for each data row in order, the row being the current one. An error that leaves
-  /// it keeps the current row, so that the user can be told where the import stopped.
+  /// it keeps the current row, so that the user can be told where the import stopped; one that
+  /// comes behind it, in the same run, stopped the import at its end.
   template <class Record>
   void forEachRecord(Record&& record) {
     const std::size_t last = lastDataRow();
@@ -73,7 +79,7 @@ class ImportScreen : public Form {
       posting_ = true;
       record(row);
     }
-    leaveRows();
+    currentRow_ = 0;
   }
 
   /// How the message of a run that stopped at a record ends.
@@ -97,14 +103,19 @@ class ImportScreen : public Form {
   void paint() { Velk_ModOpnImp::SetColors(*this, backColors_, foreColors_); }
   /// Keeps the host's caption for "Not Yet".
   void loadNotYetCaption();
+  /// Gives the mapping list these columns; they outlive the screen.
+  void setFields(std::span<const TargetField> fields);
+  std::span<const TargetField> fields() const { return fields_; }
 
   // The steps that screens have on their own
+  /// The steps of initForm between the host's two hooks.
+  virtual void setUp(std::shared_ptr<Connection> myConn) = 0;
   /// Sets title, filter and the like of CommonDialog1 before it is shown.
   virtual void setUpDialog() = 0;
-  /// Maps the file columns whose names are those of fields.
-  virtual void mapIdenticalNames() = 0;
-  /// Whether a field refuses, by hand, a file column that has an empty value.
-  virtual bool needsValues(std::size_t field) const = 0;
+  /// Fills the preview from the file named in TxtFileName. False: what is shown can't be imported.
+  virtual bool loadPreview();
+  /// Where a window goes that was resized, or found maximised.
+  virtual Bounds keptBounds(WindowState /*state*/) { return fixedBounds; }
   /// The Import button.
   virtual void cmdImport_Click() = 0;
 
@@ -120,25 +131,31 @@ class ImportScreen : public Form {
   void Form_Resize() override;
   void eventFailed(const RuntimeError& error) noexcept override;
 
+  /// What the user is told of an error that ended an import: where, and what that means.
+  std::string stopText(const RuntimeError& error) const;
+
   /// Runs a handler under the trap that logs its screen and routine.
   template <class Routine>
   bool trapRoutine(std::string_view routine, Routine&& body) {
     return module_.trap(name() + " : " + std::string(routine) + " - ", body);
   }
 
-  /// Removes all rows of the mapping list and adds the mapping row and `dataRows` empty rows.
-  void rebuildMappingList(bool notYetInFirstCell, std::size_t dataRows);
-  /// Shows a file column's values under a field, and its title in bold in the mapping row.
-  void mapColumn(std::size_t fileColumn, std::size_t field);
-  const MappingRules& rules() const { return rules_; }
+  /// Empties the preview, and what the screen remembers of the file.
+  void forgetFile();
 
  private:
   enum class Selection { None, Used, FileColumn };
 
   void bindEvents();
-  void forgetFile();
-  void loadPreview();
   void storeRecordCount(std::size_t lines);
+  /// Removes all rows of the mapping list and adds the mapping row and `dataRows` empty rows.
+  void rebuildMappingList(bool notYetInFirstCell, std::size_t dataRows);
+  /// Shows a file column's values under a field, and its title in bold in the mapping row.
+  void mapColumn(std::size_t fileColumn, std::size_t field);
+  /// Maps the file columns whose names are those of fields.
+  void mapIdenticalNames();
+  void mapIfNamed(std::size_t fileColumn);
+  std::string nameOf(std::size_t fileColumn) const;
   void writeNotYet(std::size_t field);
   std::size_t fieldTitled(std::string_view title) const;
   void mapSelectedColumn(std::size_t clicked);
@@ -146,6 +163,7 @@ class ImportScreen : public Form {
 
   Velk_ModOpnImp& module_;
   const MappingRules& rules_;
+  std::span<const TargetField> fields_;
   std::shared_ptr<Connection> connection_;
   std::unique_ptr<Command> command_;
   std::string notYet_;

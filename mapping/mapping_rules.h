@@ -15,6 +15,8 @@ struct TargetField {
   std::string_view automaticName;
   /// A file column with an empty value can't be mapped to it by hand.
   bool needsValues = false;
+  /// A file column without a value in the first record is not mapped to it by its name.
+  bool needsFirstValue = false;
 };
 
 /// Where the "Not Yet" caption stands in the first cell of the mapping row. The further cells
@@ -27,6 +29,7 @@ struct FirstCell {
 struct MappingRules {
   std::string_view selectFirst;    ///< refusal: no file column was clicked before the field
   std::string_view hasEmptyValue;  ///< refusal: the field needs values and the column lacks one
+  bool translatesTitles = false;   ///< a file column's name is the host's caption for its title
   FirstCell firstCell;
   /// Stands behind the "Not Yet" caption in every cell of the mapping row but the first.
   std::string_view furtherCellSuffix;

@@ -34,19 +34,12 @@ class OpeningScreen : public ImportScreen {
   /// `kind` outlives the screen.
   OpeningScreen(Velk_ModOpnImp& module, const OpeningScreenKind& kind, ImportRoutine import);
 
-  /// Sets the screen up and shows it, modeless. Errors are logged; what was done before one stays.
-  /// Without a connection every query of the screen fails; without an icon it has the default one.
-  void initForm(std::shared_ptr<Connection> myConn, std::shared_ptr<const Picture> AppIcon);
-
  protected:
+  void setUp(std::shared_ptr<Connection> myConn) override;
   void setUpDialog() override;
-  void mapIdenticalNames() override;
-  bool needsValues(std::size_t field) const override { return kind_.fields[field].needsValues; }
   void cmdImport_Click() override { import_(*this); }
 
  private:
-  void mapIfNamed(std::size_t fileColumn);
-
   const OpeningScreenKind& kind_;
   ImportRoutine import_;
 };
@@ -55,6 +48,7 @@ class OpeningScreen : public ImportScreen {
 constexpr MappingRules openingRules(std::string_view selectFirst, std::string_view hasEmptyValue) {
   return {.selectFirst = selectFirst,
           .hasEmptyValue = hasEmptyValue,
+          .translatesTitles = true,
           .firstCell = {.afterBrowse = false, .afterAutomaticMapping = false},
           .furtherCellSuffix = "",
           .largestRecordCount = std::numeric_limits<std::int16_t>::max()};

@@ -13,6 +13,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/errors.h"
@@ -119,6 +120,9 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   void focus(Control& control) const { observer().focusMoved(control); }
 
  protected:
+  /// Puts the form's controls, all of them, into another order than that of their declaration.
+  void arrange(std::vector<Control*> controls) { controls_ = std::move(controls); }
+
   /// From now on events reach their handlers. A close that came before is carried out.
   void acceptEvents();
 
@@ -147,7 +151,7 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
 
 /// What all controls share. Properties of every control: Name, Enabled, Visible, Left, Top, Width,
 /// Height. Controls are members of their form and register with it in the order of declaration,
-/// which is also the tab order.
+/// which is also the tab order unless the form arranges them.
 class Control : public PropertyBag {
  public:
   virtual std::string_view typeName() const = 0;
