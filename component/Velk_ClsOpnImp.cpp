@@ -1,6 +1,7 @@
 #include "component/Velk_ClsOpnImp.h"
 
 #include "mapping/Velk_frmCustOpn_OpnImp.h"
+#include "masters/Velk_frmBankBranch_OpnImp.h"
 #include "opening/Velk_frmVenOpn_OpnImp.h"
 #include "opening/customer_opening.h"
 #include "opening/vendor_opening.h"
@@ -16,6 +17,11 @@ void Velk_ClsOpnImp::ImportCustomerOpening(const std::shared_ptr<Connection>& my
 void Velk_ClsOpnImp::ImportVendorOpening(const std::shared_ptr<Connection>& myConn,
                                          const std::shared_ptr<const Picture>& AppIcon) {
   std::make_shared<Velk_frmVenOpn_OpnImp>(module_, importVendorOpening)->initForm(myConn, AppIcon);
+}
+
+void Velk_ClsOpnImp::ImportBankBranchOpening(const std::shared_ptr<Connection>& myConn,
+                                             const std::shared_ptr<const Picture>& AppIcon) {
+  std::make_shared<Velk_frmBankBranch_OpnImp>(module_)->initForm(myConn, AppIcon);
 }
 
 }  // namespace velk

@@ -22,6 +22,9 @@ class Velk_ClsOpnImp {
   /// Vendor opening balances.
   void ImportVendorOpening(const std::shared_ptr<Connection>& myConn,
                            const std::shared_ptr<const Picture>& AppIcon);
+  /// Master data: banks and branches, vendors, salesmen.
+  void ImportBankBranchOpening(const std::shared_ptr<Connection>& myConn,
+                               const std::shared_ptr<const Picture>& AppIcon);
 
   // The record reader; see RecordReader for what each does.
   const std::string& FileName() const { return reader_.FileName(); }

@@ -40,15 +40,6 @@ const Party vendor{"Vendor",
                    true};
 const Party* const parties[] = {&customer, &vendor};
 
-/// A call as one line: its name, then type and value of each parameter.
-std::string described(const FakeCall& call) {
-  std::string text = call.text;
-  for (const FakeParameter& p : call.parameters) {
-    text += "; " + std::to_string(p.type) + " " + toText(p.value);
-  }
-  return text;
-}
-
 struct Run {
   const Party& party;
   TestWorld world;
@@ -71,13 +62,7 @@ struct Run {
             "sp_acc_import_" + party.lower + "openingbalance; 200 " + code + "; 5 " +
                 (kind == "Credit" ? "-" : "") + balance};
   }
-  Texts posted() const {
-    Texts found;
-    for (const FakeCall& call : world.database->calls) {
-      if (call.kind == CommandType::StoredProcedure) found.push_back(described(call));
-    }
-    return found;
-  }
+  Texts posted() const { return world.database->procedureCalls(); }
   /// What a full pass says.
   Texts closing(bool logged) const {
     Texts texts = party.completed;
@@ -257,6 +242,15 @@ TEST_CASE("an error that no step traps ends the run where it is") {
   run.screen->CmdBrowse.userClick();  // the list's records are gone, their count is not
   CHECK(run.screen->cmdImport.userClick() == EventResult::Failed);
   CHECK(run.world.messages.back() == "box 16: Index out of bounds");
+}
+
+TEST_CASE("an error behind the last record says that the records are posted") {
+  Run run(vendor);
+  run.world.host->failingKey = "Import Successfull";
+  CHECK(run.import("A,,,1,1") == EventResult::Failed);
+  CHECK(run.world.messages == Texts{"box 16: The import stopped at its end: ActiveX component "
+                                    "can't create object. Records before it are posted; importing "
+                                    "this file again would post them twice."});
 }
 
 TEST_CASE("what the user does while a message is open waits or is dropped") {

@@ -32,6 +32,15 @@ struct FakeCall {
   std::int32_t options = defaultOptions;
 };
 
+/// A call as one line: its name, then type and value of each parameter.
+inline std::string described(const FakeCall& call) {
+  std::string text = call.text;
+  for (const FakeParameter& p : call.parameters) {
+    text += "; " + std::to_string(p.type) + " " + toText(p.value);
+  }
+  return text;
+}
+
 class FakeConnection final : public Connection {
  public:
   std::vector<FakeCall> calls;
@@ -40,6 +49,15 @@ class FakeConnection final : public Connection {
   int nextResults = 0;                          ///< calls of NextRecordset
   int liveCommands = 0;                         ///< commands not released
   bool nextFails = false;                       ///< NextRecordset raises error 5
+
+  /// The procedure calls so far, described.
+  std::vector<std::string> procedureCalls() const {
+    std::vector<std::string> found;
+    for (const FakeCall& call : calls) {
+      if (call.kind == CommandType::StoredProcedure) found.push_back(described(call));
+    }
+    return found;
+  }
 
   /// What calls get whose text starts so (the longest start counts); all others one closed result.
   std::map<std::string, FakeResults> answers;

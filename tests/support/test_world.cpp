@@ -12,12 +12,14 @@ struct RecordingMainWindow final : HostMainWindow {
 
 }  // namespace
 
+void RecordingHost::checkKey(std::string_view key) const {
+  if (!failingKey.empty() && key == failingKey) throw RuntimeError(ErrorNumber::CannotCreateObject);
+}
+
 std::string RecordingHost::look(const char* slot, const std::array<std::string_view, 3>& keys) {
   std::string& event = events_.emplace_back(slot);
   for (const std::string_view key : keys) event.append("/").append(key);
-  if (!failingKey.empty() && keys[2] == failingKey) {
-    throw RuntimeError(ErrorNumber::CannotCreateObject);
-  }
+  checkKey(keys[2]);
   const auto found = captions.find(keys[2]);
   return found == captions.end() ? std::string(keys[2]) : found->second;
 }

@@ -26,7 +26,7 @@ class RecordingHost final : public HostService {
       : events_(events), messages_(std::move(messages)) {}
 
   std::map<std::string, std::string, std::less<>> captions;  ///< those that differ from their key
-  std::string failingKey;                                    ///< looking it up is error 429
+  std::string failingKey;  ///< looking it up, or preparing that message, is error 429
   std::function<void(Form&)> onReady;
   bool hasMainWindow = false;
 
@@ -48,11 +48,13 @@ class RecordingHost final : public HostService {
     return HeadlessHostService(messages_).messageBox(prompt, style, caption);
   }
   std::string messageText(std::string_view text, std::span<const Value>) override {
+    checkKey(text);
     return std::string(text);
   }
   std::shared_ptr<HostMainWindow> mainWindow() override;
 
  private:
+  void checkKey(std::string_view key) const;
   std::string look(const char* slot, const std::array<std::string_view, 3>& keys);
   Texts& events_;
   MessageHandler messages_;

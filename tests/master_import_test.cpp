@@ -1,0 +1,183 @@
+// Banks, branches and vendors from files.
+#include "masters/Velk_frmBankBranch_OpnImp.h"
+#include "tests/support/test_world.h"
+
+namespace velk {
+namespace {
+
+constexpr int banks = 0;
+constexpr int vendors = 1;
+const std::string titles[] = {
+    "Bank Code,Bank Name,Branch Code,Branch Name\r\n",
+    "Vendor Code,Vendor Name,Address,Phone,Contact Person,Locality,Sale Type,TNGST,CST,Pan "
+    "Number\r\n"};
+const std::string completed = "host 64: Import Successfull";
+
+struct Run {
+  TestWorld world;
+  std::shared_ptr<ImportScreen> screen = world.open(&Velk_ClsOpnImp::ImportBankBranchOpening);
+
+  Run(int type, const std::string& content) {
+    dynamic_cast<Velk_frmBankBranch_OpnImp&>(*screen).cboType.userChoose(type);
+    world.view(*screen, content);
+    world.database->calls.clear();
+  }
+  EventResult import() { return screen->cmdImport.userClick(); }
+  Texts posted() const { return world.database->procedureCalls(); }
+};
+
+TEST_CASE("banks and branches as they are posted") {
+  const struct {
+    std::string record;
+    Texts posted;
+  } rows[] = {
+      {"B1,Bank,R1,Branch",
+       {"sp_insert_BankMaster; 200 B1; 200 Bank", "sp_insert_branch; 200 R1; 200 Branch; 200 B1"}},
+      {"O'B,'',R's, x ",
+       {"sp_insert_BankMaster; 200 O''B; 200 ''''", "sp_insert_branch; 200 R's; 200 x; 200 O'B"}},
+      {"\"\"\"A\"\"\"\"B\"\"\",\" b \",\"\"\" r \"\"\", ",
+       {"sp_insert_BankMaster; 200 A\"B; 200 b", "sp_insert_branch; 200 r; 200 ; 200 A\"B"}},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.record);
+    Run run(banks, titles[banks] + row.record);
+    CHECK(run.import() == EventResult::Handled);
+    CHECK(run.posted() == row.posted);
+    CHECK(run.world.messages == Texts{completed});
+    CHECK(run.world.log().empty());
+  }
+}
+
+TEST_CASE("vendors as they are posted") {
+  const struct {
+    std::string locality, saleType, codes;
+  } rows[] = {{"", "", "1 2"},
+              {"Out Station", "first sales", "2 1"},
+              {"outstation", "FirstSales", "2 1"},
+              {" OUTSTATION ", " FIRST SALES ", "2 1"},
+              {"OUTSTATION.", "FIRST  SALES", "1 2"},
+              {"Local", "second", "1 2"}};
+  for (const auto& row : rows) {
+    CAPTURE(row.locality);
+    Run run(vendors, titles[vendors] + "V'1, Name ,adr,tel,who," + row.locality + "," +
+                         row.saleType + ",tn,cs,pan");
+    CHECK(run.import() == EventResult::Handled);
+    const std::string locality = row.codes.substr(0, 1), saleType = row.codes.substr(2);
+    CHECK(run.posted() ==
+          Texts{"sp_insert_Vendors; 200 V'1; 200 Name; 200 who; 200 adr; 3 0; 3 0; 3 0; 3 0; 200 ; "
+                "200 tel; 200 ; 200 V'1; 3 " +
+                    locality + "; 200 ; 200 ; 3 " + saleType +
+                    "; 200 tn; 200 cs; 200 ; 3 0; 200 ; 200 pan",
+                "sp_acc_importvendor; 200 Name; 200 V'1"});
+  }
+  Run run(vendors, titles[vendors] + "V1,Name,,,,,,,,");
+  run.import();
+  CHECK(run.posted().at(0).ends_with("; 200 "));
+}
+
+TEST_CASE("what refuses a file before anything is posted, and leaves the screen as it is") {
+  const std::string wrong = "box 64: Incorrect file format";
+  const auto mandatory = [](const char* field) {
+    return std::string("host 64: ") + field + " is Mandatory.Its not been Mapped";
+  };
+  const struct {
+    int type;
+    std::string content, message;
+  } rows[] = {
+      {banks, "Bank Code,Bank Name,Branch Code\r\n1,2,3", wrong},
+      {banks, titles[banks].substr(0, 43) + ",x\r\n1,2,3,4,5", wrong},
+      {banks, "Bank Code,Bank Name\rBranch Code,Branch Name\r\n1,2,3,4", wrong},
+      {banks, "\r\n1,2,3,4", wrong},
+      {banks, titles[banks] + "1,2,3,4\r\n,2,3,", mandatory("Bank Code")},
+      {banks, titles[banks] + "1,2,3,4\r\n1,,3,4", mandatory("Bank Name")},
+      {banks, titles[banks] + "1,2,3,4\r\n1,2,,", mandatory("Branch Code")},
+      {banks, titles[banks] + "1,2,3,", mandatory("Branch Name")},
+      {vendors, titles[banks] + "1,2,3,4", wrong},
+      {vendors, titles[vendors] + "1,2,,,,,,,,\r\n,2", mandatory("Vendor Code")},
+      {vendors, titles[vendors] + "1,2,,,,,,,,\r\n1", mandatory("Vendor Name")},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.content);
+    Run run(row.type, row.content);
+    const Texts before = rowsOf(run.screen->mappingList);
+    CHECK(run.import() == EventResult::Handled);
+    CHECK(run.world.messages == Texts{row.message});
+    CHECK(run.world.database->calls.empty());
+    CHECK(rowsOf(run.screen->mappingList) == before);
+    CHECK(run.screen->TxtFileName.value() == "in.csv");
+    CHECK(run.screen->cmdImport.enabled());
+    CHECK(run.screen->currentRow() == 0);
+    CHECK(run.world.files.open == 0);
+  }
+}
+
+TEST_CASE("a completed import empties the screen, records or none") {
+  for (const std::string records : {"", "1,2,3,4\r\n1,2,5,6"}) {
+    Run run(banks, titles[banks] + records);
+    run.import();
+    CHECK(run.posted().size() == (records.empty() ? 0 : 4));
+    CHECK(run.world.messages == Texts{completed});
+    CHECK(run.screen->TxtFileName.value().empty());
+    CHECK(run.screen->mappingList.rowCount() + run.screen->lv.columnCount() == 0);
+    CHECK(run.import() == EventResult::Dropped);
+  }
+}
+
+TEST_CASE("calls that fail are passed over") {
+  const std::string two = "1,2,3,4,5,6,7,8,9,0\r\n2,2,3,4,5,6,7,8,9,0";
+  const struct {
+    int type;
+    std::string records, failing;
+    std::size_t calls;
+  } rows[] = {{banks, "1,2,3,4\r\n5,6,7,8", "sp_insert_BankMaster", 4},
+              {banks, "1,2,3,4\r\n5,6,7,8", "sp_insert_branch", 4},
+              {vendors, two, "sp_insert_Vendors", 2},  // refused vendors get no account
+              {vendors, two, "sp_acc_importvendor", 4}};
+  for (const auto& row : rows) {
+    CAPTURE(row.failing);
+    Run run(row.type, titles[row.type] + row.records);
+    run.world.database->fail(row.failing, ErrorNumber::IntegrityViolation, "refused");
+    CHECK(run.import() == EventResult::Handled);
+    CHECK(run.posted().size() == row.calls);
+    CHECK(run.world.messages == Texts{completed});
+    CHECK(run.world.log() == "(-2147217873): refused\n(-2147217873): refused\n");
+  }
+}
+
+TEST_CASE("a file that changed between View and Import") {
+  const struct {
+    std::optional<std::string> content;
+    Texts messages;
+    std::size_t calls;
+  } rows[] = {
+      {std::nullopt, {"box 53: File not found", "box 64: Incorrect file format"}, 0},
+      {"a,b\r\n", {"box 64: Incorrect file format"}, 0},
+      {"", {completed}, 2},
+      {"a,b,c,d\r\n9,9,9,9", {completed}, 2},  // what was viewed is what is posted
+  };
+  for (const auto& row : rows) {
+    Run run(banks, titles[banks] + "1,2,3,4");
+    run.world.files.contents.erase("in.csv");
+    if (row.content) run.world.files.contents["in.csv"] = *row.content;
+    run.import();
+    CHECK(run.world.messages == row.messages);
+    CHECK(run.posted().size() == row.calls);
+  }
+}
+
+TEST_CASE("an unexpected error is shown, not logged, and says where the run stopped") {
+  Run run(banks, titles[banks] + "1,2,3,4\r\n5,6,7,8");
+  run.world.database->onCall = [&](const FakeCall& call) {
+    if (call.text == "sp_insert_branch") run.screen->mappingList.clearRows();
+  };
+  CHECK(run.import() == EventResult::Handled);
+  CHECK(run.world.messages ==
+        Texts{"box 16: The import stopped at record 2: Index out of bounds. Records before it are "
+              "posted; importing this file again would post them twice."});
+  CHECK(run.world.log().empty());
+  CHECK(run.screen->cmdImport.enabled());
+  CHECK(run.screen->currentRow() == 0);
+}
+
+}  // namespace
+}  // namespace velk
