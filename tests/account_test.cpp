@@ -96,6 +96,41 @@ TEST_CASE("an import that does anything else does not") {
   }
 }
 
+TEST_CASE("an account of master data") {
+  const auto differences = [](std::string_view kind, const std::vector<RecordedCall>& calls) {
+    const InputRecords input("a,b,c,d\r\n V1 ,\"\"\"N\"\"\",O'1,d\r\n");
+    const std::vector<FieldMapping> mapping{{"", 0, ""}, {"", 1, ""}, {"", 2, ""}, {"", 3, ""}};
+    Traces traces;
+    traces.records.resize(1);
+    for (const RecordedCall& call : calls) traces.records[0].calls.push_back(&call);
+    traces.records[0].outcome = outcomeOf(traces.records[0], "");
+    return drawUpAccount({*findKind(kind), input, mapping, traces, 1, true}).differenceCount;
+  };
+  const auto texts = [](std::vector<std::string> values) {
+    return std::vector<Value>(values.begin(), values.end());
+  };
+  const auto bank = Books::call(2, "sp_insert_BankMaster", texts({"V1", "N"}));
+  const auto branch = [&](const char* code) {
+    return Books::call(2, "sp_insert_branch", texts({"O'1", "d", code}));
+  };
+  CHECK(differences("bank-branch", {bank, branch("V1")}) == 0);
+  CHECK(differences("bank-branch", {bank, branch("V2")}) == 1);
+  CHECK(differences("bank-branch", {bank}) == 1);
+
+  const auto vendor = [&](const char* pan) {
+    return Books::call(2, "sp_insert_Vendors",
+                       texts({"V1", "N", "", "O'1", "0", "0", "0", "0", "",  "d", "",
+                              "V1", "1", "", "",    "2", "",  "",  "",  "0", "",  pan}));
+  };
+  RecordedCall refused = vendor("");
+  refused.result = CallResult::Failed;
+  const auto account = Books::call(2, "sp_acc_importvendor", texts({"N", "V1"}));
+  CHECK(differences("vendor", {vendor(""), account}) == 0);
+  CHECK(differences("vendor", {refused}) == 0);
+  CHECK(differences("vendor", {vendor("")}) == 1);
+  CHECK(differences("vendor", {vendor("x"), account}) == 1);
+}
+
 TEST_CASE("the outcome of a record") {
   using enum CallResult;
   const struct {

@@ -144,6 +144,22 @@ TEST_CASE("calls that fail are passed over") {
   }
 }
 
+TEST_CASE("the type can't be changed while an import runs") {
+  Run run(banks, titles[banks] + "1,2,3,4\r\n5,6,7,8");
+  auto& screen = dynamic_cast<Velk_frmBankBranch_OpnImp&>(*run.screen);
+  run.world.database->fail("sp_insert_branch", ErrorNumber::ProviderTimeout, "late");
+  run.world.onMessage = [&] {
+    CHECK(screen.cboType.userChoose(1) == EventResult::Dropped);
+    CHECK(screen.type() == Velk_frmBankBranch_OpnImp::Type::BankBranch);
+    if (run.world.messages.size() == 2) throw RuntimeError(ErrorNumber::CannotCreateObject);
+  };
+  run.import();
+  const std::string busy = "box 16: Database is busy, cannot establish connection";
+  CHECK(run.world.messages ==
+        Texts{busy, busy, completed});  // a box that fails is passed over, too
+  CHECK(run.posted().size() == 4);
+}
+
 TEST_CASE("a file that changed between View and Import") {
   const struct {
     std::optional<std::string> content;

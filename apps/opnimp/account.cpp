@@ -5,9 +5,8 @@
 #include <optional>
 #include <utility>
 
-#include "apps/opnimp/printable.h"
+#include "apps/opnimp/expected_calls.h"
 #include "platform/errors.h"
-#include "platform/numbers.h"
 
 namespace velk {
 
@@ -15,24 +14,10 @@ namespace {
 
 constexpr std::size_t mostDifferencesKept = 20;
 
-// Where the values stand among a procedure's parameters.
-constexpr std::size_t codeParameter = 0;
+// Where the amounts stand among the parameters of notes and entries.
 constexpr std::size_t billParameter = 3;
 constexpr std::size_t balanceParameter = 4;
 constexpr std::size_t entryParameter = 1;
-
-/// A record as its bytes say.
-struct Reading {
-  std::string code;
-  double bill = 0;
-  double balance = 0;
-};
-
-/// A call that the import has to make for a record.
-struct Expected {
-  std::string_view procedure;
-  std::vector<std::pair<std::size_t, Value>> parameters;
-};
 
 double numberAt(const RecordedCall& call, std::size_t parameter) {
   if (parameter >= call.parameters.size()) return 0;
@@ -78,12 +63,12 @@ class Bookkeeper {
            std::to_string(basis_.input.place(record).line) + "): " + text);
   }
 
-  std::optional<Reading> read(std::size_t record) const {
+  std::optional<ExpectedPosting> read(std::size_t record) const {
     const auto fields = basis_.input.fields(record, QuotedComma::Drop, width_);
-    const auto cell = [&](std::size_t field) { return mappedCell(fields, basis_.mapping, field); };
-    const KindFields& at = basis_.kind.fields;
     try {
-      return Reading{cell(at.code), leadingNumber(cell(at.bill)), leadingNumber(cell(at.balance))};
+      return expectedPosting(basis_.kind, [&](std::size_t field) {
+        return mappedCell(fields, basis_.mapping, field);
+      });
     } catch (const RuntimeError&) {
       return std::nullopt;
     }
@@ -92,39 +77,31 @@ class Bookkeeper {
   void addRecord(std::size_t record) {
     const RecordTrace& trace = basis_.traces.records[record];
     Sums& ofOutcome = account_.byOutcome[static_cast<std::size_t>(trace.outcome)];
-    const std::optional<Reading> reading = read(record);
-    if (reading) {
-      addTo(account_.file, reading->bill, reading->bill, reading->balance);
-      addTo(ofOutcome, reading->bill, reading->bill, reading->balance);
+    const std::optional<ExpectedPosting> posting = read(record);
+    if (posting) {
+      addTo(account_.file, posting->bill, posting->bill, posting->balance);
+      addTo(ofOutcome, posting->bill, posting->bill, posting->balance);
     } else {
       ++account_.unreadable;
       ++account_.file.count;
       ++ofOutcome.count;
     }
-    checkCalls(record, trace, reading);
+    checkCalls(record, trace, posting ? posting->calls : std::vector<ExpectedCall>());
   }
 
-  std::vector<Expected> expectedCalls(const Reading& reading) const {
-    const OpeningImportKind& opening = *basis_.kind.opening;
-    const bool debit = reading.bill > 0;
-    const double balance = std::abs(reading.balance);
-    return {{debit ? opening.debitNote : opening.creditNote,
-             {{codeParameter, reading.code},
-              {billParameter, std::abs(reading.bill)},
-              {balanceParameter, balance}}},
-            {opening.openingBalance,
-             {{codeParameter, reading.code}, {entryParameter, debit ? balance : -balance}}}};
+  bool mayEndAfter(std::size_t made, const RecordTrace& trace) const {
+    if (trace.runEndedHere) return true;
+    return basis_.kind.stopsAtFailure && made == 1 && trace.outcome == Outcome::Failed;
   }
 
   void checkCalls(std::size_t record, const RecordTrace& trace,
-                  const std::optional<Reading>& reading) {
+                  const std::vector<ExpectedCall>& expected) {
     const std::size_t made = trace.procedureCalls();
     if (made == 0) return;
-    if (!reading || reading->bill == 0) {
+    if (expected.empty()) {
       return differAt(record, "it has no amount to post, but procedures were called for it");
     }
-    const std::vector<Expected> expected = expectedCalls(*reading);
-    if (made > expected.size() || (made < expected.size() && !trace.runEndedHere)) {
+    if (made > expected.size() || (made < expected.size() && !mayEndAfter(made, trace))) {
       differAt(record, std::to_string(made) + " procedure calls instead of " +
                            std::to_string(expected.size()));
     }
@@ -133,11 +110,11 @@ class Bookkeeper {
       if (call->kind != CallKind::Procedure) continue;
       if (position < expected.size()) checkCall(record, *call, expected[position]);
       ++position;
-      addEffect(*call);
+      addEffect(*call, call->text == expected.back().procedure);
     }
   }
 
-  void checkCall(std::size_t record, const RecordedCall& call, const Expected& expected) {
+  void checkCall(std::size_t record, const RecordedCall& call, const ExpectedCall& expected) {
     if (call.text != expected.procedure) {
       return differAt(
           record, call.text + " was called where " + std::string(expected.procedure) + " belongs");
@@ -150,15 +127,18 @@ class Bookkeeper {
     }
   }
 
-  void addEffect(const RecordedCall& call) {
+  /// `last`: it is the call that ends a record.
+  void addEffect(const RecordedCall& call, bool last) {
     if (!isEffective(call)) return;
-    const OpeningImportKind& opening = *basis_.kind.opening;
-    if (call.text == opening.openingBalance) {
+    Sums& sums = last ? account_.entries : account_.notes;
+    if (basis_.kind.opening == nullptr) {
+      ++sums.count;
+    } else if (last) {
       const double entry = numberAt(call, entryParameter);
-      addTo(account_.entries, entry, 0, entry);
+      addTo(sums, entry, 0, entry);
     } else {
-      const double sign = call.text == opening.debitNote ? 1 : -1;
-      addTo(account_.notes, sign, numberAt(call, billParameter), numberAt(call, balanceParameter));
+      const double sign = call.text == basis_.kind.opening->debitNote ? 1 : -1;
+      addTo(sums, sign, numberAt(call, billParameter), numberAt(call, balanceParameter));
     }
   }
 

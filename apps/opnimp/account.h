@@ -18,7 +18,8 @@
 
 namespace velk {
 
-/// Amounts by side: debit where the bill amount is above 0, credit where it is below.
+/// Amounts by side: debit where the bill amount is above 0, credit where it is below. Master data
+/// has none.
 struct Sums {
   std::size_t count = 0;
   long double billDebit = 0;
@@ -32,8 +33,8 @@ struct Account {
   std::optional<long long> screenRecords;  ///< nothing: the screen never viewed the file
   std::array<Sums, outcomeCount> byOutcome;
   Sums file;                   ///< all records
-  Sums notes;                  ///< by the calls that took effect
-  Sums entries;                ///< likewise; balances only
+  Sums notes;                  ///< by the first calls of records that took effect
+  Sums entries;                ///< by the second ones; balances only
   std::size_t unreadable = 0;  ///< records with an amount beyond the range of a number: not summed
   std::size_t differenceCount = 0;
   std::vector<std::string> differences;  ///< the first ones, a sentence each

@@ -84,8 +84,12 @@ class DryRun {
   const OpenDatabase& database_;
 };
 
-/// Why the screen refused to import: the first record that lacks a mandatory value.
-std::string mandatoryRefusal(const ImportResult& result) {
+/// Why the screen refused to import: the columns, or the first record that lacks a mandatory value.
+std::string screenRefusal(const ImportResult& result) {
+  if (std::string columns = columnsRefusal(*result.arguments.kind, result.input);
+      !columns.empty()) {
+    return columns;
+  }
   const auto mandatory = result.arguments.kind->mandatory;
   const std::string unmapped = unmappedFields(result.mapping, mandatory);
   if (!unmapped.empty()) {
@@ -172,6 +176,7 @@ class ImportRun {
     if (machine_.interrupted && machine_.interrupted()) throw RunEnded{RunEnded::Why::Interrupted};
     began_ = true;
     const EventResult event = session.import();
+    screenKept_ = screen.cmdImport.enabled();
     if (event == EventResult::Handled) return;
     result_.endedAtRow = recorder_.lastRow();
     result_.brokeOff = "the screen did not take the Import button";
@@ -189,7 +194,7 @@ class ImportRun {
     const std::size_t count = result_.input.count();
     if (count > kind().largestRecordCount) throw Refused(tooManyRecords(kind(), count));
     if (count == 0 && !unmappedFields(result_.mapping, kind().mandatory).empty()) {
-      throw Refused("the file has no records, and " + mandatoryRefusal(result_));
+      throw Refused("the file has no records, and " + screenRefusal(result_));
     }
   }
 
@@ -213,7 +218,7 @@ class ImportRun {
 
   void evaluate() {
     result_.traces = traceRecords(recorder_, result_.input.count(), result_.endedAtRow,
-                                  kind().opening->balanceTooBig);
+                                  kind().opening != nullptr ? kind().opening->balanceTooBig : "");
     noticeRefusal();
     if (!result_.refused()) {
       result_.account = drawUpAccount({kind(), result_.input, result_.mapping, result_.traces,
@@ -224,13 +229,14 @@ class ImportRun {
   }
 
   /// The screen says that it refuses in a message only; what shows it is that no record was looked
-  /// up in a run that ended by itself.
+  /// up or posted in a run that ended by itself, or that the screen kept a file without records.
   void noticeRefusal() {
-    if (result_.refused() || !result_.brokeOff.empty() || result_.traces.records.empty()) return;
+    if (result_.refused() || !result_.brokeOff.empty()) return;
+    if (result_.traces.records.empty() && !screenKept_) return;
     const bool reached = std::ranges::any_of(result_.traces.records, [](const RecordTrace& trace) {
       return trace.outcome != Outcome::NotReached;
     });
-    if (!reached) result_.refusal = mandatoryRefusal(result_);
+    if (!reached) result_.refusal = screenRefusal(result_);
   }
 
   void writeRejects() {
@@ -251,7 +257,8 @@ class ImportRun {
   Progress progress_;
   Recorder recorder_;
   std::optional<long long> screenRecords_;
-  bool began_ = false;  ///< whether anything may have been posted
+  bool began_ = false;       ///< whether anything may have been posted
+  bool screenKept_ = false;  ///< whether the screen could import the file again
 };
 
 }  // namespace

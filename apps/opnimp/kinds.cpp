@@ -1,7 +1,7 @@
 #include "apps/opnimp/kinds.h"
 
 #include <algorithm>
-#include <array>
+#include <limits>
 
 #include "opening/customer_opening.h"
 #include "opening/vendor_opening.h"
@@ -10,21 +10,57 @@ namespace velk {
 
 namespace {
 
-constexpr KindFields openingFields{.code = 0, .date = 3, .bill = 4, .balance = 5};
-constexpr std::array<std::size_t, 3> openingMandatory{openingFields.code, openingFields.bill,
-                                                      openingFields.balance};
-// The screen counts in 16 bits, and the import adds 1.
+constexpr std::array<std::size_t, 3> openingMandatory{openingField::code, openingField::bill,
+                                                      openingField::balance};
+constexpr std::array<std::size_t, 4> bankMandatory{0, 1, 2, 3};
+constexpr std::array<std::size_t, 2> vendorMandatory{0, 1};
+// The import adds 1 to the count, of 16 bits on the opening screens, of 32 on the master screen.
 constexpr std::size_t openingLargestCount = 32766;
+constexpr std::size_t masterLargestCount = std::numeric_limits<std::int32_t>::max() - 1;
+
+constexpr ImportKind openingKind(std::string_view name, std::string_view what,
+                                 decltype(ImportKind::open) open,
+                                 const OpeningImportKind& opening) {
+  return {.name = name,
+          .what = what,
+          .open = open,
+          .mandatory = openingMandatory,
+          .largestRecordCount = openingLargestCount,
+          .becomes = {"Notes", "Entries"},
+          .opening = &opening,
+          .type = std::nullopt,
+          .columns = 0,
+          .stopsAtFailure = false};
+}
 
 }  // namespace
 
 std::span<const ImportKind> importKinds() {
-  static const std::array<ImportKind, 2> kinds{{
-      {"customer-opening", "opening balances of customers", &Velk_ClsOpnImp::ImportCustomerOpening,
-       &customerOpening, openingFields, openingMandatory, openingLargestCount},
-      {"vendor-opening", "opening balances of vendors", &Velk_ClsOpnImp::ImportVendorOpening,
-       &vendorOpening, openingFields, openingMandatory, openingLargestCount},
-  }};
+  static const std::array<ImportKind, 4> kinds{
+      {openingKind("customer-opening", "opening balances of customers",
+                   &Velk_ClsOpnImp::ImportCustomerOpening, customerOpening),
+       openingKind("vendor-opening", "opening balances of vendors",
+                   &Velk_ClsOpnImp::ImportVendorOpening, vendorOpening),
+       {.name = "bank-branch",
+        .what = "banks and their branches",
+        .open = &Velk_ClsOpnImp::ImportBankBranchOpening,
+        .mandatory = bankMandatory,
+        .largestRecordCount = masterLargestCount,
+        .becomes = {"Banks", "Branches"},
+        .opening = nullptr,
+        .type = MasterType::BankBranch,
+        .columns = 4,
+        .stopsAtFailure = false},
+       {.name = "vendor",
+        .what = "vendors and their accounts",
+        .open = &Velk_ClsOpnImp::ImportBankBranchOpening,
+        .mandatory = vendorMandatory,
+        .largestRecordCount = masterLargestCount,
+        .becomes = {"Vendors", "Accounts"},
+        .opening = nullptr,
+        .type = MasterType::Vendor,
+        .columns = 10,
+        .stopsAtFailure = true}}};
   return kinds;
 }
 

@@ -1,23 +1,28 @@
 // The kinds of file that can be imported: one row each.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 
 #include "component/Velk_ClsOpnImp.h"
+#include "masters/Velk_frmBankBranch_OpnImp.h"
 #include "opening/opening_import.h"
 
 namespace velk {
 
-/// Where a kind's values stand among the fields of its mapping list.
-struct KindFields {
-  std::size_t code;
-  std::size_t date;
-  std::size_t bill;
-  std::size_t balance;
-};
+/// Where the values of an opening balance stand among the fields of its mapping list.
+namespace openingField {
+inline constexpr std::size_t code = 0;
+inline constexpr std::size_t date = 3;
+inline constexpr std::size_t bill = 4;
+inline constexpr std::size_t balance = 5;
+}  // namespace openingField
+
+using MasterType = Velk_frmBankBranch_OpnImp::Type;
 
 struct ImportKind {
   std::string_view name;  ///< on the command line
@@ -25,10 +30,14 @@ struct ImportKind {
   /// The component's entry point that opens the screen.
   void (Velk_ClsOpnImp::*open)(const std::shared_ptr<Connection>&,
                                const std::shared_ptr<const Picture>&);
-  const OpeningImportKind* opening;  ///< its procedures
-  KindFields fields;
-  std::span<const std::size_t> mandatory;  ///< fields without which nothing is imported
-  std::size_t largestRecordCount;          ///< that can be imported in one go
+  std::span<const std::size_t> mandatory;   ///< fields without which nothing is imported
+  std::size_t largestRecordCount;           ///< that can be imported in one go
+  std::array<std::string_view, 2> becomes;  ///< what the two calls of a record make
+  const OpeningImportKind* opening;         ///< its procedures; null: master data, without amounts
+  std::optional<MasterType> type;           ///< chosen on the screen
+  std::size_t columns;                      ///< that a file must have exactly; 0: any number
+  /// The second call is left out when the first has failed.
+  bool stopsAtFailure;
 };
 
 std::span<const ImportKind> importKinds();

@@ -107,6 +107,9 @@ class Preview {
 
   void writeAdvice() {
     if (mapping_.empty()) return;
+    if (const std::string columns = columnsRefusal(*arguments_.kind, input_); !columns.empty()) {
+      streams_.out << "\nAn import would be refused: " << columns << ".\n";
+    }
     const std::string unmapped = unmappedFields(mapping_, arguments_.kind->mandatory);
     if (unmapped.empty()) return;
     streams_.out << "\nAn import would be refused: no column is mapped to " << printable(unmapped)

@@ -4,6 +4,7 @@
 #include "apps/opnimp/import_result.h"
 #include "apps/opnimp/json_writer.h"
 #include "apps/opnimp/report_parts.h"
+#include "platform/text.h"
 
 namespace velk {
 
@@ -56,9 +57,11 @@ class JsonReport {
   }
 
  private:
+  const ImportKind& kind() const { return *result_.arguments.kind; }
+
   void writeHead() {
     json_.member("command", "import");
-    json_.member("kind", result_.arguments.kind->name);
+    json_.member("kind", kind().name);
     json_.member("status", static_cast<int>(result_.status));
     json_.member("file", result_.arguments.file);
     json_.member("database", result_.database);
@@ -171,11 +174,15 @@ class JsonReport {
     json_.key(name);
     json_.beginObject();
     json_.member("count", sums.count);
+    if (kind().opening != nullptr) writeAmounts(sums);
+    json_.endObject();
+  }
+
+  void writeAmounts(const Sums& sums) {
     json_.member("billDebit", static_cast<double>(sums.billDebit));
     json_.member("billCredit", static_cast<double>(sums.billCredit));
     json_.member("balanceDebit", static_cast<double>(sums.balanceDebit));
     json_.member("balanceCredit", static_cast<double>(sums.balanceCredit));
-    json_.endObject();
   }
 
   void writeAccount() {
@@ -199,8 +206,8 @@ class JsonReport {
     }
     json_.endObject();
     writeSums("file", account.file);
-    writeSums("notes", account.notes);
-    writeSums("entries", account.entries);
+    writeSums(lowerAscii(kind().becomes[0]), account.notes);
+    writeSums(lowerAscii(kind().becomes[1]), account.entries);
     json_.member("differenceCount", account.differenceCount);
     writeTexts("differences", account.differences);
     json_.endObject();

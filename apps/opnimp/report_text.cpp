@@ -35,6 +35,8 @@ class TextReport {
   }
 
  private:
+  const ImportKind& kind() const { return *result_.arguments.kind; }
+
   void writeHead() {
     out_ << "File:     " << printable(result_.arguments.file) << " ("
          << counted(result_.input.count(), "record", "records") << ")\n"
@@ -91,9 +93,11 @@ class TextReport {
       if (sums.count > 0) rows.push_back(rowOf(nameOf(static_cast<Outcome>(i)), sums));
     }
     rows.push_back(rowOf("In the file", result_.account.file));
-    const bool dry = result_.isDryRun();
-    rows.push_back(rowOf(dry ? "Notes to post" : "Notes posted", result_.account.notes));
-    Row entries = rowOf(dry ? "Entries to post" : "Entries posted", result_.account.entries);
+    const auto effect = [this](std::string_view what) {
+      return std::string(what) + (result_.isDryRun() ? " to post" : " posted");
+    };
+    rows.push_back(rowOf(effect(kind().becomes[0]), result_.account.notes));
+    Row entries = rowOf(effect(kind().becomes[1]), result_.account.entries);
     entries[2] = entries[3] = "";  // account entries carry the balance only
     rows.push_back(entries);
     return rows;
@@ -110,7 +114,8 @@ class TextReport {
     out_ << "\nAccount\n";
     for (const Row& row : rows) {
       std::string line = "  " + padRight(row[0], widths[0]);
-      for (std::size_t i = 1; i < row.size(); ++i) line += "  " + padLeft(row[i], widths[i]);
+      const std::size_t columns = kind().opening != nullptr ? row.size() : 2;  // amounts or none
+      for (std::size_t i = 1; i < columns; ++i) line += "  " + padLeft(row[i], widths[i]);
       out_ << line << '\n';
     }
     writeVerdict();

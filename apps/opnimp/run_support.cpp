@@ -44,6 +44,15 @@ std::string tooManyRecords(const ImportKind& kind, std::size_t count) {
          grouped(kind.largestRecordCount) + " can be imported in one go; split the file";
 }
 
+// Counted as the record reader does, for which a bare carriage return ends the line, too.
+std::string columnsRefusal(const ImportKind& kind, const InputRecords& input) {
+  const std::string_view header = input.header();
+  const std::size_t columns = countFields(header.substr(0, header.find('\r')));
+  if (kind.columns == 0 || columns == kind.columns) return {};
+  return "the first line has " + counted(columns, "column", "columns") + "; a file of the kind " +
+         std::string(kind.name) + " must have exactly " + std::to_string(kind.columns);
+}
+
 MessageHandler messagesTo(std::ostream& err, Progress& progress) {
   return [&err, &progress](const Message& message) {
     progress.erase();

@@ -20,6 +20,9 @@ std::string tooLarge(const std::string& path);
 /// Why a file of so many records is refused.
 std::string tooManyRecords(const ImportKind& kind, std::size_t count);
 
+/// Why a file with such a first line is refused; empty when it has the columns that its kind needs.
+std::string columnsRefusal(const ImportKind& kind, const InputRecords& input);
+
 /// Writes each message to `err`, word for word.
 MessageHandler messagesTo(std::ostream& err, Progress& progress);
 

@@ -23,6 +23,10 @@ ImportScreen& ScreenSession::open(const ImportKind& kind,
   if (shell_.open().empty()) throw Refused("the import screen did not open");
   screen_ = std::dynamic_pointer_cast<ImportScreen>(shell_.open().back());
   if (screen_ == nullptr) throw Refused("what opened is no import screen");
+  if (kind.type) {
+    auto& master = dynamic_cast<Velk_frmBankBranch_OpnImp&>(*screen_);
+    master.cboType.userChoose(static_cast<int>(*kind.type));
+  }
   recorder_.watch(*screen_);
   return *screen_;
 }

@@ -1,9 +1,12 @@
-// Warnings about amounts and dates.
+// Warnings about amounts, dates and values that are missing.
+#include <algorithm>
 #include <optional>
 
 #include "apps/opnimp/amount_check.h"
 #include "apps/opnimp/warnings.h"
 #include "platform/dates.h"
+#include "platform/text.h"
+#include "shared/csv_text.h"
 
 namespace velk {
 
@@ -29,20 +32,48 @@ void warnOfDate(const std::string& cell, std::size_t line, bool endsRun, int cur
   }
 }
 
-}  // namespace
-
-void warnOfValues(const InputRecords& input, const ImportKind& kind,
-                  const std::vector<FieldMapping>& mapping, int currentYear, Warnings& warnings) {
+void warnOfDocuments(const InputRecords& input, const OpeningImportKind& kind,
+                     const std::vector<FieldMapping>& mapping, int currentYear,
+                     Warnings& warnings) {
   const std::size_t width = mappedWidth(mapping);
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t line = input.place(record).line;
     const auto fields = input.fields(record, QuotedComma::Keep, width);
-    for (const std::size_t amount : {kind.fields.bill, kind.fields.balance}) {
+    for (const std::size_t amount : {openingField::bill, openingField::balance}) {
       const auto issue = checkAmount(mappedCell(fields, mapping, amount));
       if (issue) warnings.add(issue->code, issue->text, line);
     }
-    warnOfDate(mappedCell(fields, mapping, kind.fields.date), line,
-               kind.opening->invalidDate.empty(), currentYear, warnings);
+    warnOfDate(mappedCell(fields, mapping, openingField::date), line, kind.invalidDate.empty(),
+               currentYear, warnings);
+  }
+}
+
+/// On the master screen a title that is a field's name maps to it, unless the first record has no
+/// value there.
+void warnOfUnmapped(const InputRecords& input, const std::vector<FieldMapping>& mapping,
+                    Warnings& warnings) {
+  if (input.count() == 0) return;
+  const std::string header = CodePage::windows1252().decode(input.header());
+  for (const std::string& title : splitLine(header, QuotedComma::Drop)) {
+    const bool unmapped = std::ranges::any_of(mapping, [&](const FieldMapping& entry) {
+      return !entry.column && equalsIgnoringCase(trim(entry.field), trim(title));
+    });
+    if (!unmapped) continue;
+    warnings.add("first-value-empty",
+                 "A column is not mapped by its name because the first record has no value in it: "
+                 "none of its values is imported. Give that record one, or use --map.",
+                 0);
+  }
+}
+
+}  // namespace
+
+void warnOfValues(const InputRecords& input, const ImportKind& kind,
+                  const std::vector<FieldMapping>& mapping, int currentYear, Warnings& warnings) {
+  if (kind.opening != nullptr) {
+    warnOfDocuments(input, *kind.opening, mapping, currentYear, warnings);
+  } else {
+    warnOfUnmapped(input, mapping, warnings);
   }
 }
 

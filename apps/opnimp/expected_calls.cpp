@@ -1,0 +1,77 @@
+#include "apps/opnimp/expected_calls.h"
+
+#include <cmath>
+
+#include "platform/errors.h"
+#include "platform/numbers.h"
+#include "platform/text.h"
+#include "shared/csv_text.h"
+
+namespace velk {
+
+namespace {
+
+ExpectedPosting openingPosting(const OpeningImportKind& opening, const CellReader& cell) {
+  const std::string code = cell(openingField::code);
+  const double bill = leadingNumber(cell(openingField::bill));
+  const double balance = leadingNumber(cell(openingField::balance));
+  ExpectedPosting posting{.bill = bill, .balance = balance, .calls = {}};
+  if (bill == 0) return posting;
+  const bool debit = bill > 0;
+  const double open = std::abs(balance);
+  posting.calls = {
+      {debit ? opening.debitNote : opening.creditNote, {{0, code}, {3, std::abs(bill)}, {4, open}}},
+      {opening.openingBalance, {{0, code}, {1, debit ? open : -open}}}};
+  return posting;
+}
+
+/// Master data is trimmed, loses its quotes once more, and is trimmed again where `key` is set.
+std::string masterValue(const std::string& cell, bool key = true) {
+  std::string text(trim(cell));
+  try {
+    text.resize(unquoteInPlace(text.data(), text.size()));
+  } catch (const RuntimeError&) {
+    text.clear();
+  }
+  return key ? std::string(trim(text)) : text;
+}
+
+std::string withDoubledQuotes(const std::string& text) {
+  std::string doubled;
+  for (const char c : text) doubled.append(c == '\'' ? 2 : 1, c);
+  return doubled;
+}
+
+ExpectedPosting bankPosting(const CellReader& cell) {
+  const std::string bank = masterValue(cell(0));
+  return {.calls = {{"sp_insert_BankMaster",
+                     {{0, withDoubledQuotes(bank)}, {1, withDoubledQuotes(masterValue(cell(1)))}}},
+                    {"sp_insert_branch",
+                     {{0, masterValue(cell(2))}, {1, masterValue(cell(3))}, {2, bank}}}}};
+}
+
+ExpectedPosting vendorPosting(const CellReader& cell) {
+  const std::string code = masterValue(cell(0));
+  const std::string name = masterValue(cell(1));
+  const auto text = [&](std::size_t field) { return masterValue(cell(field), false); };
+  return {.calls = {{"sp_insert_Vendors",
+                     {{0, code},
+                      {1, name},
+                      {2, text(4)},
+                      {3, text(2)},
+                      {9, text(3)},
+                      {11, code},
+                      {16, text(7)},
+                      {17, text(8)},
+                      {21, text(9)}}},
+                    {"sp_acc_importvendor", {{0, name}, {1, code}}}}};
+}
+
+}  // namespace
+
+ExpectedPosting expectedPosting(const ImportKind& kind, const CellReader& cell) {
+  if (kind.opening != nullptr) return openingPosting(*kind.opening, cell);
+  return kind.type == MasterType::BankBranch ? bankPosting(cell) : vendorPosting(cell);
+}
+
+}  // namespace velk
