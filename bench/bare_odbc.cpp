@@ -60,8 +60,19 @@ void BareStatement::prepare(const std::string& sql) {
   check(SQLPrepare(handle_, narrowText(sql), SQL_NTS));
 }
 
+void BareStatement::execute() const {
+  const SQLRETURN result = SQLExecute(handle_);
+  if (result != SQL_NO_DATA) check(result);
+}
+
 void BareStatement::executeDirect(const std::string& sql) const {
   check(SQLExecDirect(handle_, narrowText(sql), SQL_NTS));
+}
+
+void bindText(const BareStatement& to, SQLUSMALLINT mark, TextBuffer& buffer) {
+  to.check(SQLBindParameter(to.handle(), mark, SQL_PARAM_INPUT, SQL_C_CHAR, SQL_VARCHAR,
+                            buffer.text.size(), 0, buffer.text.data(),
+                            static_cast<SQLLEN>(buffer.text.size()), &buffer.length));
 }
 
 std::string BareStatement::answer() const {

@@ -1,4 +1,4 @@
-// The customer opening balance screen, opened as the runner opens it: without a window.
+// An import screen, opened as the runner opens it: without a window.
 #pragma once
 
 #include <memory>
@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "component/Velk_ClsOpnImp.h"
-#include "mapping/Velk_frmCustOpn_OpnImp.h"
+#include "mapping/import_screen.h"
 #include "platform/headless/headless.h"
 #include "platform/native/native_clock.h"
 #include "platform/native/native_files.h"
@@ -16,19 +16,21 @@ namespace velk::bench {
 
 class HeadlessScreen {
  public:
+  using EntryPoint = decltype(&Velk_ClsOpnImp::ImportCustomerOpening);
+
   /// `folder` takes the error log unless `log` is given. A null connection fails every query.
   HeadlessScreen(std::string folder, std::shared_ptr<Connection> connection,
-                 MessageHandler messages, ErrorLog* log = nullptr)
+                 MessageHandler messages, ErrorLog* log = nullptr,
+                 EntryPoint open = &Velk_ClsOpnImp::ImportCustomerOpening)
       : messages_(std::move(messages)),
         desktop_(std::move(folder), localNow, messages_),
         module_({files_, desktop_, shell_, CodePage::windows1252(), [this] { return service(); }},
                 log) {
-    Velk_ClsOpnImp(module_).ImportCustomerOpening(connection, nullptr);
+    Velk_ClsOpnImp component(module_);
+    (component.*open)(connection, nullptr);
   }
 
-  Velk_frmCustOpn_OpnImp& form() {
-    return dynamic_cast<Velk_frmCustOpn_OpnImp&>(*shell_.open().front());
-  }
+  ImportScreen& form() { return dynamic_cast<ImportScreen&>(*shell_.open().front()); }
 
   void browse(std::string path) {
     desktop_.chooseFile(std::move(path));

@@ -1,13 +1,15 @@
 // Ours: a click on Import, the file having been viewed and mapped.
 //
-//   bench_import COMPANY FILE FOLDER [recorded]
+//   bench_import KIND COMPANY FILE FOLDER [recorded]
 //
-// With "recorded", the runner's recorder stands between the screen and the database.
+// KIND is one of the runner's: customer-opening, bank-branch or vendor. With "recorded", the
+// runner's recorder stands between the screen and the database.
 
 #include <memory>
 #include <optional>
 #include <string_view>
 
+#include "apps/opnimp/kinds.h"
 #include "apps/opnimp/recorder.h"
 #include "bench/company_copy.h"
 #include "bench/headless_screen.h"
@@ -31,14 +33,25 @@ std::size_t postedDocuments(Connection& connection) {
   return entries == 1 ? count(connection, "SELECT count(*) FROM CustomerDebitNote") : 0;
 }
 
-void measure(const std::string& company, const char* file, const char* folder, bool recorded) {
+std::size_t postedRecords(const ImportKind& kind, Connection& connection) {
+  if (kind.opening != nullptr) return postedDocuments(connection);
+  return count(connection, kind.type == MasterType::Vendor ? "SELECT count(*) FROM VendorAccount"
+                                                           : "SELECT count(*) FROM BranchMaster");
+}
+
+void measure(const ImportKind& kind, const std::string& company, const char* file,
+             const char* folder, bool recorded) {
   const CompanyCopy copy(company, folder);
   const std::shared_ptr<Connection> database = openOdbc(embeddedConnectionString(copy.path()));
   MessageHandler messages = [](const Message& m) { std::cerr << m.prompt << '\n'; };
   std::optional<Recorder> recorder;
   if (recorded) messages = recorder.emplace(Recorder::Mode::Post).messages(std::move(messages));
   HeadlessScreen screen(folder, recorded ? recorder->wrap(database) : database, messages,
-                        recorded ? &recorder->log(nullptr) : nullptr);
+                        recorded ? &recorder->log(nullptr) : nullptr, kind.open);
+  if (kind.type) {
+    dynamic_cast<Velk_frmBankBranch_OpnImp&>(screen.form())
+        .cboType.userChoose(static_cast<int>(*kind.type));
+  }
   if (recorded) recorder->watch(screen.form());
   screen.browse(file);
   screen.form().cmdview.userClick();
@@ -47,15 +60,17 @@ void measure(const std::string& company, const char* file, const char* folder, b
   const EventResult result = screen.form().cmdImport.userClick();
   watch.stop();
   require(result == EventResult::Handled, "the import broke off");
-  watch.report(postedDocuments(*database));
+  watch.report(postedRecords(kind, *database));
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   return runMeasurement([&] {
-    require(argc == 4 || (argc == 5 && argv[4] == std::string_view("recorded")),
-            "usage: bench_import COMPANY FILE FOLDER [recorded]");
-    measure(argv[1], argv[2], argv[3], argc == 5);
+    require(argc == 5 || (argc == 6 && argv[5] == std::string_view("recorded")),
+            "usage: bench_import KIND COMPANY FILE FOLDER [recorded]");
+    const ImportKind* kind = findKind(argv[1]);
+    require(kind != nullptr, "there is no such kind");
+    measure(*kind, argv[2], argv[3], argv[4], argc == 6);
   });
 }

@@ -71,6 +71,30 @@ void writeFile(const std::string& path, std::uint32_t rows, std::uint32_t custom
   require(out.flush().good(), "an input file can't be written");
 }
 
+/// Branches, ten to a bank.
+void writeBranches(const std::string& path, std::uint32_t rows) {
+  std::ofstream out(path, std::ios::binary);
+  out << "Bank Code,Bank Name,Branch Code,Branch Name\r\n";
+  for (std::uint32_t row = 0; row < rows; ++row) {
+    const std::uint32_t bank = row / 10;
+    out << 'B' << bank << ",Bank of Sector " << bank << ",R" << row << ",Branch " << row << "\r\n";
+  }
+  require(out.flush().good(), "an input file can't be written");
+}
+
+void writeVendors(const std::string& path, std::uint32_t rows) {
+  std::ofstream out(path, std::ios::binary);
+  Dice dice;
+  out << "Vendor Code,Vendor Name,Address,Phone,Contact Person,Locality,Sale Type,TNGST,CST,"
+         "Pan Number\r\n";
+  for (std::uint32_t row = 0; row < rows; ++row) {
+    out << 'W' << row << ",Vendor " << row << ',' << cities[dice.below(cities.size())]
+        << ",020-24451201,R. Menon,Local,Second Sales,TN/" << row << ",CST/" << row
+        << ",AAACP0001A\r\n";
+  }
+  require(out.flush().good(), "an input file can't be written");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -80,5 +104,7 @@ int main(int argc, char** argv) {
     writeFile(folder + "/documents-32766x7.csv", 32'766, 2000, false);
     writeFile(folder + "/documents-1000000x10.csv", 1'000'000, 99'999, true);
     writeFile(folder + "/documents-10000x7.csv", 10'000, 2000, false);
+    writeBranches(folder + "/branches-10000x4.csv", 10'000);
+    writeVendors(folder + "/vendors-10000x10.csv", 10'000);
   });
 }

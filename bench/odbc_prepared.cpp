@@ -8,7 +8,6 @@
 // this driver can do.
 
 #include <algorithm>
-#include <array>
 #include <stdexcept>
 #include <string_view>
 
@@ -17,22 +16,6 @@
 using namespace velk::bench;
 
 namespace {
-
-/// A text parameter's memory.
-struct TextBuffer {
-  std::array<char, 64> text{};
-  SQLLEN length = 0;
-
-  void set(const std::string& value) {
-    length = static_cast<SQLLEN>(value.copy(text.data(), text.size()));
-  }
-};
-
-void bindText(const BareStatement& to, SQLUSMALLINT mark, TextBuffer& buffer) {
-  to.check(SQLBindParameter(to.handle(), mark, SQL_PARAM_INPUT, SQL_C_CHAR, SQL_VARCHAR,
-                            buffer.text.size(), 0, buffer.text.data(),
-                            static_cast<SQLLEN>(buffer.text.size()), &buffer.length));
-}
 
 void bindDouble(const BareStatement& to, SQLUSMALLINT mark, double& number) {
   to.check(SQLBindParameter(to.handle(), mark, SQL_PARAM_INPUT, SQL_C_DOUBLE, SQL_DOUBLE, 0, 0,

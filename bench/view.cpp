@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
     HeadlessScreen screen(argv[2], nullptr,
                           [](const Message& m) { std::cerr << m.prompt << '\n'; });
     screen.browse(argv[1]);
-    Velk_frmCustOpn_OpnImp& form = screen.form();
+    ImportScreen& form = screen.form();
     Stopwatch watch;
     form.cmdview.userClick();
     watch.stop();

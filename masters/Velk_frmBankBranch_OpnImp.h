@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "mapping/import_screen.h"
+#include "shared/record_reader.h"
 
 namespace velk {
 
@@ -79,7 +80,7 @@ class Velk_frmBankBranch_OpnImp final : public ImportScreen {
   /// The import of a comma-separated file of the current type: checks the file's columns and the
   /// mandatory fields, then posts each record.
   void importFile(PostRecord post);
-  bool hasColumnsOfType();
+  bool hasColumnsOfType(const RecordReader& reader) const;
   bool mandatoryFieldsAreMapped();
   /// A cell's text as imports read it: trimmed, then unquoted.
   std::string value(std::size_t row, std::size_t field);

@@ -2,13 +2,14 @@
 #include "masters/Velk_frmBankBranch_OpnImp.h"
 #include "platform/errors.h"
 #include "platform/text.h"
-#include "shared/record_reader.h"
 
 namespace velk {
 
 void Velk_frmBankBranch_OpnImp::importFile(PostRecord post) {
   try {
-    if (!hasColumnsOfType() || !mandatoryFieldsAreMapped()) return;
+    RecordReader reader(module());
+    reader.FileName(TxtFileName.value());
+    if (!hasColumnsOfType(reader) || !mandatoryFieldsAreMapped()) return;
     forEachRecord([&](std::size_t row) { (this->*post)(row); });
     importCompleted_ = true;
     module().hostService().messageBox("Import Successfull", styleInformation);
@@ -17,10 +18,8 @@ void Velk_frmBankBranch_OpnImp::importFile(PostRecord post) {
   }
 }
 
-// A file that has no line at all by now passes.
-bool Velk_frmBankBranch_OpnImp::hasColumnsOfType() {
-  RecordReader reader(module());
-  reader.FileName(TxtFileName.value());
+// A file that has no line at all by now passes; one that can't be opened any more does not.
+bool Velk_frmBankBranch_OpnImp::hasColumnsOfType(const RecordReader& reader) const {
   if (reader.isEmpty() || static_cast<std::size_t>(reader.Count()) == fields().size()) return true;
   desktop().messageBox("Incorrect file format", styleInformation);
   return false;
