@@ -9,10 +9,10 @@ namespace {
 constexpr std::array<TargetField, 7> fields{{
     {"Customer ID", 1500, "customer id", true},
     {"Company Name", 2700, "customer name", true},
-    {"Reference", 1500, "reference", false},
-    {"Date", 1300, "date", false},
-    {"Bill Amount", 1500, "bill amount", true},
-    {"Balance", 1500, "balance", true},
+    referenceField,
+    dateField,
+    billField,
+    balanceField,
     {"Document Type", 1440, "", true},
 }};
 

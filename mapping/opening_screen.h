@@ -44,6 +44,12 @@ class OpeningScreen : public ImportScreen {
   ImportRoutine import_;
 };
 
+// The fields that both opening screens have, behind code and name.
+inline constexpr TargetField referenceField{"Reference", 1500, "reference", false};
+inline constexpr TargetField dateField{"Date", 1300, "date", false};
+inline constexpr TargetField billField{"Bill Amount", 1500, "bill amount", true};
+inline constexpr TargetField balanceField{"Balance", 1500, "balance", true};
+
 /// Rules that both opening screens share, with the refusals that they word differently.
 constexpr MappingRules openingRules(std::string_view selectFirst, std::string_view hasEmptyValue) {
   return {.selectFirst = selectFirst,

@@ -9,10 +9,10 @@ namespace {
 constexpr std::array<TargetField, 6> fields{{
     {"Vendor ID", 1500, "vendor id", true},
     {"Vendor Name", 2700, "vendor name", true},
-    {"Reference", 1500, "reference", false},
-    {"Date", 1300, "date", false},
-    {"Bill Amount", 1500, "bill amount", true},
-    {"Balance", 1500, "balance", true},
+    referenceField,
+    dateField,
+    billField,
+    balanceField,
 }};
 
 constexpr OpeningScreenKind kind{

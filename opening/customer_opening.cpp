@@ -4,8 +4,6 @@ namespace velk {
 
 const OpeningImportKind customerOpening{
     .idNotMapped = "Customer Id is Mandatory.Its not been Mapped",
-    .billNotMapped = "Bill Amount is Mandatory.Its not been Mapped",
-    .balanceNotMapped = "Balance is Mandatory.Its not been Mapped",
     .existsQuery = "select count(*) from Customer where CustomerID=N'",
     .unknownParty = "Customer does not exist for code - ",
     .invalidDate = "Invalid Date(",

@@ -52,8 +52,8 @@ void OpeningImport::show(std::string_view message, std::int32_t style) {
 bool OpeningImport::fieldsAreMapped() {
   const std::array<std::pair<Field, std::string_view>, 3> mandatory{
       {{Code, kind_.idNotMapped},
-       {BillAmount, kind_.billNotMapped},
-       {Balance, kind_.balanceNotMapped}}};
+       {BillAmount, "Bill Amount is Mandatory.Its not been Mapped"},
+       {Balance, "Balance is Mandatory.Its not been Mapped"}}};
   for (const auto& [field, message] : mandatory) {
     if (screen_.firstEmptyCell(field)) {
       show(message, styleOk);

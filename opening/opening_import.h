@@ -20,11 +20,9 @@ namespace velk {
 
 /// What an import of one kind says and calls, and how it ends.
 struct OpeningImportKind {
-  std::string_view idNotMapped;       ///< refusal of the run: a record without a code
-  std::string_view billNotMapped;     ///< ... without a bill amount
-  std::string_view balanceNotMapped;  ///< ... without a balance
-  std::string_view existsQuery;       ///< up to the code; the closing quote follows it
-  std::string_view unknownParty;      ///< log line, the code follows
+  std::string_view idNotMapped;   ///< refusal of the run: a record without a code
+  std::string_view existsQuery;   ///< up to the code; the closing quote follows it
+  std::string_view unknownParty;  ///< log line, the code follows
   /// Log line, the cell's text follows. Empty: a date that can't be read ends the run, as error 13.
   std::string_view invalidDate;
   std::string_view forParty;        ///< end of log lines about a date, the code follows

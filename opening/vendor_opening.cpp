@@ -4,8 +4,6 @@ namespace velk {
 
 const OpeningImportKind vendorOpening{
     .idNotMapped = "Vendor Id is Mandatory.Its not been Mapped",
-    .billNotMapped = "Bill Amount is Mandatory.Its not been Mapped",
-    .balanceNotMapped = "Balance is Mandatory.Its not been Mapped",
     .existsQuery = "select count(*) from Vendors where VendorID='",  // no N before the quote here
     .unknownParty = "Vendor does not exist for code - ",
     .invalidDate = "",

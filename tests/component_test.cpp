@@ -11,16 +11,17 @@ TEST_CASE("screens live on without the object that opened them") {
   {
     Velk_ClsOpnImp component(world.module);
     component.ImportCustomerOpening(world.database, icon);
-    component.ImportCustomerOpening(std::make_shared<FakeConnection>(), nullptr);
+    component.ImportVendorOpening(std::make_shared<FakeConnection>(), nullptr);
+    component.ImportBankBranchOpening(std::make_shared<FakeConnection>(), nullptr);
   }
-  REQUIRE(world.shell.open().size() == 2);
+  REQUIRE(world.shell.open().size() == 3);
   auto first = std::dynamic_pointer_cast<ImportScreen>(world.shell.open()[0]);
   CHECK(first->icon() == icon);
   CHECK(&first->connection() == world.database.get());
   CHECK(&dynamic_cast<ImportScreen&>(*world.shell.open()[1]).connection() != world.database.get());
   CHECK(world.hostCreations == 1);
   first->cmdExit.userClick();
-  CHECK(world.shell.open().size() == 1);
+  CHECK(world.shell.open().size() == 2);
   first.reset();  // nothing keeps a closed screen, its connection and icon
   CHECK(icon.use_count() == 1);
   CHECK(world.database.use_count() == 1);

@@ -159,6 +159,17 @@ TEST_CASE("choosing a type drops the file and the mapping") {
   CHECK(in.world.messages == Texts{"host 0: You have to select from list"});
 }
 
+TEST_CASE("the master screen counts beyond 16 bits") {
+  std::string content = "Bank Code\r\n";
+  for (int i = 0; i < 40'000; ++i) content += "B\r\n";
+  Shown in(0, content);
+  CHECK(in.screen->RecordCount() == 40'000);
+  in.screen->CmdClear.userClick();
+  CHECK(in.fields.rowCount() == 40'001);
+  in.screen->cmdImport.userClick();
+  CHECK(in.world.messages == Texts{"box 64: Incorrect file format"});
+}
+
 TEST_CASE("the master screen keeps its size, and its place unless maximised") {
   Shown in;
   in.screen->userResize(WindowState::Normal, {300, 400, 9000, 9000});
