@@ -157,7 +157,9 @@ std::string ImportScreen::stopText(const RuntimeError& error) const {
   if (!posting_) return error.description();
   const std::string where =
       currentRow_ == 0 ? "its end" : "record " + std::to_string(currentRow_ - mappingRow);
-  return "The import stopped at " + where + ": " + error.description() + std::string(alreadyPosted);
+  std::string text = "The import stopped at " + where + ": " + error.description();
+  while (text.ends_with('.')) text.pop_back();  // the one that follows is enough
+  return currentRow_ == firstDataRow ? text + "." : text + std::string(alreadyPosted);
 }
 
 void ImportScreen::eventFailed(const RuntimeError& error) noexcept {

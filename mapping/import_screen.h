@@ -82,7 +82,7 @@ class ImportScreen : public Form {
     currentRow_ = 0;
   }
 
-  /// How the message of a run that stopped at a record ends.
+  /// How the message of a run that stopped behind its first record ends.
   static constexpr std::string_view alreadyPosted =
       ". Records before it are posted; importing this file again would post them twice.";
 

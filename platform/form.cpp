@@ -86,6 +86,7 @@ EventResult Form::dispatch(const Control* source, const std::function<void()>& h
 void Form::endRun() {
   running_ = false;
   if (std::exchange(closeRequested_, false)) closeNow();
+  if (std::exchange(resizePending_, false)) dispatch(nullptr, [this] { Form_Resize(); });
 }
 
 EventResult Form::runGuarded(const std::function<void()>& handler) {
@@ -112,6 +113,7 @@ void Form::userResize(WindowState state, Bounds outer) {
   setQuietly("Top", outer.top);
   setQuietly("Width", outer.width);
   setQuietly("Height", outer.height);
+  resizePending_ = running_;
   dispatch(nullptr, [this] { Form_Resize(); });
 }
 

@@ -109,8 +109,8 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
 
   void userKeyDown(std::int16_t keyCode, std::int16_t shift);
   /// The user, or the platform, changed the window's state, place or size. The model follows at
-  /// once, also when the event is dropped; `outer` are the bounds of the whole window, and when it
-  /// is minimised those that it had before.
+  /// once, also while a handler runs; then the event comes when that has returned. `outer` are the
+  /// bounds of the whole window, and when it is minimised those that it had before.
   void userResize(WindowState state, Bounds outer);
   /// The user closed the window.
   void userClose();
@@ -147,6 +147,7 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   bool running_ = false;
   bool open_ = false;
   bool closeRequested_ = false;
+  bool resizePending_ = false;
 };
 
 /// What all controls share. Properties of every control: Name, Enabled, Visible, Left, Top, Width,

@@ -33,6 +33,11 @@ void RecordReader::MoveNext() {
   currentFields_ = CSVSplit(currentLine_);
 }
 
+// A first line that could not be read is still ahead.
+bool RecordReader::isEmpty() const {
+  return opened_ && !currentFields_ && module_.files().atEnd(fileNumber_);
+}
+
 const std::vector<std::string>& RecordReader::record() const {
   if (!currentFields_) throw RuntimeError(ErrorNumber::TypeMismatch);
   return *currentFields_;

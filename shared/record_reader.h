@@ -36,7 +36,7 @@ class RecordReader {
   bool IsEOF() const { return atEnd_; }
   /// True when a file without a single line was opened: there is no current record then, although
   /// IsEOF says so only after a MoveNext.
-  bool isEmpty() const { return opened_ && !currentFields_; }
+  bool isEmpty() const;
   /// The number of fields of the current record, or 0 when no file was opened. Error 13 while no
   /// line has been read.
   std::int32_t Count() const;

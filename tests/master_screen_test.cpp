@@ -73,12 +73,12 @@ TEST_CASE("what each type shows and asks for") {
     CAPTURE(row.caption);
     in.screen->cboType.userChoose(row.type);
     CHECK(in.screen->text("Caption") == row.caption);
-    std::string titles;
+    std::string shown;
     for (std::size_t i = 0; i < in.fields.columnCount(); ++i) {
-      titles += (i > 0 ? "|" : "") + in.fields.title(i);
+      shown += (i > 0 ? "|" : "") + in.fields.title(i);
       CHECK(in.fields.width(i) == row.width);
     }
-    CHECK(titles == row.fields);
+    CHECK(shown == row.fields);
     CHECK(in.screen->cmdExport.visible() == (row.type == 2));
     in.screen->CmdBrowse.userClick();
     std::string dialog;

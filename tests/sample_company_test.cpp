@@ -104,17 +104,17 @@ TEST_CASE_FIXTURE(Company, "sample company: banks and branches") {
 }
 
 TEST_CASE_FIXTURE(Company, "sample company: vendors and their accounts") {
-  const auto vendor = [](const char* id) {
+  const auto newVendor = [](const char* id) {
     return Parameters{id,   "New Vendor", "contact", "address", 0,  0,    0,  0,
                       "",   "phone",      "",        id,        2,  "",   "", 1,
                       "tn", "cs",         "",        0,         "", "pan"};
   };
-  call("sp_insert_Vendors", vendor("N01"));
+  call("sp_insert_Vendors", newVendor("N01"));
   CHECK(ask("SELECT VendorName || ContactPerson || Address || Phone || AlternateCode || "
             "Locality || SaleType || TNGST || CST || PanNumber FROM Vendors "
             "WHERE VendorID = 'N01'") == "New VendorcontactaddressphoneN0121tncspan");
-  CHECK(refuses("sp_insert_Vendors", vendor("n01")));
-  CHECK(refuses("sp_insert_Vendors", vendor("longer than a code")));
+  CHECK(refuses("sp_insert_Vendors", newVendor("n01")));
+  CHECK(refuses("sp_insert_Vendors", newVendor("longer than a code")));
   call("sp_acc_importvendor", {"New Vendor", "N01"});
   CHECK(ask("SELECT AccountName FROM VendorAccount WHERE VendorID = 'N01'") == "New Vendor");
 }

@@ -1,5 +1,6 @@
 #include "apps/opnimp/account.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numeric>
 #include <optional>
@@ -89,19 +90,31 @@ class Bookkeeper {
     checkCalls(record, trace, posting ? posting->calls : std::vector<ExpectedCall>());
   }
 
+  bool mustEndAfterFirst(const RecordTrace& trace) const {
+    const auto first = std::ranges::find(trace.calls, CallKind::Procedure, &RecordedCall::kind);
+    return basis_.kind.stopsAtFailure && first != trace.calls.end() &&
+           (*first)->result == CallResult::Failed;
+  }
+
   bool mayEndAfter(std::size_t made, const RecordTrace& trace) const {
     if (trace.runEndedHere) return true;
-    return basis_.kind.stopsAtFailure && made == 1 && trace.outcome == Outcome::Failed;
+    return made == 1 && mustEndAfterFirst(trace);
   }
 
   void checkCalls(std::size_t record, const RecordTrace& trace,
                   const std::vector<ExpectedCall>& expected) {
     const std::size_t made = trace.procedureCalls();
-    if (made == 0) return;
+    if (made == 0) {
+      if (trace.outcome == Outcome::Skipped && !expected.empty()) {
+        differAt(record, "no procedure was called for it, and nothing says why");
+      }
+      return;
+    }
     if (expected.empty()) {
       return differAt(record, "it has no amount to post, but procedures were called for it");
     }
-    if (made > expected.size() || (made < expected.size() && !mayEndAfter(made, trace))) {
+    const bool tooMany = made > expected.size() || (made > 1 && mustEndAfterFirst(trace));
+    if (tooMany || (made < expected.size() && !mayEndAfter(made, trace))) {
       differAt(record, std::to_string(made) + " procedure calls instead of " +
                            std::to_string(expected.size()));
     }

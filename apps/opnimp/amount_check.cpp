@@ -11,7 +11,7 @@ namespace velk {
 
 namespace {
 
-constexpr AmountIssue tooLarge{
+constexpr AmountIssue beyondRange{
     "amount-too-large",
     "An amount is beyond the range of numbers: the import stops at this record. Correct it first."};
 constexpr AmountIssue parentheses{
@@ -85,7 +85,7 @@ std::optional<AmountIssue> checkAmount(std::string_view cell) {
   std::string read(text);
   std::erase(read, ',');
   if (std::ranges::none_of(text, isDigit)) return notANumber;
-  if (isTooLarge(read)) return tooLarge;
+  if (isTooLarge(read)) return beyondRange;
   const std::string_view number = text.substr(text.find_first_of("0123456789,"));
   if (number.find(',') != std::string_view::npos && !groupsDigits(number)) return decimalComma;
   if (isWholeNumber(read)) return std::nullopt;

@@ -20,7 +20,8 @@ ExpectedPosting openingPosting(const OpeningImportKind& opening, const CellReade
   const bool debit = bill > 0;
   const double open = std::abs(balance);
   posting.calls = {
-      {debit ? opening.debitNote : opening.creditNote, {{0, code}, {3, std::abs(bill)}, {4, open}}},
+      {debit ? opening.debitNote : opening.creditNote,
+       {{0, code}, {1, cell(openingField::reference)}, {3, std::abs(bill)}, {4, open}}},
       {opening.openingBalance, {{0, code}, {1, debit ? open : -open}}}};
   return posting;
 }

@@ -183,9 +183,6 @@ class ImportRun {
     if (event == EventResult::Failed) {
       const auto& lines = recorder_.lines();
       result_.brokeOff = lines.empty() ? "an error ended it" : lines.back().text;
-      // In a dry run that would not be true.
-      const std::size_t posted = result_.brokeOff.find(ImportScreen::alreadyPosted);
-      if (arguments().dryRun && posted != std::string::npos) result_.brokeOff.resize(posted);
     }
   }
 
@@ -236,7 +233,8 @@ class ImportRun {
     const bool reached = std::ranges::any_of(result_.traces.records, [](const RecordTrace& trace) {
       return trace.outcome != Outcome::NotReached;
     });
-    if (!reached) result_.refusal = screenRefusal(result_);
+    // What was called for no record of the file is for the account to show.
+    if (!reached && result_.traces.strays.empty()) result_.refusal = screenRefusal(result_);
   }
 
   void writeRejects() {

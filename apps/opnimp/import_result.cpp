@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "apps/opnimp/printable.h"
+#include "platform/errors.h"
 
 namespace velk {
 
@@ -25,14 +26,21 @@ std::size_t skippedWithWarning(const Traces& traces) {
   }));
 }
 
-/// The database's error that every record met, none being posted; empty when there is none. Then
-/// the records need no correction.
+/// A constraint or a text too long: it is the record that has to be corrected.
+bool isOfRecord(const CallError& error) {
+  return error.number == static_cast<std::int32_t>(ErrorNumber::IntegrityViolation) ||
+         error.number == static_cast<std::int32_t>(ErrorNumber::DataTruncated);
+}
+
+/// The database's error that every record met, none being posted; empty when there is none, or one
+/// of their own. Then the records need no correction.
 std::string commonError(const Traces& traces) {
   std::string common;
   for (const RecordTrace& trace : traces.records) {
     const auto failed = std::ranges::find_if(
         trace.calls, [](const RecordedCall* call) { return call->error.has_value(); });
     if (!isRefused(trace.outcome) || failed == trace.calls.end()) return {};
+    if (isOfRecord(*(*failed)->error)) return {};
     const std::string& description = (*failed)->error->description;
     if (!common.empty() && description != common) return {};
     common = description;
@@ -74,6 +82,39 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
   }
 }
 
+std::string stepAfterDryRun(const ImportResult& result) {
+  if (!result.brokeOff.empty()) {
+    return "Nothing was posted. Mend first what ended the run: an import would end there, too, "
+           "with "
+           "the records before it posted.";
+  }
+  if (!result.account.addsUp()) {
+    return "Nothing was posted. Do not import this file: what the run would have posted is not "
+           "what "
+           "the file says.";
+  }
+  const std::size_t left = refusedRecords(result.account) + skippedWithWarning(result.traces);
+  if (left > 0) {
+    return "Nothing was posted. Correct " + counted(left, "record", "records") +
+           " that would not be posted, then try again or import without --dry-run.";
+  }
+  return "Nothing was posted. Import without --dry-run; what the database's procedures themselves "
+         "would refuse was not tried.";
+}
+
+/// Empty when something was imported, or the records have to be corrected.
+std::string stepWithNothingImported(const ImportResult& result) {
+  const std::size_t records = result.input.count();
+  if (records > 0 && result.account.count(Outcome::NotReached) == records) {
+    return "Nothing was imported. When the cause is mended, or with another --database, import the "
+           "file again.";
+  }
+  const std::string error = commonError(result.traces);
+  if (error.empty()) return {};
+  return "Nothing was imported: the database refused every record for one reason (" + error +
+         "). When that is mended, or with another --database, import the file again.";
+}
+
 }  // namespace
 
 ExitStatus statusOf(const ImportResult& result) {
@@ -92,20 +133,9 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
         "Nothing was imported. Correct the file or the mapping (`opnimp preview` shows both) "
         "and import it again."};
   }
-  if (result.isDryRun()) {
-    return {
-        "Nothing was posted. Import without --dry-run; what the database's procedures "
-        "themselves would refuse was not tried."};
-  }
-  if (result.input.count() > 0 &&
-      result.account.count(Outcome::NotReached) == result.input.count()) {
-    return {
-        "Nothing was imported. When the cause is mended, or with another --database, import the "
-        "file again."};
-  }
-  if (const std::string error = commonError(result.traces); !error.empty()) {
-    return {"Nothing was imported: the database refused every record for one reason (" + error +
-            "). When that is mended, or with another --database, import the file again."};
+  if (result.isDryRun()) return {stepAfterDryRun(result)};
+  if (result.account.addsUp()) {
+    if (const std::string step = stepWithNothingImported(result); !step.empty()) return {step};
   }
   std::vector<std::string> steps;
   if (!result.account.addsUp()) {
@@ -114,7 +144,7 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
         "importing anything again.");
   }
   addStepsForRecords(result, steps);
-  const bool posted = result.account.notes.count > 0;
+  const bool posted = result.account.notes.count + result.account.entries.count > 0;
   if (!steps.empty() && posted) {
     steps.emplace_back("Do not import the whole file again: what is posted would be posted twice.");
   }

@@ -17,6 +17,7 @@ namespace velk {
 /// Where the values of an opening balance stand among the fields of its mapping list.
 namespace openingField {
 inline constexpr std::size_t code = 0;
+inline constexpr std::size_t reference = 2;
 inline constexpr std::size_t date = 3;
 inline constexpr std::size_t bill = 4;
 inline constexpr std::size_t balance = 5;

@@ -14,7 +14,7 @@ class Recorder::Log final : public ErrorLog {
   void setFile(ErrorLog* file) { file_ = file; }
 
   void append(std::string_view line) override {
-    recorder_.lines_.push_back({recorder_.row(), std::string(line), {}, {}});
+    recorder_.lines_.push_back({recorder_.row(), recorder_.told(line), {}, {}});
     if (file_ == nullptr) return;
     RecordedLine& kept = recorder_.lines_.back();
     try {
@@ -51,10 +51,17 @@ ErrorLog& Recorder::log(ErrorLog* file) {
 }
 
 MessageHandler Recorder::messages(MessageHandler show) {
-  return [this, show = std::move(show)](const Message& message) {
+  return [this, show = std::move(show)](Message message) {
+    message.prompt = told(message.prompt);
     messages_.push_back({row(), message});
     show(message);
   };
+}
+
+std::string Recorder::told(std::string_view text) const {
+  const std::size_t claim =
+      mode_ == Mode::DryRun ? text.find(ImportScreen::alreadyPosted) : std::string_view::npos;
+  return std::string(text.substr(0, claim));
 }
 
 void Recorder::forgetTexts() {

@@ -108,6 +108,8 @@ class Recorder {
 
  private:
   class Log;
+  /// What a screen says, without its claim that records are posted where none are.
+  std::string told(std::string_view text) const;
 
   const Mode mode_;
   const ImportScreen* screen_ = nullptr;

@@ -94,7 +94,9 @@ std::vector<std::string> RejectFiles::touched(const std::string& path) {
 
 RejectFiles::RejectFiles(const std::string& path, bool dryRun)
     : paths_(pathsOf(path)), dryRun_(dryRun) {
-  if (!dryRun) {
+  if (dryRun) {
+    requireMoved(paths_[0]);  // what a real run refused must not give way to a trial
+  } else {
     requireMoved(paths_[2]);
     requireMoved(paths_[3]);
   }

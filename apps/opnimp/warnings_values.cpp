@@ -18,7 +18,9 @@ void warnOfDate(const std::string& cell, std::size_t line, bool endsRun, int cur
   if (!reading) {  // where it ends no run, the import says so itself
     if (!endsRun || cell.empty()) return;
     warnings.add("date-unreadable",
-                 "A date cannot be read: the import stops at this record. Correct it first.", line);
+                 "A date cannot be read: the import stops there, unless the code is unknown. "
+                 "Correct it first.",
+                 line);
   } else if (reading->order == DateOrder::MonthDayYear) {
     warnings.add("date-month-first",
                  "A date makes sense only with the month first. Dates are read day first: if the "
