@@ -44,6 +44,10 @@ class FileSystem {
   virtual std::unique_ptr<InputFile> openInput(std::string_view path) = 0;
   /// Opens for adding at the end, creating the file where there is none.
   virtual std::unique_ptr<OutputFile> openAppend(std::string_view path) = 0;
+  /// A new file that takes the place of the one at `path`, if there is one, when it is closed.
+  /// Until then it stands beside it under another name; a file that is never closed, or whose
+  /// close() fails, goes without a trace.
+  virtual std::unique_ptr<OutputFile> openReplacement(std::string_view path) = 0;
 };
 
 }  // namespace velk

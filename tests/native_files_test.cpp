@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 
 #include "tests/support/checks.h"
@@ -18,11 +20,11 @@ std::string readSome(InputFile& file, std::size_t count) {
   return bytes;
 }
 
-/// The errors of opening for reading and for appending.
-std::pair<int, int> openingErrors(const std::string& path) {
+/// The errors of opening for reading, for appending and for replacing.
+std::array<int, 3> openingErrors(const std::string& path) {
   NativeFileSystem files;
-  const int reading = errorOf([&] { files.openInput(path); });
-  return {reading, errorOf([&] { files.openAppend(path); })};
+  return {errorOf([&] { files.openInput(path); }), errorOf([&] { files.openAppend(path); }),
+          errorOf([&] { files.openReplacement(path); })};
 }
 
 /// The error of a routine under a smaller limit of the process.
@@ -56,6 +58,28 @@ TEST_CASE("reading, rewinding, growing, appending") {
   CHECK(folder.read("é.csv") == "0123456789more\r\ntwo\r\nthree");
 }
 
+TEST_CASE("replacing") {
+  const TemporaryFolder folder;
+  NativeFileSystem files;
+  const std::string path = folder.write("book.xls", "before");
+  files.openReplacement(path)->write("never closed");
+  auto out = files.openReplacement(path);
+  out->write("after");
+  CHECK(folder.read("book.xls") == "before");
+  out->close();
+  out.reset();
+  CHECK(folder.read("book.xls") == "after");
+  out = files.openReplacement(folder.path("folder"));
+  std::filesystem::create_directories(folder.path("folder/full"));
+  CHECK(errorOf([&] { out->close(); }) == 75);
+  out.reset();
+  files.openReplacement(folder.path("new"))->close();
+  CHECK(folder.has("new"));
+  const std::filesystem::directory_iterator left{folder.path("")};
+  CHECK(std::count_if(begin(left), end(left),
+                      [](auto& f) { return f.path().extension() == ".tmp"; }) == 0);
+}
+
 TEST_CASE("what does not open") {
   const TemporaryFolder folder;
   folder.write("file", "");
@@ -63,7 +87,7 @@ TEST_CASE("what does not open") {
   std::filesystem::create_symlink("loop", folder.path("loop"));
   const struct {
     std::string path;
-    int reading, appending;
+    int reading, writing;
   } rows[] = {{folder.path("missing"), 53, 0},
               {folder.path("no/such/folder"), 76, 76},
               {folder.path("file/below"), 76, 76},
@@ -75,7 +99,7 @@ TEST_CASE("what does not open") {
               {folder.path("file") + std::string("\0.csv", 5), 53, 53}};
   for (const auto& row : rows) {
     CAPTURE(row.path);
-    CHECK((openingErrors(row.path) == std::pair(row.reading, row.appending)));
+    CHECK(openingErrors(row.path) == std::array{row.reading, row.writing, row.writing});
   }
 }
 
@@ -89,9 +113,9 @@ TEST_CASE("files that the user may not touch") {
     MESSAGE("not run: the superuser may not become another user here");
     return;
   }
-  const std::pair<int, int> errors = openingErrors(path);
+  const std::array<int, 3> errors = openingErrors(path);
   if (user == 0) REQUIRE(seteuid(0) == 0);
-  CHECK((errors == std::pair(70, 70)));
+  CHECK(errors == std::array{70, 70, 70});
 }
 
 TEST_CASE("running out") {

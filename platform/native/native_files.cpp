@@ -96,6 +96,11 @@ class NativeOutput final : public OutputFile {
     }
   }
 
+  /// Waits until the disk has it.
+  void flush() {
+    if (::fsync(file_.get()) != 0) throw fileError(errno);
+  }
+
   void close() override {
     const int fd = file_.release();
     if (fd >= 0 && ::close(fd) != 0) throw fileError(errno);
@@ -104,6 +109,57 @@ class NativeOutput final : public OutputFile {
  private:
   Descriptor file_;
 };
+
+/// A name that no file has, in the folder of `path`.
+std::string freeNameBeside(std::string_view path) {
+  const std::string folder(path.substr(0, path.rfind('/') + 1));
+  for (int number = 1;; ++number) {
+    std::string name =
+        folder + "~" + std::to_string(::getpid()) + "-" + std::to_string(number) + ".tmp";
+    struct stat status {};
+    if (::lstat(name.c_str(), &status) != 0) return name;
+  }
+}
+
+class NativeReplacement final : public OutputFile {
+ public:
+  explicit NativeReplacement(std::string_view path)
+      : path_(path),
+        name_(freeNameBeside(path)),
+        file_(openDescriptor(name_, O_WRONLY | O_CREAT | O_EXCL)) {}
+  ~NativeReplacement() override {
+    if (!moved_) ::unlink(name_.c_str());
+  }
+
+  void write(std::string_view bytes) override { file_.write(bytes); }
+
+  void close() override {
+    if (moved_) return;
+    file_.flush();
+    file_.close();
+    if (::rename(name_.c_str(), path_.c_str()) != 0) throw fileError(errno);
+    moved_ = true;
+  }
+
+ private:
+  std::string path_;
+  std::string name_;
+  NativeOutput file_;
+  bool moved_ = false;
+};
+
+/// A folder, a device or a pipe can't be replaced, nor a file that the user may not write.
+void checkReplaceable(const std::string& path) {
+  struct stat status {};
+  if (path.find('\0') != std::string::npos) throw RuntimeError(ErrorNumber::FileNotFound);
+  if (path.empty() || path.back() == '/') throw RuntimeError(ErrorNumber::PathFileAccess);
+  if (::stat(path.c_str(), &status) != 0) {
+    if (errno == ENOENT) return;
+    throw fileError(errno);
+  }
+  if (!S_ISREG(status.st_mode)) throw RuntimeError(ErrorNumber::PathFileAccess);
+  if (::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0) throw fileError(errno);
+}
 
 }  // namespace
 
@@ -146,6 +202,11 @@ std::unique_ptr<InputFile> NativeFileSystem::openInput(std::string_view path) {
 
 std::unique_ptr<OutputFile> NativeFileSystem::openAppend(std::string_view path) {
   return std::make_unique<NativeOutput>(openDescriptor(path, O_WRONLY | O_APPEND | O_CREAT));
+}
+
+std::unique_ptr<OutputFile> NativeFileSystem::openReplacement(std::string_view path) {
+  checkReplaceable(std::string(path));
+  return std::make_unique<NativeReplacement>(path);
 }
 
 }  // namespace velk

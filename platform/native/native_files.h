@@ -12,6 +12,7 @@ class NativeFileSystem final : public FileSystem {
   /// for ever.
   std::unique_ptr<InputFile> openInput(std::string_view path) override;
   std::unique_ptr<OutputFile> openAppend(std::string_view path) override;
+  std::unique_ptr<OutputFile> openReplacement(std::string_view path) override;
 };
 
 /// The runtime error that an errno of a file operation stands for.

@@ -15,7 +15,7 @@ namespace velk {
 
 class MemoryFiles final : public FileSystem {
  public:
-  enum class Call { None, OpenInput, Read, OpenAppend, Write, Close };
+  enum class Call { None, OpenInput, Read, OpenAppend, OpenReplacement, Write, Close };
 
   std::map<std::string, std::string, std::less<>> contents;
   Call failing = Call::None;
@@ -32,6 +32,10 @@ class MemoryFiles final : public FileSystem {
   std::unique_ptr<OutputFile> openAppend(std::string_view path) override {
     check(Call::OpenAppend);
     return std::make_unique<Output>(*this, contents[std::string(path)]);
+  }
+  std::unique_ptr<OutputFile> openReplacement(std::string_view path) override {
+    check(Call::OpenReplacement);
+    return std::make_unique<Replacement>(*this, std::string(path));
   }
 
  private:
@@ -52,7 +56,7 @@ class MemoryFiles final : public FileSystem {
     std::size_t at = 0;
   };
 
-  struct Output final : OutputFile {
+  struct Output : OutputFile {
     Output(MemoryFiles& f, std::string& text) : files(f), bytes(text) { ++files.open; }
     ~Output() override { --files.open; }
     void write(std::string_view text) override {
@@ -62,6 +66,16 @@ class MemoryFiles final : public FileSystem {
     void close() override { files.check(Call::Close); }
     MemoryFiles& files;
     std::string& bytes;
+  };
+
+  struct Replacement final : Output {
+    Replacement(MemoryFiles& f, std::string p) : Output(f, own), path(std::move(p)) {}
+    void close() override {
+      Output::close();
+      files.contents[path] = own;
+    }
+    std::string own;
+    std::string path;
   };
 
   void check(Call call) const {
