@@ -61,6 +61,8 @@ std::string_view fileDescription(ErrorNumber number) {
       return "Path/File access error";
     case ErrorNumber::PathNotFound:
       return "Path not found";
+    case ErrorNumber::InvalidFileFormat:
+      return "Invalid file format";
     default:
       return {};
   }

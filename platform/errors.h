@@ -30,6 +30,7 @@ enum class ErrorNumber : std::int32_t {
   PathNotFound = 76,
   ObjectNotSet = 91,
   InvalidUseOfNull = 94,
+  InvalidFileFormat = 321,
   InvalidPropertyValue = 380,
   CannotCreateObject = 429,
   NoSuchPropertyOrMethod = 438,

@@ -1,0 +1,36 @@
+// A number in decimal digits, rounded as spreadsheets do.
+#pragma once
+
+#include <string>
+
+namespace velk::xls {
+
+class Decimal {
+ public:
+  /// The absolute value of a finite number, to 15 significant digits; whole numbers below 2^53 are
+  /// exact. So 0.1 + 0.2 is 0.3, and a long account number keeps its last digit.
+  explicit Decimal(double value);
+
+  /// Moves the point: the number times ten to that power.
+  void scale(int power) { point_ += power; }
+  /// Rounds to so many places behind the point; a half goes away from zero.
+  void round(int places);
+
+  /// The digits in front of the point, without leading zeros; none below one.
+  std::string whole() const;
+  /// The digits behind the point, `places` of them; without `places` all that are not zero.
+  std::string fraction(int places) const;
+  std::string fraction() const;
+  /// Digits and, far from one, an exponent: "1234.5", "1.5E+21".
+  std::string general() const;
+
+ private:
+  void stripZeros();
+  std::string plain() const;
+
+  // The number is 0.digits times ten to the power of the point. No zeros at the ends.
+  std::string digits_;
+  int point_ = 0;
+};
+
+}  // namespace velk::xls

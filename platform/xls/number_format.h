@@ -1,0 +1,46 @@
+// How a number shows: as its cell's number format says.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velk::xls {
+
+/// The format codes that a workbook need not spell out, by their numbers; the general one for the
+/// rest. Short dates are day first, as everywhere in the system.
+std::string_view builtInFormat(std::uint16_t number);
+
+/// A format code, made ready for use. Understood are sections for negative numbers and zero,
+/// digits, decimals, groups of three, percent, texts within, and dates and times with English
+/// names. What would hide digits that a user may need (exponents, fractions, conditions, empty
+/// sections), and codes of more than 255 bytes, show as the general format.
+class NumberFormat {
+ public:
+  explicit NumberFormat(std::string_view code);
+
+  /// `from1904`: dates are days since 1 January 1904, else as everywhere but for the non-existent
+  /// 29 February 1900, which counts as a day.
+  std::string text(double value, bool from1904) const;
+
+ private:
+  enum class Part : std::uint8_t { Literal, Digit, Point, Comma, Percent, Date, Elapsed, AmPm };
+  struct Token {
+    Part part;
+    char byte;  ///< of a literal; 0, # or ? of a digit; the letter of a date
+  };
+  struct Section {
+    bool general = false;
+    bool date = false;
+    bool slash = false;
+    std::vector<Token> tokens;
+  };
+  class Compiler;
+  class NumberText;
+  class DateText;
+
+  std::vector<Section> sections_;
+};
+
+}  // namespace velk::xls

@@ -1,0 +1,69 @@
+// The cells of a worksheet and their texts, in a few large blocks: a cell is eight bytes, a text
+// its characters and an offset.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velk::xls {
+
+/// Texts by their number, from 0.
+class TextPool {
+ public:
+  /// Appends the text that `append(std::string&)` adds to its argument; answers its number.
+  template <class Append>
+  std::uint32_t add(Append&& append) {
+    append(characters_);
+    ends_.push_back(static_cast<std::uint32_t>(characters_.size()));
+    return static_cast<std::uint32_t>(ends_.size() - 1);
+  }
+  std::size_t size() const { return ends_.size(); }
+  /// Of all of them, in bytes.
+  std::size_t length() const { return characters_.size(); }
+  std::string_view operator[](std::size_t number) const {
+    const std::size_t start = number == 0 ? 0 : ends_[number - 1];
+    return std::string_view(characters_).substr(start, ends_[number] - start);
+  }
+
+ private:
+  std::string characters_;
+  std::vector<std::uint32_t> ends_;
+};
+
+enum class CellKind : std::uint8_t { Text, Number, Boolean, Error };
+
+/// Row and column count from 0 here, as they do in files.
+struct Cell {
+  std::uint16_t row;
+  std::uint8_t column;
+  CellKind kind;
+  std::uint32_t value;  ///< number of a text or a number; the boolean or error itself
+};
+
+class CellTable {
+ public:
+  void add(const Cell& cell);
+  /// Orders the cells and drops those that a later one replaces. To be called before the
+  /// following, and again when cells were added.
+  void arrange();
+
+  /// In the order of rows, then columns.
+  const std::vector<Cell>& cells() const { return cells_; }
+  /// Nothing when there is no such cell.
+  const Cell* find(std::size_t row, std::size_t column) const;
+  /// The last row that has a cell, plus one.
+  std::size_t rowCount() const { return cells_.empty() ? 0 : cells_.back().row + std::size_t{1}; }
+
+ private:
+  void sort();
+  void index();
+
+  std::vector<Cell> cells_;
+  bool inOrder_ = true;
+  std::vector<std::uint32_t> rowStarts_;  // and the end of the last row
+};
+
+}  // namespace velk::xls

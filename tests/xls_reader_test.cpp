@@ -1,0 +1,301 @@
+#include <fstream>
+
+#include "platform/xls/compound_layout.h"
+#include "platform/xls/records.h"
+#include "platform/xls/workbook_reader.h"
+#include "platform/xls/xls_spreadsheet.h"
+#include "tests/support/checks.h"
+#include "tests/support/memory_files.h"
+
+namespace velk::xls {
+namespace {
+
+using namespace std::literals;
+
+std::string seed(std::string_view name) {
+  std::ifstream in(OPNIMP_SOURCE_DIR "/tests/fuzz/seeds/xls/" + std::string(name));
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// The description of the error that reading raises; empty when the file reads.
+template <class Read>
+std::string refusal(Read read) {
+  try {
+    read();
+  } catch (const RuntimeError& error) {
+    REQUIRE(error.is(ErrorNumber::InvalidFileFormat));
+    return error.description();
+  }
+  return {};
+}
+
+/// A workbook stream, record by record: what stands in the globals, then what stands in the sheet.
+struct Stream {
+  std::string bytes;
+  std::vector<std::size_t> entries;  // where the places of the sheets stand
+
+  Stream& add(Record type, std::string_view payload) {
+    appendNumber(bytes, static_cast<std::uint16_t>(type));
+    appendNumber(bytes, static_cast<std::uint16_t>(payload.size()));
+    bytes += payload;
+    return *this;
+  }
+  Stream& begin(char kind, char version = 6) {
+    return add(Record::Bof, std::string{'\0', version, kind, '\0'});
+  }
+  Stream& sheetEntry(char type = 0) {
+    entries.push_back(bytes.size() + recordHeaderSize);
+    return add(Record::BoundSheet, std::string(5, '\0') + type + "\1\0S"s);
+  }
+  /// Ends a substream; the next one is that of the entry.
+  Stream& next(std::size_t entry = 0) {
+    add(Record::Eof, "");
+    for (std::size_t i = 0; i < 4; ++i) {
+      bytes[entries[entry] + i] = static_cast<char>(bytes.size() >> 8 * i);
+    }
+    return *this;
+  }
+};
+
+Stream globals() {
+  Stream stream;
+  return stream.begin(5);
+}
+
+/// Texts of the row from the first column on, up to a blank.
+Texts rowOf(const SheetContents& sheet, std::size_t row) {
+  Texts texts;
+  for (std::size_t column = 0; texts.empty() || !texts.back().empty(); ++column) {
+    texts.push_back(sheet.text(row, column));
+  }
+  texts.pop_back();
+  return texts;
+}
+
+Texts firstRow(Stream& stream) {
+  return rowOf(readWorkbook(stream.add(Record::Eof, "").bytes), 0);
+}
+
+/// Cell (0, column), format 0, and what follows.
+std::string cell(char column, std::string_view rest) {
+  return std::string{'\0', '\0', column, '\0', '\0', '\0'}.append(rest);
+}
+
+TEST_CASE("workbooks of other programs") {
+  const struct {
+    std::string file;
+    int row, column;
+    std::string text;
+  } rows[] = {{"xlwt.xls", 1, 7, "HandHeld DS"},
+              {"xlwt.xls", 2, 1, "Ramesh Ünïcode"},
+              {"xlwt.xls", 2, 2, "राम मोहन"},
+              {"xlwt.xls", 2, 4, "9876543210"},
+              {"xlwt.xls", 2, 5, ""},
+              {"xlwt.xls", 2, 6, "TRUE"},
+              {"xlwt.xls", 3, 1, "123.45"},
+              {"xlwt.xls", 3, 2, "0.3"},
+              {"xlwt.xls", 3, 3, "31/03/2008"},
+              {"xlwt.xls", 3, 4, "9876543210"},
+              {"xlwt.xls", 3, 5, "(1,234,567.89)"},
+              {"xlwt.xls", 3, 6, "😀"},
+              {"xlwt.xls", 3, 7, "31-Mar-08 1:05 PM"},
+              {"xlwt.xls", 5, 1, "bold plain"},
+              {"xlwt.xls", 5, 4, "3000.25"},
+              {"xlwt.xls", 5, 5, "555-1234"},
+              {"xlwt.xls", 7, 1, "merged"},
+              {"xlwt.xls", 7, 2, ""},
+              {"xlwt.xls", 7, 256, "far"},
+              {"xlwt.xls", 65536, 1, ""},
+              {"libreoffice.xls", 1, 2, "Größe €"},
+              {"libreoffice.xls", 2, 1, "9876543210"},
+              {"libreoffice.xls", 2, 5, "31/03/2008"},
+              {"libreoffice.xls", 2, 6, "1,234,567.89"},
+              {"libreoffice.xls", 3, 1, "Salesman!"},
+              {"libreoffice.xls", 3, 2, "19753086420"},
+              {"libreoffice.xls", 3, 3, "#DIV/0!"},
+              {"libreoffice.xls", 3, 4, "FALSE"},
+              {"libreoffice.xls", 3, 5, ""},
+              {"libreoffice.xls", 5, 3, "last"}};
+  MemoryFiles files;
+  for (const auto& row : rows) {
+    CAPTURE(row.file);
+    CAPTURE(row.row);
+    CAPTURE(row.column);
+    files.contents[row.file] = seed(row.file);
+    const auto sheet = XlsSpreadsheet(files).open(row.file);
+    CHECK(sheet->text(row.row, row.column) == row.text);
+    CHECK(sheet->rowCount() == (row.file == "xlwt.xls" ? 7 : 5));
+    CHECK(errorOf([&] { sheet->text(0, 1); }) == 9);
+    CHECK(errorOf([&] { sheet->text(1, 257); }) == 9);
+  }
+  CHECK(files.open == 0);
+}
+
+TEST_CASE("packed numbers are exact") {
+  const std::pair<std::uint32_t, std::string> rows[] = {
+      {12345U << 2 | 3, "123.45"}, {1U << 2 | 3, "0.01"},      {29U << 2 | 3, "0.29"},
+      {0xFFFFFFFE, "-1"},          {0x80000002, "-536870912"}, {536870911U << 2 | 2, "536870911"},
+      {0x3FF80000, "1.5"},         {0x40C81C81, "123.45"},     {0xC0590001, "-1"}};
+  for (const auto& [packed, text] : rows) {
+    CAPTURE(packed);
+    std::string bytes;
+    appendNumber(bytes, packed);
+    Stream stream = globals().sheetEntry().next().begin(0x10).add(Record::Rk, cell(0, bytes));
+    const std::string shown = firstRow(stream).at(0);
+    if (packed == 0x40C81C81) {  // a double cut to 30 bits, then a hundredth of it
+      CHECK(shown.starts_with("123.45"));
+    } else {
+      CHECK(shown == text);
+    }
+  }
+}
+
+TEST_CASE("cells of every kind") {
+  Stream stream = globals().sheetEntry(2).sheetEntry(0).next(0).begin(0x20).next(1).begin(0x10);
+  const std::string two = "\0\0\0\0\0\0\0\x40"s;
+  stream.add(Record::Dimensions, std::string(14, '\0'))
+      .add(Record::Label, cell(0, "\3\0\0a\xE4!"sv))
+      .add(Record::RString, cell(1, "\1\0\1\x39\x09\1\0\0\0\0\0"sv))
+      .begin(0x20)  // a chart in the sheet
+      .add(Record::Label, cell(2, "\1\0\0X"sv))
+      .add(Record::Eof, "")
+      .add(Record::Number, cell(2, two))
+      .add(Record::MulRk, "\0\0\3\0\0\0\6\0\0\0\0\0\x0A\0\0\0\4\0"sv)
+      .add(Record::BoolErr, cell(5, "\1\0"sv))
+      .add(Record::BoolErr, cell(6, "\x17\1"sv))
+      .add(Record::Formula, cell(7, two + std::string(8, '\0')))
+      .add(Record::Formula, cell(8, "\0\0\0\0\0\0\xFF\xFF"sv))
+      .add(Record{0x04BC}, "a shared formula")
+      .add(Record::String, "\4\0\0te"sv)
+      .add(Record::Continue, "\0xt"sv)
+      .add(Record::Formula, cell(9, "\1\0\0\0\0\0\xFF\xFF"sv))
+      .add(Record::Formula, cell(10, "\2\0\x24\0\0\0\xFF\xFF"sv))
+      .add(Record::Formula, cell(11, "\3\0\0\0\0\0\xFF\xFF"sv))
+      .add(Record::Label, cell(1, "\1\0\0Z"sv));  // later, and out of order
+  CHECK(firstRow(stream) ==
+        Texts{"aä!", "Z", "2", "1", "2", "TRUE", "#REF!", "2", "text", "FALSE", "#NUM!"});
+}
+
+TEST_CASE("shared texts across records") {
+  Stream stream = globals().sheetEntry();
+  stream.add(Record::SharedStrings, "\0\0\0\0\1\0\0\0\6\0\0ab"sv)
+      .add(Record::Continue, "\1c\0\x39\x09"sv)  // wider from here
+      .add(Record::Continue, "\0ef\2\0"sv)       // and narrower; a length, and its flags next
+      .add(Record::Continue, "\1\x3D\xD8"sv)     // half a character
+      .add(Record::Continue, "\1\0\xDE"sv)       // the other half
+      .add(Record::Continue, "\2\0\x0C\1\0\3\0\0\0rs123"sv)  // a run of fonts, a phonetic part
+      .add(Record::Continue, "4567"sv)
+      .add(Record::Continue, "\2\0\0ok"sv)
+      .next()
+      .begin(0x10);
+  for (char i = 0; i < 4; ++i) stream.add(Record::LabelSst, cell(i, std::string{i, 0, 0, 0}));
+  CHECK(firstRow(stream) == Texts{"abcहef", "😀", "rs", "ok"});
+}
+
+TEST_CASE("dates from 1904, formats of cells, unknown ones") {
+  Stream stream = globals().sheetEntry();
+  stream.add(Record::DateMode, "\1\0"sv)
+      .add(Record::ExtendedFormat, "\0\0\xA4\0"sv)
+      .add(Record::Format, "\xA4\0\x0A\0\0dd/mm/yyyy"sv)
+      .next()
+      .begin(0x10)
+      .add(Record::Rk, "\0\0\0\0\0\0\xF2\x52\x02\0"sv)
+      .add(Record::Rk, "\0\0\1\0\x09\0\xF2\x52\x02\0"sv);
+  CHECK(firstRow(stream) == Texts{"31/03/2008", "38076"});
+}
+
+TEST_CASE("streams that are refused") {
+  const auto sheet = [] { return globals().sheetEntry().next().begin(0x10); };
+  const std::pair<std::string, Stream> rows[] = {
+      {"version 5.0/95", Stream().begin(5, 5)},
+      {"version 5.0/95", Stream().add(Record::Bof4, "\0\0\x10\0"sv)},
+      {"do not begin", Stream().add(Record::Label, "")},
+      {"not listed", Stream().begin(0x10)},
+      {"password", globals().add(Record::FilePass, "")},
+      {"no worksheet", globals().add(Record::Eof, "")},
+      {"no worksheet", globals().sheetEntry(2).add(Record::Eof, "")},
+      {"no end", globals()},
+      {"worksheet is missing", globals().sheetEntry().next()},
+      {"no such", globals().sheetEntry().next().begin(5)},
+      {"no end", sheet()},
+      {"longer than the rest", Stream{globals().bytes + "\x04\x02\xFF\xFF", {}}},
+      {"too short", sheet().add(Record::Number, cell(0, "1234567"))},
+      {"outside", sheet().add(Record::Number, "\0\0\0\1\0\0\0\0\0\0\0\0\0\0"sv)},
+      {"outside", sheet().add(Record::MulRk, "\0\0\xFF\0\0\0\6\0\0\0\0\0\x0A\0\0\0\0\1"sv)},
+      {"of a cell is missing", sheet().add(Record::LabelSst, cell(0, "\0\0\0\0"sv))},
+      {"of a formula",
+       sheet().add(Record::Formula, cell(8, "\0\0\0\0\0\0\xFF\xFF"sv)).add(Record::Eof, "")},
+      {"text ends", sheet().add(Record::Label, cell(0, "\3\0\0ab"sv))},
+      {"text ends",
+       globals().add(Record::SharedStrings, "\0\0\0\0\0\0\0\0\1\0\4\xFF\xFF\xFF\xFFx"sv)},
+      {"cut in two", sheet().add(Record::Label, cell(0, "\2\0\1a\0b"sv))}};
+  for (const auto& [part, stream] : rows) {
+    CAPTURE(part);
+    const std::string description = refusal([&] { readWorkbook(stream.bytes); });
+    CAPTURE(description);
+    CHECK(description.find(part) != std::string::npos);
+  }
+}
+
+/// A file with a number at an offset replaced.
+std::string patched(std::string file, std::size_t at, std::uint32_t value) {
+  std::string bytes;
+  appendNumber(bytes, value);
+  return file.replace(at, 4, bytes);
+}
+
+TEST_CASE("files that are refused") {
+  // The seed's stream stands in sectors 0 to 7, its table of sectors in 8, its directory in 9.
+  const std::string file = seed("xlwt.xls");
+  const std::size_t table = (file[headerTable] + 1) * 512;
+  const std::size_t directory = (file[headerFirstDirectory] + 1) * 512;
+  const std::size_t size = directory + entrySize + 120;
+  std::string renamed = file;
+  renamed[directory + entrySize] = 'X';
+  std::string biff5 = file;
+  biff5.replace(directory + entrySize, 10, "B\0o\0o\0k\0\0\0"sv).replace(size - 56, 2, "\x0A\0"sv);
+  const std::pair<std::string, std::string> rows[] = {
+      {"is empty", ""},
+      {"a text file", "Salesman,Address\r\n"},
+      {"a web page", "\xEF\xBB\xBF \r\n<html>"},
+      {"an .xlsx workbook", "PK\x03\x04 [Content_Types].xml"},
+      {"an .ods workbook", "PK\x03\x04 mimetypeapplication/vnd.oasis.opendocument.spreadsheet"},
+      {"version 4.0", "\x09\x04\x06\0\0\0\x10\0\0\0"s},
+      {"no workbook", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR"s},
+      {"within its header", file.substr(0, 100)},
+      {"impossible size", patched(file, headerSectorShift, 5)},
+      {"another application", renamed},
+      {"version 5.0/95", biff5},
+      {"in a circle", patched(file, table + 7 * 4, 0)},
+      {"in a circle", patched(file, table + 3 * 4, 1)},
+      {"in a circle", patched(file, table + 9 * 4, 9)},
+      {"behind its end", patched(file, table, 77)},
+      {"missing in the table", patched(file, headerTable, freeSector)},
+      {"longer than the file", patched(file, size, 0xFFFFFFFF)},
+      {"behind its end", patched(file, size, 4097)},
+      {"no root", patched(file, headerFirstDirectory, 0)}};
+  for (const auto& [part, bytes] : rows) {
+    CAPTURE(part);
+    const std::string description = refusal([&] { readXls(bytes); });
+    CAPTURE(description);
+    CHECK(description.find(part) != std::string::npos);
+  }
+  MemoryFiles files;
+  files.contents["large.xls"] = file;
+  files.claimedLength = 1U << 30U;
+  CHECK(errorOf([&] { XlsSpreadsheet(files).open("large.xls"); }) == 7);
+}
+
+TEST_CASE("a file that is cut anywhere is refused") {
+  for (const char* name : {"xlwt.xls", "libreoffice.xls"}) {
+    const std::string file = seed(name);
+    for (std::size_t length = 0; length < file.size() - 512;
+         length += length % 512 == 1 ? 510 : 1) {
+      CAPTURE(length);
+      CHECK_FALSE(refusal([&] { readXls(std::string_view(file).substr(0, length)); }).empty());
+    }
+  }
+}
+
+}  // namespace
+}  // namespace velk::xls
