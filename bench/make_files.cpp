@@ -54,6 +54,24 @@ void writeDocument(std::ostream& out, Dice& dice, std::uint32_t customers, std::
       << "/2007," << money(bill) << ',' << money(dice.below(bill)) << ",Invoice";
 }
 
+constexpr std::array<const char*, 3> salesmanTypes{"Van Sales", "Ready Stock", "Order Booking"};
+
+/// What an export of salesmen holds; no quotes, no commas within.
+void writeSalesmen(const std::string& path, std::uint32_t rows) {
+  std::ofstream out(path, std::ios::binary);
+  Dice dice;
+  out << "Salesman,Address,ResNumber,MobNumber,Existing DSType,DSType,HandHeld DS\n"
+      << std::setfill('0');
+  for (std::uint32_t row = 1; row <= rows; ++row) {
+    const char* const type = salesmanTypes[dice.below(salesmanTypes.size())];
+    out << firstNames[dice.below(firstNames.size())] << ' ' << row << ',' << 1 + dice.below(900)
+        << " Station Road " << cities[dice.below(cities.size())] << ",020-24" << std::setw(6)
+        << dice.below(1'000'000) << ",98" << std::setw(8) << dice.below(100'000'000) << ',' << type
+        << ',' << type << ',' << (dice.below(2) == 0 ? "YES" : "No") << '\n';
+  }
+  require(out.flush().good(), "an input file can't be written");
+}
+
 void writeFile(const std::string& path, std::uint32_t rows, std::uint32_t customers, bool wide) {
   std::ofstream out(path, std::ios::binary);
   Dice dice;
@@ -106,5 +124,7 @@ int main(int argc, char** argv) {
     writeFile(folder + "/documents-10000x7.csv", 10'000, 2000, false);
     writeBranches(folder + "/branches-10000x4.csv", 10'000);
     writeVendors(folder + "/vendors-10000x10.csv", 10'000);
+    writeSalesmen(folder + "/salesmen-60000.csv", 60'000);
+    writeSalesmen(folder + "/salesmen-1000.csv", 1000);
   });
 }

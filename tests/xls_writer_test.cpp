@@ -140,7 +140,7 @@ TEST_CASE("fonts, columns and lists") {
   // row, column, format, text: bold texts have format 17, others 16
   CHECK(workbook.records(Record::LabelSst).at(0) == "\0\0\0\0\x11\0\0\0\0\0"s);
   CHECK(workbook.records(Record::Blank) == Texts{"\0\0\1\0\x11\0"s});
-  CHECK(workbook.records(Record::LabelSst).at(1) == "\1\0\0\0\x10\0\2\0\0\0"s);
+  CHECK(workbook.records(Record::LabelSst).at(1) == "\1\0\0\0\x10\0\1\0\0\0"s);
   CHECK(workbook.records(Record::ExtendedFormat).at(17).starts_with("\5\0\x31\0"s));
   CHECK(workbook.records(Record::Font).at(4).substr(6, 2) == "\xBC\2");  // 700, the fifth
   const Texts columns = workbook.records(Record::ColumnInfo);

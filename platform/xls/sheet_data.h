@@ -33,7 +33,7 @@ class TextPool {
   std::vector<std::uint32_t> ends_;
 };
 
-enum class CellKind : std::uint8_t { Text, Number, Boolean, Error };
+enum class CellKind : std::uint8_t { Blank, Text, Number, Boolean, Error };
 
 /// Row and column count from 0 here, as they do in files.
 struct Cell {

@@ -23,7 +23,7 @@ struct SheetColumn {
 
 struct SheetModel {
   TextSet texts;
-  CellTable cells;  ///< texts only; an empty one is a blank cell
+  CellTable cells;  ///< texts and blank ones only
   std::vector<CellRange> bold;
   std::vector<ListValidation> validations;
   std::map<int, SheetColumn> columns;

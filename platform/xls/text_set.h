@@ -16,11 +16,16 @@ class TextSet {
   const TextPool& texts() const { return texts_; }
 
  private:
-  std::uint32_t& slotOf(std::string_view text);
+  /// Part of the hash stands beside the number, so that few texts are looked at in vain.
+  struct Slot {
+    std::uint32_t hash;
+    std::uint32_t number;  ///< from 1; 0 in a free slot
+  };
+
   void grow();
 
   TextPool texts_;
-  std::vector<std::uint32_t> slots_;  // open addressing; numbers from 1, and 0 for a free slot
+  std::vector<Slot> slots_;  // open addressing
 };
 
 }  // namespace velk::xls

@@ -312,6 +312,8 @@ std::string SheetContents::text(std::size_t row, std::size_t column) const {
       return cell->value != 0 ? "TRUE" : "FALSE";
     case CellKind::Error:
       return std::string(errorText(cell->value));
+    case CellKind::Blank:
+      return {};
     case CellKind::Number:
       break;
   }

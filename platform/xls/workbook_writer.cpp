@@ -108,7 +108,10 @@ class WorkbookWriter {
 
   void writeTexts() {
     const TextPool& texts = sheet_.texts.texts();
-    records_.begin(Record::SharedStrings).u32(sheet_.cells.cells().size()).u32(texts.size());
+    const auto& cells = sheet_.cells.cells();
+    const auto used = std::count_if(cells.begin(), cells.end(),
+                                    [](const Cell& cell) { return cell.kind == CellKind::Text; });
+    records_.begin(Record::SharedStrings).u32(static_cast<std::size_t>(used)).u32(texts.size());
     for (std::size_t i = 0; i < texts.size(); ++i) records_.sharedText(texts[i]);
   }
 
@@ -152,7 +155,7 @@ class WorkbookWriter {
 
   void writeCell(const Cell& cell) {
     const bool bold = sheet_.isBold(cell);
-    const bool blank = sheet_.texts.texts()[cell.value].empty();
+    const bool blank = cell.kind == CellKind::Blank;
     if (blank && !bold) return;
     records_.begin(blank ? Record::Blank : Record::LabelSst);
     records_.u16(cell.row).u16(cell.column).u16(bold ? boldTextFormat : textFormat);

@@ -79,7 +79,8 @@ void XlsSheetWriter::setText(int row, int column, std::string_view text) {
     throw RuntimeError(ErrorNumber::InvalidProcedureCall, "The text is too long for a cell");
   }
   sheet_.cells.add({static_cast<std::uint16_t>(row - 1), static_cast<std::uint8_t>(column - 1),
-                    CellKind::Text, sheet_.texts.add(text)});
+                    text.empty() ? CellKind::Blank : CellKind::Text,
+                    text.empty() ? 0 : sheet_.texts.add(text)});
 }
 
 void XlsSheetWriter::setBold(const CellRange& range) {
@@ -90,12 +91,11 @@ void XlsSheetWriter::setBold(const CellRange& range) {
 /// A font needs a cell that has it: blank ones where there is none.
 void XlsSheetWriter::addBlanks(const CellRange& range) {
   sheet_.cells.arrange();
-  const std::uint32_t nothing = sheet_.texts.add("");
   std::vector<Cell> blanks;
   for (int row = range.firstRow; row <= range.lastRow; ++row) {
     for (int column = range.firstColumn; column <= range.lastColumn; ++column) {
       const Cell blank{static_cast<std::uint16_t>(row), static_cast<std::uint8_t>(column),
-                       CellKind::Text, nothing};
+                       CellKind::Blank, 0};
       if (sheet_.cells.find(blank.row, blank.column) == nullptr) blanks.push_back(blank);
     }
   }
@@ -128,6 +128,7 @@ void XlsSheetWriter::autoFit(int firstColumn, int lastColumn) {
   sheet_.cells.arrange();
   for (const Cell& cell : sheet_.cells.cells()) {
     if (cell.column < range.firstColumn || cell.column > range.lastColumn) continue;
+    if (cell.kind == CellKind::Blank) continue;
     const double width = textWidth(sheet_.texts.texts()[cell.value], sheet_.isBold(cell));
     widths[cell.column] = std::max(widths[cell.column], std::min(width, maxColumnWidth));
   }
