@@ -11,8 +11,11 @@ class Decimal {
   /// exact. So 0.1 + 0.2 is 0.3, and a long account number keeps its last digit.
   explicit Decimal(double value);
 
+  bool isZero() const { return digits_.empty(); }
   /// Moves the point: the number times ten to that power.
-  void scale(int power) { point_ += power; }
+  void scale(int power) {
+    if (!isZero()) point_ += power;
+  }
   /// Rounds to so many places behind the point; a half goes away from zero.
   void round(int places);
 

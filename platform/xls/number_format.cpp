@@ -183,10 +183,11 @@ class NumberFormat::NumberText {
         point_(std::find_if(begin_, end_, [](const Token& t) { return t.part == Part::Point; })),
         places_(countDigits(point_, end_)) {}
 
-  std::string text() {
+  /// With a minus in front if so wanted, unless nothing but zeros shows.
+  std::string text(bool negative) {
     scale();
     number_.round(places_);
-    return wholePart() + fractionPart();
+    return (negative && !number_.isZero() ? "-" : "") + wholePart() + fractionPart();
   }
 
  private:
@@ -410,7 +411,7 @@ std::string NumberFormat::text(double value, bool from1904) const {
   const bool badDate = section.date && (value < 0 || value >= DateText::limit);
   if (section.general || badDate) return generalText(value);
   if (section.date) return DateText(section.tokens, value, from1904).text();
-  return (value < 0 && !ownNegative ? "-" : "") + NumberText(section.tokens, value).text();
+  return NumberText(section.tokens, value).text(value < 0 && !ownNegative);
 }
 
 }  // namespace velk::xls
