@@ -50,4 +50,18 @@ class HostService {
   virtual std::shared_ptr<HostMainWindow> mainWindow() = 0;
 };
 
+/// A host's service without a host: captions are their keys, prepared messages the text as it is,
+/// and there is no main window (error 438). Who derives from it shows the messages.
+class PlainHostService : public HostService {
+ public:
+  void screenReady(Form&, bool) override {}
+  Value caption(std::string_view application, std::string_view category,
+                std::string_view key) override;
+  void screenStarting(Form&) override {}
+  std::string captionText(std::string_view application, std::string_view category,
+                          std::string_view key) override;
+  std::string messageText(std::string_view text, std::span<const Value> arguments) override;
+  std::shared_ptr<HostMainWindow> mainWindow() override;
+};
+
 }  // namespace velk

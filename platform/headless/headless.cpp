@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "platform/errors.h"
-
 namespace velk {
 
 namespace {
@@ -32,27 +30,10 @@ std::int32_t HeadlessDesktop::messageBox(std::string_view prompt, std::int32_t s
   return answerOk;
 }
 
-Value HeadlessHostService::caption(std::string_view, std::string_view, std::string_view key) {
-  return std::string(key);
-}
-
-std::string HeadlessHostService::captionText(std::string_view, std::string_view,
-                                             std::string_view key) {
-  return std::string(key);
-}
-
 Value HeadlessHostService::messageBox(std::string_view prompt, std::int32_t style,
                                       std::optional<std::string_view> caption) {
   messages_(makeMessage(prompt, style, caption, true));
   return answerOk;
-}
-
-std::string HeadlessHostService::messageText(std::string_view text, std::span<const Value>) {
-  return std::string(text);
-}
-
-std::shared_ptr<HostMainWindow> HeadlessHostService::mainWindow() {
-  throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
 }
 
 void HeadlessShell::closed(Form& form) noexcept {

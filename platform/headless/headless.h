@@ -51,22 +51,12 @@ class HeadlessDesktop final : public Desktop {
   std::optional<std::string> choice_;
 };
 
-/// Captions are their keys, prepared messages the text as it is.
-class HeadlessHostService final : public HostService {
+class HeadlessHostService final : public PlainHostService {
  public:
   explicit HeadlessHostService(MessageHandler messages) : messages_(std::move(messages)) {}
 
-  void screenReady(Form&, bool) override {}
-  Value caption(std::string_view application, std::string_view category,
-                std::string_view key) override;
-  void screenStarting(Form&) override {}
-  std::string captionText(std::string_view application, std::string_view category,
-                          std::string_view key) override;
   Value messageBox(std::string_view prompt, std::int32_t style,
                    std::optional<std::string_view> caption) override;
-  std::string messageText(std::string_view text, std::span<const Value> arguments) override;
-  /// There is no main window: error 438.
-  std::shared_ptr<HostMainWindow> mainWindow() override;
 
  private:
   MessageHandler messages_;

@@ -1,0 +1,16 @@
+// The database, over a connection that the host opened with ADO.
+#pragma once
+
+#include <ole2.h>
+
+#include <memory>
+
+#include "platform/database.h"
+
+namespace velk {
+
+/// The connection behind an ADO connection object, used as it is, open or closed; null for null.
+/// Error 13 for an object that is no ADO connection.
+std::shared_ptr<Connection> adoConnection(IUnknown* object);
+
+}  // namespace velk

@@ -1,0 +1,91 @@
+#include "platform/windows/com_errors.h"
+
+#include <new>
+
+#include "platform/windows/wide_text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr DWORD facilityControl = 10;
+
+std::int32_t numberOf(HRESULT result) {
+  const bool control = (static_cast<DWORD>(result) & 0xFFFF0000U) == 0x800A0000U;
+  return control ? result & 0xFFFF : result;
+}
+
+std::string systemDescription(HRESULT result) {
+  wchar_t text[512];
+  constexpr DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+  DWORD length = FormatMessageW(flags, nullptr, static_cast<DWORD>(result), 0, text,
+                                static_cast<DWORD>(std::size(text)), nullptr);
+  while (length > 0 && text[length - 1] <= L' ') --length;
+  return fromWide({text, length});
+}
+
+std::string describe(HRESULT result) {
+  const auto number = static_cast<ErrorNumber>(numberOf(result));
+  const std::string_view standard = standardDescription(number);
+  if (standard != standardDescription(ErrorNumber{})) return std::string(standard);
+  std::string system = systemDescription(result);
+  return system.empty() ? std::string(standard) : system;
+}
+
+}  // namespace
+
+RuntimeError comError(HRESULT result, std::string description) {
+  if (description.empty()) description = describe(result);
+  return {numberOf(result), std::move(description)};
+}
+
+RuntimeError lastComError(HRESULT result) {
+  ComPointer<IErrorInfo> info;
+  Bstr description;
+  if (GetErrorInfo(0, info.receive()) == S_OK) info->GetDescription(description.receive());
+  return comError(result, description.text());
+}
+
+HRESULT toHresult(const RuntimeError& error) {
+  const std::int32_t number = error.number();
+  if (number < 0) return number;
+  if (number == 0 || number > 0xFFFF) return E_FAIL;
+  return MAKE_HRESULT(SEVERITY_ERROR, facilityControl, number);
+}
+
+RuntimeError currentError() {
+  try {
+    throw;
+  } catch (const RuntimeError& error) {
+    return error;
+  } catch (const std::bad_alloc&) {
+    return RuntimeError(ErrorNumber::OutOfMemory);
+  } catch (const std::exception& error) {
+    return {E_UNEXPECTED, error.what()};
+  } catch (...) {
+    return {E_UNEXPECTED, {}};
+  }
+}
+
+HRESULT reportError(const RuntimeError& error, REFIID iid, const wchar_t* source) {
+  ComPointer<ICreateErrorInfo> info;
+  if (SUCCEEDED(CreateErrorInfo(info.receive()))) {
+    info->SetGUID(iid);
+    info->SetSource(const_cast<wchar_t*>(source));
+    info->SetDescription(toWide(error.description()).data());
+    SetErrorInfo(0, queryInterface<IErrorInfo>(info.get()).get());
+  }
+  return toHresult(error);
+}
+
+HRESULT fillIn(EXCEPINFO* exception, const RuntimeError& error, const wchar_t* source) {
+  if (exception != nullptr) {
+    *exception = {};
+    exception->scode = toHresult(error);
+    exception->bstrSource = SysAllocString(source);
+    exception->bstrDescription = SysAllocString(toWide(error.description()).c_str());
+  }
+  return DISP_E_EXCEPTION;
+}
+
+}  // namespace velk

@@ -1,0 +1,74 @@
+// Errors of COM calls, both ways, and the boundary that no exception crosses.
+#pragma once
+
+#include <ole2.h>
+
+#include <string>
+#include <utility>
+
+#include "platform/errors.h"
+#include "platform/windows/com_pointer.h"
+#include "platform/windows/floating_point.h"
+
+namespace velk {
+
+/// The runtime error that a failed HRESULT stands for: the low word where the facility is that of
+/// controls (0x800A....), else the HRESULT as a signed number. Without a description the error has
+/// the standard one, or the system's.
+RuntimeError comError(HRESULT result, std::string description = {});
+
+/// The same, described by the error information that the failed call left behind.
+RuntimeError lastComError(HRESULT result);
+
+/// The HRESULT that carries a runtime error to a caller; comError takes it back to its number.
+HRESULT toHresult(const RuntimeError& error);
+
+/// Calls a member of an object and raises its failure. Error information of earlier calls is taken
+/// away first, because objects without any would otherwise be described by it.
+template <class Object, class Member, class... Arguments>
+void call(const ComPointer<Object>& object, Member member, Arguments&&... arguments) {
+  SetErrorInfo(0, nullptr);
+  const HRESULT result = (object.get()->*member)(std::forward<Arguments>(arguments)...);
+  if (FAILED(result)) throw lastComError(result);
+}
+
+/// Raises a failure that comes without error information.
+inline void check(HRESULT result) {
+  if (FAILED(result)) throw comError(result);
+}
+
+/// Makes an object of a registered class; error 429 when that fails.
+template <class Interface>
+ComPointer<Interface> createObject(REFCLSID classId, DWORD context,
+                                   REFIID iid = __uuidof(Interface)) {
+  ComPointer<Interface> object;
+  const HRESULT result = CoCreateInstance(classId, nullptr, context, iid, object.receiveAny());
+  if (FAILED(result)) throw RuntimeError(ErrorNumber::CannotCreateObject);
+  return object;
+}
+
+/// The runtime error now being handled, whatever was thrown; for use in a catch block.
+RuntimeError currentError();
+/// Leaves the error as this thread's error information and returns its HRESULT.
+HRESULT reportError(const RuntimeError& error, REFIID iid, const wchar_t* source);
+
+/// Describes the error in a caller's EXCEPINFO (null: not wanted); DISP_E_EXCEPTION.
+HRESULT fillIn(EXCEPINFO* exception, const RuntimeError& error, const wchar_t* source = L"");
+
+/// Runs the body of a COM member; whatever it throws goes to `failed`, which gives the HRESULT.
+template <class Body, class Failed>
+HRESULT guarded(Body&& body, Failed&& failed) noexcept {
+  const MaskedFloatingPoint masked;
+  try {
+    std::forward<Body>(body)();
+    return S_OK;
+  } catch (...) {
+    try {
+      return std::forward<Failed>(failed)(currentError());
+    } catch (...) {  // no memory to describe it
+      return E_OUTOFMEMORY;
+    }
+  }
+}
+
+}  // namespace velk

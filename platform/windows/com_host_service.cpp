@@ -1,0 +1,105 @@
+#include "platform/windows/com_host_service.h"
+
+#include <host_service_com.h>
+
+#include "platform/windows/com_errors.h"
+#include "platform/windows/late_binding.h"
+#include "platform/windows/screen_object.h"
+#include "platform/windows/variants.h"
+#include "platform/windows/wide_text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr CLSID serviceClass = {
+    0x2F54E293, 0x7499, 0x4B89, {0x9A, 0x2E, 0xE7, 0x83, 0x42, 0x00, 0x7F, 0x59}};
+
+class ComHostMainWindow final : public HostMainWindow {
+ public:
+  explicit ComHostMainWindow(ComPointer<IVelkHostWindow> host) : host_(std::move(host)) {}
+
+  void focusMainMenu(int element) override {
+    ComPointer<IDispatch> window;
+    call(host_, &IVelkHostWindow::get_MainWindow, window.receive());
+    const auto menu = memberObject(window.get(), "cmdMainMenu");
+    std::vector<Variant> index;
+    index.emplace_back(Value(element));
+    const auto button = memberObject(menu.get(), "Item", std::move(index));
+    callMember(button.get(), "SetFocus", DISPATCH_METHOD);
+  }
+
+ private:
+  ComPointer<IVelkHostWindow> host_;
+};
+
+class ComHostService final : public HostService {
+ public:
+  explicit ComHostService(ComPointer<IVelkHostService> service) : service_(std::move(service)) {}
+
+  void screenReady(Form& screen, bool flag) override {
+    call(service_, &IVelkHostService::ScreenReady, screenObject(screen).get(),
+         flag ? VARIANT_TRUE : VARIANT_FALSE);
+  }
+
+  Value caption(std::string_view application, std::string_view category,
+                std::string_view key) override {
+    Variant caption;
+    call(service_, &IVelkHostService::Caption, Bstr(application).get(), Bstr(category).get(),
+         Bstr(key).get(), caption.receive());
+    return toValue(caption.get());
+  }
+
+  void screenStarting(Form& screen) override {
+    call(service_, &IVelkHostService::ScreenStarting, screenObject(screen).get());
+  }
+
+  std::string captionText(std::string_view application, std::string_view category,
+                          std::string_view key) override {
+    Bstr caption;
+    call(service_, &IVelkHostService::CaptionText, Bstr(application).get(), Bstr(category).get(),
+         Bstr(key).get(), caption.receive());
+    return caption.text();
+  }
+
+  Value messageBox(std::string_view prompt, std::int32_t style,
+                   std::optional<std::string_view> caption) override {
+    const Variant title = caption ? Variant(Value(std::string(*caption))) : Variant::missing();
+    const Variant missing = Variant::missing();
+    Variant answer;
+    call(service_, &IVelkHostService::ShowMessage, Bstr(prompt).get(), Variant(Value(style)).get(),
+         title.get(), missing.get(), missing.get(), answer.receive());
+    return toValue(answer.get());
+  }
+
+  std::string messageText(std::string_view text, std::span<const Value> arguments) override {
+    Variant list(arguments);
+    SAFEARRAY* array = list.get().parray;
+    Bstr message;
+    call(service_, &IVelkHostService::MessageText, Bstr(text).get(), &array, message.receive());
+    return message.text();
+  }
+
+  std::shared_ptr<HostMainWindow> mainWindow() override {
+    auto host = queryInterface<IVelkHostWindow>(service_.get());
+    if (!host) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+    return std::make_shared<ComHostMainWindow>(std::move(host));
+  }
+
+ private:
+  ComPointer<IVelkHostService> service_;
+};
+
+}  // namespace
+
+std::shared_ptr<HostService> createComHostService() {
+  constexpr DWORD where = CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER;
+  ComPointer<IVelkHostService> service;
+  const HRESULT result = CoCreateInstance(serviceClass, nullptr, where, __uuidof(IVelkHostService),
+                                          service.receiveAny());
+  if (result == REGDB_E_CLASSNOTREG) return nullptr;
+  if (FAILED(result)) throw RuntimeError(ErrorNumber::CannotCreateObject);
+  return std::make_shared<ComHostService>(std::move(service));
+}
+
+}  // namespace velk

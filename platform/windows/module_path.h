@@ -1,0 +1,13 @@
+// Where the code that runs was loaded from.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace velk {
+
+/// Full path of a module's file; null: the process's executable.
+std::wstring modulePath(HMODULE module);
+
+}  // namespace velk

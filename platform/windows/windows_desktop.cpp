@@ -1,0 +1,62 @@
+#include "platform/windows/windows_desktop.h"
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include "platform/errors.h"
+#include "platform/windows/module_path.h"
+#include "platform/windows/wide_text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr double secondsPerDay = 86400;
+
+int showBox(const std::wstring& prompt, const std::wstring& caption, UINT style) {
+  return MessageBoxW(GetActiveWindow(), prompt.c_str(), caption.c_str(), style | MB_TASKMODAL);
+}
+
+}  // namespace
+
+std::int32_t WindowsDesktop::messageBox(std::string_view prompt, std::int32_t style,
+                                        std::optional<std::string_view> caption) {
+  const std::wstring text = toWide(prompt);
+  const std::wstring title = toWide(caption.value_or(libraryName));
+  const auto asked = static_cast<UINT>(style);
+  const int answer = showBox(text, title, asked);
+  return answer != 0 ? answer : showBox(text, title, MB_OK | (asked & MB_ICONMASK));
+}
+
+// File dialogs need the screens' windows, which do not exist yet.
+std::optional<std::string> WindowsDesktop::chooseFileToOpen(const FileDialog&) {
+  throw RuntimeError(E_NOTIMPL, "File dialogs are not available yet");
+}
+std::optional<std::string> WindowsDesktop::chooseFileToSave(const FileDialog& dialog) {
+  return chooseFileToOpen(dialog);
+}
+
+std::string WindowsDesktop::applicationFolder() const {
+  const std::wstring path = modulePath(nullptr);
+  return fromWide(std::wstring_view(path).substr(0, path.rfind(L'\\')));
+}
+
+Date WindowsDesktop::now() const {
+  SYSTEMTIME time{};
+  GetLocalTime(&time);
+  const Date day = dateFromCivil({time.wYear, time.wMonth, time.wDay});
+  const int seconds = (time.wHour * 60 + time.wMinute) * 60 + time.wSecond;
+  return {day.days + seconds / secondsPerDay};
+}
+
+void WindowsDesktop::openDocument(std::string_view path) {
+  ShellExecuteW(nullptr, L"open", toWide(path).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+}
+
+void WindowsDesktop::waitCursor(bool on) {
+  waits_ += on ? 1 : -1;
+  SetCursor(LoadCursorW(nullptr, waits_ > 0 ? IDC_WAIT : IDC_ARROW));
+}
+
+}  // namespace velk

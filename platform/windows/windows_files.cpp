@@ -1,0 +1,175 @@
+#include "platform/windows/windows_files.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "platform/windows/wide_text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr DWORD shared = FILE_SHARE_READ | FILE_SHARE_WRITE;
+
+class FileHandle {
+ public:
+  explicit FileHandle(HANDLE handle) : handle_(handle) {}
+  FileHandle(FileHandle&& other) noexcept : handle_(other.release()) {}
+  FileHandle& operator=(FileHandle&&) = delete;
+  ~FileHandle() { close(); }
+
+  HANDLE get() const { return handle_; }
+  bool close() { return handle_ == INVALID_HANDLE_VALUE || CloseHandle(release()) != 0; }
+
+ private:
+  HANDLE release() { return std::exchange(handle_, INVALID_HANDLE_VALUE); }
+  HANDLE handle_;
+};
+
+[[noreturn]] void throwLastError() {
+  throw fileError(GetLastError());
+}
+
+// A path that Windows would refuse for its length, in the form that it takes.
+std::wstring acceptablePath(std::wstring path) {
+  if (path.size() < MAX_PATH || path.starts_with(L"\\\\?\\")) return path;
+  std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+  full.resize(
+      GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+  if (full.empty()) return path;
+  return full.starts_with(L"\\\\") ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
+}
+
+bool isFolder(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+FileHandle openFile(std::string_view path, DWORD access, DWORD disposition) {
+  if (path.find('\0') != std::string_view::npos) throw RuntimeError(ErrorNumber::FileNotFound);
+  const std::wstring name = acceptablePath(toWide(path));
+  FileHandle file(CreateFileW(name.c_str(), access, shared, nullptr, disposition,
+                              FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (file.get() == INVALID_HANDLE_VALUE) {
+    const DWORD failure = GetLastError();
+    if (isFolder(name)) throw RuntimeError(ErrorNumber::PathFileAccess);
+    throw fileError(failure);
+  }
+  if (GetFileType(file.get()) != FILE_TYPE_DISK) throw RuntimeError(ErrorNumber::PathFileAccess);
+  return file;
+}
+
+DWORD atMostOneCall(std::size_t count) {
+  constexpr std::size_t most = std::size_t{1} << 30U;
+  return static_cast<DWORD>(std::min(count, most));
+}
+
+class WindowsInput final : public InputFile {
+ public:
+  explicit WindowsInput(FileHandle file) : file_(std::move(file)) {
+    LARGE_INTEGER size{};
+    if (GetFileSizeEx(file_.get(), &size) == 0) throwLastError();
+    length_ = static_cast<std::uint64_t>(size.QuadPart);
+  }
+
+  std::uint64_t length() const override { return length_; }
+
+  std::size_t read(char* to, std::size_t count) override {
+    std::size_t done = 0;
+    while (done < count) {
+      DWORD got = 0;
+      if (ReadFile(file_.get(), to + done, atMostOneCall(count - done), &got, nullptr) == 0) {
+        throwLastError();
+      }
+      if (got == 0) break;
+      done += got;
+    }
+    return done;
+  }
+
+  void rewind() override {
+    if (SetFilePointerEx(file_.get(), {}, nullptr, FILE_BEGIN) == 0) throwLastError();
+  }
+
+ private:
+  FileHandle file_;
+  std::uint64_t length_ = 0;
+};
+
+class WindowsOutput final : public OutputFile {
+ public:
+  explicit WindowsOutput(FileHandle file) : file_(std::move(file)) {}
+
+  void write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      DWORD written = 0;
+      if (WriteFile(file_.get(), bytes.data(), atMostOneCall(bytes.size()), &written, nullptr) ==
+          0) {
+        throwLastError();
+      }
+      // A full disk may show as a short count without an error.
+      if (written == 0) throw RuntimeError(ErrorNumber::DiskFull);
+      bytes.remove_prefix(written);
+    }
+  }
+
+  void close() override {
+    if (!file_.close()) throwLastError();
+  }
+
+ private:
+  FileHandle file_;
+};
+
+}  // namespace
+
+RuntimeError fileError(std::uint32_t errorCode) {
+  switch (errorCode) {
+    case ERROR_FILE_NOT_FOUND:
+      return RuntimeError(ErrorNumber::FileNotFound);
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_DRIVE:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+    case ERROR_DIRECTORY:
+      return RuntimeError(ErrorNumber::PathNotFound);
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+      return RuntimeError(ErrorNumber::PermissionDenied);
+    case ERROR_WRITE_PROTECT:
+    case ERROR_CANT_RESOLVE_FILENAME:
+    case ERROR_INVALID_PARAMETER:
+      return RuntimeError(ErrorNumber::PathFileAccess);
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_PATHNAME:
+    case ERROR_FILENAME_EXCED_RANGE:
+      return RuntimeError(ErrorNumber::BadFileNameOrNumber);
+    case ERROR_TOO_MANY_OPEN_FILES:
+      return RuntimeError(ErrorNumber::TooManyFiles);
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+    case ERROR_FILE_TOO_LARGE:
+      return RuntimeError(ErrorNumber::DiskFull);
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_OUTOFMEMORY:
+      return RuntimeError(ErrorNumber::OutOfMemory);
+    default:
+      return RuntimeError(ErrorNumber::DeviceIo);
+  }
+}
+
+std::unique_ptr<InputFile> WindowsFileSystem::openInput(std::string_view path) {
+  return std::make_unique<WindowsInput>(openFile(path, GENERIC_READ, OPEN_EXISTING));
+}
+
+std::unique_ptr<OutputFile> WindowsFileSystem::openAppend(std::string_view path) {
+  // Without the right to write elsewhere every write goes to the end, also beside another process.
+  constexpr DWORD appendOnly = FILE_APPEND_DATA | SYNCHRONIZE;
+  return std::make_unique<WindowsOutput>(openFile(path, appendOnly, OPEN_ALWAYS));
+}
+
+}  // namespace velk

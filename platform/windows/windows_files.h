@@ -1,0 +1,23 @@
+// The machine's files, through Win32.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/errors.h"
+#include "platform/files.h"
+
+namespace velk {
+
+/// Files are opened shared: others may read and write them. Only files on disk open; a folder, a
+/// device or a pipe is error 75. Paths may be longer than 260 characters.
+class WindowsFileSystem final : public FileSystem {
+ public:
+  std::unique_ptr<InputFile> openInput(std::string_view path) override;
+  std::unique_ptr<OutputFile> openAppend(std::string_view path) override;
+};
+
+/// The runtime error that a Win32 error code of a file operation stands for.
+RuntimeError fileError(std::uint32_t errorCode);
+
+}  // namespace velk
