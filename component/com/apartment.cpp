@@ -1,0 +1,69 @@
+#include "component/com/apartment.h"
+
+#include <Velk_OpnImp_com.h>
+
+#include <map>
+#include <mutex>
+
+#include "platform/errors.h"
+#include "platform/windows/com_errors.h"
+#include "platform/windows/com_host_service.h"
+#include "platform/windows/windows_text.h"
+
+namespace velk {
+
+namespace {
+
+/// Answers where no host service is registered.
+class DesktopHostService final : public PlainHostService {
+ public:
+  explicit DesktopHostService(Desktop& desktop) : desktop_(desktop) {}
+
+  Value messageBox(std::string_view prompt, std::int32_t style,
+                   std::optional<std::string_view> caption) override {
+    return desktop_.messageBox(prompt, style, caption);
+  }
+
+ private:
+  Desktop& desktop_;
+};
+
+}  // namespace
+
+// Objects are created in single-threaded apartments only, so a thread is an apartment.
+std::shared_ptr<Apartment> Apartment::current() {
+  static std::mutex mutex;
+  static std::map<DWORD, std::weak_ptr<Apartment>> apartments;
+  const std::scoped_lock lock(mutex);
+  std::erase_if(apartments, [](const auto& entry) { return entry.second.expired(); });
+  std::weak_ptr<Apartment>& entry = apartments[GetCurrentThreadId()];
+  std::shared_ptr<Apartment> apartment = entry.lock();
+  if (apartment == nullptr) entry = apartment = std::make_shared<Apartment>();
+  return apartment;
+}
+
+Apartment::Apartment()
+    : codePage_(activeCodePage()),
+      module_({files_, desktop_, shell_, codePage_, [this] { return createHostService(); }}) {}
+
+// The module keeps what it got, so the line is written once.
+std::shared_ptr<HostService> Apartment::createHostService() {
+  if (auto service = createComHostService()) return service;
+  module_.WriteErrorLog("The host's service object is not registered; captions are their keys");
+  return std::make_shared<DesktopHostService>(desktop_);
+}
+
+const ComPointer<ITypeInfo>& Apartment::typeInfo() {
+  if (!typeInfo_) {
+    ComPointer<ITypeLib> library;
+    check(LoadTypeLibEx(serverPath().c_str(), REGKIND_NONE, library.receive()));
+    check(library->GetTypeInfoOfGuid(__uuidof(_Velk_ClsOpnImp), typeInfo_.receive()));
+  }
+  return typeInfo_;
+}
+
+void Apartment::NoWindows::show(std::shared_ptr<Form>) {
+  throw RuntimeError(E_NOTIMPL, "Screens have no windows yet");
+}
+
+}  // namespace velk

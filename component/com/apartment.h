@@ -1,0 +1,46 @@
+// What the component keeps for one apartment of the host: the platform and the shared module.
+#pragma once
+
+#include <ole2.h>
+
+#include <memory>
+
+#include "component/com/server.h"
+#include "platform/windows/com_pointer.h"
+#include "platform/windows/windows_desktop.h"
+#include "platform/windows/windows_files.h"
+#include "shared/Velk_ModOpnImp.h"
+
+namespace velk {
+
+class Apartment {
+ public:
+  /// That of the calling thread, made when there is none. It lives as long as someone holds it: the
+  /// objects and screens of the apartment.
+  static std::shared_ptr<Apartment> current();
+
+  Apartment();
+  Velk_ModOpnImp& module() { return module_; }
+  /// The public class's interface as the type library describes it.
+  const ComPointer<ITypeInfo>& typeInfo();
+
+ private:
+  std::shared_ptr<HostService> createHostService();
+
+  /// Stands where the screens' windows will be; see ClsOpnImpObject::openScreen.
+  struct NoWindows final : FormShell {
+    void show(std::shared_ptr<Form>) override;
+    void closed(Form&) noexcept override {}
+    Menu* popup(Form&, Menu&) override { return nullptr; }
+  };
+
+  ServerLock lock_;
+  WindowsFileSystem files_;
+  WindowsDesktop desktop_;
+  NoWindows shell_;
+  CodePage codePage_;
+  Velk_ModOpnImp module_;
+  ComPointer<ITypeInfo> typeInfo_;
+};
+
+}  // namespace velk
