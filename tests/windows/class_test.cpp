@@ -1,0 +1,268 @@
+// The public class as hosts call it: early bound, late bound, and wrongly.
+#include <ado_com.h>
+#include <xmmintrin.h>
+
+#include <fstream>
+#include <thread>
+
+#include "platform/windows/late_binding.h"
+#include "platform/windows/variants.h"
+#include "tests/windows/message_boxes.h"
+#include "tests/windows/server_dll.h"
+
+namespace velk {
+namespace {
+
+constexpr WORD getOrCall = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+
+std::string writeFile(const char* content) {
+  const auto path = std::filesystem::temp_directory_path() / L"r\u00e9cords.csv";
+  std::ofstream(path, std::ios::binary) << content;
+  return fromWide(path.wstring());
+}
+
+std::string textOf(const Variant& variant) {
+  return toText(toValue(variant.get()));
+}
+
+/// Calls a late-bound member with these arguments.
+template <class... Arguments>
+Variant late(IDispatch* object, std::string_view name, WORD kind, Arguments&&... arguments) {
+  std::vector<Variant> list;
+  (list.emplace_back(std::forward<Arguments>(arguments)), ...);
+  return callMember(object, name, kind, std::move(list));
+}
+
+HRESULT invoke(IDispatch* object, DISPID id, WORD kind, std::vector<VARIANT> arguments,
+               UINT* badArgument = nullptr, EXCEPINFO* exception = nullptr) {
+  DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
+  return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters, nullptr, exception,
+                        badArgument);
+}
+
+TEST_CASE("the reader, early bound") {
+  const ServerDll dll;
+  const auto object = dll.makeObject();
+  CHECK(object->put_FileName(Bstr(writeFile("a,\"b,\xE9\"\r\n1,2,3\r")).get()) == S_OK);
+  LONG count = 0;
+  Bstr field;
+  VARIANT_BOOL atEnd = VARIANT_TRUE, valid = VARIANT_TRUE;
+  CHECK(object->Count(&count) == S_OK);
+  CHECK(count == 2);
+  CHECK(object->Fields(1, field.receive()) == S_OK);
+  CHECK(field.text() == "\"b,é\"");
+  {
+    const MessageBoxes boxes;
+    CHECK(dll.makeObject()->ValidateData(2, object.get(), &valid) == S_OK);
+    REQUIRE(boxes.shown().size() == 1);
+    CHECK(boxes.shown()[0].find("(2) in line number 2starting with 1.") != std::string::npos);
+    CHECK(boxes.shown()[0].starts_with("Import|"));
+  }
+  CHECK(valid == VARIANT_FALSE);
+  CHECK(object->MoveNext() == S_OK);
+  CHECK(object->IsEOF(&atEnd) == S_OK);
+  CHECK(atEnd == VARIANT_TRUE);
+  CHECK(object->Rewind() == S_OK);
+  CHECK(object->IsEOF(&atEnd) == S_OK);
+  CHECK(atEnd == VARIANT_FALSE);
+  Variant split;
+  CHECK(object->CSVSplit(nullptr, split.receive()) == S_OK);
+  REQUIRE(split.get().vt == (VT_ARRAY | VT_BSTR));
+  CHECK(split.get().parray->rgsabound[0].cElements == 0);
+  CHECK(split.get().parray->rgsabound[0].lLbound == 0);
+}
+
+TEST_CASE("the reader, late bound, in any letter case") {
+  const ServerDll dll;
+  const auto object = dll.makeObject();
+  IDispatch* const reader = object.get();
+  const std::string path = writeFile("a,\"b,c\"\r\n1,2");
+  late(reader, "FILENAME", DISPATCH_PROPERTYPUT, Value(path));
+  CHECK(textOf(late(reader, "filename", DISPATCH_PROPERTYGET)) == path);
+  CHECK(textOf(late(reader, "COUNT", getOrCall)) == "2");
+  CHECK(textOf(late(reader, "fields", getOrCall, Value("1"))) == "\"b,c\"");
+  CHECK(textOf(late(reader, "validatedata", getOrCall, Value(2.0), reader)) == "True");
+  late(reader, "movenext", DISPATCH_METHOD);
+  CHECK(textOf(late(reader, "Fields", getOrCall, Value(0))) == "1");
+  late(reader, "MoveNext", DISPATCH_METHOD);
+  CHECK(textOf(late(reader, "IsEof", getOrCall)) == "True");
+  late(reader, "Rewind", DISPATCH_METHOD);
+  CHECK(textOf(late(reader, "IsEOF", getOrCall)) == "False");
+  const Variant split = late(reader, "CSVSplit", DISPATCH_METHOD, Value("x,\"y,z\""));
+  REQUIRE(split.get().vt == (VT_ARRAY | VT_BSTR));
+  auto* const fields = static_cast<BSTR*>(split.get().parray->pvData);
+  CHECK(split.get().parray->rgsabound[0].cElements == 2);
+  CHECK(Bstr::textOf(fields[1]) == "\"y,z\"");
+}
+
+TEST_CASE("the members stand in the vtable where the type library says") {
+  const ServerDll dll;
+  const auto object = dll.makeObject();
+  object->put_FileName(Bstr(writeFile("a,b,c")).get());
+  ComPointer<ITypeInfo> info, members;
+  HREFTYPE reference = 0;
+  REQUIRE(object->GetTypeInfo(0, 0, info.receive()) == S_OK);
+  REQUIRE(info->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference) == S_OK);
+  REQUIRE(info->GetRefTypeInfo(reference, members.receive()) == S_OK);
+  const std::pair<DISPID, const char*> rows[] = {{4, "cords.csv"}, {8, "3"}, {7, "False"}};
+  for (const auto& [id, answer] : rows) {
+    CAPTURE(id);
+    DISPPARAMS none{};
+    Variant result;
+    CHECK(members->Invoke(object.get(), id, getOrCall & (id == 4 ? 2 : 1), &none, result.receive(),
+                          nullptr, nullptr) == S_OK);
+    CHECK(textOf(result).ends_with(answer));
+  }
+}
+
+TEST_CASE("errors reach the caller with number and description") {
+  const ServerDll dll;
+  const auto object = dll.makeObject();
+  object->put_FileName(Bstr(writeFile("a\r\n")).get());
+  Bstr field;
+  VARIANT_BOOL valid = VARIANT_FALSE;
+  CHECK(object->Fields(7, field.receive()) == static_cast<HRESULT>(0x800A0009));
+  CHECK(errorDescription() == "Subscript out of range");
+  CHECK(object->Fields(0, nullptr) == E_POINTER);
+  CHECK(object->ValidateData(1, nullptr, &valid) == static_cast<HRESULT>(0x800A005B));
+  CHECK(queryInterface<ISupportErrorInfo>(object.get())
+            ->InterfaceSupportsErrorInfo(__uuidof(_Velk_ClsOpnImp)) == S_OK);
+  try {
+    late(object.get(), "Fields", DISPATCH_METHOD, Value(-1));
+    FAIL("no error");
+  } catch (const RuntimeError& error) {
+    CHECK(error.number() == 9);
+    CHECK(error.description() == "Subscript out of range");
+  }
+}
+
+TEST_CASE("calls that do not fit are refused with automation's own codes") {
+  const ServerDll dll;
+  const auto object = dll.makeObject();
+  const Variant number(Value(1)), text(Value("x"));
+  UINT bad = 9;
+  CHECK(invoke(object.get(), 6, DISPATCH_METHOD, {text.get()}, &bad) == DISP_E_TYPEMISMATCH);
+  CHECK(bad == 0);
+  CHECK(invoke(object.get(), 6, DISPATCH_METHOD, {}) == DISP_E_PARAMNOTOPTIONAL);
+  CHECK(invoke(object.get(), 8, DISPATCH_METHOD, {number.get()}) == DISP_E_BADPARAMCOUNT);
+  CHECK(invoke(object.get(), 8, DISPATCH_PROPERTYPUT, {number.get()}) == DISP_E_MEMBERNOTFOUND);
+  CHECK(invoke(object.get(), 99, DISPATCH_METHOD, {}) == DISP_E_MEMBERNOTFOUND);
+  CHECK(invoke(object.get(), 11, DISPATCH_METHOD, {number.get(), number.get()}, &bad) ==
+        DISP_E_TYPEMISMATCH);
+  CHECK(errorOf([&] { late(object.get(), "Close", DISPATCH_METHOD); }) == 438);
+}
+
+TEST_CASE("a file that does not open is shown with the error's number as the style") {
+  const ServerDll dll;
+  const auto object = dll.makeObject();
+  const MessageBoxes boxes;
+  CHECK(object->put_FileName(Bstr("C:\\no such file.csv").get()) == S_OK);
+  CHECK(boxes.shown() == Texts{"Velk_OpnImp|File not found|Retry|Cancel"});  // 53 = 48 + 5
+}
+
+TEST_CASE("entry points take the host's objects in every form and give them back") {
+  const ServerDll dll;
+  const auto object = dll.makeObject();
+  const auto connection = createObject<_Connection>(__uuidof(::Connection), CLSCTX_INPROC_SERVER);
+  _Connection* given = connection.get();
+  IPictureDisp* icon = nullptr;
+  CHECK(object->ImportCustomerOpening(&given, &icon) == E_NOTIMPL);
+  CHECK(object->ImportCustomerOpening(nullptr, &icon) == E_POINTER);
+  auto* dispatch = static_cast<IDispatch*>(given);
+  VARIANT byValue{}, byReference{}, inVariant{}, null{};
+  byValue.vt = null.vt = VT_DISPATCH;
+  byValue.pdispVal = dispatch;
+  byReference.vt = VT_BYREF | VT_DISPATCH;
+  byReference.ppdispVal = &dispatch;
+  inVariant.vt = VT_BYREF | VT_VARIANT;
+  inVariant.pvarVal = &byValue;
+  for (const VARIANT& passed : {byValue, byReference, inVariant, null}) {
+    CAPTURE(passed.vt);
+    for (const DISPID id : {1, 2, 3}) {
+      EXCEPINFO exception{};
+      CHECK(invoke(object.get(), id, DISPATCH_METHOD, {null, passed}, nullptr, &exception) ==
+            DISP_E_EXCEPTION);
+      CHECK(exception.scode == E_NOTIMPL);
+      SysFreeString(exception.bstrSource);
+      SysFreeString(exception.bstrDescription);
+    }
+  }
+  CHECK(given == connection.get());
+  CHECK(dispatch == given);
+  CHECK(references(connection.get()) == 1);
+  VARIANT wrong = byValue;
+  wrong.pdispVal = object.get();
+  EXCEPINFO exception{};
+  CHECK(invoke(object.get(), 1, DISPATCH_METHOD, {null, wrong}, nullptr, &exception) ==
+        DISP_E_EXCEPTION);
+  CHECK(exception.scode == static_cast<HRESULT>(0x800A000D));
+}
+
+TEST_CASE("the DLL may go when nothing of it is held") {
+  const ServerDll dll;
+  CHECK(dll.call("DllCanUnloadNow") == S_OK);
+  {
+    const auto factory = dll.factory();
+    CHECK(dll.call("DllCanUnloadNow") == S_FALSE);
+    factory->LockServer(TRUE);
+  }
+  CHECK(dll.call("DllCanUnloadNow") == S_FALSE);
+  dll.factory()->LockServer(FALSE);
+  CHECK(dll.call("DllCanUnloadNow") == S_OK);
+  {
+    const auto object = dll.makeObject();
+    CHECK(dll.call("DllCanUnloadNow") == S_FALSE);
+    CHECK(references(object.get()) == 1);
+    auto again = queryInterface<IDispatch>(object.get());
+    CHECK(references(object.get()) == 2);
+    CHECK(queryInterface<IUnknown>(again.get()).get() ==
+          queryInterface<IUnknown>(object.get()).get());
+  }
+  CHECK(dll.call("DllCanUnloadNow") == S_OK);
+}
+
+TEST_CASE("a factory refuses what it cannot make") {
+  const ServerDll dll;
+  const auto factory = dll.factory();
+  void* object = &object;
+  CHECK(factory->CreateInstance(factory.get(), IID_IUnknown, &object) == CLASS_E_NOAGGREGATION);
+  CHECK(object == nullptr);
+  CHECK(factory->CreateInstance(nullptr, IID_IPersist, &object) == E_NOINTERFACE);
+  CHECK(factory->CreateInstance(nullptr, IID_IUnknown, nullptr) == E_POINTER);
+}
+
+TEST_CASE("another thread's object has a module of its own") {
+  const ServerDll dll;
+  const auto mine = dll.makeObject();
+  const std::string path = writeFile("x");
+  std::thread([&] {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    const MessageBoxes boxes;
+    const auto theirs = dll.makeObject();
+    for (int i = 0; i < 255; ++i) theirs->put_FileName(Bstr(path).get());
+    CHECK(boxes.shown().size() == 1);  // out of file numbers, in this apartment only
+    CoUninitialize();
+  }).join();
+  LONG count = 0;
+  mine->put_FileName(Bstr(path).get());
+  CHECK(mine->Count(&count) == S_OK);
+  CHECK(count == 1);
+}
+
+TEST_CASE("a host's floating-point exceptions are masked inside and back afterwards") {
+  const ServerDll dll;
+  const auto object = dll.makeObject();
+  object->put_FileName(Bstr(writeFile("a")).get());
+  const Variant index(Value(0.1));  // to round it is inexact, which would trap
+  const unsigned masked = _mm_getcsr();
+  const unsigned trapping = masked & ~static_cast<unsigned>(_MM_MASK_MASK);
+  _mm_setcsr(trapping);
+  const HRESULT outcome = invoke(object.get(), 6, DISPATCH_METHOD, {index.get()});
+  const unsigned after = _mm_getcsr();
+  _mm_setcsr(masked);
+  CHECK(outcome == S_OK);
+  CHECK((after & _MM_MASK_MASK) == 0);
+}
+
+}  // namespace
+}  // namespace velk

@@ -1,0 +1,45 @@
+#include "platform/windows/windows_desktop.h"
+
+#include <ctime>
+
+#include "tests/windows/message_boxes.h"
+#include "tests/windows/server_dll.h"
+
+namespace velk {
+namespace {
+
+TEST_CASE("message boxes") {
+  WindowsDesktop desktop;
+  const MessageBoxes boxes;
+  CHECK(desktop.messageBox("Zoë\r\nis in", 64, "Import") == answerOk);
+  CHECK(desktop.messageBox("", 0) == answerOk);
+  CHECK(desktop.messageBox("?", 48 + 3) == IDYES);
+  // Numbers of errors as styles: whatever Windows makes of them, the user sees the text.
+  for (const std::int32_t style : {53, 75, 70, 7, 15, -2147217871}) {
+    CAPTURE(style);
+    CHECK(desktop.messageBox("failed", style) != 0);
+    CHECK(boxes.shown().back().starts_with("Velk_OpnImp|failed|"));
+  }
+  CHECK(boxes.shown()[0] == "Import|Zoë\r\nis in|OK");
+  CHECK(boxes.shown()[1] == "Velk_OpnImp||OK");
+  CHECK(boxes.shown()[2] == "Velk_OpnImp|?|Yes|No|Cancel");
+  CHECK(boxes.shown().size() == 9);
+}
+
+TEST_CASE("folder and clock") {
+  const WindowsDesktop desktop;
+  CHECK(desktop.applicationFolder() == fromWide(programFolder().wstring()));
+  const double before = desktop.now().days;
+  const std::time_t clock = std::time(nullptr);
+  const double after = desktop.now().days;
+  const std::tm local = *std::localtime(&clock);
+  const double between =
+      dateFromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday}).days +
+      (local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec) / 86400.0;
+  constexpr double second = 1.0 / 86400;
+  CHECK(before <= between + second);
+  CHECK(between <= after + second);
+}
+
+}  // namespace
+}  // namespace velk

@@ -1,0 +1,104 @@
+#include "platform/windows/windows_files.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/windows/windows_text.h"
+#include "tests/windows/server_dll.h"
+
+namespace velk {
+namespace {
+
+namespace fs = std::filesystem;
+
+class TemporaryFolder {
+ public:
+  TemporaryFolder() { fs::create_directory(path_); }
+  ~TemporaryFolder() { fs::remove_all(path_); }
+  std::string path(const std::string& name) const {
+    return fromWide((path_ / toWide(name)).wstring());
+  }
+
+ private:
+  fs::path path_ = fs::temp_directory_path() / ("files" + std::to_string(GetCurrentProcessId()));
+};
+
+std::string readAll(FileSystem& files, const std::string& path) {
+  const auto file = files.openInput(path);
+  std::string bytes(static_cast<std::size_t>(file->length()) + 1, '\0');
+  bytes.resize(file->read(bytes.data(), bytes.size()));
+  return bytes;
+}
+
+TEST_CASE("appending, reading, rewinding, beside other users of the file") {
+  const TemporaryFolder folder;
+  WindowsFileSystem files;
+  const std::string path = folder.path("Zoë.log");
+  const auto first = files.openAppend(path), second = files.openAppend(path);
+  first->write("one");
+  second->write("two");
+  first->write("three");
+  CHECK(readAll(files, path) == "onetwothree");
+  const auto in = files.openInput(path);
+  char bytes[4];
+  CHECK(in->read(bytes, 4) == 4);
+  in->rewind();
+  CHECK(in->read(bytes, 3) == 3);
+  CHECK(std::string(bytes, 3) == "one");
+  first->close();
+  first->close();
+}
+
+TEST_CASE("a path of more than 260 characters") {
+  const TemporaryFolder folder;
+  WindowsFileSystem files;
+  std::string path = folder.path("");
+  for (int i = 0; i < 3; ++i) path += std::string(100, 'x') + (i < 2 ? "\\" : "");
+  const std::wstring wide = toWide("\\\\?\\" + path);
+  fs::create_directories(fs::path(wide).parent_path());
+  files.openAppend(path)->write("far away");
+  CHECK(readAll(files, path) == "far away");
+  fs::remove_all(toWide("\\\\?\\" + folder.path("") + std::string(100, 'x')));
+}
+
+TEST_CASE("what does not open") {
+  const TemporaryFolder folder;
+  WindowsFileSystem files;
+  std::ofstream(fs::path(toWide(folder.path("file")))) << "x";
+  const HANDLE locked = CreateFileW(toWide(folder.path("locked")).c_str(), GENERIC_WRITE, 0,
+                                    nullptr, CREATE_NEW, 0, nullptr);
+  const struct {
+    std::string path;
+    int reading, appending;
+  } rows[] = {{folder.path("missing"), 53, 0},
+              {folder.path("no\\such\\folder"), 76, 76},
+              {folder.path(""), 75, 75},
+              {"NUL", 75, 75},
+              {folder.path("locked"), 70, 70},
+              {folder.path("a?b"), 52, 52},
+              {folder.path("file") + std::string("\0.csv", 5), 53, 53}};
+  for (const auto& row : rows) {
+    CAPTURE(row.path);
+    CHECK(errorOf([&] { files.openInput(row.path); }) == row.reading);
+    CHECK(errorOf([&] { files.openAppend(row.path); }) == row.appending);
+  }
+  CloseHandle(locked);
+}
+
+TEST_CASE("the error codes of a failing disk") {
+  const std::pair<DWORD, int> rows[] = {{ERROR_DISK_FULL, 61},
+                                        {ERROR_TOO_MANY_OPEN_FILES, 67},
+                                        {ERROR_WRITE_PROTECT, 75},
+                                        {ERROR_CRC, 57}};
+  for (const auto& [code, number] : rows) CHECK(fileError(code).number() == number);
+}
+
+TEST_CASE("code pages of the machine") {
+  CHECK(codePageOf(1251).decode("\xCF\xF0") == "Пр");
+  CHECK(codePageOf(1251).encode("Пр€é") == "\xCF\xF0\x88?");
+  CHECK(codePageOf(1252).decode("\x80\x81\xFF") == CodePage::windows1252().decode("\x80\x81\xFF"));
+  CHECK(activeCodePage().decode("abc") == "abc");
+}
+
+}  // namespace
+}  // namespace velk

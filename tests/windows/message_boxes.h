@@ -1,0 +1,75 @@
+// Answers the message boxes of this thread, and keeps what they said.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "platform/windows/wide_text.h"
+#include "tests/support/checks.h"
+
+namespace velk {
+
+class MessageBoxes {
+ public:
+  MessageBoxes() {
+    current() = this;
+    hook_ = SetWindowsHookExW(WH_CALLWNDPROCRET, onMessage, nullptr, GetCurrentThreadId());
+    REQUIRE(hook_ != nullptr);
+  }
+  ~MessageBoxes() {
+    UnhookWindowsHookEx(hook_);
+    current() = nullptr;
+  }
+  MessageBoxes(const MessageBoxes&) = delete;
+  MessageBoxes& operator=(const MessageBoxes&) = delete;
+
+  /// "caption|text|button..." of each, without the "&" of mnemonics.
+  const Texts& shown() const { return shown_; }
+
+ private:
+  static MessageBoxes*& current() {
+    thread_local MessageBoxes* boxes = nullptr;
+    return boxes;
+  }
+
+  // Once a dialog is set up, its texts stand.
+  static LRESULT CALLBACK onMessage(int code, WPARAM sender, LPARAM details) {
+    const auto& message = *reinterpret_cast<const CWPRETSTRUCT*>(details);
+    if (code == HC_ACTION && message.message == WM_INITDIALOG) current()->answer(message.hwnd);
+    return CallNextHookEx(nullptr, code, sender, details);
+  }
+
+  static std::string textOf(HWND window) {
+    wchar_t text[1024];
+    return fromWide({text, static_cast<std::size_t>(GetWindowTextW(window, text, 1024))});
+  }
+
+  // Presses the first button.
+  void answer(HWND box) {
+    std::string all = textOf(box) + '|' + textOf(GetDlgItem(box, messageId));
+    WPARAM first = 0;
+    for (HWND child = GetWindow(box, GW_CHILD); child != nullptr;
+         child = GetWindow(child, GW_HWNDNEXT)) {
+      wchar_t kind[16];
+      GetClassNameW(child, kind, 16);
+      if (std::wstring_view(kind) != L"Button" ||
+          !(GetWindowLongW(child, GWL_STYLE) & WS_VISIBLE)) {
+        continue;
+      }
+      std::string caption = textOf(child);
+      std::erase(caption, '&');
+      all += '|' + caption;
+      if (first == 0) first = static_cast<WPARAM>(GetDlgCtrlID(child));
+    }
+    if (first == 0) return;
+    shown_.push_back(all);
+    PostMessageW(box, WM_COMMAND, first, 0);
+  }
+
+  static constexpr int messageId = 0xFFFF;
+  HHOOK hook_;
+  Texts shown_;
+};
+
+}  // namespace velk

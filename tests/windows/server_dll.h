@@ -1,0 +1,72 @@
+// The component's DLL as a host loads it, and calls on its objects.
+#pragma once
+
+#include <ole2.h>
+
+#include <Velk_OpnImp_com.h>
+
+#include <filesystem>
+#include <string>
+
+#include "platform/windows/com_errors.h"
+#include "platform/windows/module_path.h"
+#include "platform/windows/wide_text.h"
+#include "tests/support/checks.h"
+
+namespace velk {
+
+/// The folder of the test program; the DLL and its manifest lie there, too.
+inline std::filesystem::path programFolder() {
+  return std::filesystem::path(modulePath(nullptr)).parent_path();
+}
+
+/// Loaded without COM knowing of it.
+class ServerDll {
+ public:
+  ServerDll() { REQUIRE(dll_ != nullptr); }
+  ~ServerDll() { FreeLibrary(dll_); }
+  ServerDll(const ServerDll&) = delete;
+  ServerDll& operator=(const ServerDll&) = delete;
+
+  HRESULT call(const char* function) const {
+    return exported<HRESULT STDAPICALLTYPE()>(function)();
+  }
+
+  ComPointer<IClassFactory> factory() const {
+    ComPointer<IClassFactory> factory;
+    const auto get =
+        exported<HRESULT STDAPICALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
+    REQUIRE(get(__uuidof(::Velk_ClsOpnImp), __uuidof(IClassFactory), factory.receiveAny()) == S_OK);
+    return factory;
+  }
+  ComPointer<_Velk_ClsOpnImp> makeObject() const {
+    ComPointer<_Velk_ClsOpnImp> object;
+    REQUIRE(factory()->CreateInstance(nullptr, __uuidof(_Velk_ClsOpnImp), object.receiveAny()) ==
+            S_OK);
+    return object;
+  }
+
+ private:
+  template <class Function>
+  Function* exported(const char* name) const {
+    auto* const found =
+        reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(dll_, name)));
+    REQUIRE((found != nullptr));
+    return found;
+  }
+
+  HMODULE dll_ = LoadLibraryW((programFolder() / "Velk_OpnImp.dll").c_str());
+};
+
+/// The reference count of an object.
+inline ULONG references(IUnknown* object) {
+  object->AddRef();
+  return object->Release();
+}
+
+/// The description that a failed call left behind.
+inline std::string errorDescription() {
+  return lastComError(E_FAIL).description();
+}
+
+}  // namespace velk
