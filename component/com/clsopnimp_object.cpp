@@ -169,15 +169,16 @@ HRESULT ClsOpnImpObject::Invoke(DISPID id, REFIID iid, LCID locale, WORD kind,
                                 UINT* badArgument) noexcept {
   if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   const bool put = (kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
-  const auto member = [&] {
-    const DispatchArguments given(required(parameters), locale, badArgument);
-    Variant answer = invokeMember(id, put, given);
-    if (result != nullptr) *result = answer.release();
-  };
-  return guarded(member, [&](const RuntimeError& error) {
-    if (isDispatchError(error.number())) return toHresult(error);
-    return fillIn(exception, error, programmaticName);
-  });
+  return guarded(
+      [&] {
+        const DispatchArguments given(required(parameters), locale, badArgument);
+        Variant answer = invokeMember(id, put, given);
+        if (result != nullptr) *result = answer.release();
+      },
+      [&](const RuntimeError& error) {
+        if (isDispatchError(error.number())) return toHresult(error);
+        return fillIn(exception, error, programmaticName);
+      });
 }
 
 }  // namespace velk

@@ -66,7 +66,7 @@ class ClsOpnImpObject final : public ComObject<_Velk_ClsOpnImp, ISupportErrorInf
   template <class Body>
   static HRESULT run(Body&& body) noexcept;
 
-  void openScreen(IUnknown* connection, IUnknown* icon);
+  static void openScreen(IUnknown* connection, IUnknown* icon);
   bool validate(std::int16_t columns, IUnknown* file) const;
 
   std::shared_ptr<Apartment> apartment_;

@@ -6,8 +6,6 @@
 
 #include "platform/windows/module_path.h"
 
-extern "C" const IMAGE_DOS_HEADER __ImageBase;
-
 namespace velk {
 
 namespace {
@@ -35,7 +33,11 @@ bool serverInUse() {
 }
 
 std::wstring serverPath() {
-  return modulePath(reinterpret_cast<HMODULE>(const_cast<IMAGE_DOS_HEADER*>(&__ImageBase)));
+  constexpr DWORD whose =
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+  HMODULE dll = nullptr;
+  GetModuleHandleExW(whose, reinterpret_cast<const wchar_t*>(&serverInUse), &dll);
+  return modulePath(dll);
 }
 
 }  // namespace velk

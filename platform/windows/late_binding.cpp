@@ -1,6 +1,7 @@
 #include "platform/windows/late_binding.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
@@ -43,7 +44,8 @@ Variant callMember(IDispatch* object, std::string_view name, WORD kind,
   if (object == nullptr) throw RuntimeError(ErrorNumber::ObjectNotSet);
   // They travel last one first.
   std::vector<VARIANT> passed;
-  for (auto one = arguments.rbegin(); one != arguments.rend(); ++one) passed.push_back(one->get());
+  std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(passed),
+                 [](const Variant& argument) { return argument.get(); });
   DISPID put = DISPID_PROPERTYPUT;
   DISPPARAMS parameters{passed.data(), nullptr, static_cast<UINT>(passed.size()), 0};
   if ((kind & DISPATCH_PROPERTYPUT) != 0) {

@@ -54,18 +54,19 @@ HRESULT NamedMembers::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* par
                              VARIANT* result, EXCEPINFO* exception, UINT*) noexcept {
   if (parameters == nullptr) return E_POINTER;
   if (parameters->cArgs > 1) return DISP_E_BADPARAMCOUNT;
-  const auto member = [&] {
-    std::optional<Value> argument;
-    if (parameters->cArgs == 1) argument = toValue(parameters->rgvarg[0]);
-    const std::string name = nameOf(id);
-    if ((kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
-      put(name, argument.value_or(Null{}));
-    } else {
-      Variant got = get(name, argument);
-      if (result != nullptr) *result = got.release();
-    }
-  };
-  return guarded(member, [&](const RuntimeError& error) { return fillIn(exception, error); });
+  return guarded(
+      [&] {
+        std::optional<Value> argument;
+        if (parameters->cArgs == 1) argument = toValue(parameters->rgvarg[0]);
+        const std::string name = nameOf(id);
+        if ((kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
+          put(name, argument.value_or(Null{}));
+        } else {
+          Variant got = get(name, argument);
+          if (result != nullptr) *result = got.release();
+        }
+      },
+      [&](const RuntimeError& error) { return fillIn(exception, error); });
 }
 
 }  // namespace velk
