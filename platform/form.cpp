@@ -17,7 +17,8 @@ Form::Form(FormShell& shell, std::string_view name, std::string_view caption, Bo
            {"Width", design.width},
            {"Height", design.height},
            {"WindowState", static_cast<std::int32_t>(WindowState::Normal)},
-           {"Visible", flagFalse}});
+           {"Visible", flagFalse},
+           {"hWnd", 0}});
 }
 
 FormObserver& Form::observer() const {
@@ -37,6 +38,7 @@ Bounds Form::bounds() const {
 }
 
 void Form::setIcon(std::shared_ptr<const Picture> icon) {
+  if (icon != nullptr) icon->requireIcon();
   icon_ = std::move(icon);
   observer().formChanged(*this, "Icon");
 }

@@ -45,6 +45,8 @@ enum class EventResult {
 class Picture {
  public:
   virtual ~Picture() = default;
+  /// Error 481 when it is no icon.
+  virtual void requireIcon() const {}
 };
 
 enum class WindowState : std::int32_t { Normal = 0, Minimised = 1, Maximised = 2 };
@@ -75,7 +77,7 @@ class FormShell {
 };
 
 /// A form's events all enter through `dispatch`. Properties: Name, Caption, BackColor, Left, Top,
-/// Width, Height, WindowState, Visible.
+/// Width, Height, WindowState, Visible, hWnd (the handle of its window, 0 without one).
 class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
  public:
   Form(FormShell& shell, std::string_view name, std::string_view caption, Bounds design);
@@ -85,7 +87,8 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   WindowState windowState() const { return static_cast<WindowState>(number("WindowState")); }
   void setBounds(Bounds bounds);
   Bounds bounds() const;
-  /// Null: the shell's default icon. The picture lives as long as the form uses it.
+  /// Null: the shell's default icon. The picture lives as long as the form uses it. Error 481 for a
+  /// picture that is no icon.
   void setIcon(std::shared_ptr<const Picture> icon);
   const std::shared_ptr<const Picture>& icon() const { return icon_; }
   void setObserver(FormObserver* observer) { observer_ = observer; }

@@ -62,8 +62,4 @@ const ComPointer<ITypeInfo>& Apartment::typeInfo() {
   return typeInfo_;
 }
 
-void Apartment::NoWindows::show(std::shared_ptr<Form>) {
-  throw RuntimeError(E_NOTIMPL, "Screens have no windows yet");
-}
-
 }  // namespace velk

@@ -7,13 +7,14 @@
 
 #include "component/com/server.h"
 #include "platform/windows/com_pointer.h"
+#include "platform/windows/forms/window_shell.h"
 #include "platform/windows/windows_desktop.h"
 #include "platform/windows/windows_files.h"
 #include "shared/Velk_ModOpnImp.h"
 
 namespace velk {
 
-class Apartment {
+class Apartment : public std::enable_shared_from_this<Apartment> {
  public:
   /// That of the calling thread, made when there is none. It lives as long as someone holds it: the
   /// objects and screens of the apartment.
@@ -27,17 +28,10 @@ class Apartment {
  private:
   std::shared_ptr<HostService> createHostService();
 
-  /// Stands where the screens' windows will be; see ClsOpnImpObject::openScreen.
-  struct NoWindows final : FormShell {
-    void show(std::shared_ptr<Form>) override;
-    void closed(Form&) noexcept override {}
-    Menu* popup(Form&, Menu&) override { return nullptr; }
-  };
-
   ServerLock lock_;
   WindowsFileSystem files_;
   WindowsDesktop desktop_;
-  NoWindows shell_;
+  WindowShell shell_{[this] { return shared_from_this(); }};
   CodePage codePage_;
   Velk_ModOpnImp module_;
   ComPointer<ITypeInfo> typeInfo_;

@@ -5,6 +5,7 @@
 #include "component/com/identifiers.h"
 #include "platform/windows/ado_connection.h"
 #include "platform/windows/com_errors.h"
+#include "platform/windows/ole_picture.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -26,6 +27,11 @@ void giveText(BSTR* to, std::string_view text) {
   result = Bstr(text).release();
 }
 
+// In the order of their dispatch identifiers, from 1.
+constexpr std::array<ClsOpnImpObject::EntryPoint, 3> entryPoints{
+    &Velk_ClsOpnImp::ImportCustomerOpening, &Velk_ClsOpnImp::ImportVendorOpening,
+    &Velk_ClsOpnImp::ImportBankBranchOpening};
+
 // Members that calls through IDispatch treat in their own way; the others stand in the IDL.
 constexpr DISPID fileNameId = 4;
 
@@ -41,23 +47,27 @@ HRESULT ClsOpnImpObject::run(Body&& body) noexcept {
 
 // Screens
 
-void ClsOpnImpObject::openScreen(IUnknown* connection, IUnknown*) {
-  adoConnection(connection);
-  // TODO: there are no windows yet that could show a screen, so no screen is opened.
-  throw comError(E_NOTIMPL);
+void ClsOpnImpObject::openScreen(EntryPoint entry, IUnknown* connection, IUnknown* icon) {
+  auto database = adoConnection(connection);
+  std::shared_ptr<const Picture> picture;
+  if (icon != nullptr) {
+    picture = std::make_shared<OlePicture>(ComPointer<IUnknown>::share(icon));
+  }
+  keepLoaded();
+  (core_.*entry)(database, picture);
 }
 
 HRESULT ClsOpnImpObject::ImportCustomerOpening(_Connection** myConn,
                                                IPictureDisp** AppIcon) noexcept {
-  return run([&] { openScreen(required(myConn), required(AppIcon)); });
+  return run([&] { openScreen(entryPoints[0], required(myConn), required(AppIcon)); });
 }
 HRESULT ClsOpnImpObject::ImportVendorOpening(_Connection** myConn,
                                              IPictureDisp** AppIcon) noexcept {
-  return run([&] { openScreen(required(myConn), required(AppIcon)); });
+  return run([&] { openScreen(entryPoints[1], required(myConn), required(AppIcon)); });
 }
 HRESULT ClsOpnImpObject::ImportBankBranchOpening(_Connection** myConn,
                                                  IPictureDisp** AppIcon) noexcept {
-  return run([&] { openScreen(required(myConn), required(AppIcon)); });
+  return run([&] { openScreen(entryPoints[2], required(myConn), required(AppIcon)); });
 }
 
 // Record reader
@@ -159,7 +169,8 @@ Variant ClsOpnImpObject::invokeMember(DISPID id, bool put, const DispatchArgumen
     case 11:
       return Variant(validate(given.shortInteger(0), given.object(1).get()));
     default:
-      openScreen(given.object(0).get(), given.object(1).get());
+      openScreen(entryPoints[static_cast<std::size_t>(id) - 1], given.object(0).get(),
+                 given.object(1).get());
       return {};
   }
 }

@@ -30,6 +30,10 @@ namespace velk {
 
 class ClsOpnImpObject final : public ComObject<_Velk_ClsOpnImp, ISupportErrorInfo, ReaderAccess> {
  public:
+  /// A member that opens a screen.
+  using EntryPoint = void (Velk_ClsOpnImp::*)(const std::shared_ptr<Connection>&,
+                                              const std::shared_ptr<const Picture>&);
+
   ClsOpnImpObject() : apartment_(Apartment::current()), core_(apartment_->module()) {}
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override;
@@ -66,7 +70,7 @@ class ClsOpnImpObject final : public ComObject<_Velk_ClsOpnImp, ISupportErrorInf
   template <class Body>
   static HRESULT run(Body&& body) noexcept;
 
-  static void openScreen(IUnknown* connection, IUnknown* icon);
+  void openScreen(EntryPoint entry, IUnknown* connection, IUnknown* icon);
   bool validate(std::int16_t columns, IUnknown* file) const;
 
   std::shared_ptr<Apartment> apartment_;

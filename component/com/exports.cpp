@@ -19,7 +19,9 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
 }
 
 STDAPI DllCanUnloadNow() {
-  return velk::serverInUse() ? S_FALSE : S_OK;
+  if (velk::serverInUse()) return S_FALSE;
+  velk::letGo();
+  return S_OK;
 }
 
 STDAPI DllRegisterServer() {

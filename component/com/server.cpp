@@ -12,6 +12,7 @@ namespace {
 
 // One count for the process, because the process asks whether the DLL may go.
 std::atomic<long> locks{0};
+std::atomic<bool> kept{false};
 
 }  // namespace
 
@@ -32,12 +33,20 @@ bool serverInUse() {
   return locks != 0;
 }
 
+void keepLoaded() {
+  if (kept.exchange(true)) return;
+  HMODULE self = nullptr;
+  const BOOL held = GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                                       reinterpret_cast<LPCWSTR>(&locks), &self);
+  if (held == FALSE) kept = false;
+}
+
+void letGo() {
+  if (kept.exchange(false)) FreeLibrary(thisModule());
+}
+
 std::wstring serverPath() {
-  constexpr DWORD whose =
-      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
-  HMODULE dll = nullptr;
-  GetModuleHandleExW(whose, reinterpret_cast<const wchar_t*>(&serverInUse), &dll);
-  return modulePath(dll);
+  return modulePath(thisModule());
 }
 
 }  // namespace velk

@@ -2,6 +2,14 @@
 
 namespace velk {
 
+HINSTANCE thisModule() {
+  constexpr DWORD whose =
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+  HMODULE module = nullptr;
+  GetModuleHandleExW(whose, reinterpret_cast<const wchar_t*>(&thisModule), &module);
+  return module;
+}
+
 std::wstring modulePath(HMODULE module) {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {

@@ -4,7 +4,7 @@
 
 #include <shellapi.h>
 
-#include "platform/errors.h"
+#include "platform/windows/file_dialog.h"
 #include "platform/windows/module_path.h"
 #include "platform/windows/wide_text.h"
 
@@ -29,12 +29,11 @@ std::int32_t WindowsDesktop::messageBox(std::string_view prompt, std::int32_t st
   return answer != 0 ? answer : showBox(text, title, MB_OK | (asked & MB_ICONMASK));
 }
 
-// File dialogs need the screens' windows, which do not exist yet.
-std::optional<std::string> WindowsDesktop::chooseFileToOpen(const FileDialog&) {
-  throw RuntimeError(E_NOTIMPL, "File dialogs are not available yet");
+std::optional<std::string> WindowsDesktop::chooseFileToOpen(const FileDialog& dialog) {
+  return showFileDialog(FileDialogKind::Open, dialog);
 }
 std::optional<std::string> WindowsDesktop::chooseFileToSave(const FileDialog& dialog) {
-  return chooseFileToOpen(dialog);
+  return showFileDialog(FileDialogKind::Save, dialog);
 }
 
 std::string WindowsDesktop::applicationFolder() const {

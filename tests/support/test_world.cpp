@@ -29,7 +29,7 @@ std::shared_ptr<HostMainWindow> RecordingHost::mainWindow() {
   return std::make_shared<RecordingMainWindow>(events_);
 }
 
-TestWorld::TestWorld()
+TestWorld::TestWorld(FormShell* windows)
     : desktop(
           "/app",
           [] {
@@ -39,7 +39,7 @@ TestWorld::TestWorld()
       host(std::make_shared<RecordingHost>(events, [this](const Message& m) { record(m); })),
       module({.files = files,
               .desktop = desktop,
-              .shell = shell,
+              .shell = windows == nullptr ? shell : *windows,
               .codePage = CodePage::windows1252(),
               .createHostService = [this]() -> std::shared_ptr<HostService> {
                 ++hostCreations;

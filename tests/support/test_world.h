@@ -61,7 +61,8 @@ class RecordingHost final : public HostService {
 };
 
 struct TestWorld {
-  TestWorld();
+  /// Screens appear in `windows`, or headless.
+  explicit TestWorld(FormShell* windows = nullptr);
 
   Texts messages;  ///< "host 64: prompt" or "box 16: prompt", with " [caption]" where there is one
   std::function<void()> onMessage;  ///< what the user does while a message is shown

@@ -1,0 +1,61 @@
+#include "platform/windows/file_dialog.h"
+
+#include <windows.h>
+
+#include <cderr.h>
+#include <commdlg.h>
+
+#include <algorithm>
+#include <array>
+
+#include "platform/errors.h"
+#include "platform/windows/wide_text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::size_t longestPath = 32'767;
+
+// "description|pattern|..." with NUL for each bar, and one more at the end.
+std::wstring filterText(std::string_view filter) {
+  std::wstring text = toWide(filter);
+  std::ranges::replace(text, L'|', L'\0');
+  return text.append(2, L'\0');
+}
+
+bool ask(FileDialogKind kind, OPENFILENAMEW& settings) {
+  return (kind == FileDialogKind::Open ? GetOpenFileNameW(&settings)
+                                       : GetSaveFileNameW(&settings)) != FALSE;
+}
+
+}  // namespace
+
+std::optional<std::string> showFileDialog(FileDialogKind kind, const FileDialog& dialog) {
+  const std::wstring title = toWide(dialog.title);
+  const std::wstring filter = filterText(dialog.filter);
+  const std::wstring folder = toWide(dialog.initialFolder);
+  std::wstring path = toWide(dialog.fileName);
+  path.resize(longestPath);
+  OPENFILENAMEW settings{};
+  settings.lStructSize = sizeof settings;
+  settings.hwndOwner = GetActiveWindow();
+  settings.lpstrFilter = dialog.filter.empty() ? nullptr : filter.c_str();
+  settings.nFilterIndex = static_cast<DWORD>(dialog.filterIndex);
+  settings.lpstrFile = path.data();
+  settings.nMaxFile = static_cast<DWORD>(path.size());
+  settings.lpstrInitialDir = folder.empty() ? nullptr : folder.c_str();
+  settings.lpstrTitle = title.empty() ? nullptr : title.c_str();
+  settings.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST |
+                   (kind == FileDialogKind::Open ? OFN_FILEMUSTEXIST : 0U);
+  bool chosen = ask(kind, settings);
+  if (!chosen && CommDlgExtendedError() == FNERR_INVALIDFILENAME) {
+    path.front() = L'\0';  // what stands in the text box may be no file name at all
+    chosen = ask(kind, settings);
+  }
+  if (chosen) return fromWide(path.c_str());
+  if (CommDlgExtendedError() == 0) return std::nullopt;
+  throw RuntimeError(ErrorNumber::InvalidProcedureCall, "The file dialog could not be shown");
+}
+
+}  // namespace velk

@@ -1,0 +1,310 @@
+#include "platform/windows/forms/form_window.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "platform/errors.h"
+#include "platform/text.h"
+#include "platform/windows/com_errors.h"
+#include "platform/windows/forms/form_class.h"
+#include "platform/windows/forms/list_window.h"
+#include "platform/windows/module_path.h"
+#include "platform/windows/ole_picture.h"
+#include "platform/windows/wide_text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr UINT flushMessage = WM_APP + 1;
+// Of a fixed size: no border to drag.
+constexpr DWORD formStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX |
+                            WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
+
+std::int16_t shiftState() {
+  const auto down = [](int key) { return GetKeyState(key) < 0; };
+  return static_cast<std::int16_t>((down(VK_SHIFT) ? 1 : 0) + (down(VK_CONTROL) ? 2 : 0) +
+                                   (down(VK_MENU) ? 4 : 0));
+}
+
+}  // namespace
+
+FormWindow::FormWindow(std::shared_ptr<Form> form, std::shared_ptr<void> keep)
+    : keep_(std::move(keep)), form_(std::move(form)), scale_(Scale::ofDisplay()) {
+  makeWindow();
+  try {
+    makeControls();
+  } catch (...) {
+    destroy();
+    throw;
+  }
+  form_->setObserver(this);
+  form_->set("hWnd", static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(handle_)));
+}
+
+FormWindow::~FormWindow() {
+  destroy();
+}
+
+void FormWindow::makeWindow() {
+  const RECT at = scale_.pixels(form_->bounds());
+  handle_ = CreateWindowExW(WS_EX_CONTROLPARENT, formClassName(procedure),
+                            toWide(form_->text("Caption")).c_str(), formStyle, at.left, at.top,
+                            at.right - at.left, at.bottom - at.top, nullptr, nullptr, thisModule(),
+                            nullptr);
+  if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
+  SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  applyIcon();
+}
+
+// In the order of declaration, which is that of the Tab key.
+void FormWindow::makeControls() {
+  for (Control* control : form_->controls()) {
+    const ControlWindow* frame =
+        control->container() == nullptr ? nullptr : windowOf(*control->container());
+    const HWND parent = frame == nullptr ? handle_ : frame->handle();
+    if (auto window = makeControlWindow(*control, {parent, scale_, fonts_})) {
+      controls_.push_back(std::move(window));
+    }
+  }
+}
+
+void FormWindow::show() {
+  ShowWindow(handle_, SW_SHOWNORMAL);
+  SetFocus(GetNextDlgTabItem(handle_, nullptr, FALSE));
+}
+
+void FormWindow::destroy() noexcept {
+  if (handle_ == nullptr) return;
+  const HWND window = std::exchange(handle_, nullptr);
+  form_->setObserver(nullptr);
+  SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+  DestroyWindow(window);
+}
+
+FormWindow* FormWindow::of(HWND window) {
+  const HWND root = GetAncestor(window, GA_ROOT);
+  if (root == nullptr || GetClassLongPtrW(root, GCLP_WNDPROC) != reinterpret_cast<ULONG_PTR>(procedure)) {
+    return nullptr;
+  }
+  return reinterpret_cast<FormWindow*>(GetWindowLongPtrW(root, GWLP_USERDATA));
+}
+
+ControlWindow* FormWindow::windowOf(const Control& control) const {
+  const auto found = std::ranges::find_if(
+      controls_, [&](const auto& window) { return &window->control() == &control; });
+  return found == controls_.end() ? nullptr : found->get();
+}
+
+// The innermost: frames hold what their controls hold.
+ControlWindow* FormWindow::holding(HWND window) const {
+  const auto found = std::find_if(controls_.rbegin(), controls_.rend(),
+                                  [&](const auto& c) { return c->holds(window); });
+  return found == controls_.rend() ? nullptr : found->get();
+}
+
+// Messages
+
+LRESULT CALLBACK FormWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  auto* self = reinterpret_cast<FormWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (self == nullptr) return DefWindowProcW(window, message, wParam, lParam);
+  const MaskedFloatingPoint masked;
+  const auto alive = self->weak_from_this().lock();  // null while it is being made
+  try {
+    const LRESULT answer = self->handle(message, wParam, lParam);
+    if (message != flushMessage) self->changeLater();
+    return answer;
+  } catch (...) {
+    // No exception crosses Windows: what a handler lets out was told to the user before.
+    return 0;
+  }
+}
+
+LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_COMMAND:
+      command(wParam, reinterpret_cast<HWND>(lParam));
+      return 0;
+    case WM_NOTIFY: {
+      auto& header = *reinterpret_cast<NMHDR*>(lParam);
+      ControlWindow* control = holding(header.hwndFrom);
+      return control == nullptr ? 0 : control->notify(header);
+    }
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORLISTBOX:
+    case WM_CTLCOLORBTN:
+    case WM_CTLCOLORSTATIC:
+      return colour(message, wParam, lParam);
+    case WM_ERASEBKGND: {
+      RECT all;
+      GetClientRect(handle_, &all);
+      const COLORREF back = ControlWindow::toColorRef(form_->number("BackColor"));
+      const HBRUSH brush = CreateSolidBrush(back);
+      FillRect(reinterpret_cast<HDC>(wParam), &all, brush);
+      DeleteObject(brush);
+      return TRUE;
+    }
+    case WM_ACTIVATE:
+      if (LOWORD(wParam) == WA_INACTIVE) focus_ = GetFocus();
+      return defaultHandling(message, wParam, lParam);
+    case WM_SETFOCUS:
+      if (focus_ != nullptr && IsChild(handle_, focus_) != FALSE) SetFocus(focus_);
+      return 0;
+    case WM_WINDOWPOSCHANGED: {
+      const LRESULT answer = defaultHandling(message, wParam, lParam);
+      moved(*reinterpret_cast<const WINDOWPOS*>(lParam));
+      return answer;
+    }
+    case WM_CLOSE:
+      form_->userClose();
+      return 0;
+    case WM_DESTROY:  // by the host, or with the end of its thread
+      destroy();
+      form_->userClose();
+      return 0;
+    case flushMessage:
+      flushPosted_ = false;
+      flush();
+      return 0;
+    default:
+      return defaultHandling(message, wParam, lParam);
+  }
+}
+
+void FormWindow::command(WPARAM wParam, HWND control) {
+  if (ControlWindow* window = control == nullptr ? nullptr : holding(control)) {
+    return window->command(HIWORD(wParam));
+  }
+  // Enter presses the button that has the focus.
+  if (LOWORD(wParam) != IDOK) return;
+  const ControlWindow* focused = holding(GetFocus());
+  if (focused != nullptr && dynamic_cast<CommandButton*>(&focused->control()) != nullptr) {
+    SendMessageW(focused->handle(), BM_CLICK, 0, 0);
+  }
+}
+
+LRESULT FormWindow::colour(UINT message, WPARAM wParam, LPARAM lParam) const {
+  ControlWindow* control = holding(reinterpret_cast<HWND>(lParam));
+  const HBRUSH brush =
+      control == nullptr ? nullptr : control->colour(reinterpret_cast<HDC>(wParam));
+  return brush != nullptr ? reinterpret_cast<LRESULT>(brush)
+                          : defaultHandling(message, wParam, lParam);
+}
+
+WindowState FormWindow::state() const {
+  if (IsIconic(handle_) != FALSE) return WindowState::Minimised;
+  return IsZoomed(handle_) != FALSE ? WindowState::Maximised : WindowState::Normal;
+}
+
+void FormWindow::moved(const WINDOWPOS& position) {
+  if (applying_ || handle_ == nullptr) return;
+  const bool sized = (position.flags & SWP_NOSIZE) == 0;
+  if (!sized && state() == form_->windowState()) return;
+  RECT outer;
+  GetWindowRect(handle_, &outer);
+  const Bounds known = form_->bounds();
+  const bool iconic = state() == WindowState::Minimised;
+  form_->userResize(state(), iconic ? known : scale_.twips(outer, known));
+  flush();
+}
+
+bool FormWindow::preTranslate(const MSG& message) {
+  if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) {
+    form_->userKeyDown(static_cast<std::int16_t>(message.wParam), shiftState());
+    if (handle_ == nullptr) return true;
+  }
+  MSG copy = message;
+  return IsDialogMessageW(handle_, &copy) != FALSE;
+}
+
+Menu* FormWindow::popup(Menu& menu) const {
+  std::vector<Menu*> items;
+  const HMENU shown = CreatePopupMenu();
+  for (Control* control : form_->controls()) {
+    auto* item = dynamic_cast<Menu*>(control);
+    if (item == nullptr || item->container() != &menu || !item->visible()) continue;
+    items.push_back(item);
+    AppendMenuW(shown, MF_STRING | (item->enabled() ? MF_ENABLED : MF_GRAYED), items.size(),
+                toWide(item->text("Caption")).c_str());
+  }
+  POINT pointer{};
+  GetCursorPos(&pointer);
+  const BOOL chosen = TrackPopupMenuEx(shown, TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON,
+                                       pointer.x, pointer.y, handle_, nullptr);
+  DestroyMenu(shown);
+  return chosen <= 0 ? nullptr : items[static_cast<std::size_t>(chosen) - 1];
+}
+
+// What the code changed
+
+void FormWindow::formChanged(Form&, std::string_view property) {
+  if (handle_ == nullptr) return;
+  if (equalsIgnoringCase(property, "Caption")) {
+    SetWindowTextW(handle_, toWide(form_->text("Caption")).c_str());
+  } else if (equalsIgnoringCase(property, "BackColor")) {
+    RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
+  } else if (equalsIgnoringCase(property, "Icon")) {
+    applyIcon();
+  } else if (!equalsIgnoringCase(property, "Visible") && !equalsIgnoringCase(property, "hWnd")) {
+    boundsChanged_ = true;
+    changeLater();
+  }
+}
+
+void FormWindow::controlChanged(Control& control, std::string_view property) {
+  if (ControlWindow* window = windowOf(control)) window->propertyChanged(property);
+}
+
+void FormWindow::columnsChanged(ListView& list) {
+  if (auto* window = dynamic_cast<ListWindow*>(windowOf(list))) window->columnsChanged();
+  changeLater();
+}
+
+void FormWindow::rowsChanged(ListView& list, std::size_t, std::size_t) {
+  if (auto* window = dynamic_cast<ListWindow*>(windowOf(list))) window->rowsChanged();
+  changeLater();
+}
+
+void FormWindow::focusMoved(Control& control) {
+  if (const ControlWindow* window = windowOf(control)) SetFocus(window->handle());
+}
+
+// At the next turn of whatever message loop runs: the host's, or that of a message box.
+void FormWindow::changeLater() {
+  if (flushPosted_ || handle_ == nullptr) return;
+  const bool needed = boundsChanged_ || std::ranges::any_of(controls_, [](const auto& window) {
+                        return window->needsFlush();
+                      });
+  if (needed) flushPosted_ = PostMessageW(handle_, flushMessage, 0, 0) != FALSE;
+}
+
+void FormWindow::flush() {
+  for (const auto& window : controls_) window->flush();
+  if (std::exchange(boundsChanged_, false)) applyBounds();
+}
+
+void FormWindow::applyBounds() {
+  applying_ = true;
+  const WindowState wanted = form_->windowState();
+  if (state() != wanted) {
+    ShowWindow(handle_, wanted == WindowState::Minimised   ? SW_MINIMIZE
+                        : wanted == WindowState::Maximised ? SW_MAXIMIZE
+                                                           : SW_RESTORE);
+  }
+  if (wanted == WindowState::Normal) {
+    const RECT at = scale_.pixels(form_->bounds());
+    SetWindowPos(handle_, nullptr, at.left, at.top, at.right - at.left, at.bottom - at.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+  applying_ = false;
+}
+
+void FormWindow::applyIcon() const {
+  const auto* picture = dynamic_cast<const OlePicture*>(form_->icon().get());
+  const HICON icon = picture != nullptr ? picture->icon() : LoadIconW(nullptr, IDI_APPLICATION);
+  SendMessageW(handle_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
+  SendMessageW(handle_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+}
+
+}  // namespace velk

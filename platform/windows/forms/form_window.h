@@ -1,0 +1,75 @@
+// The window of one form: its controls' windows inside it, and the form's observer.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/form.h"
+#include "platform/windows/forms/control_window.h"
+
+namespace velk {
+
+class FormWindow final : public FormObserver, public std::enable_shared_from_this<FormWindow> {
+ public:
+  /// Makes the window, hidden. `keep` is held as long as this lives: what the form stands on.
+  FormWindow(std::shared_ptr<Form> form, std::shared_ptr<void> keep);
+  ~FormWindow() override;
+  FormWindow(const FormWindow&) = delete;
+  FormWindow& operator=(const FormWindow&) = delete;
+
+  Form& form() const { return *form_; }
+  HWND handle() const { return handle_; }
+
+  void show();
+  /// Takes the window down. The form is told nothing.
+  void destroy() noexcept;
+  Menu* popup(Menu& menu) const;
+
+  /// A message that the host's loop took for this window or one inside it: the form sees keys
+  /// first, then Tab, mnemonics and the like work. True when nothing is left to do.
+  bool preTranslate(const MSG& message);
+
+  /// The form's window that a window is or stands in; null for windows of others.
+  static FormWindow* of(HWND window);
+
+  void formChanged(Form& form, std::string_view property) override;
+  void controlChanged(Control& control, std::string_view property) override;
+  void columnsChanged(ListView& list) override;
+  void rowsChanged(ListView& list, std::size_t first, std::size_t last) override;
+  void focusMoved(Control& control) override;
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam);
+  void makeWindow();
+  void makeControls();
+  ControlWindow* windowOf(const Control& control) const;
+  ControlWindow* holding(HWND window) const;
+  void command(WPARAM wParam, HWND control);
+  LRESULT colour(UINT message, WPARAM wParam, LPARAM lParam) const;
+  void moved(const WINDOWPOS& position);
+  WindowState state() const;
+  void changeLater();
+  void flush();
+  void applyBounds();
+  void applyIcon() const;
+  LRESULT defaultHandling(UINT message, WPARAM wParam, LPARAM lParam) const {
+    return DefWindowProcW(handle_, message, wParam, lParam);
+  }
+
+  std::shared_ptr<void> keep_;  // first, so that it goes last
+  std::shared_ptr<Form> form_;
+  Scale scale_;
+  Fonts fonts_;
+  HWND handle_ = nullptr;
+  std::vector<std::unique_ptr<ControlWindow>> controls_;
+  HWND focus_ = nullptr;  ///< the control to come back to when the window is activated again
+  bool boundsChanged_ = false;
+  bool flushPosted_ = false;
+  bool applying_ = false;
+};
+
+}  // namespace velk

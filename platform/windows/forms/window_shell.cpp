@@ -1,0 +1,76 @@
+#include "platform/windows/forms/window_shell.h"
+
+#include <algorithm>
+
+#include "platform/windows/forms/form_class.h"
+#include "platform/windows/forms/form_window.h"
+#include "platform/windows/forms/frame_class.h"
+
+namespace velk {
+
+namespace {
+
+// The host's message loop knows nothing of our keyboard: a hook sees each message that it takes.
+// Handling one dispatches it, so the hook is entered anew, and its window may be gone afterwards.
+LRESULT CALLBACK seeMessage(int code, WPARAM removed, LPARAM lParam) {
+  auto& message = *reinterpret_cast<MSG*>(lParam);
+  const bool isKey = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
+  if (code >= 0 && removed == PM_REMOVE && isKey) {
+    FormWindow* window = FormWindow::of(message.hwnd);
+    const auto alive = window == nullptr ? nullptr : window->shared_from_this();
+    if (alive != nullptr && alive->preTranslate(message)) message.message = WM_NULL;
+  }
+  return CallNextHookEx(nullptr, code, removed, lParam);
+}
+
+}  // namespace
+
+WindowShell::WindowShell(std::function<std::shared_ptr<void>()> keeper)
+    : keeper_(std::move(keeper)) {}
+
+WindowShell::~WindowShell() {
+  windows_.clear();
+  unhook();
+}
+
+WindowShell::Windows::iterator WindowShell::find(const Form& form) {
+  return std::ranges::find_if(windows_, [&](const auto& w) { return &w->form() == &form; });
+}
+
+void WindowShell::show(std::shared_ptr<Form> form) {
+  if (find(*form) != windows_.end()) return;
+  auto window = std::make_shared<FormWindow>(std::move(form), keeper_());
+  windows_.push_back(window);
+  hook();
+  window->show();
+}
+
+void WindowShell::closed(Form& form) noexcept {
+  const auto found = find(form);
+  if (found == windows_.end()) return;
+  const auto window = *found;  // what the shell stands in may go with it
+  windows_.erase(found);
+  window->destroy();
+  if (windows_.empty()) unhook();
+}
+
+Menu* WindowShell::popup(Form& form, Menu& menu) {
+  const auto found = find(form);
+  if (found == windows_.end()) return nullptr;
+  const auto window = *found;
+  return window->popup(menu);
+}
+
+void WindowShell::hook() {
+  if (hook_ == nullptr) {
+    hook_ = SetWindowsHookExW(WH_GETMESSAGE, seeMessage, nullptr, GetCurrentThreadId());
+  }
+}
+
+void WindowShell::unhook() noexcept {
+  if (hook_ != nullptr) UnhookWindowsHookEx(std::exchange(hook_, nullptr));
+  forgetFormClass();
+  forgetFrameClass();
+}
+
+}  // namespace velk

@@ -1,0 +1,26 @@
+// The icon that the host hands over as an automation picture.
+#pragma once
+
+#include <windows.h>
+
+#include <ole2.h>
+
+#include "platform/form.h"
+#include "platform/windows/com_pointer.h"
+
+namespace velk {
+
+class OlePicture final : public Picture {
+ public:
+  /// Of an object that is a picture; the icon lives as long as this.
+  explicit OlePicture(ComPointer<IUnknown> picture) : picture_(std::move(picture)) {}
+
+  void requireIcon() const override { icon(); }
+  /// Error 481 when the picture is no icon.
+  HICON icon() const;
+
+ private:
+  ComPointer<IUnknown> picture_;
+};
+
+}  // namespace velk

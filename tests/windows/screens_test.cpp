@@ -1,0 +1,301 @@
+// Screens as real windows, driven as a user drives them: by the messages of mouse and keyboard.
+#include <windows.h>
+
+#include <commctrl.h>
+#include <winternl.h>
+
+#include <functional>
+
+#include "mapping/Velk_frmCustOpn_OpnImp.h"
+#include "opening/customer_opening.h"
+#include "platform/windows/forms/window_shell.h"
+#include "platform/windows/wide_text.h"
+#include "tests/support/test_world.h"
+
+namespace velk {
+namespace {
+
+/// Runs all messages there are, as the host's loop would.
+void pump() {
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
+std::string textOf(HWND window) {
+  wchar_t text[512];
+  return fromWide({text, static_cast<std::size_t>(GetWindowTextW(window, text, 512))});
+}
+
+/// The first window inside another that the test accepts.
+HWND inside(HWND window, const std::function<bool(HWND)>& accepts) {
+  for (HWND child = GetWindow(window, GW_CHILD); child != nullptr;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    if (accepts(child)) return child;
+    if (const HWND found = inside(child, accepts)) return found;
+  }
+  return nullptr;
+}
+
+/// What this process has now of windows and of graphics objects.
+struct LiveObjects {
+  int windows = 0;
+  int graphics = 0;
+
+  LiveObjects() {
+    constexpr int lastHandle = 0xFFFE;
+    for (int low = 0; low <= lastHandle; low += 2) {
+      DWORD process = 0;
+      GetWindowThreadProcessId(reinterpret_cast<HWND>(static_cast<INT_PTR>(low)), &process);
+      windows += process == GetCurrentProcessId() ? 1 : 0;
+    }
+    // The table that the process environment block points to; GetGuiResources answers 0 on Wine.
+    struct Entry {
+      std::uint64_t object;
+      std::uint32_t owner;
+      std::uint16_t unique;
+      std::uint8_t type, flags;
+      std::uint64_t user;
+    };
+    constexpr int pointer = sizeof(void*) == 8 ? 0xF8 : 0x94;
+    constexpr int entries = 0x4000;
+    const auto* block = reinterpret_cast<const char*>(NtCurrentTeb()->ProcessEnvironmentBlock);
+    const auto* table = *reinterpret_cast<const Entry* const*>(block + pointer);
+    for (int i = 0; i < entries; ++i) graphics += table[i].type != 0 ? 1 : 0;
+  }
+};
+
+struct Screens {
+  WindowShell shell{[] { return nullptr; }};
+  TestWorld world{&shell};
+
+  std::shared_ptr<Velk_frmCustOpn_OpnImp> open() {
+    auto screen = std::make_shared<Velk_frmCustOpn_OpnImp>(world.module, importCustomerOpening);
+    screen->initForm(world.database, nullptr);
+    pump();
+    return screen;
+  }
+};
+
+struct Window {
+  explicit Window(const Form& form)
+      : handle(reinterpret_cast<HWND>(static_cast<INT_PTR>(form.number("hWnd")))) {}
+
+  HWND button(const char* caption) const {
+    return inside(handle, [&](HWND window) { return textOf(window) == caption; });
+  }
+  void click(const char* caption) const {
+    const HWND target = button(caption);
+    REQUIRE(target != nullptr);
+    PostMessageW(target, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    PostMessageW(target, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    pump();
+  }
+  /// The preview (0) or the mapping list (1).
+  HWND list(int which) const {
+    return inside(handle, [&](HWND window) {
+      wchar_t name[32];
+      GetClassNameW(window, name, 32);
+      return std::wstring_view(name) == WC_LISTVIEWW && which-- == 0;
+    });
+  }
+  std::string cell(int which, int row, int column) const {
+    wchar_t text[256] = L"";
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = text;
+    item.cchTextMax = 256;
+    SendMessageW(list(which), LVM_GETITEMTEXTW, static_cast<WPARAM>(row - 1),
+                 reinterpret_cast<LPARAM>(&item));
+    return fromWide(text);
+  }
+  int rows(int which) const {
+    return static_cast<int>(SendMessageW(list(which), LVM_GETITEMCOUNT, 0, 0));
+  }
+  void clickHeader(int which, int column) const {
+    const auto header = reinterpret_cast<HWND>(SendMessageW(list(which), LVM_GETHEADER, 0, 0));
+    RECT at{};
+    SendMessageW(header, HDM_GETITEMRECT, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&at));
+    const LPARAM where = MAKELPARAM((at.left + at.right) / 2, (at.top + at.bottom) / 2);
+    PostMessageW(header, WM_LBUTTONDOWN, MK_LBUTTON, where);
+    PostMessageW(header, WM_LBUTTONUP, 0, where);
+    pump();
+  }
+  RECT outer() const {
+    RECT rectangle{};
+    GetWindowRect(handle, &rectangle);
+    return rectangle;
+  }
+
+  HWND handle;
+};
+
+void press(WPARAM key, bool control = false) {
+  BYTE keys[256] = {};
+  keys[VK_CONTROL] = control ? 0x80 : 0;
+  SetKeyboardState(keys);
+  PostMessageW(GetFocus(), WM_KEYDOWN, key, 1);
+  pump();
+  keys[VK_CONTROL] = 0;
+  SetKeyboardState(keys);
+}
+
+constexpr std::string_view file =
+    "Name,Code,Bill,Balance\r\n\"Zo\xEB, Ltd\",C1,100,60\r\nB,C2,-50,20\r\n";
+
+TEST_CASE("windows: a customer import by mouse") {
+  Screens screens;
+  const auto screen = screens.open();
+  const Window window(*screen);
+  CHECK(textOf(window.handle) == "Import Customer Opening");
+  CHECK(IsWindowEnabled(window.button("&View")) == FALSE);
+  screens.world.files.contents["in.csv"] = file;
+  screens.world.desktop.chooseFile("in.csv");
+  window.click("&Browse");
+  window.click("&View");
+  CHECK(window.rows(0) == 2);
+  CHECK(window.cell(0, 1, 0) == "Zo\u00EB Ltd");
+  CHECK(window.cell(1, 1, 1) == "Not Yet");
+  for (const auto& [column, field] : {std::pair(1, 0), {2, 4}, {3, 5}}) {
+    window.clickHeader(0, column);
+    window.clickHeader(1, field);
+  }
+  CHECK(window.cell(1, 1, 4) == "Bill");
+  CHECK(window.cell(1, 3, 0) == "C2");
+  CHECK(window.cell(1, 9, 9).empty());
+  // A second click while a message of the first run is shown starts nothing.
+  screens.world.database->answerRows("select count(*) from Customer where CustomerID=N'", {{0}});
+  screens.world.onMessage = [&] { window.click("&Import"); };
+  window.click("&Import");
+  CHECK(screens.world.messages.size() == 1);
+  CHECK(window.rows(1) == 0);
+  CHECK(IsWindowEnabled(window.button("&Import")) == FALSE);
+  CHECK(textOf(inside(window.handle, [](HWND w) { return textOf(w) == "in.csv"; })).empty());
+}
+
+TEST_CASE("windows: the keyboard") {
+  Screens screens;
+  const auto screen = screens.open();
+  const Window window(*screen);
+  screens.world.files.contents["in.csv"] = file;
+  screens.world.desktop.chooseFile("in.csv");
+  const HWND text = GetFocus();
+  PostMessageW(text, WM_CHAR, 'x', 1);
+  pump();
+  CHECK(screen->TxtFileName.value() == "x");
+  press(VK_TAB);
+  CHECK(GetFocus() == window.button("&Browse"));
+  press(VK_RETURN);
+  CHECK(textOf(text) == "in.csv");
+  PostMessageW(GetFocus(), WM_SYSCHAR, 'v', 1 << 29);
+  pump();
+  CHECK(window.rows(0) == 2);
+  press(VK_F4);
+  CHECK(screen->isOpen());
+  press(VK_F4, true);
+  CHECK_FALSE(screen->isOpen());
+  CHECK(IsWindow(window.handle) == FALSE);
+}
+
+TEST_CASE("windows: a fixed size, also when it was maximised or dragged") {
+  Screens screens;
+  const auto screen = screens.open();
+  const Window window(*screen);
+  const RECT fixed = window.outer();
+  const std::function<void()> changes[] = {
+      [&] { SetWindowPos(window.handle, nullptr, 30, 40, 500, 300, SWP_NOZORDER); },
+      [&] { ShowWindow(window.handle, SW_MAXIMIZE); }};
+  for (const auto& change : changes) {
+    change();
+    pump();
+    const RECT now = window.outer();
+    CHECK(IsZoomed(window.handle) == FALSE);
+    CHECK(EqualRect(&now, &fixed) != FALSE);
+  }
+  ShowWindow(window.handle, SW_MINIMIZE);
+  pump();
+  CHECK(IsIconic(window.handle) != FALSE);
+}
+
+TEST_CASE("windows: colours of the database are what is drawn") {
+  Screens screens;
+  screens.world.database->answerRows(
+      "Select * From ColorSettings",
+      {{"Form", 0x112233, 0}, {"Label", 0x445566, 0}, {"List", 0x778899, 0xFF}});
+  const auto screen = screens.open();
+  const Window window(*screen);
+  UpdateWindow(window.handle);
+  const auto pixel = [](HWND of, int x, int y) {
+    const HDC dc = GetDC(of);
+    const COLORREF colour = GetPixel(dc, x, y);
+    ReleaseDC(of, dc);
+    return colour;
+  };
+  CHECK(pixel(window.handle, 2, 2) == 0x112233);
+  CHECK(pixel(window.list(0), 100, 100) ==
+        static_cast<COLORREF>(screen->lv.number("BackColor")));
+}
+
+TEST_CASE("windows: several at once, and none left behind") {
+  Screens screens;
+  const auto one = screens.open();
+  const auto two = screens.open();
+  screens.world.view(*one, file);
+  pump();
+  CHECK(Window(*one).rows(0) == 2);
+  CHECK(Window(*two).rows(0) == 0);
+  SendMessageW(Window(*one).handle, WM_CLOSE, 0, 0);
+  CHECK_FALSE(one->isOpen());
+  CHECK(two->isOpen());
+  DestroyWindow(Window(*two).handle);  // as a host does that takes its windows down
+  CHECK_FALSE(two->isOpen());
+  const LiveObjects before;
+  {
+    const auto shown = screens.open();
+    CHECK(LiveObjects().windows > before.windows);
+    CHECK(LiveObjects().graphics > before.graphics);
+    shown->unload();
+  }
+  for (int i = 0; i < 200; ++i) {
+    const auto screen = screens.open();
+    REQUIRE(screen->isOpen());
+    screen->cmdExit.userClick();
+  }
+  CHECK(LiveObjects().windows == before.windows);
+  CHECK(LiveObjects().graphics == before.graphics);
+}
+
+TEST_CASE("windows: the mapping list's popup menu unmaps the column under the pointer") {
+  Screens screens;
+  const auto screen = screens.open();
+  const Window window(*screen);
+  screens.world.view(*screen, "Date,Balance\r\n1/2/2008,5\r\n");
+  pump();
+  CHECK(window.cell(1, 1, 5) == "Balance");
+  RECT cell{};
+  cell.top = 5;  // the column, and on return its place
+  SendMessageW(window.list(1), LVM_GETSUBITEMRECT, 0, reinterpret_cast<LPARAM>(&cell));
+  const LPARAM where = MAKELPARAM(cell.left + 5, cell.top + 5);
+  PostMessageW(window.list(1), WM_RBUTTONDOWN, MK_RBUTTON, where);
+  PostMessageW(window.list(1), WM_RBUTTONUP, 0, where);
+  // The menu runs a message loop of its own: a timer chooses its item.
+  SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR timer, DWORD) {
+    const HWND menu = FindWindowW(L"#32768", nullptr);
+    if (menu == nullptr) return;
+    KillTimer(nullptr, timer);
+    PostMessageW(menu, WM_KEYDOWN, VK_DOWN, 1);
+    PostMessageW(menu, WM_KEYDOWN, VK_RETURN, 1);
+  });
+  for (int i = 0; i < 200 && window.cell(1, 1, 5) == "Balance"; ++i) {
+    pump();
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
+  }
+  CHECK(window.cell(1, 1, 5) == "Not Yet");
+  CHECK(window.cell(1, 1, 3) == "Date");
+  CHECK(window.cell(1, 2, 5).empty());
+}
+
+}  // namespace
+}  // namespace velk
