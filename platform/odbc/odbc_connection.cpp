@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/odbc/driver_path.h"
 #include "platform/odbc/statement_cache.h"
 #include "platform/odbc/stored_procedures.h"
 
@@ -200,10 +201,11 @@ std::shared_ptr<OdbcConnection> openOdbc(std::string_view connectionString,
   return std::make_shared<Open>(connectionString, options);
 }
 
-std::string embeddedConnectionString(std::string_view path) {
-  if (path.empty() || path.find('\0') != std::string_view::npos) {
+std::string embeddedConnectionString(std::string_view file) {
+  if (file.empty() || file.find('\0') != std::string_view::npos) {
     throw RuntimeError(ErrorNumber::BadFileNameOrNumber);
   }
+  const std::string path = driverPath(file);
   const bool plain = std::all_of(path.begin(), path.end(), isPlainInPath) &&
                      !path.starts_with("file:") && path.front() != ' ' && path.back() != ' ';
   return std::string("Driver=SQLite3;NoCreat=1;Database=")

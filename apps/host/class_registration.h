@@ -1,0 +1,25 @@
+// Classes that this program serves to code in its own process, without the registry.
+#pragma once
+
+#include <ole2.h>
+
+#include <functional>
+
+#include "platform/windows/com_pointer.h"
+
+namespace velk {
+
+/// CoCreateInstance finds the class as long as this lives. `make` gives a new object, or the same
+/// one each time. Error: what COM says when it refuses.
+class ClassRegistration {
+ public:
+  ClassRegistration(REFCLSID classId, std::function<ComPointer<IUnknown>()> make);
+  ~ClassRegistration() { CoRevokeClassObject(cookie_); }
+  ClassRegistration(const ClassRegistration&) = delete;
+  ClassRegistration& operator=(const ClassRegistration&) = delete;
+
+ private:
+  DWORD cookie_ = 0;
+};
+
+}  // namespace velk

@@ -1,0 +1,87 @@
+#include "apps/host/company_tables.h"
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "platform/windows/windows_text.h"
+
+namespace velk {
+
+namespace {
+
+std::string openingDocuments(const std::string& party) {
+  const std::string columns =
+      "', " + party + "ID, DocReference, DocumentDate, Amount, Balance FROM ";
+  return "SELECT 'Debit" + columns + party + "DebitNote UNION ALL SELECT 'Credit" + columns +
+         party + "CreditNote ORDER BY 2, 4";
+}
+
+std::string shown(const Value& value) {
+  if (const auto* number = std::get_if<double>(&value)) {
+    std::array<char, 64> text{};
+    const int length = std::snprintf(text.data(), text.size(), "%.2f", *number);
+    return {text.data(), static_cast<std::size_t>(length)};
+  }
+  return isNull(value) ? std::string() : toText(value);
+}
+
+}  // namespace
+
+std::span<const CompanyTable> companyTables() {
+  static const std::array<CompanyTable, 7> tables{{
+      {"Customer opening documents",
+       openingDocuments("Customer"),
+       {"Note", "Customer", "Reference", "Date", "Amount", "Balance"}},
+      {"Customer opening balances",
+       "SELECT B.CustomerID, CustomerName, OpeningBalance FROM CustomerOpeningBalance B JOIN "
+       "Customer C ON C.CustomerID = B.CustomerID ORDER BY 1",
+       {"Customer", "Name", "Opening balance"}},
+      {"Vendor opening documents",
+       openingDocuments("Vendor"),
+       {"Note", "Vendor", "Reference", "Date", "Amount", "Balance"}},
+      {"Vendor opening balances",
+       "SELECT B.VendorID, VendorName, OpeningBalance FROM VendorOpeningBalance B JOIN Vendors V "
+       "ON "
+       "V.VendorID = B.VendorID ORDER BY 1",
+       {"Vendor", "Name", "Opening balance"}},
+      {"Banks and branches",
+       "SELECT K.BankCode, BankName, BranchCode, BranchName FROM BranchMaster R JOIN BankMaster K "
+       "ON K.BankCode = R.BankCode ORDER BY 1, 3",
+       {"Bank", "Name", "Branch", "Name"}},
+      {"Vendors",
+       "SELECT VendorID, VendorName, ContactPerson, Address, Phone, PanNumber FROM Vendors ORDER "
+       "BY "
+       "1",
+       {"Vendor", "Name", "Contact", "Address", "Phone", "Pan number"}},
+      {"Customers",
+       "SELECT CustomerID, CustomerName, Address, City, Phone FROM Customer ORDER BY 1",
+       {"Customer", "Name", "Address", "City", "Phone"}},
+  }};
+  return tables;
+}
+
+std::vector<TableRow> tableRows(Connection& connection, const CompanyTable& table) {
+  std::vector<TableRow> rows;
+  const auto result = connection.Execute(table.query);
+  for (; !result->isEOF(); result->MoveNext()) {
+    TableRow& row = rows.emplace_back();
+    for (std::size_t i = 0; i < table.titles.size(); ++i) row.push_back(shown(result->field(i)));
+  }
+  result->Close();
+  return rows;
+}
+
+std::vector<TableRow> errorLogLines(const std::wstring& path) {
+  const CodePage codePage = activeCodePage();
+  std::vector<TableRow> lines;
+  std::ifstream log(std::filesystem::path(path), std::ios::binary);
+  for (std::string line; std::getline(log, line);) {
+    if (line.ends_with('\r')) line.pop_back();
+    lines.push_back({codePage.decode(line)});
+  }
+  return lines;
+}
+
+}  // namespace velk

@@ -1,0 +1,29 @@
+// What the host's main window can show: the sample company's tables and the error log.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/database.h"
+
+namespace velk {
+
+struct CompanyTable {
+  const char* name;
+  std::string query;  ///< gives a value for each title
+  std::vector<const char*> titles;
+};
+
+std::span<const CompanyTable> companyTables();
+
+using TableRow = std::vector<std::string>;
+
+/// The rows of a table as texts, doubles with two decimals. Errors: the database's.
+std::vector<TableRow> tableRows(Connection& connection, const CompanyTable& table);
+
+/// The lines of the component's error log, one cell each; none when there is no log.
+std::vector<TableRow> errorLogLines(const std::wstring& path);
+
+}  // namespace velk

@@ -1,0 +1,36 @@
+#include "apps/host/import_component.h"
+
+#include <Velk_OpnImp_com.h>
+#include <olectl.h>
+
+#include <array>
+
+#include "platform/windows/com_errors.h"
+
+namespace velk {
+
+ComPointer<IPictureDisp> iconPicture(HICON icon) {
+  PICTDESC description{};
+  description.cbSizeofstruct = sizeof description;
+  description.picType = PICTYPE_ICON;
+  description.icon.hicon = icon;
+  ComPointer<IPictureDisp> picture;
+  check(OleCreatePictureIndirect(&description, IID_IPictureDisp, FALSE, picture.receiveAny()));
+  return picture;
+}
+
+void openImport(ImportKind kind, _Connection* connection, IPictureDisp* icon) {
+  using EntryPoint = HRESULT (STDMETHODCALLTYPE _Velk_ClsOpnImp::*)(_Connection**, IPictureDisp**);
+  static constexpr std::array<EntryPoint, 3> entryPoints{&_Velk_ClsOpnImp::ImportCustomerOpening,
+                                                         &_Velk_ClsOpnImp::ImportVendorOpening,
+                                                         &_Velk_ClsOpnImp::ImportBankBranchOpening};
+  CLSID classId;
+  if (FAILED(CLSIDFromProgID(L"Velk_OpnImp.Velk_ClsOpnImp", &classId))) {
+    throw RuntimeError(ErrorNumber::CannotCreateObject,
+                       "Velk_OpnImp.dll or its manifest does not lie beside this program");
+  }
+  const auto component = createObject<_Velk_ClsOpnImp>(classId, CLSCTX_INPROC_SERVER);
+  call(component, entryPoints.at(static_cast<std::size_t>(kind)), &connection, &icon);
+}
+
+}  // namespace velk

@@ -1,0 +1,269 @@
+#include "apps/host/main_window.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <array>
+
+#include "apps/host/host_commands.h"
+#include "platform/errors.h"
+#include "platform/windows/wide_text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr wchar_t className[] = L"OpeningImportHost";
+constexpr UINT refreshMessage = WM_APP;
+constexpr int margin = 8;
+constexpr int lineHeight = 26;
+constexpr int buttonWidth = 150;
+constexpr int choiceWidth = 230;
+
+constexpr std::array<const wchar_t*, 3> importTitles{L"&Customer opening...", L"&Vendor opening...",
+                                                     L"&Masters..."};
+
+HMENU makeMenu() {
+  const HMENU import = CreatePopupMenu();
+  for (WORD i = 0; i < importTitles.size(); ++i) {
+    AppendMenuW(import, MF_STRING, firstImportCommand + i, importTitles[i]);
+  }
+  AppendMenuW(import, MF_SEPARATOR, 0, nullptr);
+  AppendMenuW(import, MF_STRING, exitCommand, L"E&xit");
+  const HMENU view = CreatePopupMenu();
+  AppendMenuW(view, MF_STRING, errorLogCommand, L"&Error log");
+  AppendMenuW(view, MF_STRING, refreshCommand, L"&Refresh\tF5");
+  const HMENU menu = CreateMenu();
+  AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(import), L"&Import");
+  AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(view), L"&View");
+  return menu;
+}
+
+HFONT makeFont() {
+  NONCLIENTMETRICSW metrics{};
+  metrics.cbSize = sizeof metrics;
+  SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+  return CreateFontIndirectW(&metrics.lfMessageFont);
+}
+
+HACCEL makeKeys() {
+  ACCEL refresh{FVIRTKEY, VK_F5, refreshCommand};
+  return CreateAcceleratorTableW(&refresh, 1);
+}
+
+void registerWindowClass(WNDPROC procedure) {
+  WNDCLASSEXW type{};
+  type.cbSize = sizeof type;
+  type.lpfnWndProc = procedure;
+  type.hInstance = GetModuleHandleW(nullptr);
+  type.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
+  type.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  type.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+  type.lpszClassName = className;
+  RegisterClassExW(&type);
+}
+
+}  // namespace
+
+MainWindow::MainWindow(Actions actions)
+    : actions_(std::move(actions)), font_(makeFont()), keys_(makeKeys()) {
+  constexpr INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
+  InitCommonControlsEx(&lists);
+  registerWindowClass(procedure);
+  // Off the corner where the screens open.
+  constexpr RECT at{72, 140, 1012, 700};
+  CreateWindowExW(WS_EX_CONTROLPARENT, className, hostTitle, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+                  at.left, at.top, at.right - at.left, at.bottom - at.top, nullptr, makeMenu(),
+                  GetModuleHandleW(nullptr), this);
+  if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
+  ShowWindow(handle_, SW_SHOWNORMAL);
+  focusButton(0);
+}
+
+MainWindow::~MainWindow() {
+  if (handle_ != nullptr) DestroyWindow(handle_);
+  DestroyAcceleratorTable(keys_);
+  DeleteObject(font_);
+}
+
+int MainWindow::run() {
+  MSG message;
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (handle_ != nullptr && (TranslateAcceleratorW(handle_, keys_, &message) != 0 ||
+                               IsDialogMessageW(handle_, &message) != FALSE)) {
+      continue;
+    }
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+  return static_cast<int>(message.wParam);
+}
+
+LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_NCCREATE) {
+    auto* self = static_cast<MainWindow*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
+    self->handle_ = window;
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+  }
+  auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  return self == nullptr ? DefWindowProcW(window, message, wParam, lParam)
+                         : self->handle(message, wParam, lParam);
+}
+
+LRESULT MainWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_CREATE:
+      makeControls();
+      return 0;
+    case WM_SIZE:
+      arrange(LOWORD(lParam), HIWORD(lParam));
+      return 0;
+    case WM_ACTIVATE:
+      if (LOWORD(wParam) != WA_INACTIVE) refreshSoon();
+      break;
+    case refreshMessage:
+      refresh();
+      return 0;
+    case WM_COMMAND:
+      command(LOWORD(wParam), HIWORD(wParam));
+      return 0;
+    case WM_NOTIFY:
+      return notify(*reinterpret_cast<NMHDR*>(lParam));
+    case WM_DESTROY:
+      handle_ = nullptr;
+      PostQuitMessage(0);
+      return 0;
+    default:
+      break;
+  }
+  return DefWindowProcW(handle_, message, wParam, lParam);
+}
+
+void MainWindow::makeControls() {
+  const auto make = [this](const wchar_t* type, const wchar_t* text, DWORD style, WORD id) {
+    const HWND control = CreateWindowExW(
+        0, type, text, style | WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, handle_,
+        reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
+    return control;
+  };
+  for (WORD i = 0; i < importTitles.size(); ++i) {
+    buttons_.push_back(
+        make(L"BUTTON", importTitles[i], WS_TABSTOP, static_cast<WORD>(firstImportCommand + i)));
+  }
+  choice_ = make(L"COMBOBOX", L"", CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, tableChoice);
+  list_ = make(WC_LISTVIEWW, L"",
+               LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL | WS_BORDER | WS_TABSTOP, tableList);
+  SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
+  status_ = make(L"STATIC", L"", SS_LEFT | SS_NOPREFIX, 0);
+  const auto add = [this](const wchar_t* name) {
+    SendMessageW(choice_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
+  };
+  for (const CompanyTable& table : companyTables()) add(toWide(table.name).c_str());
+  add(L"Error log");
+  showTable(0);
+}
+
+void MainWindow::arrange(int width, int height) const {
+  int left = margin;
+  const auto place = [&](HWND control, int controlWidth, int controlHeight) {
+    SetWindowPos(control, nullptr, left, margin, controlWidth, controlHeight,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    left += controlWidth + margin;
+  };
+  for (const HWND button : buttons_) place(button, buttonWidth, lineHeight);
+  constexpr int droppedHeight = 300;
+  left = std::max(left, width - choiceWidth - margin);
+  place(choice_, choiceWidth, droppedHeight);
+  constexpr int listTop = 2 * margin + lineHeight;
+  const int statusTop = height - lineHeight + margin / 2;
+  SetWindowPos(list_, nullptr, margin, listTop, width - 2 * margin,
+               statusTop - listTop - margin / 2, SWP_NOZORDER | SWP_NOACTIVATE);
+  SetWindowPos(status_, nullptr, margin, statusTop, width - 2 * margin, lineHeight - margin,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void MainWindow::command(WORD id, WORD code) {
+  if (id >= firstImportCommand && id < firstImportCommand + importTitles.size()) {
+    actions_.openImport(static_cast<ImportKind>(id - firstImportCommand));
+  } else if (id == errorLogCommand) {
+    showTable(companyTables().size());
+  } else if (id == refreshCommand) {
+    refresh();
+  } else if (id == exitCommand) {
+    SendMessageW(handle_, WM_CLOSE, 0, 0);
+  } else if (id == tableChoice && code == CBN_SELCHANGE) {
+    showTable(static_cast<std::size_t>(SendMessageW(choice_, CB_GETCURSEL, 0, 0)));
+  }
+}
+
+LRESULT MainWindow::notify(NMHDR& header) {
+  if (header.code != LVN_GETDISPINFOW) return 0;
+  LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(header).item;
+  const auto row = static_cast<std::size_t>(item.iItem);
+  const auto column = static_cast<std::size_t>(item.iSubItem);
+  if ((item.mask & LVIF_TEXT) == 0 || row >= rows_.size() || column >= rows_[row].size()) return 0;
+  const std::wstring text = toWide(rows_[row][column]);
+  const std::size_t room = static_cast<std::size_t>(item.cchTextMax) - 1;
+  item.pszText[text.copy(item.pszText, room)] = L'\0';
+  return 0;
+}
+
+void MainWindow::showTable(std::size_t table) {
+  static constexpr std::array<const char*, 1> logTitle{"Line"};
+  shown_ = table;
+  SendMessageW(choice_, CB_SETCURSEL, table, 0);
+  const auto tables = companyTables();
+  if (table < tables.size()) {
+    showTitles(tables[table].titles);
+  } else {
+    showTitles(logTitle);
+  }
+  refresh();
+}
+
+void MainWindow::showTitles(std::span<const char* const> titles) {
+  while (SendMessageW(list_, LVM_DELETECOLUMN, 0, 0) != FALSE) {
+  }
+  RECT inside;
+  GetClientRect(list_, &inside);
+  const int all = inside.right > 0 ? static_cast<int>(inside.right) : 900;
+  LVCOLUMNW column{};
+  column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
+  column.cx = (all - GetSystemMetrics(SM_CXVSCROLL)) / static_cast<int>(titles.size());
+  for (const char* const title : titles) {
+    std::wstring text = toWide(title);
+    column.pszText = text.data();
+    SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(column.iSubItem),
+                 reinterpret_cast<LPARAM>(&column));
+    ++column.iSubItem;
+  }
+}
+
+void MainWindow::refresh() {
+  try {
+    rows_ = actions_.rows(shown_);
+    say(std::to_wstring(rows_.size()) + L" rows");
+  } catch (const RuntimeError& error) {
+    rows_.clear();
+    say(toWide("This table cannot be read: " + error.description()));
+  }
+  SendMessageW(list_, LVM_SETITEMCOUNT, rows_.size(), 0);
+  InvalidateRect(list_, nullptr, TRUE);
+}
+
+void MainWindow::refreshSoon() const {
+  PostMessageW(handle_, refreshMessage, 0, 0);
+}
+
+void MainWindow::focusButton(int element) {
+  const auto index = static_cast<std::size_t>(element);
+  if (index >= buttons_.size()) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+  SetFocus(buttons_[index]);
+}
+
+void MainWindow::say(const std::wstring& text) const {
+  SetWindowTextW(status_, text.c_str());
+}
+
+}  // namespace velk

@@ -1,0 +1,68 @@
+// The host's main window: a menu, a button for each import, and a list of one of the company's
+// tables at a time.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "apps/host/company_tables.h"
+
+namespace velk {
+
+inline constexpr wchar_t hostTitle[] = L"Sample accounts";
+
+/// What the user can open from the main window, in the order of menu and buttons.
+enum class ImportKind { CustomerOpening, VendorOpening, Masters };
+
+class MainWindow {
+ public:
+  struct Actions {
+    std::function<void(ImportKind)> openImport;
+    /// The rows of a table by its place in companyTables(), those of the error log for the place
+    /// behind them.
+    std::function<std::vector<TableRow>(std::size_t)> rows;
+  };
+
+  /// Shown at once. The end of the window ends the thread's message loop.
+  explicit MainWindow(Actions actions);
+  ~MainWindow();
+  MainWindow(const MainWindow&) = delete;
+  MainWindow& operator=(const MainWindow&) = delete;
+
+  HWND handle() const { return handle_; }
+  /// Reads the shown table again, as soon as the thread's message loop comes to it.
+  void refreshSoon() const;
+  /// Moves the focus to a button. Error 9 when there is no such one.
+  void focusButton(int element);
+  /// The thread's message loop until the window ends; the exit status.
+  int run();
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam);
+  void makeControls();
+  void arrange(int width, int height) const;
+  void command(WORD id, WORD code);
+  LRESULT notify(NMHDR& header);
+  void showTable(std::size_t table);
+  void showTitles(std::span<const char* const> titles);
+  void refresh();
+  void say(const std::wstring& text) const;
+
+  Actions actions_;
+  HWND handle_ = nullptr;
+  std::vector<HWND> buttons_;
+  HWND choice_ = nullptr;
+  HWND list_ = nullptr;
+  HWND status_ = nullptr;
+  HFONT font_ = nullptr;
+  HACCEL keys_ = nullptr;
+  std::size_t shown_ = 0;
+  std::vector<TableRow> rows_;
+};
+
+}  // namespace velk
