@@ -3,15 +3,19 @@
 
 #include <shellapi.h>
 
+#include <filesystem>
 #include <optional>
+#include <thread>
 
 #include "apps/host/ado/ado_command_object.h"
 #include "apps/host/class_registration.h"
 #include "apps/host/host_arguments.h"
 #include "apps/host/host_database.h"
+#include "apps/host/host_output.h"
 #include "apps/host/host_service_object.h"
 #include "apps/host/import_component.h"
 #include "apps/host/main_window.h"
+#include "apps/host/tour/tour.h"
 #include "platform/windows/ado_connection.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/module_path.h"
@@ -21,7 +25,8 @@ namespace velk {
 
 namespace {
 
-constexpr int exitFailure = 4;
+constexpr int exitTourFailed = 1;
+constexpr int exitNotStarted = 4;
 constexpr CLSID serviceClass = {
     0x2F54E293, 0x7499, 0x4B89, {0x9A, 0x2E, 0xE7, 0x83, 0x42, 0x00, 0x7F, 0x59}};
 
@@ -34,22 +39,9 @@ std::vector<std::string> commandLine() {
   return result;
 }
 
-/// To the terminal that the program was started from, or in a box when there is none.
-void say(std::string_view text, UINT icon) {
-  AttachConsole(ATTACH_PARENT_PROCESS);
-  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
-  DWORD written = 0;
-  const std::string line = std::string(text) + "\n";
-  if (output != nullptr &&
-      WriteFile(output, line.data(), static_cast<DWORD>(line.size()), &written, nullptr) != FALSE) {
-    return;
-  }
-  MessageBoxW(nullptr, toWide(text).c_str(), hostTitle, icon);
-}
-
-std::wstring programFolder() {
+std::wstring besideProgram(const wchar_t* name) {
   const std::wstring path = modulePath(nullptr);
-  return path.substr(0, path.rfind(L'\\'));
+  return path.substr(0, path.rfind(L'\\') + 1) + name;
 }
 
 struct Apartment {
@@ -59,46 +51,88 @@ struct Apartment {
   Apartment& operator=(const Apartment&) = delete;
 };
 
+/// What the main window's user works with.
+class Company {
+ public:
+  Company(const HostDatabase& database, bool ownAdo)
+      : connection_(openHostDatabase(database, ownAdo)),
+        reader_(adoConnection(connection_.get())),
+        icon_(iconPicture(LoadIconW(nullptr, IDI_APPLICATION))) {}
+
+  void open(ImportKind kind) const {
+    try {
+      openImport(kind, connection_.get(), icon_.get());
+    } catch (const RuntimeError& error) {
+      MessageBoxW(GetActiveWindow(), toWide(error.description()).c_str(), hostTitle, MB_ICONERROR);
+    }
+  }
+
+  std::vector<TableRow> rows(std::size_t table) const {
+    const auto tables = companyTables();
+    return table < tables.size() ? tableRows(*reader_, tables[table])
+                                 : errorLogLines(besideProgram(L"Error.log"));
+  }
+
+ private:
+  ComPointer<_Connection> connection_;
+  std::shared_ptr<Connection> reader_;
+  ComPointer<IPictureDisp> icon_;
+};
+
+/// Runs the tour beside the main window's message loop, and ends the program with it.
+std::thread startTour(const TourPlan& plan, HWND window) {
+  return std::thread([plan, window] {
+    try {
+      say(runTour(plan));
+    } catch (const RuntimeError& error) {
+      say(error.description());
+      ExitProcess(exitTourFailed);  // whatever dialog or message is open
+    }
+    PostMessageW(window, WM_CLOSE, 0, 0);
+  });
+}
+
+/// The folder's full path, because file dialogs change the current folder; made if need be.
+std::optional<std::string> tourFolder(const HostArguments& arguments) {
+  if (!arguments.tourFolder) return std::nullopt;
+  const auto folder = std::filesystem::absolute(toWide(*arguments.tourFolder));
+  CreateDirectoryW(folder.c_str(), nullptr);
+  return fromWide(folder.wstring());
+}
+
 int runHost(const HostArguments& arguments) {
   const Apartment apartment;
-  const HostDatabase database = chooseHostDatabase(arguments.database);
+  const auto pictures = tourFolder(arguments);
+  const HostDatabase database = pictures ? newSampleCompany(*pictures + "\\company.db")
+                                         : chooseHostDatabase(arguments.database);
   const bool ownAdo = arguments.ownAdo || needsOwnAdo(database);
-  const auto connection = openHostDatabase(database, ownAdo);
   std::optional<ClassRegistration> commands;
   if (ownAdo) commands.emplace(__uuidof(::Command), [] { return commandObject(); });
 
-  const auto reader = adoConnection(connection.get());
-  const auto icon = iconPicture(LoadIconW(nullptr, IDI_APPLICATION));
-  MainWindow* shown = nullptr;
-  MainWindow window({
-      [&](ImportKind kind) {
-        try {
-          openImport(kind, connection.get(), icon.get());
-        } catch (const RuntimeError& error) {
-          MessageBoxW(shown->handle(), toWide(error.description()).c_str(), hostTitle,
-                      MB_ICONERROR);
-        }
-      },
-      [&](std::size_t table) {
-        const auto tables = companyTables();
-        return table < tables.size() ? tableRows(*reader, tables[table])
-                                     : errorLogLines(programFolder() + L"\\Error.log");
-      },
-  });
-  shown = &window;
+  const Company company(database, ownAdo);
+  MainWindow window({[&](ImportKind kind) { company.open(kind); },
+                     [&](std::size_t table) { return company.rows(table); }});
   const ClassRegistration service(serviceClass, [&] { return hostServiceObject(window); });
-  return window.run();
+  std::thread tour;
+  if (pictures) {
+    tour = startTour({*pictures, besideProgram(L"samples"), besideProgram(L"Error.log"),
+                      database.connectionString},
+                     window.handle());
+  }
+  const int status = window.run();
+  if (tour.joinable()) tour.join();
+  return status;
 }
 
 int runProgram() {
   try {
     const HostArguments arguments = readHostArguments(commandLine());
     if (!arguments.help) return runHost(arguments);
-    say(hostHelp, MB_ICONINFORMATION);
+    say(hostHelp);
     return 0;
   } catch (const RuntimeError& error) {
-    say(error.description(), MB_ICONERROR);
-    return exitFailure;
+    say(error.description());
+    return exitNotStarted;
   }
 }
 

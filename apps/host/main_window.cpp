@@ -20,7 +20,7 @@ constexpr int lineHeight = 26;
 constexpr int buttonWidth = 150;
 constexpr int choiceWidth = 230;
 
-constexpr std::array<const wchar_t*, 3> importTitles{L"&Customer opening...", L"&Vendor opening...",
+constexpr std::array<const wchar_t*, 3> importTitles{L"&Customer opening...", L"V&endor opening...",
                                                      L"&Masters..."};
 
 HMENU makeMenu() {

@@ -1,0 +1,22 @@
+#include "apps/host/host_output.h"
+
+#include <windows.h>
+
+#include <string>
+
+#include "apps/host/main_window.h"
+#include "platform/windows/wide_text.h"
+
+namespace velk {
+
+void say(std::string_view text) {
+  AttachConsole(ATTACH_PARENT_PROCESS);
+  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+  const std::string line = std::string(text) + "\n";
+  DWORD written = 0;
+  const BOOL done =
+      WriteFile(output, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+  if (done == FALSE) MessageBoxW(nullptr, toWide(text).c_str(), hostTitle, MB_ICONINFORMATION);
+}
+
+}  // namespace velk

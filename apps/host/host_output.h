@@ -1,0 +1,11 @@
+// What the program says, beside its windows.
+#pragma once
+
+#include <string_view>
+
+namespace velk {
+
+/// To the terminal or file that the program was started with; in a message box when there is none.
+void say(std::string_view text);
+
+}  // namespace velk

@@ -1,0 +1,13 @@
+// What the sample files leave in the database.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace velk {
+
+/// Holds the database, and the number of lines that the error log grew by, against what the four
+/// files of the tour should come to. Error 5, naming every difference.
+void checkPosted(const std::string& connectionString, std::size_t logLines);
+
+}  // namespace velk

@@ -1,0 +1,17 @@
+// Pictures of what this program shows.
+#pragma once
+
+#include <string>
+
+#include "apps/host/tour/png_writer.h"
+
+namespace velk {
+
+/// The part of the display that this program's windows cover, once it is all painted and stands
+/// still.
+Picture24 takePicture();
+
+/// Error 75 when the file cannot be written.
+void savePicture(const Picture24& picture, const std::string& path);
+
+}  // namespace velk

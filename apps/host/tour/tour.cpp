@@ -1,0 +1,214 @@
+#include "apps/host/tour/tour.h"
+
+#include <array>
+#include <cstdio>
+#include <vector>
+
+#include "apps/host/company_tables.h"
+#include "apps/host/main_window.h"
+#include "apps/host/tour/posted_check.h"
+#include "apps/host/tour/screen_picture.h"
+#include "apps/host/tour/seen_windows.h"
+#include "apps/host/tour/user_input.h"
+#include "platform/errors.h"
+#include "platform/windows/wide_text.h"
+
+namespace velk {
+
+namespace {
+
+/// One import: where it is opened, what is chosen, what the user is told, where its result shows.
+struct TourImport {
+  const wchar_t* button;
+  const wchar_t* title;
+  int type;  ///< how far down in the master screen's list of types
+  const wchar_t* typeTitle;
+  const wchar_t* file;
+  std::vector<std::wstring> messages;
+  std::size_t table;
+  const char* picture;  ///< how the names of its pictures begin
+};
+
+class Tour {
+ public:
+  explicit Tour(const TourPlan& plan) : plan_(plan) {}
+
+  void run();
+  int pictures() const { return pictures_; }
+
+ private:
+  void import(const TourImport& what);
+  void browse(HWND screen, const std::wstring& path);
+  void remap(HWND screen);
+  void showTable(std::size_t table);
+  void showErrorLog();
+  void picture(const std::string& name);
+
+  const TourPlan& plan_;
+  HWND main_ = nullptr;
+  int pictures_ = 0;
+};
+
+void clickWhenEnabled(HWND button) {
+  waitFor("a button to be enabled", [&] { return IsWindowEnabled(button) != FALSE; });
+  click(button);
+}
+
+void Tour::picture(const std::string& name) {
+  std::array<char, 16> number{};
+  std::snprintf(number.data(), number.size(), "%02d-", ++pictures_);
+  savePicture(takePicture(), plan_.pictureFolder + "\\" + number.data() + name + ".png");
+}
+
+// Types the path into the dialog, as the user may instead of clicking through folders.
+void Tour::browse(HWND screen, const std::wstring& path) {
+  clickWhenEnabled(buttonNamed(screen, L"&Browse"));
+  const HWND dialog = windowOfClass(L"#32770");
+  const auto nameBox = [&] { return focusIn(dialog); };
+  waitFor("the dialog's name box",
+          [&] { return IsChild(dialog, nameBox()) != FALSE && classOf(nameBox()) == L"Edit"; });
+  type(path);
+  waitFor("the name in the dialog", [&] { return textOf(nameBox()) == path; });
+  picture("browse");
+  press(VK_RETURN);
+  waitUntilGone(dialog);
+  const HWND chosen = childOfClass(screen, L"Edit");
+  waitFor("the name on the screen", [&] { return textOf(chosen) == path; });
+}
+
+// Takes a field's mapping back with the right button and maps it anew by two clicks on headers.
+void Tour::remap(HWND screen) {
+  const HWND preview = childOfClass(screen, L"SysListView32", 0);
+  const HWND fields = childOfClass(screen, L"SysListView32", 1);
+  const int field = columnTitled(fields, L"Reference");
+  const int column = columnTitled(preview, L"Reference");
+  const auto shows = [&](const wchar_t* text) {
+    waitFor("the mapping row to change", [&] { return cellText(fields, 0, field) == text; });
+  };
+  shows(L"Reference");
+  click(cellPoint(fields, 2, field), Button::Right);
+  const HWND menu = windowOfClass(L"#32768");
+  picture("popup");
+  click(menu);
+  shows(L"Not Yet");
+  click(headerPoint(preview, column));
+  click(headerPoint(fields, field));
+  shows(L"Reference");
+}
+
+void Tour::import(const TourImport& what) {
+  const std::string name = what.picture;
+  click(buttonNamed(main_, what.button));
+  const HWND screen = windowTitled(what.title);
+  picture(name + "-opened");
+  if (what.type > 0) {
+    click(childOfClass(screen, L"ComboBox"));
+    for (int i = 0; i < what.type; ++i) press(VK_DOWN);
+    press(VK_RETURN);
+    windowTitled(what.typeTitle);
+  }
+  browse(screen, plan_.samplesFolder + L"\\" + what.file);
+  clickWhenEnabled(buttonNamed(screen, L"&View"));
+  const HWND import = buttonNamed(screen, L"&Import");
+  waitFor("the file to be shown", [&] { return IsWindowEnabled(import) != FALSE; });
+  picture(name + "-viewed");
+  if (what.type == 0 && what.table == 0) remap(screen);
+  click(import);
+  for (const std::wstring& message : what.messages) {
+    const HWND box = messageBoxSaying(message);
+    picture(name + "-message");
+    press(VK_RETURN);
+    waitUntilGone(box);
+  }
+  waitFor("the import to end", [&] { return IsWindowEnabled(import) == FALSE; });
+  click(buttonNamed(screen, L"C&lose"));
+  waitUntilGone(screen);
+  windowTitled(hostTitle);
+  showTable(what.table);
+  picture(name + "-posted");
+}
+
+void Tour::showTable(std::size_t table) {
+  const HWND choice = childOfClass(main_, L"ComboBox");
+  click(choice);
+  waitFor("the choice to drop",
+          [&] { return SendMessageW(choice, CB_GETDROPPEDSTATE, 0, 0) != 0; });
+  press(VK_HOME);
+  for (std::size_t i = 0; i < table; ++i) press(VK_DOWN);
+  press(VK_RETURN);
+  const HWND list = childOfClass(main_, L"SysListView32");
+  waitFor("the table to be shown", [&] {
+    return SendMessageW(choice, CB_GETCURSEL, 0, 0) == static_cast<LRESULT>(table) &&
+           rowCount(list) > 0;
+  });
+}
+
+void Tour::showErrorLog() {
+  press('V', true);
+  windowOfClass(L"#32768");
+  press('E');
+  const HWND choice = childOfClass(main_, L"ComboBox");
+  const auto place = static_cast<LRESULT>(companyTables().size());
+  waitFor("the error log to be shown",
+          [&] { return SendMessageW(choice, CB_GETCURSEL, 0, 0) == place; });
+  picture("error-log");
+}
+
+void Tour::run() {
+  const std::vector<TourImport> imports{
+      {L"&Customer opening...",
+       L"Import Customer Opening",
+       0,
+       L"",
+       L"customer_opening.csv",
+       {L"Check The Error Log " + plan_.errorLog},
+       0,
+       "customers"},
+      {L"V&endor opening...",
+       L"Import VendorOpening",
+       0,
+       L"",
+       L"vendor_opening.csv",
+       {L"Import Successfull", L"Check The Error Log"},
+       2,
+       "vendors-opening"},
+      {L"&Masters...",
+       L"Import - Bank & Branch",
+       0,
+       L"",
+       L"bank_branch.csv",
+       {L"Import Successfull"},
+       4,
+       "banks"},
+      {L"&Masters...",
+       L"Import - Bank & Branch",
+       1,
+       L"Import - Vendor",
+       L"vendor.csv",
+       {L"Import Successfull"},
+       5,
+       "vendors"},
+  };
+  main_ = windowTitled(hostTitle);
+  picture("host");
+  for (const TourImport& what : imports) import(what);
+  showErrorLog();
+}
+
+}  // namespace
+
+std::string runTour(const TourPlan& plan) {
+  const std::size_t logged = errorLogLines(plan.errorLog).size();
+  Tour tour(plan);
+  try {
+    tour.run();
+  } catch (const RuntimeError&) {
+    savePicture(takePicture(), plan.pictureFolder + "\\failed.png");
+    throw;
+  }
+  checkPosted(plan.connectionString, errorLogLines(plan.errorLog).size() - logged);
+  return "All that the four files hold was posted or is in the error log. Pictures of the " +
+         std::to_string(tour.pictures()) + " stages: " + plan.pictureFolder;
+}
+
+}  // namespace velk
