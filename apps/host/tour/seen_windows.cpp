@@ -168,17 +168,25 @@ POINT cellPoint(HWND list, int row, int column) {
   return middle(area, list);
 }
 
-int columnTitled(HWND list, std::wstring_view title) {
+std::vector<std::wstring> columnTitles(HWND list) {
+  std::vector<std::wstring> titles;
   std::array<wchar_t, 260> text{};
   LVCOLUMNW column{};
   column.mask = LVCF_TEXT;
   column.pszText = text.data();
   column.cchTextMax = static_cast<int>(text.size());
-  for (WPARAM i = 0; SendMessageW(list, LVM_GETCOLUMNW, i, reinterpret_cast<LPARAM>(&column)) != 0;
-       ++i) {
-    if (title == text.data()) return static_cast<int>(i);
-  }
-  notThere("the column " + fromWide(title));
+  const auto read = [&] {
+    return SendMessageW(list, LVM_GETCOLUMNW, titles.size(), reinterpret_cast<LPARAM>(&column));
+  };
+  while (read() != FALSE) titles.emplace_back(text.data());
+  return titles;
+}
+
+int columnTitled(HWND list, std::wstring_view title) {
+  const auto titles = columnTitles(list);
+  const auto found = std::ranges::find(titles, title);
+  if (found == titles.end()) notThere("the column " + fromWide(title));
+  return static_cast<int>(found - titles.begin());
 }
 
 }  // namespace velk

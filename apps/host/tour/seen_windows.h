@@ -44,6 +44,7 @@ int rowCount(HWND list);
 /// In the middle of a column's header, and of a cell, on the display. Error 5 for no such column.
 POINT headerPoint(HWND list, int column);
 POINT cellPoint(HWND list, int row, int column);
+std::vector<std::wstring> columnTitles(HWND list);
 int columnTitled(HWND list, std::wstring_view title);
 
 }  // namespace velk

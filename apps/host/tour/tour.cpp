@@ -54,6 +54,18 @@ void clickWhenEnabled(HWND button) {
   click(button);
 }
 
+// By mouse and keyboard. A click elsewhere would only close the list, so it has to be closed.
+void choose(HWND box, int place) {
+  const auto isDropped = [&] { return SendMessageW(box, CB_GETDROPPEDSTATE, 0, 0) != FALSE; };
+  click(box);
+  waitFor("a list of choices to drop", isDropped);
+  press(VK_HOME);
+  for (int i = 0; i < place; ++i) press(VK_DOWN);
+  press(VK_RETURN);
+  waitFor("the choice to be made",
+          [&] { return !isDropped() && SendMessageW(box, CB_GETCURSEL, 0, 0) == place; });
+}
+
 void Tour::picture(const std::string& name) {
   std::array<char, 16> number{};
   std::snprintf(number.data(), number.size(), "%02d-", ++pictures_);
@@ -102,9 +114,7 @@ void Tour::import(const TourImport& what) {
   const HWND screen = windowTitled(what.title);
   picture(name + "-opened");
   if (what.type > 0) {
-    click(childOfClass(screen, L"ComboBox"));
-    for (int i = 0; i < what.type; ++i) press(VK_DOWN);
-    press(VK_RETURN);
+    choose(childOfClass(screen, L"ComboBox"), what.type);
     windowTitled(what.typeTitle);
   }
   browse(screen, plan_.samplesFolder + L"\\" + what.file);
@@ -129,18 +139,12 @@ void Tour::import(const TourImport& what) {
 }
 
 void Tour::showTable(std::size_t table) {
-  const HWND choice = childOfClass(main_, L"ComboBox");
-  click(choice);
-  waitFor("the choice to drop",
-          [&] { return SendMessageW(choice, CB_GETDROPPEDSTATE, 0, 0) != 0; });
-  press(VK_HOME);
-  for (std::size_t i = 0; i < table; ++i) press(VK_DOWN);
-  press(VK_RETURN);
+  choose(childOfClass(main_, L"ComboBox"), static_cast<int>(table));
   const HWND list = childOfClass(main_, L"SysListView32");
-  waitFor("the table to be shown", [&] {
-    return SendMessageW(choice, CB_GETCURSEL, 0, 0) == static_cast<LRESULT>(table) &&
-           rowCount(list) > 0;
-  });
+  const CompanyTable& shown = companyTables()[table];
+  std::vector<std::wstring> titles;
+  for (const char* const title : shown.titles) titles.push_back(toWide(title));
+  waitFor(shown.name, [&] { return columnTitles(list) == titles && rowCount(list) > 0; });
 }
 
 void Tour::showErrorLog() {
