@@ -33,31 +33,31 @@ std::span<const CompanyTable> companyTables() {
   static const std::array<CompanyTable, 7> tables{{
       {"Customer opening documents",
        openingDocuments("Customer"),
-       {"Note", "Customer", "Reference", "Date", "Amount", "Balance"}},
+       {{"Note"}, {"Customer"}, {"Reference"}, {"Date"}, {"Amount", true}, {"Balance", true}}},
       {"Customer opening balances",
        "SELECT B.CustomerID, CustomerName, OpeningBalance FROM CustomerOpeningBalance B JOIN "
        "Customer C ON C.CustomerID = B.CustomerID ORDER BY 1",
-       {"Customer", "Name", "Opening balance"}},
+       {{"Customer"}, {"Name"}, {"Opening balance", true}}},
       {"Vendor opening documents",
        openingDocuments("Vendor"),
-       {"Note", "Vendor", "Reference", "Date", "Amount", "Balance"}},
+       {{"Note"}, {"Vendor"}, {"Reference"}, {"Date"}, {"Amount", true}, {"Balance", true}}},
       {"Vendor opening balances",
        "SELECT B.VendorID, VendorName, OpeningBalance FROM VendorOpeningBalance B JOIN Vendors V "
        "ON "
        "V.VendorID = B.VendorID ORDER BY 1",
-       {"Vendor", "Name", "Opening balance"}},
+       {{"Vendor"}, {"Name"}, {"Opening balance", true}}},
       {"Banks and branches",
        "SELECT K.BankCode, BankName, BranchCode, BranchName FROM BranchMaster R JOIN BankMaster K "
        "ON K.BankCode = R.BankCode ORDER BY 1, 3",
-       {"Bank", "Name", "Branch", "Name"}},
+       {{"Bank"}, {"Name"}, {"Branch"}, {"Name"}}},
       {"Vendors",
        "SELECT VendorID, VendorName, ContactPerson, Address, Phone, PanNumber FROM Vendors ORDER "
        "BY "
        "1",
-       {"Vendor", "Name", "Contact", "Address", "Phone", "Pan number"}},
+       {{"Vendor"}, {"Name"}, {"Contact"}, {"Address"}, {"Phone"}, {"Pan number"}}},
       {"Customers",
        "SELECT CustomerID, CustomerName, Address, City, Phone FROM Customer ORDER BY 1",
-       {"Customer", "Name", "Address", "City", "Phone"}},
+       {{"Customer"}, {"Name"}, {"Address"}, {"City"}, {"Phone"}}},
   }};
   return tables;
 }
@@ -67,7 +67,7 @@ std::vector<TableRow> tableRows(Connection& connection, const CompanyTable& tabl
   const auto result = connection.Execute(table.query);
   for (; !result->isEOF(); result->MoveNext()) {
     TableRow& row = rows.emplace_back();
-    for (std::size_t i = 0; i < table.titles.size(); ++i) row.push_back(shown(result->field(i)));
+    for (std::size_t i = 0; i < table.columns.size(); ++i) row.push_back(shown(result->field(i)));
   }
   result->Close();
   return rows;

@@ -10,10 +10,15 @@
 
 namespace velk {
 
+struct TableColumn {
+  const char* title;
+  bool isAmount = false;
+};
+
 struct CompanyTable {
   const char* name;
-  std::string query;  ///< gives a value for each title
-  std::vector<const char*> titles;
+  std::string query;  ///< gives a value for each column
+  std::vector<TableColumn> columns;
 };
 
 std::span<const CompanyTable> companyTables();

@@ -57,7 +57,7 @@ class Company {
   Company(const HostDatabase& database, bool ownAdo)
       : connection_(openHostDatabase(database, ownAdo)),
         reader_(adoConnection(connection_.get())),
-        icon_(iconPicture(LoadIconW(nullptr, IDI_APPLICATION))) {}
+        icon_(iconPicture(hostIcon())) {}
 
   void open(ImportKind kind) const {
     try {

@@ -56,7 +56,7 @@ void registerWindowClass(WNDPROC procedure) {
   type.cbSize = sizeof type;
   type.lpfnWndProc = procedure;
   type.hInstance = GetModuleHandleW(nullptr);
-  type.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
+  type.hIcon = hostIcon();
   type.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   type.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
   type.lpszClassName = className;
@@ -64,6 +64,10 @@ void registerWindowClass(WNDPROC procedure) {
 }
 
 }  // namespace
+
+HICON hostIcon() {
+  return LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1));
+}
 
 MainWindow::MainWindow(Actions actions)
     : actions_(std::move(actions)), font_(makeFont()), keys_(makeKeys()) {
@@ -210,30 +214,31 @@ LRESULT MainWindow::notify(NMHDR& header) {
 }
 
 void MainWindow::showTable(std::size_t table) {
-  static constexpr std::array<const char*, 1> logTitle{"Line"};
+  static constexpr TableColumn logColumns[] = {{"Line"}};
   shown_ = table;
   SendMessageW(choice_, CB_SETCURSEL, table, 0);
   const auto tables = companyTables();
   if (table < tables.size()) {
-    showTitles(tables[table].titles);
+    showColumns(tables[table].columns);
   } else {
-    showTitles(logTitle);
+    showColumns(logColumns);
   }
   refresh();
 }
 
-void MainWindow::showTitles(std::span<const char* const> titles) {
+void MainWindow::showColumns(std::span<const TableColumn> columns) {
   while (SendMessageW(list_, LVM_DELETECOLUMN, 0, 0) != FALSE) {
   }
   RECT inside;
   GetClientRect(list_, &inside);
   const int all = inside.right > 0 ? static_cast<int>(inside.right) : 900;
   LVCOLUMNW column{};
-  column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
-  column.cx = (all - GetSystemMetrics(SM_CXVSCROLL)) / static_cast<int>(titles.size());
-  for (const char* const title : titles) {
-    std::wstring text = toWide(title);
-    column.pszText = text.data();
+  column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
+  column.cx = (all - GetSystemMetrics(SM_CXVSCROLL)) / static_cast<int>(columns.size());
+  for (const TableColumn& shown : columns) {
+    std::wstring title = toWide(shown.title);
+    column.pszText = title.data();
+    column.fmt = shown.isAmount ? LVCFMT_RIGHT : LVCFMT_LEFT;
     SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(column.iSubItem),
                  reinterpret_cast<LPARAM>(&column));
     ++column.iSubItem;

@@ -15,6 +15,9 @@ namespace velk {
 
 inline constexpr wchar_t hostTitle[] = L"Sample accounts";
 
+/// The program's icon; it lives as long as the program.
+HICON hostIcon();
+
 /// What the user can open from the main window, in the order of menu and buttons.
 enum class ImportKind { CustomerOpening, VendorOpening, Masters };
 
@@ -49,7 +52,7 @@ class MainWindow {
   void command(WORD id, WORD code);
   LRESULT notify(NMHDR& header);
   void showTable(std::size_t table);
-  void showTitles(std::span<const char* const> titles);
+  void showColumns(std::span<const TableColumn> columns);
   void refresh();
   void say(const std::wstring& text) const;
 

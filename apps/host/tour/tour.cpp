@@ -143,7 +143,7 @@ void Tour::showTable(std::size_t table) {
   const HWND list = childOfClass(main_, L"SysListView32");
   const CompanyTable& shown = companyTables()[table];
   std::vector<std::wstring> titles;
-  for (const char* const title : shown.titles) titles.push_back(toWide(title));
+  for (const TableColumn& column : shown.columns) titles.push_back(toWide(column.title));
   waitFor(shown.name, [&] { return columnTitles(list) == titles && rowCount(list) > 0; });
 }
 
@@ -211,8 +211,8 @@ std::string runTour(const TourPlan& plan) {
     throw;
   }
   checkPosted(plan.connectionString, errorLogLines(plan.errorLog).size() - logged);
-  return "All that the four files hold was posted or is in the error log. Pictures of the " +
-         std::to_string(tour.pictures()) + " stages: " + plan.pictureFolder;
+  return "All that the four files hold was posted or is in the error log; " +
+         std::to_string(tour.pictures()) + " pictures show how";
 }
 
 }  // namespace velk
