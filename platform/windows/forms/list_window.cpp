@@ -9,7 +9,8 @@ namespace velk {
 
 namespace {
 
-constexpr DWORD listStyle = LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL | LVS_SHOWSELALWAYS | WS_TABSTOP;
+constexpr DWORD listStyle =
+    LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL | LVS_SHOWSELALWAYS | WS_TABSTOP;
 constexpr DWORD lookAndFeel = LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES | LVS_EX_DOUBLEBUFFER;
 constexpr LRESULT nothingFound = -1;
 
@@ -69,6 +70,9 @@ void ListWindow::showColumns() {
     if (i >= shown_.size() || shown_[i] != column) showColumn(i, column);
   }
   SendMessageW(handle(), WM_SETREDRAW, TRUE, 0);
+  // Wine does not paint a header without columns.
+  const LONG_PTR style = GetWindowLongPtrW(handle(), GWL_STYLE) & ~LONG_PTR{LVS_NOCOLUMNHEADER};
+  SetWindowLongPtrW(handle(), GWL_STYLE, style | (shown_.empty() ? LVS_NOCOLUMNHEADER : 0));
 }
 
 void ListWindow::showColumn(std::size_t index, const Column& column) {
