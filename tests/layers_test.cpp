@@ -13,15 +13,15 @@ namespace {
 namespace fs = std::filesystem;
 using Folders = std::vector<std::string_view>;
 
-const Folders checkedFolders{"platform", "shared",    "mapping",        "opening",
-                             "masters",  "component", "samples/company"};
+const Folders checkedFolders{"platform", "shared",    "mapping",         "opening",
+                             "masters",  "component", "samples/company", "apps/host"};
 
 // How headers begin, and the folders whose files may include them. The first row that fits counts;
 // of the headers in no row, the standard library's may be included by all.
 const std::pair<std::string_view, Folders> rules[] = {
-    {"platform/windows/", {"platform/windows", "component/com"}},
+    {"platform/windows/", {"platform/windows", "component/com", "apps/host"}},
     {"platform/native/", {"platform/native"}},
-    {"platform/odbc/", {"platform/odbc", "samples/company"}},
+    {"platform/odbc/", {"platform/odbc", "samples/company", "apps/host"}},
     {"platform/xls/", {"platform/xls"}},
     {"platform/headless/", {"platform/headless"}},
     {"platform/", checkedFolders},
@@ -31,16 +31,17 @@ const std::pair<std::string_view, Folders> rules[] = {
     {"masters/", {"masters", "component"}},
     {"component/com/", {"component/com"}},
     {"component/", {"component"}},
-    {"samples/company/", {"samples/company"}},
-    {"windows.h", {"component/com", "platform/windows", "platform/odbc"}},
-    {"ole2.h", {"component/com", "platform/windows"}},
-    {"olectl.h", {"component/com", "platform/windows"}},
-    {"shellapi.h", {"platform/windows"}},
+    {"samples/company/", {"samples/company", "apps/host"}},
+    {"apps/", {"apps/host"}},
+    {"windows.h", {"component/com", "platform/windows", "platform/odbc", "apps/host"}},
+    {"ole2.h", {"component/com", "platform/windows", "apps/host"}},
+    {"olectl.h", {"component/com", "platform/windows", "apps/host"}},
+    {"shellapi.h", {"platform/windows", "apps/host"}},
     {"initguid.h", {"component/com"}},
     {"xmmintrin.h", {"platform/windows"}},
-    {"ado_com.h", {"component/com", "platform/windows"}},
-    {"host_service_com.h", {"platform/windows"}},
-    {"Velk_OpnImp_com.h", {"component/com"}},
+    {"ado_com.h", {"component/com", "platform/windows", "apps/host"}},
+    {"host_service_com.h", {"platform/windows", "apps/host"}},
+    {"Velk_OpnImp_com.h", {"component/com", "apps/host"}},
     {"sql", {"platform/odbc"}},
     {"unistd.h", {"platform/native"}},
     {"fcntl.h", {"platform/native"}},

@@ -16,7 +16,7 @@ struct TableColumn {
 };
 
 struct CompanyTable {
-  const char* name;
+  std::string_view name;
   std::string query;  ///< gives a value for each column
   std::vector<TableColumn> columns;
 };

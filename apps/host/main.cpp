@@ -59,13 +59,7 @@ class Company {
         reader_(adoConnection(connection_.get())),
         icon_(iconPicture(hostIcon())) {}
 
-  void open(ImportKind kind) const {
-    try {
-      openImport(kind, connection_.get(), icon_.get());
-    } catch (const RuntimeError& error) {
-      MessageBoxW(GetActiveWindow(), toWide(error.description()).c_str(), hostTitle, MB_ICONERROR);
-    }
-  }
+  void open(ImportKind kind) const { openImport(kind, connection_.get(), icon_.get()); }
 
   std::vector<TableRow> rows(std::size_t table) const {
     const auto tables = companyTables();
@@ -84,8 +78,8 @@ std::thread startTour(const TourPlan& plan, HWND window) {
   return std::thread([plan, window] {
     try {
       say(runTour(plan));
-    } catch (const RuntimeError& error) {
-      say(error.description());
+    } catch (...) {
+      say(currentError().description());
       ExitProcess(exitTourFailed);  // whatever dialog or message is open
     }
     PostMessageW(window, WM_CLOSE, 0, 0);
@@ -130,8 +124,8 @@ int runProgram() {
     if (!arguments.help) return runHost(arguments);
     say(hostHelp);
     return 0;
-  } catch (const RuntimeError& error) {
-    say(error.description());
+  } catch (...) {
+    say(currentError().description());
     return exitNotStarted;
   }
 }

@@ -7,6 +7,7 @@
 
 #include "apps/host/host_commands.h"
 #include "platform/errors.h"
+#include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -110,8 +111,15 @@ LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM wParam,
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
   }
   auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  return self == nullptr ? DefWindowProcW(window, message, wParam, lParam)
-                         : self->handle(message, wParam, lParam);
+  if (self == nullptr) return DefWindowProcW(window, message, wParam, lParam);
+  try {
+    return self->handle(message, wParam, lParam);
+  } catch (...) {
+    // No exception crosses Windows.
+    const std::wstring text = toWide(currentError().description());
+    MessageBoxW(window, text.c_str(), hostTitle, MB_ICONERROR);
+    return 0;
+  }
 }
 
 LRESULT MainWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -23,6 +23,7 @@ enum class ImportKind { CustomerOpening, VendorOpening, Masters };
 
 class MainWindow {
  public:
+  /// What either raises is shown to the user.
   struct Actions {
     std::function<void(ImportKind)> openImport;
     /// The rows of a table by its place in companyTables(), those of the error log for the place

@@ -44,6 +44,8 @@ Picture24 fromPixels(LONG width, LONG height, const std::vector<RGBQUAD>& pixels
   return picture;
 }
 
+}  // namespace
+
 Picture24 displayedNow() {
   const RECT area = coveredArea();
   const LONG width = area.right - area.left;
@@ -63,8 +65,6 @@ Picture24 displayedNow() {
   ReleaseDC(nullptr, display);
   return fromPixels(width, height, pixels);
 }
-
-}  // namespace
 
 Picture24 takePicture() {
   Picture24 picture;

@@ -7,8 +7,9 @@
 
 namespace velk {
 
-/// The part of the display that this program's windows cover, once it is all painted and stands
-/// still.
+/// The part of the display that this program's windows cover, as it is now.
+Picture24 displayedNow();
+/// The same once it is all painted and stands still.
 Picture24 takePicture();
 
 /// Error 75 when the file cannot be written.

@@ -1,5 +1,6 @@
 #include "apps/host/tour/tour.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <vector>
@@ -19,15 +20,46 @@ namespace {
 
 /// One import: where it is opened, what is chosen, what the user is told, where its result shows.
 struct TourImport {
+  std::string picture;  ///< how the names of its pictures begin
   const wchar_t* button;
   const wchar_t* title;
-  int type;  ///< how far down in the master screen's list of types
-  const wchar_t* typeTitle;
+  int type = 0;  ///< place in the master screen's list of types
+  const wchar_t* typeTitle = nullptr;
   const wchar_t* file;
+  bool remaps = false;
   std::vector<std::wstring> messages;
-  std::size_t table;
-  const char* picture;  ///< how the names of its pictures begin
+  std::string_view table;
 };
+
+std::vector<TourImport> tourImports(const std::wstring& errorLog) {
+  return {{.picture = "customers",
+           .button = L"&Customer opening...",
+           .title = L"Import Customer Opening",
+           .file = L"customer_opening.csv",
+           .remaps = true,
+           .messages = {L"Check The Error Log " + errorLog},
+           .table = "Customer opening documents"},
+          {.picture = "vendors-opening",
+           .button = L"V&endor opening...",
+           .title = L"Import VendorOpening",
+           .file = L"vendor_opening.csv",
+           .messages = {L"Import Successfull", L"Check The Error Log"},
+           .table = "Vendor opening documents"},
+          {.picture = "banks",
+           .button = L"&Masters...",
+           .title = L"Import - Bank & Branch",
+           .file = L"bank_branch.csv",
+           .messages = {L"Import Successfull"},
+           .table = "Banks and branches"},
+          {.picture = "vendors",
+           .button = L"&Masters...",
+           .title = L"Import - Bank & Branch",
+           .type = 1,
+           .typeTitle = L"Import - Vendor",
+           .file = L"vendor.csv",
+           .messages = {L"Import Successfull"},
+           .table = "Vendors"}};
+}
 
 class Tour {
  public:
@@ -40,7 +72,7 @@ class Tour {
   void import(const TourImport& what);
   void browse(HWND screen, const std::wstring& path);
   void remap(HWND screen);
-  void showTable(std::size_t table);
+  void showTable(std::string_view name);
   void showErrorLog();
   void picture(const std::string& name);
 
@@ -109,11 +141,11 @@ void Tour::remap(HWND screen) {
 }
 
 void Tour::import(const TourImport& what) {
-  const std::string name = what.picture;
+  const std::string& name = what.picture;
   click(buttonNamed(main_, what.button));
   const HWND screen = windowTitled(what.title);
   picture(name + "-opened");
-  if (what.type > 0) {
+  if (what.typeTitle != nullptr) {
     choose(childOfClass(screen, L"ComboBox"), what.type);
     windowTitled(what.typeTitle);
   }
@@ -122,7 +154,7 @@ void Tour::import(const TourImport& what) {
   const HWND import = buttonNamed(screen, L"&Import");
   waitFor("the file to be shown", [&] { return IsWindowEnabled(import) != FALSE; });
   picture(name + "-viewed");
-  if (what.type == 0 && what.table == 0) remap(screen);
+  if (what.remaps) remap(screen);
   click(import);
   for (const std::wstring& message : what.messages) {
     const HWND box = messageBoxSaying(message);
@@ -138,13 +170,14 @@ void Tour::import(const TourImport& what) {
   picture(name + "-posted");
 }
 
-void Tour::showTable(std::size_t table) {
-  choose(childOfClass(main_, L"ComboBox"), static_cast<int>(table));
+void Tour::showTable(std::string_view name) {
+  const auto tables = companyTables();
+  const auto shown = std::ranges::find(tables, name, &CompanyTable::name);
+  choose(childOfClass(main_, L"ComboBox"), static_cast<int>(shown - tables.begin()));
   const HWND list = childOfClass(main_, L"SysListView32");
-  const CompanyTable& shown = companyTables()[table];
   std::vector<std::wstring> titles;
-  for (const TableColumn& column : shown.columns) titles.push_back(toWide(column.title));
-  waitFor(shown.name, [&] { return columnTitles(list) == titles && rowCount(list) > 0; });
+  for (const TableColumn& column : shown->columns) titles.push_back(toWide(column.title));
+  waitFor(name, [&] { return columnTitles(list) == titles && rowCount(list) > 0; });
 }
 
 void Tour::showErrorLog() {
@@ -159,43 +192,9 @@ void Tour::showErrorLog() {
 }
 
 void Tour::run() {
-  const std::vector<TourImport> imports{
-      {L"&Customer opening...",
-       L"Import Customer Opening",
-       0,
-       L"",
-       L"customer_opening.csv",
-       {L"Check The Error Log " + plan_.errorLog},
-       0,
-       "customers"},
-      {L"V&endor opening...",
-       L"Import VendorOpening",
-       0,
-       L"",
-       L"vendor_opening.csv",
-       {L"Import Successfull", L"Check The Error Log"},
-       2,
-       "vendors-opening"},
-      {L"&Masters...",
-       L"Import - Bank & Branch",
-       0,
-       L"",
-       L"bank_branch.csv",
-       {L"Import Successfull"},
-       4,
-       "banks"},
-      {L"&Masters...",
-       L"Import - Bank & Branch",
-       1,
-       L"Import - Vendor",
-       L"vendor.csv",
-       {L"Import Successfull"},
-       5,
-       "vendors"},
-  };
   main_ = windowTitled(hostTitle);
   picture("host");
-  for (const TourImport& what : imports) import(what);
+  for (const TourImport& what : tourImports(plan_.errorLog)) import(what);
   showErrorLog();
 }
 
@@ -206,8 +205,8 @@ std::string runTour(const TourPlan& plan) {
   Tour tour(plan);
   try {
     tour.run();
-  } catch (const RuntimeError&) {
-    savePicture(takePicture(), plan.pictureFolder + "\\failed.png");
+  } catch (...) {
+    savePicture(displayedNow(), plan.pictureFolder + "\\failed.png");
     throw;
   }
   checkPosted(plan.connectionString, errorLogLines(plan.errorLog).size() - logged);
