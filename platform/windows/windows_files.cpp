@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 #include <utility>
 
@@ -116,6 +117,11 @@ class WindowsOutput final : public OutputFile {
     }
   }
 
+  /// On the disk, not only with the system.
+  void flush() {
+    if (FlushFileBuffers(file_.get()) == 0) throwLastError();
+  }
+
   void close() override {
     if (!file_.close()) throwLastError();
   }
@@ -123,6 +129,60 @@ class WindowsOutput final : public OutputFile {
  private:
   FileHandle file_;
 };
+
+/// A name beside `path` that no file has; the process and a count make it ours.
+std::string freeNameBeside(std::string_view path) {
+  static std::atomic<unsigned> count{0};
+  for (;;) {
+    std::string name = std::string(path) + "." + std::to_string(GetCurrentProcessId()) + "-" +
+                       std::to_string(++count) + ".new";
+    if (GetFileAttributesW(acceptablePath(toWide(name)).c_str()) == INVALID_FILE_ATTRIBUTES) {
+      return name;
+    }
+  }
+}
+
+class WindowsReplacement final : public OutputFile {
+ public:
+  WindowsReplacement(std::string_view path, const std::string& beside)
+      : path_(acceptablePath(toWide(path))),
+        beside_(acceptablePath(toWide(beside))),
+        file_(openFile(beside, GENERIC_WRITE, CREATE_NEW)) {}
+  ~WindowsReplacement() override {
+    if (moved_) return;
+    try {
+      file_.close();
+    } catch (const RuntimeError&) {
+      // It goes all the same.
+    }
+    DeleteFileW(beside_.c_str());
+  }
+
+  void write(std::string_view bytes) override { file_.write(bytes); }
+
+  void close() override {
+    if (moved_) return;
+    file_.flush();
+    file_.close();
+    constexpr DWORD inPlace = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+    if (MoveFileExW(beside_.c_str(), path_.c_str(), inPlace) == 0) throwLastError();
+    moved_ = true;
+  }
+
+ private:
+  std::wstring path_;
+  std::wstring beside_;
+  WindowsOutput file_;
+  bool moved_ = false;
+};
+
+/// A folder or a device can't be replaced, nor a file that another program holds or nobody may
+/// write.
+void checkReplaceable(std::string_view path) {
+  const std::wstring name = acceptablePath(toWide(path));
+  if (GetFileAttributesW(name.c_str()) == INVALID_FILE_ATTRIBUTES) return;
+  openFile(path, GENERIC_WRITE, OPEN_EXISTING);
+}
 
 }  // namespace
 
@@ -170,6 +230,11 @@ std::unique_ptr<OutputFile> WindowsFileSystem::openAppend(std::string_view path)
   // Without the right to write elsewhere every write goes to the end, also beside another process.
   constexpr DWORD appendOnly = FILE_APPEND_DATA | SYNCHRONIZE;
   return std::make_unique<WindowsOutput>(openFile(path, appendOnly, OPEN_ALWAYS));
+}
+
+std::unique_ptr<OutputFile> WindowsFileSystem::openReplacement(std::string_view path) {
+  checkReplaceable(path);
+  return std::make_unique<WindowsReplacement>(path, freeNameBeside(path));
 }
 
 }  // namespace velk

@@ -15,6 +15,7 @@ class WindowsFileSystem final : public FileSystem {
  public:
   std::unique_ptr<InputFile> openInput(std::string_view path) override;
   std::unique_ptr<OutputFile> openAppend(std::string_view path) override;
+  std::unique_ptr<OutputFile> openReplacement(std::string_view path) override;
 };
 
 /// The runtime error that a Win32 error code of a file operation stands for.

@@ -85,6 +85,23 @@ TEST_CASE("what does not open") {
   CloseHandle(locked);
 }
 
+TEST_CASE("a file that replaces another one only when it is complete") {
+  const TemporaryFolder folder;
+  WindowsFileSystem files;
+  const std::string path = folder.path("Zoë.xls");
+  files.openAppend(path)->write("old");
+  for (const bool completed : {false, true}) {
+    const auto file = files.openReplacement(path);
+    file->write("new");
+    CHECK(readAll(files, path) == "old");
+    if (completed) file->close();
+  }
+  CHECK(readAll(files, path) == "new");
+  const fs::directory_iterator entries(toWide(folder.path("")));
+  CHECK(std::distance(begin(entries), end(entries)) == 1);
+  CHECK(errorOf([&] { files.openReplacement(folder.path("")); }) == 75);
+}
+
 TEST_CASE("the error codes of a failing disk") {
   const std::pair<DWORD, int> rows[] = {{ERROR_DISK_FULL, 61},
                                         {ERROR_TOO_MANY_OPEN_FILES, 67},

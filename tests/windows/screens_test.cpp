@@ -2,7 +2,6 @@
 #include <windows.h>
 
 #include <commctrl.h>
-#include <winternl.h>
 
 #include <functional>
 
@@ -61,7 +60,9 @@ struct LiveObjects {
     };
     constexpr int pointer = sizeof(void*) == 8 ? 0xF8 : 0x94;
     constexpr int entries = 0x4000;
-    const auto* block = reinterpret_cast<const char*>(NtCurrentTeb()->ProcessEnvironmentBlock);
+    const FARPROC processBlock = GetProcAddress(GetModuleHandleW(L"ntdll"), "RtlGetCurrentPeb");
+    const auto* block =
+        reinterpret_cast<const char* (*)()>(reinterpret_cast<void*>(processBlock))();
     const auto* table = *reinterpret_cast<const Entry* const*>(block + pointer);
     for (int i = 0; i < entries; ++i) graphics += table[i].type != 0 ? 1 : 0;
   }
@@ -117,7 +118,8 @@ struct Window {
   void clickHeader(int which, int column) const {
     const auto header = reinterpret_cast<HWND>(SendMessageW(list(which), LVM_GETHEADER, 0, 0));
     RECT at{};
-    SendMessageW(header, HDM_GETITEMRECT, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&at));
+    SendMessageW(header, HDM_GETITEMRECT, static_cast<WPARAM>(column),
+                 reinterpret_cast<LPARAM>(&at));
     const LPARAM where = MAKELPARAM((at.left + at.right) / 2, (at.top + at.bottom) / 2);
     PostMessageW(header, WM_LBUTTONDOWN, MK_LBUTTON, where);
     PostMessageW(header, WM_LBUTTONUP, 0, where);
@@ -234,8 +236,7 @@ TEST_CASE("windows: colours of the database are what is drawn") {
     return colour;
   };
   CHECK(pixel(window.handle, 2, 2) == 0x112233);
-  CHECK(pixel(window.list(0), 100, 100) ==
-        static_cast<COLORREF>(screen->lv.number("BackColor")));
+  CHECK(pixel(window.list(0), 100, 100) == static_cast<COLORREF>(screen->lv.number("BackColor")));
 }
 
 TEST_CASE("windows: several at once, and none left behind") {

@@ -36,7 +36,8 @@ ControlWindow::ControlWindow(Control& control, const ControlPlace& place,
                             at.left, at.top, at.right - at.left, at.bottom - at.top, place.parent,
                             nullptr, thisModule(), nullptr);
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
-  const std::string_view font = control.has("FontName") ? control.text("FontName") : Fonts::standard;
+  const std::string_view font =
+      control.has("FontName") ? control.text("FontName") : Fonts::standard;
   SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(place.fonts.get(font)), FALSE);
 }
 
@@ -179,9 +180,7 @@ class ComboWindow final : public ControlWindow {
   }
 
  private:
-  void showChoice() {
-    SendMessageW(handle(), CB_SETCURSEL, static_cast<WPARAM>(box_.index()), 0);
-  }
+  void showChoice() { SendMessageW(handle(), CB_SETCURSEL, static_cast<WPARAM>(box_.index()), 0); }
 
   ComboBox& box_;
 };

@@ -8,14 +8,14 @@ namespace velk {
 
 namespace {
 
-constexpr wchar_t className[] = L"Velk_OpnImp.Form";
+constexpr wchar_t formClass[] = L"Velk_OpnImp.Form";
 
 }  // namespace
 
 const wchar_t* formClassName(WNDPROC procedure) {
   WNDCLASSEXW form{};
   form.cbSize = sizeof form;
-  if (GetClassInfoExW(thisModule(), className, &form) == FALSE) {
+  if (GetClassInfoExW(thisModule(), formClass, &form) == FALSE) {
     const INITCOMMONCONTROLSEX controls{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
     InitCommonControlsEx(&controls);
     form = {};
@@ -23,14 +23,14 @@ const wchar_t* formClassName(WNDPROC procedure) {
     form.lpfnWndProc = procedure;
     form.hInstance = thisModule();
     form.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    form.lpszClassName = className;
+    form.lpszClassName = formClass;
     RegisterClassExW(&form);
   }
-  return className;
+  return formClass;
 }
 
 void forgetFormClass() noexcept {
-  UnregisterClassW(className, thisModule());
+  UnregisterClassW(formClass, thisModule());
 }
 
 }  // namespace velk

@@ -19,8 +19,8 @@ namespace {
 
 constexpr UINT flushMessage = WM_APP + 1;
 // Of a fixed size: no border to drag.
-constexpr DWORD formStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX |
-                            WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
+constexpr DWORD formStyle =
+    WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
 
 std::int16_t shiftState() {
   const auto down = [](int key) { return GetKeyState(key) < 0; };
@@ -85,7 +85,8 @@ void FormWindow::destroy() noexcept {
 
 FormWindow* FormWindow::of(HWND window) {
   const HWND root = GetAncestor(window, GA_ROOT);
-  if (root == nullptr || GetClassLongPtrW(root, GCLP_WNDPROC) != reinterpret_cast<ULONG_PTR>(procedure)) {
+  if (root == nullptr ||
+      GetClassLongPtrW(root, GCLP_WNDPROC) != reinterpret_cast<ULONG_PTR>(procedure)) {
     return nullptr;
   }
   return reinterpret_cast<FormWindow*>(GetWindowLongPtrW(root, GWLP_USERDATA));

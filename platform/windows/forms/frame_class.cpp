@@ -8,7 +8,7 @@ namespace velk {
 
 namespace {
 
-constexpr wchar_t className[] = L"Velk_OpnImp.Frame";
+constexpr wchar_t frameClass[] = L"Velk_OpnImp.Frame";
 constexpr int captionIndent = 9;
 
 void paintFrame(HWND window, ControlWindow& frame) {
@@ -64,21 +64,21 @@ LRESULT CALLBACK frameProcedure(HWND window, UINT message, WPARAM wParam, LPARAM
 const wchar_t* frameClassName() {
   WNDCLASSEXW frame{};
   frame.cbSize = sizeof frame;
-  if (GetClassInfoExW(thisModule(), className, &frame) == FALSE) {
+  if (GetClassInfoExW(thisModule(), frameClass, &frame) == FALSE) {
     frame = {};
     frame.cbSize = sizeof frame;
     frame.lpfnWndProc = frameProcedure;
     frame.cbWndExtra = sizeof(HFONT);
     frame.hInstance = thisModule();
     frame.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    frame.lpszClassName = className;
+    frame.lpszClassName = frameClass;
     RegisterClassExW(&frame);
   }
-  return className;
+  return frameClass;
 }
 
 void forgetFrameClass() noexcept {
-  UnregisterClassW(className, thisModule());
+  UnregisterClassW(frameClass, thisModule());
 }
 
 }  // namespace velk
