@@ -33,6 +33,6 @@ std::shared_ptr<OdbcConnection> openOdbc(std::string_view connectionString,
 
 /// The connection string for an embedded database in a file, which has to exist (an empty file is
 /// an empty database). Error 52 for a path that is empty or holds a NUL character.
-std::string embeddedConnectionString(std::string_view path);
+std::string embeddedConnectionString(std::string_view file);
 
 }  // namespace velk
