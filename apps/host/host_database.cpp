@@ -37,6 +37,9 @@ HostDatabase chooseHostDatabase(const std::optional<std::string>& option) {
 }
 
 HostDatabase newSampleCompany(const std::string& path) {
+  if (exists(path)) {
+    throw RuntimeError(ErrorNumber::FileAlreadyOpen, "There is a database " + path + " already");
+  }
   createSampleCompany(path);
   return embedded(path);
 }
