@@ -1,5 +1,5 @@
 // Compound files: a small file system within a file, in sectors that are chained by tables, as
-// Microsoft's published specification MS-CFB lays it out. This part reads them.
+// Microsoft's published document MS-CFB lays it out. This part reads them.
 //
 // The file is taken for hostile. Memory stays within a small multiple of its length, and every
 // chain ends after at most as many steps as the file has sectors.

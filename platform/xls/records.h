@@ -1,4 +1,4 @@
-// The records of a workbook stream (BIFF8), as Microsoft's published specification MS-XLS lays them
+// The records of a workbook stream (BIFF8), as Microsoft's published document MS-XLS lays them
 // out: a number, the length of what follows, and that.
 #pragma once
 
