@@ -93,9 +93,9 @@ TEST_CASE("built-in formats") {
       {0, "39538.25"},         {2, "39538.25"},    {14, "31/03/2008"},
       {22, "31/03/2008 6:00"}, {40, "39,538.25 "}, {46, "948918:00:00"},
       {48, "39538.25"},        {49, "39538.25"},   {163, "39538.25"}};
-  for (const auto& [number, text] : rows) {
-    CAPTURE(number);
-    CHECK(NumberFormat(builtInFormat(number)).text(39538.25, false) == text);
+  for (const auto& row : rows) {
+    CAPTURE(row.first);
+    CHECK(NumberFormat(builtInFormat(row.first)).text(39538.25, false) == row.second);
   }
 }
 

@@ -136,7 +136,9 @@ TEST_CASE("packed numbers are exact") {
       {12345U << 2 | 3, "123.45"}, {1U << 2 | 3, "0.01"},      {29U << 2 | 3, "0.29"},
       {0xFFFFFFFE, "-1"},          {0x80000002, "-536870912"}, {536870911U << 2 | 2, "536870911"},
       {0x3FF80000, "1.5"},         {0x40C81C81, "123.45"},     {0xC0590001, "-1"}};
-  for (const auto& [packed, text] : rows) {
+  for (const auto& row : rows) {
+    const std::uint32_t packed = row.first;
+    const std::string& text = row.second;
     CAPTURE(packed);
     std::string bytes;
     appendNumber(bytes, packed);
@@ -229,11 +231,11 @@ TEST_CASE("streams that are refused") {
       {"text ends",
        globals().add(Record::SharedStrings, "\0\0\0\0\0\0\0\0\1\0\4\xFF\xFF\xFF\xFFx"sv)},
       {"cut in two", sheet().add(Record::Label, cell(0, "\2\0\1a\0b"sv))}};
-  for (const auto& [part, stream] : rows) {
-    CAPTURE(part);
-    const std::string description = refusal([&] { readWorkbook(stream.bytes); });
+  for (const auto& row : rows) {
+    CAPTURE(row.first);
+    const std::string description = refusal([&] { readWorkbook(row.second.bytes); });
     CAPTURE(description);
-    CHECK(description.find(part) != std::string::npos);
+    CHECK(description.find(row.first) != std::string::npos);
   }
 }
 
@@ -247,8 +249,8 @@ std::string patched(std::string file, std::size_t at, std::uint32_t value) {
 TEST_CASE("files that are refused") {
   // The seed's stream stands in sectors 0 to 7, its table of sectors in 8, its directory in 9.
   const std::string file = seed("xlwt.xls");
-  const std::size_t table = (file[headerTable] + 1) * 512;
-  const std::size_t directory = (file[headerFirstDirectory] + 1) * 512;
+  const std::size_t table = static_cast<std::size_t>(file[headerTable] + 1) * 512;
+  const std::size_t directory = static_cast<std::size_t>(file[headerFirstDirectory] + 1) * 512;
   const std::size_t size = directory + entrySize + 120;
   std::string renamed = file;
   renamed[directory + entrySize] = 'X';
@@ -274,11 +276,11 @@ TEST_CASE("files that are refused") {
       {"longer than the file", patched(file, size, 0xFFFFFFFF)},
       {"behind its end", patched(file, size, 4097)},
       {"no root", patched(file, headerFirstDirectory, 0)}};
-  for (const auto& [part, bytes] : rows) {
-    CAPTURE(part);
-    const std::string description = refusal([&] { readXls(bytes); });
+  for (const auto& row : rows) {
+    CAPTURE(row.first);
+    const std::string description = refusal([&] { readXls(row.second); });
     CAPTURE(description);
-    CHECK(description.find(part) != std::string::npos);
+    CHECK(description.find(row.first) != std::string::npos);
   }
   MemoryFiles files;
   files.contents["large.xls"] = file;

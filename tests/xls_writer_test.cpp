@@ -164,7 +164,9 @@ TEST_CASE("what a sheet does not take") {
   Workbook workbook;
   WorksheetWriter& sheet = *workbook.sheet;
   const std::pair<int, int> places[] = {{0, 1}, {1, 0}, {65537, 1}, {1, 257}};
-  for (const auto& [row, column] : places) {
+  for (const auto& place : places) {
+    const auto row = place.first;
+    const auto column = place.second;
     CAPTURE(row);
     CAPTURE(column);
     CHECK(errorOf([&] { sheet.setText(row, column, "x"); }) == 9);

@@ -1,0 +1,197 @@
+// Ours, under Windows or Wine: what a screen does in a real window, and the same without one.
+//
+//   bench_screen_window WHAT FILE FOLDER     FOLDER takes the error log
+//     view-window      a click on View, until all is painted
+//     view-headless    the same without a window
+//     repaint          one repaint of the mapping list
+//     map              a click on a field's header: a file column goes under it
+//     type             another type chosen on the master screen
+//     rows-virtual     the list that asks for what it shows gets its rows and is painted
+//     rows-inserted    a list that holds every cell gets them and is painted
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <string_view>
+
+#include "bench/measurement.h"
+#include "component/Velk_ClsOpnImp.h"
+#include "masters/Velk_frmBankBranch_OpnImp.h"
+#include "platform/headless/headless.h"
+#include "platform/windows/forms/window_shell.h"
+#include "platform/windows/wide_text.h"
+#include "platform/windows/windows_files.h"
+
+using namespace velk;
+using namespace velk::bench;
+
+namespace {
+
+/// Keeps what is shown, in windows or not.
+struct Shell final : FormShell {
+  explicit Shell(bool windows) : inWindows(windows) {}
+  void show(std::shared_ptr<Form> form) override {
+    shown = form;
+    if (inWindows) real.show(std::move(form));
+  }
+  void closed(Form& form) noexcept override { real.closed(form); }
+  Menu* popup(Form&, Menu&) override { return nullptr; }
+
+  bool inWindows;
+  std::shared_ptr<Form> shown;
+  WindowShell real{[] { return nullptr; }};
+};
+
+/// All that is posted, and all that has to be painted.
+void settle(const Form& form) {
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) DispatchMessageW(&message);
+  const auto window = reinterpret_cast<HWND>(static_cast<INT_PTR>(form.number("hWnd")));
+  if (window != nullptr) {
+    RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    GdiFlush();
+  }
+}
+
+struct Screen {
+  Screen(bool inWindow, const char* folder,
+         void (Velk_ClsOpnImp::*open)(const std::shared_ptr<Connection>&,
+                                      const std::shared_ptr<const Picture>&) =
+             &Velk_ClsOpnImp::ImportCustomerOpening)
+      : shell(inWindow),
+        desktop(
+            folder,
+            [] {
+              return dateFromCivil({2008, 6, 15});
+            },
+            [](const Message&) {}),
+        module({files, desktop, shell, CodePage::windows1252(),
+                [] { return std::make_shared<HeadlessHostService>([](const Message&) {}); }}) {
+    Velk_ClsOpnImp component(module);
+    (component.*open)(nullptr, nullptr);
+    settle(form());
+  }
+
+  ImportScreen& form() const { return dynamic_cast<ImportScreen&>(*shell.shown); }
+  void browse(const char* file) {
+    desktop.chooseFile(file);
+    form().CmdBrowse.userClick();
+    settle(form());
+  }
+  void view(const char* file) {
+    browse(file);
+    form().cmdview.userClick();
+    settle(form());
+  }
+
+  WindowsFileSystem files;
+  Shell shell;
+  HeadlessDesktop desktop;
+  Velk_ModOpnImp module;
+};
+
+void measureView(bool inWindow, const char* file, const char* folder) {
+  Screen screen(inWindow, folder);
+  screen.browse(file);
+  Stopwatch watch;
+  screen.form().cmdview.userClick();
+  settle(screen.form());
+  watch.stop();
+  watch.report(screen.form().lv.rowCount());
+}
+
+void measureRepaint(const char* file, const char* folder) {
+  Screen screen(true, folder);
+  screen.view(file);
+  const auto window = reinterpret_cast<HWND>(static_cast<INT_PTR>(screen.form().number("hWnd")));
+  Stopwatch watch;
+  RedrawWindow(window, nullptr, nullptr,
+               RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+  GdiFlush();
+  watch.stop();
+  watch.report(screen.form().lv.rowCount());
+}
+
+void measureMapping(const char* file, const char* folder) {
+  Screen screen(true, folder);
+  screen.view(file);
+  screen.form().lv.userColumnClick(1);
+  Stopwatch watch;
+  screen.form().mappingList.userColumnClick(1);
+  watch.stop();
+  watch.report(screen.form().lv.rowCount());
+}
+
+void measureType(const char* file, const char* folder) {
+  Screen screen(true, folder, &Velk_ClsOpnImp::ImportBankBranchOpening);
+  screen.view(file);
+  const std::size_t rows = screen.form().lv.rowCount();
+  Stopwatch watch;
+  dynamic_cast<Velk_frmBankBranch_OpnImp&>(screen.form()).cboType.userChoose(1);
+  watch.stop();
+  watch.report(rows);
+}
+
+/// A list as most programs have it: every cell is handed over.
+void insertAll(HWND list, const ListView& from) {
+  for (std::size_t row = 0; row < from.rowCount(); ++row) {
+    for (std::size_t column = 0; column < from.columnCount(); ++column) {
+      std::wstring text = toWide(from.cell(row + 1, column));
+      LVITEMW item{};
+      item.mask = LVIF_TEXT;
+      item.iItem = static_cast<int>(row);
+      item.iSubItem = static_cast<int>(column);
+      item.pszText = text.data();
+      SendMessageW(list, column == 0 ? LVM_INSERTITEMW : LVM_SETITEMTEXTW, row,
+                   reinterpret_cast<LPARAM>(&item));
+    }
+  }
+}
+
+void measureRows(bool inserted, const char* file, const char* folder) {
+  Screen screen(false, folder);
+  screen.view(file);
+  const ListView& rows = screen.form().lv;
+  const HWND list = CreateWindowExW(
+      0, WC_LISTVIEWW, L"", WS_POPUP | WS_VISIBLE | LVS_REPORT | (inserted ? 0U : LVS_OWNERDATA), 0,
+      0, 700, 300, nullptr, nullptr, nullptr, nullptr);
+  for (std::size_t i = 0; i < rows.columnCount(); ++i) {
+    LVCOLUMNW column{};
+    column.mask = LVCF_WIDTH;
+    column.cx = 90;
+    SendMessageW(list, LVM_INSERTCOLUMNW, i, reinterpret_cast<LPARAM>(&column));
+  }
+  Stopwatch watch;
+  if (inserted) {
+    insertAll(list, rows);
+  } else {
+    SendMessageW(list, LVM_SETITEMCOUNT, rows.rowCount(), 0);
+  }
+  RedrawWindow(list, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
+  GdiFlush();
+  watch.stop();
+  watch.report(rows.rowCount());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return runMeasurement([&] {
+    require(argc == 4, "usage: bench_screen_window WHAT FILE FOLDER");
+    const std::string_view what = argv[1];
+    const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
+    InitCommonControlsEx(&lists);
+    if (what == "view-window" || what == "view-headless") {
+      measureView(what == "view-window", argv[2], argv[3]);
+    } else if (what == "repaint") {
+      measureRepaint(argv[2], argv[3]);
+    } else if (what == "map") {
+      measureMapping(argv[2], argv[3]);
+    } else if (what == "type") {
+      measureType(argv[2], argv[3]);
+    } else {
+      require(what == "rows-virtual" || what == "rows-inserted", "unknown measurement");
+      measureRows(what == "rows-inserted", argv[2], argv[3]);
+    }
+  });
+}
