@@ -6,11 +6,7 @@
 //     repaint          one repaint of the mapping list
 //     map              a click on a field's header: a file column goes under it
 //     type             another type chosen on the master screen
-//     rows-virtual     the list that asks for what it shows gets its rows and is painted
-//     rows-inserted    a list that holds every cell gets them and is painted
 #include <windows.h>
-
-#include <commctrl.h>
 
 #include <string_view>
 
@@ -19,7 +15,6 @@
 #include "masters/Velk_frmBankBranch_OpnImp.h"
 #include "platform/headless/headless.h"
 #include "platform/windows/forms/window_shell.h"
-#include "platform/windows/wide_text.h"
 #include "platform/windows/windows_files.h"
 
 using namespace velk;
@@ -132,66 +127,21 @@ void measureType(const char* file, const char* folder) {
   watch.report(rows);
 }
 
-/// A list as most programs have it: every cell is handed over.
-void insertAll(HWND list, const ListView& from) {
-  for (std::size_t row = 0; row < from.rowCount(); ++row) {
-    for (std::size_t column = 0; column < from.columnCount(); ++column) {
-      std::wstring text = toWide(from.cell(row + 1, column));
-      LVITEMW item{};
-      item.mask = LVIF_TEXT;
-      item.iItem = static_cast<int>(row);
-      item.iSubItem = static_cast<int>(column);
-      item.pszText = text.data();
-      SendMessageW(list, column == 0 ? LVM_INSERTITEMW : LVM_SETITEMTEXTW, row,
-                   reinterpret_cast<LPARAM>(&item));
-    }
-  }
-}
-
-void measureRows(bool inserted, const char* file, const char* folder) {
-  Screen screen(false, folder);
-  screen.view(file);
-  const ListView& rows = screen.form().lv;
-  const HWND list = CreateWindowExW(
-      0, WC_LISTVIEWW, L"", WS_POPUP | WS_VISIBLE | LVS_REPORT | (inserted ? 0U : LVS_OWNERDATA), 0,
-      0, 700, 300, nullptr, nullptr, nullptr, nullptr);
-  for (std::size_t i = 0; i < rows.columnCount(); ++i) {
-    LVCOLUMNW column{};
-    column.mask = LVCF_WIDTH;
-    column.cx = 90;
-    SendMessageW(list, LVM_INSERTCOLUMNW, i, reinterpret_cast<LPARAM>(&column));
-  }
-  Stopwatch watch;
-  if (inserted) {
-    insertAll(list, rows);
-  } else {
-    SendMessageW(list, LVM_SETITEMCOUNT, rows.rowCount(), 0);
-  }
-  RedrawWindow(list, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
-  GdiFlush();
-  watch.stop();
-  watch.report(rows.rowCount());
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   return runMeasurement([&] {
     require(argc == 4, "usage: bench_screen_window WHAT FILE FOLDER");
     const std::string_view what = argv[1];
-    const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
-    InitCommonControlsEx(&lists);
     if (what == "view-window" || what == "view-headless") {
       measureView(what == "view-window", argv[2], argv[3]);
     } else if (what == "repaint") {
       measureRepaint(argv[2], argv[3]);
     } else if (what == "map") {
       measureMapping(argv[2], argv[3]);
-    } else if (what == "type") {
-      measureType(argv[2], argv[3]);
     } else {
-      require(what == "rows-virtual" || what == "rows-inserted", "unknown measurement");
-      measureRows(what == "rows-inserted", argv[2], argv[3]);
+      require(what == "type", "unknown measurement");
+      measureType(argv[2], argv[3]);
     }
   });
 }

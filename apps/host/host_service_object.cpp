@@ -92,7 +92,8 @@ class HostServiceObject final
   }
 
   HRESULT STDMETHODCALLTYPE get_MainWindow(IDispatch** window) noexcept override {
-    return give(window, [&]() -> IDispatch* { return new WindowObject(window_); });
+    return give(window,
+                [&]() -> IDispatch* { return makeObject<WindowObject>(window_).release(); });
   }
 
  private:

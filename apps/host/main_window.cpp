@@ -26,7 +26,7 @@ constexpr std::array<const wchar_t*, 3> importTitles{L"&Customer opening...", L"
 
 HMENU makeMenu() {
   const HMENU import = CreatePopupMenu();
-  for (WORD i = 0; i < importTitles.size(); ++i) {
+  for (std::size_t i = 0; i < importTitles.size(); ++i) {
     AppendMenuW(import, MF_STRING, firstImportCommand + i, importTitles[i]);
   }
   AppendMenuW(import, MF_SEPARATOR, 0, nullptr);
@@ -159,7 +159,7 @@ void MainWindow::makeControls() {
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
     return control;
   };
-  for (WORD i = 0; i < importTitles.size(); ++i) {
+  for (std::size_t i = 0; i < importTitles.size(); ++i) {
     buttons_.push_back(
         make(L"BUTTON", importTitles[i], WS_TABSTOP, static_cast<WORD>(firstImportCommand + i)));
   }

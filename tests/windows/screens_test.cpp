@@ -6,7 +6,10 @@
 #include <functional>
 
 #include "mapping/Velk_frmCustOpn_OpnImp.h"
+#include "masters/Velk_frmBankBranch_OpnImp.h"
+#include "opening/Velk_frmVenOpn_OpnImp.h"
 #include "opening/customer_opening.h"
+#include "opening/vendor_opening.h"
 #include "platform/windows/forms/window_shell.h"
 #include "platform/windows/wide_text.h"
 #include "tests/support/test_world.h"
@@ -73,7 +76,10 @@ struct Screens {
   TestWorld world{&shell};
 
   std::shared_ptr<Velk_frmCustOpn_OpnImp> open() {
-    auto screen = std::make_shared<Velk_frmCustOpn_OpnImp>(world.module, importCustomerOpening);
+    return shown(std::make_shared<Velk_frmCustOpn_OpnImp>(world.module, importCustomerOpening));
+  }
+  template <class Screen>
+  std::shared_ptr<Screen> shown(std::shared_ptr<Screen> screen) {
     screen->initForm(world.database, nullptr);
     pump();
     return screen;
@@ -175,6 +181,39 @@ TEST_CASE("windows: a customer import by mouse") {
   CHECK(window.rows(1) == 0);
   CHECK(IsWindowEnabled(window.button("&Import")) == FALSE);
   CHECK(textOf(inside(window.handle, [](HWND w) { return textOf(w) == "in.csv"; })).empty());
+}
+
+TEST_CASE("windows: banks, then vendors, on the master screen, beside a vendors' opening") {
+  Screens screens;
+  auto& world = screens.world;
+  const auto screen = screens.shown(std::make_shared<Velk_frmBankBranch_OpnImp>(world.module));
+  const auto other =
+      screens.shown(std::make_shared<Velk_frmVenOpn_OpnImp>(world.module, importVendorOpening));
+  const Window window(*screen), opening(*other);
+  const auto import = [&](const Window& in, std::string_view content) {
+    world.files.contents["in.csv"] = content;
+    world.desktop.chooseFile("in.csv");
+    for (const char* button : {"&Browse", "&View", "&Import"}) in.click(button);
+  };
+  CHECK(textOf(window.handle) == "Import - Bank & Branch");
+  import(window, "Branch Name,Bank Code,Bank Name,Branch Code\r\nMain,B1,O'Bank,R1\r\n");
+  const HWND types = inside(
+      window.handle, [](HWND control) { return SendMessageW(control, CB_GETCOUNT, 0, 0) == 3; });
+  SetFocus(types);
+  press(VK_DOWN);
+  CHECK(textOf(window.handle) == "Import - Vendor");
+  import(window,
+         "Vendor Code,Vendor Name,Address,Phone,Contact Person,Locality,Sale Type,TNGST,CST,"
+         "Pan Number\r\nV1,Vendor,,,,Outstation,first sales,,,\r\n");
+  import(opening, "Vendor ID,Bill Amount,Balance\r\nV1,-9,4\r\n");
+  CHECK(world.messages == Texts{"host 64: Import Successfull", "host 64: Import Successfull",
+                                "host 64: Import Successfull"});
+  const auto calls = world.database->procedureCalls();
+  REQUIRE(calls.size() == 6);
+  CHECK(calls[0] == "sp_insert_BankMaster; 200 B1; 200 O''Bank");
+  CHECK(calls[1] == "sp_insert_branch; 200 R1; 200 Main; 200 B1");
+  CHECK(calls[3] == "sp_acc_importvendor; 200 Vendor; 200 V1");
+  CHECK(calls[5] == "sp_acc_import_vendoropeningbalance; 200 V1; 5 -4");
 }
 
 TEST_CASE("windows: the keyboard") {

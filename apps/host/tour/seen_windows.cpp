@@ -26,7 +26,7 @@ POINT middle(const RECT& area, HWND of) {
   return point;
 }
 
-[[noreturn]] void notThere(std::string what) {
+[[noreturn]] void notThere(const std::string& what) {
   throw RuntimeError(ErrorNumber::InvalidProcedureCall, "The tour does not find " + what);
 }
 

@@ -15,7 +15,7 @@ void click(POINT at, Button button = Button::Left);
 void click(HWND window);
 
 /// A key by its virtual key code, with Alt held down if wanted.
-void press(WORD key, bool alt = false);
+void press(WORD code, bool alt = false);
 void type(std::wstring_view text);
 
 }  // namespace velk

@@ -132,9 +132,8 @@ void ListWindow::giveText(LVITEMW& item) const {
 LRESULT ListWindow::draw(NMLVCUSTOMDRAW& what) const {
   switch (what.nmcd.dwDrawStage) {
     case CDDS_PREPAINT:
-      return CDRF_NOTIFYITEMDRAW;
     case CDDS_ITEMPREPAINT:
-      return CDRF_NOTIFYSUBITEMDRAW;
+      return CDRF_NOTIFYITEMDRAW;  // and of sub-items, by the same number
     case CDDS_ITEMPREPAINT | CDDS_SUBITEM: {
       const std::size_t row = what.nmcd.dwItemSpec + 1;
       const auto column = static_cast<std::size_t>(what.iSubItem);
