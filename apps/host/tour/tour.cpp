@@ -73,6 +73,7 @@ class Tour {
   void browse(HWND screen, const std::wstring& path);
   void remap(HWND screen);
   void showTable(std::string_view name);
+  void showSalesmen(const TourImport& master);
   void showErrorLog();
   void picture(const std::string& name);
 
@@ -180,6 +181,19 @@ void Tour::showTable(std::string_view name) {
   waitFor(name, [&] { return columnTitles(list) == titles && rowCount(list) > 0; });
 }
 
+// The third type of the master screen; its Export button shows with it only.
+void Tour::showSalesmen(const TourImport& master) {
+  click(buttonNamed(main_, master.button));
+  const HWND screen = windowTitled(master.title);
+  constexpr int salesmen = 2;
+  choose(childOfClass(screen, L"ComboBox"), salesmen);
+  windowTitled(L"Import - Salesman");
+  buttonNamed(screen, L"&Export DS");
+  picture("salesmen-opened");
+  click(buttonNamed(screen, L"C&lose"));
+  waitUntilGone(screen);
+}
+
 void Tour::showErrorLog() {
   press('V', true);
   windowOfClass(L"#32768");
@@ -194,7 +208,9 @@ void Tour::showErrorLog() {
 void Tour::run() {
   main_ = windowTitled(hostTitle);
   picture("host");
-  for (const TourImport& what : tourImports(plan_.errorLog)) import(what);
+  const auto imports = tourImports(plan_.errorLog);
+  for (const TourImport& what : imports) import(what);
+  showSalesmen(imports.back());
   showErrorLog();
 }
 
