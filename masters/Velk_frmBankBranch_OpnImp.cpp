@@ -137,7 +137,6 @@ bool Velk_frmBankBranch_OpnImp::loadPreview() {
 }
 
 void Velk_frmBankBranch_OpnImp::cmdImport_Click() {
-  importCompleted_ = false;
   switch (type()) {
     case Type::BankBranch:
       ImportBankBranch();

@@ -6,6 +6,7 @@
 namespace velk {
 
 void Velk_frmBankBranch_OpnImp::importFile(PostRecord post) {
+  importCompleted_ = false;
   try {
     RecordReader reader(module());
     reader.FileName(TxtFileName.value());

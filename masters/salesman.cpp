@@ -17,6 +17,7 @@ bool Velk_frmBankBranch_OpnImp::ImportExcelData(std::string_view /*fileName*/) {
 }
 
 void Velk_frmBankBranch_OpnImp::ImportSalesmanMaster() {
+  importCompleted_ = false;
   sayNotBuilt(*this);
 }
 

@@ -7,8 +7,8 @@
 #include "platform/errors.h"
 #include "platform/text.h"
 #include "platform/windows/com_errors.h"
-#include "platform/windows/forms/form_class.h"
 #include "platform/windows/forms/list_window.h"
+#include "platform/windows/forms/window_class.h"
 #include "platform/windows/module_path.h"
 #include "platform/windows/ole_picture.h"
 #include "platform/windows/wide_text.h"
@@ -49,10 +49,12 @@ FormWindow::~FormWindow() {
 
 void FormWindow::makeWindow() {
   const RECT at = scale_.pixels(form_->bounds());
-  handle_ = CreateWindowExW(WS_EX_CONTROLPARENT, formClassName(procedure),
-                            toWide(form_->text("Caption")).c_str(), formStyle, at.left, at.top,
-                            at.right - at.left, at.bottom - at.top, nullptr, nullptr, thisModule(),
-                            nullptr);
+  const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
+  InitCommonControlsEx(&lists);
+  registerClass(formClass, procedure);
+  handle_ = CreateWindowExW(WS_EX_CONTROLPARENT, formClass, toWide(form_->text("Caption")).c_str(),
+                            formStyle, at.left, at.top, at.right - at.left, at.bottom - at.top,
+                            nullptr, nullptr, thisModule(), nullptr);
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
   SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   applyIcon();

@@ -1,14 +1,13 @@
 #include "platform/windows/forms/frame_class.h"
 
 #include "platform/windows/forms/control_window.h"
-#include "platform/windows/module_path.h"
+#include "platform/windows/forms/window_class.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
 
 namespace {
 
-constexpr wchar_t frameClass[] = L"Velk_OpnImp.Frame";
 constexpr int captionIndent = 9;
 
 void paintFrame(HWND window, ControlWindow& frame) {
@@ -62,23 +61,8 @@ LRESULT CALLBACK frameProcedure(HWND window, UINT message, WPARAM wParam, LPARAM
 }  // namespace
 
 const wchar_t* frameClassName() {
-  WNDCLASSEXW frame{};
-  frame.cbSize = sizeof frame;
-  if (GetClassInfoExW(thisModule(), frameClass, &frame) == FALSE) {
-    frame = {};
-    frame.cbSize = sizeof frame;
-    frame.lpfnWndProc = frameProcedure;
-    frame.cbWndExtra = sizeof(HFONT);
-    frame.hInstance = thisModule();
-    frame.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    frame.lpszClassName = frameClass;
-    RegisterClassExW(&frame);
-  }
+  registerClass(frameClass, frameProcedure, sizeof(HFONT));
   return frameClass;
-}
-
-void forgetFrameClass() noexcept {
-  UnregisterClassW(frameClass, thisModule());
 }
 
 }  // namespace velk

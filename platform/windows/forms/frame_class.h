@@ -6,9 +6,8 @@
 
 namespace velk {
 
-/// Registered with the first call; see also forgetFrameClass. A frame's window keeps its
+/// Registered with the first call. A frame's window keeps its
 /// ControlWindow as user data and hands its controls' notifications to its parent.
 const wchar_t* frameClassName();
-void forgetFrameClass() noexcept;
 
 }  // namespace velk

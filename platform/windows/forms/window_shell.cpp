@@ -2,9 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/windows/forms/form_class.h"
 #include "platform/windows/forms/form_window.h"
-#include "platform/windows/forms/frame_class.h"
+#include "platform/windows/forms/window_class.h"
 
 namespace velk {
 
@@ -69,8 +68,7 @@ void WindowShell::hook() {
 
 void WindowShell::unhook() noexcept {
   if (hook_ != nullptr) UnhookWindowsHookEx(std::exchange(hook_, nullptr));
-  forgetFormClass();
-  forgetFrameClass();
+  forgetClasses();
 }
 
 }  // namespace velk

@@ -1,0 +1,17 @@
+// The window classes of this folder. They go with the last window, because a DLL that is unloaded
+// must leave none behind.
+#pragma once
+
+#include <windows.h>
+
+namespace velk {
+
+inline constexpr wchar_t formClass[] = L"Velk_OpnImp.Form";
+inline constexpr wchar_t frameClass[] = L"Velk_OpnImp.Frame";
+
+/// Registers the class with its first use. Its windows have `extraBytes` for their procedure.
+void registerClass(const wchar_t* name, WNDPROC procedure, int extraBytes = 0);
+/// Does nothing for a class while a window of it lives.
+void forgetClasses() noexcept;
+
+}  // namespace velk
