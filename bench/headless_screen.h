@@ -24,8 +24,9 @@ class HeadlessScreen {
                  EntryPoint open = &Velk_ClsOpnImp::ImportCustomerOpening)
       : messages_(std::move(messages)),
         desktop_(std::move(folder), localNow, messages_),
-        module_({files_, desktop_, shell_, CodePage::windows1252(), [this] { return service(); }},
-                log) {
+        module_(
+            {files_, desktop_, shell_, CodePage::windows1252(), [this] { return service(); }, {}},
+            log) {
     Velk_ClsOpnImp component(module_);
     (component.*open)(connection, nullptr);
   }

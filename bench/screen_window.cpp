@@ -60,8 +60,12 @@ struct Screen {
               return dateFromCivil({2008, 6, 15});
             },
             [](const Message&) {}),
-        module({files, desktop, shell, CodePage::windows1252(),
-                [] { return std::make_shared<HeadlessHostService>([](const Message&) {}); }}) {
+        module({files,
+                desktop,
+                shell,
+                CodePage::windows1252(),
+                [] { return std::make_shared<HeadlessHostService>([](const Message&) {}); },
+                {}}) {
     Velk_ClsOpnImp component(module);
     (component.*open)(nullptr, nullptr);
     settle(form());

@@ -48,6 +48,11 @@ class FileSystem {
   /// Until then it stands beside it under another name; a file that is never closed, or whose
   /// close() fails, goes without a trace.
   virtual std::unique_ptr<OutputFile> openReplacement(std::string_view path) = 0;
+  /// Opens a file for reading and writing, locked against everybody else, and closes it at once:
+  /// error 70 when another program holds it. Where there is no file an empty one is made; true
+  /// says so.
+  virtual bool openExclusively(std::string_view path) = 0;
+  virtual void remove(std::string_view path) = 0;
 };
 
 }  // namespace velk

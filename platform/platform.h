@@ -10,6 +10,7 @@
 #include "platform/files.h"
 #include "platform/form.h"
 #include "platform/host_service.h"
+#include "platform/spreadsheet.h"
 #include "platform/text.h"
 
 namespace velk {
@@ -21,6 +22,8 @@ struct Platform {
   const CodePage& codePage;
   /// Makes the host service object; error 429 when that fails.
   std::function<std::shared_ptr<HostService>()> createHostService;
+  /// Starts the spreadsheet application, or what stands in for it.
+  std::function<std::unique_ptr<Spreadsheet>()> createSpreadsheet;
 };
 
 }  // namespace velk

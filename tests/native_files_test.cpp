@@ -1,5 +1,6 @@
 #include "platform/native/native_files.h"
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -78,6 +79,25 @@ TEST_CASE("replacing") {
   const std::filesystem::directory_iterator left{folder.path("")};
   CHECK(std::count_if(begin(left), end(left),
                       [](auto& f) { return f.path().extension() == ".tmp"; }) == 0);
+}
+
+TEST_CASE("opening exclusively") {
+  const TemporaryFolder folder;
+  NativeFileSystem files;
+  const std::string path = folder.path("book.xls");
+  CHECK(files.openExclusively(path));
+  CHECK_FALSE(files.openExclusively(path));
+  const int other = ::open(path.c_str(), O_RDWR);
+  struct flock whole {};
+  whole.l_type = F_RDLCK;
+  REQUIRE(fcntl(other, F_OFD_SETLK, &whole) == 0);
+  CHECK(errorOf([&] { files.openExclusively(path); }) == 70);
+  close(other);
+  files.remove(path);
+  CHECK_FALSE(folder.has("book.xls"));
+  CHECK(errorOf([&] { files.remove(path); }) == 53);
+  CHECK(errorOf([&] { files.openExclusively(folder.path("")); }) == 75);
+  CHECK(errorOf([&] { files.openExclusively(folder.path("none/book.xls")); }) == 76);
 }
 
 TEST_CASE("what does not open") {

@@ -10,6 +10,7 @@
 #include "component/Velk_ClsOpnImp.h"
 #include "platform/headless/headless.h"
 #include "platform/native/native_files.h"
+#include "platform/xls/xls_spreadsheet.h"
 
 namespace velk {
 

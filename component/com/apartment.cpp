@@ -44,7 +44,8 @@ std::shared_ptr<Apartment> Apartment::current() {
 
 Apartment::Apartment()
     : codePage_(activeCodePage()),
-      module_({files_, desktop_, shell_, codePage_, [this] { return createHostService(); }}) {}
+      module_({files_, desktop_, shell_, codePage_, [this] { return createHostService(); },
+               [this] { return std::make_unique<XlsSpreadsheet>(files_); }}) {}
 
 // The module keeps what it got, so the line is written once.
 std::shared_ptr<HostService> Apartment::createHostService() {

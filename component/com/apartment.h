@@ -10,6 +10,7 @@
 #include "platform/windows/forms/window_shell.h"
 #include "platform/windows/windows_desktop.h"
 #include "platform/windows/windows_files.h"
+#include "platform/xls/xls_spreadsheet.h"
 #include "shared/Velk_ModOpnImp.h"
 
 namespace velk {

@@ -209,4 +209,20 @@ std::unique_ptr<OutputFile> NativeFileSystem::openReplacement(std::string_view p
   return std::make_unique<NativeReplacement>(path);
 }
 
+bool NativeFileSystem::openExclusively(std::string_view path) {
+  checkReplaceable(std::string(path));
+  struct stat status {};
+  const bool isNew = ::stat(std::string(path).c_str(), &status) != 0;
+  const Descriptor file = openDescriptor(path, O_RDWR | O_CREAT);
+  struct flock whole {};
+  whole.l_type = F_WRLCK;
+  if (::fcntl(file.get(), F_OFD_SETLK, &whole) == 0) return isNew;
+  if (errno == EAGAIN) throw RuntimeError(ErrorNumber::PermissionDenied);
+  throw fileError(errno);
+}
+
+void NativeFileSystem::remove(std::string_view path) {
+  if (::unlink(std::string(path).c_str()) != 0) throw fileError(errno);
+}
+
 }  // namespace velk

@@ -13,6 +13,8 @@ class NativeFileSystem final : public FileSystem {
   std::unique_ptr<InputFile> openInput(std::string_view path) override;
   std::unique_ptr<OutputFile> openAppend(std::string_view path) override;
   std::unique_ptr<OutputFile> openReplacement(std::string_view path) override;
+  bool openExclusively(std::string_view path) override;
+  void remove(std::string_view path) override;
 };
 
 /// The runtime error that an errno of a file operation stands for.

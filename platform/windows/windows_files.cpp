@@ -49,10 +49,11 @@ bool isFolder(const std::wstring& path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-FileHandle openFile(std::string_view path, DWORD access, DWORD disposition) {
+FileHandle openFile(std::string_view path, DWORD access, DWORD disposition,
+                    DWORD sharing = shared) {
   if (path.find('\0') != std::string_view::npos) throw RuntimeError(ErrorNumber::FileNotFound);
   const std::wstring name = acceptablePath(toWide(path));
-  FileHandle file(CreateFileW(name.c_str(), access, shared, nullptr, disposition,
+  FileHandle file(CreateFileW(name.c_str(), access, sharing, nullptr, disposition,
                               FILE_ATTRIBUTE_NORMAL, nullptr));
   if (file.get() == INVALID_HANDLE_VALUE) {
     const DWORD failure = GetLastError();
@@ -235,6 +236,18 @@ std::unique_ptr<OutputFile> WindowsFileSystem::openAppend(std::string_view path)
 std::unique_ptr<OutputFile> WindowsFileSystem::openReplacement(std::string_view path) {
   checkReplaceable(path);
   return std::make_unique<WindowsReplacement>(path, freeNameBeside(path));
+}
+
+bool WindowsFileSystem::openExclusively(std::string_view path) {
+  constexpr DWORD alone = 0;
+  const bool isNew =
+      GetFileAttributesW(acceptablePath(toWide(path)).c_str()) == INVALID_FILE_ATTRIBUTES;
+  openFile(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS, alone);
+  return isNew;
+}
+
+void WindowsFileSystem::remove(std::string_view path) {
+  if (DeleteFileW(acceptablePath(toWide(path)).c_str()) == 0) throwLastError();
 }
 
 }  // namespace velk

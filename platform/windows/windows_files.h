@@ -16,6 +16,8 @@ class WindowsFileSystem final : public FileSystem {
   std::unique_ptr<InputFile> openInput(std::string_view path) override;
   std::unique_ptr<OutputFile> openAppend(std::string_view path) override;
   std::unique_ptr<OutputFile> openReplacement(std::string_view path) override;
+  bool openExclusively(std::string_view path) override;
+  void remove(std::string_view path) override;
 };
 
 /// The runtime error that a Win32 error code of a file operation stands for.

@@ -15,7 +15,16 @@ namespace velk {
 
 class MemoryFiles final : public FileSystem {
  public:
-  enum class Call { None, OpenInput, Read, OpenAppend, OpenReplacement, Write, Close };
+  enum class Call {
+    None,
+    OpenInput,
+    Read,
+    OpenAppend,
+    OpenReplacement,
+    OpenExclusively,
+    Write,
+    Close
+  };
 
   std::map<std::string, std::string, std::less<>> contents;
   Call failing = Call::None;
@@ -36,6 +45,13 @@ class MemoryFiles final : public FileSystem {
   std::unique_ptr<OutputFile> openReplacement(std::string_view path) override {
     check(Call::OpenReplacement);
     return std::make_unique<Replacement>(*this, std::string(path));
+  }
+  bool openExclusively(std::string_view path) override {
+    check(Call::OpenExclusively);
+    return contents.try_emplace(std::string(path)).second;
+  }
+  void remove(std::string_view path) override {
+    if (contents.erase(std::string(path)) == 0) throw RuntimeError(ErrorNumber::FileNotFound);
   }
 
  private:

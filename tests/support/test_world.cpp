@@ -1,5 +1,7 @@
 #include "tests/support/test_world.h"
 
+#include "platform/xls/xls_spreadsheet.h"
+
 namespace velk {
 
 namespace {
@@ -45,7 +47,8 @@ TestWorld::TestWorld(FormShell* windows)
                 ++hostCreations;
                 if (hostFails) throw RuntimeError(ErrorNumber::CannotCreateObject);
                 return host;
-              }}) {
+              },
+              .createSpreadsheet = [this] { return std::make_unique<XlsSpreadsheet>(files); }}) {
   database->answerRows("Select * From ColorSettings", {});
   database->answerRows("SELECT TOP 1 OpeningDate FROM Setup", {{dateFromCivil({2008, 4, 1})}});
   database->answerRows("select count(*) from Customer where CustomerID=N'", {{1}});

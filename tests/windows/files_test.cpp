@@ -102,6 +102,20 @@ TEST_CASE("a file that replaces another one only when it is complete") {
   CHECK(errorOf([&] { files.openReplacement(folder.path("")); }) == 75);
 }
 
+TEST_CASE("opening exclusively") {
+  const TemporaryFolder folder;
+  WindowsFileSystem files;
+  const std::string path = folder.path("Zoë.xls");
+  CHECK(files.openExclusively(path));
+  CHECK_FALSE(files.openExclusively(path));
+  auto other = files.openInput(path);
+  CHECK(errorOf([&] { files.openExclusively(path); }) == 70);
+  other.reset();
+  files.remove(path);
+  CHECK(errorOf([&] { files.remove(path); }) == 53);
+  CHECK(errorOf([&] { files.openExclusively(folder.path("")); }) == 75);
+}
+
 TEST_CASE("the error codes of a failing disk") {
   const std::pair<DWORD, int> rows[] = {{ERROR_DISK_FULL, 61},
                                         {ERROR_TOO_MANY_OPEN_FILES, 67},
