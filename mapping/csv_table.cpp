@@ -33,7 +33,7 @@ class Builder {
         scanner_(text_.data()),
         unquoteFailed_(unquoteFailed) {}
 
-  CsvTable build() {
+  FileTable build() {
     char* stop = readTitles();
     scanner_.seek(stop);
     scanner_.next();
@@ -148,13 +148,13 @@ class Builder {
   ByteScanner scanner_;
   const std::function<void(const RuntimeError&)>& unquoteFailed_;
   GrowingBuffer<std::uint32_t> offsets_;
-  CsvTable table_;
+  FileTable table_;
 };
 
 }  // namespace
 
-CsvTable readCsvTable(FileText text,
-                      const std::function<void(const RuntimeError&)>& unquoteFailed) {
+FileTable readCsvTable(FileText text,
+                       const std::function<void(const RuntimeError&)>& unquoteFailed) {
   if (text.size() == 0) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
   return Builder(std::move(text), unquoteFailed).build();
 }

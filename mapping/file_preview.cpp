@@ -48,9 +48,18 @@ void ImportScreen::forgetFile() {
 
 bool ImportScreen::loadPreview() {
   std::vector<RuntimeError> unquoteFailures;
-  const CsvTable table =
+  const FileTable table =
       readCsvTable(module_.ReadFileText(TxtFileName.value()),
                    [&](const RuntimeError& error) { unquoteFailures.push_back(error); });
+  showPreview(table);
+  // Only now: a file with too many records may have a million of them.
+  for (const RuntimeError& error : unquoteFailures) module_.logTrapped("", error);
+  return true;
+}
+
+void ImportScreen::showPreview(const FileTable& table) {
+  lv.clearRows();
+  lv.clearColumns();
   for (const std::string& title : table.titles) lv.addColumn(title);
   lv.addRows(table.rows);
   for (std::size_t column = 0; column < table.columns.size(); ++column) {
@@ -58,9 +67,6 @@ bool ImportScreen::loadPreview() {
   }
   nonEmptyLines_ = table.nonEmptyLines;
   storeRecordCount(table.nonEmptyLines);
-  // Only now: a file with too many records may have a million of them.
-  for (const RuntimeError& error : unquoteFailures) module_.logTrapped("", error);
-  return true;
 }
 
 // `lines` are those that are not empty; the header line is one of them.

@@ -138,8 +138,7 @@ void ImportScreen::emptyScreen() {
   cmdImport.setEnabled(false);
 }
 
-std::optional<std::size_t> ImportScreen::firstEmptyCell(std::size_t field) {
-  const std::size_t last = lastDataRow();
+std::optional<std::size_t> ImportScreen::firstEmptyCell(std::size_t field, std::size_t last) {
   for (std::size_t row = firstDataRow; row <= last; ++row) {
     currentRow_ = row;
     if (mappingList.cell(row, field).empty()) return row;

@@ -18,7 +18,9 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "mapping/file_table.h"
 #include "mapping/mapping_rules.h"
 #include "platform/controls.h"
 #include "platform/database.h"
@@ -65,21 +67,27 @@ class ImportScreen : public Form {
   /// The row of the mapping list that the import stands on; 0 outside its loops.
   std::size_t currentRow() const { return currentRow_; }
 
-  /// The first data row whose cell is empty, leaving it the current row; nothing when there is
-  /// none.
-  std::optional<std::size_t> firstEmptyCell(std::size_t field);
-  /// Runs `record` for each data row in order, the row being the current one. An error that leaves
-  /// it keeps the current row, so that the user can be told where the import stopped; one that
-  /// comes behind it, in the same run, stopped the import at its end.
+  /// The first row from firstDataRow to `last` whose cell is empty, leaving it the current row;
+  /// nothing when there is none.
+  std::optional<std::size_t> firstEmptyCell(std::size_t field, std::size_t last);
+  std::optional<std::size_t> firstEmptyCell(std::size_t field) {
+    return firstEmptyCell(field, lastDataRow());
+  }
+  /// Runs `record` for each row from firstDataRow to `last` in order, the row being the current
+  /// one. An error that leaves it keeps the current row, so that the user can be told where the
+  /// import stopped; one that comes behind it, in the same run, stopped the import at its end.
   template <class Record>
-  void forEachRecord(Record&& record) {
-    const std::size_t last = lastDataRow();
+  void forEachRecord(std::size_t last, Record&& record) {
     for (std::size_t row = firstDataRow; row <= last; ++row) {
       currentRow_ = row;
       posting_ = true;
       record(row);
     }
     currentRow_ = 0;
+  }
+  template <class Record>
+  void forEachRecord(Record&& record) {
+    forEachRecord(lastDataRow(), std::forward<Record>(record));
   }
 
   /// How the message of a run that stopped behind its first record ends.
@@ -114,6 +122,9 @@ class ImportScreen : public Form {
   virtual void setUpDialog() = 0;
   /// Fills the preview from the file named in TxtFileName. False: what is shown can't be imported.
   virtual bool loadPreview();
+  /// Shows a file's titles and records in place of what stands there, and keeps their count. Error
+  /// 6 when it is out of range.
+  void showPreview(const FileTable& table);
   /// Where a window goes that was resized, or found maximised.
   virtual Bounds keptBounds(WindowState /*state*/) { return fixedBounds; }
   /// The Import button.

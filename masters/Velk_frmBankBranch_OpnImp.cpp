@@ -133,7 +133,10 @@ void Velk_frmBankBranch_OpnImp::setUpDialog() {
 
 bool Velk_frmBankBranch_OpnImp::loadPreview() {
   if (type() != Type::Salesman) return ImportScreen::loadPreview();
-  return ImportExcelData(trim(TxtFileName.value()));
+  if (!ImportExcelData(trim(TxtFileName.value()))) return false;
+  if (ChkForValidDSTypeName() != 0) return true;
+  desktop().messageBox("DSCaption name mismatch", styleInformation, "Vorel");
+  return false;
 }
 
 void Velk_frmBankBranch_OpnImp::cmdImport_Click() {

@@ -45,7 +45,7 @@ Table slowly(std::string_view text) {
 
 Table quickly(std::string_view text) {
   Table table;
-  const CsvTable csv = readCsvTable(FileText::copy(text), [&](const RuntimeError& error) {
+  const FileTable csv = readCsvTable(FileText::copy(text), [&](const RuntimeError& error) {
     CHECK(error.is(ErrorNumber::InvalidProcedureCall));
     ++table.unquoteFailures;
   });

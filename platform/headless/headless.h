@@ -32,6 +32,8 @@ class HeadlessDesktop final : public Desktop {
   HeadlessDesktop(std::string applicationFolder, std::function<Date()> clock,
                   MessageHandler messages);
 
+  std::vector<std::string> opened;  ///< the documents that a desktop would have opened
+
   /// What the file dialogs answer from now on; nothing means cancel.
   void chooseFile(std::optional<std::string> path) { choice_ = std::move(path); }
 
@@ -41,7 +43,7 @@ class HeadlessDesktop final : public Desktop {
   std::optional<std::string> chooseFileToSave(const FileDialog&) override { return choice_; }
   std::string applicationFolder() const override { return folder_; }
   Date now() const override { return clock_(); }
-  void openDocument(std::string_view) override {}
+  void openDocument(std::string_view path) override { opened.emplace_back(path); }
   void waitCursor(bool) override {}
 
  private:

@@ -24,6 +24,14 @@ std::wstring filterText(std::string_view filter) {
   return text.append(2, L'\0');
 }
 
+// What a name without one gets: the first pattern's, unless that is a wildcard, too.
+std::wstring defaultExtension(std::string_view filter) {
+  const std::size_t pattern = filter.find("|*.");
+  if (pattern == std::string_view::npos) return {};
+  const std::string_view extension = filter.substr(pattern + 3);
+  return toWide(extension.substr(0, extension.find_first_of("|;*?")));
+}
+
 bool ask(FileDialogKind kind, OPENFILENAMEW& settings) {
   return (kind == FileDialogKind::Open ? GetOpenFileNameW(&settings)
                                        : GetSaveFileNameW(&settings)) != FALSE;
@@ -35,6 +43,7 @@ std::optional<std::string> showFileDialog(FileDialogKind kind, const FileDialog&
   const std::wstring title = toWide(dialog.title);
   const std::wstring filter = filterText(dialog.filter);
   const std::wstring folder = toWide(dialog.initialFolder);
+  const std::wstring extension = defaultExtension(dialog.filter);
   std::wstring path = toWide(dialog.fileName);
   path.resize(longestPath);
   OPENFILENAMEW settings{};
@@ -46,8 +55,9 @@ std::optional<std::string> showFileDialog(FileDialogKind kind, const FileDialog&
   settings.nMaxFile = static_cast<DWORD>(path.size());
   settings.lpstrInitialDir = folder.empty() ? nullptr : folder.c_str();
   settings.lpstrTitle = title.empty() ? nullptr : title.c_str();
+  settings.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
   settings.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST |
-                   (kind == FileDialogKind::Open ? OFN_FILEMUSTEXIST : 0U);
+                   (kind == FileDialogKind::Open ? OFN_FILEMUSTEXIST : OFN_OVERWRITEPROMPT);
   bool chosen = ask(kind, settings);
   if (!chosen && CommDlgExtendedError() == FNERR_INVALIDFILENAME) {
     path.front() = L'\0';  // what stands in the text box may be no file name at all

@@ -38,7 +38,7 @@ std::string unquoted(std::string field, std::size_t& failures) {
   return field;
 }
 
-void checkRow(const velk::CsvTable& table, std::size_t row, std::string_view line,
+void checkRow(const velk::FileTable& table, std::size_t row, std::string_view line,
               std::size_t& failures) {
   const auto fields = velk::splitLine(line, velk::QuotedComma::Drop);
   for (std::size_t column = 0; column < table.columns.size(); ++column) {
@@ -50,7 +50,7 @@ void checkRow(const velk::CsvTable& table, std::size_t row, std::string_view lin
 
 void checkTable(std::string_view text) {
   std::size_t reported = 0;
-  const velk::CsvTable table = velk::readCsvTable(velk::FileText::copy(text),
+  const velk::FileTable table = velk::readCsvTable(velk::FileText::copy(text),
                                                   [&](const velk::RuntimeError&) { ++reported; });
   const auto lines = splitAtLineEnds(text);
   require(table.titles == velk::splitLine(lines[0], velk::QuotedComma::Drop));

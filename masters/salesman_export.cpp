@@ -1,0 +1,162 @@
+// All salesmen to a workbook, with pick lists of the DS types and handheld values that they may be
+// given, ready to be edited and imported again.
+#include "masters/Velk_frmBankBranch_OpnImp.h"
+#include "masters/salesman_workbook.h"
+#include "platform/errors.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::string_view exportTitle = "Salesman Export";
+
+constexpr std::string_view dsTypesQuery =
+    "select DSTypeValue from DSType_Master where DSTypeCtlPos=1 and OCGtype = ( select flag from "
+    "tbl_velk_configabstract where screencode = 'OCGDS')";
+// Of all operational category groups, intended.
+constexpr std::string_view handheldsQuery =
+    "select DSTypeValue from DSType_Master where DSTypeCtlPos=2";
+constexpr std::string_view salesmenQuery =
+    "select S.Salesman_name,Address,ResidentialNUmber,MobileNumber,(select DM.DSTypeValue from "
+    "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID  and "
+    "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=1),isnull((select DM.DSTypeValue from "
+    "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID  and "
+    "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),'No') from Salesman S order by "
+    "Salesman_name";
+
+/// A column whose cells take the values of a list, which stands in a hidden column.
+struct PickList {
+  int column;
+  int listColumn;
+  std::string_view listColumnName;
+  std::string_view query;
+};
+constexpr PickList pickLists[] = {
+    {salesmanColumn::DSType, 250, "IP", dsTypesQuery},
+    {salesmanColumn::HandHeldDS, 251, "IQ", handheldsQuery},
+};
+constexpr int lastPickRow = 1000;  // rows beyond have no pick list, however many there are
+constexpr double pickWidth = 30;
+constexpr CellRange boldCells{1, 1, 1, 8};
+
+void writeTitles(WorksheetWriter& sheet) {
+  int column = 1;
+  for (const std::string_view caption : salesmanCaptions) sheet.setText(1, column++, caption);
+  sheet.setBold(boldCells);
+}
+
+/// Runs `write` for each record of a query with the sheet's row for it, from row 2. The last row.
+template <class Write>
+int writeRows(Connection& connection, std::string_view query, Write&& write) {
+  const auto records = connection.Execute(query);
+  int row = 1;
+  for (; !records->isEOF(); records->MoveNext()) write(++row, *records);
+  records->Close();
+  return row;
+}
+
+void writePickList(WorksheetWriter& sheet, Connection& connection, const PickList& list) {
+  sheet.setText(1, list.listColumn, "DSType");  // above both lists, intended
+  const int last = writeRows(connection, list.query, [&](int row, const Recordset& record) {
+    sheet.setText(row, list.listColumn, toText(record.field(0)));
+  });
+  // Without a value it ends at row 1, intended: it takes in the caption and a blank cell.
+  const std::string column = "$" + std::string(list.listColumnName) + "$";
+  sheet.addListValidation({2, list.column, lastPickRow, list.column},
+                          "=" + column + "2:" + column + std::to_string(last));
+  sheet.setColumnWidth(list.column, pickWidth);
+  sheet.hideColumn(list.listColumn);
+}
+
+void writeSalesman(WorksheetWriter& sheet, int row, const Recordset& record) {
+  constexpr std::size_t dsType = 4;
+  constexpr std::size_t handheld = 5;
+  for (std::size_t field = 0; field < dsType; ++field) {
+    sheet.setText(row, static_cast<int>(field) + 1, toText(record.field(field)));
+  }
+  // The type that he has, and once more to be edited.
+  for (const int column : {salesmanColumn::ExistingDSType, salesmanColumn::DSType}) {
+    sheet.setText(row, column, toText(record.field(dsType)));
+  }
+  sheet.setText(row, salesmanColumn::HandHeldDS, toText(record.field(handheld)));
+}
+
+}  // namespace
+
+void Velk_frmBankBranch_OpnImp::cmdExport_Click() {
+  trapRoutine("cmdExport_Click", [this] {
+    const std::optional<std::string> fileName = chooseExportFile();
+    if (!fileName) return;
+    if (IsFileInUse(*fileName)) {
+      desktop().messageBox(
+          "File is already open or accessed by some other process. Please close that Excel File.",
+          styleInformation, exportTitle);
+    } else if (!ExportToExcel(*fileName)) {
+      // The import's caption on a failed export, intended.
+      desktop().messageBox("Unable to export the Salesman information", styleCritical,
+                           "Salesman Import");
+    }
+  });
+}
+
+/// Nothing when the user cancelled.
+std::optional<std::string> Velk_frmBankBranch_OpnImp::chooseExportFile() {
+  setUpDialog();
+  CommonDialog1.set("DialogTitle", std::string(exportTitle));
+  CommonDialog1.set("FileName", std::string());
+  try {
+    CommonDialog1.ShowSave();
+  } catch (const RuntimeError& error) {
+    if (!error.is(ErrorNumber::CancelSelected)) throw;
+  }
+  const std::string& chosen = CommonDialog1.text("FileName");
+  if (chosen.empty()) return std::nullopt;
+  return chosen;
+}
+
+bool Velk_frmBankBranch_OpnImp::IsFileInUse(std::string_view fileName) {
+  madeExportFile_ = false;
+  try {
+    madeExportFile_ = module().platform().files.openExclusively(fileName);
+    return false;
+  } catch (const RuntimeError&) {
+    return true;
+  }
+}
+
+bool Velk_frmBankBranch_OpnImp::ExportToExcel(std::string_view fileName) {
+  const WaitCursor wait(desktop());
+  return trapRoutine("ExportToExcel", [&] {
+    try {
+      writeWorkbook(fileName);
+    } catch (...) {
+      removeMadeFile(fileName);
+      throw;
+    }
+    desktop().openDocument(fileName);
+  });
+}
+
+void Velk_frmBankBranch_OpnImp::writeWorkbook(std::string_view fileName) {
+  const auto spreadsheet = module().platform().createSpreadsheet();
+  const auto sheet = spreadsheet->add();
+  writeTitles(*sheet);
+  for (const PickList& list : pickLists) writePickList(*sheet, connection(), list);
+  writeRows(connection(), salesmenQuery,
+            [&](int row, const Recordset& record) { writeSalesman(*sheet, row, record); });
+  sheet->autoFit(salesmanColumn::Name, salesmanColumn::ExistingDSType);
+  sheet->saveAs(fileName);
+  madeExportFile_ = false;
+}
+
+/// The empty file that the in-use test left.
+void Velk_frmBankBranch_OpnImp::removeMadeFile(std::string_view fileName) {
+  if (!std::exchange(madeExportFile_, false)) return;
+  try {
+    module().platform().files.remove(fileName);
+  } catch (const RuntimeError&) {
+    // What the export failed of counts.
+  }
+}
+
+}  // namespace velk

@@ -1,0 +1,229 @@
+// Salesmen from workbooks, and the rules for their DS types.
+#include "tests/support/salesmen.h"
+
+namespace velk {
+namespace {
+
+const std::string notYet = "Not Yet|Not Yet |Not Yet |Not Yet |Not Yet |Not Yet ";
+const std::string mapped = "Salesman*|Address*|ResNumber*|MobNumber*|DSType*|HandHeld DS*";
+const std::string invalidFile =
+    "box 64: Unable to import, Invalid Excel file format [Import Salesman]";
+
+std::string summary(int processed, int unprocessed) {
+  return "host 64: Salesman Imported.\r\nProcessed : " + std::to_string(processed) +
+         "\r\nUnProcessed : " + std::to_string(unprocessed) + "\r\n" +
+         (unprocessed > 0 ? " Please check the error log." : "");
+}
+
+TEST_CASE("the rows that a workbook gives") {
+  const struct {
+    Texts sheet, list, messages;
+  } rows[] = {
+      {{" salesman |ADDRESS|resnumber|MobNumber|existing dstype|DSTYPE|HandHeld ds |more",
+        " A |adr|1|2|x|Retail|YES|more", "\"B\"\"b\"||||x|\"Retail\"|"},
+       {mapped, "A|adr|1|2|Retail|YES", "B\"b||||Retail|"},
+       {}},
+      // Column 5 alone keeps the data going, columns 6 and 7 alone do not.
+      {{salesmanTitles, "A", "||||x", " | | | | |Retail|YES", "B"},
+       {mapped, "A|||||", "|||||"},
+       {}},
+      {{salesmanTitles, "", "B"}, {"Not Yet "}, {"host 0: Unable to import, Data not found"}},
+      {{salesmanTitles}, {"Not Yet "}, {"host 0: Unable to import, Data not found"}},
+      {{"Address|Salesman|ResNumber|MobNumber|Existing DSType|DSType|HandHeld DS", "A"},
+       {"Not Yet "},
+       {invalidFile}},
+      {{"Salesman|Address|ResNumber|MobNumber|DSType|HandHeld DS", "A"},
+       {"Not Yet "},
+       {invalidFile}},
+      {{""}, {"Not Yet "}, {invalidFile}},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.sheet);
+    SalesmanScreen in;
+    in.view(row.sheet);
+    const bool loaded = row.messages.empty();
+    CHECK(rowsOf(in.screen->lstCust) == (loaded ? row.list : Texts{notYet}));
+    CHECK(in.screen->cmdImport.enabled() == loaded);
+    CHECK(in.world.messages == row.messages);
+    CHECK(in.world.log().empty());
+  }
+}
+
+TEST_CASE("files that are no workbooks, and a wrong caption in the database") {
+  SalesmanScreen in;
+  in.world.view(*in.screen, "Salesman,Address\r\n");
+  CHECK_FALSE(in.screen->cmdImport.enabled());
+  REQUIRE(in.world.messages.size() == 1);
+  CHECK(in.world.messages.at(0).starts_with("box 16: Unable to import, The file is "));
+  CHECK(in.world.log().starts_with(
+      "(321): Velk_frmBankBranch_OpnImp : ImportExcelData - The file is "));
+
+  const struct {
+    FakeResults answer;
+    std::string log;
+  } rows[] = {{{FakeRows{{0}}}, ""},
+              {{FakeRows{{std::string("text")}}}, ""},
+              {{FakeRows{}}, "(3021): ImportSalesman - CheckForValidDSType : "},
+              {{std::nullopt}, "(3704): ImportSalesman - CheckForValidDSType : "},
+              {{FakeRows{{40000}}}, "(6): ImportSalesman - CheckForValidDSType : "}};
+  for (const auto& row : rows) {
+    CAPTURE(row.log);
+    SalesmanScreen other;
+    other.world.database->answers["sp_Check_DSCaption"] = row.answer;
+    other.view({salesmanTitles, "A"});
+    CHECK(other.world.database->procedureCalls() == Texts{"sp_Check_DSCaption; 200 DSType"});
+    CHECK(other.world.messages == Texts{"box 64: DSCaption name mismatch [Vorel]"});
+    CHECK(rowsOf(other.screen->lv) == Texts{"A|||||"});
+    CHECK(rowsOf(other.screen->lstCust) == Texts{notYet});
+    CHECK_FALSE(other.screen->cmdImport.enabled());
+    CHECK(other.world.log().starts_with(row.log));
+  }
+  in.world.database->answers["sp_Check_DSCaption"] = {std::nullopt, FakeRows{{-1}}};
+  in.view({salesmanTitles, "A"});
+  CHECK(in.screen->cmdImport.enabled());
+}
+
+TEST_CASE("salesmen as they are posted") {
+  const struct {
+    std::string record, master, types;
+  } rows[] = {
+      {" A'b |adr|020|98|Old|Retail|YES", "A'b; 200 adr; 200 020; 200 98",
+       "Retail; 200 HandHeld DS; 200 YES"},
+      {"A|||||Retail|NO", "A; 200 ; 200 ; 200 ", "Retail; 200 HandHeld DS; 200 NO"},
+      {"A|||||Retail|Yes", "A; 200 ; 200 ; 200 ", "Retail; 200 HandHeld DS; 200 No"},
+      {"A|||||Retail|", "A; 200 ; 200 ; 200 ", "Retail; 200 HandHeld DS; 200 No"},
+      // What is in quotes within quotes loses both.
+      {"\"\"\"A\"\"\"|\"\"\" x \"\"\"|||| Retail |\"\"\" YES \"\"\"", "A; 200  x ; 200 ; 200 ",
+       "Retail; 200 HandHeld DS; 200 YES"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.record);
+    SalesmanScreen in;
+    in.view({salesmanTitles, row.record});
+    in.world.database->calls.clear();
+    CHECK(in.import() == EventResult::Handled);
+    const std::string name = row.master.substr(0, row.master.find(';'));
+    CHECK(in.world.database->procedureCalls() ==
+          Texts{"Velk_sp_checkDefault_DSTypeValue; 200 Retail",
+                "sp_save_salesman; 200 " + row.master + "; 3 0; 200 ",
+                "sp_save_DsType; 200 " + name + "; 200 DSType; 200 " + row.types});
+    CHECK(in.world.messages == Texts{summary(1, 0)});
+    CHECK(in.world.log().empty());
+    CHECK(in.screen->TxtFileName.value().empty());
+    CHECK_FALSE(in.screen->cmdImport.enabled());
+  }
+}
+
+TEST_CASE("salesmen that are refused one by one") {
+  SalesmanScreen in;
+  in.view({salesmanTitles, "A|||||Retail|", "B|||||Van|", "C|||||None|", "D|||||Old|", "E"});
+  std::vector<std::size_t> rows;
+  in.world.database->onCall = [&, before = in.world.database->onCall](const FakeCall& call) {
+    before(call);
+    rows.push_back(in.screen->currentRow());
+  };
+  in.world.database->calls.clear();
+  CHECK(in.import() == EventResult::Handled);
+  CHECK(in.world.messages == Texts{summary(1, 4)});
+  CHECK(in.world.log() ==
+        "B - Salesman(s) DsType Value is Not DefaultValue.\n"
+        "C - Salesman(s) DSType not found in the DS Master : None\n"
+        "D - Salesman(s) DSType is InActive in the DS Master : Old\n"
+        "E - Salesman(s) DSType not found in the DS Master : \n");
+  CHECK(rows == std::vector<std::size_t>{2, 2, 2, 2, 3, 4, 4, 5, 5, 6});
+  CHECK(in.world.database->calls.at(1).text ==
+        "Select Active From DsType_Master Where DSTypeName = 'DSType' and DSTypeValue = 'Retail' "
+        "and DSTypeCtlPos = 1 and OCGtype = (Select flag from tbl_velk_Configabstract where "
+        "ScreenCode = 'OCGDS' and ScreenName ='OperationalCategoryGroup') ");
+  CHECK(in.screen->NotDefaultFound);
+  CHECK(in.screen->NotDefaultList == ",B");
+}
+
+TEST_CASE("one salesman without a name stops the import before anything is saved") {
+  SalesmanScreen in;
+  in.view({salesmanTitles, "A|||||Retail|", "|x||||Retail|"});
+  in.world.database->calls.clear();
+  CHECK(in.import() == EventResult::Handled);
+  CHECK(in.world.messages == Texts{"host 64: Salesman Name  Not Mapped"});
+  CHECK(in.world.database->calls.empty());
+  CHECK(in.screen->cmdImport.enabled());
+  in.screen->CmdClear.userClick();
+  in.import();
+  CHECK(in.world.messages.size() == 2);
+  // Choosing a file empties the list: an import finds no row then.
+  in.world.desktop.chooseFile(std::nullopt);
+  in.screen->CmdBrowse.userClick();
+  in.import();
+  CHECK(in.world.messages.at(2) == summary(0, 0));
+}
+
+TEST_CASE("calls that fail") {
+  const struct {
+    std::string call, log;
+    int processed;
+    std::size_t calls;
+  } rows[] = {
+      {"Velk_sp_checkDefault_DSTypeValue",
+       "(7): no\n(91): Velk_frmBankBranch_OpnImp : CheckForDefaultVal - Object variable or With "
+       "block variable not "
+       "set\n",
+       1, 4},
+      {"Select Active",
+       "(7): Velk_frmBankBranch_OpnImp : IsvalidateDSType - no\n"
+       "A - Salesman(s) DSType not found in the DS Master : Retail\n",
+       0, 2},
+      {"sp_save_salesman", "(7): no\n", 1, 4},
+      {"sp_save_DsType", "(7): no\n", 1, 4},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.call);
+    SalesmanScreen in;
+    in.view({salesmanTitles, "A|||||Retail|"});
+    in.world.database->calls.clear();
+    in.world.database->fail(row.call, ErrorNumber::OutOfMemory, "no");
+    in.import();
+    CHECK(in.world.log() == row.log);
+    CHECK(in.world.messages == Texts{summary(row.processed, 1 - row.processed)});
+    CHECK(in.world.database->calls.size() == row.calls);
+  }
+}
+
+TEST_CASE("the list of salesmen whose type is no default value") {
+  SalesmanScreen in;
+  Velk_frmBankBranch_OpnImp& screen = *in.screen;
+  std::string expected;
+  for (int n = 1; n <= 23; ++n) {
+    CHECK_FALSE(screen.CheckForDefaultVal("S" + std::to_string(n), "Van"));
+    expected += (n % 11 == 0 ? ",\r\nS" : ",S") + std::to_string(n);
+  }
+  CHECK(screen.NotDefaultList == expected);
+  CHECK(screen.NotDefaultCount == 1);
+  in.world.database->calls.clear();
+  CHECK(screen.CheckForDefaultVal("X", ""));
+  CHECK(in.world.database->calls.empty());
+  in.world.database->onCall = nullptr;
+  const std::pair<FakeRows, bool> answers[] = {
+      {{}, true}, {{{Null()}}, false}, {{{std::string("0.0x")}}, false}, {{{-1}}, true}};
+  for (const auto& answer : answers) {
+    in.world.database->answerRows("Velk_sp_checkDefault_DSTypeValue", answer.first);
+    CHECK(screen.CheckForDefaultVal("X", "y") == answer.second);
+  }
+  in.view({salesmanTitles, "A|||||Retail|"});
+  in.import();
+  CHECK(screen.NotDefaultList.empty());
+  CHECK(screen.NotDefaultCount == 0);
+  CHECK_FALSE(screen.NotDefaultFound);
+}
+
+TEST_CASE("characters of a salesman's name") {
+  const std::pair<const char*, bool> rows[] = {{"", true},    {"Az Za 09 &", true}, {"a-b", false},
+                                               {"a.", false}, {"O'B", false},       {"a\tb", false},
+                                               {"é", false},  {"@[`{", false},      {"/:", false}};
+  for (const auto& row : rows) {
+    CAPTURE(row.first);
+    CHECK(Velk_frmBankBranch_OpnImp::FilterAlphaNumeric(row.first) == row.second);
+  }
+}
+
+}  // namespace
+}  // namespace velk
