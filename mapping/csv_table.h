@@ -19,9 +19,9 @@ inline constexpr std::size_t maxColumns = 32767;
 
 /// Lines end at each carriage return + line feed pair and nowhere else. The first one holds the
 /// titles, quotes and blanks kept; each further one that is not empty is a row. Cells beyond the
-/// titles are left out. The text's buffer is
-/// rewritten in place and kept by the columns. A field that can't be unquoted is reported and
-/// empty. Errors: 9 for an empty text, 7 beyond maxCells or maxColumns.
+/// titles are left out. The text's buffer is rewritten in place and kept by the columns. A field
+/// that can't be unquoted is reported and empty. Errors: 9 for an empty text, 7 beyond maxCells or
+/// maxColumns.
 FileTable readCsvTable(FileText text,
                        const std::function<void(const RuntimeError&)>& unquoteFailed);
 

@@ -131,12 +131,12 @@ TEST_CASE_FIXTURE(Company, "sample company: salesmen") {
     bool refused;
   };
   const Row rows[] = {
-      {"New Man", "Retail", "No", "Retail No", false},
-      {"New Man", "rural", "YES", "Rural Yes", false},
+      {"New Man", "Retail", "No", "Retail NO", false},
+      {"New Man", "rural", "YES", "Rural YES", false},
       // Refused as a whole: what he had stays.
-      {"New Man", "Nothing", "No", "Rural Yes", true},
-      {"New Man", "Retail", "Maybe", "Rural Yes", true},
-      {"Nobody", "Retail", "No", "Rural Yes", true},
+      {"New Man", "Nothing", "No", "Rural YES", true},
+      {"New Man", "Retail", "Maybe", "Rural YES", true},
+      {"Nobody", "Retail", "No", "Rural YES", true},
   };
   for (const Row& row : rows) {
     CAPTURE(row.type);

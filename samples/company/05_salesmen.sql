@@ -56,8 +56,8 @@ VALUES
   (4, 'DSType', 'Van Sales', 1, 1, 'GR1', 0),
   (5, 'DSType', 'Institution', 1, 0, 'GR1', 1),
   (6, 'DSType', 'Export', 1, 1, 'GR2', 1),
-  (7, 'HandHeld DS', 'Yes', 2, 1, 'GR1', 1),
-  (8, 'HandHeld DS', 'No', 2, 1, 'GR1', 1);
+  (7, 'HandHeld DS', 'YES', 2, 1, 'GR1', 1),
+  (8, 'HandHeld DS', 'NO', 2, 1, 'GR1', 1);
 GO
 
 CREATE TABLE DStype_Details (
