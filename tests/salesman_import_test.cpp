@@ -44,6 +44,7 @@ TEST_CASE("the rows that a workbook gives") {
     const bool loaded = row.messages.empty();
     CHECK(rowsOf(in.screen->lstCust) == (loaded ? row.list : Texts{notYet}));
     CHECK(in.screen->cmdImport.enabled() == loaded);
+    if (loaded) CHECK(in.screen->RecordCount() == static_cast<int>(row.list.size()) - 1);
     CHECK(in.world.messages == row.messages);
     CHECK(in.world.log().empty());
   }
@@ -93,7 +94,7 @@ TEST_CASE("salesmen as they are posted") {
       {"A|||||Retail|Yes", "A; 200 ; 200 ; 200 ", "Retail; 200 HandHeld DS; 200 No"},
       {"A|||||Retail|", "A; 200 ; 200 ; 200 ", "Retail; 200 HandHeld DS; 200 No"},
       // What is in quotes within quotes loses both.
-      {"\"\"\"A\"\"\"|\"\"\" x \"\"\"|||| Retail |\"\"\" YES \"\"\"", "A; 200  x ; 200 ; 200 ",
+      {"\"\"\" A \"\"\"|\"\"\" x \"\"\"|||| Retail |\"\"\" YES \"\"\"", "A; 200  x ; 200 ; 200 ",
        "Retail; 200 HandHeld DS; 200 YES"},
   };
   for (const auto& row : rows) {
@@ -116,7 +117,8 @@ TEST_CASE("salesmen as they are posted") {
 
 TEST_CASE("salesmen that are refused one by one") {
   SalesmanScreen in;
-  in.view({salesmanTitles, "A|||||Retail|", "B|||||Van|", "C|||||None|", "D|||||Old|", "E"});
+  in.view({salesmanTitles, "A|||||Retail|", "B|||||Van|", "C|||||None|", "D|||||Old|", "E",
+           "\"\"\"F\"\"\"|||||\"\"\" Retail\"\"\"|"});
   std::vector<std::size_t> rows;
   in.world.database->onCall = [&, before = in.world.database->onCall](const FakeCall& call) {
     before(call);
@@ -124,13 +126,15 @@ TEST_CASE("salesmen that are refused one by one") {
   };
   in.world.database->calls.clear();
   CHECK(in.import() == EventResult::Handled);
-  CHECK(in.world.messages == Texts{summary(1, 4)});
+  CHECK(in.world.messages == Texts{summary(1, 5)});
   CHECK(in.world.log() ==
         "B - Salesman(s) DsType Value is Not DefaultValue.\n"
         "C - Salesman(s) DSType not found in the DS Master : None\n"
         "D - Salesman(s) DSType is InActive in the DS Master : Old\n"
-        "E - Salesman(s) DSType not found in the DS Master : \n");
-  CHECK(rows == std::vector<std::size_t>{2, 2, 2, 2, 3, 4, 4, 5, 5, 6});
+        "E - Salesman(s) DSType not found in the DS Master : \n"
+        // Looked up with its quotes, told without them.
+        "F - Salesman(s) DSType not found in the DS Master :  Retail\n");
+  CHECK(rows == std::vector<std::size_t>{2, 2, 2, 2, 3, 4, 4, 5, 5, 6, 7, 7});
   CHECK(in.world.database->calls.at(1).text ==
         "Select Active From DsType_Master Where DSTypeName = 'DSType' and DSTypeValue = 'Retail' "
         "and DSTypeCtlPos = 1 and OCGtype = (Select flag from tbl_velk_Configabstract where "
@@ -141,6 +145,9 @@ TEST_CASE("salesmen that are refused one by one") {
 
 TEST_CASE("one salesman without a name stops the import before anything is saved") {
   SalesmanScreen in;
+  in.view({salesmanTitles, "A|||||Retail|"});
+  in.import();
+  in.world.messages.clear();
   in.view({salesmanTitles, "A|||||Retail|", "|x||||Retail|"});
   in.world.database->calls.clear();
   CHECK(in.import() == EventResult::Handled);
