@@ -171,9 +171,9 @@ void Velk_frmBankBranch_OpnImp::ImportSalesman(const std::string& name, const st
                                                     {0, DataType::Integer},
                                                     {extra}}};
     closeIfOpen(module().ExecuteProcedure(connection(), "sp_save_salesman", master));
-    const std::array<ProcedureParameter, 5> types{
+    const std::array<ProcedureParameter, 5> dsTypes{
         {{salesman}, {dsCaptions_[0]}, {dsType}, {dsCaptions_[1]}, {handheld}}};
-    closeIfOpen(module().ExecuteProcedure(connection(), "sp_save_DsType", types));
+    closeIfOpen(module().ExecuteProcedure(connection(), "sp_save_DsType", dsTypes));
   });
 }
 

@@ -5,19 +5,19 @@
 namespace velk {
 namespace {
 
-constexpr int banks = 0;
-constexpr int vendors = 1;
-const std::string titles[] = {
+constexpr int bankType = 0;
+constexpr int vendorType = 1;
+const std::string masterTitles[] = {
     "Bank Code,Bank Name,Branch Code,Branch Name\r\n",
     "Vendor Code,Vendor Name,Address,Phone,Contact Person,Locality,Sale Type,TNGST,CST,Pan "
     "Number\r\n"};
 const std::string completed = "host 64: Import Successfull";
 
-struct Run {
+struct MasterRun {
   TestWorld world;
   std::shared_ptr<ImportScreen> screen = world.open(&Velk_ClsOpnImp::ImportBankBranchOpening);
 
-  Run(int type, const std::string& content) {
+  MasterRun(int type, const std::string& content) {
     dynamic_cast<Velk_frmBankBranch_OpnImp&>(*screen).cboType.userChoose(type);
     world.view(*screen, content);
     world.database->calls.clear();
@@ -40,7 +40,7 @@ TEST_CASE("banks and branches as they are posted") {
   };
   for (const auto& row : rows) {
     CAPTURE(row.record);
-    Run run(banks, titles[banks] + row.record);
+    MasterRun run(bankType, masterTitles[bankType] + row.record);
     CHECK(run.import() == EventResult::Handled);
     CHECK(run.posted() == row.posted);
     CHECK(run.world.messages == Texts{completed});
@@ -59,8 +59,8 @@ TEST_CASE("vendors as they are posted") {
               {"Local", "second", "1 2"}};
   for (const auto& row : rows) {
     CAPTURE(row.locality);
-    Run run(vendors, titles[vendors] + "V'1, Name ,adr,tel,who," + row.locality + "," +
-                         row.saleType + ",tn,cs,pan");
+    MasterRun run(vendorType, masterTitles[vendorType] + "V'1, Name ,adr,tel,who," + row.locality +
+                                  "," + row.saleType + ",tn,cs,pan");
     CHECK(run.import() == EventResult::Handled);
     const std::string locality = row.codes.substr(0, 1), saleType = row.codes.substr(2);
     CHECK(run.posted() ==
@@ -70,7 +70,7 @@ TEST_CASE("vendors as they are posted") {
                     "; 200 tn; 200 cs; 200 ; 3 0; 200 ; 200 pan",
                 "sp_acc_importvendor; 200 Name; 200 V'1"});
   }
-  Run run(vendors, titles[vendors] + "V1,Name,,,,,,,,");
+  MasterRun run(vendorType, masterTitles[vendorType] + "V1,Name,,,,,,,,");
   run.import();
   CHECK(run.posted().at(0).ends_with("; 200 "));
 }
@@ -84,21 +84,21 @@ TEST_CASE("what refuses a file before anything is posted, and leaves the screen 
     int type;
     std::string content, message;
   } rows[] = {
-      {banks, "Bank Code,Bank Name,Branch Code\r\n1,2,3", wrong},
-      {banks, titles[banks].substr(0, 43) + ",x\r\n1,2,3,4,5", wrong},
-      {banks, "Bank Code,Bank Name\rBranch Code,Branch Name\r\n1,2,3,4", wrong},
-      {banks, "\r\n1,2,3,4", wrong},
-      {banks, titles[banks] + "1,2,3,4\r\n,2,3,", mandatory("Bank Code")},
-      {banks, titles[banks] + "1,2,3,4\r\n1,,3,4", mandatory("Bank Name")},
-      {banks, titles[banks] + "1,2,3,4\r\n1,2,,", mandatory("Branch Code")},
-      {banks, titles[banks] + "1,2,3,", mandatory("Branch Name")},
-      {vendors, titles[banks] + "1,2,3,4", wrong},
-      {vendors, titles[vendors] + "1,2,,,,,,,,\r\n,2", mandatory("Vendor Code")},
-      {vendors, titles[vendors] + "1,2,,,,,,,,\r\n1", mandatory("Vendor Name")},
+      {bankType, "Bank Code,Bank Name,Branch Code\r\n1,2,3", wrong},
+      {bankType, masterTitles[bankType].substr(0, 43) + ",x\r\n1,2,3,4,5", wrong},
+      {bankType, "Bank Code,Bank Name\rBranch Code,Branch Name\r\n1,2,3,4", wrong},
+      {bankType, "\r\n1,2,3,4", wrong},
+      {bankType, masterTitles[bankType] + "1,2,3,4\r\n,2,3,", mandatory("Bank Code")},
+      {bankType, masterTitles[bankType] + "1,2,3,4\r\n1,,3,4", mandatory("Bank Name")},
+      {bankType, masterTitles[bankType] + "1,2,3,4\r\n1,2,,", mandatory("Branch Code")},
+      {bankType, masterTitles[bankType] + "1,2,3,", mandatory("Branch Name")},
+      {vendorType, masterTitles[bankType] + "1,2,3,4", wrong},
+      {vendorType, masterTitles[vendorType] + "1,2,,,,,,,,\r\n,2", mandatory("Vendor Code")},
+      {vendorType, masterTitles[vendorType] + "1,2,,,,,,,,\r\n1", mandatory("Vendor Name")},
   };
   for (const auto& row : rows) {
     CAPTURE(row.content);
-    Run run(row.type, row.content);
+    MasterRun run(row.type, row.content);
     const Texts before = rowsOf(run.screen->mappingList);
     CHECK(run.import() == EventResult::Handled);
     CHECK(run.world.messages == Texts{row.message});
@@ -113,7 +113,7 @@ TEST_CASE("what refuses a file before anything is posted, and leaves the screen 
 
 TEST_CASE("a completed import empties the screen, records or none") {
   for (const std::string records : {"", "1,2,3,4\r\n1,2,5,6"}) {
-    Run run(banks, titles[banks] + records);
+    MasterRun run(bankType, masterTitles[bankType] + records);
     run.import();
     CHECK(run.posted().size() == (records.empty() ? 0 : 4));
     CHECK(run.world.messages == Texts{completed});
@@ -129,13 +129,13 @@ TEST_CASE("calls that fail are passed over") {
     int type;
     std::string records, failing;
     std::size_t calls;
-  } rows[] = {{banks, "1,2,3,4\r\n5,6,7,8", "sp_insert_BankMaster", 4},
-              {banks, "1,2,3,4\r\n5,6,7,8", "sp_insert_branch", 4},
-              {vendors, two, "sp_insert_Vendors", 2},  // refused vendors get no account
-              {vendors, two, "sp_acc_importvendor", 4}};
+  } rows[] = {{bankType, "1,2,3,4\r\n5,6,7,8", "sp_insert_BankMaster", 4},
+              {bankType, "1,2,3,4\r\n5,6,7,8", "sp_insert_branch", 4},
+              {vendorType, two, "sp_insert_Vendors", 2},  // refused vendorType get no account
+              {vendorType, two, "sp_acc_importvendor", 4}};
   for (const auto& row : rows) {
     CAPTURE(row.failing);
-    Run run(row.type, titles[row.type] + row.records);
+    MasterRun run(row.type, masterTitles[row.type] + row.records);
     run.world.database->fail(row.failing, ErrorNumber::IntegrityViolation, "refused");
     CHECK(run.import() == EventResult::Handled);
     CHECK(run.posted().size() == row.calls);
@@ -145,7 +145,7 @@ TEST_CASE("calls that fail are passed over") {
 }
 
 TEST_CASE("the type can't be changed while an import runs") {
-  Run run(banks, titles[banks] + "1,2,3,4\r\n5,6,7,8");
+  MasterRun run(bankType, masterTitles[bankType] + "1,2,3,4\r\n5,6,7,8");
   auto& screen = dynamic_cast<Velk_frmBankBranch_OpnImp&>(*run.screen);
   run.world.database->fail("sp_insert_branch", ErrorNumber::ProviderTimeout, "late");
   run.world.onMessage = [&] {
@@ -172,7 +172,7 @@ TEST_CASE("a file that changed between View and Import") {
       {"a,b,c,d\r\n9,9,9,9", {completed}, 2},  // what was viewed is what is posted
   };
   for (const auto& row : rows) {
-    Run run(banks, titles[banks] + "1,2,3,4");
+    MasterRun run(bankType, masterTitles[bankType] + "1,2,3,4");
     run.world.files.contents.erase("in.csv");
     if (row.content) run.world.files.contents["in.csv"] = *row.content;
     run.import();
@@ -182,7 +182,7 @@ TEST_CASE("a file that changed between View and Import") {
 }
 
 TEST_CASE("an unexpected error is shown, not logged, and says where the run stopped") {
-  Run run(banks, titles[banks] + "1,2,3,4\r\n5,6,7,8");
+  MasterRun run(bankType, masterTitles[bankType] + "1,2,3,4\r\n5,6,7,8");
   run.world.database->onCall = [&](const FakeCall& call) {
     if (call.text == "sp_insert_branch") run.screen->mappingList.clearRows();
   };

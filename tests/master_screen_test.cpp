@@ -7,14 +7,14 @@ namespace {
 
 const std::string bankUnmapped = "Not Yet|Not Yet |Not Yet |Not Yet ";
 
-struct Shown {
+struct ShownMaster {
   TestWorld world;
   std::shared_ptr<Velk_frmBankBranch_OpnImp> screen =
       std::dynamic_pointer_cast<Velk_frmBankBranch_OpnImp>(
           world.open(&Velk_ClsOpnImp::ImportBankBranchOpening));
   ListView& fields = screen->lstCust;
 
-  explicit Shown(int type = 0, std::string_view content = "") {
+  explicit ShownMaster(int type = 0, std::string_view content = "") {
     if (type != 0) screen->cboType.userChoose(type);
     if (!content.empty()) world.view(*screen, content);
   }
@@ -67,7 +67,7 @@ TEST_CASE("what each type shows and asks for") {
       {0, "Import - Bank & Branch", "Bank Code|Bank Name|Branch Code|Branch Name",
        "BankBranch Import/csv Files (*.csv)|*.csv/1//-1", 2805},
   };
-  Shown in;
+  ShownMaster in;
   in.world.desktop.chooseFile(std::nullopt);
   for (const auto& row : rows) {
     CAPTURE(row.caption);
@@ -116,7 +116,7 @@ TEST_CASE("mapping identical names on the master screen") {
   };
   for (const auto& row : rows) {
     CAPTURE(row.content);
-    Shown in(row.type, row.content);
+    ShownMaster in(row.type, row.content);
     CHECK(rowsOf(in.fields) == row.mapped);
     CHECK(in.screen->cmdImport.enabled());
     CHECK(in.world.events.back() == "1 Velk_frmBankBranch_OpnImp true");  // titles not translated
@@ -124,7 +124,7 @@ TEST_CASE("mapping identical names on the master screen") {
 }
 
 TEST_CASE("mapping by hand and clearing on the master screen") {
-  Shown in(1, "all,gaps\r\n1,2\r\n3,\r\n");
+  ShownMaster in(1, "all,gaps\r\n1,2\r\n3,\r\n");
   in.map(1, 1);
   in.map(1, 2);
   in.map(1, 9);
@@ -146,7 +146,7 @@ TEST_CASE("mapping by hand and clearing on the master screen") {
 }
 
 TEST_CASE("choosing a type drops the file and the mapping") {
-  Shown in(1, "Vendor Code\r\n1\r\n");
+  ShownMaster in(1, "Vendor Code\r\n1\r\n");
   in.screen->lv.userColumnClick(0);
   in.screen->cboType.userChoose(0);
   CHECK(in.screen->TxtFileName.value().empty());
@@ -162,7 +162,7 @@ TEST_CASE("choosing a type drops the file and the mapping") {
 TEST_CASE("the master screen counts beyond 16 bits") {
   std::string content = "Bank Code\r\n";
   for (int i = 0; i < 40'000; ++i) content += "B\r\n";
-  Shown in(0, content);
+  ShownMaster in(0, content);
   CHECK(in.screen->RecordCount() == 40'000);
   in.screen->CmdClear.userClick();
   CHECK(in.fields.rowCount() == 40'001);
@@ -171,7 +171,7 @@ TEST_CASE("the master screen counts beyond 16 bits") {
 }
 
 TEST_CASE("the master screen keeps its size, and its place unless maximised") {
-  Shown in;
+  ShownMaster in;
   in.screen->userResize(WindowState::Normal, {300, 400, 9000, 9000});
   CHECK(in.screen->bounds() == Bounds{300, 400, 12000, 8580});
   CHECK(in.fields.number("Width") != 11000);

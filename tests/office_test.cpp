@@ -24,8 +24,8 @@ void convert(const TemporaryFolder& folder, const std::string& file, const std::
   REQUIRE(std::system(command.c_str()) == 0);
 }
 
-struct Salesmen : SalesmanScreen {
-  Salesmen() {
+struct ExportedSalesmen : SalesmanScreen {
+  ExportedSalesmen() {
     const auto text = [](const char* t) { return Value(std::string(t)); };
     world.database->answerRows("select DSTypeValue from DSType_Master where DSTypeCtlPos=1",
                                {{text("Retail")}, {text("Old")}, {text("Naïve")}});
@@ -57,7 +57,7 @@ const std::string dsTypeList = R"(table:content-validation-name="val1" )";
 
 TEST_CASE("an export edited in LibreOffice and imported") {
   if (lacksOffice()) return;
-  Salesmen salesmen;
+  ExportedSalesmen salesmen;
   const TemporaryFolder folder;
   folder.write("out.xls", salesmen.world.files.contents["out.xls"]);
   convert(folder, "out.xls", "fods");
