@@ -131,7 +131,7 @@ TEST_CASE("calls that fail are passed over") {
     std::size_t calls;
   } rows[] = {{bankType, "1,2,3,4\r\n5,6,7,8", "sp_insert_BankMaster", 4},
               {bankType, "1,2,3,4\r\n5,6,7,8", "sp_insert_branch", 4},
-              {vendorType, two, "sp_insert_Vendors", 2},  // refused vendorType get no account
+              {vendorType, two, "sp_insert_Vendors", 2},  // refused vendors get no account
               {vendorType, two, "sp_acc_importvendor", 4}};
   for (const auto& row : rows) {
     CAPTURE(row.failing);
