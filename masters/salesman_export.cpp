@@ -24,48 +24,19 @@ constexpr std::string_view salesmenQuery =
     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),'No') from Salesman S order by "
     "Salesman_name";
 
-/// A column whose cells take the values of a list, which stands in a hidden column.
-struct PickList {
-  int column;
-  int listColumn;
-  std::string_view listColumnName;
-  std::string_view query;
-};
-constexpr PickList pickLists[] = {
-    {salesmanColumn::DSType, 250, "IP", dsTypesQuery},
-    {salesmanColumn::HandHeldDS, 251, "IQ", handheldsQuery},
-};
-constexpr int lastPickRow = 1000;  // rows beyond have no pick list, however many there are
-constexpr double pickWidth = 30;
-constexpr CellRange boldCells{1, 1, 1, 8};
-
-void writeTitles(WorksheetWriter& sheet) {
-  int column = 1;
-  for (const std::string_view caption : salesmanCaptions) sheet.setText(1, column++, caption);
-  sheet.setBold(boldCells);
-}
-
-/// Runs `write` for each record of a query with the sheet's row for it, from row 2. The last row.
-template <class Write>
-int writeRows(Connection& connection, std::string_view query, Write&& write) {
+/// Runs `take` for each record of a query with the sheet's row for it, from row 2.
+template <class Take>
+void forEachRow(Connection& connection, std::string_view query, Take&& take) {
   const auto records = connection.Execute(query);
-  int row = 1;
-  for (; !records->isEOF(); records->MoveNext()) write(++row, *records);
+  for (int row = 2; !records->isEOF(); records->MoveNext()) take(row++, *records);
   records->Close();
-  return row;
 }
 
-void writePickList(WorksheetWriter& sheet, Connection& connection, const PickList& list) {
-  sheet.setText(1, list.listColumn, "DSType");  // above both lists, intended
-  const int last = writeRows(connection, list.query, [&](int row, const Recordset& record) {
-    sheet.setText(row, list.listColumn, toText(record.field(0)));
-  });
-  // Without a value it ends at row 1, intended: it takes in the caption and a blank cell.
-  const std::string column = "$" + std::string(list.listColumnName) + "$";
-  sheet.addListValidation({2, list.column, lastPickRow, list.column},
-                          "=" + column + "2:" + column + std::to_string(last));
-  sheet.setColumnWidth(list.column, pickWidth);
-  sheet.hideColumn(list.listColumn);
+std::vector<std::string> valuesOf(Connection& connection, std::string_view query) {
+  std::vector<std::string> values;
+  forEachRow(connection, query,
+             [&](int, const Recordset& record) { values.push_back(toText(record.field(0))); });
+  return values;
 }
 
 void writeSalesman(WorksheetWriter& sheet, int row, const Recordset& record) {
@@ -140,10 +111,11 @@ bool Velk_frmBankBranch_OpnImp::ExportToExcel(std::string_view fileName) {
 void Velk_frmBankBranch_OpnImp::writeWorkbook(std::string_view fileName) {
   const auto spreadsheet = module().platform().createSpreadsheet();
   const auto sheet = spreadsheet->add();
-  writeTitles(*sheet);
-  for (const PickList& list : pickLists) writePickList(*sheet, connection(), list);
-  writeRows(connection(), salesmenQuery,
-            [&](int row, const Recordset& record) { writeSalesman(*sheet, row, record); });
+  writeSalesmanCaptions(*sheet);
+  writePickList(*sheet, dsTypeList, valuesOf(connection(), dsTypesQuery));
+  writePickList(*sheet, handheldList, valuesOf(connection(), handheldsQuery));
+  forEachRow(connection(), salesmenQuery,
+             [&](int row, const Recordset& record) { writeSalesman(*sheet, row, record); });
   sheet->autoFit(salesmanColumn::Name, salesmanColumn::ExistingDSType);
   sheet->saveAs(fileName);
   madeExportFile_ = false;

@@ -2,7 +2,11 @@
 #pragma once
 
 #include <array>
+#include <span>
+#include <string>
 #include <string_view>
+
+#include "platform/spreadsheet.h"
 
 namespace velk {
 
@@ -14,5 +18,23 @@ enum : int { Name = 1, Address, ResNumber, MobNumber, ExistingDSType, DSType, Ha
 /// By column, from column 1.
 inline constexpr std::array<std::string_view, 7> salesmanCaptions{
     "Salesman", "Address", "ResNumber", "MobNumber", "Existing DSType", "DSType", "HandHeld DS"};
+
+/// A column whose cells take the values of a list. These stand in a hidden column from row 2 on,
+/// under the caption "DSType", whichever list it is.
+struct PickList {
+  int column;
+  int listColumn;
+  std::string_view listColumnName;
+};
+inline constexpr PickList dsTypeList{salesmanColumn::DSType, 250, "IP"};
+inline constexpr PickList handheldList{salesmanColumn::HandHeldDS, 251, "IQ"};
+/// Rows beyond have no pick list, however many there are.
+inline constexpr int lastPickRow = 1000;
+
+/// Writes the captions, bold.
+void writeSalesmanCaptions(WorksheetWriter& sheet);
+/// Writes a list with its caption, and makes it the pick list of its column.
+void writePickList(WorksheetWriter& sheet, const PickList& list,
+                   std::span<const std::string> values);
 
 }  // namespace velk

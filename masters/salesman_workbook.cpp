@@ -1,0 +1,26 @@
+#include "masters/salesman_workbook.h"
+
+namespace velk {
+
+void writeSalesmanCaptions(WorksheetWriter& sheet) {
+  constexpr CellRange boldCells{1, 1, 1, 8};
+  int column = salesmanColumn::Name;
+  for (const std::string_view caption : salesmanCaptions) sheet.setText(1, column++, caption);
+  sheet.setBold(boldCells);
+}
+
+void writePickList(WorksheetWriter& sheet, const PickList& list,
+                   std::span<const std::string> values) {
+  constexpr double width = 30;
+  sheet.setText(1, list.listColumn, "DSType");  // above both lists, intended
+  int lastRow = 1;
+  for (const std::string& value : values) sheet.setText(++lastRow, list.listColumn, value);
+  // Without a value it ends at row 1, intended: it takes in the caption and a blank cell.
+  const std::string column = "$" + std::string(list.listColumnName) + "$";
+  sheet.addListValidation({2, list.column, lastPickRow, list.column},
+                          "=" + column + "2:" + column + std::to_string(lastRow));
+  sheet.setColumnWidth(list.column, width);
+  sheet.hideColumn(list.listColumn);
+}
+
+}  // namespace velk
