@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "apps/opnimp/account.h"
+#include "apps/opnimp/csv_records.h"
 
 using namespace velk;
 
@@ -11,7 +12,7 @@ namespace {
 
 /// Two records, and the calls that a faithful import makes for them.
 struct Books {
-  InputRecords input{InputRecords("Code,Bill,Bal\r\nC1,100,\"6,0\"\r\nC2,-5.5,2\r\n")};
+  CsvRecords input{("Code,Bill,Bal\r\nC1,100,\"6,0\"\r\nC2,-5.5,2\r\n")};
   std::vector<FieldMapping> mapping{{"Customer ID", 0, "Code"}, {"Customer Name", {}, {}},
                                     {"Reference", {}, {}},      {"Date", {}, {}},
                                     {"Bill Amount", 1, "Bill"}, {"Balance", 2, "Bal"},
@@ -98,7 +99,7 @@ TEST_CASE("an import that does anything else does not") {
 
 TEST_CASE("an account of master data") {
   const auto differences = [](std::string_view kind, const std::vector<RecordedCall>& calls) {
-    const InputRecords input("a,b,c,d\r\n V1 ,\"\"\"N\"\"\",O'1,d\r\n");
+    const CsvRecords input("a,b,c,d\r\n V1 ,\"\"\"N\"\"\",O'1,d\r\n");
     const std::vector<FieldMapping> mapping{{"", 0, ""}, {"", 1, ""}, {"", 2, ""}, {"", 3, ""}};
     Traces traces;
     traces.records.resize(1);
@@ -185,7 +186,7 @@ TEST_CASE("records and their physical lines") {
   };
   for (const auto& row : rows) {
     CAPTURE(row.bytes);
-    const InputRecords input(row.bytes);
+    const CsvRecords input(row.bytes);
     std::vector<std::size_t> found;
     for (std::size_t i = 0; i < input.count(); ++i) found.push_back(input.place(i).line);
     CHECK(found == row.lines);

@@ -15,7 +15,7 @@ std::vector<Warning> warningsOf(std::string bytes) {
   const std::vector<FieldMapping> mapping{{"Customer ID", 0, ""}, {"Name", {}, ""},
                                           {"Reference", {}, ""},  {"Date", 1, ""},
                                           {"Bill Amount", 2, ""}, {"Balance", 3, ""}};
-  return findWarnings(InputRecords(std::move(bytes)), *findKind("customer-opening"), mapping, 2008);
+  return findWarnings(CsvRecords(std::move(bytes)), *findKind("customer-opening"), mapping, 2008);
 }
 
 }  // namespace

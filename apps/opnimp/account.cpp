@@ -60,12 +60,12 @@ class Bookkeeper {
   }
 
   void differAt(std::size_t record, const std::string& text) {
-    differ("Record " + std::to_string(record + 1) + " (line " +
-           std::to_string(basis_.input.place(record).line) + "): " + text);
+    differ("Record " + std::to_string(record + 1) + " (" + basis_.input.where(record) +
+           "): " + text);
   }
 
   std::optional<ExpectedPosting> read(std::size_t record) const {
-    const auto fields = basis_.input.fields(record, QuotedComma::Drop, width_);
+    const auto fields = basis_.input.fields(record, width_);
     try {
       return expectedPosting(basis_.kind, [&](std::size_t field) {
         return mappedCell(fields, basis_.mapping, field);

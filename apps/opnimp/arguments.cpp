@@ -16,6 +16,7 @@ struct Option {
   std::string_view name;
   bool takesValue;
   bool forPreview;
+  bool forExport;
   void (*apply)(Arguments&, const std::string& value);
 };
 
@@ -35,15 +36,15 @@ void addMap(Arguments& arguments, const std::string& value) {
 }
 
 constexpr std::array<Option, 6> options{{
-    {"--database", true, false,
+    {"--database", true, false, true,
      [](Arguments& a, const std::string& v) { setOnce(a.database, "--database", v); }},
-    {"--map", true, true, addMap},
-    {"--dry-run", false, false, [](Arguments& a, const std::string&) { a.dryRun = true; }},
-    {"--rejects", true, false,
+    {"--map", true, true, false, addMap},
+    {"--dry-run", false, false, false, [](Arguments& a, const std::string&) { a.dryRun = true; }},
+    {"--rejects", true, false, false,
      [](Arguments& a, const std::string& v) { setOnce(a.rejects, "--rejects", v); }},
-    {"--app-folder", true, false,
+    {"--app-folder", true, false, true,
      [](Arguments& a, const std::string& v) { setOnce(a.appFolder, "--app-folder", v); }},
-    {"--json", false, true, [](Arguments& a, const std::string&) { a.json = true; }},
+    {"--json", false, true, true, [](Arguments& a, const std::string&) { a.json = true; }},
 }};
 
 bool asksForHelp(std::string_view arg) {
@@ -114,13 +115,21 @@ class Parser {
       if (words_.size() != 2)
         throw UsageError("demo-database takes one path: that of the new file");
       arguments_.file = words_[1];
-    } else if (command == "import" || command == "preview") {
-      arguments_.task = command == "import" ? Task::Import : Task::Preview;
+    } else if (const auto task = taskOfKind(command)) {
+      arguments_.task = *task;
       readKindAndFile(command);
     } else {
       throw UsageError("there is no command \"" + command + "\"" + seeHelp.data());
     }
     if (arguments_.file.empty()) throw UsageError("the path is empty");
+  }
+
+  /// The tasks that take a kind and a file.
+  static std::optional<Task> taskOfKind(std::string_view command) {
+    if (command == "import") return Task::Import;
+    if (command == "preview") return Task::Preview;
+    if (command == "export") return Task::Export;
+    return std::nullopt;
   }
 
   void readKindAndFile(const std::string& command) {
@@ -133,13 +142,17 @@ class Parser {
       }
       throw UsageError("there is no kind \"" + words_[1] + "\"; there is: " + known);
     }
+    if (arguments_.task == Task::Export && arguments_.kind->type != MasterType::Salesman) {
+      throw UsageError("there is no export of the kind " + words_[1] + "; there is: salesman");
+    }
     arguments_.file = words_[2];
   }
 
   void checkOptions() const {
     for (const Option* option : given_) {
       const bool fits = arguments_.task == Task::Import || arguments_.task == Task::Help ||
-                        (arguments_.task == Task::Preview && option->forPreview);
+                        (arguments_.task == Task::Preview && option->forPreview) ||
+                        (arguments_.task == Task::Export && option->forExport);
       if (!fits) throw UsageError(std::string(option->name) + " means nothing to " + words_[0]);
     }
   }

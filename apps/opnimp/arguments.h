@@ -10,7 +10,7 @@
 
 namespace velk {
 
-enum class Task { Help, Version, Import, Preview, DemoDatabase };
+enum class Task { Help, Version, Import, Preview, Export, DemoDatabase };
 
 /// One --map option: "Field=Column".
 struct MapOption {
@@ -21,7 +21,7 @@ struct MapOption {
 struct Arguments {
   Task task = Task::Help;
   const ImportKind* kind = nullptr;
-  std::string file;  ///< to import or preview, or the database to make
+  std::string file;  ///< to import, preview or export to, or the database to make
   std::optional<std::string> database;
   std::vector<MapOption> maps;
   std::optional<std::string> rejects;

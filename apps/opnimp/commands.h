@@ -14,6 +14,9 @@ ExitStatus runImport(const Arguments& arguments, const Streams& streams, const M
 /// and writes no file.
 ExitStatus runPreview(const Arguments& arguments, const Streams& streams, const Machine& machine);
 
+/// Writes the salesmen to a workbook, with what they may be changed to.
+ExitStatus runExport(const Arguments& arguments, const Streams& streams, const Machine& machine);
+
 /// Makes the sample company's database.
 ExitStatus runDemoDatabase(const Arguments& arguments, const Streams& streams);
 

@@ -2,10 +2,9 @@
 
 #include <cmath>
 
-#include "platform/errors.h"
+#include "apps/opnimp/input_records.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
-#include "shared/csv_text.h"
 
 namespace velk {
 
@@ -28,12 +27,7 @@ ExpectedPosting openingPosting(const OpeningImportKind& opening, const CellReade
 
 /// Master data is trimmed, loses its quotes once more, and is trimmed again where `key` is set.
 std::string masterValue(const std::string& cell, bool key = true) {
-  std::string text(trim(cell));
-  try {
-    text.resize(unquoteInPlace(text.data(), text.size()));
-  } catch (const RuntimeError&) {
-    text.clear();
-  }
+  const std::string text = withoutQuotes(std::string(trim(cell)));
   return key ? std::string(trim(text)) : text;
 }
 
@@ -68,11 +62,51 @@ ExpectedPosting vendorPosting(const CellReader& cell) {
                     {"sp_acc_importvendor", {{0, name}, {1, code}}}}};
 }
 
+ExpectedPosting salesmanPosting(const CellReader& cell) {
+  const std::string name = salesmanName(cell(salesmanField::name));
+  const auto text = [&](std::size_t field) { return masterValue(cell(field), false); };
+  const std::string handheld(savedHandheld(handheldValue(cell(salesmanField::handheld))));
+  return {.calls = {{"sp_save_salesman",
+                     {{0, name},
+                      {1, text(salesmanField::address)},
+                      {2, text(salesmanField::residentialNumber)},
+                      {3, text(salesmanField::mobileNumber)},
+                      {4, std::int32_t{0}},
+                      {5, std::string()}}},
+                    {"sp_save_DsType",
+                     {{0, name},
+                      {1, std::string("DSType")},
+                      {2, text(salesmanField::dsType)},
+                      {3, std::string("HandHeld DS")},
+                      {4, handheld}}}}};
+}
+
 }  // namespace
+
+std::string salesmanName(const std::string& cell) {
+  return std::string(trim(withoutQuotes(cell)));
+}
+
+std::string handheldValue(const std::string& cell) {
+  return std::string(trim(withoutQuotes(cell)));
+}
+
+// The comparison is with letter case, intended.
+std::string_view savedHandheld(std::string_view value) {
+  return value == "YES" ? "YES" : value == "NO" ? "NO" : "No";
+}
 
 ExpectedPosting expectedPosting(const ImportKind& kind, const CellReader& cell) {
   if (kind.opening != nullptr) return openingPosting(*kind.opening, cell);
-  return kind.type == MasterType::BankBranch ? bankPosting(cell) : vendorPosting(cell);
+  switch (*kind.type) {
+    case MasterType::BankBranch:
+      return bankPosting(cell);
+    case MasterType::Vendor:
+      return vendorPosting(cell);
+    case MasterType::Salesman:
+      break;
+  }
+  return salesmanPosting(cell);
 }
 
 }  // namespace velk

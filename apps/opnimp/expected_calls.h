@@ -29,6 +29,12 @@ struct ExpectedPosting {
 /// The text of one of the record's fields, without its quotes.
 using CellReader = std::function<std::string(std::size_t field)>;
 
+// What a salesman's cells come to.
+std::string salesmanName(const std::string& cell);
+std::string handheldValue(const std::string& cell);
+/// "YES", "NO", or, for every other value, "No".
+std::string_view savedHandheld(std::string_view value);
+
 /// Error 6 for an amount beyond the range of numbers.
 ExpectedPosting expectedPosting(const ImportKind& kind, const CellReader& cell);
 

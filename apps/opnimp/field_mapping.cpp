@@ -94,7 +94,8 @@ std::string saidSince(const Recorder& recorder, std::size_t messages, std::size_
 std::vector<FieldMapping> readMapping(const ImportScreen& screen) {
   std::vector<FieldMapping> mapping;
   for (std::size_t field = 0; field < screen.mappingList.columnCount(); ++field) {
-    FieldMapping entry{screen.mappingList.title(field), sharedColumn(screen, field), {}};
+    const std::string title = screen.mappingList.title(field);
+    FieldMapping entry{std::string(trim(title)), sharedColumn(screen, field), {}};
     if (entry.column) entry.title = screen.lv.title(*entry.column);
     mapping.push_back(std::move(entry));
   }

@@ -1,12 +1,11 @@
 #include <algorithm>
-#include <filesystem>
 #include <memory>
 #include <new>
 #include <optional>
-#include <system_error>
 
 #include "apps/opnimp/commands.h"
 #include "apps/opnimp/database_choice.h"
+#include "apps/opnimp/ds_types.h"
 #include "apps/opnimp/failures.h"
 #include "apps/opnimp/import_result.h"
 #include "apps/opnimp/progress.h"
@@ -19,46 +18,6 @@
 namespace velk {
 
 namespace {
-
-namespace fs = std::filesystem;
-
-/// The folder of the error log: absolute, without a separator at its end.
-std::string applicationFolder(const std::optional<std::string>& option) {
-  std::error_code error;
-  const fs::path folder = fs::absolute(option.value_or("."), error).lexically_normal();
-  if (error || !fs::is_directory(folder, error)) {
-    throw CannotOpen("there is no folder " + option.value_or(".") +
-                     "; make it, or choose another with --app-folder");
-  }
-  std::string text = folder.string();
-  while (text.ends_with(pathSeparator)) text.pop_back();
-  return text;
-}
-
-/// The database's own file and those that the embedded database keeps beside it.
-std::vector<std::string> databaseFiles(const std::string& path) {
-  if (path.empty()) return {};
-  std::error_code error;
-  const fs::path followed = fs::weakly_canonical(path, error);
-  const std::string real = error ? path : followed.string();
-  return {real, real + "-wal", real + "-shm", real + "-journal"};
-}
-
-/// The rejects must not take the place of what they come from.
-void checkRejectPaths(const Arguments& arguments, const DatabaseChoice& database,
-                      const std::string& folder) {
-  if (!arguments.rejects) return;
-  const auto require = [&](const std::string& file, const char* what) {
-    for (const std::string& path : RejectFiles::touched(*arguments.rejects)) {
-      if (!isSameFile(path, file)) continue;
-      throw UsageError(std::string("--rejects would write over ") + what +
-                       ": choose another name than " + *arguments.rejects);
-    }
-  };
-  require(arguments.file, "the file to import");
-  require(folder + pathSeparator + "Error.log", "the error log");
-  for (const std::string& file : databaseFiles(database.path)) require(file, "the database");
-}
 
 /// A transaction that is always taken back.
 class DryRun {
@@ -86,9 +45,8 @@ class DryRun {
 
 /// Why the screen refused to import: the columns, or the first record that lacks a mandatory value.
 std::string screenRefusal(const ImportResult& result) {
-  if (std::string columns = columnsRefusal(*result.arguments.kind, result.input);
-      !columns.empty()) {
-    return columns;
+  if (std::string refusal = result.input->refusal(*result.arguments.kind); !refusal.empty()) {
+    return refusal;
   }
   const auto mandatory = result.arguments.kind->mandatory;
   const std::string unmapped = unmappedFields(result.mapping, mandatory);
@@ -98,12 +56,11 @@ std::string screenRefusal(const ImportResult& result) {
   }
   const std::size_t width = mappedWidth(result.mapping);
   for (const std::size_t field : mandatory) {
-    for (std::size_t record = 0; record < result.input.count(); ++record) {
-      const auto fields = result.input.fields(record, QuotedComma::Drop, width);
+    for (std::size_t record = 0; record < result.input->count(); ++record) {
+      const auto fields = result.input->fields(record, width);
       if (!mappedCell(fields, result.mapping, field).empty()) continue;
-      return result.mapping[field].field + " is empty in line " +
-             std::to_string(result.input.place(record).line) + " (record " +
-             std::to_string(record + 1) + "); it must not be empty in any record";
+      return result.mapping[field].field + " is empty in " + result.input->where(record) +
+             " (record " + std::to_string(record + 1) + "); it must not be empty in any record";
     }
   }
   return "the screen refused the file";
@@ -139,15 +96,23 @@ class ImportRun {
   /// Everything that can fail before anything is posted.
   void prepare() {
     folder_ = applicationFolder(arguments().appFolder);
-    result_.input = readInput(arguments().file);
+    result_.input = readInput(arguments());
     const DatabaseChoice choice = chooseDatabase(arguments().database);
     result_.database = choice.shown;
-    checkRejectPaths(arguments(), choice, folder_);
-    if (arguments().rejects) rejects_.emplace(*arguments().rejects, arguments().dryRun);
+    prepareRejects(choice);
     database_ = openDatabase(choice, !arguments().database, machine_, streams_.err);
     recorder_.interrupted = machine_.interrupted;
     recorder_.onRecord = [this](std::size_t record) { progress_.show(record); };
-    progress_.setTotal(result_.input.count());
+    progress_.setTotal(result_.input->count());
+  }
+
+  /// The rejects must not take the place of what they come from.
+  void prepareRejects(const DatabaseChoice& database) {
+    const std::optional<std::string>& path = arguments().rejects;
+    if (!path) return;
+    checkWrites({"--rejects", *path, RejectFiles::touched(*path, kind().format)}, database, folder_,
+                arguments().file);
+    rejects_.emplace(*path, kind().format, arguments().dryRun);
   }
 
   void drive() {
@@ -158,7 +123,7 @@ class ImportRun {
     result_.errorLog = session.errorLogPath();
     try {
       ImportScreen& screen = session.open(kind(), recorder_.wrap(database_.connection));
-      viewAndMap(session, arguments(), result_.input, recorder_);
+      viewAndMap(session, arguments(), *result_.input, recorder_);
       import(session, screen);
     } catch (const Refused& refused) {
       result_.refusal = refused.what();
@@ -188,16 +153,17 @@ class ImportRun {
 
   /// What the screen would not refuse, or not clearly.
   void refuseBeforehand() {
-    const std::size_t count = result_.input.count();
+    const std::size_t count = result_.input->count();
     if (count > kind().largestRecordCount) throw Refused(tooManyRecords(kind(), count));
     if (count == 0 && !unmappedFields(result_.mapping, kind().mandatory).empty()) {
-      throw Refused("the file has no records, and " + screenRefusal(result_));
+      const bool noOther = result_.input->refusal(kind()).empty();
+      throw Refused((noOther ? "the file has no records, and " : "") + screenRefusal(result_));
     }
   }
 
   void findWarningsNow() {
     result_.warnings =
-        findWarnings(result_.input, kind(), result_.mapping, civilFromDate(machine_.clock()).year);
+        findWarnings(*result_.input, kind(), result_.mapping, civilFromDate(machine_.clock()).year);
   }
 
   void brokeOff(const RunEnded& ended) {
@@ -214,11 +180,12 @@ class ImportRun {
   }
 
   void evaluate() {
-    result_.traces = traceRecords(recorder_, result_.input.count(), result_.endedAtRow,
+    result_.traces = traceRecords(recorder_, result_.input->count(), result_.endedAtRow,
                                   kind().opening != nullptr ? kind().opening->balanceTooBig : "");
     noticeRefusal();
     if (!result_.refused()) {
-      result_.account = drawUpAccount({kind(), result_.input, result_.mapping, result_.traces,
+      findAllowedDsTypes();
+      result_.account = drawUpAccount({kind(), *result_.input, result_.mapping, result_.traces,
                                        screenRecords_, result_.brokeOff.empty()});
       writeRejects();
     }
@@ -237,10 +204,19 @@ class ImportRun {
     if (!reached && result_.traces.strays.empty()) result_.refusal = screenRefusal(result_);
   }
 
+  /// So that the user can correct the salesmen who were refused.
+  void findAllowedDsTypes() {
+    const bool rejected = std::ranges::any_of(result_.traces.records, [](const RecordTrace& trace) {
+      return trace.outcome == Outcome::Rejected;
+    });
+    if (kind().type != MasterType::Salesman || !rejected) return;
+    result_.allowedDsTypes = allowedDsTypes(*database_.connection);
+  }
+
   void writeRejects() {
     if (!rejects_) return;
     try {
-      result_.rejectFiles = rejects_->write(result_.input, result_.traces);
+      result_.rejectFiles = rejects_->write(*result_.input, result_.traces);
     } catch (const CannotOpen& error) {
       result_.rejectsError = error.what();
     }

@@ -59,6 +59,15 @@ std::string where(const ImportResult& result, std::string_view suffix) {
   return result.rejectsError.empty() ? "; they are in " + *path + std::string(suffix) : "";
 }
 
+void addAllowedDsTypes(const ImportResult& result, std::vector<std::string>& steps) {
+  if (result.allowedDsTypes.empty()) return;
+  std::string types;
+  for (const std::string& type : result.allowedDsTypes) {
+    types.append(types.empty() ? "" : ", ").append(type);
+  }
+  steps.emplace_back("The DS types that salesmen may be given: " + types + ".");
+}
+
 void addStepsForRecords(const ImportResult& result, std::vector<std::string>& steps) {
   const Account& account = result.account;
   if (const std::size_t count = doubtfulRecords(account); count > 0) {
@@ -72,9 +81,15 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
     steps.emplace_back("Correct " + counted(count, "refused record", "refused records") +
                        " and import only those again" + where(result, "") + ".");
   }
+  addAllowedDsTypes(result, steps);
   if (const std::size_t count = skippedWithWarning(result.traces); count > 0) {
     steps.emplace_back("Look at " + counted(count, "skipped record", "skipped records") +
                        " with a balance but a bill amount of 0: nothing was posted for them.");
+  }
+  if (const std::size_t count = result.input->unreadRows().size(); count > 0) {
+    steps.emplace_back("Import " + counted(count, "row", "rows") +
+                       " behind the first blank row, where reading ended: copy them, under the "
+                       "captions, to a workbook of their own.");
   }
   if (const std::size_t count = account.count(Outcome::NotReached); count > 0) {
     steps.emplace_back("Import " + counted(count, "record", "records") +
@@ -93,7 +108,8 @@ std::string stepAfterDryRun(const ImportResult& result) {
            "what "
            "the file says.";
   }
-  const std::size_t left = refusedRecords(result.account) + skippedWithWarning(result.traces);
+  const std::size_t left = refusedRecords(result.account) + skippedWithWarning(result.traces) +
+                           result.input->unreadRows().size();
   if (left > 0) {
     return "Nothing was posted. Correct " + counted(left, "record", "records") +
            " that would not be posted, then try again or import without --dry-run.";
@@ -104,7 +120,7 @@ std::string stepAfterDryRun(const ImportResult& result) {
 
 /// Empty when something was imported, or the records have to be corrected.
 std::string stepWithNothingImported(const ImportResult& result) {
-  const std::size_t records = result.input.count();
+  const std::size_t records = result.input->count();
   if (records > 0 && result.account.count(Outcome::NotReached) == records) {
     return "Nothing was imported. When the cause is mended, or with another --database, import the "
            "file again.";
@@ -122,7 +138,7 @@ ExitStatus statusOf(const ImportResult& result) {
   const bool whole = result.brokeOff.empty() && result.account.addsUp();
   if (!whole || !result.rejectsError.empty()) return ExitStatus::BrokeOff;
   const bool left = refusedRecords(result.account) + doubtfulRecords(result.account) +
-                        skippedWithWarning(result.traces) >
+                        skippedWithWarning(result.traces) + result.input->unreadRows().size() >
                     0;
   return left ? ExitStatus::RecordsLeft : ExitStatus::Posted;
 }
@@ -133,7 +149,11 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
         "Nothing was imported. Correct the file or the mapping (`opnimp preview` shows both) "
         "and import it again."};
   }
-  if (result.isDryRun()) return {stepAfterDryRun(result)};
+  if (result.isDryRun()) {
+    std::vector<std::string> steps{stepAfterDryRun(result)};
+    addAllowedDsTypes(result, steps);
+    return steps;
+  }
   if (result.account.addsUp()) {
     if (const std::string step = stepWithNothingImported(result); !step.empty()) return {step};
   }

@@ -1,6 +1,7 @@
 // What an import came to: all that its reports say.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,17 +18,18 @@ namespace velk {
 struct ImportResult {
   Arguments arguments;
   std::string database;  ///< without passwords
-  InputRecords input;
+  std::unique_ptr<const InputRecords> input;
   std::vector<FieldMapping> mapping;  ///< empty when the file could not be viewed
   std::vector<Warning> warnings;
   Traces traces;
-  Account account;                       ///< empty when the run was refused
-  std::string refusal;                   ///< why nothing was imported; empty: it was not refused
-  std::string brokeOff;                  ///< why the run ended early; empty: it did not
-  std::size_t endedAtRow = 0;            ///< row of the mapping list where it broke off
-  std::string errorLog;                  ///< path of the error log's file
-  std::vector<std::string> rejectFiles;  ///< paths written
-  std::string rejectsError;              ///< why they could not be written
+  Account account;                          ///< empty when the run was refused
+  std::string refusal;                      ///< why nothing was imported; empty: it was not refused
+  std::vector<std::string> allowedDsTypes;  ///< looked up when a salesman was rejected
+  std::string brokeOff;                     ///< why the run ended early; empty: it did not
+  std::size_t endedAtRow = 0;               ///< row of the mapping list where it broke off
+  std::string errorLog;                     ///< path of the error log's file
+  std::vector<std::string> rejectFiles;     ///< paths written
+  std::string rejectsError;                 ///< why they could not be written
   ExitStatus status = ExitStatus::Posted;
 
   bool refused() const { return !refusal.empty(); }

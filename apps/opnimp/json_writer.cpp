@@ -18,6 +18,22 @@ void JsonWriter::separate() {
   hasItems_.back() = true;
 }
 
+void JsonWriter::member(std::string_view name, const std::vector<std::string>& texts) {
+  key(name);
+  beginArray();
+  for (const std::string& item : texts) text(item);
+  endArray();
+}
+
+void JsonWriter::memberOrNull(std::string_view name, std::string_view value) {
+  key(name);
+  if (value.empty()) {
+    null();
+  } else {
+    text(value);
+  }
+}
+
 void JsonWriter::open(char bracket) {
   separate();
   out_ << bracket;

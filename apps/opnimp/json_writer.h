@@ -2,6 +2,7 @@
 #pragma once
 
 #include <ostream>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -38,6 +39,9 @@ class JsonWriter {
   void member(std::string_view name, std::size_t value) {
     member(name, static_cast<long long>(value));
   }
+  void member(std::string_view name, const std::vector<std::string>& texts);
+  /// An empty text is null.
+  void memberOrNull(std::string_view name, std::string_view value);
 
  private:
   void open(char bracket);

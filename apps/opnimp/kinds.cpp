@@ -14,6 +14,7 @@ constexpr std::array<std::size_t, 3> openingMandatory{openingField::code, openin
                                                       openingField::balance};
 constexpr std::array<std::size_t, 4> bankMandatory{0, 1, 2, 3};
 constexpr std::array<std::size_t, 2> vendorMandatory{0, 1};
+constexpr std::array<std::size_t, 1> salesmanMandatory{salesmanField::name};
 // The import adds 1 to the count, of 16 bits on the opening screens, of 32 on the master screen.
 constexpr std::size_t openingLargestCount = 32766;
 constexpr std::size_t masterLargestCount = std::numeric_limits<std::int32_t>::max() - 1;
@@ -36,7 +37,7 @@ constexpr ImportKind openingKind(std::string_view name, std::string_view what,
 }  // namespace
 
 std::span<const ImportKind> importKinds() {
-  static const std::array<ImportKind, 4> kinds{
+  static const std::array<ImportKind, 5> kinds{
       {openingKind("customer-opening", "opening balances of customers",
                    &Velk_ClsOpnImp::ImportCustomerOpening, customerOpening),
        openingKind("vendor-opening", "opening balances of vendors",
@@ -60,7 +61,18 @@ std::span<const ImportKind> importKinds() {
         .opening = nullptr,
         .type = MasterType::Vendor,
         .columns = 10,
-        .stopsAtFailure = true}}};
+        .stopsAtFailure = true},
+       {.name = "salesman",
+        .what = "salesmen and their DS types; FILE is an .xls workbook",
+        .format = FileFormat::Workbook,
+        .open = &Velk_ClsOpnImp::ImportBankBranchOpening,
+        .mandatory = salesmanMandatory,
+        .largestRecordCount = masterLargestCount,
+        .becomes = {"Salesmen", "DS types"},
+        .opening = nullptr,
+        .type = MasterType::Salesman,
+        .columns = 0,
+        .stopsAtFailure = false}}};
   return kinds;
 }
 

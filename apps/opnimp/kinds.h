@@ -23,11 +23,29 @@ inline constexpr std::size_t bill = 4;
 inline constexpr std::size_t balance = 5;
 }  // namespace openingField
 
+/// Where the values of a salesman stand.
+namespace salesmanField {
+inline constexpr std::size_t name = 0;
+inline constexpr std::size_t address = 1;
+inline constexpr std::size_t residentialNumber = 2;
+inline constexpr std::size_t mobileNumber = 3;
+inline constexpr std::size_t dsType = 4;
+inline constexpr std::size_t handheld = 5;
+}  // namespace salesmanField
+
 using MasterType = Velk_frmBankBranch_OpnImp::Type;
+
+enum class FileFormat { CommaSeparated, Workbook };
+
+/// How the names of such files end, without the point.
+constexpr std::string_view extensionOf(FileFormat format) {
+  return format == FileFormat::Workbook ? "xls" : "csv";
+}
 
 struct ImportKind {
   std::string_view name;  ///< on the command line
   std::string_view what;  ///< for the help
+  FileFormat format = FileFormat::CommaSeparated;
   /// The component's entry point that opens the screen.
   void (Velk_ClsOpnImp::*open)(const std::shared_ptr<Connection>&,
                                const std::shared_ptr<const Picture>&);
@@ -36,7 +54,7 @@ struct ImportKind {
   std::array<std::string_view, 2> becomes;  ///< what the two calls of a record make
   const OpeningImportKind* opening;         ///< its procedures; null: master data, without amounts
   std::optional<MasterType> type;           ///< chosen on the screen
-  std::size_t columns;                      ///< that a file must have exactly; 0: any number
+  std::size_t columns;                      ///< that a text must have exactly; 0: any number
   /// The second call is left out when the first has failed.
   bool stopsAtFailure;
 };

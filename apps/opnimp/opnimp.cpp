@@ -25,6 +25,8 @@ ExitStatus runTask(const Arguments& arguments, Streams& streams, const Machine& 
       return runImport(arguments, streams, machine);
     case Task::Preview:
       return runPreview(arguments, streams, machine);
+    case Task::Export:
+      return runExport(arguments, streams, machine);
     case Task::DemoDatabase:
       return runDemoDatabase(arguments, streams);
   }

@@ -37,7 +37,7 @@ struct Tally {
 Tally tally(const RecordTrace& trace) {
   Tally t;
   for (const RecordedCall* call : trace.calls) {
-    if (call->kind == CallKind::Query) {
+    if (call->kind != CallKind::Procedure) {
       t.lookedUp = t.lookedUp || call->result != CallResult::Unknown;
       continue;
     }
@@ -136,7 +136,7 @@ std::string reasonOf(const RecordTrace& trace) {
   const bool explained = isRefused(trace.outcome) || isDoubtful(trace.outcome);
   for (const RecordedCall* call : trace.calls) {
     if (call->kind == CallKind::Procedure && explained) add(reason, resultText(*call));
-    if (call->kind == CallKind::Query && call->error) {
+    if (call->kind != CallKind::Procedure && call->error) {
       add(reason, "the look-up failed " + errorText(*call->error));
     }
   }

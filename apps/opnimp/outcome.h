@@ -16,7 +16,7 @@ enum class Outcome {
   Posted,
   PostedWithWarning,
   Skipped,     ///< zero amount
-  Rejected,    ///< no procedure was called for it
+  Rejected,    ///< nothing was called that posts it
   Failed,      ///< no call took effect
   Partial,     ///< some did
   Unknown,     ///< a call had no answer

@@ -6,12 +6,12 @@
 #include "apps/opnimp/failures.h"
 #include "apps/opnimp/field_mapping.h"
 #include "apps/opnimp/json_writer.h"
+#include "apps/opnimp/preview_connection.h"
 #include "apps/opnimp/printable.h"
 #include "apps/opnimp/report_parts.h"
 #include "apps/opnimp/run_support.h"
 #include "apps/opnimp/screen_session.h"
 #include "apps/opnimp/warnings.h"
-#include "platform/database.h"
 
 namespace velk {
 
@@ -30,19 +30,19 @@ class Preview {
         progress_(streams.err, false),
         recorder_(Recorder::Mode::DryRun),
         session_(recorder_, {".", machine.clock, messagesTo(streams.err, progress_), false}),
-        input_(readInput(arguments.file)) {}
+        input_(readInput(arguments)) {}
 
   ExitStatus run() {
     try {
-      session_.open(*arguments_.kind, recorder_.wrap(std::make_shared<ClosedConnection>()));
+      session_.open(*arguments_.kind, recorder_.wrap(std::make_shared<PreviewConnection>()));
       recorder_.forgetTexts();  // that there are no colours without a database
-      viewAndMap(session_, arguments_, input_, recorder_);
+      viewAndMap(session_, arguments_, *input_, recorder_);
       mapping_ = readMapping(session_.screen());
     } catch (const Refused& refused) {
       refusal_ = refused.what();
     }
     warnings_ =
-        findWarnings(input_, *arguments_.kind, mapping_, civilFromDate(machine_.clock()).year);
+        findWarnings(*input_, *arguments_.kind, mapping_, civilFromDate(machine_.clock()).year);
     if (arguments_.json) {
       writeJson();
     } else {
@@ -58,11 +58,11 @@ class Preview {
   void writeText() {
     std::ostream& out = streams_.out;
     out << "File: " << printable(arguments_.file) << " ("
-        << counted(input_.count(), "record", "records") << ")\n";
+        << counted(input_->count(), "record", "records") << ")\n";
     writeMapping(mapping_, out);
     writeColumnsNotUsed();
     if (refusal_.empty()) writeRows();
-    writeWarnings(warnings_, out);
+    writeWarnings(warnings_, input_->placeWord(), out);
     if (!refusal_.empty()) out << "\nRefused: " << printable(refusal_) << '\n';
     writeAdvice();
   }
@@ -107,8 +107,8 @@ class Preview {
 
   void writeAdvice() {
     if (mapping_.empty()) return;
-    if (const std::string columns = columnsRefusal(*arguments_.kind, input_); !columns.empty()) {
-      streams_.out << "\nAn import would be refused: " << columns << ".\n";
+    if (const std::string refusal = input_->refusal(*arguments_.kind); !refusal.empty()) {
+      streams_.out << "\nAn import would be refused: " << printable(refusal) << ".\n";
     }
     const std::string unmapped = unmappedFields(mapping_, arguments_.kind->mandatory);
     if (unmapped.empty()) return;
@@ -125,9 +125,9 @@ class Preview {
                 static_cast<int>(refusal_.empty() ? ExitStatus::Posted : ExitStatus::Refused));
     json.member("file", arguments_.file);
     json.member("refused", refusal_);
-    json.member("recordCount", input_.count());
+    json.member("recordCount", input_->count());
     writeMapping(mapping_, json);
-    writeWarnings(warnings_, json);
+    writeWarnings(warnings_, input_->placeWord(), json);
     writeJsonTable(json);
     json.endObject();
   }
@@ -154,7 +154,7 @@ class Preview {
   Progress progress_;
   Recorder recorder_;
   ScreenSession session_;
-  InputRecords input_;
+  std::unique_ptr<const InputRecords> input_;
   std::vector<FieldMapping> mapping_;
   std::vector<Warning> warnings_;
   std::string refusal_;

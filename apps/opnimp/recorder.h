@@ -23,7 +23,11 @@
 
 namespace velk {
 
-enum class CallKind { Query, Procedure };
+enum class CallKind {
+  Query,
+  Check,      ///< a procedure that only answers a question; it runs in a dry run, too
+  Procedure,  ///< all others: they post
+};
 
 enum class CallResult {
   Unknown,     ///< no answer came: it may or may not have taken effect

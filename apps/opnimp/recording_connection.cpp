@@ -1,5 +1,7 @@
 #include "apps/opnimp/recording_connection.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 #include <string>
 #include <utility>
@@ -7,6 +9,13 @@
 namespace velk {
 
 namespace {
+
+CallKind kindOf(CommandType type, std::string_view text) {
+  constexpr std::array<std::string_view, 2> checks{"sp_Check_DSCaption",
+                                                   "Velk_sp_checkDefault_DSTypeValue"};
+  if (type != CommandType::StoredProcedure) return CallKind::Query;
+  return std::ranges::find(checks, text) != checks.end() ? CallKind::Check : CallKind::Procedure;
+}
 
 /// The results of a call, fetched when it ran, handed on one by one as the caller asks for them.
 class FetchedResults final : public Recordset {
@@ -124,10 +133,9 @@ class RecordingCommand final : public Command {
 };
 
 std::shared_ptr<Recordset> RecordingCommand::Execute(std::int32_t options) {
-  const bool procedure = type_ == CommandType::StoredProcedure;
-  const std::size_t call =
-      recorder_.beginCall(procedure ? CallKind::Procedure : CallKind::Query, text_, values_);
-  if (procedure && recorder_.mode() == Recorder::Mode::DryRun) {
+  const CallKind kind = kindOf(type_, text_);
+  const std::size_t call = recorder_.beginCall(kind, text_, values_);
+  if (kind == CallKind::Procedure && recorder_.mode() == Recorder::Mode::DryRun) {
     recorder_.setResult(call, CallResult::NotRun);
     return std::make_shared<NoResult>();
   }

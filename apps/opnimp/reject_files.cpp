@@ -1,10 +1,11 @@
 #include "apps/opnimp/reject_files.h"
 
 #include <filesystem>
-#include <fstream>
 #include <system_error>
 
 #include "apps/opnimp/failures.h"
+#include "platform/errors.h"
+#include "platform/native/native_files.h"
 #include "platform/text.h"
 
 namespace velk {
@@ -24,25 +25,14 @@ std::string unfinished(const std::string& path) {
                    " cannot be written. Check --rejects, its folder and the space there");
 }
 
-void writeBytes(const std::string& path, const std::string& bytes) {
-  std::ofstream file(unfinished(path), std::ios::binary | std::ios::trunc);
-  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  file.close();
-  if (!file) cannotWrite(path);
-}
-
 using Chooses = bool (*)(Outcome);
 
-/// Header and chosen records; nothing when none is chosen.
-std::optional<std::string> recordsOf(const InputRecords& input, const Traces& traces,
-                                     Chooses chosen) {
-  std::string bytes;
+std::vector<std::size_t> recordsOf(const Traces& traces, Chooses chosen) {
+  std::vector<std::size_t> records;
   for (std::size_t record = 0; record < traces.records.size(); ++record) {
-    if (!chosen(traces.records[record].outcome)) continue;
-    bytes.append(input.bytesOf(record)).append(lineEnd);
+    if (chosen(traces.records[record].outcome)) records.push_back(record);
   }
-  if (bytes.empty()) return std::nullopt;
-  return std::string(input.header()).append(lineEnd).append(bytes);
+  return records;
 }
 
 std::string csvQuoted(std::string_view text) {
@@ -55,7 +45,9 @@ std::string csvQuoted(std::string_view text) {
 }
 
 std::string reasons(const InputRecords& input, const Traces& traces) {
-  std::string text = std::string("Record,Line,Outcome,Reason").append(lineEnd);
+  std::string placeTitle(input.placeWord());
+  placeTitle.replace(0, 1, upperAscii(placeTitle.substr(0, 1)));
+  std::string text = "Record," + placeTitle + ",Outcome,Reason" + std::string(lineEnd);
   for (std::size_t record = 0; record < traces.records.size(); ++record) {
     const RecordTrace& trace = traces.records[record];
     if (!isRefused(trace.outcome) && !isDoubtful(trace.outcome)) continue;
@@ -70,8 +62,9 @@ bool isNotReached(Outcome outcome) {
   return outcome == Outcome::NotReached;
 }
 
-std::array<std::string, 4> pathsOf(const std::string& path) {
-  return {path, path + ".reasons.csv", path + ".check.csv", path + ".rest.csv"};
+std::array<std::string, 4> pathsOf(const std::string& path, FileFormat format) {
+  const std::string extension = "." + std::string(extensionOf(format));
+  return {path, path + ".reasons.csv", path + ".check" + extension, path + ".rest" + extension};
 }
 
 /// Records that nobody has looked at yet must not be written over.
@@ -83,17 +76,17 @@ void requireMoved(const std::string& path) {
 
 }  // namespace
 
-std::vector<std::string> RejectFiles::touched(const std::string& path) {
+std::vector<std::string> RejectFiles::touched(const std::string& path, FileFormat format) {
   std::vector<std::string> all;
-  for (const std::string& target : pathsOf(path)) {
+  for (const std::string& target : pathsOf(path, format)) {
     all.push_back(target);
     all.push_back(unfinished(target));
   }
   return all;
 }
 
-RejectFiles::RejectFiles(const std::string& path, bool dryRun)
-    : paths_(pathsOf(path)), dryRun_(dryRun) {
+RejectFiles::RejectFiles(const std::string& path, FileFormat format, bool dryRun)
+    : paths_(pathsOf(path, format)), dryRun_(dryRun) {
   if (dryRun) {
     requireMoved(paths_[0]);  // what a real run refused must not give way to a trial
   } else {
@@ -104,11 +97,14 @@ RejectFiles::RejectFiles(const std::string& path, bool dryRun)
     std::error_code error;
     if (fs::exists(target, error) && !fs::is_regular_file(target, error)) cannotWrite(target);
   }
-  try {
-    for (const std::string& target : paths_) writeBytes(target, "");
-  } catch (...) {
-    removeUnfinished();
-    throw;
+  for (const std::string& target : paths_) {
+    try {
+      NativeFileSystem files;
+      writeFile(files, unfinished(target), "");
+    } catch (const RuntimeError&) {
+      removeUnfinished();
+      cannotWrite(target);
+    }
   }
 }
 
@@ -120,20 +116,36 @@ void RejectFiles::removeUnfinished() {
 }
 
 std::vector<std::string> RejectFiles::write(const InputRecords& input, const Traces& traces) {
-  const std::string header = std::string(input.header()).append(lineEnd);
-  put(paths_[0], recordsOf(input, traces, isRefused).value_or(header));
-  put(paths_[1], reasons(input, traces));
+  put(paths_[0], [&](FileSystem& files, const std::string& path) {
+    input.write(files, path, recordsOf(traces, isRefused));
+  });
+  put(paths_[1], [&](FileSystem& files, const std::string& path) {
+    writeFile(files, path, reasons(input, traces));
+  });
   if (!dryRun_) {
-    put(paths_[2], recordsOf(input, traces, isDoubtful));
-    put(paths_[3], recordsOf(input, traces, isNotReached));
+    putRecords(paths_[2], input, recordsOf(traces, isDoubtful));
+    putRecords(paths_[3], input, recordsOf(traces, isNotReached));
   }
   return written_;
 }
 
-void RejectFiles::put(const std::string& path, const std::optional<std::string>& bytes) {
-  if (!bytes) return;
+void RejectFiles::putRecords(const std::string& path, const InputRecords& input,
+                             const std::vector<std::size_t>& records) {
+  if (records.empty()) return;
+  put(path, [&](FileSystem& files, const std::string& unfinishedPath) {
+    input.write(files, unfinishedPath, records);
+  });
+}
+
+template <class Write>
+void RejectFiles::put(const std::string& path, Write write) {
+  try {
+    NativeFileSystem files;
+    write(files, unfinished(path));
+  } catch (const RuntimeError&) {
+    cannotWrite(path);
+  }
   std::error_code error;
-  writeBytes(path, *bytes);
   fs::rename(unfinished(path), path, error);
   if (error) cannotWrite(path);
   written_.push_back(path);

@@ -3,12 +3,11 @@
 //   FILE.reasons.csv  for each of those, and of the doubtful ones, its line and what is wrong
 //   FILE.check.csv    partial and unknown records: importing them again could post them twice
 //   FILE.rest.csv     records not reached, to be imported later
-// Records are the file's own bytes under its own header, each line ended by carriage return + line
-// feed. Files are written beside their place and then renamed.
+// All but the reasons have the format of the file that was imported, and its header: .check.xls and
+// .rest.xls for a workbook. Files are written beside their place and then renamed.
 #pragma once
 
 #include <array>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,13 +20,13 @@ class RejectFiles {
  public:
   /// Makes sure that all four can be written; raises CannotOpen. `path` is FILE. UsageError when an
   /// earlier run's .check or .rest file is there; a dry run, which writes neither, goes on.
-  RejectFiles(const std::string& path, bool dryRun);
+  RejectFiles(const std::string& path, FileFormat format, bool dryRun);
   ~RejectFiles() { removeUnfinished(); }
   RejectFiles(const RejectFiles&) = delete;
   RejectFiles& operator=(const RejectFiles&) = delete;
 
   /// The paths of all four, and of the unfinished ones beside them.
-  static std::vector<std::string> touched(const std::string& path);
+  static std::vector<std::string> touched(const std::string& path, FileFormat format);
 
   /// Writes FILE and its reasons, and the .check and .rest files where there is something for them.
   /// Answers the paths written. Raises CannotOpen.
@@ -35,7 +34,10 @@ class RejectFiles {
 
  private:
   void removeUnfinished();
-  void put(const std::string& path, const std::optional<std::string>& bytes);
+  template <class Write>
+  void put(const std::string& path, Write write);
+  void putRecords(const std::string& path, const InputRecords& input,
+                  const std::vector<std::size_t>& records);
 
   std::array<std::string, 4> paths_;
   bool dryRun_;

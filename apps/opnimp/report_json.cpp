@@ -1,4 +1,5 @@
 // The report of an import as one JSON document.
+#include <algorithm>
 #include <ostream>
 
 #include "apps/opnimp/import_result.h"
@@ -9,6 +10,25 @@
 namespace velk {
 
 namespace {
+
+std::string_view kindCode(CallKind kind) {
+  switch (kind) {
+    case CallKind::Query:
+      return "query";
+    case CallKind::Check:
+      return "check";
+    case CallKind::Procedure:
+      break;
+  }
+  return "procedure";
+}
+
+/// The calls of a record that have had their effect, by what they make.
+std::string effectKey(std::string_view becomes) {
+  std::string key = lowerAscii(becomes);
+  std::ranges::replace(key, ' ', '-');
+  return key;
+}
 
 std::string_view resultCode(CallResult result) {
   switch (result) {
@@ -46,13 +66,13 @@ class JsonReport {
     json_.beginObject();
     writeHead();
     writeMapping(result_.mapping, json_);
-    writeWarnings(result_.warnings, json_);
+    writeWarnings(result_.warnings, result_.input->placeWord(), json_);
     writeLines(result_.traces.runLines);
     writeMessages(result_.traces.runMessages);
     writeRecords();
     writeAccount();
-    writeTexts("rejectFiles", result_.rejectFiles);
-    writeTexts("next", nextSteps(result_));
+    json_.member("rejectFiles", result_.rejectFiles);
+    json_.member("next", nextSteps(result_));
     json_.endObject();
   }
 
@@ -66,26 +86,10 @@ class JsonReport {
     json_.member("file", result_.arguments.file);
     json_.member("database", result_.database);
     json_.member("dryRun", result_.isDryRun());
-    writeOptional("refused", result_.refusal);
-    writeOptional("brokeOff", result_.brokeOff);
-    writeOptional("rejectsError", result_.rejectsError);
+    json_.memberOrNull("refused", result_.refusal);
+    json_.memberOrNull("brokeOff", result_.brokeOff);
+    json_.memberOrNull("rejectsError", result_.rejectsError);
     json_.member("errorLog", result_.errorLog);
-  }
-
-  void writeOptional(std::string_view name, const std::string& text) {
-    json_.key(name);
-    if (text.empty()) {
-      json_.null();
-    } else {
-      json_.text(text);
-    }
-  }
-
-  void writeTexts(std::string_view name, const std::vector<std::string>& texts) {
-    json_.key(name);
-    json_.beginArray();
-    for (const std::string& text : texts) json_.text(text);
-    json_.endArray();
   }
 
   void writeLines(const std::vector<const RecordedLine*>& lines) {
@@ -122,9 +126,7 @@ class JsonReport {
       const RecordTrace& trace = result_.traces.records[record];
       json_.beginObject();
       json_.member("record", record + 1);
-      json_.member("line", result_.input.place(record).line);
-      json_.member("offset", result_.input.place(record).offset);
-      json_.member("length", result_.input.place(record).length);
+      writePlace(result_.input->place(record));
       json_.member("outcome", outcomeCode(trace.outcome));
       json_.member("reason", reasonOf(trace));
       json_.key("calls");
@@ -138,10 +140,17 @@ class JsonReport {
     json_.endArray();
   }
 
+  void writePlace(const RecordPlace& place) {
+    json_.member(result_.input->placeWord(), place.line);
+    if (place.length == 0) return;
+    json_.member("offset", place.offset);
+    json_.member("length", place.length);
+  }
+
   void writeCall(const RecordedCall& call) {
     json_.beginObject();
-    json_.member(call.kind == CallKind::Query ? "query" : "procedure", call.text);
-    if (call.kind == CallKind::Procedure) {
+    json_.member(kindCode(call.kind), call.text);
+    if (call.kind != CallKind::Query) {
       json_.key("parameters");
       json_.beginArray();
       for (const Value& value : call.parameters) json_.value(value);
@@ -206,10 +215,10 @@ class JsonReport {
     }
     json_.endObject();
     writeSums("file", account.file);
-    writeSums(lowerAscii(kind().becomes[0]), account.notes);
-    writeSums(lowerAscii(kind().becomes[1]), account.entries);
+    writeSums(effectKey(kind().becomes[0]), account.notes);
+    writeSums(effectKey(kind().becomes[1]), account.entries);
     json_.member("differenceCount", account.differenceCount);
-    writeTexts("differences", account.differences);
+    json_.member("differences", account.differences);
     json_.endObject();
   }
 

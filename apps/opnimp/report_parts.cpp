@@ -8,9 +8,9 @@ namespace velk {
 
 namespace {
 
-std::string lineList(const Warning& warning) {
+std::string placeList(const Warning& warning, std::string_view placeWord) {
   if (warning.lines.empty()) return {};
-  std::string text = warning.lines.size() == 1 ? ", line " : ", lines ";
+  std::string text = ", " + std::string(placeWord) + (warning.lines.size() == 1 ? " " : "s ");
   for (std::size_t i = 0; i < warning.lines.size(); ++i) {
     text.append(i == 0 ? "" : ", ").append(std::to_string(warning.lines[i]));
   }
@@ -34,12 +34,13 @@ void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out) {
   }
 }
 
-void writeWarnings(const std::vector<Warning>& warnings, std::ostream& out) {
+void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
+                   std::ostream& out) {
   if (warnings.empty()) return;
   out << "\nWarnings\n";
   for (const Warning& warning : warnings) {
-    out << "  " << warning.code << " (" << grouped(warning.count) << lineList(warning) << ")\n    "
-        << warning.text << '\n';
+    out << "  " << warning.code << " (" << grouped(warning.count) << placeList(warning, placeWord)
+        << ")\n    " << warning.text << '\n';
   }
 }
 
@@ -61,7 +62,8 @@ void writeMapping(const std::vector<FieldMapping>& mapping, JsonWriter& json) {
   json.endArray();
 }
 
-void writeWarnings(const std::vector<Warning>& warnings, JsonWriter& json) {
+void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
+                   JsonWriter& json) {
   json.key("warnings");
   json.beginArray();
   for (const Warning& warning : warnings) {
@@ -69,7 +71,7 @@ void writeWarnings(const std::vector<Warning>& warnings, JsonWriter& json) {
     json.member("code", warning.code);
     json.member("text", warning.text);
     json.member("count", warning.count);
-    json.key("lines");
+    json.key(std::string(placeWord) + "s");
     json.beginArray();
     for (const std::size_t line : warning.lines) json.number(static_cast<long long>(line));
     json.endArray();

@@ -12,9 +12,12 @@
 namespace velk {
 
 void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out);
-void writeWarnings(const std::vector<Warning>& warnings, std::ostream& out);
+/// `placeWord`: what the lines of a warning are, see InputRecords.
+void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
+                   std::ostream& out);
 
 void writeMapping(const std::vector<FieldMapping>& mapping, JsonWriter& json);
-void writeWarnings(const std::vector<Warning>& warnings, JsonWriter& json);
+void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
+                   JsonWriter& json);
 
 }  // namespace velk

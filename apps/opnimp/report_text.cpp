@@ -23,7 +23,7 @@ class TextReport {
   void write() {
     writeHead();
     writeMapping(result_.mapping, out_);
-    writeWarnings(result_.warnings, out_);
+    writeWarnings(result_.warnings, result_.input->placeWord(), out_);
     writeRunLines();
     if (result_.refused()) {
       out_ << "\nRefused: " << printable(result_.refusal) << '\n';
@@ -39,7 +39,7 @@ class TextReport {
 
   void writeHead() {
     out_ << "File:     " << printable(result_.arguments.file) << " ("
-         << counted(result_.input.count(), "record", "records") << ")\n"
+         << counted(result_.input->count(), "record", "records") << ")\n"
          << "Database: " << printable(result_.database) << '\n';
     if (result_.isDryRun()) {
       out_ << "Dry run:  every check ran, no procedure did. What the procedures themselves would "
@@ -68,7 +68,7 @@ class TextReport {
       const RecordTrace& trace = records[record];
       if (!needsAttention(trace) || listed++ >= mostRecordsListed) continue;
       if (listed == 1) out_ << "\nRecords that need attention\n";
-      out_ << "  line " << result_.input.place(record).line << " (record " << record + 1 << ") "
+      out_ << "  " << result_.input->where(record) << " (record " << record + 1 << ") "
            << nameOf(trace.outcome) << ": " << printable(reasonOf(trace)) << '\n';
     }
     writeMore(listed, mostRecordsListed);

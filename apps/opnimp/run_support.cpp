@@ -1,5 +1,8 @@
 #include "apps/opnimp/run_support.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "apps/opnimp/failures.h"
 #include "apps/opnimp/field_mapping.h"
 #include "apps/opnimp/printable.h"
@@ -11,24 +14,67 @@ namespace velk {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 std::string viewFailure(const ImportKind& kind, const InputRecords& input,
                         const Recorder& recorder) {
-  if (input.bytes().empty()) return "the file is empty; its first line must hold column titles";
+  if (std::string refusal = input.refusal(kind); !refusal.empty()) return refusal;
   if (input.count() > kind.largestRecordCount) return tooManyRecords(kind, input.count());
+  const auto& calls = recorder.calls();
+  if (!calls.empty() && calls.back().kind == CallKind::Check && !calls.back().error) {
+    return "the database does not know the caption \"DSType\" of the DS types: is it the right "
+           "database?";
+  }
   std::string text = "the file could not be viewed";
-  if (!recorder.lines().empty()) text += ": " + recorder.lines().back().text;
+  if (!recorder.lines().empty()) return text + ": " + recorder.lines().back().text;
+  if (!recorder.shown().empty()) return text + ": " + recorder.shown().back().message.prompt;
   return text;
+}
+
+/// The database's own file and those that the embedded database keeps beside it.
+std::vector<std::string> databaseFiles(const std::string& path) {
+  if (path.empty()) return {};
+  std::error_code error;
+  const fs::path followed = fs::weakly_canonical(path, error);
+  const std::string real = error ? path : followed.string();
+  return {real, real + "-wal", real + "-shm", real + "-journal"};
 }
 
 }  // namespace
 
-InputRecords readInput(const std::string& path) {
+std::string applicationFolder(const std::optional<std::string>& option) {
+  std::error_code error;
+  const fs::path folder = fs::absolute(option.value_or("."), error).lexically_normal();
+  if (error || !fs::is_directory(folder, error)) {
+    throw CannotOpen("there is no folder " + option.value_or(".") +
+                     "; make it, or choose another with --app-folder");
+  }
+  std::string text = folder.string();
+  while (text.ends_with(pathSeparator)) text.pop_back();
+  return text;
+}
+
+void checkWrites(const Writes& writes, const DatabaseChoice& database, const std::string& folder,
+                 const std::string& input) {
+  const auto protect = [&](const std::string& file, const char* what) {
+    for (const std::string& path : writes.paths) {
+      if (!isSameFile(path, file)) continue;
+      throw UsageError(std::string(writes.writer) + " would write over " + what +
+                       ": choose another name than " + writes.named);
+    }
+  };
+  if (!input.empty()) protect(input, "the file to import");
+  protect(folder + pathSeparator + "Error.log", "the error log");
+  for (const std::string& file : databaseFiles(database.path)) protect(file, "the database");
+}
+
+std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
   NativeFileSystem files;
   try {
-    return InputRecords(readBytes(files, path));
+    return readRecords(files, arguments.file, arguments.kind->format);
   } catch (const RuntimeError& error) {
     const bool tooLong = error.is(ErrorNumber::OutOfMemory);
-    throw CannotOpen("the file " + path + " could not be read: " +
+    throw CannotOpen("the file " + arguments.file + " could not be read: " +
                      (tooLong ? "it is longer than 2 GB; split it"
                               : error.description() + ". Check the path and its permissions"));
   }
@@ -42,15 +88,6 @@ std::string tooLarge(const std::string& path) {
 std::string tooManyRecords(const ImportKind& kind, std::size_t count) {
   return "the file has " + grouped(count) + " records, but at most " +
          grouped(kind.largestRecordCount) + " can be imported in one go; split the file";
-}
-
-// Counted as the record reader does, for which a bare carriage return ends the line, too.
-std::string columnsRefusal(const ImportKind& kind, const InputRecords& input) {
-  const std::string_view header = input.header();
-  const std::size_t columns = countFields(header.substr(0, header.find('\r')));
-  if (kind.columns == 0 || columns == kind.columns) return {};
-  return "the first line has " + counted(columns, "column", "columns") + "; a file of the kind " +
-         std::string(kind.name) + " must have exactly " + std::to_string(kind.columns);
 }
 
 MessageHandler messagesTo(std::ostream& err, Progress& progress) {

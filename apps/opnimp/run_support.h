@@ -1,9 +1,14 @@
 // What import and preview share: reading the file, showing messages, saying why View failed.
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "apps/opnimp/arguments.h"
+#include "apps/opnimp/database_choice.h"
 #include "apps/opnimp/input_records.h"
 #include "apps/opnimp/progress.h"
 #include "apps/opnimp/recorder.h"
@@ -11,17 +16,26 @@
 
 namespace velk {
 
-/// Raises CannotOpen.
-InputRecords readInput(const std::string& path);
+/// The records of the file to import or preview. Raises CannotOpen.
+std::unique_ptr<const InputRecords> readInput(const Arguments& arguments);
+
+/// The folder of the error log: absolute, without a separator at its end. Raises CannotOpen.
+std::string applicationFolder(const std::optional<std::string>& option);
+
+struct Writes {
+  std::string_view writer;         ///< as the user knows it, such as "--rejects"
+  std::string named;               ///< the path that the user gave
+  std::vector<std::string> paths;  ///< all that are written
+};
+/// Raises UsageError when one of them is the database, the error log or the file to import.
+void checkWrites(const Writes& writes, const DatabaseChoice& database, const std::string& folder,
+                 const std::string& input);
 
 /// That nothing was done, since the memory does not hold the file.
 std::string tooLarge(const std::string& path);
 
 /// Why a file of so many records is refused.
 std::string tooManyRecords(const ImportKind& kind, std::size_t count);
-
-/// Why a file with such a first line is refused; empty when it has the columns that its kind needs.
-std::string columnsRefusal(const ImportKind& kind, const InputRecords& input);
 
 /// Writes each message to `err`, word for word.
 MessageHandler messagesTo(std::ostream& err, Progress& progress);

@@ -41,4 +41,9 @@ bool ScreenSession::view(const std::string& path) {
          screen_->cmdview.userClick() == EventResult::Handled && screen_->cmdImport.enabled();
 }
 
+EventResult ScreenSession::exportTo(const std::string& path) {
+  desktop_.chooseFile(path);
+  return dynamic_cast<Velk_frmBankBranch_OpnImp&>(*screen_).cmdExport.userClick();
+}
+
 }  // namespace velk

@@ -38,6 +38,9 @@ class ScreenSession {
   /// Presses Import. May throw RunEnded.
   EventResult import() { return screen_->cmdImport.userClick(); }
 
+  /// Presses the master screen's Export with the file chosen to save to. May throw RunEnded.
+  EventResult exportTo(const std::string& path);
+
   std::string errorLogPath() const { return module_.errorLogPath(); }
 
  private:

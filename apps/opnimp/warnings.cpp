@@ -16,9 +16,7 @@ void Warnings::add(std::string_view code, std::string_view text, std::size_t lin
 std::vector<Warning> findWarnings(const InputRecords& input, const ImportKind& kind,
                                   const std::vector<FieldMapping>& mapping, int currentYear) {
   Warnings warnings;
-  warnOfBytes(input, warnings);
-  warnOfLines(input, kind, warnings);
-  if (!mapping.empty()) warnOfValues(input, kind, mapping, currentYear, warnings);
+  input.findWarnings(kind, mapping, currentYear, warnings);
   return warnings.take();
 }
 

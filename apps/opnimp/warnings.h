@@ -7,17 +7,20 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/opnimp/csv_records.h"
 #include "apps/opnimp/field_mapping.h"
-#include "apps/opnimp/input_records.h"
 #include "apps/opnimp/kinds.h"
 
 namespace velk {
 
+class WorkbookRecords;
+
 struct Warning {
-  std::string_view code;           ///< for programs
-  std::string_view text;           ///< what it means for the import
-  std::size_t count = 0;           ///< how often it was found
-  std::vector<std::size_t> lines;  ///< the first physical lines where; empty: the file as a whole
+  std::string_view code;  ///< for programs
+  std::string_view text;  ///< what it means for the import
+  std::size_t count = 0;  ///< how often it was found
+  std::vector<std::size_t>
+      lines;  ///< the first lines, or rows of a sheet, where; empty: the file as a whole
 };
 
 class Warnings {
@@ -36,10 +39,15 @@ class Warnings {
 std::vector<Warning> findWarnings(const InputRecords& input, const ImportKind& kind,
                                   const std::vector<FieldMapping>& mapping, int currentYear);
 
-// By subject.
-void warnOfBytes(const InputRecords& input, Warnings& warnings);
-void warnOfLines(const InputRecords& input, const ImportKind& kind, Warnings& warnings);
-void warnOfValues(const InputRecords& input, const ImportKind& kind,
+// Of comma-separated files, by subject.
+void warnOfBytes(const CsvRecords& input, Warnings& warnings);
+void warnOfLines(const CsvRecords& input, const ImportKind& kind, Warnings& warnings);
+void warnOfValues(const CsvRecords& input, const ImportKind& kind,
                   const std::vector<FieldMapping>& mapping, int currentYear, Warnings& warnings);
+
+// Of salesman workbooks.
+void warnOfCells(const WorkbookRecords& input, Warnings& warnings);
+void warnOfSalesmen(const WorkbookRecords& input, const std::vector<FieldMapping>& mapping,
+                    Warnings& warnings);
 
 }  // namespace velk

@@ -84,7 +84,7 @@ bool isUtf8(std::string_view bytes) {
 
 }  // namespace
 
-void warnOfBytes(const InputRecords& input, Warnings& warnings) {
+void warnOfBytes(const CsvRecords& input, Warnings& warnings) {
   const std::string& bytes = input.bytes();
   warnOfMark(bytes, warnings);
   for (const ByteWarning& warning : {lineFeeds, returns, nuls}) warnOf(warning, bytes, warnings);

@@ -64,7 +64,7 @@ void warnOfTitles(std::string_view header, Warnings& warnings) {
   }
 }
 
-void warnOfRagged(const InputRecords& input, Warnings& warnings) {
+void warnOfRagged(const CsvRecords& input, Warnings& warnings) {
   const std::size_t columns = countFields(input.header());
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t fields = countFields(input.bytesOf(record));
@@ -83,7 +83,7 @@ void warnOfRagged(const InputRecords& input, Warnings& warnings) {
   }
 }
 
-void warnOfQuotes(const InputRecords& input, Warnings& warnings) {
+void warnOfQuotes(const CsvRecords& input, Warnings& warnings) {
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t line = input.place(record).line;
     if (hasQuotedComma(input.bytesOf(record))) {
@@ -108,7 +108,7 @@ void warnOfQuotes(const InputRecords& input, Warnings& warnings) {
   }
 }
 
-void warnOfCount(const InputRecords& input, const ImportKind& kind, Warnings& warnings) {
+void warnOfCount(const CsvRecords& input, const ImportKind& kind, Warnings& warnings) {
   if (input.count() == 0) {
     warnings.add("no-records", "The file has no records behind its first line.", 0);
   } else if (input.count() > kind.largestRecordCount) {
@@ -119,7 +119,7 @@ void warnOfCount(const InputRecords& input, const ImportKind& kind, Warnings& wa
 
 }  // namespace
 
-void warnOfLines(const InputRecords& input, const ImportKind& kind, Warnings& warnings) {
+void warnOfLines(const CsvRecords& input, const ImportKind& kind, Warnings& warnings) {
   warnOfCount(input, kind, warnings);
   warnOfSeparator(input.header(), warnings);
   warnOfTitles(input.header(), warnings);

@@ -34,7 +34,7 @@ void warnOfDate(const std::string& cell, std::size_t line, bool endsRun, int cur
   }
 }
 
-void warnOfDocuments(const InputRecords& input, const OpeningImportKind& kind,
+void warnOfDocuments(const CsvRecords& input, const OpeningImportKind& kind,
                      const std::vector<FieldMapping>& mapping, int currentYear,
                      Warnings& warnings) {
   const std::size_t width = mappedWidth(mapping);
@@ -52,7 +52,7 @@ void warnOfDocuments(const InputRecords& input, const OpeningImportKind& kind,
 
 /// On the master screen a title that is a field's name maps to it, unless the first record has no
 /// value there.
-void warnOfUnmapped(const InputRecords& input, const std::vector<FieldMapping>& mapping,
+void warnOfUnmapped(const CsvRecords& input, const std::vector<FieldMapping>& mapping,
                     Warnings& warnings) {
   if (input.count() == 0) return;
   const std::string header = CodePage::windows1252().decode(input.header());
@@ -70,7 +70,7 @@ void warnOfUnmapped(const InputRecords& input, const std::vector<FieldMapping>& 
 
 }  // namespace
 
-void warnOfValues(const InputRecords& input, const ImportKind& kind,
+void warnOfValues(const CsvRecords& input, const ImportKind& kind,
                   const std::vector<FieldMapping>& mapping, int currentYear, Warnings& warnings) {
   if (kind.opening != nullptr) {
     warnOfDocuments(input, *kind.opening, mapping, currentYear, warnings);

@@ -51,6 +51,10 @@ class RunnerWorld {
   std::string database_;
 };
 
+inline bool contains(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+
 /// The titles that map by themselves.
 inline constexpr std::string_view openingTitles =
     "Customer ID,Customer Name,Reference,Date,Bill Amount,Balance";

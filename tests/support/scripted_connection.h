@@ -53,15 +53,19 @@ class ScriptedCommand final : public Command {
   explicit ScriptedCommand(std::shared_ptr<ScriptedConnection> connection)
       : connection_(std::move(connection)) {}
   void setCommandType(CommandType) override {}
-  void setCommandText(std::string_view) override {}
+  void setCommandText(std::string_view text) override { text_ = text; }
   void Append(std::string_view, std::int32_t, std::int32_t, std::int32_t) override {}
   void setValue(std::size_t, const Value&) override {}
   std::shared_ptr<Recordset> Execute(std::int32_t) override {
-    return connection_->run(std::make_shared<MemoryRecordset>());
+    const bool check = text_.find("_check") != text_.npos || text_.find("_Check") != text_.npos;
+    const std::vector<Value> yes{std::int32_t{1}};
+    return connection_->run(check ? std::make_shared<MemoryRecordset>(1, yes)
+                                  : std::make_shared<MemoryRecordset>());
   }
 
  private:
   std::shared_ptr<ScriptedConnection> connection_;
+  std::string text_;
 };
 
 inline std::unique_ptr<Command> ScriptedConnection::newCommand() {

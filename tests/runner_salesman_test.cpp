@@ -1,0 +1,267 @@
+// Salesmen by command line: workbooks imported, previewed and exported.
+#include <doctest/doctest.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "apps/opnimp/export_result.h"
+#include "platform/native/native_files.h"
+#include "platform/xls/xls_spreadsheet.h"
+#include "tests/support/json_value.h"
+#include "tests/support/runner.h"
+#include "tests/support/salesmen.h"
+#include "tests/support/scripted_connection.h"
+
+using namespace velk;
+
+namespace {
+
+struct SalesmanWorld : RunnerWorld {
+  SalesmanWorld() { kind = "salesman"; }
+
+  std::string write(const Texts& rows) { return folder.write("in.xls", workbook(rows)); }
+  Ran importRows(const Texts& rows, std::vector<std::string> more = {}) {
+    return import(write(rows), std::move(more));
+  }
+  Ran exportTo(const std::string& path, std::vector<std::string> more = {}) {
+    more.insert(more.begin(), {"export", "salesman", path, "--app-folder", folder.path(""),
+                               "--database", database()});
+    return run(std::move(more));
+  }
+  std::string typesOf(const std::string& salesman) {
+    return ask(
+        "select group_concat(DSTypeValue) from DStype_Details join DSType_Master using "
+        "(DSTypeID) join Salesman using (SalesmanID) where Salesman_name='" +
+        salesman + "'");
+  }
+  /// A sheet that the runner wrote, as rows of seven cells.
+  Texts rowsOf(std::string_view name) const {
+    NativeFileSystem files;
+    const auto sheet = XlsSpreadsheet(files).open(folder.path(name));
+    Texts rows;
+    for (int row = 1; row <= sheet->rowCount(); ++row) {
+      std::string& text = rows.emplace_back(sheet->text(row, 1));
+      for (int column = 2; column <= 7; ++column) text += "|" + sheet->text(row, column);
+    }
+    return rows;
+  }
+};
+
+const std::string good = "New Man|=1+1|00123|0099|x|Retail|YES";
+const std::string unknown = " Odd One |-5|+91|@x|Rural|Retial|no";
+
+}  // namespace
+
+TEST_CASE("salesmen are saved, the refused ones go to a workbook that imports again") {
+  SalesmanWorld world;
+  const std::string rejects = world.folder.path("r.xls");
+  const Ran ran =
+      world.importRows({salesmanTitles, good, unknown, "Anil Kamble|||1||\"Wholesale\"|Yes"},
+                       {"--json", "--rejects", rejects});
+  CHECK(ran.status == 1);
+  const Json report(ran.out);
+  CHECK(report.outcomes() == "posted rejected posted");
+  CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
+  CHECK(report.at("account.ds-types.count") == "2");
+  CHECK(report.at("records[1].row") == "3");
+  CHECK(report.at("records[1].calls[0].check") == "Velk_sp_checkDefault_DSTypeValue");
+  CHECK(report.at("next[1]") ==
+        "The DS types that salesmen may be given: Retail, Rural, Wholesale.");
+  CHECK(world.ask("select Address || ResidentialNUmber || MobileNumber from Salesman where "
+                  "Salesman_name='New Man'") == "=1+1001230099");
+  CHECK(world.typesOf("New Man") == "Retail,YES");
+  CHECK(world.typesOf("Anil Kamble") == "Wholesale,NO");
+
+  CHECK(world.rowsOf("r.xls") == Texts{salesmanTitles, unknown});
+  CHECK(
+      world.folder.read("r.xls.reasons.csv") ==
+      crlf({"Record,Row,Outcome,Reason",
+            "2,3,rejected,\"Odd One - Salesman(s) DSType not found in the DS Master : Retial\""}));
+  CHECK_FALSE(world.folder.has("r.xls.check.xls"));
+  const Ran again = world.import(rejects, {"--map", "DSType=Address", "--dry-run"});
+  CHECK(contains(again.out, "DSType      <- Address (#2)"));
+  CHECK(contains(again.out, "not found in the DS Master : -5"));
+}
+
+TEST_CASE("what becomes of salesmen when calls fail") {
+  const struct {
+    std::string_view what;
+    std::string_view fates;  // 1 colours, 2 caption, then two checks and two procedures a record
+    std::string_view outcomes;
+    int status;
+    std::string_view file;  // that holds the record
+  } rows[] = {
+      {"nothing", "", "posted posted", 0, ""},
+      {"the check for a default value", "..x", "posted-with-warning posted", 0, ""},
+      {"the look-up of a type", "...x", "rejected posted", 1, "r.xls"},
+      {"saving the salesman", "....x", "partial posted", 1, "r.xls.check.xls"},
+      {"saving his types", ".....x", "partial posted", 1, "r.xls.check.xls"},
+      {"both", "....xx", "failed posted", 1, "r.xls"},
+      {"lost in a check", "..X", "not-reached not-reached", 5, "r.xls.rest.xls"},
+      {"lost in saving", "....X", "unknown not-reached", 5, "r.xls.check.xls"},
+      {"lost at View", ".X", "not-reached not-reached", 5, "r.xls.rest.xls"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.what);
+    SalesmanWorld world;
+    const auto connection = std::make_shared<ScriptedConnection>();
+    connection->fates = row.fates;
+    world.machine.openDatabase = [=](const std::string&) {
+      return OpenDatabase{connection, [] {}, [] {}};
+    };
+    const std::string second = "B|||||Retail|";
+    const Ran ran = world.importRows(
+        {salesmanTitles, good, second},
+        {"--json", "--database", "DSN=any", "--rejects", world.folder.path("r.xls")});
+    const Json report(ran.out);
+    CHECK(report.outcomes() == row.outcomes);
+    CHECK(ran.status == row.status);
+    CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
+    if (!row.file.empty()) CHECK(world.rowsOf(row.file)[1] == good);
+  }
+}
+
+TEST_CASE("a workbook that does not do is refused, in words") {
+  const struct {
+    std::string bytes;
+    std::string_view says;
+  } rows[] = {
+      {"", "the file is empty"},
+      {"Salesman,Address\r\n", "a text file under another name; save it as"},
+      {workbook({}), "the first worksheet of the workbook is blank"},
+      {workbook({"Salesman|Adress|ResNumber|MobNumber|Existing DSType|DSType", good}),
+       R"(B1 holds "Adress" instead of "Address", G1 holds nothing instead of "HandHeld DS")"},
+      {workbook({salesmanTitles, "|||||Retail|YES", good}), "row 2, where the first one must"},
+      {workbook({salesmanTitles, good, "|x||||Retail|YES"}), "Salesman is empty in row 3"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.says);
+    SalesmanWorld world;
+    const std::string in = world.folder.write("in.xls", row.bytes);
+    const Ran ran = world.import(in);
+    CHECK(ran.status == 2);
+    CHECK_MESSAGE(contains(ran.out, row.says), ran.out);
+    CHECK(world.ask("select count(*) from Salesman") == "8");
+  }
+  SalesmanWorld world;
+  world.ask("update DSType_Master set DSTypeName = 'Kind'");
+  CHECK(contains(world.importRows({salesmanTitles, good}).out, "does not know the caption"));
+  world.kind = "vendor";
+  CHECK(contains(world.import(world.folder.path("in.xls")).out, "the file is a workbook; save it"));
+}
+
+TEST_CASE("warnings by workbook, in a preview that needs no database") {
+  const struct {
+    Texts rows;
+    std::string_view warning;  // none: nothing may be warned of
+  } rows[] = {
+      {{"A|||||Retail|YES", "B||||x|Retail|no", "C|\"q\"||||Retail|"}, ""},
+      {{"A|||||Retail|Yes", "B|||||Retail|yes"}, "handheld-yes-becomes-no (2, rows 2, 3)"},
+      {{"A|||||Retail|1"}, "handheld-becomes-no (1, row 2)"},
+      {{"A|||||Retail|", "B|||||Retail|", " a |||||Rural|"}, "duplicate-salesmen (1, row 4)"},
+      {{"A|||||Retail|", "|||||Rural|", "", "D||||||"}, "rows-not-read (2, rows 3, 5)"},
+      {{"A||||x||"}, "no-ds-type (1, row 2)"},
+      {{"A|#N/A||||Retail|"}, "error-values (1, row 2)"},
+      {{"A|\"Om\" Sai||||Retail|"}, "leading-quote (1, row 2)"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.warning);
+    SalesmanWorld world;
+    Texts sheet{salesmanTitles};
+    sheet.insert(sheet.end(), row.rows.begin(), row.rows.end());
+    const Ran ran = world.run({"preview", "salesman", world.write(sheet)});
+    CHECK(ran.status == 0);
+    CHECK(contains(ran.out, "Warnings\n") != row.warning.empty());
+    CHECK_MESSAGE(contains(ran.out, row.warning), ran.out);
+    CHECK_FALSE(world.folder.has("Error.log"));
+  }
+  SalesmanWorld world;
+  CHECK(contains(
+      world.run({"preview", "salesman", world.write({salesmanTitles + "|Zone", good})}).out,
+      "other-columns (1, row 1)"));
+}
+
+TEST_CASE("a row behind a blank one is not called done") {
+  SalesmanWorld world;
+  const Ran ran = world.importRows({salesmanTitles, good, "", "B|||||Retail|"});
+  CHECK(ran.status == 1);
+  CHECK(contains(ran.out, "Import 1 row behind the first blank row"));
+}
+
+TEST_CASE("an export tells what it wrote, and imports again") {
+  SalesmanWorld world;
+  const std::string out = world.folder.path("out.xls");
+  const Ran ran = world.exportTo(out);
+  CHECK(ran.status == 0);
+  CHECK(contains(ran.out, "Wrote 8 salesmen to " + out + ".\n"));
+  CHECK(ran.err.empty());
+  CHECK(world.rowsOf("out.xls")[1] ==
+        "Anil Kamble|14 Ganesh Peth, Pune|020-24450011|9822011223|Retail|Retail|YES");
+  const Json report(world.exportTo(out, {"--json"}).out);
+  CHECK(report.at("salesmen") == "8");
+  CHECK(report.at("dsTypes[4]") == "Wholesale");
+  CHECK(report.at("handheldValues[1]") == "YES");
+  CHECK(report.at("failure") == "null");
+  const Ran again = world.import(out);  // one salesman has no type
+  CHECK(contains(again.out, "posted               7"));
+  CHECK(world.typesOf("Anil Kamble") == "Retail,YES");
+}
+
+TEST_CASE("long lists are told of, and what no export may do is found") {
+  SalesmanWorld world;
+  world.ask(
+      "with recursive n(i) as (select 1 union all select i + 1 from n where i < 992) insert "
+      "into Salesman (Salesman_name) select 'N' || i from n");
+  const std::string out = world.folder.path("out.xls");
+  CHECK(contains(world.exportTo(out).out, "rows up to 1,001 have none"));
+  const auto connection = openOdbc(embeddedConnectionString(world.database()));
+  NativeFileSystem files;
+  CHECK(readExported(files, out, *connection).difference.empty());
+  world.ask("update Salesman set Address = Address || 'x' where Salesman_name = 'Kiran Pawar'");
+  CHECK(contains(readExported(files, out, *connection).difference, "\"Kiran Pawar\""));
+  world.ask("delete from Salesman where Salesman_name = 'N1'");
+  CHECK(contains(readExported(files, out, *connection).difference,
+                 "1000 salesmen, the database 999"));
+}
+
+TEST_CASE("an export that cannot be says why, and leaves what was there") {
+  SalesmanWorld world;
+  const std::string text = world.folder.write("notes.txt", "notes");
+  const std::string folder = world.folder.path("folder");
+  std::filesystem::create_directory(folder);
+  const struct {
+    std::string path;
+    int status;
+    std::string_view says;
+  } rows[] = {
+      {text, 3, "no .xls workbook; choose another name"},
+      {world.database(), 3, "would write over the database"},
+      {world.folder.path("Error.log"), 3, "would write over the error log"},
+      {folder, 4, "could not be written: Path/File access error"},
+      {world.folder.path("missing/out.xls"), 4, "could not be written"},
+      {world.folder.path("new.xls"), 4, "no such table: Salesman"},
+  };
+  CHECK(world.run({"export", "vendor", text}).status == 3);
+  CHECK(world.run({"export", "salesman", text, "--dry-run"}).status == 3);
+  world.ask("drop table DStype_Details");
+  world.ask("drop table Salesman");
+  for (const auto& row : rows) {
+    CAPTURE(row.path);
+    const Ran ran = world.exportTo(row.path);
+    CHECK(ran.status == row.status);
+    CHECK_MESSAGE(contains(ran.out + ran.err, row.says), ran.out << ran.err);
+  }
+  const std::string book = world.write({salesmanTitles});
+  const int other = ::open(book.c_str(), O_RDWR);
+  struct flock whole {};
+  whole.l_type = F_RDLCK;
+  REQUIRE(fcntl(other, F_OFD_SETLK, &whole) == 0);
+  const Ran inUse = world.exportTo(book);
+  CHECK(inUse.status == 2);
+  CHECK(contains(inUse.out, "was not written: it is open in another program."));
+  close(other);
+  CHECK(world.folder.read("in.xls") == workbook({salesmanTitles}));
+  CHECK(world.folder.read("notes.txt") == "notes");
+  CHECK_FALSE(world.folder.has("new.xls"));
+}
