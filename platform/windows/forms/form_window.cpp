@@ -100,11 +100,14 @@ ControlWindow* FormWindow::windowOf(const Control& control) const {
   return found == controls_.end() ? nullptr : found->get();
 }
 
-// The innermost: frames hold what their controls hold.
+// The innermost: frames hold what their controls hold, and a list its header.
 ControlWindow* FormWindow::holding(HWND window) const {
-  const auto found = std::find_if(controls_.rbegin(), controls_.rend(),
-                                  [&](const auto& c) { return c->holds(window); });
-  return found == controls_.rend() ? nullptr : found->get();
+  for (; window != nullptr && window != handle_; window = GetAncestor(window, GA_PARENT)) {
+    const auto found =
+        std::ranges::find(controls_, window, [](const auto& c) { return c->handle(); });
+    if (found != controls_.end()) return found->get();
+  }
+  return nullptr;
 }
 
 // Messages

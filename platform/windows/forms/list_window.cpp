@@ -14,6 +14,34 @@ constexpr DWORD listStyle =
 constexpr DWORD lookAndFeel = LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES | LVS_EX_DOUBLEBUFFER;
 constexpr LRESULT nothingFound = -1;
 
+/// Keeps a window that is shown from painting while it changes step by step; then all of it is due,
+/// once.
+class PaintPause {
+ public:
+  // To let a window paint again would show it if it is hidden.
+  explicit PaintPause(HWND window)
+      : window_((GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE) != 0 ? window : nullptr) {
+    letPaint(FALSE);
+  }
+  ~PaintPause() {
+    letPaint(TRUE);
+    constexpr UINT everything = RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN;
+    if (window_ != nullptr) RedrawWindow(window_, nullptr, nullptr, everything);
+  }
+  PaintPause(const PaintPause&) = delete;
+  PaintPause& operator=(const PaintPause&) = delete;
+
+ private:
+  // Windows' list passes the message on, Wine's does not, and paints its scroll bars meanwhile.
+  void letPaint(BOOL painting) const {
+    if (window_ == nullptr) return;
+    SendMessageW(window_, WM_SETREDRAW, static_cast<WPARAM>(painting), 0);
+    DefWindowProcW(window_, WM_SETREDRAW, static_cast<WPARAM>(painting), 0);
+  }
+
+  HWND window_;
+};
+
 }  // namespace
 
 ListWindow::ListWindow(ListView& list, const ControlPlace& place)
@@ -48,19 +76,30 @@ void ListWindow::showColours() {
 void ListWindow::flush() {
   if (!needsFlush()) return;
   const Echo echo(*this);
-  if (columnsChanged_) showColumns();
-  if (rowsChanged_) {
-    SendMessageW(handle(), LVM_SETITEMCOUNT, list_.rowCount(), 0);
-    const auto selected = SendMessageW(handle(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1),
-                                       MAKELPARAM(LVNI_SELECTED, 0));
-    list_.userSelect(static_cast<std::size_t>(selected + 1));
+  const auto rows = static_cast<std::size_t>(SendMessageW(handle(), LVM_GETITEMCOUNT, 0, 0));
+  if (columnsChanged_ || rows != list_.rowCount()) {
+    const PaintPause pause(handle());
+    if (columnsChanged_) showColumns();
+    showRows();
+  } else {
+    showRows();
   }
   columnsChanged_ = rowsChanged_ = false;
-  InvalidateRect(handle(), nullptr, TRUE);
+}
+
+// Invalidates the rows and leaves the header alone. Looking for the selected row goes over all rows
+// under Wine, and commonly there is none.
+void ListWindow::showRows() {
+  SendMessageW(handle(), LVM_SETITEMCOUNT, list_.rowCount(), 0);
+  LRESULT selected = -1;
+  if (SendMessageW(handle(), LVM_GETSELECTEDCOUNT, 0, 0) > 0) {
+    selected = SendMessageW(handle(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1),
+                            MAKELPARAM(LVNI_SELECTED, 0));
+  }
+  list_.userSelect(static_cast<std::size_t>(selected + 1));
 }
 
 void ListWindow::showColumns() {
-  SendMessageW(handle(), WM_SETREDRAW, FALSE, 0);
   while (shown_.size() > list_.columnCount()) {
     shown_.pop_back();
     SendMessageW(handle(), LVM_DELETECOLUMN, shown_.size(), 0);
@@ -69,10 +108,13 @@ void ListWindow::showColumns() {
     const Column column{list_.title(i), scale().pixels(list_.width(i))};
     if (i >= shown_.size() || shown_[i] != column) showColumn(i, column);
   }
-  SendMessageW(handle(), WM_SETREDRAW, TRUE, 0);
+
   // Wine does not paint a header without columns.
-  const LONG_PTR style = GetWindowLongPtrW(handle(), GWL_STYLE) & ~LONG_PTR{LVS_NOCOLUMNHEADER};
-  SetWindowLongPtrW(handle(), GWL_STYLE, style | (shown_.empty() ? LVS_NOCOLUMNHEADER : 0));
+  const LONG_PTR style = GetWindowLongPtrW(handle(), GWL_STYLE);
+  const LONG_PTR hidden = shown_.empty() ? LVS_NOCOLUMNHEADER : 0;
+  if ((style & LVS_NOCOLUMNHEADER) != hidden) {
+    SetWindowLongPtrW(handle(), GWL_STYLE, style ^ LVS_NOCOLUMNHEADER);
+  }
 }
 
 void ListWindow::showColumn(std::size_t index, const Column& column) {
@@ -130,20 +172,30 @@ void ListWindow::giveText(LVITEMW& item) const {
 
 // The cells of the mapping row that are mapped stand in bold.
 LRESULT ListWindow::draw(NMLVCUSTOMDRAW& what) const {
+  const std::size_t row = what.nmcd.dwItemSpec + 1;
   switch (what.nmcd.dwDrawStage) {
     case CDDS_PREPAINT:
+      return CDRF_NOTIFYITEMDRAW;
     case CDDS_ITEMPREPAINT:
-      return CDRF_NOTIFYITEMDRAW;  // and of sub-items, by the same number
-    case CDDS_ITEMPREPAINT | CDDS_SUBITEM: {
-      const std::size_t row = what.nmcd.dwItemSpec + 1;
-      const auto column = static_cast<std::size_t>(what.iSubItem);
-      const bool within = row <= list_.rowCount() && column < list_.columnCount();
-      SelectObject(what.nmcd.hdc, within && list_.isBold(row, column) ? bold_ : font_);
+      return hasBold(row) ? CDRF_NOTIFYSUBITEMDRAW : CDRF_DODEFAULT;
+    case CDDS_ITEMPREPAINT | CDDS_SUBITEM:
+      SelectObject(what.nmcd.hdc,
+                   isBold(row, static_cast<std::size_t>(what.iSubItem)) ? bold_ : font_);
       return CDRF_NEWFONT;
-    }
     default:
       return CDRF_DODEFAULT;
   }
+}
+
+bool ListWindow::isBold(std::size_t row, std::size_t column) const {
+  return row <= list_.rowCount() && column < list_.columnCount() && list_.isBold(row, column);
+}
+
+bool ListWindow::hasBold(std::size_t row) const {
+  for (std::size_t column = 0; column < list_.columnCount(); ++column) {
+    if (isBold(row, column)) return true;
+  }
+  return false;
 }
 
 void ListWindow::selected(const NMLISTVIEW& change) {

@@ -29,10 +29,13 @@ class ListWindow final : public ControlWindow {
   using Column = std::pair<std::string, int>;  ///< title, width in pixels
 
   void showColumns();
+  void showRows();
   void showColumn(std::size_t index, const Column& column);
   void showColours();
   void giveText(LVITEMW& item) const;
   LRESULT draw(NMLVCUSTOMDRAW& what) const;
+  bool isBold(std::size_t row, std::size_t column) const;
+  bool hasBold(std::size_t row) const;
   void selected(const NMLISTVIEW& change);
   void rightClicked(const NMITEMACTIVATE& click);
   void readGeometry();
