@@ -6,11 +6,13 @@
 //     repaint          one repaint of the mapping list
 //     map              a click on a field's header: a file column goes under it
 //     type             another type chosen on the master screen
+//     memory           what each further screen takes
 #include <windows.h>
 
 #include <string_view>
 
 #include "bench/measurement.h"
+#include "bench/window_measurement.h"
 #include "component/Velk_ClsOpnImp.h"
 #include "masters/Velk_frmBankBranch_OpnImp.h"
 #include "platform/headless/headless.h"
@@ -37,15 +39,12 @@ struct Shell final : FormShell {
   WindowShell real{[] { return nullptr; }};
 };
 
-/// All that is posted, and all that has to be painted.
+HWND windowOf(const Form& form) {
+  return reinterpret_cast<HWND>(static_cast<INT_PTR>(form.number("hWnd")));
+}
+
 void settle(const Form& form) {
-  MSG message;
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) DispatchMessageW(&message);
-  const auto window = reinterpret_cast<HWND>(static_cast<INT_PTR>(form.number("hWnd")));
-  if (window != nullptr) {
-    RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    GdiFlush();
-  }
+  paintAll(windowOf(form));
 }
 
 struct Screen {
@@ -102,11 +101,8 @@ void measureView(bool inWindow, const char* file, const char* folder) {
 void measureRepaint(const char* file, const char* folder) {
   Screen screen(true, folder);
   screen.view(file);
-  const auto window = reinterpret_cast<HWND>(static_cast<INT_PTR>(screen.form().number("hWnd")));
   Stopwatch watch;
-  RedrawWindow(window, nullptr, nullptr,
-               RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-  GdiFlush();
+  repaint(windowOf(screen.form()));
   watch.stop();
   watch.report(screen.form().lv.rowCount());
 }
@@ -131,6 +127,15 @@ void measureType(const char* file, const char* folder) {
   watch.report(rows);
 }
 
+void measureMemory(const char* folder) {
+  Screen first(true, folder);
+  Velk_ClsOpnImp component(first.module);
+  reportMemoryOfEach([&] {
+    component.ImportCustomerOpening(nullptr, nullptr);
+    settle(first.form());
+  });
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -143,6 +148,8 @@ int main(int argc, char** argv) {
       measureRepaint(argv[2], argv[3]);
     } else if (what == "map") {
       measureMapping(argv[2], argv[3]);
+    } else if (what == "memory") {
+      measureMemory(argv[3]);
     } else {
       require(what == "type", "unknown measurement");
       measureType(argv[2], argv[3]);
