@@ -124,12 +124,16 @@ void show(const BareWindow& bare, bool virtually) {
   paintAll(bare.window);
 }
 
+void report(const Stopwatch& watch, const BareWindow& bare) {
+  watch.report(static_cast<std::size_t>(SendMessageW(bare.lists[1], LVM_GETITEMCOUNT, 0, 0)));
+}
+
 void measureShowing(bool virtually) {
   const BareWindow bare(virtually ? LVS_OWNERDATA : 0);
   Stopwatch watch;
   show(bare, virtually);
   watch.stop();
-  watch.report(rows.size() - 1);
+  report(watch, bare);
 }
 
 void measureRepaint() {
@@ -138,7 +142,7 @@ void measureRepaint() {
   Stopwatch watch;
   repaint(bare.window);
   watch.stop();
-  watch.report(rows.size() - 1);
+  report(watch, bare);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/text.h"
+#include "platform/windows/forms/paint_pause.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -13,34 +14,6 @@ constexpr DWORD listStyle =
     LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL | LVS_SHOWSELALWAYS | WS_TABSTOP;
 constexpr DWORD lookAndFeel = LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES | LVS_EX_DOUBLEBUFFER;
 constexpr LRESULT nothingFound = -1;
-
-/// Keeps a window that is shown from painting while it changes step by step; then all of it is due,
-/// once.
-class PaintPause {
- public:
-  // To let a window paint again would show it if it is hidden.
-  explicit PaintPause(HWND window)
-      : window_((GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE) != 0 ? window : nullptr) {
-    letPaint(FALSE);
-  }
-  ~PaintPause() {
-    letPaint(TRUE);
-    constexpr UINT everything = RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN;
-    if (window_ != nullptr) RedrawWindow(window_, nullptr, nullptr, everything);
-  }
-  PaintPause(const PaintPause&) = delete;
-  PaintPause& operator=(const PaintPause&) = delete;
-
- private:
-  // Windows' list passes the message on, Wine's does not, and paints its scroll bars meanwhile.
-  void letPaint(BOOL painting) const {
-    if (window_ == nullptr) return;
-    SendMessageW(window_, WM_SETREDRAW, static_cast<WPARAM>(painting), 0);
-    DefWindowProcW(window_, WM_SETREDRAW, static_cast<WPARAM>(painting), 0);
-  }
-
-  HWND window_;
-};
 
 }  // namespace
 
