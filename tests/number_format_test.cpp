@@ -1,10 +1,10 @@
-#include "platform/xls/number_format.h"
+#include "platform/number_format.h"
 
 #include <cmath>
 
 #include "tests/support/checks.h"
 
-namespace velk::xls {
+namespace velk {
 namespace {
 
 TEST_CASE("numbers as their formats show them") {
@@ -100,4 +100,4 @@ TEST_CASE("built-in formats") {
 }
 
 }  // namespace
-}  // namespace velk::xls
+}  // namespace velk

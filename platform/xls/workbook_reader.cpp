@@ -3,6 +3,7 @@
 #include <map>
 #include <optional>
 
+#include "platform/sheet_cells.h"
 #include "platform/xls/records.h"
 
 namespace velk::xls {
@@ -17,25 +18,6 @@ double unpack(std::uint32_t packed) {
                            ? static_cast<std::int32_t>(packed) >> 2
                            : std::bit_cast<double>(std::uint64_t{packed & 0xFFFFFFFCU} << 32U);
   return (packed & isHundredfold) != 0 ? value / 100 : value;
-}
-
-std::string_view errorText(std::uint32_t code) {
-  switch (code) {
-    case 0x00:
-      return "#NULL!";
-    case 0x07:
-      return "#DIV/0!";
-    case 0x0F:
-      return "#VALUE!";
-    case 0x17:
-      return "#REF!";
-    case 0x1D:
-      return "#NAME?";
-    case 0x24:
-      return "#NUM!";
-    default:
-      return "#N/A";
-  }
 }
 
 void checkVersion(const RecordReader& records) {
@@ -309,9 +291,9 @@ std::string SheetContents::text(std::size_t row, std::size_t column) const {
     case CellKind::Text:
       return std::string(texts[cell->value]);
     case CellKind::Boolean:
-      return cell->value != 0 ? "TRUE" : "FALSE";
+      return std::string(booleanText(cell->value != 0));
     case CellKind::Error:
-      return std::string(errorText(cell->value));
+      return std::string(cellErrorText(cell->value));
     case CellKind::Blank:
       return {};
     case CellKind::Number:

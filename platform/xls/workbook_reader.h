@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/xls/number_format.h"
+#include "platform/number_format.h"
 #include "platform/xls/sheet_data.h"
 
 namespace velk::xls {

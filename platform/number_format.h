@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace velk::xls {
+namespace velk {
 
 /// The format codes that a workbook need not spell out, by their numbers; the general one for the
 /// rest. Short dates are day first, as everywhere in the system.
@@ -43,4 +43,4 @@ class NumberFormat {
   std::vector<Section> sections_;
 };
 
-}  // namespace velk::xls
+}  // namespace velk

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace velk::xls {
+namespace velk {
 
 class Decimal {
  public:
@@ -36,4 +36,4 @@ class Decimal {
   int point_ = 0;
 };
 
-}  // namespace velk::xls
+}  // namespace velk

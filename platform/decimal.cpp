@@ -1,4 +1,4 @@
-#include "platform/xls/decimal.h"
+#include "platform/decimal.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace velk::xls {
+namespace velk {
 
 namespace {
 
@@ -97,4 +97,4 @@ std::string Decimal::general() const {
   return text + (exponent < 0 ? "E-" : "E+") + (power.size() < 2 ? "0" : "") + power;
 }
 
-}  // namespace velk::xls
+}  // namespace velk

@@ -1,13 +1,13 @@
-#include "platform/xls/number_format.h"
+#include "platform/number_format.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "platform/dates.h"
+#include "platform/decimal.h"
 #include "platform/text.h"
-#include "platform/xls/decimal.h"
 
-namespace velk::xls {
+namespace velk {
 
 namespace {
 
@@ -414,4 +414,4 @@ std::string NumberFormat::text(double value, bool from1904) const {
   return NumberText(section.tokens, value).text(value < 0 && !ownNegative);
 }
 
-}  // namespace velk::xls
+}  // namespace velk
