@@ -12,7 +12,7 @@ namespace velk {
 namespace {
 
 constexpr double exactWhole = 9007199254740992;  // 2^53: each whole number below is a double
-constexpr int significantDigits = 15;
+constexpr int digitsShown = 15;
 constexpr int lastPlainPoint = 21;  // up to twenty-one digits in front of the point
 constexpr int firstPlainPoint = -9;
 
@@ -26,7 +26,7 @@ Decimal::Decimal(double value) {
   } else {
     std::array<char, 32> buffer;
     const auto written = std::to_chars(buffer.begin(), buffer.end(), positive,
-                                       std::chars_format::scientific, significantDigits - 1);
+                                       std::chars_format::scientific, digitsShown - 1);
     const std::string_view text(buffer.data(),
                                 static_cast<std::size_t>(written.ptr - buffer.data()));
     const std::size_t mark = text.find('e');

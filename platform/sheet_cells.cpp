@@ -11,7 +11,7 @@ namespace velk {
 namespace {
 
 constexpr std::size_t maxCellText = 32767;
-constexpr int letters = 26;
+constexpr int lettersOfNames = 26;
 
 class SourceReader {
  public:
@@ -38,7 +38,7 @@ class SourceReader {
   void readCell(int& row, int& column) {
     expect('$');
     for (; !text_.empty() && text_[0] >= 'A' && text_[0] <= 'Z'; text_.remove_prefix(1)) {
-      column = column * letters + (text_[0] - 'A' + 1);
+      column = column * lettersOfNames + (text_[0] - 'A' + 1);
       if (column > maxSheetColumns) fail();
     }
     expect('$');
@@ -53,8 +53,8 @@ class SourceReader {
 
 std::string cellName(int row, int column) {
   std::string name;
-  if (column > letters) name += static_cast<char>('A' + (column - 1) / letters - 1);
-  name += static_cast<char>('A' + (column - 1) % letters);
+  if (column > lettersOfNames) name += static_cast<char>('A' + (column - 1) / lettersOfNames - 1);
+  name += static_cast<char>('A' + (column - 1) % lettersOfNames);
   return name + std::to_string(row);
 }
 

@@ -8,7 +8,9 @@
 #include "platform/errors.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/com_host_service.h"
+#include "platform/windows/excel_spreadsheet.h"
 #include "platform/windows/windows_text.h"
+#include "platform/xls/xls_spreadsheet.h"
 
 namespace velk {
 
@@ -45,13 +47,18 @@ std::shared_ptr<Apartment> Apartment::current() {
 Apartment::Apartment()
     : codePage_(activeCodePage()),
       module_({files_, desktop_, shell_, codePage_, [this] { return createHostService(); },
-               [this] { return std::make_unique<XlsSpreadsheet>(files_); }}) {}
+               [this] { return createSpreadsheet(); }}) {}
 
 // The module keeps what it got, so the line is written once.
 std::shared_ptr<HostService> Apartment::createHostService() {
   if (auto service = createComHostService()) return service;
   module_.WriteErrorLog("The host's service object is not registered; captions are their keys");
   return std::make_shared<DesktopHostService>(desktop_);
+}
+
+std::unique_ptr<Spreadsheet> Apartment::createSpreadsheet() {
+  if (auto installed = createExcelSpreadsheet()) return installed;
+  return std::make_unique<XlsSpreadsheet>(files_);
 }
 
 const ComPointer<ITypeInfo>& Apartment::typeInfo() {

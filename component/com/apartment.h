@@ -10,7 +10,6 @@
 #include "platform/windows/forms/window_shell.h"
 #include "platform/windows/windows_desktop.h"
 #include "platform/windows/windows_files.h"
-#include "platform/xls/xls_spreadsheet.h"
 #include "shared/Velk_ModOpnImp.h"
 
 namespace velk {
@@ -28,6 +27,8 @@ class Apartment : public std::enable_shared_from_this<Apartment> {
 
  private:
   std::shared_ptr<HostService> createHostService();
+  /// The installed spreadsheet application, or the system's own reader and writer.
+  std::unique_ptr<Spreadsheet> createSpreadsheet();
 
   ServerLock lock_;
   WindowsFileSystem files_;

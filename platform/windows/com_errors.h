@@ -47,6 +47,19 @@ ComPointer<Interface> createObject(REFCLSID classId, DWORD context,
   return object;
 }
 
+/// The same in process or from a program of its own; null when the class is not registered.
+template <class Interface>
+ComPointer<Interface> createIfRegistered(REFCLSID classId) {
+  constexpr DWORD anywhere = CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER;
+  ComPointer<Interface> object;
+  const HRESULT result =
+      CoCreateInstance(classId, nullptr, anywhere, __uuidof(Interface), object.receiveAny());
+  if (FAILED(result) && result != REGDB_E_CLASSNOTREG) {
+    throw RuntimeError(ErrorNumber::CannotCreateObject);
+  }
+  return object;
+}
+
 /// The runtime error now being handled, whatever was thrown; for use in a catch block.
 RuntimeError currentError();
 /// Leaves the error as this thread's error information and returns its HRESULT.

@@ -93,12 +93,8 @@ class ComHostService final : public HostService {
 }  // namespace
 
 std::shared_ptr<HostService> createComHostService() {
-  constexpr DWORD where = CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER;
-  ComPointer<IVelkHostService> service;
-  const HRESULT result = CoCreateInstance(serviceClass, nullptr, where, __uuidof(IVelkHostService),
-                                          service.receiveAny());
-  if (result == REGDB_E_CLASSNOTREG) return nullptr;
-  if (FAILED(result)) throw RuntimeError(ErrorNumber::CannotCreateObject);
+  auto service = createIfRegistered<IVelkHostService>(serviceClass);
+  if (!service) return nullptr;
   return std::make_shared<ComHostService>(std::move(service));
 }
 

@@ -14,7 +14,7 @@ DISPID memberId(IDispatch& object, std::string_view name) {
   std::wstring wide = toWide(name);
   wchar_t* names = wide.data();
   DISPID id = DISPID_UNKNOWN;
-  const HRESULT result = object.GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
+  const HRESULT result = object.GetIDsOfNames(IID_NULL, &names, 1, programLocale, &id);
   if (result == DISP_E_UNKNOWNNAME) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
   check(result);
   return id;
@@ -40,7 +40,7 @@ struct Exception : EXCEPINFO {
 }  // namespace
 
 Variant callMember(IDispatch* object, std::string_view name, WORD kind,
-                   std::vector<Variant> arguments) {
+                   const std::vector<Variant>& arguments) {
   if (object == nullptr) throw RuntimeError(ErrorNumber::ObjectNotSet);
   // They travel last one first.
   std::vector<VARIANT> passed;
@@ -54,25 +54,27 @@ Variant callMember(IDispatch* object, std::string_view name, WORD kind,
   }
   Variant result;
   Exception exception;
-  const HRESULT outcome = object->Invoke(memberId(*object, name), IID_NULL, LOCALE_USER_DEFAULT,
-                                         kind, &parameters, result.receive(), &exception, nullptr);
+  const HRESULT outcome = object->Invoke(memberId(*object, name), IID_NULL, programLocale, kind,
+                                         &parameters, result.receive(), &exception, nullptr);
   if (outcome == DISP_E_EXCEPTION) throw exception.error();
   if (outcome == DISP_E_MEMBERNOTFOUND) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
   check(outcome);
   return result;
 }
 
-ComPointer<IDispatch> memberObject(IDispatch* object, std::string_view name,
-                                   std::vector<Variant> arguments) {
-  const Variant result =
-      callMember(object, name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, std::move(arguments));
-  const VARIANT& held = result.get();
+ComPointer<IDispatch> heldObject(const Variant& variant) {
+  const VARIANT& held = variant.get();
   if (held.vt != VT_DISPATCH && held.vt != VT_UNKNOWN) {
     throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
   }
   auto found = queryInterface<IDispatch>(held.punkVal);
   if (!found) throw RuntimeError(ErrorNumber::ObjectNotSet);
   return found;
+}
+
+ComPointer<IDispatch> memberObject(IDispatch* object, std::string_view name,
+                                   const std::vector<Variant>& arguments) {
+  return heldObject(callMember(object, name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments));
 }
 
 }  // namespace velk

@@ -15,10 +15,13 @@ namespace velk {
 /// DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT or several). Error 438 where there is no such member,
 /// 91 for a null object; an error that the member raised keeps its number and description.
 Variant callMember(IDispatch* object, std::string_view name, WORD kind,
-                   std::vector<Variant> arguments = {});
+                   const std::vector<Variant>& arguments = {});
 
 /// As above, with an object for result; error 438 where the result is none, 91 where it is null.
 ComPointer<IDispatch> memberObject(IDispatch* object, std::string_view name,
-                                   std::vector<Variant> arguments = {});
+                                   const std::vector<Variant>& arguments = {});
+
+/// The object in a variant; error 438 where there is none, 91 where it is null.
+ComPointer<IDispatch> heldObject(const Variant& variant);
 
 }  // namespace velk

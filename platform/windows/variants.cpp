@@ -12,8 +12,6 @@ namespace velk {
 
 namespace {
 
-constexpr LCID pointLocale = 0x0409;  // a locale with a decimal point
-
 void put(VARIANT& to, Null) {
   to.vt = VT_NULL;
 }
@@ -36,7 +34,7 @@ void put(VARIANT& to, const std::string& text) {
 
 Variant converted(const VARIANT& variant, VARTYPE type) {
   Variant result;
-  check(VariantChangeTypeEx(result.receive(), const_cast<VARIANT*>(&variant), pointLocale,
+  check(VariantChangeTypeEx(result.receive(), const_cast<VARIANT*>(&variant), programLocale,
                             VARIANT_NOUSEROVERRIDE, type));
   return result;
 }

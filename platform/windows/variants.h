@@ -11,6 +11,10 @@
 
 namespace velk {
 
+/// English, whatever the machine's: numbers have a decimal point, and members of objects and
+/// formats of numbers are spelled as programs spell them.
+inline constexpr LCID programLocale = 0x0409;
+
 /// Owns one VARIANT; empty when default constructed.
 class Variant {
  public:

@@ -34,13 +34,17 @@ class FileHandle {
   throw fileError(GetLastError());
 }
 
+std::wstring fullPath(const std::wstring& name) {
+  std::wstring full(GetFullPathNameW(name.c_str(), 0, nullptr, nullptr), L'\0');
+  full.resize(
+      GetFullPathNameW(name.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+  return full.empty() ? name : full;
+}
+
 // A path that Windows would refuse for its length, in the form that it takes.
 std::wstring acceptablePath(std::wstring path) {
   if (path.size() < MAX_PATH || path.starts_with(L"\\\\?\\")) return path;
-  std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
-  full.resize(
-      GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
-  if (full.empty()) return path;
+  const std::wstring full = fullPath(path);
   return full.starts_with(L"\\\\") ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
 }
 
@@ -132,50 +136,16 @@ class WindowsOutput final : public OutputFile {
 };
 
 /// A name beside `path` that no file has; the process and a count make it ours.
-std::string freeNameBeside(std::string_view path) {
+std::string freeNameBeside(std::string_view path, std::string_view ending) {
   static std::atomic<unsigned> count{0};
   for (;;) {
     std::string name = std::string(path) + "." + std::to_string(GetCurrentProcessId()) + "-" +
-                       std::to_string(++count) + ".new";
+                       std::to_string(++count) + std::string(ending);
     if (GetFileAttributesW(acceptablePath(toWide(name)).c_str()) == INVALID_FILE_ATTRIBUTES) {
       return name;
     }
   }
 }
-
-class WindowsReplacement final : public OutputFile {
- public:
-  WindowsReplacement(std::string_view path, const std::string& beside)
-      : path_(acceptablePath(toWide(path))),
-        beside_(acceptablePath(toWide(beside))),
-        file_(openFile(beside, GENERIC_WRITE, CREATE_NEW)) {}
-  ~WindowsReplacement() override {
-    if (moved_) return;
-    try {
-      file_.close();
-    } catch (const RuntimeError&) {
-      // It goes all the same.
-    }
-    DeleteFileW(beside_.c_str());
-  }
-
-  void write(std::string_view bytes) override { file_.write(bytes); }
-
-  void close() override {
-    if (moved_) return;
-    file_.flush();
-    file_.close();
-    constexpr DWORD inPlace = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-    if (MoveFileExW(beside_.c_str(), path_.c_str(), inPlace) == 0) throwLastError();
-    moved_ = true;
-  }
-
- private:
-  std::wstring path_;
-  std::wstring beside_;
-  WindowsOutput file_;
-  bool moved_ = false;
-};
 
 /// A folder or a device can't be replaced, nor a file that another program holds or nobody may
 /// write.
@@ -184,6 +154,28 @@ void checkReplaceable(std::string_view path) {
   if (GetFileAttributesW(name.c_str()) == INVALID_FILE_ATTRIBUTES) return;
   openFile(path, GENERIC_WRITE, OPEN_EXISTING);
 }
+
+class WindowsReplacement final : public OutputFile {
+ public:
+  explicit WindowsReplacement(std::string_view path)
+      : replacement_(path, ".new"),
+        file_(openFile(replacement_.path(), GENERIC_WRITE, CREATE_NEW)) {}
+
+  void write(std::string_view bytes) override { file_.write(bytes); }
+
+  void close() override {
+    if (moved_) return;
+    file_.flush();
+    file_.close();
+    replacement_.moveInPlace();
+    moved_ = true;
+  }
+
+ private:
+  FileReplacement replacement_;  // goes after the file is closed
+  WindowsOutput file_;
+  bool moved_ = false;
+};
 
 }  // namespace
 
@@ -223,6 +215,27 @@ RuntimeError fileError(std::uint32_t errorCode) {
   }
 }
 
+std::string absolutePath(std::string_view path) {
+  return fromWide(fullPath(toWide(path)));
+}
+
+FileReplacement::FileReplacement(std::string_view path, std::string_view ending)
+    : target_(path), path_(freeNameBeside(path, ending)) {
+  checkReplaceable(path);
+}
+
+FileReplacement::~FileReplacement() {
+  DeleteFileW(acceptablePath(toWide(path_)).c_str());
+}
+
+void FileReplacement::moveInPlace() {
+  constexpr DWORD inPlace = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+  const std::wstring from = acceptablePath(toWide(path_));
+  if (MoveFileExW(from.c_str(), acceptablePath(toWide(target_)).c_str(), inPlace) == 0) {
+    throwLastError();
+  }
+}
+
 std::unique_ptr<InputFile> WindowsFileSystem::openInput(std::string_view path) {
   return std::make_unique<WindowsInput>(openFile(path, GENERIC_READ, OPEN_EXISTING));
 }
@@ -234,8 +247,7 @@ std::unique_ptr<OutputFile> WindowsFileSystem::openAppend(std::string_view path)
 }
 
 std::unique_ptr<OutputFile> WindowsFileSystem::openReplacement(std::string_view path) {
-  checkReplaceable(path);
-  return std::make_unique<WindowsReplacement>(path, freeNameBeside(path));
+  return std::make_unique<WindowsReplacement>(path);
 }
 
 bool WindowsFileSystem::openExclusively(std::string_view path) {

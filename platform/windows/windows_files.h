@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "platform/errors.h"
 #include "platform/files.h"
@@ -19,6 +20,27 @@ class WindowsFileSystem final : public FileSystem {
   bool openExclusively(std::string_view path) override;
   void remove(std::string_view path) override;
 };
+
+/// A file that somebody writes beside another one, whose place it takes when it is complete.
+class FileReplacement {
+ public:
+  /// Its name has that ending. Error 70, 75 or the like when the file at `path` can't be replaced.
+  FileReplacement(std::string_view path, std::string_view ending);
+  /// Removes what was not moved.
+  ~FileReplacement();
+  FileReplacement(const FileReplacement&) = delete;
+  FileReplacement& operator=(const FileReplacement&) = delete;
+
+  const std::string& path() const { return path_; }
+  void moveInPlace();
+
+ private:
+  std::string target_;
+  std::string path_;
+};
+
+/// The path from the drive or share on.
+std::string absolutePath(std::string_view path);
 
 /// The runtime error that a Win32 error code of a file operation stands for.
 RuntimeError fileError(std::uint32_t errorCode);

@@ -1,27 +1,15 @@
 #include "platform/windows/windows_files.h"
 
 #include <filesystem>
-#include <fstream>
 
 #include "platform/windows/windows_text.h"
 #include "tests/windows/server_dll.h"
+#include "tests/windows/temporary_folder.h"
 
 namespace velk {
 namespace {
 
 namespace fs = std::filesystem;
-
-class TemporaryFolder {
- public:
-  TemporaryFolder() { fs::create_directory(path_); }
-  ~TemporaryFolder() { fs::remove_all(path_); }
-  std::string path(const std::string& name) const {
-    return fromWide((path_ / toWide(name)).wstring());
-  }
-
- private:
-  fs::path path_ = fs::temp_directory_path() / ("files" + std::to_string(GetCurrentProcessId()));
-};
 
 std::string readAll(FileSystem& files, const std::string& path) {
   const auto file = files.openInput(path);
@@ -64,7 +52,7 @@ TEST_CASE("a path of more than 260 characters") {
 TEST_CASE("what does not open") {
   const TemporaryFolder folder;
   WindowsFileSystem files;
-  std::ofstream(fs::path(toWide(folder.path("file")))) << "x";
+  folder.write("file", "x");
   const HANDLE locked = CreateFileW(toWide(folder.path("locked")).c_str(), GENERIC_WRITE, 0,
                                     nullptr, CREATE_NEW, 0, nullptr);
   const struct {
@@ -97,8 +85,7 @@ TEST_CASE("a file that replaces another one only when it is complete") {
     if (completed) file->close();
   }
   CHECK(readAll(files, path) == "new");
-  const fs::directory_iterator entries(toWide(folder.path("")));
-  CHECK(std::distance(begin(entries), end(entries)) == 1);
+  CHECK(folder.files() == 1);
   CHECK(errorOf([&] { files.openReplacement(folder.path("")); }) == 75);
 }
 

@@ -1,0 +1,41 @@
+#include "platform/windows/excel_application.h"
+
+#include "platform/errors.h"
+
+namespace velk {
+
+ExcelApplication::ExcelApplication(ComPointer<IDispatch> application)
+    : application_(std::move(application), patience_) {}
+
+ExcelApplication::~ExcelApplication() {
+  try {
+    application_.call("Quit");
+  } catch (const RuntimeError&) {
+    // It is gone, or it hangs; nothing more can be done.
+  }
+  application_ = {};
+}
+
+FileReplacement& ExcelApplication::replace(std::string_view path) {
+  // The application knows the format by this ending, too.
+  return replacements_.emplace_back(absolutePath(path), ".xls");
+}
+
+ExcelWorkbook::~ExcelWorkbook() {
+  if (!open_) return;
+  try {
+    close();
+  } catch (const RuntimeError&) {
+    // It goes with the application.
+  }
+}
+
+void ExcelWorkbook::close() {
+  if (!open_) throw RuntimeError(ErrorNumber::ObjectNotSet);
+  constexpr bool save = false;
+  open_ = false;
+  workbook_.call("Close", save);
+  workbook_ = {};
+}
+
+}  // namespace velk

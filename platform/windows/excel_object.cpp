@@ -1,0 +1,41 @@
+#include "platform/windows/excel_object.h"
+
+#include "platform/windows/com_errors.h"
+#include "platform/windows/message_filter.h"
+
+namespace velk {
+
+namespace {
+
+/// The call was not taken: by COM, or by the application itself, while a dialog is open or a cell
+/// is edited.
+bool isBusy(const RuntimeError& error) {
+  static const HRESULT results[] = {RPC_E_CALL_REJECTED, RPC_E_SERVERCALL_RETRYLATER,
+                                    static_cast<HRESULT>(0x800AC472)};
+  for (const HRESULT result : results) {
+    if (error.number() == comError(result).number()) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+bool Patience::wait() {
+  if (waited_ >= busyPatience) return false;
+  Sleep(busyPause);
+  waited_ += busyPause;
+  return true;
+}
+
+Variant ExcelObject::invoke(std::string_view name, WORD kind,
+                            const std::vector<Variant>& arguments) const {
+  for (;;) {
+    try {
+      return callMember(object_.get(), name, kind, arguments);
+    } catch (const RuntimeError& error) {
+      if (!isBusy(error) || !patience_->wait()) throw;
+    }
+  }
+}
+
+}  // namespace velk

@@ -1,0 +1,183 @@
+#include "platform/windows/excel_sheet_reader.h"
+
+#include <algorithm>
+
+#include "platform/numbers.h"
+#include "platform/sheet_cells.h"
+#include "platform/windows/com_errors.h"
+#include "platform/windows/wide_text.h"
+
+namespace velk {
+
+namespace {
+
+double numberIn(const VARIANT& variant) {
+  const Value value = toValue(variant);
+  if (const auto* real = std::get_if<double>(&value)) return *real;
+  if (const auto* date = std::get_if<Date>(&value)) return date->days;
+  return leadingNumber(toText(value));
+}
+
+int integer(const Variant& variant) {
+  return static_cast<int>(numberIn(variant.get()));
+}
+
+/// The value of a range: an array, counting from 1 row by row and column by column, or that of a
+/// single cell.
+class RangeValues {
+ public:
+  explicit RangeValues(const Variant& variant) : variant_(variant.get()) {
+    if ((variant_.vt & VT_ARRAY) == 0) return;
+    if (variant_.vt != (VT_ARRAY | VT_VARIANT) || SafeArrayGetDim(variant_.parray) != 2) {
+      throw RuntimeError(ErrorNumber::TypeMismatch);
+    }
+    void* data = nullptr;
+    check(SafeArrayAccessData(variant_.parray, &data));
+    elements_ = static_cast<const VARIANT*>(data);
+    rows_ = variant_.parray->rgsabound[1].cElements;
+    columns_ = variant_.parray->rgsabound[0].cElements;
+  }
+  ~RangeValues() {
+    if (elements_ != nullptr) SafeArrayUnaccessData(variant_.parray);
+  }
+  RangeValues(const RangeValues&) = delete;
+  RangeValues& operator=(const RangeValues&) = delete;
+
+  /// Rows and columns count from 0.
+  const VARIANT& at(int row, int column) const {
+    if (elements_ == nullptr) return variant_;
+    const auto r = static_cast<ULONG>(row);
+    const auto c = static_cast<ULONG>(column);
+    if (r >= rows_ || c >= columns_) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+    return elements_[c * rows_ + r];
+  }
+
+ private:
+  const VARIANT& variant_;
+  const VARIANT* elements_ = nullptr;
+  ULONG rows_ = 0;
+  ULONG columns_ = 0;
+};
+
+/// The start of the block that holds a row or a column.
+int blockStart(int place, int size) {
+  return (place - 1) / size * size + 1;
+}
+
+}  // namespace
+
+ExcelSheetReader::ExcelSheetReader(ExcelWorkbook workbook)
+    : workbook_(std::move(workbook)), sheet_(workbook_.firstSheet()) {
+  const ExcelObject used = sheet_.object("UsedRange");
+  const int rows = integer(used.object("Rows").get("Count"));
+  const int columns = integer(used.object("Columns").get("Count"));
+  used_.lastRow = std::min(integer(used.get("Row")) + rows - 1, maxSheetRows);
+  used_.lastColumn = std::min(integer(used.get("Column")) + columns - 1, maxSheetColumns);
+}
+
+std::string ExcelSheetReader::text(int row, int column) const {
+  checkCell(row, column);
+  if (row > used_.lastRow || column > used_.lastColumn) return {};
+  return block(row, column).at(row, column);
+}
+
+// What is used may end with cells that have a format only.
+int ExcelSheetReader::rowCount() const {
+  int row = used_.lastRow;
+  while (row > 0) {
+    const int start = blockStart(row, blockRows);
+    if (const int last = lastRowIn(start)) return last;
+    row = start - 1;
+  }
+  return 0;
+}
+
+int ExcelSheetReader::lastRowIn(int firstRow) const {
+  int last = 0;
+  for (int column = 1; column <= used_.lastColumn; column += blockColumns) {
+    Block& cells = block(firstRow, column);
+    const auto width = static_cast<std::ptrdiff_t>(cells.range.lastColumn - column + 1);
+    const auto found = std::find_if(cells.texts.rbegin(), cells.texts.rend(),
+                                    [](const std::string& text) { return !text.empty(); });
+    if (found == cells.texts.rend()) continue;
+    last = std::max(last, static_cast<int>((cells.texts.rend() - found - 1) / width) + firstRow);
+  }
+  return last;
+}
+
+ExcelSheetReader::Block& ExcelSheetReader::block(int row, int column) const {
+  const std::pair start(blockStart(row, blockRows), blockStart(column, blockColumns));
+  if (const auto found = blocks_.find(start); found != blocks_.end()) return found->second;
+  Block loaded{{start.first, start.second, std::min(start.first + blockRows - 1, used_.lastRow),
+                std::min(start.second + blockColumns - 1, used_.lastColumn)},
+               {}};
+  load(loaded);
+  return blocks_.emplace(start, std::move(loaded)).first->second;
+}
+
+void ExcelSheetReader::load(Block& block) const {
+  const CellRange& range = block.range;
+  const Variant answer = sheet_.object("Range", rangeName(range)).get("Value2");
+  const RangeValues values(answer);
+  block.texts.resize(static_cast<std::size_t>(range.lastRow - range.firstRow + 1) *
+                     static_cast<std::size_t>(range.lastColumn - range.firstColumn + 1));
+  for (int column = range.firstColumn; column <= range.lastColumn; ++column) {
+    std::vector<Number> numbers;
+    for (int row = range.firstRow; row <= range.lastRow; ++row) {
+      const VARIANT& value = values.at(row - range.firstRow, column - range.firstColumn);
+      loadCell(block, row, column, value, numbers);
+    }
+    if (!numbers.empty()) showNumbers(column, numbers);
+  }
+}
+
+void ExcelSheetReader::loadCell(Block& block, int row, int column, const VARIANT& value,
+                                std::vector<Number>& numbers) const {
+  constexpr DWORD firstErrorCode = 2000;
+  std::string& text = block.at(row, column);
+  switch (value.vt) {
+    case VT_EMPTY:
+      return;
+    case VT_BSTR:
+      text = Bstr::textOf(value.bstrVal);
+      return;
+    case VT_BOOL:
+      text = booleanText(value.boolVal != VARIANT_FALSE);
+      return;
+    case VT_ERROR:
+      text = cellErrorText((static_cast<DWORD>(value.scode) & 0xFFFFU) - firstErrorCode);
+      return;
+    default:
+      numbers.push_back({row, numberIn(value), &text});
+  }
+}
+
+// A range answers with its format when all its cells have the same.
+void ExcelSheetReader::showNumbers(int column, Numbers numbers) const {
+  const CellRange range{numbers.front().row, column, numbers.back().row, column};
+  const Variant code = sheet_.object("Range", rangeName(range)).get("NumberFormat");
+  if (code.get().vt != VT_BSTR && numbers.size() > 1) {
+    const std::size_t half = numbers.size() / 2;
+    showNumbers(column, numbers.first(half));
+    return showNumbers(column, numbers.subspan(half));
+  }
+  const NumberFormat& shown = format(toText(toValue(code.get())));
+  for (const Number& number : numbers) *number.text = shown.text(number.value, from1904());
+}
+
+// The machine's short date comes spelled in the American way.
+const NumberFormat& ExcelSheetReader::format(const std::string& code) const {
+  constexpr std::uint16_t shortDate = 14;
+  constexpr std::uint16_t shortDateAndTime = 22;
+  const std::string_view meant = code == "m/d/yyyy"        ? builtInFormat(shortDate)
+                                 : code == "m/d/yyyy h:mm" ? builtInFormat(shortDateAndTime)
+                                                           : std::string_view(code);
+  return formats_.try_emplace(code, meant).first->second;
+}
+
+bool ExcelSheetReader::from1904() const {
+  if (!from1904_) from1904_ = toText(toValue(workbook_.object().get("Date1904").get())) == "True";
+  return *from1904_;
+}
+
+}  // namespace velk

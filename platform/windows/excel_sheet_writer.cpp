@@ -1,0 +1,152 @@
+#include "platform/windows/excel_sheet_writer.h"
+
+#include <algorithm>
+#include <span>
+
+#include "platform/errors.h"
+#include "platform/numbers.h"
+#include "platform/sheet_cells.h"
+#include "platform/windows/wide_text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr int rowsAtOnce = 4096;
+
+/// Whether a text has to be written by itself: arrays lose texts of more than 911 characters in old
+/// versions, and an apostrophe in front may be taken for a mark that what follows is a text.
+bool travelsAlone(const std::string& text) {
+  constexpr std::size_t maxInArray = 911;
+  return text.size() > maxInArray || text.starts_with('\'');
+}
+
+/// Texts below each other, as the value of a range of one column.
+Variant columnValue(std::span<const std::string> texts) {
+  SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(texts.size()), 1}, {1, 1}};
+  Variant value;
+  SAFEARRAY* const array = SafeArrayCreate(VT_VARIANT, 2, bounds);
+  if (array == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
+  VARIANT* const held = value.receive();
+  held->vt = VT_ARRAY | VT_VARIANT;
+  held->parray = array;
+  auto* element = static_cast<VARIANT*>(array->pvData);
+  for (const std::string& text : texts) {
+    if (!text.empty() && !travelsAlone(text)) *element = Variant(Value(text)).release();
+    ++element;
+  }
+  return value;
+}
+
+}  // namespace
+
+ExcelSheetWriter::ExcelSheetWriter(ExcelApplication& application, ExcelWorkbook workbook)
+    : application_(application), workbook_(std::move(workbook)), sheet_(workbook_.firstSheet()) {}
+
+ExcelObject ExcelSheetWriter::range(const CellRange& cells) const {
+  return sheet_.object("Range", rangeName(checkedRange(cells)));
+}
+
+ExcelObject ExcelSheetWriter::columns(int first, int last) const {
+  return range({1, first, 1, last}).object("EntireColumn");
+}
+
+void ExcelSheetWriter::setText(int row, int column, std::string_view text) {
+  checkCell(row, column);
+  checkCellText(text);
+  Column& to = columns_[column];
+  const auto place = static_cast<std::size_t>(row) - 1;
+  if (to.texts.size() <= place) to.texts.resize(place + 1);
+  to.texts[place] = text;
+  to.firstNew = to.firstNew == 0 ? row : std::min(to.firstNew, row);
+  to.lastNew = std::max(to.lastNew, row);
+}
+
+void ExcelSheetWriter::writeTexts() {
+  for (auto& [number, column] : columns_) {
+    if (column.firstNew == 0) continue;
+    for (int row = column.firstNew; row <= column.lastNew; row += rowsAtOnce) {
+      write(number, column, row, std::min(row + rowsAtOnce - 1, column.lastNew));
+    }
+    column.firstNew = column.lastNew = 0;
+  }
+}
+
+void ExcelSheetWriter::write(int number, const Column& column, int firstRow, int lastRow) const {
+  const auto first = static_cast<std::size_t>(firstRow) - 1;
+  const auto texts =
+      std::span(column.texts).subspan(first, static_cast<std::size_t>(lastRow) - first);
+  const ExcelObject cells = range({firstRow, number, lastRow, number});
+  cells.put("NumberFormat", "@");
+  cells.put("Value2", columnValue(texts));
+  for (int row = firstRow; const std::string& text : texts) {
+    if (travelsAlone(text)) writeAlone(row, number, text);
+    ++row;
+  }
+}
+
+void ExcelSheetWriter::writeAlone(int row, int column, const std::string& text) const {
+  const ExcelObject cell = range({row, column, row, column});
+  cell.put("Value2", text);
+  if (text.starts_with('\'') && toText(toValue(cell.get("Value2").get())) != text) {
+    cell.put("Value2", '\'' + text);
+  }
+}
+
+void ExcelSheetWriter::setBold(const CellRange& cells) {
+  range(cells).object("Font").put("Bold", true);
+}
+
+void ExcelSheetWriter::addListValidation(const CellRange& cells, std::string_view source) {
+  constexpr int list = 3;
+  constexpr int stop = 1;
+  constexpr int between = 1;
+  checkedRange(listSource(source));
+  const ExcelObject validation = range(cells).object("Validation");
+  validation.call("Delete");
+  validation.call("Add", list, stop, between, sourceAsSpelled(source));
+}
+
+// Users may have chosen that ranges are spelled "R2C250".
+std::string ExcelSheetWriter::sourceAsSpelled(std::string_view source) const {
+  constexpr int letters = 1;
+  const ExcelObject& application = application_.object();
+  Variant style = application.get("ReferenceStyle");
+  if (toValue(style.get()) == Value(letters)) return std::string(source);
+  return toText(
+      toValue(application.get("ConvertFormula", source, letters, std::move(style)).get()));
+}
+
+void ExcelSheetWriter::setColumnWidth(int number, double characters) {
+  checkColumnWidth(characters);
+  columns(number, number).put("ColumnWidth", characters);
+}
+
+void ExcelSheetWriter::hideColumn(int number) {
+  columns(number, number).put("Hidden", true);
+}
+
+void ExcelSheetWriter::autoFit(int firstColumn, int lastColumn) {
+  writeTexts();
+  columns(firstColumn, lastColumn).call("AutoFit");
+}
+
+int ExcelSheetWriter::fileFormat() const {
+  constexpr double firstWithNewFormats = 12;
+  constexpr int xlsOfLater = 56;
+  constexpr int xlsOfEarlier = -4143;
+  const std::string version = toText(toValue(application_.object().get("Version").get()));
+  return leadingNumber(version) >= firstWithNewFormats ? xlsOfLater : xlsOfEarlier;
+}
+
+void ExcelSheetWriter::saveAs(std::string_view path) {
+  writeTexts();
+  workbook_.object().putIfKnown("CheckCompatibility", false);
+  const int format = fileFormat();
+  FileReplacement& replacement = application_.replace(path);
+  application_.object().object("ActiveWorkbook").call("SaveAs", replacement.path(), format);
+  workbook_.close();
+  replacement.moveInPlace();
+}
+
+}  // namespace velk

@@ -1,0 +1,60 @@
+#include "platform/windows/excel_spreadsheet.h"
+
+#include "platform/windows/com_errors.h"
+#include "platform/windows/excel_application.h"
+#include "platform/windows/excel_sheet_reader.h"
+#include "platform/windows/excel_sheet_writer.h"
+
+namespace velk {
+
+namespace {
+
+class ExcelSpreadsheet final : public Spreadsheet {
+ public:
+  explicit ExcelSpreadsheet(ComPointer<IDispatch> application)
+      : application_(std::move(application)) {
+    constexpr int macrosDisabled = 3;
+    application_.object().put("DisplayAlerts", false);
+    application_.object().putIfKnown("AutomationSecurity", macrosDisabled);
+  }
+
+  std::unique_ptr<WorksheetReader> open(std::string_view path) override {
+    WindowsFileSystem().openInput(path);  // the errors of files are told from the application's
+    return std::make_unique<ExcelSheetReader>(ExcelWorkbook(openReadOnly(absolutePath(path))));
+  }
+
+  std::unique_ptr<WorksheetWriter> add() override {
+    return std::make_unique<ExcelSheetWriter>(application_,
+                                              ExcelWorkbook(workbooks().object("Add")));
+  }
+
+ private:
+  ExcelObject workbooks() const { return application_.object().object("Workbooks"); }
+
+  ExcelObject openReadOnly(const std::string& path) const {
+    constexpr int updateNoLinks = 0;
+    constexpr bool readOnly = true;
+    constexpr bool ignoreRecommendation = true;
+    constexpr bool notify = false;
+    // Where a password is needed a wrong one is an error, none a question that nobody sees.
+    constexpr std::string_view noPassword = "?";
+    const auto missing = [] { return Variant::missing(); };
+    return workbooks().object("Open", path, updateNoLinks, readOnly, missing(), noPassword,
+                              missing(), ignoreRecommendation, missing(), missing(), missing(),
+                              notify);
+  }
+
+  ExcelApplication application_;
+};
+
+}  // namespace
+
+std::unique_ptr<Spreadsheet> createExcelSpreadsheet() {
+  CLSID id{};
+  if (FAILED(CLSIDFromProgID(L"Excel.Application", &id))) return nullptr;
+  auto application = createIfRegistered<IDispatch>(id);
+  if (!application) return nullptr;
+  return std::make_unique<ExcelSpreadsheet>(std::move(application));
+}
+
+}  // namespace velk

@@ -1,0 +1,43 @@
+#include "platform/windows/message_filter.h"
+
+#include "platform/windows/com_object.h"
+
+namespace velk {
+
+namespace {
+
+class Filter final : public ComObject<IMessageFilter> {
+ public:
+  void forwardTo(ComPointer<IMessageFilter> previous) { previous_ = std::move(previous); }
+
+  DWORD STDMETHODCALLTYPE HandleInComingCall(DWORD kind, HTASK caller, DWORD elapsed,
+                                             INTERFACEINFO* what) noexcept override {
+    if (!previous_) return SERVERCALL_ISHANDLED;
+    return previous_->HandleInComingCall(kind, caller, elapsed, what);
+  }
+  DWORD STDMETHODCALLTYPE RetryRejectedCall(HTASK, DWORD elapsed, DWORD) noexcept override {
+    constexpr DWORD cancel = 0xFFFFFFFF;
+    return elapsed < busyPatience ? busyPause : cancel;
+  }
+  DWORD STDMETHODCALLTYPE MessagePending(HTASK, DWORD, DWORD) noexcept override {
+    return PENDINGMSG_WAITDEFPROCESS;
+  }
+
+ private:
+  ComPointer<IMessageFilter> previous_;
+};
+
+}  // namespace
+
+PatientMessageFilter::PatientMessageFilter() {
+  const auto filter = makeObject<Filter>();
+  registered_ = CoRegisterMessageFilter(filter.get(), previous_.receive()) == S_OK;
+  filter->forwardTo(previous_);
+}
+
+PatientMessageFilter::~PatientMessageFilter() {
+  ComPointer<IMessageFilter> own;
+  if (registered_) CoRegisterMessageFilter(previous_.get(), own.receive());
+}
+
+}  // namespace velk
