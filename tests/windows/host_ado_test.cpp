@@ -1,34 +1,14 @@
 // The host's ADO objects, called by the component's own client, over the sample company.
 #include <doctest/doctest.h>
 
-#include <filesystem>
 #include <functional>
 #include <optional>
 
-#include "apps/host/ado/ado_command_object.h"
-#include "apps/host/ado/ado_connection_object.h"
-#include "apps/host/class_registration.h"
-#include "platform/odbc/odbc_connection.h"
-#include "platform/windows/ado_connection.h"
 #include "platform/windows/com_errors.h"
-#include "samples/company/sample_company.h"
+#include "tests/windows/host_ado.h"
 
 namespace velk {
 namespace {
-
-struct HostAdo {
-  HostAdo() {
-    const auto path = std::filesystem::temp_directory_path() / "host_ado_test.db";
-    for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(path.string() + suffix);
-    createSampleCompany(path.string());
-    object = connectionObject(openOdbc(embeddedConnectionString(path.string())));
-    database = adoConnection(object.get());
-  }
-
-  ClassRegistration commands{__uuidof(::Command), [] { return commandObject(); }};
-  ComPointer<_Connection> object;
-  std::shared_ptr<Connection> database;
-};
 
 TEST_CASE("values come back through the host's ADO objects as they went") {
   const HostAdo ado;

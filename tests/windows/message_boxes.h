@@ -1,4 +1,4 @@
-// Answers the message boxes of this thread, and keeps what they said.
+// Answers the message boxes of this thread, and keeps what they said; and its file dialogs.
 #pragma once
 
 #include <windows.h>
@@ -26,6 +26,8 @@ class MessageBoxes {
 
   /// "caption|text|button..." of each, without the "&" of mnemonics.
   const Texts& shown() const { return shown_; }
+  /// What is typed into file dialogs.
+  void chooseFile(std::string path) { path_ = std::move(path); }
 
  private:
   static MessageBoxes*& current() {
@@ -45,8 +47,15 @@ class MessageBoxes {
     return fromWide({text, static_cast<std::size_t>(GetWindowTextW(window, text, 1024))});
   }
 
-  // Presses the first button.
   void answer(HWND box) {
+    constexpr int fileName = 0x47C;
+    if (GetDlgItem(box, fileName) == nullptr) return answerMessage(box);
+    SetDlgItemTextW(box, fileName, toWide(path_).c_str());
+    PostMessageW(box, WM_COMMAND, IDOK, 0);
+  }
+
+  // Presses the first button.
+  void answerMessage(HWND box) {
     std::string all = textOf(box) + '|' + textOf(GetDlgItem(box, messageId));
     WPARAM first = 0;
     for (HWND child = GetWindow(box, GW_CHILD); child != nullptr;
@@ -70,6 +79,7 @@ class MessageBoxes {
   static constexpr int messageId = 0xFFFF;
   HHOOK hook_;
   Texts shown_;
+  std::string path_;
 };
 
 }  // namespace velk

@@ -12,7 +12,13 @@
 #include "opening/vendor_opening.h"
 #include "platform/windows/forms/window_shell.h"
 #include "platform/windows/wide_text.h"
+#include "platform/windows/windows_desktop.h"
+#include "platform/windows/windows_files.h"
+#include "platform/xls/xls_spreadsheet.h"
 #include "tests/support/test_world.h"
+#include "tests/windows/host_ado.h"
+#include "tests/windows/message_boxes.h"
+#include "tests/windows/temporary_folder.h"
 
 namespace velk {
 namespace {
@@ -214,6 +220,98 @@ TEST_CASE("windows: banks, then vendors, on the master screen, beside a vendors'
   CHECK(calls[1] == "sp_insert_branch; 200 R1; 200 Main; 200 B1");
   CHECK(calls[3] == "sp_acc_importvendor; 200 Vendor; 200 V1");
   CHECK(calls[5] == "sp_acc_import_vendoropeningbalance; 200 V1; 5 -4");
+}
+
+/// The master screen on the machine's own dialogs and files, over the host's ADO objects.
+struct SalesmenScreen {
+  TemporaryFolder folder;
+  HostAdo ado;
+  Texts told;  ///< by the host
+  WindowsFileSystem files;
+  WindowsDesktop desktop;
+  WindowShell shell{[] { return nullptr; }};
+  Velk_ModOpnImp module{{files, desktop, shell, CodePage::windows1252(),
+                         [this] {
+                           return std::make_shared<HeadlessHostService>(
+                               [this](const Message& message) { told.push_back(message.prompt); });
+                         },
+                         [this] { return std::make_unique<XlsSpreadsheet>(files); }}};
+  std::shared_ptr<Velk_frmBankBranch_OpnImp> screen =
+      std::make_shared<Velk_frmBankBranch_OpnImp>(module);
+  MessageBoxes boxes;
+
+  SalesmenScreen() {
+    screen->initForm(ado.database, nullptr);
+    SetFocus(inside(Window(*screen).handle,
+                    [](HWND control) { return SendMessageW(control, CB_GETCOUNT, 0, 0) == 3; }));
+    press(VK_DOWN);
+    press(VK_DOWN);
+  }
+
+  void view(const std::string& path) {
+    boxes.chooseFile(path);
+    for (const char* button : {"&Browse", "&View"}) Window(*screen).click(button);
+  }
+  void exportTo(const std::string& path) {
+    boxes.chooseFile(path);
+    Window(*screen).click("&Export DS");
+  }
+  /// Gives the first salesman of a workbook another type, as a user would.
+  void edit(const std::string& path, std::string_view dsType) {
+    const auto old = XlsSpreadsheet(files).open(path);
+    const auto sheet = XlsSpreadsheet(files).add();
+    for (int row = 1; row <= old->rowCount(); ++row) {
+      for (int column = 1; column <= 7; ++column) {
+        sheet->setText(row, column, old->text(row, column));
+      }
+    }
+    sheet->setText(2, 6, dsType);
+    sheet->saveAs(path);
+  }
+  std::string dsTypes() {
+    return toText(
+        ado.database
+            ->Execute("SELECT group_concat(SalesmanID || DSTypeValue) FROM (SELECT * FROM "
+                      "DStype_Details JOIN DSType_Master USING (DSTypeID) WHERE "
+                      "DSTypeCtlPos = 1 ORDER BY SalesmanID)")
+            ->field(0));
+  }
+};
+
+TEST_CASE("windows: salesmen exported, edited and imported") {
+  SalesmenScreen salesmen;
+  const Window window(*salesmen.screen);
+  const std::string path = salesmen.folder.path("Zoë.xls");
+  CHECK(salesmen.dsTypes() == "1Retail,2Wholesale,3Retail,4Rural,5Wholesale,6Retail,8Rural");
+  salesmen.exportTo(salesmen.folder.path("Zoë"));  // the dialog adds the extension
+  salesmen.edit(path, "Rural");
+  salesmen.view(path);
+  CHECK(window.rows(0) == 8);
+  CHECK(window.cell(1, 2, 0) == "Anil Kamble");
+  CHECK(window.cell(1, 2, 4) == "Rural");
+  CHECK(window.cell(0, 8, 0) == "Noël Pinto");
+  window.click("&Import");
+  CHECK(salesmen.told == Texts{"Salesman Imported.\r\nProcessed : 7\r\nUnProcessed : 1\r\n "
+                               "Please check the error log."});
+  CHECK(salesmen.dsTypes() == "1Rural,2Wholesale,3Retail,4Rural,5Wholesale,6Retail,8Rural");
+  CHECK(salesmen.boxes.shown().empty());
+}
+
+TEST_CASE("windows: workbooks that others hold, and files that are none") {
+  SalesmenScreen salesmen;
+  const std::string path = salesmen.folder.path("held.xls");
+  salesmen.folder.write("held.xls", "held");
+  salesmen.view(path);
+  const auto held = salesmen.files.openInput(path);
+  salesmen.exportTo(path);
+  CHECK(salesmen.folder.content("held.xls") == "held");
+  REQUIRE(salesmen.boxes.shown().size() == 3);  // the second is the dialog's: replace the file?
+  CHECK(salesmen.boxes.shown().front() ==
+        "Import Salesman|Unable to import, The file is a text file under another name; save it as "
+        "an Excel 97-2003 workbook (*.xls)|OK");
+  CHECK(salesmen.boxes.shown().back() ==
+        "Salesman Export|File is already open or accessed by some other process. Please close "
+        "that Excel File.|OK");
 }
 
 TEST_CASE("windows: the keyboard") {
