@@ -22,7 +22,7 @@ const std::pair<std::string_view, Folders> rules[] = {
     {"platform/windows/", {"platform/windows", "component/com", "apps/host"}},
     {"platform/native/", {"platform/native"}},
     {"platform/odbc/", {"platform/odbc", "samples/company", "apps/host"}},
-    {"platform/xls/", {"platform/xls", "component/com"}},
+    {"platform/xls/", {"platform/xls", "component/com", "apps/host"}},
     {"platform/headless/", {"platform/headless"}},
     {"platform/", checkedFolders},
     {"shared/", {"shared", "mapping", "opening", "masters", "component"}},

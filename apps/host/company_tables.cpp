@@ -30,7 +30,7 @@ std::string shown(const Value& value) {
 }  // namespace
 
 std::span<const CompanyTable> companyTables() {
-  static const std::array<CompanyTable, 7> tables{{
+  static const std::array<CompanyTable, 8> tables{{
       {"Customer opening documents",
        openingDocuments("Customer"),
        {{"Note"}, {"Customer"}, {"Reference"}, {"Date"}, {"Amount", true}, {"Balance", true}}},
@@ -55,6 +55,14 @@ std::span<const CompanyTable> companyTables() {
        "BY "
        "1",
        {{"Vendor"}, {"Name"}, {"Contact"}, {"Address"}, {"Phone"}, {"Pan number"}}},
+      {"Salesmen",
+       "SELECT Salesman_name, Address, ResidentialNUmber, MobileNumber, max(CASE WHEN DSTypeCtlPos "
+       "= "
+       "1 THEN DSTypeValue END), max(CASE WHEN DSTypeCtlPos = 2 THEN DSTypeValue END) FROM "
+       "Salesman "
+       "LEFT JOIN DStype_Details USING (SalesmanID) LEFT JOIN DSType_Master USING (DSTypeID) GROUP "
+       "BY SalesmanID ORDER BY 1",
+       {{"Salesman"}, {"Address"}, {"Telephone"}, {"Mobile"}, {"DS type"}, {"Handheld"}}},
       {"Customers",
        "SELECT CustomerID, CustomerName, Address, City, Phone FROM Customer ORDER BY 1",
        {{"Customer"}, {"Name"}, {"Address"}, {"City"}, {"Phone"}}},

@@ -18,8 +18,11 @@ inline constexpr std::string_view hostHelp =
     "                      used in any case for an embedded database and under Wine\n"
     "  --tour FOLDER       imports the files in the folder \"samples\" beside the program, by "
     "mouse\n"
-    "                      and keyboard, into a new sample company in FOLDER, and saves a picture\n"
-    "                      of every stage there; exit status 0 when all of it was posted\n"
+    "                      and keyboard, into a new sample company in FOLDER, exports its "
+    "salesmen\n"
+    "                      and imports them edited, and saves a picture of every stage there; "
+    "exit\n"
+    "                      status 0 when all of it was posted\n"
     "  --help              this text\n";
 
 struct HostArguments {

@@ -42,11 +42,17 @@ constexpr Expectation expectations[] = {
      "SELECT group_concat(VendorID) FROM (SELECT VendorID FROM Vendors JOIN VendorAccount USING "
      "(VendorID) WHERE VendorID LIKE 'W%' ORDER BY 1)",
      "W01,W02,W03,W04,W05"},
+    {"DS types of salesmen",
+     "SELECT group_concat(SalesmanID || ' ' || DSTypeValue) FROM (SELECT * FROM DStype_Details "
+     "JOIN "
+     "DSType_Master USING (DSTypeID) ORDER BY SalesmanID, DSTypeCtlPos)",
+     "1 Rural,1 YES,2 Wholesale,2 NO,3 Retail,3 NO,4 Rural,4 NO,5 Wholesale,5 YES,6 Retail,6 NO,"
+     "7 Wholesale,7 NO,8 Rural,8 NO"},
 };
 
 // Refused or warned of: 4 customers, 3 vendors; a branch that exists, a bank and its branch whose
-// code is too long; 2 vendors.
-constexpr std::size_t expectedLogLines = 12;
+// code is too long; 2 vendors; a salesman.
+constexpr std::size_t expectedLogLines = 13;
 
 std::string difference(std::string_view what, std::string_view found, std::string_view expected) {
   std::string text = "\n";

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <vector>
 
 #include "apps/host/company_tables.h"
 #include "apps/host/main_window.h"
 #include "apps/host/tour/posted_check.h"
+#include "apps/host/tour/salesman_edits.h"
 #include "apps/host/tour/screen_picture.h"
 #include "apps/host/tour/seen_windows.h"
 #include "apps/host/tour/user_input.h"
@@ -25,30 +27,32 @@ struct TourImport {
   const wchar_t* title;
   int type = 0;  ///< place in the master screen's list of types
   const wchar_t* typeTitle = nullptr;
-  const wchar_t* file;
+  std::wstring file;  ///< full path
   bool remaps = false;
+  bool exports = false;  ///< makes the file first: an export, edited
   std::vector<std::wstring> messages;
   std::string_view table;
 };
 
-std::vector<TourImport> tourImports(const std::wstring& errorLog) {
+std::vector<TourImport> tourImports(const TourPlan& plan) {
+  const std::wstring samples = plan.samplesFolder + L"\\";
   return {{.picture = "customers",
            .button = L"&Customer opening...",
            .title = L"Import Customer Opening",
-           .file = L"customer_opening.csv",
+           .file = samples + L"customer_opening.csv",
            .remaps = true,
-           .messages = {L"Check The Error Log " + errorLog},
+           .messages = {L"Check The Error Log " + plan.errorLog},
            .table = "Customer opening documents"},
           {.picture = "vendors-opening",
            .button = L"V&endor opening...",
            .title = L"Import VendorOpening",
-           .file = L"vendor_opening.csv",
+           .file = samples + L"vendor_opening.csv",
            .messages = {L"Import Successfull", L"Check The Error Log"},
            .table = "Vendor opening documents"},
           {.picture = "banks",
            .button = L"&Masters...",
            .title = L"Import - Bank & Branch",
-           .file = L"bank_branch.csv",
+           .file = samples + L"bank_branch.csv",
            .messages = {L"Import Successfull"},
            .table = "Banks and branches"},
           {.picture = "vendors",
@@ -56,9 +60,19 @@ std::vector<TourImport> tourImports(const std::wstring& errorLog) {
            .title = L"Import - Bank & Branch",
            .type = 1,
            .typeTitle = L"Import - Vendor",
-           .file = L"vendor.csv",
+           .file = samples + L"vendor.csv",
            .messages = {L"Import Successfull"},
-           .table = "Vendors"}};
+           .table = "Vendors"},
+          {.picture = "salesmen",
+           .button = L"&Masters...",
+           .title = L"Import - Bank & Branch",
+           .type = 2,
+           .typeTitle = L"Import - Salesman",
+           .file = toWide(plan.pictureFolder) + L"\\salesmen-edited.xls",
+           .exports = true,
+           .messages = {L"Salesman Imported.\r\nProcessed : 7\r\nUnProcessed : 1\r\n Please check "
+                        L"the error log."},
+           .table = "Salesmen"}};
 }
 
 class Tour {
@@ -71,9 +85,10 @@ class Tour {
  private:
   void import(const TourImport& what);
   void browse(HWND screen, const std::wstring& path);
+  void exportSalesmen(HWND screen, const std::wstring& path);
+  void answerFileDialog(const std::wstring& path, const std::string& pictureName);
   void remap(HWND screen);
   void showTable(std::string_view name);
-  void showSalesmen(const TourImport& master);
   void showErrorLog();
   void picture(const std::string& name);
 
@@ -106,19 +121,36 @@ void Tour::picture(const std::string& name) {
 }
 
 // Types the path into the dialog, as the user may instead of clicking through folders.
-void Tour::browse(HWND screen, const std::wstring& path) {
-  clickWhenEnabled(buttonNamed(screen, L"&Browse"));
+void Tour::answerFileDialog(const std::wstring& path, const std::string& pictureName) {
   const HWND dialog = windowOfClass(L"#32770");
   const auto nameBox = [&] { return focusIn(dialog); };
   waitFor("the dialog's name box",
           [&] { return IsChild(dialog, nameBox()) != FALSE && classOf(nameBox()) == L"Edit"; });
   type(path);
   waitFor("the name in the dialog", [&] { return textOf(nameBox()) == path; });
-  picture("browse");
+  picture(pictureName);
   press(VK_RETURN);
   waitUntilGone(dialog);
+}
+
+void Tour::browse(HWND screen, const std::wstring& path) {
+  clickWhenEnabled(buttonNamed(screen, L"&Browse"));
+  answerFileDialog(path, "browse");
   const HWND chosen = childOfClass(screen, L"Edit");
   waitFor("the name on the screen", [&] { return textOf(chosen) == path; });
+}
+
+// Exports all salesmen, and leaves them at `path` as a user may have edited them.
+void Tour::exportSalesmen(HWND screen, const std::wstring& path) {
+  const std::wstring exported = toWide(plan_.pictureFolder) + L"\\salesmen.xls";
+  click(buttonNamed(screen, L"&Export DS"));
+  answerFileDialog(exported, "export");
+  waitFor("the exported file", [&] {
+    std::error_code missing;
+    const auto size = std::filesystem::file_size(exported, missing);
+    return !missing && size > 0;
+  });
+  editSalesmen(fromWide(exported), fromWide(path));
 }
 
 // Takes a field's mapping back with the right button and maps it anew by two clicks on headers.
@@ -150,7 +182,8 @@ void Tour::import(const TourImport& what) {
     choose(childOfClass(screen, L"ComboBox"), what.type);
     windowTitled(what.typeTitle);
   }
-  browse(screen, plan_.samplesFolder + L"\\" + what.file);
+  if (what.exports) exportSalesmen(screen, what.file);
+  browse(screen, what.file);
   clickWhenEnabled(buttonNamed(screen, L"&View"));
   const HWND import = buttonNamed(screen, L"&Import");
   waitFor("the file to be shown", [&] { return IsWindowEnabled(import) != FALSE; });
@@ -181,19 +214,6 @@ void Tour::showTable(std::string_view name) {
   waitFor(name, [&] { return columnTitles(list) == titles && rowCount(list) > 0; });
 }
 
-// The third type of the master screen; its Export button shows with it only.
-void Tour::showSalesmen(const TourImport& master) {
-  click(buttonNamed(main_, master.button));
-  const HWND screen = windowTitled(master.title);
-  constexpr int salesmen = 2;
-  choose(childOfClass(screen, L"ComboBox"), salesmen);
-  windowTitled(L"Import - Salesman");
-  buttonNamed(screen, L"&Export DS");
-  picture("salesmen-opened");
-  click(buttonNamed(screen, L"C&lose"));
-  waitUntilGone(screen);
-}
-
 void Tour::showErrorLog() {
   press('V', true);
   windowOfClass(L"#32768");
@@ -208,9 +228,7 @@ void Tour::showErrorLog() {
 void Tour::run() {
   main_ = windowTitled(hostTitle);
   picture("host");
-  const auto imports = tourImports(plan_.errorLog);
-  for (const TourImport& what : imports) import(what);
-  showSalesmen(imports.back());
+  for (const TourImport& what : tourImports(plan_)) import(what);
   showErrorLog();
 }
 
@@ -226,7 +244,7 @@ std::string runTour(const TourPlan& plan) {
     throw;
   }
   checkPosted(plan.connectionString, errorLogLines(plan.errorLog).size() - logged);
-  return "All that the four files hold was posted or is in the error log; " +
+  return "All that the five files hold was posted or is in the error log; " +
          std::to_string(tour.pictures()) + " pictures show how";
 }
 

@@ -1,0 +1,39 @@
+#include "apps/host/tour/salesman_edits.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "platform/windows/windows_files.h"
+#include "platform/xls/xls_spreadsheet.h"
+
+namespace velk {
+
+namespace {
+
+constexpr int dsTypeColumn = 6;
+constexpr int columns = 7;
+
+// Van Sales is in the pick list, but is no type that salesmen may be given by import.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 3> edits{
+    {{"Anil Kamble", "Rural"}, {"Kiran Pawar", "Van Sales"}, {"Mangesh Gaikwad", "Wholesale"}}};
+
+}  // namespace
+
+void editSalesmen(std::string_view from, std::string_view to) {
+  WindowsFileSystem files;
+  XlsSpreadsheet spreadsheet(files);
+  const auto old = spreadsheet.open(from);
+  const auto sheet = spreadsheet.add();
+  for (int row = 1; row <= old->rowCount(); ++row) {
+    for (int column = 1; column <= columns; ++column) {
+      sheet->setText(row, column, old->text(row, column));
+    }
+    const auto edit =
+        std::ranges::find(edits, old->text(row, 1), [](const auto& e) { return e.first; });
+    if (edit != edits.end()) sheet->setText(row, dsTypeColumn, edit->second);
+  }
+  sheet->saveAs(to);
+}
+
+}  // namespace velk
