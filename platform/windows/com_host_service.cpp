@@ -25,7 +25,7 @@ class ComHostMainWindow final : public HostMainWindow {
     const auto menu = memberObject(window.get(), "cmdMainMenu");
     std::vector<Variant> index;
     index.emplace_back(Value(element));
-    const auto button = memberObject(menu.get(), "Item", std::move(index));
+    const auto button = memberObject(menu.get(), "Item", index);
     callMember(button.get(), "SetFocus", DISPATCH_METHOD);
   }
 

@@ -8,6 +8,7 @@ ExcelApplication::ExcelApplication(ComPointer<IDispatch> application)
     : application_(std::move(application), patience_) {}
 
 ExcelApplication::~ExcelApplication() {
+  patience_ = {};
   try {
     application_.call("Quit");
   } catch (const RuntimeError&) {

@@ -25,8 +25,8 @@ class ExcelApplication {
   FileReplacement& replace(std::string_view path);
 
  private:
-  std::deque<FileReplacement> replacements_;
-  PatientMessageFilter filter_;
+  std::deque<FileReplacement> replacements_;  // goes last
+  QuietMessageFilter filter_;
   Patience patience_;
   ExcelObject application_;
 };

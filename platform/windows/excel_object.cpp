@@ -1,7 +1,6 @@
 #include "platform/windows/excel_object.h"
 
 #include "platform/windows/com_errors.h"
-#include "platform/windows/message_filter.h"
 
 namespace velk {
 
@@ -21,9 +20,11 @@ bool isBusy(const RuntimeError& error) {
 }  // namespace
 
 bool Patience::wait() {
-  if (waited_ >= busyPatience) return false;
-  Sleep(busyPause);
-  waited_ += busyPause;
+  constexpr unsigned pause = 200;
+  constexpr unsigned longest = 10'000;
+  if (waited_ >= longest) return false;
+  Sleep(pause);
+  waited_ += pause;
   return true;
 }
 

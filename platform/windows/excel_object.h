@@ -10,14 +10,14 @@
 
 namespace velk {
 
-/// What is left of the time that a run waits for a busy application.
+/// What is left of the ten seconds that a busy application is given.
 class Patience {
  public:
   /// Pauses and answers true; false when the time is used up.
   bool wait();
 
  private:
-  unsigned waited_ = 0;
+  unsigned waited_ = 0;  ///< in milliseconds
 };
 
 class ExcelObject {

@@ -96,7 +96,7 @@ int ExcelSheetReader::lastRowIn(int firstRow) const {
   int last = 0;
   for (int column = 1; column <= used_.lastColumn; column += blockColumns) {
     Block& cells = block(firstRow, column);
-    const auto width = static_cast<std::ptrdiff_t>(cells.range.lastColumn - column + 1);
+    const std::ptrdiff_t width = std::ptrdiff_t{cells.range.lastColumn} - column + 1;
     const auto found = std::find_if(cells.texts.rbegin(), cells.texts.rend(),
                                     [](const std::string& text) { return !text.empty(); });
     if (found == cells.texts.rend()) continue;
@@ -132,7 +132,7 @@ void ExcelSheetReader::load(Block& block) const {
 }
 
 void ExcelSheetReader::loadCell(Block& block, int row, int column, const VARIANT& value,
-                                std::vector<Number>& numbers) const {
+                                std::vector<Number>& numbers) {
   constexpr DWORD firstErrorCode = 2000;
   std::string& text = block.at(row, column);
   switch (value.vt) {

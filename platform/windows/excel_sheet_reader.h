@@ -47,8 +47,8 @@ class ExcelSheetReader final : public WorksheetReader {
 
   Block& block(int row, int column) const;
   void load(Block& block) const;
-  void loadCell(Block& block, int row, int column, const VARIANT& value,
-                std::vector<Number>& numbers) const;
+  static void loadCell(Block& block, int row, int column, const VARIANT& value,
+                       std::vector<Number>& numbers);
   void showNumbers(int column, Numbers numbers) const;
   const NumberFormat& format(const std::string& code) const;
   bool from1904() const;

@@ -43,12 +43,12 @@ Variant columnValue(std::span<const std::string> texts) {
 ExcelSheetWriter::ExcelSheetWriter(ExcelApplication& application, ExcelWorkbook workbook)
     : application_(application), workbook_(std::move(workbook)), sheet_(workbook_.firstSheet()) {}
 
-ExcelObject ExcelSheetWriter::range(const CellRange& cells) const {
-  return sheet_.object("Range", rangeName(checkedRange(cells)));
+ExcelObject ExcelSheetWriter::rangeObject(const CellRange& range) const {
+  return sheet_.object("Range", rangeName(checkedRange(range)));
 }
 
 ExcelObject ExcelSheetWriter::columns(int first, int last) const {
-  return range({1, first, 1, last}).object("EntireColumn");
+  return rangeObject({1, first, 1, last}).object("EntireColumn");
 }
 
 void ExcelSheetWriter::setText(int row, int column, std::string_view text) {
@@ -76,7 +76,7 @@ void ExcelSheetWriter::write(int number, const Column& column, int firstRow, int
   const auto first = static_cast<std::size_t>(firstRow) - 1;
   const auto texts =
       std::span(column.texts).subspan(first, static_cast<std::size_t>(lastRow) - first);
-  const ExcelObject cells = range({firstRow, number, lastRow, number});
+  const ExcelObject cells = rangeObject({firstRow, number, lastRow, number});
   cells.put("NumberFormat", "@");
   cells.put("Value2", columnValue(texts));
   for (int row = firstRow; const std::string& text : texts) {
@@ -86,23 +86,23 @@ void ExcelSheetWriter::write(int number, const Column& column, int firstRow, int
 }
 
 void ExcelSheetWriter::writeAlone(int row, int column, const std::string& text) const {
-  const ExcelObject cell = range({row, column, row, column});
+  const ExcelObject cell = rangeObject({row, column, row, column});
   cell.put("Value2", text);
   if (text.starts_with('\'') && toText(toValue(cell.get("Value2").get())) != text) {
     cell.put("Value2", '\'' + text);
   }
 }
 
-void ExcelSheetWriter::setBold(const CellRange& cells) {
-  range(cells).object("Font").put("Bold", true);
+void ExcelSheetWriter::setBold(const CellRange& range) {
+  rangeObject(range).object("Font").put("Bold", true);
 }
 
-void ExcelSheetWriter::addListValidation(const CellRange& cells, std::string_view source) {
+void ExcelSheetWriter::addListValidation(const CellRange& range, std::string_view source) {
   constexpr int list = 3;
   constexpr int stop = 1;
   constexpr int between = 1;
   checkedRange(listSource(source));
-  const ExcelObject validation = range(cells).object("Validation");
+  const ExcelObject validation = rangeObject(range).object("Validation");
   validation.call("Delete");
   validation.call("Add", list, stop, between, sourceAsSpelled(source));
 }

@@ -31,7 +31,7 @@ class ExcelSheetWriter final : public WorksheetWriter {
     int lastNew = 0;
   };
 
-  ExcelObject range(const CellRange& cells) const;
+  ExcelObject rangeObject(const CellRange& range) const;
   ExcelObject columns(int first, int last) const;
   void writeTexts();
   void write(int number, const Column& column, int firstRow, int lastRow) const;

@@ -15,9 +15,9 @@ class Filter final : public ComObject<IMessageFilter> {
     if (!previous_) return SERVERCALL_ISHANDLED;
     return previous_->HandleInComingCall(kind, caller, elapsed, what);
   }
-  DWORD STDMETHODCALLTYPE RetryRejectedCall(HTASK, DWORD elapsed, DWORD) noexcept override {
+  DWORD STDMETHODCALLTYPE RetryRejectedCall(HTASK, DWORD, DWORD) noexcept override {
     constexpr DWORD cancel = 0xFFFFFFFF;
-    return elapsed < busyPatience ? busyPause : cancel;
+    return cancel;
   }
   DWORD STDMETHODCALLTYPE MessagePending(HTASK, DWORD, DWORD) noexcept override {
     return PENDINGMSG_WAITDEFPROCESS;
@@ -29,13 +29,13 @@ class Filter final : public ComObject<IMessageFilter> {
 
 }  // namespace
 
-PatientMessageFilter::PatientMessageFilter() {
+QuietMessageFilter::QuietMessageFilter() {
   const auto filter = makeObject<Filter>();
   registered_ = CoRegisterMessageFilter(filter.get(), previous_.receive()) == S_OK;
   filter->forwardTo(previous_);
 }
 
-PatientMessageFilter::~PatientMessageFilter() {
+QuietMessageFilter::~QuietMessageFilter() {
   ComPointer<IMessageFilter> own;
   if (registered_) CoRegisterMessageFilter(previous_.get(), own.receive());
 }

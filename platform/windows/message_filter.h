@@ -1,4 +1,4 @@
-// Patience with other programs that are busy, in place of the host's, which may ask the user.
+// What happens when another program is too busy for a call of this thread.
 #pragma once
 
 #include <ole2.h>
@@ -7,18 +7,14 @@
 
 namespace velk {
 
-/// How long a busy program is asked again, all in all, and how often, in milliseconds.
-inline constexpr DWORD busyPatience = 10'000;
-inline constexpr DWORD busyPause = 200;
-
-/// While it lives, calls of this thread that another program is too busy to take are made again
-/// for `busyPatience`, then fail. Calls that come in go where they went before.
-class PatientMessageFilter {
+/// While it lives, such a call fails at once (RPC_E_CALL_REJECTED, RPC_E_SERVERCALL_RETRYLATER);
+/// the host's own filter may ask the user instead. Calls that come in go where they went before.
+class QuietMessageFilter {
  public:
-  PatientMessageFilter();
-  ~PatientMessageFilter();
-  PatientMessageFilter(const PatientMessageFilter&) = delete;
-  PatientMessageFilter& operator=(const PatientMessageFilter&) = delete;
+  QuietMessageFilter();
+  ~QuietMessageFilter();
+  QuietMessageFilter(const QuietMessageFilter&) = delete;
+  QuietMessageFilter& operator=(const QuietMessageFilter&) = delete;
 
  private:
   ComPointer<IMessageFilter> previous_;

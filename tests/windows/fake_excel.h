@@ -22,7 +22,7 @@ class FakeExcel {
   FakeExcel(const FakeExcel&) = delete;
   FakeExcel& operator=(const FakeExcel&) = delete;
 
-  Texts calls;  ///< those that give no object, and Open
+  Texts calls;  ///< those that give no object, and Open; a range stands for its parts
   std::map<std::string, Variant> answers;
   std::set<std::string> unknown;  ///< members that it lacks
   int failAt = -1;                ///< the call that fails, counting all from 0
@@ -140,7 +140,10 @@ inline Variant FakeExcel::invoke(const std::string& owner, const std::string& na
   if (name == "Quit") objectsAtQuit = objects;
   if (count++ == failAt) throw RuntimeError(1004, "The application says why");
   if (givesObject) {
-    return Variant(makeObject<Object>(*this, makesWorkbook ? "Workbook" : call).get());
+    const std::string& made = makesWorkbook                ? "Workbook"
+                              : owner.starts_with("Range") ? owner
+                                                           : call;
+    return Variant(makeObject<Object>(*this, made).get());
   }
   const auto known = answers.find(owner + '.' + call);
   return known == answers.end() ? Variant() : Variant::copyOf(known->second.get());
