@@ -54,7 +54,8 @@ class WorksheetWriter {
   virtual void hideColumn(int number) = 0;
   /// Fits the width of some columns to the texts that stand there now.
   virtual void autoFit(int firstColumn, int lastColumn) = 0;
-  /// Saves the workbook in the .xls format; a file that stands there is replaced.
+  /// Saves the workbook in the .xls format, as the last thing that is done with it. A file that
+  /// stands there is replaced once the new one is complete.
   virtual void saveAs(std::string_view path) = 0;
 };
 

@@ -25,7 +25,7 @@ class ExcelApplication {
   FileReplacement& replace(std::string_view path);
 
  private:
-  std::deque<FileReplacement> replacements_;  // goes last
+  std::deque<FileReplacement> replacements_;
   QuietMessageFilter filter_;
   Patience patience_;
   ExcelObject application_;

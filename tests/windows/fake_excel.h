@@ -61,6 +61,7 @@ class FakeExcel {
   Variant invoke(const std::string& owner, const std::string& name, WORD kind,
                  const DISPPARAMS& parameters);
 
+  std::ofstream saved_;  ///< nobody may move it or remove it until it is closed
   ComPointer<Object> application_;
   std::optional<ClassObject> registered_;
 };
@@ -136,9 +137,14 @@ inline Variant FakeExcel::invoke(const std::string& owner, const std::string& na
   const bool makesWorkbook = owner == "Workbooks";
   const bool givesObject = makesWorkbook || objectMembers.contains(name);
   if (!givesObject || name == "Open") calls.push_back(owner + '.' + call);
-  if (name == "SaveAs") std::ofstream(parameters.rgvarg[1].bstrVal) << "new";
+  if (name == "SaveAs") {
+    saved_.open(parameters.rgvarg[1].bstrVal);
+    saved_ << "new" << std::flush;
+  }
   if (name == "Quit") objectsAtQuit = objects;
-  if (count++ == failAt) throw RuntimeError(1004, "The application says why");
+  const bool fails = count++ == failAt;
+  if (name == "Quit" || (name == "Close" && !fails)) saved_.close();
+  if (fails) throw RuntimeError(1004, "The application says why");
   if (givesObject) {
     const std::string& made = makesWorkbook                ? "Workbook"
                               : owner.starts_with("Range") ? owner
