@@ -114,6 +114,10 @@ void waitUntilGone(HWND window) {
   waitFor("a window to close", [&] { return IsWindowVisible(window) == FALSE; });
 }
 
+void waitUntilIdle(HWND window) {
+  SendMessageW(window, WM_NULL, 0, 0);
+}
+
 HWND childOfClass(HWND parent, std::wstring_view windowClass, std::size_t index) {
   auto windows = childWindows(parent);
   std::erase_if(windows, [&](HWND window) { return classOf(window) != windowClass; });

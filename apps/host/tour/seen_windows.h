@@ -30,6 +30,8 @@ HWND windowOfClass(std::wstring_view windowClass);
 /// Waits for a message box with this text.
 HWND messageBoxSaying(std::wstring_view text);
 void waitUntilGone(HWND window);
+/// Waits until the window's thread takes messages again: a click before that may be dropped.
+void waitUntilIdle(HWND window);
 
 /// Windows inside a window, the higher ones first. Error 5 when there are not that many.
 HWND childOfClass(HWND parent, std::wstring_view windowClass, std::size_t index = 0);

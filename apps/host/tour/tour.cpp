@@ -197,6 +197,7 @@ void Tour::import(const TourImport& what) {
     waitUntilGone(box);
   }
   waitFor("the import to end", [&] { return IsWindowEnabled(import) == FALSE; });
+  waitUntilIdle(screen);
   click(buttonNamed(screen, L"C&lose"));
   waitUntilGone(screen);
   windowTitled(hostTitle);
