@@ -1,9 +1,13 @@
 // Numbers in texts that users wrote.
 #pragma once
 
+#include <bit>
+#include <concepts>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace velk {
 
@@ -16,6 +20,17 @@ double leadingNumber(std::string_view text);
 /// A text that is a number from end to end but for blanks around it, by the same rule; nothing
 /// where anything is left over.
 std::optional<double> wholeNumber(std::string_view text);
+
+/// True when a double holds the integer without rounding. Its bits tell; a conversion there and
+/// back does not, where the compiler keeps it in a wider register (as for x86).
+template <std::integral Integer>
+constexpr bool fitsDouble(Integer number) {
+  auto magnitude = static_cast<std::uint64_t>(number);
+  if (std::cmp_less(number, 0)) magnitude = 0 - magnitude;
+  const int bits = std::numeric_limits<std::uint64_t>::digits - std::countl_zero(magnitude) -
+                   std::countr_zero(magnitude);
+  return bits <= std::numeric_limits<double>::digits;
+}
 
 /// Error 6 when the number does not fit 16 bits; else the number.
 std::int16_t toInt16(std::int64_t number);

@@ -3,10 +3,10 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <limits>
 #include <optional>
 
 #include "platform/dates.h"
+#include "platform/numbers.h"
 #include "platform/text.h"
 
 namespace velk {
@@ -27,11 +27,7 @@ Value integerCell(const std::string& text, bool big) {
   if (!number) return text;
   const auto narrow = static_cast<std::int32_t>(*number);
   if (!big && narrow == *number) return narrow;
-  const auto real = static_cast<double>(*number);
-  // Rounding may lead just past the range, where a conversion back is not defined.
-  const bool inRange = real < static_cast<double>(std::numeric_limits<std::int64_t>::max());
-  if (inRange && static_cast<std::int64_t>(real) == *number) return real;
-  return text;
+  return fitsDouble(*number) ? Value(static_cast<double>(*number)) : Value(text);
 }
 
 // Some engines drop the zero before the point.

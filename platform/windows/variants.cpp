@@ -1,10 +1,10 @@
 #include "platform/windows/variants.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 #include "platform/errors.h"
+#include "platform/numbers.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
 
@@ -46,11 +46,7 @@ std::string asText(const VARIANT& variant) {
 template <class Integer>
 Value integer(const VARIANT& variant, Integer number) {
   if (std::in_range<std::int32_t>(number)) return static_cast<std::int32_t>(number);
-  const auto real = static_cast<double>(number);
-  // Rounding may lead just past the range, where a conversion back is not defined.
-  const bool inRange = real < static_cast<double>(std::numeric_limits<Integer>::max());
-  if (inRange && static_cast<Integer>(real) == number) return real;
-  return asText(variant);
+  return fitsDouble(number) ? Value(static_cast<double>(number)) : Value(asText(variant));
 }
 
 }  // namespace

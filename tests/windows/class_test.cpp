@@ -160,18 +160,19 @@ TEST_CASE("a file that does not open is shown with the error's number as the sty
   CHECK(boxes.shown() == Texts{"Velk_OpnImp|File not found|Retry|Cancel"});  // 53 = 48 + 5
 }
 
+BOOL CALLBACK collectScreen(HWND window, LPARAM to) {
+  wchar_t name[64];
+  GetClassNameW(window, name, 64);
+  if (std::wstring_view(name) == L"Velk_OpnImp.Form") {
+    reinterpret_cast<std::vector<HWND>*>(to)->push_back(window);
+  }
+  return TRUE;
+}
+
 /// Closes this thread's screens as their user does, and answers their captions.
 Texts closeScreens() {
   std::vector<HWND> screens;
-  const auto collect = [](HWND window, LPARAM to) -> BOOL {
-    wchar_t name[64];
-    GetClassNameW(window, name, 64);
-    if (std::wstring_view(name) == L"Velk_OpnImp.Form") {
-      reinterpret_cast<std::vector<HWND>*>(to)->push_back(window);
-    }
-    return TRUE;
-  };
-  EnumThreadWindows(GetCurrentThreadId(), collect, reinterpret_cast<LPARAM>(&screens));
+  EnumThreadWindows(GetCurrentThreadId(), collectScreen, reinterpret_cast<LPARAM>(&screens));
   Texts captions;
   for (const HWND screen : screens) {
     wchar_t caption[64];

@@ -405,6 +405,14 @@ TEST_CASE("windows: several at once, and none left behind") {
   CHECK(LiveObjects().graphics == before.graphics);
 }
 
+void CALLBACK chooseFromMenu(HWND, UINT, UINT_PTR timer, DWORD) {
+  const HWND menu = FindWindowW(L"#32768", nullptr);
+  if (menu == nullptr) return;
+  KillTimer(nullptr, timer);
+  PostMessageW(menu, WM_KEYDOWN, VK_DOWN, 1);
+  PostMessageW(menu, WM_KEYDOWN, VK_RETURN, 1);
+}
+
 TEST_CASE("windows: the mapping list's popup menu unmaps the column under the pointer") {
   Screens screens;
   const auto screen = screens.open();
@@ -419,13 +427,7 @@ TEST_CASE("windows: the mapping list's popup menu unmaps the column under the po
   PostMessageW(window.list(1), WM_RBUTTONDOWN, MK_RBUTTON, where);
   PostMessageW(window.list(1), WM_RBUTTONUP, 0, where);
   // The menu runs a message loop of its own: a timer chooses its item.
-  SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR timer, DWORD) {
-    const HWND menu = FindWindowW(L"#32768", nullptr);
-    if (menu == nullptr) return;
-    KillTimer(nullptr, timer);
-    PostMessageW(menu, WM_KEYDOWN, VK_DOWN, 1);
-    PostMessageW(menu, WM_KEYDOWN, VK_RETURN, 1);
-  });
+  SetTimer(nullptr, 0, 50, chooseFromMenu);
   for (int i = 0; i < 200 && window.cell(1, 1, 5) == "Balance"; ++i) {
     pump();
     MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);

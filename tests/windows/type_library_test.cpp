@@ -81,11 +81,12 @@ const Texts expectedMembers{
     "18 11 1 HRESULT ValidateData(in short, in _Velk_ClsOpnImp*, out retval VARIANT_BOOL*)"};
 
 TEST_CASE("the type library has the members that hosts were compiled against") {
+  const auto builds = programFolder() / "../..";
   const struct {
     std::filesystem::path dll;
     SYSKIND kind;
-  } rows[] = {{programFolder() / "Velk_OpnImp.dll", SYS_WIN64},
-              {programFolder() / "../../windows-x86/bin/Velk_OpnImp.dll", SYS_WIN32}};
+  } rows[] = {{builds / "windows-x64/bin/Velk_OpnImp.dll", SYS_WIN64},
+              {builds / "windows-x86/bin/Velk_OpnImp.dll", SYS_WIN32}};
   // Where ADO itself is not registered its stub is found by its file name.
   std::filesystem::current_path(programFolder() / "../component/com/com");
   for (const auto& row : rows) {
