@@ -32,13 +32,20 @@ class DesktopHostService final : public PlainHostService {
 
 }  // namespace
 
+Apartment::Thread::Thread() : number(GetCurrentThreadId()) {
+  FILETIME created{};
+  FILETIME others{};
+  GetThreadTimes(GetCurrentThread(), &created, &others, &others, &others);
+  started = std::uint64_t{created.dwHighDateTime} << 32 | created.dwLowDateTime;
+}
+
 // Objects are created in single-threaded apartments only, so a thread is an apartment.
 std::shared_ptr<Apartment> Apartment::current() {
   static std::mutex mutex;
-  static std::map<DWORD, std::weak_ptr<Apartment>> apartments;
+  static std::map<Thread, std::weak_ptr<Apartment>> apartments;
   const std::scoped_lock lock(mutex);
   std::erase_if(apartments, [](const auto& entry) { return entry.second.expired(); });
-  std::weak_ptr<Apartment>& entry = apartments[GetCurrentThreadId()];
+  std::weak_ptr<Apartment>& entry = apartments[Thread()];
   std::shared_ptr<Apartment> apartment = entry.lock();
   if (apartment == nullptr) entry = apartment = std::make_shared<Apartment>();
   return apartment;

@@ -3,6 +3,8 @@
 
 #include <ole2.h>
 
+#include <compare>
+#include <cstdint>
 #include <memory>
 
 #include "component/com/server.h"
@@ -21,16 +23,29 @@ class Apartment : public std::enable_shared_from_this<Apartment> {
   static std::shared_ptr<Apartment> current();
 
   Apartment();
+  /// False in a call that did not come the way that COM provides between threads.
+  bool isCurrent() const { return thread_ == Thread(); }
   Velk_ModOpnImp& module() { return module_; }
   /// The public class's interface as the type library describes it.
   const ComPointer<ITypeInfo>& typeInfo();
 
  private:
+  /// The calling thread. Its number alone would not do: it is given away anew when a thread has
+  /// ended, and with it what that thread left open.
+  struct Thread {
+    Thread();
+    auto operator<=>(const Thread&) const = default;
+
+    DWORD number;
+    std::uint64_t started = 0;
+  };
+
   std::shared_ptr<HostService> createHostService();
   /// The installed spreadsheet application, or the system's own reader and writer.
   std::unique_ptr<Spreadsheet> createSpreadsheet();
 
   ServerLock lock_;
+  Thread thread_;
   WindowsFileSystem files_;
   WindowsDesktop desktop_;
   WindowShell shell_{[this] { return shared_from_this(); }};

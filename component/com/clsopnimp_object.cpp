@@ -48,6 +48,7 @@ HRESULT ClsOpnImpObject::run(Body&& body) noexcept {
 // Screens
 
 void ClsOpnImpObject::openScreen(EntryPoint entry, IUnknown* connection, IUnknown* icon) {
+  if (!apartment_->isCurrent()) throw comError(RPC_E_WRONG_THREAD);
   auto database = adoConnection(connection);
   std::shared_ptr<const Picture> picture;
   if (icon != nullptr) {

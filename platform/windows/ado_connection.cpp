@@ -21,6 +21,7 @@ class AdoConnection final : public Connection {
     ComPointer<_Recordset> rows;
     call(connection_, &_Connection::Execute, Bstr(text).get(), affected.receive(), defaultOptions,
          rows.receive());
+    if (!rows) throw RuntimeError(ErrorNumber::ObjectNotSet);
     return adoRecordset(std::move(rows));
   }
 

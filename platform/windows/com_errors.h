@@ -24,9 +24,11 @@ RuntimeError lastComError(HRESULT result);
 HRESULT toHresult(const RuntimeError& error);
 
 /// Calls a member of an object and raises its failure. Error information of earlier calls is taken
-/// away first, because objects without any would otherwise be described by it.
+/// away first, because objects without any would otherwise be described by it. Error 91 for null:
+/// not every host's object gives what it says it has.
 template <class Object, class Member, class... Arguments>
 void call(const ComPointer<Object>& object, Member member, Arguments&&... arguments) {
+  if (!object) throw RuntimeError(ErrorNumber::ObjectNotSet);
   SetErrorInfo(0, nullptr);
   const HRESULT result = (object.get()->*member)(std::forward<Arguments>(arguments)...);
   if (FAILED(result)) throw lastComError(result);

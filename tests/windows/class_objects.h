@@ -6,6 +6,10 @@
 
 namespace velk {
 
+/// The class of the host's service object.
+inline constexpr CLSID serviceClass = {
+    0x2F54E293, 0x7499, 0x4B89, {0x9A, 0x2E, 0xE7, 0x83, 0x42, 0x00, 0x7F, 0x59}};
+
 /// While it lives, creating the class gives this one object.
 class ClassObject {
  public:

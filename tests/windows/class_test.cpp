@@ -8,6 +8,7 @@
 #include "platform/windows/late_binding.h"
 #include "platform/windows/variants.h"
 #include "tests/windows/message_boxes.h"
+#include "tests/windows/screen_windows.h"
 #include "tests/windows/server_dll.h"
 
 namespace velk {
@@ -21,7 +22,7 @@ std::string writeFile(const char* content) {
   return fromWide(path.wstring());
 }
 
-std::string textOf(const Variant& variant) {
+std::string valueOf(const Variant& variant) {
   return toText(toValue(variant.get()));
 }
 
@@ -78,16 +79,16 @@ TEST_CASE("the reader, late bound, in any letter case") {
   IDispatch* const reader = object.get();
   const std::string path = writeFile("a,\"b,c\"\r\n1,2");
   late(reader, "FILENAME", DISPATCH_PROPERTYPUT, Value(path));
-  CHECK(textOf(late(reader, "filename", DISPATCH_PROPERTYGET)) == path);
-  CHECK(textOf(late(reader, "COUNT", getOrCall)) == "2");
-  CHECK(textOf(late(reader, "fields", getOrCall, Value("1"))) == "\"b,c\"");
-  CHECK(textOf(late(reader, "validatedata", getOrCall, Value(2.0), reader)) == "True");
+  CHECK(valueOf(late(reader, "filename", DISPATCH_PROPERTYGET)) == path);
+  CHECK(valueOf(late(reader, "COUNT", getOrCall)) == "2");
+  CHECK(valueOf(late(reader, "fields", getOrCall, Value("1"))) == "\"b,c\"");
+  CHECK(valueOf(late(reader, "validatedata", getOrCall, Value(2.0), reader)) == "True");
   late(reader, "movenext", DISPATCH_METHOD);
-  CHECK(textOf(late(reader, "Fields", getOrCall, Value(0))) == "1");
+  CHECK(valueOf(late(reader, "Fields", getOrCall, Value(0))) == "1");
   late(reader, "MoveNext", DISPATCH_METHOD);
-  CHECK(textOf(late(reader, "IsEof", getOrCall)) == "True");
+  CHECK(valueOf(late(reader, "IsEof", getOrCall)) == "True");
   late(reader, "Rewind", DISPATCH_METHOD);
-  CHECK(textOf(late(reader, "IsEOF", getOrCall)) == "False");
+  CHECK(valueOf(late(reader, "IsEOF", getOrCall)) == "False");
   const Variant split = late(reader, "CSVSplit", DISPATCH_METHOD, Value("x,\"y,z\""));
   REQUIRE(split.get().vt == (VT_ARRAY | VT_BSTR));
   auto* const fields = static_cast<BSTR*>(split.get().parray->pvData);
@@ -111,7 +112,7 @@ TEST_CASE("the members stand in the vtable where the type library says") {
     Variant result;
     CHECK(members->Invoke(object.get(), id, getOrCall & (id == 4 ? 2 : 1), &none, result.receive(),
                           nullptr, nullptr) == S_OK);
-    CHECK(textOf(result).ends_with(answer));
+    CHECK(valueOf(result).ends_with(answer));
   }
 }
 
@@ -158,29 +159,6 @@ TEST_CASE("a file that does not open is shown with the error's number as the sty
   const MessageBoxes boxes;
   CHECK(object->put_FileName(Bstr("C:\\no such file.csv").get()) == S_OK);
   CHECK(boxes.shown() == Texts{"Velk_OpnImp|File not found|Retry|Cancel"});  // 53 = 48 + 5
-}
-
-BOOL CALLBACK collectScreen(HWND window, LPARAM to) {
-  wchar_t name[64];
-  GetClassNameW(window, name, 64);
-  if (std::wstring_view(name) == L"Velk_OpnImp.Form") {
-    reinterpret_cast<std::vector<HWND>*>(to)->push_back(window);
-  }
-  return TRUE;
-}
-
-/// Closes this thread's screens as their user does, and answers their captions.
-Texts closeScreens() {
-  std::vector<HWND> screens;
-  EnumThreadWindows(GetCurrentThreadId(), collectScreen, reinterpret_cast<LPARAM>(&screens));
-  Texts captions;
-  for (const HWND screen : screens) {
-    wchar_t caption[64];
-    captions.push_back(
-        fromWide({caption, static_cast<std::size_t>(GetWindowTextW(screen, caption, 64))}));
-    SendMessageW(screen, WM_CLOSE, 0, 0);
-  }
-  return captions;
 }
 
 TEST_CASE("entry points take the host's objects in every form and give them back") {

@@ -14,9 +14,6 @@
 namespace velk {
 namespace {
 
-constexpr CLSID serviceClass = {
-    0x2F54E293, 0x7499, 0x4B89, {0x9A, 0x2E, 0xE7, 0x83, 0x42, 0x00, 0x7F, 0x59}};
-
 Texts events;
 
 std::string keyText(BSTR application, BSTR category, BSTR key) {

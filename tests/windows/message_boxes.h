@@ -3,10 +3,12 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
+#include <utility>
 
-#include "platform/windows/wide_text.h"
 #include "tests/support/checks.h"
+#include "tests/windows/screen_windows.h"
 
 namespace velk {
 
@@ -28,6 +30,7 @@ class MessageBoxes {
   const Texts& shown() const { return shown_; }
   /// What is typed into file dialogs.
   void chooseFile(std::string path) { path_ = std::move(path); }
+  std::function<void()> onShown;  ///< runs while a box is shown, before its button is pressed
 
  private:
   static MessageBoxes*& current() {
@@ -40,11 +43,6 @@ class MessageBoxes {
     const auto& message = *reinterpret_cast<const CWPRETSTRUCT*>(details);
     if (code == HC_ACTION && message.message == WM_INITDIALOG) current()->answer(message.hwnd);
     return CallNextHookEx(nullptr, code, sender, details);
-  }
-
-  static std::string textOf(HWND window) {
-    wchar_t text[1024];
-    return fromWide({text, static_cast<std::size_t>(GetWindowTextW(window, text, 1024))});
   }
 
   void answer(HWND box) {
@@ -73,6 +71,7 @@ class MessageBoxes {
     }
     if (first == 0) return;
     shown_.push_back(all);
+    if (onShown) onShown();
     PostMessageW(box, WM_COMMAND, first, 0);
   }
 

@@ -113,18 +113,11 @@ TEST_CASE("registration makes the class known and leaves nothing when taken back
 }
 
 TEST_CASE("a manifest makes the class known without registration") {
-  ACTCTXW context{};
-  context.cbSize = sizeof context;
-  const std::wstring manifest = programFolder() / "host.manifest";
-  context.lpSource = manifest.c_str();
-  const HANDLE handle = CreateActCtxW(&context);
-  REQUIRE(handle != INVALID_HANDLE_VALUE);
-  ULONG_PTR cookie = 0;
-  REQUIRE(ActivateActCtx(handle, &cookie) != FALSE);
-  CHECK(activate(__uuidof(::Velk_ClsOpnImp)) == S_OK);
-  CHECK(activateByName() == S_OK);
-  DeactivateActCtx(0, cookie);
-  ReleaseActCtx(handle);
+  {
+    const KnownByManifest known;
+    CHECK(activate(__uuidof(::Velk_ClsOpnImp)) == S_OK);
+    CHECK(activateByName() == S_OK);
+  }
   CHECK(activate(__uuidof(::Velk_ClsOpnImp)) == REGDB_E_CLASSNOTREG);
 }
 

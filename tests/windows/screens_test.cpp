@@ -18,34 +18,11 @@
 #include "tests/support/test_world.h"
 #include "tests/windows/host_ado.h"
 #include "tests/windows/message_boxes.h"
+#include "tests/windows/screen_windows.h"
 #include "tests/windows/temporary_folder.h"
 
 namespace velk {
 namespace {
-
-/// Runs all messages there are, as the host's loop would.
-void pump() {
-  MSG message;
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
-  }
-}
-
-std::string textOf(HWND window) {
-  wchar_t text[512];
-  return fromWide({text, static_cast<std::size_t>(GetWindowTextW(window, text, 512))});
-}
-
-/// The first window inside another that the test accepts.
-HWND inside(HWND window, const std::function<bool(HWND)>& accepts) {
-  for (HWND child = GetWindow(window, GW_CHILD); child != nullptr;
-       child = GetWindow(child, GW_HWNDNEXT)) {
-    if (accepts(child)) return child;
-    if (const HWND found = inside(child, accepts)) return found;
-  }
-  return nullptr;
-}
 
 /// What this process has now of windows and of graphics objects.
 struct LiveObjects {
@@ -91,70 +68,6 @@ struct Screens {
     return screen;
   }
 };
-
-struct Window {
-  explicit Window(const Form& form)
-      : handle(reinterpret_cast<HWND>(static_cast<INT_PTR>(form.number("hWnd")))) {}
-
-  HWND button(const char* caption) const {
-    return inside(handle, [&](HWND window) { return textOf(window) == caption; });
-  }
-  void click(const char* caption) const {
-    const HWND target = button(caption);
-    REQUIRE(target != nullptr);
-    PostMessageW(target, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    PostMessageW(target, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
-    pump();
-  }
-  /// The preview (0) or the mapping list (1).
-  HWND list(int which) const {
-    return inside(handle, [&](HWND window) {
-      wchar_t name[32];
-      GetClassNameW(window, name, 32);
-      return std::wstring_view(name) == WC_LISTVIEWW && which-- == 0;
-    });
-  }
-  std::string cell(int which, int row, int column) const {
-    wchar_t text[256] = L"";
-    LVITEMW item{};
-    item.iSubItem = column;
-    item.pszText = text;
-    item.cchTextMax = 256;
-    SendMessageW(list(which), LVM_GETITEMTEXTW, static_cast<WPARAM>(row - 1),
-                 reinterpret_cast<LPARAM>(&item));
-    return fromWide(text);
-  }
-  int rows(int which) const {
-    return static_cast<int>(SendMessageW(list(which), LVM_GETITEMCOUNT, 0, 0));
-  }
-  void clickHeader(int which, int column) const {
-    const auto header = reinterpret_cast<HWND>(SendMessageW(list(which), LVM_GETHEADER, 0, 0));
-    RECT at{};
-    SendMessageW(header, HDM_GETITEMRECT, static_cast<WPARAM>(column),
-                 reinterpret_cast<LPARAM>(&at));
-    const LPARAM where = MAKELPARAM((at.left + at.right) / 2, (at.top + at.bottom) / 2);
-    PostMessageW(header, WM_LBUTTONDOWN, MK_LBUTTON, where);
-    PostMessageW(header, WM_LBUTTONUP, 0, where);
-    pump();
-  }
-  RECT outer() const {
-    RECT rectangle{};
-    GetWindowRect(handle, &rectangle);
-    return rectangle;
-  }
-
-  HWND handle;
-};
-
-void press(WPARAM key, bool control = false) {
-  BYTE keys[256] = {};
-  keys[VK_CONTROL] = control ? 0x80 : 0;
-  SetKeyboardState(keys);
-  PostMessageW(GetFocus(), WM_KEYDOWN, key, 1);
-  pump();
-  keys[VK_CONTROL] = 0;
-  SetKeyboardState(keys);
-}
 
 constexpr std::string_view file =
     "Name,Code,Bill,Balance\r\n\"Zo\xEB, Ltd\",C1,100,60\r\nB,C2,-50,20\r\n";

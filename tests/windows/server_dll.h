@@ -23,7 +23,10 @@ inline std::filesystem::path programFolder() {
 /// Loaded without COM knowing of it.
 class ServerDll {
  public:
-  ServerDll() { REQUIRE(dll_ != nullptr); }
+  explicit ServerDll(const std::filesystem::path& file = programFolder() / "Velk_OpnImp.dll")
+      : dll_(LoadLibraryW(file.c_str())) {
+    REQUIRE(dll_ != nullptr);
+  }
   ~ServerDll() { FreeLibrary(dll_); }
   ServerDll(const ServerDll&) = delete;
   ServerDll& operator=(const ServerDll&) = delete;
@@ -55,7 +58,31 @@ class ServerDll {
     return found;
   }
 
-  HMODULE dll_ = LoadLibraryW((programFolder() / "Velk_OpnImp.dll").c_str());
+  HMODULE dll_;
+};
+
+/// While it lives, this thread finds the class as a host with a manifest does.
+class KnownByManifest {
+ public:
+  KnownByManifest() {
+    ACTCTXW context{};
+    context.cbSize = sizeof context;
+    const std::wstring manifest = programFolder() / "host.manifest";
+    context.lpSource = manifest.c_str();
+    context_ = CreateActCtxW(&context);
+    REQUIRE(context_ != INVALID_HANDLE_VALUE);
+    REQUIRE(ActivateActCtx(context_, &cookie_) != FALSE);
+  }
+  ~KnownByManifest() {
+    DeactivateActCtx(0, cookie_);
+    ReleaseActCtx(context_);
+  }
+  KnownByManifest(const KnownByManifest&) = delete;
+  KnownByManifest& operator=(const KnownByManifest&) = delete;
+
+ private:
+  HANDLE context_;
+  ULONG_PTR cookie_ = 0;
 };
 
 /// The reference count of an object.

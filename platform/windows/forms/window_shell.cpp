@@ -9,15 +9,29 @@ namespace velk {
 
 namespace {
 
+std::shared_ptr<FormWindow> formWindowOf(HWND window) {
+  FormWindow* const found = FormWindow::of(window);
+  return found == nullptr ? nullptr : found->shared_from_this();
+}
+
+BOOL CALLBACK closeForm(HWND window, LPARAM) {
+  if (const auto found = formWindowOf(window)) found->form().userClose();
+  return TRUE;
+}
+
 // The host's message loop knows nothing of our keyboard: a hook sees each message that it takes.
 // Handling one dispatches it, so the hook is entered anew, and its window may be gone afterwards.
+// With the loop's end the forms close, those with a run in progress when that has ended: later no
+// one would, and what they hold of the host would outlive it.
 LRESULT CALLBACK seeMessage(int code, WPARAM removed, LPARAM lParam) {
   auto& message = *reinterpret_cast<MSG*>(lParam);
-  const bool isKey = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
-  if (code >= 0 && removed == PM_REMOVE && isKey) {
-    FormWindow* window = FormWindow::of(message.hwnd);
-    const auto alive = window == nullptr ? nullptr : window->shared_from_this();
-    if (alive != nullptr && alive->preTranslate(message)) message.message = WM_NULL;
+  if (code >= 0 && removed == PM_REMOVE) {
+    if (message.message == WM_QUIT) {
+      EnumThreadWindows(GetCurrentThreadId(), closeForm, 0);
+    } else if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST) {
+      const auto window = formWindowOf(message.hwnd);
+      if (window != nullptr && window->preTranslate(message)) message.message = WM_NULL;
+    }
   }
   return CallNextHookEx(nullptr, code, removed, lParam);
 }

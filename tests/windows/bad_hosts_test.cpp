@@ -1,0 +1,409 @@
+// Hosts that go away, lie, fail or forget: the component and the host live on, and the log says
+// why.
+#include <host_service_com.h>
+#include <olectl.h>
+
+#include <fstream>
+#include <functional>
+#include <optional>
+#include <thread>
+
+#include "apps/host/ado/ado_command_object.h"
+#include "apps/host/ado/ado_connection_object.h"
+#include "apps/host/class_registration.h"
+#include "platform/windows/named_members.h"
+#include "platform/windows/variants.h"
+#include "tests/support/test_world.h"
+#include "tests/windows/class_objects.h"
+#include "tests/windows/message_boxes.h"
+#include "tests/windows/screen_windows.h"
+#include "tests/windows/server_dll.h"
+#include "tests/windows/stub_object.h"
+
+namespace velk {
+namespace {
+
+using EntryPoint = decltype(&_Velk_ClsOpnImp::ImportCustomerOpening);
+constexpr EntryPoint customers = &_Velk_ClsOpnImp::ImportCustomerOpening;
+constexpr EntryPoint vendors = &_Velk_ClsOpnImp::ImportVendorOpening;
+constexpr EntryPoint masters = &_Velk_ClsOpnImp::ImportBankBranchOpening;
+
+const std::string noService =
+    "The host's service object is not registered; captions are their keys";
+
+/// Opens a file of two records on a screen, views and imports it.
+void importFile(HWND screen, MessageBoxes& boxes) {
+  const auto file = std::filesystem::temp_directory_path() / "opening.csv";
+  std::ofstream(file, std::ios::binary)
+      << "Customer ID,Vendor ID,Bill Amount,Balance\r\nP1,P1,9,4\r\nP2,P2,-5,2";
+  boxes.chooseFile(file.string());
+  for (const char* button : {"&Browse", "&View", "&Import"}) Window(screen).click(button);
+}
+
+std::filesystem::path logFile() {
+  return programFolder() / "Error.log";
+}
+
+/// The lines of the error log.
+Texts log() {
+  std::ifstream file(logFile());
+  Texts lines;
+  for (std::string line; std::getline(file, line);)
+    lines.push_back(line.substr(0, line.find("\r")));
+  return lines;
+}
+
+/// A host in this thread, as it should be; at its end everything has been given back.
+struct Host {
+  Host() { std::filesystem::remove(logFile()); }
+  ~Host() {
+    closeScreens();
+    object = {};
+    CHECK(references(connection.get()) == 1);
+    if (isOnly) CHECK(dll.call("DllCanUnloadNow") == S_OK);
+  }
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
+
+  /// The screen that opens; null when none does.
+  HWND open(EntryPoint entry, _Connection* given, IPictureDisp* icon = nullptr) const {
+    CHECK((object.get()->*entry)(&given, &icon) == S_OK);
+    pump();
+    const auto screens = openScreens();
+    return screens.empty() ? nullptr : screens.front();
+  }
+  HWND open(EntryPoint entry) const { return open(entry, connection.get()); }
+  void import(HWND screen) { importFile(screen, boxes); }
+
+  ServerDll dll;
+  const bool isOnly = dll.call("DllCanUnloadNow") == S_OK;
+  TestWorld world;
+  FakeConnection& database = *world.database;
+  ComPointer<_Connection> connection = connectionObject(world.database);
+  std::optional<ClassRegistration> commands{std::in_place, __uuidof(::Command),
+                                            [] { return commandObject(); }};
+  MessageBoxes boxes;
+  ComPointer<_Velk_ClsOpnImp> object = dll.makeObject();
+};
+
+/// Runs in a single-threaded apartment of its own.
+void inAnotherApartment(const std::function<void()>& body) {
+  std::thread([&] {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    body();
+    CoUninitialize();
+  }).join();
+}
+
+TEST_CASE("bad hosts: a connection that is null or closed") {
+  const auto closed = connectionObject(nullptr);
+  const std::pair<EntryPoint, std::string> rows[] = {{customers, "Velk_frmCustOpn_OpnImp"},
+                                                     {vendors, "Velk_frmVenOpn_OpnImp"},
+                                                     {masters, "Velk_frmBankBranch_OpnImp"}};
+  for (const auto& [entry, name] : rows) {
+    for (_Connection* given : {static_cast<_Connection*>(nullptr), closed.get()}) {
+      CAPTURE(name);
+      CAPTURE(given);
+      Host host;
+      const HWND screen = host.open(entry, given);
+      // The master screen is shown after its connection has been tried.
+      CHECK((screen != nullptr) == (entry != masters || given == nullptr));
+      REQUIRE(log().size() == 2);
+      CHECK(log()[1].starts_with("(3709): " + name + " : " +
+                                 (given == nullptr ? "InitLoadColors - " : "initForm - ")));
+      if (entry != masters) host.import(screen);
+      CHECK(host.boxes.shown().size() == (entry != masters ? 1 : 0));
+    }
+  }
+}
+
+TEST_CASE("bad hosts: a picture that is null, or no icon") {
+  Host host;
+  PICTDESC bitmap{};
+  bitmap.cbSizeofstruct = sizeof bitmap;
+  bitmap.picType = PICTYPE_BITMAP;
+  bitmap.bmp.hbitmap = CreateBitmap(8, 8, 1, 1, nullptr);
+  ComPointer<IPictureDisp> picture, empty;
+  OleCreatePictureIndirect(&bitmap, IID_IPictureDisp, TRUE, picture.receiveAny());
+  OleCreatePictureIndirect(nullptr, IID_IPictureDisp, TRUE, empty.receiveAny());
+  for (IUnknown* wrong :
+       {static_cast<IUnknown*>(picture.get()), static_cast<IUnknown*>(empty.get()),
+        static_cast<IUnknown*>(host.connection.get())}) {
+    CHECK(host.open(customers, host.connection.get(), static_cast<IPictureDisp*>(wrong)) ==
+          nullptr);
+    CHECK(references(wrong) == 1);
+  }
+  const std::string refused = "(481): Velk_frmCustOpn_OpnImp : initForm - Invalid picture";
+  CHECK(log() == Texts{noService, refused, refused, refused});
+  const HWND screen = host.open(customers);
+  CHECK(SendMessageW(screen, WM_GETICON, ICON_BIG, 0) ==
+        reinterpret_cast<LRESULT>(LoadIconW(nullptr, IDI_APPLICATION)));
+}
+
+TEST_CASE("bad hosts: calls from a second apartment") {
+  Host host;
+  const HWND first = host.open(customers);
+  inAnotherApartment([&] {
+    Host second;
+    CHECK(second.open(vendors) != first);
+    _Connection* connection = second.connection.get();
+    IPictureDisp* icon = nullptr;
+    CHECK(host.object->ImportVendorOpening(&connection, &icon) == RPC_E_WRONG_THREAD);
+    CHECK(closeScreens().size() == 1);
+    CHECK(second.dll.call("DllCanUnloadNow") == S_FALSE);
+  });
+  host.import(first);
+  CHECK(host.database.procedureCalls().size() == 4);
+}
+
+TEST_CASE("bad hosts: ADO that fails from some call on") {
+  const std::string lost = "Communication link failure";
+  const std::string lostLine = "(-2147467259): " + lost;
+  const std::string unknown = "Customer does not exist for code - P2";
+  const std::string check = "Check The Error Log " + fromWide(logFile().wstring());
+  const RuntimeError linkFailure(-2147467259, lost), timeout(ErrorNumber::ProviderTimeout);
+  const struct {
+    std::size_t from;  // 2: the first transaction date; 4, 5: the calls for the first record
+    RuntimeError error;
+    Texts logged, shown;
+  } rows[] = {{2, linkFailure, {lostLine}, {lost}},
+              {4, linkFailure, {lostLine, lostLine, unknown}, {check}},
+              {5,
+               timeout,
+               {"(-2147217871): " + timeout.description(), unknown},
+               {"Database is busy, cannot establish connection", check}}};
+  for (const auto& row : rows) {
+    CAPTURE(row.from);
+    Host host;
+    const HWND screen = host.open(customers);
+    host.database.onCall = [&](const FakeCall&) {
+      if (host.database.calls.size() >= row.from) throw RuntimeError(row.error);
+    };
+    host.import(screen);
+    Texts logged{noService}, shown;
+    logged.insert(logged.end(), row.logged.begin(), row.logged.end());
+    for (const std::string& text : row.shown) shown.push_back("Velk_OpnImp|" + text + "|OK");
+    CHECK(log() == logged);
+    CHECK(host.boxes.shown() == shown);
+    CHECK(closeScreens().size() == 1);
+  }
+}
+
+TEST_CASE("bad hosts: ADO that says it is well and gives nothing") {
+  StubObject<_Connection> connection;
+  connection.on(&_Connection::Execute, [](void*, BSTR, VARIANT*, LONG, _Recordset** rows) {
+    *rows = nullptr;
+    return S_OK;
+  });
+  StubObject<_Command> command;
+  command.on(&_Command::putref_ActiveConnection, [](void*, _Connection*) { return S_OK; });
+  command.on(&_Command::put_CommandType, [](void*, CommandTypeEnum) { return S_OK; });
+  command.on(&_Command::CreateParameter, [](void*, BSTR, DataTypeEnum, ParameterDirectionEnum,
+                                            ADO_LONGPTR, VARIANT, _Parameter** parameter) {
+    *parameter = nullptr;
+    return S_OK;
+  });
+  command.on(&_Command::get_Parameters, [](void*, Parameters** list) {
+    *list = nullptr;
+    return S_OK;
+  });
+  Host host;
+  host.commands.reset();
+  const ClassObject registered(__uuidof(::Command), command.get());
+  host.import(host.open(vendors));
+  const std::string notSet = "(91): " + RuntimeError(ErrorNumber::ObjectNotSet).description();
+  CHECK(log() == Texts{noService, notSet, notSet, notSet, notSet});
+  host.import(host.open(vendors, connection.get()));
+  CHECK(log().back() == notSet);
+  CHECK(host.database.procedureCalls().empty());
+}
+
+TEST_CASE("bad hosts: no service object, and a second click while a message is shown") {
+  Host host;
+  const HWND screen = host.open(vendors);
+  host.open(customers);
+  host.boxes.onShown = [&] {
+    const HWND button = Window(screen).button("&Import");
+    PostMessageW(button, WM_LBUTTONDOWN, MK_LBUTTON, 0);
+    PostMessageW(button, WM_LBUTTONUP, 0, 0);
+  };
+  host.import(screen);
+  press(0);  // asks for the host's main window
+  CHECK(host.boxes.shown() == Texts{"Velk_OpnImp|Import Successfull|OK"});
+  CHECK(host.database.procedureCalls().size() == 4);
+  CHECK(log() == Texts{noService,
+                       "(438): Velk_frmVenOpn_OpnImp : Form_KeyDown - Object doesn't support this "
+                       "property or method"});
+}
+
+int failingSlot = 0;
+HRESULT outcome(int slot) {
+  return slot == failingSlot ? E_FAIL : S_OK;
+}
+
+void answerAll(StubObject<IVelkHostService>& service) {
+  service.on(&IVelkHostService::ScreenReady,
+             [](void*, IDispatch*, VARIANT_BOOL) { return outcome(1); });
+  service.on(&IVelkHostService::Caption, [](void*, BSTR, BSTR, BSTR, VARIANT* caption) {
+    *caption = Variant(Value("?")).release();
+    return outcome(2);
+  });
+  service.on(&IVelkHostService::ScreenStarting, [](void*, IDispatch*) { return outcome(3); });
+  service.on(&IVelkHostService::CaptionText, [](void*, BSTR, BSTR, BSTR key, BSTR* caption) {
+    *caption = SysAllocString(key);
+    return outcome(4);
+  });
+  service.on(&IVelkHostService::ShowMessage,
+             [](void*, BSTR, VARIANT, VARIANT, VARIANT, VARIANT, VARIANT*) { return outcome(5); });
+  service.on(&IVelkHostService::MessageText, [](void*, BSTR text, SAFEARRAY**, BSTR* message) {
+    *message = SysAllocString(text);
+    return outcome(6);
+  });
+}
+
+TEST_CASE("bad hosts: a service object that fails") {
+  StubObject<IVelkHostService> service;
+  answerAll(service);
+  const ClassObject registered(serviceClass, service.get());
+  const struct {
+    int slot;
+    bool opens;
+    std::size_t posted;
+    std::string logged;
+  } rows[] = {{1, true, 4, "(-2147467259): Velk_frmVenOpn_OpnImp : initForm - "},
+              {2, false, 0, "(-2147467259): Velk_frmVenOpn_OpnImp : initForm - "},
+              {3, false, 0, "(-2147467259): Velk_frmVenOpn_OpnImp : initForm - "},
+              {4, true, 0, "Error in Mapping Identical Fields"},
+              {5, true, 4, "(-2147467259): The import stopped at its end: "},
+              {6, true, 4, "(-2147467259): The import stopped at its end: "}};
+  for (const auto& row : rows) {
+    CAPTURE(row.slot);
+    failingSlot = row.slot;
+    Host host;
+    const HWND screen = host.open(vendors);
+    CHECK((screen != nullptr) == row.opens);
+    if (screen != nullptr) host.import(screen);
+    CHECK(host.database.procedureCalls().size() == row.posted);
+    REQUIRE(log().size() == 1);
+    CHECK(log()[0].starts_with(row.logged));
+  }
+}
+
+/// The host's main window, whose control array takes the focus.
+struct MenuWindow final : NamedMembers {
+  bool has(std::string_view) const override { return true; }
+  Variant get(std::string_view name, const std::optional<Value>&) override {
+    if (name == "SetFocus") SetFocus(button);
+    return Variant(this);
+  }
+  static HWND button;
+};
+HWND MenuWindow::button = nullptr;
+
+TEST_CASE("bad hosts: key 0 moves the focus to the host's main menu") {
+  StubObject<IVelkHostService> service;
+  StubObject<IVelkHostWindow> windows;
+  failingSlot = 0;
+  answerAll(service);
+  service.answer(__uuidof(IVelkHostWindow), windows.get());
+  windows.on(&IVelkHostWindow::get_MainWindow, [](void*, IDispatch** window) {
+    *window = new MenuWindow;
+    return S_OK;
+  });
+  const ClassObject registered(serviceClass, service.get());
+  MenuWindow::button =
+      CreateWindowW(L"BUTTON", L"", WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+  Host host;
+  host.open(customers);
+  press(0);
+  CHECK(GetFocus() == MenuWindow::button);
+  CHECK(log().empty());
+  DestroyWindow(MenuWindow::button);
+}
+
+TEST_CASE("bad hosts: a window is destroyed, or the loop ended, while a message is shown") {
+  const struct {
+    void (*end)(HWND);
+    std::size_t left;  // a loop that ends takes the other screen along
+  } rows[] = {{[](HWND screen) { DestroyWindow(screen); }, 1},
+              {[](HWND) { PostQuitMessage(0); }, 0}};
+  for (const auto& row : rows) {
+    inAnotherApartment([&] {
+      CAPTURE(row.left);
+      Host host;
+      host.open(customers);
+      const HWND screen = host.open(vendors);
+      host.boxes.onShown = [&] { row.end(screen); };
+      host.import(screen);
+      pump();
+      CHECK(host.boxes.shown().size() == 1);
+      CHECK(host.database.procedureCalls().size() == 4);
+      CHECK(IsWindow(screen) == FALSE);
+      CHECK(openScreens().size() == row.left);
+    });
+  }
+}
+
+TEST_CASE("bad hosts: COM is ended with a screen open") {
+  std::filesystem::remove(logFile());
+  std::thread([] {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    const TestWorld world;
+    const auto connection = connectionObject(world.database);
+    MessageBoxes boxes;
+    {
+      const ClassRegistration commands(__uuidof(::Command), [] { return commandObject(); });
+      const KnownByManifest known;
+      const auto object =
+          createObject<_Velk_ClsOpnImp>(__uuidof(::Velk_ClsOpnImp), CLSCTX_INPROC_SERVER);
+      _Connection* given = connection.get();
+      IPictureDisp* icon = nullptr;
+      CHECK(object->ImportVendorOpening(&given, &icon) == S_OK);
+    }
+    CoUninitialize();
+    importFile(openScreens().at(0), boxes);
+    CHECK(boxes.shown().size() == 1);
+    CHECK(closeScreens().size() == 1);
+    CHECK(references(connection.get()) == 1);
+  }).join();
+  CHECK(log().size() == 5);  // also a line for each call that could not be made
+  CHECK(ServerDll().call("DllCanUnloadNow") == S_OK);
+}
+
+TEST_CASE("bad hosts: a thread ends with a screen open, and a later one gets its number") {
+  const auto copy = std::filesystem::temp_directory_path() / "abandoned.dll";
+  std::filesystem::copy_file(programFolder() / "Velk_OpnImp.dll", copy,
+                             std::filesystem::copy_options::overwrite_existing);
+  // Of its own, because it cannot go any more.
+  const ServerDll dll(copy);
+  DWORD ended = 0;
+  HWND screen = nullptr;
+  const auto open = [&] {
+    const auto object = dll.makeObject();
+    _Connection* connection = nullptr;
+    IPictureDisp* icon = nullptr;
+    CHECK(object->ImportCustomerOpening(&connection, &icon) == S_OK);
+    return openScreens().at(0);
+  };
+  inAnotherApartment([&] {
+    screen = open();
+    ended = GetCurrentThreadId();
+  });
+  CHECK(IsWindow(screen) == FALSE);
+  bool again = false;
+  for (int i = 0; i < 5000 && !again; ++i) {
+    inAnotherApartment([&] {
+      if (GetCurrentThreadId() != ended) return;
+      again = true;
+      open();
+      const HWND before = GetFocus();
+      press(VK_TAB);
+      CHECK(GetFocus() != before);
+      CHECK(closeScreens().size() == 1);
+    });
+  }
+  CHECK(again);
+}
+
+}  // namespace
+}  // namespace velk
