@@ -289,16 +289,19 @@ TEST_CASE("bad hosts: a service object that fails") {
   }
 }
 
-/// The host's main window, whose control array takes the focus.
+/// The host's main window, whose control array takes the focus, and what it was asked.
 struct MenuWindow final : NamedMembers {
-  bool has(std::string_view) const override { return true; }
-  Variant get(std::string_view name, const std::optional<Value>&) override {
+  bool has(std::string_view name) const override {
+    return name == "cmdMainMenu" || name == "Item" || name == "SetFocus";
+  }
+  Variant get(std::string_view name, const std::optional<Value>& index) override {
+    asked.push_back(std::string(name) + (index ? " " + toText(*index) : ""));
     if (name == "SetFocus") SetFocus(button);
     return Variant(this);
   }
-  static HWND button;
+  static inline HWND button = nullptr;
+  static inline Texts asked;
 };
-HWND MenuWindow::button = nullptr;
 
 TEST_CASE("bad hosts: key 0 moves the focus to the host's main menu") {
   StubObject<IVelkHostService> service;
@@ -317,6 +320,7 @@ TEST_CASE("bad hosts: key 0 moves the focus to the host's main menu") {
   host.open(customers);
   press(0);
   CHECK(GetFocus() == MenuWindow::button);
+  CHECK(MenuWindow::asked == Texts{"cmdMainMenu", "Item 0", "SetFocus"});
   CHECK(log().empty());
   DestroyWindow(MenuWindow::button);
 }

@@ -5,7 +5,6 @@
 #include "platform/controls.h"
 #include "platform/headless/headless.h"
 #include "platform/windows/late_binding.h"
-#include "platform/windows/named_members.h"
 #include "platform/windows/screen_object.h"
 #include "tests/windows/class_objects.h"
 #include "tests/windows/server_dll.h"
@@ -95,31 +94,6 @@ TEST_CASE("a host that is not registered, and one that fails") {
   StubObject<IUnknown> other;
   const ClassObject registered(serviceClass, other.get());
   CHECK(errorOf([] { createComHostService(); }) == 429);
-}
-
-/// A host's window with a control array, of which element 0 takes the focus.
-struct HostWindow final : NamedMembers {
-  bool has(std::string_view name) const override {
-    return name == "cmdMainMenu" || name == "Item" || name == "SetFocus";
-  }
-  Variant get(std::string_view name, const std::optional<Value>& index) override {
-    events.push_back(std::string(name) + (index ? " " + toText(*index) : ""));
-    return Variant(this);
-  }
-};
-
-TEST_CASE("the focus moves to the host's main menu") {
-  events.clear();
-  StubObject<IVelkHostService> host;
-  StubObject<IVelkHostWindow> windows;
-  host.answer(__uuidof(IVelkHostWindow), windows.get());
-  windows.on(&IVelkHostWindow::get_MainWindow, [](void*, IDispatch** window) {
-    *window = new HostWindow;
-    return S_OK;
-  });
-  const ClassObject registered(serviceClass, host.get());
-  createComHostService()->mainWindow()->focusMainMenu(0);
-  CHECK(events == Texts{"cmdMainMenu", "Item 0", "SetFocus"});
 }
 
 TEST_CASE("a screen as the host reads it") {
