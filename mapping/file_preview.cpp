@@ -31,6 +31,7 @@ void ImportScreen::cmdview_Click() {
   const WaitCursor wait(desktop());
   trapRoutine("cmdview_Click", [this] {
     forgetFile();
+    rebuildMappingList(rules_.firstCell.afterBrowse, 0);  // of another file
     if (!loadPreview()) return;
     mapIdenticalNames();
     cmdImport.setEnabled(true);

@@ -132,10 +132,8 @@ std::size_t ImportScreen::lastDataRow() const {
 void ImportScreen::emptyScreen() {
   TxtFileName.setValue("");
   mappingList.clearRows();
-  lv.clearRows();
-  lv.clearColumns();
+  forgetFile();
   cmdview.setEnabled(false);
-  cmdImport.setEnabled(false);
 }
 
 std::optional<std::size_t> ImportScreen::firstEmptyCell(std::size_t field, std::size_t last) {

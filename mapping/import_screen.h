@@ -94,7 +94,8 @@ class ImportScreen : public Form {
   static constexpr std::string_view alreadyPosted =
       ". Records before it are posted; importing this file again would post them twice.";
 
-  /// After a run: file name, lists and preview columns emptied, View and Import disabled.
+  /// After a run: file name, lists and preview columns emptied, the file forgotten, View and Import
+  /// disabled.
   void emptyScreen();
 
   /// The column of a list at a horizontal position (twips from the list's left edge, the list's

@@ -9,7 +9,8 @@ namespace velk {
 
 namespace {
 
-constexpr std::size_t maxLength = 0x7FFFFFFF;
+// Cells of a workbook may share a text: a small file could ask for gigabytes.
+constexpr std::size_t maxLength = std::size_t{1} << 28;
 
 template <class T>
 void makeRoom(GrowingBuffer<T>& buffer, std::size_t needed) {

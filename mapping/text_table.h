@@ -17,7 +17,7 @@ class TextTable {
   /// Cells come row by row, `columns` of them a row.
   explicit TextTable(std::size_t columns) : columns_(columns) {}
 
-  /// Errors: 321 for a text with a NUL in it, 7 beyond two gigabytes.
+  /// Errors: 321 for a text with a NUL in it, 7 beyond a quarter of a gigabyte.
   void add(std::string_view text);
   /// Complete rows.
   std::size_t rows() const { return cells_ / columns_; }

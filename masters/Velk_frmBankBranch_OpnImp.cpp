@@ -117,7 +117,6 @@ void Velk_frmBankBranch_OpnImp::cboType_Click() {
   trapRoutine("cboType_Click", [this] {
     initListView();
     emptyScreen();
-    forgetFile();
     cmdExport.setVisible(type() == Type::Salesman);
   });
 }

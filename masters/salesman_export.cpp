@@ -121,11 +121,12 @@ void Velk_frmBankBranch_OpnImp::writeWorkbook(std::string_view fileName) {
   madeExportFile_ = false;
 }
 
-/// The empty file that the in-use test left.
+/// The empty file that the in-use test left, unless somebody has filled it since.
 void Velk_frmBankBranch_OpnImp::removeMadeFile(std::string_view fileName) {
   if (!std::exchange(madeExportFile_, false)) return;
   try {
-    module().platform().files.remove(fileName);
+    FileSystem& files = module().platform().files;
+    if (files.openInput(fileName)->length() == 0) files.remove(fileName);
   } catch (const RuntimeError&) {
     // What the export failed of counts.
   }

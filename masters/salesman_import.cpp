@@ -80,8 +80,7 @@ std::optional<FileTable> Velk_frmBankBranch_OpnImp::readSalesmen(std::string_vie
   const auto sheet = spreadsheet->open(fileName);
   if (!hasSalesmanCaptions(*sheet)) return std::nullopt;
   TextTable cells(importedColumns.size());
-  const int lastRow = sheet->rowCount();
-  for (int row = 2; row <= lastRow && !endsData(*sheet, row); ++row) {
+  for (int row = 2; row <= maxSheetRows && !endsData(*sheet, row); ++row) {
     for (const int column : importedColumns) {
       cells.add(module().UnquoteField(trimmedCell(*sheet, row, column)));
     }

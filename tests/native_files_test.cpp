@@ -97,6 +97,9 @@ TEST_CASE("opening exclusively") {
   CHECK_FALSE(folder.has("book.xls"));
   CHECK(errorOf([&] { files.remove(path); }) == 53);
   CHECK(errorOf([&] { files.openExclusively(folder.path("")); }) == 75);
+  std::filesystem::create_symlink("nothing", folder.path("link"));
+  CHECK(errorOf([&] { files.openExclusively(folder.path("link")); }) == 53);
+  CHECK_FALSE(folder.has("nothing"));
   CHECK(errorOf([&] { files.openExclusively(folder.path("none/book.xls")); }) == 76);
 }
 

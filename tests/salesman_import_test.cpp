@@ -82,6 +82,10 @@ TEST_CASE("files that are no workbooks, and a wrong caption in the database") {
   in.world.database->answers["sp_Check_DSCaption"] = {std::nullopt, FakeRows{{-1}}};
   in.view({salesmanTitles, "A"});
   CHECK(in.screen->cmdImport.enabled());
+  in.view({salesmanTitles + "x", "B"});
+  CHECK(rowsOf(in.screen->lstCust) == Texts{notYet});  // nothing of the file before
+  in.view({salesmanTitles, "A"});
+  CHECK(in.screen->cmdImport.enabled());
 }
 
 TEST_CASE("salesmen as they are posted") {

@@ -13,7 +13,6 @@
 #include "apps/opnimp/run_support.h"
 #include "apps/opnimp/screen_session.h"
 #include "platform/errors.h"
-#include "platform/xls/compound_file.h"
 
 namespace velk {
 
@@ -28,7 +27,7 @@ class Target {
     std::error_code error;
     existed_ = fs::exists(path, error);
     try {
-      if (existed_) requireWorkbook();
+      if (existed_) requireSalesmen();
       files_.openReplacement(path);
     } catch (const RuntimeError& failure) {
       throw CannotOpen("the file " + path + " could not be written: " + failure.description() +
@@ -43,10 +42,11 @@ class Target {
   }
 
  private:
-  void requireWorkbook() {
-    const std::string bytes = readBytes(files_, path_);
-    if (bytes.empty() || xls::CompoundFile::recognises(bytes)) return;
-    throw UsageError("there is a file " + path_ + " that is no .xls workbook; choose another name");
+  void requireSalesmen() {
+    if (files_.openInput(path_)->length() == 0) return;
+    if (WorkbookRecords(files_, path_).hasCaptions()) return;
+    throw UsageError("there is a file " + path_ +
+                     " that is no workbook of salesmen; choose another name");
   }
 
   NativeFileSystem files_;
@@ -90,6 +90,7 @@ class ExportRun {
       const EventResult event = session.exportTo(arguments_.file);
       if (event != EventResult::Handled) return fail("the screen did not take the Export button");
       if (recorder_.shown().size() > shown) return explain(recorder_.shown().back().message);
+      if (!session.showedExport()) return fail("the screen did not say why");
       verify();
     } catch (const Refused& refused) {
       fail(refused.what());
@@ -106,8 +107,10 @@ class ExportRun {
   /// The screen shows no message when it has written the file.
   void explain(const Message& message) {
     if (message.style == styleInformation) {
-      return fail("it is open in another program. Close it there, and export again",
-                  ExitStatus::Refused);
+      return fail(
+          "it is open in another program, or its folder does not let it be locked. Close it "
+          "there, and export again",
+          ExitStatus::Refused);
     }
     const auto& lines = recorder_.lines();
     fail(lines.empty() ? message.prompt : lines.back().text);

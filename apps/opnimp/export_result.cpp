@@ -8,14 +8,12 @@ namespace velk {
 
 namespace {
 
-constexpr int comparedColumns = salesmanColumn::MobNumber;
-
 using Rows = std::vector<std::string>;
 
 template <class CellText>
 std::string joined(CellText cellText) {
   std::string row;
-  for (int column = 1; column <= comparedColumns; ++column) {
+  for (int column = 1; column <= WorkbookRecords::lastColumn; ++column) {
     row.append(trim(cellText(column))) += '\n';
   }
   return row;
@@ -30,13 +28,28 @@ Rows rowsOfFile(const WorkbookRecords& file) {
   return rows;
 }
 
+/// A value of a salesman by its control's place: 1 the DS type, 2 the handheld value.
+std::string typeQuery(int place) {
+  return "(select DSTypeValue from DSType_Master M, DStype_Details D where M.DSTypeID = D.DSTypeID "
+         "and D.SalesmanID = S.SalesmanID and DSTypeCtlPos = " +
+         std::to_string(place) + ")";
+}
+
 Rows rowsOfDatabase(Connection& connection) {
-  const auto answer = connection.Execute(
-      "select Salesman_name, Address, ResidentialNUmber, MobileNumber from Salesman");
+  const auto answer =
+      connection.Execute("select Salesman_name, Address, ResidentialNUmber, MobileNumber, " +
+                         typeQuery(1) + ", " + typeQuery(2) + " from Salesman S");
+  constexpr std::size_t dsType = 4;
+  constexpr std::size_t handheld = 5;
   Rows rows;
   for (; !answer->isEOF(); answer->MoveNext()) {
-    rows.push_back(joined(
-        [&](int column) { return toText(answer->field(static_cast<std::size_t>(column) - 1)); }));
+    rows.push_back(joined([&](int column) {
+      if (column == salesmanColumn::HandHeldDS) {
+        const Value value = answer->field(handheld);
+        return isNull(value) ? std::string("No") : toText(value);
+      }
+      return toText(answer->field(std::min(static_cast<std::size_t>(column) - 1, dsType)));
+    }));
   }
   return rows;
 }

@@ -1,6 +1,7 @@
 #include "apps/opnimp/import_result.h"
 
 #include <algorithm>
+#include <array>
 
 #include "apps/opnimp/printable.h"
 #include "platform/errors.h"
@@ -28,8 +29,10 @@ std::size_t skippedWithWarning(const Traces& traces) {
 
 /// A constraint or a text too long: it is the record that has to be corrected.
 bool isOfRecord(const CallError& error) {
-  return error.number == static_cast<std::int32_t>(ErrorNumber::IntegrityViolation) ||
-         error.number == static_cast<std::int32_t>(ErrorNumber::DataTruncated);
+  return std::ranges::any_of(
+      std::array{ErrorNumber::IntegrityViolation, ErrorNumber::DataTruncated,
+                 ErrorNumber::WrongArgumentType},
+      [&](ErrorNumber number) { return error.number == static_cast<std::int32_t>(number); });
 }
 
 /// The database's error that every record met, none being posted; empty when there is none, or one
@@ -70,12 +73,13 @@ void addAllowedDsTypes(const ImportResult& result, std::vector<std::string>& ste
 
 void addStepsForRecords(const ImportResult& result, std::vector<std::string>& steps) {
   const Account& account = result.account;
+  const std::string extension(extensionOf(result.arguments.kind->format));
   if (const std::size_t count = doubtfulRecords(account); count > 0) {
     steps.emplace_back(
         "Look up " + counted(count, "record", "records") +
         " in the database before doing anything else: importing them again could post "
         "them twice" +
-        where(result, ".check.csv") + ".");
+        where(result, ".check." + extension) + ".");
   }
   if (const std::size_t count = refusedRecords(account); count > 0) {
     steps.emplace_back("Correct " + counted(count, "refused record", "refused records") +
@@ -93,7 +97,7 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
   }
   if (const std::size_t count = account.count(Outcome::NotReached); count > 0) {
     steps.emplace_back("Import " + counted(count, "record", "records") +
-                       " that the run did not reach" + where(result, ".rest.csv") + ".");
+                       " that the run did not reach" + where(result, ".rest." + extension) + ".");
   }
 }
 
@@ -108,11 +112,11 @@ std::string stepAfterDryRun(const ImportResult& result) {
            "what "
            "the file says.";
   }
-  const std::size_t left = refusedRecords(result.account) + skippedWithWarning(result.traces) +
-                           result.input->unreadRows().size();
+  const std::size_t left = refusedRecords(result.account) + doubtfulRecords(result.account) +
+                           skippedWithWarning(result.traces) + result.input->unreadRows().size();
   if (left > 0) {
     return "Nothing was posted. Correct " + counted(left, "record", "records") +
-           " that would not be posted, then try again or import without --dry-run.";
+           " that would not be posted, or not wholly, then try again or import without --dry-run.";
   }
   return "Nothing was posted. Import without --dry-run; what the database's procedures themselves "
          "would refuse was not tried.";
@@ -165,7 +169,7 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
   }
   addStepsForRecords(result, steps);
   const bool posted = result.account.notes.count + result.account.entries.count > 0;
-  if (!steps.empty() && posted) {
+  if (!steps.empty() && posted && !result.arguments.kind->replaces) {
     steps.emplace_back("Do not import the whole file again: what is posted would be posted twice.");
   }
   if (steps.empty()) steps.emplace_back("Nothing is left to do.");

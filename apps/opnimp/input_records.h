@@ -1,6 +1,7 @@
 // The runner's own reading of an import file, independent of the screen's: what the account is
-// checked against, and what the rejects are copied from. Record k (from 1) stands in row k + 1 of
-// the mapping list.
+// checked against, and what the rejects are copied from. Only the cells of workbooks are turned
+// into texts by the reader that the screen has, too. Record k (from 1) stands in row k + 1 of the
+// mapping list.
 #pragma once
 
 #include <cstddef>

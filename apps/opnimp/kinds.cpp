@@ -72,7 +72,8 @@ std::span<const ImportKind> importKinds() {
         .opening = nullptr,
         .type = MasterType::Salesman,
         .columns = 0,
-        .stopsAtFailure = false}}};
+        .stopsAtFailure = false,
+        .replaces = true}}};
   return kinds;
 }
 

@@ -57,6 +57,8 @@ struct ImportKind {
   std::size_t columns;                      ///< that a text must have exactly; 0: any number
   /// The second call is left out when the first has failed.
   bool stopsAtFailure;
+  /// A record that is posted again replaces itself, instead of standing there twice.
+  bool replaces = false;
 };
 
 std::span<const ImportKind> importKinds();

@@ -6,6 +6,9 @@
 #include <string>
 #include <utility>
 
+#include "platform/errors.h"
+#include "platform/text.h"
+
 namespace velk {
 
 namespace {
@@ -97,6 +100,11 @@ class WatchedCall {
   std::size_t call_;
 };
 
+/// What a call meets that the driver would not take.
+std::shared_ptr<Recordset> refusal() {
+  throw RuntimeError(ErrorNumber::WrongArgumentType);
+}
+
 class RecordingCommand final : public Command {
  public:
   RecordingCommand(Recorder& recorder, std::shared_ptr<Connection> connection)
@@ -116,6 +124,7 @@ class RecordingCommand final : public Command {
               std::int32_t size) override {
     inner_->Append(name, type, direction, size);
     values_.emplace_back();
+    sizes_.push_back(static_cast<std::size_t>(size));
   }
   void setValue(std::size_t position, const Value& value) override {
     inner_->setValue(position, value);
@@ -129,17 +138,32 @@ class RecordingCommand final : public Command {
   std::unique_ptr<Command> inner_;
   CommandType type_ = CommandType::Text;
   std::string text_;
+  /// Whether the driver would refuse a text for its length, as it does when the call is run.
+  bool exceedsSize() const;
+
   std::vector<Value> values_;
+  std::vector<std::size_t> sizes_;
 };
+
+bool RecordingCommand::exceedsSize() const {
+  for (std::size_t i = 0; i < values_.size(); ++i) {
+    const auto* text = std::get_if<std::string>(&values_[i]);
+    if (text != nullptr && text->size() > sizes_[i] && toUtf16(*text).size() > sizes_[i]) {
+      return true;
+    }
+  }
+  return false;
+}
 
 std::shared_ptr<Recordset> RecordingCommand::Execute(std::int32_t options) {
   const CallKind kind = kindOf(type_, text_);
   const std::size_t call = recorder_.beginCall(kind, text_, values_);
+  WatchedCall watched(recorder_, *connection_, call);
   if (kind == CallKind::Procedure && recorder_.mode() == Recorder::Mode::DryRun) {
+    if (exceedsSize()) watched.run(refusal);
     recorder_.setResult(call, CallResult::NotRun);
     return std::make_shared<NoResult>();
   }
-  WatchedCall watched(recorder_, *connection_, call);
   return watched.fetchAll(watched.run([&] { return inner_->Execute(options); }));
 }
 

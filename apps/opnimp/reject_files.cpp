@@ -20,9 +20,9 @@ std::string unfinished(const std::string& path) {
   return path + ".opnimp-new";
 }
 
-[[noreturn]] void cannotWrite(const std::string& path) {
-  throw CannotOpen("the rejects file " + path +
-                   " cannot be written. Check --rejects, its folder and the space there");
+[[noreturn]] void cannotWrite(const std::string& path, const std::string& why) {
+  throw CannotOpen("the rejects file " + path + " cannot be written: " + why +
+                   ". Check --rejects, its folder and the space there");
 }
 
 using Chooses = bool (*)(Outcome);
@@ -95,15 +95,17 @@ RejectFiles::RejectFiles(const std::string& path, FileFormat format, bool dryRun
   }
   for (const std::string& target : paths_) {
     std::error_code error;
-    if (fs::exists(target, error) && !fs::is_regular_file(target, error)) cannotWrite(target);
+    if (fs::exists(target, error) && !fs::is_regular_file(target, error)) {
+      cannotWrite(target, "it is no file");
+    }
   }
   for (const std::string& target : paths_) {
     try {
       NativeFileSystem files;
       writeFile(files, unfinished(target), "");
-    } catch (const RuntimeError&) {
+    } catch (const RuntimeError& error) {
       removeUnfinished();
-      cannotWrite(target);
+      cannotWrite(target, error.description());
     }
   }
 }
@@ -142,12 +144,12 @@ void RejectFiles::put(const std::string& path, Write write) {
   try {
     NativeFileSystem files;
     write(files, unfinished(path));
-  } catch (const RuntimeError&) {
-    cannotWrite(path);
+  } catch (const RuntimeError& error) {
+    cannotWrite(path, error.description());
   }
   std::error_code error;
   fs::rename(unfinished(path), path, error);
-  if (error) cannotWrite(path);
+  if (error) cannotWrite(path, error.message());
   written_.push_back(path);
 }
 

@@ -210,13 +210,14 @@ std::unique_ptr<OutputFile> NativeFileSystem::openReplacement(std::string_view p
 }
 
 bool NativeFileSystem::openExclusively(std::string_view path) {
-  checkReplaceable(std::string(path));
-  struct stat status {};
-  const bool isNew = ::stat(std::string(path).c_str(), &status) != 0;
-  const Descriptor file = openDescriptor(path, O_RDWR | O_CREAT);
+  const std::string name(path);
+  checkReplaceable(name);
+  constexpr int makeNew = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
+  if (Descriptor(::open(name.c_str(), makeNew, newFileMode)).get() >= 0) return true;
+  const Descriptor file = openDescriptor(path, O_RDWR);
   struct flock whole {};
   whole.l_type = F_WRLCK;
-  if (::fcntl(file.get(), F_OFD_SETLK, &whole) == 0) return isNew;
+  if (::fcntl(file.get(), F_OFD_SETLK, &whole) == 0) return false;
   if (errno == EAGAIN) throw RuntimeError(ErrorNumber::PermissionDenied);
   throw fileError(errno);
 }

@@ -251,11 +251,15 @@ std::unique_ptr<OutputFile> WindowsFileSystem::openReplacement(std::string_view 
 }
 
 bool WindowsFileSystem::openExclusively(std::string_view path) {
+  constexpr DWORD access = GENERIC_READ | GENERIC_WRITE;
   constexpr DWORD alone = 0;
-  const bool isNew =
-      GetFileAttributesW(acceptablePath(toWide(path)).c_str()) == INVALID_FILE_ATTRIBUTES;
-  openFile(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS, alone);
-  return isNew;
+  try {
+    openFile(path, access, CREATE_NEW, alone);
+    return true;
+  } catch (const RuntimeError&) {
+    openFile(path, access, OPEN_EXISTING, alone);
+    return false;
+  }
 }
 
 void WindowsFileSystem::remove(std::string_view path) {

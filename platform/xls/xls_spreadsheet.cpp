@@ -4,6 +4,7 @@
 
 #include "platform/errors.h"
 #include "platform/growing_buffer.h"
+#include "platform/sheet_cells.h"
 #include "platform/xls/workbook_reader.h"
 #include "platform/xls/xls_file.h"
 #include "platform/xls/xls_sheet_writer.h"
@@ -21,9 +22,7 @@ class XlsSheetReader final : public WorksheetReader {
   int rowCount() const override { return static_cast<int>(contents_.cells.rowCount()); }
 
   std::string text(int row, int column) const override {
-    if (row < 1 || row > maxSheetRows || column < 1 || column > maxSheetColumns) {
-      throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
-    }
+    checkCell(row, column);
     return contents_.text(static_cast<std::size_t>(row) - 1, static_cast<std::size_t>(column) - 1);
   }
 
