@@ -71,7 +71,13 @@ ExcelSheetReader::ExcelSheetReader(ExcelWorkbook workbook)
   const ExcelObject used = sheet_.object("UsedRange");
   const int rows = integer(used.object("Rows").get("Count"));
   const int columns = integer(used.object("Columns").get("Count"));
-  used_.lastRow = std::min(integer(used.get("Row")) + rows - 1, maxSheetRows);
+  used_.lastRow = integer(used.get("Row")) + rows - 1;
+  // None may be left out without a word.
+  if (used_.lastRow > maxSheetRows) {
+    throw RuntimeError(ErrorNumber::InvalidFileFormat,
+                       "The worksheet has more than 65,536 rows; save it as an Excel 97-2003 "
+                       "workbook (*.xls)");
+  }
   used_.lastColumn = std::min(integer(used.get("Column")) + columns - 1, maxSheetColumns);
 }
 

@@ -15,6 +15,7 @@ class ExcelSpreadsheet final : public Spreadsheet {
       : application_(std::move(application)) {
     constexpr int macrosDisabled = 3;
     application_.object().put("DisplayAlerts", false);
+    application_.object().put("EnableEvents", false);
     application_.object().putIfKnown("AutomationSecurity", macrosDisabled);
   }
 

@@ -9,6 +9,7 @@
 #include <array>
 
 #include "platform/errors.h"
+#include "platform/windows/modal_owner.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -46,9 +47,10 @@ std::optional<std::string> showFileDialog(FileDialogKind kind, const FileDialog&
   const std::wstring extension = defaultExtension(dialog.filter);
   std::wstring path = toWide(dialog.fileName);
   path.resize(longestPath);
+  const ModalOwner owner;
   OPENFILENAMEW settings{};
   settings.lStructSize = sizeof settings;
-  settings.hwndOwner = GetActiveWindow();
+  settings.hwndOwner = owner.window();
   settings.lpstrFilter = dialog.filter.empty() ? nullptr : filter.c_str();
   settings.nFilterIndex = static_cast<DWORD>(dialog.filterIndex);
   settings.lpstrFile = path.data();

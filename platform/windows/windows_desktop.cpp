@@ -5,6 +5,7 @@
 #include <shellapi.h>
 
 #include "platform/windows/file_dialog.h"
+#include "platform/windows/modal_owner.h"
 #include "platform/windows/module_path.h"
 #include "platform/windows/wide_text.h"
 
@@ -15,7 +16,8 @@ namespace {
 constexpr double secondsPerDay = 86400;
 
 int showBox(const std::wstring& prompt, const std::wstring& caption, UINT style) {
-  return MessageBoxW(GetActiveWindow(), prompt.c_str(), caption.c_str(), style | MB_TASKMODAL);
+  const ModalOwner owner;
+  return MessageBoxW(owner.window(), prompt.c_str(), caption.c_str(), style | MB_TASKMODAL);
 }
 
 }  // namespace

@@ -26,6 +26,25 @@ TEST_CASE("message boxes") {
   CHECK(boxes.shown().size() == 9);
 }
 
+TEST_CASE("while a message is shown the thread's windows take no input") {
+  const auto window = [] {
+    return CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 99, 99,
+                           nullptr, nullptr, nullptr, nullptr);
+  };
+  const HWND windows[] = {window(), window()};
+  MessageBoxes boxes;
+  for (const HWND active : {windows[0], windows[1], HWND{nullptr}}) {
+    SetActiveWindow(active);
+    boxes.onShown = [&] {
+      for (const HWND each : windows) CHECK_FALSE(IsWindowEnabled(each));
+    };
+    WindowsDesktop().messageBox("x", 0);
+    for (const HWND each : windows) CHECK(IsWindowEnabled(each));
+  }
+  CHECK(boxes.shown().size() == 3);
+  for (const HWND each : windows) DestroyWindow(each);
+}
+
 TEST_CASE("folder and clock") {
   const WindowsDesktop desktop;
   CHECK(desktop.applicationFolder() == fromWide(programFolder().wstring()));

@@ -120,11 +120,21 @@ TEST_CASE("the application opens and reads a sheet") {
   excel.calls.clear();
   read(path);
   CHECK(excel.calls ==
-        Texts{"Application.DisplayAlerts=False", "Application.AutomationSecurity=3",
-              "Workbooks.Open(0,True,,?,,True,,,,False)", "Rows.Count", "Columns.Count",
-              "UsedRange.Row", "UsedRange.Column", "Range(A1:C4).Value2",
-              "Range(C1:C3).NumberFormat", "Range(C1:C1).NumberFormat", "Workbook.Date1904",
-              "Range(C2:C3).NumberFormat", "Workbook.Close(False)", "Application.Quit"});
+        Texts{"Application.DisplayAlerts=False", "Application.EnableEvents=False",
+              "Application.AutomationSecurity=3", "Workbooks.Open(0,True,,?,,True,,,,False)",
+              "Rows.Count", "Columns.Count", "UsedRange.Row", "UsedRange.Column",
+              "Range(A1:C4).Value2", "Range(C1:C3).NumberFormat", "Range(C1:C1).NumberFormat",
+              "Workbook.Date1904", "Range(C2:C3).NumberFormat", "Workbook.Close(False)",
+              "Application.Quit"});
+}
+
+TEST_CASE("a sheet with more rows than an .xls file holds is refused, not cut") {
+  const TemporaryFolder folder;
+  folder.write("Zoë.xls", "old");
+  Excel excel;
+  excel.answers["Rows.Count"] = value(65537);
+  CHECK(errorOf([&] { createExcelSpreadsheet()->open(folder.path("Zoë.xls")); }) == 321);
+  CHECK(excel.calls.back() == "Application.Quit");
 }
 
 TEST_CASE("the application writes a sheet") {
@@ -134,6 +144,7 @@ TEST_CASE("the application writes a sheet") {
   write(path);
   CHECK(folder.files() == 1);
   CHECK(excel.calls == Texts{"Application.DisplayAlerts=False",
+                             "Application.EnableEvents=False",
                              "Application.AutomationSecurity=3",
                              "Range(A1:H1).Bold=True",
                              "Range(F2:F1000).Delete",

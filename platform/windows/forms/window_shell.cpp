@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/windows/floating_point.h"
 #include "platform/windows/forms/form_window.h"
 #include "platform/windows/forms/window_class.h"
 
@@ -14,8 +15,12 @@ std::shared_ptr<FormWindow> formWindowOf(HWND window) {
   return found == nullptr ? nullptr : found->shared_from_this();
 }
 
-BOOL CALLBACK closeForm(HWND window, LPARAM) {
-  if (const auto found = formWindowOf(window)) found->form().userClose();
+BOOL CALLBACK closeForm(HWND window, LPARAM) noexcept {
+  try {
+    if (const auto found = formWindowOf(window)) found->form().userClose();
+  } catch (...) {
+    // It stays open; nothing may leave for the system.
+  }
   return TRUE;
 }
 
@@ -26,6 +31,7 @@ BOOL CALLBACK closeForm(HWND window, LPARAM) {
 LRESULT CALLBACK seeMessage(int code, WPARAM removed, LPARAM lParam) {
   auto& message = *reinterpret_cast<MSG*>(lParam);
   if (code >= 0 && removed == PM_REMOVE) {
+    const MaskedFloatingPoint masked;
     if (message.message == WM_QUIT) {
       EnumThreadWindows(GetCurrentThreadId(), closeForm, 0);
     } else if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST) {

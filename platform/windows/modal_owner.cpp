@@ -1,0 +1,30 @@
+#include "platform/windows/modal_owner.h"
+
+namespace velk {
+
+namespace {
+
+BOOL CALLBACK addInput(HWND window, LPARAM to) noexcept {
+  if (IsWindowVisible(window) == FALSE || IsWindowEnabled(window) == FALSE) return TRUE;
+  try {
+    reinterpret_cast<std::vector<HWND>*>(to)->push_back(window);
+    return TRUE;
+  } catch (...) {
+    return FALSE;  // the others stay as they are
+  }
+}
+
+}  // namespace
+
+ModalOwner::ModalOwner() : window_(GetActiveWindow()) {
+  EnumThreadWindows(GetCurrentThreadId(), addInput, reinterpret_cast<LPARAM>(&disabled_));
+  if (window_ == nullptr && !disabled_.empty()) window_ = disabled_.front();
+  std::erase(disabled_, window_);
+  for (const HWND other : disabled_) EnableWindow(other, FALSE);
+}
+
+ModalOwner::~ModalOwner() {
+  for (const HWND other : disabled_) EnableWindow(other, TRUE);
+}
+
+}  // namespace velk
