@@ -4,6 +4,8 @@
 
 #include "platform/windows/message_filter.h"
 #include "tests/windows/fake_excel.h"
+#include "tests/windows/message_boxes.h"
+#include "tests/windows/server_dll.h"
 #include "tests/windows/temporary_folder.h"
 
 namespace velk {
@@ -237,6 +239,29 @@ TEST_CASE("no application, or one that is half gone") {
   FakeExcel excel;
   excel.withdrawClass();
   CHECK(createExcelSpreadsheet() == nullptr);
+}
+
+TEST_CASE("the component takes the application where there is one") {
+  const TemporaryFolder folder;
+  folder.write("other.xls", "old");
+  Excel excel;
+  const ServerDll dll;
+  const auto object = dll.makeObject();
+  _Connection* connection = nullptr;
+  IPictureDisp* icon = nullptr;
+  CHECK(object->ImportBankBranchOpening(&connection, &icon) == S_OK);
+  pump();
+  const Window screen(openScreens().at(0));
+  SetFocus(inside(screen.handle,
+                  [](HWND control) { return SendMessageW(control, CB_GETCOUNT, 0, 0) == 3; }));
+  press(VK_DOWN);
+  press(VK_DOWN);
+  MessageBoxes boxes;
+  boxes.chooseFile(folder.path("other.xls"));
+  for (const char* button : {"&Browse", "&View"}) screen.click(button);
+  CHECK(boxes.shown() == Texts{"Import Salesman|Unable to import, Invalid Excel file format|OK"});
+  CHECK(excel.calls.back() == "Application.Quit");
+  closeScreens();
 }
 
 }  // namespace
