@@ -132,43 +132,6 @@ TEST_CASE("an account of master data") {
   CHECK(differences("vendor", {vendor("x"), account}) == 1);
 }
 
-TEST_CASE("the outcome of a record") {
-  using enum CallResult;
-  const struct {
-    std::string_view what;
-    std::vector<CallResult> results;  // of the look-up, then of the procedures
-    std::string_view logged;
-    bool endedHere;
-    Outcome outcome;
-  } rows[] = {
-      {"nothing", {}, "", false, Outcome::NotReached},
-      {"the run ended before it", {}, "", true, Outcome::NotReached},
-      {"looked up and left", {Ok}, "", false, Outcome::Skipped},
-      {"looked up, warned and left", {Ok}, "warned: C1", false, Outcome::Skipped},
-      {"looked up and logged", {Ok}, "unknown: C1", false, Outcome::Rejected},
-      {"looked up, then the run ended", {Ok}, "", true, Outcome::NotReached},
-      {"the run ended after it", {Ok, Ok, Ok}, "", true, Outcome::Posted},
-      {"both ok, logged", {Ok, Ok, Ok}, "warned: C1", false, Outcome::PostedWithWarning},
-      {"failed late only", {Ok, FailedLate, Failed}, "(1): x", false, Outcome::Partial},
-      {"ended between the calls", {Ok, Ok}, "(1): x", true, Outcome::Partial},
-      {"ended after a failed one", {Ok, Failed}, "(1): x", true, Outcome::Failed},
-  };
-  for (const auto& row : rows) {
-    CAPTURE(row.what);
-    std::vector<RecordedCall> calls;
-    for (const CallResult result : row.results) {
-      const CallKind kind = calls.empty() ? CallKind::Query : CallKind::Procedure;
-      calls.push_back({2, kind, "", {}, result, {}});
-    }
-    const RecordedLine line{2, std::string(row.logged), {}, {}};
-    RecordTrace trace;
-    for (const RecordedCall& call : calls) trace.calls.push_back(&call);
-    if (!row.logged.empty()) trace.lines.push_back(&line);
-    trace.runEndedHere = row.endedHere;
-    CHECK(outcomeName(outcomeOf(trace, "warned")) == outcomeName(row.outcome));
-  }
-}
-
 TEST_CASE("records and their physical lines") {
   const struct {
     std::string bytes;

@@ -40,21 +40,4 @@ TEST_CASE("a screen without a connection opens, and its queries fail") {
   CHECK(world.messages == Texts{"box 16: " + why});
 }
 
-TEST_CASE("the reader members are one reader") {
-  TestWorld world;
-  world.files.contents["in"] = "a,\"b,c\"\r\n1,2,3";
-  Velk_ClsOpnImp component(world.module);
-  component.FileName("in");
-  CHECK(component.Count() == 2);
-  CHECK(component.Fields(1) == "\"b,c\"");
-  component.MoveNext();
-  component.MoveNext();
-  CHECK(component.IsEOF());
-  component.Rewind();
-  CHECK_FALSE(component.IsEOF());
-  CHECK(Velk_ClsOpnImp::CSVSplit("x,\"y,z\"") == Texts{"x", "\"y,z\""});
-  CHECK_FALSE(Velk_ClsOpnImp(world.module).ValidateData(2, component));
-  CHECK(component.Fields(0) == "1");
-}
-
 }  // namespace velk

@@ -60,16 +60,11 @@ TEST_CASE("sqlite dialect: literals beside a comparison become parameters") {
   };
   const Row rows[] = {
       {"select 1 from C where I=N'C1'", "select 1 from C where I= ?", {"C1"}},
-      {"select 1 from C where I=N'C2'", "select 1 from C where I= ?", {"C2"}},
       {"select 1 from C where I=N'a''b'", "select 1 from C where I= ?", {"a'b"}},
       {"select 1 from C where I=N''''", "select 1 from C where I= ?", {"'"}},
-      {"select 1 from C where I=N'C3'", "select 1 from C where I= ?", {"C3"}},
       {"select 1 from C where I=N'x' or '1'='1'",
        "select 1 from C where I= ? or '1'= ?",
        {"x", "1"}},
-      {"select 1 from C where I=N'y' or '1'='2'",
-       "select 1 from C where I= ? or '1'= ?",
-       {"y", "2"}},
       {"select 1 from C where I=N'C4' --'", "select 1 from C where I= ?", {"C4"}},
       {"select 'a', b 'c' from t where d like 'e%' and f<>'g' and h in ('i')",
        "select 'a', b 'c' from t where d like 'e%' and f<> ? and h in ('i')",
@@ -79,9 +74,6 @@ TEST_CASE("sqlite dialect: literals beside a comparison become parameters") {
       {"select top ('a'='b') c from t where d='e'",
        "select c from t where d= ? LIMIT ('a'= ? )",
        {"e", "b"}},
-      {"select top ('a'='f') c from t where d='g'",
-       "select c from t where d= ? LIMIT ('a'= ? )",
-       {"g", "f"}},
       {"select I from C", "select I from C", {}},
       {"update C set I='a' where J='b'", "update C set I='a' where J='b'", {}},
   };

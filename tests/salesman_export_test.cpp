@@ -1,6 +1,7 @@
 // Salesmen to a workbook.
 #include "platform/xls/xls_spreadsheet.h"
 #include "tests/support/salesmen.h"
+#include "tests/support/xls_records.h"
 
 namespace velk {
 namespace {
@@ -42,40 +43,6 @@ Texts sheetRows(const std::string& file, int columns) {
   return rows;
 }
 
-/// Writes down what a workbook is given.
-struct SheetJournal final : Spreadsheet {
-  explicit SheetJournal(Texts& j) : journal(j) {}
-  ~SheetJournal() override { journal.push_back("quit"); }
-  struct Sheet final : WorksheetWriter {
-    explicit Sheet(Texts& j) : journal(j) {}
-    void setText(int row, int column, std::string_view text) override {
-      if (column < 250) return;
-      note("text", {row, column}, text);
-    }
-    void setBold(const CellRange& r) override {
-      note("bold", {r.firstRow, r.firstColumn, r.lastRow, r.lastColumn});
-    }
-    void addListValidation(const CellRange& r, std::string_view source) override {
-      note("list", {r.firstRow, r.firstColumn, r.lastRow, r.lastColumn}, source);
-    }
-    void setColumnWidth(int number, double characters) override {
-      note("width", {number, static_cast<int>(characters)});
-    }
-    void hideColumn(int number) override { note("hide", {number}); }
-    void autoFit(int first, int last) override { note("fit", {first, last}); }
-    void saveAs(std::string_view path) override { note("save", {}, path); }
-    void note(std::string line, std::initializer_list<int> numbers, std::string_view text = {}) {
-      for (const int number : numbers) line += " " + std::to_string(number);
-      if (!text.empty()) line.append(" ").append(text);
-      journal.push_back(line);
-    }
-    Texts& journal;
-  };
-  std::unique_ptr<WorksheetReader> open(std::string_view) override { return nullptr; }
-  std::unique_ptr<WorksheetWriter> add() override { return std::make_unique<Sheet>(journal); }
-  Texts& journal;
-};
-
 TEST_CASE("an export and its way back") {
   Salesmen out;
   CHECK(out.exportTo("out.xls") == EventResult::Handled);
@@ -94,21 +61,27 @@ TEST_CASE("an export and its way back") {
   CHECK(rowText(out.screen->lstCust, 3) == "B|-1|+9|@||");
 }
 
-TEST_CASE("what the workbook is given") {
-  TestWorld world;
-  Texts journal;
-  Platform platform = world.module.platform();
-  platform.createSpreadsheet = [&] { return std::make_unique<SheetJournal>(journal); };
-  Velk_ModOpnImp module(platform);
-  const auto screen = std::make_shared<Velk_frmBankBranch_OpnImp>(module);
-  world.database->answerRows("select", {});
-  world.database->answerRows(handheldsQuery, {{std::string("Yes")}, {std::string("No")}});
-  screen->initForm(world.database, nullptr);
-  CHECK(screen->ExportToExcel("out.xls"));
-  CHECK(journal == Texts{"bold 1 1 1 8", "text 1 250 DSType", "list 2 6 1000 6 =$IP$2:$IP$1",
-                         "width 6 30", "hide 250", "text 1 251 DSType", "text 2 251 Yes",
-                         "text 3 251 No", "list 2 7 1000 7 =$IQ$2:$IQ$3", "width 7 30", "hide 251",
-                         "fit 1 5", "save out.xls", "quit"});
+TEST_CASE("the look of the workbook, and its lists") {
+  using namespace std::string_literals;
+  Salesmen out;
+  out.world.database->answerRows(dsTypesQuery, {});
+  out.world.database->answerRows(handheldsQuery, {{std::string("Yes")}, {std::string("No")}});
+  out.exportTo("out.xls");
+  const std::string& file = out.world.files.contents["out.xls"];
+  const auto sheet = readXls(file);
+  CHECK(sheet->text(1, 250) + sheet->text(2, 250) == "DSType");
+  CHECK(sheet->text(1, 251) + sheet->text(2, 251) + sheet->text(3, 251) == "DSTypeYesNo");
+  const Texts lists = recordsOf(file, xls::Record::Validation);  // IP1:IP2, IQ2:IQ3
+  REQUIRE(lists.size() == 2);
+  CHECK(lists[0].ends_with("\x25\0\0\1\0\xF9\0\xF9\0\0\0\0\0\1\0\1\0\xE7\3\5\0\5\0"s));
+  CHECK(lists[1].ends_with("\x25\1\0\2\0\xFA\0\xFA\0\0\0\0\0\1\0\1\0\xE7\3\6\0\6\0"s));
+  const Texts columns = recordsOf(file, xls::Record::ColumnInfo);
+  REQUIRE(columns.size() == 9);  // A to E as wide as their texts, F and G 30, IP and IQ hidden
+  CHECK(columns[5].starts_with("\5\0\5\0\xB6\x1E"s));
+  CHECK(columns[6].starts_with("\6\0\6\0\xB6\x1E"s));
+  for (const std::size_t i : {0U, 4U, 7U, 8U}) CHECK(columns[i][8] == (i > 6 ? 1 : 0));
+  const Texts blanks = recordsOf(file, xls::Record::Blank);
+  CHECK(std::count(blanks.begin(), blanks.end(), "\0\0\7\0\x11\0"s) == 1);  // bold up to H1
 }
 
 TEST_CASE("exports that fail, and what is left of the file") {

@@ -1,11 +1,10 @@
 #include <tuple>
 
 #include "platform/xls/compound_layout.h"
-#include "platform/xls/records.h"
-#include "platform/xls/xls_file.h"
 #include "platform/xls/xls_spreadsheet.h"
 #include "tests/support/checks.h"
 #include "tests/support/memory_files.h"
+#include "tests/support/xls_records.h"
 
 namespace velk::xls {
 namespace {
@@ -22,17 +21,9 @@ struct Workbook {
     return application.open("out.xls");
   }
 
-  /// The payloads of the records of a kind.
   Texts records(Record wanted) {
     sheet->saveAs("out.xls");
-    const std::string stream = workbookStream(files.contents["out.xls"]);
-    Texts found;
-    RecordReader reader(stream, 0);
-    for (int ends = 0; ends < 2; ends += reader.type() == Record::Eof ? 1 : 0) {
-      reader.next();
-      if (reader.type() == wanted) found.emplace_back(reader.payload());
-    }
-    return found;
+    return recordsOf(files.contents["out.xls"], wanted);
   }
 };
 

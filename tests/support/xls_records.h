@@ -1,0 +1,24 @@
+// What stands in a workbook, record by record.
+#pragma once
+
+#include <string_view>
+
+#include "platform/xls/records.h"
+#include "platform/xls/xls_file.h"
+#include "tests/support/checks.h"
+
+namespace velk::xls {
+
+/// The payloads of the records of a kind, in the globals and the first sheet of an .xls file.
+inline Texts recordsOf(std::string_view file, Record wanted) {
+  const std::string stream = workbookStream(file);
+  Texts found;
+  RecordReader reader(stream, 0);
+  for (int ends = 0; ends < 2; ends += reader.type() == Record::Eof ? 1 : 0) {
+    reader.next();
+    if (reader.type() == wanted) found.emplace_back(reader.payload());
+  }
+  return found;
+}
+
+}  // namespace velk::xls
