@@ -182,19 +182,5 @@ TEST_CASE("popup menus") {
   }
 }
 
-TEST_CASE("the file dialog") {
-  HeadlessDesktop desktop("", {}, {});
-  HeadlessShell shell;
-  TestForm form(shell);
-  CommonDialog dialog(form, desktop, "dialog");
-  desktop.chooseFile("a.csv");
-  dialog.ShowOpen();
-  desktop.chooseFile(std::nullopt);
-  dialog.ShowOpen();
-  dialog.setFlag("CancelError", true);
-  CHECK(errorOf([&] { dialog.ShowSave(); }) == 32755);
-  CHECK(dialog.text("FileName") == "a.csv");
-}
-
 }  // namespace
 }  // namespace velk

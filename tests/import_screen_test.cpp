@@ -304,8 +304,7 @@ TEST_CASE("only a minimised window keeps its bounds") {
   constexpr Bounds fixed = ImportScreen::fixedBounds, dragged{300, 300, 9000, 8580};
   const struct {
     WindowState state;
-    Bounds outer;
-    Bounds then;
+    Bounds outer, then;
     Texts heard;  // what the window is told to become
   } rows[] = {{WindowState::Normal, fixed, fixed, {}},
               {WindowState::Normal, dragged, fixed, {"Left", "Top", "Width"}},

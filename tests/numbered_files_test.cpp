@@ -64,23 +64,6 @@ TEST_CASE("numbers are the lowest free ones, the last is the log's") {
   CHECK(files.memory.open == 253);
 }
 
-TEST_CASE("misused numbers") {
-  Files files("text");
-  NumberedFiles& f = files.numbered;
-  f.openForInput(1, "in");
-  f.openForAppend(2, "out");
-  CHECK(errorOf([&] { f.openForInput(0, "in"); }) == 52);
-  CHECK(errorOf([&] { f.openForAppend(256, "out"); }) == 52);
-  CHECK(errorOf([&] { f.openForInput(2, "in"); }) == 55);
-  CHECK(errorOf([&] { f.openForAppend(1, "out"); }) == 55);
-  CHECK(errorOf([&] { f.lineInput(2); }) == 52);
-  CHECK(errorOf([&] { f.rewind(3); }) == 52);
-  CHECK(errorOf([&] { f.printLine(1, "x"); }) == 52);
-  CHECK(errorOf([&] { f.openForInput(3, "missing"); }) == 53);
-  CHECK(errorOf([&] { f.close(3); }) == 0);
-  CHECK(f.freeFile() == 3);
-}
-
 TEST_CASE("whole files") {
   std::string bytes;  // characters of one, two and three bytes of UTF-8 around the reading steps
   while (bytes.size() < 700'000) bytes += bytes.size() % 3 == 0 ? "\x80"s : "a\xE9\r\n\0"s;

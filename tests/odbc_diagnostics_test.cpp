@@ -6,12 +6,10 @@ namespace velk {
 namespace {
 
 TEST_CASE("odbc: states and their error numbers") {
-  struct Row {
+  const struct {
     std::string state;
-    std::int32_t native;
-    std::int32_t number;
-  };
-  const Row rows[] = {
+    std::int32_t native, number;
+  } rows[] = {
       {"HYT00", 0, -2147217871},   {"HYT01", 0, -2147217871},     {"23000", 2627, -2147217873},
       {"23505", 0, -2147217873},   {"22001", 8152, -2147217833},  {"22003", 0, -2147467259},
       {"42S02", 208, -2147217865}, {"28000", 18456, -2147217843}, {"42000", 229, -2147217911},
@@ -19,7 +17,7 @@ TEST_CASE("odbc: states and their error numbers") {
       {"08S01", 0, -2147467259},   {"40001", 1205, -2147467259},  {"HY000", 0, -2147467259},
       {"HY000", 229, -2147467259}, {"IM002", 0, -2147467259},     {"", 0, -2147467259},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     CAPTURE(row.state);
     CAPTURE(row.native);
     // The first record counts.
@@ -40,7 +38,7 @@ TEST_CASE("odbc: descriptions lose the names of the layers") {
       {"[Vendor] spaced ", "spaced"},
       {"[never closed", "[never closed"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     CAPTURE(row.message);
     CHECK(toRuntimeError({{"42000", 0, row.message}}).description() == row.description);
   }

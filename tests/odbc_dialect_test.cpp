@@ -17,11 +17,9 @@ std::string collapsed(std::string_view sql) {
 }
 
 TEST_CASE("sqlite dialect: rewriting") {
-  struct Row {
-    std::string from;
-    std::string to;
-  };
-  const Row rows[] = {
+  const struct {
+    std::string from, to;
+  } rows[] = {
       {"SELECT TOP 1 OpeningDate FROM Setup", "SELECT OpeningDate FROM Setup LIMIT 1"},
       {"select distinct top (2+1) a from t order by a;",
        "select distinct a from t order by a LIMIT (2+1)"},
@@ -46,7 +44,7 @@ TEST_CASE("sqlite dialect: rewriting") {
        "select M\xC3\xBCller_2, (CAST(x'C3A927' AS TEXT)), (CAST(x'F09F9880' AS TEXT))"},
       {"insert into t values ('a=''b''', ?)", "insert into t values ('a=''b''', ?)"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     CAPTURE(row.from);
     CHECK(collapsed(SqliteDialect().translateCommand(row.from)) == row.to);
   }
@@ -79,7 +77,7 @@ TEST_CASE("sqlite dialect: literals beside a comparison become parameters") {
   };
   const SqliteDialect dialect;
   Translation shared;  // as a connection keeps it: what one text leaves must not reach the next
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     CAPTURE(row.from);
     Translation fresh;
     for (Translation* translation : {&fresh, &shared}) {
@@ -143,7 +141,7 @@ TEST_CASE("sqlite dialect: native codes as states") {
       {13, "database or disk is full (13)", "HY000"},
       {-1, "unbound parameters in query", "HY000"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     CAPTURE(row.message);
     CHECK(SqliteDialect().normalized({"HY000", row.native, row.message}).state == row.state);
     CHECK(SqliteDialect().normalized({"IM002", row.native, row.message}).state == "IM002");

@@ -9,12 +9,11 @@ namespace velk {
 namespace {
 
 TEST_CASE("odbc: what a cell's text holds") {
-  struct Row {
+  const struct {
     CellKind kind;
     std::string text;
     Value value;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {CellKind::Integer, "-2147483648", -2147483647 - 1},
       {CellKind::Integer, "2147483648", 2147483648.0},
       {CellKind::Integer, "12a", "12a"},
@@ -34,7 +33,7 @@ TEST_CASE("odbc: what a cell's text holds") {
       {CellKind::Date, "2008-02-30", "2008-02-30"},
       {CellKind::Text, "007", "007"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     CAPTURE(row.text);
     CHECK((interpretCell(row.kind, row.text) == row.value));
   }
@@ -70,7 +69,7 @@ TEST_CASE("odbc: values are taken as their parameter's type, or refused") {
   const ScratchDatabase database;
   const auto connection = database.open();
   const std::string query = "SELECT typeof(v) || ' ' || v FROM (SELECT ? AS v)";
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     const std::string given = toText(row.given.value);
     CAPTURE(given);
     std::string seen = "refused";

@@ -65,13 +65,4 @@ TEST_CASE("the first open result of several") {
   CHECK(Velk_ModOpnImp::GetDataRecordset(nullptr) == nullptr);
 }
 
-TEST_CASE("a field's value as a number") {
-  const auto number = [](const char* text) { return Velk_ModOpnImp::ValOrZero(std::string(text)); };
-  CHECK(Velk_ModOpnImp::ValOrZero(Null()) == 0);
-  CHECK(Velk_ModOpnImp::ValOrZero(-3) == -3);
-  CHECK(number("12.5abc") == 12.5);
-  CHECK(number("abc") == 0);
-  CHECK(errorOf([&] { number("1e999"); }) == 6);
-}
-
 }  // namespace velk

@@ -103,15 +103,6 @@ TEST_CASE("a file that can't be opened is told with the error's number as the st
   CHECK(in.world.log().empty());
 }
 
-TEST_CASE("running out of file numbers leaves one for the log") {
-  Reading in("a");
-  for (int i = 0; i < 254; ++i) in.reader.FileName("in");
-  CHECK(in.world.messages == Texts{"box 67: Too many files"});
-  CHECK(in.reader.Fields(0) == "a");
-  in.world.module.WriteErrorLog("still said");
-  CHECK(in.world.log() == "still said\n");
-}
-
 TEST_CASE("the check of the column count") {
   const auto refusal = [](int columns, const std::string& where, int commas) {
     return Texts{"box 48: 'in'\r\nFile does not contain expected number of columns (" +

@@ -26,16 +26,6 @@ TEST_CASE("a preview shows the mapping and the first rows, and makes nothing") {
   CHECK_FALSE(folder.has("Error.log"));
 }
 
-TEST_CASE("a preview says what an import would refuse") {
-  RunnerWorld world;
-  const std::string in = world.folder.write("in.csv", crlf({"Customer ID,Balance", "C001,5"}));
-  const Ran ran = world.run({"preview", "customer-opening", in});
-  CHECK(ran.status == 0);
-  CHECK(ran.out.find("would be refused: no column is mapped to Bill Amount") != std::string::npos);
-  CHECK(world.run({"preview", "customer-opening", in, "--map", "Date=Due"}).status == 2);
-  CHECK(world.run({"preview", "customer-opening", world.folder.write("e.csv", "")}).status == 2);
-}
-
 TEST_CASE("a preview as JSON, valid whatever the file and its name hold") {
   RunnerWorld world;
   const std::string in =

@@ -92,11 +92,9 @@ TEST_CASE("what becomes of salesmen when calls fail") {
     int status;
     std::string_view file;  // that holds the record
   } rows[] = {
-      {"nothing", "", "posted posted", 0, ""},
       {"the check for a default value", "..x", "posted-with-warning posted", 0, ""},
       {"the look-up of a type", "...x", "rejected posted", 1, "r.xls"},
       {"saving the salesman", "....x", "partial posted", 1, "r.xls.check.xls"},
-      {"saving his types", ".....x", "partial posted", 1, "r.xls.check.xls"},
       {"both", "....xx", "failed posted", 1, "r.xls"},
       {"lost in a check", "..X", "not-reached not-reached", 5, "r.xls.rest.xls"},
       {"lost in saving", "....X", "unknown not-reached", 5, "r.xls.check.xls"},

@@ -96,8 +96,7 @@ TEST_CASE("amounts as people write them") {
 
 TEST_CASE("passwords are masked wherever they stand") {
   const struct {
-    std::string_view text;
-    std::string_view masked;
+    std::string_view text, masked;
   } rows[] = {
       {"DSN=a;PWD=x;UID=b", "DSN=a;PWD=***;UID=b"},
       {"DSN=a; password = x;", "DSN=a; password =***;"},

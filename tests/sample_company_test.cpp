@@ -45,18 +45,6 @@ TEST_CASE_FIXTURE(Company, "sample company: what the screens and imports ask") {
   CHECK_FALSE(toDate(connection->Execute("SELECT GETDATE()")->field(0), 0) < Date{45000});
 }
 
-TEST_CASE_FIXTURE(Company, "sample company: checks of DS types") {
-  const auto first = [&](const char* procedure, const char* value) {
-    return firstField(callProcedure(*connection, procedure, {value}));
-  };
-  CHECK(first("sp_Check_DSCaption", "DSType") == "1");
-  CHECK(first("sp_Check_DSCaption", "Category") == "0");
-  CHECK(first("Velk_sp_checkDefault_DSTypeValue", "Retail") == "1");
-  CHECK(first("Velk_sp_checkDefault_DSTypeValue", "Van Sales") == "0");
-  CHECK(first("Velk_sp_checkDefault_DSTypeValue", "Export") == "(none)");  // another group's
-  CHECK(first("Velk_sp_checkDefault_DSTypeValue", "Unheard of") == "(none)");
-}
-
 TEST_CASE("sample company: a new file or nothing") {
   const ScratchDatabase folder;
   const auto files = [&] {
