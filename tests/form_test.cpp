@@ -13,7 +13,6 @@ namespace {
 struct TestForm : Form {
   explicit TestForm(FormShell& shell) : Form(shell, "TestForm", "Test", {1, 2, 3, 4}) {
     go.onClick = [this] { ++clicks; };
-    item.onClick = [this] { ++clicks; };
   }
   void eventFailed(const RuntimeError& error) noexcept override {
     failures.push_back(std::to_string(error.number()) + " " + error.description());
@@ -28,8 +27,6 @@ struct TestForm : Form {
   CommandButton other{*this, nullptr, "other", {}, ""};
   TextBox field{*this, &box, "field", {}};
   ComboBox combo{*this, nullptr, "combo", {}, {"first", "second"}};
-  Menu menu{*this, nullptr, "menu", ""};
-  Menu item{*this, &menu, "item", "Item"};
   int clicks = 0;
   int keys = 0;
   Texts failures;
@@ -160,26 +157,6 @@ TEST_CASE("properties by name") {
   CHECK(errorOf([&] { form.combo.setIndex(2); }) == 380);
   form.go.set("lEFT", std::string(" 77 "));
   CHECK(form.go.number("LEFT") == 77);
-}
-
-TEST_CASE("popup menus") {
-  const std::pair<void (*)(TestForm&), int> rows[] = {
-      {[](TestForm&) {}, 1},
-      {[](TestForm& f) { f.menu.setVisible(false); }, 1},
-      {[](TestForm& f) { f.item.setVisible(false); }, 0},
-      {[](TestForm& f) { f.item.setEnabled(false); }, 0}};
-  for (const auto& row : rows) {
-    CAPTURE(&row - rows);
-    Opened opened;
-    TestForm& form = *opened.form;
-    row.first(form);
-    form.other.onClick = [&] { form.popup(form.menu); };
-    form.other.userClick();  // nothing is chosen
-    CHECK(form.clicks == 0);
-    opened.shell.onPopup = [&](Form&, Menu&) { return &form.item; };
-    form.other.userClick();
-    CHECK(form.clicks == row.second);
-  }
 }
 
 }  // namespace
