@@ -74,6 +74,15 @@ TEST_CASE("an export edited in LibreOffice and imported") {
     CAPTURE(found);
     CHECK(sheet.find(found) != std::string::npos);
   }
+  // In inches: 30 characters, and what "Existing DSType" in bold and "98" in plain take.
+  const auto width = [&](const std::string& style) {
+    std::smatch found;
+    std::regex_search(sheet, found, std::regex(style + "\"[^]*?column-width=\"([0-9.]+)in\""));
+    return std::stod(found[1]);
+  };
+  CHECK(width("co6") == doctest::Approx(2.37).epsilon(0.05));
+  CHECK(width("co5") == doctest::Approx(1.16).epsilon(0.1));
+  CHECK(width("co2") < width("co5"));
   std::smatch bold;
   REQUIRE(
       std::regex_search(sheet, bold, std::regex("style:name=\"ce1\"[^]*?fo:font-weight=\"bold\"")));
@@ -94,6 +103,9 @@ TEST_CASE("an export edited in LibreOffice and imported") {
   CHECK(rowsOf(salesmen.screen->lstCust) ==
         Texts{"Salesman*|Address*|ResNumber*|MobNumber*|DSType*|HandHeld DS*",
               "=A\"&1|1\nadr|020|98|Retail|YES", "Čapek|-1|1-2|919876543210|Naïve|NO"});
+  salesmen.import();
+  CHECK(salesmen.world.database->procedureCalls().at(3) ==
+        "sp_save_DsType; 200 =A\"&1; 200 DSType; 200 Retail; 200 HandHeld DS; 200 YES");
 }
 
 }  // namespace
