@@ -1,6 +1,5 @@
 // Hosts that go away, lie, fail or forget: the component and the host live on, and the log says
 // why.
-#include <host_service_com.h>
 #include <olectl.h>
 
 #include <fstream>
@@ -14,11 +13,10 @@
 #include "platform/windows/named_members.h"
 #include "platform/windows/variants.h"
 #include "tests/support/test_world.h"
-#include "tests/windows/class_objects.h"
 #include "tests/windows/message_boxes.h"
 #include "tests/windows/screen_windows.h"
 #include "tests/windows/server_dll.h"
-#include "tests/windows/stub_object.h"
+#include "tests/windows/service_stub.h"
 
 namespace velk {
 namespace {
@@ -156,39 +154,6 @@ TEST_CASE("bad hosts: calls from a second apartment") {
   CHECK(host.database.procedureCalls().size() == 4);
 }
 
-TEST_CASE("bad hosts: ADO that fails from some call on") {
-  const std::string lost = "Communication link failure";
-  const std::string lostLine = "(-2147467259): " + lost;
-  const std::string unknown = "Customer does not exist for code - P2";
-  const std::string check = "Check The Error Log " + fromWide(logFile().wstring());
-  const RuntimeError linkFailure(-2147467259, lost), timeout(ErrorNumber::ProviderTimeout);
-  const struct {
-    std::size_t from;  // 2: the first transaction date; 4, 5: the calls for the first record
-    RuntimeError error;
-    Texts logged, shown;
-  } rows[] = {{2, linkFailure, {lostLine}, {lost}},
-              {4, linkFailure, {lostLine, lostLine, unknown}, {check}},
-              {5,
-               timeout,
-               {"(-2147217871): " + timeout.description(), unknown},
-               {"Database is busy, cannot establish connection", check}}};
-  for (const auto& row : rows) {
-    CAPTURE(row.from);
-    Host host;
-    const HWND screen = host.open(customers);
-    host.database.onCall = [&](const FakeCall&) {
-      if (host.database.calls.size() >= row.from) throw RuntimeError(row.error);
-    };
-    host.import(screen);
-    Texts logged{noService}, shown;
-    logged.insert(logged.end(), row.logged.begin(), row.logged.end());
-    for (const std::string& text : row.shown) shown.push_back("Velk_OpnImp|" + text + "|OK");
-    CHECK(log() == logged);
-    CHECK(host.boxes.shown() == shown);
-    CHECK(closeScreens().size() == 1);
-  }
-}
-
 TEST_CASE("bad hosts: ADO that says it is well and gives nothing") {
   StubObject<_Connection> connection;
   connection.on(&_Connection::Execute, [](void*, BSTR, VARIANT*, LONG, _Recordset** rows) {
@@ -197,12 +162,21 @@ TEST_CASE("bad hosts: ADO that says it is well and gives nothing") {
   });
   StubObject<_Command> command;
   command.on(&_Command::putref_ActiveConnection, [](void*, _Connection*) { return S_OK; });
-  command.on(&_Command::put_CommandType, [](void*, CommandTypeEnum) { return S_OK; });
-  command.on(&_Command::CreateParameter, [](void*, BSTR, DataTypeEnum, ParameterDirectionEnum,
-                                            ADO_LONGPTR, VARIANT, _Parameter** parameter) {
-    *parameter = nullptr;
+  command.on(&_Command::put_CommandType, [](void*, CommandTypeEnum type) {
+    CHECK(type == adCmdStoredProc);
     return S_OK;
   });
+  command.on(&_Command::CreateParameter,
+             [](void*, BSTR name, DataTypeEnum type, ParameterDirectionEnum direction,
+                ADO_LONGPTR size, VARIANT value, _Parameter** parameter) {
+               CHECK(Bstr::textOf(name) == "Param0");
+               CHECK(type == adVarChar);
+               CHECK(direction == adParamInput);
+               CHECK(size == 2048);
+               CHECK(value.vt == VT_ERROR);
+               *parameter = nullptr;
+               return S_OK;
+             });
   command.on(&_Command::get_Parameters, [](void*, Parameters** list) {
     *list = nullptr;
     return S_OK;
@@ -218,53 +192,8 @@ TEST_CASE("bad hosts: ADO that says it is well and gives nothing") {
   CHECK(host.database.procedureCalls().empty());
 }
 
-TEST_CASE("bad hosts: no service object, and a second click while a message is shown") {
-  Host host;
-  const HWND screen = host.open(vendors);
-  host.open(customers);
-  host.boxes.onShown = [&] {
-    const HWND button = Window(screen).button("&Import");
-    PostMessageW(button, WM_LBUTTONDOWN, MK_LBUTTON, 0);
-    PostMessageW(button, WM_LBUTTONUP, 0, 0);
-  };
-  host.import(screen);
-  press(0);  // asks for the host's main window
-  CHECK(host.boxes.shown() == Texts{"Velk_OpnImp|Import Successfull|OK"});
-  CHECK(host.database.procedureCalls().size() == 4);
-  CHECK(log() == Texts{noService,
-                       "(438): Velk_frmVenOpn_OpnImp : Form_KeyDown - Object doesn't support this "
-                       "property or method"});
-}
-
-int failingSlot = 0;
-HRESULT outcome(int slot) {
-  return slot == failingSlot ? E_FAIL : S_OK;
-}
-
-void answerAll(StubObject<IVelkHostService>& service) {
-  service.on(&IVelkHostService::ScreenReady,
-             [](void*, IDispatch*, VARIANT_BOOL) { return outcome(1); });
-  service.on(&IVelkHostService::Caption, [](void*, BSTR, BSTR, BSTR, VARIANT* caption) {
-    *caption = Variant(Value("?")).release();
-    return outcome(2);
-  });
-  service.on(&IVelkHostService::ScreenStarting, [](void*, IDispatch*) { return outcome(3); });
-  service.on(&IVelkHostService::CaptionText, [](void*, BSTR, BSTR, BSTR key, BSTR* caption) {
-    *caption = SysAllocString(key);
-    return outcome(4);
-  });
-  service.on(&IVelkHostService::ShowMessage,
-             [](void*, BSTR, VARIANT, VARIANT, VARIANT, VARIANT, VARIANT*) { return outcome(5); });
-  service.on(&IVelkHostService::MessageText, [](void*, BSTR text, SAFEARRAY**, BSTR* message) {
-    *message = SysAllocString(text);
-    return outcome(6);
-  });
-}
-
 TEST_CASE("bad hosts: a service object that fails") {
-  StubObject<IVelkHostService> service;
-  answerAll(service);
-  const ClassObject registered(serviceClass, service.get());
+  const ServiceStub service;
   const struct {
     int slot;
     bool opens;
@@ -278,7 +207,7 @@ TEST_CASE("bad hosts: a service object that fails") {
               {6, true, 4, "(-2147467259): The import stopped at its end: "}};
   for (const auto& row : rows) {
     CAPTURE(row.slot);
-    failingSlot = row.slot;
+    ServiceStub::failing = row.slot;
     Host host;
     const HWND screen = host.open(vendors);
     CHECK((screen != nullptr) == row.opens);
@@ -304,16 +233,13 @@ struct MenuWindow final : NamedMembers {
 };
 
 TEST_CASE("bad hosts: key 0 moves the focus to the host's main menu") {
-  StubObject<IVelkHostService> service;
   StubObject<IVelkHostWindow> windows;
-  failingSlot = 0;
-  answerAll(service);
+  ServiceStub service;
   service.answer(__uuidof(IVelkHostWindow), windows.get());
   windows.on(&IVelkHostWindow::get_MainWindow, [](void*, IDispatch** window) {
     *window = new MenuWindow;
     return S_OK;
   });
-  const ClassObject registered(serviceClass, service.get());
   MenuWindow::button =
       CreateWindowW(L"BUTTON", L"", WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
   Host host;

@@ -87,36 +87,25 @@ const std::regex numberAtEnd("[^0-9]0*([0-9]{1,2})$");
 const std::regex numberWithComma("^[0-9]+,[0-9]+$|, ?[0-9]{3}(?![0-9])");
 const std::regex yearDayMonth("^[0-9]{3,4}[^0-9]+(1[3-9]|2[0-9]|3[01])[^0-9]+[0-9]");
 
-using Explains = bool (*)(const Difference&);
-const std::pair<const char*, Explains> reasons[] = {
-    {"point",
-     [](const Difference& d) {
-       return d.text.find('.') != std::string::npos &&
-              (!d.theirs || civilFromDate(*d.theirs).year == 1899);
-     }},
-    {"September",
-     [](const Difference& d) { return d.matches(september) && !(d.ours && d.theirs); }},
-    {"two-digit years",
-     [](const Difference& d) {
-       return d.ours && d.theirs &&
-              formatDayFirst(*d.ours).substr(0, 5) == formatDayFirst(*d.theirs).substr(0, 5) &&
-              civilFromDate(*d.ours).year + 100 == civilFromDate(*d.theirs).year;
-     }},
-    {"short year first", [](const Difference& d) { return d.shortYear(numberInFront); }},
-    {"short year without a day",
-     [](const Difference& d) {
-       return d.shortYear(numberAtEnd) && civilFromDate(*d.theirs).day == 1;
-     }},
-    {"numbers with a comma",
-     [](const Difference& d) { return d.onlyTheirs() && d.matches(numberWithComma); }},
-    {"year-day-month",
-     [](const Difference& d) { return d.onlyTheirs() && d.matches(yearDayMonth); }}};
+/// Whether docs/dates.md has the reason.
+bool isExplained(const Difference& d) {
+  if (d.text.find('.') != std::string::npos &&
+      (!d.theirs || civilFromDate(*d.theirs).year == 1899)) {
+    return true;
+  }
+  if (d.ours && d.theirs) {  // two-digit years
+    return formatDayFirst(*d.ours).substr(0, 5) == formatDayFirst(*d.theirs).substr(0, 5) &&
+           civilFromDate(*d.ours).year + 100 == civilFromDate(*d.theirs).year;
+  }
+  return d.matches(september) || d.shortYear(numberInFront) ||
+         (d.shortYear(numberAtEnd) && civilFromDate(*d.theirs).day == 1) ||
+         (d.onlyTheirs() && (d.matches(numberWithComma) || d.matches(yearDayMonth)));
+}
 
 TEST_CASE("dates are read as Windows reads them, but for what is explained") {
   DateTexts texts;
   SYSTEMTIME now{};
   GetLocalTime(&now);
-  std::array<int, std::size(reasons)> explained{};
   int agreed = 0;
   for (int i = 0; i < 100'000; ++i) {
     Difference d{texts.next(), {}, {}};
@@ -129,19 +118,10 @@ TEST_CASE("dates are read as Windows reads them, but for what is explained") {
       ++agreed;
       continue;
     }
-    const auto reason = std::find_if(std::begin(reasons), std::end(reasons),
-                                     [&](const auto& row) { return row.second(d); });
-    if (reason != std::end(reasons)) {
-      ++explained[static_cast<std::size_t>(reason - std::begin(reasons))];
-      continue;
-    }
+    if (isExplained(d)) continue;
     FAIL_CHECK(d.text << ": " << textOf(d.ours) << ", Windows: " << textOf(d.theirs));
   }
   CHECK(agreed > 80'000);
-  for (std::size_t i = 0; i < explained.size(); ++i) {
-    CAPTURE(std::string(reasons[i].first));
-    CHECK(explained[i] > 0);
-  }
 }
 
 }  // namespace

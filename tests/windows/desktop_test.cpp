@@ -1,7 +1,5 @@
 #include "platform/windows/windows_desktop.h"
 
-#include <ctime>
-
 #include "tests/windows/message_boxes.h"
 #include "tests/windows/server_dll.h"
 
@@ -49,12 +47,11 @@ TEST_CASE("folder and clock") {
   const WindowsDesktop desktop;
   CHECK(desktop.applicationFolder() == fromWide(programFolder().wstring()));
   const double before = desktop.now().days;
-  const std::time_t clock = std::time(nullptr);
+  SYSTEMTIME clock{};
+  GetLocalTime(&clock);
   const double after = desktop.now().days;
-  const std::tm local = *std::localtime(&clock);
-  const double between =
-      dateFromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday}).days +
-      (local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec) / 86400.0;
+  double between = 0;
+  SystemTimeToVariantTime(&clock, &between);
   constexpr double second = 1.0 / 86400;
   CHECK(before <= between + second);
   CHECK(between <= after + second);

@@ -1,4 +1,6 @@
 // The type library as hosts' compilers read it, of both architectures.
+#include <map>
+
 #include "tests/windows/server_dll.h"
 
 namespace velk {
@@ -11,30 +13,14 @@ std::string nameOf(ITypeInfo* info) {
 }
 
 std::string typeText(ITypeInfo* info, const TYPEDESC& type) {
+  static const std::map<VARTYPE, const char*> names{
+      {VT_BSTR, "BSTR"}, {VT_BOOL, "VARIANT_BOOL"}, {VT_VARIANT, "VARIANT"},
+      {VT_I2, "short"},  {VT_I4, "long"},           {VT_HRESULT, "HRESULT"}};
+  if (type.vt == VT_PTR) return typeText(info, *type.lptdesc) + "*";
+  if (type.vt != VT_USERDEFINED) return names.at(type.vt);
   ComPointer<ITypeInfo> other;
-  switch (type.vt) {
-    case VT_PTR:
-      return typeText(info, *type.lptdesc) + "*";
-    case VT_USERDEFINED:
-      if (FAILED(info->GetRefTypeInfo(type.hreftype, other.receive()))) return "?";
-      return nameOf(other.get());
-    case VT_BSTR:
-      return "BSTR";
-    case VT_BOOL:
-      return "VARIANT_BOOL";
-    case VT_VARIANT:
-      return "VARIANT";
-    case VT_I2:
-      return "short";
-    case VT_I4:
-      return "long";
-    case VT_VOID:
-      return "void";
-    case VT_HRESULT:
-      return "HRESULT";
-    default:
-      return "type " + std::to_string(type.vt);
-  }
+  REQUIRE(info->GetRefTypeInfo(type.hreftype, other.receive()) == S_OK);
+  return nameOf(other.get());
 }
 
 std::string directionOf(USHORT flags) {
