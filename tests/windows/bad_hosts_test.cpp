@@ -154,6 +154,39 @@ TEST_CASE("bad hosts: calls from a second apartment") {
   CHECK(host.database.procedureCalls().size() == 4);
 }
 
+TEST_CASE("bad hosts: ADO that fails from some call on") {
+  const std::string lost = "Communication link failure";
+  const std::string lostLine = "(-2147467259): " + lost;
+  const std::string unknown = "Customer does not exist for code - P2";
+  const std::string check = "Check The Error Log " + fromWide(logFile().wstring());
+  const RuntimeError linkFailure(-2147467259, lost), timeout(ErrorNumber::ProviderTimeout);
+  const struct {
+    std::size_t from;  // 2: the first transaction date; 4, 5: the calls for the first record
+    RuntimeError error;
+    Texts logged, shown;
+  } rows[] = {{2, linkFailure, {lostLine}, {lost}},
+              {4, linkFailure, {lostLine, lostLine, unknown}, {check}},
+              {5,
+               timeout,
+               {"(-2147217871): " + timeout.description(), unknown},
+               {"Database is busy, cannot establish connection", check}}};
+  for (const auto& row : rows) {
+    CAPTURE(row.from);
+    Host host;
+    const HWND screen = host.open(customers);
+    host.database.onCall = [&](const FakeCall&) {
+      if (host.database.calls.size() >= row.from) throw RuntimeError(row.error);
+    };
+    host.import(screen);
+    Texts logged{noService}, shown;
+    logged.insert(logged.end(), row.logged.begin(), row.logged.end());
+    for (const std::string& text : row.shown) shown.push_back("Velk_OpnImp|" + text + "|OK");
+    CHECK(log() == logged);
+    CHECK(host.boxes.shown() == shown);
+    CHECK(closeScreens().size() == 1);
+  }
+}
+
 TEST_CASE("bad hosts: ADO that says it is well and gives nothing") {
   StubObject<_Connection> connection;
   connection.on(&_Connection::Execute, [](void*, BSTR, VARIANT*, LONG, _Recordset** rows) {
