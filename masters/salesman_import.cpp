@@ -14,17 +14,6 @@ namespace {
 
 constexpr std::string_view importTitle = "Import Salesman";
 
-/// The workbook's columns that are imported, in the order of the preview. Column Existing DSType
-/// tells users what they changed.
-constexpr std::array<int, 6> importedColumns{salesmanColumn::Name,      salesmanColumn::Address,
-                                             salesmanColumn::ResNumber, salesmanColumn::MobNumber,
-                                             salesmanColumn::DSType,    salesmanColumn::HandHeldDS};
-
-/// Fields of the mapping list.
-namespace salesmanField {
-enum : std::size_t { Name, Address, ResNumber, MobNumber, DSType, HandHeldDS };
-}
-
 std::string_view captionOf(int column) {
   return salesmanCaptions.at(static_cast<std::size_t>(column) - 1);
 }
@@ -79,14 +68,14 @@ std::optional<FileTable> Velk_frmBankBranch_OpnImp::readSalesmen(std::string_vie
   const auto spreadsheet = module().platform().createSpreadsheet();
   const auto sheet = spreadsheet->open(fileName);
   if (!hasSalesmanCaptions(*sheet)) return std::nullopt;
-  TextTable cells(importedColumns.size());
+  TextTable cells(importedSalesmanColumns.size());
   for (int row = 2; row <= maxSheetRows && !endsData(*sheet, row); ++row) {
-    for (const int column : importedColumns) {
+    for (const int column : importedSalesmanColumns) {
       cells.add(module().UnquoteField(trimmedCell(*sheet, row, column)));
     }
   }
   FileTable table;
-  for (const int column : importedColumns) {
+  for (const int column : importedSalesmanColumns) {
     table.titles.emplace_back(captionOf(column));
   }
   table.rows = cells.rows();

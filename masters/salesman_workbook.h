@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
@@ -18,6 +19,16 @@ enum : int { Name = 1, Address, ResNumber, MobNumber, ExistingDSType, DSType, Ha
 /// By column, from column 1.
 inline constexpr std::array<std::string_view, 7> salesmanCaptions{
     "Salesman", "Address", "ResNumber", "MobNumber", "Existing DSType", "DSType", "HandHeld DS"};
+
+/// The columns that are imported, in the order of the preview and of the fields. Existing DSType
+/// only tells users what they changed.
+inline constexpr std::array<int, 6> importedSalesmanColumns{
+    salesmanColumn::Name,      salesmanColumn::Address, salesmanColumn::ResNumber,
+    salesmanColumn::MobNumber, salesmanColumn::DSType,  salesmanColumn::HandHeldDS};
+/// The fields that the columns become.
+namespace salesmanField {
+enum : std::size_t { Name, Address, ResNumber, MobNumber, DSType, HandHeldDS };
+}
 
 /// A column whose cells take the values of a list. These stand in a hidden column from row 2 on,
 /// under the caption "DSType", whichever list it is.

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "apps/opnimp/input_records.h"
+#include "masters/salesman_workbook.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
 
@@ -63,20 +64,20 @@ ExpectedPosting vendorPosting(const CellReader& cell) {
 }
 
 ExpectedPosting salesmanPosting(const CellReader& cell) {
-  const std::string name = salesmanName(cell(salesmanField::name));
+  const std::string name = salesmanName(cell(salesmanField::Name));
   const auto text = [&](std::size_t field) { return masterValue(cell(field), false); };
-  const std::string handheld(savedHandheld(handheldValue(cell(salesmanField::handheld))));
+  const std::string handheld(savedHandheld(handheldValue(cell(salesmanField::HandHeldDS))));
   return {.calls = {{"sp_save_salesman",
                      {{0, name},
-                      {1, text(salesmanField::address)},
-                      {2, text(salesmanField::residentialNumber)},
-                      {3, text(salesmanField::mobileNumber)},
+                      {1, text(salesmanField::Address)},
+                      {2, text(salesmanField::ResNumber)},
+                      {3, text(salesmanField::MobNumber)},
                       {4, std::int32_t{0}},
                       {5, std::string()}}},
                     {"sp_save_DsType",
                      {{0, name},
                       {1, std::string("DSType")},
-                      {2, text(salesmanField::dsType)},
+                      {2, text(salesmanField::DSType)},
                       {3, std::string("HandHeld DS")},
                       {4, handheld}}}}};
 }

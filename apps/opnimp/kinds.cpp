@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "masters/salesman_workbook.h"
 #include "opening/customer_opening.h"
 #include "opening/vendor_opening.h"
 
@@ -14,7 +15,7 @@ constexpr std::array<std::size_t, 3> openingMandatory{openingField::code, openin
                                                       openingField::balance};
 constexpr std::array<std::size_t, 4> bankMandatory{0, 1, 2, 3};
 constexpr std::array<std::size_t, 2> vendorMandatory{0, 1};
-constexpr std::array<std::size_t, 1> salesmanMandatory{salesmanField::name};
+constexpr std::array<std::size_t, 1> salesmanMandatory{salesmanField::Name};
 // The import adds 1 to the count, of 16 bits on the opening screens, of 32 on the master screen.
 constexpr std::size_t openingLargestCount = 32766;
 constexpr std::size_t masterLargestCount = std::numeric_limits<std::int32_t>::max() - 1;

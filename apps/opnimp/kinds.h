@@ -23,16 +23,6 @@ inline constexpr std::size_t bill = 4;
 inline constexpr std::size_t balance = 5;
 }  // namespace openingField
 
-/// Where the values of a salesman stand.
-namespace salesmanField {
-inline constexpr std::size_t name = 0;
-inline constexpr std::size_t address = 1;
-inline constexpr std::size_t residentialNumber = 2;
-inline constexpr std::size_t mobileNumber = 3;
-inline constexpr std::size_t dsType = 4;
-inline constexpr std::size_t handheld = 5;
-}  // namespace salesmanField
-
 using MasterType = Velk_frmBankBranch_OpnImp::Type;
 
 enum class FileFormat { CommaSeparated, Workbook };

@@ -66,7 +66,7 @@ void warnOfCells(const WorkbookRecords& input, Warnings& warnings) {
   warnOfOtherColumns(input, warnings);
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t row = input.place(record).line;
-    for (const int column : WorkbookRecords::previewColumns) {
+    for (const int column : importedSalesmanColumns) {
       warnOfText(input.text(static_cast<int>(row), column), row, warnings);
     }
   }
@@ -79,17 +79,17 @@ void warnOfSalesmen(const WorkbookRecords& input, const std::vector<FieldMapping
     const std::size_t row = input.place(record).line;
     const auto fields = input.fields(record, mappedWidth(mapping));
     const auto cell = [&](std::size_t field) { return mappedCell(fields, mapping, field); };
-    const std::string name = salesmanName(cell(salesmanField::name));
+    const std::string name = salesmanName(cell(salesmanField::Name));
     if (!name.empty() && !names.insert(lowerAscii(name)).second) {
       warnings.add("duplicate-salesmen",
                    "A salesman stands in a row above already: both rows are posted, and the later "
                    "one usually replaces the earlier.",
                    row);
     }
-    if (cell(salesmanField::dsType).empty()) {
+    if (cell(salesmanField::DSType).empty()) {
       warnings.add("no-ds-type", "A salesman without a DSType is refused.", row);
     }
-    warnOfHandheld(handheldValue(cell(salesmanField::handheld)), row, warnings);
+    warnOfHandheld(handheldValue(cell(salesmanField::HandHeldDS)), row, warnings);
   }
 }
 

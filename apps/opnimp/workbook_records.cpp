@@ -50,7 +50,7 @@ bool WorkbookRecords::isBlank(int row, int from, int to) const {
 
 std::vector<std::string> WorkbookRecords::fields(std::size_t record, std::size_t most) const {
   std::vector<std::string> fields;
-  for (const int column : previewColumns) {
+  for (const int column : importedSalesmanColumns) {
     if (fields.size() == most) break;
     fields.push_back(withoutQuotes(text(static_cast<int>(rowOf(record)), column)));
   }

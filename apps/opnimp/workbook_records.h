@@ -2,8 +2,6 @@
 // salesman in each row from 2 to the first one that is blank in columns A to E, where they end.
 #pragma once
 
-#include <array>
-
 #include "apps/opnimp/input_records.h"
 #include "masters/salesman_workbook.h"
 #include "platform/spreadsheet.h"
@@ -13,8 +11,6 @@ namespace velk {
 class WorkbookRecords final : public InputRecords {
  public:
   static constexpr int lastColumn = salesmanColumn::HandHeldDS;
-  /// The columns that the preview shows: not the existing DS type.
-  static constexpr std::array<int, 6> previewColumns{1, 2, 3, 4, 6, 7};
 
   /// Errors: as readRecords.
   WorkbookRecords(FileSystem& files, std::string_view path);
