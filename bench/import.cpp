@@ -9,8 +9,8 @@
 #include <optional>
 #include <string_view>
 
-#include "apps/opnimp/kinds.h"
-#include "apps/opnimp/recorder.h"
+#include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/cli/kinds.h"
 #include "bench/company_copy.h"
 #include "bench/headless_screen.h"
 #include "bench/measurement.h"

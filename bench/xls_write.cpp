@@ -9,7 +9,7 @@
 
 #include "bench/measurement.h"
 #include "platform/native/native_files.h"
-#include "platform/xls/xls_spreadsheet.h"
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 
 using namespace velk;
 using namespace velk::bench;

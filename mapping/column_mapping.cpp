@@ -2,9 +2,9 @@
 // unmapping them.
 #include <utility>
 
+#include "base/errors.h"
+#include "base/text.h"
 #include "mapping/import_screen.h"
-#include "platform/errors.h"
-#include "platform/text.h"
 
 namespace velk {
 

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <utility>
 
+#include "base/growing_buffer.h"
 #include "mapping/byte_scanner.h"
-#include "platform/growing_buffer.h"
 #include "shared/csv_text.h"
 
 namespace velk {

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <functional>
 
+#include "base/errors.h"
 #include "mapping/file_table.h"
-#include "platform/errors.h"
 #include "shared/file_text.h"
 
 namespace velk {

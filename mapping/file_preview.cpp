@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/errors.h"
 #include "mapping/csv_table.h"
 #include "mapping/import_screen.h"
-#include "platform/errors.h"
 
 namespace velk {
 

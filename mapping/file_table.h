@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/text_column.h"
+#include "base/text_column.h"
 
 namespace velk {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "platform/errors.h"
-#include "platform/text.h"
+#include "base/errors.h"
+#include "base/text.h"
 
 namespace velk {
 

@@ -22,10 +22,10 @@
 
 #include "mapping/file_table.h"
 #include "mapping/mapping_rules.h"
-#include "platform/controls.h"
 #include "platform/database.h"
-#include "platform/list_view.h"
 #include "shared/Velk_ModOpnImp.h"
+#include "ui/controls.h"
+#include "ui/list_view.h"
 
 namespace velk {
 

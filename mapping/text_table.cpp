@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 
 namespace velk {
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/growing_buffer.h"
-#include "platform/text_column.h"
+#include "base/growing_buffer.h"
+#include "base/text_column.h"
 
 namespace velk {
 

@@ -1,8 +1,8 @@
 // Banks and branches: each record writes its bank, then its branch.
 #include <array>
 
+#include "base/text.h"
 #include "masters/Velk_frmBankBranch_OpnImp.h"
-#include "platform/text.h"
 
 namespace velk {
 

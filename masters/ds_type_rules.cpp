@@ -4,9 +4,9 @@
 #include <array>
 #include <cmath>
 
+#include "base/errors.h"
+#include "base/numbers.h"
 #include "masters/Velk_frmBankBranch_OpnImp.h"
-#include "platform/errors.h"
-#include "platform/numbers.h"
 
 namespace velk {
 

@@ -1,7 +1,7 @@
 // What the imports of comma-separated files have in common.
+#include "base/errors.h"
+#include "base/text.h"
 #include "masters/Velk_frmBankBranch_OpnImp.h"
-#include "platform/errors.h"
-#include "platform/text.h"
 
 namespace velk {
 

@@ -1,8 +1,8 @@
 // All salesmen to a workbook, with pick lists of the DS types and handheld values that they may be
 // given, ready to be edited and imported again.
+#include "base/errors.h"
 #include "masters/Velk_frmBankBranch_OpnImp.h"
 #include "masters/salesman_workbook.h"
-#include "platform/errors.h"
 
 namespace velk {
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 
+#include "base/text.h"
 #include "mapping/text_table.h"
 #include "masters/Velk_frmBankBranch_OpnImp.h"
 #include "masters/salesman_workbook.h"
-#include "platform/text.h"
 
 namespace velk {
 

@@ -3,8 +3,8 @@
 #include <array>
 #include <initializer_list>
 
+#include "base/text.h"
 #include "masters/Velk_frmBankBranch_OpnImp.h"
-#include "platform/text.h"
 
 namespace velk {
 

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
-#include "platform/errors.h"
-#include "platform/numbers.h"
+#include "base/errors.h"
+#include "base/numbers.h"
 
 namespace velk {
 

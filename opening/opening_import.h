@@ -13,8 +13,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/dates.h"
 #include "mapping/opening_screen.h"
-#include "platform/dates.h"
 
 namespace velk {
 

@@ -1,6 +1,6 @@
 #include "platform/database.h"
 
-#include "platform/errors.h"
+#include "base/errors.h"
 
 namespace velk {
 

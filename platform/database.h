@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/values.h"
+#include "base/values.h"
 
 namespace velk {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/dates.h"
+#include "base/dates.h"
 
 namespace velk {
 

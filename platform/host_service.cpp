@@ -1,6 +1,6 @@
 #include "platform/host_service.h"
 
-#include "platform/errors.h"
+#include "base/errors.h"
 
 namespace velk {
 

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/values.h"
+#include "base/values.h"
 
 namespace velk {
 

@@ -5,13 +5,13 @@
 #include <functional>
 #include <memory>
 
+#include "base/text.h"
 #include "platform/database.h"
 #include "platform/desktop.h"
 #include "platform/files.h"
-#include "platform/form.h"
 #include "platform/host_service.h"
 #include "platform/spreadsheet.h"
-#include "platform/text.h"
+#include "ui/form.h"
 
 namespace velk {
 

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include "base/errors.h"
 #include "masters/salesman_workbook.h"
-#include "platform/errors.h"
 #include "platform/native/native_files.h"
-#include "platform/xls/xls_spreadsheet.h"
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 
 using namespace velk;
 

@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/errors.h"
 #include "platform/database.h"
-#include "platform/errors.h"
 #include "platform/platform.h"
 #include "shared/error_log.h"
 #include "shared/file_text.h"

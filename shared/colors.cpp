@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/form.h"
 #include "shared/Velk_ModOpnImp.h"
+#include "ui/form.h"
 
 namespace velk {
 

@@ -5,9 +5,9 @@
 #include <memory>
 #include <string_view>
 
+#include "base/growing_buffer.h"
+#include "base/text.h"
 #include "platform/files.h"
-#include "platform/growing_buffer.h"
-#include "platform/text.h"
 
 namespace velk {
 

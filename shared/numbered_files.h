@@ -14,8 +14,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/text.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "shared/file_text.h"
 
 namespace velk {

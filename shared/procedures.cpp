@@ -1,7 +1,7 @@
 // Stored procedures: running one, finding its result, reading a number out of it.
 #include <utility>
 
-#include "platform/numbers.h"
+#include "base/numbers.h"
 #include "shared/Velk_ModOpnImp.h"
 
 namespace velk {

@@ -3,8 +3,8 @@
 
 #include <functional>
 
-#include "apps/opnimp/account.h"
-#include "apps/opnimp/csv_records.h"
+#include "apps/opnimp/audit/account.h"
+#include "apps/opnimp/records/csv_records.h"
 
 using namespace velk;
 

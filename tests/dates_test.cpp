@@ -1,4 +1,4 @@
-#include "platform/dates.h"
+#include "base/dates.h"
 
 #include <doctest/doctest.h>
 

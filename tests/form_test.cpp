@@ -1,11 +1,11 @@
-#include "platform/form.h"
+#include "ui/form.h"
 
 #include <new>
 #include <stdexcept>
 
-#include "platform/controls.h"
 #include "platform/headless/headless.h"
 #include "tests/support/checks.h"
+#include "ui/controls.h"
 
 namespace velk {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/list_view.h"
+#include "ui/list_view.h"
 
 #include "mapping/csv_table.h"
 #include "tests/support/test_world.h"

@@ -1,4 +1,4 @@
-#include "platform/number_format.h"
+#include "platform/spreadsheet/number_format.h"
 
 #include <cmath>
 

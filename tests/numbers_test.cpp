@@ -1,4 +1,4 @@
-#include "platform/numbers.h"
+#include "base/numbers.h"
 
 #include <cmath>
 #include <cstdlib>

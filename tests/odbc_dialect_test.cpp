@@ -1,6 +1,6 @@
 #include <doctest/doctest.h>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "platform/odbc/sqlite_dialect.h"
 #include "tests/support/checks.h"
 

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <filesystem>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "tests/support/database_calls.h"
 
 namespace velk {

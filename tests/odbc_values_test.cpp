@@ -1,6 +1,6 @@
 #include <doctest/doctest.h>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "platform/odbc/cell_reader.h"
 #include "platform/odbc/memory_recordset.h"
 #include "tests/support/database_calls.h"

@@ -5,9 +5,9 @@
 
 #include <filesystem>
 
-#include "apps/opnimp/export_result.h"
+#include "apps/opnimp/audit/export_result.h"
 #include "platform/native/native_files.h"
-#include "platform/xls/xls_spreadsheet.h"
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
 #include "tests/support/salesmen.h"

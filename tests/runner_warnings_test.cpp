@@ -1,10 +1,10 @@
 // Warnings about files, and the texts that reports are made of.
 #include <doctest/doctest.h>
 
-#include "apps/opnimp/amount_check.h"
-#include "apps/opnimp/database_choice.h"
-#include "apps/opnimp/printable.h"
-#include "apps/opnimp/warnings.h"
+#include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/run/database_choice.h"
+#include "apps/opnimp/warnings/amount_check.h"
+#include "apps/opnimp/warnings/warnings.h"
 
 using namespace velk;
 

@@ -1,5 +1,5 @@
 // Salesmen to a workbook.
-#include "platform/xls/xls_spreadsheet.h"
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "tests/support/salesmen.h"
 #include "tests/support/xls_records.h"
 

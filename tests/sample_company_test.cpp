@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "tests/support/database_calls.h"
 
 namespace velk {

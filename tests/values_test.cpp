@@ -1,9 +1,9 @@
-#include "platform/values.h"
+#include "base/values.h"
 
 #include <limits>
 
+#include "base/numbers.h"
 #include "platform/database.h"
-#include "platform/numbers.h"
 #include "tests/support/checks.h"
 
 namespace velk {

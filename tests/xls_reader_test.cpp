@@ -1,9 +1,9 @@
 #include <fstream>
 
-#include "platform/xls/compound_layout.h"
-#include "platform/xls/records.h"
-#include "platform/xls/workbook_reader.h"
-#include "platform/xls/xls_spreadsheet.h"
+#include "platform/spreadsheet/xls/compound_layout.h"
+#include "platform/spreadsheet/xls/records.h"
+#include "platform/spreadsheet/xls/workbook_reader.h"
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "tests/support/checks.h"
 #include "tests/support/memory_files.h"
 

@@ -1,7 +1,7 @@
 #include <tuple>
 
-#include "platform/xls/compound_layout.h"
-#include "platform/xls/xls_spreadsheet.h"
+#include "platform/spreadsheet/xls/compound_layout.h"
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "tests/support/checks.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/xls_records.h"

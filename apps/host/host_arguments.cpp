@@ -1,6 +1,6 @@
 #include "apps/host/host_arguments.h"
 
-#include "platform/errors.h"
+#include "base/errors.h"
 
 namespace velk {
 

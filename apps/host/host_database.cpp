@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "apps/host/ado/ado_connection_object.h"
+#include "base/text.h"
 #include "platform/odbc/odbc_connection.h"
-#include "platform/text.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
 #include "samples/company/sample_company.h"

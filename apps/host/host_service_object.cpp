@@ -8,7 +8,7 @@
 
 #include "apps/host/main_window.h"
 #include "apps/host/vtable_object.h"
-#include "platform/text.h"
+#include "base/text.h"
 #include "platform/windows/named_members.h"
 #include "platform/windows/variants.h"
 #include "platform/windows/wide_text.h"

@@ -6,7 +6,7 @@
 #include <array>
 
 #include "apps/host/host_commands.h"
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
 

@@ -2,12 +2,12 @@
 
 #include <exception>
 
-#include "apps/opnimp/commands.h"
-#include "apps/opnimp/database_choice.h"
-#include "apps/opnimp/failures.h"
-#include "apps/opnimp/help.h"
-#include "apps/opnimp/json_writer.h"
-#include "apps/opnimp/printable.h"
+#include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/help.h"
+#include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/report/json_writer.h"
+#include "apps/opnimp/run/commands.h"
+#include "apps/opnimp/run/database_choice.h"
 
 namespace velk {
 

@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "apps/opnimp/streams.h"
+#include "apps/opnimp/cli/streams.h"
 
 namespace velk {
 

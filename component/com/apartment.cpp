@@ -5,12 +5,12 @@
 #include <map>
 #include <mutex>
 
-#include "platform/errors.h"
+#include "base/errors.h"
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/com_host_service.h"
 #include "platform/windows/excel_spreadsheet.h"
 #include "platform/windows/windows_text.h"
-#include "platform/xls/xls_spreadsheet.h"
 
 namespace velk {
 

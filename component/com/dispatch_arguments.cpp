@@ -1,6 +1,6 @@
 #include "component/com/dispatch_arguments.h"
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
 

@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "platform/desktop.h"
-#include "platform/form.h"
 #include "platform/host_service.h"
+#include "ui/form.h"
 
 namespace velk {
 

@@ -1,7 +1,7 @@
 // The machine's clock.
 #pragma once
 
-#include "platform/dates.h"
+#include "base/dates.h"
 
 namespace velk {
 

@@ -1,7 +1,7 @@
 // The machine's own files, through POSIX calls.
 #pragma once
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "platform/files.h"
 
 namespace velk {

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <optional>
 
-#include "platform/dates.h"
-#include "platform/numbers.h"
-#include "platform/text.h"
+#include "base/dates.h"
+#include "base/numbers.h"
+#include "base/text.h"
 
 namespace velk {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/text.h"
+#include "base/text.h"
 
 namespace velk {
 namespace {

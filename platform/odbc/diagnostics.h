@@ -3,8 +3,8 @@
 
 #include <vector>
 
+#include "base/errors.h"
 #include "platform/database.h"
-#include "platform/errors.h"
 #include "platform/odbc/odbc_api.h"
 
 namespace velk {

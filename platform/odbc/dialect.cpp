@@ -1,7 +1,7 @@
 #include "platform/odbc/dialect.h"
 
+#include "base/text.h"
 #include "platform/odbc/sqlite_dialect.h"
-#include "platform/text.h"
 
 namespace velk {
 namespace {

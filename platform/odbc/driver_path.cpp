@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include "platform/text.h"
+#include "base/text.h"
 
 namespace velk {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include "base/errors.h"
 #include "platform/database.h"
-#include "platform/errors.h"
 
 namespace velk {
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <limits>
 
-#include "platform/text.h"
+#include "base/text.h"
 
 namespace velk {
 namespace {

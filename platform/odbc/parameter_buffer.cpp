@@ -4,9 +4,9 @@
 #include <chrono>
 #include <cmath>
 
-#include "platform/errors.h"
-#include "platform/numbers.h"
-#include "platform/text.h"
+#include "base/errors.h"
+#include "base/numbers.h"
+#include "base/text.h"
 
 namespace velk {
 namespace {

@@ -1,8 +1,8 @@
 #include "platform/odbc/prepared_statement.h"
 
-#include "platform/errors.h"
+#include "base/errors.h"
+#include "base/text.h"
 #include "platform/odbc/result_reader.h"
-#include "platform/text.h"
 
 namespace velk {
 

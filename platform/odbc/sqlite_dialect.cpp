@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <limits>
 
-#include "platform/errors.h"
-#include "platform/text.h"
+#include "base/errors.h"
+#include "base/text.h"
 
 namespace velk {
 namespace {

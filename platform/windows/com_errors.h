@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "platform/windows/com_pointer.h"
 #include "platform/windows/floating_point.h"
 

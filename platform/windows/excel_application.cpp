@@ -1,6 +1,6 @@
 #include "platform/windows/excel_application.h"
 
-#include "platform/errors.h"
+#include "base/errors.h"
 
 namespace velk {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/numbers.h"
-#include "platform/sheet_cells.h"
+#include "base/numbers.h"
+#include "platform/spreadsheet/sheet_cells.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
 

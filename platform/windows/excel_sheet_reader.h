@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/number_format.h"
 #include "platform/spreadsheet.h"
+#include "platform/spreadsheet/number_format.h"
 #include "platform/windows/excel_application.h"
 
 namespace velk {

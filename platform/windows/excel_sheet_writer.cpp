@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <span>
 
-#include "platform/errors.h"
-#include "platform/numbers.h"
-#include "platform/sheet_cells.h"
+#include "base/errors.h"
+#include "base/numbers.h"
+#include "platform/spreadsheet/sheet_cells.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "platform/windows/modal_owner.h"
 #include "platform/windows/wide_text.h"
 

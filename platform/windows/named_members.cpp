@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/text.h"
+#include "base/text.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/errors.h"
-#include "platform/values.h"
+#include "base/errors.h"
+#include "base/values.h"
 #include "platform/windows/com_object.h"
 #include "platform/windows/variants.h"
 

@@ -3,7 +3,7 @@
 #include <ocidl.h>
 #include <olectl.h>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 
 namespace velk {
 

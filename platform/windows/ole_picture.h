@@ -5,8 +5,8 @@
 
 #include <ole2.h>
 
-#include "platform/form.h"
 #include "platform/windows/com_pointer.h"
+#include "ui/form.h"
 
 namespace velk {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/text.h"
+#include "base/text.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/com_object.h"
 #include "platform/windows/named_members.h"

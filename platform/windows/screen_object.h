@@ -3,8 +3,8 @@
 
 #include <ole2.h>
 
-#include "platform/form.h"
 #include "platform/windows/com_pointer.h"
+#include "ui/form.h"
 
 namespace velk {
 

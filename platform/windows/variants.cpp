@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/errors.h"
-#include "platform/numbers.h"
+#include "base/errors.h"
+#include "base/numbers.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
 

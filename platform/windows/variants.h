@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/values.h"
+#include "base/values.h"
 
 namespace velk {
 

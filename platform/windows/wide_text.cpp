@@ -1,7 +1,7 @@
 #include "platform/windows/wide_text.h"
 
-#include "platform/errors.h"
-#include "platform/text.h"
+#include "base/errors.h"
+#include "base/text.h"
 
 namespace velk {
 

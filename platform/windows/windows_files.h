@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "platform/files.h"
 
 namespace velk {

@@ -1,7 +1,7 @@
 // The machine's active code page.
 #pragma once
 
-#include "platform/text.h"
+#include "base/text.h"
 
 namespace velk {
 

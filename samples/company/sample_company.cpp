@@ -8,9 +8,9 @@
 #include <string>
 #include <system_error>
 
-#include "platform/errors.h"
+#include "base/errors.h"
+#include "base/text.h"
 #include "platform/odbc/odbc_connection.h"
-#include "platform/text.h"
 
 namespace velk {
 namespace {

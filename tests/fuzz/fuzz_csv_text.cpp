@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/text.h"
 #include "mapping/csv_table.h"
-#include "platform/text.h"
 #include "shared/csv_text.h"
 
 namespace {

@@ -6,10 +6,10 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "platform/errors.h"
-#include "platform/xls/compound_file.h"
-#include "platform/xls/workbook_reader.h"
-#include "platform/xls/xls_file.h"
+#include "base/errors.h"
+#include "platform/spreadsheet/xls/compound_file.h"
+#include "platform/spreadsheet/xls/workbook_reader.h"
+#include "platform/spreadsheet/xls/xls_file.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/errors.h"
 #include "platform/database.h"
-#include "platform/errors.h"
 
 namespace velk {
 

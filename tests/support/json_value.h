@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/text.h"
+#include "base/text.h"
 #include "tests/support/scratch_database.h"
 
 namespace velk {

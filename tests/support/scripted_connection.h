@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "platform/odbc/memory_recordset.h"
 
 namespace velk {

@@ -1,6 +1,6 @@
 #include "tests/support/test_world.h"
 
-#include "platform/xls/xls_spreadsheet.h"
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 
 namespace velk {
 

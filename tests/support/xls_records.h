@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "platform/xls/records.h"
-#include "platform/xls/xls_file.h"
+#include "platform/spreadsheet/xls/records.h"
+#include "platform/spreadsheet/xls/xls_file.h"
 #include "tests/support/checks.h"
 
 namespace velk::xls {

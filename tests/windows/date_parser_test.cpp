@@ -4,7 +4,7 @@
 #include <random>
 #include <regex>
 
-#include "platform/dates.h"
+#include "base/dates.h"
 #include "tests/windows/server_dll.h"
 
 namespace velk {

@@ -1,10 +1,10 @@
 #include "platform/windows/com_host_service.h"
 
-#include "platform/controls.h"
 #include "platform/headless/headless.h"
 #include "platform/windows/screen_object.h"
 #include "tests/windows/server_dll.h"
 #include "tests/windows/service_stub.h"
+#include "ui/controls.h"
 
 namespace velk {
 namespace {

@@ -11,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/form.h"
 #include "platform/windows/wide_text.h"
 #include "tests/support/checks.h"
+#include "ui/form.h"
 
 namespace velk {
 

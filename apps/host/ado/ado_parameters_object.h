@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/values.h"
+#include "base/values.h"
 #include "platform/windows/com_pointer.h"
 
 namespace velk {

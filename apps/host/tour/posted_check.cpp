@@ -1,6 +1,6 @@
 #include "apps/host/tour/posted_check.h"
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "platform/odbc/odbc_connection.h"
 
 namespace velk {

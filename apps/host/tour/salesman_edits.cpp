@@ -4,8 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "platform/windows/windows_files.h"
-#include "platform/xls/xls_spreadsheet.h"
 
 namespace velk {
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "apps/host/tour/seen_windows.h"
-#include "platform/errors.h"
-#include "platform/text.h"
+#include "base/errors.h"
+#include "base/text.h"
 
 namespace velk {
 

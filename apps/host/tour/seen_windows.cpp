@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {

@@ -13,7 +13,7 @@
 #include "apps/host/tour/screen_picture.h"
 #include "apps/host/tour/seen_windows.h"
 #include "apps/host/tour/user_input.h"
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {

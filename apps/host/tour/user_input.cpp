@@ -1,7 +1,7 @@
 #include "apps/host/tour/user_input.h"
 
 #include "apps/host/tour/seen_windows.h"
-#include "platform/errors.h"
+#include "base/errors.h"
 
 namespace velk {
 

@@ -1,7 +1,7 @@
 #include "platform/windows/forms/control_window.h"
 
-#include "platform/errors.h"
-#include "platform/text.h"
+#include "base/errors.h"
+#include "base/text.h"
 #include "platform/windows/forms/frame_class.h"
 #include "platform/windows/forms/list_window.h"
 #include "platform/windows/module_path.h"

@@ -9,9 +9,9 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/controls.h"
 #include "platform/windows/forms/fonts.h"
 #include "platform/windows/forms/scale.h"
+#include "ui/controls.h"
 
 namespace velk {
 

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "platform/errors.h"
-#include "platform/text.h"
+#include "base/errors.h"
+#include "base/text.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/forms/list_window.h"
 #include "platform/windows/forms/window_class.h"

@@ -7,8 +7,8 @@
 #include <memory>
 #include <vector>
 
-#include "platform/form.h"
 #include "platform/windows/forms/control_window.h"
+#include "ui/form.h"
 
 namespace velk {
 

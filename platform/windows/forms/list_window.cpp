@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/text.h"
+#include "base/text.h"
 #include "platform/windows/forms/paint_pause.h"
 #include "platform/windows/wide_text.h"
 

@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/list_view.h"
 #include "platform/windows/forms/control_window.h"
+#include "ui/list_view.h"
 
 namespace velk {
 

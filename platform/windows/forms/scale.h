@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "platform/form.h"
+#include "ui/form.h"
 
 namespace velk {
 

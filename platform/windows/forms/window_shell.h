@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/form.h"
+#include "ui/form.h"
 
 namespace velk {
 

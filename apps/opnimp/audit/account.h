@@ -1,0 +1,59 @@
+// The account of a run: every record of the file has exactly one outcome, and what was handed to
+// the database is what the file says.
+//
+// It is drawn up from the file's bytes and from the recorded calls, never from the screen, so that
+// an import that skipped, doubled or mixed up records would show.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apps/opnimp/audit/outcome.h"
+#include "apps/opnimp/cli/kinds.h"
+#include "apps/opnimp/records/field_mapping.h"
+#include "apps/opnimp/records/input_records.h"
+
+namespace velk {
+
+/// Amounts by side: debit where the bill amount is above 0, credit where it is below. Master data
+/// has none.
+struct Sums {
+  std::size_t count = 0;
+  long double billDebit = 0;
+  long double billCredit = 0;
+  long double balanceDebit = 0;
+  long double balanceCredit = 0;
+};
+
+struct Account {
+  std::size_t fileRecords = 0;
+  std::optional<long long> screenRecords;  ///< nothing: the screen never viewed the file
+  std::array<Sums, outcomeCount> byOutcome;
+  Sums file;                   ///< all records
+  Sums notes;                  ///< by the first calls of records that took effect
+  Sums entries;                ///< by the second ones; balances only
+  std::size_t unreadable = 0;  ///< records with an amount beyond the range of a number: not summed
+  std::size_t differenceCount = 0;
+  std::vector<std::string> differences;  ///< the first ones, a sentence each
+
+  bool addsUp() const { return differenceCount == 0; }
+  std::size_t count(Outcome outcome) const {
+    return byOutcome[static_cast<std::size_t>(outcome)].count;
+  }
+};
+
+struct AccountBasis {
+  const ImportKind& kind;
+  const InputRecords& input;
+  const std::vector<FieldMapping>& mapping;
+  const Traces& traces;
+  std::optional<long long> screenRecords;  ///< as the screen counted them, if it did
+  bool completed;                          ///< the run ended by itself
+};
+
+Account drawUpAccount(const AccountBasis& basis);
+
+}  // namespace velk

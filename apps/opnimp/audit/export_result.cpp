@@ -1,0 +1,87 @@
+#include "apps/opnimp/audit/export_result.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+using Rows = std::vector<std::string>;
+
+template <class CellText>
+std::string joined(CellText cellText) {
+  std::string row;
+  for (int column = 1; column <= WorkbookRecords::lastColumn; ++column) {
+    row.append(trim(cellText(column))) += '\n';
+  }
+  return row;
+}
+
+Rows rowsOfFile(const WorkbookRecords& file) {
+  Rows rows;
+  for (std::size_t record = 0; record < file.count(); ++record) {
+    const int row = static_cast<int>(file.place(record).line);
+    rows.push_back(joined([&](int column) { return file.text(row, column); }));
+  }
+  return rows;
+}
+
+/// A value of a salesman by its control's place: 1 the DS type, 2 the handheld value.
+std::string typeQuery(int place) {
+  return "(select DSTypeValue from DSType_Master M, DStype_Details D where M.DSTypeID = D.DSTypeID "
+         "and D.SalesmanID = S.SalesmanID and DSTypeCtlPos = " +
+         std::to_string(place) + ")";
+}
+
+Rows rowsOfDatabase(Connection& connection) {
+  const auto answer =
+      connection.Execute("select Salesman_name, Address, ResidentialNUmber, MobileNumber, " +
+                         typeQuery(1) + ", " + typeQuery(2) + " from Salesman S");
+  constexpr std::size_t dsType = 4;
+  constexpr std::size_t handheld = 5;
+  Rows rows;
+  for (; !answer->isEOF(); answer->MoveNext()) {
+    rows.push_back(joined([&](int column) {
+      if (column == salesmanColumn::HandHeldDS) {
+        const Value value = answer->field(handheld);
+        return isNull(value) ? std::string("No") : toText(value);
+      }
+      return toText(answer->field(std::min(static_cast<std::size_t>(column) - 1, dsType)));
+    }));
+  }
+  return rows;
+}
+
+/// Both in the same order: the database's differs from ours.
+std::string differenceOf(Rows file, Rows database) {
+  if (file.size() != database.size()) {
+    return "it holds " + std::to_string(file.size()) + " salesmen, the database " +
+           std::to_string(database.size());
+  }
+  std::ranges::sort(file);
+  std::ranges::sort(database);
+  const auto differing = std::ranges::mismatch(file, database).in2;
+  if (differing == database.end()) return {};
+  return "\"" + differing->substr(0, differing->find('\n')) +
+         "\" of the database does not stand in it as he does there";
+}
+
+}  // namespace
+
+ExportedFile readExported(FileSystem& files, const std::string& path, Connection& connection) {
+  const WorkbookRecords file(files, path);
+  ExportedFile exported;
+  if (!file.hasCaptions()) {
+    exported.difference = "it is no salesman workbook";
+    return exported;
+  }
+  exported.salesmen = file.count();
+  exported.dsTypes = file.valuesOf(dsTypeList);
+  exported.handheldValues = file.valuesOf(handheldList);
+  exported.difference = differenceOf(rowsOfFile(file), rowsOfDatabase(connection));
+  return exported;
+}
+
+}  // namespace velk

@@ -1,0 +1,181 @@
+#include "apps/opnimp/audit/outcome.h"
+
+#include <algorithm>
+
+namespace velk {
+
+namespace {
+
+struct Name {
+  std::string_view name;
+  std::string_view code;
+};
+
+constexpr std::array<Name, outcomeCount> names{{
+    {"posted", "posted"},
+    {"posted with warning", "posted-with-warning"},
+    {"skipped (zero amount)", "skipped"},
+    {"rejected", "rejected"},
+    {"failed", "failed"},
+    {"partial", "partial"},
+    {"unknown", "unknown"},
+    {"not reached", "not-reached"},
+}};
+
+// A record is a note and an account entry.
+constexpr std::size_t callsOfPostedRecord = 2;
+
+/// How a record's procedure calls ended.
+struct Tally {
+  std::size_t effective = 0;
+  std::size_t failed = 0;
+  std::size_t late = 0;
+  std::size_t unknown = 0;
+  bool lookedUp = false;
+};
+
+Tally tally(const RecordTrace& trace) {
+  Tally t;
+  for (const RecordedCall* call : trace.calls) {
+    if (call->kind != CallKind::Procedure) {
+      t.lookedUp = t.lookedUp || call->result != CallResult::Unknown;
+      continue;
+    }
+    t.effective += isEffective(*call) ? 1U : 0U;
+    t.failed += call->result == CallResult::Failed ? 1U : 0U;
+    t.late += call->result == CallResult::FailedLate ? 1U : 0U;
+    t.unknown += call->result == CallResult::Unknown ? 1U : 0U;
+  }
+  return t;
+}
+
+std::string errorText(const CallError& error) {
+  return "(" + std::to_string(error.number) + "): " + error.description;
+}
+
+std::string resultText(const RecordedCall& call) {
+  switch (call.result) {
+    case CallResult::Ok:
+      return call.text + " took effect";
+    case CallResult::NotRun:
+      return call.text + " was not run";
+    case CallResult::Failed:
+      return call.text + " failed " + errorText(*call.error);
+    case CallResult::FailedLate:
+      return call.text + " may have taken effect in part, a later statement of it failed " +
+             errorText(*call.error);
+    case CallResult::Unknown:
+      break;
+  }
+  return call.text + " had no answer: it may or may not have taken effect" +
+         (call.error ? " " + errorText(*call.error) : "");
+}
+
+void add(std::string& reason, std::string_view text) {
+  reason.append(reason.empty() ? "" : "; ").append(text);
+}
+
+}  // namespace
+
+std::string_view outcomeName(Outcome outcome) {
+  return names[static_cast<std::size_t>(outcome)].name;
+}
+
+std::string_view outcomeCode(Outcome outcome) {
+  return names[static_cast<std::size_t>(outcome)].code;
+}
+
+bool isRefused(Outcome outcome) {
+  return outcome == Outcome::Rejected || outcome == Outcome::Failed;
+}
+
+bool isDoubtful(Outcome outcome) {
+  return outcome == Outcome::Partial || outcome == Outcome::Unknown;
+}
+
+bool isPosted(Outcome outcome) {
+  return outcome == Outcome::Posted || outcome == Outcome::PostedWithWarning;
+}
+
+std::size_t RecordTrace::procedureCalls() const {
+  return static_cast<std::size_t>(
+      std::ranges::count(calls, CallKind::Procedure, &RecordedCall::kind));
+}
+
+bool isEffective(const RecordedCall& call) {
+  return call.kind == CallKind::Procedure &&
+         (call.result == CallResult::Ok || call.result == CallResult::NotRun);
+}
+
+Outcome outcomeOf(const RecordTrace& trace, std::string_view warning) {
+  const Tally t = tally(trace);
+  if (t.unknown > 0) return Outcome::Unknown;
+  const std::size_t made = t.effective + t.failed + t.late;
+  if (made == 0) {
+    if (!t.lookedUp) return Outcome::NotReached;
+    const bool rejected = std::ranges::any_of(trace.lines, [&](const RecordedLine* line) {
+      return warning.empty() || !line->text.starts_with(warning);
+    });
+    if (rejected) return Outcome::Rejected;
+    return trace.runEndedHere ? Outcome::NotReached : Outcome::Skipped;
+  }
+  if (t.failed == made) return Outcome::Failed;
+  const bool cutShort = trace.runEndedHere && made < callsOfPostedRecord;
+  if (t.failed > 0 || t.late > 0 || cutShort) return Outcome::Partial;
+  return trace.lines.empty() ? Outcome::Posted : Outcome::PostedWithWarning;
+}
+
+bool needsAttention(const RecordTrace& trace) {
+  return isRefused(trace.outcome) || isDoubtful(trace.outcome) ||
+         trace.outcome == Outcome::PostedWithWarning ||
+         (trace.outcome == Outcome::Skipped && !trace.lines.empty());
+}
+
+std::string reasonOf(const RecordTrace& trace) {
+  std::string reason;
+  const bool explained = isRefused(trace.outcome) || isDoubtful(trace.outcome);
+  for (const RecordedCall* call : trace.calls) {
+    if (call->kind == CallKind::Procedure && explained) add(reason, resultText(*call));
+    if (call->kind != CallKind::Procedure && call->error) {
+      add(reason, "the look-up failed " + errorText(*call->error));
+    }
+  }
+  for (const RecordedLine* line : trace.lines) {
+    const bool said = std::ranges::any_of(trace.calls, [&](const RecordedCall* call) {
+      return call->error && line->text == errorText(*call->error);
+    });
+    if (!said) add(reason, line->text);
+  }
+  return reason;
+}
+
+Traces traceRecords(const Recorder& recorder, std::size_t recordCount, std::size_t endedAtRow,
+                    std::string_view warning) {
+  Traces traces;
+  traces.records.resize(recordCount);
+  const auto recordAt = [&](std::size_t row) -> RecordTrace* {
+    const bool within = row >= ImportScreen::firstDataRow &&
+                        row - ImportScreen::firstDataRow < traces.records.size();
+    return within ? &traces.records[row - ImportScreen::firstDataRow] : nullptr;
+  };
+  for (const RecordedCall& call : recorder.calls()) {
+    if (RecordTrace* record = recordAt(call.row)) {
+      record->calls.push_back(&call);
+    } else if (call.row != 0 || call.kind == CallKind::Procedure) {
+      traces.strays.push_back(&call);
+    }
+  }
+  for (const RecordedLine& line : recorder.lines()) {
+    RecordTrace* record = recordAt(line.row);
+    (record != nullptr ? record->lines : traces.runLines).push_back(&line);
+  }
+  for (const RecordedMessage& message : recorder.shown()) {
+    RecordTrace* record = recordAt(message.row);
+    (record != nullptr ? record->messages : traces.runMessages).push_back(&message);
+  }
+  if (RecordTrace* record = recordAt(endedAtRow)) record->runEndedHere = true;
+  for (RecordTrace& record : traces.records) record.outcome = outcomeOf(record, warning);
+  return traces;
+}
+
+}  // namespace velk

@@ -1,0 +1,94 @@
+#include "apps/opnimp/audit/recorder.h"
+
+#include <utility>
+
+#include "apps/opnimp/audit/recording_connection.h"
+#include "apps/opnimp/audit/run_ended.h"
+
+namespace velk {
+
+/// Keeps each line, also one that the file does not take.
+class Recorder::Log final : public ErrorLog {
+ public:
+  explicit Log(Recorder& recorder) : recorder_(recorder) {}
+  void setFile(ErrorLog* file) { file_ = file; }
+
+  void append(std::string_view line) override {
+    recorder_.lines_.push_back({recorder_.row(), recorder_.told(line), {}, {}});
+    if (file_ == nullptr) return;
+    RecordedLine& kept = recorder_.lines_.back();
+    try {
+      file_->append(line);
+      kept.kept = RecordedLine::Kept::InFile;
+    } catch (const RuntimeError& error) {
+      kept.kept = RecordedLine::Kept::NotWritten;
+      kept.writeError = error.description();
+      throw;
+    }
+  }
+
+ private:
+  Recorder& recorder_;
+  ErrorLog* file_ = nullptr;
+};
+
+Recorder::Recorder(Mode mode) : mode_(mode), log_(std::make_unique<Log>(*this)) {}
+
+Recorder::~Recorder() = default;
+
+void Recorder::endSession() {
+  screen_ = nullptr;
+  log_->setFile(nullptr);
+}
+
+std::shared_ptr<Connection> Recorder::wrap(std::shared_ptr<Connection> connection) {
+  return std::make_shared<RecordingConnection>(*this, std::move(connection));
+}
+
+ErrorLog& Recorder::log(ErrorLog* file) {
+  log_->setFile(file);
+  return *log_;
+}
+
+MessageHandler Recorder::messages(MessageHandler show) {
+  return [this, show = std::move(show)](Message message) {
+    message.prompt = told(message.prompt);
+    messages_.push_back({row(), message});
+    show(message);
+  };
+}
+
+std::string Recorder::told(std::string_view text) const {
+  const std::size_t claim =
+      mode_ == Mode::DryRun ? text.find(ImportScreen::alreadyPosted) : std::string_view::npos;
+  return std::string(text.substr(0, claim));
+}
+
+void Recorder::forgetTexts() {
+  lines_.clear();
+  messages_.clear();
+}
+
+std::size_t Recorder::beginCall(CallKind kind, std::string_view text,
+                                std::vector<Value> parameters) {
+  const std::size_t current = row();
+  if (current != lastRow_ && current >= ImportScreen::firstDataRow) {
+    if (interrupted && interrupted()) throw RunEnded{RunEnded::Why::Interrupted};
+    lastRow_ = current;
+    if (onRecord) onRecord(current - ImportScreen::mappingRow);
+  }
+  calls_.push_back({current, kind, std::string(text), std::move(parameters), {}, {}});
+  return calls_.size() - 1;
+}
+
+void Recorder::callFailed(std::size_t call, CallResult result, const RuntimeError& error,
+                          const Connection& connection) {
+  calls_[call].error = CallError{error.number(), error.description(), connection.diagnostics()};
+  if (connection.isLost()) {
+    calls_[call].result = CallResult::Unknown;
+    throw RunEnded{RunEnded::Why::ConnectionLost};
+  }
+  calls_[call].result = result;
+}
+
+}  // namespace velk

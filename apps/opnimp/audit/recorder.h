@@ -1,0 +1,127 @@
+// Sees everything that an import does: each call on the connection, each line of the error log and
+// each message, stamped with the record that the screen stood on. The imports know nothing of it.
+//
+// It also ends a run where the runner wants one ended: before the first call of a record when the
+// user asked for it, so that no record is cut in two, and at once when the connection is gone, so
+// that records which were never looked up are not called unknown customers.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/errors.h"
+#include "mapping/import_screen.h"
+#include "platform/database.h"
+#include "platform/headless/headless.h"
+#include "shared/error_log.h"
+
+namespace velk {
+
+enum class CallKind {
+  Query,
+  Check,      ///< a procedure that only answers a question; it runs in a dry run, too
+  Procedure,  ///< all others: they post
+};
+
+enum class CallResult {
+  Unknown,     ///< no answer came: it may or may not have taken effect
+  Ok,          ///< it took effect
+  Failed,      ///< it took no effect
+  FailedLate,  ///< a later statement of it failed: part of it may have taken effect
+  NotRun,      ///< a dry run only records it
+};
+
+struct CallError {
+  std::int32_t number = 0;
+  std::string description;
+  std::vector<Diagnostic> diagnostics;
+};
+
+struct RecordedCall {
+  std::size_t row = 0;  ///< of the mapping list; 0: the run as a whole
+  CallKind kind = CallKind::Query;
+  std::string text;  ///< the statement, or the procedure's name
+  std::vector<Value> parameters;
+  CallResult result = CallResult::Unknown;
+  std::optional<CallError> error;
+};
+
+struct RecordedLine {
+  enum class Kept { InMemory, InFile, NotWritten };
+  std::size_t row = 0;
+  std::string text;
+  Kept kept = Kept::InMemory;
+  std::string writeError;  ///< why it is not in the file
+};
+
+struct RecordedMessage {
+  std::size_t row = 0;
+  Message message;
+};
+
+class Recorder {
+ public:
+  enum class Mode { Post, DryRun };
+
+  explicit Recorder(Mode mode);
+  ~Recorder();
+  Recorder(const Recorder&) = delete;
+  Recorder& operator=(const Recorder&) = delete;
+
+  /// Stamps from now on with the screen's current row, until endSession.
+  void watch(const ImportScreen& screen) { screen_ = &screen; }
+  /// The screen and the error log's file are about to go.
+  void endSession();
+  std::size_t row() const { return screen_ == nullptr ? 0 : screen_->currentRow(); }
+  /// The last row for which a call was begun; 0: none.
+  std::size_t lastRow() const { return lastRow_; }
+
+  /// The connection to hand to the screen. The recorder has to outlive it.
+  std::shared_ptr<Connection> wrap(std::shared_ptr<Connection> connection);
+  /// The error log to hand to the module; lines go on to `file`, or stay in memory with null.
+  ErrorLog& log(ErrorLog* file);
+  /// The handler for the messages of desktop and host service; each goes on to `show`.
+  MessageHandler messages(MessageHandler show);
+
+  /// Asked before the first call of each record; true ends the run.
+  std::function<bool()> interrupted;
+  /// Called when a record's first call is made, with the record's number from 1.
+  std::function<void(std::size_t record)> onRecord;
+
+  const std::vector<RecordedCall>& calls() const { return calls_; }
+  const std::vector<RecordedLine>& lines() const { return lines_; }
+  const std::vector<RecordedMessage>& shown() const { return messages_; }
+  /// Forgets all lines and messages so far.
+  void forgetTexts();
+
+  // For the wrapped connection.
+  Mode mode() const { return mode_; }
+  /// Notes that a call begins and answers its position in calls(). Throws RunEnded.
+  std::size_t beginCall(CallKind kind, std::string_view text, std::vector<Value> parameters);
+  void setResult(std::size_t call, CallResult result) { calls_[call].result = result; }
+  /// Notes a call's failure. Throws RunEnded, the result being Unknown, when the connection is
+  /// gone.
+  void callFailed(std::size_t call, CallResult result, const RuntimeError& error,
+                  const Connection& connection);
+
+ private:
+  class Log;
+  /// What a screen says, without its claim that records are posted where none are.
+  std::string told(std::string_view text) const;
+
+  const Mode mode_;
+  const ImportScreen* screen_ = nullptr;
+  std::size_t lastRow_ = 0;
+  std::vector<RecordedCall> calls_;
+  std::vector<RecordedLine> lines_;
+  std::vector<RecordedMessage> messages_;
+  std::unique_ptr<Log> log_;
+};
+
+}  // namespace velk

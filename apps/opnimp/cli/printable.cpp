@@ -1,0 +1,119 @@
+#include "apps/opnimp/cli/printable.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+bool isControl(char16_t c) {
+  return c < 0x20 || (c >= 0x7F && c < 0xA0);
+}
+
+// Marks, embeddings, overrides and isolates of direction, and the two separators of lines.
+bool steersLine(char16_t c) {
+  return c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x2028 && c <= 0x202E) ||
+         (c >= 0x2066 && c <= 0x2069) || c == 0xFEFF;
+}
+
+void appendHex(std::u16string& to, unsigned number, int digits) {
+  constexpr std::string_view hex = "0123456789ABCDEF";
+  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
+    to.push_back(static_cast<char16_t>(hex[(number >> shift) & 0xF]));
+  }
+}
+
+bool isContinuation(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+template <class... Format>
+std::string numberText(double number, Format... format) {
+  std::array<char, 400> buffer;  // the widest double has 309 digits before the point
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, format...);
+  return std::string(buffer.data(), end.ptr);
+}
+
+}  // namespace
+
+std::string printable(std::string_view text) {
+  std::u16string shown;
+  for (const char16_t c : toUtf16(text)) {
+    if (isControl(c)) {
+      shown += u"\\x";
+      appendHex(shown, c, 2);
+    } else if (steersLine(c)) {
+      shown += u"\\u";
+      appendHex(shown, c, 4);
+    } else {
+      shown += c;
+    }
+  }
+  return toUtf8(shown);
+}
+
+std::string printableLines(std::string_view text) {
+  std::string lines;
+  for (;;) {
+    const std::size_t end = text.find("\r\n");
+    lines += printable(text.substr(0, end));
+    if (end == std::string_view::npos) return lines;
+    lines += '\n';
+    text.remove_prefix(end + 2);
+  }
+}
+
+std::size_t textWidth(std::string_view text) {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(text, [](char c) { return !isContinuation(c); }));
+}
+
+std::string cutTo(std::string_view text, std::size_t width) {
+  if (textWidth(text) <= width) return std::string(text);
+  constexpr std::string_view dots = "...";
+  std::size_t characters = 0;
+  std::size_t end = 0;
+  for (; end < text.size(); ++end) {
+    if (!isContinuation(text[end]) && characters++ == width - dots.size()) break;
+  }
+  return std::string(text.substr(0, end)).append(dots);
+}
+
+std::string padRight(std::string text, std::size_t width) {
+  const std::size_t used = textWidth(text);
+  return used < width ? text.append(width - used, ' ') : text;
+}
+
+std::string padLeft(std::string text, std::size_t width) {
+  const std::size_t used = textWidth(text);
+  return used < width ? text.insert(0, width - used, ' ') : text;
+}
+
+std::string grouped(std::size_t number) {
+  std::string digits = std::to_string(number);
+  for (std::size_t place = digits.size(); place > 3; place -= 3) digits.insert(place - 3, 1, ',');
+  return digits;
+}
+
+std::string counted(std::size_t number, std::string_view one, std::string_view many) {
+  return grouped(number).append(" ").append(number == 1 ? one : many);
+}
+
+std::string money(long double amount) {
+  constexpr double largestFixed = 1e15;
+  const double value = static_cast<double>(amount) + 0.0;  // no "-0.00"
+  if (std::abs(value) >= largestFixed) return numberText(value, std::chars_format::general, 15);
+  const std::string text = numberText(value, std::chars_format::fixed, 2);
+  return text == "-0.00" ? "0.00" : text;
+}
+
+std::string shortest(double number) {
+  return numberText(number);
+}
+
+}  // namespace velk

@@ -1,0 +1,26 @@
+#include "apps/opnimp/cli/progress.h"
+
+#include <string>
+
+#include "apps/opnimp/cli/printable.h"
+
+namespace velk {
+
+void Progress::show(std::size_t record) {
+  if (!enabled_) return;
+  constexpr std::chrono::milliseconds interval{100};
+  const auto now = std::chrono::steady_clock::now();
+  if (now < nextDraw_) return;
+  nextDraw_ = now + interval;
+  const std::string text = grouped(record) + " of " + grouped(total_) + " records";
+  err_ << '\r' << padRight(text, drawnWidth_) << std::flush;
+  drawnWidth_ = text.size();
+}
+
+void Progress::erase() {
+  if (drawnWidth_ == 0) return;
+  err_ << '\r' << std::string(drawnWidth_, ' ') << '\r' << std::flush;
+  drawnWidth_ = 0;
+}
+
+}  // namespace velk

@@ -1,0 +1,81 @@
+#include "apps/opnimp/records/csv_records.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/warnings/warnings.h"
+#include "base/text.h"
+#include "platform/spreadsheet/xls/compound_file.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::string_view lineEnd = "\r\n";
+
+/// Of the .xls or .xlsx format.
+bool isWorkbook(std::string_view bytes) {
+  return xls::CompoundFile::recognises(bytes) || bytes.starts_with("PK\x03\x04");
+}
+
+}  // namespace
+
+CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
+  std::size_t line = 1;
+  for (std::size_t start = 0; start < bytes_.size();) {
+    const std::size_t end = std::min(bytes_.find(lineEnd, start), bytes_.size());
+    const RecordPlace place{start, end - start, line};
+    if (start == 0) {
+      header_ = place;
+    } else if (place.length != 0) {
+      records_.push_back(place);
+    }
+    const std::size_t next = std::min(end + lineEnd.size(), bytes_.size());
+    line += static_cast<std::size_t>(std::count(bytes_.data() + start, bytes_.data() + next, '\n'));
+    start = next;
+  }
+}
+
+std::vector<std::string> CsvRecords::fields(std::size_t record, QuotedComma quotedComma,
+                                            std::size_t most) const {
+  std::string line = CodePage::windows1252().decode(bytesOf(record));
+  line.resize(markFields(line.data(), line.size(), quotedComma));
+  std::vector<std::string> fields;
+  for (std::size_t start = 0; fields.size() < most && start <= line.size();) {
+    const std::size_t end = std::min(line.find(fieldEnd, start), line.size());
+    fields.push_back(withoutQuotes(line.substr(start, end - start)));
+    start = end + 1;
+  }
+  return fields;
+}
+
+// Columns are counted as the record reader does, for which a bare carriage return ends the line,
+// too.
+std::string CsvRecords::refusal(const ImportKind& kind) const {
+  if (bytes_.empty()) return "the file is empty; its first line must hold column titles";
+  if (isWorkbook(bytes_)) {
+    return "the file is a workbook; save it as comma-separated text (*.csv)";
+  }
+  const std::size_t columns = countFields(header().substr(0, header().find('\r')));
+  if (kind.columns == 0 || columns == kind.columns) return {};
+  return "the first line has " + counted(columns, "column", "columns") + "; a file of the kind " +
+         std::string(kind.name) + " must have exactly " + std::to_string(kind.columns);
+}
+
+void CsvRecords::findWarnings(const ImportKind& kind, const std::vector<FieldMapping>& mapping,
+                              int currentYear, Warnings& warnings) const {
+  if (isWorkbook(bytes_)) return;
+  warnOfBytes(*this, warnings);
+  warnOfLines(*this, kind, warnings);
+  if (!mapping.empty()) warnOfValues(*this, kind, mapping, currentYear, warnings);
+}
+
+void CsvRecords::write(FileSystem& files, std::string_view path,
+                       std::span<const std::size_t> records) const {
+  std::string text = std::string(header()).append(lineEnd);
+  for (const std::size_t record : records) text.append(bytesOf(record)).append(lineEnd);
+  writeFile(files, path, text);
+}
+
+}  // namespace velk

@@ -1,0 +1,46 @@
+// The records of a comma-separated file, read from its bytes.
+//
+// Lines end at each carriage return + line feed pair and nowhere else. The first line is the
+// header; each further line that is not empty is a record.
+#pragma once
+
+#include "apps/opnimp/records/input_records.h"
+#include "shared/csv_text.h"
+
+namespace velk {
+
+class CsvRecords final : public InputRecords {
+ public:
+  explicit CsvRecords(std::string bytes);
+
+  const std::string& bytes() const { return bytes_; }
+  std::string_view header() const { return bytesOf(header_); }
+  std::string_view bytesOf(std::size_t record) const { return bytesOf(records_[record]); }
+
+  std::size_t count() const override { return records_.size(); }
+  /// Lines as an editor counts: line feeds in front, and one.
+  RecordPlace place(std::size_t record) const override { return records_[record]; }
+  std::string_view placeWord() const override { return "line"; }
+  std::vector<std::string> fields(std::size_t record, std::size_t most) const override {
+    return fields(record, QuotedComma::Drop, most);
+  }
+  std::vector<std::string> fields(std::size_t record, QuotedComma quotedComma,
+                                  std::size_t most) const;
+  std::string refusal(const ImportKind& kind) const override;
+  void findWarnings(const ImportKind& kind, const std::vector<FieldMapping>& mapping,
+                    int currentYear, Warnings& warnings) const override;
+  /// The bytes of header and records, each line ended by carriage return + line feed.
+  void write(FileSystem& files, std::string_view path,
+             std::span<const std::size_t> records) const override;
+
+ private:
+  std::string_view bytesOf(const RecordPlace& place) const {
+    return std::string_view(bytes_).substr(place.offset, place.length);
+  }
+
+  std::string bytes_;
+  RecordPlace header_;
+  std::vector<RecordPlace> records_;
+};
+
+}  // namespace velk

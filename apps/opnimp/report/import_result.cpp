@@ -1,0 +1,186 @@
+#include "apps/opnimp/report/import_result.h"
+
+#include <algorithm>
+#include <array>
+
+#include "apps/opnimp/cli/printable.h"
+#include "base/errors.h"
+
+namespace velk {
+
+namespace {
+
+void addUnwritten(const std::vector<const RecordedLine*>& lines,
+                  std::vector<const RecordedLine*>& to) {
+  for (const RecordedLine* line : lines) {
+    if (line->kept == RecordedLine::Kept::NotWritten) to.push_back(line);
+  }
+}
+
+std::size_t refusedRecords(const Account& account) {
+  return account.count(Outcome::Rejected) + account.count(Outcome::Failed);
+}
+
+std::size_t skippedWithWarning(const Traces& traces) {
+  return static_cast<std::size_t>(std::ranges::count_if(traces.records, [](const auto& trace) {
+    return trace.outcome == Outcome::Skipped && needsAttention(trace);
+  }));
+}
+
+/// A constraint or a text too long: it is the record that has to be corrected.
+bool isOfRecord(const CallError& error) {
+  return std::ranges::any_of(
+      std::array{ErrorNumber::IntegrityViolation, ErrorNumber::DataTruncated,
+                 ErrorNumber::WrongArgumentType},
+      [&](ErrorNumber number) { return error.number == static_cast<std::int32_t>(number); });
+}
+
+/// The database's error that every record met, none being posted; empty when there is none, or one
+/// of their own. Then the records need no correction.
+std::string commonError(const Traces& traces) {
+  std::string common;
+  for (const RecordTrace& trace : traces.records) {
+    const auto failed = std::ranges::find_if(
+        trace.calls, [](const RecordedCall* call) { return call->error.has_value(); });
+    if (!isRefused(trace.outcome) || failed == trace.calls.end()) return {};
+    if (isOfRecord(*(*failed)->error)) return {};
+    const std::string& description = (*failed)->error->description;
+    if (!common.empty() && description != common) return {};
+    common = description;
+  }
+  return common;
+}
+
+std::size_t doubtfulRecords(const Account& account) {
+  return account.count(Outcome::Partial) + account.count(Outcome::Unknown);
+}
+
+// Which of the files of --rejects holds them; without that option, that there is one.
+std::string where(const ImportResult& result, std::string_view suffix) {
+  const auto& path = result.arguments.rejects;
+  if (!path) return "; --rejects FILE writes them to a file";
+  return result.rejectsError.empty() ? "; they are in " + *path + std::string(suffix) : "";
+}
+
+void addAllowedDsTypes(const ImportResult& result, std::vector<std::string>& steps) {
+  if (result.allowedDsTypes.empty()) return;
+  std::string types;
+  for (const std::string& type : result.allowedDsTypes) {
+    types.append(types.empty() ? "" : ", ").append(type);
+  }
+  steps.emplace_back("The DS types that salesmen may be given: " + types + ".");
+}
+
+void addStepsForRecords(const ImportResult& result, std::vector<std::string>& steps) {
+  const Account& account = result.account;
+  const std::string extension(extensionOf(result.arguments.kind->format));
+  if (const std::size_t count = doubtfulRecords(account); count > 0) {
+    steps.emplace_back(
+        "Look up " + counted(count, "record", "records") +
+        " in the database before doing anything else: importing them again could post "
+        "them twice" +
+        where(result, ".check." + extension) + ".");
+  }
+  if (const std::size_t count = refusedRecords(account); count > 0) {
+    steps.emplace_back("Correct " + counted(count, "refused record", "refused records") +
+                       " and import only those again" + where(result, "") + ".");
+  }
+  addAllowedDsTypes(result, steps);
+  if (const std::size_t count = skippedWithWarning(result.traces); count > 0) {
+    steps.emplace_back("Look at " + counted(count, "skipped record", "skipped records") +
+                       " with a balance but a bill amount of 0: nothing was posted for them.");
+  }
+  if (const std::size_t count = result.input->unreadRows().size(); count > 0) {
+    steps.emplace_back("Import " + counted(count, "row", "rows") +
+                       " behind the first blank row, where reading ended: copy them, under the "
+                       "captions, to a workbook of their own.");
+  }
+  if (const std::size_t count = account.count(Outcome::NotReached); count > 0) {
+    steps.emplace_back("Import " + counted(count, "record", "records") +
+                       " that the run did not reach" + where(result, ".rest." + extension) + ".");
+  }
+}
+
+std::string stepAfterDryRun(const ImportResult& result) {
+  if (!result.brokeOff.empty()) {
+    return "Nothing was posted. Mend first what ended the run: an import would end there, too, "
+           "with "
+           "the records before it posted.";
+  }
+  if (!result.account.addsUp()) {
+    return "Nothing was posted. Do not import this file: what the run would have posted is not "
+           "what "
+           "the file says.";
+  }
+  const std::size_t left = refusedRecords(result.account) + doubtfulRecords(result.account) +
+                           skippedWithWarning(result.traces) + result.input->unreadRows().size();
+  if (left > 0) {
+    return "Nothing was posted. Correct " + counted(left, "record", "records") +
+           " that would not be posted, or not wholly, then try again or import without --dry-run.";
+  }
+  return "Nothing was posted. Import without --dry-run; what the database's procedures themselves "
+         "would refuse was not tried.";
+}
+
+/// Empty when something was imported, or the records have to be corrected.
+std::string stepWithNothingImported(const ImportResult& result) {
+  const std::size_t records = result.input->count();
+  if (records > 0 && result.account.count(Outcome::NotReached) == records) {
+    return "Nothing was imported. When the cause is mended, or with another --database, import the "
+           "file again.";
+  }
+  const std::string error = commonError(result.traces);
+  if (error.empty()) return {};
+  return "Nothing was imported: the database refused every record for one reason (" + error +
+         "). When that is mended, or with another --database, import the file again.";
+}
+
+}  // namespace
+
+ExitStatus statusOf(const ImportResult& result) {
+  if (result.refused()) return ExitStatus::Refused;
+  const bool whole = result.brokeOff.empty() && result.account.addsUp();
+  if (!whole || !result.rejectsError.empty()) return ExitStatus::BrokeOff;
+  const bool left = refusedRecords(result.account) + doubtfulRecords(result.account) +
+                        skippedWithWarning(result.traces) + result.input->unreadRows().size() >
+                    0;
+  return left ? ExitStatus::RecordsLeft : ExitStatus::Posted;
+}
+
+std::vector<std::string> nextSteps(const ImportResult& result) {
+  if (result.refused()) {
+    return {
+        "Nothing was imported. Correct the file or the mapping (`opnimp preview` shows both) "
+        "and import it again."};
+  }
+  if (result.isDryRun()) {
+    std::vector<std::string> steps{stepAfterDryRun(result)};
+    addAllowedDsTypes(result, steps);
+    return steps;
+  }
+  if (result.account.addsUp()) {
+    if (const std::string step = stepWithNothingImported(result); !step.empty()) return {step};
+  }
+  std::vector<std::string> steps;
+  if (!result.account.addsUp()) {
+    steps.emplace_back(
+        "Do not rely on this import: compare the database with the file before "
+        "importing anything again.");
+  }
+  addStepsForRecords(result, steps);
+  const bool posted = result.account.notes.count + result.account.entries.count > 0;
+  if (!steps.empty() && posted && !result.arguments.kind->replaces) {
+    steps.emplace_back("Do not import the whole file again: what is posted would be posted twice.");
+  }
+  if (steps.empty()) steps.emplace_back("Nothing is left to do.");
+  return steps;
+}
+
+std::vector<const RecordedLine*> unwrittenLines(const ImportResult& result) {
+  std::vector<const RecordedLine*> unwritten;
+  addUnwritten(result.traces.runLines, unwritten);
+  for (const RecordTrace& trace : result.traces.records) addUnwritten(trace.lines, unwritten);
+  return unwritten;
+}
+
+}  // namespace velk

@@ -1,0 +1,83 @@
+#include "apps/opnimp/report/report_parts.h"
+
+#include <algorithm>
+
+#include "apps/opnimp/cli/printable.h"
+
+namespace velk {
+
+namespace {
+
+std::string placeList(const Warning& warning, std::string_view placeWord) {
+  if (warning.lines.empty()) return {};
+  std::string text = ", " + std::string(placeWord) + (warning.lines.size() == 1 ? " " : "s ");
+  for (std::size_t i = 0; i < warning.lines.size(); ++i) {
+    text.append(i == 0 ? "" : ", ").append(std::to_string(warning.lines[i]));
+  }
+  return warning.count > warning.lines.size() ? text + ", ..." : text;
+}
+
+}  // namespace
+
+void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out) {
+  if (mapping.empty()) return;
+  std::size_t width = 0;
+  for (const FieldMapping& entry : mapping) width = std::max(width, textWidth(entry.field));
+  out << "\nMapping\n";
+  for (const FieldMapping& entry : mapping) {
+    out << "  " << padRight(printable(entry.field), width);
+    if (entry.column) {
+      out << " <- " << printable(entry.title) << " (#" << *entry.column + 1 << ")\n";
+    } else {
+      out << "    not mapped\n";
+    }
+  }
+}
+
+void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
+                   std::ostream& out) {
+  if (warnings.empty()) return;
+  out << "\nWarnings\n";
+  for (const Warning& warning : warnings) {
+    out << "  " << warning.code << " (" << grouped(warning.count) << placeList(warning, placeWord)
+        << ")\n    " << warning.text << '\n';
+  }
+}
+
+void writeMapping(const std::vector<FieldMapping>& mapping, JsonWriter& json) {
+  json.key("mapping");
+  json.beginArray();
+  for (const FieldMapping& entry : mapping) {
+    json.beginObject();
+    json.member("field", entry.field);
+    json.key("column");
+    if (entry.column) {
+      json.number(static_cast<long long>(*entry.column) + 1);
+      json.member("title", entry.title);
+    } else {
+      json.null();
+    }
+    json.endObject();
+  }
+  json.endArray();
+}
+
+void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
+                   JsonWriter& json) {
+  json.key("warnings");
+  json.beginArray();
+  for (const Warning& warning : warnings) {
+    json.beginObject();
+    json.member("code", warning.code);
+    json.member("text", warning.text);
+    json.member("count", warning.count);
+    json.key(std::string(placeWord) + "s");
+    json.beginArray();
+    for (const std::size_t line : warning.lines) json.number(static_cast<long long>(line));
+    json.endArray();
+    json.endObject();
+  }
+  json.endArray();
+}
+
+}  // namespace velk

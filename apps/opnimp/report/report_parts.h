@@ -1,0 +1,23 @@
+// Parts that the text reports of import and preview share.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "apps/opnimp/records/field_mapping.h"
+#include "apps/opnimp/report/json_writer.h"
+#include "apps/opnimp/warnings/warnings.h"
+
+namespace velk {
+
+void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out);
+/// `placeWord`: what the lines of a warning are, see InputRecords.
+void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
+                   std::ostream& out);
+
+void writeMapping(const std::vector<FieldMapping>& mapping, JsonWriter& json);
+void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
+                   JsonWriter& json);
+
+}  // namespace velk

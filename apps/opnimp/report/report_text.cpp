@@ -1,0 +1,183 @@
+// The report of an import as text.
+#include <algorithm>
+#include <array>
+#include <ostream>
+
+#include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/report/import_result.h"
+#include "apps/opnimp/report/report_parts.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::size_t mostRecordsListed = 200;
+constexpr std::size_t mostLinesListed = 50;
+
+using Row = std::array<std::string, 6>;
+
+class TextReport {
+ public:
+  TextReport(const ImportResult& result, std::ostream& out) : result_(result), out_(out) {}
+
+  void write() {
+    writeHead();
+    writeMapping(result_.mapping, out_);
+    writeWarnings(result_.warnings, result_.input->placeWord(), out_);
+    writeRunLines();
+    if (result_.refused()) {
+      out_ << "\nRefused: " << printable(result_.refusal) << '\n';
+    } else {
+      writeRecords();
+      writeAccount();
+    }
+    writeEnd();
+  }
+
+ private:
+  const ImportKind& kind() const { return *result_.arguments.kind; }
+
+  void writeHead() {
+    out_ << "File:     " << printable(result_.arguments.file) << " ("
+         << counted(result_.input->count(), "record", "records") << ")\n"
+         << "Database: " << printable(result_.database) << '\n';
+    if (result_.isDryRun()) {
+      out_ << "Dry run:  every check ran, no procedure did. What the procedures themselves would "
+              "refuse was not tried.\n";
+    }
+  }
+
+  void writeRunLines() {
+    const auto& lines = result_.traces.runLines;
+    if (lines.empty()) return;
+    out_ << "\nLogged for the run as a whole\n";
+    for (std::size_t i = 0; i < std::min(lines.size(), mostLinesListed); ++i) {
+      out_ << "  " << printable(lines[i]->text) << '\n';
+    }
+    writeMore(lines.size(), mostLinesListed);
+  }
+
+  void writeMore(std::size_t count, std::size_t most) {
+    if (count > most) out_ << "  ... and " << grouped(count - most) << " more\n";
+  }
+
+  void writeRecords() {
+    const auto& records = result_.traces.records;
+    std::size_t listed = 0;
+    for (std::size_t record = 0; record < records.size(); ++record) {
+      const RecordTrace& trace = records[record];
+      if (!needsAttention(trace) || listed++ >= mostRecordsListed) continue;
+      if (listed == 1) out_ << "\nRecords that need attention\n";
+      out_ << "  " << result_.input->where(record) << " (record " << record + 1 << ") "
+           << nameOf(trace.outcome) << ": " << printable(reasonOf(trace)) << '\n';
+    }
+    writeMore(listed, mostRecordsListed);
+  }
+
+  /// In a dry run nothing is posted.
+  std::string nameOf(Outcome outcome) const {
+    const std::string name(outcomeName(outcome));
+    return result_.isDryRun() && isPosted(outcome) ? "would be " + name : name;
+  }
+
+  static Row rowOf(std::string_view name, const Sums& sums) {
+    return {std::string(name),      grouped(sums.count),      money(sums.billDebit),
+            money(sums.billCredit), money(sums.balanceDebit), money(sums.balanceCredit)};
+  }
+
+  std::vector<Row> accountRows() const {
+    std::vector<Row> rows{
+        {"", "Count", "Bill debit", "Bill credit", "Balance debit", "Balance credit"}};
+    for (std::size_t i = 0; i < outcomeCount; ++i) {
+      const Sums& sums = result_.account.byOutcome[i];
+      if (sums.count > 0) rows.push_back(rowOf(nameOf(static_cast<Outcome>(i)), sums));
+    }
+    rows.push_back(rowOf("In the file", result_.account.file));
+    const auto effect = [this](std::string_view what) {
+      return std::string(what) + (result_.isDryRun() ? " to post" : " posted");
+    };
+    rows.push_back(rowOf(effect(kind().becomes[0]), result_.account.notes));
+    Row entries = rowOf(effect(kind().becomes[1]), result_.account.entries);
+    entries[2] = entries[3] = "";  // account entries carry the balance only
+    rows.push_back(entries);
+    return rows;
+  }
+
+  void writeAccount() {
+    const std::vector<Row> rows = accountRows();
+    std::array<std::size_t, 6> widths{};
+    for (const Row& row : rows) {
+      for (std::size_t i = 0; i < row.size(); ++i) {
+        widths[i] = std::max(widths[i], textWidth(row[i]));
+      }
+    }
+    out_ << "\nAccount\n";
+    for (const Row& row : rows) {
+      std::string line = "  " + padRight(row[0], widths[0]);
+      const std::size_t columns = kind().opening != nullptr ? row.size() : 2;  // amounts or none
+      for (std::size_t i = 1; i < columns; ++i) line += "  " + padLeft(row[i], widths[i]);
+      out_ << line << '\n';
+    }
+    writeVerdict();
+  }
+
+  void writeVerdict() {
+    const Account& account = result_.account;
+    if (account.unreadable > 0) {
+      out_ << "  Not in the sums: " << counted(account.unreadable, "record", "records")
+           << " with an amount beyond the range of numbers.\n";
+    }
+    if (account.addsUp()) {
+      out_ << "  The account adds up.\n";
+      return;
+    }
+    out_ << "  THE ACCOUNT DOES NOT ADD UP:\n";
+    for (const std::string& difference : account.differences) {
+      out_ << "  " << printable(difference) << '\n';
+    }
+    writeMore(account.differenceCount, account.differences.size());
+  }
+
+  void writeEnd() {
+    if (!result_.brokeOff.empty()) {
+      out_ << "\nThe run broke off: " << printable(result_.brokeOff) << '\n';
+    }
+    out_ << '\n';
+    writeErrorLog();
+    for (const std::string& path : result_.rejectFiles) {
+      out_ << "Written:   " << printable(path) << '\n';
+    }
+    if (!result_.rejectsError.empty()) {
+      out_ << "Rejects:   " << printable(result_.rejectsError) << '\n';
+    }
+    for (const std::string& step : nextSteps(result_))
+      out_ << "Next:      " << printable(step) << '\n';
+  }
+
+  void writeErrorLog() {
+    if (result_.isDryRun()) {
+      out_ << "Error log: not written in a dry run\n";
+      return;
+    }
+    out_ << "Error log: " << printable(result_.errorLog) << '\n';
+    const auto unwritten = unwrittenLines(result_);
+    if (unwritten.empty()) return;
+    out_ << "The error log could not take " << counted(unwritten.size(), "line", "lines") << " ("
+         << printable(unwritten.front()->writeError) << "):\n";
+    for (std::size_t i = 0; i < std::min(unwritten.size(), mostLinesListed); ++i) {
+      out_ << "  " << printable(unwritten[i]->text) << '\n';
+    }
+    writeMore(unwritten.size(), mostLinesListed);
+  }
+
+  const ImportResult& result_;
+  std::ostream& out_;
+};
+
+}  // namespace
+
+void writeTextReport(const ImportResult& result, std::ostream& out) {
+  TextReport(result, out).write();
+}
+
+}  // namespace velk

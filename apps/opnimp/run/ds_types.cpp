@@ -1,0 +1,44 @@
+#include "apps/opnimp/run/ds_types.h"
+
+#include "base/errors.h"
+#include "base/numbers.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::string_view activeTypes =
+    "select DSTypeValue from DSType_Master where DSTypeName = 'DSType' and DSTypeCtlPos = 1 and "
+    "Active >= 1 and OCGtype = (select flag from tbl_velk_configabstract where ScreenCode = "
+    "'OCGDS' and ScreenName = 'OperationalCategoryGroup') order by DSTypeValue";
+
+bool isDefault(Connection& connection, const std::string& type) {
+  constexpr std::int32_t parameterSize = 2048;
+  const auto command = connection.newCommand();
+  command->setCommandType(CommandType::StoredProcedure);
+  command->setCommandText("Velk_sp_checkDefault_DSTypeValue");
+  command->Append("Param0", static_cast<std::int32_t>(DataType::VarChar), inputParameter,
+                  parameterSize);
+  command->setValue(0, type);
+  const auto answer = command->Execute(defaultOptions);
+  if (answer->State() == stateClosed || answer->isEOF()) return true;
+  return leadingNumber(toText(answer->field(0))) != 0;
+}
+
+}  // namespace
+
+std::vector<std::string> allowedDsTypes(Connection& connection) {
+  std::vector<std::string> types;
+  try {
+    const auto rows = connection.Execute(activeTypes);
+    for (; !rows->isEOF(); rows->MoveNext()) {
+      std::string type = toText(rows->field(0));
+      if (isDefault(connection, type)) types.push_back(std::move(type));
+    }
+  } catch (const RuntimeError&) {
+    return {};
+  }
+  return types;
+}
+
+}  // namespace velk

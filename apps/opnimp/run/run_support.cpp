@@ -1,0 +1,113 @@
+#include "apps/opnimp/run/run_support.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/records/field_mapping.h"
+#include "apps/opnimp/run/screen_session.h"
+#include "base/errors.h"
+#include "platform/native/native_files.h"
+
+namespace velk {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string viewFailure(const ImportKind& kind, const InputRecords& input,
+                        const Recorder& recorder) {
+  if (std::string refusal = input.refusal(kind); !refusal.empty()) return refusal;
+  if (input.count() > kind.largestRecordCount) return tooManyRecords(kind, input.count());
+  const auto& calls = recorder.calls();
+  if (!calls.empty() && calls.back().kind == CallKind::Check && !calls.back().error) {
+    return "the database does not know the caption \"DSType\" of the DS types: is it the right "
+           "database?";
+  }
+  std::string text = "the file could not be viewed";
+  if (!recorder.lines().empty()) return text + ": " + recorder.lines().back().text;
+  if (!recorder.shown().empty()) return text + ": " + recorder.shown().back().message.prompt;
+  return text;
+}
+
+/// The database's own file and those that the embedded database keeps beside it.
+std::vector<std::string> databaseFiles(const std::string& path) {
+  if (path.empty()) return {};
+  std::error_code error;
+  const fs::path followed = fs::weakly_canonical(path, error);
+  const std::string real = error ? path : followed.string();
+  return {real, real + "-wal", real + "-shm", real + "-journal"};
+}
+
+}  // namespace
+
+std::string applicationFolder(const std::optional<std::string>& option) {
+  std::error_code error;
+  const fs::path folder = fs::absolute(option.value_or("."), error).lexically_normal();
+  if (error || !fs::is_directory(folder, error)) {
+    throw CannotOpen("there is no folder " + option.value_or(".") +
+                     "; make it, or choose another with --app-folder");
+  }
+  std::string text = folder.string();
+  while (text.ends_with(pathSeparator)) text.pop_back();
+  return text;
+}
+
+void checkWrites(const Writes& writes, const DatabaseChoice& database, const std::string& folder,
+                 const std::string& input) {
+  const auto protect = [&](const std::string& file, const char* what) {
+    for (const std::string& path : writes.paths) {
+      if (!isSameFile(path, file)) continue;
+      throw UsageError(std::string(writes.writer) + " would write over " + what +
+                       ": choose another name than " + writes.named);
+    }
+  };
+  if (!input.empty()) protect(input, "the file to import");
+  protect(folder + pathSeparator + "Error.log", "the error log");
+  for (const std::string& file : databaseFiles(database.path)) protect(file, "the database");
+}
+
+std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
+  NativeFileSystem files;
+  try {
+    return readRecords(files, arguments.file, arguments.kind->format);
+  } catch (const RuntimeError& error) {
+    const bool tooLong = error.is(ErrorNumber::OutOfMemory);
+    throw CannotOpen("the file " + arguments.file + " could not be read: " +
+                     (tooLong ? "it is longer than 2 GB; split it"
+                              : error.description() + ". Check the path and its permissions"));
+  }
+}
+
+std::string tooLarge(const std::string& path) {
+  return "the file " + path +
+         " is too large for the memory there is; nothing was imported. Split it";
+}
+
+std::string tooManyRecords(const ImportKind& kind, std::size_t count) {
+  return "the file has " + grouped(count) + " records, but at most " +
+         grouped(kind.largestRecordCount) + " can be imported in one go; split the file";
+}
+
+MessageHandler messagesTo(std::ostream& err, Progress& progress) {
+  return [&err, &progress](const Message& message) {
+    progress.erase();
+    err << printableLines(message.prompt) << '\n' << std::flush;
+  };
+}
+
+void viewAndMap(ScreenSession& session, const Arguments& arguments, const InputRecords& input,
+                const Recorder& recorder) {
+  if (!session.view(arguments.file)) {
+    throw Refused(viewFailure(*arguments.kind, input, recorder));
+  }
+  if (session.screen().lv.columnCount() == 0) {
+    throw Refused("the first line of the file is empty; it must hold column titles");
+  }
+  for (const MapOption& option : arguments.maps) {
+    mapByHand(session.screen(), recorder, option);
+  }
+}
+
+}  // namespace velk

@@ -1,0 +1,47 @@
+// What import and preview share: reading the file, showing messages, saying why View failed.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/cli/arguments.h"
+#include "apps/opnimp/cli/progress.h"
+#include "apps/opnimp/cli/streams.h"
+#include "apps/opnimp/records/input_records.h"
+#include "apps/opnimp/run/database_choice.h"
+
+namespace velk {
+
+/// The records of the file to import or preview. Raises CannotOpen.
+std::unique_ptr<const InputRecords> readInput(const Arguments& arguments);
+
+/// The folder of the error log: absolute, without a separator at its end. Raises CannotOpen.
+std::string applicationFolder(const std::optional<std::string>& option);
+
+struct Writes {
+  std::string_view writer;         ///< as the user knows it, such as "--rejects"
+  std::string named;               ///< the path that the user gave
+  std::vector<std::string> paths;  ///< all that are written
+};
+/// Raises UsageError when one of them is the database, the error log or the file to import.
+void checkWrites(const Writes& writes, const DatabaseChoice& database, const std::string& folder,
+                 const std::string& input);
+
+/// That nothing was done, since the memory does not hold the file.
+std::string tooLarge(const std::string& path);
+
+/// Why a file of so many records is refused.
+std::string tooManyRecords(const ImportKind& kind, std::size_t count);
+
+/// Writes each message to `err`, word for word.
+MessageHandler messagesTo(std::ostream& err, Progress& progress);
+
+/// Views the file and maps by hand what the arguments say. Raises Refused.
+void viewAndMap(class ScreenSession& session, const Arguments& arguments, const InputRecords& input,
+                const Recorder& recorder);
+
+}  // namespace velk

@@ -1,0 +1,62 @@
+// One import screen without a window, driven as a user drives it: browse, view, map, import.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/cli/kinds.h"
+#include "component/Velk_ClsOpnImp.h"
+#include "platform/headless/headless.h"
+#include "platform/native/native_files.h"
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
+
+namespace velk {
+
+struct SessionSetup {
+  std::string applicationFolder;  ///< without a separator at its end
+  std::function<Date()> clock;
+  MessageHandler showMessage;
+  bool logToFile = true;  ///< false: the error log stays in memory
+};
+
+class ScreenSession {
+ public:
+  /// The recorder has to live as long.
+  ScreenSession(Recorder& recorder, const SessionSetup& setup);
+  ~ScreenSession() { recorder_.endSession(); }
+  ScreenSession(const ScreenSession&) = delete;
+  ScreenSession& operator=(const ScreenSession&) = delete;
+
+  /// Opens the screen through the component's entry point. Raises Refused when it does not appear.
+  ImportScreen& open(const ImportKind& kind, const std::shared_ptr<Connection>& connection);
+  ImportScreen& screen() const { return *screen_; }
+
+  /// Chooses the file and views it. False when the screen does not offer to import it.
+  bool view(const std::string& path);
+  /// Presses Import. May throw RunEnded.
+  EventResult import() { return screen_->cmdImport.userClick(); }
+
+  /// Presses the master screen's Export with the file chosen to save to. May throw RunEnded.
+  EventResult exportTo(const std::string& path);
+  /// Whether a desktop would have shown the user what was exported: nothing failed then.
+  bool showedExport() const { return !desktop_.opened.empty(); }
+
+  std::string errorLogPath() const { return module_.errorLogPath(); }
+
+ private:
+  Recorder& recorder_;
+  NativeFileSystem files_;
+  HeadlessDesktop desktop_;
+  HeadlessShell shell_;
+  MessageHandler messages_;
+  Platform platform_;
+  NumberedFiles logFiles_;
+  FileErrorLog logFile_;
+  Velk_ModOpnImp module_;
+  Velk_ClsOpnImp component_;
+  std::shared_ptr<ImportScreen> screen_;
+};
+
+}  // namespace velk

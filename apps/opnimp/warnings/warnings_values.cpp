@@ -1,0 +1,82 @@
+// Warnings about amounts, dates and values that are missing.
+#include <algorithm>
+#include <optional>
+
+#include "apps/opnimp/warnings/amount_check.h"
+#include "apps/opnimp/warnings/warnings.h"
+#include "base/dates.h"
+#include "base/text.h"
+#include "shared/csv_text.h"
+
+namespace velk {
+
+namespace {
+
+void warnOfDate(const std::string& cell, std::size_t line, bool endsRun, int currentYear,
+                Warnings& warnings) {
+  const std::optional<DateReading> reading = readDate(cell, currentYear);
+  if (!reading) {  // where it ends no run, the import says so itself
+    if (!endsRun || cell.empty()) return;
+    warnings.add("date-unreadable",
+                 "A date cannot be read: the import stops there, unless the code is unknown. "
+                 "Correct it first.",
+                 line);
+  } else if (reading->order == DateOrder::MonthDayYear) {
+    warnings.add("date-month-first",
+                 "A date makes sense only with the month first. Dates are read day first: if the "
+                 "file has the month first, those that read both ways are taken wrongly.",
+                 line);
+  } else if (reading->ambiguous) {
+    warnings.add("date-reads-both-ways",
+                 "A date reads day first and month first; it is taken day first: 03/04/2008 is 3 "
+                 "April.",
+                 line);
+  }
+}
+
+void warnOfDocuments(const CsvRecords& input, const OpeningImportKind& kind,
+                     const std::vector<FieldMapping>& mapping, int currentYear,
+                     Warnings& warnings) {
+  const std::size_t width = mappedWidth(mapping);
+  for (std::size_t record = 0; record < input.count(); ++record) {
+    const std::size_t line = input.place(record).line;
+    const auto fields = input.fields(record, QuotedComma::Keep, width);
+    for (const std::size_t amount : {openingField::bill, openingField::balance}) {
+      const auto issue = checkAmount(mappedCell(fields, mapping, amount));
+      if (issue) warnings.add(issue->code, issue->text, line);
+    }
+    warnOfDate(mappedCell(fields, mapping, openingField::date), line, kind.invalidDate.empty(),
+               currentYear, warnings);
+  }
+}
+
+/// On the master screen a title that is a field's name maps to it, unless the first record has no
+/// value there.
+void warnOfUnmapped(const CsvRecords& input, const std::vector<FieldMapping>& mapping,
+                    Warnings& warnings) {
+  if (input.count() == 0) return;
+  const std::string header = CodePage::windows1252().decode(input.header());
+  for (const std::string& title : splitLine(header, QuotedComma::Drop)) {
+    const bool unmapped = std::ranges::any_of(mapping, [&](const FieldMapping& entry) {
+      return !entry.column && equalsIgnoringCase(trim(entry.field), trim(title));
+    });
+    if (!unmapped) continue;
+    warnings.add("first-value-empty",
+                 "A column is not mapped by its name because the first record has no value in it: "
+                 "none of its values is imported. Give that record one, or use --map.",
+                 0);
+  }
+}
+
+}  // namespace
+
+void warnOfValues(const CsvRecords& input, const ImportKind& kind,
+                  const std::vector<FieldMapping>& mapping, int currentYear, Warnings& warnings) {
+  if (kind.opening != nullptr) {
+    warnOfDocuments(input, *kind.opening, mapping, currentYear, warnings);
+  } else {
+    warnOfUnmapped(input, mapping, warnings);
+  }
+}
+
+}  // namespace velk

@@ -1,0 +1,247 @@
+#include "base/text.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+namespace velk {
+
+namespace {
+
+constexpr char32_t replacement = 0xFFFD;
+
+struct Character {
+  char32_t code = replacement;
+  std::size_t length = 1;  // in units of the text it was read from
+};
+
+/// True when `Count` words of eight bytes from `bytes` on are ASCII.
+template <std::size_t Count>
+bool areAscii(const char* bytes) {
+  std::uint64_t all = 0;
+  for (std::size_t i = 0; i < Count; ++i) {
+    std::uint64_t word;
+    std::memcpy(&word, bytes + i * sizeof word, sizeof word);
+    all |= word;
+  }
+  return (all & 0x8080808080808080U) == 0;
+}
+
+/// How many bytes at the start are ASCII. Large steps first: most texts are ASCII throughout.
+std::size_t asciiRun(std::string_view bytes) {
+  std::size_t i = 0;
+  while (i + 64 <= bytes.size() && areAscii<8>(bytes.data() + i)) i += 64;
+  while (i + 8 <= bytes.size() && areAscii<1>(bytes.data() + i)) i += 8;
+  while (i < bytes.size() && static_cast<unsigned char>(bytes[i]) < 0x80) ++i;
+  return i;
+}
+
+bool isContinuation(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80;
+}
+bool isSurrogate(char32_t code) {
+  return code >= 0xD800 && code <= 0xDFFF;
+}
+
+/// The length that a leading byte announces; 1 for a byte that cannot lead.
+std::size_t announcedLength(unsigned char lead) {
+  if (lead >= 0xC2 && lead <= 0xDF) return 2;
+  if (lead >= 0xE0 && lead <= 0xEF) return 3;
+  if (lead >= 0xF0 && lead <= 0xF4) return 4;
+  return 1;
+}
+
+/// The first character of UTF-8 that is not empty; a byte that starts no valid sequence is a
+/// replacement character by itself.
+Character firstCharacter(std::string_view text) {
+  const auto lead = static_cast<unsigned char>(text[0]);
+  if (lead < 0x80) return {lead, 1};
+  const std::size_t length = announcedLength(lead);
+  if (length == 1 || length > text.size()) return {};
+  char32_t code = lead & (0xFFU >> (length + 1));
+  for (std::size_t i = 1; i < length; ++i) {
+    if (!isContinuation(text[i])) return {};
+    code = code << 6U | (static_cast<unsigned char>(text[i]) & 0x3FU);
+  }
+  const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
+  if (overlong || isSurrogate(code) || code > 0x10FFFF) return {};
+  return {code, length};
+}
+
+Character firstCharacter(std::u16string_view text) {
+  const char32_t unit = text[0];
+  if (!isSurrogate(unit)) return {unit, 1};
+  const char32_t next = text.size() > 1 ? text[1] : 0;
+  if (unit >= 0xDC00 || next < 0xDC00 || next > 0xDFFF) return {};
+  return {0x10000 + ((unit - 0xD800) << 10U) + (next - 0xDC00), 2};
+}
+
+/// Writes a character's UTF-8 at `to`, which has room for four bytes, and returns the place behind.
+char* putUtf8(char* to, char32_t code) {
+  const auto put = [&to](char32_t byte) { *to++ = static_cast<char>(byte); };
+  const auto putTail = [&](unsigned shift) { put(0x80U | (code >> shift & 0x3FU)); };
+  if (code < 0x80) {
+    put(code);
+    return to;
+  }
+  if (code < 0x800) {
+    put(0xC0U | code >> 6U);
+  } else if (code < 0x10000) {
+    put(0xE0U | code >> 12U);
+    putTail(6);
+  } else {
+    put(0xF0U | code >> 18U);
+    putTail(12);
+    putTail(6);
+  }
+  putTail(0);
+  return to;
+}
+
+void appendUtf16(std::u16string& to, char32_t code) {
+  if (code < 0x10000) {
+    to += static_cast<char16_t>(code);
+    return;
+  }
+  to += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10U));
+  to += static_cast<char16_t>(0xDC00 + (code & 0x3FFU));
+}
+
+/// Hands the runs of ASCII and the characters between them, in order, to the two functions.
+template <typename AddRun, typename AddCharacter>
+void forEachPiece(std::string_view text, AddRun addRun, AddCharacter addCharacter) {
+  while (!text.empty()) {
+    const std::size_t run = asciiRun(text);
+    addRun(text.substr(0, run));
+    text.remove_prefix(run);
+    while (!text.empty() && static_cast<unsigned char>(text[0]) >= 0x80) {
+      const Character character = firstCharacter(text);
+      addCharacter(character.code);
+      text.remove_prefix(character.length);
+    }
+  }
+}
+
+char lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+char upper(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
+}
+
+}  // namespace
+
+CodePage::CodePage(const std::array<char16_t, 128>& upper) : upper_(upper), utf8_() {
+  for (std::size_t byte = 0; byte < utf8_.size(); ++byte) {
+    const char32_t code = byte < 0x80 ? static_cast<char32_t>(byte) : upper[byte - 0x80];
+    std::array<char, 4> bytes{};
+    const char* const end = putUtf8(bytes.data(), code);
+    Utf8& entry = utf8_[byte];
+    entry.length = static_cast<unsigned char>(end - bytes.data());
+    std::copy_n(bytes.data(), entry.bytes.size(), entry.bytes.data());
+  }
+}
+
+const CodePage& CodePage::windows1252() {
+  static const CodePage page = [] {
+    std::array<char16_t, 128> upper{0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+    for (std::size_t i = 32; i < upper.size(); ++i) upper[i] = static_cast<char16_t>(0x80 + i);
+    return CodePage(upper);
+  }();
+  return page;
+}
+
+std::string CodePage::decode(std::string_view bytes) const {
+  std::string text;
+  text.reserve(bytes.size());
+  while (!bytes.empty()) {
+    const std::size_t run = asciiRun(bytes);
+    text.append(bytes.substr(0, run));
+    bytes.remove_prefix(run);
+    for (; !bytes.empty() && static_cast<unsigned char>(bytes[0]) >= 0x80; bytes.remove_prefix(1)) {
+      const Utf8& entry = utf8_[static_cast<unsigned char>(bytes[0])];
+      text.append(entry.bytes.data(), entry.length);
+    }
+  }
+  return text;
+}
+
+std::string CodePage::encode(std::string_view text) const {
+  std::string bytes;
+  bytes.reserve(text.size());
+  const auto addCharacter = [&](char32_t code) {
+    // Most pages keep most of Latin-1 in its own place.
+    if (code < 0x100 && upper_[code - 0x80] == code) {
+      bytes += static_cast<char>(code);
+      return;
+    }
+    const auto found = std::find(upper_.begin(), upper_.end(), code);
+    bytes += found == upper_.end() ? '?' : static_cast<char>(0x80 + (found - upper_.begin()));
+  };
+  forEachPiece(
+      text, [&](std::string_view run) { bytes.append(run); }, addCharacter);
+  return bytes;
+}
+
+bool isAscii(std::string_view bytes) {
+  return asciiRun(bytes) == bytes.size();
+}
+
+std::u16string toUtf16(std::string_view text) {
+  std::u16string units;
+  units.reserve(text.size());
+  forEachPiece(
+      text, [&](std::string_view run) { units.append(run.begin(), run.end()); },
+      [&](char32_t code) { appendUtf16(units, code); });
+  return units;
+}
+
+std::string toUtf8(std::u16string_view text) {
+  std::string bytes;
+  bytes.reserve(text.size());
+  while (!text.empty()) {
+    const Character character = firstCharacter(text);
+    std::array<char, 4> utf8;
+    char* const end = putUtf8(utf8.data(), character.code);
+    bytes.append(utf8.data(), end);
+    text.remove_prefix(character.length);
+  }
+  return bytes;
+}
+
+std::string_view trim(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+std::string lowerAscii(std::string_view text) {
+  std::string result(text);
+  std::transform(result.begin(), result.end(), result.begin(), lower);
+  return result;
+}
+
+std::string upperAscii(std::string_view text) {
+  std::string result(text);
+  std::transform(result.begin(), result.end(), result.begin(), upper);
+  return result;
+}
+
+bool equalsIgnoringCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return lower(x) == lower(y); });
+}
+
+std::size_t lastCharacter(std::string_view text) {
+  constexpr std::size_t longest = 4;
+  for (std::size_t length = 2; length <= std::min(longest, text.size()); ++length) {
+    const std::size_t start = text.size() - length;
+    if (firstCharacter(text.substr(start)).length == length) return start;
+  }
+  return text.size() - 1;
+}
+
+}  // namespace velk

@@ -1,0 +1,40 @@
+// What a database field holds and a parameter or a control's property carries.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "base/dates.h"
+
+namespace velk {
+
+struct Null {
+  bool operator==(const Null&) const = default;
+};
+
+/// Null, 32-bit integer, double, date or text (UTF-8).
+using Value = std::variant<Null, std::int32_t, double, Date, std::string>;
+
+inline bool isNull(const Value& value) {
+  return std::holds_alternative<Null>(value);
+}
+
+/// The value as text: null gives the empty text; a double its shortest decimal form of at most 15
+/// significant digits (whole ones without a point; with an exponent, 1E+15 or 1E-05, only from 1e15
+/// up and below 1e-4); a date "DD/MM/YYYY", with " HH:MM:SS" when it has a time of day, rounded to
+/// the second.
+std::string toText(const Value& value);
+
+/// The value as a date: a number counts days, a text is read day first (dates.h), `currentYear`
+/// filling a missing year. Errors: 94 for null, 13 for a text that is no date, 6 for a number
+/// outside the years 100 to 9999.
+Date toDate(const Value& value, int currentYear);
+
+/// The value as a whole number, halves to even; a date counts as its days. A text has to be a
+/// number from end to end (numbers.h). Errors: 94 for null, 13 for a text that is no number, 6
+/// beyond 32 bits.
+std::int32_t toInt32(const Value& value);
+
+}  // namespace velk

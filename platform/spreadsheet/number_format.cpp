@@ -1,0 +1,417 @@
+#include "platform/spreadsheet/number_format.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/dates.h"
+#include "base/decimal.h"
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::size_t maxCodeLength = 255;
+constexpr std::string_view digitBytes = "0#?";
+constexpr std::string_view dateLetters = "ymdhs";
+
+char lowerLetter(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
+bool startsWith(std::string_view text, std::string_view lowerStart) {
+  return equalsIgnoringCase(text.substr(0, lowerStart.size()), lowerStart);
+}
+
+/// Length of the first character in bytes.
+std::size_t characterLength(std::string_view text) {
+  std::size_t length = std::min<std::size_t>(1, text.size());
+  while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80) {
+    ++length;
+  }
+  return length;
+}
+
+std::string generalText(double value) {
+  return (value < 0 ? "-" : "") + Decimal(value).general();
+}
+
+}  // namespace
+
+std::string_view builtInFormat(std::uint16_t number) {
+  constexpr std::string_view general = "General";
+  constexpr std::string_view first[] = {general,     "0",       "0.00",           "#,##0",
+                                        "#,##0.00",  "$#,##0",  "$#,##0",         "$#,##0.00",
+                                        "$#,##0.00", "0%",      "0.00%",          general,
+                                        general,     general,   "dd/mm/yyyy",     "d-mmm-yy",
+                                        "d-mmm",     "mmm-yy",  "h:mm AM/PM",     "h:mm:ss AM/PM",
+                                        "h:mm",      "h:mm:ss", "dd/mm/yyyy h:mm"};
+  constexpr std::uint16_t firstAccounting = 37;
+  constexpr std::string_view accounting[] = {"#,##0_);(#,##0)",
+                                             "#,##0_);(#,##0)",
+                                             "#,##0.00_);(#,##0.00)",
+                                             "#,##0.00_);(#,##0.00)",
+                                             "#,##0_);(#,##0)",
+                                             "#,##0_);(#,##0)",
+                                             "#,##0.00_);(#,##0.00)",
+                                             "#,##0.00_);(#,##0.00)",
+                                             "mm:ss",
+                                             "[h]:mm:ss",
+                                             "mm:ss.0"};
+  if (number < std::size(first)) return first[number];
+  const bool isAccounting =
+      number >= firstAccounting && number < firstAccounting + std::size(accounting);
+  return isAccounting ? accounting[number - firstAccounting] : general;
+}
+
+/// Splits a code into sections and these into tokens, one for each byte that shows.
+class NumberFormat::Compiler {
+ public:
+  Compiler(std::string_view code, std::vector<Section>& sections)
+      : code_(code), sections_(sections) {}
+
+  void compile() {
+    sections_.emplace_back();
+    while (!code_.empty()) readToken();
+    for (Section& section : sections_) {
+      const bool fraction = section.slash && !section.date;
+      section.general = section.general || fraction || section.tokens.empty();
+    }
+  }
+
+ private:
+  void add(Part part, char byte) { sections_.back().tokens.push_back({part, byte}); }
+  void addLiterals(std::string_view bytes) {
+    for (const char byte : bytes) add(Part::Literal, byte);
+  }
+  std::string_view take(std::size_t count) {
+    const std::string_view taken = code_.substr(0, count);
+    code_.remove_prefix(taken.size());
+    return taken;
+  }
+  /// Up to a mark, which is taken as well.
+  std::string_view takeUntil(char mark) {
+    const std::string_view taken = code_.substr(0, code_.find(mark));
+    take(taken.size() + 1);
+    return taken;
+  }
+
+  void readToken() {
+    if (startsWith(code_, "general") || startsWith(code_, "e+") || startsWith(code_, "e-")) {
+      sections_.back().general = true;
+      take(startsWith(code_, "general") ? 7 : 2);
+    } else if (startsWith(code_, "am/pm")) {
+      readAmPm(5);
+    } else if (startsWith(code_, "a/p")) {
+      readAmPm(3);
+    } else {
+      readByte(take(1)[0]);
+    }
+  }
+
+  void readAmPm(std::size_t length) {
+    sections_.back().date = true;
+    add(Part::AmPm, length == 5 ? 'M' : '\0');
+    take(length);
+  }
+
+  void readByte(char byte) {
+    switch (byte) {
+      case ';':
+        sections_.emplace_back();
+        return;
+      case '"':
+        return addLiterals(takeUntil('"'));
+      case '\\':
+        return addLiterals(take(characterLength(code_)));
+      case '_':  // a blank as wide as the next character
+        add(Part::Literal, ' ');
+        [[fallthrough]];
+      case '*':  // the next character as often as the column has room
+        take(characterLength(code_));
+        return;
+      case '[':
+        return readBracket(takeUntil(']'));
+      case '@':
+        sections_.back().general = true;
+        return;
+      case '.':
+        return add(Part::Point, byte);
+      case ',':
+        return add(Part::Comma, byte);
+      case '%':
+        return add(Part::Percent, byte);
+      default:
+        return readOther(byte);
+    }
+  }
+
+  void readOther(char byte) {
+    if (digitBytes.find(byte) != std::string_view::npos) return add(Part::Digit, byte);
+    if (dateLetters.find(lowerLetter(byte)) != std::string_view::npos) {
+      sections_.back().date = true;
+      return add(Part::Date, lowerLetter(byte));
+    }
+    if (byte == '/') sections_.back().slash = true;
+    add(Part::Literal, byte);
+  }
+
+  /// A currency with its language, a condition, hours beyond a day, or a colour.
+  void readBracket(std::string_view inside) {
+    if (inside.empty()) return;
+    const char first = lowerLetter(inside[0]);
+    if (first == '$') return addLiterals(inside.substr(1, inside.find('-') - 1));
+    if (std::string_view("<>=").find(first) != std::string_view::npos) {
+      sections_.back().general = true;
+    } else if (inside.find_first_not_of("hHmMsS") == std::string_view::npos) {
+      sections_.back().date = true;
+      for (std::size_t i = 0; i < inside.size(); ++i) add(Part::Elapsed, first);
+    }
+  }
+
+  std::string_view code_;
+  std::vector<Section>& sections_;
+};
+
+/// A number in a section of digits.
+class NumberFormat::NumberText {
+ public:
+  NumberText(const std::vector<Token>& tokens, double value)
+      : number_(value),
+        begin_(tokens.begin()),
+        end_(tokens.end()),
+        point_(std::find_if(begin_, end_, [](const Token& t) { return t.part == Part::Point; })),
+        places_(countDigits(point_, end_)) {}
+
+  /// With a minus in front if so wanted, unless nothing but zeros shows.
+  std::string text(bool negative) {
+    scale();
+    number_.round(places_);
+    return (negative && !number_.isZero() ? "-" : "") + wholePart() + fractionPart();
+  }
+
+ private:
+  using Place = std::vector<Token>::const_iterator;
+
+  static bool isDigit(const Token& token) { return token.part == Part::Digit; }
+  static int countDigits(Place from, Place to) {
+    return static_cast<int>(std::count_if(from, to, isDigit));
+  }
+  bool isGrouped() const {
+    const auto comma =
+        std::find_if(begin_, point_, [](const Token& t) { return t.part == Part::Comma; });
+    return countDigits(begin_, comma) > 0 && countDigits(comma, point_) > 0;
+  }
+
+  /// Percent signs, and commas behind the last digit, each of which stands for thousands.
+  void scale() {
+    for (auto token = begin_; token != end_; ++token) {
+      if (token->part == Part::Percent) number_.scale(2);
+      if (token->part != Part::Comma || countDigits(begin_, token) == 0) continue;
+      if (countDigits(token, token < point_ ? point_ : end_) == 0) number_.scale(-3);
+    }
+  }
+
+  /// From right to left: each place takes a digit, the leftmost one all that are left.
+  std::string wholePart() {
+    digits_ = number_.whole();
+    grouped_ = isGrouped();
+    int placesLeft = countDigits(begin_, point_);
+    if (placesLeft == 0 && point_ != end_) putAllDigits();
+    for (auto token = point_; token != begin_;) {
+      --token;
+      if (token->part == Part::Literal || token->part == Part::Percent) out_ += token->byte;
+      if (!isDigit(*token)) continue;
+      putDigit(token->byte);
+      if (--placesLeft == 0) putAllDigits();
+    }
+    std::reverse(out_.begin(), out_.end());
+    return std::move(out_);
+  }
+
+  void putAllDigits() {
+    while (!digits_.empty()) putDigit('0');
+  }
+
+  void putDigit(char place) {
+    const bool real = !digits_.empty();
+    if (!real && place == '#') return;
+    if (grouped_ && put_ > 0 && put_ % 3 == 0) out_ += real || place == '0' ? ',' : ' ';
+    ++put_;
+    out_ += real ? digits_.back() : place == '0' ? '0' : ' ';
+    if (real) digits_.pop_back();
+  }
+
+  std::string fractionPart() const {
+    const std::string digits = number_.fraction(places_);
+    const std::size_t shown = number_.fraction().size();
+    std::string text;
+    std::size_t next = 0;
+    for (auto token = point_; token != end_; ++token) {
+      if (!isDigit(*token)) {
+        if (token->part != Part::Comma) text += token->byte;
+        continue;
+      }
+      const bool blank = next >= shown && token->byte != '0';
+      if (!blank) text += digits[next];
+      if (blank && token->byte == '?') text += ' ';
+      ++next;
+    }
+    return text;
+  }
+
+  Decimal number_;
+  Place begin_;
+  Place end_;
+  Place point_;
+  int places_;
+  std::string digits_;  // those not put yet
+  std::string out_;
+  bool grouped_ = false;
+  int put_ = 0;
+};
+
+/// A date or time in a section of such. Fractions of seconds do not show.
+class NumberFormat::DateText {
+ public:
+  static constexpr double limit = 2958466;  // 1 January 10000
+
+  DateText(const std::vector<Token>& tokens, double value, bool from1904)
+      : tokens_(tokens),
+        seconds_(std::llround(value * secondsPerDay)),
+        twelveHours_(std::any_of(tokens.begin(), tokens.end(),
+                                 [](const Token& t) { return t.part == Part::AmPm; })) {
+    constexpr int daysTo1904 = 1462;
+    constexpr int firstAfterLeapError = 60;
+    const double days = std::floor(static_cast<double>(seconds_) / secondsPerDay);
+    const int shift = from1904 ? daysTo1904 : days < firstAfterLeapError ? 1 : 0;
+    date_ = Date{days + shift};
+    civil_ = civilFromDate(date_);
+  }
+
+  std::string text() {
+    for (std::size_t i = 0; i < tokens_.size();) {
+      std::size_t end = i + 1;
+      const Token& token = tokens_[i];
+      if (token.part == Part::Date || token.part == Part::Elapsed) {
+        while (end < tokens_.size() && tokens_[end].part == token.part &&
+               tokens_[end].byte == token.byte) {
+          ++end;
+        }
+      }
+      put(token, i, end);
+      i = end;
+    }
+    return std::move(out_);
+  }
+
+ private:
+  static constexpr std::int64_t secondsPerDay = 86400;
+
+  void put(const Token& token, std::size_t begin, std::size_t end) {
+    switch (token.part) {
+      case Part::Literal:
+      case Part::Comma:
+      case Part::Percent:
+        out_ += token.byte;
+        break;
+      case Part::AmPm:
+        out_ += hour() < 12 ? 'A' : 'P';
+        if (token.byte != '\0') out_ += token.byte;
+        break;
+      case Part::Elapsed:
+        putElapsed(token.byte, end - begin);
+        lastTime_ = token.byte;
+        break;
+      case Part::Date:
+        putDate(token.byte, begin, end);
+        break;
+      case Part::Point:  // of a fraction of seconds, or between day and month
+        if (end == tokens_.size() || tokens_[end].part != Part::Digit) out_ += token.byte;
+        break;
+      case Part::Digit:
+        break;
+    }
+  }
+
+  std::int64_t ofDay() const { return seconds_ % secondsPerDay; }
+  std::int64_t hour() const { return ofDay() / 3600; }
+
+  void putNumber(std::int64_t number, std::size_t width) {
+    const std::string digits = std::to_string(number);
+    out_.append(width > digits.size() ? width - digits.size() : 0, '0').append(digits);
+  }
+
+  void putElapsed(char letter, std::size_t width) {
+    putNumber(seconds_ / (letter == 'h' ? 3600 : letter == 'm' ? 60 : 1), width);
+  }
+
+  /// Minutes stand behind hours or in front of seconds.
+  bool isMinute(std::size_t end) const {
+    const auto next = std::find_if(
+        tokens_.begin() + static_cast<std::ptrdiff_t>(end), tokens_.end(),
+        [](const Token& token) { return token.part == Part::Date || token.part == Part::Elapsed; });
+    return lastTime_ == 'h' || (next != tokens_.end() && next->byte == 's');
+  }
+
+  void putDate(char letter, std::size_t begin, std::size_t end) {
+    const std::size_t width = end - begin;
+    const std::size_t twoDigits = std::min<std::size_t>(width, 2);
+    if (letter == 'y') {
+      putNumber(width <= 2 ? civil_.year % 100 : civil_.year, width <= 2 ? 2 : 4);
+    } else if (letter == 'd') {
+      width <= 2 ? putNumber(civil_.day, width) : putWeekday(width);
+    } else if (letter == 'h') {
+      putNumber(twelveHours_ ? (hour() + 11) % 12 + 1 : hour(), twoDigits);
+    } else if (letter == 's') {
+      putNumber(ofDay() % 60, twoDigits);
+    } else if (width <= 2 && isMinute(end)) {
+      putNumber(ofDay() / 60 % 60, width);
+    } else {
+      width <= 2 ? putNumber(civil_.month, width) : putMonth(width);
+    }
+    lastTime_ = letter;
+  }
+
+  /// Three letters, all for four; five are one of a month.
+  void putMonth(std::size_t width) {
+    constexpr std::string_view names[] = {"January",   "February", "March",    "April",
+                                          "May",       "June",     "July",     "August",
+                                          "September", "October",  "November", "December"};
+    const std::string_view name = names[civil_.month - 1];
+    out_ += name.substr(0, width == 3 ? 3 : width == 5 ? 1 : name.size());
+  }
+
+  void putWeekday(std::size_t width) {
+    constexpr std::string_view names[] = {"Saturday",  "Sunday",   "Monday", "Tuesday",
+                                          "Wednesday", "Thursday", "Friday"};
+    const std::string_view name = names[static_cast<std::size_t>(date_.days) % 7];
+    out_ += name.substr(0, width == 3 ? 3 : name.size());
+  }
+
+  const std::vector<Token>& tokens_;
+  std::int64_t seconds_;
+  Date date_;
+  CivilDate civil_{};
+  bool twelveHours_;
+  char lastTime_ = '\0';
+  std::string out_;
+};
+
+NumberFormat::NumberFormat(std::string_view code) {
+  if (code.size() > maxCodeLength) code = builtInFormat(0);
+  Compiler(code, sections_).compile();
+}
+
+std::string NumberFormat::text(double value, bool from1904) const {
+  if (!std::isfinite(value)) return "#NUM!";
+  const bool ownNegative = value < 0 && sections_.size() > 1;
+  const bool ownZero = value == 0 && sections_.size() > 2;
+  const Section& section = sections_[ownNegative ? 1 : ownZero ? 2 : 0];
+  const bool badDate = section.date && (value < 0 || value >= DateText::limit);
+  if (section.general || badDate) return generalText(value);
+  if (section.date) return DateText(section.tokens, value, from1904).text();
+  return NumberText(section.tokens, value).text(value < 0 && !ownNegative);
+}
+
+}  // namespace velk

@@ -1,0 +1,121 @@
+#include "platform/spreadsheet/sheet_cells.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "base/errors.h"
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::size_t maxCellText = 32767;
+constexpr int lettersOfNames = 26;
+
+class SourceReader {
+ public:
+  explicit SourceReader(std::string_view text) : text_(text) {}
+
+  CellRange read() {
+    CellRange range{};
+    expect('=');
+    readCell(range.firstRow, range.firstColumn);
+    expect(':');
+    readCell(range.lastRow, range.lastColumn);
+    if (!text_.empty() || range.firstColumn != range.lastColumn) fail();
+    return range;
+  }
+
+ private:
+  [[noreturn]] static void fail() { throw RuntimeError(ErrorNumber::InvalidProcedureCall); }
+
+  void expect(char mark) {
+    if (!text_.starts_with(mark)) fail();
+    text_.remove_prefix(1);
+  }
+
+  void readCell(int& row, int& column) {
+    expect('$');
+    for (; !text_.empty() && text_[0] >= 'A' && text_[0] <= 'Z'; text_.remove_prefix(1)) {
+      column = column * lettersOfNames + (text_[0] - 'A' + 1);
+      if (column > maxSheetColumns) fail();
+    }
+    expect('$');
+    const char* const end = text_.data() + text_.size();
+    const auto [behind, failure] = std::from_chars(text_.data(), end, row);
+    if (failure != std::errc()) fail();
+    text_ = std::string_view(behind, static_cast<std::size_t>(end - behind));
+  }
+
+  std::string_view text_;
+};
+
+std::string cellName(int row, int column) {
+  std::string name;
+  if (column > lettersOfNames) name += static_cast<char>('A' + (column - 1) / lettersOfNames - 1);
+  name += static_cast<char>('A' + (column - 1) % lettersOfNames);
+  return name + std::to_string(row);
+}
+
+}  // namespace
+
+void checkCell(int row, int column) {
+  if (row < 1 || row > maxSheetRows || column < 1 || column > maxSheetColumns) {
+    throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+  }
+}
+
+CellRange checkedRange(const CellRange& range) {
+  checkCell(range.firstRow, range.firstColumn);
+  checkCell(range.lastRow, range.lastColumn);
+  const auto [top, bottom] = std::minmax(range.firstRow, range.lastRow);
+  const auto [left, right] = std::minmax(range.firstColumn, range.lastColumn);
+  return {top, left, bottom, right};
+}
+
+void checkCellText(std::string_view text) {
+  if (text.size() > maxCellText && toUtf16(text).size() > maxCellText) {
+    throw RuntimeError(ErrorNumber::InvalidProcedureCall, "The text is too long for a cell");
+  }
+}
+
+void checkColumnWidth(double characters) {
+  if (!(characters >= 0 && characters <= maxColumnWidth)) {
+    throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+  }
+}
+
+CellRange listSource(std::string_view source) {
+  return SourceReader(source).read();
+}
+
+std::string rangeName(const CellRange& range) {
+  return cellName(range.firstRow, range.firstColumn) + ':' +
+         cellName(range.lastRow, range.lastColumn);
+}
+
+std::string_view booleanText(bool value) {
+  return value ? "TRUE" : "FALSE";
+}
+
+std::string_view cellErrorText(std::uint32_t code) {
+  switch (code) {
+    case 0x00:
+      return "#NULL!";
+    case 0x07:
+      return "#DIV/0!";
+    case 0x0F:
+      return "#VALUE!";
+    case 0x17:
+      return "#REF!";
+    case 0x1D:
+      return "#NAME?";
+    case 0x24:
+      return "#NUM!";
+    default:
+      return "#N/A";
+  }
+}
+
+}  // namespace velk

@@ -1,0 +1,100 @@
+#include "platform/spreadsheet/xls/records.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+
+namespace velk::xls {
+
+namespace {
+
+void appendLatin1(std::string& to, std::string_view characters) {
+  if (isAscii(characters)) {
+    to.append(characters);
+    return;
+  }
+  for (const char c : characters) {
+    const auto code = static_cast<unsigned char>(c);
+    if (code >= 0x80) to += static_cast<char>(0xC0U | code >> 6U);
+    to += code < 0x80 ? c : static_cast<char>(0x80U | (code & 0x3FU));
+  }
+}
+
+void appendUnits(std::u16string& to, std::string_view characters, bool wide) {
+  const std::size_t step = wide ? 2 : 1;
+  for (std::size_t i = 0; i < characters.size(); i += step) {
+    to += wide ? static_cast<char16_t>(loadNumber<std::uint16_t>(characters.data() + i))
+               : static_cast<char16_t>(static_cast<unsigned char>(characters[i]));
+  }
+}
+
+}  // namespace
+
+void ContinuedReader::advance() {
+  while (left_.empty()) {
+    if (!records_.continues()) damaged("a text ends too early");
+    records_.next();
+    left_ = records_.payload();
+  }
+}
+
+std::uint8_t ContinuedReader::u8() {
+  if (left_.empty()) advance();
+  const auto byte = static_cast<std::uint8_t>(left_.front());
+  left_.remove_prefix(1);
+  return byte;
+}
+
+std::uint16_t ContinuedReader::u16() {
+  const unsigned low = u8();
+  return static_cast<std::uint16_t>(low | static_cast<unsigned>(u8()) << 8U);
+}
+
+std::uint32_t ContinuedReader::u32() {
+  const std::uint32_t low = u16();
+  return low | static_cast<std::uint32_t>(u16()) << 16U;
+}
+
+void ContinuedReader::skip(std::size_t count) {
+  while (count > 0) {
+    advance();
+    const std::size_t here = std::min(count, left_.size());
+    left_.remove_prefix(here);
+    count -= here;
+  }
+}
+
+void ContinuedReader::appendText(std::string& to, std::size_t length) {
+  const unsigned flags = u8();
+  const std::size_t runs = (flags & textHasRuns) != 0 ? u16() : 0;
+  const std::size_t phonetics = (flags & textHasPhonetics) != 0 ? u32() : 0;
+  const bool wide = (flags & textIsWide) != 0;
+  if (!wide && left_.size() >= length) {
+    appendLatin1(to, left_.substr(0, length));
+    left_.remove_prefix(length);
+  } else {
+    appendCharacters(to, length, wide);
+  }
+  skip(runs * 4);
+  skip(phonetics);
+}
+
+/// Where characters go on in another record, a byte in front of them tells their width anew. Both
+/// halves of a surrogate pair have to meet, so all units are gathered first.
+void ContinuedReader::appendCharacters(std::string& to, std::size_t length, bool wide) {
+  std::u16string units;
+  while (units.size() < length) {
+    if (left_.empty()) {
+      advance();
+      wide = (u8() & textIsWide) != 0;
+    }
+    const std::size_t step = wide ? 2 : 1;
+    const std::size_t here = std::min((length - units.size()) * step, left_.size() / step * step);
+    if (here == 0 && !left_.empty()) damaged("a character is cut in two");
+    appendUnits(units, left_.substr(0, here), wide);
+    left_.remove_prefix(here);
+  }
+  to += toUtf8(units);
+}
+
+}  // namespace velk::xls

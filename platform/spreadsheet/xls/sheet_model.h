@@ -1,0 +1,42 @@
+// A new worksheet before it is written. Rows and columns count from 0 here, as they do in files.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <vector>
+
+#include "platform/spreadsheet.h"
+#include "platform/spreadsheet/xls/sheet_data.h"
+#include "platform/spreadsheet/xls/text_set.h"
+
+namespace velk::xls {
+
+struct ListValidation {
+  CellRange cells;
+  CellRange source;
+};
+
+struct SheetColumn {
+  std::optional<double> width;  ///< in characters
+  bool hidden = false;
+};
+
+struct SheetModel {
+  TextSet texts;
+  CellTable cells;  ///< texts and blank ones only
+  std::vector<CellRange> bold;
+  std::vector<ListValidation> validations;
+  std::map<int, SheetColumn> columns;
+
+  bool isBold(const Cell& cell) const {
+    for (const CellRange& range : bold) {
+      if (cell.row >= range.firstRow && cell.row <= range.lastRow &&
+          cell.column >= range.firstColumn && cell.column <= range.lastColumn) {
+        return true;
+      }
+    }
+    return false;
+  }
+};
+
+}  // namespace velk::xls

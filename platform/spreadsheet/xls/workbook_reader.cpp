@@ -1,0 +1,319 @@
+#include "platform/spreadsheet/xls/workbook_reader.h"
+
+#include <map>
+#include <optional>
+
+#include "platform/spreadsheet/sheet_cells.h"
+#include "platform/spreadsheet/xls/records.h"
+
+namespace velk::xls {
+
+namespace {
+
+/// A packed number: an integer or the upper half of a double, and either may stand for a hundredth.
+double unpack(std::uint32_t packed) {
+  constexpr std::uint32_t isHundredfold = 1;
+  constexpr std::uint32_t isInteger = 2;
+  const double value = (packed & isInteger) != 0
+                           ? static_cast<std::int32_t>(packed) >> 2
+                           : std::bit_cast<double>(std::uint64_t{packed & 0xFFFFFFFCU} << 32U);
+  return (packed & isHundredfold) != 0 ? value / 100 : value;
+}
+
+void checkVersion(const RecordReader& records) {
+  const Record type = records.type();
+  const bool older = type == Record::Bof2 || type == Record::Bof3 || type == Record::Bof4;
+  if (!older && type != Record::Bof) damaged("its records do not begin as they should");
+  if (older || FieldReader(records.payload()).u16() != versionBiff8) {
+    refuse(
+        "The workbook is in the format of version 5.0/95 or older; save it as an Excel 97-2003 "
+        "workbook (*.xls)");
+  }
+}
+
+std::uint16_t substreamKind(const RecordReader& records) {
+  FieldReader fields(records.payload());
+  fields.skip(2);
+  return fields.u16();
+}
+
+class GlobalsReader {
+ public:
+  GlobalsReader(std::string_view stream, SheetContents& contents)
+      : records_(stream, 0), contents_(contents) {}
+
+  /// Where the first worksheet begins.
+  std::size_t read() {
+    records_.next();
+    checkVersion(records_);
+    if (substreamKind(records_) != substreamGlobals) damaged("its sheets are not listed");
+    for (records_.next(); records_.type() != Record::Eof; records_.next()) readRecord();
+    for (std::uint16_t& format : contents_.cellFormats) format = positionOf(format);
+    if (!firstSheet_) refuse("The workbook has no worksheet");
+    return *firstSheet_;
+  }
+
+ private:
+  void readRecord() {
+    FieldReader fields(records_.payload());
+    switch (records_.type()) {
+      case Record::FilePass:
+        refuse("The workbook is protected with a password; save it without one");
+      case Record::DateMode:
+        contents_.from1904 = fields.u16() != 0;
+        break;
+      case Record::SharedStrings:
+        readSharedStrings();
+        break;
+      case Record::Format:
+        readFormat();
+        break;
+      case Record::ExtendedFormat:
+        fields.skip(2);
+        contents_.cellFormats.push_back(fields.u16());
+        break;
+      case Record::BoundSheet:
+        readSheetEntry(fields);
+        break;
+      default:
+        break;
+    }
+  }
+
+  /// The number of texts that the record claims does not matter, only what is there.
+  void readSharedStrings() {
+    ContinuedReader reader(records_);
+    reader.skip(8);
+    while (!reader.atEnd()) {
+      contents_.texts.add([&](std::string& to) { reader.appendText(to); });
+    }
+  }
+
+  void readFormat() {
+    ContinuedReader reader(records_);
+    const std::uint16_t number = reader.u16();
+    std::string code;
+    reader.appendText(code);
+    formats_[number] = std::move(code);
+  }
+
+  void readSheetEntry(FieldReader fields) {
+    const std::uint32_t offset = fields.u32();
+    fields.skip(1);  // shown or hidden
+    if (fields.u8() == sheetIsWorksheet && !firstSheet_) firstSheet_ = offset;
+  }
+
+  /// Formats are made once each, when a cell format uses them.
+  std::uint16_t positionOf(std::uint16_t number) {
+    const auto [entry, isNew] = positions_.try_emplace(number, std::uint16_t{0});
+    if (isNew && contents_.formats.size() <= 0xFFFF) {
+      entry->second = static_cast<std::uint16_t>(contents_.formats.size());
+      const auto found = formats_.find(number);
+      contents_.formats.emplace_back(found == formats_.end() ? builtInFormat(number)
+                                                             : found->second);
+    }
+    return entry->second;
+  }
+
+  RecordReader records_;
+  SheetContents& contents_;
+  std::map<std::uint16_t, std::string> formats_;
+  std::map<std::uint16_t, std::uint16_t> positions_;
+  std::optional<std::size_t> firstSheet_;
+};
+
+class SheetReader {
+ public:
+  SheetReader(std::string_view stream, std::size_t at, SheetContents& contents)
+      : records_(stream, at), contents_(contents), sharedTexts_(contents.texts.size()) {}
+
+  void read() {
+    records_.next();
+    checkVersion(records_);
+    if (substreamKind(records_) != substreamWorksheet) damaged("its first worksheet is no such");
+    // Charts within the sheet are streams of their own, from begin to end.
+    for (std::size_t depth = 1; depth > 0;) {
+      records_.next();
+      if (records_.type() == Record::Bof) ++depth;
+      if (records_.type() == Record::Eof) --depth;
+      if (depth == 1) readRecord();
+    }
+    checkPendingText();
+    contents_.cells.arrange();
+  }
+
+ private:
+  struct Place {
+    std::uint16_t row;
+    std::uint16_t column;
+    std::uint16_t format;
+  };
+
+  void readRecord() {
+    switch (records_.type()) {
+      case Record::LabelSst:
+        return readLabelSst();
+      case Record::Label:
+      case Record::RString:
+        return readLabel();
+      case Record::Rk:
+        return readRk();
+      case Record::MulRk:
+        return readMulRk();
+      case Record::Number:
+        return readNumber();
+      case Record::BoolErr:
+        return readBoolErr();
+      case Record::Formula:
+        return readFormula();
+      case Record::String:
+        return readString();
+      default:
+        return;
+    }
+  }
+
+  static Place readPlace(FieldReader& fields) {
+    const std::uint16_t row = fields.u16();
+    const std::uint16_t column = fields.u16();
+    return {row, column, fields.u16()};
+  }
+
+  void add(const Place& place, CellKind kind, std::uint32_t value) {
+    if (place.column > 0xFF) damaged("a cell lies outside the sheet");
+    contents_.cells.add({place.row, static_cast<std::uint8_t>(place.column), kind, value});
+  }
+
+  void addNumber(const Place& place, double value) {
+    contents_.numbers.push_back({value, place.format});
+    add(place, CellKind::Number, static_cast<std::uint32_t>(contents_.numbers.size() - 1));
+  }
+
+  void addBoolErr(const Place& place, bool isError, std::uint8_t value) {
+    add(place, isError ? CellKind::Error : CellKind::Boolean, value);
+  }
+
+  void addText(const Place& place, ContinuedReader& reader) {
+    add(place, CellKind::Text,
+        contents_.texts.add([&](std::string& to) { reader.appendText(to); }));
+  }
+
+  void readLabelSst() {
+    FieldReader fields(records_.payload());
+    const Place place = readPlace(fields);
+    const std::uint32_t text = fields.u32();
+    if (text >= sharedTexts_) damaged("the text of a cell is missing");
+    add(place, CellKind::Text, text);
+  }
+
+  void readLabel() {
+    FieldReader fields(records_.payload());
+    const Place place = readPlace(fields);
+    ContinuedReader reader(records_);
+    reader.skip(6);
+    addText(place, reader);
+  }
+
+  void readRk() {
+    FieldReader fields(records_.payload());
+    const Place place = readPlace(fields);
+    addNumber(place, unpack(fields.u32()));
+  }
+
+  /// Neighbours in one row; the column of the last one stands behind them.
+  void readMulRk() {
+    FieldReader fields(records_.payload());
+    Place place{fields.u16(), fields.u16(), 0};
+    for (; fields.left() >= 6; ++place.column) {
+      place.format = fields.u16();
+      addNumber(place, unpack(fields.u32()));
+    }
+  }
+
+  void readNumber() {
+    FieldReader fields(records_.payload());
+    const Place place = readPlace(fields);
+    addNumber(place, fields.number());
+  }
+
+  void readBoolErr() {
+    FieldReader fields(records_.payload());
+    const Place place = readPlace(fields);
+    const std::uint8_t value = fields.u8();
+    addBoolErr(place, fields.u8() != 0, value);
+  }
+
+  /// The result of the last calculation. It is a number unless its upper two bytes are ones; then
+  /// its lowest byte tells the kind.
+  void readFormula() {
+    constexpr std::uint64_t isNoNumber = 0xFFFF;
+    FieldReader fields(records_.payload());
+    const Place place = readPlace(fields);
+    const std::uint64_t result = fields.u64();
+    checkPendingText();
+    if (result >> 48U != isNoNumber) return addNumber(place, std::bit_cast<double>(result));
+    switch (const auto kind = static_cast<std::uint8_t>(result)) {
+      case 0:  // a text, in the next String record
+        pendingText_ = place;
+        break;
+      case 1:
+      case 2:
+        addBoolErr(place, kind == 2, static_cast<std::uint8_t>(result >> 16U));
+        break;
+      default:  // an empty text
+        break;
+    }
+  }
+
+  void readString() {
+    if (!pendingText_) return;
+    ContinuedReader reader(records_);
+    addText(*pendingText_, reader);
+    pendingText_.reset();
+  }
+
+  void checkPendingText() const {
+    if (pendingText_) damaged("the text of a formula is missing");
+  }
+
+  RecordReader records_;
+  SheetContents& contents_;
+  std::size_t sharedTexts_;
+  std::optional<Place> pendingText_;
+};
+
+}  // namespace
+
+std::string SheetContents::text(std::size_t row, std::size_t column) const {
+  const Cell* const cell = cells.find(row, column);
+  if (cell == nullptr) return {};
+  switch (cell->kind) {
+    case CellKind::Text:
+      return std::string(texts[cell->value]);
+    case CellKind::Boolean:
+      return std::string(booleanText(cell->value != 0));
+    case CellKind::Error:
+      return std::string(cellErrorText(cell->value));
+    case CellKind::Blank:
+      return {};
+    case CellKind::Number:
+      break;
+  }
+  return text(numbers[cell->value]);
+}
+
+std::string SheetContents::text(const Number& number) const {
+  const bool known = number.cellFormat < cellFormats.size();
+  const NumberFormat& format = formats[known ? cellFormats[number.cellFormat] : 0];
+  return format.text(number.value, from1904);
+}
+
+SheetContents readWorkbook(std::string_view stream) {
+  SheetContents contents;
+  const std::size_t sheet = GlobalsReader(stream, contents).read();
+  if (sheet >= stream.size()) damaged("its first worksheet is missing");
+  SheetReader(stream, sheet, contents).read();
+  return contents;
+}
+
+}  // namespace velk::xls

@@ -1,0 +1,206 @@
+#include "platform/spreadsheet/xls/workbook_writer.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/spreadsheet/xls/record_writer.h"
+#include "platform/spreadsheet/xls/text_width.h"
+
+namespace velk::xls {
+
+namespace {
+
+constexpr std::string_view sheetName = "Sheet1";
+
+// Positions of fonts: that of number 4 does not exist in any file, so bold is the fifth, number 5.
+constexpr std::size_t plainFonts = 4;
+constexpr std::size_t boldFont = 5;
+
+// Positions of cell formats. The first sixteen have to be there.
+constexpr std::size_t styleFormats = 15;
+constexpr std::size_t defaultFormat = 15;
+constexpr std::size_t textFormat = 16;
+constexpr std::size_t boldTextFormat = 17;
+
+constexpr std::size_t textNumberFormat = 49;  // "@"
+
+/// Stored widths are 256ths of a digit and count the five pixels beside the text, seven being a
+/// digit's.
+std::size_t storedWidth(double characters) {
+  constexpr double margin = 5.0 / 7;
+  return static_cast<std::size_t>(std::floor((characters + margin) * 256));
+}
+
+class WorkbookWriter {
+ public:
+  explicit WorkbookWriter(const SheetModel& sheet) : sheet_(sheet), records_(stream_) {}
+
+  std::string write() {
+    constexpr std::size_t cellLength = 14;
+    constexpr std::size_t rest = 8192;
+    const TextPool& texts = sheet_.texts.texts();
+    stream_.reserve(sheet_.cells.cells().size() * cellLength + texts.length() + 3 * texts.size() +
+                    rest);
+    writeGlobals();
+    writeSheet();
+    return std::move(stream_);
+  }
+
+ private:
+  void beginSubstream(std::uint16_t kind) {
+    constexpr std::size_t build = 0x0DBB;
+    constexpr std::size_t year = 0x07CC;
+    constexpr std::size_t lowestVersion = 6;
+    records_.begin(Record::Bof).u16(versionBiff8).u16(kind).u16(build).u16(year);
+    records_.u32(0).u32(lowestVersion);
+  }
+
+  void endSubstream() { records_.begin(Record::Eof).end(); }
+
+  void writeGlobals() {
+    constexpr std::size_t utf16 = 1200;
+    beginSubstream(substreamGlobals);
+    records_.begin(Record::CodePage).u16(utf16);
+    writeWindow();
+    records_.begin(Record::DateMode).u16(0);
+    for (std::size_t i = 0; i < plainFonts; ++i) writeFont(false);
+    writeFont(true);
+    writeFormats();
+    records_.begin(Record::BoundSheet);
+    sheetOffset_ = stream_.size();
+    records_.u32(0).u8(0).u8(sheetIsWorksheet).shortText(sheetName, 1);
+    writeTexts();
+    endSubstream();
+  }
+
+  void writeWindow() {
+    constexpr std::size_t scrollBarsAndTabs = 0x38;
+    records_.begin(Record::Window1).u16(0).u16(0).u16(16000).u16(9000).u16(scrollBarsAndTabs);
+    records_.u16(0).u16(0).u16(1).u16(600);
+  }
+
+  void writeFont(bool bold) {
+    constexpr std::size_t automaticColour = 0x7FFF;
+    constexpr std::uint8_t swiss = 2;
+    records_.begin(Record::Font).u16(defaultFontPoints * 20).u16(0).u16(automaticColour);
+    records_.u16(bold ? 700 : 400).u16(0).u8(0).u8(swiss).u8(0).u8(0);
+    records_.shortText(defaultFontName, 1);
+  }
+
+  void writeFormats() {
+    for (std::size_t i = 0; i < styleFormats; ++i) writeFormat(0, 0, 0xFFF5, i == 0 ? 0 : 0xF4);
+    constexpr std::size_t locked = 1;
+    constexpr std::uint8_t ownNumberFormat = 0x04;
+    constexpr std::uint8_t ownFont = 0x08;
+    writeFormat(0, 0, locked, 0);
+    writeFormat(0, textNumberFormat, locked, ownNumberFormat);
+    writeFormat(boldFont, textNumberFormat, locked, ownNumberFormat | ownFont);
+    constexpr std::size_t builtInStyle = 0x8000;
+    records_.begin(Record::Style).u16(builtInStyle).u8(0).u8(0xFF);  // "Normal"
+  }
+
+  void writeFormat(std::size_t font, std::size_t number, std::size_t kind, std::uint8_t own) {
+    constexpr std::uint8_t bottom = 0x20;
+    constexpr std::size_t noPattern = 0x20C0;
+    records_.begin(Record::ExtendedFormat).u16(font).u16(number).u16(kind);
+    records_.u8(bottom).u8(0).u8(0).u8(own).u32(0).u32(0).u16(noPattern);
+  }
+
+  void writeTexts() {
+    const TextPool& texts = sheet_.texts.texts();
+    const auto& cells = sheet_.cells.cells();
+    const auto used = std::count_if(cells.begin(), cells.end(),
+                                    [](const Cell& cell) { return cell.kind == CellKind::Text; });
+    records_.begin(Record::SharedStrings).u32(static_cast<std::size_t>(used)).u32(texts.size());
+    for (std::size_t i = 0; i < texts.size(); ++i) records_.sharedText(texts[i]);
+  }
+
+  void writeSheet() {
+    for (std::size_t i = 0; i < 4; ++i) {
+      stream_[sheetOffset_ + i] = static_cast<char>(stream_.size() >> 8U * i);
+    }
+    beginSubstream(substreamWorksheet);
+    for (const auto& [number, column] : sheet_.columns) writeColumn(number, column);
+    writeDimensions();
+    for (const Cell& cell : sheet_.cells.cells()) writeCell(cell);
+    constexpr std::size_t gridHeadersZerosSelectedShown = 0x06B6;
+    constexpr std::size_t automaticColour = 0x40;
+    records_.begin(Record::Window2).u16(gridHeadersZerosSelectedShown).u16(0).u16(0);
+    records_.u32(automaticColour).u16(0).u16(0).u32(0);
+    writeValidations();
+    endSubstream();
+  }
+
+  void writeColumn(int number, const SheetColumn& column) {
+    constexpr double usualWidth = 8.43;
+    const auto position = static_cast<std::size_t>(number);
+    records_.begin(Record::ColumnInfo).u16(position).u16(position);
+    records_.u16(storedWidth(column.width.value_or(usualWidth))).u16(defaultFormat);
+    records_.u16(column.hidden ? 1 : 0).u16(0);
+  }
+
+  void writeDimensions() {
+    const auto& cells = sheet_.cells.cells();
+    const auto [first, last] =
+        std::minmax_element(cells.begin(), cells.end(),
+                            [](const Cell& a, const Cell& b) { return a.column < b.column; });
+    records_.begin(Record::Dimensions);
+    if (cells.empty()) {
+      records_.zeros(14);
+    } else {
+      records_.u32(cells.front().row).u32(cells.back().row + 1U);
+      records_.u16(first->column).u16(last->column + 1U).u16(0);
+    }
+  }
+
+  void writeCell(const Cell& cell) {
+    const bool bold = sheet_.isBold(cell);
+    const bool blank = cell.kind == CellKind::Blank;
+    if (blank && !bold) return;
+    records_.begin(blank ? Record::Blank : Record::LabelSst);
+    records_.u16(cell.row).u16(cell.column).u16(bold ? boldTextFormat : textFormat);
+    if (!blank) records_.u32(cell.value);
+  }
+
+  void writeValidations() {
+    if (sheet_.validations.empty()) return;
+    constexpr std::size_t noDropDownShown = 0xFFFFFFFF;
+    records_.begin(Record::ValidationList).u16(0).u32(0).u32(0).u32(noDropDownShown);
+    records_.u32(sheet_.validations.size());
+    for (const ListValidation& validation : sheet_.validations) writeValidation(validation);
+  }
+
+  void writeValidation(const ListValidation& validation) {
+    constexpr std::size_t isList = 3;
+    constexpr std::size_t blankAllowedPromptAndStopShown = 0xC0100;
+    constexpr std::uint8_t areaToken = 0x25;
+    constexpr std::size_t areaLength = 9;
+    records_.begin(Record::Validation).u32(isList | blankAllowedPromptAndStopShown);
+    // No titles, no texts of its own; a text that is not there is a NUL.
+    for (int i = 0; i < 4; ++i) records_.shortText(std::string_view("\0", 1), 2);
+    records_.u16(areaLength).u16(0).u8(areaToken);
+    writeRange(validation.source);
+    records_.u16(0).u16(0);  // no second formula
+    records_.u16(1);
+    writeRange(validation.cells);
+  }
+
+  void writeRange(const CellRange& range) {
+    for (const int edge : {range.firstRow, range.lastRow, range.firstColumn, range.lastColumn}) {
+      records_.u16(static_cast<std::size_t>(edge));
+    }
+  }
+
+  const SheetModel& sheet_;
+  std::string stream_;
+  RecordWriter records_;
+  std::size_t sheetOffset_ = 0;
+};
+
+}  // namespace
+
+std::string writeWorkbook(const SheetModel& sheet) {
+  return WorkbookWriter(sheet).write();
+}
+
+}  // namespace velk::xls

@@ -1,0 +1,54 @@
+#include "platform/spreadsheet/xls/xls_file.h"
+
+#include <algorithm>
+
+#include "platform/spreadsheet/xls/compound_file.h"
+#include "platform/spreadsheet/xls/damage.h"
+
+namespace velk::xls {
+
+namespace {
+
+constexpr std::string_view saveAsXls = "; save it as an Excel 97-2003 workbook (*.xls)";
+
+[[noreturn]] void refuseAs(std::string_view what) {
+  refuse(std::string("The file is ").append(what).append(saveAsXls));
+}
+
+/// A sheet of versions 2 to 4 stands in its file without anything around it.
+bool isBareSheet(std::string_view file) {
+  return file.size() > 4 && file[0] == '\x09' && file[2] <= '\x08' && file[3] == '\0' &&
+         (file[1] == '\0' || file[1] == '\x02' || file[1] == '\x04');
+}
+
+[[noreturn]] void refuseOther(std::string_view file) {
+  constexpr std::size_t looked = 4096;
+  const std::string_view start = file.substr(0, looked);
+  if (file.empty()) refuse("The file is empty");
+  if (start.starts_with("PK\x03\x04")) {
+    const bool ods = start.find("opendocument.spreadsheet") != std::string_view::npos;
+    refuseAs(ods ? "an .ods workbook under another name" : "an .xlsx workbook under another name");
+  }
+  if (isBareSheet(file)) refuseAs("a workbook of version 4.0 or older");
+  const std::size_t first = start.find_first_not_of("\xEF\xBB\xBF \t\r\n");
+  if (first != std::string_view::npos && start[first] == '<') {
+    refuseAs("a web page or XML document under another name");
+  }
+  if (start.find('\0') == std::string_view::npos) refuseAs("a text file under another name");
+  refuse("The file is no workbook");
+}
+
+}  // namespace
+
+std::string workbookStream(std::string_view file) {
+  if (!CompoundFile::recognises(file)) refuseOther(file);
+  const CompoundFile compound(file);
+  if (auto stream = compound.stream("Workbook")) return std::move(*stream);
+  if (compound.stream("Book")) refuseAs("a workbook of version 5.0/95");
+  if (compound.stream("EncryptedPackage")) {
+    refuse("The workbook is protected with a password; save it without one");
+  }
+  refuse("The file is a document of another application; it holds no workbook");
+}
+
+}  // namespace velk::xls

@@ -1,0 +1,92 @@
+#include "platform/spreadsheet/xls/xls_sheet_writer.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/spreadsheet/sheet_cells.h"
+#include "platform/spreadsheet/xls/compound_writer.h"
+#include "platform/spreadsheet/xls/text_width.h"
+#include "platform/spreadsheet/xls/workbook_writer.h"
+
+namespace velk::xls {
+
+namespace {
+
+/// From one-based to zero-based, its corners in order.
+CellRange fileRange(const CellRange& range) {
+  const CellRange checked = checkedRange(range);
+  return {checked.firstRow - 1, checked.firstColumn - 1, checked.lastRow - 1,
+          checked.lastColumn - 1};
+}
+
+}  // namespace
+
+void XlsSheetWriter::setText(int row, int column, std::string_view text) {
+  checkCell(row, column);
+  checkCellText(text);
+  sheet_.cells.add({static_cast<std::uint16_t>(row - 1), static_cast<std::uint8_t>(column - 1),
+                    text.empty() ? CellKind::Blank : CellKind::Text,
+                    text.empty() ? 0 : sheet_.texts.add(text)});
+}
+
+void XlsSheetWriter::setBold(const CellRange& range) {
+  sheet_.bold.push_back(fileRange(range));
+  addBlanks(sheet_.bold.back());
+}
+
+/// A font needs a cell that has it: blank ones where there is none.
+void XlsSheetWriter::addBlanks(const CellRange& range) {
+  sheet_.cells.arrange();
+  std::vector<Cell> blanks;
+  for (int row = range.firstRow; row <= range.lastRow; ++row) {
+    for (int column = range.firstColumn; column <= range.lastColumn; ++column) {
+      const Cell blank{static_cast<std::uint16_t>(row), static_cast<std::uint8_t>(column),
+                       CellKind::Blank, 0};
+      if (sheet_.cells.find(blank.row, blank.column) == nullptr) blanks.push_back(blank);
+    }
+  }
+  for (const Cell& blank : blanks) sheet_.cells.add(blank);
+}
+
+void XlsSheetWriter::addListValidation(const CellRange& range, std::string_view source) {
+  sheet_.validations.push_back({fileRange(range), fileRange(listSource(source))});
+}
+
+SheetColumn& XlsSheetWriter::column(int number) {
+  checkCell(1, number);
+  return sheet_.columns[number - 1];
+}
+
+void XlsSheetWriter::setColumnWidth(int number, double characters) {
+  checkColumnWidth(characters);
+  column(number).width = characters;
+}
+
+void XlsSheetWriter::hideColumn(int number) {
+  column(number).hidden = true;
+}
+
+void XlsSheetWriter::autoFit(int firstColumn, int lastColumn) {
+  const CellRange range = fileRange({1, firstColumn, 1, lastColumn});
+  std::array<double, maxSheetColumns> widths{};
+  sheet_.cells.arrange();
+  for (const Cell& cell : sheet_.cells.cells()) {
+    if (cell.column < range.firstColumn || cell.column > range.lastColumn) continue;
+    if (cell.kind == CellKind::Blank) continue;
+    const double width = textWidth(sheet_.texts.texts()[cell.value], sheet_.isBold(cell));
+    widths[cell.column] = std::max(widths[cell.column], std::min(width, maxColumnWidth));
+  }
+  for (int number = range.firstColumn; number <= range.lastColumn; ++number) {
+    const double width = widths[static_cast<std::size_t>(number)];
+    if (width > 0) column(number + 1).width = width;
+  }
+}
+
+void XlsSheetWriter::saveAs(std::string_view path) {
+  sheet_.cells.arrange();
+  const auto file = files_.openReplacement(path);
+  writeCompoundFile(*file, writeWorkbook(sheet_));
+  file->close();
+}
+
+}  // namespace velk::xls

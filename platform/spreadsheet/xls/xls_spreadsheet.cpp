@@ -1,0 +1,60 @@
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
+
+#include <cstdint>
+
+#include "base/errors.h"
+#include "base/growing_buffer.h"
+#include "platform/spreadsheet/sheet_cells.h"
+#include "platform/spreadsheet/xls/workbook_reader.h"
+#include "platform/spreadsheet/xls/xls_file.h"
+#include "platform/spreadsheet/xls/xls_sheet_writer.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::uint64_t maxLength = 1U << 30U;  // offsets within texts are 32 bits
+
+class XlsSheetReader final : public WorksheetReader {
+ public:
+  explicit XlsSheetReader(xls::SheetContents contents) : contents_(std::move(contents)) {}
+
+  int rowCount() const override { return static_cast<int>(contents_.cells.rowCount()); }
+
+  std::string text(int row, int column) const override {
+    checkCell(row, column);
+    return contents_.text(static_cast<std::size_t>(row) - 1, static_cast<std::size_t>(column) - 1);
+  }
+
+ private:
+  xls::SheetContents contents_;
+};
+
+/// The file's workbook; the bytes of the file itself are gone when it is there.
+std::string streamOf(InputFile& file) {
+  if (file.length() >= maxLength) throw RuntimeError(ErrorNumber::OutOfMemory);
+  GrowingBuffer<char> bytes;
+  bytes.reserve(static_cast<std::size_t>(file.length()) + 1);
+  const std::size_t length = file.read(bytes.data(), bytes.capacity() - 1);
+  return xls::workbookStream({bytes.data(), length});
+}
+
+std::unique_ptr<WorksheetReader> readStream(const std::string& stream) {
+  return std::make_unique<XlsSheetReader>(xls::readWorkbook(stream));
+}
+
+}  // namespace
+
+std::unique_ptr<WorksheetReader> XlsSpreadsheet::open(std::string_view path) {
+  return readStream(streamOf(*files_.openInput(path)));
+}
+
+std::unique_ptr<WorksheetWriter> XlsSpreadsheet::add() {
+  return std::make_unique<xls::XlsSheetWriter>(files_);
+}
+
+std::unique_ptr<WorksheetReader> readXls(std::string_view file) {
+  return readStream(xls::workbookStream(file));
+}
+
+}  // namespace velk

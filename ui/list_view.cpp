@@ -1,0 +1,134 @@
+#include "ui/list_view.h"
+
+#include <utility>
+
+#include "base/errors.h"
+#include "ui/controls.h"
+
+namespace velk {
+
+ListView::ListView(Form& form, const Control* container, std::string_view name, Bounds bounds)
+    : Control(form, container, name, bounds) {
+  declare({{"BackColor", systemColor::windowBackground},
+           {"ForeColor", systemColor::windowText},
+           {"ScrollLeft", 0},
+           {"SelectedRow", 0}});
+}
+
+const ListView::Column& ListView::at(std::size_t column) const {
+  if (column >= columns_.size()) throw RuntimeError(ErrorNumber::IndexOutOfBounds);
+  return columns_[column];
+}
+
+ListView::Column& ListView::at(std::size_t column) {
+  static_cast<void>(std::as_const(*this).at(column));
+  return columns_[column];
+}
+
+void ListView::checkRow(std::size_t row) const {
+  if (row < 1 || row > rowCount_) throw RuntimeError(ErrorNumber::IndexOutOfBounds);
+}
+
+void ListView::setTitle(std::size_t column, std::string_view title) {
+  at(column).title = title;
+  form().observer().columnsChanged(*this);
+}
+
+void ListView::setWidth(std::size_t column, int width) {
+  at(column).width = width;
+  form().observer().columnsChanged(*this);
+}
+
+void ListView::addColumn(std::string_view title, int width) {
+  columns_.push_back({.title = std::string(title), .width = width, .written = {}, .cells = {}});
+  form().observer().columnsChanged(*this);
+}
+
+void ListView::clearColumns() {
+  columns_.clear();
+  form().observer().columnsChanged(*this);
+}
+
+void ListView::dropTexts(Column& column) {
+  column.written.clear();
+  column.cells.reset();
+}
+
+void ListView::clearRows() {
+  for (Column& column : columns_) dropTexts(column);
+  rowCount_ = 0;
+  form().observer().rowsChanged(*this, 0, 0);
+}
+
+void ListView::addRows(std::size_t count) {
+  rowCount_ += count;
+  form().observer().rowsChanged(*this, 0, rowCount_);
+}
+
+std::string_view ListView::cell(std::size_t row, std::size_t column) const {
+  checkRow(row);
+  const Column& c = at(column);
+  if (const auto written = c.written.find(row); written != c.written.end()) {
+    return written->second.text;
+  }
+  if (c.cells == nullptr || row < c.firstRow || row - c.firstRow >= c.cells->size()) return {};
+  return (*c.cells)[row - c.firstRow];
+}
+
+bool ListView::isBold(std::size_t row, std::size_t column) const {
+  checkRow(row);
+  const auto& written = at(column).written;
+  const auto found = written.find(row);
+  return found != written.end() && found->second.bold;
+}
+
+void ListView::setCell(std::size_t row, std::size_t column, std::string_view text, bool bold) {
+  checkRow(row);
+  at(column).written.insert_or_assign(row, Cell{std::string(text), bold});
+  form().observer().rowsChanged(*this, row, row);
+}
+
+void ListView::setColumn(std::size_t column, std::size_t firstRow,
+                         std::shared_ptr<const TextColumn> cells) {
+  Column& c = at(column);
+  c.written.erase(c.written.lower_bound(firstRow), c.written.end());
+  c.cells = std::move(cells);
+  c.firstRow = firstRow;
+  form().observer().rowsChanged(*this, firstRow, rowCount_);
+}
+
+std::shared_ptr<const TextColumn> ListView::columnCells(std::size_t column) const {
+  return at(column).cells;
+}
+
+bool ListView::hasEmptyCell(std::size_t column) const {
+  for (std::size_t row = 1; row <= rowCount_; ++row) {
+    if (cell(row, column).empty()) return true;
+  }
+  at(column);
+  return false;
+}
+
+EventResult ListView::userColumnClick(std::size_t column) {
+  if (!onColumnClick) return EventResult::Dropped;
+  return form().dispatch(this, [&] { onColumnClick(column); });
+}
+
+EventResult ListView::userMouseUp(MouseButton button, int x, int y) {
+  if (!onMouseUp) return EventResult::Dropped;
+  return form().dispatch(this, [&] { onMouseUp(button, x, y); });
+}
+
+void ListView::userColumnWidth(std::size_t column, int width) {
+  if (column < columns_.size()) columns_[column].width = width;
+}
+
+void ListView::userScroll(int left) {
+  userSet("ScrollLeft", left);
+}
+
+void ListView::userSelect(std::size_t row) {
+  userSet("SelectedRow", static_cast<std::int32_t>(row));
+}
+
+}  // namespace velk
