@@ -3,20 +3,22 @@
 #include "mapping/Velk_frmCustOpn_OpnImp.h"
 #include "masters/Velk_frmBankBranch_OpnImp.h"
 #include "opening/Velk_frmVenOpn_OpnImp.h"
-#include "opening/customer_opening.h"
-#include "opening/vendor_opening.h"
+#include "opening/opening_import.h"
 
 namespace velk {
 
 void Velk_ClsOpnImp::ImportCustomerOpening(const std::shared_ptr<Connection>& myConn,
                                            const std::shared_ptr<const Picture>& AppIcon) {
-  std::make_shared<Velk_frmCustOpn_OpnImp>(module_, importCustomerOpening)
+  std::make_shared<Velk_frmCustOpn_OpnImp>(module_,
+                                           std::make_unique<OpeningImportButton>(customerOpening))
       ->initForm(myConn, AppIcon);
 }
 
 void Velk_ClsOpnImp::ImportVendorOpening(const std::shared_ptr<Connection>& myConn,
                                          const std::shared_ptr<const Picture>& AppIcon) {
-  std::make_shared<Velk_frmVenOpn_OpnImp>(module_, importVendorOpening)->initForm(myConn, AppIcon);
+  std::make_shared<Velk_frmVenOpn_OpnImp>(module_,
+                                          std::make_unique<OpeningImportButton>(vendorOpening))
+      ->initForm(myConn, AppIcon);
 }
 
 void Velk_ClsOpnImp::ImportBankBranchOpening(const std::shared_ptr<Connection>& myConn,

@@ -1,6 +1,7 @@
 #include "mapping/Velk_frmCustOpn_OpnImp.h"
 
 #include <array>
+#include <utility>
 
 namespace velk {
 
@@ -29,7 +30,8 @@ constexpr OpeningScreenKind kind{
 
 }  // namespace
 
-Velk_frmCustOpn_OpnImp::Velk_frmCustOpn_OpnImp(Velk_ModOpnImp& module, ImportRoutine import)
-    : OpeningScreen(module, kind, import) {}
+Velk_frmCustOpn_OpnImp::Velk_frmCustOpn_OpnImp(Velk_ModOpnImp& module,
+                                               std::unique_ptr<ImportButton> import)
+    : OpeningScreen(module, kind, std::move(import)) {}
 
 }  // namespace velk

@@ -7,7 +7,7 @@ namespace velk {
 
 class Velk_frmCustOpn_OpnImp final : public OpeningScreen {
  public:
-  Velk_frmCustOpn_OpnImp(Velk_ModOpnImp& module, ImportRoutine import);
+  Velk_frmCustOpn_OpnImp(Velk_ModOpnImp& module, std::unique_ptr<ImportButton> import);
 
   ListView& lstCust = mappingList;
 };

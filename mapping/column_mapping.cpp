@@ -30,7 +30,7 @@ void ImportScreen::mapColumn(std::size_t fileColumn, std::size_t field) {
 }
 
 void ImportScreen::mapIdenticalNames() {
-  module_.trapWithLine("Error in Mapping Identical Fields", [this] {
+  run_.trapWithLine("Error in Mapping Identical Fields", [this] {
     rebuildMappingList(rules_.firstCell.afterAutomaticMapping,
                        static_cast<std::size_t>(recordCount_));
     for (std::size_t column = 0; column < lv.columnCount(); ++column) mapIfNamed(column);
@@ -63,22 +63,25 @@ void ImportScreen::lv_ColumnClick(std::size_t column) {
 }
 
 void ImportScreen::mappingList_ColumnClick(std::size_t column) {
-  module_.trapWithLine("Error in Mapping the Field", [&] { mapSelectedColumn(column); });
+  run_.trapWithLine("Error in Mapping the Field", [&] { mapSelectedColumn(column); });
 }
 
 void ImportScreen::mapSelectedColumn(std::size_t clicked) {
   if (nonEmptyLines_) storeRecordCount(*nonEmptyLines_);
   if (selection_ != Selection::FileColumn) {
-    module_.hostService().messageBox(rules_.selectFirst, styleOk);
-    return;
+    return refuseMapping(Reason::NoColumnChosen, clicked, rules_.selectFirst);
   }
   selection_ = Selection::Used;
   const std::size_t field = fieldTitled(mappingList.title(clicked));
   if (fields_[field].needsValues && lv.hasEmptyCell(selectedColumn_)) {
-    module_.hostService().messageBox(rules_.hasEmptyValue, styleOk);
-    return;
+    return refuseMapping(Reason::EmptyValues, field, rules_.hasEmptyValue);
   }
   mapColumn(selectedColumn_, field);
+}
+
+void ImportScreen::refuseMapping(Reason reason, std::size_t field, std::string_view message) {
+  module_.hostService().messageBox(message, styleOk);
+  run_.observer().mappingRefused({reason, field, {}}, message);
 }
 
 std::size_t ImportScreen::fieldTitled(std::string_view title) const {

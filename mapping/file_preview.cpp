@@ -67,7 +67,21 @@ void ImportScreen::showPreview(const FileTable& table) {
     lv.setColumn(column, 1, table.columns[column]);
   }
   nonEmptyLines_ = table.nonEmptyLines;
+  const auto records = static_cast<std::int64_t>(table.rows);
+  if (records >= rules_.largestRecordCount) refuseTooMany(records);
   storeRecordCount(table.nonEmptyLines);
+}
+
+// The count is stored in 16 bits on some screens, and imports add 1 to it: one record less than
+// fits is the most that can be imported.
+void ImportScreen::refuseTooMany(std::int64_t count) {
+  const std::string text = "The file has " + std::to_string(count) + " records; at most " +
+                           std::to_string(rules_.largestRecordCount - 1) +
+                           " can be imported in one go. Split the file.";
+  module_.hostService().messageBox(text, styleExclamation);
+  run_.observer().viewRefused(
+      {Reason::TooManyRecords, std::nullopt, {}, static_cast<std::size_t>(count)}, text);
+  throw RuntimeError(ErrorNumber::Overflow);
 }
 
 // `lines` are those that are not empty; the header line is one of them.

@@ -40,7 +40,7 @@ void ImportScreen::bindEvents() {
   cmdImport.onClick = [this] {
     const WaitCursor wait(desktop());
     cmdImport_Click();
-    leaveRows();
+    run_.leaveRows();
   };
   cmdExit.onClick = [this] { trapRoutine("cmdExit_Click", [this] { unload(); }); };
   lv.onColumnClick = [this](std::size_t column) { lv_ColumnClick(column); };
@@ -136,38 +136,15 @@ void ImportScreen::emptyScreen() {
   cmdview.setEnabled(false);
 }
 
-std::optional<std::size_t> ImportScreen::firstEmptyCell(std::size_t field, std::size_t last) {
-  for (std::size_t row = firstDataRow; row <= last; ++row) {
-    currentRow_ = row;
-    if (mappingList.cell(row, field).empty()) return row;
-  }
-  leaveRows();
-  return std::nullopt;
-}
-
-void ImportScreen::leaveRows() {
-  currentRow_ = 0;
-  posting_ = false;
-}
-
-std::string ImportScreen::stopText(const RuntimeError& error) const {
-  if (!posting_) return error.description();
-  const std::string where =
-      currentRow_ == 0 ? "its end" : "record " + std::to_string(currentRow_ - mappingRow);
-  std::string text = "The import stopped at " + where + ": " + error.description();
-  while (text.ends_with('.')) text.pop_back();  // the one that follows is enough
-  return currentRow_ == firstDataRow ? text + "." : text + std::string(alreadyPosted);
-}
-
 void ImportScreen::eventFailed(const RuntimeError& error) noexcept {
   try {
-    const std::string text = stopText(error);
+    const std::string text = run_.stop(error);
     module_.LogError(text, std::to_string(error.number()));
     desktop().messageBox(text, styleCritical);
   } catch (...) {
     // There is no way left to tell the user; the host must live on.
   }
-  leaveRows();
+  run_.leaveRows();
 }
 
 }  // namespace velk

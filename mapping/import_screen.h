@@ -21,6 +21,7 @@
 #include <utility>
 
 #include "mapping/file_table.h"
+#include "mapping/import_run.h"
 #include "mapping/mapping_rules.h"
 #include "platform/database.h"
 #include "shared/Velk_ModOpnImp.h"
@@ -31,8 +32,8 @@ namespace velk {
 
 class ImportScreen : public Form {
  public:
-  static constexpr std::size_t mappingRow = 1;
-  static constexpr std::size_t firstDataRow = 2;
+  static constexpr std::size_t mappingRow = ImportRun::mappingRow;
+  static constexpr std::size_t firstDataRow = ImportRun::firstDataRow;
   static constexpr Bounds fixedBounds{.left = 0, .top = 0, .width = 12000, .height = 8580};
 
   Frame FraBrowse;
@@ -64,39 +65,26 @@ class ImportScreen : public Form {
   /// RecordCount + 1. Error 6 when that is beyond the range of the count.
   std::size_t lastDataRow() const;
 
-  /// The row of the mapping list that the import stands on; 0 outside its loops.
-  std::size_t currentRow() const { return currentRow_; }
+  /// The import that runs on the screen, or that will: where it stands and what it says.
+  ImportRun& run() { return run_; }
+  std::size_t currentRow() const { return run_.currentRow(); }
 
-  /// The first row from firstDataRow to `last` whose cell is empty, leaving it the current row;
-  /// nothing when there is none.
-  std::optional<std::size_t> firstEmptyCell(std::size_t field, std::size_t last);
-  std::optional<std::size_t> firstEmptyCell(std::size_t field) {
-    return firstEmptyCell(field, lastDataRow());
-  }
-  /// Runs `record` for each row from firstDataRow to `last` in order, the row being the current
-  /// one. An error that leaves it keeps the current row, so that the user can be told where the
-  /// import stopped; one that comes behind it, in the same run, stopped the import at its end.
-  template <class Record>
-  void forEachRecord(std::size_t last, Record&& record) {
-    for (std::size_t row = firstDataRow; row <= last; ++row) {
-      currentRow_ = row;
-      posting_ = true;
-      record(row);
-    }
-    currentRow_ = 0;
-  }
-  template <class Record>
-  void forEachRecord(Record&& record) {
-    forEachRecord(lastDataRow(), std::forward<Record>(record));
-  }
-
-  /// How the message of a run that stopped behind its first record ends.
-  static constexpr std::string_view alreadyPosted =
-      ". Records before it are posted; importing this file again would post them twice.";
+  /// The fields of the mapping list, in its columns' order.
+  std::span<const TargetField> fields() const { return fields_; }
 
   /// After a run: file name, lists and preview columns emptied, the file forgotten, View and Import
   /// disabled.
   void emptyScreen();
+
+  /// Runs a routine of the screen under the trap that logs its screen and routine.
+  template <class Routine>
+  bool trapRoutine(std::string_view routine, Routine&& body) {
+    return run_.trap(name() + " : " + std::string(routine) + " - ", body);
+  }
+
+  /// Shows a file's titles and records in place of what is shown, and keeps their count. Error 6,
+  /// which the user is told the reason of, when there are more than can be imported.
+  void showPreview(const FileTable& table);
 
   /// The column of a list at a horizontal position (twips from the list's left edge, the list's
   /// scroll position counted in); nothing beyond the last one.
@@ -114,7 +102,6 @@ class ImportScreen : public Form {
   void loadNotYetCaption();
   /// Gives the mapping list these columns; they outlive the screen.
   void setFields(std::span<const TargetField> fields);
-  std::span<const TargetField> fields() const { return fields_; }
 
   // The steps that screens have on their own
   /// The steps of initForm between the host's two hooks.
@@ -123,9 +110,6 @@ class ImportScreen : public Form {
   virtual void setUpDialog() = 0;
   /// Fills the preview from the file named in TxtFileName. False: what is shown can't be imported.
   virtual bool loadPreview();
-  /// Shows a file's titles and records in place of what stands there, and keeps their count. Error
-  /// 6 when it is out of range.
-  void showPreview(const FileTable& table);
   /// Where a window goes that was resized, or found maximised.
   virtual Bounds keptBounds(WindowState /*state*/) { return fixedBounds; }
   /// The Import button.
@@ -142,15 +126,6 @@ class ImportScreen : public Form {
   void Form_KeyDown(std::int16_t KeyCode, std::int16_t Shift) override;
   void Form_Resize() override;
   void eventFailed(const RuntimeError& error) noexcept override;
-
-  /// What the user is told of an error that ended an import: where, and what that means.
-  std::string stopText(const RuntimeError& error) const;
-
-  /// Runs a handler under the trap that logs its screen and routine.
-  template <class Routine>
-  bool trapRoutine(std::string_view routine, Routine&& body) {
-    return module_.trap(name() + " : " + std::string(routine) + " - ", body);
-  }
 
   /// Empties the preview, and what the screen remembers of the file.
   void forgetFile();
@@ -171,7 +146,8 @@ class ImportScreen : public Form {
   void writeNotYet(std::size_t field);
   std::size_t fieldTitled(std::string_view title) const;
   void mapSelectedColumn(std::size_t clicked);
-  void leaveRows();
+  void refuseMapping(Reason reason, std::size_t field, std::string_view message);
+  void refuseTooMany(std::int64_t count);
 
   Velk_ModOpnImp& module_;
   const MappingRules& rules_;
@@ -187,8 +163,7 @@ class ImportScreen : public Form {
   Selection selection_ = Selection::None;
   std::optional<std::size_t> targetColumn_;
   std::int32_t recordCount_ = 0;
-  std::size_t currentRow_ = 0;
-  bool posting_ = false;
+  ImportRun run_{module_, mappingList};
 };
 
 }  // namespace velk

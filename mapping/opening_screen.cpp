@@ -5,10 +5,10 @@
 namespace velk {
 
 OpeningScreen::OpeningScreen(Velk_ModOpnImp& module, const OpeningScreenKind& kind,
-                             ImportRoutine import)
+                             std::unique_ptr<ImportButton> import)
     : ImportScreen(module, kind.name, kind.caption, kind.mappingListName, kind.rules),
       kind_(kind),
-      import_(import) {
+      import_(std::move(import)) {
   setFields(kind.fields);
 }
 

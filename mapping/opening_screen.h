@@ -25,23 +25,28 @@ struct OpeningScreenKind {
   std::optional<std::size_t> hiddenField;
 };
 
-/// Runs an import on a viewed and mapped screen: the Import button's handler. It stands above the
-/// screens, so whoever makes a screen hands it in.
-using ImportRoutine = void (*)(OpeningScreen&);
+/// What the Import button does on a viewed and mapped screen. The imports of opening/ are such, and
+/// component/ gives each screen the one of its kind.
+class ImportButton {
+ public:
+  virtual ~ImportButton() = default;
+  virtual void click(OpeningScreen& screen) = 0;
+};
 
 class OpeningScreen : public ImportScreen {
  public:
   /// `kind` outlives the screen.
-  OpeningScreen(Velk_ModOpnImp& module, const OpeningScreenKind& kind, ImportRoutine import);
+  OpeningScreen(Velk_ModOpnImp& module, const OpeningScreenKind& kind,
+                std::unique_ptr<ImportButton> import);
 
  protected:
   void setUp(std::shared_ptr<Connection> myConn) override;
   void setUpDialog() override;
-  void cmdImport_Click() override { import_(*this); }
+  void cmdImport_Click() override { import_->click(*this); }
 
  private:
   const OpeningScreenKind& kind_;
-  ImportRoutine import_;
+  std::unique_ptr<ImportButton> import_;
 };
 
 // The fields that both opening screens have, behind code and name.

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "masters/salesman_workbook.h"
 
 namespace velk {
 
@@ -54,7 +55,7 @@ struct MasterType {
 constexpr std::array<MasterType, 3> types{{
     {"Bank & Branch", bankBranchFields, "BankBranch Import", "csv Files (*.csv)|*.csv", false},
     {"Vendor", vendorFields, "Vendor Import", "csv files (*.csv)|*.csv", false},
-    {"Salesman", salesmanFields, "Salesman Import", "Excel Spreadsheets (*.xls)|*.xls", true},
+    {"Salesman", salesmanFields, "Salesman Import", workbookFilter, true},
 }};
 
 std::vector<std::string> typeNames() {
@@ -133,8 +134,10 @@ void Velk_frmBankBranch_OpnImp::setUpDialog() {
 bool Velk_frmBankBranch_OpnImp::loadPreview() {
   if (type() != Type::Salesman) return ImportScreen::loadPreview();
   if (!ImportExcelData(trim(TxtFileName.value()))) return false;
-  if (ChkForValidDSTypeName() != 0) return true;
-  desktop().messageBox("DSCaption name mismatch", styleInformation, "Vorel");
+  if (dsTypes_.ChkForValidDSTypeName() != 0) return true;
+  constexpr std::string_view message = "DSCaption name mismatch";
+  desktop().messageBox(message, styleInformation, "Vorel");
+  run().observer().viewRefused({Reason::CaptionMismatch, std::nullopt, {}}, message);
   return false;
 }
 

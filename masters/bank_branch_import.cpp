@@ -1,8 +1,8 @@
-// Banks and branches: each record writes its bank, then its branch.
+#include "masters/bank_branch_import.h"
+
 #include <array>
 
 #include "base/text.h"
-#include "masters/Velk_frmBankBranch_OpnImp.h"
 
 namespace velk {
 
@@ -22,15 +22,13 @@ void doubleQuotes(std::string& text) {
 
 }  // namespace
 
-void Velk_frmBankBranch_OpnImp::ImportBankBranch() {
-  importFile(&Velk_frmBankBranch_OpnImp::postBankAndBranch);
-}
-
-void Velk_frmBankBranch_OpnImp::postBankAndBranch(std::size_t row) {
+// A bank with several branches is written once for each of them: its procedure takes one that
+// exists already.
+void BankBranchImport::postRecord(std::size_t row) {
   std::string bankCode = value(row, Field::BankCode);
   std::string bankName = value(row, Field::BankName);
   ImportBank(bankCode, bankName);
-  // Read again: the bank's values have been changed.
+  // Read again, because ImportBank has doubled the quotes.
   bankCode = value(row, Field::BankCode);
   bankName = value(row, Field::BankName);
   std::string branchCode = value(row, Field::BranchCode);
@@ -38,24 +36,21 @@ void Velk_frmBankBranch_OpnImp::postBankAndBranch(std::size_t row) {
   ImportBranch(bankCode, bankName, branchCode, branchName);
 }
 
-void Velk_frmBankBranch_OpnImp::ImportBank(std::string& BankCode, std::string& BankName) {
+// Only the bank's procedure gets its quotes doubled: databases hold bank codes written so, and the
+// branch's procedure finds them by its own rule.
+void BankBranchImport::ImportBank(std::string& BankCode, std::string& BankName) {
   for (std::string* text : {&BankCode, &BankName}) {
     trimInPlace(*text);
-    // For this procedure only, intended.
     doubleQuotes(*text);
   }
-  const std::array<ProcedureParameter, 2> bank{
-      {{BankCode, DataType::VarChar}, {BankName, DataType::VarChar}}};
-  call("sp_insert_BankMaster", bank);
+  call("sp_insert_BankMaster", std::array<ProcedureParameter, 2>{{{BankCode}, {BankName}}});
 }
 
-void Velk_frmBankBranch_OpnImp::ImportBranch(std::string& BankCode, const std::string& /*BankName*/,
-                                             std::string& BranchCode, std::string& BranchName) {
+void BankBranchImport::ImportBranch(std::string& BankCode, const std::string& /*BankName*/,
+                                    std::string& BranchCode, std::string& BranchName) {
   for (std::string* text : {&BranchCode, &BranchName, &BankCode}) trimInPlace(*text);
-  const std::array<ProcedureParameter, 3> branch{{{BranchCode, DataType::VarChar},
-                                                  {BranchName, DataType::VarChar},
-                                                  {BankCode, DataType::VarChar}}};
-  call("sp_insert_branch", branch);
+  call("sp_insert_branch",
+       std::array<ProcedureParameter, 3>{{{BranchCode}, {BranchName}, {BankCode}}});
 }
 
 }  // namespace velk

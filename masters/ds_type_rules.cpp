@@ -1,12 +1,11 @@
-// What a salesman's DS type (the category of a distributor's salesman) may be: the allowed values
-// of the operational category group in force.
+#include "masters/ds_type_rules.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 
 #include "base/errors.h"
 #include "base/numbers.h"
-#include "masters/Velk_frmBankBranch_OpnImp.h"
 
 namespace velk {
 
@@ -15,12 +14,8 @@ namespace {
 constexpr std::int32_t namesInALine = 11;
 
 std::int16_t toCode(double number) {
-  constexpr double beyond = 1e9;  // of a code by far
+  constexpr double beyond = 1e9;  // far outside the range of a code, but not of an integer
   return toInt16(std::llrint(std::clamp(number, -beyond, beyond)));
-}
-
-void requireResult(const std::shared_ptr<Recordset>& reply) {
-  if (reply == nullptr) throw RuntimeError(ErrorNumber::ObjectNotSet);
 }
 
 bool hasRows(const Recordset& reply) {
@@ -29,17 +24,17 @@ bool hasRows(const Recordset& reply) {
 
 }  // namespace
 
-std::shared_ptr<Recordset> Velk_frmBankBranch_OpnImp::callForRows(std::string_view procedure,
-                                                                  const Value& parameter) {
+/// The first result with rows; null when the procedure failed.
+std::shared_ptr<Recordset> DsTypeRules::ask(std::string_view procedure, const Value& parameter) {
   const std::array<ProcedureParameter, 1> parameters{{{parameter}}};
   return Velk_ModOpnImp::GetDataRecordset(
-      module().ExecuteProcedure(connection(), procedure, parameters));
+      screen_.module().ExecuteProcedure(screen_.connection(), procedure, parameters, Purpose::Ask));
 }
 
-std::int16_t Velk_frmBankBranch_OpnImp::ChkForValidDSTypeName() {
+std::int16_t DsTypeRules::ChkForValidDSTypeName() {
   std::int16_t code = 0;
-  module().trap("ImportSalesman - CheckForValidDSType : ", [&] {
-    const auto reply = callForRows("sp_Check_DSCaption", std::string("DSType"));
+  screen_.run().trap("ImportSalesman - CheckForValidDSType : ", [&] {
+    const auto reply = ask("sp_Check_DSCaption", std::string("DSType"));
     if (reply == nullptr) return;
     code = toCode(Velk_ModOpnImp::ValOrZero(reply->field(0)));
     reply->Close();
@@ -47,16 +42,14 @@ std::int16_t Velk_frmBankBranch_OpnImp::ChkForValidDSTypeName() {
   return code;
 }
 
-bool Velk_frmBankBranch_OpnImp::CheckForDefaultVal(std::string_view name,
-                                                   std::string_view existingValue) {
+bool DsTypeRules::CheckForDefaultVal(std::string_view name, std::string_view existingValue) {
   bool acceptable = true;
   if (existingValue.empty()) return acceptable;
-  trapRoutine("CheckForDefaultVal", [&] {
-    const auto reply = callForRows("Velk_sp_checkDefault_DSTypeValue", std::string(existingValue));
-    requireResult(reply);
+  screen_.trapRoutine("CheckForDefaultVal", [&] {
+    const auto reply = ask("Velk_sp_checkDefault_DSTypeValue", std::string(existingValue));
+    if (reply == nullptr) throw RuntimeError(ErrorNumber::ObjectNotSet);
     if (hasRows(*reply) && Velk_ModOpnImp::ValOrZero(reply->field(0)) == 0) {
       acceptable = false;
-      NotDefaultFound = true;
       noteNotDefault(name);
     }
     reply->Close();
@@ -64,28 +57,33 @@ bool Velk_frmBankBranch_OpnImp::CheckForDefaultVal(std::string_view name,
   return acceptable;
 }
 
-// The list begins with a comma, intended.
-void Velk_frmBankBranch_OpnImp::noteNotDefault(std::string_view name) {
-  NotDefaultList += ',';
-  if (++NotDefaultCount == namesInALine) {
-    NotDefaultList += "\r\n";
-    NotDefaultCount = 0;
+// The list begins with a comma: each name brings its own.
+void DsTypeRules::noteNotDefault(std::string_view name) {
+  notDefaultFound_ = true;
+  notDefaultList_ += ',';
+  if (++notDefaultCount_ == namesInALine) {
+    notDefaultList_ += "\r\n";
+    notDefaultCount_ = 0;
   }
-  NotDefaultList += name;
+  notDefaultList_ += name;
 }
 
-Velk_frmBankBranch_OpnImp::DsTypeCheck Velk_frmBankBranch_OpnImp::IsvalidateDSType(
-    std::string_view value) {
+void DsTypeRules::reset() {
+  notDefaultList_.clear();
+  notDefaultCount_ = 0;
+  notDefaultFound_ = false;
+}
+
+// Quotes in the value are not doubled, so that a value with one makes the query fail and counts as
+// not found. The blank at the end is part of the text that databases know.
+DsTypeCheck DsTypeRules::IsvalidateDSType(std::string_view value) {
+  constexpr std::string_view start =
+      "Select Active From DsType_Master Where DSTypeName = 'DSType' and DSTypeValue = '";
+  constexpr std::string_view end = "' and DSTypeCtlPos = 1 and OCGtype = ";
   DsTypeCheck result = DsTypeCheck::NotFound;
-  trapRoutine("IsvalidateDSType", [&] {
-    // Quotes in the value are not doubled, and the blank at the end belongs to the text: intended.
-    const auto reply = connection().Execute(
-        std::string("Select Active From DsType_Master Where DSTypeName = 'DSType' and DSTypeValue "
-                    "= '")
-            .append(value)
-            .append(
-                "' and DSTypeCtlPos = 1 and OCGtype = (Select flag from tbl_velk_Configabstract "
-                "where ScreenCode = 'OCGDS' and ScreenName ='OperationalCategoryGroup') "));
+  screen_.trapRoutine("IsvalidateDSType", [&] {
+    const auto reply = screen_.connection().Execute(
+        std::string(start).append(value).append(end).append(groupInForce).append(" "));
     if (reply == nullptr || reply->isEOF()) return;
     const bool active = Velk_ModOpnImp::ValOrZero(reply->field(0)) >= 1;
     result = active ? DsTypeCheck::Valid : DsTypeCheck::Inactive;
@@ -94,7 +92,7 @@ Velk_frmBankBranch_OpnImp::DsTypeCheck Velk_frmBankBranch_OpnImp::IsvalidateDSTy
   return result;
 }
 
-bool Velk_frmBankBranch_OpnImp::FilterAlphaNumeric(std::string_view text) {
+bool DsTypeRules::FilterAlphaNumeric(std::string_view text) {
   return std::ranges::all_of(text, [](char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == ' ' ||
            c == '&';

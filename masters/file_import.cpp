@@ -1,51 +1,60 @@
-// What the imports of comma-separated files have in common.
+#include "masters/file_import.h"
+
 #include "base/errors.h"
 #include "base/text.h"
-#include "masters/Velk_frmBankBranch_OpnImp.h"
 
 namespace velk {
 
-void Velk_frmBankBranch_OpnImp::importFile(PostRecord post) {
-  importCompleted_ = false;
+bool FileImport::run() {
+  ImportRun& run = screen_.run();
+  bool completed = false;
   try {
-    RecordReader reader(module());
-    reader.FileName(TxtFileName.value());
-    if (!hasColumnsOfType(reader) || !mandatoryFieldsAreMapped()) return;
-    forEachRecord([&](std::size_t row) { (this->*post)(row); });
-    importCompleted_ = true;
-    module().hostService().messageBox("Import Successfull", styleInformation);
+    RecordReader reader(screen_.module());
+    reader.FileName(screen_.TxtFileName.value());
+    if (!hasColumnsOfKind(reader) || !mandatoryFieldsAreMapped()) return false;
+    run.forEachRecord(screen_.lastDataRow(), [this](std::size_t row) { postRecord(row); });
+    completed = true;
+    screen_.module().hostService().messageBox("Import Successfull", styleInformation);
+    run.end();
   } catch (const RuntimeError& error) {
-    desktop().messageBox(stopText(error), styleCritical);
+    screen_.desktop().messageBox(run.stop(error), styleCritical);
   }
+  return completed;
 }
 
 // A file that has no line at all by now passes; one that can't be opened any more does not.
-bool Velk_frmBankBranch_OpnImp::hasColumnsOfType(const RecordReader& reader) const {
-  if (reader.isEmpty() || static_cast<std::size_t>(reader.Count()) == fields().size()) return true;
-  desktop().messageBox("Incorrect file format", styleInformation);
+bool FileImport::hasColumnsOfKind(const RecordReader& reader) {
+  constexpr std::string_view message = "Incorrect file format";
+  if (reader.isEmpty()) return true;
+  const auto columns = static_cast<std::size_t>(reader.Count());
+  if (columns == screen_.fields().size()) return true;
+  screen_.desktop().messageBox(message, styleInformation);
+  screen_.run().refuse({Reason::WrongColumns, std::nullopt, {}, columns}, message);
   return false;
 }
 
-bool Velk_frmBankBranch_OpnImp::mandatoryFieldsAreMapped() {
-  for (std::size_t field = 0; field < fields().size(); ++field) {
-    if (!fields()[field].needsValues || !firstEmptyCell(field)) continue;
-    module().hostService().messageBox(
-        std::string(fields()[field].title) + " is Mandatory.Its not been Mapped", styleInformation);
+bool FileImport::mandatoryFieldsAreMapped() {
+  for (std::size_t field = 0; field < screen_.fields().size(); ++field) {
+    const TargetField& target = screen_.fields()[field];
+    if (!target.needsValues) continue;
+    if (!screen_.run().firstEmptyCell(field, screen_.lastDataRow())) continue;
+    const std::string message = std::string(target.title) + " is Mandatory.Its not been Mapped";
+    screen_.module().hostService().messageBox(message, styleInformation);
+    screen_.run().refuse({Reason::ValueMissing, field, {}}, message);
     return false;
   }
   return true;
 }
 
-std::string Velk_frmBankBranch_OpnImp::value(std::size_t row, std::size_t field) {
-  return module().UnquoteField(trim(lstCust.cell(row, field)));
+std::string FileImport::value(std::size_t row, std::size_t field) {
+  return screen_.run().unquoted(trim(screen_.mappingList.cell(row, field)));
 }
 
-void Velk_frmBankBranch_OpnImp::call(std::string_view procedure,
-                                     std::span<const ProcedureParameter> parameters) {
+void FileImport::call(std::string_view procedure, std::span<const ProcedureParameter> parameters) {
   try {
-    result_ = module().ExecuteProcedure(connection(), procedure, parameters);
+    result_ = screen_.run().post(screen_.connection(), procedure, parameters);
   } catch (const RuntimeError&) {
-    // Errors are ignored here, intended: the import goes on with its next call.
+    // The procedure's own errors do not come here; the message box about one may fail.
   }
 }
 

@@ -1,7 +1,9 @@
-// All salesmen to a workbook, with pick lists of the DS types and handheld values that they may be
-// given, ready to be edited and imported again.
+#include "masters/salesman_export.h"
+
+#include <utility>
+#include <vector>
+
 #include "base/errors.h"
-#include "masters/Velk_frmBankBranch_OpnImp.h"
 #include "masters/salesman_workbook.h"
 
 namespace velk {
@@ -13,7 +15,7 @@ constexpr std::string_view exportTitle = "Salesman Export";
 constexpr std::string_view dsTypesQuery =
     "select DSTypeValue from DSType_Master where DSTypeCtlPos=1 and OCGtype = ( select flag from "
     "tbl_velk_configabstract where screencode = 'OCGDS')";
-// Of all operational category groups, intended.
+// Of all operational category groups: handheld values belong to none.
 constexpr std::string_view handheldsQuery =
     "select DSTypeValue from DSType_Master where DSTypeCtlPos=2";
 constexpr std::string_view salesmenQuery =
@@ -54,81 +56,92 @@ void writeSalesman(WorksheetWriter& sheet, int row, const Recordset& record) {
 
 }  // namespace
 
-void Velk_frmBankBranch_OpnImp::cmdExport_Click() {
-  trapRoutine("cmdExport_Click", [this] {
-    const std::optional<std::string> fileName = chooseExportFile();
+void SalesmanExport::cmdExport_Click() {
+  screen_.trapRoutine("cmdExport_Click", [this] {
+    const std::optional<std::string> fileName = chooseFile();
     if (!fileName) return;
     if (IsFileInUse(*fileName)) {
-      desktop().messageBox(
-          "File is already open or accessed by some other process. Please close that Excel File.",
-          styleInformation, exportTitle);
+      refuseFileInUse();
     } else if (!ExportToExcel(*fileName)) {
-      // The import's caption on a failed export, intended.
-      desktop().messageBox("Unable to export the Salesman information", styleCritical,
-                           "Salesman Import");
+      // Users know this failure under the import's caption.
+      screen_.desktop().messageBox("Unable to export the Salesman information", styleCritical,
+                                   "Salesman Import");
     }
   });
 }
 
-/// Nothing when the user cancelled.
-std::optional<std::string> Velk_frmBankBranch_OpnImp::chooseExportFile() {
-  setUpDialog();
-  CommonDialog1.set("DialogTitle", std::string(exportTitle));
-  CommonDialog1.set("FileName", std::string());
+void SalesmanExport::refuseFileInUse() {
+  constexpr std::string_view message =
+      "File is already open or accessed by some other process. Please close that Excel File.";
+  screen_.desktop().messageBox(message, styleInformation, exportTitle);
+  screen_.run().observer().exportRefused({Reason::FileInUse, std::nullopt, {}}, message);
+}
+
+/// Empty when the user cancelled.
+std::optional<std::string> SalesmanExport::chooseFile() {
+  CommonDialog& dialog = screen_.CommonDialog1;
+  dialog.set("DialogTitle", std::string(exportTitle));
+  dialog.set("Filter", std::string(workbookFilter));
+  dialog.set("FilterIndex", 1);
+  dialog.set("InitDir", screen_.desktop().applicationFolder());
+  dialog.set("CancelError", PropertyBag::flagTrue);
+  dialog.set("FileName", std::string());
   try {
-    CommonDialog1.ShowSave();
+    dialog.ShowSave();
   } catch (const RuntimeError& error) {
     if (!error.is(ErrorNumber::CancelSelected)) throw;
   }
-  const std::string& chosen = CommonDialog1.text("FileName");
+  const std::string& chosen = dialog.text("FileName");
   if (chosen.empty()) return std::nullopt;
   return chosen;
 }
 
-bool Velk_frmBankBranch_OpnImp::IsFileInUse(std::string_view fileName) {
-  madeExportFile_ = false;
+bool SalesmanExport::IsFileInUse(std::string_view fileName) {
+  madeFile_ = false;
   try {
-    madeExportFile_ = module().platform().files.openExclusively(fileName);
+    madeFile_ = screen_.module().platform().files.openExclusively(fileName);
     return false;
   } catch (const RuntimeError&) {
     return true;
   }
 }
 
-bool Velk_frmBankBranch_OpnImp::ExportToExcel(std::string_view fileName) {
-  const WaitCursor wait(desktop());
-  return trapRoutine("ExportToExcel", [&] {
+bool SalesmanExport::ExportToExcel(std::string_view fileName) {
+  const WaitCursor wait(screen_.desktop());
+  return screen_.trapRoutine("ExportToExcel", [&] {
     try {
       writeWorkbook(fileName);
     } catch (...) {
       removeMadeFile(fileName);
       throw;
     }
-    desktop().openDocument(fileName);
+    screen_.run().observer().exportWritten();
+    screen_.desktop().openDocument(fileName);
   });
 }
 
-void Velk_frmBankBranch_OpnImp::writeWorkbook(std::string_view fileName) {
-  const auto spreadsheet = module().platform().createSpreadsheet();
+void SalesmanExport::writeWorkbook(std::string_view fileName) {
+  Connection& connection = screen_.connection();
+  const auto spreadsheet = screen_.module().platform().createSpreadsheet();
   const auto sheet = spreadsheet->add();
   writeSalesmanCaptions(*sheet);
-  writePickList(*sheet, dsTypeList, valuesOf(connection(), dsTypesQuery));
-  writePickList(*sheet, handheldList, valuesOf(connection(), handheldsQuery));
-  forEachRow(connection(), salesmenQuery,
+  writePickList(*sheet, dsTypeList, valuesOf(connection, dsTypesQuery));
+  writePickList(*sheet, handheldList, valuesOf(connection, handheldsQuery));
+  forEachRow(connection, salesmenQuery,
              [&](int row, const Recordset& record) { writeSalesman(*sheet, row, record); });
   sheet->autoFit(salesmanColumn::Name, salesmanColumn::ExistingDSType);
   sheet->saveAs(fileName);
-  madeExportFile_ = false;
+  madeFile_ = false;
 }
 
-/// The empty file that the in-use test left, unless somebody has filled it since.
-void Velk_frmBankBranch_OpnImp::removeMadeFile(std::string_view fileName) {
-  if (!std::exchange(madeExportFile_, false)) return;
+// The empty file that the in-use test left, unless somebody has filled it since.
+void SalesmanExport::removeMadeFile(std::string_view fileName) {
+  if (!std::exchange(madeFile_, false)) return;
   try {
-    FileSystem& files = module().platform().files;
+    FileSystem& files = screen_.module().platform().files;
     if (files.openInput(fileName)->length() == 0) files.remove(fileName);
   } catch (const RuntimeError&) {
-    // What the export failed of counts.
+    // The export's own failure counts.
   }
 }
 

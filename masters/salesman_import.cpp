@@ -1,11 +1,9 @@
-// Salesmen from a workbook: each record is checked against the DS type rules, then writes the
-// salesman and his DS types.
+#include "masters/salesman_import.h"
+
 #include <algorithm>
-#include <array>
 
 #include "base/text.h"
 #include "mapping/text_table.h"
-#include "masters/Velk_frmBankBranch_OpnImp.h"
 #include "masters/salesman_workbook.h"
 
 namespace velk {
@@ -29,7 +27,7 @@ bool hasSalesmanCaptions(const WorksheetReader& sheet) {
   });
 }
 
-// The columns behind Existing DSType do not count: a row that has only these ends the data.
+// The columns after Existing DSType do not count: a row that has only these ends the data.
 bool endsData(const WorksheetReader& sheet, int row) {
   for (int column = salesmanColumn::Name; column <= salesmanColumn::ExistingDSType; ++column) {
     if (!trimmedCell(sheet, row, column).empty()) return false;
@@ -41,43 +39,65 @@ void closeIfOpen(const std::shared_ptr<Recordset>& reply) {
   if (reply != nullptr && reply->State() == stateOpen) reply->Close();
 }
 
+std::string logLine(std::string_view salesman, const Finding& why) {
+  std::string line(salesman);
+  switch (why.reason) {
+    case Reason::DsTypeNotDefault:
+      return line + " - Salesman(s) DsType Value is Not DefaultValue.";
+    case Reason::DsTypeInactive:
+      return line + " - Salesman(s) DSType is InActive in the DS Master : " + why.text;
+    default:
+      return line + " - Salesman(s) DSType not found in the DS Master : " + why.text;
+  }
+}
+
 }  // namespace
+
+std::string_view savedHandheld(std::string_view value) {
+  return value == "YES" || value == "NO" ? value : "No";
+}
 
 // The workbook
 
-bool Velk_frmBankBranch_OpnImp::ImportExcelData(std::string_view fileName) {
+bool SalesmanImport::ImportExcelData(std::string_view fileName) {
   try {
-    const std::optional<FileTable> table = readSalesmen(fileName);
+    const std::optional<FileTable> table = readWorkbook(fileName);
     if (!table) {
-      desktop().messageBox("Unable to import, Invalid Excel file format", styleInformation,
-                           importTitle);
-      return false;
+      constexpr std::string_view message = "Unable to import, Invalid Excel file format";
+      screen_.desktop().messageBox(message, styleInformation, importTitle);
+      return refuseWorkbook(Reason::WrongCaptions, message);
     }
-    showPreview(*table);
+    screen_.showPreview(*table);
     if (table->rows > 0) return true;
-    module().hostService().messageBox("Unable to import, Data not found", styleOk);
+    constexpr std::string_view message = "Unable to import, Data not found";
+    module_.hostService().messageBox(message, styleOk);
+    return refuseWorkbook(Reason::NoRecords, message);
   } catch (const RuntimeError& error) {
-    module().logTrapped(name() + " : ImportExcelData - ", error);
-    desktop().messageBox("Unable to import, " + error.description(), styleCritical, importTitle);
+    const std::string line = module_.logTrapped(screen_.name() + " : ImportExcelData - ", error);
+    screen_.desktop().messageBox("Unable to import, " + error.description(), styleCritical,
+                                 importTitle);
+    return refuseWorkbook(Reason::UnreadableFile, line);
   }
+}
+
+bool SalesmanImport::refuseWorkbook(Reason reason, std::string_view message) {
+  screen_.run().observer().viewRefused({reason, std::nullopt, {}}, message);
   return false;
 }
 
-/// Nothing for a workbook without the salesmen's captions.
-std::optional<FileTable> Velk_frmBankBranch_OpnImp::readSalesmen(std::string_view fileName) {
-  const auto spreadsheet = module().platform().createSpreadsheet();
+/// Empty for a workbook without the salesmen's captions.
+std::optional<FileTable> SalesmanImport::readWorkbook(std::string_view fileName) {
+  const auto spreadsheet = module_.platform().createSpreadsheet();
   const auto sheet = spreadsheet->open(fileName);
   if (!hasSalesmanCaptions(*sheet)) return std::nullopt;
   TextTable cells(importedSalesmanColumns.size());
   for (int row = 2; row <= maxSheetRows && !endsData(*sheet, row); ++row) {
     for (const int column : importedSalesmanColumns) {
-      cells.add(module().UnquoteField(trimmedCell(*sheet, row, column)));
+      cells.add(module_.UnquoteField(trimmedCell(*sheet, row, column)));
     }
   }
   FileTable table;
-  for (const int column : importedSalesmanColumns) {
-    table.titles.emplace_back(captionOf(column));
-  }
+  for (const int column : importedSalesmanColumns) table.titles.emplace_back(captionOf(column));
   table.rows = cells.rows();
   table.nonEmptyLines = table.rows + 1;
   table.columns = cells.release();
@@ -86,71 +106,74 @@ std::optional<FileTable> Velk_frmBankBranch_OpnImp::readSalesmen(std::string_vie
 
 // The records
 
-void Velk_frmBankBranch_OpnImp::ImportSalesmanMaster() {
-  importCompleted_ = false;
-  NotDefaultList.clear();
-  NotDefaultCount = 0;
-  NotDefaultFound = false;
-  const std::size_t last = lstCust.rowCount();
-  if (firstEmptyCell(salesmanField::Name, last)) {
-    module().hostService().messageBox("Salesman Name  Not Mapped", styleInformation);
-    return;
+bool SalesmanImport::ImportSalesmanMaster() {
+  dsTypes_.reset();
+  ImportRun& run = screen_.run();
+  const ListView& list = screen_.mappingList;
+  const std::size_t last = list.rowCount();
+  if (run.firstEmptyCell(salesmanField::Name, last)) {
+    constexpr std::string_view message = "Salesman Name  Not Mapped";  // with two blanks
+    module_.hostService().messageBox(message, styleInformation);
+    run.refuse({Reason::ValueMissing, salesmanField::Name, {}}, message);
+    return false;
   }
-  dsCaptions_ = {lstCust.title(salesmanField::DSType), lstCust.title(salesmanField::HandHeldDS)};
+  captions_ = {list.title(salesmanField::DSType), list.title(salesmanField::HandHeldDS)};
   std::int32_t processed = 0;
   std::int32_t unprocessed = 0;
-  forEachRecord(last, [&](std::size_t row) { ++(postSalesman(row) ? processed : unprocessed); });
-  importCompleted_ = true;
+  run.forEachRecord(last,
+                    [&](std::size_t row) { ++(postSalesman(row) ? processed : unprocessed); });
   std::string summary = "Salesman Imported.\r\nProcessed : " + std::to_string(processed) +
                         "\r\nUnProcessed : " + std::to_string(unprocessed) + "\r\n";
   if (unprocessed > 0) summary += " Please check the error log.";
-  module().hostService().messageBox(summary, styleInformation);
-}
-
-/// False: the record was refused.
-bool Velk_frmBankBranch_OpnImp::postSalesman(std::size_t row) {
-  const auto unquoted = [&](std::string_view text) { return module().UnquoteField(text); };
-  const auto cell = [&](std::size_t field) { return lstCust.cell(row, field); };
-  const std::string salesman = unquoted(cell(salesmanField::Name));
-  const std::string dsType = unquoted(cell(salesmanField::DSType));
-  if (const std::string reason = refusal(salesman, dsType, cell(salesmanField::DSType));
-      !reason.empty()) {
-    module().WriteErrorLog(salesman + reason);
-    return false;
-  }
-  std::string handheld(trim(unquoted(cell(salesmanField::HandHeldDS))));
-  if (handheld != "NO" && handheld != "YES") handheld = "No";
-  ImportSalesman(salesman, unquoted(trim(cell(salesmanField::Address))),
-                 unquoted(trim(cell(salesmanField::ResNumber))),
-                 unquoted(trim(cell(salesmanField::MobNumber))), "", unquoted(trim(dsType)),
-                 handheld);
+  module_.hostService().messageBox(summary, styleInformation);
+  run.end();
   return true;
 }
 
-/// Why a salesman can't be given a DS type; empty when he can. `cell` is the type as it stands.
-std::string Velk_frmBankBranch_OpnImp::refusal(std::string_view salesman, std::string_view dsType,
-                                               std::string_view cell) {
-  if (!CheckForDefaultVal(salesman, dsType)) {
-    return " - Salesman(s) DsType Value is Not DefaultValue.";
+/// False: the record was refused.
+bool SalesmanImport::postSalesman(std::size_t row) {
+  const auto unquoted = [this](std::string_view text) { return screen_.run().unquoted(text); };
+  const auto cell = [&](std::size_t field) { return screen_.mappingList.cell(row, field); };
+  const std::string salesman = unquoted(cell(salesmanField::Name));
+  const std::string dsType = unquoted(cell(salesmanField::DSType));
+  if (const auto why = refusal(salesman, dsType, cell(salesmanField::DSType))) {
+    screen_.run().refuseRecord(*why, logLine(salesman, *why));
+    return false;
   }
-  switch (IsvalidateDSType(cell)) {
+  const std::string handheld = unquoted(cell(salesmanField::HandHeldDS));
+  ImportSalesman(salesman, unquoted(trim(cell(salesmanField::Address))),
+                 unquoted(trim(cell(salesmanField::ResNumber))),
+                 unquoted(trim(cell(salesmanField::MobNumber))), "", unquoted(trim(dsType)),
+                 std::string(savedHandheld(trim(handheld))));
+  return true;
+}
+
+/// Why a salesman can't be given a DS type; empty if he can. `cell` is the type as the list has it,
+/// with its quotes, and the look-up takes it so.
+std::optional<Finding> SalesmanImport::refusal(std::string_view salesman, const std::string& dsType,
+                                               std::string_view cell) {
+  const auto because = [&](Reason reason) {
+    return Finding{reason, salesmanField::DSType, dsType};
+  };
+  if (!dsTypes_.CheckForDefaultVal(salesman, dsType)) return because(Reason::DsTypeNotDefault);
+  switch (dsTypes_.IsvalidateDSType(cell)) {
     case DsTypeCheck::NotFound:
-      return std::string(" - Salesman(s) DSType not found in the DS Master : ").append(dsType);
+      return because(Reason::DsTypeUnknown);
     case DsTypeCheck::Inactive:
-      return std::string(" - Salesman(s) DSType is InActive in the DS Master : ").append(dsType);
+      return because(Reason::DsTypeInactive);
     case DsTypeCheck::Valid:
       break;
   }
-  return {};
+  return std::nullopt;
 }
 
-void Velk_frmBankBranch_OpnImp::ImportSalesman(const std::string& name, const std::string& address,
-                                               const std::string& residentialNumber,
-                                               const std::string& mobileNumber,
-                                               const std::string& extra, const std::string& dsType,
-                                               const std::string& handheld) {
-  // Whether the salesman was saved is not looked at, intended: his types always follow.
-  module().trap("ImportSalesman - ", [&] {
+// The types follow a salesman who was not saved, too: the first call's result is not looked at.
+void SalesmanImport::ImportSalesman(const std::string& name, const std::string& address,
+                                    const std::string& residentialNumber,
+                                    const std::string& mobileNumber, const std::string& extra,
+                                    const std::string& dsType, const std::string& handheld) {
+  ImportRun& run = screen_.run();
+  run.trap("ImportSalesman - ", [&] {
     const std::string salesman(trim(name));
     const std::array<ProcedureParameter, 6> master{{{salesman},
                                                     {address},
@@ -158,10 +181,10 @@ void Velk_frmBankBranch_OpnImp::ImportSalesman(const std::string& name, const st
                                                     {mobileNumber},
                                                     {0, DataType::Integer},
                                                     {extra}}};
-    closeIfOpen(module().ExecuteProcedure(connection(), "sp_save_salesman", master));
+    closeIfOpen(run.post(screen_.connection(), "sp_save_salesman", master));
     const std::array<ProcedureParameter, 5> dsTypes{
-        {{salesman}, {dsCaptions_[0]}, {dsType}, {dsCaptions_[1]}, {handheld}}};
-    closeIfOpen(module().ExecuteProcedure(connection(), "sp_save_DsType", dsTypes));
+        {{salesman}, {captions_[0]}, {dsType}, {captions_[1]}, {handheld}}};
+    closeIfOpen(run.post(screen_.connection(), "sp_save_DsType", dsTypes));
   });
 }
 

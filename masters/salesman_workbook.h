@@ -16,6 +16,9 @@ namespace salesmanColumn {
 enum : int { Name = 1, Address, ResNumber, MobNumber, ExistingDSType, DSType, HandHeldDS };
 }
 
+/// What file dialogs show of them.
+inline constexpr std::string_view workbookFilter = "Excel Spreadsheets (*.xls)|*.xls";
+
 /// By column, from column 1.
 inline constexpr std::array<std::string_view, 7> salesmanCaptions{
     "Salesman", "Address", "ResNumber", "MobNumber", "Existing DSType", "DSType", "HandHeld DS"};

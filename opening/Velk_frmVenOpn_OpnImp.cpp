@@ -1,6 +1,7 @@
 #include "opening/Velk_frmVenOpn_OpnImp.h"
 
 #include <array>
+#include <utility>
 
 namespace velk {
 
@@ -28,7 +29,8 @@ constexpr OpeningScreenKind kind{
 
 }  // namespace
 
-Velk_frmVenOpn_OpnImp::Velk_frmVenOpn_OpnImp(Velk_ModOpnImp& module, ImportRoutine import)
-    : OpeningScreen(module, kind, import) {}
+Velk_frmVenOpn_OpnImp::Velk_frmVenOpn_OpnImp(Velk_ModOpnImp& module,
+                                             std::unique_ptr<ImportButton> import)
+    : OpeningScreen(module, kind, std::move(import)) {}
 
 }  // namespace velk

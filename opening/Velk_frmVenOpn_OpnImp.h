@@ -7,7 +7,7 @@ namespace velk {
 
 class Velk_frmVenOpn_OpnImp final : public OpeningScreen {
  public:
-  Velk_frmVenOpn_OpnImp(Velk_ModOpnImp& module, ImportRoutine import);
+  Velk_frmVenOpn_OpnImp(Velk_ModOpnImp& module, std::unique_ptr<ImportButton> import);
 
   ListView& lstVen = mappingList;
 };

@@ -23,8 +23,9 @@ void OpeningImport::cmdImport_Click() {
   currentYear_ = currentYear(screen_.desktop());
   transDate_ = GetTransDate();
   if (fieldsAreMapped()) {
-    screen_.forEachRecord([this](std::size_t row) { importRecord(row); });
+    run_.forEachRecord(screen_.lastDataRow(), [this](std::size_t row) { importRecord(row); });
     sayCompleted();
+    run_.end();
   } else if (kind_.refusalKeepsScreen) {
     return;
   }
@@ -55,10 +56,10 @@ bool OpeningImport::fieldsAreMapped() {
        {BillAmount, "Bill Amount is Mandatory.Its not been Mapped"},
        {Balance, "Balance is Mandatory.Its not been Mapped"}}};
   for (const auto& [field, message] : mandatory) {
-    if (screen_.firstEmptyCell(field)) {
-      show(message, styleOk);
-      return false;
-    }
+    if (!run_.firstEmptyCell(field, screen_.lastDataRow())) continue;
+    show(message, styleOk);
+    run_.refuse({Reason::ValueMissing, field, {}}, message);
+    return false;
   }
   return true;
 }
@@ -68,15 +69,22 @@ void OpeningImport::importRecord(std::size_t row) {
   Note note;
   note.code = cell(Code);
   note.reference = cell(Reference);
-  if (!partyExists(note.code)) return reject(joined(kind_.unknownParty, note.code));
+  if (!partyExists(note.code)) return refuse({Reason::UnknownParty, Code, note.code}, note.code);
   const std::optional<Date> date = documentDate(row, note.code);
   if (!date) return;
   note.date = *date;
   note.bill = leadingNumber(cell(BillAmount));
   note.balance = leadingNumber(cell(Balance));
-  // A warning only, intended: the record is posted all the same.
-  if (std::abs(note.bill) < std::abs(note.balance)) reject(joined(kind_.balanceTooBig, note.code));
-  if (note.bill != 0) post(note);
+  if (std::abs(note.bill) < std::abs(note.balance)) {
+    // A warning only: users import such documents, and correct them in the application.
+    const Finding why{Reason::BalanceAboveBill, Balance, std::string(cell(Balance))};
+    run_.warnOfRecord(why, logLine(why, note.code));
+    errorFlag_ = true;
+  }
+  if (note.bill == 0) {
+    return run_.skipRecord({Reason::ZeroAmount, BillAmount, std::string(cell(BillAmount))});
+  }
+  post(note);
 }
 
 std::optional<Date> OpeningImport::documentDate(std::size_t row, std::string_view code) {
@@ -85,16 +93,13 @@ std::optional<Date> OpeningImport::documentDate(std::size_t row, std::string_vie
   const std::optional<DateReading> reading = readDate(text, currentYear_);
   if (!reading) {
     if (kind_.invalidDate.empty()) throw RuntimeError(ErrorNumber::TypeMismatch);
-    reject(joined(kind_.invalidDate, text).append(kind_.forParty).append(code));
+    refuse({Reason::DateUnreadable, DocDate, std::string(text)}, code);
     return std::nullopt;
   }
   const Date date = dateFromCivil(civilFromDate(reading->date));  // without a time of day
-  if (date >= transDate_) {
-    reject("You cannot import for the date greater than 1st Transaction Date(" +
-           formatDayFirst(transDate_) + joined(kind_.forParty, code));
-    return std::nullopt;
-  }
-  return date;
+  if (date < transDate_) return date;
+  refuse({Reason::DateTooLate, DocDate, std::string(text)}, code);
+  return std::nullopt;
 }
 
 void OpeningImport::post(const Note& note) {
@@ -108,7 +113,8 @@ void OpeningImport::post(const Note& note) {
                                                     {balance, DataType::Double},
                                                     {narration, DataType::VarChar}}};
   call(debit ? kind_.debitNote : kind_.creditNote, document);
-  // Whether the note was posted is not looked at, intended: the account entry always follows.
+  // The account entry follows a note that failed, too: whether it did is not looked at, and the
+  // accounts of companies that imported so rest on it.
   const std::array<ProcedureParameter, 2> account{
       {{note.code, DataType::VarChar}, {debit ? balance : -balance, DataType::Double}}};
   call(kind_.openingBalance, account);
@@ -116,13 +122,26 @@ void OpeningImport::post(const Note& note) {
 
 void OpeningImport::call(std::string_view procedure,
                          std::span<const ProcedureParameter> parameters) {
-  auto reply = module_.ExecuteProcedure(screen_.connection(), procedure, parameters);
-  Velk_ModOpnImp::GetDataRecordset(std::move(reply));
+  Velk_ModOpnImp::GetDataRecordset(run_.post(screen_.connection(), procedure, parameters));
 }
 
-void OpeningImport::reject(std::string_view line) {
-  module_.WriteErrorLog(line);
+void OpeningImport::refuse(const Finding& why, std::string_view code) {
+  run_.refuseRecord(why, logLine(why, code));
   errorFlag_ = true;
+}
+
+std::string OpeningImport::logLine(const Finding& why, std::string_view code) const {
+  switch (why.reason) {
+    case Reason::UnknownParty:
+      return joined(kind_.unknownParty, code);
+    case Reason::DateUnreadable:
+      return joined(kind_.invalidDate, why.text).append(kind_.forParty).append(code);
+    case Reason::DateTooLate:
+      return "You cannot import for the date greater than 1st Transaction Date(" +
+             formatDayFirst(transDate_) + joined(kind_.forParty, code);
+    default:
+      return joined(kind_.balanceTooBig, code);
+  }
 }
 
 bool OpeningImport::partyExists(std::string_view code) {

@@ -15,35 +15,16 @@
 
 #include "base/dates.h"
 #include "mapping/opening_screen.h"
+#include "opening/opening_kinds.h"
 
 namespace velk {
-
-/// What an import of one kind says and calls, and how it ends.
-struct OpeningImportKind {
-  std::string_view idNotMapped;   ///< refusal of the run: a record without a code
-  std::string_view existsQuery;   ///< up to the code; the closing quote follows it
-  std::string_view unknownParty;  ///< log line, the code follows
-  /// Log line, the cell's text follows. Empty: a date that can't be read ends the run, as error 13.
-  std::string_view invalidDate;
-  std::string_view forParty;        ///< end of log lines about a date, the code follows
-  std::string_view balanceTooBig;   ///< log line, the code follows
-  std::string_view debitNote;       ///< procedure for a bill amount above 0
-  std::string_view creditNote;      ///< ... below 0
-  std::string_view openingBalance;  ///< procedure for the account
-  /// Refusals of the run and the closing message are shown by the platform, not by the host.
-  bool showsPlainly = false;
-  bool refusalKeepsScreen = false;  ///< a refused run leaves the screen as it is
-  std::string_view completed;       ///< said after every full pass; empty: nothing
-  std::string_view checkTheLog;     ///< the closing message when a record was logged
-  bool namesTheLog = false;         ///< the log's path follows it
-};
 
 /// One run on one screen. Errors that no step traps leave `cmdImport_Click` and end the run: what
 /// was posted before stays posted.
 class OpeningImport {
  public:
   OpeningImport(OpeningScreen& screen, const OpeningImportKind& kind)
-      : screen_(screen), module_(screen.module()), kind_(kind) {}
+      : screen_(screen), run_(screen.run()), module_(screen.module()), kind_(kind) {}
 
   void cmdImport_Click();
 
@@ -71,15 +52,28 @@ class OpeningImport {
   std::optional<Date> documentDate(std::size_t row, std::string_view code);
   void post(const Note& note);
   void call(std::string_view procedure, std::span<const ProcedureParameter> parameters);
-  void reject(std::string_view line);
+  void refuse(const Finding& why, std::string_view code);
+  std::string logLine(const Finding& why, std::string_view code) const;
   Date queryDate(std::string_view query);
 
   OpeningScreen& screen_;
+  ImportRun& run_;
   Velk_ModOpnImp& module_;
   const OpeningImportKind& kind_;
   int currentYear_ = 0;
   Date transDate_;
   bool errorFlag_ = false;
+};
+
+/// The Import button of an opening screen.
+class OpeningImportButton final : public ImportButton {
+ public:
+  /// `kind` outlives the object.
+  explicit OpeningImportButton(const OpeningImportKind& kind) : kind_(kind) {}
+  void click(OpeningScreen& screen) override { OpeningImport(screen, kind_).cmdImport_Click(); }
+
+ private:
+  const OpeningImportKind& kind_;
 };
 
 }  // namespace velk

@@ -21,6 +21,10 @@ enum class DataType : std::int32_t { Integer = 3, Double = 5, Date = 7, VarChar 
 
 enum class CommandType : std::int32_t { Text = 1, StoredProcedure = 4 };
 
+/// What a command is run for. The library underneath does not need to know; whoever wraps a
+/// connection may keep what posts from being run.
+enum class Purpose { Post, Ask };
+
 /// ADO's adParamInput, the only direction in use.
 inline constexpr std::int32_t inputParameter = 1;
 
@@ -66,6 +70,8 @@ class Command {
 
   virtual void setCommandType(CommandType type) = 0;
   virtual void setCommandText(std::string_view text) = 0;
+  /// Until it is set, a command is taken to post.
+  virtual void setPurpose(Purpose /*purpose*/) {}
   /// CreateParameter and Parameters.Append. Parameters are bound by position; names need only be
   /// distinct. `type` is any ADO code; those not listed in DataType may be refused by Execute.
   virtual void Append(std::string_view name, std::int32_t type, std::int32_t direction,

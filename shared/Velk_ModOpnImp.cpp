@@ -18,12 +18,23 @@ void Velk_ModOpnImp::WriteErrorLog(std::string_view text) {
   }
 }
 
-void Velk_ModOpnImp::LogError(std::string_view message, std::string_view number) {
-  WriteErrorLog(std::string("(").append(number).append("): ").append(message));
+namespace {
+
+std::string errorLine(std::string_view message, std::string_view number) {
+  return std::string("(").append(number).append("): ").append(message);
 }
 
-void Velk_ModOpnImp::logTrapped(std::string_view tag, const RuntimeError& error) {
-  LogError(std::string(tag).append(error.description()), std::to_string(error.number()));
+}  // namespace
+
+void Velk_ModOpnImp::LogError(std::string_view message, std::string_view number) {
+  WriteErrorLog(errorLine(message, number));
+}
+
+std::string Velk_ModOpnImp::logTrapped(std::string_view tag, const RuntimeError& error) {
+  std::string line =
+      errorLine(std::string(tag).append(error.description()), std::to_string(error.number()));
+  WriteErrorLog(line);
+  return line;
 }
 
 FileText Velk_ModOpnImp::ReadFileText(std::string_view path) {

@@ -46,8 +46,8 @@ class Velk_ModOpnImp {
   void WriteErrorLog(std::string_view text);
   /// Appends "(" + number + "): " + message.
   void LogError(std::string_view message, std::string_view number);
-  /// LogError with the error's number and tag + its description.
-  void logTrapped(std::string_view tag, const RuntimeError& error);
+  /// LogError with the error's number and tag + its description; answers the line.
+  std::string logTrapped(std::string_view tag, const RuntimeError& error);
   /// Path of the error log's file, as messages show it.
   std::string errorLogPath() const { return fileLog_.path(); }
 
@@ -92,7 +92,8 @@ class Velk_ModOpnImp {
   /// Runs a procedure with input parameters by position. Null when it failed: the error is logged,
   /// its number kept, and a provider time-out shown to the user.
   std::shared_ptr<Recordset> ExecuteProcedure(Connection& connection, std::string_view name,
-                                              std::span<const ProcedureParameter> parameters);
+                                              std::span<const ProcedureParameter> parameters,
+                                              Purpose purpose = Purpose::Post);
   /// 0 after a procedure that ran, the error's number after one that failed.
   std::int32_t lastErrorNumber() const { return lastErrorNumber_; }
   /// Passes over the closed results in front of the first open one; the last closed one when none

@@ -11,8 +11,9 @@ namespace {
 constexpr std::int32_t parameterSize = 2048;  // of every parameter, whatever its type
 
 std::shared_ptr<Recordset> run(Connection& connection, std::string_view name,
-                               std::span<const ProcedureParameter> parameters) {
+                               std::span<const ProcedureParameter> parameters, Purpose purpose) {
   const std::unique_ptr<Command> command = connection.newCommand();
+  command->setPurpose(purpose);
   command->setCommandType(CommandType::StoredProcedure);
   for (std::size_t i = 0; i < parameters.size(); ++i) {
     // The number is the value's place in the flat list of values and types: Param0, Param2, ...
@@ -27,9 +28,10 @@ std::shared_ptr<Recordset> run(Connection& connection, std::string_view name,
 }  // namespace
 
 std::shared_ptr<Recordset> Velk_ModOpnImp::ExecuteProcedure(
-    Connection& connection, std::string_view name, std::span<const ProcedureParameter> parameters) {
+    Connection& connection, std::string_view name, std::span<const ProcedureParameter> parameters,
+    Purpose purpose) {
   try {
-    auto recordset = run(connection, name, parameters);
+    auto recordset = run(connection, name, parameters, purpose);
     lastErrorNumber_ = 0;
     return recordset;
   } catch (const RuntimeError& error) {

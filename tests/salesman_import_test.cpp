@@ -143,8 +143,8 @@ TEST_CASE("salesmen that are refused one by one") {
         "Select Active From DsType_Master Where DSTypeName = 'DSType' and DSTypeValue = 'Retail' "
         "and DSTypeCtlPos = 1 and OCGtype = (Select flag from tbl_velk_Configabstract where "
         "ScreenCode = 'OCGDS' and ScreenName ='OperationalCategoryGroup') ");
-  CHECK(in.screen->NotDefaultFound);
-  CHECK(in.screen->NotDefaultList == ",B");
+  CHECK(in.screen->dsTypes().notDefaultFound());
+  CHECK(in.screen->dsTypes().notDefaultList() == ",B");
 }
 
 TEST_CASE("one salesman without a name stops the import before anything is saved") {
@@ -204,26 +204,26 @@ TEST_CASE("the list of salesmen whose type is no default value") {
   Velk_frmBankBranch_OpnImp& screen = *in.screen;
   std::string expected;
   for (int n = 1; n <= 23; ++n) {
-    CHECK_FALSE(screen.CheckForDefaultVal("S" + std::to_string(n), "Van"));
+    CHECK_FALSE(screen.dsTypes().CheckForDefaultVal("S" + std::to_string(n), "Van"));
     expected += (n % 11 == 0 ? ",\r\nS" : ",S") + std::to_string(n);
   }
-  CHECK(screen.NotDefaultList == expected);
-  CHECK(screen.NotDefaultCount == 1);
+  CHECK(screen.dsTypes().notDefaultList() == expected);
+  CHECK(screen.dsTypes().notDefaultCount() == 1);
   in.world.database->calls.clear();
-  CHECK(screen.CheckForDefaultVal("X", ""));
+  CHECK(screen.dsTypes().CheckForDefaultVal("X", ""));
   CHECK(in.world.database->calls.empty());
   in.world.database->onCall = nullptr;
   const std::pair<FakeRows, bool> answers[] = {
       {{}, true}, {{{Null()}}, false}, {{{std::string("0.0x")}}, false}, {{{-1}}, true}};
   for (const auto& answer : answers) {
     in.world.database->answerRows("Velk_sp_checkDefault_DSTypeValue", answer.first);
-    CHECK(screen.CheckForDefaultVal("X", "y") == answer.second);
+    CHECK(screen.dsTypes().CheckForDefaultVal("X", "y") == answer.second);
   }
   in.view({salesmanTitles, "A|||||Retail|"});
   in.import();
-  CHECK(screen.NotDefaultList.empty());
-  CHECK(screen.NotDefaultCount == 0);
-  CHECK_FALSE(screen.NotDefaultFound);
+  CHECK(screen.dsTypes().notDefaultList().empty());
+  CHECK(screen.dsTypes().notDefaultCount() == 0);
+  CHECK_FALSE(screen.dsTypes().notDefaultFound());
 }
 
 TEST_CASE("characters of a salesman's name") {
@@ -232,7 +232,7 @@ TEST_CASE("characters of a salesman's name") {
                                                {"é", false},  {"@[`{", false},      {"/:", false}};
   for (const auto& row : rows) {
     CAPTURE(row.first);
-    CHECK(Velk_frmBankBranch_OpnImp::FilterAlphaNumeric(row.first) == row.second);
+    CHECK(DsTypeRules::FilterAlphaNumeric(row.first) == row.second);
   }
 }
 

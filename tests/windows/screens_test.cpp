@@ -7,7 +7,7 @@
 
 #include "mapping/Velk_frmCustOpn_OpnImp.h"
 #include "masters/Velk_frmBankBranch_OpnImp.h"
-#include "opening/customer_opening.h"
+#include "opening/opening_import.h"
 #include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "platform/windows/forms/window_shell.h"
 #include "platform/windows/wide_text.h"
@@ -57,8 +57,8 @@ struct Screens {
   TestWorld world{&shell};
 
   std::shared_ptr<Velk_frmCustOpn_OpnImp> open() {
-    const auto screen =
-        std::make_shared<Velk_frmCustOpn_OpnImp>(world.module, importCustomerOpening);
+    const auto screen = std::make_shared<Velk_frmCustOpn_OpnImp>(
+        world.module, std::make_unique<OpeningImportButton>(customerOpening));
     screen->initForm(world.database, nullptr);
     pump();
     return screen;

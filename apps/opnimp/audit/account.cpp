@@ -4,10 +4,12 @@
 #include <cmath>
 #include <numeric>
 #include <optional>
+#include <tuple>
 #include <utility>
 
-#include "apps/opnimp/audit/expected_calls.h"
+#include "apps/opnimp/cli/printable.h"
 #include "base/errors.h"
+#include "base/numbers.h"
 
 namespace velk {
 
@@ -19,6 +21,11 @@ constexpr std::size_t mostDifferencesKept = 20;
 constexpr std::size_t billParameter = 3;
 constexpr std::size_t balanceParameter = 4;
 constexpr std::size_t entryParameter = 1;
+
+struct Amounts {
+  double bill = 0;
+  double balance = 0;
+};
 
 double numberAt(const RecordedCall& call, std::size_t parameter) {
   if (parameter >= call.parameters.size()) return 0;
@@ -64,12 +71,15 @@ class Bookkeeper {
            "): " + text);
   }
 
-  std::optional<ExpectedPosting> read(std::size_t record) const {
+  /// What the file says of a record's amounts; empty for one beyond the range of numbers.
+  std::optional<Amounts> read(std::size_t record) const {
+    if (basis_.kind.opening == nullptr) return Amounts{};
     const auto fields = basis_.input.fields(record, width_);
+    const auto amount = [&](std::size_t field) {
+      return leadingNumber(mappedCell(fields, basis_.mapping, field));
+    };
     try {
-      return expectedPosting(basis_.kind, [&](std::size_t field) {
-        return mappedCell(fields, basis_.mapping, field);
-      });
+      return Amounts{amount(openingField::bill), amount(openingField::balance)};
     } catch (const RuntimeError&) {
       return std::nullopt;
     }
@@ -78,81 +88,89 @@ class Bookkeeper {
   void addRecord(std::size_t record) {
     const RecordTrace& trace = basis_.traces.records[record];
     Sums& ofOutcome = account_.byOutcome[static_cast<std::size_t>(trace.outcome)];
-    const std::optional<ExpectedPosting> posting = read(record);
-    if (posting) {
-      addTo(account_.file, posting->bill, posting->bill, posting->balance);
-      addTo(ofOutcome, posting->bill, posting->bill, posting->balance);
-    } else {
+    const std::optional<Amounts> amounts = read(record);
+    if (!amounts) {
       ++account_.unreadable;
       ++account_.file.count;
       ++ofOutcome.count;
+    } else {
+      addTo(account_.file, amounts->bill, amounts->bill, amounts->balance);
+      addTo(ofOutcome, amounts->bill, amounts->bill, amounts->balance);
     }
-    checkCalls(record, trace, posting ? posting->calls : std::vector<ExpectedCall>());
+    checkWord(record, trace);
+    addEffects(trace, amounts.value_or(Amounts{}));
+    checkTotals(record);
   }
 
-  bool mustEndAfterFirst(const RecordTrace& trace) const {
-    const auto first = std::ranges::find(trace.calls, CallKind::Procedure, &RecordedCall::kind);
-    return basis_.kind.stopsAtFailure && first != trace.calls.end() &&
-           (*first)->result == CallResult::Failed;
+  /// Holds what the import said of a record against what the recorder saw.
+  void checkWord(std::size_t record, const RecordTrace& trace) {
+    using Fate = RecordReport::Fate;
+    const RecordReport& said = *trace.said;
+    const Tally seen = tally(trace);
+    const bool refused = said.fate == Fate::Refused || said.fate == Fate::Skipped;
+    if ((refused || said.fate == Fate::NotBegun) && seen.made() > 0) {
+      differAt(record, "the import did not post it, but called procedures for it");
+    }
+    if (said.fate == Fate::Begun && basis_.completed) {
+      differAt(record, "the import began it and never said what became of it");
+    }
+    if (said.fate != Fate::Posted) return;
+    const Posting recorded{seen.made(), seen.failed};
+    if (recorded == said.posting) return;
+    differAt(record, "the import says that it called " + callsText(said.posting) +
+                         ", the recorder saw " + callsText(recorded));
   }
 
-  bool mayEndAfter(std::size_t made, const RecordTrace& trace) const {
-    if (trace.runEndedHere) return true;
-    return made == 1 && mustEndAfterFirst(trace);
+  static std::string callsText(const Posting& posting) {
+    return std::to_string(posting.calls) + " procedures, " + std::to_string(posting.failed) +
+           " of which failed";
   }
 
-  void checkCalls(std::size_t record, const RecordTrace& trace,
-                  const std::vector<ExpectedCall>& expected) {
-    const std::size_t made = trace.procedureCalls();
-    if (made == 0) {
-      if (trace.outcome == Outcome::Skipped && !expected.empty()) {
-        differAt(record, "no procedure was called for it, and nothing says why");
-      }
-      return;
-    }
-    if (expected.empty()) {
-      return differAt(record, "it has no amount to post, but procedures were called for it");
-    }
-    const bool tooMany = made > expected.size() || (made > 1 && mustEndAfterFirst(trace));
-    if (tooMany || (made < expected.size() && !mayEndAfter(made, trace))) {
-      differAt(record, std::to_string(made) + " procedure calls instead of " +
-                           std::to_string(expected.size()));
-    }
+  /// The first call of a record makes its note, the second its entry.
+  void addEffects(const RecordTrace& trace, const Amounts& file) {
     std::size_t position = 0;
     for (const RecordedCall* call : trace.calls) {
       if (call->kind != CallKind::Procedure) continue;
-      if (position < expected.size()) checkCall(record, *call, expected[position]);
-      ++position;
-      addEffect(*call, call->text == expected.back().procedure);
+      const bool isNote = position++ == 0;
+      if (isEffective(*call)) addEffect(*call, isNote, file);
     }
   }
 
-  void checkCall(std::size_t record, const RecordedCall& call, const ExpectedCall& expected) {
-    if (call.text != expected.procedure) {
-      return differAt(
-          record, call.text + " was called where " + std::string(expected.procedure) + " belongs");
-    }
-    for (const auto& [position, value] : expected.parameters) {
-      if (position < call.parameters.size() && call.parameters[position] == value) continue;
-      const std::string given =
-          position < call.parameters.size() ? toText(call.parameters[position]) : "nothing";
-      differAt(record, "the file says " + toText(value) + ", " + call.text + " was given " + given);
-    }
-  }
-
-  /// `last`: it is the call that ends a record.
-  void addEffect(const RecordedCall& call, bool last) {
-    if (!isEffective(call)) return;
-    Sums& sums = last ? account_.entries : account_.notes;
+  void addEffect(const RecordedCall& call, bool isNote, const Amounts& file) {
+    Sums& sums = isNote ? account_.notes : account_.entries;
     if (basis_.kind.opening == nullptr) {
       ++sums.count;
-    } else if (last) {
-      const double entry = numberAt(call, entryParameter);
-      addTo(sums, entry, 0, entry);
-    } else {
+      return;
+    }
+    addTo(isNote ? fileNotes_ : fileEntries_, file.bill, isNote ? file.bill : 0, file.balance);
+    if (isNote) {
       const double sign = call.text == basis_.kind.opening->debitNote ? 1 : -1;
       addTo(sums, sign, numberAt(call, billParameter), numberAt(call, balanceParameter));
+    } else {
+      // An entry of 0 belongs to the side of its bill.
+      const double entry = numberAt(call, entryParameter);
+      addTo(sums, entry == 0 ? file.bill : entry, 0, entry);
     }
+  }
+
+  /// The totals so far, told once, at the record where they part. The same numbers are added up in
+  /// the same order on both sides: there is no rounding between them.
+  void checkTotals(std::size_t record) {
+    if (basis_.kind.opening == nullptr || totalsDiffer_) return;
+    for (const auto& [what, posted, file] :
+         {std::tuple{"notes", &account_.notes, &fileNotes_},
+          std::tuple{"entries", &account_.entries, &fileEntries_}}) {
+      if (*posted == *file) continue;
+      differAt(record, std::string("the ") + what + " posted so far come to " +
+                           totalsText(*posted) + ", their records in the file to " +
+                           totalsText(*file));
+      totalsDiffer_ = true;
+    }
+  }
+
+  static std::string totalsText(const Sums& sums) {
+    return money(sums.billDebit) + " and " + money(sums.billCredit) + " billed, " +
+           money(sums.balanceDebit) + " and " + money(sums.balanceCredit) + " open";
   }
 
   void checkCounts() {
@@ -184,6 +202,9 @@ class Bookkeeper {
   const AccountBasis& basis_;
   const std::size_t width_;  ///< of what is read of a record
   Account account_;
+  Sums fileNotes_;    ///< of the records whose first call took effect
+  Sums fileEntries_;  ///< of those whose second one did
+  bool totalsDiffer_ = false;
 };
 
 }  // namespace

@@ -1,8 +1,9 @@
-// The account of a run: every record of the file has exactly one outcome, and what was handed to
-// the database is what the file says.
+// The account of a run: every record of the file has exactly one outcome; what the import says that
+// it called for each record is what the recorder saw; and the amounts that were posted come to what
+// the file's records come to.
 //
-// It is drawn up from the file's bytes and from the recorded calls, never from the screen, so that
-// an import that skipped, doubled or mixed up records would show.
+// Records and amounts are read from the file's bytes, never from the screen, so that an import that
+// skipped, doubled or mixed up records would show.
 #pragma once
 
 #include <array>
@@ -26,6 +27,7 @@ struct Sums {
   long double billCredit = 0;
   long double balanceDebit = 0;
   long double balanceCredit = 0;
+  bool operator==(const Sums&) const = default;
 };
 
 struct Account {

@@ -22,33 +22,6 @@ constexpr std::array<Name, outcomeCount> names{{
     {"not reached", "not-reached"},
 }};
 
-// A record is a note and an account entry.
-constexpr std::size_t callsOfPostedRecord = 2;
-
-/// How a record's procedure calls ended.
-struct Tally {
-  std::size_t effective = 0;
-  std::size_t failed = 0;
-  std::size_t late = 0;
-  std::size_t unknown = 0;
-  bool lookedUp = false;
-};
-
-Tally tally(const RecordTrace& trace) {
-  Tally t;
-  for (const RecordedCall* call : trace.calls) {
-    if (call->kind != CallKind::Procedure) {
-      t.lookedUp = t.lookedUp || call->result != CallResult::Unknown;
-      continue;
-    }
-    t.effective += isEffective(*call) ? 1U : 0U;
-    t.failed += call->result == CallResult::Failed ? 1U : 0U;
-    t.late += call->result == CallResult::FailedLate ? 1U : 0U;
-    t.unknown += call->result == CallResult::Unknown ? 1U : 0U;
-  }
-  return t;
-}
-
 std::string errorText(const CallError& error) {
   return "(" + std::to_string(error.number) + "): " + error.description;
 }
@@ -97,38 +70,43 @@ bool isPosted(Outcome outcome) {
   return outcome == Outcome::Posted || outcome == Outcome::PostedWithWarning;
 }
 
-std::size_t RecordTrace::procedureCalls() const {
-  return static_cast<std::size_t>(
-      std::ranges::count(calls, CallKind::Procedure, &RecordedCall::kind));
-}
-
 bool isEffective(const RecordedCall& call) {
   return call.kind == CallKind::Procedure &&
          (call.result == CallResult::Ok || call.result == CallResult::NotRun);
 }
 
-Outcome outcomeOf(const RecordTrace& trace, std::string_view warning) {
+Tally tally(const RecordTrace& trace) {
+  Tally t;
+  for (const RecordedCall* call : trace.calls) {
+    if (call->kind != CallKind::Procedure) continue;
+    t.effective += isEffective(*call) ? 1U : 0U;
+    t.failed += call->result == CallResult::Failed ? 1U : 0U;
+    t.late += call->result == CallResult::FailedLate ? 1U : 0U;
+    t.unknown += call->result == CallResult::Unknown ? 1U : 0U;
+  }
+  return t;
+}
+
+// Where something was called that posts, what took effect decides; else the import's own word.
+Outcome outcomeOf(const RecordTrace& trace) {
+  using Fate = RecordReport::Fate;
   const Tally t = tally(trace);
   if (t.unknown > 0) return Outcome::Unknown;
-  const std::size_t made = t.effective + t.failed + t.late;
-  if (made == 0) {
-    if (!t.lookedUp) return Outcome::NotReached;
-    const bool rejected = std::ranges::any_of(trace.lines, [&](const RecordedLine* line) {
-      return warning.empty() || !line->text.starts_with(warning);
-    });
-    if (rejected) return Outcome::Rejected;
-    return trace.runEndedHere ? Outcome::NotReached : Outcome::Skipped;
+  const Fate fate = trace.said->fate;
+  if (t.made() == 0) {
+    if (fate == Fate::Refused || fate == Fate::Stopped) return Outcome::Rejected;
+    return fate == Fate::Skipped ? Outcome::Skipped : Outcome::NotReached;
   }
-  if (t.failed == made) return Outcome::Failed;
-  const bool cutShort = trace.runEndedHere && made < callsOfPostedRecord;
+  if (t.failed == t.made()) return Outcome::Failed;
+  const bool cutShort = fate != Fate::Posted;
   if (t.failed > 0 || t.late > 0 || cutShort) return Outcome::Partial;
-  return trace.lines.empty() ? Outcome::Posted : Outcome::PostedWithWarning;
+  return trace.said->warned ? Outcome::PostedWithWarning : Outcome::Posted;
 }
 
 bool needsAttention(const RecordTrace& trace) {
   return isRefused(trace.outcome) || isDoubtful(trace.outcome) ||
          trace.outcome == Outcome::PostedWithWarning ||
-         (trace.outcome == Outcome::Skipped && !trace.lines.empty());
+         (trace.outcome == Outcome::Skipped && trace.said->warned);
 }
 
 std::string reasonOf(const RecordTrace& trace) {
@@ -140,17 +118,11 @@ std::string reasonOf(const RecordTrace& trace) {
       add(reason, "the look-up failed " + errorText(*call->error));
     }
   }
-  for (const RecordedLine* line : trace.lines) {
-    const bool said = std::ranges::any_of(trace.calls, [&](const RecordedCall* call) {
-      return call->error && line->text == errorText(*call->error);
-    });
-    if (!said) add(reason, line->text);
-  }
+  for (const std::string& text : trace.said->texts) add(reason, text);
   return reason;
 }
 
-Traces traceRecords(const Recorder& recorder, std::size_t recordCount, std::size_t endedAtRow,
-                    std::string_view warning) {
+Traces traceRecords(const ImportReport& report, const Recorder& recorder, std::size_t recordCount) {
   Traces traces;
   traces.records.resize(recordCount);
   const auto recordAt = [&](std::size_t row) -> RecordTrace* {
@@ -173,8 +145,11 @@ Traces traceRecords(const Recorder& recorder, std::size_t recordCount, std::size
     RecordTrace* record = recordAt(message.row);
     (record != nullptr ? record->messages : traces.runMessages).push_back(&message);
   }
-  if (RecordTrace* record = recordAt(endedAtRow)) record->runEndedHere = true;
-  for (RecordTrace& record : traces.records) record.outcome = outcomeOf(record, warning);
+  for (std::size_t position = 0; position < recordCount; ++position) {
+    RecordTrace& record = traces.records[position];
+    record.said = &report.record(position);
+    record.outcome = outcomeOf(record);
+  }
   return traces;
 }
 

@@ -1,4 +1,5 @@
-// What became of each record, derived from what the recorder saw.
+// What became of each record: what the import said of it, and, of what it called, what the recorder
+// saw take effect.
 #pragma once
 
 #include <array>
@@ -8,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/opnimp/audit/import_report.h"
 #include "apps/opnimp/audit/recorder.h"
 
 namespace velk {
@@ -34,22 +36,30 @@ bool isRefused(Outcome outcome);
 bool isDoubtful(Outcome outcome);
 bool isPosted(Outcome outcome);
 
-/// Everything seen of one record. The pointers are into the recorder.
+/// Everything said and seen of one record. The pointers are into report and recorder.
 struct RecordTrace {
+  const RecordReport* said = nullptr;
   std::vector<const RecordedCall*> calls;
   std::vector<const RecordedLine*> lines;
   std::vector<const RecordedMessage*> messages;
-  bool runEndedHere = false;
   Outcome outcome = Outcome::NotReached;
-
-  std::size_t procedureCalls() const;
 };
+
+/// How a record's calls that post ended.
+struct Tally {
+  std::size_t effective = 0;
+  std::size_t failed = 0;
+  std::size_t late = 0;
+  std::size_t unknown = 0;
+
+  std::size_t made() const { return effective + failed + late + unknown; }
+};
+Tally tally(const RecordTrace& trace);
 
 /// A call that took effect, or would have in a dry run.
 bool isEffective(const RecordedCall& call);
 
-/// `warning`: how the log lines begin that only warn, and do not reject a record.
-Outcome outcomeOf(const RecordTrace& trace, std::string_view warning);
+Outcome outcomeOf(const RecordTrace& trace);
 /// Whether a person should look at the record: it was not posted, or not without a word.
 bool needsAttention(const RecordTrace& trace);
 /// Why a record needs attention; empty where there is nothing to say.
@@ -64,9 +74,7 @@ struct Traces {
   std::vector<const RecordedMessage*> runMessages;
 };
 
-/// Sorts what was recorded by record and finds each outcome. `endedAtRow`: the row of the mapping
-/// list where the run broke off, 0 when it did not. `warning` as for outcomeOf.
-Traces traceRecords(const Recorder& recorder, std::size_t recordCount, std::size_t endedAtRow,
-                    std::string_view warning);
+/// Sorts what was said and recorded by record and finds each outcome.
+Traces traceRecords(const ImportReport& report, const Recorder& recorder, std::size_t recordCount);
 
 }  // namespace velk

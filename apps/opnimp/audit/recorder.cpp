@@ -14,7 +14,7 @@ class Recorder::Log final : public ErrorLog {
   void setFile(ErrorLog* file) { file_ = file; }
 
   void append(std::string_view line) override {
-    recorder_.lines_.push_back({recorder_.row(), recorder_.told(line), {}, {}});
+    recorder_.lines_.push_back({recorder_.row(), std::string(line), {}, {}});
     if (file_ == nullptr) return;
     RecordedLine& kept = recorder_.lines_.back();
     try {
@@ -51,17 +51,10 @@ ErrorLog& Recorder::log(ErrorLog* file) {
 }
 
 MessageHandler Recorder::messages(MessageHandler show) {
-  return [this, show = std::move(show)](Message message) {
-    message.prompt = told(message.prompt);
+  return [this, show = std::move(show)](const Message& message) {
     messages_.push_back({row(), message});
     show(message);
   };
-}
-
-std::string Recorder::told(std::string_view text) const {
-  const std::size_t claim =
-      mode_ == Mode::DryRun ? text.find(ImportScreen::alreadyPosted) : std::string_view::npos;
-  return std::string(text.substr(0, claim));
 }
 
 void Recorder::forgetTexts() {
@@ -71,13 +64,7 @@ void Recorder::forgetTexts() {
 
 std::size_t Recorder::beginCall(CallKind kind, std::string_view text,
                                 std::vector<Value> parameters) {
-  const std::size_t current = row();
-  if (current != lastRow_ && current >= ImportScreen::firstDataRow) {
-    if (interrupted && interrupted()) throw RunEnded{RunEnded::Why::Interrupted};
-    lastRow_ = current;
-    if (onRecord) onRecord(current - ImportScreen::mappingRow);
-  }
-  calls_.push_back({current, kind, std::string(text), std::move(parameters), {}, {}});
+  calls_.push_back({row(), kind, std::string(text), std::move(parameters), {}, {}});
   return calls_.size() - 1;
 }
 

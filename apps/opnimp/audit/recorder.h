@@ -1,14 +1,13 @@
 // Sees everything that an import does: each call on the connection, each line of the error log and
-// each message, stamped with the record that the screen stood on. The imports know nothing of it.
+// each message, stamped with the record that the screen stood on. It is the proof of what the
+// import says of itself (import_report.h), and the imports know nothing of it.
 //
-// It also ends a run where the runner wants one ended: before the first call of a record when the
-// user asked for it, so that no record is cut in two, and at once when the connection is gone, so
-// that records which were never looked up are not called unknown customers.
+// It also ends a run at once when the connection is gone, so that records which were never looked
+// up are not called unknown customers.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -79,8 +78,6 @@ class Recorder {
   /// The screen and the error log's file are about to go.
   void endSession();
   std::size_t row() const { return screen_ == nullptr ? 0 : screen_->currentRow(); }
-  /// The last row for which a call was begun; 0: none.
-  std::size_t lastRow() const { return lastRow_; }
 
   /// The connection to hand to the screen. The recorder has to outlive it.
   std::shared_ptr<Connection> wrap(std::shared_ptr<Connection> connection);
@@ -88,11 +85,6 @@ class Recorder {
   ErrorLog& log(ErrorLog* file);
   /// The handler for the messages of desktop and host service; each goes on to `show`.
   MessageHandler messages(MessageHandler show);
-
-  /// Asked before the first call of each record; true ends the run.
-  std::function<bool()> interrupted;
-  /// Called when a record's first call is made, with the record's number from 1.
-  std::function<void(std::size_t record)> onRecord;
 
   const std::vector<RecordedCall>& calls() const { return calls_; }
   const std::vector<RecordedLine>& lines() const { return lines_; }
@@ -102,7 +94,7 @@ class Recorder {
 
   // For the wrapped connection.
   Mode mode() const { return mode_; }
-  /// Notes that a call begins and answers its position in calls(). Throws RunEnded.
+  /// Notes that a call begins and answers its position in calls().
   std::size_t beginCall(CallKind kind, std::string_view text, std::vector<Value> parameters);
   void setResult(std::size_t call, CallResult result) { calls_[call].result = result; }
   /// Notes a call's failure. Throws RunEnded, the result being Unknown, when the connection is
@@ -112,12 +104,9 @@ class Recorder {
 
  private:
   class Log;
-  /// What a screen says, without its claim that records are posted where none are.
-  std::string told(std::string_view text) const;
 
   const Mode mode_;
   const ImportScreen* screen_ = nullptr;
-  std::size_t lastRow_ = 0;
   std::vector<RecordedCall> calls_;
   std::vector<RecordedLine> lines_;
   std::vector<RecordedMessage> messages_;

@@ -1,23 +1,20 @@
 #include "apps/opnimp/audit/recording_connection.h"
 
-#include <algorithm>
-#include <array>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "base/errors.h"
 #include "base/text.h"
+#include "platform/odbc/memory_recordset.h"
 
 namespace velk {
 
 namespace {
 
-CallKind kindOf(CommandType type, std::string_view text) {
-  constexpr std::array<std::string_view, 2> checks{"sp_Check_DSCaption",
-                                                   "Velk_sp_checkDefault_DSTypeValue"};
+CallKind kindOf(CommandType type, Purpose purpose) {
   if (type != CommandType::StoredProcedure) return CallKind::Query;
-  return std::ranges::find(checks, text) != checks.end() ? CallKind::Check : CallKind::Procedure;
+  return purpose == Purpose::Ask ? CallKind::Check : CallKind::Procedure;
 }
 
 /// The results of a call, fetched when it ran, handed on one by one as the caller asks for them.
@@ -43,18 +40,6 @@ class FetchedResults final : public Recordset {
   std::shared_ptr<Recordset> current_;
   std::shared_ptr<FetchedResults> next_;
   std::optional<RuntimeError> error_;
-};
-
-/// What a procedure that was not run answers: no rows.
-class NoResult final : public Recordset {
- public:
-  std::int32_t State() const override { return stateClosed; }
-  bool isEOF() const override { throw RuntimeError(ErrorNumber::ObjectClosed); }
-  bool isBOF() const override { throw RuntimeError(ErrorNumber::ObjectClosed); }
-  void MoveNext() override { throw RuntimeError(ErrorNumber::ObjectClosed); }
-  Value field(std::size_t) const override { throw RuntimeError(ErrorNumber::ObjectClosed); }
-  void Close() override { throw RuntimeError(ErrorNumber::ObjectClosed); }
-  std::shared_ptr<Recordset> NextRecordset() override { return nullptr; }
 };
 
 /// Runs one call under the recorder's eyes.
@@ -120,6 +105,10 @@ class RecordingCommand final : public Command {
     text_ = text;
     inner_->setCommandText(text);
   }
+  void setPurpose(Purpose purpose) override {
+    purpose_ = purpose;
+    inner_->setPurpose(purpose);
+  }
   void Append(std::string_view name, std::int32_t type, std::int32_t direction,
               std::int32_t size) override {
     inner_->Append(name, type, direction, size);
@@ -133,14 +122,15 @@ class RecordingCommand final : public Command {
   std::shared_ptr<Recordset> Execute(std::int32_t options) override;
 
  private:
+  /// Whether the driver would refuse a text for its length, as it does when the call is run.
+  bool exceedsSize() const;
+
   Recorder& recorder_;
   std::shared_ptr<Connection> connection_;
   std::unique_ptr<Command> inner_;
   CommandType type_ = CommandType::Text;
+  Purpose purpose_ = Purpose::Post;
   std::string text_;
-  /// Whether the driver would refuse a text for its length, as it does when the call is run.
-  bool exceedsSize() const;
-
   std::vector<Value> values_;
   std::vector<std::size_t> sizes_;
 };
@@ -156,13 +146,13 @@ bool RecordingCommand::exceedsSize() const {
 }
 
 std::shared_ptr<Recordset> RecordingCommand::Execute(std::int32_t options) {
-  const CallKind kind = kindOf(type_, text_);
+  const CallKind kind = kindOf(type_, purpose_);
   const std::size_t call = recorder_.beginCall(kind, text_, values_);
   WatchedCall watched(recorder_, *connection_, call);
   if (kind == CallKind::Procedure && recorder_.mode() == Recorder::Mode::DryRun) {
     if (exceedsSize()) watched.run(refusal);
     recorder_.setResult(call, CallResult::NotRun);
-    return std::make_shared<NoResult>();
+    return std::make_shared<MemoryRecordset>();  // no rows
   }
   return watched.fetchAll(watched.run([&] { return inner_->Execute(options); }));
 }

@@ -4,8 +4,7 @@
 #include <limits>
 
 #include "masters/salesman_workbook.h"
-#include "opening/customer_opening.h"
-#include "opening/vendor_opening.h"
+#include "opening/opening_kinds.h"
 
 namespace velk {
 

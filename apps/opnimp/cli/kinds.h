@@ -10,7 +10,7 @@
 
 #include "component/Velk_ClsOpnImp.h"
 #include "masters/Velk_frmBankBranch_OpnImp.h"
-#include "opening/opening_import.h"
+#include "opening/opening_kinds.h"
 
 namespace velk {
 

@@ -26,7 +26,6 @@ struct ImportResult {
   std::string refusal;                      ///< why nothing was imported; empty: it was not refused
   std::vector<std::string> allowedDsTypes;  ///< looked up when a salesman was rejected
   std::string brokeOff;                     ///< why the run ended early; empty: it did not
-  std::size_t endedAtRow = 0;               ///< row of the mapping list where it broke off
   std::string errorLog;                     ///< path of the error log's file
   std::vector<std::string> rejectFiles;     ///< paths written
   std::string rejectsError;                 ///< why they could not be written

@@ -85,13 +85,13 @@ class ExportRun {
                           {folder, machine_.clock, messagesTo(streams_.err, progress_), true});
     errorLog_ = session.errorLogPath();
     try {
-      session.open(*arguments_.kind, recorder_.wrap(database_.connection));
-      const std::size_t shown = recorder_.shown().size();
-      const EventResult event = session.exportTo(arguments_.file);
-      if (event != EventResult::Handled) return fail("the screen did not take the Export button");
-      if (recorder_.shown().size() > shown) return explain(recorder_.shown().back().message);
-      if (!session.showedExport()) return fail("the screen did not say why");
-      verify();
+      ImportScreen& screen = session.open(*arguments_.kind, recorder_.wrap(database_.connection));
+      screen.run().setObserver(&report_);
+      if (session.exportTo(arguments_.file) != EventResult::Handled) {
+        return fail("the screen did not take the Export button");
+      }
+      if (report_.exported()) return verify();
+      explain();
     } catch (const Refused& refused) {
       fail(refused.what());
     } catch (const RunEnded&) {
@@ -104,16 +104,14 @@ class ExportRun {
     status_ = status;
   }
 
-  /// The screen shows no message when it has written the file.
-  void explain(const Message& message) {
-    if (message.style == styleInformation) {
+  void explain() {
+    if (report_.exportRefusal()) {
       return fail(
           "it is open in another program, or its folder does not let it be locked. Close it "
           "there, and export again",
           ExitStatus::Refused);
     }
-    const auto& lines = recorder_.lines();
-    fail(lines.empty() ? message.prompt : lines.back().text);
+    fail(report_.lastError().empty() ? "the screen did not say why" : report_.lastError());
   }
 
   void verify() {
@@ -186,6 +184,7 @@ class ExportRun {
   std::string shownDatabase_;
   Progress progress_;
   Recorder recorder_;
+  ImportReport report_{false};
   std::string errorLog_;
   ExportedFile file_;
   std::string failure_;

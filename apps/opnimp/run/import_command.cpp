@@ -11,7 +11,9 @@
 #include "apps/opnimp/run/commands.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/ds_types.h"
+#include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/run_support.h"
+#include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "base/errors.h"
 
@@ -43,36 +45,14 @@ class DryRun {
   const OpenDatabase& database_;
 };
 
-/// Why the screen refused to import: the columns, or the first record that lacks a mandatory value.
-std::string screenRefusal(const ImportResult& result) {
-  if (std::string refusal = result.input->refusal(*result.arguments.kind); !refusal.empty()) {
-    return refusal;
-  }
-  const auto mandatory = result.arguments.kind->mandatory;
-  const std::string unmapped = unmappedFields(result.mapping, mandatory);
-  if (!unmapped.empty()) {
-    return "no column of the file is mapped to " + unmapped +
-           "; rename the column, or use --map \"Field=Column\"";
-  }
-  const std::size_t width = mappedWidth(result.mapping);
-  for (const std::size_t field : mandatory) {
-    for (std::size_t record = 0; record < result.input->count(); ++record) {
-      const auto fields = result.input->fields(record, width);
-      if (!mappedCell(fields, result.mapping, field).empty()) continue;
-      return result.mapping[field].field + " is empty in " + result.input->where(record) +
-             " (record " + std::to_string(record + 1) + "); it must not be empty in any record";
-    }
-  }
-  return "the screen refused the file";
-}
-
-class ImportRun {
+class ImportCommand {
  public:
-  ImportRun(const Arguments& arguments, const Streams& streams, const Machine& machine)
+  ImportCommand(const Arguments& arguments, const Streams& streams, const Machine& machine)
       : streams_(streams),
         machine_(machine),
         progress_(streams.err, streams.errIsTerminal),
-        recorder_(arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post) {
+        recorder_(arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post),
+        report_(arguments.dryRun) {
     result_.arguments = arguments;
   }
 
@@ -101,8 +81,11 @@ class ImportRun {
     result_.database = choice.shown;
     prepareRejects(choice);
     database_ = openDatabase(choice, !arguments().database, machine_, streams_.err);
-    recorder_.interrupted = machine_.interrupted;
-    recorder_.onRecord = [this](std::size_t record) { progress_.show(record); };
+    // Before a record begins, so that no record is cut in two.
+    report_.onRecord = [this](std::size_t record) {
+      endIfInterrupted();
+      progress_.show(record);
+    };
     progress_.setTotal(result_.input->count());
   }
 
@@ -123,7 +106,7 @@ class ImportRun {
     result_.errorLog = session.errorLogPath();
     try {
       ImportScreen& screen = session.open(kind(), recorder_.wrap(database_.connection));
-      viewAndMap(session, arguments(), *result_.input, recorder_);
+      viewAndMap(session, arguments(), *result_.input, report_);
       import(session, screen);
     } catch (const Refused& refused) {
       result_.refusal = refused.what();
@@ -137,28 +120,27 @@ class ImportRun {
     result_.mapping = readMapping(screen);
     screenRecords_ = screen.RecordCount();
     findWarningsNow();
-    refuseBeforehand();
-    if (machine_.interrupted && machine_.interrupted()) throw RunEnded{RunEnded::Why::Interrupted};
+    requireRecords();
+    endIfInterrupted();
     began_ = true;
     const EventResult event = session.import();
-    screenKept_ = screen.cmdImport.enabled();
-    if (event == EventResult::Handled) return;
-    result_.endedAtRow = recorder_.lastRow();
-    result_.brokeOff = "the screen did not take the Import button";
-    if (event == EventResult::Failed) {
-      const auto& lines = recorder_.lines();
-      result_.brokeOff = lines.empty() ? "an error ended it" : lines.back().text;
+    if (!report_.stop().empty()) {
+      result_.brokeOff = report_.stop();
+    } else if (event != EventResult::Handled) {
+      result_.brokeOff = "the screen did not take the Import button";
     }
   }
 
-  /// What the screen would not refuse, or not clearly.
-  void refuseBeforehand() {
-    const std::size_t count = result_.input->count();
-    if (count > kind().largestRecordCount) throw Refused(tooManyRecords(kind(), count));
-    if (count == 0 && !unmappedFields(result_.mapping, kind().mandatory).empty()) {
-      const bool noOther = result_.input->refusal(kind()).empty();
-      throw Refused((noOther ? "the file has no records, and " : "") + screenRefusal(result_));
-    }
+  /// With no record to look at, the screen imports a file that lacks mandatory columns.
+  void requireRecords() const {
+    const std::string unmapped = unmappedFields(result_.mapping, kind().mandatory);
+    if (result_.input->count() > 0 || unmapped.empty()) return;
+    const std::string fault = result_.input->refusal(kind());
+    throw Refused(fault.empty() ? "the file has no records, and " + unmappedText(unmapped) : fault);
+  }
+
+  void endIfInterrupted() const {
+    if (machine_.interrupted && machine_.interrupted()) throw RunEnded{RunEnded::Why::Interrupted};
   }
 
   void findWarningsNow() {
@@ -167,7 +149,6 @@ class ImportRun {
   }
 
   void brokeOff(const RunEnded& ended) {
-    result_.endedAtRow = recorder_.row();
     if (ended.why == RunEnded::Why::Interrupted) {
       result_.brokeOff = "it was interrupted";
       return;
@@ -180,28 +161,17 @@ class ImportRun {
   }
 
   void evaluate() {
-    result_.traces = traceRecords(recorder_, result_.input->count(), result_.endedAtRow,
-                                  kind().opening != nullptr ? kind().opening->balanceTooBig : "");
-    noticeRefusal();
+    if (const auto& refusal = report_.runRefusal()) {
+      result_.refusal = runRefusalText(*refusal, *result_.input, result_.mapping, kind());
+    }
+    result_.traces = traceRecords(report_, recorder_, result_.input->count());
     if (!result_.refused()) {
       findAllowedDsTypes();
       result_.account = drawUpAccount({kind(), *result_.input, result_.mapping, result_.traces,
-                                       screenRecords_, result_.brokeOff.empty()});
+                                       screenRecords_, report_.ended()});
       writeRejects();
     }
     result_.status = statusOf(result_);
-  }
-
-  /// The screen says that it refuses in a message only; what shows it is that no record was looked
-  /// up or posted in a run that ended by itself, or that the screen kept a file without records.
-  void noticeRefusal() {
-    if (result_.refused() || !result_.brokeOff.empty()) return;
-    if (result_.traces.records.empty() && !screenKept_) return;
-    const bool reached = std::ranges::any_of(result_.traces.records, [](const RecordTrace& trace) {
-      return trace.outcome != Outcome::NotReached;
-    });
-    // What was called for no record of the file is for the account to show.
-    if (!reached && result_.traces.strays.empty()) result_.refusal = screenRefusal(result_);
   }
 
   /// So that the user can correct the salesmen who were refused.
@@ -230,16 +200,16 @@ class ImportRun {
   OpenDatabase database_;
   Progress progress_;
   Recorder recorder_;
+  ImportReport report_;
   std::optional<long long> screenRecords_;
-  bool began_ = false;       ///< whether anything may have been posted
-  bool screenKept_ = false;  ///< whether the screen could import the file again
+  bool began_ = false;  ///< whether anything may have been posted
 };
 
 }  // namespace
 
 ExitStatus runImport(const Arguments& arguments, const Streams& streams, const Machine& machine) {
-  ImportRun run(arguments, streams, machine);
-  const ImportResult& result = run.run();
+  ImportCommand command(arguments, streams, machine);
+  const ImportResult& result = command.run();
   if (arguments.json) {
     writeJsonReport(result, streams.out);
   } else {

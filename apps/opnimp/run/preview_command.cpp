@@ -10,6 +10,7 @@
 #include "apps/opnimp/run/commands.h"
 #include "apps/opnimp/run/preview_connection.h"
 #include "apps/opnimp/run/run_support.h"
+#include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "apps/opnimp/warnings/warnings.h"
 
@@ -36,7 +37,7 @@ class Preview {
     try {
       session_.open(*arguments_.kind, recorder_.wrap(std::make_shared<PreviewConnection>()));
       recorder_.forgetTexts();  // that there are no colours without a database
-      viewAndMap(session_, arguments_, *input_, recorder_);
+      viewAndMap(session_, arguments_, *input_, report_);
       mapping_ = readMapping(session_.screen());
     } catch (const Refused& refused) {
       refusal_ = refused.what();
@@ -153,6 +154,7 @@ class Preview {
   const Machine& machine_;
   Progress progress_;
   Recorder recorder_;
+  ImportReport report_{true};
   ScreenSession session_;
   std::unique_ptr<const InputRecords> input_;
   std::vector<FieldMapping> mapping_;

@@ -5,7 +5,8 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
-#include "apps/opnimp/records/field_mapping.h"
+#include "apps/opnimp/run/refusals.h"
+#include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "base/errors.h"
 #include "platform/native/native_files.h"
@@ -15,21 +16,6 @@ namespace velk {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string viewFailure(const ImportKind& kind, const InputRecords& input,
-                        const Recorder& recorder) {
-  if (std::string refusal = input.refusal(kind); !refusal.empty()) return refusal;
-  if (input.count() > kind.largestRecordCount) return tooManyRecords(kind, input.count());
-  const auto& calls = recorder.calls();
-  if (!calls.empty() && calls.back().kind == CallKind::Check && !calls.back().error) {
-    return "the database does not know the caption \"DSType\" of the DS types: is it the right "
-           "database?";
-  }
-  std::string text = "the file could not be viewed";
-  if (!recorder.lines().empty()) return text + ": " + recorder.lines().back().text;
-  if (!recorder.shown().empty()) return text + ": " + recorder.shown().back().message.prompt;
-  return text;
-}
 
 /// The database's own file and those that the embedded database keeps beside it.
 std::vector<std::string> databaseFiles(const std::string& path) {
@@ -85,11 +71,6 @@ std::string tooLarge(const std::string& path) {
          " is too large for the memory there is; nothing was imported. Split it";
 }
 
-std::string tooManyRecords(const ImportKind& kind, std::size_t count) {
-  return "the file has " + grouped(count) + " records, but at most " +
-         grouped(kind.largestRecordCount) + " can be imported in one go; split the file";
-}
-
 MessageHandler messagesTo(std::ostream& err, Progress& progress) {
   return [&err, &progress](const Message& message) {
     progress.erase();
@@ -98,16 +79,15 @@ MessageHandler messagesTo(std::ostream& err, Progress& progress) {
 }
 
 void viewAndMap(ScreenSession& session, const Arguments& arguments, const InputRecords& input,
-                const Recorder& recorder) {
+                ImportReport& report) {
+  session.screen().run().setObserver(&report);
   if (!session.view(arguments.file)) {
-    throw Refused(viewFailure(*arguments.kind, input, recorder));
+    throw Refused(viewRefusalText(report, input, *arguments.kind));
   }
   if (session.screen().lv.columnCount() == 0) {
     throw Refused("the first line of the file is empty; it must hold column titles");
   }
-  for (const MapOption& option : arguments.maps) {
-    mapByHand(session.screen(), recorder, option);
-  }
+  for (const MapOption& option : arguments.maps) mapByHand(session.screen(), report, option);
 }
 
 }  // namespace velk

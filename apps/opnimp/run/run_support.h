@@ -1,4 +1,4 @@
-// What import and preview share: reading the file, showing messages, saying why View failed.
+// What import, preview and export share: reading the file, where they may write, showing messages.
 #pragma once
 
 #include <memory>
@@ -7,12 +7,13 @@
 #include <string_view>
 #include <vector>
 
-#include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/audit/import_report.h"
 #include "apps/opnimp/cli/arguments.h"
 #include "apps/opnimp/cli/progress.h"
 #include "apps/opnimp/cli/streams.h"
 #include "apps/opnimp/records/input_records.h"
 #include "apps/opnimp/run/database_choice.h"
+#include "platform/headless/headless.h"
 
 namespace velk {
 
@@ -34,14 +35,12 @@ void checkWrites(const Writes& writes, const DatabaseChoice& database, const std
 /// That nothing was done, since the memory does not hold the file.
 std::string tooLarge(const std::string& path);
 
-/// Why a file of so many records is refused.
-std::string tooManyRecords(const ImportKind& kind, std::size_t count);
-
 /// Writes each message to `err`, word for word.
 MessageHandler messagesTo(std::ostream& err, Progress& progress);
 
-/// Views the file and maps by hand what the arguments say. Raises Refused.
+/// Views the file and maps by hand what the arguments say, the screen telling `report` what becomes
+/// of it from then on. Raises Refused.
 void viewAndMap(class ScreenSession& session, const Arguments& arguments, const InputRecords& input,
-                const Recorder& recorder);
+                ImportReport& report);
 
 }  // namespace velk

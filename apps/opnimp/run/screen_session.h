@@ -40,9 +40,6 @@ class ScreenSession {
 
   /// Presses the master screen's Export with the file chosen to save to. May throw RunEnded.
   EventResult exportTo(const std::string& path);
-  /// Whether a desktop would have shown the user what was exported: nothing failed then.
-  bool showedExport() const { return !desktop_.opened.empty(); }
-
   std::string errorLogPath() const { return module_.errorLogPath(); }
 
  private:

@@ -4,14 +4,19 @@
 #include <set>
 #include <string>
 
-#include "apps/opnimp/audit/expected_calls.h"
 #include "apps/opnimp/records/workbook_records.h"
 #include "apps/opnimp/warnings/warnings.h"
 #include "base/text.h"
+#include "masters/salesman_import.h"
 
 namespace velk {
 
 namespace {
+
+/// A cell as the import reads names and handheld values.
+std::string unquotedAndTrimmed(const std::string& cell) {
+  return std::string(trim(withoutQuotes(cell)));
+}
 
 bool isErrorValue(std::string_view text) {
   constexpr std::array<std::string_view, 7> errors{"#NULL!", "#DIV/0!", "#VALUE!", "#REF!",
@@ -79,7 +84,7 @@ void warnOfSalesmen(const WorkbookRecords& input, const std::vector<FieldMapping
     const std::size_t row = input.place(record).line;
     const auto fields = input.fields(record, mappedWidth(mapping));
     const auto cell = [&](std::size_t field) { return mappedCell(fields, mapping, field); };
-    const std::string name = salesmanName(cell(salesmanField::Name));
+    const std::string name = unquotedAndTrimmed(cell(salesmanField::Name));
     if (!name.empty() && !names.insert(lowerAscii(name)).second) {
       warnings.add("duplicate-salesmen",
                    "A salesman stands in a row above already: both rows are posted, and the later "
@@ -89,7 +94,7 @@ void warnOfSalesmen(const WorkbookRecords& input, const std::vector<FieldMapping
     if (cell(salesmanField::DSType).empty()) {
       warnings.add("no-ds-type", "A salesman without a DSType is refused.", row);
     }
-    warnOfHandheld(handheldValue(cell(salesmanField::HandHeldDS)), row, warnings);
+    warnOfHandheld(unquotedAndTrimmed(cell(salesmanField::HandHeldDS)), row, warnings);
   }
 }
 

@@ -1,4 +1,4 @@
-#include "apps/opnimp/audit/expected_calls.h"
+#include "tests/support/expected_calls.h"
 
 #include <cmath>
 

@@ -1,0 +1,88 @@
+// What an import itself said, by record and of the run: the word that the account holds against
+// what the recorder saw.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "mapping/import_observer.h"
+
+namespace velk {
+
+/// A finding and what the user reads of it.
+struct Said {
+  Finding why;
+  std::string text;
+  std::size_t row = 0;  ///< of the mapping list; 0: none
+};
+
+struct RecordReport {
+  /// Stopped: by an error that ended the run, at any point of the record.
+  enum class Fate { NotBegun, Begun, Refused, Skipped, Stopped, Posted };
+  Fate fate = Fate::NotBegun;
+  bool warned = false;             ///< something was said of it besides
+  Posting posting;                 ///< what it called, as it saw the calls end
+  std::vector<std::string> texts;  ///< refusal, warnings and errors, word for word
+};
+
+class ImportReport final : public ImportObserver {
+ public:
+  explicit ImportReport(bool dryRun) : dryRun_(dryRun) {}
+
+  /// Called before each record with its number from 1; what it throws ends the run.
+  std::function<void(std::size_t record)> onRecord;
+
+  /// Of a record by its position from 0; one that was never begun has the default.
+  const RecordReport& record(std::size_t position) const;
+  std::size_t begun() const { return records_.size(); }
+
+  // Empty: it did not happen.
+  const std::optional<Said>& viewRefusal() const { return viewRefusal_; }
+  const std::optional<Said>& mappingRefusal() const { return mappingRefusal_; }
+  const std::optional<Said>& runRefusal() const { return runRefusal_; }
+  const std::optional<Said>& exportRefusal() const { return exportRefusal_; }
+  /// The error that stopped the run, as the log has it.
+  const std::string& stop() const { return stop_; }
+  /// The last error that ended a step only, as the log has it.
+  const std::string& lastError() const { return lastError_; }
+  bool ended() const { return ended_; }
+  bool exported() const { return exported_; }
+  /// Forgets a refused mapping and the errors so far: what comes next is another step.
+  void beginStep();
+
+  void viewRefused(const Finding& why, std::string_view text) override;
+  void mappingRefused(const Finding& why, std::string_view text) override;
+  void runRefused(const Finding& why, std::size_t row, std::string_view text) override;
+  void runStopped(const RuntimeError& error, std::string_view text) override;
+  void runEnded() override { ended_ = true; }
+  void recordBegins(std::size_t row) override;
+  void recordRefused(const Finding& why, std::string_view text) override;
+  void recordSkipped(const Finding& why) override;
+  void recordWarned(const Finding& why, std::string_view text) override;
+  void recordEnds(const Posting& posting) override;
+  void errorTrapped(const RuntimeError& error, std::string_view text) override;
+  void exportRefused(const Finding& why, std::string_view text) override;
+  void exportWritten() override { exported_ = true; }
+  bool isDryRun() const override { return dryRun_; }
+
+ private:
+  RecordReport* current() { return inRecord_ ? &records_.back() : nullptr; }
+
+  bool dryRun_;
+  std::vector<RecordReport> records_;  // those begun, in order
+  bool inRecord_ = false;
+  std::optional<Said> viewRefusal_;
+  std::optional<Said> mappingRefusal_;
+  std::optional<Said> runRefusal_;
+  std::optional<Said> exportRefusal_;
+  std::string stop_;
+  std::string lastError_;
+  bool ended_ = false;
+  bool exported_ = false;
+};
+
+}  // namespace velk

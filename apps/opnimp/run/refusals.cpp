@@ -1,0 +1,49 @@
+#include "apps/opnimp/run/refusals.h"
+
+#include "apps/opnimp/cli/printable.h"
+#include "mapping/import_run.h"
+
+namespace velk {
+
+namespace {
+
+std::string tooManyText(const ImportKind& kind, std::size_t count) {
+  return "the file has " + grouped(count) + " records, but at most " +
+         grouped(kind.largestRecordCount) + " can be imported in one go; split the file";
+}
+
+}  // namespace
+
+// What is wrong with the file itself is told first: it explains whatever else did not go.
+std::string viewRefusalText(const ImportReport& report, const InputRecords& input,
+                            const ImportKind& kind) {
+  if (std::string fault = input.refusal(kind); !fault.empty()) return fault;
+  const auto& refusal = report.viewRefusal();
+  if (refusal && refusal->why.reason == Reason::TooManyRecords) {
+    return tooManyText(kind, refusal->why.count);
+  }
+  if (refusal && refusal->why.reason == Reason::CaptionMismatch) {
+    return "the database does not know the caption \"DSType\" of the DS types: is it the right "
+           "database?";
+  }
+  const std::string& said = refusal ? refusal->text : report.lastError();
+  return "the file could not be viewed" + (said.empty() ? "" : ": " + said);
+}
+
+std::string unmappedText(const std::string& fields) {
+  return "no column of the file is mapped to " + fields +
+         "; rename the column, or use --map \"Field=Column\"";
+}
+
+std::string runRefusalText(const Said& refusal, const InputRecords& input,
+                           const std::vector<FieldMapping>& mapping, const ImportKind& kind) {
+  if (std::string fault = input.refusal(kind); !fault.empty()) return fault;
+  const std::string unmapped = unmappedFields(mapping, kind.mandatory);
+  if (!unmapped.empty()) return unmappedText(unmapped);
+  if (refusal.why.reason != Reason::ValueMissing) return refusal.text;
+  const std::size_t record = refusal.row - ImportRun::firstDataRow;
+  return mapping.at(refusal.why.field.value()).field + " is empty in " + input.where(record) +
+         " (record " + std::to_string(record + 1) + "); it must not be empty in any record";
+}
+
+}  // namespace velk

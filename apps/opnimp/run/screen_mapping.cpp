@@ -1,0 +1,107 @@
+#include "apps/opnimp/run/screen_mapping.h"
+
+#include <charconv>
+
+#include "apps/opnimp/cli/failures.h"
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+using Matches = bool (*)(std::string_view, std::string_view);
+
+bool equal(std::string_view a, std::string_view b) {
+  return a == b;
+}
+
+std::vector<std::size_t> titled(const ListView& list, std::string_view title, Matches matches) {
+  std::vector<std::size_t> found;
+  for (std::size_t column = 0; column < list.columnCount(); ++column) {
+    if (matches(trim(list.title(column)), trim(title))) found.push_back(column);
+  }
+  return found;
+}
+
+std::vector<std::size_t> titledAnyCase(const ListView& list, std::string_view title) {
+  std::vector<std::size_t> found = titled(list, title, equal);
+  return found.empty() ? titled(list, title, equalsIgnoringCase) : found;
+}
+
+std::string titles(const ListView& list) {
+  constexpr std::size_t mostNamed = 30;
+  std::string text;
+  for (std::size_t column = 0; column < list.columnCount(); ++column) {
+    if (column == mostNamed) return text + ", ...";
+    text.append(text.empty() ? "" : ", ").append(list.title(column));
+  }
+  return text;
+}
+
+std::optional<std::size_t> columnByNumber(const ListView& list, std::string_view text) {
+  if (!text.starts_with('#')) return std::nullopt;
+  std::size_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto read = std::from_chars(text.data() + 1, end, number);
+  if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
+  if (number == 0 || number > list.columnCount()) {
+    throw Refused("--map: the file has no column " + std::string(text) + "; it has " +
+                  std::to_string(list.columnCount()));
+  }
+  return number - 1;
+}
+
+std::size_t fileColumn(const ListView& lv, const std::string& name) {
+  if (const auto column = columnByNumber(lv, name)) return *column;
+  const std::vector<std::size_t> found = titledAnyCase(lv, name);
+  if (found.size() == 1) return found.front();
+  if (found.empty()) {
+    throw Refused("--map: the file has no column \"" + name + "\"; it has: " + titles(lv));
+  }
+  throw Refused("--map: the file has " + std::to_string(found.size()) + " columns \"" + name +
+                "\"; name one by its number, such as #" + std::to_string(found.front() + 1));
+}
+
+std::size_t fieldNamed(const ListView& mappingList, const std::string& name) {
+  const std::vector<std::size_t> found = titledAnyCase(mappingList, name);
+  if (!found.empty()) return found.front();
+  throw Refused("--map: there is no field \"" + name + "\"; there is: " + titles(mappingList));
+}
+
+std::optional<std::size_t> sharedColumn(const ImportScreen& screen, std::size_t field) {
+  const auto cells = screen.mappingList.columnCells(field);
+  if (cells == nullptr) return std::nullopt;
+  for (std::size_t column = 0; column < screen.lv.columnCount(); ++column) {
+    if (screen.lv.columnCells(column) == cells) return column;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::vector<FieldMapping> readMapping(const ImportScreen& screen) {
+  std::vector<FieldMapping> mapping;
+  for (std::size_t field = 0; field < screen.mappingList.columnCount(); ++field) {
+    const std::string title = screen.mappingList.title(field);
+    FieldMapping entry{std::string(trim(title)), sharedColumn(screen, field), {}};
+    if (entry.column) entry.title = screen.lv.title(*entry.column);
+    mapping.push_back(std::move(entry));
+  }
+  return mapping;
+}
+
+void mapByHand(ImportScreen& screen, ImportReport& report, const MapOption& option) {
+  const std::size_t column = fileColumn(screen.lv, option.column);
+  const std::size_t field = fieldNamed(screen.mappingList, option.field);
+  report.beginStep();
+  screen.lv.userColumnClick(column);
+  screen.mappingList.userColumnClick(field);
+  const auto cells = screen.mappingList.columnCells(field);
+  const auto& refusal = report.mappingRefusal();
+  const std::string& said = refusal ? refusal->text : report.lastError();
+  if (said.empty() && cells != nullptr && cells == screen.lv.columnCells(column)) return;
+  throw Refused("--map \"" + option.field + "=" + option.column + "\" was refused" +
+                (said.empty() ? "" : ": " + said));
+}
+
+}  // namespace velk

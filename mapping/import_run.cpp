@@ -1,0 +1,77 @@
+#include "mapping/import_run.h"
+
+#include "shared/csv_text.h"
+
+namespace velk {
+
+ImportObserver& ImportRun::observer() const {
+  static ImportObserver nobody;
+  return observer_ == nullptr ? nobody : *observer_;
+}
+
+std::optional<std::size_t> ImportRun::firstEmptyCell(std::size_t field, std::size_t last) {
+  for (std::size_t row = firstDataRow; row <= last; ++row) {
+    currentRow_ = row;
+    if (mappingList_.cell(row, field).empty()) return row;
+  }
+  leaveRows();
+  return std::nullopt;
+}
+
+void ImportRun::beginRecord(std::size_t row) {
+  currentRow_ = row;
+  posting_ = {};
+  anyBegun_ = true;
+  observer().recordBegins(row);
+}
+
+void ImportRun::leaveRows() {
+  currentRow_ = 0;
+  anyBegun_ = false;
+}
+
+void ImportRun::refuseRecord(const Finding& why, std::string_view line) {
+  module_.WriteErrorLog(line);
+  observer().recordRefused(why, line);
+}
+
+void ImportRun::warnOfRecord(const Finding& why, std::string_view line) {
+  module_.WriteErrorLog(line);
+  observer().recordWarned(why, line);
+}
+
+std::string ImportRun::stop(const RuntimeError& error) {
+  const std::string text = stopText(error);
+  observer().runStopped(error, text);
+  return text;
+}
+
+std::string ImportRun::stopText(const RuntimeError& error) const {
+  if (!anyBegun_) return error.description();
+  const std::string where =
+      currentRow_ == 0 ? "its end" : "record " + std::to_string(currentRow_ - mappingRow);
+  std::string text = "The import stopped at " + where + ": " + error.description();
+  while (text.ends_with('.')) text.pop_back();  // the one that follows is enough
+  // A dry run posts nothing, and neither does a run that stops at its first record.
+  const bool posted = currentRow_ != firstDataRow && !observer().isDryRun();
+  return text + (posted ? ". Records before it are posted; importing this file again would post "
+                          "them twice."
+                        : ".");
+}
+
+std::shared_ptr<Recordset> ImportRun::post(Connection& connection, std::string_view procedure,
+                                           std::span<const ProcedureParameter> parameters) {
+  ++posting_.calls;
+  ++posting_.failed;  // until it has ended well: even telling the user of an error may fail
+  auto reply = module_.ExecuteProcedure(connection, procedure, parameters, Purpose::Post);
+  if (module_.lastErrorNumber() == 0) --posting_.failed;
+  return reply;
+}
+
+std::string ImportRun::unquoted(std::string_view field) {
+  std::string text(field);
+  if (!trap("", [&] { text.resize(unquoteInPlace(text.data(), text.size())); })) text.clear();
+  return text;
+}
+
+}  // namespace velk

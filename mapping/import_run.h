@@ -1,0 +1,119 @@
+// One run of an import over the rows of a mapping list: which row it stands on, what it says of
+// each record, and the calls that post it.
+//
+// Everything an import has to say goes through here, so that the error log, the user and the
+// observer always hear the same.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "mapping/import_observer.h"
+#include "shared/Velk_ModOpnImp.h"
+#include "ui/list_view.h"
+
+namespace velk {
+
+class ImportRun {
+ public:
+  static constexpr std::size_t mappingRow = 1;
+  static constexpr std::size_t firstDataRow = 2;
+
+  /// `mappingList` outlives the object.
+  ImportRun(Velk_ModOpnImp& module, const ListView& mappingList)
+      : module_(module), mappingList_(mappingList) {}
+
+  /// Null: nobody listens.
+  void setObserver(ImportObserver* observer) { observer_ = observer; }
+  ImportObserver& observer() const;
+
+  /// The row of the mapping list that the import stands on; 0 outside its loops.
+  std::size_t currentRow() const { return currentRow_; }
+
+  /// The first row from firstDataRow to `last` whose cell is empty, leaving it the current row;
+  /// empty if there is none.
+  std::optional<std::size_t> firstEmptyCell(std::size_t field, std::size_t last);
+
+  /// Runs `record` for each row from firstDataRow to `last` in order, the row being the current
+  /// one. An error that leaves it keeps the current row, so that the user can be told where the
+  /// import stopped; one that comes later, in the same run, stopped the import at its end.
+  template <class Record>
+  void forEachRecord(std::size_t last, Record&& record) {
+    for (std::size_t row = firstDataRow; row <= last; ++row) {
+      beginRecord(row);
+      record(row);
+      observer().recordEnds(posting_);
+    }
+    currentRow_ = 0;
+  }
+
+  // What is said of the current record
+  /// It is not posted; `line` goes to the error log.
+  void refuseRecord(const Finding& why, std::string_view line);
+  /// It is posted all the same; `line` goes to the error log.
+  void warnOfRecord(const Finding& why, std::string_view line);
+  /// It is not posted, and the log says nothing.
+  void skipRecord(const Finding& why) const { observer().recordSkipped(why); }
+
+  // What is said of the run
+  /// Nothing is posted; `message` is what the user was shown. The current row is where.
+  void refuse(const Finding& why, std::string_view message) const {
+    observer().runRefused(why, currentRow_, message);
+  }
+  /// An error ended it. Answers what the user has to be told: where, and what that means.
+  std::string stop(const RuntimeError& error);
+  void end() const { observer().runEnded(); }
+  /// The import is over, one way or the other.
+  void leaveRows();
+
+  // The database
+  /// Calls a procedure that posts the current record; null when it failed.
+  std::shared_ptr<Recordset> post(Connection& connection, std::string_view procedure,
+                                  std::span<const ProcedureParameter> parameters);
+
+  /// Runs a routine under an error trap that logs "(n): " + tag + description. False when it
+  /// failed.
+  template <class Routine>
+  bool trap(std::string_view tag, Routine&& routine) {
+    try {
+      std::forward<Routine>(routine)();
+      return true;
+    } catch (const RuntimeError& error) {
+      observer().errorTrapped(error, module_.logTrapped(tag, error));
+      return false;
+    }
+  }
+  /// The same with one plain line in the log.
+  template <class Routine>
+  bool trapWithLine(std::string_view line, Routine&& routine) {
+    try {
+      std::forward<Routine>(routine)();
+      return true;
+    } catch (const RuntimeError& error) {
+      module_.WriteErrorLog(line);
+      observer().errorTrapped(error, line);
+      return false;
+    }
+  }
+  /// A field without its quotes; one that has only one, and so cannot lose two, is logged and
+  /// empty.
+  std::string unquoted(std::string_view field);
+
+ private:
+  std::string stopText(const RuntimeError& error) const;
+  void beginRecord(std::size_t row);
+
+  Velk_ModOpnImp& module_;
+  const ListView& mappingList_;
+  ImportObserver* observer_ = nullptr;
+  std::size_t currentRow_ = 0;
+  Posting posting_;
+  bool anyBegun_ = false;
+};
+
+}  // namespace velk

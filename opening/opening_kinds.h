@@ -1,0 +1,61 @@
+// What the imports of opening balances say and call: one table for customers and one for vendors.
+#pragma once
+
+#include <string_view>
+
+namespace velk {
+
+struct OpeningImportKind {
+  std::string_view idNotMapped;   ///< refusal of the run: a record without a code
+  std::string_view existsQuery;   ///< up to the code; the closing quote follows it
+  std::string_view unknownParty;  ///< log line, the code follows
+  /// Log line, the cell's text follows. Empty: a date that can't be read ends the run, as error 13.
+  std::string_view invalidDate;
+  std::string_view forParty;        ///< end of log lines about a date, the code follows
+  std::string_view balanceTooBig;   ///< log line, the code follows
+  std::string_view debitNote;       ///< procedure for a bill amount above 0
+  std::string_view creditNote;      ///< ... below 0
+  std::string_view openingBalance;  ///< procedure for the account
+  /// Refusals of the run and the closing message are shown by the platform, not by the host.
+  bool showsPlainly = false;
+  bool refusalKeepsScreen = false;  ///< a refused run leaves the screen as it is
+  std::string_view completed;       ///< said after every full pass; empty: nothing is said
+  std::string_view checkTheLog;     ///< the closing message when a record was logged
+  bool namesTheLog = false;         ///< the log's path follows it
+};
+
+inline constexpr OpeningImportKind customerOpening{
+    .idNotMapped = "Customer Id is Mandatory.Its not been Mapped",
+    .existsQuery = "select count(*) from Customer where CustomerID=N'",
+    .unknownParty = "Customer does not exist for code - ",
+    .invalidDate = "Invalid Date(",
+    .forParty = ") for Customer - ",
+    .balanceTooBig = "Balance is greater than BillAmount for Customer - ",
+    .debitNote = "sp_insert_CustDebitNote",
+    .creditNote = "sp_insert_CustCreditNote",
+    .openingBalance = "sp_acc_import_customeropeningbalance",
+    .showsPlainly = false,
+    .refusalKeepsScreen = false,
+    .completed = "",
+    .checkTheLog = "Check The Error Log ",
+    .namesTheLog = true,
+};
+
+inline constexpr OpeningImportKind vendorOpening{
+    .idNotMapped = "Vendor Id is Mandatory.Its not been Mapped",
+    .existsQuery = "select count(*) from Vendors where VendorID='",  // no N before the quote here
+    .unknownParty = "Vendor does not exist for code - ",
+    .invalidDate = "",
+    .forParty = ") for Vendor - ",
+    .balanceTooBig = "Balance is greater than BillAmount for Vendor - ",
+    .debitNote = "sp_insert_VendorDebitNote",
+    .creditNote = "sp_insert_VendorCreditNote",
+    .openingBalance = "sp_acc_import_vendoropeningbalance",
+    .showsPlainly = true,
+    .refusalKeepsScreen = true,
+    .completed = "Import Successfull",
+    .checkTheLog = "Check The Error Log",
+    .namesTheLog = false,
+};
+
+}  // namespace velk
