@@ -81,7 +81,7 @@ void ImportScreen::mapSelectedColumn(std::size_t clicked) {
 
 void ImportScreen::refuseMapping(Reason reason, std::size_t field, std::string_view message) {
   module_.hostService().messageBox(message, styleOk);
-  run_.observer().mappingRefused({reason, field, {}}, message);
+  run_.refuse({reason, field, {}}, message);
 }
 
 std::size_t ImportScreen::fieldTitled(std::string_view title) const {

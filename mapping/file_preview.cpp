@@ -79,8 +79,7 @@ void ImportScreen::refuseTooMany(std::int64_t count) {
                            std::to_string(rules_.largestRecordCount - 1) +
                            " can be imported in one go. Split the file.";
   module_.hostService().messageBox(text, styleExclamation);
-  run_.observer().viewRefused(
-      {Reason::TooManyRecords, std::nullopt, {}, static_cast<std::size_t>(count)}, text);
+  run_.refuse({Reason::TooManyRecords, std::nullopt, {}, static_cast<std::size_t>(count)}, text);
   throw RuntimeError(ErrorNumber::Overflow);
 }
 

@@ -52,6 +52,13 @@ struct Finding {
   std::size_t count = 0;             ///< how many there are, where there are too many or too few
 };
 
+/// What a finding means for its record.
+enum class Verdict : std::uint8_t {
+  Refused,
+  Skipped,  ///< not posted, and the log says nothing
+  Warned,   ///< posted all the same
+};
+
 /// The calls that an import made to post one record, as it saw them end.
 struct Posting {
   std::size_t calls = 0;
@@ -66,29 +73,23 @@ class ImportObserver {
  public:
   virtual ~ImportObserver() = default;
 
-  // Before a run
-  virtual void viewRefused(const Finding& /*why*/, std::string_view /*text*/) {}
-  virtual void mappingRefused(const Finding& /*why*/, std::string_view /*text*/) {}
+  /// A view, a mapping, a run or an export is refused; nothing was posted. `row` is where, 0 if it
+  /// is no single record's fault.
+  virtual void refused(const Finding& /*why*/, std::size_t /*row*/, std::string_view /*text*/) {}
 
-  // The run. It is refused, or stopped by an error, or else ends.
-  virtual void runRefused(const Finding& /*why*/, std::size_t /*row*/, std::string_view /*text*/) {}
+  // A run that is not refused is stopped by an error or ends.
   virtual void runStopped(const RuntimeError& /*error*/, std::string_view /*text*/) {}
   virtual void runEnded() {}
 
-  // The current record: it begins once, is refused or skipped or else posted, and ends
+  // The current record begins, is refused or skipped or else posted, and ends.
   virtual void recordBegins(std::size_t /*row*/) {}
-  virtual void recordRefused(const Finding& /*why*/, std::string_view /*text*/) {}
-  virtual void recordSkipped(const Finding& /*why*/) {}
-  /// It is posted all the same.
-  virtual void recordWarned(const Finding& /*why*/, std::string_view /*text*/) {}
+  virtual void recordFound(Verdict /*verdict*/, const Finding& /*why*/, std::string_view /*text*/) {
+  }
   /// `posting` has no calls for a record that was refused or skipped.
   virtual void recordEnds(const Posting& /*posting*/) {}
 
   /// An error that ended a step and not the run; the log has it.
   virtual void errorTrapped(const RuntimeError& /*error*/, std::string_view /*text*/) {}
-
-  // An export
-  virtual void exportRefused(const Finding& /*why*/, std::string_view /*text*/) {}
   virtual void exportWritten() {}
 
   /// True when calls are only recorded, so that nothing may be said to be posted.

@@ -30,14 +30,9 @@ void ImportRun::leaveRows() {
   anyBegun_ = false;
 }
 
-void ImportRun::refuseRecord(const Finding& why, std::string_view line) {
-  module_.WriteErrorLog(line);
-  observer().recordRefused(why, line);
-}
-
-void ImportRun::warnOfRecord(const Finding& why, std::string_view line) {
-  module_.WriteErrorLog(line);
-  observer().recordWarned(why, line);
+void ImportRun::found(Verdict verdict, const Finding& why, std::string_view line) {
+  if (!line.empty()) module_.WriteErrorLog(line);
+  observer().recordFound(verdict, why, line);
 }
 
 std::string ImportRun::stop(const RuntimeError& error) {

@@ -52,20 +52,13 @@ class ImportRun {
     currentRow_ = 0;
   }
 
-  // What is said of the current record
-  /// It is not posted; `line` goes to the error log.
-  void refuseRecord(const Finding& why, std::string_view line);
-  /// It is posted all the same; `line` goes to the error log.
-  void warnOfRecord(const Finding& why, std::string_view line);
-  /// It is not posted, and the log says nothing.
-  void skipRecord(const Finding& why) const { observer().recordSkipped(why); }
-
-  // What is said of the run
-  /// Nothing is posted; `message` is what the user was shown. The current row is where.
+  /// What is found of the current record; `line` goes to the error log unless it is empty.
+  void found(Verdict verdict, const Finding& why, std::string_view line = {});
+  /// The run is refused; `message` is what the user was shown. The current row is where.
   void refuse(const Finding& why, std::string_view message) const {
-    observer().runRefused(why, currentRow_, message);
+    observer().refused(why, currentRow_, message);
   }
-  /// An error ended it. Answers what the user has to be told: where, and what that means.
+  /// An error ended the run. Answers what the user has to be told: where, and what that means.
   std::string stop(const RuntimeError& error);
   void end() const { observer().runEnded(); }
   /// The import is over, one way or the other.

@@ -137,7 +137,7 @@ bool Velk_frmBankBranch_OpnImp::loadPreview() {
   if (dsTypes_.ChkForValidDSTypeName() != 0) return true;
   constexpr std::string_view message = "DSCaption name mismatch";
   desktop().messageBox(message, styleInformation, "Vorel");
-  run().observer().viewRefused({Reason::CaptionMismatch, std::nullopt, {}}, message);
+  run().refuse({Reason::CaptionMismatch, std::nullopt, {}}, message);
   return false;
 }
 

@@ -74,7 +74,7 @@ void SalesmanExport::refuseFileInUse() {
   constexpr std::string_view message =
       "File is already open or accessed by some other process. Please close that Excel File.";
   screen_.desktop().messageBox(message, styleInformation, exportTitle);
-  screen_.run().observer().exportRefused({Reason::FileInUse, std::nullopt, {}}, message);
+  screen_.run().refuse({Reason::FileInUse, std::nullopt, {}}, message);
 }
 
 /// Empty when the user cancelled.

@@ -81,7 +81,7 @@ bool SalesmanImport::ImportExcelData(std::string_view fileName) {
 }
 
 bool SalesmanImport::refuseWorkbook(Reason reason, std::string_view message) {
-  screen_.run().observer().viewRefused({reason, std::nullopt, {}}, message);
+  screen_.run().refuse({reason, std::nullopt, {}}, message);
   return false;
 }
 
@@ -137,7 +137,7 @@ bool SalesmanImport::postSalesman(std::size_t row) {
   const std::string salesman = unquoted(cell(salesmanField::Name));
   const std::string dsType = unquoted(cell(salesmanField::DSType));
   if (const auto why = refusal(salesman, dsType, cell(salesmanField::DSType))) {
-    screen_.run().refuseRecord(*why, logLine(salesman, *why));
+    screen_.run().found(Verdict::Refused, *why, logLine(salesman, *why));
     return false;
   }
   const std::string handheld = unquoted(cell(salesmanField::HandHeldDS));

@@ -69,7 +69,8 @@ void OpeningImport::importRecord(std::size_t row) {
   Note note;
   note.code = cell(Code);
   note.reference = cell(Reference);
-  if (!partyExists(note.code)) return refuse({Reason::UnknownParty, Code, note.code}, note.code);
+  if (!partyExists(note.code))
+    return tell(Verdict::Refused, {Reason::UnknownParty, Code, note.code}, note.code);
   const std::optional<Date> date = documentDate(row, note.code);
   if (!date) return;
   note.date = *date;
@@ -78,11 +79,11 @@ void OpeningImport::importRecord(std::size_t row) {
   if (std::abs(note.bill) < std::abs(note.balance)) {
     // A warning only: users import such documents, and correct them in the application.
     const Finding why{Reason::BalanceAboveBill, Balance, std::string(cell(Balance))};
-    run_.warnOfRecord(why, logLine(why, note.code));
-    errorFlag_ = true;
+    tell(Verdict::Warned, why, note.code);
   }
   if (note.bill == 0) {
-    return run_.skipRecord({Reason::ZeroAmount, BillAmount, std::string(cell(BillAmount))});
+    return run_.found(Verdict::Skipped,
+                      {Reason::ZeroAmount, BillAmount, std::string(cell(BillAmount))});
   }
   post(note);
 }
@@ -93,12 +94,12 @@ std::optional<Date> OpeningImport::documentDate(std::size_t row, std::string_vie
   const std::optional<DateReading> reading = readDate(text, currentYear_);
   if (!reading) {
     if (kind_.invalidDate.empty()) throw RuntimeError(ErrorNumber::TypeMismatch);
-    refuse({Reason::DateUnreadable, DocDate, std::string(text)}, code);
+    tell(Verdict::Refused, {Reason::DateUnreadable, DocDate, std::string(text)}, code);
     return std::nullopt;
   }
   const Date date = dateFromCivil(civilFromDate(reading->date));  // without a time of day
   if (date < transDate_) return date;
-  refuse({Reason::DateTooLate, DocDate, std::string(text)}, code);
+  tell(Verdict::Refused, {Reason::DateTooLate, DocDate, std::string(text)}, code);
   return std::nullopt;
 }
 
@@ -125,8 +126,8 @@ void OpeningImport::call(std::string_view procedure,
   Velk_ModOpnImp::GetDataRecordset(run_.post(screen_.connection(), procedure, parameters));
 }
 
-void OpeningImport::refuse(const Finding& why, std::string_view code) {
-  run_.refuseRecord(why, logLine(why, code));
+void OpeningImport::tell(Verdict verdict, const Finding& why, std::string_view code) {
+  run_.found(verdict, why, logLine(why, code));
   errorFlag_ = true;
 }
 

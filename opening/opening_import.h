@@ -52,7 +52,8 @@ class OpeningImport {
   std::optional<Date> documentDate(std::size_t row, std::string_view code);
   void post(const Note& note);
   void call(std::string_view procedure, std::span<const ProcedureParameter> parameters);
-  void refuse(const Finding& why, std::string_view code);
+  /// To the log, so that the user is told at the end to look there.
+  void tell(Verdict verdict, const Finding& why, std::string_view code);
   std::string logLine(const Finding& why, std::string_view code) const;
   Date queryDate(std::string_view query);
 

@@ -4,34 +4,18 @@
 
 namespace velk {
 
-namespace {
-
-Said said(const Finding& why, std::string_view text, std::size_t row = 0) {
-  return {why, std::string(text), row};
-}
-
-}  // namespace
-
 const RecordReport& ImportReport::record(std::size_t position) const {
   static const RecordReport notBegun;
   return position < records_.size() ? records_[position] : notBegun;
 }
 
 void ImportReport::beginStep() {
-  mappingRefusal_.reset();
+  refusal_.reset();
   lastError_.clear();
 }
 
-void ImportReport::viewRefused(const Finding& why, std::string_view text) {
-  viewRefusal_ = said(why, text);
-}
-
-void ImportReport::mappingRefused(const Finding& why, std::string_view text) {
-  mappingRefusal_ = said(why, text);
-}
-
-void ImportReport::runRefused(const Finding& why, std::size_t row, std::string_view text) {
-  runRefusal_ = said(why, text, row);
+void ImportReport::refused(const Finding& why, std::size_t row, std::string_view text) {
+  refusal_ = Said{why, std::string(text), row};
 }
 
 void ImportReport::runStopped(const RuntimeError& error, std::string_view text) {
@@ -51,22 +35,13 @@ void ImportReport::recordBegins(std::size_t row) {
   inRecord_ = true;
 }
 
-void ImportReport::recordRefused(const Finding& /*why*/, std::string_view text) {
-  if (RecordReport* record = current()) {
-    record->fate = RecordReport::Fate::Refused;
-    record->texts.emplace_back(text);
-  }
-}
-
-void ImportReport::recordSkipped(const Finding& /*why*/) {
-  if (RecordReport* record = current()) record->fate = RecordReport::Fate::Skipped;
-}
-
-void ImportReport::recordWarned(const Finding& /*why*/, std::string_view text) {
-  if (RecordReport* record = current()) {
-    record->warned = true;
-    record->texts.emplace_back(text);
-  }
+void ImportReport::recordFound(Verdict verdict, const Finding& /*why*/, std::string_view text) {
+  RecordReport* const record = current();
+  if (record == nullptr) return;
+  if (verdict == Verdict::Refused) record->fate = RecordReport::Fate::Refused;
+  if (verdict == Verdict::Skipped) record->fate = RecordReport::Fate::Skipped;
+  if (verdict == Verdict::Warned) record->warned = true;
+  if (!text.empty()) record->texts.emplace_back(text);
 }
 
 void ImportReport::recordEnds(const Posting& posting) {
@@ -83,10 +58,6 @@ void ImportReport::errorTrapped(const RuntimeError& /*error*/, std::string_view 
     record->warned = true;
     record->texts.emplace_back(text);
   }
-}
-
-void ImportReport::exportRefused(const Finding& why, std::string_view text) {
-  exportRefusal_ = said(why, text);
 }
 
 }  // namespace velk

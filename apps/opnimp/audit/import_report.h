@@ -40,32 +40,24 @@ class ImportReport final : public ImportObserver {
   const RecordReport& record(std::size_t position) const;
   std::size_t begun() const { return records_.size(); }
 
-  // Empty: it did not happen.
-  const std::optional<Said>& viewRefusal() const { return viewRefusal_; }
-  const std::optional<Said>& mappingRefusal() const { return mappingRefusal_; }
-  const std::optional<Said>& runRefusal() const { return runRefusal_; }
-  const std::optional<Said>& exportRefusal() const { return exportRefusal_; }
+  /// Of the view, the mapping, the run or the export, whichever came last; empty if none was.
+  const std::optional<Said>& refusal() const { return refusal_; }
   /// The error that stopped the run, as the log has it.
   const std::string& stop() const { return stop_; }
   /// The last error that ended a step only, as the log has it.
   const std::string& lastError() const { return lastError_; }
   bool ended() const { return ended_; }
   bool exported() const { return exported_; }
-  /// Forgets a refused mapping and the errors so far: what comes next is another step.
+  /// Forgets refusal and errors so far: what comes next is another step.
   void beginStep();
 
-  void viewRefused(const Finding& why, std::string_view text) override;
-  void mappingRefused(const Finding& why, std::string_view text) override;
-  void runRefused(const Finding& why, std::size_t row, std::string_view text) override;
+  void refused(const Finding& why, std::size_t row, std::string_view text) override;
   void runStopped(const RuntimeError& error, std::string_view text) override;
   void runEnded() override { ended_ = true; }
   void recordBegins(std::size_t row) override;
-  void recordRefused(const Finding& why, std::string_view text) override;
-  void recordSkipped(const Finding& why) override;
-  void recordWarned(const Finding& why, std::string_view text) override;
+  void recordFound(Verdict verdict, const Finding& why, std::string_view text) override;
   void recordEnds(const Posting& posting) override;
   void errorTrapped(const RuntimeError& error, std::string_view text) override;
-  void exportRefused(const Finding& why, std::string_view text) override;
   void exportWritten() override { exported_ = true; }
   bool isDryRun() const override { return dryRun_; }
 
@@ -75,10 +67,7 @@ class ImportReport final : public ImportObserver {
   bool dryRun_;
   std::vector<RecordReport> records_;  // those begun, in order
   bool inRecord_ = false;
-  std::optional<Said> viewRefusal_;
-  std::optional<Said> mappingRefusal_;
-  std::optional<Said> runRefusal_;
-  std::optional<Said> exportRefusal_;
+  std::optional<Said> refusal_;
   std::string stop_;
   std::string lastError_;
   bool ended_ = false;

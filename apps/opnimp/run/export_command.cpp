@@ -105,7 +105,7 @@ class ExportRun {
   }
 
   void explain() {
-    if (report_.exportRefusal()) {
+    if (report_.refusal()) {
       return fail(
           "it is open in another program, or its folder does not let it be locked. Close it "
           "there, and export again",

@@ -161,7 +161,7 @@ class ImportCommand {
   }
 
   void evaluate() {
-    if (const auto& refusal = report_.runRefusal()) {
+    if (const auto& refusal = report_.refusal(); refusal && !result_.refused()) {
       result_.refusal = runRefusalText(*refusal, *result_.input, result_.mapping, kind());
     }
     result_.traces = traceRecords(report_, recorder_, result_.input->count());

@@ -18,7 +18,7 @@ std::string tooManyText(const ImportKind& kind, std::size_t count) {
 std::string viewRefusalText(const ImportReport& report, const InputRecords& input,
                             const ImportKind& kind) {
   if (std::string fault = input.refusal(kind); !fault.empty()) return fault;
-  const auto& refusal = report.viewRefusal();
+  const auto& refusal = report.refusal();
   if (refusal && refusal->why.reason == Reason::TooManyRecords) {
     return tooManyText(kind, refusal->why.count);
   }

@@ -97,7 +97,7 @@ void mapByHand(ImportScreen& screen, ImportReport& report, const MapOption& opti
   screen.lv.userColumnClick(column);
   screen.mappingList.userColumnClick(field);
   const auto cells = screen.mappingList.columnCells(field);
-  const auto& refusal = report.mappingRefusal();
+  const auto& refusal = report.refusal();
   const std::string& said = refusal ? refusal->text : report.lastError();
   if (said.empty() && cells != nullptr && cells == screen.lv.columnCells(column)) return;
   throw Refused("--map \"" + option.field + "=" + option.column + "\" was refused" +
