@@ -13,6 +13,8 @@ void ImportScreen::writeNotYet(std::size_t field) {
   mappingList.setCell(mappingRow, field, notYet_ + std::string(suffix));
 }
 
+// Whether the first cell shows the caption differs between screens and steps: users of the opening
+// screens see it there after Clear only.
 void ImportScreen::rebuildMappingList(bool notYetInFirstCell, std::size_t dataRows) {
   mappingList.clearRows();
   mappingList.addRows(1 + dataRows);
@@ -21,6 +23,7 @@ void ImportScreen::rebuildMappingList(bool notYetInFirstCell, std::size_t dataRo
   }
 }
 
+// The list shares the preview's column: mapping a file of any size copies no text.
 void ImportScreen::mapColumn(std::size_t fileColumn, std::size_t field) {
   auto cells = lv.columnCells(fileColumn);
   const std::size_t rowsNeeded = lv.rowCount() + 1;
@@ -37,12 +40,16 @@ void ImportScreen::mapIdenticalNames() {
   });
 }
 
+// On the opening screens the host may translate a title, so that files in the user's language map
+// by themselves.
 std::string ImportScreen::nameOf(std::size_t fileColumn) const {
   const std::string_view title = trim(lv.title(fileColumn));
   return lowerAscii(
       rules_.translatesTitles ? module_.hostService().captionText("Vorel", "Label", title) : title);
 }
 
+// Every field of that name is mapped, and a later file column takes the place of an earlier one: of
+// duplicate titles the last wins.
 void ImportScreen::mapIfNamed(std::size_t fileColumn) {
   const std::string name = nameOf(fileColumn);
   const bool lacksFirstValue = lv.rowCount() > 0 && lv.cell(1, fileColumn).empty();
@@ -66,6 +73,7 @@ void ImportScreen::mappingList_ColumnClick(std::size_t column) {
   run_.trapWithLine("Error in Mapping the Field", [&] { mapSelectedColumn(column); });
 }
 
+// One click on a file column serves one field: the next field needs another click.
 void ImportScreen::mapSelectedColumn(std::size_t clicked) {
   if (nonEmptyLines_) storeRecordCount(*nonEmptyLines_);
   if (selection_ != Selection::FileColumn) {
@@ -98,6 +106,7 @@ void ImportScreen::CmdClear_Click() {
   });
 }
 
+// Positions are added up in 64 bits: a list can be scrolled as far as an int goes.
 std::optional<std::size_t> ImportScreen::GetColumnUnderMouse(const ListView& list, int x) {
   const long long position = static_cast<long long>(x) + list.number("ScrollLeft");
   long long left = 0;
@@ -109,6 +118,7 @@ std::optional<std::size_t> ImportScreen::GetColumnUnderMouse(const ListView& lis
   return std::nullopt;
 }
 
+// The column is kept for the popup's Clear, which comes as an event of its own.
 void ImportScreen::mappingList_MouseUp(MouseButton button, int x) {
   trapRoutine(mappingList.name() + "_MouseUp", [&] {
     if (button != MouseButton::Right) return;

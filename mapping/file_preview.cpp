@@ -8,6 +8,8 @@
 
 namespace velk {
 
+// The lists are emptied before the dialog appears, and stay so when the user cancels; the file name
+// and the buttons stay as they were.
 void ImportScreen::CmdBrowse_Click() {
   trapRoutine("CmdBrowse_Click", [this] {
     lv.clearColumns();
@@ -27,11 +29,13 @@ void ImportScreen::CmdBrowse_Click() {
   });
 }
 
+// What belonged to the file before goes first: a stale click on a header must not map a column of
+// another file, and Import stays disabled until this one is shown whole.
 void ImportScreen::cmdview_Click() {
   const WaitCursor wait(desktop());
   trapRoutine("cmdview_Click", [this] {
     forgetFile();
-    rebuildMappingList(rules_.firstCell.afterBrowse, 0);  // of another file
+    rebuildMappingList(rules_.firstCell.afterBrowse, 0);
     if (!loadPreview()) return;
     mapIdenticalNames();
     cmdImport.setEnabled(true);
@@ -83,7 +87,9 @@ void ImportScreen::refuseTooMany(std::int64_t count) {
   throw RuntimeError(ErrorNumber::Overflow);
 }
 
-// `lines` are those that are not empty; the header line is one of them.
+// `lines` are those that are not empty; the header line is one of them. An empty header line makes
+// the count one too small, and the last record is left out: that is how files without titles have
+// always been read.
 void ImportScreen::storeRecordCount(std::size_t lines) {
   const std::int64_t count = std::max<std::int64_t>(static_cast<std::int64_t>(lines) - 1, 0);
   if (count > rules_.largestRecordCount) throw RuntimeError(ErrorNumber::Overflow);

@@ -9,6 +9,7 @@ ImportObserver& ImportRun::observer() const {
   return observer_ == nullptr ? nobody : *observer_;
 }
 
+// The row is kept where a cell is empty: it is part of the refusal.
 std::optional<std::size_t> ImportRun::firstEmptyCell(std::size_t field, std::size_t last) {
   for (std::size_t row = firstDataRow; row <= last; ++row) {
     currentRow_ = row;
@@ -18,6 +19,7 @@ std::optional<std::size_t> ImportRun::firstEmptyCell(std::size_t field, std::siz
   return std::nullopt;
 }
 
+// The observer hears of a record last, since it may end the run instead.
 void ImportRun::beginRecord(std::size_t row) {
   currentRow_ = row;
   posting_ = {};
@@ -30,6 +32,7 @@ void ImportRun::leaveRows() {
   anyBegun_ = false;
 }
 
+// The log has the line before anybody else hears of it: whatever happens then, nothing is lost.
 void ImportRun::found(Verdict verdict, const Finding& why, std::string_view line) {
   if (!line.empty()) module_.WriteErrorLog(line);
   observer().recordFound(verdict, why, line);

@@ -53,6 +53,8 @@ void ImportScreen::bindEvents() {
 
 // Set-up
 
+// The hooks come first and last: hosts arrange the screen in the one, and count on it being
+// complete in the other.
 void ImportScreen::initForm(std::shared_ptr<Connection> myConn,
                             std::shared_ptr<const Picture> AppIcon) {
   trapRoutine("initForm", [&] {
@@ -70,6 +72,7 @@ void ImportScreen::setFields(std::span<const TargetField> fields) {
   for (const TargetField& field : fields) mappingList.addColumn(field.title, field.width);
 }
 
+// A host that hands over no connection still gets its screen; only its queries fail.
 void ImportScreen::keepConnection(std::shared_ptr<Connection> myConn) {
   connection_ = myConn != nullptr ? std::move(myConn) : std::make_shared<ClosedConnection>();
   command_ = connection_->newCommand();
@@ -79,6 +82,7 @@ void ImportScreen::loadNotYetCaption() {
   notYet_ = toText(module_.hostService().caption("Vorel", "Label", "Not Yet"));
 }
 
+// The defaults come first, so that a query that fails still leaves a screen to paint.
 void ImportScreen::InitLoadColors() {
   using namespace systemColor;
   backColors_ = {buttonFace,       buttonFace,       windowBackground,
@@ -87,7 +91,7 @@ void ImportScreen::InitLoadColors() {
   trapRoutine("InitLoadColors", [this] {
     const auto rows = connection().Execute("Select * From ColorSettings");
     if (rows == nullptr) return;
-    // 0 keeps the default, so black can't be chosen: intended.
+    // A colour of 0 means "not chosen" to the application, so black cannot be chosen.
     const auto take = [](Value& color, const Value& field) {
       const double number = Velk_ModOpnImp::ValOrZero(std::string(trim(toText(field))));
       if (number != 0) color = number;
@@ -113,6 +117,7 @@ void ImportScreen::Form_KeyDown(std::int16_t KeyCode, std::int16_t Shift) {
   });
 }
 
+// Back to the normal state first: a maximised window would not take another size.
 void ImportScreen::Form_Resize() {
   trapRoutine("Form_Resize", [this] {
     const WindowState state = windowState();
@@ -124,6 +129,8 @@ void ImportScreen::Form_Resize() {
 
 // Runs
 
+// The count is 16 bits wide on some screens, and adding 1 to the largest one overflows there as it
+// does in the records of the system.
 std::size_t ImportScreen::lastDataRow() const {
   if (recordCount_ >= rules_.largestRecordCount) throw RuntimeError(ErrorNumber::Overflow);
   return static_cast<std::size_t>(recordCount_) + 1;
@@ -142,7 +149,7 @@ void ImportScreen::eventFailed(const RuntimeError& error) noexcept {
     module_.LogError(text, std::to_string(error.number()));
     desktop().messageBox(text, styleCritical);
   } catch (...) {
-    // There is no way left to tell the user; the host must live on.
+    // There is no way left to tell the user, and the host has to live on.
   }
   run_.leaveRows();
 }

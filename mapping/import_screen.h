@@ -87,7 +87,7 @@ class ImportScreen : public Form {
   void showPreview(const FileTable& table);
 
   /// The column of a list at a horizontal position (twips from the list's left edge, the list's
-  /// scroll position counted in); nothing beyond the last one.
+  /// scroll position counted in); empty beyond the last one.
   static std::optional<std::size_t> GetColumnUnderMouse(const ListView& list, int x);
 
  protected:
@@ -158,7 +158,7 @@ class ImportScreen : public Form {
   std::array<Value, 6> backColors_;
   std::array<Value, 6> foreColors_;
 
-  std::optional<std::size_t> nonEmptyLines_;  // of the file viewed; nothing before View
+  std::optional<std::size_t> nonEmptyLines_;  // of the file viewed; empty before View
   std::size_t selectedColumn_ = 0;
   Selection selection_ = Selection::None;
   std::optional<std::size_t> targetColumn_;

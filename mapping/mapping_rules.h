@@ -19,8 +19,8 @@ struct TargetField {
   bool needsFirstValue = false;
 };
 
-/// Where the "Not Yet" caption stands in the first cell of the mapping row. The further cells
-/// always carry it.
+/// When the first cell of the mapping row shows the "Not Yet" caption. The further cells always
+/// show it until their field is mapped.
 struct FirstCell {
   bool afterBrowse = false;
   bool afterAutomaticMapping = false;
@@ -31,7 +31,7 @@ struct MappingRules {
   std::string_view hasEmptyValue;  ///< refusal: the field needs values and the column lacks one
   bool translatesTitles = false;   ///< a file column's name is the host's caption for its title
   FirstCell firstCell;
-  /// Stands behind the "Not Yet" caption in every cell of the mapping row but the first.
+  /// Follows the "Not Yet" caption in every cell of the mapping row but the first.
   std::string_view furtherCellSuffix;
   /// Record counts are counted in 32 bits and stored in this range; beyond it they overflow.
   std::int32_t largestRecordCount = std::numeric_limits<std::int32_t>::max();

@@ -12,6 +12,8 @@ OpeningScreen::OpeningScreen(Velk_ModOpnImp& module, const OpeningScreenKind& ki
   setFields(kind.fields);
 }
 
+// The screen is shown before it is painted in the company's colours: a slow query must not keep it
+// from appearing.
 void OpeningScreen::setUp(std::shared_ptr<Connection> myConn) {
   if (!kind_.secondTitleKey.empty()) {
     mappingList.setTitle(

@@ -49,7 +49,7 @@ class OpeningScreen : public ImportScreen {
   std::unique_ptr<ImportButton> import_;
 };
 
-// The fields that both opening screens have, behind code and name.
+// The fields that both opening screens have, after code and name.
 inline constexpr TargetField referenceField{"Reference", 1500, "reference", false};
 inline constexpr TargetField dateField{"Date", 1300, "date", false};
 inline constexpr TargetField billField{"Bill Amount", 1500, "bill amount", true};

@@ -29,11 +29,11 @@ constexpr std::array<TargetField, 10> vendorFields{{
     {"Sale Type", vendorWidth, "sale type", false, true},
     {"TNGST", vendorWidth, "tngst", false, true},
     {"CST", vendorWidth, "cst", false, true},
-    // Mapped by its name although its first value is missing, intended.
+    // Mapped by its name although its first value is missing: many vendors have no such number.
     {"Pan Number", vendorWidth, "pan number", false, false},
 }};
 
-// The blanks in front of three titles are intended.
+// Three titles begin with a blank, as the application has them in its own lists.
 constexpr std::array<TargetField, 6> salesmanFields{{
     {"Salesman", ListView::defaultColumnWidth, "salesman"},
     {" Address", ListView::defaultColumnWidth, "address"},
@@ -51,7 +51,7 @@ struct MasterType {
   bool startsInApplicationFolder;
 };
 
-// "csv Files" and "csv files": intended.
+// The two filters differ in one letter, as the dialogs always have.
 constexpr std::array<MasterType, 3> types{{
     {"Bank & Branch", bankBranchFields, "BankBranch Import", "csv Files (*.csv)|*.csv", false},
     {"Vendor", vendorFields, "Vendor Import", "csv files (*.csv)|*.csv", false},
@@ -73,11 +73,13 @@ constexpr MappingRules rules{
     .selectFirst = "You have to select from list",
     .hasEmptyValue = "The Field contains Null Value.So Cannot be mapped",
     .firstCell = {.afterBrowse = true, .afterAutomaticMapping = true},
-    .furtherCellSuffix = " ",  // "Not Yet " in all cells but the first, intended
+    .furtherCellSuffix = " ",  // so that these cells differ from a file column titled so
 };
 
 }  // namespace
 
+// The controls are arranged in the order in which hosts count them, which is not that of the
+// opening screens.
 Velk_frmBankBranch_OpnImp::Velk_frmBankBranch_OpnImp(Velk_ModOpnImp& module)
     : ImportScreen(module, "Velk_frmBankBranch_OpnImp", "Import", "lstCust", rules),
       cmdExport(*this, nullptr, "cmdExport", {120, 7515, 1575, 390}, "&Export DS"),
@@ -105,6 +107,7 @@ void Velk_frmBankBranch_OpnImp::initListView() {
   setFields(data.fields);
 }
 
+// Painted before it is shown, unlike the opening screens; the focus can only be set on a window.
 void Velk_frmBankBranch_OpnImp::setUp(std::shared_ptr<Connection> myConn) {
   keepConnection(std::move(myConn));
   InitLoadColors();
@@ -114,6 +117,7 @@ void Velk_frmBankBranch_OpnImp::setUp(std::shared_ptr<Connection> myConn) {
   focus(cboType);
 }
 
+// Another type has other fields: the file, its preview and the mapping mean nothing to it.
 void Velk_frmBankBranch_OpnImp::cboType_Click() {
   trapRoutine("cboType_Click", [this] {
     initListView();
@@ -156,6 +160,7 @@ void Velk_frmBankBranch_OpnImp::cmdImport_Click() {
   if (importCompleted_) emptyScreen();
 }
 
+// Only a maximised window moves to the corner; a normal one stays where the user put it.
 Bounds Velk_frmBankBranch_OpnImp::keptBounds(WindowState state) {
   constexpr int maximisedListWidth = 11000;
   if (state != WindowState::Maximised) {

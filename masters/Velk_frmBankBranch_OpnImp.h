@@ -2,7 +2,7 @@
 //
 // One list of fields a type; choosing a type drops the file, its preview and the mapping. Banks,
 // branches and vendors come from comma-separated files, salesmen from a workbook. What an import
-// does stands in a class of its own: bank_branch_import, vendor_import, salesman_import,
+// does is the matter of a class of its own: bank_branch_import, vendor_import, salesman_import,
 // salesman_export, ds_type_rules.
 #pragma once
 

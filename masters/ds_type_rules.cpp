@@ -31,6 +31,7 @@ std::shared_ptr<Recordset> DsTypeRules::ask(std::string_view procedure, const Va
       screen_.module().ExecuteProcedure(screen_.connection(), procedure, parameters, Purpose::Ask));
 }
 
+// The tag names another routine than this one: it is the text that support staff search logs for.
 std::int16_t DsTypeRules::ChkForValidDSTypeName() {
   std::int16_t code = 0;
   screen_.run().trap("ImportSalesman - CheckForValidDSType : ", [&] {
@@ -42,6 +43,7 @@ std::int16_t DsTypeRules::ChkForValidDSTypeName() {
   return code;
 }
 
+// An answer without rows says nothing against the type, so that it is acceptable.
 bool DsTypeRules::CheckForDefaultVal(std::string_view name, std::string_view existingValue) {
   bool acceptable = true;
   if (existingValue.empty()) return acceptable;

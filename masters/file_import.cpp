@@ -5,6 +5,8 @@
 
 namespace velk {
 
+// Every check of the file comes before the first record is posted. The run counts as completed even
+// when the message about it cannot be shown: the records are posted.
 bool FileImport::run() {
   ImportRun& run = screen_.run();
   bool completed = false;
@@ -33,6 +35,7 @@ bool FileImport::hasColumnsOfKind(const RecordReader& reader) {
   return false;
 }
 
+// The test is made on the cell as it is: one with blanks only passes, and the database decides.
 bool FileImport::mandatoryFieldsAreMapped() {
   for (std::size_t field = 0; field < screen_.fields().size(); ++field) {
     const TargetField& target = screen_.fields()[field];

@@ -34,6 +34,7 @@ void forEachRow(Connection& connection, std::string_view query, Take&& take) {
   records->Close();
 }
 
+// Read whole before the sheet is written: the list's range needs the number of its last row.
 std::vector<std::string> valuesOf(Connection& connection, std::string_view query) {
   std::vector<std::string> values;
   forEachRow(connection, query,
@@ -96,6 +97,7 @@ std::optional<std::string> SalesmanExport::chooseFile() {
   return chosen;
 }
 
+// Opening makes an empty file where there was none, which has to go again if the export fails.
 bool SalesmanExport::IsFileInUse(std::string_view fileName) {
   madeFile_ = false;
   try {
@@ -106,6 +108,8 @@ bool SalesmanExport::IsFileInUse(std::string_view fileName) {
   }
 }
 
+// The file is written when the desktop is asked to open it: a desktop that does not is a failure of
+// the export all the same, and the user is told so.
 bool SalesmanExport::ExportToExcel(std::string_view fileName) {
   const WaitCursor wait(screen_.desktop());
   return screen_.trapRoutine("ExportToExcel", [&] {

@@ -59,6 +59,8 @@ std::string_view savedHandheld(std::string_view value) {
 
 // The workbook
 
+// Captions are checked before anything is shown: a workbook of another kind leaves the preview
+// empty.
 bool SalesmanImport::ImportExcelData(std::string_view fileName) {
   try {
     const std::optional<FileTable> table = readWorkbook(fileName);
@@ -106,6 +108,8 @@ std::optional<FileTable> SalesmanImport::readWorkbook(std::string_view fileName)
 
 // The records
 
+// The list's own rows are imported, not the record count: the two agree unless a host changed the
+// list.
 bool SalesmanImport::ImportSalesmanMaster() {
   dsTypes_.reset();
   ImportRun& run = screen_.run();
@@ -130,7 +134,8 @@ bool SalesmanImport::ImportSalesmanMaster() {
   return true;
 }
 
-/// False: the record was refused.
+// False: the record was refused. Values lose their quotes here although the view took them off
+// before: a value that was quoted twice loses both pairs.
 bool SalesmanImport::postSalesman(std::size_t row) {
   const auto unquoted = [this](std::string_view text) { return screen_.run().unquoted(text); };
   const auto cell = [&](std::size_t field) { return screen_.mappingList.cell(row, field); };

@@ -2,6 +2,7 @@
 
 namespace velk {
 
+// Bold goes one column further than the captions, as in all workbooks written before.
 void writeSalesmanCaptions(WorksheetWriter& sheet) {
   constexpr CellRange boldCells{1, 1, 1, 8};
   int column = salesmanColumn::Name;
@@ -12,10 +13,12 @@ void writeSalesmanCaptions(WorksheetWriter& sheet) {
 void writePickList(WorksheetWriter& sheet, const PickList& list,
                    std::span<const std::string> values) {
   constexpr double width = 30;
-  sheet.setText(1, list.listColumn, "DSType");  // above both lists, intended
+  sheet.setText(1, list.listColumn,
+                "DSType");  // above both lists, as imports of older files know it
   int lastRow = 1;
   for (const std::string& value : values) sheet.setText(++lastRow, list.listColumn, value);
-  // Without a value it ends at row 1, intended: it takes in the caption and a blank cell.
+  // Without a value the list ends at row 1 and so contains the caption and a blank cell: an empty
+  // source would make the whole workbook unreadable.
   const std::string column = "$" + std::string(list.listColumnName) + "$";
   sheet.addListValidation({2, list.column, lastPickRow, list.column},
                           "=" + column + "2:" + column + std::to_string(lastRow));

@@ -33,7 +33,7 @@ namespace salesmanField {
 enum : std::size_t { Name, Address, ResNumber, MobNumber, DSType, HandHeldDS };
 }
 
-/// A column whose cells take the values of a list. These stand in a hidden column from row 2 on,
+/// A column whose cells take the values of a list. A hidden column contains these from row 2 on,
 /// under the caption "DSType", whichever list it is.
 struct PickList {
   int column;
@@ -42,7 +42,7 @@ struct PickList {
 };
 inline constexpr PickList dsTypeList{salesmanColumn::DSType, 250, "IP"};
 inline constexpr PickList handheldList{salesmanColumn::HandHeldDS, 251, "IQ"};
-/// Rows beyond have no pick list, however many there are.
+/// Later rows have no pick list, however many there are.
 inline constexpr int lastPickRow = 1000;
 
 /// Writes the captions, bold.

@@ -55,6 +55,7 @@ void VendorImport::postRecord(std::size_t row) {
   ImportVendor(vendor);
 }
 
+// A vendor that was refused gets no account: one without its vendor could not be found again.
 void VendorImport::ImportVendor(VendorRecord& vendor) {
   for (const std::size_t field : {Code, Name}) {
     vendor.at(field) = std::string(trim(vendor.at(field)));

@@ -18,7 +18,7 @@ constexpr std::array<TargetField, 6> fields{{
 
 constexpr OpeningScreenKind kind{
     .name = "Velk_frmVenOpn_OpnImp",
-    .caption = "Import VendorOpening",  // no blank inside, intended
+    .caption = "Import VendorOpening",  // hosts and manuals know it without a blank
     .mappingListName = "lstVen",
     .fields = fields,
     .rules = openingRules("You have to select from Vendor list",

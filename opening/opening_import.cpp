@@ -19,6 +19,8 @@ std::string joined(std::string_view a, std::string_view b) {
 
 }  // namespace
 
+// The screen is emptied before the user is told to read the log, and after the message of success:
+// that is the order in which users have always seen it.
 void OpeningImport::cmdImport_Click() {
   currentYear_ = currentYear(screen_.desktop());
   transDate_ = GetTransDate();
@@ -50,6 +52,7 @@ void OpeningImport::show(std::string_view message, std::int32_t style) {
   }
 }
 
+// One pass a field: the first field that lacks a value is named, not the first record.
 bool OpeningImport::fieldsAreMapped() {
   const std::array<std::pair<Field, std::string_view>, 3> mandatory{
       {{Code, kind_.idNotMapped},
@@ -64,6 +67,8 @@ bool OpeningImport::fieldsAreMapped() {
   return true;
 }
 
+// The order of the checks decides what a record with several faults is refused for. A bill of 0 is
+// looked at last, so that its balance is still warned of.
 void OpeningImport::importRecord(std::size_t row) {
   const auto cell = [&](Field field) { return screen_.mappingList.cell(row, field); };
   Note note;
@@ -77,7 +82,7 @@ void OpeningImport::importRecord(std::size_t row) {
   note.bill = leadingNumber(cell(BillAmount));
   note.balance = leadingNumber(cell(Balance));
   if (std::abs(note.bill) < std::abs(note.balance)) {
-    // A warning only: users import such documents, and correct them in the application.
+    // A warning only: the document is posted all the same, and the user finds it by the log.
     const Finding why{Reason::BalanceAboveBill, Balance, std::string(cell(Balance))};
     tell(Verdict::Warned, why, note.code);
   }
@@ -88,6 +93,8 @@ void OpeningImport::importRecord(std::size_t row) {
   post(note);
 }
 
+// Empty if the record was refused for its date. Vendors' dates have no refusal: one that cannot be
+// read ends the run, and what comes before it stays posted.
 std::optional<Date> OpeningImport::documentDate(std::size_t row, std::string_view code) {
   const std::string_view text = screen_.mappingList.cell(row, DocDate);
   if (text.empty()) return Date{transDate_.days - 1};
@@ -103,6 +110,7 @@ std::optional<Date> OpeningImport::documentDate(std::size_t row, std::string_vie
   return std::nullopt;
 }
 
+// Amounts go without a sign: the note's procedure carries it, and only the entry's balance has one.
 void OpeningImport::post(const Note& note) {
   const bool debit = note.bill > 0;
   const double balance = std::abs(note.balance);
@@ -145,6 +153,7 @@ std::string OpeningImport::logLine(const Finding& why, std::string_view code) co
   }
 }
 
+// The code is pasted as it is. One with a quote in it makes the query fail, and counts as unknown.
 bool OpeningImport::partyExists(std::string_view code) {
   try {
     const auto reply = screen_.connection().Execute(joined(kind_.existsQuery, code).append("'"));
@@ -156,6 +165,7 @@ bool OpeningImport::partyExists(std::string_view code) {
   }
 }
 
+// Without a row it is the day 0 of dates, 30 December 1899: then every dated record is refused.
 Date OpeningImport::queryDate(std::string_view query) {
   Date date;
   const auto reply = screen_.connection().Execute(query);

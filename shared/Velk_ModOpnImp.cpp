@@ -37,6 +37,8 @@ std::string Velk_ModOpnImp::logTrapped(std::string_view tag, const RuntimeError&
   return line;
 }
 
+// The user is told to read the log, which says which file it was; the description of the error is
+// not in it, as logs never had it.
 FileText Velk_ModOpnImp::ReadFileText(std::string_view path) {
   FileText text;
   const std::string line = std::string("Error in Opening the file ").append(path);
@@ -67,6 +69,7 @@ std::string Velk_ModOpnImp::UnquoteField(std::string_view field) {
   return text;
 }
 
+// Made when first needed: a host may register its class after it has made ours.
 HostService& Velk_ModOpnImp::hostService() {
   if (hostService_ == nullptr) hostService_ = platform_.createHostService();
   return *hostService_;

@@ -96,7 +96,7 @@ class Velk_ModOpnImp {
                                               Purpose purpose = Purpose::Post);
   /// 0 after a procedure that ran, the error's number after one that failed.
   std::int32_t lastErrorNumber() const { return lastErrorNumber_; }
-  /// Passes over the closed results in front of the first open one; the last closed one when none
+  /// Passes over the closed results before the first open one; the last closed one when none
   /// is open, null for null. Errors end the search silently.
   static std::shared_ptr<Recordset> GetDataRecordset(std::shared_ptr<Recordset> recordset);
   /// 0 for null, else the leading number of the value's text. Error 6 beyond a double's range.

@@ -6,6 +6,7 @@ std::string FileErrorLog::path() const {
   return desktop_.applicationFolder() + pathSeparator + "Error.log";
 }
 
+// The last file number is kept free for this: a run that has used up all others can still log.
 void FileErrorLog::append(std::string_view line) {
   const std::int16_t number = files_.freeFile(NumberedFiles::Use::ErrorLog);
   files_.openForAppend(number, path());

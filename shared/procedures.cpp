@@ -27,6 +27,8 @@ std::shared_ptr<Recordset> run(Connection& connection, std::string_view name,
 
 }  // namespace
 
+// The error's number is kept because callers that ignore errors still ask for it afterwards. Only a
+// time-out is shown: it is the one error that passes when the user waits.
 std::shared_ptr<Recordset> Velk_ModOpnImp::ExecuteProcedure(
     Connection& connection, std::string_view name, std::span<const ProcedureParameter> parameters,
     Purpose purpose) {
@@ -44,6 +46,7 @@ std::shared_ptr<Recordset> Velk_ModOpnImp::ExecuteProcedure(
   }
 }
 
+// Statements of a procedure that only count rows leave closed results before the one with the data.
 std::shared_ptr<Recordset> Velk_ModOpnImp::GetDataRecordset(std::shared_ptr<Recordset> recordset) {
   try {
     while (recordset != nullptr && recordset->State() == stateClosed) {

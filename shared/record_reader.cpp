@@ -12,17 +12,19 @@ void RecordReader::FileName(std::string_view path) {
   try {
     fileName_ = path;
     const std::int16_t number = module_.files().freeFile();
-    fileNumber_ = 0;  // a failed open leaves no number behind that another file may get
+    fileNumber_ = 0;  // so that a failed open does not leave a number that another file may get
     module_.files().openForInput(number, path);
     fileNumber_ = number;
     opened_ = true;
     if (!module_.files().atEnd(fileNumber_)) MoveNext();
   } catch (const RuntimeError& error) {
-    // The error's number as the style is intended: it decides icon and buttons.
+    // The error's number is passed as the style. It decides icon and buttons: users know each error
+    // by the look of its box.
     module_.desktop().messageBox(error.description(), error.number());
   }
 }
 
+// At the end the last record stays current: hosts read its fields after the loop.
 void RecordReader::MoveNext() {
   if (!opened_) return;
   if (module_.files().atEnd(fileNumber_)) {
@@ -67,12 +69,13 @@ std::vector<std::string> RecordReader::CSVSplit(std::string_view Expression) {
   return splitLine(Expression, QuotedComma::Keep);
 }
 
+// From the current record on: the caller may have read some of the file.
 bool RecordReader::ValidateData(std::int16_t nColumns, RecordReader& myCSVFile) const {
   std::int32_t line = 0;
   while (!myCSVFile.IsEOF()) {
     ++line;
     if (myCSVFile.Count() != nColumns) {
-      // No blank between the line number and "starting with": intended.
+      // No blank between the line number and "starting with": hosts look for this text.
       module_.desktop().messageBox(
           "'" + myCSVFile.FileName() + "'\r\n" +
               "File does not contain expected number of columns (" + std::to_string(nColumns) +

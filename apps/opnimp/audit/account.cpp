@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t mostDifferencesKept = 20;
 
-// Where the amounts stand among the parameters of notes and entries.
+// The places of the amounts among the parameters of notes and entries.
 constexpr std::size_t billParameter = 3;
 constexpr std::size_t balanceParameter = 4;
 constexpr std::size_t entryParameter = 1;

@@ -75,6 +75,7 @@ bool isEffective(const RecordedCall& call) {
          (call.result == CallResult::Ok || call.result == CallResult::NotRun);
 }
 
+// What only asks has no effect, whatever came of it.
 Tally tally(const RecordTrace& trace) {
   Tally t;
   for (const RecordedCall* call : trace.calls) {
@@ -109,6 +110,7 @@ bool needsAttention(const RecordTrace& trace) {
          (trace.outcome == Outcome::Skipped && trace.said->warned);
 }
 
+// The recorder's results come first, since they name the procedure; then the import's own words.
 std::string reasonOf(const RecordTrace& trace) {
   std::string reason;
   const bool explained = isRefused(trace.outcome) || isDoubtful(trace.outcome);
@@ -122,6 +124,7 @@ std::string reasonOf(const RecordTrace& trace) {
   return reason;
 }
 
+// A row beyond the file's records is nobody's: the account shows it as a stray.
 Traces traceRecords(const ImportReport& report, const Recorder& recorder, std::size_t recordCount) {
   Traces traces;
   traces.records.resize(recordCount);

@@ -67,7 +67,7 @@ std::string reasonOf(const RecordTrace& trace);
 
 struct Traces {
   std::vector<RecordTrace> records;  ///< one for each record of the file, in order
-  /// Calls that belong to no record of the file although the screen stood on one, and procedures
+  /// Calls that belong to no record of the file although the screen was at one, and procedures
   /// called for no record at all.
   std::vector<const RecordedCall*> strays;
   std::vector<const RecordedLine*> runLines;  ///< log lines of the run as a whole

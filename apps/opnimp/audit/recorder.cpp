@@ -68,6 +68,7 @@ std::size_t Recorder::beginCall(CallKind kind, std::string_view text,
   return calls_.size() - 1;
 }
 
+// On a lost connection nobody knows whether the call took effect, whatever the driver says of it.
 void Recorder::callFailed(std::size_t call, CallResult result, const RuntimeError& error,
                           const Connection& connection) {
   calls_[call].error = CallError{error.number(), error.description(), connection.diagnostics()};

@@ -1,5 +1,5 @@
 // Sees everything that an import does: each call on the connection, each line of the error log and
-// each message, stamped with the record that the screen stood on. It is the proof of what the
+// each message, stamped with the record that the screen was at. It is the proof of what the
 // import says of itself (import_report.h), and the imports know nothing of it.
 //
 // It also ends a run at once when the connection is gone, so that records which were never looked

@@ -17,7 +17,7 @@ CallKind kindOf(CommandType type, Purpose purpose) {
   return purpose == Purpose::Ask ? CallKind::Check : CallKind::Procedure;
 }
 
-/// The results of a call, fetched when it ran, handed on one by one as the caller asks for them.
+/// The results of a call, fetched when it ran, given one by one as the caller asks for them.
 class FetchedResults final : public Recordset {
  public:
   explicit FetchedResults(std::shared_ptr<Recordset> current) : current_(std::move(current)) {}
@@ -61,8 +61,8 @@ class WatchedCall {
     return first;
   }
 
-  /// A statement behind the first one may have failed without anybody asking: its results are
-  /// fetched here, so that the account knows.
+  /// A later statement of the call may have failed without anybody asking: its results are fetched
+  /// here, so that the account knows.
   std::shared_ptr<Recordset> fetchAll(std::shared_ptr<Recordset> result) {
     auto first = std::make_shared<FetchedResults>(result);
     auto last = first;

@@ -56,6 +56,8 @@ class ImportCommand {
     result_.arguments = arguments;
   }
 
+  // Memory that runs out before the first record was posted is the file's fault; later it is not
+  // known what was posted, and the program ends with that word.
   const ImportResult& run() {
     try {
       prepare();
