@@ -1,8 +1,8 @@
 #include <doctest/doctest.h>
 
 #include "base/errors.h"
+#include "platform/memory_recordset.h"
 #include "platform/odbc/cell_reader.h"
-#include "platform/odbc/memory_recordset.h"
 #include "tests/support/database_calls.h"
 
 namespace velk {

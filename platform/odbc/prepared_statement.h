@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/memory_recordset.h"
 #include "platform/odbc/cell_reader.h"
-#include "platform/odbc/memory_recordset.h"
 #include "platform/odbc/odbc_session.h"
 #include "platform/odbc/parameter_buffer.h"
 

@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/memory_recordset.h"
 #include "platform/odbc/cell_reader.h"
-#include "platform/odbc/memory_recordset.h"
 #include "platform/odbc/odbc_session.h"
 
 namespace velk {
