@@ -24,6 +24,10 @@ enum class CommandType : std::int32_t { Text = 1, StoredProcedure = 4 };
 /// ADO's adParamInput, the only direction in use.
 inline constexpr std::int32_t inputParameter = 1;
 
+/// The declared size of every parameter. Of a text it is the longest that can be passed, in UTF-16
+/// units.
+inline constexpr std::int32_t parameterSize = 2048;
+
 /// ADO's ObjectStateEnum.
 inline constexpr std::int32_t stateClosed = 0;
 inline constexpr std::int32_t stateOpen = 1;

@@ -93,7 +93,7 @@ std::string asUtf8(std::u16string_view text) {
 
 // A long cell comes in pieces: success with information means that more is to come.
 template <class Character>
-Value readText(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column, CellKind kind) {
+Value readText(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column, ColumnKind kind) {
   constexpr SQLSMALLINT cType = sizeof(Character) == 1 ? SQL_C_CHAR : SQL_C_WCHAR;
   std::array<Character, chunkCharacters> chunk;
   std::basic_string<Character> longText;
@@ -117,55 +117,55 @@ Value readText(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column, C
 
 }  // namespace
 
-CellKind cellKindOf(SQLSMALLINT sqlType) {
+ColumnKind columnKindOf(SQLSMALLINT sqlType) {
   switch (sqlType) {
     case SQL_TINYINT:
     case SQL_SMALLINT:
     case SQL_INTEGER:
-      return CellKind::Integer;
+      return ColumnKind::Integer;
     case SQL_BIGINT:
-      return CellKind::BigInteger;
+      return ColumnKind::BigInteger;
     case SQL_REAL:
     case SQL_FLOAT:
     case SQL_DOUBLE:
-      return CellKind::Double;
+      return ColumnKind::Double;
     case SQL_DECIMAL:
     case SQL_NUMERIC:
-      return CellKind::Decimal;
+      return ColumnKind::Decimal;
     case SQL_BIT:
-      return CellKind::Bit;
+      return ColumnKind::Bit;
     case SQL_DATE:
     case SQL_TIMESTAMP:
     case SQL_TYPE_DATE:
     case SQL_TYPE_TIMESTAMP:
-      return CellKind::Date;
+      return ColumnKind::Date;
     default:
-      return CellKind::Text;
+      return ColumnKind::Text;
   }
 }
 
-Value interpretCell(CellKind kind, std::string text) {
+Value interpretCell(ColumnKind kind, std::string text) {
   switch (kind) {
-    case CellKind::Integer:
+    case ColumnKind::Integer:
       return integerCell(text, false);
-    case CellKind::BigInteger:
+    case ColumnKind::BigInteger:
       return integerCell(text, true);
-    case CellKind::Double:
+    case ColumnKind::Double:
       if (const auto number = wholly<double>(text)) return *number;
       return text;
-    case CellKind::Decimal:
+    case ColumnKind::Decimal:
       return decimalCell(text);
-    case CellKind::Bit:
+    case ColumnKind::Bit:
       return bitCell(text);
-    case CellKind::Date:
+    case ColumnKind::Date:
       return dateCell(text);
-    case CellKind::Text:
+    case ColumnKind::Text:
       break;
   }
   return text;
 }
 
-CellKind describeColumn(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column) {
+ColumnKind describeColumn(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column) {
   SQLSMALLINT type = SQL_VARCHAR;
   SQLSMALLINT nameLength = 0;
   SQLSMALLINT digits = 0;
@@ -174,17 +174,17 @@ CellKind describeColumn(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT 
   session.check(
       SQLDescribeColW(statement, column, nullptr, 0, &nameLength, &type, &size, &digits, &nullable),
       SQL_HANDLE_STMT, statement);
-  return cellKindOf(type);
+  return columnKindOf(type);
 }
 
-Value readCell(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column, CellKind kind) {
-  if (!session.dialect().hasDynamicTypes()) {
-    if (kind == CellKind::Date) return readDate(session, statement, column);
-    if (kind == CellKind::Double) return readDouble(session, statement, column);
+Value readCell(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column, ColumnKind kind) {
+  if (!session.dialect().hasDynamicTypes) {
+    if (kind == ColumnKind::Date) return readDate(session, statement, column);
+    if (kind == ColumnKind::Double) return readDouble(session, statement, column);
   }
   // Digits are the same in every single-byte character set, and cheaper so.
-  const bool isNumber = kind == CellKind::Integer || kind == CellKind::BigInteger ||
-                        kind == CellKind::Double || kind == CellKind::Bit;
+  const bool isNumber = kind == ColumnKind::Integer || kind == ColumnKind::BigInteger ||
+                        kind == ColumnKind::Double || kind == ColumnKind::Bit;
   return isNumber ? readText<char>(session, statement, column, kind)
                   : readText<char16_t>(session, statement, column, kind);
 }

@@ -2,10 +2,8 @@
 #pragma once
 
 #include <memory>
-#include <vector>
 
 #include "platform/memory_recordset.h"
-#include "platform/odbc/cell_reader.h"
 #include "platform/odbc/odbc_session.h"
 
 namespace velk {
@@ -14,6 +12,6 @@ namespace velk {
 /// chained by NextRecordset. The statement's cursor is closed afterwards, whatever happens. Errors:
 /// what the driver says of the first result; an error in a later one waits in its NextRecordset.
 std::shared_ptr<MemoryRecordset> readResults(OdbcSession& session, SQLHANDLE statement,
-                                             SQLRETURN executed, std::vector<CellKind>& kinds);
+                                             SQLRETURN executed);
 
 }  // namespace velk
