@@ -84,35 +84,23 @@ Value readDouble(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column)
   return number;
 }
 
-std::string asUtf8(std::string_view text) {
-  return std::string(text);
-}
-std::string asUtf8(std::u16string_view text) {
-  return toUtf8(text);
-}
-
-// A long cell comes in pieces: success with information means that more is to come.
-template <class Character>
+// A long cell comes in pieces, each but the last as long as the memory for it without its final
+// NUL.
 Value readText(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column, ColumnKind kind) {
-  constexpr SQLSMALLINT cType = sizeof(Character) == 1 ? SQL_C_CHAR : SQL_C_WCHAR;
-  std::array<Character, chunkCharacters> chunk;
-  std::basic_string<Character> longText;
-  for (;;) {
+  std::array<char16_t, chunkCharacters> chunk;
+  std::u16string text;
+  for (bool more = true; more;) {
     SQLLEN bytes = 0;
     const SQLRETURN result =
-        SQLGetData(statement, column, cType, chunk.data(), sizeof chunk, &bytes);
+        SQLGetData(statement, column, SQL_C_WCHAR, chunk.data(), sizeof chunk, &bytes);
     if (result == SQL_NO_DATA) break;
     session.check(result, SQL_HANDLE_STMT, statement);
     if (bytes == SQL_NULL_DATA) return Null{};
-    const bool whole = bytes != SQL_NO_TOTAL && bytes < static_cast<SQLLEN>(sizeof chunk);
-    const std::size_t got =
-        whole ? static_cast<std::size_t>(bytes) / sizeof(Character) : chunk.size() - 1;
-    const std::basic_string_view<Character> piece(chunk.data(), got);
-    if (whole && longText.empty()) return interpretCell(kind, asUtf8(piece));
-    longText += piece;
-    if (whole) break;
+    more = bytes == SQL_NO_TOTAL || bytes >= static_cast<SQLLEN>(sizeof chunk);
+    text.append(chunk.data(),
+                more ? chunk.size() - 1 : static_cast<std::size_t>(bytes) / sizeof(char16_t));
   }
-  return interpretCell(kind, asUtf8(longText));
+  return interpretCell(kind, toUtf8(text));
 }
 
 }  // namespace
@@ -182,11 +170,7 @@ Value readCell(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column, C
     if (kind == ColumnKind::Date) return readDate(session, statement, column);
     if (kind == ColumnKind::Double) return readDouble(session, statement, column);
   }
-  // Digits are the same in every single-byte character set, and cheaper so.
-  const bool isNumber = kind == ColumnKind::Integer || kind == ColumnKind::BigInteger ||
-                        kind == ColumnKind::Double || kind == ColumnKind::Bit;
-  return isNumber ? readText<char>(session, statement, column, kind)
-                  : readText<char16_t>(session, statement, column, kind);
+  return readText(session, statement, column, kind);
 }
 
 }  // namespace velk
