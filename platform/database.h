@@ -49,8 +49,8 @@ class Recordset {
   /// 0 closed (a statement that returned no rows), 1 open. Every other member but NextRecordset
   /// raises 3704 on a closed one.
   virtual std::int32_t State() const = 0;
-  /// No current record because the end, or the beginning, has been passed. Both hold when there are
-  /// no rows.
+  /// No current record because the end, or the beginning, has been passed. Both are
+  /// true if there are no rows.
   virtual bool isEOF() const = 0;
   virtual bool isBOF() const = 0;
   virtual void MoveNext() = 0;

@@ -12,7 +12,7 @@
 namespace velk {
 namespace {
 
-constexpr std::size_t chunkCharacters = 1024;
+constexpr std::size_t chunkCharacters = 1024;  // one piece for all but unusually long texts
 
 template <class Number>
 std::optional<Number> wholly(std::string_view text) {
@@ -25,6 +25,7 @@ std::optional<Number> wholly(std::string_view text) {
 Value integerCell(const std::string& text, bool big) {
   const auto number = wholly<std::int64_t>(text);
   if (!number) return text;
+  // An engine without column types gives large numbers in a column of small ones, too.
   const auto narrow = static_cast<std::int32_t>(*number);
   if (!big && narrow == *number) return narrow;
   return fitsDouble(*number) ? Value(static_cast<double>(*number)) : Value(text);
@@ -42,6 +43,7 @@ std::string decimalCell(std::string_view text) {
   return completed;
 }
 
+// Engines write dates year first; in any other order it is somebody's text.
 Value dateCell(const std::string& text) {
   const auto reading = readDate(text, 0);
   if (reading && reading->order == DateOrder::YearMonthDay) return reading->date;
@@ -54,6 +56,7 @@ Value bitCell(const std::string& text) {
   return text;
 }
 
+// Before day 0 the time of day counts forward all the same: -1.25 is six o'clock of day -1.
 Date toDate(const SQL_TIMESTAMP_STRUCT& stamp) {
   const double day = dateFromCivil({stamp.year, stamp.month, stamp.day}).days;
   const double seconds =

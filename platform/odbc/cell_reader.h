@@ -6,14 +6,14 @@
 
 namespace velk {
 
-/// How a column's cells are read. Integer: 32-bit. BigInteger: a double when that is exact, else
-/// text. Decimal and currency: text with a point. Bit: the text "True" or "False".
+/// How a column's cells are read. Integer: 32-bit. BigInteger: a double if that is exact, else
+/// text. Decimal (currency too): text with a point. Bit: the text "True" or "False".
 enum class ColumnKind { Integer, BigInteger, Double, Decimal, Bit, Date, Text };
 
 ColumnKind columnKindOf(SQLSMALLINT sqlType);
 
-/// What a cell that the engine gave as text holds, going by its column's kind; the text itself
-/// where it is nothing of that kind.
+/// The value of a cell that the engine gave as text, by its column's kind; the text itself if it is
+/// no value of that kind.
 Value interpretCell(ColumnKind kind, std::string text);
 
 /// The kind of a result column; `column` counts from 1.

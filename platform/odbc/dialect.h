@@ -32,7 +32,7 @@ struct Dialect {
   std::span<const KnownStatement> statements = {};
   /// Run on each new connection.
   std::span<const std::string_view> openingStatements = {};
-  /// What the connection string needs besides, as "Name=value"; null if nothing.
+  /// Gives what is added to the connection string, as "Name=value"; null if nothing is.
   std::string (*connectionSetting)(const OdbcOptions&) = nullptr;
   /// The first row that fits counts.
   std::span<const NativeError> errors = {};

@@ -34,8 +34,8 @@ OdbcSession::OdbcSession(std::string_view connectionString, const OdbcOptions& o
   for (const std::string_view statement : dialect_->openingStatements) executeNative(statement);
 }
 
-// Only a connected driver tells what engine it is, and the setting is read only when connecting: so
-// a connection that needs it is made twice.
+// Only a connected driver can name its engine, but it reads the setting only when connecting: so a
+// connection that needs it is made twice.
 void OdbcSession::connectWithSetting(std::string_view connectionString) {
   if (dialect_->connectionSetting == nullptr) return;
   const std::string setting = dialect_->connectionSetting(options_);
@@ -45,7 +45,7 @@ void OdbcSession::connectWithSetting(std::string_view connectionString) {
 
 void OdbcSession::connect(const std::string& connectionString) {
   connection_ = allocateHandle<SQL_HANDLE_DBC>(environment_.get());
-  // Drivers without such a limit refuse the attribute; that is no reason not to connect.
+  // The result does not count: drivers without such a limit refuse it and connect all the same.
   SQLSetConnectAttrW(handle(), SQL_ATTR_LOGIN_TIMEOUT,
                      secondsArgument(options_.loginTimeoutSeconds), SQL_IS_UINTEGER);
   const std::u16string wide = toUtf16(connectionString);
@@ -60,6 +60,7 @@ void OdbcSession::connect(const std::string& connectionString) {
 
 StatementHandle OdbcSession::newStatement() const {
   auto statement = allocateHandle<SQL_HANDLE_STMT>(handle());
+  // The result does not count here either.
   SQLSetStmtAttrW(statement.get(), SQL_ATTR_QUERY_TIMEOUT,
                   secondsArgument(options_.commandTimeoutSeconds), SQL_IS_UINTEGER);
   return statement;
@@ -70,6 +71,7 @@ void OdbcSession::executeNative(std::string_view sql) {
   const std::u16string wide = toUtf16(sql);
   const SQLRETURN result =
       SQLExecDirectW(statement.get(), wideText(wide.data()), static_cast<SQLINTEGER>(wide.size()));
+  // "No data" is a success: no row was changed.
   if (result != SQL_NO_DATA) check(result, SQL_HANDLE_STMT, statement.get());
 }
 
@@ -82,6 +84,7 @@ RuntimeError OdbcSession::failure(SQLSMALLINT handleType, SQLHANDLE handle) {
   return toRuntimeError(diagnostics_);
 }
 
+// Without a name the engine is taken for SQL Server.
 std::string OdbcSession::engineName() const {
   std::array<char16_t, 128> name{};
   SQLSMALLINT bytes = 0;

@@ -13,7 +13,7 @@ namespace velk {
 
 class OdbcSession {
  public:
-  /// Opens. Errors: what the driver or its manager says.
+  /// Opens. Errors: what the driver or its manager reports.
   OdbcSession(std::string_view connectionString, const OdbcOptions& options);
 
   const Dialect& dialect() const { return *dialect_; }

@@ -78,6 +78,7 @@ SQLRETURN ParameterBuffer::bind(SQLHANDLE statement, SQLUSMALLINT position) {
     case DataType::Double:
       return as(SQL_C_DOUBLE, SQL_DOUBLE, 0, 0, &number_, 0);
     case DataType::Date:
+      // The size and digits of SQL Server's datetime.
       return as(SQL_C_TYPE_TIMESTAMP, SQL_TYPE_TIMESTAMP, 23, 3, &timestamp_, 0);
     default:
       return as(SQL_C_WCHAR, SQL_WVARCHAR, text_.size(), 0, text_.data(),
@@ -126,12 +127,14 @@ void ParameterBuffer::setText(std::string_view text) {
   indicator_ = static_cast<SQLLEN>(wide.size() * sizeof(char16_t));
 }
 
-// The fraction of a date before day 0 counts forward all the same: -1.25 is six o'clock of day -1.
+// Before day 0 the time of day counts forward all the same: -1.25 is six o'clock of day -1.
 void ParameterBuffer::setDays(double days) {
+  // The hours of the first day reach down to the number before it. Not a number is refused, too.
   if (!(days > firstDay - 1 && days < dayAfterLast)) refuse();
   double day = std::trunc(days);
   const double fraction = std::abs(days - day);
   auto milliseconds = static_cast<std::int64_t>(std::llround(fraction * millisecondsPerDay));
+  // A fraction just below a day rounds up to the next one.
   if (milliseconds == millisecondsPerDay) {
     milliseconds = 0;
     day += 1;

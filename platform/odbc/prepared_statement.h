@@ -14,11 +14,11 @@ namespace velk {
 
 class PreparedStatement {
  public:
-  /// Errors: what the driver says about the text; some drivers say it only on execution.
+  /// Errors: what the driver reports about the text; some drivers report it only on execution.
   PreparedStatement(OdbcSession& session, std::string_view sql);
 
   /// Runs with one parameter for each mark and reads all results. Any number of times. Error 3421
-  /// for a type or a value that cannot be bound; else what the driver says.
+  /// for a type or a value that cannot be bound; else what the driver reports.
   std::shared_ptr<MemoryRecordset> execute(const std::vector<CommandParameter>& parameters);
 
  private:

@@ -22,7 +22,7 @@ class ResultReader {
     if (executed != SQL_NO_DATA) check(executed);
     auto first = readOne();
     if (session_.dialect().hasSingleResults) return first;
-    hasCursor_ = true;
+    hasCursor_ = true;  // closing is what drops results that an error left unread
     for (auto last = first; last != nullptr;) last = readNext(*last);
     return first;
   }
@@ -54,6 +54,7 @@ class ResultReader {
     return cells;
   }
 
+  // An error belongs to the result before it, where the caller asks for the next one.
   std::shared_ptr<MemoryRecordset> readNext(MemoryRecordset& before) {
     try {
       const SQLRETURN more = SQLMoreResults(statement_);
