@@ -10,8 +10,6 @@
 namespace velk {
 namespace {
 
-const Dialect* const engines[] = {&sqliteDialect, &dialectOf("Microsoft SQL Server")};
-
 TEST_CASE("dialects: statements are split at their literals") {
   const struct {
     std::string statement, text;
@@ -59,6 +57,11 @@ TEST_CASE("dialects: statements that the embedded database has its own for") {
     CAPTURE(row.first);
     CHECK(translated(row.first) == row.second);
   }
+  // Without its row this one would work all the same, but be prepared for each salesman.
+  CHECK(translated("Select Active From DsType_Master Where DSTypeName = 'DSType' and DSTypeValue = "
+                   "'Retail' and DSTypeCtlPos = 1 and OCGtype = (Select flag from "
+                   "tbl_velk_Configabstract where ScreenCode = 'OCGDS' and ScreenName "
+                   "='OperationalCategoryGroup') ") != "(none)");
 }
 
 TEST_CASE("dialects: texts that must not be taken for a known statement") {
@@ -75,7 +78,7 @@ TEST_CASE("dialects: texts that must not be taken for a known statement") {
 }
 
 TEST_CASE("dialects: each known statement has a mark for each literal") {
-  for (const Dialect* dialect : engines) {
+  for (const Dialect* dialect : {&sqliteDialect}) {
     for (const KnownStatement& statement : dialect->statements) {
       CAPTURE(statement.shape);
       CHECK(std::ranges::count(statement.shape, '?') == std::ranges::count(statement.sql, '?'));
