@@ -28,6 +28,10 @@ enum class Purpose { Post, Ask };
 /// ADO's adParamInput, the only direction in use.
 inline constexpr std::int32_t inputParameter = 1;
 
+/// The declared size of every parameter. Of a text it is the longest that can be passed, in UTF-16
+/// units.
+inline constexpr std::int32_t parameterSize = 2048;
+
 /// ADO's ObjectStateEnum.
 inline constexpr std::int32_t stateClosed = 0;
 inline constexpr std::int32_t stateOpen = 1;
@@ -49,8 +53,8 @@ class Recordset {
   /// 0 closed (a statement that returned no rows), 1 open. Every other member but NextRecordset
   /// raises 3704 on a closed one.
   virtual std::int32_t State() const = 0;
-  /// No current record because the end, or the beginning, has been passed. Both hold when there are
-  /// no rows.
+  /// No current record because the end, or the beginning, has been passed. Both are
+  /// true if there are no rows.
   virtual bool isEOF() const = 0;
   virtual bool isBOF() const = 0;
   virtual void MoveNext() = 0;

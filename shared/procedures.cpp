@@ -8,8 +8,6 @@ namespace velk {
 
 namespace {
 
-constexpr std::int32_t parameterSize = 2048;  // of every parameter, whatever its type
-
 std::shared_ptr<Recordset> run(Connection& connection, std::string_view name,
                                std::span<const ProcedureParameter> parameters, Purpose purpose) {
   const std::unique_ptr<Command> command = connection.newCommand();

@@ -96,6 +96,55 @@ TEST_CASE("embedded: cells are read whole and as what they are") {
   CHECK(ask(*connection, "SELECT 1" + std::string(1'000'000, ' ') + "+ 1") == "2");
 }
 
+TEST_CASE("embedded: what is pasted into the system's queries") {
+  const ScratchDatabase database;
+  const auto connection = database.open();
+  const auto fill = [&](const std::string& table, const std::string& column) {
+    connection->Execute("CREATE TABLE " + table + " (" + column + ")");
+    for (const char* key : {"C1", "O'B", "a?b", "--", "ü€"}) {
+      runCommand(*connection, "INSERT INTO " + table + " VALUES (?)", {key});
+    }
+  };
+  fill("Customer", "CustomerID");
+  fill("Vendors", "VendorID");
+  const struct {
+    std::string pasted, customers, vendors;
+  } rows[] = {
+      // In turns, so that an answer kept from the query before would be seen.
+      {"C1", "1", "1"},
+      {"C3", "0", "0"},
+      {"ü€", "1", "1"},
+      {"O''B", "1", "1"},
+      {"a?b", "1", "1"},
+      {"--", "1", "1"},
+      {"", "0", "0"},
+      {std::string(3000, 'x'), "0", "0"},
+      {"O'B", "refused", "refused"},
+      {"x' or '1'='1", "refused", "5"},  // the customers' N is none of this engine's SQL
+      {"C1' -- ", "refused", "1"},
+      {"x'; drop table Vendors --", "refused", "refused"},
+      {"x' /*'*/; delete from Vendors --", "refused", "0"},
+      {std::string("C1\0", 3), "refused", "refused"},
+      {"C1", "1", "1"},
+  };
+  const auto answer = [&](const std::string& query) -> std::string {
+    try {
+      return ask(*connection, query);
+    } catch (const RuntimeError& error) {
+      CHECK(error.is(Errors::CommandErrors));
+      return "refused";
+    }
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.pasted);
+    CHECK(answer("select count(*) from Customer where CustomerID=N'" + row.pasted + "'") ==
+          row.customers);
+    CHECK(answer("select count(*) from Vendors where VendorID='" + row.pasted + "'") ==
+          row.vendors);
+    CHECK(ask(*connection, "SELECT count(*) FROM Vendors") == "5");
+  }
+}
+
 struct ProcedureTable {
   ScratchDatabase database;
   std::shared_ptr<OdbcConnection> connection = database.open();

@@ -1,8 +1,8 @@
 #include <doctest/doctest.h>
 
 #include "base/errors.h"
+#include "platform/memory_recordset.h"
 #include "platform/odbc/cell_reader.h"
-#include "platform/odbc/memory_recordset.h"
 #include "tests/support/database_calls.h"
 
 namespace velk {
@@ -10,28 +10,28 @@ namespace {
 
 TEST_CASE("odbc: what a cell's text holds") {
   const struct {
-    CellKind kind;
+    ColumnKind kind;
     std::string text;
     Value value;
   } rows[] = {
-      {CellKind::Integer, "-2147483648", -2147483647 - 1},
-      {CellKind::Integer, "2147483648", 2147483648.0},
-      {CellKind::Integer, "12a", "12a"},
-      {CellKind::Integer, "", ""},
-      {CellKind::BigInteger, "7", 7.0},
-      {CellKind::BigInteger, "9007199254740993", "9007199254740993"},
-      {CellKind::BigInteger, "9223372036854775807", "9223372036854775807"},
-      {CellKind::BigInteger, "-9223372036854775808", -9223372036854775808.0},
-      {CellKind::Double, "1.5e3", 1500.0},
-      {CellKind::Double, "1.5x", "1.5x"},
-      {CellKind::Decimal, "-.250", "-0.250"},
-      {CellKind::Decimal, "12.50", "12.50"},
-      {CellKind::Bit, "1", "True"},
-      {CellKind::Bit, "0", "False"},
-      {CellKind::Date, "2008-04-01 18:00:00", Date{39539.75}},
-      {CellKind::Date, "01/04/2008", "01/04/2008"},  // not in the engine's own form
-      {CellKind::Date, "2008-02-30", "2008-02-30"},
-      {CellKind::Text, "007", "007"},
+      {ColumnKind::Integer, "-2147483648", -2147483647 - 1},
+      {ColumnKind::Integer, "2147483648", 2147483648.0},
+      {ColumnKind::Integer, "12a", "12a"},
+      {ColumnKind::Integer, "", ""},
+      {ColumnKind::BigInteger, "7", 7.0},
+      {ColumnKind::BigInteger, "9007199254740993", "9007199254740993"},
+      {ColumnKind::BigInteger, "9223372036854775807", "9223372036854775807"},
+      {ColumnKind::BigInteger, "-9223372036854775808", -9223372036854775808.0},
+      {ColumnKind::Double, "1.5e3", 1500.0},
+      {ColumnKind::Double, "1.5x", "1.5x"},
+      {ColumnKind::Decimal, "-.250", "-0.250"},
+      {ColumnKind::Decimal, "12.50", "12.50"},
+      {ColumnKind::Bit, "1", "True"},
+      {ColumnKind::Bit, "0", "False"},
+      {ColumnKind::Date, "2008-04-01 18:00:00", Date{39539.75}},
+      {ColumnKind::Date, "01/04/2008", "01/04/2008"},  // not in the engine's own form
+      {ColumnKind::Date, "2008-02-30", "2008-02-30"},
+      {ColumnKind::Text, "007", "007"},
   };
   for (const auto& row : rows) {
     CAPTURE(row.text);

@@ -12,7 +12,7 @@
 namespace velk {
 namespace {
 
-constexpr std::size_t chunkCharacters = 1024;
+constexpr std::size_t chunkCharacters = 1024;  // one piece for all but unusually long texts
 
 template <class Number>
 std::optional<Number> wholly(std::string_view text) {
@@ -25,6 +25,7 @@ std::optional<Number> wholly(std::string_view text) {
 Value integerCell(const std::string& text, bool big) {
   const auto number = wholly<std::int64_t>(text);
   if (!number) return text;
+  // An engine without column types gives large numbers in a column of small ones, too.
   const auto narrow = static_cast<std::int32_t>(*number);
   if (!big && narrow == *number) return narrow;
   return fitsDouble(*number) ? Value(static_cast<double>(*number)) : Value(text);
@@ -42,6 +43,7 @@ std::string decimalCell(std::string_view text) {
   return completed;
 }
 
+// Engines write dates year first; in any other order it is somebody's text.
 Value dateCell(const std::string& text) {
   const auto reading = readDate(text, 0);
   if (reading && reading->order == DateOrder::YearMonthDay) return reading->date;
@@ -54,6 +56,7 @@ Value bitCell(const std::string& text) {
   return text;
 }
 
+// Before day 0 the time of day counts forward all the same: -1.25 is six o'clock of day -1.
 Date toDate(const SQL_TIMESTAMP_STRUCT& stamp) {
   const double day = dateFromCivil({stamp.year, stamp.month, stamp.day}).days;
   const double seconds =
@@ -84,88 +87,76 @@ Value readDouble(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column)
   return number;
 }
 
-std::string asUtf8(std::string_view text) {
-  return std::string(text);
-}
-std::string asUtf8(std::u16string_view text) {
-  return toUtf8(text);
-}
-
-// A long cell comes in pieces: success with information means that more is to come.
-template <class Character>
-Value readText(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column, CellKind kind) {
-  constexpr SQLSMALLINT cType = sizeof(Character) == 1 ? SQL_C_CHAR : SQL_C_WCHAR;
-  std::array<Character, chunkCharacters> chunk;
-  std::basic_string<Character> longText;
-  for (;;) {
+// A long cell comes in pieces, each but the last as long as the memory for it without its final
+// NUL.
+Value readText(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column, ColumnKind kind) {
+  std::array<char16_t, chunkCharacters> chunk;
+  std::u16string text;
+  for (bool more = true; more;) {
     SQLLEN bytes = 0;
     const SQLRETURN result =
-        SQLGetData(statement, column, cType, chunk.data(), sizeof chunk, &bytes);
+        SQLGetData(statement, column, SQL_C_WCHAR, chunk.data(), sizeof chunk, &bytes);
     if (result == SQL_NO_DATA) break;
     session.check(result, SQL_HANDLE_STMT, statement);
     if (bytes == SQL_NULL_DATA) return Null{};
-    const bool whole = bytes != SQL_NO_TOTAL && bytes < static_cast<SQLLEN>(sizeof chunk);
-    const std::size_t got =
-        whole ? static_cast<std::size_t>(bytes) / sizeof(Character) : chunk.size() - 1;
-    const std::basic_string_view<Character> piece(chunk.data(), got);
-    if (whole && longText.empty()) return interpretCell(kind, asUtf8(piece));
-    longText += piece;
-    if (whole) break;
+    more = bytes == SQL_NO_TOTAL || bytes >= static_cast<SQLLEN>(sizeof chunk);
+    text.append(chunk.data(),
+                more ? chunk.size() - 1 : static_cast<std::size_t>(bytes) / sizeof(char16_t));
   }
-  return interpretCell(kind, asUtf8(longText));
+  return interpretCell(kind, toUtf8(text));
 }
 
 }  // namespace
 
-CellKind cellKindOf(SQLSMALLINT sqlType) {
+ColumnKind columnKindOf(SQLSMALLINT sqlType) {
   switch (sqlType) {
     case SQL_TINYINT:
     case SQL_SMALLINT:
     case SQL_INTEGER:
-      return CellKind::Integer;
+      return ColumnKind::Integer;
     case SQL_BIGINT:
-      return CellKind::BigInteger;
+      return ColumnKind::BigInteger;
     case SQL_REAL:
     case SQL_FLOAT:
     case SQL_DOUBLE:
-      return CellKind::Double;
+      return ColumnKind::Double;
     case SQL_DECIMAL:
     case SQL_NUMERIC:
-      return CellKind::Decimal;
+      return ColumnKind::Decimal;
     case SQL_BIT:
-      return CellKind::Bit;
+      return ColumnKind::Bit;
     case SQL_DATE:
     case SQL_TIMESTAMP:
     case SQL_TYPE_DATE:
     case SQL_TYPE_TIMESTAMP:
-      return CellKind::Date;
+      return ColumnKind::Date;
     default:
-      return CellKind::Text;
+      return ColumnKind::Text;
   }
 }
 
-Value interpretCell(CellKind kind, std::string text) {
+Value interpretCell(ColumnKind kind, std::string text) {
   switch (kind) {
-    case CellKind::Integer:
+    case ColumnKind::Integer:
       return integerCell(text, false);
-    case CellKind::BigInteger:
+    case ColumnKind::BigInteger:
       return integerCell(text, true);
-    case CellKind::Double:
+    case ColumnKind::Double:
       if (const auto number = wholly<double>(text)) return *number;
       return text;
-    case CellKind::Decimal:
+    case ColumnKind::Decimal:
       return decimalCell(text);
-    case CellKind::Bit:
+    case ColumnKind::Bit:
       return bitCell(text);
-    case CellKind::Date:
+    case ColumnKind::Date:
       return dateCell(text);
-    case CellKind::Text:
+    case ColumnKind::Text:
       break;
   }
   return text;
 }
 
-CellKind describeColumn(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column) {
+ColumnKind describeColumn(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column) {
   SQLSMALLINT type = SQL_VARCHAR;
   SQLSMALLINT nameLength = 0;
   SQLSMALLINT digits = 0;
@@ -174,19 +165,15 @@ CellKind describeColumn(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT 
   session.check(
       SQLDescribeColW(statement, column, nullptr, 0, &nameLength, &type, &size, &digits, &nullable),
       SQL_HANDLE_STMT, statement);
-  return cellKindOf(type);
+  return columnKindOf(type);
 }
 
-Value readCell(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column, CellKind kind) {
-  if (!session.dialect().hasDynamicTypes()) {
-    if (kind == CellKind::Date) return readDate(session, statement, column);
-    if (kind == CellKind::Double) return readDouble(session, statement, column);
+Value readCell(OdbcSession& session, SQLHANDLE statement, SQLUSMALLINT column, ColumnKind kind) {
+  if (!session.dialect().hasDynamicTypes) {
+    if (kind == ColumnKind::Date) return readDate(session, statement, column);
+    if (kind == ColumnKind::Double) return readDouble(session, statement, column);
   }
-  // Digits are the same in every single-byte character set, and cheaper so.
-  const bool isNumber = kind == CellKind::Integer || kind == CellKind::BigInteger ||
-                        kind == CellKind::Double || kind == CellKind::Bit;
-  return isNumber ? readText<char>(session, statement, column, kind)
-                  : readText<char16_t>(session, statement, column, kind);
+  return readText(session, statement, column, kind);
 }
 
 }  // namespace velk

@@ -15,6 +15,7 @@ std::string narrow(const char16_t* text, std::size_t length) {
   return toUtf8(std::u16string_view(text, length));
 }
 
+// "[Vendor][Driver][Server]text": users are shown the text only.
 std::string_view withoutLayerNames(std::string_view message) {
   while (!message.empty() && message.front() == '[') {
     const std::size_t end = message.find(']');
@@ -36,6 +37,7 @@ ErrorNumber numberOf(const Diagnostic& diagnostic) {
     std::string_view prefix;
     ErrorNumber number;
   };
+  // The first prefix that fits counts, so that 42S02 and 42501 come before 42.
   static constexpr Rule rules[] = {
       {"HYT00", ErrorNumber::ProviderTimeout}, {"HYT01", ErrorNumber::ProviderTimeout},
       {"23", ErrorNumber::IntegrityViolation}, {"22001", ErrorNumber::DataTruncated},
@@ -60,6 +62,7 @@ bool readRecord(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT record, Diagnost
                           &length);
   };
   if (!SQL_SUCCEEDED(read())) return false;
+  // The length is the whole message's, even if only its beginning fitted.
   if (static_cast<std::size_t>(length) >= message.size()) {
     message.resize(static_cast<std::size_t>(length) + 1);
     if (!SQL_SUCCEEDED(read())) return false;

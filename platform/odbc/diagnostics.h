@@ -1,4 +1,4 @@
-// What a driver says about a failure, and the one place where it becomes a runtime error.
+// What a driver reports about a failure, and the one place where it becomes a runtime error.
 #pragma once
 
 #include <vector>
@@ -17,7 +17,7 @@ std::vector<Diagnostic> readDiagnostics(SQLSMALLINT handleType, SQLHANDLE handle
 /// the provider's general failure.
 RuntimeError toRuntimeError(const std::vector<Diagnostic>& diagnostics);
 
-/// True when a record says that the connection itself has failed (class 08).
+/// True if a record reports that the connection itself has failed (class 08).
 bool tellsConnectionLost(const std::vector<Diagnostic>& diagnostics);
 
 }  // namespace velk

@@ -1,63 +1,61 @@
-// What differs from engine to engine. SQL Server and engines that understand the system's
-// statements as they are need the plain dialect; the embedded database has its own.
+// An engine as data: what differs from SQL Server, for which the system's statements are written.
+//
+// A further engine is a constant of its own, as sqlite_dialect.cpp has one, and a row in
+// engines.cpp.
 #pragma once
 
-#include <memory>
+#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/database.h"
 #include "platform/odbc/odbc_options.h"
 
 namespace velk {
 
-/// A statement ready for the engine. `sql` has one parameter mark for each literal, in order.
-///
-/// Kept by the caller and handed in again, so that a statement which differs from the one before by
-/// its literals only, as the queries of an import do from row to row, needs no second reading.
-struct Translation {
-  std::string sql;
-  std::vector<std::string> literals;  ///< storage; only the first literalCount are meant
-  std::size_t literalCount = 0;
-  /// The same text will come again: worth keeping prepared.
-  bool reusable = false;
-  /// The statement around its literals, quotation marks included: one more than there are literals.
-  std::vector<std::string> around;
+/// One of the system's statements and what the engine is sent instead.
+struct KnownStatement {
+  std::string_view shape;  ///< the system's text as shapeOf() gives it
+  std::string_view sql;    ///< the engine's; its marks take the literals in their order
 };
 
-class Dialect {
- public:
-  virtual ~Dialect() = default;
+/// A failure that the driver reports under the general state HY000 only.
+struct NativeError {
+  std::int32_t code;
+  std::string_view state;         ///< what other drivers would report
+  std::string_view message = {};  ///< a part of the driver's text; empty if the code says enough
+};
 
-  /// What a connection string has to say besides, as "Name=value"; empty for nothing.
-  virtual std::string connectionSettings(const OdbcOptions& options) const = 0;
-  /// Statements to run on each new connection.
-  virtual std::vector<std::string> openingStatements() const = 0;
-
-  /// A statement without parameters of its own. Errors: -2147217900 for a text that no engine would
-  /// take as one statement.
-  virtual void translateQuery(std::string_view text, Translation& to) const = 0;
-  /// A statement whose parameter marks the caller binds.
-  virtual std::string translateCommand(std::string_view text) const = 0;
-
-  /// A statement of the engine's own as the driver keeps it compiled between executions.
-  virtual std::string keptPrepared(std::string_view native) const = 0;
-
-  /// The record with its state as other engines would say it.
-  virtual Diagnostic normalized(Diagnostic diagnostic) const = 0;
-
+/// The default values describe SQL Server.
+struct Dialect {
+  std::span<const KnownStatement> statements = {};
+  /// Run on each new connection.
+  std::span<const std::string_view> openingStatements = {};
+  /// Gives what is added to the connection string, as "Name=value"; null if nothing is.
+  std::string (*connectionSetting)(const OdbcOptions&) = nullptr;
+  /// The first row that fits counts.
+  std::span<const NativeError> errors = {};
+  std::int32_t errorCodeBits = -1;  ///< of a native code, those that `errors` knows
   /// Procedures are statements in a table of the database (stored_procedures.h).
-  virtual bool hasProcedureTable() const = 0;
+  bool hasProcedureTable = false;
+  /// Put before each step of a procedure that writes.
+  std::string_view beforeWriting = {};
   /// One statement gives one result at most.
-  virtual bool hasSingleResults() const = 0;
-  /// A cell may hold another kind of value than its column declares.
-  virtual bool hasDynamicTypes() const = 0;
+  bool hasSingleResults = false;
+  /// A cell may contain another kind of value than its column declares.
+  bool hasDynamicTypes = false;
   /// A text ends at its first NUL character, so that one with a NUL cannot be passed.
-  virtual bool endsTextAtNul() const = 0;
+  bool endsTextAtNul = false;
+  /// The driver garbles characters beyond ASCII in a statement; in parameters it does not.
+  bool hasAsciiStatements = false;
 };
 
-/// The dialect for what a driver calls its engine.
-std::unique_ptr<Dialect> makeDialect(std::string_view engineName);
+/// The row for a shape; null if the statement is none of the system's. Shapes compare exactly: the
+/// system's texts are constants, so that any other letter case or blank is somebody else's text.
+const KnownStatement* findStatement(const Dialect& dialect, std::string_view shape);
+
+/// The record with its state as other drivers would report it.
+Diagnostic normalized(const Dialect& dialect, Diagnostic diagnostic);
 
 }  // namespace velk

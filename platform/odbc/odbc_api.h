@@ -8,7 +8,7 @@
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
 #endif
-#include <windows.h>  // the interface's headers do not stand alone there
+#include <windows.h>  // the interface's headers need its types
 #endif
 #include <cstdint>
 

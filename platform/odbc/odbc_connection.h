@@ -1,9 +1,9 @@
 // A database connection over any ODBC driver.
 //
-// SQL Server takes statements as they are and procedures as "{call name(?, ...)}". The embedded
-// database (SQLite) has a dialect of its own (sqlite_dialect.h) and keeps its procedures in a table
-// (stored_procedures.h). Every statement commits by itself unless a transaction was begun. All
-// results of a statement are read when it runs.
+// SQL Server takes statements as they are and procedures as "{call name(?, ...)}". What other
+// engines need is their dialect (dialect.h); the embedded database (SQLite) keeps its procedures in
+// a table, too (stored_procedures.h). Every statement commits by itself unless a transaction was
+// begun. All results of a statement are read when it runs.
 //
 // Not to be used by two threads at a time.
 #pragma once
@@ -19,20 +19,20 @@ namespace velk {
 
 class OdbcConnection : public Connection {
  public:
-  /// Begins a transaction that is meant to be taken back. Error 5 inside another one.
+  /// Begins a transaction that can only be taken back. Error 5 inside another one.
   virtual void beginTransaction() = 0;
   /// Takes back everything since beginTransaction; without one, nothing. Closing the connection
   /// does the same.
   virtual void rollback() = 0;
 };
 
-/// Opens. Errors: what the driver or the driver manager says, with the data access library's
+/// Opens. Errors: what the driver or the driver manager reports, with the data access library's
 /// numbers.
 std::shared_ptr<OdbcConnection> openOdbc(std::string_view connectionString,
                                          const OdbcOptions& options = {});
 
 /// The connection string for an embedded database in a file, which has to exist (an empty file is
-/// an empty database). Error 52 for a path that is empty or holds a NUL character.
+/// an empty database). Error 52 for a path that is empty or contains a NUL character.
 std::string embeddedConnectionString(std::string_view file);
 
 }  // namespace velk

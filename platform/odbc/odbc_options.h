@@ -7,7 +7,7 @@ struct OdbcOptions {
   /// How long a statement may run, or wait for a lock, before it fails with -2147217871; 0 waits
   /// for ever.
   int commandTimeoutSeconds = 30;
-  /// How long opening may take where the driver can tell; 0 waits for ever.
+  /// How long opening may take where the driver has such a limit; 0 waits for ever.
   int loginTimeoutSeconds = 15;
 };
 

@@ -9,7 +9,7 @@ namespace velk {
 namespace {
 
 EnvironmentHandle makeEnvironment() {
-  EnvironmentHandle environment(nullptr);
+  auto environment = allocateHandle<SQL_HANDLE_ENV>(nullptr);
   SQLSetEnvAttr(environment.get(), SQL_ATTR_ODBC_VERSION, integerArgument(SQL_OV_ODBC3), 0);
   return environment;
 }
@@ -27,20 +27,25 @@ bool mentions(std::string_view connectionString, std::string_view setting) {
 }  // namespace
 
 OdbcSession::OdbcSession(std::string_view connectionString, const OdbcOptions& options)
-    : environment_(makeEnvironment()), options_(options), dialect_(makeDialect({})) {
+    : environment_(makeEnvironment()), options_(options) {
   connect(std::string(connectionString));
-  dialect_ = makeDialect(engineName());
-  // Only a connected driver tells what engine it is, and some settings come with connecting only.
-  const std::string settings = dialect_->connectionSettings(options_);
-  if (!settings.empty() && !mentions(connectionString, settings)) {
-    connect(std::string(connectionString).append(";").append(settings).append(";"));
-  }
-  for (const std::string& statement : dialect_->openingStatements()) executeNative(statement);
+  dialect_ = &dialectOf(engineName());
+  connectWithSetting(connectionString);
+  for (const std::string_view statement : dialect_->openingStatements) executeNative(statement);
+}
+
+// Only a connected driver can name its engine, but it reads the setting only when connecting: so a
+// connection that needs it is made twice.
+void OdbcSession::connectWithSetting(std::string_view connectionString) {
+  if (dialect_->connectionSetting == nullptr) return;
+  const std::string setting = dialect_->connectionSetting(options_);
+  if (mentions(connectionString, setting)) return;
+  connect(std::string(connectionString).append(";").append(setting).append(";"));
 }
 
 void OdbcSession::connect(const std::string& connectionString) {
-  connection_ = ConnectionHandle(environment_.get());
-  // Drivers without such a limit refuse the attribute; that is no reason not to connect.
+  connection_ = allocateHandle<SQL_HANDLE_DBC>(environment_.get());
+  // The result does not count: drivers without such a limit refuse it and connect all the same.
   SQLSetConnectAttrW(handle(), SQL_ATTR_LOGIN_TIMEOUT,
                      secondsArgument(options_.loginTimeoutSeconds), SQL_IS_UINTEGER);
   const std::u16string wide = toUtf16(connectionString);
@@ -54,7 +59,8 @@ void OdbcSession::connect(const std::string& connectionString) {
 }
 
 StatementHandle OdbcSession::newStatement() const {
-  StatementHandle statement(handle());
+  auto statement = allocateHandle<SQL_HANDLE_STMT>(handle());
+  // The result does not count here either.
   SQLSetStmtAttrW(statement.get(), SQL_ATTR_QUERY_TIMEOUT,
                   secondsArgument(options_.commandTimeoutSeconds), SQL_IS_UINTEGER);
   return statement;
@@ -65,18 +71,20 @@ void OdbcSession::executeNative(std::string_view sql) {
   const std::u16string wide = toUtf16(sql);
   const SQLRETURN result =
       SQLExecDirectW(statement.get(), wideText(wide.data()), static_cast<SQLINTEGER>(wide.size()));
+  // "No data" is a success: no row was changed.
   if (result != SQL_NO_DATA) check(result, SQL_HANDLE_STMT, statement.get());
 }
 
 RuntimeError OdbcSession::failure(SQLSMALLINT handleType, SQLHANDLE handle) {
   diagnostics_ = readDiagnostics(handleType, handle);
   for (Diagnostic& diagnostic : diagnostics_) {
-    diagnostic = dialect_->normalized(std::move(diagnostic));
+    diagnostic = normalized(*dialect_, std::move(diagnostic));
   }
   lost_ = lost_ || tellsConnectionLost(diagnostics_);
   return toRuntimeError(diagnostics_);
 }
 
+// Without a name the engine is taken for SQL Server.
 std::string OdbcSession::engineName() const {
   std::array<char16_t, 128> name{};
   SQLSMALLINT bytes = 0;

@@ -1,12 +1,11 @@
 // One open connection of the database interface, with what all of its statements need.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/odbc/dialect.h"
+#include "platform/odbc/engines.h"
 #include "platform/odbc/odbc_handle.h"
 #include "platform/odbc/odbc_options.h"
 
@@ -14,7 +13,7 @@ namespace velk {
 
 class OdbcSession {
  public:
-  /// Opens. Errors: what the driver or its manager says.
+  /// Opens. Errors: what the driver or its manager reports.
   OdbcSession(std::string_view connectionString, const OdbcOptions& options);
 
   const Dialect& dialect() const { return *dialect_; }
@@ -38,12 +37,13 @@ class OdbcSession {
 
  private:
   void connect(const std::string& connectionString);
+  void connectWithSetting(std::string_view connectionString);
   std::string engineName() const;
 
   EnvironmentHandle environment_;
   ConnectionHandle connection_;
   OdbcOptions options_;
-  std::unique_ptr<Dialect> dialect_;
+  const Dialect* dialect_ = &dialectOf({});
   std::vector<Diagnostic> diagnostics_;
   bool lost_ = false;
 };

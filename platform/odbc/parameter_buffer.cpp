@@ -56,8 +56,14 @@ auto convertedOrRefused(Convert convert) {
 
 }  // namespace
 
-ParameterBuffer::ParameterBuffer(std::int32_t type) : type_(knownType(type)) {
-  if (type_ == DataType::VarChar) text_.reset(new char16_t[maxText]);
+ParameterBuffer::ParameterBuffer(const CommandParameter& parameter)
+    : type_(knownType(parameter.type)) {
+  if (type_ == DataType::VarChar) text_.resize(parameter.size);
+}
+
+bool ParameterBuffer::fits(const CommandParameter& parameter) const {
+  return static_cast<std::int32_t>(type_) == parameter.type &&
+         (type_ != DataType::VarChar || text_.size() == parameter.size);
 }
 
 SQLRETURN ParameterBuffer::bind(SQLHANDLE statement, SQLUSMALLINT position) {
@@ -72,9 +78,11 @@ SQLRETURN ParameterBuffer::bind(SQLHANDLE statement, SQLUSMALLINT position) {
     case DataType::Double:
       return as(SQL_C_DOUBLE, SQL_DOUBLE, 0, 0, &number_, 0);
     case DataType::Date:
+      // The size and digits of SQL Server's datetime.
       return as(SQL_C_TYPE_TIMESTAMP, SQL_TYPE_TIMESTAMP, 23, 3, &timestamp_, 0);
     default:
-      return as(SQL_C_WCHAR, SQL_WVARCHAR, maxText, 0, text_.get(), maxText * sizeof(char16_t));
+      return as(SQL_C_WCHAR, SQL_WVARCHAR, text_.size(), 0, text_.data(),
+                static_cast<SQLLEN>(text_.size() * sizeof(char16_t)));
   }
 }
 
@@ -91,7 +99,8 @@ void ParameterBuffer::set(const Value& value) {
     case DataType::Date:
       return setDate(value);
     case DataType::VarChar:
-      return setAnyText(value);
+      if (const auto* text = std::get_if<std::string>(&value)) return setText(*text);
+      return setText(toText(value));
   }
 }
 
@@ -111,37 +120,21 @@ void ParameterBuffer::setDate(const Value& value) {
   setDays(convertedOrRefused([&] { return toDate(value, currentYear()).days; }));
 }
 
-void ParameterBuffer::setAnyText(const Value& value) {
-  if (const auto* text = std::get_if<std::string>(&value)) return setText(*text);
-  setText(toText(value));
-}
-
 void ParameterBuffer::setText(std::string_view text) {
-  if (widenAscii(text)) return;
   const std::u16string wide = toUtf16(text);
-  if (wide.size() > maxText) refuse();
-  std::copy(wide.begin(), wide.end(), text_.get());
+  if (wide.size() > text_.size()) refuse();
+  std::ranges::copy(wide, text_.begin());
   indicator_ = static_cast<SQLLEN>(wide.size() * sizeof(char16_t));
 }
 
-/// False, with nothing said about the text, when it is long or has other characters.
-bool ParameterBuffer::widenAscii(std::string_view text) {
-  if (text.size() > maxText) return false;
-  char16_t* to = text_.get();
-  for (const char c : text) {
-    if (static_cast<unsigned char>(c) >= 0x80) return false;
-    *to++ = static_cast<char16_t>(c);
-  }
-  indicator_ = static_cast<SQLLEN>(text.size() * sizeof(char16_t));
-  return true;
-}
-
-// The fraction of a date before day 0 counts forward all the same: -1.25 is six o'clock of day -1.
+// Before day 0 the time of day counts forward all the same: -1.25 is six o'clock of day -1.
 void ParameterBuffer::setDays(double days) {
+  // The hours of the first day reach down to the number before it. Not a number is refused, too.
   if (!(days > firstDay - 1 && days < dayAfterLast)) refuse();
   double day = std::trunc(days);
   const double fraction = std::abs(days - day);
   auto milliseconds = static_cast<std::int64_t>(std::llround(fraction * millisecondsPerDay));
+  // A fraction just below a day rounds up to the next one.
   if (milliseconds == millisecondsPerDay) {
     milliseconds = 0;
     day += 1;

@@ -1,9 +1,8 @@
 // The memory that one bound parameter of a prepared statement reads from.
 #pragma once
 
-#include <array>
 #include <cstdint>
-#include <memory>
+#include <string>
 #include <string_view>
 
 #include "platform/database.h"
@@ -11,43 +10,46 @@
 
 namespace velk {
 
+/// A value and the type code that it is to be bound with.
+struct CommandParameter {
+  std::int32_t type = static_cast<std::int32_t>(DataType::VarChar);
+  std::int32_t direction = inputParameter;
+  Value value = Null{};
+  std::size_t size = parameterSize;  ///< of the longest text, in UTF-16 units
+};
+
 /// Stays at one address from binding to the end of the statement, so that a further execution only
-/// writes the new value. Holds values of one type.
+/// writes the new value. Contains values of one type.
 class ParameterBuffer {
  public:
-  /// Characters (UTF-16 units) of the longest text: the declared size of every parameter.
-  static constexpr std::size_t maxText = 2048;
-
   /// Error 3421 for a type code that is not in DataType.
-  explicit ParameterBuffer(std::int32_t type);
+  explicit ParameterBuffer(const CommandParameter& parameter);
   ParameterBuffer(const ParameterBuffer&) = delete;
   ParameterBuffer& operator=(const ParameterBuffer&) = delete;
 
-  std::int32_t type() const { return static_cast<std::int32_t>(type_); }
+  /// True if the parameter's values can be written here as it is bound now.
+  bool fits(const CommandParameter& parameter) const;
 
   /// Binds to the mark at the one-based position.
   SQLRETURN bind(SQLHANDLE statement, SQLUSMALLINT position);
 
   /// Takes the value as the buffer's type. Error 3421 for a value that does not convert, and for a
-  /// text longer than maxText.
+  /// text longer than the parameter's size.
   void set(const Value& value);
-  /// For the text type only. Error 3421 as above.
-  void setText(std::string_view text);
 
  private:
   void setNumber(const Value& value);
   void setInteger(const Value& value);
   void setDate(const Value& value);
   void setDays(double days);
-  void setAnyText(const Value& value);
-  bool widenAscii(std::string_view text);
+  void setText(std::string_view text);
 
   DataType type_;
   SQLLEN indicator_ = SQL_NULL_DATA;
   SQLINTEGER integer_ = 0;
   double number_ = 0;
   SQL_TIMESTAMP_STRUCT timestamp_{};
-  std::unique_ptr<char16_t[]> text_;  // maxText, for the text type only
+  std::u16string text_;  // of the parameter's size, for the text type only
 };
 
 }  // namespace velk

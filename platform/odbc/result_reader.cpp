@@ -1,12 +1,16 @@
 #include "platform/odbc/result_reader.h"
 
+#include <vector>
+
+#include "platform/odbc/cell_reader.h"
+
 namespace velk {
 namespace {
 
 class ResultReader {
  public:
-  ResultReader(OdbcSession& session, SQLHANDLE statement, std::vector<CellKind>& kinds)
-      : session_(session), statement_(statement), kinds_(kinds) {}
+  ResultReader(OdbcSession& session, SQLHANDLE statement)
+      : session_(session), statement_(statement) {}
   ~ResultReader() {
     if (hasCursor_) SQLFreeStmt(statement_, SQL_CLOSE);
   }
@@ -17,8 +21,8 @@ class ResultReader {
   std::shared_ptr<MemoryRecordset> readAll(SQLRETURN executed) {
     if (executed != SQL_NO_DATA) check(executed);
     auto first = readOne();
-    if (session_.dialect().hasSingleResults()) return first;
-    hasCursor_ = true;
+    if (session_.dialect().hasSingleResults) return first;
+    hasCursor_ = true;  // closing is what drops results that an error left unread
     for (auto last = first; last != nullptr;) last = readNext(*last);
     return first;
   }
@@ -35,26 +39,22 @@ class ResultReader {
   }
 
   std::vector<Value> readCells(SQLSMALLINT columns) {
-    kinds_.resize(static_cast<std::size_t>(columns));
-    for (std::size_t i = 0; i < kinds_.size(); ++i) {
-      kinds_[i] = describeColumn(session_, statement_, number(i));
+    std::vector<ColumnKind> kinds;
+    for (SQLSMALLINT i = 1; i <= columns; ++i) {
+      kinds.push_back(describeColumn(session_, statement_, static_cast<SQLUSMALLINT>(i)));
     }
-    return readRows();
-  }
-
-  std::vector<Value> readRows() {
     std::vector<Value> cells;
     for (SQLRETURN fetched; (fetched = SQLFetch(statement_)) != SQL_NO_DATA;) {
       check(fetched);
-      for (std::size_t i = 0; i < kinds_.size(); ++i) {
-        cells.push_back(readCell(session_, statement_, number(i), kinds_[i]));
+      SQLUSMALLINT column = 0;
+      for (const ColumnKind kind : kinds) {
+        cells.push_back(readCell(session_, statement_, ++column, kind));
       }
     }
     return cells;
   }
 
-  static SQLUSMALLINT number(std::size_t column) { return static_cast<SQLUSMALLINT>(column + 1); }
-
+  // An error belongs to the result before it, where the caller asks for the next one.
   std::shared_ptr<MemoryRecordset> readNext(MemoryRecordset& before) {
     try {
       const SQLRETURN more = SQLMoreResults(statement_);
@@ -71,15 +71,14 @@ class ResultReader {
 
   OdbcSession& session_;
   SQLHANDLE statement_;
-  std::vector<CellKind>& kinds_;
   bool hasCursor_ = false;
 };
 
 }  // namespace
 
 std::shared_ptr<MemoryRecordset> readResults(OdbcSession& session, SQLHANDLE statement,
-                                             SQLRETURN executed, std::vector<CellKind>& kinds) {
-  return ResultReader(session, statement, kinds).readAll(executed);
+                                             SQLRETURN executed) {
+  return ResultReader(session, statement).readAll(executed);
 }
 
 }  // namespace velk

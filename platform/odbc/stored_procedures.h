@@ -2,39 +2,22 @@
 //
 //   StoredProcedure(name, step, statement, arguments)
 //
-// A row is one step. `statement` is in the engine's language or its dialect, with "?" marks, and
-// `arguments` lists for each mark the number (from 1) of the parameter it takes, separated by
+// A row is one step. `statement` is in the engine's own SQL, with "?" marks, and `arguments`
+// lists for each mark the number (from 1) of the parameter it takes, separated by
 // commas. The steps run in ascending order. Each step that returns rows gives a result of the call.
 // The steps of a call take effect together or not at all. Names compare without regard to letter
 // case.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/odbc/prepared_statement.h"
 
 namespace velk {
-
-/// A value and the type code that it is to be bound with.
-struct CommandParameter {
-  std::int32_t type = 0;
-  std::int32_t direction = inputParameter;
-  Value value;
-};
-
-/// Names that differ in the letter case of ASCII letters only are one.
-struct NameHash {
-  using is_transparent = void;
-  std::size_t operator()(std::string_view name) const;
-};
-struct NameEqual {
-  using is_transparent = void;
-  bool operator()(std::string_view a, std::string_view b) const;
-};
 
 class StoredProcedures {
  public:
@@ -67,7 +50,7 @@ class StoredProcedures {
                                             const std::vector<CommandParameter>& parameters);
 
   OdbcSession& session_;
-  std::unordered_map<std::string, Procedure, NameHash, NameEqual> procedures_;
+  std::map<std::string, Procedure> procedures_;  // by name in lower case
   bool loaded_ = false;
 };
 

@@ -21,7 +21,8 @@ fs::path toPath(std::string_view utf8) {
   return fs::path(toUtf16(utf8));
 }
 
-// The file under construction; it goes, with the engine's own files beside it, unless it was kept.
+// The file while it is being filled. It is removed in the end, with the engine's own files beside
+// it: what is kept has another name by then.
 class UnfinishedDatabase {
  public:
   explicit UnfinishedDatabase(std::string path) : path_(std::move(path)) {
@@ -69,6 +70,8 @@ void forEachStatement(std::string_view script, Run run) {
 
 void fill(const std::string& path) {
   const auto connection = openOdbc(embeddedConnectionString(path));
+  // Neither can be set within a transaction. The mode stays with the file: in it, who reads keeps
+  // nobody from writing.
   connection->Execute("PRAGMA journal_mode = WAL");
   connection->Execute("PRAGMA synchronous = NORMAL");
   connection->Execute("BEGIN");
@@ -79,7 +82,7 @@ void fill(const std::string& path) {
   connection->Execute("COMMIT");
 }
 
-// A name of this run's own: another may be making the same database at the same time.
+// A name that no other run uses, because another may be making the same database just now.
 std::string unfinishedName(const std::string& path) {
   std::random_device random;
   const std::uint64_t number = (std::uint64_t{random()} << 32) | random();

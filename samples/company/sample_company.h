@@ -8,8 +8,8 @@
 
 namespace velk {
 
-/// One script, in UTF-8: statements for the embedded database, each ended by a line holding only
-/// "GO".
+/// One script, in UTF-8: statements for the embedded database, each ended by a line with only "GO"
+/// in it.
 struct Script {
   std::string_view name;
   std::string_view text;
@@ -18,9 +18,9 @@ struct Script {
 /// The scripts that make the sample company, in the order to run them.
 std::span<const Script> sampleCompanyScripts();
 
-/// Makes the sample company's database in a new file. Whatever goes wrong, nothing is left behind.
+/// Makes the sample company's database in a new file. If anything fails, no file is left.
 /// Errors: 55 when the file exists, 52 for a name that an embedded database cannot have, 75 when
-/// the file cannot be made there; else what the database says.
+/// the file cannot be made there; else what the database reports.
 void createSampleCompany(const std::string& path);
 
 }  // namespace velk

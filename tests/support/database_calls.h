@@ -43,7 +43,7 @@ inline std::shared_ptr<Recordset> runCommand(Connection& connection, std::string
   for (std::size_t i = 0; i < parameters.size(); ++i) {
     const auto& [value, type] = parameters[i];
     command->Append("Param" + std::to_string(2 * i), static_cast<std::int32_t>(type),
-                    inputParameter, 2048);
+                    inputParameter, parameterSize);
     command->setValue(i, value);
   }
   command->setCommandText(text);

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "base/errors.h"
-#include "platform/odbc/memory_recordset.h"
+#include "platform/memory_recordset.h"
 
 namespace velk {
 

@@ -13,7 +13,6 @@ constexpr std::string_view activeTypes =
     "'OCGDS' and ScreenName = 'OperationalCategoryGroup') order by DSTypeValue";
 
 bool isDefault(Connection& connection, const std::string& type) {
-  constexpr std::int32_t parameterSize = 2048;
   const auto command = connection.newCommand();
   command->setCommandType(CommandType::StoredProcedure);
   command->setCommandText("Velk_sp_checkDefault_DSTypeValue");

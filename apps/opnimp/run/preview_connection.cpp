@@ -1,6 +1,6 @@
 #include "apps/opnimp/run/preview_connection.h"
 
-#include "platform/odbc/memory_recordset.h"
+#include "platform/memory_recordset.h"
 
 namespace velk {
 

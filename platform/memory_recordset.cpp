@@ -1,4 +1,4 @@
-#include "platform/odbc/memory_recordset.h"
+#include "platform/memory_recordset.h"
 
 #include <utility>
 
