@@ -6,7 +6,7 @@
 
 #include "base/errors.h"
 #include "base/text.h"
-#include "platform/odbc/memory_recordset.h"
+#include "platform/memory_recordset.h"
 
 namespace velk {
 
