@@ -11,7 +11,7 @@ namespace {
 
 class Factory final : public ComObject<IClassFactory> {
  public:
-  explicit Factory(std::function<ComPointer<IUnknown>()> make) : make_(std::move(make)) {}
+  explicit Factory(std::function<ComPtr<IUnknown>()> make) : make_(std::move(make)) {}
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid,
                                            void** object) noexcept override {
@@ -23,14 +23,14 @@ class Factory final : public ComObject<IClassFactory> {
   HRESULT STDMETHODCALLTYPE LockServer(BOOL) noexcept override { return S_OK; }
 
  private:
-  std::function<ComPointer<IUnknown>()> make_;
+  std::function<ComPtr<IUnknown>()> make_;
 };
 
 }  // namespace
 
-ClassRegistration::ClassRegistration(REFCLSID classId, std::function<ComPointer<IUnknown>()> make) {
+ClassRegistration::ClassRegistration(REFCLSID classId, std::function<ComPtr<IUnknown>()> make) {
   const auto factory = makeObject<Factory>(std::move(make));
-  check(CoRegisterClassObject(classId, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
+  check(CoRegisterClassObject(classId, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
                               &cookie_));
 }
 

@@ -13,7 +13,7 @@ namespace velk {
 /// one each time. Error: what COM says when it refuses.
 class ClassRegistration {
  public:
-  ClassRegistration(REFCLSID classId, std::function<ComPointer<IUnknown>()> make);
+  ClassRegistration(REFCLSID classId, std::function<ComPtr<IUnknown>()> make);
   ~ClassRegistration() { CoRevokeClassObject(cookie_); }
   ClassRegistration(const ClassRegistration&) = delete;
   ClassRegistration& operator=(const ClassRegistration&) = delete;

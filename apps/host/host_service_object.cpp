@@ -1,7 +1,5 @@
 #include "apps/host/host_service_object.h"
 
-#include <host_service_com.h>
-
 #include <optional>
 #include <string>
 #include <utility>
@@ -40,7 +38,7 @@ class MenuArray final : public NamedMembers {
   bool has(std::string_view name) const override { return equalsIgnoringCase(name, defaultMember); }
   Variant get(std::string_view, const std::optional<Value>& index) override {
     if (!index) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
-    return Variant(makeObject<MenuButton>(window_, toInt32(*index)).get());
+    return Variant(makeObject<MenuButton>(window_, toInt32(*index)).Get());
   }
 
  private:
@@ -54,7 +52,7 @@ class WindowObject final : public NamedMembers {
   bool has(std::string_view name) const override { return equalsIgnoringCase(name, "cmdMainMenu"); }
   Variant get(std::string_view, const std::optional<Value>& index) override {
     const auto array = makeObject<MenuArray>(window_);
-    return index ? array->get(defaultMember, index) : Variant(array.get());
+    return index ? array->get(defaultMember, index) : Variant(array.Get());
   }
 
  private:
@@ -92,8 +90,7 @@ class HostServiceObject final
   }
 
   HRESULT STDMETHODCALLTYPE get_MainWindow(IDispatch** window) noexcept override {
-    return give(window,
-                [&]() -> IDispatch* { return makeObject<WindowObject>(window_).release(); });
+    return give(window, [&]() -> IDispatch* { return makeObject<WindowObject>(window_).Detach(); });
   }
 
  private:
@@ -103,9 +100,8 @@ class HostServiceObject final
 
 }  // namespace
 
-ComPointer<IUnknown> hostServiceObject(MainWindow& window) {
-  auto* object = new HostServiceObject(window);
-  return ComPointer<IUnknown>::adopt(static_cast<IVelkHostService*>(object));
+ComPtr<IVelkHostService> hostServiceObject(MainWindow& window) {
+  return makeObject<HostServiceObject>(window);
 }
 
 }  // namespace velk

@@ -52,7 +52,7 @@ void ClsOpnImpObject::openScreen(EntryPoint entry, IUnknown* connection, IUnknow
   auto database = adoConnection(connection);
   std::shared_ptr<const Picture> picture;
   if (icon != nullptr) {
-    picture = std::make_shared<OlePicture>(ComPointer<IUnknown>::share(icon));
+    picture = std::make_shared<OlePicture>(ComPtr<IUnknown>(icon));
   }
   keepLoaded();
   (core_.*entry)(database, picture);
@@ -129,7 +129,7 @@ HRESULT ClsOpnImpObject::GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcep
   if (index != 0) return DISP_E_BADINDEX;
   return run([&] {
     ITypeInfo*& result = required(info);
-    result = ComPointer<ITypeInfo>(apartment_->typeInfo()).release();
+    result = ComPtr<ITypeInfo>(apartment_->typeInfo()).Detach();
   });
 }
 
@@ -168,10 +168,10 @@ Variant ClsOpnImpObject::invokeMember(DISPID id, bool put, const DispatchArgumen
     case 10:
       return Variant(Velk_ClsOpnImp::CSVSplit(given.text(0)));
     case 11:
-      return Variant(validate(given.shortInteger(0), given.object(1).get()));
+      return Variant(validate(given.shortInteger(0), given.object(1).Get()));
     default:
-      openScreen(entryPoints[static_cast<std::size_t>(id) - 1], given.object(0).get(),
-                 given.object(1).get());
+      openScreen(entryPoints[static_cast<std::size_t>(id) - 1], given.object(0).Get(),
+                 given.object(1).Get());
       return {};
   }
 }

@@ -35,12 +35,12 @@ std::string DispatchArguments::text(UINT position) const {
   return Bstr::textOf(converted(position, VT_BSTR).get().bstrVal);
 }
 
-ComPointer<IUnknown> DispatchArguments::object(UINT position) const {
+ComPtr<IUnknown> DispatchArguments::object(UINT position) const {
   const UINT place = placeOf(position);
   const Variant value = Variant::copyOf(passed_.rgvarg[place]);
   const VARTYPE type = value.get().vt;
   if (type != VT_DISPATCH && type != VT_UNKNOWN) refuse(DISP_E_TYPEMISMATCH, place);
-  return ComPointer<IUnknown>::share(value.get().punkVal);
+  return ComPtr<IUnknown>(value.get().punkVal);
 }
 
 bool isDispatchError(std::int32_t number) {

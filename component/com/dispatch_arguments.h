@@ -25,7 +25,7 @@ class DispatchArguments {
   std::int16_t shortInteger(UINT position) const { return converted(position, VT_I2).get().iVal; }
   std::string text(UINT position) const;
   /// An object or null, by value, by reference or in a by-reference variant.
-  ComPointer<IUnknown> object(UINT position) const;
+  ComPtr<IUnknown> object(UINT position) const;
 
  private:
   UINT placeOf(UINT position) const;

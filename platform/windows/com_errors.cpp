@@ -40,9 +40,9 @@ RuntimeError comError(HRESULT result, std::string description) {
 }
 
 RuntimeError lastComError(HRESULT result) {
-  ComPointer<IErrorInfo> info;
+  ComPtr<IErrorInfo> info;
   Bstr description;
-  if (GetErrorInfo(0, info.receive()) == S_OK) info->GetDescription(description.receive());
+  if (GetErrorInfo(0, info.GetAddressOf()) == S_OK) info->GetDescription(description.receive());
   return comError(result, description.text());
 }
 
@@ -68,12 +68,12 @@ RuntimeError currentError() {
 }
 
 HRESULT reportError(const RuntimeError& error, REFIID iid, const wchar_t* source) {
-  ComPointer<ICreateErrorInfo> info;
-  if (SUCCEEDED(CreateErrorInfo(info.receive()))) {
+  ComPtr<ICreateErrorInfo> info;
+  if (SUCCEEDED(CreateErrorInfo(info.GetAddressOf()))) {
     info->SetGUID(iid);
     info->SetSource(const_cast<wchar_t*>(source));
     info->SetDescription(toWide(error.description()).data());
-    SetErrorInfo(0, queryInterface<IErrorInfo>(info.get()).get());
+    SetErrorInfo(0, queryInterface<IErrorInfo>(info.Get()).Get());
   }
   return toHresult(error);
 }

@@ -17,28 +17,28 @@ constexpr CLSID serviceClass = {
 
 class ComHostMainWindow final : public HostMainWindow {
  public:
-  explicit ComHostMainWindow(ComPointer<IVelkHostWindow> host) : host_(std::move(host)) {}
+  explicit ComHostMainWindow(ComPtr<IVelkHostWindow> host) : host_(std::move(host)) {}
 
   void focusMainMenu(int element) override {
-    ComPointer<IDispatch> window;
-    call(host_, &IVelkHostWindow::get_MainWindow, window.receive());
-    const auto menu = memberObject(window.get(), "cmdMainMenu");
+    ComPtr<IDispatch> window;
+    call(host_, &IVelkHostWindow::get_MainWindow, window.GetAddressOf());
+    const auto menu = memberObject(window.Get(), "cmdMainMenu");
     std::vector<Variant> index;
     index.emplace_back(Value(element));
-    const auto button = memberObject(menu.get(), "Item", index);
-    callMember(button.get(), "SetFocus", DISPATCH_METHOD);
+    const auto button = memberObject(menu.Get(), "Item", index);
+    callMember(button.Get(), "SetFocus", DISPATCH_METHOD);
   }
 
  private:
-  ComPointer<IVelkHostWindow> host_;
+  ComPtr<IVelkHostWindow> host_;
 };
 
 class ComHostService final : public HostService {
  public:
-  explicit ComHostService(ComPointer<IVelkHostService> service) : service_(std::move(service)) {}
+  explicit ComHostService(ComPtr<IVelkHostService> service) : service_(std::move(service)) {}
 
   void screenReady(Form& screen, bool flag) override {
-    call(service_, &IVelkHostService::ScreenReady, screenObject(screen).get(),
+    call(service_, &IVelkHostService::ScreenReady, screenObject(screen).Get(),
          flag ? VARIANT_TRUE : VARIANT_FALSE);
   }
 
@@ -51,7 +51,7 @@ class ComHostService final : public HostService {
   }
 
   void screenStarting(Form& screen) override {
-    call(service_, &IVelkHostService::ScreenStarting, screenObject(screen).get());
+    call(service_, &IVelkHostService::ScreenStarting, screenObject(screen).Get());
   }
 
   std::string captionText(std::string_view application, std::string_view category,
@@ -81,13 +81,13 @@ class ComHostService final : public HostService {
   }
 
   std::shared_ptr<HostMainWindow> mainWindow() override {
-    auto host = queryInterface<IVelkHostWindow>(service_.get());
+    auto host = queryInterface<IVelkHostWindow>(service_.Get());
     if (!host) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
     return std::make_shared<ComHostMainWindow>(std::move(host));
   }
 
  private:
-  ComPointer<IVelkHostService> service_;
+  ComPtr<IVelkHostService> service_;
 };
 
 }  // namespace

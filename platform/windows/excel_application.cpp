@@ -4,7 +4,7 @@
 
 namespace velk {
 
-ExcelApplication::ExcelApplication(ComPointer<IDispatch> application)
+ExcelApplication::ExcelApplication(ComPtr<IDispatch> application)
     : application_(std::move(application), patience_) {}
 
 ExcelApplication::~ExcelApplication() {

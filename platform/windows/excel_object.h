@@ -23,7 +23,7 @@ class Patience {
 class ExcelObject {
  public:
   ExcelObject() = default;
-  ExcelObject(ComPointer<IDispatch> object, Patience& patience)
+  ExcelObject(ComPtr<IDispatch> object, Patience& patience)
       : object_(std::move(object)), patience_(&patience) {}
 
   /// A property or the result of a method; arguments are texts, integers, Booleans or variants.
@@ -64,7 +64,7 @@ class ExcelObject {
 
   Variant invoke(std::string_view name, WORD kind, const std::vector<Variant>& arguments) const;
 
-  ComPointer<IDispatch> object_;
+  ComPtr<IDispatch> object_;
   Patience* patience_ = nullptr;
 };
 

@@ -11,8 +11,7 @@ namespace {
 
 class ExcelSpreadsheet final : public Spreadsheet {
  public:
-  explicit ExcelSpreadsheet(ComPointer<IDispatch> application)
-      : application_(std::move(application)) {
+  explicit ExcelSpreadsheet(ComPtr<IDispatch> application) : application_(std::move(application)) {
     constexpr int macrosDisabled = 3;
     application_.object().put("DisplayAlerts", false);
     application_.object().put("EnableEvents", false);

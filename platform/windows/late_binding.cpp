@@ -62,7 +62,7 @@ Variant callMember(IDispatch* object, std::string_view name, WORD kind,
   return result;
 }
 
-ComPointer<IDispatch> heldObject(const Variant& variant) {
+ComPtr<IDispatch> heldObject(const Variant& variant) {
   const VARIANT& held = variant.get();
   if (held.vt != VT_DISPATCH && held.vt != VT_UNKNOWN) {
     throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
@@ -72,8 +72,8 @@ ComPointer<IDispatch> heldObject(const Variant& variant) {
   return found;
 }
 
-ComPointer<IDispatch> memberObject(IDispatch* object, std::string_view name,
-                                   const std::vector<Variant>& arguments) {
+ComPtr<IDispatch> memberObject(IDispatch* object, std::string_view name,
+                               const std::vector<Variant>& arguments) {
   return heldObject(callMember(object, name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments));
 }
 

@@ -18,10 +18,10 @@ Variant callMember(IDispatch* object, std::string_view name, WORD kind,
                    const std::vector<Variant>& arguments = {});
 
 /// As above, with an object for result; error 438 where the result is none, 91 where it is null.
-ComPointer<IDispatch> memberObject(IDispatch* object, std::string_view name,
-                                   const std::vector<Variant>& arguments = {});
+ComPtr<IDispatch> memberObject(IDispatch* object, std::string_view name,
+                               const std::vector<Variant>& arguments = {});
 
 /// The object in a variant; error 438 where there is none, 91 where it is null.
-ComPointer<IDispatch> heldObject(const Variant& variant);
+ComPtr<IDispatch> heldObject(const Variant& variant);
 
 }  // namespace velk

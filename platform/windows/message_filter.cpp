@@ -8,7 +8,7 @@ namespace {
 
 class Filter final : public ComObject<IMessageFilter> {
  public:
-  void forwardTo(ComPointer<IMessageFilter> previous) { previous_ = std::move(previous); }
+  void forwardTo(ComPtr<IMessageFilter> previous) { previous_ = std::move(previous); }
 
   DWORD STDMETHODCALLTYPE HandleInComingCall(DWORD kind, HTASK caller, DWORD elapsed,
                                              INTERFACEINFO* what) noexcept override {
@@ -24,20 +24,20 @@ class Filter final : public ComObject<IMessageFilter> {
   }
 
  private:
-  ComPointer<IMessageFilter> previous_;
+  ComPtr<IMessageFilter> previous_;
 };
 
 }  // namespace
 
 QuietMessageFilter::QuietMessageFilter() {
   const auto filter = makeObject<Filter>();
-  registered_ = CoRegisterMessageFilter(filter.get(), previous_.receive()) == S_OK;
+  registered_ = CoRegisterMessageFilter(filter.Get(), previous_.GetAddressOf()) == S_OK;
   filter->forwardTo(previous_);
 }
 
 QuietMessageFilter::~QuietMessageFilter() {
-  ComPointer<IMessageFilter> own;
-  if (registered_) CoRegisterMessageFilter(previous_.get(), own.receive());
+  ComPtr<IMessageFilter> own;
+  if (registered_) CoRegisterMessageFilter(previous_.Get(), own.GetAddressOf());
 }
 
 }  // namespace velk

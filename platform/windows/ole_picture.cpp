@@ -8,7 +8,7 @@
 namespace velk {
 
 HICON OlePicture::icon() const {
-  const auto picture = queryInterface<IPicture>(picture_.get(), IID_IPicture);
+  const auto picture = queryInterface<IPicture>(picture_.Get(), IID_IPicture);
   SHORT type = PICTYPE_UNINITIALIZED;
   OLE_HANDLE handle = 0;
   const bool isIcon = picture && SUCCEEDED(picture->get_Type(&type)) && type == PICTYPE_ICON &&

@@ -15,7 +15,7 @@ class ClassObject {
  public:
   ClassObject(REFCLSID id, IUnknown* object) {
     const auto factory = makeObject<Factory>(object);
-    REQUIRE(CoRegisterClassObject(id, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
+    REQUIRE(CoRegisterClassObject(id, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
                                   &cookie_) == S_OK);
   }
   ~ClassObject() { CoRevokeClassObject(cookie_); }
@@ -25,7 +25,7 @@ class ClassObject {
  private:
   class Factory final : public ComObject<IClassFactory> {
    public:
-    explicit Factory(IUnknown* object) : object_(ComPointer<IUnknown>::share(object)) {}
+    explicit Factory(IUnknown* object) : object_(ComPtr<IUnknown>(object)) {}
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID iid,
                                              void** object) noexcept override {
       return object_->QueryInterface(iid, object);
@@ -33,7 +33,7 @@ class ClassObject {
     HRESULT STDMETHODCALLTYPE LockServer(BOOL) noexcept override { return S_OK; }
 
    private:
-    ComPointer<IUnknown> object_;
+    ComPtr<IUnknown> object_;
   };
 
   DWORD cookie_ = 0;

@@ -213,15 +213,15 @@ TEST_CASE("whatever fails, the application quits and the file stays") {
 }
 
 TEST_CASE("a program that is busy is not the user's affair") {
-  ComPointer<IMessageFilter> filter;
+  ComPtr<IMessageFilter> filter;
   {
     const QuietMessageFilter quiet;
-    CoRegisterMessageFilter(nullptr, filter.receive());
-    CoRegisterMessageFilter(filter.get(), nullptr);
+    CoRegisterMessageFilter(nullptr, filter.GetAddressOf());
+    CoRegisterMessageFilter(filter.Get(), nullptr);
   }
   REQUIRE(filter);
   CHECK(filter->RetryRejectedCall(nullptr, 0, SERVERCALL_RETRYLATER) == 0xFFFFFFFF);
-  CoRegisterMessageFilter(nullptr, filter.receive());
+  CoRegisterMessageFilter(nullptr, filter.ReleaseAndGetAddressOf());
   CHECK_FALSE(filter);
 }
 

@@ -62,7 +62,7 @@ class FakeExcel {
                  const DISPPARAMS& parameters);
 
   std::ofstream saved_;  ///< nobody may move it or remove it until it is closed
-  ComPointer<Object> application_;
+  ComPtr<Object> application_;
   std::optional<ClassObject> registered_;
 };
 
@@ -107,7 +107,7 @@ class FakeExcel::Object final : public ComObject<IDispatch> {
 
 inline FakeExcel::FakeExcel() : application_(makeObject<Object>(*this, "Application")) {
   REQUIRE(RegSetKeyValueW(HKEY_LOCAL_MACHINE, classKey, nullptr, REG_SZ, id, sizeof id) == 0);
-  registered_.emplace(classId, application_.get());
+  registered_.emplace(classId, application_.Get());
 }
 
 inline bool FakeExcel::isReleased() const {
@@ -149,7 +149,7 @@ inline Variant FakeExcel::invoke(const std::string& owner, const std::string& na
     const std::string& made = makesWorkbook                ? "Workbook"
                               : owner.starts_with("Range") ? owner
                                                            : call;
-    return Variant(makeObject<Object>(*this, made).get());
+    return Variant(makeObject<Object>(*this, made).Get());
   }
   const auto known = answers.find(owner + '.' + call);
   return known == answers.end() ? Variant() : Variant::copyOf(known->second.get());

@@ -52,25 +52,25 @@ TEST_CASE("a screen as the host reads it") {
   const auto text = [](IDispatch* of, std::string_view name) {
     return toText(toValue(callMember(of, name, read).get()));
   };
-  CHECK(text(object.get(), "caption") == "Caption");
+  CHECK(text(object.Get(), "caption") == "Caption");
   std::vector<Variant> changed;
   changed.emplace_back(Value("Other"));
-  callMember(object.get(), "Caption", DISPATCH_PROPERTYPUT, std::move(changed));
+  callMember(object.Get(), "Caption", DISPATCH_PROPERTYPUT, std::move(changed));
   CHECK(screen->text("Caption") == "Other");
-  CHECK(text(memberObject(object.get(), "CMDIMPORT").get(), "Caption") == "&Import");
-  const auto controls = memberObject(object.get(), "Controls");
-  CHECK(text(controls.get(), "Count") == "2");
+  CHECK(text(memberObject(object.Get(), "CMDIMPORT").Get(), "Caption") == "&Import");
+  const auto controls = memberObject(object.Get(), "Controls");
+  CHECK(text(controls.Get(), "Count") == "2");
   for (const Value& key : {Value(0), Value("txtfilename")}) {
     std::vector<Variant> index;
     index.emplace_back(key);
-    CHECK(ServiceStub::nameOf(memberObject(controls.get(), "Item", std::move(index)).get()) ==
+    CHECK(ServiceStub::nameOf(memberObject(controls.Get(), "Item", std::move(index)).Get()) ==
           "TxtFileName");
   }
-  CHECK(errorOf([&] { text(object.get(), "BorderStyle"); }) == 438);
-  const auto button = memberObject(object.get(), "cmdImport");
+  CHECK(errorOf([&] { text(object.Get(), "BorderStyle"); }) == 438);
+  const auto button = memberObject(object.Get(), "cmdImport");
   screen.reset();
-  CHECK(errorOf([&] { text(object.get(), "Caption"); }) == 91);
-  CHECK(errorOf([&] { text(button.get(), "Caption"); }) == 91);
+  CHECK(errorOf([&] { text(object.Get(), "Caption"); }) == 91);
+  CHECK(errorOf([&] { text(button.Get(), "Caption"); }) == 91);
 }
 
 }  // namespace

@@ -40,10 +40,10 @@ std::filesystem::path registeredServer(HKEY root) {
 }
 
 HRESULT activate(REFCLSID id) {
-  ComPointer<_Velk_ClsOpnImp> object;
-  const HRESULT result = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER,
-                                          __uuidof(_Velk_ClsOpnImp), object.receiveAny());
-  if (SUCCEEDED(result)) CHECK(references(object.get()) == 1);
+  ComPtr<_Velk_ClsOpnImp> object;
+  const HRESULT result =
+      CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(object.GetAddressOf()));
+  if (SUCCEEDED(result)) CHECK(references(object.Get()) == 1);
   return result;
 }
 
@@ -102,8 +102,9 @@ TEST_CASE("registration makes the class known and leaves nothing when taken back
     CHECK(dll.call("DllRegisterServer") == S_OK);
     if (root == HKEY_LOCAL_MACHINE) {  // Wine activates only what the machine knows
       CHECK(activateByName() == S_OK);
-      ComPointer<ITypeLib> library;
-      CHECK(LoadRegTypeLib(LIBID_Velk_OpnImp, 1, 0, LOCALE_NEUTRAL, library.receive()) == S_OK);
+      ComPtr<ITypeLib> library;
+      CHECK(LoadRegTypeLib(LIBID_Velk_OpnImp, 1, 0, LOCALE_NEUTRAL, library.GetAddressOf()) ==
+            S_OK);
     }
     CHECK(dll.call("DllUnregisterServer") == S_OK);
     CHECK(registeredNames(root) == before);
