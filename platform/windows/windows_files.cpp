@@ -7,6 +7,7 @@
 #include <limits>
 #include <utility>
 
+#include "platform/windows/handles.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -14,21 +15,6 @@ namespace velk {
 namespace {
 
 constexpr DWORD shared = FILE_SHARE_READ | FILE_SHARE_WRITE;
-
-class FileHandle {
- public:
-  explicit FileHandle(HANDLE handle) : handle_(handle) {}
-  FileHandle(FileHandle&& other) noexcept : handle_(other.release()) {}
-  FileHandle& operator=(FileHandle&&) = delete;
-  ~FileHandle() { close(); }
-
-  HANDLE get() const { return handle_; }
-  bool close() { return handle_ == INVALID_HANDLE_VALUE || CloseHandle(release()) != 0; }
-
- private:
-  HANDLE release() { return std::exchange(handle_, INVALID_HANDLE_VALUE); }
-  HANDLE handle_;
-};
 
 [[noreturn]] void throwLastError() {
   throw fileError(GetLastError());
@@ -59,7 +45,7 @@ FileHandle openFile(std::string_view path, DWORD access, DWORD disposition,
   const std::wstring name = acceptablePath(toWide(path));
   FileHandle file(CreateFileW(name.c_str(), access, sharing, nullptr, disposition,
                               FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (file.get() == INVALID_HANDLE_VALUE) {
+  if (!file) {
     const DWORD failure = GetLastError();
     if (isFolder(name)) throw RuntimeError(ErrorNumber::PathFileAccess);
     throw fileError(failure);
@@ -128,7 +114,7 @@ class WindowsOutput final : public OutputFile {
   }
 
   void close() override {
-    if (!file_.close()) throwLastError();
+    if (file_ && CloseHandle(file_.release()) == 0) throwLastError();
   }
 
  private:
@@ -180,39 +166,31 @@ class WindowsReplacement final : public OutputFile {
 }  // namespace
 
 RuntimeError fileError(std::uint32_t errorCode) {
-  switch (errorCode) {
-    case ERROR_FILE_NOT_FOUND:
-      return RuntimeError(ErrorNumber::FileNotFound);
-    case ERROR_PATH_NOT_FOUND:
-    case ERROR_INVALID_DRIVE:
-    case ERROR_BAD_NETPATH:
-    case ERROR_BAD_NET_NAME:
-    case ERROR_DIRECTORY:
-      return RuntimeError(ErrorNumber::PathNotFound);
-    case ERROR_ACCESS_DENIED:
-    case ERROR_SHARING_VIOLATION:
-    case ERROR_LOCK_VIOLATION:
-      return RuntimeError(ErrorNumber::PermissionDenied);
-    case ERROR_WRITE_PROTECT:
-    case ERROR_CANT_RESOLVE_FILENAME:
-    case ERROR_INVALID_PARAMETER:
-      return RuntimeError(ErrorNumber::PathFileAccess);
-    case ERROR_INVALID_NAME:
-    case ERROR_BAD_PATHNAME:
-    case ERROR_FILENAME_EXCED_RANGE:
-      return RuntimeError(ErrorNumber::BadFileNameOrNumber);
-    case ERROR_TOO_MANY_OPEN_FILES:
-      return RuntimeError(ErrorNumber::TooManyFiles);
-    case ERROR_DISK_FULL:
-    case ERROR_HANDLE_DISK_FULL:
-    case ERROR_FILE_TOO_LARGE:
-      return RuntimeError(ErrorNumber::DiskFull);
-    case ERROR_NOT_ENOUGH_MEMORY:
-    case ERROR_OUTOFMEMORY:
-      return RuntimeError(ErrorNumber::OutOfMemory);
-    default:
-      return RuntimeError(ErrorNumber::DeviceIo);
-  }
+  static constexpr std::pair<DWORD, ErrorNumber> known[] = {
+      {ERROR_FILE_NOT_FOUND, ErrorNumber::FileNotFound},
+      {ERROR_PATH_NOT_FOUND, ErrorNumber::PathNotFound},
+      {ERROR_INVALID_DRIVE, ErrorNumber::PathNotFound},
+      {ERROR_BAD_NETPATH, ErrorNumber::PathNotFound},
+      {ERROR_BAD_NET_NAME, ErrorNumber::PathNotFound},
+      {ERROR_DIRECTORY, ErrorNumber::PathNotFound},
+      {ERROR_ACCESS_DENIED, ErrorNumber::PermissionDenied},
+      {ERROR_SHARING_VIOLATION, ErrorNumber::PermissionDenied},
+      {ERROR_LOCK_VIOLATION, ErrorNumber::PermissionDenied},
+      {ERROR_WRITE_PROTECT, ErrorNumber::PathFileAccess},
+      {ERROR_CANT_RESOLVE_FILENAME, ErrorNumber::PathFileAccess},
+      {ERROR_INVALID_PARAMETER, ErrorNumber::PathFileAccess},
+      {ERROR_INVALID_NAME, ErrorNumber::BadFileNameOrNumber},
+      {ERROR_BAD_PATHNAME, ErrorNumber::BadFileNameOrNumber},
+      {ERROR_FILENAME_EXCED_RANGE, ErrorNumber::BadFileNameOrNumber},
+      {ERROR_TOO_MANY_OPEN_FILES, ErrorNumber::TooManyFiles},
+      {ERROR_DISK_FULL, ErrorNumber::DiskFull},
+      {ERROR_HANDLE_DISK_FULL, ErrorNumber::DiskFull},
+      {ERROR_FILE_TOO_LARGE, ErrorNumber::DiskFull},
+      {ERROR_NOT_ENOUGH_MEMORY, ErrorNumber::OutOfMemory},
+      {ERROR_OUTOFMEMORY, ErrorNumber::OutOfMemory}};
+  const auto* const found =
+      std::ranges::find(known, errorCode, &std::pair<DWORD, ErrorNumber>::first);
+  return RuntimeError(found == std::end(known) ? ErrorNumber::DeviceIo : found->second);
 }
 
 std::string absolutePath(std::string_view path) {

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "component/com/registry_key.h"
+#include "platform/windows/handles.h"
 #include "tests/windows/server_dll.h"
 
 namespace velk {
@@ -18,8 +18,9 @@ constexpr wchar_t programmaticName[] = L"Velk_OpnImp.Velk_ClsOpnImp";
 Texts registeredNames(HKEY root) {
   Texts names;
   for (const std::wstring below : {L"", L"\\CLSID", L"\\Interface", L"\\TypeLib"}) {
-    RegistryKey key;
-    RegOpenKeyExW(root, (L"Software\\Classes" + below).c_str(), 0, KEY_READ, key.receive());
+    HKEY opened = nullptr;
+    RegOpenKeyExW(root, (L"Software\\Classes" + below).c_str(), 0, KEY_READ, &opened);
+    const RegistryKey key(opened);
     wchar_t name[256];
     for (DWORD i = 0, size = 256; RegEnumKeyExW(key.get(), i, name, &size, nullptr, nullptr,
                                                 nullptr, nullptr) == ERROR_SUCCESS;
@@ -57,10 +58,6 @@ HRESULT activateByName() {
 class ForbiddenMachine {
  public:
   ForbiddenMachine() {
-    RegCreateKeyExW(HKEY_CURRENT_USER, name, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                    machine_.receive(), nullptr);
-    RegCreateKeyExW(machine_.get(), L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                    classes_.receive(), nullptr);
     setAccess(TRUE);
     REQUIRE(RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine_.get()) == ERROR_SUCCESS);
   }
@@ -83,8 +80,14 @@ class ForbiddenMachine {
   }
 
   static constexpr wchar_t name[] = L"Software\\ForbiddenMachine";
-  RegistryKey machine_;
-  RegistryKey classes_;
+  static RegistryKey made(HKEY root, const wchar_t* key) {
+    HKEY opened = nullptr;
+    RegCreateKeyExW(root, key, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &opened, nullptr);
+    return RegistryKey(opened);
+  }
+
+  RegistryKey machine_ = made(HKEY_CURRENT_USER, name);
+  RegistryKey classes_ = made(machine_.get(), L"Software\\Classes");
 };
 
 TEST_CASE("registration makes the class known and leaves nothing when taken back") {
