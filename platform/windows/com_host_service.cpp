@@ -12,9 +12,6 @@ namespace velk {
 
 namespace {
 
-constexpr CLSID serviceClass = {
-    0x2F54E293, 0x7499, 0x4B89, {0x9A, 0x2E, 0xE7, 0x83, 0x42, 0x00, 0x7F, 0x59}};
-
 class ComHostMainWindow final : public HostMainWindow {
  public:
   explicit ComHostMainWindow(ComPtr<IVelkHostWindow> host) : host_(std::move(host)) {}
@@ -93,7 +90,7 @@ class ComHostService final : public HostService {
 }  // namespace
 
 std::shared_ptr<HostService> createComHostService() {
-  auto service = createIfRegistered<IVelkHostService>(serviceClass);
+  auto service = createIfRegistered<IVelkHostService>(__uuidof(VelkHostService));
   if (!service) return nullptr;
   return std::make_shared<ComHostService>(std::move(service));
 }

@@ -218,7 +218,8 @@ TEST_CASE("bad hosts: ADO that says it is well and gives nothing") {
   });
   Host host;
   host.commands.reset();
-  const ClassObject registered(__uuidof(::Command), command.get());
+  const ClassRegistration registered(__uuidof(::Command),
+                                     [&] { return ComPtr<IUnknown>(command.get()); });
   host.import(host.open(vendors));
   const std::string notSet = "(91): " + RuntimeError(ErrorNumber::ObjectNotSet).description();
   CHECK(log() == Texts{noService, notSet, notSet, notSet, notSet});

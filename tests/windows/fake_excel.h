@@ -8,10 +8,11 @@
 #include <optional>
 #include <set>
 
+#include "apps/host/class_registration.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/variants.h"
 #include "platform/windows/wide_text.h"
-#include "tests/windows/class_objects.h"
+#include "tests/support/checks.h"
 
 namespace velk {
 
@@ -63,7 +64,7 @@ class FakeExcel {
 
   std::ofstream saved_;  ///< nobody may move it or remove it until it is closed
   ComPtr<Object> application_;
-  std::optional<ClassObject> registered_;
+  std::optional<ClassRegistration> registered_;
 };
 
 class FakeExcel::Object final : public ComObject<IDispatch> {
@@ -107,7 +108,7 @@ class FakeExcel::Object final : public ComObject<IDispatch> {
 
 inline FakeExcel::FakeExcel() : application_(makeObject<Object>(*this, "Application")) {
   REQUIRE(RegSetKeyValueW(HKEY_LOCAL_MACHINE, classKey, nullptr, REG_SZ, id, sizeof id) == 0);
-  registered_.emplace(classId, application_.Get());
+  registered_.emplace(classId, [application = application_] { return application; });
 }
 
 inline bool FakeExcel::isReleased() const {

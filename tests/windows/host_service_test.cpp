@@ -40,7 +40,8 @@ TEST_CASE("the six operations of the host's service") {
 TEST_CASE("a host that is not registered, and one that fails") {
   CHECK(createComHostService() == nullptr);
   StubObject<IUnknown> other;
-  const ClassObject registered(serviceClass, other.get());
+  const ClassRegistration registered(__uuidof(VelkHostService),
+                                     [&] { return ComPtr<IUnknown>(other.get()); });
   CHECK(errorOf([] { createComHostService(); }) == 429);
 }
 
