@@ -10,14 +10,6 @@
 
 namespace velk {
 
-namespace {
-
-VARIANT_BOOL toVariantBool(bool flag) {
-  return flag ? VARIANT_TRUE : VARIANT_FALSE;
-}
-
-}  // namespace
-
 // Screens
 
 HRESULT ClsOpnImpObject::openScreen(EntryPoint entry, _Connection** connection,

@@ -20,9 +20,7 @@ class ComHostMainWindow final : public HostMainWindow {
     ComPtr<IDispatch> window;
     call(host_, &IVelkHostWindow::get_MainWindow, window.GetAddressOf());
     const auto menu = memberObject(window.Get(), "cmdMainMenu");
-    std::vector<Variant> index;
-    index.emplace_back(Value(element));
-    const auto button = memberObject(menu.Get(), "Item", index);
+    const auto button = memberObject(menu.Get(), "Item", argumentList(element));
     callMember(button.Get(), "SetFocus", DISPATCH_METHOD);
   }
 
@@ -35,8 +33,7 @@ class ComHostService final : public HostService {
   explicit ComHostService(ComPtr<IVelkHostService> service) : service_(std::move(service)) {}
 
   void screenReady(Form& screen, bool flag) override {
-    call(service_, &IVelkHostService::ScreenReady, screenObject(screen).Get(),
-         flag ? VARIANT_TRUE : VARIANT_FALSE);
+    call(service_, &IVelkHostService::ScreenReady, screenObject(screen).Get(), toVariantBool(flag));
   }
 
   Value caption(std::string_view application, std::string_view category,

@@ -31,17 +31,10 @@ class RangeValues {
     if (variant_.vt != (VT_ARRAY | VT_VARIANT) || SafeArrayGetDim(variant_.parray) != 2) {
       throw RuntimeError(ErrorNumber::TypeMismatch);
     }
-    void* data = nullptr;
-    check(SafeArrayAccessData(variant_.parray, &data));
-    elements_ = static_cast<const VARIANT*>(data);
+    elements_ = static_cast<const VARIANT*>(variant_.parray->pvData);
     rows_ = variant_.parray->rgsabound[1].cElements;
     columns_ = variant_.parray->rgsabound[0].cElements;
   }
-  ~RangeValues() {
-    if (elements_ != nullptr) SafeArrayUnaccessData(variant_.parray);
-  }
-  RangeValues(const RangeValues&) = delete;
-  RangeValues& operator=(const RangeValues&) = delete;
 
   /// Rows and columns count from 0.
   const VARIANT& at(int row, int column) const {

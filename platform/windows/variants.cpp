@@ -57,7 +57,7 @@ Variant::Variant(const Value& value) : Variant() {
 
 Variant::Variant(bool flag) : Variant() {
   variant_.vt = VT_BOOL;
-  variant_.boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE;
+  variant_.boolVal = toVariantBool(flag);
 }
 
 Variant::Variant(IDispatch* object) : Variant() {

@@ -29,9 +29,7 @@ std::string valueOf(const Variant& variant) {
 /// Calls a late-bound member with these arguments.
 template <class... Arguments>
 Variant late(IDispatch* object, std::string_view name, WORD kind, Arguments&&... arguments) {
-  std::vector<Variant> list;
-  (list.emplace_back(std::forward<Arguments>(arguments)), ...);
-  return callMember(object, name, kind, std::move(list));
+  return callMember(object, name, kind, argumentList(std::forward<Arguments>(arguments)...));
 }
 
 HRESULT invoke(IDispatch* object, DISPID id, WORD kind, std::vector<VARIANT> arguments,

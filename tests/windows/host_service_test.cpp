@@ -54,17 +54,13 @@ TEST_CASE("a screen as the host reads it") {
     return toText(toValue(callMember(of, name, read).get()));
   };
   CHECK(text(object.Get(), "caption") == "Caption");
-  std::vector<Variant> changed;
-  changed.emplace_back(Value("Other"));
-  callMember(object.Get(), "Caption", DISPATCH_PROPERTYPUT, std::move(changed));
+  callMember(object.Get(), "Caption", DISPATCH_PROPERTYPUT, argumentList("Other"));
   CHECK(screen->text("Caption") == "Other");
   CHECK(text(memberObject(object.Get(), "CMDIMPORT").Get(), "Caption") == "&Import");
   const auto controls = memberObject(object.Get(), "Controls");
   CHECK(text(controls.Get(), "Count") == "2");
   for (const Value& key : {Value(0), Value("txtfilename")}) {
-    std::vector<Variant> index;
-    index.emplace_back(key);
-    CHECK(ServiceStub::nameOf(memberObject(controls.Get(), "Item", std::move(index)).Get()) ==
+    CHECK(ServiceStub::nameOf(memberObject(controls.Get(), "Item", argumentList(key)).Get()) ==
           "TxtFileName");
   }
   CHECK(errorOf([&] { text(object.Get(), "BorderStyle"); }) == 438);

@@ -10,10 +10,6 @@ namespace velk {
 
 namespace {
 
-VARIANT_BOOL toVariantBool(bool flag) {
-  return flag ? VARIANT_TRUE : VARIANT_FALSE;
-}
-
 class FieldObject final : public VtableObject<UnusedField, Field> {
  public:
   FieldObject(std::shared_ptr<Recordset> rows, std::size_t position)
