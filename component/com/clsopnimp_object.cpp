@@ -95,23 +95,25 @@ HRESULT ClsOpnImpObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID
 
 // Scripts pass their variables as references to variants, which ITypeInfo::Invoke refuses for a
 // typed argument (DISP_E_TYPEMISMATCH). As no member changes its arguments, all go on by value.
+// Windows says in `badArgument` which one does not fit; Wine's ITypeInfo leaves it as it was.
 HRESULT ClsOpnImpObject::Invoke(DISPID id, REFIID iid, LCID, WORD kind, DISPPARAMS* parameters,
                                 VARIANT* result, EXCEPINFO* exception, UINT* badArgument) noexcept {
   if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (parameters == nullptr) return E_POINTER;
-  const auto invoke = [&] {
-    std::vector<Variant> values;
-    std::vector<VARIANT> passed;
-    for (const VARIANT& argument : std::span(parameters->rgvarg, parameters->cArgs)) {
-      passed.push_back(values.emplace_back(Variant::copyOf(argument)).get());
-    }
-    DISPPARAMS byValue = *parameters;
-    byValue.rgvarg = passed.data();
-    auto* const object = static_cast<_Velk_ClsOpnImp*>(this);
-    check(
-        apartment_->typeInfo()->Invoke(object, id, kind, &byValue, result, exception, badArgument));
-  };
-  return guarded(invoke, toHresult);
+  return guarded(
+      [&] {
+        std::vector<Variant> values;
+        std::vector<VARIANT> passed;
+        for (const VARIANT& argument : std::span(parameters->rgvarg, parameters->cArgs)) {
+          passed.push_back(values.emplace_back(Variant::copyOf(argument)).get());
+        }
+        DISPPARAMS byValue = *parameters;
+        byValue.rgvarg = passed.data();
+        auto* const object = static_cast<_Velk_ClsOpnImp*>(this);
+        check(apartment_->typeInfo()->Invoke(object, id, kind, &byValue, result, exception,
+                                             badArgument));
+      },
+      toHresult);
 }
 
 }  // namespace velk

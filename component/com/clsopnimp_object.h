@@ -16,7 +16,8 @@
 
 namespace velk {
 
-/// Finds our own object behind an interface pointer. No proxy answers for it.
+/// Finds our own object from an interface pointer of it. A proxy has no such interface, so the
+/// object is of this apartment.
 struct ReaderAccess : IUnknown {
   virtual Velk_ClsOpnImp& STDMETHODCALLTYPE reader() noexcept = 0;
 };

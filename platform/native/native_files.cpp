@@ -16,7 +16,7 @@ namespace velk {
 
 namespace {
 
-constexpr mode_t newFileMode = 0666;  // the user's umask takes off what it must
+constexpr mode_t newFileMode = 0666;  // the user's umask takes away from this
 
 struct DescriptorKind {
   using Handle = int;
@@ -25,6 +25,7 @@ struct DescriptorKind {
 };
 using Descriptor = UniqueHandle<DescriptorKind>;
 
+// open says ENOENT for a missing file and for a missing folder; the two are different errors here.
 bool folderExists(const std::string& file) {
   const std::size_t slash = file.rfind('/');
   if (slash == std::string::npos || slash == 0) return true;
@@ -92,7 +93,8 @@ class NativeOutput final : public OutputFile {
     }
   }
 
-  /// Waits until the disk has it.
+  /// Waits until the disk has it; otherwise a crash could leave an empty file in the old one's
+  /// place.
   void flush() {
     if (::fsync(file_.get()) != 0) throw fileError(errno);
   }
@@ -105,7 +107,7 @@ class NativeOutput final : public OutputFile {
   Descriptor file_;
 };
 
-/// A name that no file has, in the folder of `path`.
+/// A name that no file has, in the folder of `path`: a file is renamed only within a file system.
 std::string freeNameBeside(std::string_view path) {
   const std::string folder(path.substr(0, path.rfind('/') + 1));
   for (int number = 1;; ++number) {
@@ -143,7 +145,8 @@ class NativeReplacement final : public OutputFile {
   bool moved_ = false;
 };
 
-/// A folder, a device or a pipe can't be replaced, nor a file that the user may not write.
+/// A folder, a device or a pipe can't be replaced, nor a file that the user may not write, though
+/// renaming would be allowed to.
 void checkReplaceable(const std::string& path) {
   struct stat status {};
   if (path.find('\0') != std::string::npos) throw RuntimeError(ErrorNumber::FileNotFound);
@@ -193,6 +196,7 @@ bool NativeFileSystem::openExclusively(std::string_view path) {
   constexpr int makeNew = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
   if (Descriptor(::open(name.c_str(), makeNew, newFileMode))) return true;
   const Descriptor file = openDescriptor(path, O_RDWR);
+  // A lock of the open file, not of the process: another screen of this process is refused, too.
   struct flock whole {};
   whole.l_type = F_WRLCK;
   if (::fcntl(file.get(), F_OFD_SETLK, &whole) == 0) return false;

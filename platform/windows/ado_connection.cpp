@@ -21,6 +21,7 @@ class AdoConnection final : public Connection {
     ComPtr<_Recordset> rows;
     call(connection_, &_Connection::Execute, Bstr(text).get(), affected.receive(), defaultOptions,
          rows.GetAddressOf());
+    // Some providers answer S_OK and give no record set.
     if (!rows) throw RuntimeError(ErrorNumber::ObjectNotSet);
     return adoRecordset(std::move(rows));
   }

@@ -44,7 +44,8 @@ class AdoRecordset final : public Recordset {
     return set != VARIANT_FALSE;
   }
 
-  // A field object stands for its column in whatever record is current.
+  // A field object gives its column's value of whichever record is current, so one is asked for
+  // only once; each call may go to another process.
   const ComPtr<Field>& fieldAt(std::size_t position) const {
     if (position >= fields_.size()) fields_.resize(position + 1);
     ComPtr<Field>& field = fields_[position];

@@ -10,6 +10,7 @@ namespace {
 
 constexpr DWORD facilityControl = 10;
 
+// 0x800A.... is how Visual Basic and ADO pass the numbers of run-time errors on.
 std::int32_t numberOf(HRESULT result) {
   const bool control = (static_cast<DWORD>(result) & 0xFFFF0000U) == 0x800A0000U;
   return control ? result & 0xFFFF : result;
@@ -20,10 +21,12 @@ std::string systemDescription(HRESULT result) {
   constexpr DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
   DWORD length = FormatMessageW(flags, nullptr, static_cast<DWORD>(result), 0, text,
                                 static_cast<DWORD>(std::size(text)), nullptr);
+  // It ends with a line break, which a log line must not have.
   while (length > 0 && text[length - 1] <= L' ') --length;
   return fromWide({text, length});
 }
 
+// standardDescription answers for unknown numbers, too, with the text of error 0.
 std::string describe(HRESULT result) {
   const auto number = static_cast<ErrorNumber>(numberOf(result));
   const std::string_view standard = standardDescription(number);

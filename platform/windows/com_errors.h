@@ -12,12 +12,12 @@
 
 namespace velk {
 
-/// The runtime error that a failed HRESULT stands for: the low word where the facility is that of
+/// The runtime error for a failed HRESULT: the low word where the facility is that of
 /// controls (0x800A....), else the HRESULT as a signed number. Without a description the error has
 /// the standard one, or the system's.
 RuntimeError comError(HRESULT result, std::string description = {});
 
-/// The same, described by the error information that the failed call left behind.
+/// The same, described by the error information that the failed call left in this thread.
 RuntimeError lastComError(HRESULT result);
 
 /// The HRESULT that carries a runtime error to a caller; comError takes it back to its number.

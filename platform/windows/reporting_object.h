@@ -10,8 +10,8 @@
 
 namespace velk {
 
-/// Members run inside `run` or `give`, which leave error information behind when they fail; callers
-/// see `source` as its origin.
+/// Members run inside `run` or `give`, which set the thread's error information when they fail;
+/// callers see `source` as its origin.
 template <const wchar_t* source, class Interface, class... Others>
 class ReportingObject : public ComObject<Interface, ISupportErrorInfo, Others...> {
  public:

@@ -195,7 +195,7 @@ TEST_CASE("whatever fails, the application quits and the file stays") {
   for (const auto run : {read, write}) {
     folder.write("Zoë.xls", "old");
     const int all = callsOf(run, path);
-    // A failure to quit is nobody's error any more, nor one to close a sheet that was read.
+    // A failure to quit is not reported, nor one to close a sheet that was read: the work is done.
     const int heard = all - (run == read ? 2 : 1);
     for (int failing = 0; failing < all; ++failing) {
       CAPTURE(failing);

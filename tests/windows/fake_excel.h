@@ -1,4 +1,5 @@
-// Stands for the spreadsheet application: keeps the calls, answers them, and fails where told to.
+// Takes the place of the spreadsheet application: keeps the calls, answers them, and fails where
+// told to.
 #pragma once
 
 #include <algorithm>
@@ -23,7 +24,7 @@ class FakeExcel {
   FakeExcel(const FakeExcel&) = delete;
   FakeExcel& operator=(const FakeExcel&) = delete;
 
-  Texts calls;  ///< those that give no object, and Open; a range stands for its parts
+  Texts calls;  ///< those that give no object, and Open; a range is named for its parts
   std::map<std::string, Variant> answers;
   std::set<std::string> unknown;  ///< members that it lacks
   int failAt = -1;                ///< the call that fails, counting all from 0
@@ -32,9 +33,9 @@ class FakeExcel {
   int objects = 0;                 ///< that live now, with the application
   int objectsAtQuit = -1;
 
-  /// Whether nobody holds any of it, but for this and the class object.
+  /// Whether only this and the class object hold any of it.
   bool isReleased() const;
-  /// Leaves the name of the class behind, as an installation that was removed may.
+  /// Leaves the name of the class registered, as an installation that was removed may.
   void withdrawClass() { registered_.reset(); }
 
  private:
@@ -62,7 +63,7 @@ class FakeExcel {
   Variant invoke(const std::string& owner, const std::string& name, WORD kind,
                  const DISPPARAMS& parameters);
 
-  std::ofstream saved_;  ///< nobody may move it or remove it until it is closed
+  std::ofstream saved_;  ///< can't be moved or removed until it is closed
   ComPtr<Object> application_;
   std::optional<ClassRegistration> registered_;
 };

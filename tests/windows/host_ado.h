@@ -1,4 +1,4 @@
-// A new sample company, behind the host's ADO objects.
+// A new sample company, used through the host's ADO objects.
 #pragma once
 
 #include <filesystem>

@@ -54,7 +54,7 @@ HRESULT activateByName() {
   return FAILED(result) ? result : activate(id);
 }
 
-/// While it lives, nobody may touch the machine's classes.
+/// While it lives, access to the machine's classes is refused.
 class ForbiddenMachine {
  public:
   ForbiddenMachine() {

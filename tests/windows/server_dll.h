@@ -90,7 +90,7 @@ inline ULONG references(IUnknown* object) {
   return object->Release();
 }
 
-/// The description that a failed call left behind.
+/// The description that a failed call left in this thread.
 inline std::string errorDescription() {
   return lastComError(E_FAIL).description();
 }

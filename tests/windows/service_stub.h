@@ -1,4 +1,5 @@
-// Stands for the host's service object: keeps the calls, answers them, and fails where told to.
+// Takes the place of the host's service object: keeps the calls, answers them, and fails where told
+// to.
 #pragma once
 
 #include <host_service_com.h>

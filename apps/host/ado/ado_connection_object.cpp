@@ -10,7 +10,7 @@ namespace velk {
 
 namespace {
 
-/// Finds our own object behind an interface pointer.
+/// Finds our own object from an interface pointer of it.
 struct ConnectionAccess : IUnknown {
   virtual const std::shared_ptr<Connection>& STDMETHODCALLTYPE database() noexcept = 0;
 };

@@ -16,8 +16,8 @@ namespace velk {
 /// every Execute with 3704.
 ComPtr<_Connection> connectionObject(std::shared_ptr<Connection> connection);
 
-/// The connection behind a connection object of this program. Errors: 3709 when it is closed, 3001
-/// when it is null or the object of another library.
+/// The connection that a connection object of this program uses. Errors: 3709 when it is closed,
+/// 3001 when it is null or the object of another library.
 std::shared_ptr<Connection> connectionBehind(IUnknown* object);
 
 }  // namespace velk

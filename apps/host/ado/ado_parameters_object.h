@@ -24,7 +24,7 @@ struct ParameterData {
   Value value;
 };
 
-/// Finds our own parameter behind an interface pointer.
+/// Finds our own parameter from an interface pointer of it.
 struct ParameterAccess : IUnknown {
   virtual ParameterData& STDMETHODCALLTYPE data() noexcept = 0;
 };
