@@ -45,6 +45,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
 
 STDAPI DllCanUnloadNow() {
   if (velk::serverInUse()) return S_FALSE;
+  // COM lets go after this answer; with a reference of its own the DLL would stay for ever.
   velk::letGo();
   return S_OK;
 }

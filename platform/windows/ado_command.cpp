@@ -24,7 +24,7 @@ class AdoCommand final : public Command {
 
   void Append(std::string_view name, std::int32_t type, std::int32_t direction,
               std::int32_t size) override {
-    ComPtr<_Parameter> parameter;
+    ComPtr<_Parameter> parameter;  // without a value: that comes with setValue
     call(command_, &_Command::CreateParameter, Bstr(name).get(), static_cast<DataTypeEnum>(type),
          static_cast<ParameterDirectionEnum>(direction), size, Variant::missing().get(),
          parameter.GetAddressOf());
@@ -41,6 +41,7 @@ class AdoCommand final : public Command {
 
   std::shared_ptr<Recordset> Execute(std::int32_t options) override {
     Variant affected;
+    // Left out, because they are in the command's own collection.
     Variant parameters = Variant::missing();
     VARIANT passed = parameters.get();
     ComPtr<_Recordset> rows;
@@ -53,6 +54,7 @@ class AdoCommand final : public Command {
   std::vector<ComPtr<_Parameter>> parameters_;
 };
 
+// An object of a newer ADO may answer only to the newer interface id; its members are the same.
 ComPtr<_Command> createCommand() {
   const auto unknown = createObject<IUnknown>(__uuidof(::Command));
   auto command = queryInterface<_Command>(unknown.Get());

@@ -81,11 +81,10 @@ HRESULT reportError(const RuntimeError& error, REFIID iid, const wchar_t* source
   return toHresult(error);
 }
 
-HRESULT fillIn(EXCEPINFO* exception, const RuntimeError& error, const wchar_t* source) {
+HRESULT fillIn(EXCEPINFO* exception, const RuntimeError& error) {
   if (exception != nullptr) {
     *exception = {};
     exception->scode = toHresult(error);
-    exception->bstrSource = SysAllocString(source);
     exception->bstrDescription = SysAllocString(toWide(error.description()).c_str());
   }
   return DISP_E_EXCEPTION;

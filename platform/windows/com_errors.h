@@ -68,7 +68,7 @@ RuntimeError currentError();
 HRESULT reportError(const RuntimeError& error, REFIID iid, const wchar_t* source);
 
 /// Describes the error in a caller's EXCEPINFO (null: not wanted); DISP_E_EXCEPTION.
-HRESULT fillIn(EXCEPINFO* exception, const RuntimeError& error, const wchar_t* source = L"");
+HRESULT fillIn(EXCEPINFO* exception, const RuntimeError& error);
 
 /// Runs the body of a COM member; whatever it throws goes to `failed`, which gives the HRESULT.
 template <class Body, class Failed>

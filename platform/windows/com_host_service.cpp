@@ -16,6 +16,7 @@ class ComHostMainWindow final : public HostMainWindow {
  public:
   explicit ComHostMainWindow(ComPtr<IVelkHostWindow> host) : host_(std::move(host)) {}
 
+  // Late bound, because the window of a host has no interface that is known here.
   void focusMainMenu(int element) override {
     ComPtr<IDispatch> window;
     call(host_, &IVelkHostWindow::get_MainWindow, window.GetAddressOf());
@@ -68,7 +69,7 @@ class ComHostService final : public HostService {
 
   std::string messageText(std::string_view text, std::span<const Value> arguments) override {
     Variant list(arguments);
-    SAFEARRAY* array = list.get().parray;
+    SAFEARRAY* array = list.get().parray;  // by reference, yet it stays ours
     Bstr message;
     call(service_, &IVelkHostService::MessageText, Bstr(text).get(), &array, message.receive());
     return message.text();
@@ -76,6 +77,7 @@ class ComHostService final : public HostService {
 
   std::shared_ptr<HostMainWindow> mainWindow() override {
     auto host = queryInterface<IVelkHostWindow>(service_.Get());
+    // As for a late-bound member that the object does not have.
     if (!host) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
     return std::make_shared<ComHostMainWindow>(std::move(host));
   }

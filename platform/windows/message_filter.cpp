@@ -12,10 +12,12 @@ class Filter final : public ComObject<IMessageFilter> {
 
   DWORD STDMETHODCALLTYPE HandleInComingCall(DWORD kind, HTASK caller, DWORD elapsed,
                                              INTERFACEINFO* what) noexcept override {
-    if (!previous_) return SERVERCALL_ISHANDLED;
+    if (!previous_) return SERVERCALL_ISHANDLED;  // what COM does without a filter
     return previous_->HandleInComingCall(kind, caller, elapsed, what);
   }
   DWORD STDMETHODCALLTYPE RetryRejectedCall(HTASK, DWORD, DWORD) noexcept override {
+    // The caller waits and tries again itself; the host's filter might ask the user about a program
+    // that the user does not see.
     constexpr DWORD cancel = 0xFFFFFFFF;
     return cancel;
   }

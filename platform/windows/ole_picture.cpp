@@ -14,6 +14,7 @@ HICON OlePicture::icon() const {
   const bool isIcon = picture && SUCCEEDED(picture->get_Type(&type)) && type == PICTYPE_ICON &&
                       SUCCEEDED(picture->get_Handle(&handle)) && handle != 0;
   if (!isIcon) throw RuntimeError(ErrorNumber::InvalidPicture);
+  // Automation passes 32 bits of a handle; the others repeat its sign.
   return reinterpret_cast<HICON>(static_cast<INT_PTR>(static_cast<INT>(handle)));
 }
 

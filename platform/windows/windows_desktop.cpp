@@ -26,6 +26,7 @@ std::int32_t WindowsDesktop::messageBox(std::string_view prompt, std::int32_t st
   const std::wstring title = toWide(caption.value_or(libraryName));
   const auto asked = static_cast<UINT>(style);
   const int answer = showBox(text, title, asked);
+  // 0: Windows does not know the style and has shown nothing.
   return answer != 0 ? answer : showBox(text, title, MB_OK | (asked & MB_ICONMASK));
 }
 
@@ -54,6 +55,7 @@ void WindowsDesktop::openDocument(std::string_view path) {
 }
 
 void WindowsDesktop::waitCursor(bool on) {
+  // Counted, because one work that waits may start another.
   waits_ += on ? 1 : -1;
   SetCursor(LoadCursorW(nullptr, waits_ > 0 ? IDC_WAIT : IDC_ARROW));
 }

@@ -46,6 +46,7 @@ class CommandObject final : public VtableObject<UnusedCommand, _Command> {
   }
 
  private:
+  // Each run makes a command of the database, because text and parameters may have changed.
   std::shared_ptr<Recordset> execute(LONG options) const {
     if (connection_ == nullptr) throw RuntimeError(ErrorNumber::ConnectionInvalid);
     const auto command = connection_->newCommand();

@@ -32,6 +32,7 @@ class ParametersObject final : public VtableObject<UnusedParameters, Parameters>
   HRESULT STDMETHODCALLTYPE Append(IDispatch* parameter) noexcept override {
     return run([&] {
       auto access = queryInterface<ParameterAccess>(parameter);
+      // Another library's parameter could change without our knowing.
       if (!access) throw RuntimeError(ErrorNumber::WrongArgumentType);
       list_->push_back(std::move(access));
     });

@@ -31,6 +31,7 @@ class FieldsObject final : public VtableObject<UnusedFields, Fields> {
   HRESULT STDMETHODCALLTYPE get_Item(VARIANT index, Field** field) noexcept override {
     return give(field, [&] {
       const std::int32_t position = toInt32(toValue(index));
+      // One beyond the last field is an error when its value is read.
       if (position < 0) throw RuntimeError(ErrorNumber::ItemNotFound);
       return makeObject<FieldObject>(rows_, static_cast<std::size_t>(position)).Detach();
     });
