@@ -13,7 +13,6 @@ constexpr std::chrono::sys_days dayZero{std::chrono::year{1899} / 12 / 30};
 constexpr int firstDay = (std::chrono::sys_days{std::chrono::year{100} / 1 / 1} - dayZero).count();
 constexpr int lastDay =
     (std::chrono::sys_days{std::chrono::year{9999} / 12 / 31} - dayZero).count();
-constexpr int secondsPerDay = 24 * 60 * 60;
 
 std::chrono::year_month_day calendarDay(const CivilDate& civil) {
   return {std::chrono::year{civil.year}, std::chrono::month{static_cast<unsigned>(civil.month)},

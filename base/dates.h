@@ -15,6 +15,8 @@
 
 namespace velk {
 
+inline constexpr int secondsPerDay = 24 * 60 * 60;
+
 struct Date {
   double days = 0;
   auto operator<=>(const Date&) const = default;

@@ -7,6 +7,8 @@
 
 namespace velk {
 
+// A screen is not kept here: once it is open, its window keeps it until it is closed.
+
 void Velk_ClsOpnImp::ImportCustomerOpening(const std::shared_ptr<Connection>& myConn,
                                            const std::shared_ptr<const Picture>& AppIcon) {
   std::make_shared<Velk_frmCustOpn_OpnImp>(module_,

@@ -45,6 +45,7 @@ const std::pair<std::string_view, Folders> rules[] = {
     {"olectl.h", {"component/com", "platform/windows", "apps/host"}},
     {"shellapi.h", {"platform/windows", "apps/host"}},
     {"initguid.h", {"component/com"}},
+    {"wrl/", {"platform/windows"}},
     {"xmmintrin.h", {"platform/windows"}},
     {"ado_com.h", {"component/com", "platform/windows", "apps/host"}},
     {"host_service_com.h", {"platform/windows", "apps/host"}},

@@ -3,17 +3,14 @@
 
 #include <ole2.h>
 
-#include <functional>
-
-#include "platform/windows/com_pointer.h"
+#include "platform/windows/class_factory.h"
 
 namespace velk {
 
-/// CoCreateInstance finds the class as long as this lives. `make` gives a new object, or the same
-/// one each time. Error: what COM says when it refuses.
+/// CoCreateInstance finds the class as long as this lives. Error: what COM says when it refuses.
 class ClassRegistration {
  public:
-  ClassRegistration(REFCLSID classId, std::function<ComPointer<IUnknown>()> make);
+  ClassRegistration(REFCLSID classId, ClassFactory::Make make);
   ~ClassRegistration() { CoRevokeClassObject(cookie_); }
   ClassRegistration(const ClassRegistration&) = delete;
   ClassRegistration& operator=(const ClassRegistration&) = delete;

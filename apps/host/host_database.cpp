@@ -48,9 +48,9 @@ bool needsOwnAdo(const HostDatabase& database) {
   return database.embedded || isWine();
 }
 
-ComPointer<_Connection> openHostDatabase(const HostDatabase& database, bool ownAdo) {
+ComPtr<_Connection> openHostDatabase(const HostDatabase& database, bool ownAdo) {
   if (ownAdo) return connectionObject(openOdbc(database.connectionString));
-  auto connection = createObject<_Connection>(__uuidof(::Connection), CLSCTX_INPROC_SERVER);
+  auto connection = createObject<_Connection>(__uuidof(::Connection));
   call(connection, &_Connection::Open, Bstr(database.connectionString).get(), nullptr, nullptr,
        LONG{adConnectUnspecified});
   return connection;

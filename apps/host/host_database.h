@@ -28,7 +28,7 @@ HostDatabase newSampleCompany(const std::string& path);
 
 /// Opens it, with this program's ADO objects or the machine's, which then are also the ones that
 /// the component's commands are made of.
-ComPointer<_Connection> openHostDatabase(const HostDatabase& database, bool ownAdo);
+ComPtr<_Connection> openHostDatabase(const HostDatabase& database, bool ownAdo);
 
 /// True when this program's ADO objects have to be used for a database.
 bool needsOwnAdo(const HostDatabase& database);

@@ -1,7 +1,5 @@
 #include "apps/host/host_service_object.h"
 
-#include <host_service_com.h>
-
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,47 +16,37 @@ namespace velk {
 
 namespace {
 
-class MenuButton final : public NamedMembers {
+/// The main window, its control array cmdMainMenu, or one of the buttons in that: each has one
+/// member, which leads to the next.
+class MenuObject final : public NamedMembers {
  public:
-  MenuButton(MainWindow& window, int element) : window_(window), element_(element) {}
+  enum class Level { Window, Array, Button };
 
-  bool has(std::string_view name) const override { return equalsIgnoringCase(name, "SetFocus"); }
-  Variant get(std::string_view, const std::optional<Value>&) override {
-    window_.focusButton(element_);
-    return {};
+  MenuObject(MainWindow& window, Level level, int button = 0)
+      : window_(window), level_(level), button_(button) {}
+
+  bool has(std::string_view name) const override {
+    static constexpr std::string_view members[] = {"cmdMainMenu", defaultMember, "SetFocus"};
+    return equalsIgnoringCase(name, members[static_cast<std::size_t>(level_)]);
   }
-
- private:
-  MainWindow& window_;
-  int element_;
-};
-
-class MenuArray final : public NamedMembers {
- public:
-  explicit MenuArray(MainWindow& window) : window_(window) {}
-
-  bool has(std::string_view name) const override { return equalsIgnoringCase(name, defaultMember); }
   Variant get(std::string_view, const std::optional<Value>& index) override {
-    if (!index) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
-    return Variant(makeObject<MenuButton>(window_, toInt32(*index)).get());
+    if (level_ == Level::Button) {
+      window_.focusButton(button_);
+      return {};
+    }
+    if (index) return next(Level::Button, toInt32(*index));
+    if (level_ == Level::Array) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+    return next(Level::Array);
   }
 
  private:
-  MainWindow& window_;
-};
-
-class WindowObject final : public NamedMembers {
- public:
-  explicit WindowObject(MainWindow& window) : window_(window) {}
-
-  bool has(std::string_view name) const override { return equalsIgnoringCase(name, "cmdMainMenu"); }
-  Variant get(std::string_view, const std::optional<Value>& index) override {
-    const auto array = makeObject<MenuArray>(window_);
-    return index ? array->get(defaultMember, index) : Variant(array.get());
+  Variant next(Level level, int button = 0) const {
+    return Variant(makeObject<MenuObject>(window_, level, button).Get());
   }
 
- private:
   MainWindow& window_;
+  Level level_;
+  int button_;
 };
 
 class HostServiceObject final
@@ -92,8 +80,9 @@ class HostServiceObject final
   }
 
   HRESULT STDMETHODCALLTYPE get_MainWindow(IDispatch** window) noexcept override {
-    return give(window,
-                [&]() -> IDispatch* { return makeObject<WindowObject>(window_).release(); });
+    return give(window, [&]() -> IDispatch* {
+      return makeObject<MenuObject>(window_, MenuObject::Level::Window).Detach();
+    });
   }
 
  private:
@@ -103,9 +92,8 @@ class HostServiceObject final
 
 }  // namespace
 
-ComPointer<IUnknown> hostServiceObject(MainWindow& window) {
-  auto* object = new HostServiceObject(window);
-  return ComPointer<IUnknown>::adopt(static_cast<IVelkHostService*>(object));
+ComPtr<IVelkHostService> hostServiceObject(MainWindow& window) {
+  return makeObject<HostServiceObject>(window);
 }
 
 }  // namespace velk

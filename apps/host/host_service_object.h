@@ -1,7 +1,7 @@
 // The host's service object, which the component creates by its class identifier.
 #pragma once
 
-#include <ole2.h>
+#include <host_service_com.h>
 
 #include "platform/windows/com_pointer.h"
 
@@ -12,6 +12,6 @@ class MainWindow;
 /// Captions are their keys, messages are shown as they are, with the active window for owner and
 /// the host's name where no caption is given. Answers for the second host object, too, whose main
 /// window has the control array cmdMainMenu: the import buttons. `window` outlives the object.
-ComPointer<IUnknown> hostServiceObject(MainWindow& window);
+ComPtr<IVelkHostService> hostServiceObject(MainWindow& window);
 
 }  // namespace velk

@@ -9,13 +9,14 @@
 
 namespace velk {
 
-ComPointer<IPictureDisp> iconPicture(HICON icon) {
+ComPtr<IPictureDisp> iconPicture(HICON icon) {
   PICTDESC description{};
   description.cbSizeofstruct = sizeof description;
   description.picType = PICTYPE_ICON;
   description.icon.hicon = icon;
-  ComPointer<IPictureDisp> picture;
-  check(OleCreatePictureIndirect(&description, IID_IPictureDisp, FALSE, picture.receiveAny()));
+  ComPtr<IPictureDisp> picture;
+  check(OleCreatePictureIndirect(&description, IID_IPictureDisp, FALSE,
+                                 reinterpret_cast<void**>(picture.GetAddressOf())));
   return picture;
 }
 
@@ -29,7 +30,7 @@ void openImport(ImportKind kind, _Connection* connection, IPictureDisp* icon) {
     throw RuntimeError(ErrorNumber::CannotCreateObject,
                        "Velk_OpnImp.dll or its manifest does not lie beside this program");
   }
-  const auto component = createObject<_Velk_ClsOpnImp>(classId, CLSCTX_INPROC_SERVER);
+  const auto component = createObject<_Velk_ClsOpnImp>(classId);
   call(component, entryPoints.at(static_cast<std::size_t>(kind)), &connection, &icon);
 }
 

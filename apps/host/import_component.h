@@ -12,7 +12,7 @@
 namespace velk {
 
 /// The icon that the host hands to the component. The picture does not own it.
-ComPointer<IPictureDisp> iconPicture(HICON icon);
+ComPtr<IPictureDisp> iconPicture(HICON icon);
 
 /// Makes an object of the component's class, by its programmatic name, and opens a screen. Errors:
 /// 429 when the class is not found; else what the component raises.

@@ -56,10 +56,10 @@ class Company {
  public:
   Company(const HostDatabase& database, bool ownAdo)
       : connection_(openHostDatabase(database, ownAdo)),
-        reader_(adoConnection(connection_.get())),
+        reader_(adoConnection(connection_.Get())),
         icon_(iconPicture(hostIcon())) {}
 
-  void open(ImportKind kind) const { openImport(kind, connection_.get(), icon_.get()); }
+  void open(ImportKind kind) const { openImport(kind, connection_.Get(), icon_.Get()); }
 
   std::vector<TableRow> rows(std::size_t table) const {
     const auto tables = companyTables();
@@ -68,9 +68,9 @@ class Company {
   }
 
  private:
-  ComPointer<_Connection> connection_;
+  ComPtr<_Connection> connection_;
   std::shared_ptr<Connection> reader_;
-  ComPointer<IPictureDisp> icon_;
+  ComPtr<IPictureDisp> icon_;
 };
 
 /// Runs the tour beside the main window's message loop, and ends the program with it.

@@ -68,11 +68,11 @@ std::unique_ptr<Spreadsheet> Apartment::createSpreadsheet() {
   return std::make_unique<XlsSpreadsheet>(files_);
 }
 
-const ComPointer<ITypeInfo>& Apartment::typeInfo() {
+const ComPtr<ITypeInfo>& Apartment::typeInfo() {
   if (!typeInfo_) {
-    ComPointer<ITypeLib> library;
-    check(LoadTypeLibEx(serverPath().c_str(), REGKIND_NONE, library.receive()));
-    check(library->GetTypeInfoOfGuid(__uuidof(_Velk_ClsOpnImp), typeInfo_.receive()));
+    ComPtr<ITypeLib> library;
+    check(LoadTypeLibEx(serverPath().c_str(), REGKIND_NONE, library.GetAddressOf()));
+    check(library->GetTypeInfoOfGuid(__uuidof(_Velk_ClsOpnImp), typeInfo_.GetAddressOf()));
   }
   return typeInfo_;
 }

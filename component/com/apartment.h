@@ -27,7 +27,7 @@ class Apartment : public std::enable_shared_from_this<Apartment> {
   bool isCurrent() const { return thread_ == Thread(); }
   Velk_ModOpnImp& module() { return module_; }
   /// The public class's interface as the type library describes it.
-  const ComPointer<ITypeInfo>& typeInfo();
+  const ComPtr<ITypeInfo>& typeInfo();
 
  private:
   /// The calling thread. Its number alone would not do: it is given away anew when a thread has
@@ -51,7 +51,7 @@ class Apartment : public std::enable_shared_from_this<Apartment> {
   WindowShell shell_{[this] { return shared_from_this(); }};
   CodePage codePage_;
   Velk_ModOpnImp module_;
-  ComPointer<ITypeInfo> typeInfo_;
+  ComPtr<ITypeInfo> typeInfo_;
 };
 
 }  // namespace velk

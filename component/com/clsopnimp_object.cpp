@@ -1,80 +1,48 @@
 #include "component/com/clsopnimp_object.h"
 
-#include <array>
+#include <span>
+#include <vector>
 
-#include "component/com/identifiers.h"
 #include "platform/windows/ado_connection.h"
-#include "platform/windows/com_errors.h"
 #include "platform/windows/ole_picture.h"
+#include "platform/windows/variants.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
 
-namespace {
-
-template <class Result>
-Result& required(Result* result) {
-  if (result == nullptr) throw comError(E_POINTER);
-  return *result;
-}
-
-VARIANT_BOOL toVariantBool(bool flag) {
-  return flag ? VARIANT_TRUE : VARIANT_FALSE;
-}
-
-void giveText(BSTR* to, std::string_view text) {
-  BSTR& result = required(to);
-  result = Bstr(text).release();
-}
-
-// In the order of their dispatch identifiers, from 1.
-constexpr std::array<ClsOpnImpObject::EntryPoint, 3> entryPoints{
-    &Velk_ClsOpnImp::ImportCustomerOpening, &Velk_ClsOpnImp::ImportVendorOpening,
-    &Velk_ClsOpnImp::ImportBankBranchOpening};
-
-// Members that calls through IDispatch treat in their own way; the others stand in the IDL.
-constexpr DISPID fileNameId = 4;
-
-}  // namespace
-
-// Each member of the interface runs inside this.
-template <class Body>
-HRESULT ClsOpnImpObject::run(Body&& body) noexcept {
-  return guarded(std::forward<Body>(body), [](const RuntimeError& error) {
-    return reportError(error, __uuidof(_Velk_ClsOpnImp), programmaticName);
-  });
-}
-
 // Screens
 
-void ClsOpnImpObject::openScreen(EntryPoint entry, IUnknown* connection, IUnknown* icon) {
-  if (!apartment_->isCurrent()) throw comError(RPC_E_WRONG_THREAD);
-  auto database = adoConnection(connection);
-  std::shared_ptr<const Picture> picture;
-  if (icon != nullptr) {
-    picture = std::make_shared<OlePicture>(ComPointer<IUnknown>::share(icon));
-  }
-  keepLoaded();
-  (core_.*entry)(database, picture);
+HRESULT ClsOpnImpObject::openScreen(EntryPoint entry, _Connection** connection,
+                                    IPictureDisp** icon) noexcept {
+  if (connection == nullptr || icon == nullptr) return E_POINTER;
+  return run([&] {
+    // A screen's window belongs to the thread that makes it, its module to the object's.
+    if (!apartment_->isCurrent()) throw comError(RPC_E_WRONG_THREAD);
+    auto database = adoConnection(*connection);
+    std::shared_ptr<const Picture> picture;
+    if (*icon != nullptr) picture = std::make_shared<OlePicture>(*icon);
+    keepLoaded();
+    (core_.*entry)(database, picture);
+  });
 }
 
 HRESULT ClsOpnImpObject::ImportCustomerOpening(_Connection** myConn,
                                                IPictureDisp** AppIcon) noexcept {
-  return run([&] { openScreen(entryPoints[0], required(myConn), required(AppIcon)); });
+  return openScreen(&Velk_ClsOpnImp::ImportCustomerOpening, myConn, AppIcon);
 }
 HRESULT ClsOpnImpObject::ImportVendorOpening(_Connection** myConn,
                                              IPictureDisp** AppIcon) noexcept {
-  return run([&] { openScreen(entryPoints[1], required(myConn), required(AppIcon)); });
+  return openScreen(&Velk_ClsOpnImp::ImportVendorOpening, myConn, AppIcon);
 }
 HRESULT ClsOpnImpObject::ImportBankBranchOpening(_Connection** myConn,
                                                  IPictureDisp** AppIcon) noexcept {
-  return run([&] { openScreen(entryPoints[2], required(myConn), required(AppIcon)); });
+  return openScreen(&Velk_ClsOpnImp::ImportBankBranchOpening, myConn, AppIcon);
 }
 
 // Record reader
 
 HRESULT ClsOpnImpObject::get_FileName(BSTR* path) noexcept {
-  return run([&] { giveText(path, core_.FileName()); });
+  return give(path, [&] { return Bstr(core_.FileName()).release(); });
 }
 HRESULT ClsOpnImpObject::put_FileName(BSTR path) noexcept {
   return run([&] { core_.FileName(Bstr::textOf(path)); });
@@ -83,54 +51,41 @@ HRESULT ClsOpnImpObject::MoveNext() noexcept {
   return run([&] { core_.MoveNext(); });
 }
 HRESULT ClsOpnImpObject::Fields(LONG Index, BSTR* field) noexcept {
-  return run([&] { giveText(field, core_.Fields(Index)); });
+  return give(field, [&] { return Bstr(core_.Fields(Index)).release(); });
 }
 HRESULT ClsOpnImpObject::IsEOF(VARIANT_BOOL* atEnd) noexcept {
-  return run([&] { required(atEnd) = toVariantBool(core_.IsEOF()); });
+  return give(atEnd, [&] { return toVariantBool(core_.IsEOF()); });
 }
 HRESULT ClsOpnImpObject::Count(LONG* fields) noexcept {
-  return run([&] { required(fields) = core_.Count(); });
+  return give(fields, [&] { return core_.Count(); });
 }
 HRESULT ClsOpnImpObject::Rewind() noexcept {
   return run([&] { core_.Rewind(); });
 }
 HRESULT ClsOpnImpObject::CSVSplit(BSTR Expression, VARIANT* fields) noexcept {
-  return run([&] {
-    VARIANT& result = required(fields);
-    result = Variant(Velk_ClsOpnImp::CSVSplit(Bstr::textOf(Expression))).release();
+  return give(fields, [&] {
+    return Variant(Velk_ClsOpnImp::CSVSplit(Bstr::textOf(Expression))).release();
   });
 }
 HRESULT ClsOpnImpObject::ValidateData(SHORT nColumns, _Velk_ClsOpnImp* myCSVFile,
                                       VARIANT_BOOL* valid) noexcept {
-  return run([&] {
-    VARIANT_BOOL& result = required(valid);
-    result = toVariantBool(validate(nColumns, myCSVFile));
+  return give(valid, [&] {
+    if (myCSVFile == nullptr) throw RuntimeError(ErrorNumber::ObjectNotSet);
+    const auto other = queryInterface<ReaderAccess>(myCSVFile);
+    if (!other) throw RuntimeError(ErrorNumber::TypeMismatch);
+    return toVariantBool(core_.ValidateData(nColumns, other->reader()));
   });
 }
 
-bool ClsOpnImpObject::validate(std::int16_t columns, IUnknown* file) const {
-  if (file == nullptr) throw RuntimeError(ErrorNumber::ObjectNotSet);
-  const auto other = queryInterface<ReaderAccess>(file);
-  if (!other) throw RuntimeError(ErrorNumber::TypeMismatch);
-  return core_.ValidateData(columns, other->reader());
-}
-
-HRESULT ClsOpnImpObject::InterfaceSupportsErrorInfo(REFIID iid) noexcept {
-  return iid == __uuidof(_Velk_ClsOpnImp) ? S_OK : S_FALSE;
-}
-
-// Automation
+// Automation: the type library says what there is to call and how.
 
 HRESULT ClsOpnImpObject::GetTypeInfoCount(UINT* count) noexcept {
-  return run([&] { required(count) = 1; });
+  return give(count, [] { return 1U; });
 }
 
 HRESULT ClsOpnImpObject::GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept {
   if (index != 0) return DISP_E_BADINDEX;
-  return run([&] {
-    ITypeInfo*& result = required(info);
-    result = ComPointer<ITypeInfo>(apartment_->typeInfo()).release();
-  });
+  return give(info, [&] { return ComPtr<ITypeInfo>(apartment_->typeInfo()).Detach(); });
 }
 
 HRESULT ClsOpnImpObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
@@ -138,59 +93,27 @@ HRESULT ClsOpnImpObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID
   return run([&] { check(apartment_->typeInfo()->GetIDsOfNames(names, count, ids)); });
 }
 
-// How many arguments the member takes; DISP_E_MEMBERNOTFOUND for a kind of call that it is not.
-UINT ClsOpnImpObject::argumentsOf(DISPID id, bool put) {
-  static constexpr std::array<UINT, 11> taken{2, 2, 2, 0, 0, 1, 0, 0, 0, 1, 2};
-  const auto index = static_cast<std::size_t>(id) - 1;
-  if (index >= taken.size() || (put && id != fileNameId)) throw comError(DISP_E_MEMBERNOTFOUND);
-  return put ? 1 : taken[index];
-}
-
-Variant ClsOpnImpObject::invokeMember(DISPID id, bool put, const DispatchArguments& given) {
-  if (given.count() > argumentsOf(id, put)) throw comError(DISP_E_BADPARAMCOUNT);
-  switch (id) {
-    case fileNameId:
-      if (!put) return Variant(Value(core_.FileName()));
-      core_.FileName(given.text(0));
-      return {};
-    case 5:
-      core_.MoveNext();
-      return {};
-    case 6:
-      return Variant(Value(core_.Fields(given.integer(0))));
-    case 7:
-      return Variant(core_.IsEOF());
-    case 8:
-      return Variant(Value(core_.Count()));
-    case 9:
-      core_.Rewind();
-      return {};
-    case 10:
-      return Variant(Velk_ClsOpnImp::CSVSplit(given.text(0)));
-    case 11:
-      return Variant(validate(given.shortInteger(0), given.object(1).get()));
-    default:
-      openScreen(entryPoints[static_cast<std::size_t>(id) - 1], given.object(0).get(),
-                 given.object(1).get());
-      return {};
-  }
-}
-
-HRESULT ClsOpnImpObject::Invoke(DISPID id, REFIID iid, LCID locale, WORD kind,
-                                DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
-                                UINT* badArgument) noexcept {
+// Scripts pass their variables as references to variants, which ITypeInfo::Invoke refuses for a
+// typed argument (DISP_E_TYPEMISMATCH). As no member changes its arguments, all go on by value.
+// Windows says in `badArgument` which one does not fit; Wine's ITypeInfo leaves it as it was.
+HRESULT ClsOpnImpObject::Invoke(DISPID id, REFIID iid, LCID, WORD kind, DISPPARAMS* parameters,
+                                VARIANT* result, EXCEPINFO* exception, UINT* badArgument) noexcept {
   if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
-  const bool put = (kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+  if (parameters == nullptr) return E_POINTER;
   return guarded(
       [&] {
-        const DispatchArguments given(required(parameters), locale, badArgument);
-        Variant answer = invokeMember(id, put, given);
-        if (result != nullptr) *result = answer.release();
+        std::vector<Variant> values;
+        std::vector<VARIANT> passed;
+        for (const VARIANT& argument : std::span(parameters->rgvarg, parameters->cArgs)) {
+          passed.push_back(values.emplace_back(Variant::copyOf(argument)).get());
+        }
+        DISPPARAMS byValue = *parameters;
+        byValue.rgvarg = passed.data();
+        auto* const object = static_cast<_Velk_ClsOpnImp*>(this);
+        check(apartment_->typeInfo()->Invoke(object, id, kind, &byValue, result, exception,
+                                             badArgument));
       },
-      [&](const RuntimeError& error) {
-        if (isDispatchError(error.number())) return toHresult(error);
-        return fillIn(exception, error, programmaticName);
-      });
+      toHresult);
 }
 
 }  // namespace velk

@@ -11,12 +11,13 @@
 
 #include "component/Velk_ClsOpnImp.h"
 #include "component/com/apartment.h"
-#include "component/com/dispatch_arguments.h"
-#include "platform/windows/com_object.h"
+#include "component/com/identifiers.h"
+#include "platform/windows/reporting_object.h"
 
 namespace velk {
 
-/// Finds our own object behind an interface pointer. No proxy answers for it.
+/// Finds our own object from an interface pointer of it. A proxy has no such interface, so the
+/// object is of this apartment.
 struct ReaderAccess : IUnknown {
   virtual Velk_ClsOpnImp& STDMETHODCALLTYPE reader() noexcept = 0;
 };
@@ -28,20 +29,18 @@ __CRT_UUID_DECL(velk::ReaderAccess, 0x57F9688C, 0xB639, 0x4AA3, 0x80, 0x3E, 0x90
 
 namespace velk {
 
-class ClsOpnImpObject final : public ComObject<_Velk_ClsOpnImp, ISupportErrorInfo, ReaderAccess> {
+/// Each member of the interface goes to the one of the same name of Velk_ClsOpnImp.
+class ClsOpnImpObject final
+    : public ReportingObject<programmaticName, _Velk_ClsOpnImp, ReaderAccess> {
  public:
-  /// A member that opens a screen.
-  using EntryPoint = void (Velk_ClsOpnImp::*)(const std::shared_ptr<Connection>&,
-                                              const std::shared_ptr<const Picture>&);
-
   ClsOpnImpObject() : apartment_(Apartment::current()), core_(apartment_->module()) {}
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override;
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept override;
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
                                           DISPID* ids) noexcept override;
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID locale, WORD kind,
-                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID, WORD kind, DISPPARAMS* parameters,
+                                   VARIANT* result, EXCEPINFO* exception,
                                    UINT* badArgument) noexcept override;
 
   HRESULT STDMETHODCALLTYPE ImportCustomerOpening(_Connection** myConn,
@@ -61,17 +60,12 @@ class ClsOpnImpObject final : public ComObject<_Velk_ClsOpnImp, ISupportErrorInf
   HRESULT STDMETHODCALLTYPE ValidateData(SHORT nColumns, _Velk_ClsOpnImp* myCSVFile,
                                          VARIANT_BOOL* valid) noexcept override;
 
-  HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) noexcept override;
   Velk_ClsOpnImp& STDMETHODCALLTYPE reader() noexcept override { return core_; }
 
  private:
-  static UINT argumentsOf(DISPID id, bool put);
-  Variant invokeMember(DISPID id, bool put, const DispatchArguments& given);
-  template <class Body>
-  static HRESULT run(Body&& body) noexcept;
-
-  void openScreen(EntryPoint entry, IUnknown* connection, IUnknown* icon);
-  bool validate(std::int16_t columns, IUnknown* file) const;
+  using EntryPoint = void (Velk_ClsOpnImp::*)(const std::shared_ptr<Connection>&,
+                                              const std::shared_ptr<const Picture>&);
+  HRESULT openScreen(EntryPoint entry, _Connection** connection, IPictureDisp** icon) noexcept;
 
   std::shared_ptr<Apartment> apartment_;
   Velk_ClsOpnImp core_;

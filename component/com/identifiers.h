@@ -1,4 +1,4 @@
-// The names under which hosts find the component. The identifiers themselves stand in the IDL.
+// The names under which hosts find the component. The identifiers themselves are in the IDL.
 #pragma once
 
 namespace velk {

@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "component/com/identifiers.h"
-#include "component/com/registry_key.h"
 #include "component/com/server.h"
 #include "platform/windows/com_errors.h"
+#include "platform/windows/handles.h"
 
 namespace velk {
 
@@ -53,23 +53,19 @@ Text libraryFileKey(const Text& bitness) {
   return libraryKey() + L"\\" + versionText + L"\\0\\" + bitness;
 }
 
-std::vector<Entry> classEntries(const Text& path) {
-  const Text key = classKey();
-  const Text library = braced(LIBID_Velk_OpnImp);
-  return {{key, nullptr, programmaticName},
-          {key + L"\\InprocServer32", nullptr, path},
-          {key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
-          {key + L"\\ProgID", nullptr, programmaticName},
-          {key + L"\\TypeLib", nullptr, library},
-          {key + L"\\Version", nullptr, versionText},
-          {key + L"\\Programmable", nullptr, L""}};
-}
-
-std::vector<Entry> sharedEntries(const Text& path) {
+std::vector<Entry> entries(const Text& path) {
+  const Text classId = braced(__uuidof(::Velk_ClsOpnImp));
   const Text library = braced(LIBID_Velk_OpnImp);
   const Text version = libraryKey() + L"\\" + versionText;
-  return {{programmaticName, nullptr, libraryTitle},
-          {Text(programmaticName) + L"\\CLSID", nullptr, braced(__uuidof(::Velk_ClsOpnImp))},
+  return {{classKey(), nullptr, programmaticName},
+          {classKey() + L"\\InprocServer32", nullptr, path},
+          {classKey() + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
+          {classKey() + L"\\ProgID", nullptr, programmaticName},
+          {classKey() + L"\\TypeLib", nullptr, library},
+          {classKey() + L"\\Version", nullptr, versionText},
+          {classKey() + L"\\Programmable", nullptr, L""},
+          {programmaticName, nullptr, libraryTitle},
+          {Text(programmaticName) + L"\\CLSID", nullptr, classId},
           {interfaceKey(), nullptr, L"_Velk_ClsOpnImp"},
           {interfaceKey() + L"\\ProxyStubClsid32", nullptr, automationMarshaller},
           {interfaceKey() + L"\\TypeLib", nullptr, library},
@@ -85,12 +81,9 @@ void checkWin32(LSTATUS status) {
 }
 
 void write(HKEY classes, const Entry& entry) {
-  RegistryKey key;
-  checkWin32(RegCreateKeyExW(classes, entry.key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
-                             key.receive(), nullptr));
   const auto bytes = static_cast<DWORD>((entry.value.size() + 1) * sizeof(wchar_t));
-  checkWin32(RegSetValueExW(key.get(), entry.name, 0, REG_SZ,
-                            reinterpret_cast<const BYTE*>(entry.value.c_str()), bytes));
+  checkWin32(
+      RegSetKeyValueW(classes, entry.key.c_str(), entry.name, REG_SZ, entry.value.c_str(), bytes));
 }
 
 void remove(HKEY classes, const Text& key) {
@@ -98,9 +91,10 @@ void remove(HKEY classes, const Text& key) {
   if (status != ERROR_FILE_NOT_FOUND) checkWin32(status);
 }
 
+/// Of keys that have a default value, as all those asked for do.
 bool exists(HKEY classes, const Text& key) {
-  RegistryKey found;
-  return RegOpenKeyExW(classes, key.c_str(), 0, KEY_READ, found.receive()) == ERROR_SUCCESS;
+  return RegGetValueW(classes, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, nullptr, nullptr) ==
+         ERROR_SUCCESS;
 }
 
 void removeAll(HKEY classes) {
@@ -119,25 +113,23 @@ void removeAll(HKEY classes) {
 }
 
 void registerIn(HKEY root) {
-  const Text path = serverPath();
-  RegistryKey classes;
-  checkWin32(RegCreateKeyExW(root, classesKey, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr,
-                             classes.receive(), nullptr));
+  HKEY key = nullptr;
+  checkWin32(RegCreateKeyExW(root, classesKey, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key,
+                             nullptr));
+  const RegistryKey classes(key);
   try {
-    for (const Entry& entry : classEntries(path)) write(classes.get(), entry);
-    for (const Entry& entry : sharedEntries(path)) write(classes.get(), entry);
+    for (const Entry& entry : entries(serverPath())) write(key, entry);
   } catch (const RuntimeError&) {
-    removeAll(classes.get());
+    removeAll(key);
     throw;
   }
 }
 
 void unregisterIn(HKEY root) {
-  RegistryKey classes;
-  if (RegOpenKeyExW(root, classesKey, 0, KEY_READ, classes.receive()) != ERROR_SUCCESS) return;
-  const bool registered =
-      exists(classes.get(), classKey()) || exists(classes.get(), libraryFileKey(thisBitness));
-  if (registered) removeAll(classes.get());
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(root, classesKey, 0, KEY_READ, &key) != ERROR_SUCCESS) return;
+  const RegistryKey classes(key);
+  if (exists(key, classKey()) || exists(key, libraryFileKey(thisBitness))) removeAll(key);
 }
 
 }  // namespace

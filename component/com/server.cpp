@@ -16,12 +16,6 @@ std::atomic<bool> kept{false};
 
 }  // namespace
 
-ServerLock::ServerLock() {
-  acquire();
-}
-ServerLock::~ServerLock() {
-  release();
-}
 void ServerLock::acquire() {
   ++locks;
 }

@@ -8,8 +8,8 @@ namespace velk {
 /// Keeps the DLL loaded while it lives.
 class ServerLock {
  public:
-  ServerLock();
-  ~ServerLock();
+  ServerLock() { acquire(); }
+  ~ServerLock() { release(); }
   ServerLock(const ServerLock&) = delete;
   ServerLock& operator=(const ServerLock&) = delete;
 

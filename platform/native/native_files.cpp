@@ -4,31 +4,28 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <string>
 #include <utility>
+
+#include "base/unique_handle.h"
 
 namespace velk {
 
 namespace {
 
-constexpr mode_t newFileMode = 0666;  // the user's umask takes off what it must
+constexpr mode_t newFileMode = 0666;  // the user's umask takes away from this
 
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : fd_(fd) {}
-  Descriptor(Descriptor&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
-  Descriptor& operator=(Descriptor&&) = delete;
-  ~Descriptor() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  int get() const { return fd_; }
-  int release() { return std::exchange(fd_, -1); }
-
- private:
-  int fd_;
+struct DescriptorKind {
+  using Handle = int;
+  static Handle none() { return -1; }  // what open gives when it fails
+  static void close(Handle descriptor) { ::close(descriptor); }
 };
+using Descriptor = UniqueHandle<DescriptorKind>;
 
+// open says ENOENT for a missing file and for a missing folder; the two are different errors here.
 bool folderExists(const std::string& file) {
   const std::size_t slash = file.rfind('/');
   if (slash == std::string::npos || slash == 0) return true;
@@ -41,7 +38,7 @@ Descriptor openDescriptor(std::string_view path, int flags) {
   const std::string name(path);
   // Without O_NONBLOCK the opening of a pipe would wait for its other end.
   Descriptor file(::open(name.c_str(), flags | O_CLOEXEC | O_NONBLOCK, newFileMode));
-  if (file.get() >= 0) return file;
+  if (file) return file;
   const int failure = errno;
   if (failure == ENOENT && !folderExists(name)) throw RuntimeError(ErrorNumber::PathNotFound);
   throw fileError(failure);
@@ -96,21 +93,21 @@ class NativeOutput final : public OutputFile {
     }
   }
 
-  /// Waits until the disk has it.
+  /// Waits until the disk has it; otherwise a crash could leave an empty file in the old one's
+  /// place.
   void flush() {
     if (::fsync(file_.get()) != 0) throw fileError(errno);
   }
 
   void close() override {
-    const int fd = file_.release();
-    if (fd >= 0 && ::close(fd) != 0) throw fileError(errno);
+    if (file_ && ::close(file_.release()) != 0) throw fileError(errno);
   }
 
  private:
   Descriptor file_;
 };
 
-/// A name that no file has, in the folder of `path`.
+/// A name that no file has, in the folder of `path`: a file is renamed only within a file system.
 std::string freeNameBeside(std::string_view path) {
   const std::string folder(path.substr(0, path.rfind('/') + 1));
   for (int number = 1;; ++number) {
@@ -148,7 +145,8 @@ class NativeReplacement final : public OutputFile {
   bool moved_ = false;
 };
 
-/// A folder, a device or a pipe can't be replaced, nor a file that the user may not write.
+/// A folder, a device or a pipe can't be replaced, nor a file that the user may not write, though
+/// renaming would be allowed to.
 void checkReplaceable(const std::string& path) {
   struct stat status {};
   if (path.find('\0') != std::string::npos) throw RuntimeError(ErrorNumber::FileNotFound);
@@ -164,36 +162,19 @@ void checkReplaceable(const std::string& path) {
 }  // namespace
 
 RuntimeError fileError(int errorCode) {
-  switch (errorCode) {
-    case ENOENT:
-      return RuntimeError(ErrorNumber::FileNotFound);
-    case ENOTDIR:
-      return RuntimeError(ErrorNumber::PathNotFound);
-    case EACCES:
-    case EPERM:
-    case EBUSY:
-    case ETXTBSY:
-      return RuntimeError(ErrorNumber::PermissionDenied);
-    case EISDIR:
-    case EROFS:
-    case ELOOP:
-    case ENXIO:
-    case EINVAL:
-      return RuntimeError(ErrorNumber::PathFileAccess);
-    case ENAMETOOLONG:
-      return RuntimeError(ErrorNumber::BadFileNameOrNumber);
-    case EMFILE:
-    case ENFILE:
-      return RuntimeError(ErrorNumber::TooManyFiles);
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-      return RuntimeError(ErrorNumber::DiskFull);
-    case ENOMEM:
-      return RuntimeError(ErrorNumber::OutOfMemory);
-    default:
-      return RuntimeError(ErrorNumber::DeviceIo);
-  }
+  static constexpr std::pair<int, ErrorNumber> known[] = {
+      {ENOENT, ErrorNumber::FileNotFound},     {ENOTDIR, ErrorNumber::PathNotFound},
+      {EACCES, ErrorNumber::PermissionDenied}, {EPERM, ErrorNumber::PermissionDenied},
+      {EBUSY, ErrorNumber::PermissionDenied},  {ETXTBSY, ErrorNumber::PermissionDenied},
+      {EISDIR, ErrorNumber::PathFileAccess},   {EROFS, ErrorNumber::PathFileAccess},
+      {ELOOP, ErrorNumber::PathFileAccess},    {ENXIO, ErrorNumber::PathFileAccess},
+      {EINVAL, ErrorNumber::PathFileAccess},   {ENAMETOOLONG, ErrorNumber::BadFileNameOrNumber},
+      {EMFILE, ErrorNumber::TooManyFiles},     {ENFILE, ErrorNumber::TooManyFiles},
+      {ENOSPC, ErrorNumber::DiskFull},         {EDQUOT, ErrorNumber::DiskFull},
+      {EFBIG, ErrorNumber::DiskFull},          {ENOMEM, ErrorNumber::OutOfMemory}};
+  const auto* const found =
+      std::ranges::find(known, errorCode, &std::pair<int, ErrorNumber>::first);
+  return RuntimeError(found == std::end(known) ? ErrorNumber::DeviceIo : found->second);
 }
 
 std::unique_ptr<InputFile> NativeFileSystem::openInput(std::string_view path) {
@@ -213,8 +194,9 @@ bool NativeFileSystem::openExclusively(std::string_view path) {
   const std::string name(path);
   checkReplaceable(name);
   constexpr int makeNew = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
-  if (Descriptor(::open(name.c_str(), makeNew, newFileMode)).get() >= 0) return true;
+  if (Descriptor(::open(name.c_str(), makeNew, newFileMode))) return true;
   const Descriptor file = openDescriptor(path, O_RDWR);
+  // A lock of the open file, not of the process: another screen of this process is refused, too.
   struct flock whole {};
   whole.l_type = F_WRLCK;
   if (::fcntl(file.get(), F_OFD_SETLK, &whole) == 0) return false;

@@ -17,7 +17,7 @@ class NativeFileSystem final : public FileSystem {
   void remove(std::string_view path) override;
 };
 
-/// The runtime error that an errno of a file operation stands for.
+/// The runtime error for an errno of a file operation.
 RuntimeError fileError(int errorCode);
 
 }  // namespace velk

@@ -13,7 +13,7 @@ namespace {
 
 class AdoCommand final : public Command {
  public:
-  explicit AdoCommand(ComPointer<_Command> command) : command_(std::move(command)) {}
+  explicit AdoCommand(ComPtr<_Command> command) : command_(std::move(command)) {}
 
   void setCommandType(CommandType type) override {
     call(command_, &_Command::put_CommandType, static_cast<CommandTypeEnum>(type));
@@ -24,13 +24,13 @@ class AdoCommand final : public Command {
 
   void Append(std::string_view name, std::int32_t type, std::int32_t direction,
               std::int32_t size) override {
-    ComPointer<_Parameter> parameter;
+    ComPtr<_Parameter> parameter;  // without a value: that comes with setValue
     call(command_, &_Command::CreateParameter, Bstr(name).get(), static_cast<DataTypeEnum>(type),
          static_cast<ParameterDirectionEnum>(direction), size, Variant::missing().get(),
-         parameter.receive());
-    ComPointer<Parameters> list;
-    call(command_, &_Command::get_Parameters, list.receive());
-    call(list, &Parameters::Append, parameter.get());
+         parameter.GetAddressOf());
+    ComPtr<Parameters> list;
+    call(command_, &_Command::get_Parameters, list.GetAddressOf());
+    call(list, &Parameters::Append, parameter.Get());
     parameters_.push_back(std::move(parameter));
   }
 
@@ -41,31 +41,33 @@ class AdoCommand final : public Command {
 
   std::shared_ptr<Recordset> Execute(std::int32_t options) override {
     Variant affected;
+    // Left out, because they are in the command's own collection.
     Variant parameters = Variant::missing();
     VARIANT passed = parameters.get();
-    ComPointer<_Recordset> rows;
-    call(command_, &_Command::Execute, affected.receive(), &passed, options, rows.receive());
+    ComPtr<_Recordset> rows;
+    call(command_, &_Command::Execute, affected.receive(), &passed, options, rows.GetAddressOf());
     return adoRecordset(std::move(rows));
   }
 
  private:
-  ComPointer<_Command> command_;
-  std::vector<ComPointer<_Parameter>> parameters_;
+  ComPtr<_Command> command_;
+  std::vector<ComPtr<_Parameter>> parameters_;
 };
 
-ComPointer<_Command> createCommand() {
-  const auto unknown = createObject<IUnknown>(__uuidof(::Command), CLSCTX_INPROC_SERVER);
-  auto command = queryInterface<_Command>(unknown.get());
-  if (!command) command = queryInterface<_Command>(unknown.get(), newerCommandId);
+// An object of a newer ADO may answer only to the newer interface id; its members are the same.
+ComPtr<_Command> createCommand() {
+  const auto unknown = createObject<IUnknown>(__uuidof(::Command));
+  auto command = queryInterface<_Command>(unknown.Get());
+  if (!command) command = queryInterface<_Command>(unknown.Get(), newerCommandId);
   if (!command) throw RuntimeError(ErrorNumber::CannotCreateObject);
   return command;
 }
 
 }  // namespace
 
-std::unique_ptr<Command> adoCommand(const ComPointer<_Connection>& connection) {
+std::unique_ptr<Command> adoCommand(const ComPtr<_Connection>& connection) {
   auto command = createCommand();
-  call(command, &_Command::putref_ActiveConnection, connection.get());
+  call(command, &_Command::putref_ActiveConnection, connection.Get());
   return std::make_unique<AdoCommand>(std::move(command));
 }
 

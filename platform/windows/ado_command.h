@@ -10,6 +10,6 @@ namespace velk {
 
 /// A new ADODB.Command whose active connection is this one. Error 429 when it can't be created, and
 /// what ADO says when it refuses the connection (3709 for a closed one).
-std::unique_ptr<Command> adoCommand(const ComPointer<_Connection>& connection);
+std::unique_ptr<Command> adoCommand(const ComPtr<_Connection>& connection);
 
 }  // namespace velk

@@ -14,13 +14,14 @@ namespace {
 
 class AdoConnection final : public Connection {
  public:
-  explicit AdoConnection(ComPointer<_Connection> connection) : connection_(std::move(connection)) {}
+  explicit AdoConnection(ComPtr<_Connection> connection) : connection_(std::move(connection)) {}
 
   std::shared_ptr<Recordset> Execute(std::string_view text) override {
     Variant affected;
-    ComPointer<_Recordset> rows;
+    ComPtr<_Recordset> rows;
     call(connection_, &_Connection::Execute, Bstr(text).get(), affected.receive(), defaultOptions,
-         rows.receive());
+         rows.GetAddressOf());
+    // Some providers answer S_OK and give no record set.
     if (!rows) throw RuntimeError(ErrorNumber::ObjectNotSet);
     return adoRecordset(std::move(rows));
   }
@@ -28,7 +29,7 @@ class AdoConnection final : public Connection {
   std::unique_ptr<Command> newCommand() override { return adoCommand(connection_); }
 
  private:
-  ComPointer<_Connection> connection_;
+  ComPtr<_Connection> connection_;
 };
 
 }  // namespace

@@ -9,7 +9,7 @@
 
 namespace velk {
 
-/// The connection behind an ADO connection object, used as it is, open or closed; null for null.
+/// A connection that uses this ADO connection object as it is, open or closed; null for null.
 /// Error 13 for an object that is no ADO connection.
 std::shared_ptr<Connection> adoConnection(IUnknown* object);
 

@@ -11,7 +11,7 @@ namespace {
 
 class AdoRecordset final : public Recordset {
  public:
-  explicit AdoRecordset(ComPointer<_Recordset> rows) : rows_(std::move(rows)) {}
+  explicit AdoRecordset(ComPtr<_Recordset> rows) : rows_(std::move(rows)) {}
 
   std::int32_t State() const override {
     LONG state = stateClosed;
@@ -30,8 +30,8 @@ class AdoRecordset final : public Recordset {
 
   std::shared_ptr<Recordset> NextRecordset() override {
     Variant affected;
-    ComPointer<_Recordset> next;
-    call(rows_, &_Recordset::NextRecordset, affected.receive(), next.receive());
+    ComPtr<_Recordset> next;
+    call(rows_, &_Recordset::NextRecordset, affected.receive(), next.GetAddressOf());
     return adoRecordset(std::move(next));
   }
   void Close() override { call(rows_, &_Recordset::Close); }
@@ -44,26 +44,27 @@ class AdoRecordset final : public Recordset {
     return set != VARIANT_FALSE;
   }
 
-  // A field object stands for its column in whatever record is current.
-  const ComPointer<Field>& fieldAt(std::size_t position) const {
+  // A field object gives its column's value of whichever record is current, so one is asked for
+  // only once; each call may go to another process.
+  const ComPtr<Field>& fieldAt(std::size_t position) const {
     if (position >= fields_.size()) fields_.resize(position + 1);
-    ComPointer<Field>& field = fields_[position];
+    ComPtr<Field>& field = fields_[position];
     if (!field) {
-      ComPointer<Fields> list;
-      call(rows_, &_Recordset::get_Fields, list.receive());
+      ComPtr<Fields> list;
+      call(rows_, &_Recordset::get_Fields, list.GetAddressOf());
       const Variant index(Value(static_cast<std::int32_t>(position)));
-      call(list, &Fields::get_Item, index.get(), field.receive());
+      call(list, &Fields::get_Item, index.get(), field.GetAddressOf());
     }
     return field;
   }
 
-  ComPointer<_Recordset> rows_;
-  mutable std::vector<ComPointer<Field>> fields_;
+  ComPtr<_Recordset> rows_;
+  mutable std::vector<ComPtr<Field>> fields_;
 };
 
 }  // namespace
 
-std::shared_ptr<Recordset> adoRecordset(ComPointer<_Recordset> rows) {
+std::shared_ptr<Recordset> adoRecordset(ComPtr<_Recordset> rows) {
   return rows ? std::make_shared<AdoRecordset>(std::move(rows)) : nullptr;
 }
 

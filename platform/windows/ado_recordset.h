@@ -9,6 +9,6 @@
 namespace velk {
 
 /// A record set over ADO's; null for null.
-std::shared_ptr<Recordset> adoRecordset(ComPointer<_Recordset> rows);
+std::shared_ptr<Recordset> adoRecordset(ComPtr<_Recordset> rows);
 
 }  // namespace velk

@@ -10,6 +10,7 @@ namespace {
 
 constexpr DWORD facilityControl = 10;
 
+// 0x800A.... is how Visual Basic and ADO pass the numbers of run-time errors on.
 std::int32_t numberOf(HRESULT result) {
   const bool control = (static_cast<DWORD>(result) & 0xFFFF0000U) == 0x800A0000U;
   return control ? result & 0xFFFF : result;
@@ -20,10 +21,12 @@ std::string systemDescription(HRESULT result) {
   constexpr DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
   DWORD length = FormatMessageW(flags, nullptr, static_cast<DWORD>(result), 0, text,
                                 static_cast<DWORD>(std::size(text)), nullptr);
+  // It ends with a line break, which a log line must not have.
   while (length > 0 && text[length - 1] <= L' ') --length;
   return fromWide({text, length});
 }
 
+// standardDescription answers for unknown numbers, too, with the text of error 0.
 std::string describe(HRESULT result) {
   const auto number = static_cast<ErrorNumber>(numberOf(result));
   const std::string_view standard = standardDescription(number);
@@ -40,9 +43,9 @@ RuntimeError comError(HRESULT result, std::string description) {
 }
 
 RuntimeError lastComError(HRESULT result) {
-  ComPointer<IErrorInfo> info;
+  ComPtr<IErrorInfo> info;
   Bstr description;
-  if (GetErrorInfo(0, info.receive()) == S_OK) info->GetDescription(description.receive());
+  if (GetErrorInfo(0, info.GetAddressOf()) == S_OK) info->GetDescription(description.receive());
   return comError(result, description.text());
 }
 
@@ -68,21 +71,20 @@ RuntimeError currentError() {
 }
 
 HRESULT reportError(const RuntimeError& error, REFIID iid, const wchar_t* source) {
-  ComPointer<ICreateErrorInfo> info;
-  if (SUCCEEDED(CreateErrorInfo(info.receive()))) {
+  ComPtr<ICreateErrorInfo> info;
+  if (SUCCEEDED(CreateErrorInfo(info.GetAddressOf()))) {
     info->SetGUID(iid);
     info->SetSource(const_cast<wchar_t*>(source));
     info->SetDescription(toWide(error.description()).data());
-    SetErrorInfo(0, queryInterface<IErrorInfo>(info.get()).get());
+    SetErrorInfo(0, queryInterface<IErrorInfo>(info.Get()).Get());
   }
   return toHresult(error);
 }
 
-HRESULT fillIn(EXCEPINFO* exception, const RuntimeError& error, const wchar_t* source) {
+HRESULT fillIn(EXCEPINFO* exception, const RuntimeError& error) {
   if (exception != nullptr) {
     *exception = {};
     exception->scode = toHresult(error);
-    exception->bstrSource = SysAllocString(source);
     exception->bstrDescription = SysAllocString(toWide(error.description()).c_str());
   }
   return DISP_E_EXCEPTION;

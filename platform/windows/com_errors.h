@@ -12,12 +12,12 @@
 
 namespace velk {
 
-/// The runtime error that a failed HRESULT stands for: the low word where the facility is that of
+/// The runtime error for a failed HRESULT: the low word where the facility is that of
 /// controls (0x800A....), else the HRESULT as a signed number. Without a description the error has
 /// the standard one, or the system's.
 RuntimeError comError(HRESULT result, std::string description = {});
 
-/// The same, described by the error information that the failed call left behind.
+/// The same, described by the error information that the failed call left in this thread.
 RuntimeError lastComError(HRESULT result);
 
 /// The HRESULT that carries a runtime error to a caller; comError takes it back to its number.
@@ -27,10 +27,10 @@ HRESULT toHresult(const RuntimeError& error);
 /// away first, because objects without any would otherwise be described by it. Error 91 for null:
 /// not every host's object gives what it says it has.
 template <class Object, class Member, class... Arguments>
-void call(const ComPointer<Object>& object, Member member, Arguments&&... arguments) {
+void call(const ComPtr<Object>& object, Member member, Arguments&&... arguments) {
   if (!object) throw RuntimeError(ErrorNumber::ObjectNotSet);
   SetErrorInfo(0, nullptr);
-  const HRESULT result = (object.get()->*member)(std::forward<Arguments>(arguments)...);
+  const HRESULT result = (object.Get()->*member)(std::forward<Arguments>(arguments)...);
   if (FAILED(result)) throw lastComError(result);
 }
 
@@ -39,23 +39,23 @@ inline void check(HRESULT result) {
   if (FAILED(result)) throw comError(result);
 }
 
-/// Makes an object of a registered class; error 429 when that fails.
+/// Makes an object of a class registered in process; error 429 when that fails.
 template <class Interface>
-ComPointer<Interface> createObject(REFCLSID classId, DWORD context,
-                                   REFIID iid = __uuidof(Interface)) {
-  ComPointer<Interface> object;
-  const HRESULT result = CoCreateInstance(classId, nullptr, context, iid, object.receiveAny());
+ComPtr<Interface> createObject(REFCLSID classId) {
+  ComPtr<Interface> object;
+  const HRESULT result =
+      CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(object.GetAddressOf()));
   if (FAILED(result)) throw RuntimeError(ErrorNumber::CannotCreateObject);
   return object;
 }
 
-/// The same in process or from a program of its own; null when the class is not registered.
+/// The same, in process or from a program of its own; null when the class is not registered.
 template <class Interface>
-ComPointer<Interface> createIfRegistered(REFCLSID classId) {
+ComPtr<Interface> createIfRegistered(REFCLSID classId) {
   constexpr DWORD anywhere = CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER;
-  ComPointer<Interface> object;
+  ComPtr<Interface> object;
   const HRESULT result =
-      CoCreateInstance(classId, nullptr, anywhere, __uuidof(Interface), object.receiveAny());
+      CoCreateInstance(classId, nullptr, anywhere, IID_PPV_ARGS(object.GetAddressOf()));
   if (FAILED(result) && result != REGDB_E_CLASSNOTREG) {
     throw RuntimeError(ErrorNumber::CannotCreateObject);
   }
@@ -68,7 +68,7 @@ RuntimeError currentError();
 HRESULT reportError(const RuntimeError& error, REFIID iid, const wchar_t* source);
 
 /// Describes the error in a caller's EXCEPINFO (null: not wanted); DISP_E_EXCEPTION.
-HRESULT fillIn(EXCEPINFO* exception, const RuntimeError& error, const wchar_t* source = L"");
+HRESULT fillIn(EXCEPINFO* exception, const RuntimeError& error);
 
 /// Runs the body of a COM member; whatever it throws goes to `failed`, which gives the HRESULT.
 template <class Body, class Failed>

@@ -12,34 +12,29 @@ namespace velk {
 
 namespace {
 
-constexpr CLSID serviceClass = {
-    0x2F54E293, 0x7499, 0x4B89, {0x9A, 0x2E, 0xE7, 0x83, 0x42, 0x00, 0x7F, 0x59}};
-
 class ComHostMainWindow final : public HostMainWindow {
  public:
-  explicit ComHostMainWindow(ComPointer<IVelkHostWindow> host) : host_(std::move(host)) {}
+  explicit ComHostMainWindow(ComPtr<IVelkHostWindow> host) : host_(std::move(host)) {}
 
+  // Late bound, because the window of a host has no interface that is known here.
   void focusMainMenu(int element) override {
-    ComPointer<IDispatch> window;
-    call(host_, &IVelkHostWindow::get_MainWindow, window.receive());
-    const auto menu = memberObject(window.get(), "cmdMainMenu");
-    std::vector<Variant> index;
-    index.emplace_back(Value(element));
-    const auto button = memberObject(menu.get(), "Item", index);
-    callMember(button.get(), "SetFocus", DISPATCH_METHOD);
+    ComPtr<IDispatch> window;
+    call(host_, &IVelkHostWindow::get_MainWindow, window.GetAddressOf());
+    const auto menu = memberObject(window.Get(), "cmdMainMenu");
+    const auto button = memberObject(menu.Get(), "Item", argumentList(element));
+    callMember(button.Get(), "SetFocus", DISPATCH_METHOD);
   }
 
  private:
-  ComPointer<IVelkHostWindow> host_;
+  ComPtr<IVelkHostWindow> host_;
 };
 
 class ComHostService final : public HostService {
  public:
-  explicit ComHostService(ComPointer<IVelkHostService> service) : service_(std::move(service)) {}
+  explicit ComHostService(ComPtr<IVelkHostService> service) : service_(std::move(service)) {}
 
   void screenReady(Form& screen, bool flag) override {
-    call(service_, &IVelkHostService::ScreenReady, screenObject(screen).get(),
-         flag ? VARIANT_TRUE : VARIANT_FALSE);
+    call(service_, &IVelkHostService::ScreenReady, screenObject(screen).Get(), toVariantBool(flag));
   }
 
   Value caption(std::string_view application, std::string_view category,
@@ -51,7 +46,7 @@ class ComHostService final : public HostService {
   }
 
   void screenStarting(Form& screen) override {
-    call(service_, &IVelkHostService::ScreenStarting, screenObject(screen).get());
+    call(service_, &IVelkHostService::ScreenStarting, screenObject(screen).Get());
   }
 
   std::string captionText(std::string_view application, std::string_view category,
@@ -74,26 +69,27 @@ class ComHostService final : public HostService {
 
   std::string messageText(std::string_view text, std::span<const Value> arguments) override {
     Variant list(arguments);
-    SAFEARRAY* array = list.get().parray;
+    SAFEARRAY* array = list.get().parray;  // by reference, yet it stays ours
     Bstr message;
     call(service_, &IVelkHostService::MessageText, Bstr(text).get(), &array, message.receive());
     return message.text();
   }
 
   std::shared_ptr<HostMainWindow> mainWindow() override {
-    auto host = queryInterface<IVelkHostWindow>(service_.get());
+    auto host = queryInterface<IVelkHostWindow>(service_.Get());
+    // As for a late-bound member that the object does not have.
     if (!host) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
     return std::make_shared<ComHostMainWindow>(std::move(host));
   }
 
  private:
-  ComPointer<IVelkHostService> service_;
+  ComPtr<IVelkHostService> service_;
 };
 
 }  // namespace
 
 std::shared_ptr<HostService> createComHostService() {
-  auto service = createIfRegistered<IVelkHostService>(serviceClass);
+  auto service = createIfRegistered<IVelkHostService>(__uuidof(VelkHostService));
   if (!service) return nullptr;
   return std::make_shared<ComHostService>(std::move(service));
 }

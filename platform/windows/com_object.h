@@ -50,8 +50,8 @@ class ComObject : public First, public Others... {
 };
 
 template <class Object, class... Arguments>
-ComPointer<Object> makeObject(Arguments&&... arguments) {
-  return ComPointer<Object>::adopt(new Object(std::forward<Arguments>(arguments)...));
+ComPtr<Object> makeObject(Arguments&&... arguments) {
+  return adopt(new Object(std::forward<Arguments>(arguments)...));
 }
 
 }  // namespace velk

@@ -1,60 +1,33 @@
-// Owns one reference to a COM object.
+// Owns one reference to a COM object: WRL's ComPtr, and two helpers.
+//
+// Two members of mingw-w64's ComPtr differ from those of Windows' SDK and are not used here: Attach
+// adds a reference instead of taking over the caller's, and an assignment from an rvalue leaves the
+// other pointer as it was. Operator & lets go of what is held, as there; GetAddressOf does not.
 #pragma once
 
 #include <ole2.h>
 
-#include <utility>
+#include <wrl/client.h>
 
 namespace velk {
 
+using Microsoft::WRL::ComPtr;
+
+/// Takes over a reference that the caller holds.
 template <class Interface>
-class ComPointer {
- public:
-  ComPointer() = default;
-  /// Takes over a reference that the caller holds.
-  static ComPointer adopt(Interface* object) {
-    ComPointer pointer;
-    pointer.object_ = object;
-    return pointer;
-  }
-  /// Adds a reference of its own; null is allowed.
-  static ComPointer share(Interface* object) {
-    if (object != nullptr) object->AddRef();
-    return adopt(object);
-  }
-  ComPointer(const ComPointer& other) : ComPointer(share(other.object_)) {}
-  ComPointer(ComPointer&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
-  ComPointer& operator=(ComPointer other) noexcept {
-    std::swap(object_, other.object_);
-    return *this;
-  }
-  ~ComPointer() {
-    if (object_ != nullptr) object_->Release();
-  }
+ComPtr<Interface> adopt(Interface* object) {
+  ComPtr<Interface> pointer;
+  *pointer.GetAddressOf() = object;
+  return pointer;
+}
 
-  Interface* get() const { return object_; }
-  Interface* operator->() const { return object_; }
-  Interface& operator*() const { return *object_; }
-  explicit operator bool() const { return object_ != nullptr; }
-
-  /// Lets go of what is held; a call puts a new reference here.
-  Interface** receive() {
-    *this = {};
-    return &object_;
-  }
-  void** receiveAny() { return reinterpret_cast<void**>(receive()); }
-  /// Hands the reference to the caller.
-  Interface* release() { return std::exchange(object_, nullptr); }
-
- private:
-  Interface* object_ = nullptr;
-};
-
-/// Another interface of an object; null when it has none, or for null.
+/// Another interface of an object; null when it has none, or for null. (ComPtr::As takes no null.)
 template <class Interface>
-ComPointer<Interface> queryInterface(IUnknown* object, REFIID iid = __uuidof(Interface)) {
-  ComPointer<Interface> found;
-  if (object != nullptr && FAILED(object->QueryInterface(iid, found.receiveAny()))) return {};
+ComPtr<Interface> queryInterface(IUnknown* object, REFIID iid = __uuidof(Interface)) {
+  ComPtr<Interface> found;
+  if (object != nullptr) {
+    object->QueryInterface(iid, reinterpret_cast<void**>(found.GetAddressOf()));
+  }
   return found;
 }
 

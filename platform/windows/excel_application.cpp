@@ -4,11 +4,11 @@
 
 namespace velk {
 
-ExcelApplication::ExcelApplication(ComPointer<IDispatch> application)
+ExcelApplication::ExcelApplication(ComPtr<IDispatch> application)
     : application_(std::move(application), patience_) {}
 
 ExcelApplication::~ExcelApplication() {
-  patience_ = {};
+  patience_ = {};  // to quit may take the full time, however much was used before
   try {
     application_.call("Quit");
   } catch (const RuntimeError&) {

@@ -15,7 +15,7 @@ namespace velk {
 /// other references to objects of the application have to be gone then, or it would stay.
 class ExcelApplication {
  public:
-  explicit ExcelApplication(ComPointer<IDispatch> application);
+  explicit ExcelApplication(ComPtr<IDispatch> application);
   ~ExcelApplication();
   ExcelApplication(const ExcelApplication&) = delete;
   ExcelApplication& operator=(const ExcelApplication&) = delete;

@@ -32,7 +32,7 @@ Variant ExcelObject::invoke(std::string_view name, WORD kind,
                             const std::vector<Variant>& arguments) const {
   for (;;) {
     try {
-      return callMember(object_.get(), name, kind, arguments);
+      return callMember(object_.Get(), name, kind, arguments);
     } catch (const RuntimeError& error) {
       if (!isBusy(error) || !patience_->wait()) throw;
     }

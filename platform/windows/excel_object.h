@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/errors.h"
 #include "platform/windows/late_binding.h"
-#include "platform/windows/variants.h"
 
 namespace velk {
 
@@ -23,15 +23,14 @@ class Patience {
 class ExcelObject {
  public:
   ExcelObject() = default;
-  ExcelObject(ComPointer<IDispatch> object, Patience& patience)
+  ExcelObject(ComPtr<IDispatch> object, Patience& patience)
       : object_(std::move(object)), patience_(&patience) {}
 
-  /// A property or the result of a method; arguments are texts, integers, Booleans or variants.
+  /// A property or the result of a method; arguments are those of an argumentList.
   template <class... Arguments>
   Variant get(std::string_view name, Arguments&&... arguments) const {
-    std::vector<Variant> list;
-    (list.push_back(argument(std::forward<Arguments>(arguments))), ...);
-    return invoke(name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, list);
+    return invoke(name, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                  argumentList(std::forward<Arguments>(arguments)...));
   }
   template <class... Arguments>
   ExcelObject object(std::string_view name, Arguments&&... arguments) const {
@@ -39,42 +38,27 @@ class ExcelObject {
   }
   template <class... Arguments>
   void call(std::string_view name, Arguments&&... arguments) const {
-    std::vector<Variant> list;
-    (list.push_back(argument(std::forward<Arguments>(arguments))), ...);
-    invoke(name, DISPATCH_METHOD, list);
+    invoke(name, DISPATCH_METHOD, argumentList(std::forward<Arguments>(arguments)...));
   }
   template <class Argument>
   void put(std::string_view name, Argument&& value) const {
-    std::vector<Variant> list;
-    list.push_back(argument(std::forward<Argument>(value)));
-    invoke(name, DISPATCH_PROPERTYPUT, list);
+    invoke(name, DISPATCH_PROPERTYPUT, argumentList(std::forward<Argument>(value)));
   }
   /// For properties that came with later versions of the application.
   template <class Argument>
-  void putIfKnown(std::string_view name, Argument&& value) const;
+  void putIfKnown(std::string_view name, Argument&& value) const {
+    try {
+      put(name, std::forward<Argument>(value));
+    } catch (const RuntimeError& error) {
+      if (!error.is(ErrorNumber::NoSuchPropertyOrMethod)) throw;
+    }
+  }
 
  private:
-  static Variant argument(Variant&& variant) { return std::move(variant); }
-  static Variant argument(bool flag) { return Variant(flag); }
-  static Variant argument(int number) { return Variant(Value(number)); }
-  static Variant argument(double number) { return Variant(Value(number)); }
-  static Variant argument(std::string_view text) { return Variant(Value(std::string(text))); }
-  static Variant argument(const char* text) { return argument(std::string_view(text)); }
-  static Variant argument(const std::string& text) { return argument(std::string_view(text)); }
-
   Variant invoke(std::string_view name, WORD kind, const std::vector<Variant>& arguments) const;
 
-  ComPointer<IDispatch> object_;
+  ComPtr<IDispatch> object_;
   Patience* patience_ = nullptr;
 };
-
-template <class Argument>
-void ExcelObject::putIfKnown(std::string_view name, Argument&& value) const {
-  try {
-    put(name, std::forward<Argument>(value));
-  } catch (const RuntimeError& error) {
-    if (!error.is(ErrorNumber::NoSuchPropertyOrMethod)) throw;
-  }
-}
 
 }  // namespace velk

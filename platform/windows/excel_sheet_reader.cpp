@@ -31,17 +31,10 @@ class RangeValues {
     if (variant_.vt != (VT_ARRAY | VT_VARIANT) || SafeArrayGetDim(variant_.parray) != 2) {
       throw RuntimeError(ErrorNumber::TypeMismatch);
     }
-    void* data = nullptr;
-    check(SafeArrayAccessData(variant_.parray, &data));
-    elements_ = static_cast<const VARIANT*>(data);
+    elements_ = static_cast<const VARIANT*>(variant_.parray->pvData);
     rows_ = variant_.parray->rgsabound[1].cElements;
     columns_ = variant_.parray->rgsabound[0].cElements;
   }
-  ~RangeValues() {
-    if (elements_ != nullptr) SafeArrayUnaccessData(variant_.parray);
-  }
-  RangeValues(const RangeValues&) = delete;
-  RangeValues& operator=(const RangeValues&) = delete;
 
   /// Rows and columns count from 0.
   const VARIANT& at(int row, int column) const {
@@ -59,7 +52,7 @@ class RangeValues {
   ULONG columns_ = 0;
 };
 
-/// The start of the block that holds a row or a column.
+/// The first row or column of the block that contains this one.
 int blockStart(int place, int size) {
   return (place - 1) / size * size + 1;
 }
@@ -72,7 +65,7 @@ ExcelSheetReader::ExcelSheetReader(ExcelWorkbook workbook)
   const int rows = integer(used.object("Rows").get("Count"));
   const int columns = integer(used.object("Columns").get("Count"));
   used_.lastRow = integer(used.get("Row")) + rows - 1;
-  // None may be left out without a word.
+  // The component knows 65,536 rows; to import only those would lose records without a word.
   if (used_.lastRow > maxSheetRows) {
     throw RuntimeError(ErrorNumber::InvalidFileFormat,
                        "The worksheet has more than 65,536 rows; save it as an Excel 97-2003 "
@@ -87,7 +80,7 @@ std::string ExcelSheetReader::text(int row, int column) const {
   return block(row, column).at(row, column);
 }
 
-// What is used may end with cells that have a format only.
+// The used range may end with cells that have only a format, so the last text is looked for.
 int ExcelSheetReader::rowCount() const {
   int row = used_.lastRow;
   while (row > 0) {
@@ -158,7 +151,8 @@ void ExcelSheetReader::loadCell(Block& block, int row, int column, const VARIANT
   }
 }
 
-// A range answers with its format when all its cells have the same.
+// A range has a number format when all its cells have the same one, else null: then each half is
+// asked, because a call takes as long as some thousand cells.
 void ExcelSheetReader::showNumbers(int column, Numbers numbers) const {
   const CellRange range{numbers.front().row, column, numbers.back().row, column};
   const Variant code = sheet_.object("Range", rangeName(range)).get("NumberFormat");
@@ -171,7 +165,7 @@ void ExcelSheetReader::showNumbers(int column, Numbers numbers) const {
   for (const Number& number : numbers) *number.text = shown.text(number.value, from1904());
 }
 
-// The machine's short date comes spelled in the American way.
+// The application gives the machine's short date in its American spelling, whatever the machine's.
 const NumberFormat& ExcelSheetReader::format(const std::string& code) const {
   constexpr std::uint16_t shortDate = 14;
   constexpr std::uint16_t shortDateAndTime = 22;

@@ -12,10 +12,10 @@ namespace velk {
 
 namespace {
 
-constexpr int rowsAtOnce = 4096;
+constexpr int rowsAtOnce = 4096;  // a range of texts is built in memory before it is sent
 
 /// Whether a text has to be written by itself: arrays lose texts of more than 911 characters in old
-/// versions, and an apostrophe in front may be taken for a mark that what follows is a text.
+/// versions, and an apostrophe at the beginning may be taken for a mark that a text follows.
 bool travelsAlone(const std::string& text) {
   constexpr std::size_t maxInArray = 911;
   return text.size() > maxInArray || text.starts_with('\'');
@@ -89,7 +89,7 @@ void ExcelSheetWriter::writeAlone(int row, int column, const std::string& text) 
   const ExcelObject cell = rangeObject({row, column, row, column});
   cell.put("Value2", text);
   if (text.starts_with('\'') && toText(toValue(cell.get("Value2").get())) != text) {
-    cell.put("Value2", '\'' + text);
+    cell.put("Value2", '\'' + text);  // the application took the first one for the mark
   }
 }
 

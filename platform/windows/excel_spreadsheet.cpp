@@ -11,8 +11,7 @@ namespace {
 
 class ExcelSpreadsheet final : public Spreadsheet {
  public:
-  explicit ExcelSpreadsheet(ComPointer<IDispatch> application)
-      : application_(std::move(application)) {
+  explicit ExcelSpreadsheet(ComPtr<IDispatch> application) : application_(std::move(application)) {
     constexpr int macrosDisabled = 3;
     application_.object().put("DisplayAlerts", false);
     application_.object().put("EnableEvents", false);
@@ -20,7 +19,7 @@ class ExcelSpreadsheet final : public Spreadsheet {
   }
 
   std::unique_ptr<WorksheetReader> open(std::string_view path) override {
-    WindowsFileSystem().openInput(path);  // the errors of files are told from the application's
+    WindowsFileSystem().openInput(path);  // for its errors: the application has one number for all
     return std::make_unique<ExcelSheetReader>(ExcelWorkbook(openReadOnly(absolutePath(path))));
   }
 
@@ -37,7 +36,8 @@ class ExcelSpreadsheet final : public Spreadsheet {
     constexpr bool readOnly = true;
     constexpr bool ignoreRecommendation = true;
     constexpr bool notify = false;
-    // Where a password is needed a wrong one is an error, none a question that nobody sees.
+    // Where a password is needed, a wrong one is an error; without one the application would ask
+    // for it in a window that is not shown.
     constexpr std::string_view noPassword = "?";
     const auto missing = [] { return Variant::missing(); };
     return workbooks().object("Open", path, updateNoLinks, readOnly, missing(), noPassword,

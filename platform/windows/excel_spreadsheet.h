@@ -8,8 +8,8 @@
 namespace velk {
 
 /// Starts the application; null when none is registered, error 429 when it does not start. It asks
-/// nobody anything: no alerts, no macros, no passwords. A sheet that was saved is closed: writing
-/// to it is error 91.
+/// no questions: no alerts, no macros, no passwords. A sheet that was saved is closed: writing to
+/// it is error 91.
 std::unique_ptr<Spreadsheet> createExcelSpreadsheet();
 
 }  // namespace velk

@@ -16,7 +16,7 @@ namespace velk {
 
 namespace {
 
-constexpr std::size_t longestPath = 32'767;
+constexpr std::size_t longestPath = 32'767;  // what Windows' file system allows
 
 // "description|pattern|..." with NUL for each bar, and one more at the end.
 std::wstring filterText(std::string_view filter) {
@@ -62,7 +62,7 @@ std::optional<std::string> showFileDialog(FileDialogKind kind, const FileDialog&
                    (kind == FileDialogKind::Open ? OFN_FILEMUSTEXIST : OFN_OVERWRITEPROMPT);
   bool chosen = ask(kind, settings);
   if (!chosen && CommDlgExtendedError() == FNERR_INVALIDFILENAME) {
-    path.front() = L'\0';  // what stands in the text box may be no file name at all
+    path.front() = L'\0';  // the text of the text box may be no file name at all
     chosen = ask(kind, settings);
   }
   if (chosen) return fromWide(path.c_str());

@@ -10,7 +10,8 @@ namespace velk {
 
 enum class FileDialogKind { Open, Save };
 
-/// The full path chosen; nothing when the user cancelled. Owned by the thread's active window.
+/// The full path chosen; empty optional when the user cancelled. Owned by the thread's active
+/// window.
 std::optional<std::string> showFileDialog(FileDialogKind kind, const FileDialog& dialog);
 
 }  // namespace velk

@@ -32,6 +32,7 @@ struct Exception : EXCEPINFO {
   RuntimeError error() {
     if (pfnDeferredFillIn != nullptr) pfnDeferredFillIn(this);
     std::string description = Bstr::textOf(bstrDescription);
+    // An object gives either a number of its own or an HRESULT.
     if (wCode != 0) return {wCode, std::move(description)};
     return comError(scode, std::move(description));
   }
@@ -46,7 +47,7 @@ Variant callMember(IDispatch* object, std::string_view name, WORD kind,
   std::vector<VARIANT> passed;
   std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(passed),
                  [](const Variant& argument) { return argument.get(); });
-  DISPID put = DISPID_PROPERTYPUT;
+  DISPID put = DISPID_PROPERTYPUT;  // the name under which a property's new value travels
   DISPPARAMS parameters{passed.data(), nullptr, static_cast<UINT>(passed.size()), 0};
   if ((kind & DISPATCH_PROPERTYPUT) != 0) {
     parameters.rgdispidNamedArgs = &put;
@@ -62,7 +63,7 @@ Variant callMember(IDispatch* object, std::string_view name, WORD kind,
   return result;
 }
 
-ComPointer<IDispatch> heldObject(const Variant& variant) {
+ComPtr<IDispatch> heldObject(const Variant& variant) {
   const VARIANT& held = variant.get();
   if (held.vt != VT_DISPATCH && held.vt != VT_UNKNOWN) {
     throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
@@ -72,8 +73,8 @@ ComPointer<IDispatch> heldObject(const Variant& variant) {
   return found;
 }
 
-ComPointer<IDispatch> memberObject(IDispatch* object, std::string_view name,
-                                   const std::vector<Variant>& arguments) {
+ComPtr<IDispatch> memberObject(IDispatch* object, std::string_view name,
+                               const std::vector<Variant>& arguments) {
   return heldObject(callMember(object, name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments));
 }
 

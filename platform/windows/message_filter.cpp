@@ -8,14 +8,16 @@ namespace {
 
 class Filter final : public ComObject<IMessageFilter> {
  public:
-  void forwardTo(ComPointer<IMessageFilter> previous) { previous_ = std::move(previous); }
+  void forwardTo(ComPtr<IMessageFilter> previous) { previous_ = std::move(previous); }
 
   DWORD STDMETHODCALLTYPE HandleInComingCall(DWORD kind, HTASK caller, DWORD elapsed,
                                              INTERFACEINFO* what) noexcept override {
-    if (!previous_) return SERVERCALL_ISHANDLED;
+    if (!previous_) return SERVERCALL_ISHANDLED;  // what COM does without a filter
     return previous_->HandleInComingCall(kind, caller, elapsed, what);
   }
   DWORD STDMETHODCALLTYPE RetryRejectedCall(HTASK, DWORD, DWORD) noexcept override {
+    // The caller waits and tries again itself; the host's filter might ask the user about a program
+    // that the user does not see.
     constexpr DWORD cancel = 0xFFFFFFFF;
     return cancel;
   }
@@ -24,20 +26,20 @@ class Filter final : public ComObject<IMessageFilter> {
   }
 
  private:
-  ComPointer<IMessageFilter> previous_;
+  ComPtr<IMessageFilter> previous_;
 };
 
 }  // namespace
 
 QuietMessageFilter::QuietMessageFilter() {
   const auto filter = makeObject<Filter>();
-  registered_ = CoRegisterMessageFilter(filter.get(), previous_.receive()) == S_OK;
+  registered_ = CoRegisterMessageFilter(filter.Get(), previous_.GetAddressOf()) == S_OK;
   filter->forwardTo(previous_);
 }
 
 QuietMessageFilter::~QuietMessageFilter() {
-  ComPointer<IMessageFilter> own;
-  if (registered_) CoRegisterMessageFilter(previous_.get(), own.receive());
+  ComPtr<IMessageFilter> own;
+  if (registered_) CoRegisterMessageFilter(previous_.Get(), own.GetAddressOf());
 }
 
 }  // namespace velk

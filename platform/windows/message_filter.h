@@ -17,7 +17,7 @@ class QuietMessageFilter {
   QuietMessageFilter& operator=(const QuietMessageFilter&) = delete;
 
  private:
-  ComPointer<IMessageFilter> previous_;
+  ComPtr<IMessageFilter> previous_;
   bool registered_;
 };
 

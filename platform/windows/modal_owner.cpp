@@ -4,6 +4,7 @@ namespace velk {
 
 namespace {
 
+// Windows that are disabled already must not be enabled when the dialog ends.
 BOOL CALLBACK addInput(HWND window, LPARAM to) noexcept {
   if (IsWindowVisible(window) == FALSE || IsWindowEnabled(window) == FALSE) return TRUE;
   try {

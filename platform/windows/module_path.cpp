@@ -2,6 +2,7 @@
 
 namespace velk {
 
+// By an address within it, because its file may have any name.
 HINSTANCE thisModule() {
   constexpr DWORD whose =
       GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
@@ -12,6 +13,7 @@ HINSTANCE thisModule() {
 
 std::wstring modulePath(HMODULE module) {
   std::wstring path(MAX_PATH, L'\0');
+  // Windows cuts a path that is too long for the buffer and does not say how long it is.
   for (;;) {
     const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
     if (length < path.size()) {

@@ -13,14 +13,14 @@ namespace velk {
 class OlePicture final : public Picture {
  public:
   /// Of an object that is a picture; the icon lives as long as this.
-  explicit OlePicture(ComPointer<IUnknown> picture) : picture_(std::move(picture)) {}
+  explicit OlePicture(ComPtr<IUnknown> picture) : picture_(std::move(picture)) {}
 
   void requireIcon() const override { icon(); }
   /// Error 481 when the picture is no icon.
   HICON icon() const;
 
  private:
-  ComPointer<IUnknown> picture_;
+  ComPtr<IUnknown> picture_;
 };
 
 }  // namespace velk

@@ -60,7 +60,7 @@ class ControlsObject final : public NamedMembers {
     if (!equalsIgnoringCase(name, defaultMember)) {
       return Variant(Value(static_cast<std::int32_t>(form->controls().size())));
     }
-    return Variant(makeObject<BagObject>(form_, &item(*form, index)).get());
+    return Variant(makeObject<BagObject>(form_, &item(*form, index)).Get());
   }
 
  private:
@@ -83,15 +83,15 @@ Variant BagObject::get(std::string_view name, const std::optional<Value>& index)
   if (bag(*form).has(name)) return Variant(bag(*form).get(name));
   const auto controls = makeObject<ControlsObject>(form_);
   if (!isControls(name))
-    return Variant(makeObject<BagObject>(form_, controlNamed(*form, name)).get());
-  if (!index) return Variant(controls.get());
+    return Variant(makeObject<BagObject>(form_, controlNamed(*form, name)).Get());
+  if (!index) return Variant(controls.Get());
   return controls->get(NamedMembers::defaultMember, index);
 }
 
 }  // namespace
 
-ComPointer<IDispatch> screenObject(Form& form) {
-  return ComPointer<IDispatch>::adopt(new BagObject(form.weak_from_this(), nullptr));
+ComPtr<IDispatch> screenObject(Form& form) {
+  return makeObject<BagObject>(form.weak_from_this(), nullptr);
 }
 
 }  // namespace velk

@@ -12,6 +12,6 @@ namespace velk {
 /// controls, as objects of the same kind, by theirs. "Controls" is the collection of them: Count,
 /// and Item (the default member) by index from 0 or by name. The objects do not keep the form
 /// alive: when it is gone every member is error 91.
-ComPointer<IDispatch> screenObject(Form& form);
+ComPtr<IDispatch> screenObject(Form& form);
 
 }  // namespace velk

@@ -28,10 +28,11 @@ void put(VARIANT& to, Date date) {
   to.date = date.days;
 }
 void put(VARIANT& to, const std::string& text) {
-  to.bstrVal = Bstr(text).release();
+  to.bstrVal = Bstr(text).release();  // first: without memory the variant stays empty
   to.vt = VT_BSTR;
 }
 
+// The user's own settings must not change how a number is spelled.
 Variant converted(const VARIANT& variant, VARTYPE type) {
   Variant result;
   check(VariantChangeTypeEx(result.receive(), const_cast<VARIANT*>(&variant), programLocale,
@@ -43,6 +44,7 @@ std::string asText(const VARIANT& variant) {
   return Bstr::textOf(converted(variant, VT_BSTR).get().bstrVal);
 }
 
+// What no double holds exactly stays a text, digit for digit.
 template <class Integer>
 Value integer(const VARIANT& variant, Integer number) {
   if (std::in_range<std::int32_t>(number)) return static_cast<std::int32_t>(number);
@@ -57,7 +59,7 @@ Variant::Variant(const Value& value) : Variant() {
 
 Variant::Variant(bool flag) : Variant() {
   variant_.vt = VT_BOOL;
-  variant_.boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE;
+  variant_.boolVal = toVariantBool(flag);
 }
 
 Variant::Variant(IDispatch* object) : Variant() {
@@ -70,6 +72,7 @@ template <class Element>
 std::span<Element> Variant::makeArray(VARTYPE type, std::size_t count) {
   SAFEARRAY* const array = SafeArrayCreateVector(type, 0, static_cast<ULONG>(count));
   if (array == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
+  // Owned before it is filled, so that a failure half-way frees what is in it.
   variant_.vt = static_cast<VARTYPE>(VT_ARRAY | type);
   variant_.parray = array;
   return {static_cast<Element*>(array->pvData), count};
@@ -133,7 +136,7 @@ Value toValue(const VARIANT& variant) {
     case VT_BOOL:
       return variant.boolVal != VARIANT_FALSE ? "True" : "False";
     case VT_CY:
-    case VT_DECIMAL:
+    case VT_DECIMAL:  // a double would round it
       return asText(variant);
     case VT_BSTR:
       return Bstr::textOf(variant.bstrVal);

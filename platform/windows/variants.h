@@ -15,6 +15,10 @@ namespace velk {
 /// formats of numbers are spelled as programs spell them.
 inline constexpr LCID programLocale = 0x0409;
 
+constexpr VARIANT_BOOL toVariantBool(bool flag) {
+  return flag ? VARIANT_TRUE : VARIANT_FALSE;
+}
+
 /// Owns one VARIANT; empty when default constructed.
 class Variant {
  public:

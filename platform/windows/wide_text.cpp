@@ -16,6 +16,7 @@ std::string fromWide(std::wstring_view text) {
 
 Bstr::Bstr(std::string_view text) {
   const std::wstring wide = toWide(text);
+  // With its length, because a text may contain a NUL.
   string_ = SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
   if (string_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
 }

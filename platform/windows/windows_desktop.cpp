@@ -13,8 +13,6 @@ namespace velk {
 
 namespace {
 
-constexpr double secondsPerDay = 86400;
-
 int showBox(const std::wstring& prompt, const std::wstring& caption, UINT style) {
   const ModalOwner owner;
   return MessageBoxW(owner.window(), prompt.c_str(), caption.c_str(), style | MB_TASKMODAL);
@@ -28,6 +26,7 @@ std::int32_t WindowsDesktop::messageBox(std::string_view prompt, std::int32_t st
   const std::wstring title = toWide(caption.value_or(libraryName));
   const auto asked = static_cast<UINT>(style);
   const int answer = showBox(text, title, asked);
+  // 0: Windows does not know the style and has shown nothing.
   return answer != 0 ? answer : showBox(text, title, MB_OK | (asked & MB_ICONMASK));
 }
 
@@ -48,7 +47,7 @@ Date WindowsDesktop::now() const {
   GetLocalTime(&time);
   const Date day = dateFromCivil({time.wYear, time.wMonth, time.wDay});
   const int seconds = (time.wHour * 60 + time.wMinute) * 60 + time.wSecond;
-  return {day.days + seconds / secondsPerDay};
+  return {day.days + seconds / double{secondsPerDay}};
 }
 
 void WindowsDesktop::openDocument(std::string_view path) {
@@ -56,6 +55,7 @@ void WindowsDesktop::openDocument(std::string_view path) {
 }
 
 void WindowsDesktop::waitCursor(bool on) {
+  // Counted, because one work that waits may start another.
   waits_ += on ? 1 : -1;
   SetCursor(LoadCursorW(nullptr, waits_ > 0 ? IDC_WAIT : IDC_ARROW));
 }

@@ -7,6 +7,7 @@
 #include <limits>
 #include <utility>
 
+#include "platform/windows/handles.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -15,23 +16,9 @@ namespace {
 
 constexpr DWORD shared = FILE_SHARE_READ | FILE_SHARE_WRITE;
 
-class FileHandle {
- public:
-  explicit FileHandle(HANDLE handle) : handle_(handle) {}
-  FileHandle(FileHandle&& other) noexcept : handle_(other.release()) {}
-  FileHandle& operator=(FileHandle&&) = delete;
-  ~FileHandle() { close(); }
-
-  HANDLE get() const { return handle_; }
-  bool close() { return handle_ == INVALID_HANDLE_VALUE || CloseHandle(release()) != 0; }
-
- private:
-  HANDLE release() { return std::exchange(handle_, INVALID_HANDLE_VALUE); }
-  HANDLE handle_;
-};
-
-[[noreturn]] void throwLastError() {
-  throw fileError(GetLastError());
+/// Raises the failure of the Win32 call that gave this.
+void require(BOOL succeeded) {
+  if (succeeded == FALSE) throw fileError(GetLastError());
 }
 
 std::wstring fullPath(const std::wstring& name) {
@@ -41,8 +28,9 @@ std::wstring fullPath(const std::wstring& name) {
   return full.empty() ? name : full;
 }
 
-// A path that Windows would refuse for its length, in the form that it takes.
-std::wstring acceptablePath(std::wstring path) {
+/// The path as Windows takes it: one of 260 characters or more needs the prefix "\\?\".
+std::wstring acceptablePath(std::string_view name) {
+  std::wstring path = toWide(name);
   if (path.size() < MAX_PATH || path.starts_with(L"\\\\?\\")) return path;
   const std::wstring full = fullPath(path);
   return full.starts_with(L"\\\\") ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
@@ -56,11 +44,11 @@ bool isFolder(const std::wstring& path) {
 FileHandle openFile(std::string_view path, DWORD access, DWORD disposition,
                     DWORD sharing = shared) {
   if (path.find('\0') != std::string_view::npos) throw RuntimeError(ErrorNumber::FileNotFound);
-  const std::wstring name = acceptablePath(toWide(path));
+  const std::wstring name = acceptablePath(path);
   FileHandle file(CreateFileW(name.c_str(), access, sharing, nullptr, disposition,
                               FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (file.get() == INVALID_HANDLE_VALUE) {
-    const DWORD failure = GetLastError();
+  if (!file) {
+    const DWORD failure = GetLastError();  // before the next call replaces it
     if (isFolder(name)) throw RuntimeError(ErrorNumber::PathFileAccess);
     throw fileError(failure);
   }
@@ -68,6 +56,7 @@ FileHandle openFile(std::string_view path, DWORD access, DWORD disposition,
   return file;
 }
 
+// One call of Windows takes a 32-bit count; so a bigger file takes several.
 DWORD atMostOneCall(std::size_t count) {
   constexpr std::size_t most = std::size_t{1} << 30U;
   return static_cast<DWORD>(std::min(count, most));
@@ -77,7 +66,7 @@ class WindowsInput final : public InputFile {
  public:
   explicit WindowsInput(FileHandle file) : file_(std::move(file)) {
     LARGE_INTEGER size{};
-    if (GetFileSizeEx(file_.get(), &size) == 0) throwLastError();
+    require(GetFileSizeEx(file_.get(), &size));
     length_ = static_cast<std::uint64_t>(size.QuadPart);
   }
 
@@ -87,18 +76,14 @@ class WindowsInput final : public InputFile {
     std::size_t done = 0;
     while (done < count) {
       DWORD got = 0;
-      if (ReadFile(file_.get(), to + done, atMostOneCall(count - done), &got, nullptr) == 0) {
-        throwLastError();
-      }
+      require(ReadFile(file_.get(), to + done, atMostOneCall(count - done), &got, nullptr));
       if (got == 0) break;
       done += got;
     }
     return done;
   }
 
-  void rewind() override {
-    if (SetFilePointerEx(file_.get(), {}, nullptr, FILE_BEGIN) == 0) throwLastError();
-  }
+  void rewind() override { require(SetFilePointerEx(file_.get(), {}, nullptr, FILE_BEGIN)); }
 
  private:
   FileHandle file_;
@@ -112,45 +97,41 @@ class WindowsOutput final : public OutputFile {
   void write(std::string_view bytes) override {
     while (!bytes.empty()) {
       DWORD written = 0;
-      if (WriteFile(file_.get(), bytes.data(), atMostOneCall(bytes.size()), &written, nullptr) ==
-          0) {
-        throwLastError();
-      }
+      require(WriteFile(file_.get(), bytes.data(), atMostOneCall(bytes.size()), &written, nullptr));
       // A full disk may show as a short count without an error.
       if (written == 0) throw RuntimeError(ErrorNumber::DiskFull);
       bytes.remove_prefix(written);
     }
   }
 
-  /// On the disk, not only with the system.
-  void flush() {
-    if (FlushFileBuffers(file_.get()) == 0) throwLastError();
-  }
+  /// Waits until the disk has it; Windows alone may lose it with the power.
+  void flush() { require(FlushFileBuffers(file_.get())); }
 
   void close() override {
-    if (!file_.close()) throwLastError();
+    if (file_) require(CloseHandle(file_.release()));
   }
 
  private:
   FileHandle file_;
 };
 
-/// A name beside `path` that no file has; the process and a count make it ours.
+/// A name in the folder of `path` that no file has. With the process and a count in it, no other
+/// program or call can choose the same.
 std::string freeNameBeside(std::string_view path, std::string_view ending) {
   static std::atomic<unsigned> count{0};
   for (;;) {
     std::string name = std::string(path) + "." + std::to_string(GetCurrentProcessId()) + "-" +
                        std::to_string(++count) + std::string(ending);
-    if (GetFileAttributesW(acceptablePath(toWide(name)).c_str()) == INVALID_FILE_ATTRIBUTES) {
+    if (GetFileAttributesW(acceptablePath(name).c_str()) == INVALID_FILE_ATTRIBUTES) {
       return name;
     }
   }
 }
 
-/// A folder or a device can't be replaced, nor a file that another program holds or nobody may
-/// write.
+/// A folder or a device can't be replaced, nor a file that is write-protected or that another
+/// program has open: better to learn that before the work than after it.
 void checkReplaceable(std::string_view path) {
-  const std::wstring name = acceptablePath(toWide(path));
+  const std::wstring name = acceptablePath(path);
   if (GetFileAttributesW(name.c_str()) == INVALID_FILE_ATTRIBUTES) return;
   openFile(path, GENERIC_WRITE, OPEN_EXISTING);
 }
@@ -172,7 +153,7 @@ class WindowsReplacement final : public OutputFile {
   }
 
  private:
-  FileReplacement replacement_;  // goes after the file is closed
+  FileReplacement replacement_;  // before the file, because an open file can't be removed
   WindowsOutput file_;
   bool moved_ = false;
 };
@@ -180,39 +161,31 @@ class WindowsReplacement final : public OutputFile {
 }  // namespace
 
 RuntimeError fileError(std::uint32_t errorCode) {
-  switch (errorCode) {
-    case ERROR_FILE_NOT_FOUND:
-      return RuntimeError(ErrorNumber::FileNotFound);
-    case ERROR_PATH_NOT_FOUND:
-    case ERROR_INVALID_DRIVE:
-    case ERROR_BAD_NETPATH:
-    case ERROR_BAD_NET_NAME:
-    case ERROR_DIRECTORY:
-      return RuntimeError(ErrorNumber::PathNotFound);
-    case ERROR_ACCESS_DENIED:
-    case ERROR_SHARING_VIOLATION:
-    case ERROR_LOCK_VIOLATION:
-      return RuntimeError(ErrorNumber::PermissionDenied);
-    case ERROR_WRITE_PROTECT:
-    case ERROR_CANT_RESOLVE_FILENAME:
-    case ERROR_INVALID_PARAMETER:
-      return RuntimeError(ErrorNumber::PathFileAccess);
-    case ERROR_INVALID_NAME:
-    case ERROR_BAD_PATHNAME:
-    case ERROR_FILENAME_EXCED_RANGE:
-      return RuntimeError(ErrorNumber::BadFileNameOrNumber);
-    case ERROR_TOO_MANY_OPEN_FILES:
-      return RuntimeError(ErrorNumber::TooManyFiles);
-    case ERROR_DISK_FULL:
-    case ERROR_HANDLE_DISK_FULL:
-    case ERROR_FILE_TOO_LARGE:
-      return RuntimeError(ErrorNumber::DiskFull);
-    case ERROR_NOT_ENOUGH_MEMORY:
-    case ERROR_OUTOFMEMORY:
-      return RuntimeError(ErrorNumber::OutOfMemory);
-    default:
-      return RuntimeError(ErrorNumber::DeviceIo);
-  }
+  static constexpr std::pair<DWORD, ErrorNumber> known[] = {
+      {ERROR_FILE_NOT_FOUND, ErrorNumber::FileNotFound},
+      {ERROR_PATH_NOT_FOUND, ErrorNumber::PathNotFound},
+      {ERROR_INVALID_DRIVE, ErrorNumber::PathNotFound},
+      {ERROR_BAD_NETPATH, ErrorNumber::PathNotFound},
+      {ERROR_BAD_NET_NAME, ErrorNumber::PathNotFound},
+      {ERROR_DIRECTORY, ErrorNumber::PathNotFound},
+      {ERROR_ACCESS_DENIED, ErrorNumber::PermissionDenied},
+      {ERROR_SHARING_VIOLATION, ErrorNumber::PermissionDenied},
+      {ERROR_LOCK_VIOLATION, ErrorNumber::PermissionDenied},
+      {ERROR_WRITE_PROTECT, ErrorNumber::PathFileAccess},
+      {ERROR_CANT_RESOLVE_FILENAME, ErrorNumber::PathFileAccess},
+      {ERROR_INVALID_PARAMETER, ErrorNumber::PathFileAccess},
+      {ERROR_INVALID_NAME, ErrorNumber::BadFileNameOrNumber},
+      {ERROR_BAD_PATHNAME, ErrorNumber::BadFileNameOrNumber},
+      {ERROR_FILENAME_EXCED_RANGE, ErrorNumber::BadFileNameOrNumber},
+      {ERROR_TOO_MANY_OPEN_FILES, ErrorNumber::TooManyFiles},
+      {ERROR_DISK_FULL, ErrorNumber::DiskFull},
+      {ERROR_HANDLE_DISK_FULL, ErrorNumber::DiskFull},
+      {ERROR_FILE_TOO_LARGE, ErrorNumber::DiskFull},
+      {ERROR_NOT_ENOUGH_MEMORY, ErrorNumber::OutOfMemory},
+      {ERROR_OUTOFMEMORY, ErrorNumber::OutOfMemory}};
+  const auto* const found =
+      std::ranges::find(known, errorCode, &std::pair<DWORD, ErrorNumber>::first);
+  return RuntimeError(found == std::end(known) ? ErrorNumber::DeviceIo : found->second);
 }
 
 std::string absolutePath(std::string_view path) {
@@ -225,15 +198,13 @@ FileReplacement::FileReplacement(std::string_view path, std::string_view ending)
 }
 
 FileReplacement::~FileReplacement() {
-  DeleteFileW(acceptablePath(toWide(path_)).c_str());
+  DeleteFileW(acceptablePath(path_).c_str());
 }
 
 void FileReplacement::moveInPlace() {
   constexpr DWORD inPlace = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-  const std::wstring from = acceptablePath(toWide(path_));
-  if (MoveFileExW(from.c_str(), acceptablePath(toWide(target_)).c_str(), inPlace) == 0) {
-    throwLastError();
-  }
+  const std::wstring from = acceptablePath(path_);
+  require(MoveFileExW(from.c_str(), acceptablePath(target_).c_str(), inPlace));
 }
 
 std::unique_ptr<InputFile> WindowsFileSystem::openInput(std::string_view path) {
@@ -241,7 +212,8 @@ std::unique_ptr<InputFile> WindowsFileSystem::openInput(std::string_view path) {
 }
 
 std::unique_ptr<OutputFile> WindowsFileSystem::openAppend(std::string_view path) {
-  // Without the right to write elsewhere every write goes to the end, also beside another process.
+  // Without the right to write elsewhere every write goes to the end, even when another process
+  // writes to the file at the same time.
   constexpr DWORD appendOnly = FILE_APPEND_DATA | SYNCHRONIZE;
   return std::make_unique<WindowsOutput>(openFile(path, appendOnly, OPEN_ALWAYS));
 }
@@ -263,7 +235,7 @@ bool WindowsFileSystem::openExclusively(std::string_view path) {
 }
 
 void WindowsFileSystem::remove(std::string_view path) {
-  if (DeleteFileW(acceptablePath(toWide(path)).c_str()) == 0) throwLastError();
+  require(DeleteFileW(acceptablePath(path).c_str()));
 }
 
 }  // namespace velk

@@ -21,7 +21,7 @@ class WindowsFileSystem final : public FileSystem {
   void remove(std::string_view path) override;
 };
 
-/// A file that somebody writes beside another one, whose place it takes when it is complete.
+/// A file in the same folder as another one, whose place it takes when it is complete.
 class FileReplacement {
  public:
   /// Its name has that ending. Error 70, 75 or the like when the file at `path` can't be replaced.
@@ -39,10 +39,10 @@ class FileReplacement {
   std::string path_;
 };
 
-/// The path from the drive or share on.
+/// The full path, which begins with the drive or share.
 std::string absolutePath(std::string_view path);
 
-/// The runtime error that a Win32 error code of a file operation stands for.
+/// The runtime error for a Win32 error code of a file operation.
 RuntimeError fileError(std::uint32_t errorCode);
 
 }  // namespace velk

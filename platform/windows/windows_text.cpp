@@ -10,7 +10,7 @@ CodePage codePageOf(unsigned number) {
     const char byte = static_cast<char>(0x80 + i);
     wchar_t character = 0;
     const int count = MultiByteToWideChar(number, 0, &byte, 1, &character, 1);
-    // A byte without a character stands for the control of the same number, so that none is lost.
+    // A byte without a character becomes the control of the same number, so that none is lost.
     upper[i] = count == 1 ? static_cast<char16_t>(character) : static_cast<char16_t>(0x80 + i);
   }
   return CodePage(upper);

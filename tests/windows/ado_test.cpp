@@ -9,7 +9,7 @@ namespace velk {
 namespace {
 
 TEST_CASE("the machine's connection answers at the places that we call") {
-  const auto connection = createObject<_Connection>(__uuidof(::Connection), CLSCTX_INPROC_SERVER);
+  const auto connection = createObject<_Connection>(__uuidof(::Connection));
   LONG number = 9;
   Bstr text;
   CHECK(connection->get_State(&number) == S_OK);
@@ -21,17 +21,17 @@ TEST_CASE("the machine's connection answers at the places that we call") {
   CHECK(text.text() == "provider=none;");
   CHECK(FAILED(connection->Open(nullptr, nullptr, nullptr, -1)));
   CHECK(connection->Close() == static_cast<HRESULT>(0x800A0E78));
-  CHECK(errorOf([&] { adoConnection(connection.get())->Execute("select 1"); }) == 3704);
+  CHECK(errorOf([&] { adoConnection(connection.Get())->Execute("select 1"); }) == 3704);
   CHECK(adoConnection(nullptr) == nullptr);
   StubObject<IDispatch> other;
   CHECK(errorOf([&] { adoConnection(other.get()); }) == 13);
 }
 
 TEST_CASE("a record set of the machine") {
-  const auto rows = createObject<_Recordset>(__uuidof(::Recordset), CLSCTX_INPROC_SERVER);
+  const auto rows = createObject<_Recordset>(__uuidof(::Recordset));
   const VARIANT missing = Variant::missing().get();
-  ComPointer<Fields> fields;
-  REQUIRE(rows->get_Fields(fields.receive()) == S_OK);
+  ComPtr<Fields> fields;
+  REQUIRE(rows->get_Fields(fields.GetAddressOf()) == S_OK);
   const struct {
     const char* name;
     DataTypeEnum type;
@@ -48,8 +48,8 @@ TEST_CASE("a record set of the machine") {
   REQUIRE(rows->Open(missing, missing, adOpenStatic, adLockBatchOptimistic, -1) == S_OK);
   REQUIRE(rows->AddNew(missing, missing) == S_OK);
   for (const auto& column : columns) {
-    ComPointer<Field> field;
-    REQUIRE(fields->get_Item(Variant(Value(column.name)).get(), field.receive()) == S_OK);
+    ComPtr<Field> field;
+    REQUIRE(fields->get_Item(Variant(Value(column.name)).get(), field.GetAddressOf()) == S_OK);
     REQUIRE(field->put_Value(Variant(column.value).get()) == S_OK);
   }
   REQUIRE(rows->MoveFirst() == S_OK);

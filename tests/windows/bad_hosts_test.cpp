@@ -56,8 +56,8 @@ struct Host {
   Host() { std::filesystem::remove(logFile()); }
   ~Host() {
     closeScreens();
-    object = {};
-    CHECK(references(connection.get()) == 1);
+    object.Reset();
+    CHECK(references(connection.Get()) == 1);
     if (isOnly) CHECK(dll.call("DllCanUnloadNow") == S_OK);
   }
   Host(const Host&) = delete;
@@ -65,23 +65,23 @@ struct Host {
 
   /// The screen that opens; null when none does.
   HWND open(EntryPoint entry, _Connection* given, IPictureDisp* icon = nullptr) const {
-    CHECK((object.get()->*entry)(&given, &icon) == S_OK);
+    CHECK((object.Get()->*entry)(&given, &icon) == S_OK);
     pump();
     const auto screens = openScreens();
     return screens.empty() ? nullptr : screens.front();
   }
-  HWND open(EntryPoint entry) const { return open(entry, connection.get()); }
+  HWND open(EntryPoint entry) const { return open(entry, connection.Get()); }
   void import(HWND screen) { importFile(screen, boxes); }
 
   ServerDll dll;
   const bool isOnly = dll.call("DllCanUnloadNow") == S_OK;
   TestWorld world;
   FakeConnection& database = *world.database;
-  ComPointer<_Connection> connection = connectionObject(world.database);
+  ComPtr<_Connection> connection = connectionObject(world.database);
   std::optional<ClassRegistration> commands{std::in_place, __uuidof(::Command),
                                             [] { return commandObject(); }};
   MessageBoxes boxes;
-  ComPointer<_Velk_ClsOpnImp> object = dll.makeObject();
+  ComPtr<_Velk_ClsOpnImp> object = dll.makeObject();
 };
 
 /// Runs in a single-threaded apartment of its own.
@@ -99,7 +99,7 @@ TEST_CASE("bad hosts: a connection that is null or closed") {
                                                      {vendors, "Velk_frmVenOpn_OpnImp"},
                                                      {masters, "Velk_frmBankBranch_OpnImp"}};
   for (const auto& [entry, name] : rows) {
-    for (_Connection* given : {static_cast<_Connection*>(nullptr), closed.get()}) {
+    for (_Connection* given : {static_cast<_Connection*>(nullptr), closed.Get()}) {
       CAPTURE(name);
       CAPTURE(given);
       Host host;
@@ -121,13 +121,15 @@ TEST_CASE("bad hosts: a picture that is null, or no icon") {
   bitmap.cbSizeofstruct = sizeof bitmap;
   bitmap.picType = PICTYPE_BITMAP;
   bitmap.bmp.hbitmap = CreateBitmap(8, 8, 1, 1, nullptr);
-  ComPointer<IPictureDisp> picture, empty;
-  OleCreatePictureIndirect(&bitmap, IID_IPictureDisp, TRUE, picture.receiveAny());
-  OleCreatePictureIndirect(nullptr, IID_IPictureDisp, TRUE, empty.receiveAny());
+  ComPtr<IPictureDisp> picture, empty;
+  OleCreatePictureIndirect(&bitmap, IID_IPictureDisp, TRUE,
+                           reinterpret_cast<void**>(picture.GetAddressOf()));
+  OleCreatePictureIndirect(nullptr, IID_IPictureDisp, TRUE,
+                           reinterpret_cast<void**>(empty.GetAddressOf()));
   for (IUnknown* wrong :
-       {static_cast<IUnknown*>(picture.get()), static_cast<IUnknown*>(empty.get()),
-        static_cast<IUnknown*>(host.connection.get())}) {
-    CHECK(host.open(customers, host.connection.get(), static_cast<IPictureDisp*>(wrong)) ==
+       {static_cast<IUnknown*>(picture.Get()), static_cast<IUnknown*>(empty.Get()),
+        static_cast<IUnknown*>(host.connection.Get())}) {
+    CHECK(host.open(customers, host.connection.Get(), static_cast<IPictureDisp*>(wrong)) ==
           nullptr);
     CHECK(references(wrong) == 1);
   }
@@ -144,7 +146,7 @@ TEST_CASE("bad hosts: calls from a second apartment") {
   inAnotherApartment([&] {
     Host second;
     CHECK(second.open(vendors) != first);
-    _Connection* connection = second.connection.get();
+    _Connection* connection = second.connection.Get();
     IPictureDisp* icon = nullptr;
     CHECK(host.object->ImportVendorOpening(&connection, &icon) == RPC_E_WRONG_THREAD);
     CHECK(closeScreens().size() == 1);
@@ -216,7 +218,8 @@ TEST_CASE("bad hosts: ADO that says it is well and gives nothing") {
   });
   Host host;
   host.commands.reset();
-  const ClassObject registered(__uuidof(::Command), command.get());
+  const ClassRegistration registered(__uuidof(::Command),
+                                     [&] { return ComPtr<IUnknown>(command.get()); });
   host.import(host.open(vendors));
   const std::string notSet = "(91): " + RuntimeError(ErrorNumber::ObjectNotSet).description();
   CHECK(log() == Texts{noService, notSet, notSet, notSet, notSet});
@@ -317,9 +320,8 @@ TEST_CASE("bad hosts: COM is ended with a screen open") {
     {
       const ClassRegistration commands(__uuidof(::Command), [] { return commandObject(); });
       const KnownByManifest known;
-      const auto object =
-          createObject<_Velk_ClsOpnImp>(__uuidof(::Velk_ClsOpnImp), CLSCTX_INPROC_SERVER);
-      _Connection* given = connection.get();
+      const auto object = createObject<_Velk_ClsOpnImp>(__uuidof(::Velk_ClsOpnImp));
+      _Connection* given = connection.Get();
       IPictureDisp* icon = nullptr;
       CHECK(object->ImportVendorOpening(&given, &icon) == S_OK);
     }
@@ -327,7 +329,7 @@ TEST_CASE("bad hosts: COM is ended with a screen open") {
     importFile(openScreens().at(0), boxes);
     CHECK(boxes.shown().size() == 1);
     CHECK(closeScreens().size() == 1);
-    CHECK(references(connection.get()) == 1);
+    CHECK(references(connection.Get()) == 1);
   }).join();
   CHECK(log().size() == 5);  // also a line for each call that could not be made
   CHECK(ServerDll().call("DllCanUnloadNow") == S_OK);

@@ -52,7 +52,7 @@ TEST_CASE("folder and clock") {
   const double after = desktop.now().days;
   double between = 0;
   SystemTimeToVariantTime(&clock, &between);
-  constexpr double second = 1.0 / 86400;
+  constexpr double second = 1.0 / secondsPerDay;
   CHECK(before <= between + second);
   CHECK(between <= after + second);
 }

@@ -195,7 +195,7 @@ TEST_CASE("whatever fails, the application quits and the file stays") {
   for (const auto run : {read, write}) {
     folder.write("Zoë.xls", "old");
     const int all = callsOf(run, path);
-    // A failure to quit is nobody's error any more, nor one to close a sheet that was read.
+    // A failure to quit is not reported, nor one to close a sheet that was read: the work is done.
     const int heard = all - (run == read ? 2 : 1);
     for (int failing = 0; failing < all; ++failing) {
       CAPTURE(failing);
@@ -213,15 +213,15 @@ TEST_CASE("whatever fails, the application quits and the file stays") {
 }
 
 TEST_CASE("a program that is busy is not the user's affair") {
-  ComPointer<IMessageFilter> filter;
+  ComPtr<IMessageFilter> filter;
   {
     const QuietMessageFilter quiet;
-    CoRegisterMessageFilter(nullptr, filter.receive());
-    CoRegisterMessageFilter(filter.get(), nullptr);
+    CoRegisterMessageFilter(nullptr, filter.GetAddressOf());
+    CoRegisterMessageFilter(filter.Get(), nullptr);
   }
   REQUIRE(filter);
   CHECK(filter->RetryRejectedCall(nullptr, 0, SERVERCALL_RETRYLATER) == 0xFFFFFFFF);
-  CoRegisterMessageFilter(nullptr, filter.receive());
+  CoRegisterMessageFilter(nullptr, filter.ReleaseAndGetAddressOf());
   CHECK_FALSE(filter);
 }
 

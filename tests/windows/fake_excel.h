@@ -1,4 +1,5 @@
-// Stands for the spreadsheet application: keeps the calls, answers them, and fails where told to.
+// Takes the place of the spreadsheet application: keeps the calls, answers them, and fails where
+// told to.
 #pragma once
 
 #include <algorithm>
@@ -8,10 +9,11 @@
 #include <optional>
 #include <set>
 
+#include "apps/host/class_registration.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/variants.h"
 #include "platform/windows/wide_text.h"
-#include "tests/windows/class_objects.h"
+#include "tests/support/checks.h"
 
 namespace velk {
 
@@ -22,7 +24,7 @@ class FakeExcel {
   FakeExcel(const FakeExcel&) = delete;
   FakeExcel& operator=(const FakeExcel&) = delete;
 
-  Texts calls;  ///< those that give no object, and Open; a range stands for its parts
+  Texts calls;  ///< those that give no object, and Open; a range is named for its parts
   std::map<std::string, Variant> answers;
   std::set<std::string> unknown;  ///< members that it lacks
   int failAt = -1;                ///< the call that fails, counting all from 0
@@ -31,9 +33,9 @@ class FakeExcel {
   int objects = 0;                 ///< that live now, with the application
   int objectsAtQuit = -1;
 
-  /// Whether nobody holds any of it, but for this and the class object.
+  /// Whether only this and the class object hold any of it.
   bool isReleased() const;
-  /// Leaves the name of the class behind, as an installation that was removed may.
+  /// Leaves the name of the class registered, as an installation that was removed may.
   void withdrawClass() { registered_.reset(); }
 
  private:
@@ -61,9 +63,9 @@ class FakeExcel {
   Variant invoke(const std::string& owner, const std::string& name, WORD kind,
                  const DISPPARAMS& parameters);
 
-  std::ofstream saved_;  ///< nobody may move it or remove it until it is closed
-  ComPointer<Object> application_;
-  std::optional<ClassObject> registered_;
+  std::ofstream saved_;  ///< can't be moved or removed until it is closed
+  ComPtr<Object> application_;
+  std::optional<ClassRegistration> registered_;
 };
 
 class FakeExcel::Object final : public ComObject<IDispatch> {
@@ -107,7 +109,7 @@ class FakeExcel::Object final : public ComObject<IDispatch> {
 
 inline FakeExcel::FakeExcel() : application_(makeObject<Object>(*this, "Application")) {
   REQUIRE(RegSetKeyValueW(HKEY_LOCAL_MACHINE, classKey, nullptr, REG_SZ, id, sizeof id) == 0);
-  registered_.emplace(classId, application_.get());
+  registered_.emplace(classId, [application = application_] { return application; });
 }
 
 inline bool FakeExcel::isReleased() const {
@@ -149,7 +151,7 @@ inline Variant FakeExcel::invoke(const std::string& owner, const std::string& na
     const std::string& made = makesWorkbook                ? "Workbook"
                               : owner.starts_with("Range") ? owner
                                                            : call;
-    return Variant(makeObject<Object>(*this, made).get());
+    return Variant(makeObject<Object>(*this, made).Get());
   }
   const auto known = answers.find(owner + '.' + call);
   return known == answers.end() ? Variant() : Variant::copyOf(known->second.get());

@@ -1,4 +1,4 @@
-// A new sample company, behind the host's ADO objects.
+// A new sample company, used through the host's ADO objects.
 #pragma once
 
 #include <filesystem>
@@ -20,11 +20,11 @@ struct HostAdo {
     for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(path.string() + suffix);
     createSampleCompany(path.string());
     object = connectionObject(openOdbc(embeddedConnectionString(path.string())));
-    database = adoConnection(object.get());
+    database = adoConnection(object.Get());
   }
 
   ClassRegistration commands{__uuidof(::Command), [] { return commandObject(); }};
-  ComPointer<_Connection> object;
+  ComPtr<_Connection> object;
   std::shared_ptr<Connection> database;
 };
 

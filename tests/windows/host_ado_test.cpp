@@ -47,7 +47,7 @@ TEST_CASE("a procedure without rows gives a closed record set") {
 TEST_CASE("errors keep their numbers and descriptions on the way") {
   HostAdo ado;
   const auto query = [&] { return ado.database->Execute("SELECT BankCode FROM BankMaster"); };
-  const auto foreign = createObject<_Connection>(__uuidof(::Connection), CLSCTX_INPROC_SERVER);
+  const auto foreign = createObject<_Connection>(__uuidof(::Connection));
   const struct {
     std::function<void()> act;
     std::int32_t number;
@@ -58,7 +58,7 @@ TEST_CASE("errors keep their numbers and descriptions on the way") {
       {[&] { ado.database->newCommand()->setValue(0, Null{}); }, 3265, ""},
       {[&] { ado.database->Execute("SELECT 1 WHERE 0")->field(0); }, 3021, "EOF"},
       {[&] { ado.database->Execute("PRAGMA user_version = 1")->isEOF(); }, 3704, "closed"},
-      {[&] { adoConnection(foreign.get())->newCommand(); }, 3001, "another library"},
+      {[&] { adoConnection(foreign.Get())->newCommand(); }, 3001, "another library"},
       {[&] { ado.object->Close(), ado.database->Execute("SELECT 1"); }, 3704, "closed"},
       {[&] { ado.database->newCommand(); }, 3709, "connection"},
   };

@@ -40,7 +40,8 @@ TEST_CASE("the six operations of the host's service") {
 TEST_CASE("a host that is not registered, and one that fails") {
   CHECK(createComHostService() == nullptr);
   StubObject<IUnknown> other;
-  const ClassObject registered(serviceClass, other.get());
+  const ClassRegistration registered(__uuidof(VelkHostService),
+                                     [&] { return ComPtr<IUnknown>(other.get()); });
   CHECK(errorOf([] { createComHostService(); }) == 429);
 }
 
@@ -52,25 +53,21 @@ TEST_CASE("a screen as the host reads it") {
   const auto text = [](IDispatch* of, std::string_view name) {
     return toText(toValue(callMember(of, name, read).get()));
   };
-  CHECK(text(object.get(), "caption") == "Caption");
-  std::vector<Variant> changed;
-  changed.emplace_back(Value("Other"));
-  callMember(object.get(), "Caption", DISPATCH_PROPERTYPUT, std::move(changed));
+  CHECK(text(object.Get(), "caption") == "Caption");
+  callMember(object.Get(), "Caption", DISPATCH_PROPERTYPUT, argumentList("Other"));
   CHECK(screen->text("Caption") == "Other");
-  CHECK(text(memberObject(object.get(), "CMDIMPORT").get(), "Caption") == "&Import");
-  const auto controls = memberObject(object.get(), "Controls");
-  CHECK(text(controls.get(), "Count") == "2");
+  CHECK(text(memberObject(object.Get(), "CMDIMPORT").Get(), "Caption") == "&Import");
+  const auto controls = memberObject(object.Get(), "Controls");
+  CHECK(text(controls.Get(), "Count") == "2");
   for (const Value& key : {Value(0), Value("txtfilename")}) {
-    std::vector<Variant> index;
-    index.emplace_back(key);
-    CHECK(ServiceStub::nameOf(memberObject(controls.get(), "Item", std::move(index)).get()) ==
+    CHECK(ServiceStub::nameOf(memberObject(controls.Get(), "Item", argumentList(key)).Get()) ==
           "TxtFileName");
   }
-  CHECK(errorOf([&] { text(object.get(), "BorderStyle"); }) == 438);
-  const auto button = memberObject(object.get(), "cmdImport");
+  CHECK(errorOf([&] { text(object.Get(), "BorderStyle"); }) == 438);
+  const auto button = memberObject(object.Get(), "cmdImport");
   screen.reset();
-  CHECK(errorOf([&] { text(object.get(), "Caption"); }) == 91);
-  CHECK(errorOf([&] { text(button.get(), "Caption"); }) == 91);
+  CHECK(errorOf([&] { text(object.Get(), "Caption"); }) == 91);
+  CHECK(errorOf([&] { text(button.Get(), "Caption"); }) == 91);
 }
 
 }  // namespace

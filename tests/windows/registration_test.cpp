@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "component/com/registry_key.h"
+#include "platform/windows/handles.h"
 #include "tests/windows/server_dll.h"
 
 namespace velk {
@@ -18,8 +18,9 @@ constexpr wchar_t programmaticName[] = L"Velk_OpnImp.Velk_ClsOpnImp";
 Texts registeredNames(HKEY root) {
   Texts names;
   for (const std::wstring below : {L"", L"\\CLSID", L"\\Interface", L"\\TypeLib"}) {
-    RegistryKey key;
-    RegOpenKeyExW(root, (L"Software\\Classes" + below).c_str(), 0, KEY_READ, key.receive());
+    HKEY opened = nullptr;
+    RegOpenKeyExW(root, (L"Software\\Classes" + below).c_str(), 0, KEY_READ, &opened);
+    const RegistryKey key(opened);
     wchar_t name[256];
     for (DWORD i = 0, size = 256; RegEnumKeyExW(key.get(), i, name, &size, nullptr, nullptr,
                                                 nullptr, nullptr) == ERROR_SUCCESS;
@@ -40,10 +41,10 @@ std::filesystem::path registeredServer(HKEY root) {
 }
 
 HRESULT activate(REFCLSID id) {
-  ComPointer<_Velk_ClsOpnImp> object;
-  const HRESULT result = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER,
-                                          __uuidof(_Velk_ClsOpnImp), object.receiveAny());
-  if (SUCCEEDED(result)) CHECK(references(object.get()) == 1);
+  ComPtr<_Velk_ClsOpnImp> object;
+  const HRESULT result =
+      CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(object.GetAddressOf()));
+  if (SUCCEEDED(result)) CHECK(references(object.Get()) == 1);
   return result;
 }
 
@@ -53,14 +54,10 @@ HRESULT activateByName() {
   return FAILED(result) ? result : activate(id);
 }
 
-/// While it lives, nobody may touch the machine's classes.
+/// While it lives, access to the machine's classes is refused.
 class ForbiddenMachine {
  public:
   ForbiddenMachine() {
-    RegCreateKeyExW(HKEY_CURRENT_USER, name, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                    machine_.receive(), nullptr);
-    RegCreateKeyExW(machine_.get(), L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                    classes_.receive(), nullptr);
     setAccess(TRUE);
     REQUIRE(RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine_.get()) == ERROR_SUCCESS);
   }
@@ -83,8 +80,14 @@ class ForbiddenMachine {
   }
 
   static constexpr wchar_t name[] = L"Software\\ForbiddenMachine";
-  RegistryKey machine_;
-  RegistryKey classes_;
+  static RegistryKey made(HKEY root, const wchar_t* key) {
+    HKEY opened = nullptr;
+    RegCreateKeyExW(root, key, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &opened, nullptr);
+    return RegistryKey(opened);
+  }
+
+  RegistryKey machine_ = made(HKEY_CURRENT_USER, name);
+  RegistryKey classes_ = made(machine_.get(), L"Software\\Classes");
 };
 
 TEST_CASE("registration makes the class known and leaves nothing when taken back") {
@@ -102,8 +105,9 @@ TEST_CASE("registration makes the class known and leaves nothing when taken back
     CHECK(dll.call("DllRegisterServer") == S_OK);
     if (root == HKEY_LOCAL_MACHINE) {  // Wine activates only what the machine knows
       CHECK(activateByName() == S_OK);
-      ComPointer<ITypeLib> library;
-      CHECK(LoadRegTypeLib(LIBID_Velk_OpnImp, 1, 0, LOCALE_NEUTRAL, library.receive()) == S_OK);
+      ComPtr<ITypeLib> library;
+      CHECK(LoadRegTypeLib(LIBID_Velk_OpnImp, 1, 0, LOCALE_NEUTRAL, library.GetAddressOf()) ==
+            S_OK);
     }
     CHECK(dll.call("DllUnregisterServer") == S_OK);
     CHECK(registeredNames(root) == before);

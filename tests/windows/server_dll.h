@@ -35,17 +35,16 @@ class ServerDll {
     return exported<HRESULT STDAPICALLTYPE()>(function)();
   }
 
-  ComPointer<IClassFactory> factory() const {
-    ComPointer<IClassFactory> factory;
+  ComPtr<IClassFactory> factory() const {
+    ComPtr<IClassFactory> factory;
     const auto get =
         exported<HRESULT STDAPICALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
-    REQUIRE(get(__uuidof(::Velk_ClsOpnImp), __uuidof(IClassFactory), factory.receiveAny()) == S_OK);
+    REQUIRE(get(__uuidof(::Velk_ClsOpnImp), IID_PPV_ARGS(factory.GetAddressOf())) == S_OK);
     return factory;
   }
-  ComPointer<_Velk_ClsOpnImp> makeObject() const {
-    ComPointer<_Velk_ClsOpnImp> object;
-    REQUIRE(factory()->CreateInstance(nullptr, __uuidof(_Velk_ClsOpnImp), object.receiveAny()) ==
-            S_OK);
+  ComPtr<_Velk_ClsOpnImp> makeObject() const {
+    ComPtr<_Velk_ClsOpnImp> object;
+    REQUIRE(factory()->CreateInstance(nullptr, IID_PPV_ARGS(object.GetAddressOf())) == S_OK);
     return object;
   }
 
@@ -91,7 +90,7 @@ inline ULONG references(IUnknown* object) {
   return object->Release();
 }
 
-/// The description that a failed call left behind.
+/// The description that a failed call left in this thread.
 inline std::string errorDescription() {
   return lastComError(E_FAIL).description();
 }

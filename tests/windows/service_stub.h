@@ -1,11 +1,12 @@
-// Stands for the host's service object: keeps the calls, answers them, and fails where told to.
+// Takes the place of the host's service object: keeps the calls, answers them, and fails where told
+// to.
 #pragma once
 
 #include <host_service_com.h>
 
+#include "apps/host/class_registration.h"
 #include "platform/windows/late_binding.h"
 #include "platform/windows/variants.h"
-#include "tests/windows/class_objects.h"
 #include "tests/windows/stub_object.h"
 
 namespace velk {
@@ -60,7 +61,8 @@ class ServiceStub : public StubObject<IVelkHostService> {
     return operation == failing ? E_FAIL : S_OK;
   }
 
-  ClassObject registered_{serviceClass, get()};
+  ClassRegistration registered_{__uuidof(VelkHostService),
+                                [this] { return ComPtr<IUnknown>(get()); }};
 };
 
 }  // namespace velk

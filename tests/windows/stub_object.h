@@ -1,4 +1,4 @@
-// Stands for a COM object of which a test needs few members.
+// Takes the place of a COM object of which a test needs few members.
 #pragma once
 
 #include <ole2.h>
@@ -11,7 +11,7 @@
 namespace velk {
 
 /// Answers for one interface (and IUnknown) whose members give E_NOTIMPL until `on` sets them. It
-/// lives as long as its scope and checks at its end that nobody holds it any more.
+/// lives as long as its scope and checks at its end that no reference is left.
 template <class Interface>
 class StubObject {
  public:

@@ -18,9 +18,9 @@ std::string typeText(ITypeInfo* info, const TYPEDESC& type) {
       {VT_I2, "short"},  {VT_I4, "long"},           {VT_HRESULT, "HRESULT"}};
   if (type.vt == VT_PTR) return typeText(info, *type.lptdesc) + "*";
   if (type.vt != VT_USERDEFINED) return names.at(type.vt);
-  ComPointer<ITypeInfo> other;
-  REQUIRE(info->GetRefTypeInfo(type.hreftype, other.receive()) == S_OK);
-  return nameOf(other.get());
+  ComPtr<ITypeInfo> other;
+  REQUIRE(info->GetRefTypeInfo(type.hreftype, other.GetAddressOf()) == S_OK);
+  return nameOf(other.Get());
 }
 
 std::string directionOf(USHORT flags) {
@@ -77,29 +77,29 @@ TEST_CASE("the type library has the members that hosts were compiled against") {
   std::filesystem::current_path(programFolder() / "../component/com/com");
   for (const auto& row : rows) {
     CAPTURE(row.dll.string());
-    ComPointer<ITypeLib> library;
-    REQUIRE(LoadTypeLibEx(row.dll.c_str(), REGKIND_NONE, library.receive()) == S_OK);
+    ComPtr<ITypeLib> library;
+    REQUIRE(LoadTypeLibEx(row.dll.c_str(), REGKIND_NONE, library.GetAddressOf()) == S_OK);
     TLIBATTR* attributes = nullptr;
     REQUIRE(library->GetLibAttr(&attributes) == S_OK);
     CHECK(attributes->syskind == row.kind);
     library->ReleaseTLibAttr(attributes);
 
-    ComPointer<ITypeInfo> dispatch, vtable;
+    ComPtr<ITypeInfo> dispatch, vtable;
     HREFTYPE reference = 0;
-    REQUIRE(library->GetTypeInfoOfGuid(__uuidof(_Velk_ClsOpnImp), dispatch.receive()) == S_OK);
+    REQUIRE(library->GetTypeInfoOfGuid(__uuidof(_Velk_ClsOpnImp), dispatch.GetAddressOf()) == S_OK);
     REQUIRE(dispatch->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference) == S_OK);
-    REQUIRE(dispatch->GetRefTypeInfo(reference, vtable.receive()) == S_OK);
+    REQUIRE(dispatch->GetRefTypeInfo(reference, vtable.GetAddressOf()) == S_OK);
     Texts members;
     for (UINT i = 0; i < expectedMembers.size(); ++i) {
-      members.push_back(memberText(vtable.get(), i));
+      members.push_back(memberText(vtable.Get(), i));
     }
     CHECK(members == expectedMembers);
     FUNCDESC* beyond = nullptr;
     CHECK(FAILED(vtable->GetFuncDesc(static_cast<UINT>(expectedMembers.size()), &beyond)));
 
-    ComPointer<ITypeInfo> coclass;
-    REQUIRE(library->GetTypeInfoOfGuid(__uuidof(::Velk_ClsOpnImp), coclass.receive()) == S_OK);
-    CHECK(nameOf(coclass.get()) == "Velk_ClsOpnImp");
+    ComPtr<ITypeInfo> coclass;
+    REQUIRE(library->GetTypeInfoOfGuid(__uuidof(::Velk_ClsOpnImp), coclass.GetAddressOf()) == S_OK);
+    CHECK(nameOf(coclass.Get()) == "Velk_ClsOpnImp");
   }
 }
 

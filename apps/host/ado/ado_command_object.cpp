@@ -34,18 +34,19 @@ class CommandObject final : public VtableObject<UnusedCommand, _Command> {
       ParameterData data{Bstr::textOf(name), type, direction, static_cast<std::int32_t>(size), {}};
       const bool given = value.vt != VT_ERROR || value.scode != DISP_E_PARAMNOTFOUND;
       if (given) data.value = toValue(value);
-      return parameterObject(std::move(data)).release();
+      return parameterObject(std::move(data)).Detach();
     });
   }
   HRESULT STDMETHODCALLTYPE get_Parameters(Parameters** parameters) noexcept override {
-    return give(parameters, [&] { return ComPointer<Parameters>(parameters_).release(); });
+    return give(parameters, [&] { return ComPtr<Parameters>(parameters_).Detach(); });
   }
   HRESULT STDMETHODCALLTYPE Execute(VARIANT*, VARIANT*, LONG options,
                                     _Recordset** rows) noexcept override {
-    return give(rows, [&] { return recordsetObject(execute(options)).release(); });
+    return give(rows, [&] { return recordsetObject(execute(options)).Detach(); });
   }
 
  private:
+  // Each run makes a command of the database, because text and parameters may have changed.
   std::shared_ptr<Recordset> execute(LONG options) const {
     if (connection_ == nullptr) throw RuntimeError(ErrorNumber::ConnectionInvalid);
     const auto command = connection_->newCommand();
@@ -64,13 +65,13 @@ class CommandObject final : public VtableObject<UnusedCommand, _Command> {
   CommandType type_ = CommandType::Text;
   std::string text_;
   std::shared_ptr<ParameterList> list_ = std::make_shared<ParameterList>();
-  ComPointer<Parameters> parameters_ = parametersObject(list_);
+  ComPtr<Parameters> parameters_ = parametersObject(list_);
 };
 
 }  // namespace
 
-ComPointer<IUnknown> commandObject() {
-  return ComPointer<IUnknown>::adopt(static_cast<_Command*>(new CommandObject));
+ComPtr<_Command> commandObject() {
+  return makeObject<CommandObject>();
 }
 
 }  // namespace velk

@@ -1,13 +1,13 @@
 // ADO's command with its parameters.
 #pragma once
 
-#include <ole2.h>
+#include <ado_com.h>
 
 #include "platform/windows/com_pointer.h"
 
 namespace velk {
 
 /// A new command. Its active connection is a connection object of this program.
-ComPointer<IUnknown> commandObject();
+ComPtr<_Command> commandObject();
 
 }  // namespace velk

@@ -10,7 +10,7 @@ namespace velk {
 
 namespace {
 
-/// Finds our own object behind an interface pointer.
+/// Finds our own object from an interface pointer of it.
 struct ConnectionAccess : IUnknown {
   virtual const std::shared_ptr<Connection>& STDMETHODCALLTYPE database() noexcept = 0;
 };
@@ -39,7 +39,7 @@ class ConnectionObject final
                                     _Recordset** rows) noexcept override {
     return give(rows, [&] {
       requireOpen();
-      return recordsetObject(connection_->Execute(Bstr::textOf(text))).release();
+      return recordsetObject(connection_->Execute(Bstr::textOf(text))).Detach();
     });
   }
   HRESULT STDMETHODCALLTYPE Close() noexcept override {
@@ -63,8 +63,8 @@ class ConnectionObject final
 
 }  // namespace
 
-ComPointer<_Connection> connectionObject(std::shared_ptr<Connection> connection) {
-  return ComPointer<_Connection>::adopt(new ConnectionObject(std::move(connection)));
+ComPtr<_Connection> connectionObject(std::shared_ptr<Connection> connection) {
+  return makeObject<ConnectionObject>(std::move(connection));
 }
 
 std::shared_ptr<Connection> connectionBehind(IUnknown* object) {

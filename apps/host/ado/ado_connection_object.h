@@ -14,10 +14,10 @@ namespace velk {
 
 /// An ADO connection that is open already: State, Execute of a text and Close. Closed, it answers
 /// every Execute with 3704.
-ComPointer<_Connection> connectionObject(std::shared_ptr<Connection> connection);
+ComPtr<_Connection> connectionObject(std::shared_ptr<Connection> connection);
 
-/// The connection behind a connection object of this program. Errors: 3709 when it is closed, 3001
-/// when it is null or the object of another library.
+/// The connection that a connection object of this program uses. Errors: 3709 when it is closed,
+/// 3001 when it is null or the object of another library.
 std::shared_ptr<Connection> connectionBehind(IUnknown* object);
 
 }  // namespace velk

@@ -32,6 +32,7 @@ class ParametersObject final : public VtableObject<UnusedParameters, Parameters>
   HRESULT STDMETHODCALLTYPE Append(IDispatch* parameter) noexcept override {
     return run([&] {
       auto access = queryInterface<ParameterAccess>(parameter);
+      // Another library's parameter could change without our knowing.
       if (!access) throw RuntimeError(ErrorNumber::WrongArgumentType);
       list_->push_back(std::move(access));
     });
@@ -43,7 +44,7 @@ class ParametersObject final : public VtableObject<UnusedParameters, Parameters>
     return give(parameter, [&] {
       const auto position = static_cast<std::size_t>(toInt32(toValue(index)));
       if (position >= list_->size()) throw RuntimeError(ErrorNumber::ItemNotFound);
-      return queryInterface<_Parameter>((*list_)[position].get()).release();
+      return queryInterface<_Parameter>((*list_)[position].Get()).Detach();
     });
   }
 
@@ -53,12 +54,12 @@ class ParametersObject final : public VtableObject<UnusedParameters, Parameters>
 
 }  // namespace
 
-ComPointer<_Parameter> parameterObject(ParameterData data) {
-  return ComPointer<_Parameter>::adopt(new ParameterObject(std::move(data)));
+ComPtr<_Parameter> parameterObject(ParameterData data) {
+  return makeObject<ParameterObject>(std::move(data));
 }
 
-ComPointer<Parameters> parametersObject(std::shared_ptr<ParameterList> list) {
-  return ComPointer<Parameters>::adopt(new ParametersObject(std::move(list)));
+ComPtr<Parameters> parametersObject(std::shared_ptr<ParameterList> list) {
+  return makeObject<ParametersObject>(std::move(list));
 }
 
 }  // namespace velk

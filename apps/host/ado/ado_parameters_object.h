@@ -24,18 +24,18 @@ struct ParameterData {
   Value value;
 };
 
-/// Finds our own parameter behind an interface pointer.
+/// Finds our own parameter from an interface pointer of it.
 struct ParameterAccess : IUnknown {
   virtual ParameterData& STDMETHODCALLTYPE data() noexcept = 0;
 };
 
 /// A command's parameters in their order. Their values may change until the command runs.
-using ParameterList = std::vector<ComPointer<ParameterAccess>>;
+using ParameterList = std::vector<ComPtr<ParameterAccess>>;
 
-ComPointer<_Parameter> parameterObject(ParameterData data);
+ComPtr<_Parameter> parameterObject(ParameterData data);
 /// The collection that adds to `list`: Append, of parameter objects of this program only (3421),
 /// Count, and Item by position from 0 (3265 beyond the last).
-ComPointer<Parameters> parametersObject(std::shared_ptr<ParameterList> list);
+ComPtr<Parameters> parametersObject(std::shared_ptr<ParameterList> list);
 
 }  // namespace velk
 

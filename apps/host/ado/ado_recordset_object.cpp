@@ -10,10 +10,6 @@ namespace velk {
 
 namespace {
 
-VARIANT_BOOL toVariantBool(bool flag) {
-  return flag ? VARIANT_TRUE : VARIANT_FALSE;
-}
-
 class FieldObject final : public VtableObject<UnusedField, Field> {
  public:
   FieldObject(std::shared_ptr<Recordset> rows, std::size_t position)
@@ -35,8 +31,9 @@ class FieldsObject final : public VtableObject<UnusedFields, Fields> {
   HRESULT STDMETHODCALLTYPE get_Item(VARIANT index, Field** field) noexcept override {
     return give(field, [&] {
       const std::int32_t position = toInt32(toValue(index));
+      // One beyond the last field is an error when its value is read.
       if (position < 0) throw RuntimeError(ErrorNumber::ItemNotFound);
-      return makeObject<FieldObject>(rows_, static_cast<std::size_t>(position)).release();
+      return makeObject<FieldObject>(rows_, static_cast<std::size_t>(position)).Detach();
     });
   }
 
@@ -61,10 +58,10 @@ class RecordsetObject final : public VtableObject<UnusedRecordset, _Recordset> {
     return run([&] { rows_->MoveNext(); });
   }
   HRESULT STDMETHODCALLTYPE get_Fields(Fields** fields) noexcept override {
-    return give(fields, [&] { return makeObject<FieldsObject>(rows_).release(); });
+    return give(fields, [&] { return makeObject<FieldsObject>(rows_).Detach(); });
   }
   HRESULT STDMETHODCALLTYPE NextRecordset(VARIANT*, _Recordset** next) noexcept override {
-    return give(next, [&] { return recordsetObject(rows_->NextRecordset()).release(); });
+    return give(next, [&] { return recordsetObject(rows_->NextRecordset()).Detach(); });
   }
   HRESULT STDMETHODCALLTYPE Close() noexcept override {
     return run([&] { rows_->Close(); });
@@ -76,9 +73,9 @@ class RecordsetObject final : public VtableObject<UnusedRecordset, _Recordset> {
 
 }  // namespace
 
-ComPointer<_Recordset> recordsetObject(std::shared_ptr<Recordset> rows) {
+ComPtr<_Recordset> recordsetObject(std::shared_ptr<Recordset> rows) {
   if (rows == nullptr) return {};
-  return ComPointer<_Recordset>::adopt(new RecordsetObject(std::move(rows)));
+  return makeObject<RecordsetObject>(std::move(rows));
 }
 
 }  // namespace velk

@@ -13,6 +13,6 @@
 namespace velk {
 
 /// Null for null. Fields are found by their position only.
-ComPointer<_Recordset> recordsetObject(std::shared_ptr<Recordset> rows);
+ComPtr<_Recordset> recordsetObject(std::shared_ptr<Recordset> rows);
 
 }  // namespace velk
