@@ -15,11 +15,11 @@
 #include "apps/host/host_service_object.h"
 #include "apps/host/import_component.h"
 #include "apps/host/main_window.h"
-#include "apps/host/tour/tour.h"
 #include "platform/windows/ado_connection.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/module_path.h"
 #include "platform/windows/wide_text.h"
+#include "tests/tour/tour.h"
 
 namespace velk {
 

@@ -1,4 +1,4 @@
-#include "apps/host/tour/png_writer.h"
+#include "tests/tour/png_writer.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "apps/host/tour/posted_check.h"
+#include "tests/tour/posted_check.h"
 
 #include "base/errors.h"
 #include "platform/odbc/odbc_connection.h"

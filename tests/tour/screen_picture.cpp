@@ -1,4 +1,4 @@
-#include "apps/host/tour/screen_picture.h"
+#include "tests/tour/screen_picture.h"
 
 #include <windows.h>
 
@@ -6,9 +6,9 @@
 #include <fstream>
 #include <vector>
 
-#include "apps/host/tour/seen_windows.h"
 #include "base/errors.h"
 #include "base/text.h"
+#include "tests/tour/seen_windows.h"
 
 namespace velk {
 

@@ -1,4 +1,4 @@
-#include "apps/host/tour/salesman_edits.h"
+#include "tests/tour/salesman_edits.h"
 
 #include <algorithm>
 #include <array>

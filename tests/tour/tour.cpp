@@ -1,4 +1,4 @@
-#include "apps/host/tour/tour.h"
+#include "tests/tour/tour.h"
 
 #include <algorithm>
 #include <array>
@@ -8,13 +8,13 @@
 
 #include "apps/host/company_tables.h"
 #include "apps/host/main_window.h"
-#include "apps/host/tour/posted_check.h"
-#include "apps/host/tour/salesman_edits.h"
-#include "apps/host/tour/screen_picture.h"
-#include "apps/host/tour/seen_windows.h"
-#include "apps/host/tour/user_input.h"
 #include "base/errors.h"
 #include "platform/windows/wide_text.h"
+#include "tests/tour/posted_check.h"
+#include "tests/tour/salesman_edits.h"
+#include "tests/tour/screen_picture.h"
+#include "tests/tour/seen_windows.h"
+#include "tests/tour/user_input.h"
 
 namespace velk {
 

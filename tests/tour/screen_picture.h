@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "apps/host/tour/png_writer.h"
+#include "tests/tour/png_writer.h"
 
 namespace velk {
 

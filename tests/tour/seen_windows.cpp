@@ -1,4 +1,4 @@
-#include "apps/host/tour/seen_windows.h"
+#include "tests/tour/seen_windows.h"
 
 #include <commctrl.h>
 
