@@ -21,8 +21,6 @@ HostArguments readHostArguments(const std::vector<std::string>& words) {
     };
     if (words[i] == "--database") {
       arguments.database = value();
-    } else if (words[i] == "--tour") {
-      arguments.tourFolder = value();
     } else if (words[i] == "--own-ado") {
       arguments.ownAdo = true;
     } else if (words[i] == "--help") {
@@ -31,7 +29,6 @@ HostArguments readHostArguments(const std::vector<std::string>& words) {
       refuse("unknown option " + words[i]);
     }
   }
-  if (arguments.tourFolder && arguments.database) refuse("--tour makes a database of its own");
   return arguments;
 }
 

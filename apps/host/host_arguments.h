@@ -16,18 +16,10 @@ inline constexpr std::string_view hostHelp =
     "                      company on first use)\n"
     "  --own-ado           use this program's ADO objects instead of the machine's; they are\n"
     "                      used in any case for an embedded database and under Wine\n"
-    "  --tour FOLDER       imports the files in the folder \"samples\" beside the program, by "
-    "mouse\n"
-    "                      and keyboard, into a new sample company in FOLDER, exports its "
-    "salesmen\n"
-    "                      and imports them edited, and saves a picture of every stage there; "
-    "exit\n"
-    "                      status 0 when all of it was posted\n"
     "  --help              this text\n";
 
 struct HostArguments {
   std::optional<std::string> database;
-  std::optional<std::string> tourFolder;
   bool ownAdo = false;
   bool help = false;
 };

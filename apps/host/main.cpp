@@ -3,9 +3,7 @@
 
 #include <shellapi.h>
 
-#include <filesystem>
 #include <optional>
-#include <thread>
 
 #include "apps/host/ado/ado_command_object.h"
 #include "apps/host/class_registration.h"
@@ -19,13 +17,11 @@
 #include "platform/windows/com_errors.h"
 #include "platform/windows/module_path.h"
 #include "platform/windows/wide_text.h"
-#include "tests/tour/tour.h"
 
 namespace velk {
 
 namespace {
 
-constexpr int exitTourFailed = 1;
 constexpr int exitNotStarted = 4;
 constexpr CLSID serviceClass = {
     0x2F54E293, 0x7499, 0x4B89, {0x9A, 0x2E, 0xE7, 0x83, 0x42, 0x00, 0x7F, 0x59}};
@@ -44,11 +40,11 @@ std::wstring besideProgram(const wchar_t* name) {
   return path.substr(0, path.rfind(L'\\') + 1) + name;
 }
 
-struct Apartment {
-  Apartment() { check(OleInitialize(nullptr)); }
-  ~Apartment() { OleUninitialize(); }
-  Apartment(const Apartment&) = delete;
-  Apartment& operator=(const Apartment&) = delete;
+struct OleThread {
+  OleThread() { check(OleInitialize(nullptr)); }
+  ~OleThread() { OleUninitialize(); }
+  OleThread(const OleThread&) = delete;
+  OleThread& operator=(const OleThread&) = delete;
 };
 
 /// What the main window's user works with.
@@ -73,32 +69,9 @@ class Company {
   ComPointer<IPictureDisp> icon_;
 };
 
-/// Runs the tour beside the main window's message loop, and ends the program with it.
-std::thread startTour(const TourPlan& plan, HWND window) {
-  return std::thread([plan, window] {
-    try {
-      say(runTour(plan));
-    } catch (...) {
-      say(currentError().description());
-      ExitProcess(exitTourFailed);  // whatever dialog or message is open
-    }
-    PostMessageW(window, WM_CLOSE, 0, 0);
-  });
-}
-
-/// The folder's full path, because file dialogs change the current folder; made if need be.
-std::optional<std::string> tourFolder(const HostArguments& arguments) {
-  if (!arguments.tourFolder) return std::nullopt;
-  const auto folder = std::filesystem::absolute(toWide(*arguments.tourFolder));
-  CreateDirectoryW(folder.c_str(), nullptr);
-  return fromWide(folder.wstring());
-}
-
 int runHost(const HostArguments& arguments) {
-  const Apartment apartment;
-  const auto pictures = tourFolder(arguments);
-  const HostDatabase database = pictures ? newSampleCompany(*pictures + "\\company.db")
-                                         : chooseHostDatabase(arguments.database);
+  const OleThread thread;
+  const HostDatabase database = chooseHostDatabase(arguments.database);
   const bool ownAdo = arguments.ownAdo || needsOwnAdo(database);
   std::optional<ClassRegistration> commands;
   if (ownAdo) commands.emplace(__uuidof(::Command), [] { return commandObject(); });
@@ -107,15 +80,7 @@ int runHost(const HostArguments& arguments) {
   MainWindow window({[&](ImportKind kind) { company.open(kind); },
                      [&](std::size_t table) { return company.rows(table); }});
   const ClassRegistration service(serviceClass, [&] { return hostServiceObject(window); });
-  std::thread tour;
-  if (pictures) {
-    tour = startTour({*pictures, besideProgram(L"samples"), besideProgram(L"Error.log"),
-                      database.connectionString},
-                     window.handle());
-  }
-  const int status = window.run();
-  if (tour.joinable()) tour.join();
-  return status;
+  return window.run();
 }
 
 int runProgram() {

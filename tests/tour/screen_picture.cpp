@@ -2,21 +2,24 @@
 
 #include <windows.h>
 
-#include <filesystem>
-#include <fstream>
-#include <vector>
+#include <wincodec.h>
+#include <wrl/client.h>
+
+#include <algorithm>
 
 #include "base/errors.h"
-#include "base/text.h"
-#include "tests/tour/seen_windows.h"
+#include "platform/windows/com_errors.h"
+#include "tests/tour/handles.h"
 
 namespace velk {
 
 namespace {
 
-RECT coveredArea() {
+using Microsoft::WRL::ComPtr;
+
+RECT coveredArea(const SeenWindows& windows) {
   RECT all{};
-  for (const HWND window : topWindows()) {
+  for (const HWND window : windows.all()) {
     RECT at;
     if (GetWindowRect(window, &at) != FALSE) UnionRect(&all, &all, &at);
   }
@@ -25,52 +28,49 @@ RECT coveredArea() {
   return all;
 }
 
-bool isPainted() {
-  for (const HWND window : topWindows()) {
-    if (GetUpdateRect(window, nullptr, FALSE) != FALSE) return false;
-    for (const HWND child : childWindows(window)) {
-      if (GetUpdateRect(child, nullptr, FALSE) != FALSE) return false;
-    }
-  }
-  return true;
+bool isPainted(const SeenWindows& windows) {
+  const auto waits = [](HWND window) { return GetUpdateRect(window, nullptr, FALSE) != FALSE; };
+  return std::ranges::none_of(windows.all(), [&](HWND window) {
+    return waits(window) || std::ranges::any_of(childWindows(window), waits);
+  });
 }
 
-Picture24 fromPixels(LONG width, LONG height, const std::vector<RGBQUAD>& pixels) {
-  Picture24 picture{static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), {}};
-  picture.bytes.reserve(pixels.size() * 3);
-  for (const RGBQUAD& pixel : pixels) {
-    picture.bytes.insert(picture.bytes.end(), {pixel.rgbRed, pixel.rgbGreen, pixel.rgbBlue});
-  }
-  return picture;
+ComPtr<IWICImagingFactory> imagingFactory() {
+  ComPtr<IWICImagingFactory> factory;
+  check(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
+                         IID_PPV_ARGS(&factory)));
+  return factory;
 }
 
 }  // namespace
 
-Picture24 displayedNow() {
-  const RECT area = coveredArea();
+Picture displayedNow(const SeenWindows& windows) {
+  const RECT area = coveredArea(windows);
   const LONG width = area.right - area.left;
   const LONG height = area.bottom - area.top;
-  const HDC display = GetDC(nullptr);
-  const HDC memory = CreateCompatibleDC(display);
-  const HBITMAP bitmap = CreateCompatibleBitmap(display, width, height);
-  const HGDIOBJ before = SelectObject(memory, bitmap);
-  BitBlt(memory, 0, 0, width, height, display, area.left, area.top, SRCCOPY);
-  SelectObject(memory, before);
   BITMAPINFO format{};
+  // A negative height: from the top.
   format.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  std::vector<RGBQUAD> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-  GetDIBits(display, bitmap, 0, static_cast<UINT>(height), pixels.data(), &format, DIB_RGB_COLORS);
-  DeleteObject(bitmap);
-  DeleteDC(memory);
-  ReleaseDC(nullptr, display);
-  return fromPixels(width, height, pixels);
+  const UniqueDisplayDc display(GetDC(nullptr));
+  void* pixels = nullptr;
+  const UniqueBitmap bitmap(
+      CreateDIBSection(display.get(), &format, DIB_RGB_COLORS, &pixels, nullptr, 0));
+  if (!bitmap) throw RuntimeError(ErrorNumber::OutOfMemory);
+  const UniqueMemoryDc memory(CreateCompatibleDC(display.get()));  // goes before what it draws on
+  SelectObject(memory.get(), bitmap.get());
+  BitBlt(memory.get(), 0, 0, width, height, display.get(), area.left, area.top, SRCCOPY);
+  GdiFlush();
+  const auto* first = static_cast<const std::uint32_t*>(pixels);
+  return {static_cast<std::uint32_t>(width),
+          static_cast<std::uint32_t>(height),
+          {first, first + static_cast<std::ptrdiff_t>(width) * height}};
 }
 
-Picture24 takePicture() {
-  Picture24 picture;
+Picture takePicture(const SeenWindows& windows) {
+  Picture picture;
   waitFor("the windows to be painted", [&] {
-    if (!isPainted()) return false;
-    Picture24 next = displayedNow();
+    if (!isPainted(windows)) return false;
+    Picture next = displayedNow(windows);
     const bool stands = next == picture;
     picture = std::move(next);
     return stands;
@@ -78,11 +78,26 @@ Picture24 takePicture() {
   return picture;
 }
 
-void savePicture(const Picture24& picture, const std::string& path) {
-  std::ofstream file(std::filesystem::path(toUtf16(path)), std::ios::binary);
-  file << toPng(picture);
-  file.close();
-  if (!file) throw RuntimeError(ErrorNumber::PathFileAccess);
+void savePicture(const Picture& picture, const std::wstring& path) {
+  const auto factory = imagingFactory();
+  std::vector<std::uint32_t> pixels = picture.pixels;
+  const auto stride = static_cast<UINT>(picture.width * sizeof pixels[0]);
+  ComPtr<IWICBitmap> bitmap;
+  check(factory->CreateBitmapFromMemory(picture.width, picture.height, GUID_WICPixelFormat32bppBGR,
+                                        stride, stride * picture.height,
+                                        reinterpret_cast<BYTE*>(pixels.data()), &bitmap));
+  ComPtr<IWICStream> file;
+  check(factory->CreateStream(&file));
+  check(file->InitializeFromFilename(path.c_str(), GENERIC_WRITE));
+  ComPtr<IWICBitmapEncoder> encoder;
+  check(factory->CreateEncoder(GUID_ContainerFormatPng, nullptr, &encoder));
+  check(encoder->Initialize(file.Get(), WICBitmapEncoderNoCache));
+  ComPtr<IWICBitmapFrameEncode> frame;
+  check(encoder->CreateNewFrame(&frame, nullptr));
+  check(frame->Initialize(nullptr));
+  check(frame->WriteSource(bitmap.Get(), nullptr));
+  check(frame->Commit());
+  check(encoder->Commit());
 }
 
 }  // namespace velk

@@ -1,18 +1,29 @@
-// Pictures of what this program shows.
+// Pictures of what another program shows.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
-#include "tests/tour/png_writer.h"
+#include "tests/tour/seen_windows.h"
 
 namespace velk {
 
-/// The part of the display that this program's windows cover, as it is now.
-Picture24 displayedNow();
-/// The same once it is all painted and stands still.
-Picture24 takePicture();
+struct Picture {
+  std::uint32_t width = 0;
+  std::uint32_t height = 0;
+  /// Row by row from the top left: blue, green, red and an unused byte, from the lowest byte on.
+  std::vector<std::uint32_t> pixels;
 
-/// Error 75 when the file cannot be written.
-void savePicture(const Picture24& picture, const std::string& path);
+  bool operator==(const Picture&) const = default;
+};
+
+/// The part of the display that the windows cover, as it is now.
+Picture displayedNow(const SeenWindows& windows);
+/// The same once it is all painted and stands still.
+Picture takePicture(const SeenWindows& windows);
+
+/// Writes a PNG file, by the system's imaging component. Errors: what that says.
+void savePicture(const Picture& picture, const std::wstring& path);
 
 }  // namespace velk

@@ -1,6 +1,6 @@
-// This program's windows as a user sees them. To be used by another thread than theirs.
+// Windows of another program, as a user sees them.
 //
-// What is waited for is waited for until it is so; after half a minute that is error 5, which says
+// What is waited for is waited for until it is so; when patience ends that is error 5, which says
 // for what.
 #pragma once
 
@@ -13,22 +13,39 @@
 
 namespace velk {
 
-void waitFor(std::string_view what, const std::function<bool()>& isSo);
+inline constexpr DWORD patience = 30'000;  ///< milliseconds
 
-/// The visible windows of this program, the front one first.
-std::vector<HWND> topWindows();
+void waitFor(std::string_view what, const std::function<bool()>& isSo);
+/// Error 5: the tour does not find it.
+[[noreturn]] void notThere(const std::string& what);
+
+/// The visible top windows of one process.
+class SeenWindows {
+ public:
+  explicit SeenWindows(DWORD process) : process_(process) {}
+
+  /// The front one first.
+  std::vector<HWND> all() const;
+
+  /// Waits for a window with this title that has the keyboard.
+  HWND titled(std::wstring_view title) const;
+  /// Waits for a window of this class, such as a dialog or a menu.
+  HWND ofClass(std::wstring_view windowClass) const;
+  /// Waits for a message box with this text.
+  HWND messageBoxSaying(std::wstring_view text) const;
+
+ private:
+  HWND waitForOne(const std::string& what, const std::function<bool(HWND)>& fits) const;
+
+  DWORD process_;
+};
+
 /// The visible windows inside a window.
 std::vector<HWND> childWindows(HWND parent);
 
 std::wstring textOf(HWND window);
 std::wstring classOf(HWND window);
 
-/// Waits for a window with this title that has the keyboard.
-HWND windowTitled(std::wstring_view title);
-/// Waits for a window of this class in front of the others, such as a dialog or a menu.
-HWND windowOfClass(std::wstring_view windowClass);
-/// Waits for a message box with this text.
-HWND messageBoxSaying(std::wstring_view text);
 void waitUntilGone(HWND window);
 /// Waits until the window's thread takes messages again: a click before that may be dropped.
 void waitUntilIdle(HWND window);
@@ -39,14 +56,5 @@ HWND buttonNamed(HWND parent, std::wstring_view caption);
 
 /// The window with the keyboard in the thread of a window; null for none.
 HWND focusIn(HWND window);
-
-// Report lists, rows and columns from 0
-std::wstring cellText(HWND list, int row, int column);
-int rowCount(HWND list);
-/// In the middle of a column's header, and of a cell, on the display. Error 5 for no such column.
-POINT headerPoint(HWND list, int column);
-POINT cellPoint(HWND list, int row, int column);
-std::vector<std::wstring> columnTitles(HWND list);
-int columnTitled(HWND list, std::wstring_view title);
 
 }  // namespace velk
