@@ -50,12 +50,12 @@ struct OleThread {
 /// What the main window's user works with.
 class Company {
  public:
-  Company(const HostDatabase& database, bool ownAdo)
+  Company(const CompanyDatabase& database, bool ownAdo)
       : connection_(openHostDatabase(database, ownAdo)),
         reader_(adoConnection(connection_.get())),
         icon_(iconPicture(hostIcon())) {}
 
-  void open(ImportKind kind) const { openImport(kind, connection_.get(), icon_.get()); }
+  void open(ImportScreenKind kind) const { openImport(kind, connection_.get(), icon_.get()); }
 
   std::vector<TableRow> rows(std::size_t table) const {
     const auto tables = companyTables();
@@ -71,13 +71,13 @@ class Company {
 
 int runHost(const HostArguments& arguments) {
   const OleThread thread;
-  const HostDatabase database = chooseHostDatabase(arguments.database);
+  const CompanyDatabase database = chooseHostDatabase(arguments.database);
   const bool ownAdo = arguments.ownAdo || needsOwnAdo(database);
   std::optional<ClassRegistration> commands;
   if (ownAdo) commands.emplace(__uuidof(::Command), [] { return commandObject(); });
 
   const Company company(database, ownAdo);
-  MainWindow window({[&](ImportKind kind) { company.open(kind); },
+  MainWindow window({[&](ImportScreenKind kind) { company.open(kind); },
                      [&](std::size_t table) { return company.rows(table); }});
   const ClassRegistration service(serviceClass, [&] { return hostServiceObject(window); });
   return window.run();
@@ -86,8 +86,8 @@ int runHost(const HostArguments& arguments) {
 int runProgram() {
   try {
     const HostArguments arguments = readHostArguments(commandLine());
-    if (!arguments.help) return runHost(arguments);
-    say(hostHelp);
+    if (arguments.help.empty()) return runHost(arguments);
+    say(arguments.help);
     return 0;
   } catch (...) {
     say(currentError().description());

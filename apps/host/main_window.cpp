@@ -24,32 +24,44 @@ constexpr int choiceWidth = 230;
 constexpr std::array<const wchar_t*, 3> importTitles{L"&Customer opening...", L"V&endor opening...",
                                                      L"&Masters..."};
 
-HMENU makeMenu() {
-  const HMENU import = CreatePopupMenu();
+WindowMenu makeImportMenu() {
+  WindowMenu menu(CreatePopupMenu());
   for (std::size_t i = 0; i < importTitles.size(); ++i) {
-    AppendMenuW(import, MF_STRING, firstImportCommand + i, importTitles[i]);
+    AppendMenuW(menu.get(), MF_STRING, firstImportCommand + i, importTitles[i]);
   }
-  AppendMenuW(import, MF_SEPARATOR, 0, nullptr);
-  AppendMenuW(import, MF_STRING, exitCommand, L"E&xit");
-  const HMENU view = CreatePopupMenu();
-  AppendMenuW(view, MF_STRING, errorLogCommand, L"&Error log");
-  AppendMenuW(view, MF_STRING, refreshCommand, L"&Refresh\tF5");
-  const HMENU menu = CreateMenu();
-  AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(import), L"&Import");
-  AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(view), L"&View");
+  AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
+  AppendMenuW(menu.get(), MF_STRING, exitCommand, L"E&xit");
   return menu;
 }
 
-HFONT makeFont() {
+WindowMenu makeViewMenu() {
+  WindowMenu menu(CreatePopupMenu());
+  AppendMenuW(menu.get(), MF_STRING, errorLogCommand, L"&Error log");
+  AppendMenuW(menu.get(), MF_STRING, refreshCommand, L"&Refresh\tF5");
+  return menu;
+}
+
+WindowMenu makeMenu() {
+  WindowMenu menu(CreateMenu());
+  const auto add = [&](WindowMenu part, const wchar_t* title) {
+    const auto id = reinterpret_cast<UINT_PTR>(part.get());
+    if (AppendMenuW(menu.get(), MF_POPUP, id, title) != FALSE) part.release();
+  };
+  add(makeImportMenu(), L"&Import");
+  add(makeViewMenu(), L"&View");
+  return menu;
+}
+
+WindowFont makeFont() {
   NONCLIENTMETRICSW metrics{};
   metrics.cbSize = sizeof metrics;
   SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-  return CreateFontIndirectW(&metrics.lfMessageFont);
+  return WindowFont(CreateFontIndirectW(&metrics.lfMessageFont));
 }
 
-HACCEL makeKeys() {
+WindowKeys makeKeys() {
   ACCEL refresh{FVIRTKEY, VK_F5, refreshCommand};
-  return CreateAcceleratorTableW(&refresh, 1);
+  return WindowKeys(CreateAcceleratorTableW(&refresh, 1));
 }
 
 void registerWindowClass(WNDPROC procedure) {
@@ -77,24 +89,24 @@ MainWindow::MainWindow(Actions actions)
   registerWindowClass(procedure);
   // Off the corner where the screens open.
   constexpr RECT at{72, 140, 1012, 700};
+  WindowMenu menu = makeMenu();
   CreateWindowExW(WS_EX_CONTROLPARENT, className, hostTitle, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                  at.left, at.top, at.right - at.left, at.bottom - at.top, nullptr, makeMenu(),
+                  at.left, at.top, at.right - at.left, at.bottom - at.top, nullptr, menu.get(),
                   GetModuleHandleW(nullptr), this);
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
+  menu.release();  // the window's now
   ShowWindow(handle_, SW_SHOWNORMAL);
   focusButton(0);
 }
 
 MainWindow::~MainWindow() {
   if (handle_ != nullptr) DestroyWindow(handle_);
-  DestroyAcceleratorTable(keys_);
-  DeleteObject(font_);
 }
 
 int MainWindow::run() {
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-    if (handle_ != nullptr && (TranslateAcceleratorW(handle_, keys_, &message) != 0 ||
+    if (handle_ != nullptr && (TranslateAcceleratorW(handle_, keys_.get(), &message) != 0 ||
                                IsDialogMessageW(handle_, &message) != FALSE)) {
       continue;
     }
@@ -156,7 +168,7 @@ void MainWindow::makeControls() {
     const HWND control = CreateWindowExW(
         0, type, text, style | WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, handle_,
         reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
-    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
     return control;
   };
   for (std::size_t i = 0; i < importTitles.size(); ++i) {
@@ -197,7 +209,7 @@ void MainWindow::arrange(int width, int height) const {
 
 void MainWindow::command(WORD id, WORD code) {
   if (id >= firstImportCommand && id < firstImportCommand + importTitles.size()) {
-    actions_.openImport(static_cast<ImportKind>(id - firstImportCommand));
+    actions_.openImport(static_cast<ImportScreenKind>(id - firstImportCommand));
   } else if (id == errorLogCommand) {
     showTable(companyTables().size());
   } else if (id == refreshCommand) {
