@@ -11,9 +11,9 @@ struct CompanyDatabase {
   std::string path;              ///< of an embedded database's file; empty for any other database
 };
 
-/// What --database means: the path of an embedded database, or, where it holds "=" and no file is
-/// so called, an ODBC connection string. Without it, opnimp.db in the current folder. Error 52 for
-/// a path that an embedded database cannot have.
+/// What --database means: the path of an embedded database, or, where it contains "=" and no file
+/// has that name, an ODBC connection string. Without it, opnimp.db in the current folder. Error 52
+/// for a path that an embedded database cannot have.
 CompanyDatabase companyDatabase(const std::optional<std::string>& option);
 
 /// True for an embedded database whose file is not there.

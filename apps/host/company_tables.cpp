@@ -11,6 +11,7 @@ namespace velk {
 
 namespace {
 
+// Debit and credit notes in one list, in the order in which a user reads a party's documents.
 std::string openingDocuments(const std::string& party) {
   const std::string columns =
       "', " + party + "ID, DocReference, DocumentDate, Amount, Balance FROM ";
@@ -78,6 +79,7 @@ std::vector<TableRow> tableRows(Connection& connection, const CompanyTable& tabl
   return rows;
 }
 
+// The log is written in the code page of the machine, with the line ends of Windows.
 std::vector<TableRow> errorLogLines(const std::wstring& path) {
   const CodePage codePage = activeCodePage();
   std::vector<TableRow> lines;

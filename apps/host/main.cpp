@@ -40,6 +40,7 @@ std::wstring besideProgram(const wchar_t* name) {
   return path.substr(0, path.rfind(L'\\') + 1) + name;
 }
 
+/// COM in this thread, with what drag and drop and the clipboard need, for as long as it lives.
 struct OleThread {
   OleThread() { check(OleInitialize(nullptr)); }
   ~OleThread() { OleUninitialize(); }
@@ -73,6 +74,7 @@ int runHost(const HostArguments& arguments) {
   const OleThread thread;
   const CompanyDatabase database = chooseHostDatabase(arguments.database);
   const bool ownAdo = arguments.ownAdo || needsOwnAdo(database);
+  // The component makes its commands by their class, so this program has to serve that class too.
   std::optional<ClassRegistration> commands;
   if (ownAdo) commands.emplace(__uuidof(::Command), [] { return commandObject(); });
 

@@ -20,6 +20,8 @@ constexpr int margin = 8;
 constexpr int lineHeight = 26;
 constexpr int buttonWidth = 150;
 constexpr int choiceWidth = 230;
+// The columns share this width until the list has a size of its own.
+constexpr int firstListWidth = 900;
 
 constexpr std::array<const wchar_t*, 3> importTitles{L"&Customer opening...", L"V&endor opening...",
                                                      L"&Masters..."};
@@ -106,6 +108,7 @@ MainWindow::~MainWindow() {
 int MainWindow::run() {
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    // Only keys for this window: the screens take theirs by a hook of their own.
     if (handle_ != nullptr && (TranslateAcceleratorW(handle_, keys_.get(), &message) != 0 ||
                                IsDialogMessageW(handle_, &message) != FALSE)) {
       continue;
@@ -119,7 +122,7 @@ int MainWindow::run() {
 LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NCCREATE) {
     auto* self = static_cast<MainWindow*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
-    self->handle_ = window;
+    self->handle_ = window;  // at once: messages come before CreateWindowExW returns
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
   }
   auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
@@ -142,7 +145,7 @@ LRESULT MainWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SIZE:
       arrange(LOWORD(lParam), HIWORD(lParam));
       return 0;
-    case WM_ACTIVATE:
+    case WM_ACTIVATE:  // back from a screen, which may have posted something
       if (LOWORD(wParam) != WA_INACTIVE) refreshSoon();
       break;
     case refreshMessage:
@@ -154,7 +157,7 @@ LRESULT MainWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_NOTIFY:
       return notify(*reinterpret_cast<NMHDR*>(lParam));
     case WM_DESTROY:
-      handle_ = nullptr;
+      handle_ = nullptr;  // the destructor must not destroy it again
       PostQuitMessage(0);
       return 0;
     default:
@@ -196,7 +199,7 @@ void MainWindow::arrange(int width, int height) const {
     left += controlWidth + margin;
   };
   for (const HWND button : buttons_) place(button, buttonWidth, lineHeight);
-  constexpr int droppedHeight = 300;
+  constexpr int droppedHeight = 300;  // a combo box's height includes its list
   left = std::max(left, width - choiceWidth - margin);
   place(choice_, choiceWidth, droppedHeight);
   constexpr int listTop = 2 * margin + lineHeight;
@@ -221,6 +224,7 @@ void MainWindow::command(WORD id, WORD code) {
   }
 }
 
+// The list is virtual: it asks for the text of each cell that it paints.
 LRESULT MainWindow::notify(NMHDR& header) {
   if (header.code != LVN_GETDISPINFOW) return 0;
   LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(header).item;
@@ -251,7 +255,7 @@ void MainWindow::showColumns(std::span<const TableColumn> columns) {
   }
   RECT inside;
   GetClientRect(list_, &inside);
-  const int all = inside.right > 0 ? static_cast<int>(inside.right) : 900;
+  const int all = inside.right > 0 ? static_cast<int>(inside.right) : firstListWidth;
   LVCOLUMNW column{};
   column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
   column.cx = (all - GetSystemMetrics(SM_CXVSCROLL)) / static_cast<int>(columns.size());
@@ -265,6 +269,7 @@ void MainWindow::showColumns(std::span<const TableColumn> columns) {
   }
 }
 
+// A table that cannot be read is no reason to stop the program: the status line says why.
 void MainWindow::refresh() {
   try {
     rows_ = actions_.rows(shown_);
@@ -277,6 +282,7 @@ void MainWindow::refresh() {
   InvalidateRect(list_, nullptr, TRUE);
 }
 
+// Posted, because an import may be in the middle of its own work when it asks for this.
 void MainWindow::refreshSoon() const {
   PostMessageW(handle_, refreshMessage, 0, 0);
 }

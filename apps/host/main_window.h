@@ -27,8 +27,8 @@ class MainWindow {
   /// What either raises is shown to the user.
   struct Actions {
     std::function<void(ImportScreenKind)> openImport;
-    /// The rows of a table by its place in companyTables(), those of the error log for the place
-    /// after them.
+    /// The rows of a table by its place in companyTables(); after the last table, those of the
+    /// error log.
     std::function<std::vector<TableRow>(std::size_t)> rows;
   };
 

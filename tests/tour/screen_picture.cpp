@@ -66,18 +66,20 @@ Picture displayedNow(const SeenWindows& windows) {
           {first, first + static_cast<std::ptrdiff_t>(width) * height}};
 }
 
+// Two looks that are equal: windows paint in several steps, and some paint without being asked.
 Picture takePicture(const SeenWindows& windows) {
   Picture picture;
   waitFor("the windows to be painted", [&] {
     if (!isPainted(windows)) return false;
     Picture next = displayedNow(windows);
-    const bool stands = next == picture;
+    const bool unchanged = next == picture;
     picture = std::move(next);
-    return stands;
+    return unchanged;
   });
   return picture;
 }
 
+// Wine's encoder takes rows of three bytes a pixel; WriteSource converts to them.
 void savePicture(const Picture& picture, const std::wstring& path) {
   const auto factory = imagingFactory();
   std::vector<std::uint32_t> pixels = picture.pixels;

@@ -20,7 +20,7 @@ struct Picture {
 
 /// The part of the display that the windows cover, as it is now.
 Picture displayedNow(const SeenWindows& windows);
-/// The same once it is all painted and stands still.
+/// The same once it is all painted and does not change any more.
 Picture takePicture(const SeenWindows& windows);
 
 /// Writes a PNG file, by the system's imaging component. Errors: what that says.

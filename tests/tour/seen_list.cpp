@@ -13,7 +13,7 @@ namespace velk {
 
 namespace {
 
-/// A structure that points to a text, and room for the text behind it.
+/// A structure that points to a text, followed by room for the text.
 template <class Structure>
 struct WithText {
   Structure structure;
@@ -21,6 +21,7 @@ struct WithText {
 };
 
 template <class Structure>
+// Again before each question, because a list may point to a text of its own instead.
 void giveRoom(ForeignStructure<WithText<Structure>>& of) {
   of.copy.structure.pszText = of.there()->text.data();
   of.copy.structure.cchTextMax = static_cast<int>(of.copy.text.size());
@@ -61,6 +62,7 @@ POINT cellPoint(HWND list, int row, int column) {
   return middle(area.copy, list);
 }
 
+// A list does not tell how many columns it has: they end where it knows no more.
 std::vector<std::wstring> columnTitles(HWND list) {
   std::vector<std::wstring> titles;
   ForeignStructure<WithText<LVCOLUMNW>> column(list);

@@ -10,7 +10,6 @@
 #include "apps/host/main_window.h"
 #include "base/errors.h"
 #include "platform/odbc/odbc_connection.h"
-#include "platform/windows/module_path.h"
 #include "platform/windows/wide_text.h"
 #include "samples/company/sample_company.h"
 #include "tests/tour/host_process.h"
@@ -19,80 +18,12 @@
 #include "tests/tour/screen_picture.h"
 #include "tests/tour/seen_list.h"
 #include "tests/tour/seen_windows.h"
+#include "tests/tour/tour_imports.h"
 #include "tests/tour/user_input.h"
 
 namespace velk {
 
 namespace {
-
-/// One import: where it is opened, what is chosen, what the user is told, where its result shows.
-struct TourImport {
-  std::string picture;  ///< how the names of its pictures begin
-  const wchar_t* button;
-  const wchar_t* title;
-  int type = 0;  ///< place in the master screen's list of types
-  const wchar_t* typeTitle = nullptr;
-  std::wstring file;  ///< full path
-  bool remaps = false;
-  bool exports = false;  ///< makes the file first: an export, edited
-  std::vector<std::wstring> messages;
-  std::string_view table;
-};
-
-/// Where things lie that the tour needs; full paths, because file dialogs change the current
-/// folder.
-struct Places {
-  explicit Places(const std::wstring& pictureFolder) : pictures(pictureFolder + L"\\") {}
-
-  std::wstring pictures;
-  std::wstring program = modulePath(nullptr);
-  std::wstring programs = program.substr(0, program.rfind(L'\\') + 1);
-  std::wstring host = programs + L"opnimp_host.exe";
-  std::wstring samples = programs + L"samples\\";
-  std::wstring errorLog = programs + L"Error.log";
-  std::wstring company = pictures + L"company.db";
-};
-
-std::vector<TourImport> tourImports(const Places& places) {
-  const std::wstring& samples = places.samples;
-  return {{.picture = "customers",
-           .button = L"&Customer opening...",
-           .title = L"Import Customer Opening",
-           .file = samples + L"customer_opening.csv",
-           .remaps = true,
-           .messages = {L"Check The Error Log " + places.errorLog},
-           .table = "Customer opening documents"},
-          {.picture = "vendors-opening",
-           .button = L"V&endor opening...",
-           .title = L"Import VendorOpening",
-           .file = samples + L"vendor_opening.csv",
-           .messages = {L"Import Successfull", L"Check The Error Log"},
-           .table = "Vendor opening documents"},
-          {.picture = "banks",
-           .button = L"&Masters...",
-           .title = L"Import - Bank & Branch",
-           .file = samples + L"bank_branch.csv",
-           .messages = {L"Import Successfull"},
-           .table = "Banks and branches"},
-          {.picture = "vendors",
-           .button = L"&Masters...",
-           .title = L"Import - Bank & Branch",
-           .type = 1,
-           .typeTitle = L"Import - Vendor",
-           .file = samples + L"vendor.csv",
-           .messages = {L"Import Successfull"},
-           .table = "Vendors"},
-          {.picture = "salesmen",
-           .button = L"&Masters...",
-           .title = L"Import - Bank & Branch",
-           .type = 2,
-           .typeTitle = L"Import - Salesman",
-           .file = places.pictures + L"salesmen-edited.xls",
-           .exports = true,
-           .messages = {L"Salesman Imported.\r\nProcessed : 7\r\nUnProcessed : 1\r\n Please check "
-                        L"the error log."},
-           .table = "Salesmen"}};
-}
 
 class Tour {
  public:
@@ -277,7 +208,8 @@ void Tour::exit() {
 void Tour::run() {
   main_ = host_.titled(hostTitle);
   picture("host");
-  for (const TourImport& what : tourImports(places_)) import(what);
+  for (const TourImport& what : openingImports(places_)) import(what);
+  for (const TourImport& what : masterImports(places_)) import(what);
   showErrorLog();
   exit();
 }

@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Where the value that starts at `from` ends: at a semicolon, which may stand inside braces.
+// Where the value that starts at `from` ends: at a semicolon, except one inside braces.
 std::size_t valueEnd(std::string_view text, std::size_t from) {
   if (from < text.size() && text[from] == '{') {
     std::size_t close = text.find('}', from);
