@@ -13,15 +13,16 @@ namespace {
 namespace fs = std::filesystem;
 using Folders = std::vector<std::string_view>;
 
-const Folders checkedFolders{"base",    "ui",      "platform",  "shared",          "mapping",
-                             "opening", "masters", "component", "samples/company", "apps/host"};
+const Folders checkedFolders{"base",     "ui",      "platform",  "shared",          "mapping",
+                             "opening",  "masters", "component", "samples/company", "apps/database",
+                             "apps/host"};
 
 // How headers begin, and the folders whose files may include them. The first row that fits counts;
 // of the headers in no row, the standard library's may be included by all.
 const std::pair<std::string_view, Folders> rules[] = {
     {"platform/windows/", {"platform/windows", "component/com", "apps/host"}},
     {"platform/native/", {"platform/native"}},
-    {"platform/odbc/", {"platform/odbc", "samples/company", "apps/host"}},
+    {"platform/odbc/", {"platform/odbc", "samples/company", "apps/database", "apps/host"}},
     {"platform/spreadsheet/xls/", {"platform/spreadsheet/xls", "component/com", "apps/host"}},
     {"platform/spreadsheet/", {"platform/spreadsheet", "platform/windows"}},
     {"platform/headless/", {"platform/headless"}},
@@ -38,7 +39,8 @@ const std::pair<std::string_view, Folders> rules[] = {
     {"masters/", {"masters", "component"}},
     {"component/com/", {"component/com"}},
     {"component/", {"component"}},
-    {"samples/company/", {"samples/company", "apps/host"}},
+    {"samples/company/", {"samples/company", "apps/database", "apps/host"}},
+    {"apps/database/", {"apps/database", "apps/host"}},
     {"apps/", {"apps/host"}},
     {"windows.h", {"component/com", "platform/windows", "platform/odbc", "apps/host"}},
     {"ole2.h", {"component/com", "platform/windows", "apps/host"}},

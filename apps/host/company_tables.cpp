@@ -11,6 +11,7 @@ namespace velk {
 
 namespace {
 
+// Debit and credit notes in one list, in the order in which a user reads a party's documents.
 std::string openingDocuments(const std::string& party) {
   const std::string columns =
       "', " + party + "ID, DocReference, DocumentDate, Amount, Balance FROM ";
@@ -35,33 +36,30 @@ std::span<const CompanyTable> companyTables() {
        openingDocuments("Customer"),
        {{"Note"}, {"Customer"}, {"Reference"}, {"Date"}, {"Amount", true}, {"Balance", true}}},
       {"Customer opening balances",
-       "SELECT B.CustomerID, CustomerName, OpeningBalance FROM CustomerOpeningBalance B JOIN "
-       "Customer C ON C.CustomerID = B.CustomerID ORDER BY 1",
+       "SELECT B.CustomerID, CustomerName, OpeningBalance FROM CustomerOpeningBalance B "
+       "JOIN Customer C ON C.CustomerID = B.CustomerID ORDER BY 1",
        {{"Customer"}, {"Name"}, {"Opening balance", true}}},
       {"Vendor opening documents",
        openingDocuments("Vendor"),
        {{"Note"}, {"Vendor"}, {"Reference"}, {"Date"}, {"Amount", true}, {"Balance", true}}},
       {"Vendor opening balances",
-       "SELECT B.VendorID, VendorName, OpeningBalance FROM VendorOpeningBalance B JOIN Vendors V "
-       "ON "
-       "V.VendorID = B.VendorID ORDER BY 1",
+       "SELECT B.VendorID, VendorName, OpeningBalance FROM VendorOpeningBalance B "
+       "JOIN Vendors V ON V.VendorID = B.VendorID ORDER BY 1",
        {{"Vendor"}, {"Name"}, {"Opening balance", true}}},
       {"Banks and branches",
-       "SELECT K.BankCode, BankName, BranchCode, BranchName FROM BranchMaster R JOIN BankMaster K "
-       "ON K.BankCode = R.BankCode ORDER BY 1, 3",
+       "SELECT K.BankCode, BankName, BranchCode, BranchName FROM BranchMaster R "
+       "JOIN BankMaster K ON K.BankCode = R.BankCode ORDER BY 1, 3",
        {{"Bank"}, {"Name"}, {"Branch"}, {"Name"}}},
       {"Vendors",
-       "SELECT VendorID, VendorName, ContactPerson, Address, Phone, PanNumber FROM Vendors ORDER "
-       "BY "
-       "1",
+       "SELECT VendorID, VendorName, ContactPerson, Address, Phone, PanNumber FROM Vendors "
+       "ORDER BY 1",
        {{"Vendor"}, {"Name"}, {"Contact"}, {"Address"}, {"Phone"}, {"Pan number"}}},
       {"Salesmen",
-       "SELECT Salesman_name, Address, ResidentialNUmber, MobileNumber, max(CASE WHEN DSTypeCtlPos "
-       "= "
-       "1 THEN DSTypeValue END), max(CASE WHEN DSTypeCtlPos = 2 THEN DSTypeValue END) FROM "
-       "Salesman "
-       "LEFT JOIN DStype_Details USING (SalesmanID) LEFT JOIN DSType_Master USING (DSTypeID) GROUP "
-       "BY SalesmanID ORDER BY 1",
+       "SELECT Salesman_name, Address, ResidentialNUmber, MobileNumber, "
+       "max(CASE WHEN DSTypeCtlPos = 1 THEN DSTypeValue END), "
+       "max(CASE WHEN DSTypeCtlPos = 2 THEN DSTypeValue END) FROM Salesman "
+       "LEFT JOIN DStype_Details USING (SalesmanID) LEFT JOIN DSType_Master USING (DSTypeID) "
+       "GROUP BY SalesmanID ORDER BY 1",
        {{"Salesman"}, {"Address"}, {"Telephone"}, {"Mobile"}, {"DS type"}, {"Handheld"}}},
       {"Customers",
        "SELECT CustomerID, CustomerName, Address, City, Phone FROM Customer ORDER BY 1",
@@ -81,6 +79,7 @@ std::vector<TableRow> tableRows(Connection& connection, const CompanyTable& tabl
   return rows;
 }
 
+// The log is written in the code page of the machine, with the line ends of Windows.
 std::vector<TableRow> errorLogLines(const std::wstring& path) {
   const CodePage codePage = activeCodePage();
   std::vector<TableRow> lines;

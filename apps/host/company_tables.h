@@ -28,7 +28,7 @@ using TableRow = std::vector<std::string>;
 /// The rows of a table as texts, doubles with two decimals. Errors: the database's.
 std::vector<TableRow> tableRows(Connection& connection, const CompanyTable& table);
 
-/// The lines of the component's error log, one cell each; none when there is no log.
+/// The lines of the component's error log, one cell each; empty if there is no log.
 std::vector<TableRow> errorLogLines(const std::wstring& path);
 
 }  // namespace velk

@@ -1,5 +1,9 @@
 #include "apps/host/host_arguments.h"
 
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+
 #include "base/errors.h"
 
 namespace velk {
@@ -12,26 +16,31 @@ namespace {
 
 }  // namespace
 
-HostArguments readHostArguments(const std::vector<std::string>& words) {
+HostArguments readHostArguments(std::vector<std::string> words) {
   HostArguments arguments;
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    const auto value = [&] {
-      if (i + 1 == words.size()) refuse(words[i] + " needs a value");
-      return words[++i];
-    };
-    if (words[i] == "--database") {
-      arguments.database = value();
-    } else if (words[i] == "--tour") {
-      arguments.tourFolder = value();
-    } else if (words[i] == "--own-ado") {
-      arguments.ownAdo = true;
-    } else if (words[i] == "--help") {
-      arguments.help = true;
-    } else {
-      refuse("unknown option " + words[i]);
-    }
+  CLI::App program("a host application for the opening import", "opnimp_host");
+  program.allow_windows_style_options(false);  // a path may begin with a slash
+  program.allow_extras();                      // to refuse them in our own words
+  program
+      .add_option("--database", arguments.database,
+                  "an ODBC connection string, or the path of an embedded database\n"
+                  "(default: opnimp.db in the current folder, made with the sample\n"
+                  "company on first use)")
+      ->type_name("STRING");
+  program.add_flag("--own-ado", arguments.ownAdo,
+                   "use this program's ADO objects instead of the machine's; they are\n"
+                   "used in any case for an embedded database and under Wine");
+  try {
+    std::ranges::reverse(words);  // the library takes the last word first
+    program.parse(std::move(words));
+  } catch (const CLI::CallForHelp&) {
+    arguments.help = program.help();
+  } catch (const CLI::ParseError& error) {
+    refuse(error.what());
   }
-  if (arguments.tourFolder && arguments.database) refuse("--tour makes a database of its own");
+  if (const auto unknown = program.remaining(); !unknown.empty()) {
+    refuse("unknown option " + unknown.front());
+  }
   return arguments;
 }
 

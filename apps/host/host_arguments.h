@@ -3,36 +3,17 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace velk {
 
-inline constexpr std::string_view hostHelp =
-    "opnimp_host [options]: a host application for the opening import\n"
-    "\n"
-    "  --database STRING   an ODBC connection string, or the path of an embedded database\n"
-    "                      (default: opnimp.db in the current folder, made with the sample\n"
-    "                      company on first use)\n"
-    "  --own-ado           use this program's ADO objects instead of the machine's; they are\n"
-    "                      used in any case for an embedded database and under Wine\n"
-    "  --tour FOLDER       imports the files in the folder \"samples\" beside the program, by "
-    "mouse\n"
-    "                      and keyboard, into a new sample company in FOLDER, exports its "
-    "salesmen\n"
-    "                      and imports them edited, and saves a picture of every stage there; "
-    "exit\n"
-    "                      status 0 when all of it was posted\n"
-    "  --help              this text\n";
-
 struct HostArguments {
   std::optional<std::string> database;
-  std::optional<std::string> tourFolder;
   bool ownAdo = false;
-  bool help = false;
+  std::string help;  ///< the text that is asked for; empty if none is
 };
 
 /// Error 5, saying what is wrong, for a command line that cannot be understood.
-HostArguments readHostArguments(const std::vector<std::string>& words);
+HostArguments readHostArguments(std::vector<std::string> words);
 
 }  // namespace velk

@@ -5,7 +5,7 @@
 
 namespace velk {
 
-inline constexpr WORD firstImportCommand = 100;  ///< one for each ImportKind
+inline constexpr WORD firstImportCommand = 100;  ///< one for each ImportScreenKind
 inline constexpr WORD errorLogCommand = 110;
 inline constexpr WORD refreshCommand = 111;
 inline constexpr WORD exitCommand = 112;

@@ -8,29 +8,22 @@
 #include <optional>
 #include <string>
 
+#include "apps/database/company_database.h"
 #include "platform/windows/com_pointer.h"
 
 namespace velk {
 
-struct HostDatabase {
-  std::string connectionString;  ///< of an ODBC driver
-  bool embedded;                 ///< a file; the machine's ADO knows nothing of its procedures
-};
-
-/// What --database means: the path of an embedded database, or, where it holds "=" and no file is
-/// so called, an ODBC connection string. Without it, opnimp.db in the current folder, made with the
-/// sample company when it is not there. Error 53 for a named file that is not there; else what
-/// making the sample company raises.
-HostDatabase chooseHostDatabase(const std::optional<std::string>& option);
-
-/// A new embedded database with the sample company. Error 55 when there is such a file.
-HostDatabase newSampleCompany(const std::string& path);
+/// The database that --database names, or the default one, made with the sample company when it is
+/// not there. Error 53 for a named file that is not there; else what making the sample company
+/// raises.
+CompanyDatabase chooseHostDatabase(const std::optional<std::string>& option);
 
 /// Opens it, with this program's ADO objects or the machine's, which then are also the ones that
 /// the component's commands are made of.
-ComPtr<_Connection> openHostDatabase(const HostDatabase& database, bool ownAdo);
+ComPtr<_Connection> openHostDatabase(const CompanyDatabase& database, bool ownAdo);
 
-/// True when this program's ADO objects have to be used for a database.
-bool needsOwnAdo(const HostDatabase& database);
+/// True when this program's ADO objects have to be used for a database: for an embedded one,
+/// because the machine's know nothing of its procedures, and under Wine, whose have no commands.
+bool needsOwnAdo(const CompanyDatabase& database);
 
 }  // namespace velk

@@ -10,7 +10,7 @@
 namespace velk {
 
 void say(std::string_view text) {
-  AttachConsole(ATTACH_PARENT_PROCESS);
+  AttachConsole(ATTACH_PARENT_PROCESS);  // a program with windows has no console of its own
   const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
   const std::string line = std::string(text) + "\n";
   DWORD written = 0;

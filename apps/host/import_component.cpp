@@ -20,7 +20,7 @@ ComPtr<IPictureDisp> iconPicture(HICON icon) {
   return picture;
 }
 
-void openImport(ImportKind kind, _Connection* connection, IPictureDisp* icon) {
+void openImport(ImportScreenKind kind, _Connection* connection, IPictureDisp* icon) {
   using EntryPoint = HRESULT (STDMETHODCALLTYPE _Velk_ClsOpnImp::*)(_Connection**, IPictureDisp**);
   static constexpr std::array<EntryPoint, 3> entryPoints{&_Velk_ClsOpnImp::ImportCustomerOpening,
                                                          &_Velk_ClsOpnImp::ImportVendorOpening,

@@ -16,6 +16,6 @@ ComPtr<IPictureDisp> iconPicture(HICON icon);
 
 /// Makes an object of the component's class, by its programmatic name, and opens a screen. Errors:
 /// 429 when the class is not found; else what the component raises.
-void openImport(ImportKind kind, _Connection* connection, IPictureDisp* icon);
+void openImport(ImportScreenKind kind, _Connection* connection, IPictureDisp* icon);
 
 }  // namespace velk

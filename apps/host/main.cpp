@@ -3,9 +3,7 @@
 
 #include <shellapi.h>
 
-#include <filesystem>
 #include <optional>
-#include <thread>
 
 #include "apps/host/ado/ado_command_object.h"
 #include "apps/host/class_registration.h"
@@ -15,7 +13,6 @@
 #include "apps/host/host_service_object.h"
 #include "apps/host/import_component.h"
 #include "apps/host/main_window.h"
-#include "apps/host/tour/tour.h"
 #include "platform/windows/ado_connection.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/module_path.h"
@@ -25,10 +22,7 @@ namespace velk {
 
 namespace {
 
-constexpr int exitTourFailed = 1;
 constexpr int exitNotStarted = 4;
-constexpr CLSID serviceClass = {
-    0x2F54E293, 0x7499, 0x4B89, {0x9A, 0x2E, 0xE7, 0x83, 0x42, 0x00, 0x7F, 0x59}};
 
 std::vector<std::string> commandLine() {
   int count = 0;
@@ -44,22 +38,23 @@ std::wstring besideProgram(const wchar_t* name) {
   return path.substr(0, path.rfind(L'\\') + 1) + name;
 }
 
-struct Apartment {
-  Apartment() { check(OleInitialize(nullptr)); }
-  ~Apartment() { OleUninitialize(); }
-  Apartment(const Apartment&) = delete;
-  Apartment& operator=(const Apartment&) = delete;
+/// COM in this thread, with what drag and drop and the clipboard need, for as long as it lives.
+struct OleThread {
+  OleThread() { check(OleInitialize(nullptr)); }
+  ~OleThread() { OleUninitialize(); }
+  OleThread(const OleThread&) = delete;
+  OleThread& operator=(const OleThread&) = delete;
 };
 
 /// What the main window's user works with.
 class Company {
  public:
-  Company(const HostDatabase& database, bool ownAdo)
+  Company(const CompanyDatabase& database, bool ownAdo)
       : connection_(openHostDatabase(database, ownAdo)),
         reader_(adoConnection(connection_.Get())),
         icon_(iconPicture(hostIcon())) {}
 
-  void open(ImportKind kind) const { openImport(kind, connection_.Get(), icon_.Get()); }
+  void open(ImportScreenKind kind) const { openImport(kind, connection_.Get(), icon_.Get()); }
 
   std::vector<TableRow> rows(std::size_t table) const {
     const auto tables = companyTables();
@@ -73,56 +68,26 @@ class Company {
   ComPtr<IPictureDisp> icon_;
 };
 
-/// Runs the tour beside the main window's message loop, and ends the program with it.
-std::thread startTour(const TourPlan& plan, HWND window) {
-  return std::thread([plan, window] {
-    try {
-      say(runTour(plan));
-    } catch (...) {
-      say(currentError().description());
-      ExitProcess(exitTourFailed);  // whatever dialog or message is open
-    }
-    PostMessageW(window, WM_CLOSE, 0, 0);
-  });
-}
-
-/// The folder's full path, because file dialogs change the current folder; made if need be.
-std::optional<std::string> tourFolder(const HostArguments& arguments) {
-  if (!arguments.tourFolder) return std::nullopt;
-  const auto folder = std::filesystem::absolute(toWide(*arguments.tourFolder));
-  CreateDirectoryW(folder.c_str(), nullptr);
-  return fromWide(folder.wstring());
-}
-
 int runHost(const HostArguments& arguments) {
-  const Apartment apartment;
-  const auto pictures = tourFolder(arguments);
-  const HostDatabase database = pictures ? newSampleCompany(*pictures + "\\company.db")
-                                         : chooseHostDatabase(arguments.database);
+  const OleThread thread;
+  const CompanyDatabase database = chooseHostDatabase(arguments.database);
   const bool ownAdo = arguments.ownAdo || needsOwnAdo(database);
+  // The component makes its commands by their class, so this program has to serve that class too.
   std::optional<ClassRegistration> commands;
   if (ownAdo) commands.emplace(__uuidof(::Command), [] { return commandObject(); });
 
   const Company company(database, ownAdo);
-  MainWindow window({[&](ImportKind kind) { company.open(kind); },
+  MainWindow window({[&](ImportScreenKind kind) { company.open(kind); },
                      [&](std::size_t table) { return company.rows(table); }});
-  const ClassRegistration service(serviceClass, [&] { return hostServiceObject(window); });
-  std::thread tour;
-  if (pictures) {
-    tour = startTour({*pictures, besideProgram(L"samples"), besideProgram(L"Error.log"),
-                      database.connectionString},
-                     window.handle());
-  }
-  const int status = window.run();
-  if (tour.joinable()) tour.join();
-  return status;
+  const ClassRegistration service(__uuidof(VelkHostService), [&] { return hostServiceObject(window); });
+  return window.run();
 }
 
 int runProgram() {
   try {
     const HostArguments arguments = readHostArguments(commandLine());
-    if (!arguments.help) return runHost(arguments);
-    say(hostHelp);
+    if (arguments.help.empty()) return runHost(arguments);
+    say(arguments.help);
     return 0;
   } catch (...) {
     say(currentError().description());

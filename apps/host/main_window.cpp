@@ -20,36 +20,50 @@ constexpr int margin = 8;
 constexpr int lineHeight = 26;
 constexpr int buttonWidth = 150;
 constexpr int choiceWidth = 230;
+// The columns share this width until the list has a size of its own.
+constexpr int firstListWidth = 900;
 
 constexpr std::array<const wchar_t*, 3> importTitles{L"&Customer opening...", L"V&endor opening...",
                                                      L"&Masters..."};
 
-HMENU makeMenu() {
-  const HMENU import = CreatePopupMenu();
+WindowMenu makeImportMenu() {
+  WindowMenu menu(CreatePopupMenu());
   for (std::size_t i = 0; i < importTitles.size(); ++i) {
-    AppendMenuW(import, MF_STRING, firstImportCommand + i, importTitles[i]);
+    AppendMenuW(menu.get(), MF_STRING, firstImportCommand + i, importTitles[i]);
   }
-  AppendMenuW(import, MF_SEPARATOR, 0, nullptr);
-  AppendMenuW(import, MF_STRING, exitCommand, L"E&xit");
-  const HMENU view = CreatePopupMenu();
-  AppendMenuW(view, MF_STRING, errorLogCommand, L"&Error log");
-  AppendMenuW(view, MF_STRING, refreshCommand, L"&Refresh\tF5");
-  const HMENU menu = CreateMenu();
-  AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(import), L"&Import");
-  AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(view), L"&View");
+  AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
+  AppendMenuW(menu.get(), MF_STRING, exitCommand, L"E&xit");
   return menu;
 }
 
-HFONT makeFont() {
+WindowMenu makeViewMenu() {
+  WindowMenu menu(CreatePopupMenu());
+  AppendMenuW(menu.get(), MF_STRING, errorLogCommand, L"&Error log");
+  AppendMenuW(menu.get(), MF_STRING, refreshCommand, L"&Refresh\tF5");
+  return menu;
+}
+
+WindowMenu makeMenu() {
+  WindowMenu menu(CreateMenu());
+  const auto add = [&](WindowMenu part, const wchar_t* title) {
+    const auto id = reinterpret_cast<UINT_PTR>(part.get());
+    if (AppendMenuW(menu.get(), MF_POPUP, id, title) != FALSE) part.release();
+  };
+  add(makeImportMenu(), L"&Import");
+  add(makeViewMenu(), L"&View");
+  return menu;
+}
+
+WindowFont makeFont() {
   NONCLIENTMETRICSW metrics{};
   metrics.cbSize = sizeof metrics;
   SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-  return CreateFontIndirectW(&metrics.lfMessageFont);
+  return WindowFont(CreateFontIndirectW(&metrics.lfMessageFont));
 }
 
-HACCEL makeKeys() {
+WindowKeys makeKeys() {
   ACCEL refresh{FVIRTKEY, VK_F5, refreshCommand};
-  return CreateAcceleratorTableW(&refresh, 1);
+  return WindowKeys(CreateAcceleratorTableW(&refresh, 1));
 }
 
 void registerWindowClass(WNDPROC procedure) {
@@ -77,24 +91,25 @@ MainWindow::MainWindow(Actions actions)
   registerWindowClass(procedure);
   // Off the corner where the screens open.
   constexpr RECT at{72, 140, 1012, 700};
+  WindowMenu menu = makeMenu();
   CreateWindowExW(WS_EX_CONTROLPARENT, className, hostTitle, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                  at.left, at.top, at.right - at.left, at.bottom - at.top, nullptr, makeMenu(),
+                  at.left, at.top, at.right - at.left, at.bottom - at.top, nullptr, menu.get(),
                   GetModuleHandleW(nullptr), this);
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
+  menu.release();  // the window's now
   ShowWindow(handle_, SW_SHOWNORMAL);
   focusButton(0);
 }
 
 MainWindow::~MainWindow() {
   if (handle_ != nullptr) DestroyWindow(handle_);
-  DestroyAcceleratorTable(keys_);
-  DeleteObject(font_);
 }
 
 int MainWindow::run() {
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-    if (handle_ != nullptr && (TranslateAcceleratorW(handle_, keys_, &message) != 0 ||
+    // Only keys for this window: the screens take theirs by a hook of their own.
+    if (handle_ != nullptr && (TranslateAcceleratorW(handle_, keys_.get(), &message) != 0 ||
                                IsDialogMessageW(handle_, &message) != FALSE)) {
       continue;
     }
@@ -107,7 +122,7 @@ int MainWindow::run() {
 LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NCCREATE) {
     auto* self = static_cast<MainWindow*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
-    self->handle_ = window;
+    self->handle_ = window;  // at once: messages come before CreateWindowExW returns
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
   }
   auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
@@ -130,7 +145,7 @@ LRESULT MainWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SIZE:
       arrange(LOWORD(lParam), HIWORD(lParam));
       return 0;
-    case WM_ACTIVATE:
+    case WM_ACTIVATE:  // back from a screen, which may have posted something
       if (LOWORD(wParam) != WA_INACTIVE) refreshSoon();
       break;
     case refreshMessage:
@@ -142,7 +157,7 @@ LRESULT MainWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_NOTIFY:
       return notify(*reinterpret_cast<NMHDR*>(lParam));
     case WM_DESTROY:
-      handle_ = nullptr;
+      handle_ = nullptr;  // the destructor must not destroy it again
       PostQuitMessage(0);
       return 0;
     default:
@@ -156,7 +171,7 @@ void MainWindow::makeControls() {
     const HWND control = CreateWindowExW(
         0, type, text, style | WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, handle_,
         reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
-    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
     return control;
   };
   for (std::size_t i = 0; i < importTitles.size(); ++i) {
@@ -184,7 +199,7 @@ void MainWindow::arrange(int width, int height) const {
     left += controlWidth + margin;
   };
   for (const HWND button : buttons_) place(button, buttonWidth, lineHeight);
-  constexpr int droppedHeight = 300;
+  constexpr int droppedHeight = 300;  // a combo box's height includes its list
   left = std::max(left, width - choiceWidth - margin);
   place(choice_, choiceWidth, droppedHeight);
   constexpr int listTop = 2 * margin + lineHeight;
@@ -197,7 +212,7 @@ void MainWindow::arrange(int width, int height) const {
 
 void MainWindow::command(WORD id, WORD code) {
   if (id >= firstImportCommand && id < firstImportCommand + importTitles.size()) {
-    actions_.openImport(static_cast<ImportKind>(id - firstImportCommand));
+    actions_.openImport(static_cast<ImportScreenKind>(id - firstImportCommand));
   } else if (id == errorLogCommand) {
     showTable(companyTables().size());
   } else if (id == refreshCommand) {
@@ -209,6 +224,7 @@ void MainWindow::command(WORD id, WORD code) {
   }
 }
 
+// The list is virtual: it asks for the text of each cell that it paints.
 LRESULT MainWindow::notify(NMHDR& header) {
   if (header.code != LVN_GETDISPINFOW) return 0;
   LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(header).item;
@@ -239,7 +255,7 @@ void MainWindow::showColumns(std::span<const TableColumn> columns) {
   }
   RECT inside;
   GetClientRect(list_, &inside);
-  const int all = inside.right > 0 ? static_cast<int>(inside.right) : 900;
+  const int all = inside.right > 0 ? static_cast<int>(inside.right) : firstListWidth;
   LVCOLUMNW column{};
   column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
   column.cx = (all - GetSystemMetrics(SM_CXVSCROLL)) / static_cast<int>(columns.size());
@@ -253,6 +269,7 @@ void MainWindow::showColumns(std::span<const TableColumn> columns) {
   }
 }
 
+// A table that cannot be read is no reason to stop the program: the status line says why.
 void MainWindow::refresh() {
   try {
     rows_ = actions_.rows(shown_);
@@ -265,6 +282,7 @@ void MainWindow::refresh() {
   InvalidateRect(list_, nullptr, TRUE);
 }
 
+// Posted, because an import may be in the middle of its own work when it asks for this.
 void MainWindow::refreshSoon() const {
   PostMessageW(handle_, refreshMessage, 0, 0);
 }

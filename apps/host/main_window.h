@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "apps/host/company_tables.h"
+#include "apps/host/window_handles.h"
 
 namespace velk {
 
@@ -19,15 +20,15 @@ inline constexpr wchar_t hostTitle[] = L"Sample accounts";
 HICON hostIcon();
 
 /// What the user can open from the main window, in the order of menu and buttons.
-enum class ImportKind { CustomerOpening, VendorOpening, Masters };
+enum class ImportScreenKind { CustomerOpening, VendorOpening, Masters };
 
 class MainWindow {
  public:
   /// What either raises is shown to the user.
   struct Actions {
-    std::function<void(ImportKind)> openImport;
-    /// The rows of a table by its place in companyTables(), those of the error log for the place
-    /// behind them.
+    std::function<void(ImportScreenKind)> openImport;
+    /// The rows of a table by its place in companyTables(); after the last table, those of the
+    /// error log.
     std::function<std::vector<TableRow>(std::size_t)> rows;
   };
 
@@ -37,7 +38,6 @@ class MainWindow {
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
 
-  HWND handle() const { return handle_; }
   /// Reads the shown table again, as soon as the thread's message loop comes to it.
   void refreshSoon() const;
   /// Moves the focus to a button. Error 9 when there is no such one.
@@ -63,8 +63,8 @@ class MainWindow {
   HWND choice_ = nullptr;
   HWND list_ = nullptr;
   HWND status_ = nullptr;
-  HFONT font_ = nullptr;
-  HACCEL keys_ = nullptr;
+  WindowFont font_;
+  WindowKeys keys_;
   std::size_t shown_ = 0;
   std::vector<TableRow> rows_;
 };

@@ -38,7 +38,7 @@ class MessageBoxes {
     return boxes;
   }
 
-  // Once a dialog is set up, its texts are final.
+  // When a dialog has been set up, its texts are there.
   static LRESULT CALLBACK onMessage(int code, WPARAM sender, LPARAM details) {
     const auto& message = *reinterpret_cast<const CWPRETSTRUCT*>(details);
     if (code == HC_ACTION && message.message == WM_INITDIALOG) current()->answer(message.hwnd);

@@ -197,24 +197,6 @@ TEST_CASE("windows: a fixed size, also when it was maximised or dragged") {
   CHECK(IsIconic(window.handle) != FALSE);
 }
 
-TEST_CASE("windows: colours of the database are what is drawn") {
-  Screens screens;
-  screens.world.database->answerRows(
-      "Select * From ColorSettings",
-      {{"Form", 0x112233, 0}, {"Label", 0x445566, 0}, {"List", 0x778899, 0xFF}});
-  const auto screen = screens.open();
-  const Window window(*screen);
-  UpdateWindow(window.handle);
-  const auto pixel = [](HWND of, int x, int y) {
-    const HDC dc = GetDC(of);
-    const COLORREF colour = GetPixel(dc, x, y);
-    ReleaseDC(of, dc);
-    return colour;
-  };
-  CHECK(pixel(window.handle, 2, 2) == 0x112233);
-  CHECK(pixel(window.list(0), 100, 100) == static_cast<COLORREF>(screen->lv.number("BackColor")));
-}
-
 TEST_CASE("windows: several at once, and none left behind") {
   Screens screens;
   const auto one = screens.open();

@@ -1,6 +1,6 @@
 #include "apps/opnimp/run/database_choice.h"
 
-#include <array>
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -10,7 +10,6 @@
 #include "base/text.h"
 #include "platform/native/native_clock.h"
 #include "platform/odbc/odbc_connection.h"
-#include "samples/company/sample_company.h"
 
 namespace velk {
 
@@ -18,14 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* defaultPath = "opnimp.db";
-
-bool exists(const std::string& path) {
-  std::error_code error;
-  return fs::exists(fs::path(path), error);
-}
-
-// Where the value that starts at `from` ends: at a semicolon, which may stand inside braces.
+// Where the value that starts at `from` ends: at a semicolon, except one inside braces.
 std::size_t valueEnd(std::string_view text, std::size_t from) {
   if (from < text.size() && text[from] == '{') {
     std::size_t close = text.find('}', from);
@@ -58,12 +50,10 @@ OpenDatabase connect(const DatabaseChoice& choice, const Machine& machine) {
 }
 
 /// False when such a file is there already.
-bool madeSampleCompany(const std::string& path) {
+bool madeDatabase(const std::string& path) {
   try {
-    createSampleCompany(path);
-    return true;
+    return makeSampleCompany(path);
   } catch (const RuntimeError& error) {
-    if (error.is(ErrorNumber::FileAlreadyOpen)) return false;
     cannotMake(path, error.description() + ". Check the folder and its permissions");
   }
 }
@@ -71,20 +61,20 @@ bool madeSampleCompany(const std::string& path) {
 }  // namespace
 
 DatabaseChoice chooseDatabase(const std::optional<std::string>& option) {
-  const std::string text = option.value_or(defaultPath);
-  if (text.find('=') != std::string::npos && !exists(text)) return {maskPasswords(text), text, {}};
-  return {text, embeddedConnectionString(text), text};
+  const CompanyDatabase database = companyDatabase(option);
+  return {database,
+          database.path.empty() ? maskPasswords(database.connectionString) : database.path};
 }
 
 OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault, const Machine& machine,
                           std::ostream& err) {
-  if (!choice.path.empty() && !exists(choice.path)) {
+  if (isMissing(choice)) {
     if (!isDefault) {
       throw CannotOpen("there is no database " + choice.path + "; `opnimp demo-database " +
                        choice.path + "` makes one with the sample company");
     }
     // Another run may have made it in between: that one does as well.
-    if (madeSampleCompany(choice.path)) {
+    if (madeDatabase(choice.path)) {
       err << "Made " << choice.path << " with the sample company.\n";
     }
   }
@@ -92,7 +82,7 @@ OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault, const Ma
 }
 
 void makeDemoDatabase(const std::string& path) {
-  if (madeSampleCompany(path)) return;
+  if (madeDatabase(path)) return;
   cannotMake(path, "there is such a file already. Choose another path, or remove it first");
 }
 

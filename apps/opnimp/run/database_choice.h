@@ -5,18 +5,16 @@
 #include <string>
 #include <string_view>
 
+#include "apps/database/company_database.h"
 #include "apps/opnimp/cli/streams.h"
 
 namespace velk {
 
-struct DatabaseChoice {
-  std::string shown;             ///< fit to be printed: without passwords
-  std::string connectionString;  ///< of an ODBC driver
-  std::string path;              ///< of an embedded database; empty otherwise
+struct DatabaseChoice : CompanyDatabase {
+  std::string shown;  ///< fit to be printed: without passwords
 };
 
-/// What --database means: the path of an embedded database, or, where it holds "=" and no file is
-/// so called, an ODBC connection string. Without it, opnimp.db in the current folder.
+/// The database that --database names, or the default one.
 DatabaseChoice chooseDatabase(const std::optional<std::string>& option);
 
 /// Opens it. The default database is made with the sample company when it is not there, which `err`

@@ -1,4 +1,4 @@
-#include "apps/host/tour/posted_check.h"
+#include "tests/tour/posted_check.h"
 
 #include "base/errors.h"
 #include "platform/odbc/odbc_connection.h"
@@ -39,13 +39,13 @@ constexpr Expectation expectations[] = {
      "SELECT group_concat(BranchCode) FROM (SELECT BranchCode FROM BranchMaster ORDER BY 1)",
      "BSH001,BSH002,BSH003,CCB001,CCB002,DGB001,DGB002,DGB003,OB01,UBD001,UBD002"},
     {"new vendors with their accounts",
-     "SELECT group_concat(VendorID) FROM (SELECT VendorID FROM Vendors JOIN VendorAccount USING "
-     "(VendorID) WHERE VendorID LIKE 'W%' ORDER BY 1)",
+     "SELECT group_concat(VendorID) FROM (SELECT VendorID FROM Vendors "
+     "JOIN VendorAccount USING (VendorID) WHERE VendorID LIKE 'W%' ORDER BY 1)",
      "W01,W02,W03,W04,W05"},
     {"DS types of salesmen",
-     "SELECT group_concat(SalesmanID || ' ' || DSTypeValue) FROM (SELECT * FROM DStype_Details "
-     "JOIN "
-     "DSType_Master USING (DSTypeID) ORDER BY SalesmanID, DSTypeCtlPos)",
+     "SELECT group_concat(SalesmanID || ' ' || DSTypeValue) FROM "
+     "(SELECT * FROM DStype_Details JOIN DSType_Master USING (DSTypeID) "
+     "ORDER BY SalesmanID, DSTypeCtlPos)",
      "1 Rural,1 YES,2 Wholesale,2 NO,3 Retail,3 NO,4 Rural,4 NO,5 Wholesale,5 YES,6 Retail,6 NO,"
      "7 Wholesale,7 NO,8 Rural,8 NO"},
 };

@@ -1,4 +1,4 @@
-#include "apps/host/tour/tour.h"
+#include "tests/tour/tour.h"
 
 #include <algorithm>
 #include <array>
@@ -8,76 +8,26 @@
 
 #include "apps/host/company_tables.h"
 #include "apps/host/main_window.h"
-#include "apps/host/tour/posted_check.h"
-#include "apps/host/tour/salesman_edits.h"
-#include "apps/host/tour/screen_picture.h"
-#include "apps/host/tour/seen_windows.h"
-#include "apps/host/tour/user_input.h"
 #include "base/errors.h"
+#include "platform/odbc/odbc_connection.h"
 #include "platform/windows/wide_text.h"
+#include "samples/company/sample_company.h"
+#include "tests/tour/host_process.h"
+#include "tests/tour/posted_check.h"
+#include "tests/tour/salesman_edits.h"
+#include "tests/tour/screen_picture.h"
+#include "tests/tour/seen_list.h"
+#include "tests/tour/seen_windows.h"
+#include "tests/tour/tour_imports.h"
+#include "tests/tour/user_input.h"
 
 namespace velk {
 
 namespace {
 
-/// One import: where it is opened, what is chosen, what the user is told, where its result shows.
-struct TourImport {
-  std::string picture;  ///< how the names of its pictures begin
-  const wchar_t* button;
-  const wchar_t* title;
-  int type = 0;  ///< place in the master screen's list of types
-  const wchar_t* typeTitle = nullptr;
-  std::wstring file;  ///< full path
-  bool remaps = false;
-  bool exports = false;  ///< makes the file first: an export, edited
-  std::vector<std::wstring> messages;
-  std::string_view table;
-};
-
-std::vector<TourImport> tourImports(const TourPlan& plan) {
-  const std::wstring samples = plan.samplesFolder + L"\\";
-  return {{.picture = "customers",
-           .button = L"&Customer opening...",
-           .title = L"Import Customer Opening",
-           .file = samples + L"customer_opening.csv",
-           .remaps = true,
-           .messages = {L"Check The Error Log " + plan.errorLog},
-           .table = "Customer opening documents"},
-          {.picture = "vendors-opening",
-           .button = L"V&endor opening...",
-           .title = L"Import VendorOpening",
-           .file = samples + L"vendor_opening.csv",
-           .messages = {L"Import Successfull", L"Check The Error Log"},
-           .table = "Vendor opening documents"},
-          {.picture = "banks",
-           .button = L"&Masters...",
-           .title = L"Import - Bank & Branch",
-           .file = samples + L"bank_branch.csv",
-           .messages = {L"Import Successfull"},
-           .table = "Banks and branches"},
-          {.picture = "vendors",
-           .button = L"&Masters...",
-           .title = L"Import - Bank & Branch",
-           .type = 1,
-           .typeTitle = L"Import - Vendor",
-           .file = samples + L"vendor.csv",
-           .messages = {L"Import Successfull"},
-           .table = "Vendors"},
-          {.picture = "salesmen",
-           .button = L"&Masters...",
-           .title = L"Import - Bank & Branch",
-           .type = 2,
-           .typeTitle = L"Import - Salesman",
-           .file = toWide(plan.pictureFolder) + L"\\salesmen-edited.xls",
-           .exports = true,
-           .messages = {L"Salesman Imported.\r\nProcessed : 7\r\nUnProcessed : 1\r\n Please check "
-                        L"the error log."},
-           .table = "Salesmen"}};
-}
-
 class Tour {
  public:
-  explicit Tour(const TourPlan& plan) : plan_(plan) {}
+  Tour(const Places& places, const SeenWindows& host) : places_(places), host_(host) {}
 
   void run();
   int pictures() const { return pictures_; }
@@ -87,12 +37,15 @@ class Tour {
   void browse(HWND screen, const std::wstring& path);
   void exportSalesmen(HWND screen, const std::wstring& path);
   void answerFileDialog(const std::wstring& path, const std::string& pictureName);
+  HWND openPopup(POINT at) const;
   void remap(HWND screen);
   void showTable(std::string_view name);
   void showErrorLog();
+  void exit();
   void picture(const std::string& name);
 
-  const TourPlan& plan_;
+  const Places& places_;
+  const SeenWindows& host_;
   HWND main_ = nullptr;
   int pictures_ = 0;
 };
@@ -115,12 +68,12 @@ void choose(HWND box, int place) {
 }
 
 // A late report of an earlier move makes a drag of the click: as a user would, it tries again.
-HWND openPopup(POINT at) {
+HWND Tour::openPopup(POINT at) const {
   constexpr ULONGLONG betweenClicks = 3'000;  // milliseconds
   ULONGLONG next = 0;
   HWND menu = nullptr;
   waitFor("the popup menu", [&] {
-    const auto windows = topWindows();
+    const auto windows = host_.all();
     const auto isMenu = [](HWND window) { return classOf(window) == L"#32768"; };
     const auto found = std::ranges::find_if(windows, isMenu);
     if (found != windows.end()) {
@@ -137,12 +90,12 @@ HWND openPopup(POINT at) {
 void Tour::picture(const std::string& name) {
   std::array<char, 16> number{};
   std::snprintf(number.data(), number.size(), "%02d-", ++pictures_);
-  savePicture(takePicture(), plan_.pictureFolder + "\\" + number.data() + name + ".png");
+  savePicture(takePicture(host_), places_.pictures + toWide(number.data() + name + ".png"));
 }
 
 // Types the path into the dialog, as the user may instead of clicking through folders.
 void Tour::answerFileDialog(const std::wstring& path, const std::string& pictureName) {
-  const HWND dialog = windowOfClass(L"#32770");
+  const HWND dialog = host_.ofClass(L"#32770");
   const auto nameBox = [&] { return focusIn(dialog); };
   waitFor("the dialog's name box",
           [&] { return IsChild(dialog, nameBox()) != FALSE && classOf(nameBox()) == L"Edit"; });
@@ -162,7 +115,7 @@ void Tour::browse(HWND screen, const std::wstring& path) {
 
 // Exports all salesmen, and leaves them at `path` as a user may have edited them.
 void Tour::exportSalesmen(HWND screen, const std::wstring& path) {
-  const std::wstring exported = toWide(plan_.pictureFolder) + L"\\salesmen.xls";
+  const std::wstring exported = places_.pictures + L"salesmen.xls";
   click(buttonNamed(screen, L"&Export DS"));
   answerFileDialog(exported, "export");
   waitFor("the exported file", [&] {
@@ -195,11 +148,11 @@ void Tour::remap(HWND screen) {
 void Tour::import(const TourImport& what) {
   const std::string& name = what.picture;
   click(buttonNamed(main_, what.button));
-  const HWND screen = windowTitled(what.title);
+  const HWND screen = host_.titled(what.title);
   picture(name + "-opened");
   if (what.typeTitle != nullptr) {
     choose(childOfClass(screen, L"ComboBox"), what.type);
-    windowTitled(what.typeTitle);
+    host_.titled(what.typeTitle);
   }
   if (what.exports) exportSalesmen(screen, what.file);
   browse(screen, what.file);
@@ -210,7 +163,7 @@ void Tour::import(const TourImport& what) {
   if (what.remaps) remap(screen);
   click(import);
   for (const std::wstring& message : what.messages) {
-    const HWND box = messageBoxSaying(message);
+    const HWND box = host_.messageBoxSaying(message);
     picture(name + "-message");
     press(VK_RETURN);
     waitUntilGone(box);
@@ -219,7 +172,7 @@ void Tour::import(const TourImport& what) {
   waitUntilIdle(screen);
   click(buttonNamed(screen, L"C&lose"));
   waitUntilGone(screen);
-  windowTitled(hostTitle);
+  host_.titled(hostTitle);
   showTable(what.table);
   picture(name + "-posted");
 }
@@ -236,7 +189,7 @@ void Tour::showTable(std::string_view name) {
 
 void Tour::showErrorLog() {
   press('V', true);
-  windowOfClass(L"#32768");
+  host_.ofClass(L"#32768");
   press('E');
   const HWND choice = childOfClass(main_, L"ComboBox");
   const auto place = static_cast<LRESULT>(companyTables().size());
@@ -245,25 +198,40 @@ void Tour::showErrorLog() {
   picture("error-log");
 }
 
+// By the menu, as a user may.
+void Tour::exit() {
+  press('I', true);
+  host_.ofClass(L"#32768");
+  press('X');
+}
+
 void Tour::run() {
-  main_ = windowTitled(hostTitle);
+  main_ = host_.titled(hostTitle);
   picture("host");
-  for (const TourImport& what : tourImports(plan_)) import(what);
+  for (const TourImport& what : openingImports(places_)) import(what);
+  for (const TourImport& what : masterImports(places_)) import(what);
   showErrorLog();
+  exit();
 }
 
 }  // namespace
 
-std::string runTour(const TourPlan& plan) {
-  const std::size_t logged = errorLogLines(plan.errorLog).size();
-  Tour tour(plan);
+std::string runTour(const std::wstring& folder) {
+  const Places places(folder);
+  const std::string company = fromWide(places.company);
+  createSampleCompany(company);
+  const std::size_t logged = errorLogLines(places.errorLog).size();
+  const HostProcess host(places.host, L"--database \"" + places.company + L'"');
+  const SeenWindows windows(host.id());
+  Tour tour(places, windows);
   try {
     tour.run();
+    host.waitForEnd();
   } catch (...) {
-    savePicture(displayedNow(), plan.pictureFolder + "\\failed.png");
+    savePicture(displayedNow(windows), places.pictures + L"failed.png");
     throw;
   }
-  checkPosted(plan.connectionString, errorLogLines(plan.errorLog).size() - logged);
+  checkPosted(embeddedConnectionString(company), errorLogLines(places.errorLog).size() - logged);
   return "All that the five files hold was posted or is in the error log; " +
          std::to_string(tour.pictures()) + " pictures show how";
 }

@@ -1,7 +1,7 @@
-#include "apps/host/tour/user_input.h"
+#include "tests/tour/user_input.h"
 
-#include "apps/host/tour/seen_windows.h"
 #include "base/errors.h"
+#include "tests/tour/seen_windows.h"
 
 namespace velk {
 

@@ -1,0 +1,45 @@
+#include "apps/database/company_database.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "base/errors.h"
+#include "platform/odbc/odbc_connection.h"
+#include "samples/company/sample_company.h"
+
+namespace velk {
+
+namespace {
+
+constexpr const char* defaultPath = "opnimp.db";
+
+bool exists(const std::string& path) {
+  std::error_code error;
+  // As UTF-8: a path of plain characters would be in the code page on Windows.
+  return std::filesystem::exists(std::u8string(path.begin(), path.end()), error);
+}
+
+}  // namespace
+
+CompanyDatabase companyDatabase(const std::optional<std::string>& option) {
+  const std::string text = option.value_or(defaultPath);
+  // A file whose name holds "=" is still a file.
+  if (text.find('=') != std::string::npos && !exists(text)) return {text, {}};
+  return {embeddedConnectionString(text), text};
+}
+
+bool isMissing(const CompanyDatabase& database) {
+  return !database.path.empty() && !exists(database.path);
+}
+
+bool makeSampleCompany(const std::string& path) {
+  try {
+    createSampleCompany(path);
+    return true;
+  } catch (const RuntimeError& error) {
+    if (error.is(ErrorNumber::FileAlreadyOpen)) return false;
+    throw;
+  }
+}
+
+}  // namespace velk

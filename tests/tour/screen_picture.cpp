@@ -1,0 +1,105 @@
+#include "tests/tour/screen_picture.h"
+
+#include <windows.h>
+
+#include <wincodec.h>
+#include <wrl/client.h>
+
+#include <algorithm>
+
+#include "base/errors.h"
+#include "platform/windows/com_errors.h"
+#include "tests/tour/handles.h"
+
+namespace velk {
+
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+RECT coveredArea(const SeenWindows& windows) {
+  RECT all{};
+  for (const HWND window : windows.all()) {
+    RECT at;
+    if (GetWindowRect(window, &at) != FALSE) UnionRect(&all, &all, &at);
+  }
+  const RECT display{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+  IntersectRect(&all, &all, &display);
+  return all;
+}
+
+bool isPainted(const SeenWindows& windows) {
+  const auto waits = [](HWND window) { return GetUpdateRect(window, nullptr, FALSE) != FALSE; };
+  return std::ranges::none_of(windows.all(), [&](HWND window) {
+    return waits(window) || std::ranges::any_of(childWindows(window), waits);
+  });
+}
+
+ComPtr<IWICImagingFactory> imagingFactory() {
+  ComPtr<IWICImagingFactory> factory;
+  check(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
+                         IID_PPV_ARGS(&factory)));
+  return factory;
+}
+
+}  // namespace
+
+Picture displayedNow(const SeenWindows& windows) {
+  const RECT area = coveredArea(windows);
+  const LONG width = area.right - area.left;
+  const LONG height = area.bottom - area.top;
+  BITMAPINFO format{};
+  // A negative height: from the top.
+  format.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  const UniqueDisplayDc display(GetDC(nullptr));
+  void* pixels = nullptr;
+  const UniqueBitmap bitmap(
+      CreateDIBSection(display.get(), &format, DIB_RGB_COLORS, &pixels, nullptr, 0));
+  if (!bitmap) throw RuntimeError(ErrorNumber::OutOfMemory);
+  const UniqueMemoryDc memory(CreateCompatibleDC(display.get()));  // goes before what it draws on
+  SelectObject(memory.get(), bitmap.get());
+  BitBlt(memory.get(), 0, 0, width, height, display.get(), area.left, area.top, SRCCOPY);
+  GdiFlush();
+  const auto* first = static_cast<const std::uint32_t*>(pixels);
+  return {static_cast<std::uint32_t>(width),
+          static_cast<std::uint32_t>(height),
+          {first, first + static_cast<std::ptrdiff_t>(width) * height}};
+}
+
+// Two looks that are equal: windows paint in several steps, and some paint without being asked.
+Picture takePicture(const SeenWindows& windows) {
+  Picture picture;
+  waitFor("the windows to be painted", [&] {
+    if (!isPainted(windows)) return false;
+    Picture next = displayedNow(windows);
+    const bool unchanged = next == picture;
+    picture = std::move(next);
+    return unchanged;
+  });
+  return picture;
+}
+
+// Wine's encoder takes rows of three bytes a pixel; WriteSource converts to them.
+void savePicture(const Picture& picture, const std::wstring& path) {
+  const auto factory = imagingFactory();
+  std::vector<std::uint32_t> pixels = picture.pixels;
+  const auto stride = static_cast<UINT>(picture.width * sizeof pixels[0]);
+  ComPtr<IWICBitmap> bitmap;
+  check(factory->CreateBitmapFromMemory(picture.width, picture.height, GUID_WICPixelFormat32bppBGR,
+                                        stride, stride * picture.height,
+                                        reinterpret_cast<BYTE*>(pixels.data()), &bitmap));
+  ComPtr<IWICStream> file;
+  check(factory->CreateStream(&file));
+  check(file->InitializeFromFilename(path.c_str(), GENERIC_WRITE));
+  ComPtr<IWICBitmapEncoder> encoder;
+  check(factory->CreateEncoder(GUID_ContainerFormatPng, nullptr, &encoder));
+  check(encoder->Initialize(file.Get(), WICBitmapEncoderNoCache));
+  ComPtr<IWICBitmapFrameEncode> frame;
+  check(encoder->CreateNewFrame(&frame, nullptr));
+  check(frame->Initialize(nullptr));
+  check(frame->WriteSource(bitmap.Get(), nullptr));
+  check(frame->Commit());
+  check(encoder->Commit());
+}
+
+}  // namespace velk

@@ -1,0 +1,29 @@
+// Pictures of what another program shows.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tests/tour/seen_windows.h"
+
+namespace velk {
+
+struct Picture {
+  std::uint32_t width = 0;
+  std::uint32_t height = 0;
+  /// Row by row from the top left: blue, green, red and an unused byte, from the lowest byte on.
+  std::vector<std::uint32_t> pixels;
+
+  bool operator==(const Picture&) const = default;
+};
+
+/// The part of the display that the windows cover, as it is now.
+Picture displayedNow(const SeenWindows& windows);
+/// The same once it is all painted and does not change any more.
+Picture takePicture(const SeenWindows& windows);
+
+/// Writes a PNG file, by the system's imaging component. Errors: what that says.
+void savePicture(const Picture& picture, const std::wstring& path);
+
+}  // namespace velk

@@ -1,0 +1,16 @@
+// The demonstration host in use: a complete import of each kind, by mouse and keyboard, with a
+// picture of every stage, and a check of what the database holds in the end.
+#pragma once
+
+#include <string>
+
+namespace velk {
+
+/// Starts the host that lies beside this program, on a new sample company in `folder`, which also
+/// takes the pictures, imports the files from the folder "samples" beside this program, and closes
+/// the host. The text that it returns says what was done. Error 5 when something that should happen
+/// does not, or when the database does not hold what should have been posted; 55 when the folder
+/// holds a company already.
+std::string runTour(const std::wstring& folder);
+
+}  // namespace velk

@@ -1,0 +1,40 @@
+// The imports of the tour: what is clicked, and what a user is told.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velk {
+
+/// Where things lie that the tour needs; full paths, because file dialogs change the current
+/// folder.
+struct Places {
+  explicit Places(const std::wstring& pictureFolder);
+
+  std::wstring pictures;
+  std::wstring programs;  ///< the folder of this program
+  std::wstring host = programs + L"opnimp_host.exe";
+  std::wstring samples = programs + L"samples\\";
+  std::wstring errorLog = programs + L"Error.log";
+  std::wstring company = pictures + L"company.db";
+};
+
+/// One import: where it is opened, what is chosen, what the user is told, where its result shows.
+struct TourImport {
+  std::string picture;  ///< how the names of its pictures begin
+  const wchar_t* button;
+  const wchar_t* title;
+  int type = 0;  ///< place in the master screen's list of types
+  const wchar_t* typeTitle = nullptr;
+  std::wstring file;  ///< full path
+  bool remaps = false;
+  bool exports = false;  ///< makes the file first: an export, edited
+  std::vector<std::wstring> messages;
+  std::string_view table;
+};
+
+std::vector<TourImport> openingImports(const Places& places);
+std::vector<TourImport> masterImports(const Places& places);
+
+}  // namespace velk
