@@ -6,14 +6,22 @@
 #include "apps/opnimp/cli/help.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/report/json_writer.h"
-#include "apps/opnimp/run/commands.h"
 #include "apps/opnimp/run/database_choice.h"
+#include "apps/opnimp/run/export_command.h"
+#include "apps/opnimp/run/import_command.h"
+#include "apps/opnimp/run/preview_command.h"
 
 namespace velk {
 
 namespace {
 
-ExitStatus runTask(const Arguments& arguments, Streams& streams, const Machine& machine) {
+ExitStatus runDemoDatabase(const Arguments& arguments, const Streams& streams) {
+  makeDemoDatabase(arguments.file);
+  streams.out << "Made " << printable(arguments.file) << " with the sample company.\n";
+  return ExitStatus::Posted;
+}
+
+ExitStatus runTask(const Arguments& arguments, Streams& streams, const Surroundings& surroundings) {
   switch (arguments.task) {
     case Task::Help:
       streams.out << helpText();
@@ -22,11 +30,11 @@ ExitStatus runTask(const Arguments& arguments, Streams& streams, const Machine& 
       streams.out << versionText();
       break;
     case Task::Import:
-      return runImport(arguments, streams, machine);
+      return runImport(arguments, streams, surroundings);
     case Task::Preview:
-      return runPreview(arguments, streams, machine);
+      return runPreview(arguments, streams, surroundings);
     case Task::Export:
-      return runExport(arguments, streams, machine);
+      return runExport(arguments, streams, surroundings);
     case Task::DemoDatabase:
       return runDemoDatabase(arguments, streams);
   }
@@ -47,17 +55,12 @@ int fail(ExitStatus status, const std::string& text, bool json, Streams& streams
 
 }  // namespace
 
-ExitStatus runDemoDatabase(const Arguments& arguments, const Streams& streams) {
-  makeDemoDatabase(arguments.file);
-  streams.out << "Made " << printable(arguments.file) << " with the sample company.\n";
-  return ExitStatus::Posted;
-}
-
-int runOpnimp(std::span<const std::string> args, Streams& streams, const Machine& machine) {
+int runOpnimp(std::span<const std::string> args, Streams& streams,
+              const Surroundings& surroundings) {
   const bool json = asksForJson(args);
   try {
     const Arguments arguments = parseArguments(args);
-    const ExitStatus status = runTask(arguments, streams, machine);
+    const ExitStatus status = runTask(arguments, streams, surroundings);
     streams.out.flush();
     if (streams.out) return static_cast<int>(status);
     const bool ran =

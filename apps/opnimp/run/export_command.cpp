@@ -1,3 +1,5 @@
+#include "apps/opnimp/run/export_command.h"
+
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -9,7 +11,6 @@
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/cli/progress.h"
 #include "apps/opnimp/report/json_writer.h"
-#include "apps/opnimp/run/commands.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "base/errors.h"
@@ -56,10 +57,10 @@ class Target {
 
 class ExportRun {
  public:
-  ExportRun(const Arguments& arguments, const Streams& streams, const Machine& machine)
+  ExportRun(const Arguments& arguments, const Streams& streams, const Surroundings& surroundings)
       : arguments_(arguments),
         streams_(streams),
-        machine_(machine),
+        surroundings_(surroundings),
         progress_(streams.err, false),
         recorder_(Recorder::Mode::Post) {}
 
@@ -68,7 +69,7 @@ class ExportRun {
     const DatabaseChoice choice = chooseDatabase(arguments_.database);
     checkWrites({"the export", arguments_.file, {arguments_.file}}, choice, folder, {});
     const Target target(arguments_.file);
-    database_ = openDatabase(choice, !arguments_.database, machine_, streams_.err);
+    database_ = openDatabase(choice, !arguments_.database, surroundings_, streams_.err);
     shownDatabase_ = choice.shown;
     drive(folder);
     if (arguments_.json) {
@@ -82,7 +83,7 @@ class ExportRun {
  private:
   void drive(const std::string& folder) {
     ScreenSession session(recorder_,
-                          {folder, machine_.clock, messagesTo(streams_.err, progress_), true});
+                          {folder, surroundings_.clock, messagesTo(streams_.err, progress_), true});
     errorLog_ = session.errorLogPath();
     try {
       session.open(*arguments_.kind, recorder_.wrap(database_.connection));
@@ -181,7 +182,7 @@ class ExportRun {
 
   const Arguments& arguments_;
   const Streams& streams_;
-  const Machine& machine_;
+  const Surroundings& surroundings_;
   OpenDatabase database_;
   std::string shownDatabase_;
   Progress progress_;
@@ -194,8 +195,9 @@ class ExportRun {
 
 }  // namespace
 
-ExitStatus runExport(const Arguments& arguments, const Streams& streams, const Machine& machine) {
-  return ExportRun(arguments, streams, machine).run();
+ExitStatus runExport(const Arguments& arguments, const Streams& streams,
+                     const Surroundings& surroundings) {
+  return ExportRun(arguments, streams, surroundings).run();
 }
 
 }  // namespace velk

@@ -1,3 +1,5 @@
+#include "apps/opnimp/run/import_command.h"
+
 #include <algorithm>
 #include <memory>
 #include <new>
@@ -8,7 +10,6 @@
 #include "apps/opnimp/cli/progress.h"
 #include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/report/reject_files.h"
-#include "apps/opnimp/run/commands.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/ds_types.h"
 #include "apps/opnimp/run/run_support.h"
@@ -68,9 +69,9 @@ std::string screenRefusal(const ImportResult& result) {
 
 class ImportRun {
  public:
-  ImportRun(const Arguments& arguments, const Streams& streams, const Machine& machine)
+  ImportRun(const Arguments& arguments, const Streams& streams, const Surroundings& surroundings)
       : streams_(streams),
-        machine_(machine),
+        surroundings_(surroundings),
         progress_(streams.err, streams.errIsTerminal),
         recorder_(arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post) {
     result_.arguments = arguments;
@@ -100,8 +101,8 @@ class ImportRun {
     const DatabaseChoice choice = chooseDatabase(arguments().database);
     result_.database = choice.shown;
     prepareRejects(choice);
-    database_ = openDatabase(choice, !arguments().database, machine_, streams_.err);
-    recorder_.interrupted = machine_.interrupted;
+    database_ = openDatabase(choice, !arguments().database, surroundings_, streams_.err);
+    recorder_.interrupted = surroundings_.interrupted;
     recorder_.onRecord = [this](std::size_t record) { progress_.show(record); };
     progress_.setTotal(result_.input->count());
   }
@@ -118,8 +119,8 @@ class ImportRun {
   void drive() {
     std::optional<DryRun> dryRun;
     if (arguments().dryRun) dryRun.emplace(database_);
-    ScreenSession session(recorder_, {folder_, machine_.clock, messagesTo(streams_.err, progress_),
-                                      !arguments().dryRun});
+    ScreenSession session(recorder_, {folder_, surroundings_.clock,
+                                      messagesTo(streams_.err, progress_), !arguments().dryRun});
     result_.errorLog = session.errorLogPath();
     try {
       ImportScreen& screen = session.open(kind(), recorder_.wrap(database_.connection));
@@ -138,7 +139,8 @@ class ImportRun {
     screenRecords_ = screen.RecordCount();
     findWarningsNow();
     refuseBeforehand();
-    if (machine_.interrupted && machine_.interrupted()) throw RunEnded{RunEnded::Why::Interrupted};
+    if (surroundings_.interrupted && surroundings_.interrupted())
+      throw RunEnded{RunEnded::Why::Interrupted};
     began_ = true;
     const EventResult event = session.import();
     screenKept_ = screen.cmdImport.enabled();
@@ -162,8 +164,8 @@ class ImportRun {
   }
 
   void findWarningsNow() {
-    result_.warnings =
-        findWarnings(*result_.input, kind(), result_.mapping, civilFromDate(machine_.clock()).year);
+    result_.warnings = findWarnings(*result_.input, kind(), result_.mapping,
+                                    civilFromDate(surroundings_.clock()).year);
   }
 
   void brokeOff(const RunEnded& ended) {
@@ -223,7 +225,7 @@ class ImportRun {
   }
 
   const Streams& streams_;
-  const Machine& machine_;
+  const Surroundings& surroundings_;
   ImportResult result_;
   std::string folder_;
   std::optional<RejectFiles> rejects_;
@@ -237,8 +239,9 @@ class ImportRun {
 
 }  // namespace
 
-ExitStatus runImport(const Arguments& arguments, const Streams& streams, const Machine& machine) {
-  ImportRun run(arguments, streams, machine);
+ExitStatus runImport(const Arguments& arguments, const Streams& streams,
+                     const Surroundings& surroundings) {
+  ImportRun run(arguments, streams, surroundings);
   const ImportResult& result = run.run();
   if (arguments.json) {
     writeJsonReport(result, streams.out);

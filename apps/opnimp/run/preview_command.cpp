@@ -1,3 +1,5 @@
+#include "apps/opnimp/run/preview_command.h"
+
 #include <algorithm>
 #include <memory>
 #include <new>
@@ -7,7 +9,6 @@
 #include "apps/opnimp/records/field_mapping.h"
 #include "apps/opnimp/report/json_writer.h"
 #include "apps/opnimp/report/report_parts.h"
-#include "apps/opnimp/run/commands.h"
 #include "apps/opnimp/run/preview_connection.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_session.h"
@@ -23,13 +24,13 @@ constexpr std::size_t widestCell = 24;
 
 class Preview {
  public:
-  Preview(const Arguments& arguments, const Streams& streams, const Machine& machine)
+  Preview(const Arguments& arguments, const Streams& streams, const Surroundings& surroundings)
       : arguments_(arguments),
         streams_(streams),
-        machine_(machine),
+        surroundings_(surroundings),
         progress_(streams.err, false),
         recorder_(Recorder::Mode::DryRun),
-        session_(recorder_, {".", machine.clock, messagesTo(streams.err, progress_), false}),
+        session_(recorder_, {".", surroundings.clock, messagesTo(streams.err, progress_), false}),
         input_(readInput(arguments)) {}
 
   ExitStatus run() {
@@ -41,8 +42,8 @@ class Preview {
     } catch (const Refused& refused) {
       refusal_ = refused.what();
     }
-    warnings_ =
-        findWarnings(*input_, *arguments_.kind, mapping_, civilFromDate(machine_.clock()).year);
+    warnings_ = findWarnings(*input_, *arguments_.kind, mapping_,
+                             civilFromDate(surroundings_.clock()).year);
     if (arguments_.json) {
       writeJson();
     } else {
@@ -150,7 +151,7 @@ class Preview {
 
   const Arguments& arguments_;
   const Streams& streams_;
-  const Machine& machine_;
+  const Surroundings& surroundings_;
   Progress progress_;
   Recorder recorder_;
   ScreenSession session_;
@@ -162,9 +163,10 @@ class Preview {
 
 }  // namespace
 
-ExitStatus runPreview(const Arguments& arguments, const Streams& streams, const Machine& machine) {
+ExitStatus runPreview(const Arguments& arguments, const Streams& streams,
+                      const Surroundings& surroundings) {
   try {
-    return Preview(arguments, streams, machine).run();
+    return Preview(arguments, streams, surroundings).run();
   } catch (const std::bad_alloc&) {
     throw CannotOpen(tooLarge(arguments.file));
   }
