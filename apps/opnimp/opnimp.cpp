@@ -3,7 +3,6 @@
 #include <exception>
 
 #include "apps/opnimp/cli/failures.h"
-#include "apps/opnimp/cli/help.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/report/json_writer.h"
 #include "apps/opnimp/run/database_choice.h"
@@ -21,24 +20,19 @@ ExitStatus runDemoDatabase(const Arguments& arguments, const Streams& streams) {
   return ExitStatus::Posted;
 }
 
-ExitStatus runTask(const Arguments& arguments, Streams& streams, const Surroundings& surroundings) {
-  switch (arguments.task) {
-    case Task::Help:
-      streams.out << helpText();
-      break;
-    case Task::Version:
-      streams.out << versionText();
-      break;
-    case Task::Import:
+ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
+                      const Surroundings& surroundings) {
+  switch (arguments.command) {
+    case Arguments::Command::Import:
       return runImport(arguments, streams, surroundings);
-    case Task::Preview:
+    case Arguments::Command::Preview:
       return runPreview(arguments, streams, surroundings);
-    case Task::Export:
+    case Arguments::Command::Export:
       return runExport(arguments, streams, surroundings);
-    case Task::DemoDatabase:
-      return runDemoDatabase(arguments, streams);
+    case Arguments::Command::DemoDatabase:
+      break;
   }
-  return ExitStatus::Posted;
+  return runDemoDatabase(arguments, streams);
 }
 
 int fail(ExitStatus status, const std::string& text, bool json, Streams& streams) {
@@ -60,11 +54,14 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
   const bool json = asksForJson(args);
   try {
     const Arguments arguments = parseArguments(args);
-    const ExitStatus status = runTask(arguments, streams, surroundings);
+    streams.out << arguments.answer;
+    const bool answered = !arguments.answer.empty();
+    const ExitStatus status =
+        answered ? ExitStatus::Posted : runCommand(arguments, streams, surroundings);
     streams.out.flush();
     if (streams.out) return static_cast<int>(status);
-    const bool ran =
-        arguments.task == Task::Import && !arguments.dryRun && status != ExitStatus::Refused;
+    const bool ran = !answered && arguments.command == Arguments::Command::Import &&
+                     !arguments.dryRun && status != ExitStatus::Refused;
     return fail(ExitStatus::BrokeOff,
                 ran ? "the import ran, but its report could not be written; look up in the "
                       "database what was posted before importing again"
