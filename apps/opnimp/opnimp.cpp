@@ -4,7 +4,7 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
-#include "apps/opnimp/report/json_writer.h"
+#include "apps/opnimp/report/json_document.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/export_command.h"
 #include "apps/opnimp/run/import_command.h"
@@ -37,13 +37,7 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
 
 int fail(ExitStatus status, const std::string& text, bool json, Streams& streams) {
   streams.err << "opnimp: " << printable(text) << ".\n";
-  if (json) {
-    JsonWriter writer(streams.out);
-    writer.beginObject();
-    writer.member("status", static_cast<int>(status));
-    writer.member("error", text);
-    writer.endObject();
-  }
+  if (json) writeErrorDocument(status, text, streams.out);
   return static_cast<int>(status);
 }
 

@@ -112,8 +112,4 @@ std::string money(long double amount) {
   return text == "-0.00" ? "0.00" : text;
 }
 
-std::string shortest(double number) {
-  return numberText(number);
-}
-
 }  // namespace velk

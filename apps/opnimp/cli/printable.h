@@ -28,7 +28,5 @@ std::string grouped(std::size_t number);
 std::string counted(std::size_t number, std::string_view one, std::string_view many);
 /// Two decimals, no separators; in 15 digits from 1e15 on.
 std::string money(long double amount);
-/// The shortest text that reads back as the number.
-std::string shortest(double number);
 
 }  // namespace velk

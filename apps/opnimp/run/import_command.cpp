@@ -8,8 +8,9 @@
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/progress.h"
-#include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/report/reject_files.h"
+#include "apps/opnimp/report/report_json.h"
+#include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/ds_types.h"
 #include "apps/opnimp/run/run_support.h"
@@ -243,11 +244,7 @@ ExitStatus runImport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
   ImportRun run(arguments, streams, surroundings);
   const ImportResult& result = run.run();
-  if (arguments.json) {
-    writeJsonReport(result, streams.out);
-  } else {
-    writeTextReport(result, streams.out);
-  }
+  (arguments.json ? writeJsonReport : writeTextReport)(result, streams.out);
   return result.status;
 }
 
