@@ -48,7 +48,7 @@ void writeExportText(const ExportOutcome& outcome, std::ostream& out) {
 }
 
 void writeExportJson(const ExportOutcome& outcome, std::ostream& out) {
-  writeDocument({{"command", "export"},
+  out << textOf({{"command", "export"},
                  {"kind", outcome.arguments.kind->name},
                  {"status", outcome.status},
                  {"file", outcome.arguments.file},
@@ -58,8 +58,8 @@ void writeExportJson(const ExportOutcome& outcome, std::ostream& out) {
                  {"salesmen", outcome.file.salesmen},
                  {"dsTypes", outcome.file.dsTypes},
                  {"handheldValues", outcome.file.handheldValues},
-                 {"notes", notes(outcome)}},
-                out);
+                 {"notes", notes(outcome)}})
+      << '\n';
 }
 
 }  // namespace velk

@@ -47,13 +47,13 @@ Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWo
   return list;
 }
 
-void writeDocument(Json document, std::ostream& out) {
-  makeValid(document);
-  out << document << '\n';
+std::string textOf(Json json) {
+  makeValid(json);
+  return json.dump();
 }
 
 void writeErrorDocument(ExitStatus status, const std::string& text, std::ostream& out) {
-  writeDocument({{"status", status}, {"error", text}}, out);
+  out << textOf({{"status", status}, {"error", text}}) << '\n';
 }
 
 }  // namespace velk

@@ -22,8 +22,8 @@ Json mappingJson(const std::vector<FieldMapping>& mapping);
 /// `placeWord`: what the lines of a warning are, see InputRecords.
 Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWord);
 
-/// Writes one line, in valid UTF-8 whatever the texts contain.
-void writeDocument(Json document, std::ostream& out);
+/// Its text, in valid UTF-8 whatever the texts in it contain.
+std::string textOf(Json json);
 /// The document of a command that ended before it had a report.
 void writeErrorDocument(ExitStatus status, const std::string& text, std::ostream& out);
 

@@ -77,7 +77,7 @@ void writePreviewText(const PreviewResult& preview, std::ostream& out) {
 
 void writePreviewJson(const PreviewResult& preview, std::ostream& out) {
   const bool shown = preview.refusal.empty();
-  writeDocument({{"command", "preview"},
+  out << textOf({{"command", "preview"},
                  {"kind", preview.arguments.kind->name},
                  {"status", preview.status()},
                  {"file", preview.arguments.file},
@@ -86,8 +86,8 @@ void writePreviewJson(const PreviewResult& preview, std::ostream& out) {
                  {"mapping", mappingJson(preview.mapping)},
                  {"warnings", warningsJson(preview.warnings, preview.input->placeWord())},
                  {"columns", shown ? Json(preview.titles) : Json::array()},
-                 {"rows", shown ? Json(preview.rows) : Json::array()}},
-                out);
+                 {"rows", shown ? Json(preview.rows) : Json::array()}})
+      << '\n';
 }
 
 }  // namespace velk

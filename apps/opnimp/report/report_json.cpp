@@ -102,14 +102,6 @@ Json recordJson(const ImportResult& result, std::size_t record) {
   return json;
 }
 
-Json recordsJson(const ImportResult& result) {
-  Json list = Json::array();
-  for (std::size_t record = 0; record < result.traces.records.size(); ++record) {
-    list.push_back(recordJson(result, record));
-  }
-  return list;
-}
-
 Json sumsJson(const Sums& sums, bool amounts) {
   Json json{{"count", sums.count}};
   if (!amounts) return json;
@@ -142,28 +134,44 @@ Json accountJson(const ImportResult& result) {
           {"differences", account.differences}};
 }
 
+// One at a time: the records of a long file as one document would take many times its memory.
+void writeRecords(const ImportResult& result, std::ostream& out) {
+  out << "\"records\":[";
+  for (std::size_t record = 0; record < result.traces.records.size(); ++record) {
+    out << (record == 0 ? "" : ",") << textOf(recordJson(result, record));
+  }
+  out << ']';
+}
+
+Json headJson(const ImportResult& result) {
+  return {{"command", "import"},
+          {"kind", result.arguments.kind->name},
+          {"status", result.status},
+          {"file", result.arguments.file},
+          {"database", result.database},
+          {"dryRun", result.isDryRun()},
+          {"refused", orNull(result.refusal)},
+          {"brokeOff", orNull(result.brokeOff)},
+          {"rejectsError", orNull(result.rejectsError)},
+          {"errorLog", result.errorLog},
+          {"mapping", mappingJson(result.mapping)},
+          {"warnings", warningsJson(result.warnings, result.input->placeWord())},
+          {"log", listOf(result.traces.runLines, lineJson)},
+          {"messages", listOf(result.traces.runMessages, messageJson)}};
+}
+
 }  // namespace
 
 void writeJsonReport(const ImportResult& result, std::ostream& out) {
-  writeDocument({{"command", "import"},
-                 {"kind", result.arguments.kind->name},
-                 {"status", result.status},
-                 {"file", result.arguments.file},
-                 {"database", result.database},
-                 {"dryRun", result.isDryRun()},
-                 {"refused", orNull(result.refusal)},
-                 {"brokeOff", orNull(result.brokeOff)},
-                 {"rejectsError", orNull(result.rejectsError)},
-                 {"errorLog", result.errorLog},
-                 {"mapping", mappingJson(result.mapping)},
-                 {"warnings", warningsJson(result.warnings, result.input->placeWord())},
-                 {"log", listOf(result.traces.runLines, lineJson)},
-                 {"messages", listOf(result.traces.runMessages, messageJson)},
-                 {"records", recordsJson(result)},
-                 {"account", accountJson(result)},
-                 {"rejectFiles", result.rejectFiles},
-                 {"next", nextSteps(result)}},
-                out);
+  std::string head = textOf(headJson(result));
+  head.back() = ',';  // in place of the closing brace: the object goes on
+  out << head;
+  writeRecords(result, out);
+  std::string tail = textOf({{"account", accountJson(result)},
+                             {"rejectFiles", result.rejectFiles},
+                             {"next", nextSteps(result)}});
+  tail.front() = ',';
+  out << tail << '\n';
 }
 
 }  // namespace velk
