@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "apps/opnimp/cli/printable.h"
-#include "apps/opnimp/warnings/warnings.h"
+#include "apps/opnimp/records/file_bytes.h"
 #include "base/text.h"
 #include "platform/spreadsheet/xls/compound_file.h"
 
@@ -13,11 +13,6 @@ namespace velk {
 namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
-
-/// Of the .xls or .xlsx format.
-bool isWorkbook(std::string_view bytes) {
-  return xls::CompoundFile::recognises(bytes) || bytes.starts_with("PK\x03\x04");
-}
 
 }  // namespace
 
@@ -37,6 +32,10 @@ CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
   }
 }
 
+bool CsvRecords::isWorkbook() const {
+  return xls::CompoundFile::recognises(bytes_) || bytes_.starts_with("PK\x03\x04");
+}
+
 std::vector<std::string> CsvRecords::fields(std::size_t record, QuotedComma quotedComma,
                                             std::size_t most) const {
   std::string line = CodePage::windows1252().decode(bytesOf(record));
@@ -54,21 +53,13 @@ std::vector<std::string> CsvRecords::fields(std::size_t record, QuotedComma quot
 // too.
 std::string CsvRecords::refusal(const ImportKind& kind) const {
   if (bytes_.empty()) return "the file is empty; its first line must hold column titles";
-  if (isWorkbook(bytes_)) {
+  if (isWorkbook()) {
     return "the file is a workbook; save it as comma-separated text (*.csv)";
   }
   const std::size_t columns = countFields(header().substr(0, header().find('\r')));
   if (kind.columns == 0 || columns == kind.columns) return {};
   return "the first line has " + counted(columns, "column", "columns") + "; a file of the kind " +
          std::string(kind.name) + " must have exactly " + std::to_string(kind.columns);
-}
-
-void CsvRecords::findWarnings(const ImportKind& kind, const std::vector<FieldMapping>& mapping,
-                              int currentYear, Warnings& warnings) const {
-  if (isWorkbook(bytes_)) return;
-  warnOfBytes(*this, warnings);
-  warnOfLines(*this, kind, warnings);
-  if (!mapping.empty()) warnOfValues(*this, kind, mapping, currentYear, warnings);
 }
 
 void CsvRecords::write(FileSystem& files, std::string_view path,

@@ -1,6 +1,6 @@
 #include "apps/opnimp/records/workbook_records.h"
 
-#include "apps/opnimp/warnings/warnings.h"
+#include "apps/opnimp/records/file_bytes.h"
 #include "base/errors.h"
 #include "base/text.h"
 #include "platform/spreadsheet/xls/xls_spreadsheet.h"
@@ -88,14 +88,6 @@ std::vector<std::size_t> WorkbookRecords::unreadRows() const {
     if (!isBlank(static_cast<int>(row), 1, lastColumn)) rows.push_back(row);
   }
   return rows;
-}
-
-void WorkbookRecords::findWarnings(const ImportKind& /*kind*/,
-                                   const std::vector<FieldMapping>& mapping, int /*currentYear*/,
-                                   Warnings& warnings) const {
-  if (!hasCaptions()) return;
-  warnOfCells(*this, warnings);
-  if (!mapping.empty()) warnOfSalesmen(*this, mapping, warnings);
 }
 
 std::vector<std::string> WorkbookRecords::valuesOf(const PickList& list) const {

@@ -15,6 +15,7 @@
 #include "apps/opnimp/run/ds_types.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_session.h"
+#include "apps/opnimp/warnings/find_warnings.h"
 #include "base/errors.h"
 
 namespace velk {

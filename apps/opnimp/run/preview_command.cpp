@@ -8,6 +8,7 @@
 #include "apps/opnimp/run/preview_connection.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_session.h"
+#include "apps/opnimp/warnings/find_warnings.h"
 
 namespace velk {
 

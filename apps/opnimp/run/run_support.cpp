@@ -6,6 +6,7 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/records/field_mapping.h"
+#include "apps/opnimp/records/read_records.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "base/errors.h"
 #include "platform/native/native_files.h"
