@@ -4,73 +4,59 @@
 #include <algorithm>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 
 namespace velk {
 
 namespace {
 
-using Command = Arguments::Command;
+using enum Arguments::Command;
 
 struct CommandRow {
+  Arguments::Command command;
   std::string name;
-  Command command;
-  std::vector<std::pair<std::string, std::string>> words;  ///< that follow it, with what they are
-  std::string takes;                                       ///< the same for an error
+  std::string file;  ///< its last word: what the path is of
   std::string what;
 };
 
 struct Option {
   std::string name;
-  std::string value{};            ///< what follows it; empty: it is a flag
-  std::vector<Command> commands;  ///< that take it
+  std::string value{};                       ///< what follows it; empty: it is a flag
+  std::vector<Arguments::Command> commands;  ///< that take it
   std::string what;
   std::optional<std::string> Arguments::*text = nullptr;
   bool Arguments::*flag = nullptr;
 };
 
 const std::vector<CommandRow> commandRows{
-    {"import",
-     Command::Import,
-     {{"KIND", {}}, {"FILE", "the file with the records"}},
-     "a kind and a file",
-     "post the file's records to the database"},
-    {"preview",
-     Command::Preview,
-     {{"KIND", {}}, {"FILE", "the file with the records"}},
-     "a kind and a file",
+    {Import, "import", "the file with the records", "post the file's records to the database"},
+    {Preview, "preview", "the file with the records",
      "show the columns, what maps to what, and the first rows;\nneeds no database"},
-    {"export",
-     Command::Export,
-     {{"KIND", {}}, {"FILE", "the workbook to write"}},
-     "a kind and a file",
+    {Export, "export", "the workbook to write",
      "write all salesmen to an .xls workbook, with drop-down lists of\n"
      "their DS types; a workbook of that name is replaced"},
-    {"demo-database",
-     Command::DemoDatabase,
-     {{"PATH", "the new file"}},
-     "one path: that of the new file",
-     "make the sample company's embedded database"}};
+    {DemoDatabase, "demo-database", "the new file", "make the sample company's embedded database"}};
 
 const std::vector<Option> optionRows{
     {.name = "--database",
      .value = "STRING",
-     .commands = {Command::Import, Command::Export},
+     .commands = {Import, Export},
      .what = "an ODBC connection string, or the path of an embedded database\n"
              "(default: opnimp.db in the current folder, made with the sample\n"
              "company on first use)",
      .text = &Arguments::database},
     {.name = "--map",
      .value = "\"Field=Column\"",
-     .commands = {Command::Import, Command::Preview},
+     .commands = {Import, Preview},
      .what = "map a column of the file, by its title or as #N for the Nth, to a\n"
              "field; on top of those whose titles match; may be repeated"},
     {.name = "--dry-run",
-     .commands = {Command::Import},
+     .commands = {Import},
      .what = "every check runs, nothing is posted",
      .flag = &Arguments::dryRun},
     {.name = "--rejects",
      .value = "FILE",
-     .commands = {Command::Import},
+     .commands = {Import},
      .what = "write the refused records to FILE, to be corrected and imported\n"
              "again; why to FILE.reasons.csv, records to look up to\n"
              "FILE.check.csv, records that were not reached to FILE.rest.csv\n"
@@ -80,11 +66,11 @@ const std::vector<Option> optionRows{
      .text = &Arguments::rejects},
     {.name = "--app-folder",
      .value = "DIR",
-     .commands = {Command::Import, Command::Export},
+     .commands = {Import, Export},
      .what = "where Error.log is written (default: the current folder)",
      .text = &Arguments::appFolder},
     {.name = "--json",
-     .commands = {Command::Import, Command::Preview, Command::Export},
+     .commands = {Import, Preview, Export},
      .what = "one JSON document on standard output instead of text",
      .flag = &Arguments::json}};
 
@@ -100,32 +86,31 @@ Exit status:
   4  a file or the database could not be opened or written; nothing was imported or exported
   5  the run broke off, or its account does not add up)";
 
-constexpr const char* seeHelp = "; `opnimp --help` shows how it is used";
+const char* const kindWord = "KIND";
+const char* const pathWord = "FILE";
 
-bool takes(Command command, const ImportKind& kind) {
-  return command != Command::Export || kind.type == MasterType::Salesman;
+bool takesKind(Arguments::Command command) {
+  return command != DemoDatabase;
 }
 
-bool takes(Command command, const Option& option) {
-  return std::ranges::find(option.commands, command) != option.commands.end();
+bool takes(Arguments::Command command, const ImportKind& kind) {
+  return command != Export || kind.type == MasterType::Salesman;
 }
 
-/// The kinds that a command takes, with what `text` says of each, separated by `separator`.
-template <class Text>
-std::string kinds(Command command, const char* separator, Text text) {
+bool takes(Arguments::Command command, const Option& option) {
+  return std::ranges::count(option.commands, command) > 0;
+}
+
+/// The kinds that a command takes: by name, or a line each with what they are.
+std::string kindsOf(Arguments::Command command, bool described) {
   std::string list;
   for (const ImportKind& kind : importKinds()) {
-    if (takes(command, kind)) list.append(list.empty() ? "" : separator).append(text(kind));
+    if (!takes(command, kind)) continue;
+    const std::string name(kind.name);
+    if (!list.empty()) list += described ? "\n" : ", ";
+    list += described ? padRight(name, 18).append(kind.what) : name;
   }
   return list;
-}
-
-std::string describedKinds(Command command) {
-  return kinds(command, "\n", [](const ImportKind& kind) {
-    std::string name(kind.name);
-    name.resize(18, ' ');
-    return name.append(kind.what);
-  });
 }
 
 CLI::Option& add(CLI::App& app, const Option& option) {
@@ -137,10 +122,10 @@ CLI::Option& add(CLI::App& app, const Option& option) {
 
 void addCommand(CLI::App& app, const CommandRow& row) {
   CLI::App& command = *app.add_subcommand(row.name, row.what)->fallthrough()->group("Commands");
-  for (const auto& [word, what] : row.words) {
-    const std::string description = word == "KIND" ? describedKinds(row.command) : what;
-    command.add_option(word, description)->required();
+  if (takesKind(row.command)) {
+    command.add_option(kindWord)->required()->description(kindsOf(row.command, true));
   }
+  command.add_option(pathWord, row.file)->required();
   for (const Option& option : optionRows) {
     if (takes(row.command, option)) add(command, option);
   }
@@ -180,31 +165,32 @@ void checkEquals(std::span<const std::string> args) {
   }
 }
 
+const CommandRow& commandOf(const CLI::App& app) {
+  const std::string name = app.get_subcommands().front()->get_name();
+  return *std::ranges::find(commandRows, name, &CommandRow::name);
+}
+
 /// Why the library refused the command line.
 std::string refusal(const CLI::App& app) {
   std::vector<std::string> extra = app.remaining();
   std::erase(extra, "--");
-  for (const std::string& arg : extra) {
-    const bool option = arg.size() > 1 && arg.front() == '-';
-    if (option) return "there is no option " + arg.substr(0, arg.find('=')) + seeHelp;
+  const auto isOption = [](const std::string& arg) { return arg.size() > 1 && arg[0] == '-'; };
+  const auto option = std::ranges::find_if(extra, isOption);
+  if (option != extra.end()) return "there is no option " + option->substr(0, option->find('='));
+  if (!app.get_subcommands().empty()) {
+    const CommandRow& row = commandOf(app);
+    return row.name + " takes " +
+           (takesKind(row.command) ? "a kind and a file" : "one path: that of the new file");
   }
-  const auto commands = app.get_subcommands();
-  if (!commands.empty()) {
-    const std::string name = commands.front()->get_name();
-    return name + " takes " + std::ranges::find(commandRows, name, &CommandRow::name)->takes +
-           seeHelp;
-  }
-  if (extra.empty()) return std::string("a command is missing") + seeHelp;
-  return "there is no command \"" + extra.front() + "\"" + seeHelp;
+  return extra.empty() ? "a command is missing" : "there is no command \"" + extra[0] + "\"";
 }
 
-const ImportKind* kindNamed(const std::string& name, Command command) {
+const ImportKind* kindNamed(const std::string& name, Arguments::Command command) {
   const ImportKind* const kind = findKind(name);
   if (kind != nullptr && takes(command, *kind)) return kind;
-  throw UsageError(
-      (kind == nullptr ? "there is no kind \"" + name + "\""
-                       : "there is no export of the kind " + name) +
-      "; there is: " + kinds(command, ", ", [](const ImportKind& known) { return known.name; }));
+  throw UsageError((kind == nullptr ? "there is no kind \"" + name + "\""
+                                    : "there is no export of the kind " + name) +
+                   "; there is: " + kindsOf(command, false));
 }
 
 MapOption mapOption(const std::string& value) {
@@ -232,11 +218,11 @@ void apply(const Option& option, const std::vector<std::string>& values, Argumen
 
 void readArguments(const CLI::App& app, Arguments& arguments) {
   const CLI::App& given = *app.get_subcommands().front();
-  const CommandRow& row = *std::ranges::find(commandRows, given.get_name(), &CommandRow::name);
-  const auto word = [&](const std::string& name) { return given.get_option(name)->results()[0]; };
+  const CommandRow& row = commandOf(app);
+  const auto valuesOf = [&](const char* word) { return given.get_option(word)->results(); };
   arguments.command = row.command;
-  if (row.words.size() > 1) arguments.kind = kindNamed(word(row.words.front().first), row.command);
-  arguments.file = word(row.words.back().first);
+  if (takesKind(row.command)) arguments.kind = kindNamed(valuesOf(kindWord)[0], row.command);
+  arguments.file = valuesOf(pathWord)[0];
   if (arguments.file.empty()) throw UsageError("the path is empty");
   for (const Option& option : optionRows) {
     std::vector<std::string> values = app.get_option(option.name)->results();
@@ -267,7 +253,7 @@ Arguments parseArguments(std::span<const std::string> args) {
   } catch (const CLI::ArgumentMismatch&) {  // nothing follows the last option
     throw UsageError(args.back() + " needs a value");
   } catch (const CLI::ParseError&) {
-    throw UsageError(refusal(*app));
+    throw UsageError(refusal(*app) + "; `opnimp --help` shows how it is used");
   }
   return arguments;
 }

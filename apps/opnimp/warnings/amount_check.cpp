@@ -15,8 +15,8 @@ struct Amount {
   std::string read;       ///< as the import reads it: without its commas
 };
 
-bool contains(std::string_view text, char c) {
-  return text.find(c) != std::string_view::npos;
+bool has(std::string_view text, char c) {
+  return std::ranges::count(text, c) > 0;
 }
 
 bool isDigit(char c) {
@@ -36,7 +36,7 @@ bool isBeyondRange(const Amount& amount) {
 /// digits, those before it two or three.
 bool groupsDigits(std::string_view number) {
   std::string_view whole = number.substr(0, number.find('.'));
-  if (contains(number.substr(whole.size()), ',')) return false;
+  if (has(number.substr(whole.size()), ',')) return false;
   std::size_t shortest = 3;
   for (std::size_t comma; (comma = whole.rfind(',')) != std::string_view::npos; shortest = 2) {
     const std::string_view group = whole.substr(comma + 1);
@@ -50,15 +50,15 @@ bool groupsDigits(std::string_view number) {
 
 bool hasDecimalComma(const Amount& amount) {
   const std::string_view number = amount.text.substr(amount.text.find_first_of("0123456789,"));
-  return contains(number, ',') && !groupsDigits(number);
+  return has(number, ',') && !groupsDigits(number);
 }
 
 bool startsWithText(const Amount& amount) {
-  return !contains("+-.0123456789", amount.read.front());
+  return !has("+-.0123456789", amount.read.front());
 }
 
 // The first that applies counts, so each row may rely on what those above it exclude.
-constexpr WarningCheck<Amount> checks[] = {
+constexpr WarningCheck<Amount> amountChecks[] = {
     {{}, [](const Amount& a) { return a.text.empty(); }},
     {{"amount-not-a-number", "A text without a number reads as 0; a bill of 0 is skipped."},
      [](const Amount& a) { return std::ranges::none_of(a.text, isDigit); }},
@@ -73,14 +73,14 @@ constexpr WarningCheck<Amount> checks[] = {
     {{}, [](const Amount& a) { return wholeNumber(a.read).has_value(); }},
     {{"amount-in-parentheses",
       "An amount in parentheses reads as 0. Write a negative amount with a minus in front."},
-     [](const Amount& a) { return contains(a.read, '('); }},
+     [](const Amount& a) { return has(a.read, '('); }},
     {{"amount-trailing-minus",
       "A minus behind an amount is not seen: it reads as positive. Write it in front."},
      [](const Amount& a) { return a.read.ends_with('-'); }},
     {{"amount-currency", "An amount with a currency sign or other text in front reads as 0."},
      startsWithText},
     {{"amount-blank-inside", "An amount ends at a blank inside it: 1 234 reads as 1."},
-     [](const Amount& a) { return contains(a.read, ' '); }},
+     [](const Amount& a) { return has(a.read, ' '); }},
     {{"amount-partly-read",
       "Only the number at the start of an amount is read, the rest is ignored."},
      [](const Amount&) { return true; }},
@@ -91,7 +91,7 @@ constexpr WarningCheck<Amount> checks[] = {
 WarningText checkAmount(std::string_view cell) {
   Amount amount{trim(cell), std::string(trim(cell))};
   std::erase(amount.read, ',');
-  return firstWarning(checks, amount);
+  return firstWarning(amountChecks, amount);
 }
 
 }  // namespace velk

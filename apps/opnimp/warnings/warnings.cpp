@@ -11,7 +11,7 @@ void Warnings::add(const WarningText& warning, std::size_t line) {
   ++found->count;
   // Several findings of one line count each, but name it once.
   const bool listed = !found->lines.empty() && found->lines.back() == line;
-  if (line != 0 && !listed && found->lines.size() < mostLines) found->lines.push_back(line);
+  if (line != wholeFile && !listed && found->lines.size() < mostLines) found->lines.push_back(line);
 }
 
 }  // namespace velk

@@ -43,8 +43,9 @@ struct Warning {
 class Warnings {
  public:
   static constexpr std::size_t mostLines = 5;
+  static constexpr std::size_t wholeFile = 0;  ///< in place of a line
 
-  /// Counts one more finding, unless the code is empty; `line` 0: of the file as a whole.
+  /// Counts one more finding, unless the code is empty; `line` is wholeFile if it has none.
   void add(const WarningText& warning, std::size_t line);
   std::vector<Warning> take() { return std::move(warnings_); }
 

@@ -9,7 +9,6 @@ namespace velk {
 namespace {
 
 constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
-constexpr std::size_t wholeFile = 0;
 
 /// One byte of a file, with its neighbours in reach.
 struct Byte {
@@ -68,7 +67,8 @@ void warnOf(const WarningCheck<Byte>& check, std::string_view bytes, Warnings& w
   std::size_t count = 0;
   for (std::size_t at = 0; at < bytes.size(); ++at) {
     if (!check.applies({bytes, at})) continue;
-    warnings.add(check.warning, count++ < Warnings::mostLines ? lineAt(bytes, at) : wholeFile);
+    warnings.add(check.warning,
+                 count++ < Warnings::mostLines ? lineAt(bytes, at) : Warnings::wholeFile);
   }
 }
 
@@ -86,7 +86,7 @@ void warnOfBytes(const CsvRecords& input, Warnings& warnings) {
       bytes.substr(bytes.starts_with(utf8Mark) ? utf8Mark.size() : 0);  // it is no letter
   if (isAscii(text)) return;
   if (isUtf8(text)) {
-    warnings.add(readAsOther, wholeFile);
+    warnings.add(readAsOther, Warnings::wholeFile);
   } else {
     warnOf(undefinedByte, bytes, warnings);
   }

@@ -10,7 +10,6 @@ namespace velk {
 
 namespace {
 
-constexpr std::size_t wholeFile = 0;
 constexpr std::size_t headerLine = 1;
 
 constexpr WarningText noRecords{"no-records", "The file has no records behind its first line."};
@@ -42,18 +41,14 @@ constexpr WarningText missingQuote{
     "A quote is missing: the commas behind it do not separate, so that the rest of the line is "
     "one value."};
 
-bool contains(std::string_view text, char c) {
-  return text.find(c) != std::string_view::npos;
-}
-
 constexpr WarningCheck<std::string_view> separators[] = {
-    {{}, [](const std::string_view& header) { return contains(header, ','); }},
+    {{}, [](const std::string_view& header) { return std::ranges::count(header, ',') > 0; }},
     {{"semicolon-separated",
       "The titles are separated by semicolons; only commas separate. Save the file with commas."},
-     [](const std::string_view& header) { return contains(header, ';'); }},
+     [](const std::string_view& header) { return std::ranges::count(header, ';') > 0; }},
     {{"tab-separated",
       "The titles are separated by tabs; only commas separate. Save the file with commas."},
-     [](const std::string_view& header) { return contains(header, '\t'); }},
+     [](const std::string_view& header) { return std::ranges::count(header, '\t') > 0; }},
 };
 
 bool endsInsideQuotes(std::string_view line) {
@@ -106,8 +101,8 @@ void warnOfQuotes(const CsvRecords& input, Warnings& warnings) {
 }  // namespace
 
 void warnOfLines(const CsvRecords& input, const ImportKind& kind, Warnings& warnings) {
-  if (input.count() == 0) warnings.add(noRecords, wholeFile);
-  if (input.count() > kind.largestRecordCount) warnings.add(tooManyRecords, wholeFile);
+  if (input.count() == 0) warnings.add(noRecords, Warnings::wholeFile);
+  if (input.count() > kind.largestRecordCount) warnings.add(tooManyRecords, Warnings::wholeFile);
   warnings.add(firstWarning(separators, input.header()), headerLine);
   warnOfTitles(input.header(), warnings);
   warnOfRagged(input, warnings);

@@ -64,7 +64,7 @@ void warnOfUnmapped(const CsvRecords& input, const std::vector<FieldMapping>& ma
     const bool unmapped = std::ranges::any_of(mapping, [&](const FieldMapping& entry) {
       return !entry.column && equalsIgnoringCase(trim(entry.field), trim(title));
     });
-    if (unmapped) warnings.add(firstValueEmpty, 0);
+    if (unmapped) warnings.add(firstValueEmpty, Warnings::wholeFile);
   }
 }
 
