@@ -45,7 +45,7 @@ TEST_CASE("each command has a help of its own, with what it takes") {
     std::string_view says, saysNot;
   } rows[] = {
       {{"--help"}, "demo-database  ", "--rejects"},
-      {{"help", "import"}, "--rejects FILE", "PATH"},
+      {{"help", "import"}, "--rejects FILE", "the workbook to write"},
       {{"preview", "--help"}, "bank-branch", "--dry-run"},
       {{"export", "-h", "--json"}, "salesman   ", "bank-branch"},
       {{"--version"}, "opnimp ", "--help"},

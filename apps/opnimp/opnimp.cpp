@@ -14,12 +14,6 @@ namespace velk {
 
 namespace {
 
-ExitStatus runDemoDatabase(const Arguments& arguments, const Streams& streams) {
-  makeDemoDatabase(arguments.file);
-  streams.out << "Made " << printable(arguments.file) << " with the sample company.\n";
-  return ExitStatus::Posted;
-}
-
 ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
                       const Surroundings& surroundings) {
   switch (arguments.command) {
@@ -32,7 +26,9 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
     case Arguments::Command::DemoDatabase:
       break;
   }
-  return runDemoDatabase(arguments, streams);
+  makeDemoDatabase(arguments.file);
+  streams.out << "Made " << printable(arguments.file) << " with the sample company.\n";
+  return ExitStatus::Posted;
 }
 
 int fail(ExitStatus status, const std::string& text, bool json, Streams& streams) {

@@ -19,15 +19,13 @@ constexpr std::array<std::size_t, 1> salesmanMandatory{salesmanField::Name};
 constexpr ImportKind openingKind(std::string_view name, std::string_view what,
                                  decltype(ImportKind::open) open,
                                  const OpeningImportKind& opening) {
-  return {
-      .name = name,
-      .what = what,
-      .open = open,
-      .mandatory = openingMandatory,
-      .largestRecordCount = openingLargestCount,
-      .becomes = {"Notes", "Entries"},
-      .opening = &opening,
-  };
+  return {.name = name,
+          .what = what,
+          .open = open,
+          .mandatory = openingMandatory,
+          .largestRecordCount = openingLargestCount,
+          .becomes = {"Notes", "Entries"},
+          .opening = &opening};
 }
 
 }  // namespace
@@ -40,14 +38,12 @@ std::span<const ImportKind> importKinds() {
                    &Velk_ClsOpnImp::ImportVendorOpening, vendorOpening),
        {.name = "bank-branch",
         .what = "banks and their branches",
-        .open = &Velk_ClsOpnImp::ImportBankBranchOpening,
         .mandatory = bankMandatory,
         .becomes = {"Banks", "Branches"},
         .type = MasterType::BankBranch,
         .columns = 4},
        {.name = "vendor",
         .what = "vendors and their accounts",
-        .open = &Velk_ClsOpnImp::ImportBankBranchOpening,
         .mandatory = vendorMandatory,
         .becomes = {"Vendors", "Accounts"},
         .type = MasterType::Vendor,
@@ -56,7 +52,6 @@ std::span<const ImportKind> importKinds() {
        {.name = "salesman",
         .what = "salesmen and their DS types; FILE is an .xls workbook",
         .format = FileFormat::Workbook,
-        .open = &Velk_ClsOpnImp::ImportBankBranchOpening,
         .mandatory = salesmanMandatory,
         .becomes = {"Salesmen", "DS types"},
         .type = MasterType::Salesman,

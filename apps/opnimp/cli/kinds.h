@@ -44,7 +44,8 @@ struct ImportKind {
   FileFormat format = FileFormat::CommaSeparated;
   /// The component's entry point that opens the screen.
   void (Velk_ClsOpnImp::*open)(const std::shared_ptr<Connection>&,
-                               const std::shared_ptr<const Picture>&);
+                               const std::shared_ptr<const Picture>&) =
+      &Velk_ClsOpnImp::ImportBankBranchOpening;
   std::span<const std::size_t> mandatory;  ///< fields without which nothing is imported
   std::size_t largestRecordCount = masterLargestCount;  ///< that can be imported in one go
   std::array<std::string_view, 2> becomes;              ///< what the two calls of a record make

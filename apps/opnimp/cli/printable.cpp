@@ -32,13 +32,6 @@ bool isContinuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-template <class... Format>
-std::string numberText(double number, Format... format) {
-  std::array<char, 400> buffer;  // the widest double has 309 digits before the point
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, format...);
-  return std::string(buffer.data(), end.ptr);
-}
-
 }  // namespace
 
 std::string printable(std::string_view text) {
@@ -105,10 +98,14 @@ std::string counted(std::size_t number, std::string_view one, std::string_view m
 }
 
 std::string money(long double amount) {
-  constexpr double largestFixed = 1e15;
-  const double value = static_cast<double>(amount) + 0.0;  // no "-0.00"
-  if (std::abs(value) >= largestFixed) return numberText(value, std::chars_format::general, 15);
-  const std::string text = numberText(value, std::chars_format::fixed, 2);
+  constexpr double largestFixed = 1e15;  // beyond it a double has no two exact decimals
+  const auto value = static_cast<double>(amount);
+  const bool fixed = std::abs(value) < largestFixed;
+  std::array<char, 32> buffer;
+  const auto end =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                    fixed ? std::chars_format::fixed : std::chars_format::general, fixed ? 2 : 15);
+  const std::string text(buffer.data(), end.ptr);
   return text == "-0.00" ? "0.00" : text;
 }
 

@@ -51,91 +51,75 @@ class Target {
   bool existed_ = false;
 };
 
-class ExportRun {
- public:
-  ExportRun(const Arguments& arguments, const Streams& streams, const Surroundings& surroundings)
-      : outcome_{.arguments = arguments},
-        streams_(streams),
-        surroundings_(surroundings),
-        progress_(streams.err, false),
-        recorder_(Recorder::Mode::Post) {}
+void fail(ExportOutcome& outcome, const std::string& why,
+          ExitStatus status = ExitStatus::CannotOpen) {
+  outcome.failure = why;
+  outcome.status = status;
+}
 
-  const ExportOutcome& run() {
-    const Arguments& arguments = outcome_.arguments;
-    const std::string folder = applicationFolder(arguments.appFolder);
-    const DatabaseChoice choice = chooseDatabase(arguments.database);
-    checkWrites({"the export", arguments.file, {arguments.file}}, choice, folder, {});
-    const Target target(arguments.file);
-    database_ = openDatabase(choice, !arguments.database, surroundings_, streams_.err);
-    outcome_.database = choice.shown;
-    drive(folder);
-    outcome_.logged = !recorder_.lines().empty();
-    return outcome_;
+void explain(ExportOutcome& outcome, const Recorder& recorder) {
+  const Message& message = recorder.shown().back().message;
+  if (message.style == styleInformation) {
+    return fail(outcome,
+                "it is open in another program, or its folder does not let it be locked. Close it "
+                "there, and export again",
+                ExitStatus::Refused);
   }
+  const auto& lines = recorder.lines();
+  fail(outcome, lines.empty() ? message.prompt : lines.back().text);
+}
 
- private:
-  void drive(const std::string& folder) {
-    const std::string& file = outcome_.arguments.file;
-    ScreenSession session(recorder_,
-                          {folder, surroundings_.clock, messagesTo(streams_.err, progress_), true});
-    outcome_.errorLog = session.errorLogPath();
-    try {
-      session.open(*outcome_.arguments.kind, recorder_.wrap(database_.connection));
-      const std::size_t shown = recorder_.shown().size();
-      const EventResult event = session.exportTo(file);
-      if (event != EventResult::Handled) return fail("the screen did not take the Export button");
-      if (recorder_.shown().size() > shown) return explain(recorder_.shown().back().message);
-      if (!session.showedExport()) return fail("the screen did not say why");
-      verify();
-    } catch (const Refused& refused) {
-      fail(refused.what());
-    } catch (const RunEnded&) {
-      fail("the connection to the database was lost");
+void verify(ExportOutcome& outcome, Connection& connection) {
+  try {
+    NativeFileSystem files;
+    outcome.file = readExported(files, outcome.arguments.file, connection);
+    const std::string& difference = outcome.file.difference;
+    if (!difference.empty()) fail(outcome, difference, ExitStatus::BrokeOff);
+  } catch (const RuntimeError& error) {
+    fail(outcome, "it could not be read back: " + error.description(), ExitStatus::BrokeOff);
+  }
+}
+
+/// Presses Export on the screen and finds out what came of it.
+void drive(ExportOutcome& outcome, ScreenSession& session, Recorder& recorder,
+           const std::shared_ptr<Connection>& connection) {
+  try {
+    session.open(*outcome.arguments.kind, recorder.wrap(connection));
+    const std::size_t shown = recorder.shown().size();
+    if (session.exportTo(outcome.arguments.file) != EventResult::Handled) {
+      fail(outcome, "the screen did not take the Export button");
+    } else if (recorder.shown().size() > shown) {  // it shows none if it has written the file
+      explain(outcome, recorder);
+    } else if (!session.showedExport()) {
+      fail(outcome, "the screen did not say why");
+    } else {
+      verify(outcome, *connection);
     }
+  } catch (const Refused& refused) {
+    fail(outcome, refused.what());
+  } catch (const RunEnded&) {
+    fail(outcome, "the connection to the database was lost");
   }
-
-  void fail(const std::string& why, ExitStatus status = ExitStatus::CannotOpen) {
-    outcome_.failure = why;
-    outcome_.status = status;
-  }
-
-  /// The screen shows no message if it has written the file.
-  void explain(const Message& message) {
-    if (message.style == styleInformation) {
-      return fail(
-          "it is open in another program, or its folder does not let it be locked. Close it "
-          "there, and export again",
-          ExitStatus::Refused);
-    }
-    const auto& lines = recorder_.lines();
-    fail(lines.empty() ? message.prompt : lines.back().text);
-  }
-
-  void verify() {
-    ExportedFile& file = outcome_.file;
-    try {
-      NativeFileSystem files;
-      file = readExported(files, outcome_.arguments.file, *database_.connection);
-      if (!file.difference.empty()) fail(file.difference, ExitStatus::BrokeOff);
-    } catch (const RuntimeError& error) {
-      fail("it could not be read back: " + error.description(), ExitStatus::BrokeOff);
-    }
-  }
-
-  ExportOutcome outcome_;
-  const Streams& streams_;
-  const Surroundings& surroundings_;
-  OpenDatabase database_;
-  Progress progress_;
-  Recorder recorder_;
-};
+}
 
 }  // namespace
 
 ExitStatus runExport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
-  ExportRun run(arguments, streams, surroundings);
-  const ExportOutcome& outcome = run.run();
+  const std::string folder = applicationFolder(arguments.appFolder);
+  const DatabaseChoice choice = chooseDatabase(arguments.database);
+  checkWrites({"the export", arguments.file, {arguments.file}}, choice, folder, {});
+  const Target target(arguments.file);
+  const OpenDatabase database =
+      openDatabase(choice, !arguments.database, surroundings, streams.err);
+  Progress progress(streams.err, false);
+  Recorder recorder(Recorder::Mode::Post);
+  ScreenSession session(recorder,
+                        {folder, surroundings.clock, messagesTo(streams.err, progress), true});
+  ExportOutcome outcome{
+      .arguments = arguments, .database = choice.shown, .errorLog = session.errorLogPath()};
+  drive(outcome, session, recorder, database.connection);
+  outcome.logged = !recorder.lines().empty();
   (arguments.json ? writeExportJson : writeExportText)(outcome, streams.out);
   return outcome.status;
 }
