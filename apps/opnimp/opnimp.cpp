@@ -41,6 +41,7 @@ int fail(ExitStatus status, const std::string& text, bool json, Streams& streams
 
 int runOpnimp(std::span<const std::string> args, Streams& streams,
               const Surroundings& surroundings) {
+  // Asked first: also a command line that makes no sense is answered in the format it asks for.
   const bool json = asksForJson(args);
   try {
     const Arguments arguments = parseArguments(args);
@@ -50,6 +51,7 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
         answered ? ExitStatus::Posted : runCommand(arguments, streams, surroundings);
     streams.out.flush();
     if (streams.out) return static_cast<int>(status);
+    // A full disk or a closed pipe: what was posted is posted, and nobody has read it.
     const bool ran = !answered && arguments.command == Arguments::Command::Import &&
                      !arguments.dryRun && status != ExitStatus::Refused;
     return fail(ExitStatus::BrokeOff,

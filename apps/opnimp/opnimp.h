@@ -9,7 +9,7 @@
 
 namespace velk {
 
-/// Runs the command line behind the program's name and answers the exit status.
+/// Runs the command line that follows the program's name; returns the exit status.
 int runOpnimp(std::span<const std::string> args, Streams& streams,
               const Surroundings& surroundings = realSurroundings());
 

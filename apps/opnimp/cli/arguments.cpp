@@ -28,6 +28,7 @@ struct Option {
   bool Arguments::*flag = nullptr;
 };
 
+// Line breaks are made by hand: the library indents lines, but does not break them.
 const std::vector<CommandRow> commandRows{
     {Import, "import", "the file with the records", "post the file's records to the database"},
     {Preview, "preview", "the file with the records",
@@ -93,6 +94,7 @@ bool takesKind(Arguments::Command command) {
   return command != DemoDatabase;
 }
 
+// Only salesmen have a screen with an Export button.
 bool takes(Arguments::Command command, const ImportKind& kind) {
   return command != Export || kind.type == MasterType::Salesman;
 }
@@ -113,6 +115,7 @@ std::string kindsOf(Arguments::Command command, bool described) {
   return list;
 }
 
+// All values are taken here and judged later: the library would refuse a second --map.
 CLI::Option& add(CLI::App& app, const Option& option) {
   CLI::Option* const added = option.value.empty()
                                  ? app.add_flag(option.name, option.what)
@@ -146,7 +149,8 @@ std::unique_ptr<CLI::App> makeApp() {
                         "show the version");
   app->footer(footer)->require_subcommand(1);
   for (const CommandRow& row : commandRows) addCommand(*app, row);
-  // They may precede the command, too, and one that the command does not take has its own error.
+  // Options may precede the command, and one that the command does not take has an error of its
+  // own: the program itself takes all of them, without listing them in its help.
   for (const Option& option : optionRows) add(*app, option).group("");
   return app;
 }
@@ -241,6 +245,7 @@ Arguments parseArguments(std::span<const std::string> args) {
   checkEquals(args);
   const auto app = makeApp();
   std::vector<std::string> reversed(args.rbegin(), args.rend());  // as the library wants them
+  // "help import" asks for what "--help import" shows.
   if (!args.empty() && args.front() == "help") reversed.back() = "--help";
   Arguments arguments;
   try {

@@ -12,6 +12,8 @@ namespace {
 
 constexpr std::array<std::size_t, 3> openingMandatory{openingField::code, openingField::bill,
                                                       openingField::balance};
+// Positions in the mapping list of each master type: all four of a branch, code and name of a
+// vendor.
 constexpr std::array<std::size_t, 4> bankMandatory{0, 1, 2, 3};
 constexpr std::array<std::size_t, 2> vendorMandatory{0, 1};
 constexpr std::array<std::size_t, 1> salesmanMandatory{salesmanField::Name};

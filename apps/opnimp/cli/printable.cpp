@@ -28,6 +28,7 @@ void appendHex(std::u16string& to, unsigned number, int digits) {
   }
 }
 
+// Every character has one byte of UTF-8 that is no continuation: counting those counts characters.
 bool isContinuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
@@ -66,6 +67,7 @@ std::size_t textWidth(std::string_view text) {
       std::ranges::count_if(text, [](char c) { return !isContinuation(c); }));
 }
 
+// The cut is before a whole character, so that the text stays valid UTF-8.
 std::string cutTo(std::string_view text, std::size_t width) {
   if (textWidth(text) <= width) return std::string(text);
   constexpr std::string_view dots = "...";
@@ -105,7 +107,7 @@ std::string money(long double amount) {
   const auto end =
       std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                     fixed ? std::chars_format::fixed : std::chars_format::general, fixed ? 2 : 15);
-  const std::string text(buffer.data(), end.ptr);
+  const std::string text(buffer.data(), end.ptr);  // a small negative amount rounds to a signed 0
   return text == "-0.00" ? "0.00" : text;
 }
 

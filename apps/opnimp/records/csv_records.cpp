@@ -16,6 +16,8 @@ constexpr std::string_view lineEnd = "\r\n";
 
 }  // namespace
 
+// Lines count by line feeds, as in an editor, while only a pair of carriage return and line feed
+// ends a record: one with bare line feeds takes several lines.
 CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
   std::size_t line = 1;
   for (std::size_t start = 0; start < bytes_.size();) {
@@ -44,7 +46,7 @@ std::vector<std::string> CsvRecords::fields(std::size_t record, QuotedComma quot
   for (std::size_t start = 0; fields.size() < most && start <= line.size();) {
     const std::size_t end = std::min(line.find(fieldEnd, start), line.size());
     fields.push_back(withoutQuotes(line.substr(start, end - start)));
-    start = end + 1;
+    start = end + 1;  // a mark at the end of the line makes an empty last field
   }
   return fields;
 }

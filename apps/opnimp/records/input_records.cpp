@@ -9,6 +9,8 @@ std::string InputRecords::where(std::size_t record) const {
   return std::string(placeWord()) + " " + std::to_string(place(record).line);
 }
 
+// Only the field of one double quote cannot be unquoted. The module logs it, which the runner's own
+// reading must not.
 std::string withoutQuotes(std::string field) {
   try {
     field.resize(unquoteInPlace(field.data(), field.size()));

@@ -21,11 +21,14 @@ WorkbookRecords::WorkbookRecords(FileSystem& files, std::string_view path) {
     sheet_ = readXls(bytes);
   } catch (const RuntimeError& error) {
     damage_ = error.description();
+    // It becomes part of a sentence.
     damage_.replace(0, 1, lowerAscii(damage_.substr(0, 1)));
   }
   count_ = countRecords();
 }
 
+// As the screen does, which looks at columns A to E only: a row with nothing but a DS type is
+// blank.
 std::size_t WorkbookRecords::countRecords() const {
   if (!hasCaptions()) return 0;
   int row = firstRow;

@@ -26,6 +26,7 @@ std::vector<std::string> notes(const ExportOutcome& outcome) {
   std::vector<std::string> notes{
       "Change DSType and HandHeld DS in columns F and G (YES and NO in capital letters: all "
       "else is saved as No), then import the file."};
+  // Row 1 has the captions.
   const std::size_t lastRow = outcome.file.salesmen + 1;
   if (lastRow > lastPickRow) {
     notes.push_back("The drop-down lists end at row 1,000; rows up to " + grouped(lastRow) +

@@ -11,6 +11,7 @@ namespace velk {
 
 namespace {
 
+// More columns would only wrap on a terminal; the JSON document has all of them.
 constexpr std::size_t mostColumnsShown = 20;
 constexpr std::size_t widestCell = 24;
 
@@ -25,6 +26,7 @@ void writeColumnsNotUsed(const PreviewResult& preview, std::ostream& out) {
   if (!unused.empty()) out << "\nColumns not used: " << unused << '\n';
 }
 
+// Columns are added one after the other, since the width of each follows from its texts.
 void addColumn(const PreviewResult& preview, std::size_t column, std::vector<std::string>& lines) {
   std::vector<std::string> texts{cutTo(printable(preview.titles[column]), widestCell)};
   for (const auto& row : preview.rows) {
@@ -40,6 +42,7 @@ void writeRows(const PreviewResult& preview, std::ostream& out) {
   for (std::size_t column = 0; column < columns; ++column) addColumn(preview, column, lines);
   out << '\n';
   for (std::string& line : lines) {
+    // Nothing but blanks follows the last text of a row.
     line.erase(line.find_last_not_of(' ') + 1);
     out << line << '\n';
   }
@@ -76,6 +79,7 @@ void writePreviewText(const PreviewResult& preview, std::ostream& out) {
 }
 
 void writePreviewJson(const PreviewResult& preview, std::ostream& out) {
+  // A program must not rely on rows of a file that was refused.
   const bool shown = preview.refusal.empty();
   out << textOf({{"command", "preview"},
                  {"kind", preview.arguments.kind->name},

@@ -65,6 +65,7 @@ Json errorJson(const CallError& error) {
            })}};
 }
 
+// The key is the kind of call, its value the statement or the name of the procedure.
 Json callJson(const RecordedCall* call) {
   Json json{{codeOf(kindCodes, call->kind), call->text}};
   if (call->kind != CallKind::Query) json["parameters"] = listOf(call->parameters, valueJson);
@@ -90,6 +91,7 @@ Json recordJson(const ImportResult& result, std::size_t record) {
   const RecordTrace& trace = result.traces.records[record];
   const RecordPlace place = result.input->place(record);
   Json json{{"record", record + 1}, {std::string(result.input->placeWord()), place.line}};
+  // Rows of a workbook have no bytes of their own.
   if (place.length != 0) {
     json["offset"] = place.offset;
     json["length"] = place.length;

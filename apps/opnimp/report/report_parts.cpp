@@ -8,6 +8,7 @@ namespace velk {
 
 namespace {
 
+// Only the first lines of a warning are kept: dots say that there are more.
 std::string placeList(const Warning& warning, std::string_view placeWord) {
   if (warning.lines.empty()) return {};
   std::string text = ", " + std::string(placeWord) + (warning.lines.size() == 1 ? " " : "s ");

@@ -14,6 +14,7 @@ namespace velk {
 
 namespace {
 
+// Enough to see whether the columns are the right ones.
 constexpr std::size_t mostRows = 10;
 
 void readTable(const ListView& list, PreviewResult& preview) {
@@ -33,7 +34,7 @@ PreviewResult previewOf(const Arguments& arguments, std::ostream& err,
   PreviewResult preview;
   preview.arguments = arguments;
   Progress progress(err, false);
-  Recorder recorder(Recorder::Mode::DryRun);
+  Recorder recorder(Recorder::Mode::DryRun);  // whatever the screen does, nothing is posted
   ScreenSession session(recorder, {".", surroundings.clock, messagesTo(err, progress), false});
   preview.input = readInput(arguments);
   try {

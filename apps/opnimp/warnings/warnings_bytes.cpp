@@ -72,6 +72,7 @@ void warnOf(const WarningCheck<Byte>& check, std::string_view bytes, Warnings& w
   }
 }
 
+// What is no UTF-8 comes back as U+FFFD.
 bool isUtf8(std::string_view bytes) {
   return toUtf8(toUtf16(bytes)) == bytes;
 }

@@ -51,6 +51,7 @@ constexpr WarningCheck<std::string_view> separators[] = {
      [](const std::string_view& header) { return std::ranges::count(header, '\t') > 0; }},
 };
 
+// Doubled quotes count twice and so change nothing.
 bool endsInsideQuotes(std::string_view line) {
   return std::ranges::count(line, '"') % 2 != 0;
 }

@@ -35,6 +35,7 @@ constexpr WarningCheck<std::string_view> cellChecks[] = {
      }},
 };
 
+// YES keeps its meaning in capital letters only, NO in any.
 constexpr WarningCheck<std::string_view> handheldChecks[] = {
     {{}, [](const std::string_view& value) { return value.empty() || value == "YES"; }},
     {{}, [](const std::string_view& value) { return equalsIgnoringCase(value, "NO"); }},
