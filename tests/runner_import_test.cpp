@@ -27,7 +27,7 @@ std::string posted(RunnerWorld& world) {
 void script(RunnerWorld& world, std::string_view fates) {
   const auto connection = std::make_shared<ScriptedConnection>();
   connection->fates = fates;
-  world.machine.openDatabase = [=](const std::string&) {
+  world.surroundings.openDatabase = [=](const std::string&) {
     return OpenDatabase{connection, [] {}, [] {}};
   };
 }
@@ -217,7 +217,7 @@ TEST_CASE("an interrupted run ends before a record, and the rest can be imported
     CAPTURE(at);
     RunnerWorld world;
     std::size_t asked = 0;
-    world.machine.interrupted = [&] { return ++asked >= at; };
+    world.surroundings.interrupted = [&] { return ++asked >= at; };
     const std::string rejects = world.folder.path("r.csv");
     const Ran ran = world.importLines({openingTitles, good1, good2, good3}, {"--rejects", rejects});
     CHECK(ran.status == 5);
@@ -226,7 +226,7 @@ TEST_CASE("an interrupted run ends before a record, and the rest can be imported
     const std::size_t done = at < 2 ? 0 : at - 2;
     CHECK(world.ask("select count(*) from CustomerOpeningBalance") == std::to_string(done));
 
-    world.machine.interrupted = nullptr;
+    world.surroundings.interrupted = nullptr;
     CHECK(world.import(world.folder.path("r.csv.rest.csv")).status == 0);
     CHECK(posted(world) == "2+1+3");
   }
@@ -409,7 +409,7 @@ TEST_CASE("a report that nobody can read is not silent about what was posted") {
     std::ostringstream err;
     std::ostream out(nullptr);
     Streams streams{out, err, false};
-    CHECK(runOpnimp(args, streams, world.machine) == 5);
+    CHECK(runOpnimp(args, streams, world.surroundings) == 5);
     CHECK(contains(err.str(), "the import ran") == !dryRun);
     CHECK(posted(world) == (dryRun ? "0+0+0" : "1+0+1"));
   }

@@ -38,3 +38,23 @@ TEST_CASE("a preview as JSON, valid whatever the file and its name hold") {
   CHECK(preview.at("mapping[3].column") == "null");
   CHECK(preview.at("recordCount") == "1");
 }
+
+TEST_CASE("each command has a help of its own, with what it takes") {
+  const struct {
+    std::vector<std::string> args;
+    std::string_view says, saysNot;
+  } rows[] = {
+      {{"--help"}, "demo-database  ", "--rejects"},
+      {{"help", "import"}, "--rejects FILE", "the workbook to write"},
+      {{"preview", "--help"}, "bank-branch", "--dry-run"},
+      {{"export", "-h", "--json"}, "salesman   ", "bank-branch"},
+      {{"--version"}, "opnimp ", "--help"},
+  };
+  for (const auto& row : rows) {
+    const Ran ran = RunnerWorld().run(row.args);
+    CAPTURE(ran.out);
+    CHECK(ran.status == 0);
+    CHECK(contains(ran.out, row.says));
+    CHECK_FALSE(contains(ran.out, row.saysNot));
+  }
+}

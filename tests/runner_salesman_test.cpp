@@ -105,7 +105,7 @@ TEST_CASE("what becomes of salesmen when calls fail") {
     SalesmanWorld world;
     const auto connection = std::make_shared<ScriptedConnection>();
     connection->fates = row.fates;
-    world.machine.openDatabase = [=](const std::string&) {
+    world.surroundings.openDatabase = [=](const std::string&) {
       return OpenDatabase{connection, [] {}, [] {}};
     };
     const std::string second = "B|||||Retail|";

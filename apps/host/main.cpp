@@ -79,7 +79,8 @@ int runHost(const HostArguments& arguments) {
   const Company company(database, ownAdo);
   MainWindow window({[&](ImportScreenKind kind) { company.open(kind); },
                      [&](std::size_t table) { return company.rows(table); }});
-  const ClassRegistration service(__uuidof(VelkHostService), [&] { return hostServiceObject(window); });
+  const ClassRegistration service(__uuidof(VelkHostService),
+                                  [&] { return hostServiceObject(window); });
   return window.run();
 }
 

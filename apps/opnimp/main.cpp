@@ -31,7 +31,7 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   const std::vector<std::string> args(argv + std::min(argc, 1), argv + argc);
   velk::Streams streams{std::cout, std::cerr, isatty(STDERR_FILENO) != 0};
-  velk::Machine machine = velk::realMachine();
-  machine.interrupted = [] { return interruptSeen != 0; };
-  return velk::runOpnimp(args, streams, machine);
+  velk::Surroundings surroundings = velk::realSurroundings();
+  surroundings.interrupted = [] { return interruptSeen != 0; };
+  return velk::runOpnimp(args, streams, surroundings);
 }

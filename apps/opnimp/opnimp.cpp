@@ -3,65 +3,57 @@
 #include <exception>
 
 #include "apps/opnimp/cli/failures.h"
-#include "apps/opnimp/cli/help.h"
 #include "apps/opnimp/cli/printable.h"
-#include "apps/opnimp/report/json_writer.h"
-#include "apps/opnimp/run/commands.h"
+#include "apps/opnimp/report/json_document.h"
 #include "apps/opnimp/run/database_choice.h"
+#include "apps/opnimp/run/export_command.h"
+#include "apps/opnimp/run/import_command.h"
+#include "apps/opnimp/run/preview_command.h"
 
 namespace velk {
 
 namespace {
 
-ExitStatus runTask(const Arguments& arguments, Streams& streams, const Machine& machine) {
-  switch (arguments.task) {
-    case Task::Help:
-      streams.out << helpText();
+ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
+                      const Surroundings& surroundings) {
+  switch (arguments.command) {
+    case Arguments::Command::Import:
+      return runImport(arguments, streams, surroundings);
+    case Arguments::Command::Preview:
+      return runPreview(arguments, streams, surroundings);
+    case Arguments::Command::Export:
+      return runExport(arguments, streams, surroundings);
+    case Arguments::Command::DemoDatabase:
       break;
-    case Task::Version:
-      streams.out << versionText();
-      break;
-    case Task::Import:
-      return runImport(arguments, streams, machine);
-    case Task::Preview:
-      return runPreview(arguments, streams, machine);
-    case Task::Export:
-      return runExport(arguments, streams, machine);
-    case Task::DemoDatabase:
-      return runDemoDatabase(arguments, streams);
   }
-  return ExitStatus::Posted;
-}
-
-int fail(ExitStatus status, const std::string& text, bool json, Streams& streams) {
-  streams.err << "opnimp: " << printable(text) << ".\n";
-  if (json) {
-    JsonWriter writer(streams.out);
-    writer.beginObject();
-    writer.member("status", static_cast<int>(status));
-    writer.member("error", text);
-    writer.endObject();
-  }
-  return static_cast<int>(status);
-}
-
-}  // namespace
-
-ExitStatus runDemoDatabase(const Arguments& arguments, const Streams& streams) {
   makeDemoDatabase(arguments.file);
   streams.out << "Made " << printable(arguments.file) << " with the sample company.\n";
   return ExitStatus::Posted;
 }
 
-int runOpnimp(std::span<const std::string> args, Streams& streams, const Machine& machine) {
+int fail(ExitStatus status, const std::string& text, bool json, Streams& streams) {
+  streams.err << "opnimp: " << printable(text) << ".\n";
+  if (json) writeErrorDocument(status, text, streams.out);
+  return static_cast<int>(status);
+}
+
+}  // namespace
+
+int runOpnimp(std::span<const std::string> args, Streams& streams,
+              const Surroundings& surroundings) {
+  // Asked first: also a command line that makes no sense is answered in the format it asks for.
   const bool json = asksForJson(args);
   try {
     const Arguments arguments = parseArguments(args);
-    const ExitStatus status = runTask(arguments, streams, machine);
+    streams.out << arguments.answer;
+    const bool answered = !arguments.answer.empty();
+    const ExitStatus status =
+        answered ? ExitStatus::Posted : runCommand(arguments, streams, surroundings);
     streams.out.flush();
     if (streams.out) return static_cast<int>(status);
-    const bool ran =
-        arguments.task == Task::Import && !arguments.dryRun && status != ExitStatus::Refused;
+    // A full disk or a closed pipe: what was posted is posted, and nobody has read it.
+    const bool ran = !answered && arguments.command == Arguments::Command::Import &&
+                     !arguments.dryRun && status != ExitStatus::Refused;
     return fail(ExitStatus::BrokeOff,
                 ran ? "the import ran, but its report could not be written; look up in the "
                       "database what was posted before importing again"

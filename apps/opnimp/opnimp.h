@@ -5,11 +5,12 @@
 #include <string>
 
 #include "apps/opnimp/cli/streams.h"
+#include "apps/opnimp/run/surroundings.h"
 
 namespace velk {
 
-/// Runs the command line behind the program's name and answers the exit status.
+/// Runs the command line that follows the program's name; returns the exit status.
 int runOpnimp(std::span<const std::string> args, Streams& streams,
-              const Machine& machine = realMachine());
+              const Surroundings& surroundings = realSurroundings());
 
 }  // namespace velk

@@ -1,47 +1,42 @@
-// A JSON document, read by the embedded database.
+// A JSON document that the runner wrote.
 #pragma once
 
 #include <doctest/doctest.h>
 
+#include <nlohmann/json.hpp>
 #include <string>
-#include <string_view>
-
-#include "base/text.h"
-#include "tests/support/scratch_database.h"
 
 namespace velk {
 
 class Json {
  public:
   /// The test fails unless this is one document in valid UTF-8 that gives no key twice.
-  explicit Json(std::string_view text) : connection_(scratch_.open()) {
-    REQUIRE(toUtf8(toUtf16(text)) == text);
-    for (const char c : text) literal_.append(c == '\'' ? 2 : 1, c);
-    literal_ = "'" + literal_ + "'";
-    REQUIRE_MESSAGE(ask("select json_valid(" + literal_ + ")") == "1", text);
-    REQUIRE(ask("select count(*) - count(distinct fullkey) from json_tree(" + literal_ + ")") ==
-            "0");
+  explicit Json(const std::string& text) : document_(nlohmann::ordered_json::parse(text)) {
+    REQUIRE(document_.dump() + "\n" == text);
   }
 
-  /// What stands at a path such as "account.addsUp": a text as it is, all else as JSON has it.
+  /// What is found at a path such as "records[0].outcome": a text as it is, all else as JSON has
+  /// it.
   std::string at(const std::string& path) const {
-    const std::string place = "(" + literal_ + ", '$." + path + "')";
-    return ask("select iif(json_type" + place + " in ('null', 'true', 'false'), json_type" + place +
-               ", cast(json_extract" + place + " as text))");
+    std::string pointer = "/";
+    for (const char c : path) {
+      if (c != ']') pointer += c == '.' || c == '[' ? '/' : c;
+    }
+    const auto& found = document_.at(nlohmann::ordered_json::json_pointer(pointer));
+    return found.is_string() ? found.get<std::string>() : found.dump();
   }
 
   /// The outcomes of all records, blanks between.
   std::string outcomes() const {
-    return ask("select group_concat(json_extract(value, '$.outcome'), ' ') from json_each(" +
-               literal_ + ", '$.records')");
+    std::string all;
+    for (const auto& record : document_.at("records")) {
+      all += (all.empty() ? "" : " ") + record.at("outcome").get<std::string>();
+    }
+    return all;
   }
 
  private:
-  std::string ask(const std::string& query) const { return velk::ask(*connection_, query); }
-
-  ScratchDatabase scratch_;
-  std::shared_ptr<OdbcConnection> connection_;
-  std::string literal_;
+  nlohmann::ordered_json document_;
 };
 
 }  // namespace velk

@@ -21,14 +21,14 @@ std::string TemporaryFolder::read(std::string_view name) const {
 }
 
 RunnerWorld::RunnerWorld() {
-  machine.clock = [] { return dateFromCivil({2008, 4, 1}); };
+  surroundings.clock = [] { return dateFromCivil({2008, 4, 1}); };
 }
 
 Ran RunnerWorld::run(std::vector<std::string> args) {
   std::ostringstream out;
   std::ostringstream err;
   Streams streams{out, err, terminal};
-  const int status = runOpnimp(args, streams, machine);
+  const int status = runOpnimp(args, streams, surroundings);
   return {status, out.str(), err.str()};
 }
 

@@ -29,7 +29,7 @@ struct TemporaryFolder : ScratchDatabase {
 class RunnerWorld {
  public:
   TemporaryFolder folder;
-  Machine machine = realMachine();  ///< its clock stands in 2008
+  Surroundings surroundings = realSurroundings();  ///< its clock stands in 2008
   bool terminal = false;
   std::string kind = "customer-opening";  ///< of the files that are imported
 

@@ -7,8 +7,7 @@
 
 #include "masters/Velk_frmBankBranch_OpnImp.h"
 #include "opening/Velk_frmVenOpn_OpnImp.h"
-#include "opening/customer_opening.h"
-#include "opening/vendor_opening.h"
+#include "opening/opening_import.h"
 #include "platform/windows/forms/window_shell.h"
 #include "platform/windows/ole_picture.h"
 #include "tests/support/test_world.h"
@@ -36,26 +35,29 @@ struct ScreenCase {
   Texts previewTitles;  ///< of the file
 };
 
-template <class Screen, auto... import>
+template <class Screen, const OpeningImportKind& kind>
 std::shared_ptr<ImportScreen> makeScreen(Velk_ModOpnImp& module) {
-  return std::make_shared<Screen>(module, import ...);
+  return std::make_shared<Screen>(module, std::make_unique<OpeningImportButton>(kind));
+}
+std::shared_ptr<ImportScreen> makeMasterScreen(Velk_ModOpnImp& module) {
+  return std::make_shared<Velk_frmBankBranch_OpnImp>(module);
 }
 
 const ScreenCase screenCases[] = {
     {"Import Customer Opening",
-     makeScreen<Velk_frmCustOpn_OpnImp, importCustomerOpening>,
+     makeScreen<Velk_frmCustOpn_OpnImp, customerOpening>,
      "Arial",
      {"Customer ID", "Party", "Reference", "Date", "Bill Amount", "Balance", "Document Type"},
      "Reference,other\r\nR1,x\r\n",
      {"Reference", "other"}},
     {"Import VendorOpening",
-     makeScreen<Velk_frmVenOpn_OpnImp, importVendorOpening>,
+     makeScreen<Velk_frmVenOpn_OpnImp, vendorOpening>,
      "Arial",
      {"Vendor ID", "Vendor Name", "Reference", "Date", "Bill Amount", "Balance"},
      "Reference,other\r\nR1,x\r\n",
      {"Reference", "other"}},
     {"Import - Bank & Branch",
-     makeScreen<Velk_frmBankBranch_OpnImp>,
+     makeMasterScreen,
      "MS Sans Serif",
      {"Bank Code", "Bank Name", "Branch Code", "Branch Name"},
      "Branch Code,other\r\nR1,x\r\n",

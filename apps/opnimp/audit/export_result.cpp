@@ -10,6 +10,7 @@ namespace {
 
 using Rows = std::vector<std::string>;
 
+// One text for each row, so that rows can be sorted and compared as a whole.
 template <class CellText>
 std::string joined(CellText cellText) {
   std::string row;
@@ -44,17 +45,19 @@ Rows rowsOfDatabase(Connection& connection) {
   Rows rows;
   for (; !answer->isEOF(); answer->MoveNext()) {
     rows.push_back(joined([&](int column) {
+      // A salesman without a handheld value is exported with No.
       if (column == salesmanColumn::HandHeldDS) {
         const Value value = answer->field(handheld);
         return isNull(value) ? std::string("No") : toText(value);
       }
+      // Columns E (existing DS type) and F (DS type) are exported with the same value.
       return toText(answer->field(std::min(static_cast<std::size_t>(column) - 1, dsType)));
     }));
   }
   return rows;
 }
 
-/// Both in the same order: the database's differs from ours.
+/// Both are sorted here, since the database orders texts by its own rules.
 std::string differenceOf(Rows file, Rows database) {
   if (file.size() != database.size()) {
     return "it holds " + std::to_string(file.size()) + " salesmen, the database " +

@@ -10,8 +10,6 @@
 
 namespace velk {
 
-enum class Task { Help, Version, Import, Preview, Export, DemoDatabase };
-
 /// One --map option: "Field=Column".
 struct MapOption {
   std::string field;
@@ -19,7 +17,10 @@ struct MapOption {
 };
 
 struct Arguments {
-  Task task = Task::Help;
+  enum class Command { Import, Preview, Export, DemoDatabase };
+
+  std::string answer;  ///< help or version to print, no command being run; empty otherwise
+  Command command = Command::Import;
   const ImportKind* kind = nullptr;
   std::string file;  ///< to import, preview or export to, or the database to make
   std::optional<std::string> database;
@@ -30,8 +31,8 @@ struct Arguments {
   bool json = false;
 };
 
-/// Reads the arguments behind the program's name; raises UsageError. An option's value follows it
-/// as the next argument or behind "="; "--" ends the options.
+/// Reads the arguments that follow the program's name; raises UsageError. An option's value follows
+/// it as the next argument or after "="; "--" ends the options.
 Arguments parseArguments(std::span<const std::string> args);
 
 /// True when the arguments ask for JSON, even if they make no sense otherwise.

@@ -1,7 +1,6 @@
 #include "apps/opnimp/cli/kinds.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "masters/salesman_workbook.h"
 #include "opening/opening_kinds.h"
@@ -12,12 +11,11 @@ namespace {
 
 constexpr std::array<std::size_t, 3> openingMandatory{openingField::code, openingField::bill,
                                                       openingField::balance};
+// Positions in the mapping list of each master type: all four of a branch, code and name of a
+// vendor.
 constexpr std::array<std::size_t, 4> bankMandatory{0, 1, 2, 3};
 constexpr std::array<std::size_t, 2> vendorMandatory{0, 1};
 constexpr std::array<std::size_t, 1> salesmanMandatory{salesmanField::Name};
-// The import adds 1 to the count, of 16 bits on the opening screens, of 32 on the master screen.
-constexpr std::size_t openingLargestCount = 32766;
-constexpr std::size_t masterLargestCount = std::numeric_limits<std::int32_t>::max() - 1;
 
 constexpr ImportKind openingKind(std::string_view name, std::string_view what,
                                  decltype(ImportKind::open) open,
@@ -28,10 +26,7 @@ constexpr ImportKind openingKind(std::string_view name, std::string_view what,
           .mandatory = openingMandatory,
           .largestRecordCount = openingLargestCount,
           .becomes = {"Notes", "Entries"},
-          .opening = &opening,
-          .type = std::nullopt,
-          .columns = 0,
-          .stopsAtFailure = false};
+          .opening = &opening};
 }
 
 }  // namespace
@@ -44,35 +39,23 @@ std::span<const ImportKind> importKinds() {
                    &Velk_ClsOpnImp::ImportVendorOpening, vendorOpening),
        {.name = "bank-branch",
         .what = "banks and their branches",
-        .open = &Velk_ClsOpnImp::ImportBankBranchOpening,
         .mandatory = bankMandatory,
-        .largestRecordCount = masterLargestCount,
         .becomes = {"Banks", "Branches"},
-        .opening = nullptr,
         .type = MasterType::BankBranch,
-        .columns = 4,
-        .stopsAtFailure = false},
+        .columns = 4},
        {.name = "vendor",
         .what = "vendors and their accounts",
-        .open = &Velk_ClsOpnImp::ImportBankBranchOpening,
         .mandatory = vendorMandatory,
-        .largestRecordCount = masterLargestCount,
         .becomes = {"Vendors", "Accounts"},
-        .opening = nullptr,
         .type = MasterType::Vendor,
         .columns = 10,
         .stopsAtFailure = true},
        {.name = "salesman",
         .what = "salesmen and their DS types; FILE is an .xls workbook",
         .format = FileFormat::Workbook,
-        .open = &Velk_ClsOpnImp::ImportBankBranchOpening,
         .mandatory = salesmanMandatory,
-        .largestRecordCount = masterLargestCount,
         .becomes = {"Salesmen", "DS types"},
-        .opening = nullptr,
         .type = MasterType::Salesman,
-        .columns = 0,
-        .stopsAtFailure = false,
         .replaces = true}}};
   return kinds;
 }

@@ -3,6 +3,8 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <span>
@@ -14,7 +16,7 @@
 
 namespace velk {
 
-/// Where the values of an opening balance stand among the fields of its mapping list.
+/// Positions of an opening balance's values among the fields of its mapping list.
 namespace openingField {
 inline constexpr std::size_t code = 0;
 inline constexpr std::size_t reference = 2;
@@ -32,22 +34,27 @@ constexpr std::string_view extensionOf(FileFormat format) {
   return format == FileFormat::Workbook ? "xls" : "csv";
 }
 
+// The import adds 1 to the count, of 16 bits on the opening screens, of 32 on the master screen.
+inline constexpr std::size_t openingLargestCount = 32766;
+inline constexpr std::size_t masterLargestCount = std::numeric_limits<std::int32_t>::max() - 1;
+
 struct ImportKind {
   std::string_view name;  ///< on the command line
   std::string_view what;  ///< for the help
   FileFormat format = FileFormat::CommaSeparated;
   /// The component's entry point that opens the screen.
   void (Velk_ClsOpnImp::*open)(const std::shared_ptr<Connection>&,
-                               const std::shared_ptr<const Picture>&);
-  std::span<const std::size_t> mandatory;   ///< fields without which nothing is imported
-  std::size_t largestRecordCount;           ///< that can be imported in one go
-  std::array<std::string_view, 2> becomes;  ///< what the two calls of a record make
-  const OpeningImportKind* opening;         ///< its procedures; null: master data, without amounts
-  std::optional<MasterType> type;           ///< chosen on the screen
-  std::size_t columns;                      ///< that a text must have exactly; 0: any number
+                               const std::shared_ptr<const Picture>&) =
+      &Velk_ClsOpnImp::ImportBankBranchOpening;
+  std::span<const std::size_t> mandatory;  ///< fields without which nothing is imported
+  std::size_t largestRecordCount = masterLargestCount;  ///< that can be imported in one go
+  std::array<std::string_view, 2> becomes;              ///< what the two calls of a record make
+  const OpeningImportKind* opening = nullptr;  ///< its procedures; null: master data, no amounts
+  std::optional<MasterType> type{};            ///< chosen on the screen
+  std::size_t columns = 0;                     ///< that a text must have exactly; 0: any number
   /// The second call is left out when the first has failed.
-  bool stopsAtFailure;
-  /// A record that is posted again replaces itself, instead of standing there twice.
+  bool stopsAtFailure = false;
+  /// A record that is posted again replaces itself, instead of being there twice.
   bool replaces = false;
 };
 

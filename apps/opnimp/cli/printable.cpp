@@ -28,15 +28,9 @@ void appendHex(std::u16string& to, unsigned number, int digits) {
   }
 }
 
+// Every character has one byte of UTF-8 that is no continuation: counting those counts characters.
 bool isContinuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
-template <class... Format>
-std::string numberText(double number, Format... format) {
-  std::array<char, 400> buffer;  // the widest double has 309 digits before the point
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, format...);
-  return std::string(buffer.data(), end.ptr);
 }
 
 }  // namespace
@@ -73,6 +67,7 @@ std::size_t textWidth(std::string_view text) {
       std::ranges::count_if(text, [](char c) { return !isContinuation(c); }));
 }
 
+// The cut is before a whole character, so that the text stays valid UTF-8.
 std::string cutTo(std::string_view text, std::size_t width) {
   if (textWidth(text) <= width) return std::string(text);
   constexpr std::string_view dots = "...";
@@ -105,15 +100,15 @@ std::string counted(std::size_t number, std::string_view one, std::string_view m
 }
 
 std::string money(long double amount) {
-  constexpr double largestFixed = 1e15;
-  const double value = static_cast<double>(amount) + 0.0;  // no "-0.00"
-  if (std::abs(value) >= largestFixed) return numberText(value, std::chars_format::general, 15);
-  const std::string text = numberText(value, std::chars_format::fixed, 2);
+  constexpr double largestFixed = 1e15;  // beyond it a double has no two exact decimals
+  const auto value = static_cast<double>(amount);
+  const bool fixed = std::abs(value) < largestFixed;
+  std::array<char, 32> buffer;
+  const auto end =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                    fixed ? std::chars_format::fixed : std::chars_format::general, fixed ? 2 : 15);
+  const std::string text(buffer.data(), end.ptr);  // a small negative amount rounds to a signed 0
   return text == "-0.00" ? "0.00" : text;
-}
-
-std::string shortest(double number) {
-  return numberText(number);
 }
 
 }  // namespace velk

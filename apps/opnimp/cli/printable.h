@@ -24,11 +24,9 @@ std::string padLeft(std::string text, std::size_t width);
 
 /// "12,345".
 std::string grouped(std::size_t number);
-/// "record" or "records", with the number in front.
+/// "1 record" or "2 records".
 std::string counted(std::size_t number, std::string_view one, std::string_view many);
 /// Two decimals, no separators; in 15 digits from 1e15 on.
 std::string money(long double amount);
-/// The shortest text that reads back as the number.
-std::string shortest(double number);
 
 }  // namespace velk

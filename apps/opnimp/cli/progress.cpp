@@ -8,13 +8,14 @@ namespace velk {
 
 void Progress::show(std::size_t record) {
   if (!enabled_) return;
+  // More often than ten times a second would slow the run down and could not be read.
   constexpr std::chrono::milliseconds interval{100};
   const auto now = std::chrono::steady_clock::now();
   if (now < nextDraw_) return;
   nextDraw_ = now + interval;
   const std::string text = grouped(record) + " of " + grouped(total_) + " records";
   err_ << '\r' << padRight(text, drawnWidth_) << std::flush;
-  drawnWidth_ = text.size();
+  drawnWidth_ = text.size();  // all ASCII, so a byte is a character
 }
 
 void Progress::erase() {

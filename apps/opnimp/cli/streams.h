@@ -1,13 +1,7 @@
-// Where the program writes, and what it asks of the machine; tests put their own in their place.
+// Where the program writes; tests read it from there.
 #pragma once
 
-#include <functional>
-#include <memory>
 #include <ostream>
-#include <string>
-
-#include "base/dates.h"
-#include "platform/database.h"
 
 namespace velk {
 
@@ -16,24 +10,5 @@ struct Streams {
   std::ostream& err;
   bool errIsTerminal = false;  ///< a progress line may be drawn there
 };
-
-/// An open database. `begin` and `takeBack` stand around a dry run.
-struct OpenDatabase {
-  std::shared_ptr<Connection> connection;
-  std::function<void()> begin;
-  std::function<void()> takeBack;
-};
-
-struct Machine {
-  /// True once the user asked the run to end.
-  std::function<bool()> interrupted;
-  /// Local date and time.
-  std::function<Date()> clock;
-  /// Opens a database by its ODBC connection string. Raises RuntimeError.
-  std::function<OpenDatabase(const std::string& connectionString)> openDatabase;
-};
-
-/// The machine's own clock and database drivers, and no interrupt.
-Machine realMachine();
 
 }  // namespace velk

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "apps/opnimp/cli/printable.h"
-#include "apps/opnimp/warnings/warnings.h"
+#include "apps/opnimp/records/file_bytes.h"
 #include "base/text.h"
 #include "platform/spreadsheet/xls/compound_file.h"
 
@@ -14,13 +14,10 @@ namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
 
-/// Of the .xls or .xlsx format.
-bool isWorkbook(std::string_view bytes) {
-  return xls::CompoundFile::recognises(bytes) || bytes.starts_with("PK\x03\x04");
-}
-
 }  // namespace
 
+// Lines count by line feeds, as in an editor, while only a pair of carriage return and line feed
+// ends a record: one with bare line feeds takes several lines.
 CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
   std::size_t line = 1;
   for (std::size_t start = 0; start < bytes_.size();) {
@@ -37,6 +34,10 @@ CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
   }
 }
 
+bool CsvRecords::isWorkbook() const {
+  return xls::CompoundFile::recognises(bytes_) || bytes_.starts_with("PK\x03\x04");
+}
+
 std::vector<std::string> CsvRecords::fields(std::size_t record, QuotedComma quotedComma,
                                             std::size_t most) const {
   std::string line = CodePage::windows1252().decode(bytesOf(record));
@@ -45,7 +46,7 @@ std::vector<std::string> CsvRecords::fields(std::size_t record, QuotedComma quot
   for (std::size_t start = 0; fields.size() < most && start <= line.size();) {
     const std::size_t end = std::min(line.find(fieldEnd, start), line.size());
     fields.push_back(withoutQuotes(line.substr(start, end - start)));
-    start = end + 1;
+    start = end + 1;  // a mark at the end of the line makes an empty last field
   }
   return fields;
 }
@@ -54,21 +55,13 @@ std::vector<std::string> CsvRecords::fields(std::size_t record, QuotedComma quot
 // too.
 std::string CsvRecords::refusal(const ImportKind& kind) const {
   if (bytes_.empty()) return "the file is empty; its first line must hold column titles";
-  if (isWorkbook(bytes_)) {
+  if (isWorkbook()) {
     return "the file is a workbook; save it as comma-separated text (*.csv)";
   }
   const std::size_t columns = countFields(header().substr(0, header().find('\r')));
   if (kind.columns == 0 || columns == kind.columns) return {};
   return "the first line has " + counted(columns, "column", "columns") + "; a file of the kind " +
          std::string(kind.name) + " must have exactly " + std::to_string(kind.columns);
-}
-
-void CsvRecords::findWarnings(const ImportKind& kind, const std::vector<FieldMapping>& mapping,
-                              int currentYear, Warnings& warnings) const {
-  if (isWorkbook(bytes_)) return;
-  warnOfBytes(*this, warnings);
-  warnOfLines(*this, kind, warnings);
-  if (!mapping.empty()) warnOfValues(*this, kind, mapping, currentYear, warnings);
 }
 
 void CsvRecords::write(FileSystem& files, std::string_view path,

@@ -16,9 +16,11 @@ class CsvRecords final : public InputRecords {
   const std::string& bytes() const { return bytes_; }
   std::string_view header() const { return bytesOf(header_); }
   std::string_view bytesOf(std::size_t record) const { return bytesOf(records_[record]); }
+  /// True if it is no text at all, but of the .xls or .xlsx format.
+  bool isWorkbook() const;
 
   std::size_t count() const override { return records_.size(); }
-  /// Lines as an editor counts: line feeds in front, and one.
+  /// Lines as an editor counts: the line feeds before it, and one.
   RecordPlace place(std::size_t record) const override { return records_[record]; }
   std::string_view placeWord() const override { return "line"; }
   std::vector<std::string> fields(std::size_t record, std::size_t most) const override {
@@ -27,8 +29,6 @@ class CsvRecords final : public InputRecords {
   std::vector<std::string> fields(std::size_t record, QuotedComma quotedComma,
                                   std::size_t most) const;
   std::string refusal(const ImportKind& kind) const override;
-  void findWarnings(const ImportKind& kind, const std::vector<FieldMapping>& mapping,
-                    int currentYear, Warnings& warnings) const override;
   /// The bytes of header and records, each line ended by carriage return + line feed.
   void write(FileSystem& files, std::string_view path,
              std::span<const std::size_t> records) const override;

@@ -1,11 +1,10 @@
 // The runner's own reading of an import file, independent of the screen's: what the account is
 // checked against, and what the rejects are copied from. Only the cells of workbooks are turned
-// into texts by the reader that the screen has, too. Record k (from 1) stands in row k + 1 of the
+// into texts by the reader that the screen has, too. Record k (from 1) is row k + 1 of the
 // mapping list.
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,9 +14,6 @@
 #include "platform/files.h"
 
 namespace velk {
-
-class Warnings;
-struct FieldMapping;
 
 struct RecordPlace {
   std::size_t offset = 0;  ///< of its first byte
@@ -32,7 +28,7 @@ class InputRecords {
   virtual std::size_t count() const = 0;
   /// Of a record by its position from 0, as in all that follows.
   virtual RecordPlace place(std::size_t record) const = 0;
-  /// What a record stands in: "line" or "row".
+  /// What a record occupies: "line" or "row".
   virtual std::string_view placeWord() const = 0;
   /// Such as "line 5".
   std::string where(std::size_t record) const;
@@ -43,28 +39,16 @@ class InputRecords {
 
   /// Why a file of this kind is refused for what it is or for its columns; empty when it is not.
   virtual std::string refusal(const ImportKind& kind) const = 0;
-  /// Rows that hold data and are no records, since reading ends in front of them.
+  /// Rows that contain data and are no records, since reading ends before them.
   virtual std::vector<std::size_t> unreadRows() const { return {}; }
-  virtual void findWarnings(const ImportKind& kind, const std::vector<FieldMapping>& mapping,
-                            int currentYear, Warnings& warnings) const = 0;
 
   /// Writes a file of the same format with the header and some of the records. Errors: files.h.
   virtual void write(FileSystem& files, std::string_view path,
                      std::span<const std::size_t> records) const = 0;
 };
 
-/// Reads the whole file in the format of its kind. Errors: those of files.h; 7 for one that is too
-/// long to be read. A file of another format is read, as one that is refused.
-std::unique_ptr<const InputRecords> readRecords(FileSystem& files, std::string_view path,
-                                                FileFormat format);
-
-/// The bytes of a whole file. Errors: those of files.h; 7 for one beyond the length of a text.
-std::string readBytes(FileSystem& files, std::string_view path);
-
-/// A field without its quotes; one that cannot be unquoted is empty.
+/// What Velk_ModOpnImp::UnquoteField makes of a field, without its log: one that cannot be unquoted
+/// is empty.
 std::string withoutQuotes(std::string field);
-
-/// Writes a file that replaces the one at `path`. Errors: files.h.
-void writeFile(FileSystem& files, std::string_view path, std::string_view bytes);
 
 }  // namespace velk

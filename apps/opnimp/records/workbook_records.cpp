@@ -1,6 +1,6 @@
 #include "apps/opnimp/records/workbook_records.h"
 
-#include "apps/opnimp/warnings/warnings.h"
+#include "apps/opnimp/records/file_bytes.h"
 #include "base/errors.h"
 #include "base/text.h"
 #include "platform/spreadsheet/xls/xls_spreadsheet.h"
@@ -21,11 +21,14 @@ WorkbookRecords::WorkbookRecords(FileSystem& files, std::string_view path) {
     sheet_ = readXls(bytes);
   } catch (const RuntimeError& error) {
     damage_ = error.description();
+    // It becomes part of a sentence.
     damage_.replace(0, 1, lowerAscii(damage_.substr(0, 1)));
   }
   count_ = countRecords();
 }
 
+// As the screen does, which looks at columns A to E only: a row with nothing but a DS type is
+// blank.
 std::size_t WorkbookRecords::countRecords() const {
   if (!hasCaptions()) return 0;
   int row = firstRow;
@@ -88,14 +91,6 @@ std::vector<std::size_t> WorkbookRecords::unreadRows() const {
     if (!isBlank(static_cast<int>(row), 1, lastColumn)) rows.push_back(row);
   }
   return rows;
-}
-
-void WorkbookRecords::findWarnings(const ImportKind& /*kind*/,
-                                   const std::vector<FieldMapping>& mapping, int /*currentYear*/,
-                                   Warnings& warnings) const {
-  if (!hasCaptions()) return;
-  warnOfCells(*this, warnings);
-  if (!mapping.empty()) warnOfSalesmen(*this, mapping, warnings);
 }
 
 std::vector<std::string> WorkbookRecords::valuesOf(const PickList& list) const {

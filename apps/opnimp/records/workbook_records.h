@@ -2,6 +2,8 @@
 // salesman in each row from 2 to the first one that is blank in columns A to E, where they end.
 #pragma once
 
+#include <memory>
+
 #include "apps/opnimp/records/input_records.h"
 #include "masters/salesman_workbook.h"
 #include "platform/spreadsheet.h"
@@ -30,8 +32,6 @@ class WorkbookRecords final : public InputRecords {
   std::vector<std::string> fields(std::size_t record, std::size_t most) const override;
   std::string refusal(const ImportKind& kind) const override;
   std::vector<std::size_t> unreadRows() const override;
-  void findWarnings(const ImportKind& kind, const std::vector<FieldMapping>& mapping,
-                    int currentYear, Warnings& warnings) const override;
   /// A workbook with the seven columns, all cells being texts, and with the file's pick lists.
   void write(FileSystem& files, std::string_view path,
              std::span<const std::size_t> records) const override;

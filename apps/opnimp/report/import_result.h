@@ -44,8 +44,4 @@ std::vector<std::string> nextSteps(const ImportResult& result);
 /// The log lines that did not get into the error log's file.
 std::vector<const RecordedLine*> unwrittenLines(const ImportResult& result);
 
-// Reports.
-void writeTextReport(const ImportResult& result, std::ostream& out);
-void writeJsonReport(const ImportResult& result, std::ostream& out);
-
 }  // namespace velk

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/records/file_bytes.h"
 #include "base/errors.h"
 #include "base/text.h"
 #include "platform/native/native_files.h"

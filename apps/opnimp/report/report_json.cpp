@@ -1,235 +1,179 @@
-// The report of an import as one JSON document.
-#include <algorithm>
-#include <ostream>
+#include "apps/opnimp/report/report_json.h"
 
-#include "apps/opnimp/report/import_result.h"
-#include "apps/opnimp/report/json_writer.h"
-#include "apps/opnimp/report/report_parts.h"
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "apps/opnimp/report/json_document.h"
 #include "base/text.h"
 
 namespace velk {
 
 namespace {
 
-std::string_view kindCode(CallKind kind) {
-  switch (kind) {
-    case CallKind::Query:
-      return "query";
-    case CallKind::Check:
-      return "check";
-    case CallKind::Procedure:
-      break;
-  }
-  return "procedure";
+// In the order of CallKind, CallResult and RecordedLine::Kept.
+constexpr std::array<std::string_view, 3> kindCodes{"query", "check", "procedure"};
+constexpr std::array<std::string_view, 5> resultCodes{"unknown", "ok", "failed", "failed-late",
+                                                      "not-run"};
+constexpr std::array<std::string_view, 3> keptCodes{"memory", "file", "not-written"};
+
+template <std::size_t count, class Enum>
+std::string codeOf(const std::array<std::string_view, count>& codes, Enum value) {
+  return std::string(codes.at(static_cast<std::size_t>(value)));
 }
 
-/// The calls of a record that have had their effect, by what they make.
+template <class Items, class Make>
+Json listOf(const Items& items, Make make) {
+  Json list = Json::array();
+  for (const auto& item : items) list.push_back(make(item));
+  return list;
+}
+
+/// The key of what the calls of records have made.
 std::string effectKey(std::string_view becomes) {
   std::string key = lowerAscii(becomes);
   std::ranges::replace(key, ' ', '-');
   return key;
 }
 
-std::string_view resultCode(CallResult result) {
-  switch (result) {
-    case CallResult::Ok:
-      return "ok";
-    case CallResult::Failed:
-      return "failed";
-    case CallResult::FailedLate:
-      return "failed-late";
-    case CallResult::NotRun:
-      return "not-run";
-    case CallResult::Unknown:
-      break;
-  }
-  return "unknown";
+// The library writes whole doubles with ".0", which some readers take for another type.
+Json number(double number) {
+  constexpr double largestWhole = 1LL << std::numeric_limits<double>::digits;
+  const bool whole = std::abs(number) <= largestWhole && number == std::trunc(number);
+  return whole ? Json(static_cast<long long>(number)) : Json(number);
 }
 
-std::string_view keptCode(RecordedLine::Kept kept) {
-  switch (kept) {
-    case RecordedLine::Kept::InFile:
-      return "file";
-    case RecordedLine::Kept::InMemory:
-      return "memory";
-    case RecordedLine::Kept::NotWritten:
-      break;
-  }
-  return "not-written";
+/// A date is a text such as "2008-03-31 00:00:00".
+Json valueJson(const Value& value) {
+  if (isNull(value)) return nullptr;
+  if (const auto* integer = std::get_if<std::int32_t>(&value)) return *integer;
+  if (const auto* real = std::get_if<double>(&value)) return number(*real);
+  if (const auto* date = std::get_if<Date>(&value)) return formatIso(*date);
+  return std::get<std::string>(value);
 }
 
-class JsonReport {
- public:
-  JsonReport(const ImportResult& result, std::ostream& out) : result_(result), json_(out) {}
+Json errorJson(const CallError& error) {
+  return {{"number", error.number},
+          {"description", error.description},
+          {"diagnostics", listOf(error.diagnostics, [](const Diagnostic& diagnostic) {
+             return Json{{"state", diagnostic.state},
+                         {"native", diagnostic.native},
+                         {"message", diagnostic.message}};
+           })}};
+}
 
-  void write() {
-    json_.beginObject();
-    writeHead();
-    writeMapping(result_.mapping, json_);
-    writeWarnings(result_.warnings, result_.input->placeWord(), json_);
-    writeLines(result_.traces.runLines);
-    writeMessages(result_.traces.runMessages);
-    writeRecords();
-    writeAccount();
-    json_.member("rejectFiles", result_.rejectFiles);
-    json_.member("next", nextSteps(result_));
-    json_.endObject();
+// The key is the kind of call, its value the statement or the name of the procedure.
+Json callJson(const RecordedCall* call) {
+  Json json{{codeOf(kindCodes, call->kind), call->text}};
+  if (call->kind != CallKind::Query) json["parameters"] = listOf(call->parameters, valueJson);
+  json["result"] = codeOf(resultCodes, call->result);
+  if (call->error) json["error"] = errorJson(*call->error);
+  return json;
+}
+
+Json lineJson(const RecordedLine* line) {
+  Json json{{"text", line->text}, {"kept", codeOf(keptCodes, line->kept)}};
+  if (!line->writeError.empty()) json["error"] = line->writeError;
+  return json;
+}
+
+Json messageJson(const RecordedMessage* shown) {
+  Json json{{"prompt", shown->message.prompt}, {"style", shown->message.style}};
+  if (shown->message.caption) json["caption"] = *shown->message.caption;
+  json["throughHost"] = shown->message.throughHost;
+  return json;
+}
+
+Json recordJson(const ImportResult& result, std::size_t record) {
+  const RecordTrace& trace = result.traces.records[record];
+  const RecordPlace place = result.input->place(record);
+  Json json{{"record", record + 1}, {std::string(result.input->placeWord()), place.line}};
+  // Rows of a workbook have no bytes of their own.
+  if (place.length != 0) {
+    json["offset"] = place.offset;
+    json["length"] = place.length;
   }
+  json["outcome"] = outcomeCode(trace.outcome);
+  json["reason"] = reasonOf(trace);
+  json["calls"] = listOf(trace.calls, callJson);
+  json["log"] = listOf(trace.lines, lineJson);
+  json["messages"] = listOf(trace.messages, messageJson);
+  return json;
+}
 
- private:
-  const ImportKind& kind() const { return *result_.arguments.kind; }
+Json sumsJson(const Sums& sums, bool amounts) {
+  Json json{{"count", sums.count}};
+  if (!amounts) return json;
+  json["billDebit"] = number(static_cast<double>(sums.billDebit));
+  json["billCredit"] = number(static_cast<double>(sums.billCredit));
+  json["balanceDebit"] = number(static_cast<double>(sums.balanceDebit));
+  json["balanceCredit"] = number(static_cast<double>(sums.balanceCredit));
+  return json;
+}
 
-  void writeHead() {
-    json_.member("command", "import");
-    json_.member("kind", kind().name);
-    json_.member("status", static_cast<int>(result_.status));
-    json_.member("file", result_.arguments.file);
-    json_.member("database", result_.database);
-    json_.member("dryRun", result_.isDryRun());
-    json_.memberOrNull("refused", result_.refusal);
-    json_.memberOrNull("brokeOff", result_.brokeOff);
-    json_.memberOrNull("rejectsError", result_.rejectsError);
-    json_.member("errorLog", result_.errorLog);
+Json accountJson(const ImportResult& result) {
+  if (result.refused()) return nullptr;
+  const Account& account = result.account;
+  const ImportKind& kind = *result.arguments.kind;
+  const bool amounts = kind.opening != nullptr;
+  Json outcomes;
+  for (std::size_t i = 0; i < outcomeCount; ++i) {
+    outcomes[std::string(outcomeCode(static_cast<Outcome>(i)))] =
+        sumsJson(account.byOutcome[i], amounts);
   }
+  return {{"addsUp", account.addsUp()},
+          {"fileRecords", account.fileRecords},
+          {"screenRecords", account.screenRecords ? Json(*account.screenRecords) : Json()},
+          {"unreadable", account.unreadable},
+          {"outcomes", std::move(outcomes)},
+          {"file", sumsJson(account.file, amounts)},
+          {effectKey(kind.becomes[0]), sumsJson(account.notes, amounts)},
+          {effectKey(kind.becomes[1]), sumsJson(account.entries, amounts)},
+          {"differenceCount", account.differenceCount},
+          {"differences", account.differences}};
+}
 
-  void writeLines(const std::vector<const RecordedLine*>& lines) {
-    json_.key("log");
-    json_.beginArray();
-    for (const RecordedLine* line : lines) {
-      json_.beginObject();
-      json_.member("text", line->text);
-      json_.member("kept", keptCode(line->kept));
-      if (!line->writeError.empty()) json_.member("error", line->writeError);
-      json_.endObject();
-    }
-    json_.endArray();
+// One at a time: the records of a long file as one document would take many times its memory.
+void writeRecords(const ImportResult& result, std::ostream& out) {
+  out << "\"records\":[";
+  for (std::size_t record = 0; record < result.traces.records.size(); ++record) {
+    out << (record == 0 ? "" : ",") << textOf(recordJson(result, record));
   }
+  out << ']';
+}
 
-  void writeMessages(const std::vector<const RecordedMessage*>& messages) {
-    json_.key("messages");
-    json_.beginArray();
-    for (const RecordedMessage* shown : messages) {
-      json_.beginObject();
-      json_.member("prompt", shown->message.prompt);
-      json_.member("style", shown->message.style);
-      if (shown->message.caption) json_.member("caption", *shown->message.caption);
-      json_.member("throughHost", shown->message.throughHost);
-      json_.endObject();
-    }
-    json_.endArray();
-  }
-
-  void writeRecords() {
-    json_.key("records");
-    json_.beginArray();
-    for (std::size_t record = 0; record < result_.traces.records.size(); ++record) {
-      const RecordTrace& trace = result_.traces.records[record];
-      json_.beginObject();
-      json_.member("record", record + 1);
-      writePlace(result_.input->place(record));
-      json_.member("outcome", outcomeCode(trace.outcome));
-      json_.member("reason", reasonOf(trace));
-      json_.key("calls");
-      json_.beginArray();
-      for (const RecordedCall* call : trace.calls) writeCall(*call);
-      json_.endArray();
-      writeLines(trace.lines);
-      writeMessages(trace.messages);
-      json_.endObject();
-    }
-    json_.endArray();
-  }
-
-  void writePlace(const RecordPlace& place) {
-    json_.member(result_.input->placeWord(), place.line);
-    if (place.length == 0) return;
-    json_.member("offset", place.offset);
-    json_.member("length", place.length);
-  }
-
-  void writeCall(const RecordedCall& call) {
-    json_.beginObject();
-    json_.member(kindCode(call.kind), call.text);
-    if (call.kind != CallKind::Query) {
-      json_.key("parameters");
-      json_.beginArray();
-      for (const Value& value : call.parameters) json_.value(value);
-      json_.endArray();
-    }
-    json_.member("result", resultCode(call.result));
-    if (call.error) writeError(*call.error);
-    json_.endObject();
-  }
-
-  void writeError(const CallError& error) {
-    json_.key("error");
-    json_.beginObject();
-    json_.member("number", error.number);
-    json_.member("description", error.description);
-    json_.key("diagnostics");
-    json_.beginArray();
-    for (const Diagnostic& diagnostic : error.diagnostics) {
-      json_.beginObject();
-      json_.member("state", diagnostic.state);
-      json_.member("native", diagnostic.native);
-      json_.member("message", diagnostic.message);
-      json_.endObject();
-    }
-    json_.endArray();
-    json_.endObject();
-  }
-
-  void writeSums(std::string_view name, const Sums& sums) {
-    json_.key(name);
-    json_.beginObject();
-    json_.member("count", sums.count);
-    if (kind().opening != nullptr) writeAmounts(sums);
-    json_.endObject();
-  }
-
-  void writeAmounts(const Sums& sums) {
-    json_.member("billDebit", static_cast<double>(sums.billDebit));
-    json_.member("billCredit", static_cast<double>(sums.billCredit));
-    json_.member("balanceDebit", static_cast<double>(sums.balanceDebit));
-    json_.member("balanceCredit", static_cast<double>(sums.balanceCredit));
-  }
-
-  void writeAccount() {
-    json_.key("account");
-    if (result_.refused()) return json_.null();
-    const Account& account = result_.account;
-    json_.beginObject();
-    json_.member("addsUp", account.addsUp());
-    json_.member("fileRecords", account.fileRecords);
-    json_.key("screenRecords");
-    if (account.screenRecords) {
-      json_.number(*account.screenRecords);
-    } else {
-      json_.null();
-    }
-    json_.member("unreadable", account.unreadable);
-    json_.key("outcomes");
-    json_.beginObject();
-    for (std::size_t i = 0; i < outcomeCount; ++i) {
-      writeSums(outcomeCode(static_cast<Outcome>(i)), account.byOutcome[i]);
-    }
-    json_.endObject();
-    writeSums("file", account.file);
-    writeSums(effectKey(kind().becomes[0]), account.notes);
-    writeSums(effectKey(kind().becomes[1]), account.entries);
-    json_.member("differenceCount", account.differenceCount);
-    json_.member("differences", account.differences);
-    json_.endObject();
-  }
-
-  const ImportResult& result_;
-  JsonWriter json_;
-};
+Json headJson(const ImportResult& result) {
+  return {{"command", "import"},
+          {"kind", result.arguments.kind->name},
+          {"status", result.status},
+          {"file", result.arguments.file},
+          {"database", result.database},
+          {"dryRun", result.isDryRun()},
+          {"refused", orNull(result.refusal)},
+          {"brokeOff", orNull(result.brokeOff)},
+          {"rejectsError", orNull(result.rejectsError)},
+          {"errorLog", result.errorLog},
+          {"mapping", mappingJson(result.mapping)},
+          {"warnings", warningsJson(result.warnings, result.input->placeWord())},
+          {"log", listOf(result.traces.runLines, lineJson)},
+          {"messages", listOf(result.traces.runMessages, messageJson)}};
+}
 
 }  // namespace
 
 void writeJsonReport(const ImportResult& result, std::ostream& out) {
-  JsonReport(result, out).write();
+  std::string head = textOf(headJson(result));
+  head.back() = ',';  // in place of the closing brace: the object goes on
+  out << head;
+  writeRecords(result, out);
+  std::string tail = textOf({{"account", accountJson(result)},
+                             {"rejectFiles", result.rejectFiles},
+                             {"next", nextSteps(result)}});
+  tail.front() = ',';
+  out << tail << '\n';
 }
 
 }  // namespace velk

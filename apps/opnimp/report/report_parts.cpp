@@ -8,6 +8,7 @@ namespace velk {
 
 namespace {
 
+// Only the first lines of a warning are kept: dots say that there are more.
 std::string placeList(const Warning& warning, std::string_view placeWord) {
   if (warning.lines.empty()) return {};
   std::string text = ", " + std::string(placeWord) + (warning.lines.size() == 1 ? " " : "s ");
@@ -42,42 +43,6 @@ void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeW
     out << "  " << warning.code << " (" << grouped(warning.count) << placeList(warning, placeWord)
         << ")\n    " << warning.text << '\n';
   }
-}
-
-void writeMapping(const std::vector<FieldMapping>& mapping, JsonWriter& json) {
-  json.key("mapping");
-  json.beginArray();
-  for (const FieldMapping& entry : mapping) {
-    json.beginObject();
-    json.member("field", entry.field);
-    json.key("column");
-    if (entry.column) {
-      json.number(static_cast<long long>(*entry.column) + 1);
-      json.member("title", entry.title);
-    } else {
-      json.null();
-    }
-    json.endObject();
-  }
-  json.endArray();
-}
-
-void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
-                   JsonWriter& json) {
-  json.key("warnings");
-  json.beginArray();
-  for (const Warning& warning : warnings) {
-    json.beginObject();
-    json.member("code", warning.code);
-    json.member("text", warning.text);
-    json.member("count", warning.count);
-    json.key(std::string(placeWord) + "s");
-    json.beginArray();
-    for (const std::size_t line : warning.lines) json.number(static_cast<long long>(line));
-    json.endArray();
-    json.endObject();
-  }
-  json.endArray();
 }
 
 }  // namespace velk

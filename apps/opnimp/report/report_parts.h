@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "apps/opnimp/records/field_mapping.h"
-#include "apps/opnimp/report/json_writer.h"
 #include "apps/opnimp/warnings/warnings.h"
 
 namespace velk {
@@ -15,9 +14,5 @@ void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out);
 /// `placeWord`: what the lines of a warning are, see InputRecords.
 void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
                    std::ostream& out);
-
-void writeMapping(const std::vector<FieldMapping>& mapping, JsonWriter& json);
-void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
-                   JsonWriter& json);
 
 }  // namespace velk

@@ -1,10 +1,9 @@
-// The report of an import as text.
+#include "apps/opnimp/report/report_text.h"
+
 #include <algorithm>
 #include <array>
-#include <ostream>
 
 #include "apps/opnimp/cli/printable.h"
-#include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/report/report_parts.h"
 
 namespace velk {

@@ -8,7 +8,6 @@
 #include "apps/opnimp/cli/printable.h"
 #include "base/errors.h"
 #include "base/text.h"
-#include "platform/native/native_clock.h"
 #include "platform/odbc/odbc_connection.h"
 
 namespace velk {
@@ -34,9 +33,9 @@ bool isPasswordKey(std::string_view key) {
   return equalsIgnoringCase(trim(key), "pwd") || equalsIgnoringCase(trim(key), "password");
 }
 
-OpenDatabase connect(const DatabaseChoice& choice, const Machine& machine) {
+OpenDatabase connect(const DatabaseChoice& choice, const Surroundings& surroundings) {
   try {
-    return machine.openDatabase(choice.connectionString);
+    return surroundings.openDatabase(choice.connectionString);
   } catch (const RuntimeError& error) {
     throw CannotOpen(
         "the database " + choice.shown + " could not be opened: " + error.description() +
@@ -66,8 +65,8 @@ DatabaseChoice chooseDatabase(const std::optional<std::string>& option) {
           database.path.empty() ? maskPasswords(database.connectionString) : database.path};
 }
 
-OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault, const Machine& machine,
-                          std::ostream& err) {
+OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault,
+                          const Surroundings& surroundings, std::ostream& err) {
   if (isMissing(choice)) {
     if (!isDefault) {
       throw CannotOpen("there is no database " + choice.path + "; `opnimp demo-database " +
@@ -78,7 +77,7 @@ OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault, const Ma
       err << "Made " << choice.path << " with the sample company.\n";
     }
   }
-  return connect(choice, machine);
+  return connect(choice, surroundings);
 }
 
 void makeDemoDatabase(const std::string& path) {
@@ -111,18 +110,6 @@ bool isSameFile(const std::string& a, const std::string& b) {
   if (error) return a == b;
   const fs::path second = fs::weakly_canonical(b, error);
   return error ? a == b : first == second;
-}
-
-Machine realMachine() {
-  Machine machine;
-  machine.interrupted = [] { return false; };
-  machine.clock = localNow;
-  machine.openDatabase = [](const std::string& connectionString) {
-    const auto connection = openOdbc(connectionString);
-    return OpenDatabase{connection, [connection] { connection->beginTransaction(); },
-                        [connection] { connection->rollback(); }};
-  };
-  return machine;
 }
 
 }  // namespace velk

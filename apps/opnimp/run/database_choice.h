@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "apps/database/company_database.h"
-#include "apps/opnimp/cli/streams.h"
+#include "apps/opnimp/run/surroundings.h"
 
 namespace velk {
 
@@ -19,8 +19,8 @@ DatabaseChoice chooseDatabase(const std::optional<std::string>& option);
 
 /// Opens it. The default database is made with the sample company when it is not there, which `err`
 /// is told. Raises CannotOpen, with what to do next.
-OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault, const Machine& machine,
-                          std::ostream& err);
+OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault,
+                          const Surroundings& surroundings, std::ostream& err);
 
 /// Makes the sample company's database in a new file. Raises CannotOpen.
 void makeDemoDatabase(const std::string& path);

@@ -7,11 +7,13 @@ namespace velk {
 
 namespace {
 
+// What the import asks about one type, asked for all.
 constexpr std::string_view activeTypes =
     "select DSTypeValue from DSType_Master where DSTypeName = 'DSType' and DSTypeCtlPos = 1 and "
     "Active >= 1 and OCGtype = (select flag from tbl_velk_configabstract where ScreenCode = "
     "'OCGDS' and ScreenName = 'OperationalCategoryGroup') order by DSTypeValue";
 
+// The screen takes a type for a default one if the procedure answers nothing at all.
 bool isDefault(Connection& connection, const std::string& type) {
   const auto command = connection.newCommand();
   command->setCommandType(CommandType::StoredProcedure);

@@ -1,15 +1,13 @@
+#include "apps/opnimp/run/export_command.h"
+
 #include <filesystem>
-#include <optional>
 #include <system_error>
 
-#include "apps/opnimp/audit/export_result.h"
+#include "apps/opnimp/audit/import_report.h"
 #include "apps/opnimp/audit/recorder.h"
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
-#include "apps/opnimp/cli/printable.h"
-#include "apps/opnimp/cli/progress.h"
-#include "apps/opnimp/report/json_writer.h"
-#include "apps/opnimp/run/commands.h"
+#include "apps/opnimp/report/export_report.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "base/errors.h"
@@ -54,147 +52,73 @@ class Target {
   bool existed_ = false;
 };
 
-class ExportRun {
- public:
-  ExportRun(const Arguments& arguments, const Streams& streams, const Machine& machine)
-      : arguments_(arguments),
-        streams_(streams),
-        machine_(machine),
-        progress_(streams.err, false),
-        recorder_(Recorder::Mode::Post) {}
+void fail(ExportOutcome& outcome, const std::string& why,
+          ExitStatus status = ExitStatus::CannotOpen) {
+  outcome.failure = why;
+  outcome.status = status;
+}
 
-  ExitStatus run() {
-    const std::string folder = applicationFolder(arguments_.appFolder);
-    const DatabaseChoice choice = chooseDatabase(arguments_.database);
-    checkWrites({"the export", arguments_.file, {arguments_.file}}, choice, folder, {});
-    const Target target(arguments_.file);
-    database_ = openDatabase(choice, !arguments_.database, machine_, streams_.err);
-    shownDatabase_ = choice.shown;
-    drive(folder);
-    if (arguments_.json) {
-      writeJson();
+void explain(ExportOutcome& outcome, const ImportReport& report) {
+  if (report.refusal()) {
+    return fail(outcome,
+                "it is open in another program, or its folder does not let it be locked. Close it "
+                "there, and export again",
+                ExitStatus::Refused);
+  }
+  fail(outcome, report.lastError().empty() ? "the screen did not say why" : report.lastError());
+}
+
+void verify(ExportOutcome& outcome, Connection& connection) {
+  try {
+    NativeFileSystem files;
+    outcome.file = readExported(files, outcome.arguments.file, connection);
+    const std::string& difference = outcome.file.difference;
+    if (!difference.empty()) fail(outcome, difference, ExitStatus::BrokeOff);
+  } catch (const RuntimeError& error) {
+    fail(outcome, "it could not be read back: " + error.description(), ExitStatus::BrokeOff);
+  }
+}
+
+/// Presses Export on the screen and finds out what came of it.
+void drive(ExportOutcome& outcome, ScreenSession& session, ImportReport& report,
+           const std::shared_ptr<Connection>& connection) {
+  try {
+    session.open(*outcome.arguments.kind, connection).run().setObserver(&report);
+    if (session.exportTo(outcome.arguments.file) != EventResult::Handled) {
+      fail(outcome, "the screen did not take the Export button");
+    } else if (report.exported()) {
+      verify(outcome, *connection);
     } else {
-      writeText();
+      explain(outcome, report);
     }
-    return status_;
+  } catch (const Refused& refused) {
+    fail(outcome, refused.what());
+  } catch (const RunEnded&) {
+    fail(outcome, "the connection to the database was lost");
   }
-
- private:
-  void drive(const std::string& folder) {
-    ScreenSession session(recorder_,
-                          {folder, machine_.clock, messagesTo(streams_.err, progress_), true});
-    errorLog_ = session.errorLogPath();
-    try {
-      ImportScreen& screen = session.open(*arguments_.kind, recorder_.wrap(database_.connection));
-      screen.run().setObserver(&report_);
-      if (session.exportTo(arguments_.file) != EventResult::Handled) {
-        return fail("the screen did not take the Export button");
-      }
-      if (report_.exported()) return verify();
-      explain();
-    } catch (const Refused& refused) {
-      fail(refused.what());
-    } catch (const RunEnded&) {
-      fail("the connection to the database was lost");
-    }
-  }
-
-  void fail(const std::string& why, ExitStatus status = ExitStatus::CannotOpen) {
-    failure_ = why;
-    status_ = status;
-  }
-
-  void explain() {
-    if (report_.refusal()) {
-      return fail(
-          "it is open in another program, or its folder does not let it be locked. Close it "
-          "there, and export again",
-          ExitStatus::Refused);
-    }
-    fail(report_.lastError().empty() ? "the screen did not say why" : report_.lastError());
-  }
-
-  void verify() {
-    try {
-      NativeFileSystem files;
-      file_ = readExported(files, arguments_.file, *database_.connection);
-      if (!file_.difference.empty()) fail(file_.difference, ExitStatus::BrokeOff);
-    } catch (const RuntimeError& error) {
-      fail("it could not be read back: " + error.description(), ExitStatus::BrokeOff);
-    }
-  }
-
-  std::string verdict() const {
-    switch (status_) {
-      case ExitStatus::Posted:
-        return "Wrote " + counted(file_.salesmen, "salesman", "salesmen") + " to " +
-               arguments_.file;
-      case ExitStatus::BrokeOff:
-        return "Do not rely on " + arguments_.file + ": " + failure_;
-      default:
-        return arguments_.file + " was not written: " + failure_;
-    }
-  }
-
-  std::vector<std::string> notes() const {
-    if (status_ != ExitStatus::Posted) return {};
-    std::vector<std::string> notes{
-        "Change DSType and HandHeld DS in columns F and G (YES and NO in capital letters: all "
-        "else is saved as No), then import the file."};
-    const std::size_t lastRow = file_.salesmen + 1;
-    if (lastRow > lastPickRow) {
-      notes.push_back("The drop-down lists end at row 1,000; rows up to " + grouped(lastRow) +
-                      " have none.");
-    }
-    if (file_.dsTypes.empty()) {
-      notes.emplace_back(
-          "The database has no DS types of its operational category group: the "
-          "drop-down list of column F is empty.");
-    }
-    return notes;
-  }
-
-  void writeText() const {
-    streams_.out << printable(verdict()) << ".\n";
-    for (const std::string& note : notes()) streams_.out << printable(note) << '\n';
-    if (!recorder_.lines().empty()) streams_.out << "Error log: " << printable(errorLog_) << '\n';
-  }
-
-  void writeJson() const {
-    JsonWriter json(streams_.out);
-    json.beginObject();
-    json.member("command", "export");
-    json.member("kind", arguments_.kind->name);
-    json.member("status", static_cast<int>(status_));
-    json.member("file", arguments_.file);
-    json.member("database", shownDatabase_);
-    json.member("errorLog", errorLog_);
-    json.memberOrNull("failure", failure_);
-    json.member("salesmen", file_.salesmen);
-    json.member("dsTypes", file_.dsTypes);
-    json.member("handheldValues", file_.handheldValues);
-    json.member("notes", notes());
-    json.endObject();
-  }
-
-  const Arguments& arguments_;
-  const Streams& streams_;
-  const Machine& machine_;
-  OpenDatabase database_;
-  std::string shownDatabase_;
-  Progress progress_;
-  Recorder recorder_;
-  ImportReport report_{false};
-  std::string errorLog_;
-  ExportedFile file_;
-  std::string failure_;
-  ExitStatus status_ = ExitStatus::Posted;
-};
+}
 
 }  // namespace
 
-ExitStatus runExport(const Arguments& arguments, const Streams& streams, const Machine& machine) {
-  return ExportRun(arguments, streams, machine).run();
+ExitStatus runExport(const Arguments& arguments, const Streams& streams,
+                     const Surroundings& surroundings) {
+  const std::string folder = applicationFolder(arguments.appFolder);
+  const DatabaseChoice choice = chooseDatabase(arguments.database);
+  checkWrites({"the export", arguments.file, {arguments.file}}, choice, folder, {});
+  const Target target(arguments.file);
+  const OpenDatabase database =
+      openDatabase(choice, !arguments.database, surroundings, streams.err);
+  Progress progress(streams.err, false);
+  Recorder recorder(Recorder::Mode::Post);
+  ImportReport report(false);
+  ScreenSession session(recorder,
+                        {folder, surroundings.clock, messagesTo(streams.err, progress), true});
+  ExportOutcome outcome{
+      .arguments = arguments, .database = choice.shown, .errorLog = session.errorLogPath()};
+  drive(outcome, session, report, recorder.wrap(database.connection));
+  outcome.logged = !recorder.lines().empty();
+  (arguments.json ? writeExportJson : writeExportText)(outcome, streams.out);
+  return outcome.status;
 }
 
 }  // namespace velk

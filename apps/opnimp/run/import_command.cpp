@@ -1,3 +1,5 @@
+#include "apps/opnimp/run/import_command.h"
+
 #include <algorithm>
 #include <memory>
 #include <new>
@@ -6,15 +8,16 @@
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/progress.h"
-#include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/report/reject_files.h"
-#include "apps/opnimp/run/commands.h"
+#include "apps/opnimp/report/report_json.h"
+#include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/ds_types.h"
 #include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
+#include "apps/opnimp/warnings/find_warnings.h"
 #include "base/errors.h"
 
 namespace velk {
@@ -47,9 +50,10 @@ class DryRun {
 
 class ImportCommand {
  public:
-  ImportCommand(const Arguments& arguments, const Streams& streams, const Machine& machine)
+  ImportCommand(const Arguments& arguments, const Streams& streams,
+                const Surroundings& surroundings)
       : streams_(streams),
-        machine_(machine),
+        surroundings_(surroundings),
         progress_(streams.err, streams.errIsTerminal),
         recorder_(arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post),
         report_(arguments.dryRun) {
@@ -82,7 +86,7 @@ class ImportCommand {
     const DatabaseChoice choice = chooseDatabase(arguments().database);
     result_.database = choice.shown;
     prepareRejects(choice);
-    database_ = openDatabase(choice, !arguments().database, machine_, streams_.err);
+    database_ = openDatabase(choice, !arguments().database, surroundings_, streams_.err);
     // Before a record begins, so that no record is cut in two.
     report_.onRecord = [this](std::size_t record) {
       endIfInterrupted();
@@ -103,8 +107,8 @@ class ImportCommand {
   void drive() {
     std::optional<DryRun> dryRun;
     if (arguments().dryRun) dryRun.emplace(database_);
-    ScreenSession session(recorder_, {folder_, machine_.clock, messagesTo(streams_.err, progress_),
-                                      !arguments().dryRun});
+    ScreenSession session(recorder_, {folder_, surroundings_.clock,
+                                      messagesTo(streams_.err, progress_), !arguments().dryRun});
     result_.errorLog = session.errorLogPath();
     try {
       ImportScreen& screen = session.open(kind(), recorder_.wrap(database_.connection));
@@ -142,12 +146,13 @@ class ImportCommand {
   }
 
   void endIfInterrupted() const {
-    if (machine_.interrupted && machine_.interrupted()) throw RunEnded{RunEnded::Why::Interrupted};
+    if (surroundings_.interrupted && surroundings_.interrupted())
+      throw RunEnded{RunEnded::Why::Interrupted};
   }
 
   void findWarningsNow() {
-    result_.warnings =
-        findWarnings(*result_.input, kind(), result_.mapping, civilFromDate(machine_.clock()).year);
+    result_.warnings = findWarnings(*result_.input, kind(), result_.mapping,
+                                    civilFromDate(surroundings_.clock()).year);
   }
 
   void brokeOff(const RunEnded& ended) {
@@ -195,7 +200,7 @@ class ImportCommand {
   }
 
   const Streams& streams_;
-  const Machine& machine_;
+  const Surroundings& surroundings_;
   ImportResult result_;
   std::string folder_;
   std::optional<RejectFiles> rejects_;
@@ -209,8 +214,9 @@ class ImportCommand {
 
 }  // namespace
 
-ExitStatus runImport(const Arguments& arguments, const Streams& streams, const Machine& machine) {
-  ImportCommand command(arguments, streams, machine);
+ExitStatus runImport(const Arguments& arguments, const Streams& streams,
+                     const Surroundings& surroundings) {
+  ImportCommand command(arguments, streams, surroundings);
   const ImportResult& result = command.run();
   if (arguments.json) {
     writeJsonReport(result, streams.out);

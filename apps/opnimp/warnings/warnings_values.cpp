@@ -1,9 +1,8 @@
-// Warnings about amounts, dates and values that are missing.
-#include <algorithm>
+#include "apps/opnimp/warnings/warnings_values.h"
+
 #include <optional>
 
 #include "apps/opnimp/warnings/amount_check.h"
-#include "apps/opnimp/warnings/warnings.h"
 #include "base/dates.h"
 #include "base/text.h"
 #include "shared/csv_text.h"
@@ -12,27 +11,31 @@ namespace velk {
 
 namespace {
 
-void warnOfDate(const std::string& cell, std::size_t line, bool endsRun, int currentYear,
-                Warnings& warnings) {
-  const std::optional<DateReading> reading = readDate(cell, currentYear);
-  if (!reading) {  // where it ends no run, the import says so itself
-    if (!endsRun || cell.empty()) return;
-    warnings.add("date-unreadable",
-                 "A date cannot be read: the import stops there, unless the code is unknown. "
-                 "Correct it first.",
-                 line);
-  } else if (reading->order == DateOrder::MonthDayYear) {
-    warnings.add("date-month-first",
-                 "A date makes sense only with the month first. Dates are read day first: if the "
-                 "file has the month first, those that read both ways are taken wrongly.",
-                 line);
-  } else if (reading->ambiguous) {
-    warnings.add("date-reads-both-ways",
-                 "A date reads day first and month first; it is taken day first: 03/04/2008 is 3 "
-                 "April.",
-                 line);
-  }
-}
+struct DateCell {
+  const std::string& text;
+  std::optional<DateReading> reading;
+  bool endsRun;  ///< if it cannot be read; else the import itself reports it
+};
+
+constexpr WarningCheck<DateCell> dateChecks[] = {
+    {{"date-unreadable",
+      "A date cannot be read: the import stops there, unless the code is unknown. Correct it "
+      "first."},
+     [](const DateCell& date) { return !date.reading && date.endsRun && !date.text.empty(); }},
+    {{}, [](const DateCell& date) { return !date.reading; }},
+    {{"date-month-first",
+      "A date makes sense only with the month first. Dates are read day first: if the file has the "
+      "month first, those that read both ways are taken wrongly."},
+     [](const DateCell& date) { return date.reading->order == DateOrder::MonthDayYear; }},
+    {{"date-reads-both-ways",
+      "A date reads day first and month first; it is taken day first: 03/04/2008 is 3 April."},
+     [](const DateCell& date) { return date.reading->ambiguous; }},
+};
+
+constexpr WarningText firstValueEmpty{
+    "first-value-empty",
+    "A column is not mapped by its name because the first record has no value in it: none of its "
+    "values is imported. Give that record one, or use --map."};
 
 void warnOfDocuments(const CsvRecords& input, const OpeningImportKind& kind,
                      const std::vector<FieldMapping>& mapping, int currentYear,
@@ -42,11 +45,12 @@ void warnOfDocuments(const CsvRecords& input, const OpeningImportKind& kind,
     const std::size_t line = input.place(record).line;
     const auto fields = input.fields(record, QuotedComma::Keep, width);
     for (const std::size_t amount : {openingField::bill, openingField::balance}) {
-      const auto issue = checkAmount(mappedCell(fields, mapping, amount));
-      if (issue) warnings.add(issue->code, issue->text, line);
+      warnings.add(checkAmount(mappedCell(fields, mapping, amount)), line);
     }
-    warnOfDate(mappedCell(fields, mapping, openingField::date), line, kind.invalidDate.empty(),
-               currentYear, warnings);
+    const std::string date = mappedCell(fields, mapping, openingField::date);
+    warnings.add(
+        firstWarning(dateChecks, {date, readDate(date, currentYear), kind.invalidDate.empty()}),
+        line);
   }
 }
 
@@ -60,11 +64,7 @@ void warnOfUnmapped(const CsvRecords& input, const std::vector<FieldMapping>& ma
     const bool unmapped = std::ranges::any_of(mapping, [&](const FieldMapping& entry) {
       return !entry.column && equalsIgnoringCase(trim(entry.field), trim(title));
     });
-    if (!unmapped) continue;
-    warnings.add("first-value-empty",
-                 "A column is not mapped by its name because the first record has no value in it: "
-                 "none of its values is imported. Give that record one, or use --map.",
-                 0);
+    if (unmapped) warnings.add(firstValueEmpty, Warnings::wholeFile);
   }
 }
 

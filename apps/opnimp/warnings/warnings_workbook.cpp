@@ -1,78 +1,67 @@
-// Warnings about the cells and values of a salesman workbook.
-#include <algorithm>
+#include "apps/opnimp/warnings/warnings_workbook.h"
+
 #include <array>
 #include <set>
 #include <string>
 
-#include "apps/opnimp/records/workbook_records.h"
-#include "apps/opnimp/warnings/warnings.h"
 #include "base/text.h"
-#include "masters/salesman_import.h"
 
 namespace velk {
 
 namespace {
+
+constexpr std::array<std::string_view, 7> errorValues{"#NULL!", "#DIV/0!", "#VALUE!", "#REF!",
+                                                      "#NAME?", "#NUM!",   "#N/A"};
+
+constexpr WarningText rowNotRead{
+    "rows-not-read",
+    "Reading ends at the first row that is blank in columns A to E: a row with data from there on "
+    "is not read. Remove the blank row."};
+constexpr WarningText otherColumns{"other-columns", "Columns behind the seventh (G) are not read."};
+constexpr WarningText duplicateSalesman{
+    "duplicate-salesmen",
+    "A salesman stands in a row above already: both rows are posted, and the later one usually "
+    "replaces the earlier."};
+constexpr WarningText noDsType{"no-ds-type", "A salesman without a DSType is refused."};
+
+constexpr WarningCheck<std::string_view> cellChecks[] = {
+    {{"error-values",
+      "The formula of a cell has no result; what is read is its error, such as #N/A."},
+     [](const std::string_view& text) { return std::ranges::count(errorValues, text) > 0; }},
+    {{"leading-quote",
+      "A text that begins with a double quote loses it, and its last character, too."},
+     [](const std::string_view& text) {
+       return text.starts_with('"') && (text.size() < 2 || !text.ends_with('"'));
+     }},
+};
+
+// YES keeps its meaning in capital letters only, NO in any.
+constexpr WarningCheck<std::string_view> handheldChecks[] = {
+    {{}, [](const std::string_view& value) { return value.empty() || value == "YES"; }},
+    {{}, [](const std::string_view& value) { return equalsIgnoringCase(value, "NO"); }},
+    {{"handheld-yes-becomes-no",
+      "Only YES in capital letters is saved as yes: Yes and yes are saved as No. Write YES."},
+     [](const std::string_view& value) { return equalsIgnoringCase(value, "YES"); }},
+    {{"handheld-becomes-no", "A HandHeld DS value that is neither YES nor NO is saved as No."},
+     [](const std::string_view&) { return true; }},
+};
 
 /// A cell as the import reads names and handheld values.
 std::string unquotedAndTrimmed(const std::string& cell) {
   return std::string(trim(withoutQuotes(cell)));
 }
 
-bool isErrorValue(std::string_view text) {
-  constexpr std::array<std::string_view, 7> errors{"#NULL!", "#DIV/0!", "#VALUE!", "#REF!",
-                                                   "#NAME?", "#NUM!",   "#N/A"};
-  return std::ranges::find(errors, text) != errors.end();
-}
-
-void warnOfText(const std::string& text, std::size_t row, Warnings& warnings) {
-  if (isErrorValue(text)) {
-    warnings.add("error-values",
-                 "The formula of a cell has no result; what is read is its error, such as #N/A.",
-                 row);
-  } else if (text.starts_with('"') && (text.size() < 2 || !text.ends_with('"'))) {
-    warnings.add("leading-quote",
-                 "A text that begins with a double quote loses it, and its last character, too.",
-                 row);
-  }
-}
-
-void warnOfRowsNotRead(const WorkbookRecords& input, Warnings& warnings) {
-  for (const std::size_t row : input.unreadRows()) {
-    warnings.add("rows-not-read",
-                 "Reading ends at the first row that is blank in columns A to E: a row with data "
-                 "from there on is not read. Remove the blank row.",
-                 row);
-  }
-}
-
-void warnOfOtherColumns(const WorkbookRecords& input, Warnings& warnings) {
-  if (input.isBlank(1, WorkbookRecords::lastColumn + 1, dsTypeList.listColumn - 1)) return;
-  warnings.add("other-columns", "Columns behind the seventh (G) are not read.", 1);
-}
-
-void warnOfHandheld(const std::string& value, std::size_t row, Warnings& warnings) {
-  const std::string_view saved = savedHandheld(value);
-  if (equalsIgnoringCase(value, saved) || value.empty()) return;
-  if (equalsIgnoringCase(value, "Yes")) {
-    warnings.add("handheld-yes-becomes-no",
-                 "Only YES in capital letters is saved as yes: Yes and yes are saved as No. Write "
-                 "YES.",
-                 row);
-  } else {
-    warnings.add("handheld-becomes-no",
-                 "A HandHeld DS value that is neither YES nor NO is saved as No.", row);
-  }
-}
-
 }  // namespace
 
 void warnOfCells(const WorkbookRecords& input, Warnings& warnings) {
-  warnOfRowsNotRead(input, warnings);
-  warnOfOtherColumns(input, warnings);
+  for (const std::size_t row : input.unreadRows()) warnings.add(rowNotRead, row);
+  if (!input.isBlank(1, WorkbookRecords::lastColumn + 1, dsTypeList.listColumn - 1)) {
+    warnings.add(otherColumns, 1);
+  }
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t row = input.place(record).line;
     for (const int column : importedSalesmanColumns) {
-      warnOfText(input.text(static_cast<int>(row), column), row, warnings);
+      warnings.add(firstWarning(cellChecks, input.text(static_cast<int>(row), column)), row);
     }
   }
 }
@@ -85,16 +74,11 @@ void warnOfSalesmen(const WorkbookRecords& input, const std::vector<FieldMapping
     const auto fields = input.fields(record, mappedWidth(mapping));
     const auto cell = [&](std::size_t field) { return mappedCell(fields, mapping, field); };
     const std::string name = unquotedAndTrimmed(cell(salesmanField::Name));
-    if (!name.empty() && !names.insert(lowerAscii(name)).second) {
-      warnings.add("duplicate-salesmen",
-                   "A salesman stands in a row above already: both rows are posted, and the later "
-                   "one usually replaces the earlier.",
-                   row);
-    }
-    if (cell(salesmanField::DSType).empty()) {
-      warnings.add("no-ds-type", "A salesman without a DSType is refused.", row);
-    }
-    warnOfHandheld(unquotedAndTrimmed(cell(salesmanField::HandHeldDS)), row, warnings);
+    const bool repeated = !name.empty() && !names.insert(lowerAscii(name)).second;
+    if (repeated) warnings.add(duplicateSalesman, row);
+    if (cell(salesmanField::DSType).empty()) warnings.add(noDsType, row);
+    const std::string handheld = unquotedAndTrimmed(cell(salesmanField::HandHeldDS));
+    warnings.add(firstWarning(handheldChecks, handheld), row);
   }
 }
 

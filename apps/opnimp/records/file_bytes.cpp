@@ -1,0 +1,23 @@
+#include "apps/opnimp/records/file_bytes.h"
+
+#include "base/errors.h"
+#include "shared/file_text.h"
+
+namespace velk {
+
+std::string readBytes(FileSystem& files, std::string_view path) {
+  const auto file = files.openInput(path);
+  if (file->length() > FileText::maxLength) throw RuntimeError(ErrorNumber::OutOfMemory);
+  std::string bytes(static_cast<std::size_t>(file->length()), '\0');
+  // The file may have become shorter since it was opened.
+  bytes.resize(file->read(bytes.data(), bytes.size()));
+  return bytes;
+}
+
+void writeFile(FileSystem& files, std::string_view path, std::string_view bytes) {
+  const auto file = files.openReplacement(path);
+  file->write(bytes);
+  file->close();
+}
+
+}  // namespace velk

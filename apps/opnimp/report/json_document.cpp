@@ -1,0 +1,59 @@
+#include "apps/opnimp/report/json_document.h"
+
+#include <nlohmann/json.hpp>
+
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+// The library replaces a cut-off sequence of bytes as a whole; all other output of this program
+// replaces each of its bytes, and names of files have to look alike in both.
+void makeValid(Json& json) {
+  if (json.is_string()) {
+    auto& text = json.get_ref<std::string&>();
+    if (!isAscii(text)) text = toUtf8(toUtf16(text));
+  } else if (json.is_structured()) {
+    for (Json& item : json) makeValid(item);
+  }
+}
+
+}  // namespace
+
+Json orNull(const std::string& text) {
+  return text.empty() ? Json() : Json(text);
+}
+
+Json mappingJson(const std::vector<FieldMapping>& mapping) {
+  Json list = Json::array();
+  for (const FieldMapping& entry : mapping) {
+    Json& added = list.emplace_back(Json{{"field", entry.field}, {"column", nullptr}});
+    if (!entry.column) continue;
+    added["column"] = *entry.column + 1;
+    added["title"] = entry.title;
+  }
+  return list;
+}
+
+Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWord) {
+  Json list = Json::array();
+  for (const Warning& warning : warnings) {
+    list.push_back({{"code", warning.code},
+                    {"text", warning.text},
+                    {"count", warning.count},
+                    {std::string(placeWord) + "s", warning.lines}});
+  }
+  return list;
+}
+
+std::string textOf(Json json) {
+  makeValid(json);
+  return json.dump();
+}
+
+void writeErrorDocument(ExitStatus status, const std::string& text, std::ostream& out) {
+  out << textOf({{"status", status}, {"error", text}}) << '\n';
+}
+
+}  // namespace velk

@@ -1,0 +1,19 @@
+#include "apps/opnimp/run/surroundings.h"
+
+#include "platform/native/native_clock.h"
+#include "platform/odbc/odbc_connection.h"
+
+namespace velk {
+
+Surroundings realSurroundings() {
+  return {.interrupted = [] { return false; },
+          .clock = localNow,
+          .openDatabase =
+              [](const std::string& connectionString) {
+                const auto connection = openOdbc(connectionString);
+                return OpenDatabase{connection, [connection] { connection->beginTransaction(); },
+                                    [connection] { connection->rollback(); }};
+              }};
+}
+
+}  // namespace velk

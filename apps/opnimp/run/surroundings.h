@@ -1,0 +1,33 @@
+// What the program asks of the machine it runs on. Tests give it a clock, databases and interrupts
+// of their own.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "base/dates.h"
+#include "platform/database.h"
+
+namespace velk {
+
+/// An open database. A dry run calls `begin` before its first call and `takeBack` after its last.
+struct OpenDatabase {
+  std::shared_ptr<Connection> connection;
+  std::function<void()> begin;
+  std::function<void()> takeBack;
+};
+
+struct Surroundings {
+  /// True once the user asked the run to end.
+  std::function<bool()> interrupted;
+  /// Local date and time.
+  std::function<Date()> clock;
+  /// Opens a database by its ODBC connection string. Raises RuntimeError.
+  std::function<OpenDatabase(const std::string& connectionString)> openDatabase;
+};
+
+/// The machine's own clock and database drivers, and no interrupt.
+Surroundings realSurroundings();
+
+}  // namespace velk
