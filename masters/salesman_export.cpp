@@ -73,14 +73,14 @@ void Velk_frmBankBranch_OpnImp::cmdExport_Click() {
 /// Nothing when the user cancelled.
 std::optional<std::string> Velk_frmBankBranch_OpnImp::chooseExportFile() {
   setUpDialog();
-  CommonDialog1.set("DialogTitle", std::string(exportTitle));
-  CommonDialog1.set("FileName", std::string());
+  CommonDialog1.set(Property::DialogTitle, std::string(exportTitle));
+  CommonDialog1.set(Property::FileName, std::string());
   try {
     CommonDialog1.ShowSave();
   } catch (const RuntimeError& error) {
     if (!error.is(ErrorNumber::CancelSelected)) throw;
   }
-  const std::string& chosen = CommonDialog1.text("FileName");
+  const std::string& chosen = CommonDialog1.text(Property::FileName);
   if (chosen.empty()) return std::nullopt;
   return chosen;
 }

@@ -20,7 +20,7 @@ std::string joined(std::string_view a, std::string_view b) {
 }  // namespace
 
 void OpeningImport::cmdImport_Click() {
-  currentYear_ = currentYear(screen_.desktop());
+  currentYear_ = screen_.desktop().currentYear();
   transDate_ = GetTransDate();
   if (fieldsAreMapped()) {
     screen_.forEachRecord([this](std::size_t row) { importRecord(row); });
@@ -140,7 +140,7 @@ Date OpeningImport::queryDate(std::string_view query) {
   Date date;
   const auto reply = screen_.connection().Execute(query);
   if (!(reply->isBOF() && reply->isEOF())) {
-    date = toDate(reply->field(0), currentYear(screen_.desktop()));
+    date = toDate(reply->field(0), screen_.desktop().currentYear());
   }
   reply->Close();
   return date;

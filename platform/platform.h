@@ -11,7 +11,7 @@
 #include "platform/files.h"
 #include "platform/host_service.h"
 #include "platform/spreadsheet.h"
-#include "ui/form.h"
+#include "ui/form_shell.h"
 
 namespace velk {
 

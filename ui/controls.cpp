@@ -3,135 +3,117 @@
 #include <utility>
 
 #include "base/errors.h"
+#include "ui/colors.h"
 
 namespace velk {
 
-Label::Label(Form& form, const Control* container, std::string_view name, Bounds bounds,
+Label::Label(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
              std::string_view caption)
-    : Control(form, container, name, bounds) {
-  declare({{"Caption", std::string(caption)},
-           {"BackColor", systemColor::buttonFace},
-           {"ForeColor", systemColor::buttonText}});
+    : Control(form, "Label", container, name, bounds, {{Property::Caption, std::string(caption)}}) {
+  declareColors(systemColor::face);
 }
 
-Frame::Frame(Form& form, std::string_view name, Bounds bounds, std::string_view caption)
-    : Control(form, nullptr, name, bounds) {
-  declare({{"Caption", std::string(caption)},
-           {"BackColor", systemColor::buttonFace},
-           {"ForeColor", systemColor::buttonText},
-           {"FontName", std::string("Arial")}});
+Frame::Frame(Form& form, std::string_view name, const Bounds& bounds, std::string_view caption)
+    : Control(form, "Frame", nullptr, name, bounds,
+              {{Property::Caption, std::string(caption)}, {Property::FontName, "Arial"}}) {
+  declareColors(systemColor::face);
 }
 
-TextBox::TextBox(Form& form, const Control* container, std::string_view name, Bounds bounds)
-    : Control(form, container, name, bounds) {
-  declare({{"Text", std::string()},
-           {"BackColor", systemColor::windowBackground},
-           {"ForeColor", systemColor::windowText}});
+TextBox::TextBox(Form& form, const Control* container, std::string_view name, const Bounds& bounds)
+    : Control(form, "TextBox", container, name, bounds, {{Property::Text, ""}}) {
+  declareColors(systemColor::window);
 }
 
 EventResult TextBox::userText(std::string_view value) {
-  return form().dispatch(this, [&] { userSet("Text", std::string(value)); });
+  return raise([&] { setQuietly(Property::Text, std::string(value)); });
 }
 
 CommandButton::CommandButton(Form& form, const Control* container, std::string_view name,
-                             Bounds bounds, std::string_view caption)
-    : Control(form, container, name, bounds) {
-  declare({{"Caption", std::string(caption)}});
-}
+                             const Bounds& bounds, std::string_view caption)
+    : Control(form, "CommandButton", container, name, bounds,
+              {{Property::Caption, std::string(caption)}}) {}
 
-EventResult CommandButton::userClick() {
-  return onClick ? form().dispatch(this, onClick) : EventResult::Dropped;
-}
-
-CheckBox::CheckBox(Form& form, const Control* container, std::string_view name, Bounds bounds,
-                   std::string_view caption)
-    : Control(form, container, name, bounds) {
-  declare({{"Caption", std::string(caption)},
-           {"Value", 0},
-           {"BackColor", systemColor::buttonFace},
-           {"ForeColor", systemColor::buttonText}});
+CheckBox::CheckBox(Form& form, const Control* container, std::string_view name,
+                   const Bounds& bounds, std::string_view caption)
+    : Control(form, "CheckBox", container, name, bounds,
+              {{Property::Caption, std::string(caption)}, {Property::CheckValue, 0}}) {
+  declareColors(systemColor::face);
 }
 
 OptionButton::OptionButton(Form& form, const Control* container, std::string_view name,
-                           Bounds bounds, std::string_view caption)
-    : Control(form, container, name, bounds) {
-  declare({{"Caption", std::string(caption)},
-           {"Value", flagFalse},
-           {"BackColor", systemColor::buttonFace},
-           {"ForeColor", systemColor::buttonText}});
+                           const Bounds& bounds, std::string_view caption)
+    : Control(form, "OptionButton", container, name, bounds,
+              {{Property::Caption, std::string(caption)}, {Property::CheckValue, flagFalse}}) {
+  declareColors(systemColor::face);
 }
 
-ComboBox::ComboBox(Form& form, const Control* container, std::string_view name, Bounds bounds,
-                   std::vector<std::string> items)
-    : Control(form, container, name, bounds), items_(std::move(items)) {
-  declare({{"ListIndex", -1},
-           {"Text", std::string()},
-           {"BackColor", systemColor::windowBackground},
-           {"ForeColor", systemColor::windowText}});
+ComboBox::ComboBox(Form& form, const Control* container, std::string_view name,
+                   const Bounds& bounds, std::vector<std::string> items)
+    : Control(form, "ComboBox", container, name, bounds,
+              {{Property::ListIndex, -1}, {Property::Text, ""}}),
+      items_(std::move(items)) {
+  declareColors(systemColor::window);
 }
 
 void ComboBox::setIndex(int index) {
   if (index < -1 || index >= static_cast<int>(items_.size())) {
     throw RuntimeError(ErrorNumber::InvalidPropertyValue);
   }
-  set("ListIndex", index);
-  set("Text", index < 0 ? std::string() : items_[static_cast<std::size_t>(index)]);
+  set(Property::ListIndex, index);
+  set(Property::Text, index < 0 ? "" : items_[static_cast<std::size_t>(index)]);
 }
 
 EventResult ComboBox::userChoose(int index) {
-  return form().dispatch(this, [&] {
+  return raise([&] {
     if (index < 0 || index >= static_cast<int>(items_.size())) return;
-    userSet("ListIndex", index);
-    userSet("Text", items_[static_cast<std::size_t>(index)]);
+    setQuietly(Property::ListIndex, index);
+    setQuietly(Property::Text, items_[static_cast<std::size_t>(index)]);
     if (onClick) onClick();
   });
 }
 
-DTPicker::DTPicker(Form& form, const Control* container, std::string_view name, Bounds bounds)
-    : Control(form, container, name, bounds) {
-  declare({{"CalendarBackColor", systemColor::windowBackground},
-           {"CalendarForeColor", systemColor::windowText},
-           {"BackColor", systemColor::windowBackground},
-           {"ForeColor", systemColor::windowText}});
+DTPicker::DTPicker(Form& form, const Control* container, std::string_view name,
+                   const Bounds& bounds)
+    : Control(form, "DTPicker", container, name, bounds,
+              {{Property::CalendarBackColor, systemColor::window.back},
+               {Property::CalendarForeColor, systemColor::window.fore}}) {
+  declareColors(systemColor::window);
 }
 
 Menu::Menu(Form& form, const Control* container, std::string_view name, std::string_view caption)
-    : Control(form, container, name, {}) {
-  declare({{"Caption", std::string(caption)}});
+    : Control(form, "Menu", container, name, {}, {{Property::Caption, std::string(caption)}}) {}
+
+void Menu::popup() {
+  const Menu* chosen = form().shell().popup(*this);
+  // The menu itself is commonly hidden, so that no menu bar shows it: only the item counts.
+  if (chosen == nullptr || !chosen->enabled() || !chosen->visible()) return;
+  if (chosen->onClick) chosen->onClick();
 }
 
-CommonDialog::CommonDialog(Form& form, Desktop& desktop, std::string_view name)
-    : Control(form, nullptr, name, {}), desktop_(desktop) {
-  declare({{"DialogTitle", std::string()},
-           {"Filter", std::string()},
-           {"FilterIndex", 1},
-           {"InitDir", std::string()},
-           {"FileName", std::string()},
-           {"CancelError", flagFalse}});
-}
+CommonDialog::CommonDialog(Form& form, FileDialogs& dialogs, std::string_view name)
+    : Control(form, "CommonDialog", nullptr, name, {},
+              {{Property::DialogTitle, ""},
+               {Property::Filter, ""},
+               {Property::FilterIndex, 1},
+               {Property::InitDir, ""},
+               {Property::FileName, ""},
+               {Property::CancelError, flagFalse}}),
+      dialogs_(dialogs) {}
 
 FileDialog CommonDialog::settings() const {
-  return {.title = text("DialogTitle"),
-          .filter = text("Filter"),
-          .filterIndex = number("FilterIndex"),
-          .initialFolder = text("InitDir"),
-          .fileName = text("FileName")};
+  return {.title = text(Property::DialogTitle),
+          .filter = text(Property::Filter),
+          .filterIndex = number(Property::FilterIndex),
+          .initialFolder = text(Property::InitDir),
+          .fileName = text(Property::FileName)};
 }
 
 void CommonDialog::accept(const std::optional<std::string>& chosen) {
   if (chosen) {
-    set("FileName", *chosen);
-  } else if (flag("CancelError")) {
+    set(Property::FileName, *chosen);
+  } else if (flag(Property::CancelError)) {
     throw RuntimeError(ErrorNumber::CancelSelected);
   }
-}
-
-void CommonDialog::ShowOpen() {
-  accept(desktop_.chooseFileToOpen(settings()));
-}
-
-void CommonDialog::ShowSave() {
-  accept(desktop_.chooseFileToSave(settings()));
 }
 
 }  // namespace velk

@@ -3,16 +3,13 @@
 #include <utility>
 
 #include "base/errors.h"
-#include "ui/controls.h"
 
 namespace velk {
 
-ListView::ListView(Form& form, const Control* container, std::string_view name, Bounds bounds)
-    : Control(form, container, name, bounds) {
-  declare({{"BackColor", systemColor::windowBackground},
-           {"ForeColor", systemColor::windowText},
-           {"ScrollLeft", 0},
-           {"SelectedRow", 0}});
+ListView::ListView(Form& form, const Control* container, std::string_view name,
+                   const Bounds& bounds)
+    : Control(form, "ListView", container, name, bounds, {{Property::ScrollLeft, 0}}) {
+  declareColors(systemColor::window);
 }
 
 const ListView::Column& ListView::at(std::size_t column) const {
@@ -31,22 +28,22 @@ void ListView::checkRow(std::size_t row) const {
 
 void ListView::setTitle(std::size_t column, std::string_view title) {
   at(column).title = title;
-  form().observer().columnsChanged(*this);
+  propertyChanged(Property::Columns);
 }
 
 void ListView::setWidth(std::size_t column, int width) {
   at(column).width = width;
-  form().observer().columnsChanged(*this);
+  propertyChanged(Property::Columns);
 }
 
 void ListView::addColumn(std::string_view title, int width) {
   columns_.push_back({.title = std::string(title), .width = width, .written = {}, .cells = {}});
-  form().observer().columnsChanged(*this);
+  propertyChanged(Property::Columns);
 }
 
 void ListView::clearColumns() {
   columns_.clear();
-  form().observer().columnsChanged(*this);
+  propertyChanged(Property::Columns);
 }
 
 void ListView::dropTexts(Column& column) {
@@ -57,12 +54,12 @@ void ListView::dropTexts(Column& column) {
 void ListView::clearRows() {
   for (Column& column : columns_) dropTexts(column);
   rowCount_ = 0;
-  form().observer().rowsChanged(*this, 0, 0);
+  propertyChanged(Property::Rows);
 }
 
 void ListView::addRows(std::size_t count) {
   rowCount_ += count;
-  form().observer().rowsChanged(*this, 0, rowCount_);
+  propertyChanged(Property::Rows);
 }
 
 std::string_view ListView::cell(std::size_t row, std::size_t column) const {
@@ -85,7 +82,7 @@ bool ListView::isBold(std::size_t row, std::size_t column) const {
 void ListView::setCell(std::size_t row, std::size_t column, std::string_view text, bool bold) {
   checkRow(row);
   at(column).written.insert_or_assign(row, Cell{std::string(text), bold});
-  form().observer().rowsChanged(*this, row, row);
+  propertyChanged(Property::Rows);
 }
 
 void ListView::setColumn(std::size_t column, std::size_t firstRow,
@@ -94,7 +91,7 @@ void ListView::setColumn(std::size_t column, std::size_t firstRow,
   c.written.erase(c.written.lower_bound(firstRow), c.written.end());
   c.cells = std::move(cells);
   c.firstRow = firstRow;
-  form().observer().rowsChanged(*this, firstRow, rowCount_);
+  propertyChanged(Property::Rows);
 }
 
 std::shared_ptr<const TextColumn> ListView::columnCells(std::size_t column) const {
@@ -109,14 +106,16 @@ bool ListView::hasEmptyCell(std::size_t column) const {
   return false;
 }
 
-EventResult ListView::userColumnClick(std::size_t column) {
-  if (!onColumnClick) return EventResult::Dropped;
-  return form().dispatch(this, [&] { onColumnClick(column); });
+void ListView::userColumnClick(std::size_t column) {
+  raise([&] {
+    if (onColumnClick) onColumnClick(column);
+  });
 }
 
-EventResult ListView::userMouseUp(MouseButton button, int x, int y) {
-  if (!onMouseUp) return EventResult::Dropped;
-  return form().dispatch(this, [&] { onMouseUp(button, x, y); });
+void ListView::userMouseUp(MouseButton button, int x) {
+  raise([&] {
+    if (onMouseUp) onMouseUp(button, x);
+  });
 }
 
 void ListView::userColumnWidth(std::size_t column, int width) {
@@ -124,11 +123,7 @@ void ListView::userColumnWidth(std::size_t column, int width) {
 }
 
 void ListView::userScroll(int left) {
-  userSet("ScrollLeft", left);
-}
-
-void ListView::userSelect(std::size_t row) {
-  userSet("SelectedRow", static_cast<std::int32_t>(row));
+  setQuietly(Property::ScrollLeft, left);
 }
 
 }  // namespace velk

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/desktop.h"
+#include "ui/file_dialog.h"
 
 namespace velk {
 

@@ -11,10 +11,17 @@
 #include "platform/windows/com_object.h"
 #include "platform/windows/named_members.h"
 #include "platform/windows/variants.h"
+#include "ui/control.h"
 
 namespace velk {
 
 namespace {
+
+/// Of a name that the bag has not: nothing.
+std::optional<Property> propertyOf(const PropertyBag& bag, std::string_view name) {
+  const std::optional<Property> property = propertyNamed(name);
+  return property && bag.has(*property) ? property : std::nullopt;
+}
 
 Control* controlNamed(const Form& form, std::string_view name) {
   const auto found = std::ranges::find_if(form.controls(), [&](const Control* control) {
@@ -32,11 +39,11 @@ class BagObject final : public NamedMembers {
  private:
   bool has(std::string_view name) const override {
     const auto form = locked();
-    if (bag(*form).has(name)) return true;
+    if (propertyOf(bag(*form), name)) return true;
     return control_ == nullptr && (controlNamed(*form, name) != nullptr || isControls(name));
   }
   Variant get(std::string_view name, const std::optional<Value>& index) override;
-  void put(std::string_view name, const Value& value) override { bag(*locked()).set(name, value); }
+  void put(std::string_view name, const Value& value) override;
 
   static bool isControls(std::string_view name) { return equalsIgnoringCase(name, "Controls"); }
   std::shared_ptr<Form> locked() const { return lock(form_); }
@@ -80,12 +87,22 @@ class ControlsObject final : public NamedMembers {
 
 Variant BagObject::get(std::string_view name, const std::optional<Value>& index) {
   const auto form = locked();
-  if (bag(*form).has(name)) return Variant(bag(*form).get(name));
-  const auto controls = makeObject<ControlsObject>(form_);
-  if (!isControls(name))
+  if (const auto property = propertyOf(bag(*form), name)) {
+    return Variant(bag(*form).get(*property));
+  }
+  if (!isControls(name)) {
     return Variant(makeObject<BagObject>(form_, controlNamed(*form, name)).get());
+  }
+  const auto controls = makeObject<ControlsObject>(form_);
   if (!index) return Variant(controls.get());
   return controls->get(NamedMembers::defaultMember, index);
+}
+
+void BagObject::put(std::string_view name, const Value& value) {
+  const auto form = locked();
+  const auto property = propertyOf(bag(*form), name);
+  if (!property) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+  bag(*form).set(*property, value);
 }
 
 }  // namespace

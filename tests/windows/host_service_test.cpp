@@ -1,10 +1,10 @@
 #include "platform/windows/com_host_service.h"
 
-#include "platform/headless/headless.h"
 #include "platform/windows/screen_object.h"
 #include "tests/windows/server_dll.h"
 #include "tests/windows/service_stub.h"
 #include "ui/controls.h"
+#include "ui/headless/headless_shell.h"
 
 namespace velk {
 namespace {
@@ -56,7 +56,7 @@ TEST_CASE("a screen as the host reads it") {
   std::vector<Variant> changed;
   changed.emplace_back(Value("Other"));
   callMember(object.get(), "Caption", DISPATCH_PROPERTYPUT, std::move(changed));
-  CHECK(screen->text("Caption") == "Other");
+  CHECK(screen->text(Property::Caption) == "Other");
   CHECK(text(memberObject(object.get(), "CMDIMPORT").get(), "Caption") == "&Import");
   const auto controls = memberObject(object.get(), "Controls");
   CHECK(text(controls.get(), "Count") == "2");

@@ -212,7 +212,8 @@ TEST_CASE("windows: colours of the database are what is drawn") {
     return colour;
   };
   CHECK(pixel(window.handle, 2, 2) == 0x112233);
-  CHECK(pixel(window.list(0), 100, 100) == static_cast<COLORREF>(screen->lv.number("BackColor")));
+  CHECK(pixel(window.list(0), 100, 100) ==
+        static_cast<COLORREF>(screen->lv.number(Property::BackColor)));
 }
 
 TEST_CASE("windows: several at once, and none left behind") {

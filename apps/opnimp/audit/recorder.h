@@ -18,7 +18,7 @@
 #include "base/errors.h"
 #include "mapping/import_screen.h"
 #include "platform/database.h"
-#include "platform/headless/headless.h"
+#include "platform/headless/message.h"
 #include "shared/error_log.h"
 
 namespace velk {

@@ -5,10 +5,10 @@
 #include <algorithm>
 
 #include "base/errors.h"
-#include "base/text.h"
 #include "platform/windows/com_errors.h"
-#include "platform/windows/forms/list_window.h"
 #include "platform/windows/forms/window_class.h"
+#include "platform/windows/forms/window_factory.h"
+#include "platform/windows/gdi_handles.h"
 #include "platform/windows/module_path.h"
 #include "platform/windows/ole_picture.h"
 #include "platform/windows/wide_text.h"
@@ -40,7 +40,7 @@ FormWindow::FormWindow(std::shared_ptr<Form> form, std::shared_ptr<void> keep)
     throw;
   }
   form_->setObserver(this);
-  form_->set("hWnd", static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(handle_)));
+  form_->set(Property::hWnd, static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(handle_)));
 }
 
 FormWindow::~FormWindow() {
@@ -51,10 +51,10 @@ void FormWindow::makeWindow() {
   const RECT at = scale_.pixels(form_->bounds());
   const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
   InitCommonControlsEx(&lists);
-  registerClass(formClass, procedure);
-  handle_ = CreateWindowExW(WS_EX_CONTROLPARENT, formClass, toWide(form_->text("Caption")).c_str(),
-                            formStyle, at.left, at.top, at.right - at.left, at.bottom - at.top,
-                            nullptr, nullptr, thisModule(), nullptr);
+  handle_ = CreateWindowExW(WS_EX_CONTROLPARENT, registeredClass(formClass, procedure),
+                            toWide(form_->text(Property::Caption)).c_str(), formStyle, at.left,
+                            at.top, at.right - at.left, at.bottom - at.top, nullptr, nullptr,
+                            thisModule(), nullptr);
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
   SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   applyIcon();
@@ -132,28 +132,19 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_COMMAND:
       command(wParam, reinterpret_cast<HWND>(lParam));
       return 0;
-    case WM_NOTIFY: {
-      auto& header = *reinterpret_cast<NMHDR*>(lParam);
-      ControlWindow* control = holding(header.hwndFrom);
-      return control == nullptr ? 0 : control->notify(header);
-    }
+    case WM_NOTIFY:
+      return notify(*reinterpret_cast<NMHDR*>(lParam));
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORLISTBOX:
     case WM_CTLCOLORBTN:
     case WM_CTLCOLORSTATIC:
-      return colour(message, wParam, lParam);
-    case WM_ERASEBKGND: {
-      RECT all;
-      GetClientRect(handle_, &all);
-      const COLORREF back = ControlWindow::toColorRef(form_->number("BackColor"));
-      const HBRUSH brush = CreateSolidBrush(back);
-      FillRect(reinterpret_cast<HDC>(wParam), &all, brush);
-      DeleteObject(brush);
+      return color(message, wParam, lParam);
+    case WM_ERASEBKGND:
+      erase(reinterpret_cast<HDC>(wParam));
       return TRUE;
-    }
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) focus_ = GetFocus();
-      return defaultHandling(message, wParam, lParam);
+      break;
     case WM_SETFOCUS:
       if (focus_ != nullptr && IsChild(handle_, focus_) != FALSE) SetFocus(focus_);
       return 0;
@@ -162,11 +153,10 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
       moved(*reinterpret_cast<const WINDOWPOS*>(lParam));
       return answer;
     }
-    case WM_CLOSE:
-      form_->userClose();
-      return 0;
     case WM_DESTROY:  // by the host, or with the end of its thread
       destroy();
+      [[fallthrough]];
+    case WM_CLOSE:
       form_->userClose();
       return 0;
     case flushMessage:
@@ -174,8 +164,9 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
       flush();
       return 0;
     default:
-      return defaultHandling(message, wParam, lParam);
+      break;
   }
+  return defaultHandling(message, wParam, lParam);
 }
 
 void FormWindow::command(WPARAM wParam, HWND control) {
@@ -190,12 +181,23 @@ void FormWindow::command(WPARAM wParam, HWND control) {
   }
 }
 
-LRESULT FormWindow::colour(UINT message, WPARAM wParam, LPARAM lParam) const {
-  ControlWindow* control = holding(reinterpret_cast<HWND>(lParam));
-  const HBRUSH brush =
-      control == nullptr ? nullptr : control->colour(reinterpret_cast<HDC>(wParam));
+LRESULT FormWindow::notify(NMHDR& header) const {
+  ControlWindow* control = holding(header.hwndFrom);
+  return control == nullptr ? 0 : control->notify(header);
+}
+
+LRESULT FormWindow::color(UINT message, WPARAM wParam, LPARAM lParam) const {
+  const ControlWindow* control = holding(reinterpret_cast<HWND>(lParam));
+  const HBRUSH brush = control == nullptr ? nullptr : control->color(reinterpret_cast<HDC>(wParam));
   return brush != nullptr ? reinterpret_cast<LRESULT>(brush)
                           : defaultHandling(message, wParam, lParam);
+}
+
+void FormWindow::erase(HDC dc) const {
+  RECT all;
+  GetClientRect(handle_, &all);
+  SetDCBrushColor(dc, toColorRef(form_->number(Property::BackColor)));
+  FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
 WindowState FormWindow::state() const {
@@ -224,51 +226,48 @@ bool FormWindow::preTranslate(const MSG& message) {
   return IsDialogMessageW(handle_, &copy) != FALSE;
 }
 
-Menu* FormWindow::popup(Menu& menu) const {
+Menu* FormWindow::popup(const Menu& menu) const {
   std::vector<Menu*> items;
-  const HMENU shown = CreatePopupMenu();
+  const UniqueMenu shown(CreatePopupMenu());
   for (Control* control : form_->controls()) {
     auto* item = dynamic_cast<Menu*>(control);
     if (item == nullptr || item->container() != &menu || !item->visible()) continue;
     items.push_back(item);
-    AppendMenuW(shown, MF_STRING | (item->enabled() ? MF_ENABLED : MF_GRAYED), items.size(),
-                toWide(item->text("Caption")).c_str());
+    AppendMenuW(shown.get(), MF_STRING | (item->enabled() ? MF_ENABLED : MF_GRAYED), items.size(),
+                toWide(item->text(Property::Caption)).c_str());
   }
   POINT pointer{};
   GetCursorPos(&pointer);
-  const BOOL chosen = TrackPopupMenuEx(shown, TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON,
+  const BOOL chosen = TrackPopupMenuEx(shown.get(), TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON,
                                        pointer.x, pointer.y, handle_, nullptr);
-  DestroyMenu(shown);
   return chosen <= 0 ? nullptr : items[static_cast<std::size_t>(chosen) - 1];
 }
 
 // What the code changed
 
-void FormWindow::formChanged(Form&, std::string_view property) {
+void FormWindow::formChanged(Property property) {
   if (handle_ == nullptr) return;
-  if (equalsIgnoringCase(property, "Caption")) {
-    SetWindowTextW(handle_, toWide(form_->text("Caption")).c_str());
-  } else if (equalsIgnoringCase(property, "BackColor")) {
-    RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
-  } else if (equalsIgnoringCase(property, "Icon")) {
-    applyIcon();
-  } else if (!equalsIgnoringCase(property, "Visible") && !equalsIgnoringCase(property, "hWnd")) {
-    boundsChanged_ = true;
-    changeLater();
+  switch (property) {
+    case Property::Caption:
+      SetWindowTextW(handle_, toWide(form_->text(Property::Caption)).c_str());
+      break;
+    case Property::BackColor:
+      RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
+      break;
+    case Property::Icon:
+      applyIcon();
+      break;
+    case Property::Visible:  // the shell shows and closes windows itself
+    case Property::hWnd:
+      break;
+    default:
+      boundsChanged_ = true;
+      changeLater();
   }
 }
 
-void FormWindow::controlChanged(Control& control, std::string_view property) {
+void FormWindow::controlChanged(Control& control, Property property) {
   if (ControlWindow* window = windowOf(control)) window->propertyChanged(property);
-}
-
-void FormWindow::columnsChanged(ListView& list) {
-  if (auto* window = dynamic_cast<ListWindow*>(windowOf(list))) window->columnsChanged();
-  changeLater();
-}
-
-void FormWindow::rowsChanged(ListView& list, std::size_t, std::size_t) {
-  if (auto* window = dynamic_cast<ListWindow*>(windowOf(list))) window->rowsChanged();
   changeLater();
 }
 

@@ -1,11 +1,12 @@
 #include "platform/windows/forms/scale.h"
 
+#include "platform/windows/gdi_handles.h"
+
 namespace velk {
 
 Scale Scale::ofDisplay() {
-  const HDC display = GetDC(nullptr);
-  const int dotsPerInch = GetDeviceCaps(display, LOGPIXELSX);
-  ReleaseDC(nullptr, display);
+  const UniqueDisplayDc display(GetDC(nullptr));
+  const int dotsPerInch = GetDeviceCaps(display.get(), LOGPIXELSX);
   return Scale(dotsPerInch > 0 ? dotsPerInch : 96);
 }
 

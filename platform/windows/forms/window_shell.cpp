@@ -67,27 +67,27 @@ void WindowShell::show(std::shared_ptr<Form> form) {
 void WindowShell::closed(Form& form) noexcept {
   const auto found = find(form);
   if (found == windows_.end()) return;
-  const auto window = *found;  // what the shell stands in may go with it
+  const auto window = *found;  // what contains the shell may go with it
   windows_.erase(found);
   window->destroy();
   if (windows_.empty()) unhook();
 }
 
-Menu* WindowShell::popup(Form& form, Menu& menu) {
-  const auto found = find(form);
+Menu* WindowShell::popup(Menu& menu) {
+  const auto found = find(menu.form());
   if (found == windows_.end()) return nullptr;
-  const auto window = *found;
+  const auto window = *found;  // the form may close while the menu is open
   return window->popup(menu);
 }
 
 void WindowShell::hook() {
-  if (hook_ == nullptr) {
-    hook_ = SetWindowsHookExW(WH_GETMESSAGE, seeMessage, nullptr, GetCurrentThreadId());
+  if (!hook_) {
+    hook_.reset(SetWindowsHookExW(WH_GETMESSAGE, seeMessage, nullptr, GetCurrentThreadId()));
   }
 }
 
 void WindowShell::unhook() noexcept {
-  if (hook_ != nullptr) UnhookWindowsHookEx(std::exchange(hook_, nullptr));
+  hook_.reset();
   forgetClasses();
 }
 

@@ -1,0 +1,25 @@
+// A host's service without a host: messages go to a handler.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "platform/headless/message.h"
+#include "platform/host_service.h"
+
+namespace velk {
+
+class HeadlessHostService final : public PlainHostService {
+ public:
+  explicit HeadlessHostService(MessageHandler messages) : messages_(std::move(messages)) {}
+
+  Value messageBox(std::string_view prompt, std::int32_t style,
+                   std::optional<std::string_view> caption) override;
+
+ private:
+  MessageHandler messages_;
+};
+
+}  // namespace velk
