@@ -110,7 +110,7 @@ void Velk_frmBankBranch_OpnImp::setUp(std::shared_ptr<Connection> myConn) {
   paint();
   loadNotYetCaption();
   show();
-  focus(cboType);
+  cboType.setFocus();
 }
 
 void Velk_frmBankBranch_OpnImp::cboType_Click() {

@@ -28,7 +28,9 @@ TEST_CASE("setting up the master screen") {
   TestWorld world;
   struct Observer : FormObserver {
     explicit Observer(Texts& e) : events(e) {}
-    void focusMoved(Control& control) override { events.push_back("focus " + control.name()); }
+    void controlChanged(Control& control, Property property) override {
+      if (property == Property::Focus) events.push_back("focus " + control.name());
+    }
     Texts& events;
   } observer(world.events);
   world.database->onCall = [&](const FakeCall& call) {

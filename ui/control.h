@@ -22,12 +22,17 @@ class Control : public PropertyBag {
 
   bool enabled() const { return flag(Property::Enabled); }
   void setEnabled(bool enabled) { setFlag(Property::Enabled, enabled); }
+  void setFocus() { propertyChanged(Property::Focus); }
 
  protected:
   /// `typeName` is a literal: painting finds controls by it.
   Control(Form& form, std::string_view typeName, const Control* container, std::string_view name,
           const Bounds& bounds, std::initializer_list<Values::value_type> properties);
-  void declareColors(ColorPair colors) {
+  /// As above, with BackColor and ForeColor.
+  Control(Form& form, std::string_view typeName, const Control* container, std::string_view name,
+          const Bounds& bounds, ColorPair colors,
+          std::initializer_list<Values::value_type> properties)
+      : Control(form, typeName, container, name, bounds, properties) {
     declare({{Property::BackColor, colors.back}, {Property::ForeColor, colors.fore}});
   }
 

@@ -1,13 +1,14 @@
 // The controls that screens are made of.
 //
 // Each is a bag of properties under the platform's own names, plus the event handlers that a screen
-// binds. All that can be painted have BackColor and ForeColor, in the encoding of colors.h.
+// binds. "Colours" are BackColor and ForeColor, encoded as colors.h says.
 #pragma once
 
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ui/control.h"
@@ -15,23 +16,29 @@
 
 namespace velk {
 
-/// Caption and colours.
+/// Caption, colours.
 class Label final : public Control {
  public:
   Label(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
-        std::string_view caption);
+        std::string_view caption)
+      : Control(form, "Label", container, name, bounds, systemColor::face,
+                {{Property::Caption, std::string(caption)}}) {}
 };
 
-/// Caption, FontName and colours. Controls name it as their container.
+/// Caption, FontName, colours. Controls name it as their container.
 class Frame final : public Control {
  public:
-  Frame(Form& form, std::string_view name, const Bounds& bounds, std::string_view caption);
+  Frame(Form& form, std::string_view name, const Bounds& bounds, std::string_view caption)
+      : Control(form, "Frame", nullptr, name, bounds, systemColor::face,
+                {{Property::Caption, std::string(caption)}, {Property::FontName, "Arial"}}) {}
 };
 
-/// Text and colours.
+/// Text, colours.
 class TextBox final : public Control {
  public:
-  TextBox(Form& form, const Control* container, std::string_view name, const Bounds& bounds);
+  TextBox(Form& form, const Control* container, std::string_view name, const Bounds& bounds)
+      : Control(form, "TextBox", container, name, bounds, systemColor::window,
+                {{Property::Text, ""}}) {}
 
   const std::string& value() const { return text(Property::Text); }
   void setValue(std::string_view value) { set(Property::Text, std::string(value)); }
@@ -44,31 +51,40 @@ class TextBox final : public Control {
 class CommandButton final : public Control {
  public:
   CommandButton(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
-                std::string_view caption);
+                std::string_view caption)
+      : Control(form, "CommandButton", container, name, bounds,
+                {{Property::Caption, std::string(caption)}}) {}
 
   std::function<void()> onClick;
   EventResult userClick() { return raise(onClick); }
 };
 
-/// Caption, Value and colours.
+/// Caption, Value, colours.
 class CheckBox final : public Control {
  public:
   CheckBox(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
-           std::string_view caption);
+           std::string_view caption)
+      : Control(form, "CheckBox", container, name, bounds, systemColor::face,
+                {{Property::Caption, std::string(caption)}, {Property::CheckValue, 0}}) {}
 };
 
-/// Caption, Value and colours.
+/// Caption, Value, colours.
 class OptionButton final : public Control {
  public:
   OptionButton(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
-               std::string_view caption);
+               std::string_view caption)
+      : Control(form, "OptionButton", container, name, bounds, systemColor::face,
+                {{Property::Caption, std::string(caption)}, {Property::CheckValue, flagFalse}}) {}
 };
 
-/// A drop-down list: ListIndex (from 0, -1 for none), Text and colours.
+/// A drop-down list: ListIndex (from 0, -1 for none), Text, colours.
 class ComboBox final : public Control {
  public:
   ComboBox(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
-           std::vector<std::string> items);
+           std::vector<std::string> items)
+      : Control(form, "ComboBox", container, name, bounds, systemColor::window,
+                {{Property::ListIndex, -1}, {Property::Text, ""}}),
+        items_(std::move(items)) {}
 
   const std::vector<std::string>& items() const { return items_; }
   int index() const { return number(Property::ListIndex); }
@@ -83,16 +99,20 @@ class ComboBox final : public Control {
   std::vector<std::string> items_;
 };
 
-/// CalendarBackColor, CalendarForeColor and colours.
+/// CalendarBackColor, CalendarForeColor, colours.
 class DTPicker final : public Control {
  public:
-  DTPicker(Form& form, const Control* container, std::string_view name, const Bounds& bounds);
+  DTPicker(Form& form, const Control* container, std::string_view name, const Bounds& bounds)
+      : Control(form, "DTPicker", container, name, bounds, systemColor::window,
+                {{Property::CalendarBackColor, systemColor::window.back},
+                 {Property::CalendarForeColor, systemColor::window.fore}}) {}
 };
 
 /// Caption. A menu whose items name it as their container; an item has onClick.
 class Menu final : public Control {
  public:
-  Menu(Form& form, const Control* container, std::string_view name, std::string_view caption);
+  Menu(Form& form, const Control* container, std::string_view name, std::string_view caption)
+      : Control(form, "Menu", container, name, {}, {{Property::Caption, std::string(caption)}}) {}
 
   std::function<void()> onClick;
   /// Shows the menu and, when an item is chosen, runs its click handler; from a handler only.
@@ -106,12 +126,11 @@ class CommonDialog final : public Control {
 
   /// Shows the dialog and puts the chosen path into FileName. When the user cancels, FileName stays
   /// as it was, and with CancelError set error 32755 is raised.
-  void ShowOpen() { accept(dialogs_.chooseFileToOpen(settings())); }
-  void ShowSave() { accept(dialogs_.chooseFileToSave(settings())); }
+  void ShowOpen() { show(FileDialogKind::Open); }
+  void ShowSave() { show(FileDialogKind::Save); }
 
  private:
-  FileDialog settings() const;
-  void accept(const std::optional<std::string>& chosen);
+  void show(FileDialogKind kind);
 
   FileDialogs& dialogs_;
 };

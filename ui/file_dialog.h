@@ -6,7 +6,10 @@
 
 namespace velk {
 
+enum class FileDialogKind { Open, Save };
+
 struct FileDialog {
+  FileDialogKind kind = FileDialogKind::Open;
   std::string title;          ///< empty: the platform's own
   std::string filter;         ///< "description|pattern|description|pattern..."
   int filterIndex = 1;        ///< 1 is the first filter
@@ -14,12 +17,11 @@ struct FileDialog {
   std::string fileName;       ///< what the name box contains at first
 };
 
-/// Each returns the full path chosen, or nothing when the user cancelled.
 class FileDialogs {
  public:
   virtual ~FileDialogs() = default;
-  virtual std::optional<std::string> chooseFileToOpen(const FileDialog& dialog) = 0;
-  virtual std::optional<std::string> chooseFileToSave(const FileDialog& dialog) = 0;
+  /// The full path chosen, or nothing when the user cancelled.
+  virtual std::optional<std::string> askForFile(const FileDialog& dialog) = 0;
 };
 
 }  // namespace velk

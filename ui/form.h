@@ -69,8 +69,6 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   /// The user closed the window.
   void userClose();
 
-  void focus(Control& control) const { observer().focusMoved(control); }
-
  protected:
   /// Puts the form's controls, all of them, into another order than that of their declaration.
   void arrange(std::vector<Control*> controls) { controls_ = std::move(controls); }

@@ -26,7 +26,6 @@ class FormObserver {
   virtual ~FormObserver() = default;
   virtual void formChanged(Property) {}
   virtual void controlChanged(Control&, Property) {}
-  virtual void focusMoved(Control&) {}
 };
 
 /// Where forms appear.

@@ -6,12 +6,6 @@
 
 namespace velk {
 
-ListView::ListView(Form& form, const Control* container, std::string_view name,
-                   const Bounds& bounds)
-    : Control(form, "ListView", container, name, bounds, {{Property::ScrollLeft, 0}}) {
-  declareColors(systemColor::window);
-}
-
 const ListView::Column& ListView::at(std::size_t column) const {
   if (column >= columns_.size()) throw RuntimeError(ErrorNumber::IndexOutOfBounds);
   return columns_[column];

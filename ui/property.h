@@ -37,6 +37,7 @@ enum class Property : std::uint8_t {
   Icon,
   Columns,
   Rows,
+  Focus,
 };
 
 /// For those who know a property only by its name, which is found in any letter case.

@@ -22,8 +22,10 @@ class MenuButton final : public NamedMembers {
  public:
   MenuButton(MainWindow& window, int element) : window_(window), element_(element) {}
 
-  bool has(std::string_view name) const override { return equalsIgnoringCase(name, "SetFocus"); }
-  Variant get(std::string_view, const std::optional<Value>&) override {
+  DISPID idOf(std::string_view name) const override {
+    return equalsIgnoringCase(name, "SetFocus") ? 1 : DISPID_UNKNOWN;
+  }
+  Variant get(DISPID, const std::optional<Value>&) override {
     window_.focusButton(element_);
     return {};
   }
@@ -37,8 +39,10 @@ class MenuArray final : public NamedMembers {
  public:
   explicit MenuArray(MainWindow& window) : window_(window) {}
 
-  bool has(std::string_view name) const override { return equalsIgnoringCase(name, defaultMember); }
-  Variant get(std::string_view, const std::optional<Value>& index) override {
+  DISPID idOf(std::string_view name) const override {
+    return equalsIgnoringCase(name, "Item") ? DISPID_VALUE : DISPID_UNKNOWN;
+  }
+  Variant get(DISPID, const std::optional<Value>& index) override {
     if (!index) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
     return Variant(makeObject<MenuButton>(window_, toInt32(*index)).get());
   }
@@ -51,10 +55,12 @@ class WindowObject final : public NamedMembers {
  public:
   explicit WindowObject(MainWindow& window) : window_(window) {}
 
-  bool has(std::string_view name) const override { return equalsIgnoringCase(name, "cmdMainMenu"); }
-  Variant get(std::string_view, const std::optional<Value>& index) override {
+  DISPID idOf(std::string_view name) const override {
+    return equalsIgnoringCase(name, "cmdMainMenu") ? 1 : DISPID_UNKNOWN;
+  }
+  Variant get(DISPID, const std::optional<Value>& index) override {
     const auto array = makeObject<MenuArray>(window_);
-    return index ? array->get(defaultMember, index) : Variant(array.get());
+    return index ? array->get(DISPID_VALUE, index) : Variant(array.get());
   }
 
  private:

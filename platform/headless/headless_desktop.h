@@ -27,8 +27,7 @@ class HeadlessDesktop final : public Desktop {
 
   std::int32_t messageBox(std::string_view prompt, std::int32_t style,
                           std::optional<std::string_view> caption) override;
-  std::optional<std::string> chooseFileToOpen(const FileDialog&) override { return choice_; }
-  std::optional<std::string> chooseFileToSave(const FileDialog&) override { return choice_; }
+  std::optional<std::string> askForFile(const FileDialog&) override { return choice_; }
   std::string applicationFolder() const override { return folder_; }
   Date now() const override { return clock_(); }
   void openDocument(std::string_view path) override { opened.emplace_back(path); }

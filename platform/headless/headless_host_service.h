@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -16,7 +17,10 @@ class HeadlessHostService final : public PlainHostService {
   explicit HeadlessHostService(MessageHandler messages) : messages_(std::move(messages)) {}
 
   Value messageBox(std::string_view prompt, std::int32_t style,
-                   std::optional<std::string_view> caption) override;
+                   std::optional<std::string_view> caption) override {
+    messages_({std::string(prompt), style, std::optional<std::string>(caption), true});
+    return answerOk;
+  }
 
  private:
   MessageHandler messages_;

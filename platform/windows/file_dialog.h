@@ -8,9 +8,7 @@
 
 namespace velk {
 
-enum class FileDialogKind { Open, Save };
-
 /// The full path chosen; nothing when the user cancelled. Owned by the thread's active window.
-std::optional<std::string> showFileDialog(FileDialogKind kind, const FileDialog& dialog);
+std::optional<std::string> showFileDialog(const FileDialog& dialog);
 
 }  // namespace velk

@@ -13,19 +13,10 @@ struct PointerHandle {
   static Handle none() { return nullptr; }
 };
 
-template <class Type>
-struct GdiObject : PointerHandle<Type> {
-  static void close(Type object) { DeleteObject(object); }
+struct FontObject : PointerHandle<HFONT> {
+  static void close(HFONT font) { DeleteObject(font); }
 };
-using UniqueBitmap = UniqueHandle<GdiObject<HBITMAP>>;
-using UniqueBrush = UniqueHandle<GdiObject<HBRUSH>>;
-using UniqueFont = UniqueHandle<GdiObject<HFONT>>;
-
-/// Made for memory, by CreateCompatibleDC.
-struct MemoryDc : PointerHandle<HDC> {
-  static void close(HDC dc) { DeleteDC(dc); }
-};
-using UniqueMemoryDc = UniqueHandle<MemoryDc>;
+using UniqueFont = UniqueHandle<FontObject>;
 
 /// That of the whole display, by GetDC(nullptr).
 struct DisplayDc : PointerHandle<HDC> {

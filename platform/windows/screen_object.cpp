@@ -17,17 +17,17 @@ namespace velk {
 
 namespace {
 
-/// Of a name that the bag has not: nothing.
-std::optional<Property> propertyOf(const PropertyBag& bag, std::string_view name) {
-  const std::optional<Property> property = propertyNamed(name);
-  return property && bag.has(*property) ? property : std::nullopt;
-}
+// A form's members: its properties, the collection of its controls, each control.
+constexpr DISPID firstProperty = 1;
+constexpr DISPID controlsMember = 1000;
+constexpr DISPID firstControl = 1001;
 
-Control* controlNamed(const Form& form, std::string_view name) {
+/// The position of the control of that name; the number of controls where there is none.
+std::size_t positionOf(const Form& form, std::string_view name) {
   const auto found = std::ranges::find_if(form.controls(), [&](const Control* control) {
     return equalsIgnoringCase(control->name(), name);
   });
-  return found == form.controls().end() ? nullptr : *found;
+  return static_cast<std::size_t>(found - form.controls().begin());
 }
 
 /// The form, or one of its controls.
@@ -37,16 +37,19 @@ class BagObject final : public NamedMembers {
       : form_(std::move(form)), control_(control) {}
 
  private:
-  bool has(std::string_view name) const override {
-    const auto form = locked();
-    if (propertyOf(bag(*form), name)) return true;
-    return control_ == nullptr && (controlNamed(*form, name) != nullptr || isControls(name));
+  DISPID idOf(std::string_view name) const override;
+  Variant get(DISPID member, const std::optional<Value>& index) override;
+  void put(DISPID member, const Value& value) override {
+    const auto form = lock(form_);
+    bag(*form).set(propertyOf(member), value);
   }
-  Variant get(std::string_view name, const std::optional<Value>& index) override;
-  void put(std::string_view name, const Value& value) override;
 
-  static bool isControls(std::string_view name) { return equalsIgnoringCase(name, "Controls"); }
-  std::shared_ptr<Form> locked() const { return lock(form_); }
+  static Property propertyOf(DISPID member) {
+    if (member < firstProperty || member >= controlsMember) {
+      throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+    }
+    return static_cast<Property>(member - firstProperty);
+  }
   PropertyBag& bag(Form& form) const {
     return control_ != nullptr ? static_cast<PropertyBag&>(*control_) : form;
   }
@@ -59,50 +62,53 @@ class ControlsObject final : public NamedMembers {
  public:
   explicit ControlsObject(std::weak_ptr<Form> form) : form_(std::move(form)) {}
 
-  bool has(std::string_view name) const override {
-    return equalsIgnoringCase(name, defaultMember) || equalsIgnoringCase(name, "Count");
+  DISPID idOf(std::string_view name) const override {
+    if (equalsIgnoringCase(name, "Item")) return DISPID_VALUE;
+    return equalsIgnoringCase(name, "Count") ? countMember : DISPID_UNKNOWN;
   }
-  Variant get(std::string_view name, const std::optional<Value>& index) override {
+  Variant get(DISPID member, const std::optional<Value>& index) override {
     const auto form = lock(form_);
-    if (!equalsIgnoringCase(name, defaultMember)) {
+    if (member == countMember) {
       return Variant(Value(static_cast<std::int32_t>(form->controls().size())));
     }
-    return Variant(makeObject<BagObject>(form_, &item(*form, index)).get());
+    if (!index) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+    return Variant(makeObject<BagObject>(form_, &item(*form, *index)).get());
   }
 
  private:
-  static Control& item(const Form& form, const std::optional<Value>& index) {
-    if (!index) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
-    if (const auto* name = std::get_if<std::string>(&*index)) {
-      if (Control* control = controlNamed(form, *name)) return *control;
-      throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
-    }
-    const auto position = static_cast<std::size_t>(toInt32(*index));
-    if (position >= form.controls().size()) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
-    return *form.controls()[position];
+  static constexpr DISPID countMember = 1;
+
+  static Control& item(const Form& form, const Value& index) {
+    const auto* name = std::get_if<std::string>(&index);
+    const auto position =
+        name != nullptr ? positionOf(form, *name) : static_cast<std::size_t>(toInt32(index));
+    if (position < form.controls().size()) return *form.controls()[position];
+    throw RuntimeError(name != nullptr ? ErrorNumber::NoSuchPropertyOrMethod
+                                       : ErrorNumber::SubscriptOutOfRange);
   }
 
   std::weak_ptr<Form> form_;
 };
 
-Variant BagObject::get(std::string_view name, const std::optional<Value>& index) {
-  const auto form = locked();
-  if (const auto property = propertyOf(bag(*form), name)) {
-    return Variant(bag(*form).get(*property));
+DISPID BagObject::idOf(std::string_view name) const {
+  const auto form = lock(form_);
+  const std::optional<Property> property = propertyNamed(name);
+  if (property && bag(*form).has(*property)) {
+    return firstProperty + static_cast<DISPID>(*property);
   }
-  if (!isControls(name)) {
-    return Variant(makeObject<BagObject>(form_, controlNamed(*form, name)).get());
-  }
-  const auto controls = makeObject<ControlsObject>(form_);
-  if (!index) return Variant(controls.get());
-  return controls->get(NamedMembers::defaultMember, index);
+  if (control_ != nullptr) return DISPID_UNKNOWN;
+  if (equalsIgnoringCase(name, "Controls")) return controlsMember;
+  const std::size_t position = positionOf(*form, name);
+  return position < form->controls().size() ? firstControl + static_cast<DISPID>(position)
+                                            : DISPID_UNKNOWN;
 }
 
-void BagObject::put(std::string_view name, const Value& value) {
-  const auto form = locked();
-  const auto property = propertyOf(bag(*form), name);
-  if (!property) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
-  bag(*form).set(*property, value);
+Variant BagObject::get(DISPID member, const std::optional<Value>& index) {
+  const auto form = lock(form_);
+  if (member < controlsMember) return Variant(bag(*form).get(propertyOf(member)));
+  const auto controls = makeObject<ControlsObject>(form_);
+  if (member >= firstControl) return controls->get(DISPID_VALUE, Value(member - firstControl));
+  return index ? controls->get(DISPID_VALUE, index) : Variant(controls.get());
 }
 
 }  // namespace

@@ -21,12 +21,12 @@ ControlWindow::ControlWindow(Control& control, const ControlPlace& place,
       scale_(place.scale),
       font_(place.fonts.get(control.has(Property::FontName) ? control.text(Property::FontName)
                                                             : Fonts::standard)) {
-  const RECT at = scale_.pixels(control_.bounds());
+  const Bounds at = scale_.pixels(control_.bounds());
   const std::wstring caption =
       control.has(Property::Caption) ? toWide(control.text(Property::Caption)) : std::wstring();
-  handle_ = CreateWindowExW(extendedStyle, windowClass, caption.c_str(), styleOf(control, style),
-                            at.left, at.top, at.right - at.left, at.bottom - at.top, place.parent,
-                            nullptr, thisModule(), nullptr);
+  handle_ =
+      CreateWindowExW(extendedStyle, windowClass, caption.c_str(), styleOf(control, style), at.left,
+                      at.top, at.width, at.height, place.parent, nullptr, thisModule(), nullptr);
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
   SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
 }
@@ -45,6 +45,9 @@ void ControlWindow::propertyChanged(Property property) {
       return place();
     case Property::Caption:
       return showText(property);
+    case Property::Focus:
+      SetFocus(handle_);
+      return;
     default:
       InvalidateRect(handle_, nullptr, TRUE);
   }
@@ -60,8 +63,8 @@ void ControlWindow::enable() const {
 }
 
 void ControlWindow::place() const {
-  const RECT at = scale_.pixels(control_.bounds());
-  SetWindowPos(handle_, nullptr, at.left, at.top, at.right - at.left, at.bottom - at.top,
+  const Bounds at = scale_.pixels(control_.bounds());
+  SetWindowPos(handle_, nullptr, at.left, at.top, at.width, at.height,
                SWP_NOZORDER | SWP_NOACTIVATE);
 }
 

@@ -48,13 +48,12 @@ FormWindow::~FormWindow() {
 }
 
 void FormWindow::makeWindow() {
-  const RECT at = scale_.pixels(form_->bounds());
+  const Bounds at = scale_.pixels(form_->bounds());
   const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
   InitCommonControlsEx(&lists);
   handle_ = CreateWindowExW(WS_EX_CONTROLPARENT, registeredClass(formClass, procedure),
                             toWide(form_->text(Property::Caption)).c_str(), formStyle, at.left,
-                            at.top, at.right - at.left, at.bottom - at.top, nullptr, nullptr,
-                            thisModule(), nullptr);
+                            at.top, at.width, at.height, nullptr, nullptr, thisModule(), nullptr);
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
   SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   applyIcon();
@@ -85,13 +84,14 @@ void FormWindow::destroy() noexcept {
   DestroyWindow(window);
 }
 
-FormWindow* FormWindow::of(HWND window) {
+std::shared_ptr<FormWindow> FormWindow::of(HWND window) {
   const HWND root = GetAncestor(window, GA_ROOT);
   if (root == nullptr ||
       GetClassLongPtrW(root, GCLP_WNDPROC) != reinterpret_cast<ULONG_PTR>(procedure)) {
     return nullptr;
   }
-  return reinterpret_cast<FormWindow*>(GetWindowLongPtrW(root, GWLP_USERDATA));
+  auto* found = reinterpret_cast<FormWindow*>(GetWindowLongPtrW(root, GWLP_USERDATA));
+  return found == nullptr ? nullptr : found->weak_from_this().lock();
 }
 
 ControlWindow* FormWindow::windowOf(const Control& control) const {
@@ -271,10 +271,6 @@ void FormWindow::controlChanged(Control& control, Property property) {
   changeLater();
 }
 
-void FormWindow::focusMoved(Control& control) {
-  if (const ControlWindow* window = windowOf(control)) SetFocus(window->handle());
-}
-
 // At the next turn of whatever message loop runs: the host's, or that of a message box.
 void FormWindow::changeLater() {
   if (flushPosted_ || handle_ == nullptr) return;
@@ -298,8 +294,8 @@ void FormWindow::applyBounds() {
                                                            : SW_RESTORE);
   }
   if (wanted == WindowState::Normal) {
-    const RECT at = scale_.pixels(form_->bounds());
-    SetWindowPos(handle_, nullptr, at.left, at.top, at.right - at.left, at.bottom - at.top,
+    const Bounds at = scale_.pixels(form_->bounds());
+    SetWindowPos(handle_, nullptr, at.left, at.top, at.width, at.height,
                  SWP_NOZORDER | SWP_NOACTIVATE);
   }
   applying_ = false;

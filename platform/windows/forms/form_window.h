@@ -32,11 +32,10 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
   bool preTranslate(const MSG& message);
 
   /// The form's window that a window is or belongs to; null for windows of others.
-  static FormWindow* of(HWND window);
+  static std::shared_ptr<FormWindow> of(HWND window);
 
   void formChanged(Property property) override;
   void controlChanged(Control& control, Property property) override;
-  void focusMoved(Control& control) override;
 
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

@@ -10,14 +10,9 @@ namespace velk {
 
 namespace {
 
-std::shared_ptr<FormWindow> formWindowOf(HWND window) {
-  FormWindow* const found = FormWindow::of(window);
-  return found == nullptr ? nullptr : found->shared_from_this();
-}
-
 BOOL CALLBACK closeForm(HWND window, LPARAM) noexcept {
   try {
-    if (const auto found = formWindowOf(window)) found->form().userClose();
+    if (const auto found = FormWindow::of(window)) found->form().userClose();
   } catch (...) {
     // It stays open; nothing may leave for the system.
   }
@@ -35,7 +30,7 @@ LRESULT CALLBACK seeMessage(int code, WPARAM removed, LPARAM lParam) {
     if (message.message == WM_QUIT) {
       EnumThreadWindows(GetCurrentThreadId(), closeForm, 0);
     } else if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST) {
-      const auto window = formWindowOf(message.hwnd);
+      const auto window = FormWindow::of(message.hwnd);
       if (window != nullptr && window->preTranslate(message)) message.message = WM_NULL;
     }
   }
