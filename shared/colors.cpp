@@ -8,6 +8,8 @@ namespace velk {
 
 namespace {
 
+// What is not here keeps its colours: buttons, menus, dialogs, and of a date picker all but its
+// calendar.
 struct Painting {
   std::string_view typeName;
   std::size_t index;  // into both colour arrays

@@ -49,7 +49,7 @@ TEST_CASE("events that reach their handler and events that are dropped") {
       {[](TestForm& f) { f.box.setEnabled(false); }, 0},
       {[](TestForm& f) { f.box.setVisible(false); }, 0},
       {[](TestForm& f) { f.other.setEnabled(false); }, 1},
-      {[](TestForm& f) { f.userClose(); }, 0},
+      {[](TestForm& f) { f.unload(); }, 0},
       {[](TestForm& f) { f.go.onClick = nullptr; }, 0}};
   for (const auto& row : rows) {
     CAPTURE(&row - rows);
@@ -115,7 +115,7 @@ TEST_CASE("closing from a handler waits for its end, and the form lives until th
   TestForm& form = *opened.form;
   form.other.onClick = [&] {
     opened.form.reset();
-    form.userClose();
+    form.unload();
     form.unload();
     CHECK(form.isOpen());
     CHECK(opened.shell.open().size() == 1);

@@ -36,7 +36,7 @@ TEST_CASE("the steps of setting up, in order") {
   world.host->onReady = [&](Form& form) {  // no event counts yet, but the window may be closed
     auto& screen = dynamic_cast<ImportScreen&>(form);
     CHECK(screen.CmdBrowse.userClick() == EventResult::Dropped);
-    screen.userClose();
+    screen.unload();
     CHECK(screen.isOpen());
   };
   const auto screen = std::make_shared<Velk_frmCustOpn_OpnImp>(world.module, nullptr);

@@ -5,7 +5,7 @@
 
 namespace velk {
 
-/// Behind and of the text of a control.
+/// The background of a control and its text.
 struct ColorPair {
   std::int32_t back;
   std::int32_t fore;

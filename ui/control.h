@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <initializer_list>
+#include <optional>
 #include <string_view>
 
 #include "ui/colors.h"
@@ -25,16 +26,11 @@ class Control : public PropertyBag {
   void setFocus() { propertyChanged(Property::Focus); }
 
  protected:
-  /// `typeName` is a literal: painting finds controls by it.
+  /// `typeName` is a literal: painting finds controls by it. `colors`, if given, are BackColor and
+  /// ForeColor.
   Control(Form& form, std::string_view typeName, const Control* container, std::string_view name,
-          const Bounds& bounds, std::initializer_list<Values::value_type> properties);
-  /// As above, with BackColor and ForeColor.
-  Control(Form& form, std::string_view typeName, const Control* container, std::string_view name,
-          const Bounds& bounds, ColorPair colors,
-          std::initializer_list<Values::value_type> properties)
-      : Control(form, typeName, container, name, bounds, properties) {
-    declare({{Property::BackColor, colors.back}, {Property::ForeColor, colors.fore}});
-  }
+          const Bounds& bounds, std::initializer_list<Values::value_type> properties,
+          std::optional<ColorPair> colors = std::nullopt);
 
   /// Runs a handler for an event of this control, as Form::dispatch does. Drops the event without a
   /// handler, and when the control or what contains it is disabled or hidden.

@@ -18,6 +18,7 @@ void ComboBox::setIndex(int index) {
 
 EventResult ComboBox::userChoose(int index) {
   return raise([&] {
+    // A shell may report that nothing is chosen, which no user can do.
     if (index < 0 || index >= static_cast<int>(items_.size())) return;
     setQuietly(Property::ListIndex, index);
     setQuietly(Property::Text, items_[static_cast<std::size_t>(index)]);

@@ -21,24 +21,25 @@ class Label final : public Control {
  public:
   Label(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
         std::string_view caption)
-      : Control(form, "Label", container, name, bounds, systemColor::face,
-                {{Property::Caption, std::string(caption)}}) {}
+      : Control(form, "Label", container, name, bounds, {{Property::Caption, std::string(caption)}},
+                systemColor::face) {}
 };
 
 /// Caption, FontName, colours. Controls name it as their container.
 class Frame final : public Control {
  public:
   Frame(Form& form, std::string_view name, const Bounds& bounds, std::string_view caption)
-      : Control(form, "Frame", nullptr, name, bounds, systemColor::face,
-                {{Property::Caption, std::string(caption)}, {Property::FontName, "Arial"}}) {}
+      : Control(form, "Frame", nullptr, name, bounds,
+                {{Property::Caption, std::string(caption)}, {Property::FontName, "Arial"}},
+                systemColor::face) {}
 };
 
 /// Text, colours.
 class TextBox final : public Control {
  public:
   TextBox(Form& form, const Control* container, std::string_view name, const Bounds& bounds)
-      : Control(form, "TextBox", container, name, bounds, systemColor::window,
-                {{Property::Text, ""}}) {}
+      : Control(form, "TextBox", container, name, bounds, {{Property::Text, ""}},
+                systemColor::window) {}
 
   const std::string& value() const { return text(Property::Text); }
   void setValue(std::string_view value) { set(Property::Text, std::string(value)); }
@@ -64,8 +65,9 @@ class CheckBox final : public Control {
  public:
   CheckBox(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
            std::string_view caption)
-      : Control(form, "CheckBox", container, name, bounds, systemColor::face,
-                {{Property::Caption, std::string(caption)}, {Property::CheckValue, 0}}) {}
+      : Control(form, "CheckBox", container, name, bounds,
+                {{Property::Caption, std::string(caption)}, {Property::CheckValue, 0}},
+                systemColor::face) {}
 };
 
 /// Caption, Value, colours.
@@ -73,8 +75,9 @@ class OptionButton final : public Control {
  public:
   OptionButton(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
                std::string_view caption)
-      : Control(form, "OptionButton", container, name, bounds, systemColor::face,
-                {{Property::Caption, std::string(caption)}, {Property::CheckValue, flagFalse}}) {}
+      : Control(form, "OptionButton", container, name, bounds,
+                {{Property::Caption, std::string(caption)}, {Property::CheckValue, flagFalse}},
+                systemColor::face) {}
 };
 
 /// A drop-down list: ListIndex (from 0, -1 for none), Text, colours.
@@ -82,8 +85,8 @@ class ComboBox final : public Control {
  public:
   ComboBox(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
            std::vector<std::string> items)
-      : Control(form, "ComboBox", container, name, bounds, systemColor::window,
-                {{Property::ListIndex, -1}, {Property::Text, ""}}),
+      : Control(form, "ComboBox", container, name, bounds,
+                {{Property::ListIndex, -1}, {Property::Text, ""}}, systemColor::window),
         items_(std::move(items)) {}
 
   const std::vector<std::string>& items() const { return items_; }
@@ -103,9 +106,10 @@ class ComboBox final : public Control {
 class DTPicker final : public Control {
  public:
   DTPicker(Form& form, const Control* container, std::string_view name, const Bounds& bounds)
-      : Control(form, "DTPicker", container, name, bounds, systemColor::window,
+      : Control(form, "DTPicker", container, name, bounds,
                 {{Property::CalendarBackColor, systemColor::window.back},
-                 {Property::CalendarForeColor, systemColor::window.fore}}) {}
+                 {Property::CalendarForeColor, systemColor::window.fore}},
+                systemColor::window) {}
 };
 
 /// Caption. A menu whose items name it as their container; an item has onClick.

@@ -15,11 +15,6 @@ Form::Form(FormShell& shell, std::string_view name, std::string_view caption, co
            {Property::hWnd, 0}});
 }
 
-FormObserver& Form::observer() const {
-  static FormObserver nobody;
-  return observer_ == nullptr ? nobody : *observer_;
-}
-
 void Form::setBounds(const Bounds& bounds) {
   set(Property::Left, bounds.left);
   set(Property::Top, bounds.top);
@@ -28,7 +23,7 @@ void Form::setBounds(const Bounds& bounds) {
 }
 
 void Form::setIcon(std::shared_ptr<const Picture> icon) {
-  if (icon != nullptr) icon->requireIcon();
+  if (icon != nullptr) icon->requireIcon();  // before the form keeps it: a shell could only fail
   icon_ = std::move(icon);
   propertyChanged(Property::Icon);
 }
@@ -39,6 +34,7 @@ void Form::show() {
   shell_.show(shared_from_this());
 }
 
+// A handler, and the set-up, still use the form when they ask for its end, so it waits for theirs.
 void Form::unload() {
   const bool settingUp = open_ && !accepting_;
   if (running_ || settingUp) {
@@ -55,11 +51,13 @@ void Form::acceptEvents() {
 
 void Form::closeNow() {
   if (!std::exchange(open_, false)) return;
-  const auto alive = shared_from_this();
+  const auto alive = shared_from_this();  // the shell may hold the last reference
   setVisible(false);
   shell_.closed(*this);
 }
 
+// An exception that is not ours, such as the one that ends a thread, goes on to the caller; the
+// form must not be left running because of it.
 EventResult Form::dispatch(const std::function<void()>& handler) {
   if (!accepting_ || running_ || !open_) return EventResult::Dropped;
   const auto alive = shared_from_this();
@@ -74,12 +72,15 @@ EventResult Form::dispatch(const std::function<void()>& handler) {
   }
 }
 
+// The close comes first: a form that is closed has no use for a new size.
 void Form::endRun() {
   running_ = false;
   if (std::exchange(closeRequested_, false)) closeNow();
   if (std::exchange(resizePending_, false)) dispatch([this] { Form_Resize(); });
 }
 
+// The host lives on whatever a handler does: all that the standard library throws becomes an error
+// that the user is told of.
 EventResult Form::runGuarded(const std::function<void()>& handler) {
   try {
     handler();
@@ -98,6 +99,7 @@ void Form::userKeyDown(std::int16_t keyCode, std::int16_t shift) {
   dispatch([=, this] { Form_KeyDown(keyCode, shift); });
 }
 
+// Nothing of this is told to the observer, whose window has it already.
 void Form::userResize(WindowState state, const Bounds& outer) {
   setQuietly(Property::WindowState, static_cast<std::int32_t>(state));
   setQuietly(Property::Left, outer.left);
@@ -108,12 +110,8 @@ void Form::userResize(WindowState state, const Bounds& outer) {
   dispatch([this] { Form_Resize(); });
 }
 
-void Form::userClose() {
-  unload();
-}
-
 void Form::propertyChanged(Property property) {
-  observer().formChanged(property);
+  if (observer_ != nullptr) observer_->formChanged(property);
 }
 
 }  // namespace velk

@@ -3,7 +3,6 @@
 // A screen class derives from Form, owns its controls as members and handles their events; it never
 // knows whether a window shows it. A shell (windows, or none) shows the form, hears through the one
 // FormObserver what the code changed, and reports through the user... members what the user did.
-// All measures are twips (1/1440 inch).
 #pragma once
 
 #include <cstdint>
@@ -29,8 +28,8 @@ enum class EventResult {
 
 enum class WindowState : std::int32_t { Normal = 0, Minimised = 1, Maximised = 2 };
 
-/// A form's events all enter through `dispatch`. Properties: Name, Caption, BackColor, Left, Top,
-/// Width, Height, WindowState, Visible, hWnd (the handle of its window, 0 without one).
+/// A form's events all enter through `dispatch`. Besides the properties that every bag has:
+/// Caption, BackColor, WindowState, hWnd (the handle of its window, 0 without one).
 class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
  public:
   Form(FormShell& shell, std::string_view name, std::string_view caption, const Bounds& design);
@@ -45,12 +44,12 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   void setIcon(std::shared_ptr<const Picture> icon);
   const std::shared_ptr<const Picture>& icon() const { return icon_; }
   void setObserver(FormObserver* observer) { observer_ = observer; }
-  FormObserver& observer() const;
   FormShell& shell() const { return shell_; }
 
   /// Shows the form, modeless.
   void show();
-  /// Closes the form: at once, or, from inside a handler or its set-up, when that has returned.
+  /// The screen, or the user, closes the form: at once, or, from inside a handler or its set-up,
+  /// when that has returned.
   void unload();
   bool isOpen() const { return open_; }
 
@@ -66,14 +65,12 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   /// once, also while a handler runs; then the event comes when that has returned. `outer` are the
   /// bounds of the whole window, and when it is minimised those that it had before.
   void userResize(WindowState state, const Bounds& outer);
-  /// The user closed the window.
-  void userClose();
 
  protected:
   /// Puts the form's controls, all of them, into another order than that of their declaration.
   void arrange(std::vector<Control*> controls) { controls_ = std::move(controls); }
 
-  /// From now on events reach their handlers. A close that came before is carried out.
+  /// From now on events reach their handlers. A close that was asked for before happens now.
   void acceptEvents();
 
   virtual void Form_KeyDown(std::int16_t /*KeyCode*/, std::int16_t /*Shift*/) {}

@@ -56,6 +56,7 @@ void ListView::addRows(std::size_t count) {
   propertyChanged(Property::Rows);
 }
 
+// A cell written on its own hides the shared column's text at that row.
 std::string_view ListView::cell(std::size_t row, std::size_t column) const {
   checkRow(row);
   const Column& c = at(column);
@@ -79,6 +80,8 @@ void ListView::setCell(std::size_t row, std::size_t column, std::string_view tex
   propertyChanged(Property::Rows);
 }
 
+// The texts are shared and nothing is copied: mapping a column takes as long for 32,766 rows as for
+// ten.
 void ListView::setColumn(std::size_t column, std::size_t firstRow,
                          std::shared_ptr<const TextColumn> cells) {
   Column& c = at(column);
@@ -96,7 +99,7 @@ bool ListView::hasEmptyCell(std::size_t column) const {
   for (std::size_t row = 1; row <= rowCount_; ++row) {
     if (cell(row, column).empty()) return true;
   }
-  at(column);
+  at(column);  // without rows, too, a column that does not exist is an error
   return false;
 }
 
@@ -113,6 +116,7 @@ void ListView::userMouseUp(MouseButton button, int x) {
 }
 
 void ListView::userColumnWidth(std::size_t column, int width) {
+  // The window may still show a column that code has removed since.
   if (column < columns_.size()) columns_[column].width = width;
 }
 

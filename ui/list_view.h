@@ -28,8 +28,8 @@ enum class MouseButton : std::int16_t { Left = 1, Right = 2 };
 class ListView final : public Control {
  public:
   ListView(Form& form, const Control* container, std::string_view name, const Bounds& bounds)
-      : Control(form, "ListView", container, name, bounds, systemColor::window,
-                {{Property::ScrollLeft, 0}}) {}
+      : Control(form, "ListView", container, name, bounds, {{Property::ScrollLeft, 0}},
+                systemColor::window) {}
 
   static constexpr int defaultColumnWidth = 1440;
 

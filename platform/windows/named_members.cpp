@@ -38,6 +38,7 @@ HRESULT NamedMembers::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* par
       [&] {
         std::optional<Value> argument;
         if (parameters->cArgs == 1) argument = toValue(parameters->rgvarg[0]);
+        // Some callers say method and property at once; only a put is unmistakable.
         if ((kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
           put(id, argument.value_or(Null{}));
         } else {

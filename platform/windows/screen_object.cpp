@@ -18,7 +18,8 @@ namespace velk {
 namespace {
 
 // A form's members: its properties, the collection of its controls, each control.
-constexpr DISPID firstProperty = 1;
+// The numbers stay the same while the form lives, as callers keep them.
+constexpr DISPID firstProperty = 1;  // 0 is DISPID_VALUE
 constexpr DISPID controlsMember = 1000;
 constexpr DISPID firstControl = 1001;
 
@@ -54,7 +55,7 @@ class BagObject final : public NamedMembers {
     return control_ != nullptr ? static_cast<PropertyBag&>(*control_) : form;
   }
 
-  std::weak_ptr<Form> form_;
+  std::weak_ptr<Form> form_;  // the host may keep the object for longer than the form lives
   Control* control_;
 };
 
@@ -96,7 +97,7 @@ DISPID BagObject::idOf(std::string_view name) const {
   if (property && bag(*form).has(*property)) {
     return firstProperty + static_cast<DISPID>(*property);
   }
-  if (control_ != nullptr) return DISPID_UNKNOWN;
+  if (control_ != nullptr) return DISPID_UNKNOWN;  // only forms have controls
   if (equalsIgnoringCase(name, "Controls")) return controlsMember;
   const std::size_t position = positionOf(*form, name);
   return position < form->controls().size() ? firstControl + static_cast<DISPID>(position)

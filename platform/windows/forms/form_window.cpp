@@ -22,6 +22,7 @@ constexpr UINT flushMessage = WM_APP + 1;
 constexpr DWORD formStyle =
     WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
 
+// The platform's numbers for the keys that are held down with another.
 std::int16_t shiftState() {
   const auto down = [](int key) { return GetKeyState(key) < 0; };
   return static_cast<std::int16_t>((down(VK_SHIFT) ? 1 : 0) + (down(VK_CONTROL) ? 2 : 0) +
@@ -33,7 +34,7 @@ std::int16_t shiftState() {
 FormWindow::FormWindow(std::shared_ptr<Form> form, std::shared_ptr<void> keep)
     : keep_(std::move(keep)), form_(std::move(form)), scale_(Scale::ofDisplay()) {
   makeWindow();
-  try {
+  try {  // the destructor does not run for an object whose constructor fails
     makeControls();
   } catch (...) {
     destroy();
@@ -80,10 +81,12 @@ void FormWindow::destroy() noexcept {
   if (handle_ == nullptr) return;
   const HWND window = std::exchange(handle_, nullptr);
   form_->setObserver(nullptr);
+  // Its last messages must not reach an object that may be half gone.
   SetWindowLongPtrW(window, GWLP_USERDATA, 0);
   DestroyWindow(window);
 }
 
+// Windows of the same class may belong to another copy of this code, with objects of its own.
 std::shared_ptr<FormWindow> FormWindow::of(HWND window) {
   const HWND root = GetAncestor(window, GA_ROOT);
   if (root == nullptr ||
@@ -142,6 +145,7 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_ERASEBKGND:
       erase(reinterpret_cast<HDC>(wParam));
       return TRUE;
+    // Windows remembers the focused control for dialogs only.
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) focus_ = GetFocus();
       break;
@@ -157,7 +161,7 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
       destroy();
       [[fallthrough]];
     case WM_CLOSE:
-      form_->userClose();
+      form_->unload();
       return 0;
     case flushMessage:
       flushPosted_ = false;
@@ -205,6 +209,8 @@ WindowState FormWindow::state() const {
   return IsZoomed(handle_) != FALSE ? WindowState::Maximised : WindowState::Normal;
 }
 
+// A move alone is no event, as it changes neither size nor state; what code does is no user's
+// doing.
 void FormWindow::moved(const WINDOWPOS& position) {
   if (applying_ || handle_ == nullptr) return;
   const bool sized = (position.flags & SWP_NOSIZE) == 0;
@@ -213,6 +219,7 @@ void FormWindow::moved(const WINDOWPOS& position) {
   GetWindowRect(handle_, &outer);
   const Bounds known = form_->bounds();
   const bool iconic = state() == WindowState::Minimised;
+  // A minimised window's own place is far outside the screen.
   form_->userResize(state(), iconic ? known : scale_.twips(outer, known));
   flush();
 }
@@ -220,9 +227,9 @@ void FormWindow::moved(const WINDOWPOS& position) {
 bool FormWindow::preTranslate(const MSG& message) {
   if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) {
     form_->userKeyDown(static_cast<std::int16_t>(message.wParam), shiftState());
-    if (handle_ == nullptr) return true;
+    if (handle_ == nullptr) return true;  // the key has closed the form
   }
-  MSG copy = message;
+  MSG copy = message;  // the call may change what the host's loop still needs
   return IsDialogMessageW(handle_, &copy) != FALSE;
 }
 
@@ -271,7 +278,8 @@ void FormWindow::controlChanged(Control& control, Property property) {
   changeLater();
 }
 
-// At the next turn of whatever message loop runs: the host's, or that of a message box.
+// Once for any number of changes, at the next turn of whatever message loop runs: the host's, or
+// that of a message box.
 void FormWindow::changeLater() {
   if (flushPosted_ || handle_ == nullptr) return;
   const bool needed = boundsChanged_ || std::ranges::any_of(controls_, [](const auto& window) {
@@ -285,6 +293,7 @@ void FormWindow::flush() {
   if (std::exchange(boundsChanged_, false)) applyBounds();
 }
 
+// The window's place in the maximised and minimised states is Windows' own matter.
 void FormWindow::applyBounds() {
   applying_ = true;
   const WindowState wanted = form_->windowState();

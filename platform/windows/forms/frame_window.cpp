@@ -28,6 +28,7 @@ LRESULT CALLBACK FrameWindow::procedure(HWND window, UINT message, WPARAM wParam
     case WM_PAINT:
       frame->paint();
       return 0;
+    // A control tells its parent, but it is the form's window that knows the controls.
     case WM_COMMAND:
     case WM_NOTIFY:
     case WM_CTLCOLOREDIT:
@@ -49,6 +50,7 @@ void FrameWindow::erase(HDC dc) const {
 }
 
 void FrameWindow::paint() const {
+  // First, as it may throw, and a painting that was begun has to be ended.
   const std::wstring caption = toWide(control().text(Property::Caption));
   PAINTSTRUCT paint;
   const HDC dc = BeginPaint(handle(), &paint);

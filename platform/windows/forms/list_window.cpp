@@ -100,12 +100,13 @@ void ListWindow::showColumn(std::size_t index, const Column& column) {
   shown_[index] = column;
 }
 
+// Notifications of the header arrive here, too: the list passes them on.
 LRESULT ListWindow::notify(NMHDR& header) {
   switch (header.code) {
     case LVN_GETDISPINFOW:
       giveText(reinterpret_cast<NMLVDISPINFOW&>(header).item);
       return 0;
-    case LVN_ODFINDITEMW:
+    case LVN_ODFINDITEMW:  // typing in the list selects nothing
       return nothingFound;
     case LVN_COLUMNCLICK:
       readGeometry();
@@ -136,7 +137,7 @@ void ListWindow::giveText(LVITEMW& item) const {
   item.pszText[text.copy(item.pszText, room)] = L'\0';
 }
 
-// The cells of the mapping row that are mapped stand in bold.
+// Mapped cells of the mapping row are bold, so other rows need no drawing of ours.
 LRESULT ListWindow::draw(NMLVCUSTOMDRAW& what) const {
   const std::size_t row = what.nmcd.dwItemSpec + 1;
   switch (what.nmcd.dwDrawStage) {

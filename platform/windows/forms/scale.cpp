@@ -7,7 +7,7 @@ namespace velk {
 Scale Scale::ofDisplay() {
   const UniqueDisplayDc display(GetDC(nullptr));
   const int dotsPerInch = GetDeviceCaps(display.get(), LOGPIXELSX);
-  return Scale(dotsPerInch > 0 ? dotsPerInch : 96);
+  return Scale(dotsPerInch > 0 ? dotsPerInch : 96);  // a session without a display has none
 }
 
 }  // namespace velk

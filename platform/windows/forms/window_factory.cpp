@@ -32,7 +32,7 @@ class TextBoxWindow final : public ControlWindow {
   TextBoxWindow(TextBox& box, const ControlPlace& place)
       : ControlWindow(box, place, L"EDIT", ES_AUTOHSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE),
         box_(box) {
-    SendMessageW(handle(), EM_SETLIMITTEXT, 0, 0);  // as long as it gets
+    SendMessageW(handle(), EM_SETLIMITTEXT, 0, 0);  // as long as can be: paths are
     showValue();
   }
   void propertyChanged(Property property) override {

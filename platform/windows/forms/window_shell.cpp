@@ -12,9 +12,9 @@ namespace {
 
 BOOL CALLBACK closeForm(HWND window, LPARAM) noexcept {
   try {
-    if (const auto found = FormWindow::of(window)) found->form().userClose();
+    if (const auto found = FormWindow::of(window)) found->form().unload();
   } catch (...) {
-    // It stays open; nothing may leave for the system.
+    // It stays open: no exception may reach the system, and the other forms close all the same.
   }
   return TRUE;
 }
@@ -43,7 +43,7 @@ WindowShell::WindowShell(std::function<std::shared_ptr<void>()> keeper)
     : keeper_(std::move(keeper)) {}
 
 WindowShell::~WindowShell() {
-  windows_.clear();
+  windows_.clear();  // a class with a window cannot be forgotten
   unhook();
 }
 
