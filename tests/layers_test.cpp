@@ -142,7 +142,8 @@ TEST_CASE("includes go only downwards, and never in a circle") {
       for (std::string line; std::getline(in, line);) {
         if (!line.starts_with("#include ")) continue;
         const std::string include = line.substr(9);
-        const std::string from = stemOf(file), to = stemOf(include.substr(1));
+        const std::string from = stemOf(file);
+        const std::string to = stemOf(include.substr(1));
         ++checked;
         if (std::ranges::count(forNow, std::pair<std::string_view, std::string_view>(from, to))) {
           continue;

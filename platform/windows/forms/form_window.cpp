@@ -148,7 +148,7 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     // Windows remembers the focused control for dialogs only.
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) focus_ = GetFocus();
-      break;
+      return defaultHandling(message, wParam, lParam);
     case WM_SETFOCUS:
       if (focus_ != nullptr && IsChild(handle_, focus_) != FALSE) SetFocus(focus_);
       return 0;
@@ -164,13 +164,11 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
       form_->unload();
       return 0;
     case flushMessage:
-      flushPosted_ = false;
       flush();
       return 0;
     default:
-      break;
+      return defaultHandling(message, wParam, lParam);
   }
-  return defaultHandling(message, wParam, lParam);
 }
 
 void FormWindow::command(WPARAM wParam, HWND control) {
@@ -289,6 +287,7 @@ void FormWindow::changeLater() {
 }
 
 void FormWindow::flush() {
+  flushPosted_ = false;
   for (const auto& window : controls_) window->flush();
   if (std::exchange(boundsChanged_, false)) applyBounds();
 }
