@@ -7,10 +7,12 @@
 
 #include "component/Velk_ClsOpnImp.h"
 #include "mapping/import_screen.h"
-#include "platform/headless/headless.h"
+#include "platform/headless/headless_desktop.h"
+#include "platform/headless/headless_host_service.h"
 #include "platform/native/native_clock.h"
 #include "platform/native/native_files.h"
 #include "shared/Velk_ModOpnImp.h"
+#include "ui/headless/headless_shell.h"
 
 namespace velk::bench {
 

@@ -3,13 +3,14 @@
 //   bench_import KIND COMPANY FILE FOLDER [recorded]
 //
 // KIND is one of the runner's: customer-opening, bank-branch or vendor. With "recorded", the
-// runner's recorder stands between the screen and the database.
+// runner's recorder and report take part.
 
 #include <memory>
 #include <optional>
 #include <string_view>
 
-#include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/audit/import_report.h"
+#include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/cli/kinds.h"
 #include "bench/company_copy.h"
 #include "bench/headless_screen.h"
@@ -40,19 +41,23 @@ std::size_t postedRecords(const ImportKind& kind, Connection& connection) {
 }
 
 void measure(const ImportKind& kind, const std::string& company, const char* file,
-             const char* folder, bool recorded) {
+             const char* folder, bool watched) {
   const CompanyCopy copy(company, folder);
   const std::shared_ptr<Connection> database = openOdbc(embeddedConnectionString(copy.path()));
   MessageHandler messages = [](const Message& m) { std::cerr << m.prompt << '\n'; };
   std::optional<Recorder> recorder;
-  if (recorded) messages = recorder.emplace(Recorder::Mode::Post).messages(std::move(messages));
-  HeadlessScreen screen(folder, recorded ? recorder->wrap(database) : database, messages,
-                        recorded ? &recorder->log(nullptr) : nullptr, kind.open);
+  if (watched) messages = recorder.emplace(Recorder::Mode::Post).messages(std::move(messages));
+  HeadlessScreen screen(folder, watched ? recorded(*recorder, database) : database, messages,
+                        watched ? &recorder->log(nullptr) : nullptr, kind.open);
   if (kind.type) {
     dynamic_cast<Velk_frmBankBranch_OpnImp&>(screen.form())
         .cboType.userChoose(static_cast<int>(*kind.type));
   }
-  if (recorded) recorder->watch(screen.form());
+  ImportReport report(false);
+  if (watched) {
+    recorder->watch(screen.form());
+    screen.form().run().setObserver(&report);
+  }
   screen.browse(file);
   screen.form().cmdview.userClick();
 

@@ -15,7 +15,8 @@
 #include "bench/window_measurement.h"
 #include "component/Velk_ClsOpnImp.h"
 #include "masters/Velk_frmBankBranch_OpnImp.h"
-#include "platform/headless/headless.h"
+#include "platform/headless/headless_desktop.h"
+#include "platform/headless/headless_host_service.h"
 #include "platform/windows/forms/window_shell.h"
 #include "platform/windows/windows_files.h"
 
@@ -32,7 +33,7 @@ struct Shell final : FormShell {
     if (inWindows) real.show(std::move(form));
   }
   void closed(Form& form) noexcept override { real.closed(form); }
-  Menu* popup(Form&, Menu&) override { return nullptr; }
+  Menu* popup(Menu&) override { return nullptr; }
 
   bool inWindows;
   std::shared_ptr<Form> shown;
@@ -40,7 +41,7 @@ struct Shell final : FormShell {
 };
 
 HWND windowOf(const Form& form) {
-  return reinterpret_cast<HWND>(static_cast<INT_PTR>(form.number("hWnd")));
+  return reinterpret_cast<HWND>(static_cast<INT_PTR>(form.number(Property::hWnd)));
 }
 
 void settle(const Form& form) {

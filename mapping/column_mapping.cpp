@@ -108,7 +108,7 @@ void ImportScreen::CmdClear_Click() {
 
 // Positions are added up in 64 bits: a list can be scrolled as far as an int goes.
 std::optional<std::size_t> ImportScreen::GetColumnUnderMouse(const ListView& list, int x) {
-  const long long position = static_cast<long long>(x) + list.number("ScrollLeft");
+  const long long position = static_cast<long long>(x) + list.number(Property::ScrollLeft);
   long long left = 0;
   for (std::size_t column = 0; column < list.columnCount(); ++column) {
     const long long right = left + list.width(column);
@@ -123,7 +123,7 @@ void ImportScreen::mappingList_MouseUp(MouseButton button, int x) {
   trapRoutine(mappingList.name() + "_MouseUp", [&] {
     if (button != MouseButton::Right) return;
     targetColumn_ = GetColumnUnderMouse(mappingList, x);
-    if (targetColumn_ && mappingList.rowCount() > 0) popup(test);
+    if (targetColumn_ && mappingList.rowCount() > 0) test.popup();
   });
 }
 

@@ -15,14 +15,14 @@ void ImportScreen::CmdBrowse_Click() {
     lv.clearColumns();
     rebuildMappingList(rules_.firstCell.afterBrowse, 0);
     setUpDialog();
-    CommonDialog1.set("FileName", TxtFileName.value());
+    CommonDialog1.set(Property::FileName, TxtFileName.value());
     try {
       CommonDialog1.ShowOpen();
     } catch (const RuntimeError& error) {
       if (error.is(ErrorNumber::CancelSelected)) return;
       throw;
     }
-    const std::string& chosen = CommonDialog1.text("FileName");
+    const std::string& chosen = CommonDialog1.text(Property::FileName);
     if (chosen.empty()) return;
     TxtFileName.setValue(chosen);
     cmdview.setEnabled(true);

@@ -45,9 +45,7 @@ void ImportScreen::bindEvents() {
   cmdExit.onClick = [this] { trapRoutine("cmdExit_Click", [this] { unload(); }); };
   lv.onColumnClick = [this](std::size_t column) { lv_ColumnClick(column); };
   mappingList.onColumnClick = [this](std::size_t column) { mappingList_ColumnClick(column); };
-  mappingList.onMouseUp = [this](MouseButton button, int x, int) {
-    mappingList_MouseUp(button, x);
-  };
+  mappingList.onMouseUp = [this](MouseButton button, int x) { mappingList_MouseUp(button, x); };
   subclr.onClick = [this] { subclr_Click(); };
 }
 
@@ -122,7 +120,7 @@ void ImportScreen::Form_Resize() {
   trapRoutine("Form_Resize", [this] {
     const WindowState state = windowState();
     if (state == WindowState::Minimised) return;
-    set("WindowState", static_cast<std::int32_t>(WindowState::Normal));
+    set(Property::WindowState, static_cast<std::int32_t>(WindowState::Normal));
     setBounds(keptBounds(state));
   });
 }

@@ -28,7 +28,7 @@ void OpeningScreen::setUp(std::shared_ptr<Connection> myConn) {
 }
 
 void OpeningScreen::setUpDialog() {
-  CommonDialog1.set("Filter", "CSV files (*.csv)|*.csv|All files (*.*)|*.*");
+  CommonDialog1.set(Property::Filter, "CSV files (*.csv)|*.csv|All files (*.*)|*.*");
 }
 
 }  // namespace velk

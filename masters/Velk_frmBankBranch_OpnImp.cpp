@@ -87,9 +87,9 @@ Velk_frmBankBranch_OpnImp::Velk_frmBankBranch_OpnImp(Velk_ModOpnImp& module)
   arrange({&cmdExport, &FraBrowse, &cboType, &TxtFileName, &CmdBrowse, &cmdview, &FraData, &lv,
            &lstCust, &Label1, &Label2, &CmdClear, &cmdExit, &cmdImport, &CommonDialog1, &test,
            &subclr});
-  TxtFileName.set("Left", 2580);
-  TxtFileName.set("Width", 6180);
-  FraData.set("FontName", std::string("MS Sans Serif"));
+  TxtFileName.set(Property::Left, 2580);
+  TxtFileName.set(Property::Width, 6180);
+  FraData.set(Property::FontName, std::string("MS Sans Serif"));
   cmdExport.setVisible(false);
   cmdExport.onClick = [this] { cmdExport_Click(); };
   cboType.onClick = [this] { cboType_Click(); };
@@ -103,7 +103,7 @@ void Velk_frmBankBranch_OpnImp::Form_Load() {
 
 void Velk_frmBankBranch_OpnImp::initListView() {
   const MasterType& data = dataOf(type());
-  set("Caption", "Import - " + std::string(data.name));
+  set(Property::Caption, "Import - " + std::string(data.name));
   setFields(data.fields);
 }
 
@@ -114,7 +114,7 @@ void Velk_frmBankBranch_OpnImp::setUp(std::shared_ptr<Connection> myConn) {
   paint();
   loadNotYetCaption();
   show();
-  focus(cboType);
+  cboType.setFocus();
 }
 
 // Another type has other fields: the file, its preview and the mapping mean nothing to it.
@@ -128,11 +128,12 @@ void Velk_frmBankBranch_OpnImp::cboType_Click() {
 
 void Velk_frmBankBranch_OpnImp::setUpDialog() {
   const MasterType& data = dataOf(type());
-  CommonDialog1.set("DialogTitle", std::string(data.dialogTitle));
-  CommonDialog1.set("Filter", std::string(data.dialogFilter));
-  CommonDialog1.set("FilterIndex", 1);
-  CommonDialog1.set("InitDir", data.startsInApplicationFolder ? desktop().applicationFolder() : "");
-  CommonDialog1.set("CancelError", flagTrue);
+  CommonDialog1.set(Property::DialogTitle, std::string(data.dialogTitle));
+  CommonDialog1.set(Property::Filter, std::string(data.dialogFilter));
+  CommonDialog1.set(Property::FilterIndex, 1);
+  CommonDialog1.set(Property::InitDir,
+                    data.startsInApplicationFolder ? desktop().applicationFolder() : "");
+  CommonDialog1.set(Property::CancelError, flagTrue);
 }
 
 bool Velk_frmBankBranch_OpnImp::loadPreview() {
@@ -164,9 +165,9 @@ void Velk_frmBankBranch_OpnImp::cmdImport_Click() {
 Bounds Velk_frmBankBranch_OpnImp::keptBounds(WindowState state) {
   constexpr int maximisedListWidth = 11000;
   if (state != WindowState::Maximised) {
-    return {number("Left"), number("Top"), fixedBounds.width, fixedBounds.height};
+    return {number(Property::Left), number(Property::Top), fixedBounds.width, fixedBounds.height};
   }
-  lstCust.set("Width", maximisedListWidth);
+  lstCust.set(Property::Width, maximisedListWidth);
   return fixedBounds;
 }
 

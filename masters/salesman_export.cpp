@@ -81,18 +81,18 @@ void SalesmanExport::refuseFileInUse() {
 /// Empty when the user cancelled.
 std::optional<std::string> SalesmanExport::chooseFile() {
   CommonDialog& dialog = screen_.CommonDialog1;
-  dialog.set("DialogTitle", std::string(exportTitle));
-  dialog.set("Filter", std::string(workbookFilter));
-  dialog.set("FilterIndex", 1);
-  dialog.set("InitDir", screen_.desktop().applicationFolder());
-  dialog.set("CancelError", PropertyBag::flagTrue);
-  dialog.set("FileName", std::string());
+  dialog.set(Property::DialogTitle, std::string(exportTitle));
+  dialog.set(Property::Filter, std::string(workbookFilter));
+  dialog.set(Property::FilterIndex, 1);
+  dialog.set(Property::InitDir, screen_.desktop().applicationFolder());
+  dialog.set(Property::CancelError, PropertyBag::flagTrue);
+  dialog.set(Property::FileName, std::string());
   try {
     dialog.ShowSave();
   } catch (const RuntimeError& error) {
     if (!error.is(ErrorNumber::CancelSelected)) throw;
   }
-  const std::string& chosen = dialog.text("FileName");
+  const std::string& chosen = dialog.text(Property::FileName);
   if (chosen.empty()) return std::nullopt;
   return chosen;
 }

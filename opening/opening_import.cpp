@@ -22,7 +22,7 @@ std::string joined(std::string_view a, std::string_view b) {
 // The screen is emptied before the user is told to read the log, and after the message of success:
 // that is the order in which users have always seen it.
 void OpeningImport::cmdImport_Click() {
-  currentYear_ = currentYear(screen_.desktop());
+  currentYear_ = screen_.desktop().currentYear();
   transDate_ = GetTransDate();
   if (fieldsAreMapped()) {
     run_.forEachRecord(screen_.lastDataRow(), [this](std::size_t row) { importRecord(row); });
@@ -170,7 +170,7 @@ Date OpeningImport::queryDate(std::string_view query) {
   Date date;
   const auto reply = screen_.connection().Execute(query);
   if (!(reply->isBOF() && reply->isEOF())) {
-    date = toDate(reply->field(0), currentYear(screen_.desktop()));
+    date = toDate(reply->field(0), screen_.desktop().currentYear());
   }
   reply->Close();
   return date;

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "base/dates.h"
+#include "ui/file_dialog.h"
 
 namespace velk {
 
@@ -20,32 +21,20 @@ inline constexpr std::int32_t styleInformation = 64;
 /// The answer of a message box that has only an OK button.
 inline constexpr std::int32_t answerOk = 1;
 
-struct FileDialog {
-  std::string title;          ///< empty: the platform's own
-  std::string filter;         ///< "description|pattern|description|pattern..."
-  int filterIndex = 1;        ///< 1 is the first filter
-  std::string initialFolder;  ///< empty: the platform's choice
-  std::string fileName;       ///< what stands in the name box at first
-};
-
-class Desktop {
+class Desktop : public FileDialogs {
  public:
-  virtual ~Desktop() = default;
-
   /// The platform's message box, modal. Without a caption it carries the library's name. `style` is
   /// passed on as it is, also when it is no known style. Returns the number of the button pressed.
   virtual std::int32_t messageBox(std::string_view prompt, std::int32_t style,
                                   std::optional<std::string_view> caption = std::nullopt) = 0;
-
-  /// The full path chosen, or nothing when the user cancelled.
-  virtual std::optional<std::string> chooseFileToOpen(const FileDialog& dialog) = 0;
-  virtual std::optional<std::string> chooseFileToSave(const FileDialog& dialog) = 0;
 
   /// Folder of the host's executable, without a separator at its end.
   virtual std::string applicationFolder() const = 0;
 
   /// Local date and time.
   virtual Date now() const = 0;
+  /// Fills the missing year of a date text.
+  int currentYear() const { return civilFromDate(now()).year; }
 
   /// The shell's "open" action on a file.
   virtual void openDocument(std::string_view path) = 0;
@@ -53,11 +42,6 @@ class Desktop {
   /// Shows (true) or takes back (false) the wait cursor; calls nest.
   virtual void waitCursor(bool on) = 0;
 };
-
-/// The current year of the desktop's clock, which fills the missing year of a date text.
-inline int currentYear(const Desktop& desktop) {
-  return civilFromDate(desktop.now()).year;
-}
 
 /// Shows the wait cursor while it lives.
 class WaitCursor {

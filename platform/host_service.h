@@ -1,7 +1,7 @@
 // The host application's service object: captions in the user's language, messages in the host's
 // style, and two hooks through which the host learns of each screen.
 //
-// The six operations stand in the order of the interface's slots. A failed call is a RuntimeError.
+// The six operations are in the order of the interface's slots. A failed call is a RuntimeError.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/errors.h"
 #include "base/values.h"
 
 namespace velk {
@@ -36,7 +37,7 @@ class HostService {
                         std::string_view key) = 0;
   /// 3: called at the start of a screen's set-up.
   virtual void screenStarting(Form& screen) = 0;
-  /// 4: as 2, with a text for result.
+  /// 4: as 2, with a text as the result.
   virtual std::string captionText(std::string_view application, std::string_view category,
                                   std::string_view key) = 0;
   /// 5: a message in the host's style; styles are those of Desktop::messageBox. Without a caption
@@ -55,13 +56,19 @@ class HostService {
 class PlainHostService : public HostService {
  public:
   void screenReady(Form&, bool) override {}
-  Value caption(std::string_view application, std::string_view category,
-                std::string_view key) override;
+  Value caption(std::string_view, std::string_view, std::string_view key) override {
+    return std::string(key);
+  }
   void screenStarting(Form&) override {}
-  std::string captionText(std::string_view application, std::string_view category,
-                          std::string_view key) override;
-  std::string messageText(std::string_view text, std::span<const Value> arguments) override;
-  std::shared_ptr<HostMainWindow> mainWindow() override;
+  std::string captionText(std::string_view, std::string_view, std::string_view key) override {
+    return std::string(key);
+  }
+  std::string messageText(std::string_view text, std::span<const Value>) override {
+    return std::string(text);
+  }
+  std::shared_ptr<HostMainWindow> mainWindow() override {
+    throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+  }
 };
 
 }  // namespace velk

@@ -11,7 +11,7 @@
 #include "platform/files.h"
 #include "platform/host_service.h"
 #include "platform/spreadsheet.h"
-#include "ui/form.h"
+#include "ui/form_shell.h"
 
 namespace velk {
 
@@ -22,7 +22,7 @@ struct Platform {
   const CodePage& codePage;
   /// Makes the host service object; error 429 when that fails.
   std::function<std::shared_ptr<HostService>()> createHostService;
-  /// Starts the spreadsheet application, or what stands in for it.
+  /// Starts the spreadsheet application, or its replacement.
   std::function<std::unique_ptr<Spreadsheet>()> createSpreadsheet;
 };
 

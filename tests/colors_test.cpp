@@ -19,9 +19,9 @@ struct Gallery : Form {
   CommandButton button{*this, nullptr, "button", {}, ""};
 };
 
-std::string colors(const PropertyBag& bag, const std::string& prefix = "") {
-  return std::to_string(bag.number(prefix + "BackColor")) + "/" +
-         std::to_string(bag.number(prefix + "ForeColor"));
+std::string colors(const PropertyBag& bag, Property back = Property::BackColor,
+                   Property fore = Property::ForeColor) {
+  return std::to_string(bag.number(back)) + "/" + std::to_string(bag.number(fore));
 }
 
 TEST_CASE("controls are painted by their kind") {
@@ -38,8 +38,8 @@ TEST_CASE("controls are painted by their kind") {
     CAPTURE(row.first.name());
     CHECK(colors(row.first) == row.second);
   }
-  CHECK(form.number("BackColor") == 10);
-  CHECK(colors(form.picker, "Calendar") == "12/22");
+  CHECK(form.number(Property::BackColor) == 10);
+  CHECK(colors(form.picker, Property::CalendarBackColor, Property::CalendarForeColor) == "12/22");
   CHECK(colors(form.picker) == pickerBefore);
 
   const auto paint = [&](std::size_t backs, std::size_t fores) {

@@ -3,9 +3,9 @@
 #include <new>
 #include <stdexcept>
 
-#include "platform/headless/headless.h"
 #include "tests/support/checks.h"
 #include "ui/controls.h"
+#include "ui/headless/headless_shell.h"
 
 namespace velk {
 namespace {
@@ -49,7 +49,7 @@ TEST_CASE("events that reach their handler and events that are dropped") {
       {[](TestForm& f) { f.box.setEnabled(false); }, 0},
       {[](TestForm& f) { f.box.setVisible(false); }, 0},
       {[](TestForm& f) { f.other.setEnabled(false); }, 1},
-      {[](TestForm& f) { f.userClose(); }, 0},
+      {[](TestForm& f) { f.unload(); }, 0},
       {[](TestForm& f) { f.go.onClick = nullptr; }, 0}};
   for (const auto& row : rows) {
     CAPTURE(&row - rows);
@@ -79,14 +79,12 @@ TEST_CASE("no event before the form is shown and accepts them") {
 TEST_CASE("while a handler runs its form drops events, other forms do not") {
   const Opened one, two;
   one.form->go.onClick = [&] {
-    CHECK(one.form->isRunning());
     CHECK(one.form->go.userClick() == EventResult::Dropped);
     CHECK(one.form->combo.userChoose(1) == EventResult::Dropped);
     one.form->userKeyDown(65, 0);
     CHECK(two.form->go.userClick() == EventResult::Handled);
   };
   CHECK(one.form->go.userClick() == EventResult::Handled);
-  CHECK_FALSE(one.form->isRunning());
   CHECK(one.form->keys == 0);
   CHECK(one.form->combo.index() == -1);
 }
@@ -117,7 +115,7 @@ TEST_CASE("closing from a handler waits for its end, and the form lives until th
   TestForm& form = *opened.form;
   form.other.onClick = [&] {
     opened.form.reset();
-    form.userClose();
+    form.unload();
     form.unload();
     CHECK(form.isOpen());
     CHECK(opened.shell.open().size() == 1);
@@ -130,33 +128,50 @@ TEST_CASE("closing from a handler waits for its end, and the form lives until th
 
 TEST_CASE("observers hear what code changed, once, and no echo of the user") {
   struct Recorder : FormObserver {
-    void controlChanged(Control& control, std::string_view property) override {
-      heard.push_back(control.name() + "." + std::string(property));
+    void controlChanged(Control& control, Property property) override {
+      heard.emplace_back(&control, property);
     }
-    Texts heard;
+    std::vector<std::pair<const Control*, Property>> heard;
   } recorder;
   const Opened opened;
   TestForm& form = *opened.form;
   form.setObserver(&recorder);
   form.field.userText("typed");
   form.combo.userChoose(1);
-  CHECK(form.combo.text("Text") == "second");
+  CHECK(form.combo.text(Property::Text) == "second");
   form.field.setValue("typed");
-  form.field.set("TEXT", 12);
+  form.field.set(Property::Text, 12);
   form.combo.setIndex(0);
-  CHECK(recorder.heard == Texts{"field.Text", "combo.ListIndex", "combo.Text"});
+  CHECK((recorder.heard == decltype(recorder.heard){{&form.field, Property::Text},
+                                                    {&form.combo, Property::ListIndex},
+                                                    {&form.combo, Property::Text}}));
   CHECK(form.field.value() == "12");
 }
 
-TEST_CASE("properties by name") {
+TEST_CASE("properties that a bag has not, and values of another kind") {
   HeadlessShell shell;
   TestForm form(shell);
-  CHECK(errorOf([&] { form.go.get("BackColor"); }) == 438);
-  CHECK(errorOf([&] { form.set("Icon", 1); }) == 438);
-  CHECK(errorOf([&] { form.go.set("Left", std::string("wide")); }) == 13);
+  CHECK(errorOf([&] { form.go.get(Property::BackColor); }) == 438);
+  CHECK(errorOf([&] { form.set(Property::Icon, 1); }) == 438);
+  CHECK(errorOf([&] { form.go.set(Property::Left, std::string("wide")); }) == 13);
   CHECK(errorOf([&] { form.combo.setIndex(2); }) == 380);
-  form.go.set("lEFT", std::string(" 77 "));
-  CHECK(form.go.number("LEFT") == 77);
+  form.go.set(Property::Left, std::string(" 77 "));
+  CHECK(form.go.number(Property::Left) == 77);
+}
+
+TEST_CASE("properties by name, in any letter case") {
+  const std::pair<const char*, std::optional<Property>> rows[] = {
+      {"NAME", Property::Name},
+      {"height", Property::Height},
+      {"CalendarforeColor", Property::CalendarForeColor},
+      {"filename", Property::FileName},
+      {"HWND", Property::hWnd},
+      {"Icon", std::nullopt},
+      {"", std::nullopt}};
+  for (const auto& row : rows) {
+    CAPTURE(row.first);
+    CHECK((propertyNamed(row.first) == row.second));
+  }
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ TEST_CASE("the steps of setting up, in order") {
   world.host->onReady = [&](Form& form) {  // no event counts yet, but the window may be closed
     auto& screen = dynamic_cast<ImportScreen&>(form);
     CHECK(screen.CmdBrowse.userClick() == EventResult::Dropped);
-    screen.userClose();
+    screen.unload();
     CHECK(screen.isOpen());
   };
   const auto screen = std::make_shared<Velk_frmCustOpn_OpnImp>(world.module, nullptr);
@@ -45,7 +45,7 @@ TEST_CASE("the steps of setting up, in order") {
                               "2/Vorel/Label/Not Yet", "Select * From ColorSettings, shown",
                               "1 Velk_frmCustOpn_OpnImp true"});
   CHECK(world.shell.open().empty());
-  CHECK(screen->text("Caption") == "Import Customer Opening");
+  CHECK(screen->text(Property::Caption) == "Import Customer Opening");
   Texts titles;
   for (std::size_t i = 0; i < 7; ++i) titles.push_back(screen->lstCust.title(i));
   CHECK(titles == Texts{"Customer ID", "Klant", "Reference", "Date", "Bill Amount", "Balance",
@@ -57,7 +57,7 @@ TEST_CASE("what the vendor screen does differently") {
   const auto screen = world.open(&Velk_ClsOpnImp::ImportVendorOpening);
   CHECK(world.events ==
         Texts{"3 Velk_frmVenOpn_OpnImp", "2/Vorel/Label/Not Yet", "1 Velk_frmVenOpn_OpnImp true"});
-  CHECK(screen->text("Caption") == "Import VendorOpening");
+  CHECK(screen->text(Property::Caption) == "Import VendorOpening");
   CHECK(screen->mappingList.name() == "lstVen");
   world.view(*screen, "vendor id,Vendor Name,Reference,Date,Bill Amount,Balance\r\n1,,3,4,5,6");
   CHECK(rowsOf(screen->mappingList) ==
@@ -207,14 +207,14 @@ TEST_CASE("clicks that fail are logged") {
 
 TEST_CASE("clearing all and clearing one field") {
   Shown in("Customer ID,Date\r\n1,2\r\n3,4");
-  in.world.shell.onPopup = [&](Form&, Menu& menu) {
+  in.world.shell.onPopup = [&](Menu& menu) {
     CHECK(&menu == &in.screen->test);
     return &in.screen->subclr;
   };
-  in.fields.userMouseUp(MouseButton::Left, 10, 10);
-  in.fields.userMouseUp(MouseButton::Right, 99'999, 10);
+  in.fields.userMouseUp(MouseButton::Left, 10);
+  in.fields.userMouseUp(MouseButton::Right, 99'999);
   CHECK(rowText(in.fields, 2) == "1|||2|||");
-  in.fields.userMouseUp(MouseButton::Right, 10, 10);
+  in.fields.userMouseUp(MouseButton::Right, 10);
   const Texts onlyDate{"Not Yet|Not Yet|Not Yet|Date*|Not Yet|Not Yet|Not Yet", "|||2|||",
                        "|||4|||"};
   CHECK(rowsOf(in.fields) == onlyDate);
@@ -302,17 +302,18 @@ TEST_CASE("keys") {
 
 TEST_CASE("only a minimised window keeps its bounds") {
   struct Observer : FormObserver {
-    void formChanged(Form&, std::string_view property) override { heard.emplace_back(property); }
-    Texts heard;
+    void formChanged(Property property) override { heard.push_back(property); }
+    std::vector<Property> heard;
   };
+  using Property::Left, Property::Top, Property::Width;
   constexpr Bounds fixed = ImportScreen::fixedBounds, dragged{300, 300, 9000, 8580};
   const struct {
     WindowState state;
     Bounds outer, then;
-    Texts heard;  // what the window is told to become
+    std::vector<Property> heard;  // what the window is told to become
   } rows[] = {{WindowState::Normal, fixed, fixed, {}},
-              {WindowState::Normal, dragged, fixed, {"Left", "Top", "Width"}},
-              {WindowState::Maximised, dragged, fixed, {"WindowState", "Left", "Top", "Width"}},
+              {WindowState::Normal, dragged, fixed, {Left, Top, Width}},
+              {WindowState::Maximised, dragged, fixed, {Property::WindowState, Left, Top, Width}},
               {WindowState::Minimised, dragged, dragged, {}}};
   for (const auto& row : rows) {
     CAPTURE(&row - rows);
@@ -323,7 +324,7 @@ TEST_CASE("only a minimised window keeps its bounds") {
     form.userResize(row.state, row.outer);
     CHECK(form.bounds() == row.then);
     CHECK((form.windowState() == WindowState::Minimised) == (row.state == WindowState::Minimised));
-    CHECK(observer.heard == row.heard);
+    CHECK((observer.heard == row.heard));
   }
 }
 

@@ -1,9 +1,12 @@
-// Includes go downwards only, and operating-system headers stay in the folders that may use them.
+// Includes go downwards only, no two files of a room include each other, and each room includes the
+// headers of no other systems and libraries than its own.
 #include <doctest/doctest.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,96 +14,150 @@
 namespace {
 
 namespace fs = std::filesystem;
-using Folders = std::vector<std::string_view>;
+using Names = std::vector<std::string_view>;
 
-const Folders checkedFolders{"base",     "ui",      "platform",  "shared",          "mapping",
-                             "opening",  "masters", "component", "samples/company", "apps/database",
-                             "apps/host"};
-
-// How headers begin, and the folders whose files may include them. The first row that fits counts;
-// of the headers in no row, the standard library's may be included by all.
-const std::pair<std::string_view, Folders> rules[] = {
-    {"platform/windows/", {"platform/windows", "component/com", "apps/host"}},
-    {"platform/native/", {"platform/native"}},
-    {"platform/odbc/", {"platform/odbc", "samples/company", "apps/database", "apps/host"}},
-    {"platform/spreadsheet/xls/", {"platform/spreadsheet/xls", "component/com", "apps/host"}},
-    {"platform/spreadsheet/", {"platform/spreadsheet", "platform/windows"}},
-    {"platform/headless/", {"platform/headless"}},
-    {"base/", checkedFolders},
-    {"ui/",
-     {"ui", "platform", "shared", "mapping", "opening", "masters", "component", "apps/host"}},
-    {"platform/desktop.h", checkedFolders},  // of which the file dialog asks
-    {"platform/",
-     {"platform", "shared", "mapping", "opening", "masters", "component", "samples/company",
-      "apps/host"}},
-    {"shared/", {"shared", "mapping", "opening", "masters", "component"}},
-    {"mapping/", {"mapping", "opening", "masters", "component"}},
-    {"opening/", {"opening", "component"}},
-    {"masters/", {"masters", "component"}},
-    {"component/com/", {"component/com"}},
-    {"component/", {"component"}},
-    {"samples/company/", {"samples/company", "apps/database", "apps/host"}},
-    {"apps/database/", {"apps/database", "apps/host"}},
-    {"apps/", {"apps/host"}},
-    {"windows.h", {"component/com", "platform/windows", "platform/odbc", "apps/host"}},
-    {"ole2.h", {"component/com", "platform/windows", "apps/host"}},
-    {"olectl.h", {"component/com", "platform/windows", "apps/host"}},
-    {"shellapi.h", {"platform/windows", "apps/host"}},
-    {"initguid.h", {"component/com"}},
-    {"wrl/", {"platform/windows"}},
-    {"xmmintrin.h", {"platform/windows"}},
-    {"ado_com.h", {"component/com", "platform/windows", "apps/host"}},
-    {"host_service_com.h", {"platform/windows", "apps/host"}},
-    {"Velk_OpnImp_com.h", {"component/com", "apps/host"}},
-    {"sql", {"platform/odbc"}},
-    {"unistd.h", {"platform/native"}},
-    {"fcntl.h", {"platform/native"}},
-    {"sys/", {"platform/native"}},
+struct Room {
+  std::string_view name;
+  Names uses;     // the rooms below, each with all that it uses itself
+  Names headers;  // besides the standard library's: how their names begin
 };
 
-/// `include` with its quotes or brackets.
-bool allowed(std::string_view file, std::string_view include) {
-  for (const auto& [start, folders] : rules) {
-    if (!include.substr(1).starts_with(start)) continue;
-    return std::any_of(folders.begin(), folders.end(), [&](std::string_view folder) {
-      return file.starts_with(folder) && file.substr(folder.size()).starts_with('/');
-    });
+const Room rooms[] = {
+    {"base", {}, {}},
+    {"ui", {"base"}, {}},
+    {"ui/headless", {"ui"}, {}},
+    {"platform", {"ui"}, {}},
+    {"platform/headless", {"platform"}, {}},
+    {"platform/native", {"platform"}, {"fcntl.h", "sys/", "unistd.h"}},
+    {"platform/odbc", {"platform"}, {"sql", "windows.h"}},
+    {"platform/spreadsheet", {"platform"}, {}},
+    {"platform/spreadsheet/xls", {"platform/spreadsheet"}, {}},
+    {"platform/windows",
+     {"platform/spreadsheet"},
+     {"windows.h", "ole2.h", "olectl.h", "ocidl.h", "cderr.h", "commdlg.h", "shellapi.h",
+      "wrl/client.h", "xmmintrin.h", "ado_com.h", "host_service_com.h"}},
+    {"platform/windows/forms", {"platform/windows"}, {"windows.h", "commctrl.h"}},
+    {"shared", {"platform"}, {}},
+    {"mapping", {"shared"}, {"emmintrin.h"}},
+    {"opening", {"mapping"}, {}},
+    {"masters", {"mapping"}, {}},
+    {"component", {"opening", "masters"}, {}},
+    {"component/com",
+     {"component", "platform/spreadsheet/xls", "platform/windows/forms"},
+     {"windows.h", "ole2.h", "olectl.h", "initguid.h", "ado_com.h", "Velk_OpnImp_com.h"}},
+    {"samples", {"masters", "platform/native", "platform/spreadsheet/xls"}, {}},
+    {"samples/company", {"platform/odbc"}, {}},
+    {"apps/database", {"samples/company"}, {}},
+    {"apps/host",
+     {"apps/database", "platform/windows", "platform/spreadsheet/xls"},
+     {"windows.h", "commctrl.h", "ole2.h", "olectl.h", "ocidl.h", "shellapi.h", "ado_com.h",
+      "host_service_com.h", "Velk_OpnImp_com.h", "unused_members.h", "CLI/"}},
+    {"apps/opnimp/cli", {"component"}, {"CLI/"}},
+    {"apps/opnimp/records", {"apps/opnimp/cli", "platform/spreadsheet/xls"}, {}},
+    {"apps/opnimp/warnings", {"apps/opnimp/records"}, {}},
+    {"apps/opnimp/audit", {"apps/opnimp/records", "platform/headless"}, {}},
+    {"apps/opnimp/report",
+     {"apps/opnimp/audit", "apps/opnimp/warnings", "platform/native"},
+     {"nlohmann/"}},
+    {"apps/opnimp/run", {"apps/opnimp/report", "apps/database", "ui/headless"}, {}},
+    {"apps/opnimp", {"apps/opnimp/run"}, {"unistd.h"}},
+};
+
+/// The deepest one that contains the file; null outside of all.
+const Room* roomOf(std::string_view file) {
+  const Room* found = nullptr;
+  for (const Room& room : rooms) {
+    const bool contains = file.starts_with(room.name) && file.substr(room.name.size())[0] == '/';
+    if (contains && (found == nullptr || room.name.size() > found->name.size())) found = &room;
   }
-  return include.front() == '<';
+  return found;
 }
 
-TEST_CASE("includes go only downwards") {
+bool mayUse(const Room& room, const Room& other) {
+  return &room == &other || std::any_of(room.uses.begin(), room.uses.end(), [&](auto name) {
+    return mayUse(*roomOf(std::string(name) + "/"), other);
+  });
+}
+
+/// `include` with its quotes or brackets.
+bool allowed(const Room& room, std::string_view include) {
+  const std::string_view name = include.substr(1, include.size() - 2);
+  if (include.front() == '"') return roomOf(name) != nullptr && mayUse(room, *roomOf(name));
+  return name.find('.') == std::string_view::npos ||
+         std::any_of(room.headers.begin(), room.headers.end(),
+                     [&](std::string_view header) { return name.starts_with(header); });
+}
+
+/// For each file, a header and its source being one, those that it includes.
+using Graph = std::map<std::string, std::set<std::string>>;
+
+void reach(const Graph& graph, const std::string& from, std::set<std::string>& reached) {
+  const auto included = graph.find(from);
+  if (included == graph.end()) return;
+  for (const std::string& file : included->second) {
+    if (reached.insert(file).second) reach(graph, file, reached);
+  }
+}
+
+/// The files that lead back to themselves, with a blank behind each.
+std::string inCircles(const Graph& graph) {
+  std::string found;
+  for (const auto& [file, included] : graph) {
+    std::set<std::string> reached;
+    reach(graph, file, reached);
+    if (reached.contains(file)) found += file + " ";
+  }
+  return found;
+}
+
+std::string stemOf(const std::string& file) {
+  return file.substr(0, file.rfind('.'));
+}
+
+TEST_CASE("includes go only downwards, and never in a circle") {
   const fs::path root = OPNIMP_SOURCE_DIR;
+  Graph graph;
   int checked = 0;
-  for (const std::string_view folder : checkedFolders) {
-    if (!fs::exists(root / folder)) continue;
-    for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
+  for (const char* top : {"base", "ui", "platform", "shared", "mapping", "opening", "masters",
+                          "component", "samples", "apps"}) {
+    for (const auto& entry : fs::recursive_directory_iterator(root / top)) {
       const std::string extension = entry.path().extension().string();
       if (extension != ".h" && extension != ".cpp") continue;
       const std::string file = fs::relative(entry.path(), root).generic_string();
+      CAPTURE(file);
+      const Room* room = roomOf(file);
+      REQUIRE(room != nullptr);
       std::ifstream in(entry.path());
       for (std::string line; std::getline(in, line);) {
         if (!line.starts_with("#include ")) continue;
-        CAPTURE(file);
-        CAPTURE(line);
-        CHECK(allowed(file, std::string_view(line).substr(9)));
+        const std::string include = line.substr(9);
+        const std::string from = stemOf(file);
+        const std::string to = stemOf(include.substr(1));
         ++checked;
+        CAPTURE(include);
+        CHECK(allowed(*room, include));
+        if (from != to && roomOf(to) == room) graph[from].insert(to);
       }
     }
   }
-  CHECK(checked > 100);
+  CHECK(inCircles(graph) == "");
+  CHECK(checked > 1000);
 }
 
 TEST_CASE("the layer check refuses what it should") {
   const std::pair<const char*, const char*> rows[] = {
-      {"ui/form.cpp", "\"shared/csv_text.h\""},
+      {"ui/form.cpp", "\"platform/desktop.h\""},
       {"shared/csv_text.cpp", "\"mapping/csv_table.h\""},
       {"mapping/csv_table.cpp", "<windows.h>"},
-      {"platform/headless/headless.cpp", "<sys/stat.h>"}};
+      {"platform/windows/variants.cpp", "\"platform/windows/forms/scale.h\""},
+      {"platform/headless/headless_desktop.cpp", "<sys/stat.h>"},
+      {"apps/opnimp/warnings/warnings.cpp", "\"apps/opnimp/audit/account.h\""},
+      {"masters/vendor_import.cpp", "\"tests/support/checks.h\""}};
   for (const auto& row : rows) {
     CAPTURE(row.second);
-    CHECK_FALSE(allowed(row.first, row.second));
+    CHECK_FALSE(allowed(*roomOf(row.first), row.second));
   }
+  CHECK(inCircles({{"a", {"b"}}, {"b", {"c"}}, {"c", {"a"}}, {"d", {"a"}}}) == "a b c ");
 }
 
 }  // namespace

@@ -28,7 +28,9 @@ TEST_CASE("setting up the master screen") {
   TestWorld world;
   struct Observer : FormObserver {
     explicit Observer(Texts& e) : events(e) {}
-    void focusMoved(Control& control) override { events.push_back("focus " + control.name()); }
+    void controlChanged(Control& control, Property property) override {
+      if (property == Property::Focus) events.push_back("focus " + control.name());
+    }
     Texts& events;
   } observer(world.events);
   world.database->onCall = [&](const FakeCall& call) {
@@ -72,7 +74,7 @@ TEST_CASE("what each type shows and asks for") {
   for (const auto& row : rows) {
     CAPTURE(row.caption);
     in.screen->cboType.userChoose(row.type);
-    CHECK(in.screen->text("Caption") == row.caption);
+    CHECK(in.screen->text(Property::Caption) == row.caption);
     std::string shown;
     for (std::size_t i = 0; i < in.fields.columnCount(); ++i) {
       shown += (i > 0 ? "|" : "") + in.fields.title(i);
@@ -82,8 +84,9 @@ TEST_CASE("what each type shows and asks for") {
     CHECK(in.screen->cmdExport.visible() == (row.type == 2));
     in.screen->CmdBrowse.userClick();
     std::string dialog;
-    for (const char* name : {"DialogTitle", "Filter", "FilterIndex", "InitDir", "CancelError"}) {
-      dialog += (dialog.empty() ? "" : "/") + toText(in.screen->CommonDialog1.get(name));
+    for (const Property asked : {Property::DialogTitle, Property::Filter, Property::FilterIndex,
+                                 Property::InitDir, Property::CancelError}) {
+      dialog += (dialog.empty() ? "" : "/") + toText(in.screen->CommonDialog1.get(asked));
     }
     CHECK(dialog == row.dialog);
     CHECK_FALSE(in.screen->cmdview.enabled());
@@ -130,9 +133,9 @@ TEST_CASE("mapping by hand and clearing on the master screen") {
                                    "host 0: You have to select from list"});
   CHECK(rowText(in.fields, 1).starts_with("all*|Not Yet |gaps*|Not Yet |"));
   CHECK(rowText(in.fields, 2) == "1||2|||||||2");
-  in.world.shell.onPopup = [&](Form&, Menu&) { return &in.screen->subclr; };
-  in.fields.userMouseUp(MouseButton::Right, 10, 10);
-  in.fields.userMouseUp(MouseButton::Right, 2500, 10);
+  in.world.shell.onPopup = [&](Menu&) { return &in.screen->subclr; };
+  in.fields.userMouseUp(MouseButton::Right, 10);
+  in.fields.userMouseUp(MouseButton::Right, 2500);
   CHECK(rowText(in.fields, 1).starts_with("Not Yet|Not Yet |Not Yet |"));
   CHECK(rowText(in.fields, 2) == "|||||||||2");
   in.screen->CmdClear.userClick();
@@ -170,10 +173,10 @@ TEST_CASE("the master screen keeps its size, and its place unless maximised") {
   ShownMaster in;
   in.screen->userResize(WindowState::Normal, {300, 400, 9000, 9000});
   CHECK(in.screen->bounds() == Bounds{300, 400, 12000, 8580});
-  CHECK(in.fields.number("Width") != 11000);
+  CHECK(in.fields.number(Property::Width) != 11000);
   in.screen->userResize(WindowState::Maximised, {-60, -60, 15000, 11000});
   CHECK(in.screen->bounds() == ImportScreen::fixedBounds);
-  CHECK(in.fields.number("Width") == 11000);
+  CHECK(in.fields.number(Property::Width) == 11000);
 }
 
 }  // namespace

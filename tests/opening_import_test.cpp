@@ -259,7 +259,7 @@ TEST_CASE("what the user does while a message is open waits or is dropped") {
     run.world.database->fail("sp_acc", ErrorNumber::ProviderTimeout, "late");
     run.world.onMessage = [&] {
       CHECK(run.screen->cmdImport.userClick() == EventResult::Dropped);
-      run.screen->userClose();
+      run.screen->unload();
     };
     const std::weak_ptr<Form> watch = run.screen;
     CHECK(run.import("A,,,1,1\r\nGONE,,,1,1\r\nB,,,1,1") == EventResult::Handled);

@@ -1,55 +1,48 @@
 // The controls that screens are made of.
 //
 // Each is a bag of properties under the platform's own names, plus the event handlers that a screen
-// binds. Colours are numbers as the platform encodes them: 0x00BBGGRR, or a system colour with the
-// high bit set.
+// binds. "Colours" are BackColor and ForeColor, encoded as colors.h says.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include "platform/desktop.h"
-#include "ui/form.h"
+#include "ui/control.h"
+#include "ui/file_dialog.h"
 
 namespace velk {
 
-namespace systemColor {
-constexpr std::int32_t encode(std::uint32_t colour) {
-  return static_cast<std::int32_t>(colour);
-}
-inline constexpr std::int32_t windowBackground = encode(0x80000005);
-inline constexpr std::int32_t windowText = encode(0x80000008);
-inline constexpr std::int32_t buttonFace = encode(0x8000000F);
-inline constexpr std::int32_t buttonText = encode(0x80000012);
-}  // namespace systemColor
-
-/// Caption, BackColor, ForeColor.
+/// Caption, colours.
 class Label final : public Control {
  public:
-  Label(Form& form, const Control* container, std::string_view name, Bounds bounds,
-        std::string_view caption);
-  std::string_view typeName() const override { return "Label"; }
+  Label(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
+        std::string_view caption)
+      : Control(form, "Label", container, name, bounds, {{Property::Caption, std::string(caption)}},
+                systemColor::face) {}
 };
 
-/// Caption, BackColor, ForeColor, FontName. Controls name it as their container.
+/// Caption, FontName, colours. Controls name it as their container.
 class Frame final : public Control {
  public:
-  Frame(Form& form, std::string_view name, Bounds bounds, std::string_view caption);
-  std::string_view typeName() const override { return "Frame"; }
+  Frame(Form& form, std::string_view name, const Bounds& bounds, std::string_view caption)
+      : Control(form, "Frame", nullptr, name, bounds,
+                {{Property::Caption, std::string(caption)}, {Property::FontName, "Arial"}},
+                systemColor::face) {}
 };
 
-/// Text, BackColor, ForeColor.
+/// Text, colours.
 class TextBox final : public Control {
  public:
-  TextBox(Form& form, const Control* container, std::string_view name, Bounds bounds);
-  std::string_view typeName() const override { return "TextBox"; }
+  TextBox(Form& form, const Control* container, std::string_view name, const Bounds& bounds)
+      : Control(form, "TextBox", container, name, bounds, {{Property::Text, ""}},
+                systemColor::window) {}
 
-  const std::string& value() const { return text("Text"); }
-  void setValue(std::string_view value) { set("Text", std::string(value)); }
+  const std::string& value() const { return text(Property::Text); }
+  void setValue(std::string_view value) { set(Property::Text, std::string(value)); }
   /// The user typed: the box now holds `value`. Dropped: it holds what it held, and the shell puts
   /// that back.
   EventResult userText(std::string_view value);
@@ -58,39 +51,46 @@ class TextBox final : public Control {
 /// Caption; an "&" marks the mnemonic. Keeps its system colours.
 class CommandButton final : public Control {
  public:
-  CommandButton(Form& form, const Control* container, std::string_view name, Bounds bounds,
-                std::string_view caption);
-  std::string_view typeName() const override { return "CommandButton"; }
+  CommandButton(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
+                std::string_view caption)
+      : Control(form, "CommandButton", container, name, bounds,
+                {{Property::Caption, std::string(caption)}}) {}
 
   std::function<void()> onClick;
-  EventResult userClick();
+  EventResult userClick() { return raise(onClick); }
 };
 
-/// Caption, Value, BackColor, ForeColor.
+/// Caption, Value, colours.
 class CheckBox final : public Control {
  public:
-  CheckBox(Form& form, const Control* container, std::string_view name, Bounds bounds,
-           std::string_view caption);
-  std::string_view typeName() const override { return "CheckBox"; }
+  CheckBox(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
+           std::string_view caption)
+      : Control(form, "CheckBox", container, name, bounds,
+                {{Property::Caption, std::string(caption)}, {Property::CheckValue, 0}},
+                systemColor::face) {}
 };
 
-/// Caption, Value, BackColor, ForeColor.
+/// Caption, Value, colours.
 class OptionButton final : public Control {
  public:
-  OptionButton(Form& form, const Control* container, std::string_view name, Bounds bounds,
-               std::string_view caption);
-  std::string_view typeName() const override { return "OptionButton"; }
+  OptionButton(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
+               std::string_view caption)
+      : Control(form, "OptionButton", container, name, bounds,
+                {{Property::Caption, std::string(caption)}, {Property::CheckValue, flagFalse}},
+                systemColor::face) {}
 };
 
-/// A drop-down list: ListIndex (from 0, -1 for none), Text, BackColor, ForeColor.
+/// A drop-down list: ListIndex (from 0, -1 for none), Text, colours.
 class ComboBox final : public Control {
  public:
-  ComboBox(Form& form, const Control* container, std::string_view name, Bounds bounds,
-           std::vector<std::string> items);
-  std::string_view typeName() const override { return "ComboBox"; }
+  ComboBox(Form& form, const Control* container, std::string_view name, const Bounds& bounds,
+           std::vector<std::string> items)
+      : Control(form, "ComboBox", container, name, bounds,
+                {{Property::ListIndex, -1}, {Property::Text, ""}}, systemColor::window),
+        items_(std::move(items)) {}
 
   const std::vector<std::string>& items() const { return items_; }
-  int index() const { return number("ListIndex"); }
+  int index() const { return number(Property::ListIndex); }
   /// Raises no click. Error 380 for an index that does not exist.
   void setIndex(int index);
 
@@ -102,38 +102,41 @@ class ComboBox final : public Control {
   std::vector<std::string> items_;
 };
 
-/// CalendarBackColor, CalendarForeColor, BackColor, ForeColor.
+/// CalendarBackColor, CalendarForeColor, colours.
 class DTPicker final : public Control {
  public:
-  DTPicker(Form& form, const Control* container, std::string_view name, Bounds bounds);
-  std::string_view typeName() const override { return "DTPicker"; }
+  DTPicker(Form& form, const Control* container, std::string_view name, const Bounds& bounds)
+      : Control(form, "DTPicker", container, name, bounds,
+                {{Property::CalendarBackColor, systemColor::window.back},
+                 {Property::CalendarForeColor, systemColor::window.fore}},
+                systemColor::window) {}
 };
 
 /// Caption. A menu whose items name it as their container; an item has onClick.
 class Menu final : public Control {
  public:
-  Menu(Form& form, const Control* container, std::string_view name, std::string_view caption);
-  std::string_view typeName() const override { return "Menu"; }
+  Menu(Form& form, const Control* container, std::string_view name, std::string_view caption)
+      : Control(form, "Menu", container, name, {}, {{Property::Caption, std::string(caption)}}) {}
 
   std::function<void()> onClick;
+  /// Shows the menu and, when an item is chosen, runs its click handler; from a handler only.
+  void popup();
 };
 
 /// The file dialog as a control: DialogTitle, Filter, FilterIndex, InitDir, FileName, CancelError.
 class CommonDialog final : public Control {
  public:
-  CommonDialog(Form& form, Desktop& desktop, std::string_view name);
-  std::string_view typeName() const override { return "CommonDialog"; }
+  CommonDialog(Form& form, FileDialogs& dialogs, std::string_view name);
 
   /// Shows the dialog and puts the chosen path into FileName. When the user cancels, FileName stays
   /// as it was, and with CancelError set error 32755 is raised.
-  void ShowOpen();
-  void ShowSave();
+  void ShowOpen() { show(FileDialogKind::Open); }
+  void ShowSave() { show(FileDialogKind::Save); }
 
  private:
-  void accept(const std::optional<std::string>& chosen);
-  FileDialog settings() const;
+  void show(FileDialogKind kind);
 
-  Desktop& desktop_;
+  FileDialogs& dialogs_;
 };
 
 }  // namespace velk

@@ -3,52 +3,38 @@
 #include <new>
 #include <utility>
 
-#include "ui/controls.h"
+#include "ui/colors.h"
 
 namespace velk {
 
-Form::Form(FormShell& shell, std::string_view name, std::string_view caption, Bounds design)
-    : shell_(shell) {
-  declare({{"Name", std::string(name)},
-           {"Caption", std::string(caption)},
-           {"BackColor", systemColor::buttonFace},
-           {"Left", design.left},
-           {"Top", design.top},
-           {"Width", design.width},
-           {"Height", design.height},
-           {"WindowState", static_cast<std::int32_t>(WindowState::Normal)},
-           {"Visible", flagFalse},
-           {"hWnd", 0}});
+Form::Form(FormShell& shell, std::string_view name, std::string_view caption, const Bounds& design)
+    : PropertyBag(name, design, false), shell_(shell) {
+  declare({{Property::Caption, std::string(caption)},
+           {Property::BackColor, systemColor::buttonFace},
+           {Property::WindowState, static_cast<std::int32_t>(WindowState::Normal)},
+           {Property::hWnd, 0}});
 }
 
-FormObserver& Form::observer() const {
-  static FormObserver nobody;
-  return observer_ == nullptr ? nobody : *observer_;
-}
-
-void Form::setBounds(Bounds bounds) {
-  set("Left", bounds.left);
-  set("Top", bounds.top);
-  set("Width", bounds.width);
-  set("Height", bounds.height);
-}
-
-Bounds Form::bounds() const {
-  return {number("Left"), number("Top"), number("Width"), number("Height")};
+void Form::setBounds(const Bounds& bounds) {
+  set(Property::Left, bounds.left);
+  set(Property::Top, bounds.top);
+  set(Property::Width, bounds.width);
+  set(Property::Height, bounds.height);
 }
 
 void Form::setIcon(std::shared_ptr<const Picture> icon) {
-  if (icon != nullptr) icon->requireIcon();
+  if (icon != nullptr) icon->requireIcon();  // before the form keeps it: a shell could only fail
   icon_ = std::move(icon);
-  observer().formChanged(*this, "Icon");
+  propertyChanged(Property::Icon);
 }
 
 void Form::show() {
   open_ = true;
-  setFlag("Visible", true);
+  setVisible(true);
   shell_.show(shared_from_this());
 }
 
+// A handler, and the set-up, still use the form when they ask for its end, so it waits for theirs.
 void Form::unload() {
   const bool settingUp = open_ && !accepting_;
   if (running_ || settingUp) {
@@ -65,14 +51,15 @@ void Form::acceptEvents() {
 
 void Form::closeNow() {
   if (!std::exchange(open_, false)) return;
-  const auto alive = shared_from_this();
-  setFlag("Visible", false);
+  const auto alive = shared_from_this();  // the shell may hold the last reference
+  setVisible(false);
   shell_.closed(*this);
 }
 
-EventResult Form::dispatch(const Control* source, const std::function<void()>& handler) {
+// An exception that is not ours, such as the one that ends a thread, goes on to the caller; the
+// form must not be left running because of it.
+EventResult Form::dispatch(const std::function<void()>& handler) {
   if (!accepting_ || running_ || !open_) return EventResult::Dropped;
-  if (source != nullptr && !source->reachable()) return EventResult::Dropped;
   const auto alive = shared_from_this();
   running_ = true;
   try {
@@ -85,12 +72,15 @@ EventResult Form::dispatch(const Control* source, const std::function<void()>& h
   }
 }
 
+// The close comes first: a form that is closed has no use for a new size.
 void Form::endRun() {
   running_ = false;
   if (std::exchange(closeRequested_, false)) closeNow();
-  if (std::exchange(resizePending_, false)) dispatch(nullptr, [this] { Form_Resize(); });
+  if (std::exchange(resizePending_, false)) dispatch([this] { Form_Resize(); });
 }
 
+// The host lives on whatever a handler does: all that the standard library throws becomes an error
+// that the user is told of.
 EventResult Form::runGuarded(const std::function<void()>& handler) {
   try {
     handler();
@@ -106,55 +96,22 @@ EventResult Form::runGuarded(const std::function<void()>& handler) {
 }
 
 void Form::userKeyDown(std::int16_t keyCode, std::int16_t shift) {
-  dispatch(nullptr, [=, this] { Form_KeyDown(keyCode, shift); });
+  dispatch([=, this] { Form_KeyDown(keyCode, shift); });
 }
 
-void Form::userResize(WindowState state, Bounds outer) {
-  setQuietly("WindowState", static_cast<std::int32_t>(state));
-  setQuietly("Left", outer.left);
-  setQuietly("Top", outer.top);
-  setQuietly("Width", outer.width);
-  setQuietly("Height", outer.height);
+// Nothing of this is told to the observer, whose window has it already.
+void Form::userResize(WindowState state, const Bounds& outer) {
+  setQuietly(Property::WindowState, static_cast<std::int32_t>(state));
+  setQuietly(Property::Left, outer.left);
+  setQuietly(Property::Top, outer.top);
+  setQuietly(Property::Width, outer.width);
+  setQuietly(Property::Height, outer.height);
   resizePending_ = running_;
-  dispatch(nullptr, [this] { Form_Resize(); });
+  dispatch([this] { Form_Resize(); });
 }
 
-void Form::userClose() {
-  unload();
-}
-
-void Form::popup(Menu& menu) {
-  Menu* chosen = shell_.popup(*this, menu);
-  // The menu itself is commonly hidden, so that no menu bar shows it: only the item counts.
-  if (chosen == nullptr || !chosen->enabled() || !chosen->visible()) return;
-  if (chosen->onClick) chosen->onClick();
-}
-
-void Form::propertyChanged(std::string_view name) {
-  observer().formChanged(*this, name);
-}
-
-Control::Control(Form& form, const Control* container, std::string_view name, Bounds bounds)
-    : form_(form), container_(container) {
-  declare({{"Name", std::string(name)},
-           {"Enabled", flagTrue},
-           {"Visible", flagTrue},
-           {"Left", bounds.left},
-           {"Top", bounds.top},
-           {"Width", bounds.width},
-           {"Height", bounds.height}});
-  form.controls_.push_back(this);
-}
-
-bool Control::reachable() const {
-  for (const Control* c = this; c != nullptr; c = c->container_) {
-    if (!c->enabled() || !c->visible()) return false;
-  }
-  return true;
-}
-
-void Control::propertyChanged(std::string_view name) {
-  form_.observer().controlChanged(*this, name);
+void Form::propertyChanged(Property property) {
+  if (observer_ != nullptr) observer_->formChanged(property);
 }
 
 }  // namespace velk

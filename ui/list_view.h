@@ -5,8 +5,8 @@
 // written on top of it (the mapping row's) are kept apart, so mapping a file column to a field
 // copies nothing.
 //
-// Properties: BackColor, ForeColor, ScrollLeft (how far the list is scrolled to the right, twips),
-// SelectedRow (0 for none). Errors: 35600 for a row or column that does not exist.
+// Properties: BackColor, ForeColor, ScrollLeft (how far the list is scrolled to the right). Error
+// 35600 for a row or column that does not exist.
 #pragma once
 
 #include <cstddef>
@@ -19,16 +19,17 @@
 #include <vector>
 
 #include "base/text_column.h"
-#include "ui/form.h"
+#include "ui/control.h"
 
 namespace velk {
 
-enum class MouseButton : std::int16_t { Left = 1, Right = 2, Middle = 4 };
+enum class MouseButton : std::int16_t { Left = 1, Right = 2 };
 
 class ListView final : public Control {
  public:
-  ListView(Form& form, const Control* container, std::string_view name, Bounds bounds);
-  std::string_view typeName() const override { return "ListView"; }
+  ListView(Form& form, const Control* container, std::string_view name, const Bounds& bounds)
+      : Control(form, "ListView", container, name, bounds, {{Property::ScrollLeft, 0}},
+                systemColor::window) {}
 
   static constexpr int defaultColumnWidth = 1440;
 
@@ -61,15 +62,14 @@ class ListView final : public Control {
   bool hasEmptyCell(std::size_t column) const;
 
   std::function<void(std::size_t column)> onColumnClick;
-  /// A mouse button was released over the list; x and y are twips from the list's corner.
-  std::function<void(MouseButton button, int x, int y)> onMouseUp;
+  /// A mouse button was released over the list, at `x` from its left edge.
+  std::function<void(MouseButton button, int x)> onMouseUp;
 
-  EventResult userColumnClick(std::size_t column);
-  EventResult userMouseUp(MouseButton button, int x, int y);
+  void userColumnClick(std::size_t column);
+  void userMouseUp(MouseButton button, int x);
   // These raise no event, so the model follows them at any time.
   void userColumnWidth(std::size_t column, int width);
   void userScroll(int left);
-  void userSelect(std::size_t row);
 
  private:
   struct Cell {

@@ -1,14 +1,15 @@
 #include "ui/property_bag.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "base/errors.h"
-#include "base/text.h"
 
 namespace velk {
 
 namespace {
 
+// A property keeps the kind of value that it was declared with, so that a colour written as text is
+// still a number for those who paint with it.
 Value convertLike(const Value& model, const Value& value) {
   if (std::holds_alternative<std::int32_t>(model)) return toInt32(value);
   if (std::holds_alternative<std::string>(model)) return toText(value);
@@ -17,45 +18,46 @@ Value convertLike(const Value& model, const Value& value) {
 
 }  // namespace
 
-void PropertyBag::declare(std::initializer_list<Property> properties) {
-  properties_.insert(properties_.end(), properties);
+PropertyBag::PropertyBag(std::string_view name, const Bounds& bounds, bool visible) {
+  declare({{Property::Name, std::string(name)},
+           {Property::Visible, visible ? flagTrue : flagFalse},
+           {Property::Left, bounds.left},
+           {Property::Top, bounds.top},
+           {Property::Width, bounds.width},
+           {Property::Height, bounds.height}});
 }
 
-// The number of properties when there is none of that name.
-std::size_t PropertyBag::indexOf(std::string_view name) const {
-  const auto found = std::ranges::find_if(
-      properties_, [&](const Property& p) { return equalsIgnoringCase(p.name, name); });
-  return static_cast<std::size_t>(found - properties_.begin());
+const Value& PropertyBag::get(Property property) const {
+  const auto found = values_.find(property);
+  if (found == values_.end()) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+  return found->second;
 }
 
-const Value& PropertyBag::get(std::string_view name) const {
-  const std::size_t index = indexOf(name);
-  if (index == properties_.size()) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
-  return properties_[index].value;
+bool PropertyBag::setQuietly(Property property, const Value& value) {
+  Value converted = convertLike(get(property), value);
+  Value& held = values_[property];
+  if (converted == held) return false;
+  held = std::move(converted);
+  return true;
 }
 
-const Property* PropertyBag::assign(std::string_view name, const Value& value) {
-  const std::size_t index = indexOf(name);
-  if (index == properties_.size()) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
-  Property& property = properties_[index];
-  Value converted = convertLike(property.value, value);
-  if (converted == property.value) return nullptr;
-  property.value = std::move(converted);
-  return &property;
+void PropertyBag::set(Property property, const Value& value) {
+  if (setQuietly(property, value)) propertyChanged(property);
 }
 
-void PropertyBag::set(std::string_view name, const Value& value) {
-  if (const Property* changed = assign(name, value)) propertyChanged(changed->name);
+std::int32_t PropertyBag::number(Property property) const {
+  return toInt32(get(property));
 }
 
-std::int32_t PropertyBag::number(std::string_view name) const {
-  return toInt32(get(name));
-}
-
-const std::string& PropertyBag::text(std::string_view name) const {
-  const auto* text = std::get_if<std::string>(&get(name));
+const std::string& PropertyBag::text(Property property) const {
+  const auto* text = std::get_if<std::string>(&get(property));
   if (text == nullptr) throw RuntimeError(ErrorNumber::TypeMismatch);
   return *text;
+}
+
+Bounds PropertyBag::bounds() const {
+  return {number(Property::Left), number(Property::Top), number(Property::Width),
+          number(Property::Height)};
 }
 
 }  // namespace velk

@@ -1,60 +1,66 @@
-// Named, typed properties: what a control or a form offers to code that knows it only by name, such
-// as painting by type name and a host that reads a screen through automation.
+// Typed properties: what a form or a control offers to code that knows nothing else of it, such as
+// painting by type name and a host that reads a screen through automation.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
-#include <span>
+#include <map>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "base/values.h"
+#include "ui/property.h"
 
 namespace velk {
 
-struct Property {
-  std::string_view name;  ///< a literal: it outlives every bag
-  Value value;
+/// A place and a size. All measures of a screen are twips (1/1440 inch).
+struct Bounds {
+  int left = 0;
+  int top = 0;
+  int width = 0;
+  int height = 0;
+  bool operator==(const Bounds&) const = default;
 };
 
+/// Every bag has Name, Visible, Left, Top, Width and Height.
 class PropertyBag {
  public:
   virtual ~PropertyBag() = default;
   PropertyBag(const PropertyBag&) = delete;
   PropertyBag& operator=(const PropertyBag&) = delete;
 
-  /// Names are found in any letter case. Error 438 where there is no such property.
-  const Value& get(std::string_view name) const;
+  /// Error 438 where there is no such property; so in all that follow.
+  const Value& get(Property property) const;
   /// The value is converted to the kind that the property holds (number or text); errors 13, 6 and
   /// 94 as toInt32. Tells propertyChanged only when the value became another.
-  void set(std::string_view name, const Value& value);
-  bool has(std::string_view name) const { return indexOf(name) < properties_.size(); }
-  std::span<const Property> properties() const { return properties_; }
+  void set(Property property, const Value& value);
+  bool has(Property property) const { return values_.contains(property); }
 
-  std::int32_t number(std::string_view name) const;
-  const std::string& text(std::string_view name) const;
-  bool flag(std::string_view name) const { return number(name) != 0; }
-  void setFlag(std::string_view name, bool value) { set(name, value ? flagTrue : flagFalse); }
+  std::int32_t number(Property property) const;
+  const std::string& text(Property property) const;
+  bool flag(Property property) const { return number(property) != 0; }
+  void setFlag(Property property, bool value) { set(property, value ? flagTrue : flagFalse); }
+
+  const std::string& name() const { return text(Property::Name); }
+  bool visible() const { return flag(Property::Visible); }
+  void setVisible(bool visible) { setFlag(Property::Visible, visible); }
+  Bounds bounds() const;
 
   /// True and false as automation writes them.
   static constexpr std::int32_t flagTrue = -1;
   static constexpr std::int32_t flagFalse = 0;
 
  protected:
-  PropertyBag() = default;
-  void declare(std::initializer_list<Property> properties);
-  /// As set, without telling propertyChanged.
-  void setQuietly(std::string_view name, const Value& value) { assign(name, value); }
-  virtual void propertyChanged(std::string_view name) = 0;
+  using Values = std::map<Property, Value>;
+
+  PropertyBag(std::string_view name, const Bounds& bounds, bool visible);
+  void declare(std::initializer_list<Values::value_type> values) { values_.insert(values); }
+  /// As set, without telling propertyChanged. True when the value became another.
+  bool setQuietly(Property property, const Value& value);
+  virtual void propertyChanged(Property property) = 0;
 
  private:
-  /// The property when its value became another, else null.
-  const Property* assign(std::string_view name, const Value& value);
-  std::size_t indexOf(std::string_view name) const;
-
-  std::vector<Property> properties_;
+  Values values_;
 };
 
 }  // namespace velk

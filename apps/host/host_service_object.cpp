@@ -25,11 +25,13 @@ class MenuObject final : public NamedMembers {
   MenuObject(MainWindow& window, Level level, int button = 0)
       : window_(window), level_(level), button_(button) {}
 
-  bool has(std::string_view name) const override {
-    static constexpr std::string_view members[] = {"cmdMainMenu", defaultMember, "SetFocus"};
-    return equalsIgnoringCase(name, members[static_cast<std::size_t>(level_)]);
+  DISPID idOf(std::string_view name) const override {
+    static constexpr std::string_view members[] = {"cmdMainMenu", "Item", "SetFocus"};
+    const bool own = equalsIgnoringCase(name, members[static_cast<std::size_t>(level_)]);
+    if (!own) return DISPID_UNKNOWN;
+    return level_ == Level::Array ? DISPID_VALUE : 1;
   }
-  Variant get(std::string_view, const std::optional<Value>& index) override {
+  Variant get(DISPID, const std::optional<Value>& index) override {
     if (level_ == Level::Button) {
       window_.focusButton(button_);
       return {};

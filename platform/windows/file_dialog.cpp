@@ -40,7 +40,7 @@ bool ask(FileDialogKind kind, OPENFILENAMEW& settings) {
 
 }  // namespace
 
-std::optional<std::string> showFileDialog(FileDialogKind kind, const FileDialog& dialog) {
+std::optional<std::string> showFileDialog(const FileDialog& dialog) {
   const std::wstring title = toWide(dialog.title);
   const std::wstring filter = filterText(dialog.filter);
   const std::wstring folder = toWide(dialog.initialFolder);
@@ -59,11 +59,11 @@ std::optional<std::string> showFileDialog(FileDialogKind kind, const FileDialog&
   settings.lpstrTitle = title.empty() ? nullptr : title.c_str();
   settings.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
   settings.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST |
-                   (kind == FileDialogKind::Open ? OFN_FILEMUSTEXIST : OFN_OVERWRITEPROMPT);
-  bool chosen = ask(kind, settings);
+                   (dialog.kind == FileDialogKind::Open ? OFN_FILEMUSTEXIST : OFN_OVERWRITEPROMPT);
+  bool chosen = ask(dialog.kind, settings);
   if (!chosen && CommDlgExtendedError() == FNERR_INVALIDFILENAME) {
     path.front() = L'\0';  // the text of the text box may be no file name at all
-    chosen = ask(kind, settings);
+    chosen = ask(dialog.kind, settings);
   }
   if (chosen) return fromWide(path.c_str());
   if (CommDlgExtendedError() == 0) return std::nullopt;

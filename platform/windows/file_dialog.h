@@ -4,14 +4,12 @@
 #include <optional>
 #include <string>
 
-#include "platform/desktop.h"
+#include "ui/file_dialog.h"
 
 namespace velk {
 
-enum class FileDialogKind { Open, Save };
-
 /// The full path chosen; empty optional when the user cancelled. Owned by the thread's active
 /// window.
-std::optional<std::string> showFileDialog(FileDialogKind kind, const FileDialog& dialog);
+std::optional<std::string> showFileDialog(const FileDialog& dialog);
 
 }  // namespace velk

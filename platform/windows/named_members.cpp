@@ -2,13 +2,12 @@
 
 #include <algorithm>
 
-#include "base/text.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
 
-void NamedMembers::put(std::string_view, const Value&) {
+void NamedMembers::put(DISPID, const Value&) {
   throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
 }
 
@@ -20,25 +19,6 @@ HRESULT NamedMembers::GetTypeInfoCount(UINT* count) noexcept {
 
 HRESULT NamedMembers::GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept {
   return DISP_E_BADINDEX;
-}
-
-DISPID NamedMembers::idOf(std::string_view name) {
-  const auto found = std::ranges::find_if(
-      names_, [&](const std::string& known) { return equalsIgnoringCase(known, name); });
-  const auto place = found - names_.begin();
-  if (found == names_.end()) {
-    if (!has(name)) return DISPID_UNKNOWN;
-    names_.emplace_back(name);
-  }
-  return static_cast<DISPID>(place + 1);
-}
-
-std::string NamedMembers::nameOf(DISPID id) const {
-  if (id == DISPID_VALUE && has(defaultMember)) return std::string(defaultMember);
-  if (id < 1 || static_cast<std::size_t>(id) > names_.size()) {
-    throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
-  }
-  return names_[static_cast<std::size_t>(id) - 1];
 }
 
 HRESULT NamedMembers::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
@@ -58,11 +38,11 @@ HRESULT NamedMembers::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* par
       [&] {
         std::optional<Value> argument;
         if (parameters->cArgs == 1) argument = toValue(parameters->rgvarg[0]);
-        const std::string name = nameOf(id);
+        // Some callers say method and property at once; only a put is unmistakable.
         if ((kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
-          put(name, argument.value_or(Null{}));
+          put(id, argument.value_or(Null{}));
         } else {
-          Variant got = get(name, argument);
+          Variant got = get(id, argument);
           if (result != nullptr) *result = got.release();
         }
       },

@@ -3,9 +3,7 @@
 
 #include <memory>
 #include <optional>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "base/errors.h"
 #include "base/values.h"
@@ -18,14 +16,13 @@ namespace velk {
 /// the caller as exception information.
 class NamedMembers : public ComObject<IDispatch> {
  public:
-  /// The member that a call without a name means.
-  static constexpr std::string_view defaultMember = "Item";
-
-  virtual bool has(std::string_view name) const = 0;
-  /// `index` is the argument of the call, if there was one. The name is one that `has` knows.
-  virtual Variant get(std::string_view name, const std::optional<Value>& index) = 0;
+  /// The member of that name, which is found in any letter case; DISPID_VALUE for the one that a
+  /// call without a name means, DISPID_UNKNOWN where there is none.
+  virtual DISPID idOf(std::string_view name) const = 0;
+  /// `index` is the argument of the call, if there was one. Error 438 for a member that is none.
+  virtual Variant get(DISPID member, const std::optional<Value>& index) = 0;
   /// Error 438 for what can't be written.
-  virtual void put(std::string_view name, const Value& value);
+  virtual void put(DISPID member, const Value& value);
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override;
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override;
@@ -34,12 +31,6 @@ class NamedMembers : public ComObject<IDispatch> {
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters,
                                    VARIANT* result, EXCEPINFO* exception,
                                    UINT* badArgument) noexcept override;
-
- private:
-  DISPID idOf(std::string_view name);
-  std::string nameOf(DISPID id) const;
-
-  std::vector<std::string> names_;  // asked for so far; a member's id is its place from 1
 };
 
 /// The object that a weak reference names; error 91 when it is gone.

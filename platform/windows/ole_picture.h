@@ -6,7 +6,7 @@
 #include <ole2.h>
 
 #include "platform/windows/com_pointer.h"
-#include "ui/form.h"
+#include "ui/form_shell.h"
 
 namespace velk {
 

@@ -11,16 +11,24 @@
 #include "platform/windows/com_object.h"
 #include "platform/windows/named_members.h"
 #include "platform/windows/variants.h"
+#include "ui/control.h"
 
 namespace velk {
 
 namespace {
 
-Control* controlNamed(const Form& form, std::string_view name) {
+// A form's members: its properties, the collection of its controls, each control.
+// The numbers stay the same while the form lives, as callers keep them.
+constexpr DISPID firstProperty = 1;  // 0 is DISPID_VALUE
+constexpr DISPID controlsMember = 1000;
+constexpr DISPID firstControl = 1001;
+
+/// The position of the control of that name; the number of controls where there is none.
+std::size_t positionOf(const Form& form, std::string_view name) {
   const auto found = std::ranges::find_if(form.controls(), [&](const Control* control) {
     return equalsIgnoringCase(control->name(), name);
   });
-  return found == form.controls().end() ? nullptr : *found;
+  return static_cast<std::size_t>(found - form.controls().begin());
 }
 
 /// The form, or one of its controls.
@@ -30,21 +38,24 @@ class BagObject final : public NamedMembers {
       : form_(std::move(form)), control_(control) {}
 
  private:
-  bool has(std::string_view name) const override {
-    const auto form = locked();
-    if (bag(*form).has(name)) return true;
-    return control_ == nullptr && (controlNamed(*form, name) != nullptr || isControls(name));
+  DISPID idOf(std::string_view name) const override;
+  Variant get(DISPID member, const std::optional<Value>& index) override;
+  void put(DISPID member, const Value& value) override {
+    const auto form = lock(form_);
+    bag(*form).set(propertyOf(member), value);
   }
-  Variant get(std::string_view name, const std::optional<Value>& index) override;
-  void put(std::string_view name, const Value& value) override { bag(*locked()).set(name, value); }
 
-  static bool isControls(std::string_view name) { return equalsIgnoringCase(name, "Controls"); }
-  std::shared_ptr<Form> locked() const { return lock(form_); }
+  static Property propertyOf(DISPID member) {
+    if (member < firstProperty || member >= controlsMember) {
+      throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+    }
+    return static_cast<Property>(member - firstProperty);
+  }
   PropertyBag& bag(Form& form) const {
     return control_ != nullptr ? static_cast<PropertyBag&>(*control_) : form;
   }
 
-  std::weak_ptr<Form> form_;
+  std::weak_ptr<Form> form_;  // the host may keep the object for longer than the form lives
   Control* control_;
 };
 
@@ -52,40 +63,53 @@ class ControlsObject final : public NamedMembers {
  public:
   explicit ControlsObject(std::weak_ptr<Form> form) : form_(std::move(form)) {}
 
-  bool has(std::string_view name) const override {
-    return equalsIgnoringCase(name, defaultMember) || equalsIgnoringCase(name, "Count");
+  DISPID idOf(std::string_view name) const override {
+    if (equalsIgnoringCase(name, "Item")) return DISPID_VALUE;
+    return equalsIgnoringCase(name, "Count") ? countMember : DISPID_UNKNOWN;
   }
-  Variant get(std::string_view name, const std::optional<Value>& index) override {
+  Variant get(DISPID member, const std::optional<Value>& index) override {
     const auto form = lock(form_);
-    if (!equalsIgnoringCase(name, defaultMember)) {
+    if (member == countMember) {
       return Variant(Value(static_cast<std::int32_t>(form->controls().size())));
     }
-    return Variant(makeObject<BagObject>(form_, &item(*form, index)).Get());
+    if (!index) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+    return Variant(makeObject<BagObject>(form_, &item(*form, *index)).Get());
   }
 
  private:
-  static Control& item(const Form& form, const std::optional<Value>& index) {
-    if (!index) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
-    if (const auto* name = std::get_if<std::string>(&*index)) {
-      if (Control* control = controlNamed(form, *name)) return *control;
-      throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
-    }
-    const auto position = static_cast<std::size_t>(toInt32(*index));
-    if (position >= form.controls().size()) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
-    return *form.controls()[position];
+  static constexpr DISPID countMember = 1;
+
+  static Control& item(const Form& form, const Value& index) {
+    const auto* name = std::get_if<std::string>(&index);
+    const auto position =
+        name != nullptr ? positionOf(form, *name) : static_cast<std::size_t>(toInt32(index));
+    if (position < form.controls().size()) return *form.controls()[position];
+    throw RuntimeError(name != nullptr ? ErrorNumber::NoSuchPropertyOrMethod
+                                       : ErrorNumber::SubscriptOutOfRange);
   }
 
   std::weak_ptr<Form> form_;
 };
 
-Variant BagObject::get(std::string_view name, const std::optional<Value>& index) {
-  const auto form = locked();
-  if (bag(*form).has(name)) return Variant(bag(*form).get(name));
+DISPID BagObject::idOf(std::string_view name) const {
+  const auto form = lock(form_);
+  const std::optional<Property> property = propertyNamed(name);
+  if (property && bag(*form).has(*property)) {
+    return firstProperty + static_cast<DISPID>(*property);
+  }
+  if (control_ != nullptr) return DISPID_UNKNOWN;  // only forms have controls
+  if (equalsIgnoringCase(name, "Controls")) return controlsMember;
+  const std::size_t position = positionOf(*form, name);
+  return position < form->controls().size() ? firstControl + static_cast<DISPID>(position)
+                                            : DISPID_UNKNOWN;
+}
+
+Variant BagObject::get(DISPID member, const std::optional<Value>& index) {
+  const auto form = lock(form_);
+  if (member < controlsMember) return Variant(bag(*form).get(propertyOf(member)));
   const auto controls = makeObject<ControlsObject>(form_);
-  if (!isControls(name))
-    return Variant(makeObject<BagObject>(form_, controlNamed(*form, name)).Get());
-  if (!index) return Variant(controls.Get());
-  return controls->get(NamedMembers::defaultMember, index);
+  if (member >= firstControl) return controls->get(DISPID_VALUE, Value(member - firstControl));
+  return index ? controls->get(DISPID_VALUE, index) : Variant(controls.Get());
 }
 
 }  // namespace

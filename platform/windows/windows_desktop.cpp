@@ -30,11 +30,8 @@ std::int32_t WindowsDesktop::messageBox(std::string_view prompt, std::int32_t st
   return answer != 0 ? answer : showBox(text, title, MB_OK | (asked & MB_ICONMASK));
 }
 
-std::optional<std::string> WindowsDesktop::chooseFileToOpen(const FileDialog& dialog) {
-  return showFileDialog(FileDialogKind::Open, dialog);
-}
-std::optional<std::string> WindowsDesktop::chooseFileToSave(const FileDialog& dialog) {
-  return showFileDialog(FileDialogKind::Save, dialog);
+std::optional<std::string> WindowsDesktop::askForFile(const FileDialog& dialog) {
+  return showFileDialog(dialog);
 }
 
 std::string WindowsDesktop::applicationFolder() const {

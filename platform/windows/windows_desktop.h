@@ -14,8 +14,7 @@ class WindowsDesktop final : public Desktop {
   /// Windows refuses is shown with its icon and an OK button.
   std::int32_t messageBox(std::string_view prompt, std::int32_t style,
                           std::optional<std::string_view> caption = std::nullopt) override;
-  std::optional<std::string> chooseFileToOpen(const FileDialog& dialog) override;
-  std::optional<std::string> chooseFileToSave(const FileDialog& dialog) override;
+  std::optional<std::string> askForFile(const FileDialog& dialog) override;
   std::string applicationFolder() const override;
   Date now() const override;
   void openDocument(std::string_view path) override;

@@ -11,11 +11,13 @@
 
 #include "component/Velk_ClsOpnImp.h"
 #include "mapping/Velk_frmCustOpn_OpnImp.h"
-#include "platform/headless/headless.h"
+#include "platform/headless/headless_desktop.h"
+#include "platform/headless/headless_host_service.h"
 #include "shared/Velk_ModOpnImp.h"
 #include "tests/support/checks.h"
 #include "tests/support/fake_database.h"
 #include "tests/support/memory_files.h"
+#include "ui/headless/headless_shell.h"
 
 namespace velk {
 

@@ -256,12 +256,14 @@ TEST_CASE("bad hosts: a service object that fails") {
 
 /// The host's main window, whose control array takes the focus, and what it was asked.
 struct MenuWindow final : NamedMembers {
-  bool has(std::string_view name) const override {
-    return name == "cmdMainMenu" || name == "Item" || name == "SetFocus";
+  static constexpr const char* members[] = {"Item", "cmdMainMenu", "SetFocus"};
+  DISPID idOf(std::string_view name) const override {
+    const auto* found = std::find(std::begin(members), std::end(members), name);
+    return found == std::end(members) ? DISPID_UNKNOWN : static_cast<DISPID>(found - members);
   }
-  Variant get(std::string_view name, const std::optional<Value>& index) override {
-    asked.push_back(std::string(name) + (index ? " " + toText(*index) : ""));
-    if (name == "SetFocus") SetFocus(button);
+  Variant get(DISPID member, const std::optional<Value>& index) override {
+    asked.push_back(std::string(members[member]) + (index ? " " + toText(*index) : ""));
+    if (member == 2) SetFocus(button);
     return Variant(this);
   }
   static inline HWND button = nullptr;

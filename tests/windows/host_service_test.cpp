@@ -1,10 +1,10 @@
 #include "platform/windows/com_host_service.h"
 
-#include "platform/headless/headless.h"
 #include "platform/windows/screen_object.h"
 #include "tests/windows/server_dll.h"
 #include "tests/windows/service_stub.h"
 #include "ui/controls.h"
+#include "ui/headless/headless_shell.h"
 
 namespace velk {
 namespace {
@@ -55,7 +55,7 @@ TEST_CASE("a screen as the host reads it") {
   };
   CHECK(text(object.Get(), "caption") == "Caption");
   callMember(object.Get(), "Caption", DISPATCH_PROPERTYPUT, argumentList("Other"));
-  CHECK(screen->text("Caption") == "Other");
+  CHECK(screen->text(Property::Caption) == "Other");
   CHECK(text(memberObject(object.Get(), "CMDIMPORT").Get(), "Caption") == "&Import");
   const auto controls = memberObject(object.Get(), "Controls");
   CHECK(text(controls.Get(), "Count") == "2");

@@ -44,7 +44,7 @@ inline HWND inside(HWND window, const std::function<bool(HWND)>& accepts) {
 struct Window {
   explicit Window(HWND window) : handle(window) {}
   explicit Window(const Form& form)
-      : Window(reinterpret_cast<HWND>(static_cast<INT_PTR>(form.number("hWnd")))) {}
+      : Window(reinterpret_cast<HWND>(static_cast<INT_PTR>(form.number(Property::hWnd)))) {}
 
   HWND button(const char* caption) const {
     return inside(handle, [&](HWND window) { return textOf(window) == caption; });

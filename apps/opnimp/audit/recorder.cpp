@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/audit/run_ended.h"
 
 namespace velk {
@@ -39,10 +38,6 @@ Recorder::~Recorder() = default;
 void Recorder::endSession() {
   screen_ = nullptr;
   log_->setFile(nullptr);
-}
-
-std::shared_ptr<Connection> Recorder::wrap(std::shared_ptr<Connection> connection) {
-  return std::make_shared<RecordingConnection>(*this, std::move(connection));
 }
 
 ErrorLog& Recorder::log(ErrorLog* file) {

@@ -17,7 +17,7 @@
 #include "base/errors.h"
 #include "mapping/import_screen.h"
 #include "platform/database.h"
-#include "platform/headless/headless.h"
+#include "platform/headless/message.h"
 #include "shared/error_log.h"
 
 namespace velk {
@@ -79,8 +79,6 @@ class Recorder {
   void endSession();
   std::size_t row() const { return screen_ == nullptr ? 0 : screen_->currentRow(); }
 
-  /// The connection to hand to the screen. The recorder has to outlive it.
-  std::shared_ptr<Connection> wrap(std::shared_ptr<Connection> connection);
   /// The error log to hand to the module; lines go on to `file`, or stay in memory with null.
   ErrorLog& log(ErrorLog* file);
   /// The handler for the messages of desktop and host service; each goes on to `show`.

@@ -157,19 +157,31 @@ std::shared_ptr<Recordset> RecordingCommand::Execute(std::int32_t options) {
   return watched.fetchAll(watched.run([&] { return inner_->Execute(options); }));
 }
 
+class RecordingConnection final : public Connection {
+ public:
+  RecordingConnection(Recorder& recorder, std::shared_ptr<Connection> inner)
+      : recorder_(recorder), inner_(std::move(inner)) {}
+
+  std::shared_ptr<Recordset> Execute(std::string_view text) override {
+    const std::size_t call = recorder_.beginCall(CallKind::Query, text, {});
+    WatchedCall watched(recorder_, *inner_, call);
+    return watched.fetchAll(watched.run([&] { return inner_->Execute(text); }));
+  }
+  std::unique_ptr<Command> newCommand() override {
+    return std::make_unique<RecordingCommand>(recorder_, inner_);
+  }
+  std::vector<Diagnostic> diagnostics() const override { return inner_->diagnostics(); }
+  bool isLost() const override { return inner_->isLost(); }
+
+ private:
+  Recorder& recorder_;
+  std::shared_ptr<Connection> inner_;
+};
+
 }  // namespace
 
-RecordingConnection::RecordingConnection(Recorder& recorder, std::shared_ptr<Connection> inner)
-    : recorder_(recorder), inner_(std::move(inner)) {}
-
-std::shared_ptr<Recordset> RecordingConnection::Execute(std::string_view text) {
-  const std::size_t call = recorder_.beginCall(CallKind::Query, text, {});
-  WatchedCall watched(recorder_, *inner_, call);
-  return watched.fetchAll(watched.run([&] { return inner_->Execute(text); }));
-}
-
-std::unique_ptr<Command> RecordingConnection::newCommand() {
-  return std::make_unique<RecordingCommand>(recorder_, inner_);
+std::shared_ptr<Connection> recorded(Recorder& recorder, std::shared_ptr<Connection> connection) {
+  return std::make_shared<RecordingConnection>(recorder, std::move(connection));
 }
 
 }  // namespace velk

@@ -5,6 +5,7 @@
 
 #include "apps/opnimp/audit/import_report.h"
 #include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/report/export_report.h"
@@ -115,7 +116,7 @@ ExitStatus runExport(const Arguments& arguments, const Streams& streams,
                         {folder, surroundings.clock, messagesTo(streams.err, progress), true});
   ExportOutcome outcome{
       .arguments = arguments, .database = choice.shown, .errorLog = session.errorLogPath()};
-  drive(outcome, session, report, recorder.wrap(database.connection));
+  drive(outcome, session, report, recorded(recorder, database.connection));
   outcome.logged = !recorder.lines().empty();
   (arguments.json ? writeExportJson : writeExportText)(outcome, streams.out);
   return outcome.status;

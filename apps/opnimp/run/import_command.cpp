@@ -5,6 +5,7 @@
 #include <new>
 #include <optional>
 
+#include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/progress.h"
@@ -111,7 +112,7 @@ class ImportCommand {
                                       messagesTo(streams_.err, progress_), !arguments().dryRun});
     result_.errorLog = session.errorLogPath();
     try {
-      ImportScreen& screen = session.open(kind(), recorder_.wrap(database_.connection));
+      ImportScreen& screen = session.open(kind(), recorded(recorder_, database_.connection));
       viewAndMap(session, arguments(), *result_.input, report_);
       import(session, screen);
     } catch (const Refused& refused) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/report/preview_report.h"
 #include "apps/opnimp/run/preview_connection.h"
@@ -40,7 +41,7 @@ PreviewResult previewOf(const Arguments& arguments, std::ostream& err,
   ScreenSession session(recorder, {".", surroundings.clock, messagesTo(err, progress), false});
   preview.input = readInput(arguments);
   try {
-    session.open(*arguments.kind, recorder.wrap(std::make_shared<PreviewConnection>()));
+    session.open(*arguments.kind, recorded(recorder, std::make_shared<PreviewConnection>()));
     recorder.forgetTexts();  // without a database there are no colours, which is logged
     viewAndMap(session, arguments, *preview.input, report);
     preview.mapping = readMapping(session.screen());

@@ -13,7 +13,7 @@
 #include "apps/opnimp/cli/streams.h"
 #include "apps/opnimp/records/input_records.h"
 #include "apps/opnimp/run/database_choice.h"
-#include "platform/headless/headless.h"
+#include "platform/headless/message.h"
 
 namespace velk {
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
+#include "platform/headless/headless_host_service.h"
 
 namespace velk {
 

@@ -8,9 +8,10 @@
 #include "apps/opnimp/audit/recorder.h"
 #include "apps/opnimp/cli/kinds.h"
 #include "component/Velk_ClsOpnImp.h"
-#include "platform/headless/headless.h"
+#include "platform/headless/headless_desktop.h"
 #include "platform/native/native_files.h"
 #include "platform/spreadsheet/xls/xls_spreadsheet.h"
+#include "ui/headless/headless_shell.h"
 
 namespace velk {
 

@@ -11,20 +11,16 @@ constexpr int heightInTwips = 180;  // 9 points
 
 }  // namespace
 
-Fonts::~Fonts() {
-  for (const auto& [name, font] : made_) DeleteObject(font);
-}
-
 HFONT Fonts::get(std::string_view name, bool bold) {
-  HFONT& font = made_[{std::string(name), bold}];
-  if (font == nullptr) {
+  UniqueFont& font = made_[{std::string(name), bold}];
+  if (!font) {
     // A negative height is that of the letters, without the space between lines.
-    font =
-        CreateFontW(-Scale::ofDisplay().pixels(heightInTwips), 0, 0, 0, bold ? FW_BOLD : FW_NORMAL,
-                    FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                    DEFAULT_QUALITY, DEFAULT_PITCH | FF_DONTCARE, toWide(name).c_str());
+    font.reset(CreateFontW(-Scale::ofDisplay().pixels(heightInTwips), 0, 0, 0,
+                           bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                           OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
+                           DEFAULT_PITCH | FF_DONTCARE, toWide(name).c_str()));
   }
-  return font;
+  return font.get();
 }
 
 }  // namespace velk

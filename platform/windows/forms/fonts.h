@@ -1,12 +1,12 @@
 // The fonts of one screen, made when first asked for.
 #pragma once
 
-#include <windows.h>
-
 #include <map>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "platform/windows/gdi_handles.h"
 
 namespace velk {
 
@@ -14,16 +14,11 @@ class Fonts {
  public:
   static constexpr std::string_view standard = "Arial";
 
-  Fonts() = default;
-  ~Fonts();
-  Fonts(const Fonts&) = delete;
-  Fonts& operator=(const Fonts&) = delete;
-
   /// Lives as long as this object.
-  HFONT get(std::string_view name = standard, bool bold = false);
+  HFONT get(std::string_view name, bool bold = false);
 
  private:
-  std::map<std::pair<std::string, bool>, HFONT> made_;
+  std::map<std::pair<std::string, bool>, UniqueFont> made_;
 };
 
 }  // namespace velk

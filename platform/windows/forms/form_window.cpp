@@ -5,10 +5,10 @@
 #include <algorithm>
 
 #include "base/errors.h"
-#include "base/text.h"
 #include "platform/windows/com_errors.h"
-#include "platform/windows/forms/list_window.h"
 #include "platform/windows/forms/window_class.h"
+#include "platform/windows/forms/window_factory.h"
+#include "platform/windows/gdi_handles.h"
 #include "platform/windows/module_path.h"
 #include "platform/windows/ole_picture.h"
 #include "platform/windows/wide_text.h"
@@ -22,6 +22,7 @@ constexpr UINT flushMessage = WM_APP + 1;
 constexpr DWORD formStyle =
     WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
 
+// The platform's numbers for the keys that are held down with another.
 std::int16_t shiftState() {
   const auto down = [](int key) { return GetKeyState(key) < 0; };
   return static_cast<std::int16_t>((down(VK_SHIFT) ? 1 : 0) + (down(VK_CONTROL) ? 2 : 0) +
@@ -33,14 +34,14 @@ std::int16_t shiftState() {
 FormWindow::FormWindow(std::shared_ptr<Form> form, std::shared_ptr<void> keep)
     : keep_(std::move(keep)), form_(std::move(form)), scale_(Scale::ofDisplay()) {
   makeWindow();
-  try {
+  try {  // the destructor does not run for an object whose constructor fails
     makeControls();
   } catch (...) {
     destroy();
     throw;
   }
   form_->setObserver(this);
-  form_->set("hWnd", static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(handle_)));
+  form_->set(Property::hWnd, static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(handle_)));
 }
 
 FormWindow::~FormWindow() {
@@ -48,13 +49,12 @@ FormWindow::~FormWindow() {
 }
 
 void FormWindow::makeWindow() {
-  const RECT at = scale_.pixels(form_->bounds());
+  const Bounds at = scale_.pixels(form_->bounds());
   const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
   InitCommonControlsEx(&lists);
-  registerClass(formClass, procedure);
-  handle_ = CreateWindowExW(WS_EX_CONTROLPARENT, formClass, toWide(form_->text("Caption")).c_str(),
-                            formStyle, at.left, at.top, at.right - at.left, at.bottom - at.top,
-                            nullptr, nullptr, thisModule(), nullptr);
+  handle_ = CreateWindowExW(WS_EX_CONTROLPARENT, registeredClass(formClass, procedure),
+                            toWide(form_->text(Property::Caption)).c_str(), formStyle, at.left,
+                            at.top, at.width, at.height, nullptr, nullptr, thisModule(), nullptr);
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
   SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   applyIcon();
@@ -81,17 +81,20 @@ void FormWindow::destroy() noexcept {
   if (handle_ == nullptr) return;
   const HWND window = std::exchange(handle_, nullptr);
   form_->setObserver(nullptr);
+  // Its last messages must not reach an object that may be half gone.
   SetWindowLongPtrW(window, GWLP_USERDATA, 0);
   DestroyWindow(window);
 }
 
-FormWindow* FormWindow::of(HWND window) {
+// Windows of the same class may belong to another copy of this code, with objects of its own.
+std::shared_ptr<FormWindow> FormWindow::of(HWND window) {
   const HWND root = GetAncestor(window, GA_ROOT);
   if (root == nullptr ||
       GetClassLongPtrW(root, GCLP_WNDPROC) != reinterpret_cast<ULONG_PTR>(procedure)) {
     return nullptr;
   }
-  return reinterpret_cast<FormWindow*>(GetWindowLongPtrW(root, GWLP_USERDATA));
+  auto* found = reinterpret_cast<FormWindow*>(GetWindowLongPtrW(root, GWLP_USERDATA));
+  return found == nullptr ? nullptr : found->weak_from_this().lock();
 }
 
 ControlWindow* FormWindow::windowOf(const Control& control) const {
@@ -132,25 +135,17 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_COMMAND:
       command(wParam, reinterpret_cast<HWND>(lParam));
       return 0;
-    case WM_NOTIFY: {
-      auto& header = *reinterpret_cast<NMHDR*>(lParam);
-      ControlWindow* control = holding(header.hwndFrom);
-      return control == nullptr ? 0 : control->notify(header);
-    }
+    case WM_NOTIFY:
+      return notify(*reinterpret_cast<NMHDR*>(lParam));
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORLISTBOX:
     case WM_CTLCOLORBTN:
     case WM_CTLCOLORSTATIC:
-      return colour(message, wParam, lParam);
-    case WM_ERASEBKGND: {
-      RECT all;
-      GetClientRect(handle_, &all);
-      const COLORREF back = ControlWindow::toColorRef(form_->number("BackColor"));
-      const HBRUSH brush = CreateSolidBrush(back);
-      FillRect(reinterpret_cast<HDC>(wParam), &all, brush);
-      DeleteObject(brush);
+      return color(message, wParam, lParam);
+    case WM_ERASEBKGND:
+      erase(reinterpret_cast<HDC>(wParam));
       return TRUE;
-    }
+    // Windows remembers the focused control for dialogs only.
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) focus_ = GetFocus();
       return defaultHandling(message, wParam, lParam);
@@ -162,15 +157,13 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
       moved(*reinterpret_cast<const WINDOWPOS*>(lParam));
       return answer;
     }
-    case WM_CLOSE:
-      form_->userClose();
-      return 0;
     case WM_DESTROY:  // by the host, or with the end of its thread
       destroy();
-      form_->userClose();
+      [[fallthrough]];
+    case WM_CLOSE:
+      form_->unload();
       return 0;
     case flushMessage:
-      flushPosted_ = false;
       flush();
       return 0;
     default:
@@ -190,12 +183,23 @@ void FormWindow::command(WPARAM wParam, HWND control) {
   }
 }
 
-LRESULT FormWindow::colour(UINT message, WPARAM wParam, LPARAM lParam) const {
-  ControlWindow* control = holding(reinterpret_cast<HWND>(lParam));
-  const HBRUSH brush =
-      control == nullptr ? nullptr : control->colour(reinterpret_cast<HDC>(wParam));
+LRESULT FormWindow::notify(NMHDR& header) const {
+  ControlWindow* control = holding(header.hwndFrom);
+  return control == nullptr ? 0 : control->notify(header);
+}
+
+LRESULT FormWindow::color(UINT message, WPARAM wParam, LPARAM lParam) const {
+  const ControlWindow* control = holding(reinterpret_cast<HWND>(lParam));
+  const HBRUSH brush = control == nullptr ? nullptr : control->color(reinterpret_cast<HDC>(wParam));
   return brush != nullptr ? reinterpret_cast<LRESULT>(brush)
                           : defaultHandling(message, wParam, lParam);
+}
+
+void FormWindow::erase(HDC dc) const {
+  RECT all;
+  GetClientRect(handle_, &all);
+  SetDCBrushColor(dc, toColorRef(form_->number(Property::BackColor)));
+  FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
 WindowState FormWindow::state() const {
@@ -203,6 +207,8 @@ WindowState FormWindow::state() const {
   return IsZoomed(handle_) != FALSE ? WindowState::Maximised : WindowState::Normal;
 }
 
+// A move alone is no event, as it changes neither size nor state; what code does is no user's
+// doing.
 void FormWindow::moved(const WINDOWPOS& position) {
   if (applying_ || handle_ == nullptr) return;
   const bool sized = (position.flags & SWP_NOSIZE) == 0;
@@ -211,6 +217,7 @@ void FormWindow::moved(const WINDOWPOS& position) {
   GetWindowRect(handle_, &outer);
   const Bounds known = form_->bounds();
   const bool iconic = state() == WindowState::Minimised;
+  // A minimised window's own place is far outside the screen.
   form_->userResize(state(), iconic ? known : scale_.twips(outer, known));
   flush();
 }
@@ -218,65 +225,59 @@ void FormWindow::moved(const WINDOWPOS& position) {
 bool FormWindow::preTranslate(const MSG& message) {
   if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) {
     form_->userKeyDown(static_cast<std::int16_t>(message.wParam), shiftState());
-    if (handle_ == nullptr) return true;
+    if (handle_ == nullptr) return true;  // the key has closed the form
   }
-  MSG copy = message;
+  MSG copy = message;  // the call may change what the host's loop still needs
   return IsDialogMessageW(handle_, &copy) != FALSE;
 }
 
-Menu* FormWindow::popup(Menu& menu) const {
+Menu* FormWindow::popup(const Menu& menu) const {
   std::vector<Menu*> items;
-  const HMENU shown = CreatePopupMenu();
+  const UniqueMenu shown(CreatePopupMenu());
   for (Control* control : form_->controls()) {
     auto* item = dynamic_cast<Menu*>(control);
     if (item == nullptr || item->container() != &menu || !item->visible()) continue;
     items.push_back(item);
-    AppendMenuW(shown, MF_STRING | (item->enabled() ? MF_ENABLED : MF_GRAYED), items.size(),
-                toWide(item->text("Caption")).c_str());
+    AppendMenuW(shown.get(), MF_STRING | (item->enabled() ? MF_ENABLED : MF_GRAYED), items.size(),
+                toWide(item->text(Property::Caption)).c_str());
   }
   POINT pointer{};
   GetCursorPos(&pointer);
-  const BOOL chosen = TrackPopupMenuEx(shown, TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON,
+  const BOOL chosen = TrackPopupMenuEx(shown.get(), TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON,
                                        pointer.x, pointer.y, handle_, nullptr);
-  DestroyMenu(shown);
   return chosen <= 0 ? nullptr : items[static_cast<std::size_t>(chosen) - 1];
 }
 
 // What the code changed
 
-void FormWindow::formChanged(Form&, std::string_view property) {
+void FormWindow::formChanged(Property property) {
   if (handle_ == nullptr) return;
-  if (equalsIgnoringCase(property, "Caption")) {
-    SetWindowTextW(handle_, toWide(form_->text("Caption")).c_str());
-  } else if (equalsIgnoringCase(property, "BackColor")) {
-    RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
-  } else if (equalsIgnoringCase(property, "Icon")) {
-    applyIcon();
-  } else if (!equalsIgnoringCase(property, "Visible") && !equalsIgnoringCase(property, "hWnd")) {
-    boundsChanged_ = true;
-    changeLater();
+  switch (property) {
+    case Property::Caption:
+      SetWindowTextW(handle_, toWide(form_->text(Property::Caption)).c_str());
+      break;
+    case Property::BackColor:
+      RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
+      break;
+    case Property::Icon:
+      applyIcon();
+      break;
+    case Property::Visible:  // the shell shows and closes windows itself
+    case Property::hWnd:
+      break;
+    default:
+      boundsChanged_ = true;
+      changeLater();
   }
 }
 
-void FormWindow::controlChanged(Control& control, std::string_view property) {
+void FormWindow::controlChanged(Control& control, Property property) {
   if (ControlWindow* window = windowOf(control)) window->propertyChanged(property);
-}
-
-void FormWindow::columnsChanged(ListView& list) {
-  if (auto* window = dynamic_cast<ListWindow*>(windowOf(list))) window->columnsChanged();
   changeLater();
 }
 
-void FormWindow::rowsChanged(ListView& list, std::size_t, std::size_t) {
-  if (auto* window = dynamic_cast<ListWindow*>(windowOf(list))) window->rowsChanged();
-  changeLater();
-}
-
-void FormWindow::focusMoved(Control& control) {
-  if (const ControlWindow* window = windowOf(control)) SetFocus(window->handle());
-}
-
-// At the next turn of whatever message loop runs: the host's, or that of a message box.
+// Once for any number of changes, at the next turn of whatever message loop runs: the host's, or
+// that of a message box.
 void FormWindow::changeLater() {
   if (flushPosted_ || handle_ == nullptr) return;
   const bool needed = boundsChanged_ || std::ranges::any_of(controls_, [](const auto& window) {
@@ -286,10 +287,12 @@ void FormWindow::changeLater() {
 }
 
 void FormWindow::flush() {
+  flushPosted_ = false;
   for (const auto& window : controls_) window->flush();
   if (std::exchange(boundsChanged_, false)) applyBounds();
 }
 
+// The window's place in the maximised and minimised states is Windows' own matter.
 void FormWindow::applyBounds() {
   applying_ = true;
   const WindowState wanted = form_->windowState();
@@ -299,8 +302,8 @@ void FormWindow::applyBounds() {
                                                            : SW_RESTORE);
   }
   if (wanted == WindowState::Normal) {
-    const RECT at = scale_.pixels(form_->bounds());
-    SetWindowPos(handle_, nullptr, at.left, at.top, at.right - at.left, at.bottom - at.top,
+    const Bounds at = scale_.pixels(form_->bounds());
+    SetWindowPos(handle_, nullptr, at.left, at.top, at.width, at.height,
                  SWP_NOZORDER | SWP_NOACTIVATE);
   }
   applying_ = false;

@@ -3,18 +3,17 @@
 
 #include <windows.h>
 
-#include <functional>
 #include <memory>
 #include <vector>
 
 #include "platform/windows/forms/control_window.h"
-#include "ui/form.h"
+#include "ui/controls.h"
 
 namespace velk {
 
 class FormWindow final : public FormObserver, public std::enable_shared_from_this<FormWindow> {
  public:
-  /// Makes the window, hidden. `keep` is held as long as this lives: what the form stands on.
+  /// Makes the window, hidden. `keep` is held as long as this lives: what the form needs.
   FormWindow(std::shared_ptr<Form> form, std::shared_ptr<void> keep);
   ~FormWindow() override;
   FormWindow(const FormWindow&) = delete;
@@ -26,20 +25,17 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
   void show();
   /// Takes the window down. The form is told nothing.
   void destroy() noexcept;
-  Menu* popup(Menu& menu) const;
+  Menu* popup(const Menu& menu) const;
 
   /// A message that the host's loop took for this window or one inside it: the form sees keys
   /// first, then Tab, mnemonics and the like work. True when nothing is left to do.
   bool preTranslate(const MSG& message);
 
-  /// The form's window that a window is or stands in; null for windows of others.
-  static FormWindow* of(HWND window);
+  /// The form's window that a window is or belongs to; null for windows of others.
+  static std::shared_ptr<FormWindow> of(HWND window);
 
-  void formChanged(Form& form, std::string_view property) override;
-  void controlChanged(Control& control, std::string_view property) override;
-  void columnsChanged(ListView& list) override;
-  void rowsChanged(ListView& list, std::size_t first, std::size_t last) override;
-  void focusMoved(Control& control) override;
+  void formChanged(Property property) override;
+  void controlChanged(Control& control, Property property) override;
 
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -49,7 +45,9 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
   ControlWindow* windowOf(const Control& control) const;
   ControlWindow* holding(HWND window) const;
   void command(WPARAM wParam, HWND control);
-  LRESULT colour(UINT message, WPARAM wParam, LPARAM lParam) const;
+  LRESULT notify(NMHDR& header) const;
+  LRESULT color(UINT message, WPARAM wParam, LPARAM lParam) const;
+  void erase(HDC dc) const;
   void moved(const WINDOWPOS& position);
   WindowState state() const;
   void changeLater();

@@ -1,8 +1,8 @@
 #include "platform/windows/forms/list_window.h"
 
 #include <algorithm>
+#include <optional>
 
-#include "base/text.h"
 #include "platform/windows/forms/paint_pause.h"
 #include "platform/windows/wide_text.h"
 
@@ -20,10 +20,9 @@ constexpr LRESULT nothingFound = -1;
 ListWindow::ListWindow(ListView& list, const ControlPlace& place)
     : ControlWindow(list, place, WC_LISTVIEWW, listStyle, WS_EX_CLIENTEDGE),
       list_(list),
-      font_(place.fonts.get()),
       bold_(place.fonts.get(Fonts::standard, true)) {
   SendMessageW(handle(), LVM_SETEXTENDEDLISTVIEWSTYLE, lookAndFeel, lookAndFeel);
-  showColours();
+  showColors();
   flush();
 }
 
@@ -31,45 +30,42 @@ HWND ListWindow::header() const {
   return reinterpret_cast<HWND>(SendMessageW(handle(), LVM_GETHEADER, 0, 0));
 }
 
-void ListWindow::propertyChanged(std::string_view property) {
-  if (equalsIgnoringCase(property, "BackColor") || equalsIgnoringCase(property, "ForeColor")) {
-    showColours();
+void ListWindow::propertyChanged(Property property) {
+  switch (property) {
+    case Property::Columns:
+      columnsChanged_ = true;
+      return;
+    case Property::Rows:
+      rowsChanged_ = true;
+      return;
+    case Property::BackColor:
+    case Property::ForeColor:
+      showColors();
+      break;
+    default:
+      break;
   }
   ControlWindow::propertyChanged(property);
 }
 
-void ListWindow::showColours() {
-  const auto back = static_cast<LPARAM>(toColorRef(list_.number("BackColor")));
+void ListWindow::showColors() const {
+  const auto back = static_cast<LPARAM>(toColorRef(list_.number(Property::BackColor)));
   SendMessageW(handle(), LVM_SETBKCOLOR, 0, back);
   SendMessageW(handle(), LVM_SETTEXTBKCOLOR, 0, back);
   SendMessageW(handle(), LVM_SETTEXTCOLOR, 0,
-               static_cast<LPARAM>(toColorRef(list_.number("ForeColor"))));
+               static_cast<LPARAM>(toColorRef(list_.number(Property::ForeColor))));
 }
 
+// Painting is paused only where more than the rows' texts changes: a pause paints all of the list
+// anew, while a new count alone leaves the header as it is.
 void ListWindow::flush() {
   if (!needsFlush()) return;
-  const Echo echo(*this);
   const auto rows = static_cast<std::size_t>(SendMessageW(handle(), LVM_GETITEMCOUNT, 0, 0));
-  if (columnsChanged_ || rows != list_.rowCount()) {
-    const PaintPause pause(handle());
-    if (columnsChanged_) showColumns();
-    showRows();
-  } else {
-    showRows();
-  }
+  std::optional<PaintPause> pause;
+  if (columnsChanged_ || rows != list_.rowCount()) pause.emplace(handle());
+  if (columnsChanged_) showColumns();
+  SendMessageW(handle(), LVM_SETITEMCOUNT, list_.rowCount(), 0);  // makes the rows be drawn anew
   columnsChanged_ = rowsChanged_ = false;
-}
-
-// Invalidates the rows and leaves the header alone. Looking for the selected row goes over all rows
-// under Wine, and commonly there is none.
-void ListWindow::showRows() {
-  SendMessageW(handle(), LVM_SETITEMCOUNT, list_.rowCount(), 0);
-  LRESULT selected = -1;
-  if (SendMessageW(handle(), LVM_GETSELECTEDCOUNT, 0, 0) > 0) {
-    selected = SendMessageW(handle(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1),
-                            MAKELPARAM(LVNI_SELECTED, 0));
-  }
-  list_.userSelect(static_cast<std::size_t>(selected + 1));
 }
 
 void ListWindow::showColumns() {
@@ -104,20 +100,18 @@ void ListWindow::showColumn(std::size_t index, const Column& column) {
   shown_[index] = column;
 }
 
+// Notifications of the header arrive here, too: the list passes them on.
 LRESULT ListWindow::notify(NMHDR& header) {
   switch (header.code) {
     case LVN_GETDISPINFOW:
       giveText(reinterpret_cast<NMLVDISPINFOW&>(header).item);
       return 0;
-    case LVN_ODFINDITEMW:
+    case LVN_ODFINDITEMW:  // typing in the list selects nothing
       return nothingFound;
     case LVN_COLUMNCLICK:
       readGeometry();
       list_.userColumnClick(
           static_cast<std::size_t>(reinterpret_cast<NMLISTVIEW&>(header).iSubItem));
-      return 0;
-    case LVN_ITEMCHANGED:
-      selected(reinterpret_cast<NMLISTVIEW&>(header));
       return 0;
     case NM_RCLICK:
       if (header.hwndFrom == handle()) rightClicked(reinterpret_cast<NMITEMACTIVATE&>(header));
@@ -143,7 +137,7 @@ void ListWindow::giveText(LVITEMW& item) const {
   item.pszText[text.copy(item.pszText, room)] = L'\0';
 }
 
-// The cells of the mapping row that are mapped stand in bold.
+// Mapped cells of the mapping row are bold, so other rows need no drawing of ours.
 LRESULT ListWindow::draw(NMLVCUSTOMDRAW& what) const {
   const std::size_t row = what.nmcd.dwItemSpec + 1;
   switch (what.nmcd.dwDrawStage) {
@@ -153,7 +147,7 @@ LRESULT ListWindow::draw(NMLVCUSTOMDRAW& what) const {
       return hasBold(row) ? CDRF_NOTIFYSUBITEMDRAW : CDRF_DODEFAULT;
     case CDDS_ITEMPREPAINT | CDDS_SUBITEM:
       SelectObject(what.nmcd.hdc,
-                   isBold(row, static_cast<std::size_t>(what.iSubItem)) ? bold_ : font_);
+                   isBold(row, static_cast<std::size_t>(what.iSubItem)) ? bold_ : font());
       return CDRF_NEWFONT;
     default:
       return CDRF_DODEFAULT;
@@ -171,16 +165,9 @@ bool ListWindow::hasBold(std::size_t row) const {
   return false;
 }
 
-void ListWindow::selected(const NMLISTVIEW& change) {
-  if (isEcho() || (change.uNewState & LVIS_SELECTED) == 0 || change.iItem < 0) return;
-  const auto row = static_cast<std::size_t>(change.iItem) + 1;
-  if (row <= list_.rowCount()) list_.userSelect(row);
-}
-
 void ListWindow::rightClicked(const NMITEMACTIVATE& click) {
   readGeometry();
-  list_.userMouseUp(MouseButton::Right, scale().twips(click.ptAction.x),
-                    scale().twips(click.ptAction.y));
+  list_.userMouseUp(MouseButton::Right, scale().twips(click.ptAction.x));
 }
 
 // Column widths and the scroll position are the user's; the model needs them for a click only.

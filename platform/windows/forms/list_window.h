@@ -15,34 +15,28 @@ class ListWindow final : public ControlWindow {
  public:
   ListWindow(ListView& list, const ControlPlace& place);
 
-  void propertyChanged(std::string_view property) override;
+  /// What the model says of columns and rows goes to the window with the next flush: while a file
+  /// is viewed it says thousands of things.
+  void propertyChanged(Property property) override;
   LRESULT notify(NMHDR& header) override;
   void flush() override;
   bool needsFlush() const override { return columnsChanged_ || rowsChanged_; }
-
-  /// What the model says goes to the window with the next flush: while a file is viewed it says
-  /// thousands of things.
-  void columnsChanged() { columnsChanged_ = true; }
-  void rowsChanged() { rowsChanged_ = true; }
 
  private:
   using Column = std::pair<std::string, int>;  ///< title, width in pixels
 
   void showColumns();
-  void showRows();
   void showColumn(std::size_t index, const Column& column);
-  void showColours();
+  void showColors() const;
   void giveText(LVITEMW& item) const;
   LRESULT draw(NMLVCUSTOMDRAW& what) const;
   bool isBold(std::size_t row, std::size_t column) const;
   bool hasBold(std::size_t row) const;
-  void selected(const NMLISTVIEW& change);
   void rightClicked(const NMITEMACTIVATE& click);
   void readGeometry();
   HWND header() const;
 
   ListView& list_;
-  HFONT font_;
   HFONT bold_;
   std::vector<Column> shown_;
   bool columnsChanged_ = true;

@@ -1,12 +1,13 @@
 #include "platform/windows/forms/scale.h"
 
+#include "platform/windows/gdi_handles.h"
+
 namespace velk {
 
 Scale Scale::ofDisplay() {
-  const HDC display = GetDC(nullptr);
-  const int dotsPerInch = GetDeviceCaps(display, LOGPIXELSX);
-  ReleaseDC(nullptr, display);
-  return Scale(dotsPerInch > 0 ? dotsPerInch : 96);
+  const UniqueDisplayDc display(GetDC(nullptr));
+  const int dotsPerInch = GetDeviceCaps(display.get(), LOGPIXELSX);
+  return Scale(dotsPerInch > 0 ? dotsPerInch : 96);  // a session without a display has none
 }
 
 }  // namespace velk

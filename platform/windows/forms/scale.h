@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "ui/form.h"
+#include "ui/property_bag.h"
 
 namespace velk {
 
@@ -18,10 +18,8 @@ class Scale {
   int twips(int pixels, int known) const {
     return this->pixels(known) == pixels ? known : twips(pixels);
   }
-  RECT pixels(const Bounds& bounds) const {
-    const int left = pixels(bounds.left);
-    const int top = pixels(bounds.top);
-    return {left, top, left + pixels(bounds.width), top + pixels(bounds.height)};
+  Bounds pixels(const Bounds& twips) const {
+    return {pixels(twips.left), pixels(twips.top), pixels(twips.width), pixels(twips.height)};
   }
   Bounds twips(const RECT& rectangle, const Bounds& known) const {
     return {.left = twips(rectangle.left, known.left),

@@ -4,18 +4,15 @@
 
 namespace velk {
 
-void registerClass(const wchar_t* name, WNDPROC procedure, int extraBytes) {
-  WNDCLASSEXW known{};
-  known.cbSize = sizeof known;
-  if (GetClassInfoExW(thisModule(), name, &known) != FALSE) return;
+const wchar_t* registeredClass(const wchar_t* name, WNDPROC procedure) {
   WNDCLASSEXW window{};
   window.cbSize = sizeof window;
   window.lpfnWndProc = procedure;
-  window.cbWndExtra = extraBytes;
   window.hInstance = thisModule();
   window.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   window.lpszClassName = name;
-  RegisterClassExW(&window);
+  RegisterClassExW(&window);  // refuses a class that is known already
+  return name;
 }
 
 void forgetClasses() noexcept {

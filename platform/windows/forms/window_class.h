@@ -9,8 +9,8 @@ namespace velk {
 inline constexpr wchar_t formClass[] = L"Velk_OpnImp.Form";
 inline constexpr wchar_t frameClass[] = L"Velk_OpnImp.Frame";
 
-/// Registers the class with its first use. Its windows have `extraBytes` for their procedure.
-void registerClass(const wchar_t* name, WNDPROC procedure, int extraBytes = 0);
+/// Registers the class with its first use and returns its name.
+const wchar_t* registeredClass(const wchar_t* name, WNDPROC procedure);
 /// Does nothing for a class while a window of it lives.
 void forgetClasses() noexcept;
 

@@ -10,16 +10,11 @@ namespace velk {
 
 namespace {
 
-std::shared_ptr<FormWindow> formWindowOf(HWND window) {
-  FormWindow* const found = FormWindow::of(window);
-  return found == nullptr ? nullptr : found->shared_from_this();
-}
-
 BOOL CALLBACK closeForm(HWND window, LPARAM) noexcept {
   try {
-    if (const auto found = formWindowOf(window)) found->form().userClose();
+    if (const auto found = FormWindow::of(window)) found->form().unload();
   } catch (...) {
-    // It stays open; nothing may leave for the system.
+    // It stays open: no exception may reach the system, and the other forms close all the same.
   }
   return TRUE;
 }
@@ -35,7 +30,7 @@ LRESULT CALLBACK seeMessage(int code, WPARAM removed, LPARAM lParam) {
     if (message.message == WM_QUIT) {
       EnumThreadWindows(GetCurrentThreadId(), closeForm, 0);
     } else if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST) {
-      const auto window = formWindowOf(message.hwnd);
+      const auto window = FormWindow::of(message.hwnd);
       if (window != nullptr && window->preTranslate(message)) message.message = WM_NULL;
     }
   }
@@ -48,7 +43,7 @@ WindowShell::WindowShell(std::function<std::shared_ptr<void>()> keeper)
     : keeper_(std::move(keeper)) {}
 
 WindowShell::~WindowShell() {
-  windows_.clear();
+  windows_.clear();  // a class with a window cannot be forgotten
   unhook();
 }
 
@@ -67,27 +62,27 @@ void WindowShell::show(std::shared_ptr<Form> form) {
 void WindowShell::closed(Form& form) noexcept {
   const auto found = find(form);
   if (found == windows_.end()) return;
-  const auto window = *found;  // what the shell stands in may go with it
+  const auto window = *found;  // what contains the shell may go with it
   windows_.erase(found);
   window->destroy();
   if (windows_.empty()) unhook();
 }
 
-Menu* WindowShell::popup(Form& form, Menu& menu) {
-  const auto found = find(form);
+Menu* WindowShell::popup(Menu& menu) {
+  const auto found = find(menu.form());
   if (found == windows_.end()) return nullptr;
-  const auto window = *found;
+  const auto window = *found;  // the form may close while the menu is open
   return window->popup(menu);
 }
 
 void WindowShell::hook() {
-  if (hook_ == nullptr) {
-    hook_ = SetWindowsHookExW(WH_GETMESSAGE, seeMessage, nullptr, GetCurrentThreadId());
+  if (!hook_) {
+    hook_.reset(SetWindowsHookExW(WH_GETMESSAGE, seeMessage, nullptr, GetCurrentThreadId()));
   }
 }
 
 void WindowShell::unhook() noexcept {
-  if (hook_ != nullptr) UnhookWindowsHookEx(std::exchange(hook_, nullptr));
+  hook_.reset();
   forgetClasses();
 }
 

@@ -7,7 +7,8 @@
 #include <memory>
 #include <vector>
 
-#include "ui/form.h"
+#include "platform/windows/gdi_handles.h"
+#include "ui/form_shell.h"
 
 namespace velk {
 
@@ -15,7 +16,7 @@ class FormWindow;
 
 class WindowShell final : public FormShell {
  public:
-  /// `keeper` gives what has to live as long as a window; the shell itself may stand in it.
+  /// `keeper` gives what has to live as long as a window; it may contain the shell itself.
   explicit WindowShell(std::function<std::shared_ptr<void>()> keeper);
   ~WindowShell() override;
   WindowShell(const WindowShell&) = delete;
@@ -23,7 +24,7 @@ class WindowShell final : public FormShell {
 
   void show(std::shared_ptr<Form> form) override;
   void closed(Form& form) noexcept override;
-  Menu* popup(Form& form, Menu& menu) override;
+  Menu* popup(Menu& menu) override;
 
  private:
   using Windows = std::vector<std::shared_ptr<FormWindow>>;
@@ -33,7 +34,7 @@ class WindowShell final : public FormShell {
 
   std::function<std::shared_ptr<void>()> keeper_;
   Windows windows_;
-  HHOOK hook_ = nullptr;
+  UniqueHook hook_;
 };
 
 }  // namespace velk
