@@ -28,6 +28,8 @@ LRESULT CALLBACK FrameWindow::procedure(HWND window, UINT message, WPARAM wParam
     case WM_PAINT:
       frame->paint();
       return 0;
+    case WM_GETFONT:  // screen readers and the like ask for it
+      return reinterpret_cast<LRESULT>(frame->font());
     // A control tells its parent, but it is the form's window that knows the controls.
     case WM_COMMAND:
     case WM_NOTIFY:
