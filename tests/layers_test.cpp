@@ -1,5 +1,6 @@
-// Includes go downwards only, no two files of a room include each other, and each room includes the
-// headers of no other systems and libraries than its own.
+// What ARCHITECTURE.md says is so: includes follow its drawing, no two files of a room include each
+// other, each room includes the headers of no other systems and libraries than its own, and the
+// steps of its walks exist.
 #include <doctest/doctest.h>
 
 #include <algorithm>
@@ -16,52 +17,53 @@ namespace {
 namespace fs = std::filesystem;
 using Names = std::vector<std::string_view>;
 
-struct Room {
-  std::string_view name;
-  Names uses;     // the rooms below, each with all that it uses itself
-  Names headers;  // besides the standard library's: how their names begin
-};
-
-const Room rooms[] = {
-    {"base", {}, {}},
-    {"ui", {"base"}, {}},
-    {"ui/headless", {"ui"}, {}},
-    {"platform", {"ui"}, {}},
-    {"platform/headless", {"platform"}, {}},
-    {"platform/native", {"platform"}, {"fcntl.h", "sys/", "unistd.h"}},
-    {"platform/odbc", {"platform"}, {"sql", "windows.h"}},
-    {"platform/spreadsheet", {"platform"}, {}},
-    {"platform/spreadsheet/xls", {"platform/spreadsheet"}, {}},
+/// The headers that a room may include besides the standard library's, by how their names begin.
+const std::map<std::string, Names> foreignHeaders{
+    {"platform/native", {"fcntl.h", "sys/", "unistd.h"}},
+    {"platform/odbc", {"sql", "windows.h"}},
     {"platform/windows",
-     {"platform/spreadsheet"},
      {"windows.h", "ole2.h", "olectl.h", "ocidl.h", "cderr.h", "commdlg.h", "shellapi.h",
       "wrl/client.h", "xmmintrin.h", "ado_com.h", "host_service_com.h"}},
-    {"platform/windows/forms", {"platform/windows"}, {"windows.h", "commctrl.h"}},
-    {"shared", {"platform"}, {}},
-    {"mapping", {"shared"}, {"emmintrin.h"}},
-    {"opening", {"mapping"}, {}},
-    {"masters", {"mapping"}, {}},
-    {"component", {"opening", "masters"}, {}},
+    {"platform/windows/forms", {"windows.h", "commctrl.h"}},
+    {"mapping", {"emmintrin.h"}},
     {"component/com",
-     {"component", "platform/spreadsheet/xls", "platform/windows/forms"},
      {"windows.h", "ole2.h", "olectl.h", "initguid.h", "ado_com.h", "Velk_OpnImp_com.h"}},
-    {"samples", {"masters", "platform/native", "platform/spreadsheet/xls"}, {}},
-    {"samples/company", {"platform/odbc"}, {}},
-    {"apps/database", {"samples/company"}, {}},
     {"apps/host",
-     {"apps/database", "platform/windows", "platform/spreadsheet/xls"},
      {"windows.h", "commctrl.h", "ole2.h", "olectl.h", "ocidl.h", "shellapi.h", "ado_com.h",
       "host_service_com.h", "Velk_OpnImp_com.h", "unused_members.h", "CLI/"}},
-    {"apps/opnimp/cli", {"component"}, {"CLI/"}},
-    {"apps/opnimp/records", {"apps/opnimp/cli", "platform/spreadsheet/xls"}, {}},
-    {"apps/opnimp/warnings", {"apps/opnimp/records"}, {}},
-    {"apps/opnimp/audit", {"apps/opnimp/records", "platform/headless"}, {}},
-    {"apps/opnimp/report",
-     {"apps/opnimp/audit", "apps/opnimp/warnings", "platform/native"},
-     {"nlohmann/"}},
-    {"apps/opnimp/run", {"apps/opnimp/report", "apps/database", "ui/headless"}, {}},
-    {"apps/opnimp", {"apps/opnimp/run"}, {"unistd.h"}},
+    {"apps/opnimp/cli", {"CLI/"}},
+    {"apps/opnimp/report", {"nlohmann/"}},
+    {"apps/opnimp", {"unistd.h"}},
 };
+
+struct Room {
+  std::string name;
+  std::vector<std::string> uses;  // each with all that it uses itself
+};
+
+/// The rooms and arrows of the drawing in ARCHITECTURE.md: lines such as `a["room"] -->
+/// b["other"]`, where a room that was named before goes by its short name.
+std::vector<Room> drawnRooms() {
+  std::ifstream in(fs::path(OPNIMP_SOURCE_DIR) / "ARCHITECTURE.md");
+  std::map<std::string, std::size_t> known;
+  std::vector<Room> drawn;
+  const auto roomAt = [&](const std::string& node) -> std::size_t {
+    const std::size_t quote = node.find("[\"");
+    const auto [found, isNew] = known.try_emplace(node.substr(0, quote), drawn.size());
+    if (isNew) drawn.push_back({node.substr(quote + 2, node.size() - quote - 4), {}});
+    return found->second;
+  };
+  for (std::string line; std::getline(in, line);) {
+    const std::size_t arrow = line.find(" --> ");
+    if (arrow == std::string::npos) continue;
+    const std::size_t from = roomAt(line.substr(2, arrow - 2));
+    const std::size_t to = roomAt(line.substr(arrow + 5));
+    drawn[from].uses.push_back(drawn[to].name);
+  }
+  return drawn;
+}
+
+const std::vector<Room> rooms = drawnRooms();
 
 /// The deepest one that contains the file; null outside of all.
 const Room* roomOf(std::string_view file) {
@@ -74,8 +76,8 @@ const Room* roomOf(std::string_view file) {
 }
 
 bool mayUse(const Room& room, const Room& other) {
-  return &room == &other || std::any_of(room.uses.begin(), room.uses.end(), [&](auto name) {
-    return mayUse(*roomOf(std::string(name) + "/"), other);
+  return &room == &other || std::any_of(room.uses.begin(), room.uses.end(), [&](const auto& name) {
+    return mayUse(*roomOf(name + "/"), other);
   });
 }
 
@@ -83,9 +85,10 @@ bool mayUse(const Room& room, const Room& other) {
 bool allowed(const Room& room, std::string_view include) {
   const std::string_view name = include.substr(1, include.size() - 2);
   if (include.front() == '"') return roomOf(name) != nullptr && mayUse(room, *roomOf(name));
-  return name.find('.') == std::string_view::npos ||
-         std::any_of(room.headers.begin(), room.headers.end(),
-                     [&](std::string_view header) { return name.starts_with(header); });
+  if (name.find('.') == std::string_view::npos) return true;  // the standard library's
+  const auto foreign = foreignHeaders.find(room.name);
+  return foreign != foreignHeaders.end() &&
+         std::ranges::any_of(foreign->second, [&](auto start) { return name.starts_with(start); });
 }
 
 /// For each file, a header and its source being one, those that it includes.
@@ -117,6 +120,7 @@ std::string stemOf(const std::string& file) {
 TEST_CASE("includes go only downwards, and never in a circle") {
   const fs::path root = OPNIMP_SOURCE_DIR;
   Graph graph;
+  std::set<std::pair<std::string, std::string>> arrowsUsed;
   int checked = 0;
   for (const char* top : {"base", "ui", "platform", "shared", "mapping", "opening", "masters",
                           "component", "samples", "apps"}) {
@@ -137,11 +141,41 @@ TEST_CASE("includes go only downwards, and never in a circle") {
         CAPTURE(include);
         CHECK(allowed(*room, include));
         if (from != to && roomOf(to) == room) graph[from].insert(to);
+        if (include.front() == '"') arrowsUsed.insert({room->name, roomOf(to)->name});
       }
     }
   }
   CHECK(inCircles(graph) == "");
+  for (const Room& room : rooms) {
+    for (const std::string& used : room.uses) {
+      CAPTURE(room.name);
+      CAPTURE(used);
+      CHECK(arrowsUsed.contains({room.name, used}));
+    }
+  }
   CHECK(checked > 1000);
+}
+
+TEST_CASE("each step of the walks in ARCHITECTURE.md exists") {
+  const fs::path root = OPNIMP_SOURCE_DIR;
+  std::ifstream in(root / "ARCHITECTURE.md");
+  std::vector<int> walks;  // their numbers of steps
+  for (std::string line; std::getline(in, line);) {
+    const std::size_t file = line.find(". `");
+    if (file == std::string::npos || file > 2) continue;
+    CAPTURE(line);
+    const int step = std::stoi(line);
+    if (step == 1) walks.push_back(0);
+    CHECK(step == ++walks.back());
+    const std::size_t fileEnd = line.find('`', file + 3);
+    const std::size_t name = line.find('`', fileEnd + 1) + 1;
+    std::ifstream source(root / line.substr(file + 3, fileEnd - file - 3));
+    const std::string text(std::istreambuf_iterator<char>(source), {});
+    CHECK(text.find(line.substr(name, line.find('`', name) - name)) != std::string::npos);
+  }
+  REQUIRE(walks.size() == 2);
+  CHECK(walks[0] <= 15);
+  CHECK(walks[1] <= 9);
 }
 
 TEST_CASE("the layer check refuses what it should") {
