@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <exception>
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -75,5 +77,17 @@ class RuntimeError : public std::exception {
   std::int32_t number_;
   std::string description_;
 };
+
+/// Runs work on whole files, which may ask for more memory than there is: error 7 then.
+template <class Work>
+auto refusingWithoutMemory(Work&& work) {
+  try {
+    return work();
+  } catch (const std::bad_alloc&) {
+    throw RuntimeError(ErrorNumber::OutOfMemory);
+  } catch (const std::length_error&) {  // more than the container can ever hold
+    throw RuntimeError(ErrorNumber::OutOfMemory);
+  }
+}
 
 }  // namespace velk

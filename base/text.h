@@ -23,19 +23,11 @@ class CodePage {
 
   /// Bytes to UTF-8. Every byte has a character.
   std::string decode(std::string_view bytes) const;
+  /// The same behind a text.
+  void appendDecoded(std::string& to, std::string_view bytes) const;
 
   /// UTF-8 to bytes; a character that the page lacks, and each byte that is no UTF-8, becomes "?".
   std::string encode(std::string_view text) const;
-
-  /// How many bytes of UTF-8 one decoded byte takes (1 to 3).
-  std::size_t utf8Length(unsigned char byte) const { return utf8_[byte].length; }
-
-  /// Writes the UTF-8 of one byte at `to` and returns the place behind it.
-  char* decodeByte(unsigned char byte, char* to) const {
-    const Utf8& u = utf8_[byte];
-    for (std::size_t i = 0; i < u.length; ++i) *to++ = u.bytes[i];
-    return to;
-  }
 
  private:
   struct Utf8 {

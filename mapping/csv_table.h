@@ -3,10 +3,10 @@
 
 #include <cstddef>
 #include <functional>
+#include <string>
 
 #include "base/errors.h"
 #include "mapping/file_table.h"
-#include "shared/file_text.h"
 
 namespace velk {
 
@@ -22,7 +22,7 @@ inline constexpr std::size_t maxColumns = 32767;
 /// titles are left out. The text's buffer is rewritten in place and kept by the columns. A field
 /// that can't be unquoted is reported and empty. Errors: 9 for an empty text, 7 beyond maxCells or
 /// maxColumns.
-FileTable readCsvTable(FileText text,
+FileTable readCsvTable(std::string text,
                        const std::function<void(const RuntimeError&)>& unquoteFailed);
 
 }  // namespace velk

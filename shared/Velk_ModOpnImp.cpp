@@ -26,8 +26,8 @@ void Velk_ModOpnImp::logTrapped(std::string_view tag, const RuntimeError& error)
   LogError(std::string(tag).append(error.description()), std::to_string(error.number()));
 }
 
-FileText Velk_ModOpnImp::ReadFileText(std::string_view path) {
-  FileText text;
+std::string Velk_ModOpnImp::ReadFileText(std::string_view path) {
+  std::string text;
   const std::string line = std::string("Error in Opening the file ").append(path);
   const bool done = trapWithLine(line, [&] {
     const std::int16_t number = files_.freeFile();

@@ -16,9 +16,11 @@
 
 #include "base/text.h"
 #include "platform/files.h"
-#include "shared/file_text.h"
 
 namespace velk {
+
+/// The longest text of the runtime, in bytes.
+inline constexpr std::size_t maxTextLength = 0x7FFFFFFF;
 
 class NumberedFiles {
  public:
@@ -43,7 +45,7 @@ class NumberedFiles {
   void rewind(std::int16_t number);
   /// Reads as many bytes as the file had when it was opened, from the first one. Error 62 when it
   /// has become shorter.
-  FileText readAll(std::int16_t number);
+  std::string readAll(std::int16_t number);
 
   /// Appends the text and a carriage return and line feed.
   void printLine(std::int16_t number, std::string_view text);
@@ -61,6 +63,7 @@ class NumberedFiles {
   void checkFree(std::int16_t number) const;
   Input& input(std::int16_t number);
   static bool fill(Input& input);
+  std::string readText(Input& input) const;
 
   FileSystem& files_;
   const CodePage& codePage_;

@@ -4,7 +4,7 @@
 #include "apps/opnimp/records/workbook_records.h"
 #include "base/errors.h"
 #include "shared/csv_text.h"
-#include "shared/file_text.h"
+#include "shared/numbered_files.h"
 
 namespace velk {
 
@@ -20,7 +20,7 @@ std::unique_ptr<const InputRecords> readRecords(FileSystem& files, std::string_v
 
 std::string readBytes(FileSystem& files, std::string_view path) {
   const auto file = files.openInput(path);
-  if (file->length() > FileText::maxLength) throw RuntimeError(ErrorNumber::OutOfMemory);
+  if (file->length() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
   std::string bytes(static_cast<std::size_t>(file->length()), '\0');
   bytes.resize(file->read(bytes.data(), bytes.size()));
   return bytes;
