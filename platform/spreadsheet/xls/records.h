@@ -100,11 +100,9 @@ class ContinuedReader {
   std::uint32_t u32();
   void skip(std::size_t count);
 
-  /// A text: what stands in front of its characters, they themselves, and the runs of fonts and
-  /// the phonetic part, which are passed over. Appends UTF-8.
-  void appendText(std::string& to) { appendText(to, u16()); }
-  /// One whose length was read before.
-  void appendText(std::string& to, std::size_t length);
+  /// Appends a text as UTF-8. The runs of fonts and the phonetic part that may follow it are passed
+  /// over.
+  void appendText(std::string& to);
 
  private:
   void advance();

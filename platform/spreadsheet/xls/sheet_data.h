@@ -45,25 +45,16 @@ struct Cell {
 
 class CellTable {
  public:
+  /// Replaces an earlier cell at the same place.
   void add(const Cell& cell);
-  /// Orders the cells and drops those that a later one replaces. To be called before the
-  /// following, and again when cells were added.
-  void arrange();
 
-  /// In the order of rows, then columns.
-  const std::vector<Cell>& cells() const { return cells_; }
+  /// Every row up to the last one with a cell, each in the order of its columns.
+  const std::vector<std::vector<Cell>>& rows() const { return rows_; }
   /// Nothing when there is no such cell.
   const Cell* find(std::size_t row, std::size_t column) const;
-  /// The last row that has a cell, plus one.
-  std::size_t rowCount() const { return cells_.empty() ? 0 : cells_.back().row + std::size_t{1}; }
 
  private:
-  void sort();
-  void index();
-
-  std::vector<Cell> cells_;
-  bool inOrder_ = true;
-  std::vector<std::uint32_t> rowStarts_;  // and the end of the last row
+  std::vector<std::vector<Cell>> rows_;
 };
 
 }  // namespace velk::xls

@@ -139,7 +139,6 @@ class SheetReader {
       if (depth == 1) readRecord();
     }
     checkPendingText();
-    contents_.cells.arrange();
   }
 
  private:

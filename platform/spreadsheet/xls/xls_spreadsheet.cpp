@@ -18,7 +18,7 @@ class XlsSheetReader final : public WorksheetReader {
  public:
   explicit XlsSheetReader(xls::SheetContents contents) : contents_(std::move(contents)) {}
 
-  int rowCount() const override { return static_cast<int>(contents_.cells.rowCount()); }
+  int rowCount() const override { return static_cast<int>(contents_.cells.rows().size()); }
 
   std::string text(int row, int column) const override {
     checkCell(row, column);
