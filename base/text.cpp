@@ -115,13 +115,6 @@ void forEachPiece(std::string_view text, AddRun addRun, AddCharacter addCharacte
   }
 }
 
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
-char upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
-}
-
 }  // namespace
 
 CodePage::CodePage(const std::array<char16_t, 128>& upper) : upper_(upper), utf8_() {
@@ -215,21 +208,26 @@ std::string_view trim(std::string_view text) {
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
+char lowerAscii(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
 std::string lowerAscii(std::string_view text) {
   std::string result(text);
-  std::transform(result.begin(), result.end(), result.begin(), lower);
+  for (char& c : result) c = lowerAscii(c);
   return result;
 }
 
 std::string upperAscii(std::string_view text) {
   std::string result(text);
-  std::transform(result.begin(), result.end(), result.begin(), upper);
+  for (char& c : result) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - ('a' - 'A'));
+  }
   return result;
 }
 
 bool equalsIgnoringCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return lower(x) == lower(y); });
+  return std::ranges::equal(a, b, [](char x, char y) { return lowerAscii(x) == lowerAscii(y); });
 }
 
 std::size_t lastCharacter(std::string_view text) {

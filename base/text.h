@@ -49,6 +49,7 @@ std::string toUtf8(std::u16string_view text);
 std::string_view trim(std::string_view text);
 
 /// Letters A to Z in lower or upper case; every other character unchanged.
+char lowerAscii(char c);
 std::string lowerAscii(std::string_view text);
 std::string upperAscii(std::string_view text);
 bool equalsIgnoringCase(std::string_view a, std::string_view b);

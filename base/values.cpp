@@ -7,6 +7,7 @@
 #include <limits>
 #include <optional>
 
+#include "base/date_reader.h"
 #include "base/errors.h"
 #include "base/numbers.h"
 
@@ -54,10 +55,7 @@ Date dateOf(Date date, int) {
 }
 
 Date dateOf(double days, int) {
-  const double first = dateFromCivil({100, 1, 1}).days;
-  const double last = dateFromCivil({9999, 12, 31}).days;
-  // The fraction counts away from day 0 on both sides.
-  if (!(days > first - 1 && days < last + 1)) throw RuntimeError(ErrorNumber::Overflow);
+  if (!isInCalendar(days)) throw RuntimeError(ErrorNumber::Overflow);
   return {days};
 }
 

@@ -5,13 +5,12 @@
 namespace velk {
 
 Date localNow() {
-  constexpr double secondsPerDay = 86400;
   const std::time_t now = std::time(nullptr);
   std::tm local{};
   localtime_r(&now, &local);
   const Date day = dateFromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday});
   const int seconds = (local.tm_hour * 60 + local.tm_min) * 60 + local.tm_sec;
-  return Date{day.days + seconds / secondsPerDay};
+  return Date{day.days + seconds / double{secondsPerDay}};
 }
 
 }  // namespace velk

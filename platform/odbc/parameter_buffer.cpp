@@ -12,8 +12,6 @@ namespace velk {
 namespace {
 
 constexpr std::int64_t millisecondsPerDay = 86'400'000;
-constexpr double firstDay = -657434;      // 1 January 100
-constexpr double dayAfterLast = 2958466;  // 1 January 10000
 
 [[noreturn]] void refuse() {
   throw RuntimeError(ErrorNumber::WrongArgumentType);
@@ -138,7 +136,7 @@ bool ParameterBuffer::widenAscii(std::string_view text) {
 
 // The fraction of a date before day 0 counts forward all the same: -1.25 is six o'clock of day -1.
 void ParameterBuffer::setDays(double days) {
-  if (!(days > firstDay - 1 && days < dayAfterLast)) refuse();
+  if (!isInCalendar(days)) refuse();
   double day = std::trunc(days);
   const double fraction = std::abs(days - day);
   auto milliseconds = static_cast<std::int64_t>(std::llround(fraction * millisecondsPerDay));

@@ -13,8 +13,6 @@ namespace velk {
 
 namespace {
 
-constexpr double secondsPerDay = 86400;
-
 int showBox(const std::wstring& prompt, const std::wstring& caption, UINT style) {
   const ModalOwner owner;
   return MessageBoxW(owner.window(), prompt.c_str(), caption.c_str(), style | MB_TASKMODAL);
@@ -48,7 +46,7 @@ Date WindowsDesktop::now() const {
   GetLocalTime(&time);
   const Date day = dateFromCivil({time.wYear, time.wMonth, time.wDay});
   const int seconds = (time.wHour * 60 + time.wMinute) * 60 + time.wSecond;
-  return {day.days + seconds / secondsPerDay};
+  return {day.days + seconds / double{secondsPerDay}};
 }
 
 void WindowsDesktop::openDocument(std::string_view path) {

@@ -4,7 +4,7 @@
 
 #include "apps/opnimp/warnings/amount_check.h"
 #include "apps/opnimp/warnings/warnings.h"
-#include "base/dates.h"
+#include "base/date_reader.h"
 #include "base/text.h"
 #include "shared/csv_text.h"
 
