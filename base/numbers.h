@@ -19,7 +19,7 @@ double leadingNumber(std::string_view text);
 
 /// A text that is a number from end to end but for blanks around it, by the same rule; nothing
 /// where anything is left over.
-std::optional<double> wholeNumber(std::string_view text);
+std::optional<double> parseNumber(std::string_view text);
 
 /// True when a double holds the integer without rounding. Its bits tell; a conversion there and
 /// back does not, where the compiler keeps it in a wider register (as for x86).

@@ -69,26 +69,21 @@ Character firstCharacter(std::u16string_view text) {
   return {0x10000 + ((unit - 0xD800) << 10U) + (next - 0xDC00), 2};
 }
 
-/// Writes a character's UTF-8 at `to`, which has room for four bytes, and returns the place behind.
-char* putUtf8(char* to, char32_t code) {
-  const auto put = [&to](char32_t byte) { *to++ = static_cast<char>(byte); };
-  const auto putTail = [&](unsigned shift) { put(0x80U | (code >> shift & 0x3FU)); };
-  if (code < 0x80) {
-    put(code);
-    return to;
-  }
+void appendUtf8(std::string& to, char32_t code) {
+  const auto append = [&to](char32_t byte) { to += static_cast<char>(byte); };
+  const auto appendTail = [&](unsigned shift) { append(0x80U | (code >> shift & 0x3FU)); };
+  if (code < 0x80) return append(code);
   if (code < 0x800) {
-    put(0xC0U | code >> 6U);
+    append(0xC0U | code >> 6U);
   } else if (code < 0x10000) {
-    put(0xE0U | code >> 12U);
-    putTail(6);
+    append(0xE0U | code >> 12U);
+    appendTail(6);
   } else {
-    put(0xF0U | code >> 18U);
-    putTail(12);
-    putTail(6);
+    append(0xF0U | code >> 18U);
+    appendTail(12);
+    appendTail(6);
   }
-  putTail(0);
-  return to;
+  appendTail(0);
 }
 
 void appendUtf16(std::u16string& to, char32_t code) {
@@ -117,14 +112,9 @@ void forEachPiece(std::string_view text, AddRun addRun, AddCharacter addCharacte
 
 }  // namespace
 
-CodePage::CodePage(const std::array<char16_t, 128>& upper) : upper_(upper), utf8_() {
+CodePage::CodePage(const std::array<char16_t, 128>& upper) : upper_(upper) {
   for (std::size_t byte = 0; byte < utf8_.size(); ++byte) {
-    const char32_t code = byte < 0x80 ? static_cast<char32_t>(byte) : upper[byte - 0x80];
-    std::array<char, 4> bytes{};
-    const char* const end = putUtf8(bytes.data(), code);
-    Utf8& entry = utf8_[byte];
-    entry.length = static_cast<unsigned char>(end - bytes.data());
-    std::copy_n(bytes.data(), entry.bytes.size(), entry.bytes.data());
+    appendUtf8(utf8_[byte], byte < 0x80 ? static_cast<char32_t>(byte) : upper[byte - 0x80]);
   }
 }
 
@@ -153,8 +143,7 @@ void CodePage::appendDecoded(std::string& to, std::string_view bytes) const {
     to.append(bytes.substr(0, run));
     bytes.remove_prefix(run);
     for (; !bytes.empty() && static_cast<unsigned char>(bytes[0]) >= 0x80; bytes.remove_prefix(1)) {
-      const Utf8& entry = utf8_[static_cast<unsigned char>(bytes[0])];
-      to.append(entry.bytes.data(), entry.length);
+      to += utf8_[static_cast<unsigned char>(bytes[0])];
     }
   }
 }
@@ -194,9 +183,7 @@ std::string toUtf8(std::u16string_view text) {
   bytes.reserve(text.size());
   while (!text.empty()) {
     const Character character = firstCharacter(text);
-    std::array<char, 4> utf8;
-    char* const end = putUtf8(utf8.data(), character.code);
-    bytes.append(utf8.data(), end);
+    appendUtf8(bytes, character.code);
     text.remove_prefix(character.length);
   }
   return bytes;

@@ -30,12 +30,8 @@ class CodePage {
   std::string encode(std::string_view text) const;
 
  private:
-  struct Utf8 {
-    std::array<char, 3> bytes;
-    unsigned char length;
-  };
   std::array<char16_t, 128> upper_;
-  std::array<Utf8, 256> utf8_;
+  std::array<std::string, 256> utf8_;  // of each byte
 };
 
 /// True when all bytes are below 0x80.

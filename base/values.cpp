@@ -90,7 +90,7 @@ std::int32_t int32Of(Date date) {
 }
 
 std::int32_t int32Of(const std::string& text) {
-  const std::optional<double> number = wholeNumber(text);
+  const std::optional<double> number = parseNumber(text);
   if (!number) throw RuntimeError(ErrorNumber::TypeMismatch);
   return int32Of(*number);
 }

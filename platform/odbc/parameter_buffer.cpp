@@ -37,7 +37,7 @@ int currentYear() {
 double toDouble(const Value& value) {
   if (const auto* integer = std::get_if<std::int32_t>(&value)) return *integer;
   if (const auto* date = std::get_if<Date>(&value)) return date->days;
-  const auto number = wholeNumber(std::get<std::string>(value));
+  const auto number = parseNumber(std::get<std::string>(value));
   if (!number) refuse();
   return *number;
 }

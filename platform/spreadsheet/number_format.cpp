@@ -38,50 +38,22 @@ std::string generalText(double value) {
 }  // namespace
 
 std::string_view builtInFormat(std::uint16_t number) {
-  // Numbers 0 to 22, then 37 to 47; those between depend on the country of the program that wrote
-  // the file. Scientific ones and fractions show as general, as everywhere here.
+  // Scientific ones and fractions show as general, as everywhere here.
   constexpr std::string_view general = "General";
+  constexpr std::string_view first[] = {general,     "0",       "0.00",           "#,##0",
+                                        "#,##0.00",  "$#,##0",  "$#,##0",         "$#,##0.00",
+                                        "$#,##0.00", "0%",      "0.00%",          general,
+                                        general,     general,   "dd/mm/yyyy",     "d-mmm-yy",
+                                        "d-mmm",     "mmm-yy",  "h:mm AM/PM",     "h:mm:ss AM/PM",
+                                        "h:mm",      "h:mm:ss", "dd/mm/yyyy h:mm"};
   constexpr std::string_view whole = "#,##0_);(#,##0)";
   constexpr std::string_view cents = "#,##0.00_);(#,##0.00)";
-  constexpr std::string_view codes[] = {general,
-                                        "0",
-                                        "0.00",
-                                        "#,##0",
-                                        "#,##0.00",
-                                        "$#,##0",
-                                        "$#,##0",
-                                        "$#,##0.00",
-                                        "$#,##0.00",
-                                        "0%",
-                                        "0.00%",
-                                        general,
-                                        general,
-                                        general,
-                                        "dd/mm/yyyy",
-                                        "d-mmm-yy",
-                                        "d-mmm",
-                                        "mmm-yy",
-                                        "h:mm AM/PM",
-                                        "h:mm:ss AM/PM",
-                                        "h:mm",
-                                        "h:mm:ss",
-                                        "dd/mm/yyyy h:mm",
-                                        whole,
-                                        whole,
-                                        cents,
-                                        cents,
-                                        whole,
-                                        whole,
-                                        cents,
-                                        cents,
-                                        "mm:ss",
-                                        "[h]:mm:ss",
-                                        "mm:ss.0"};
-  constexpr std::uint16_t lastOfFirst = 22;
-  constexpr std::uint16_t firstOfSecond = 37;
-  if (number <= lastOfFirst) return codes[number];
-  const std::size_t position = number - (firstOfSecond - lastOfFirst - 1);
-  return number >= firstOfSecond && position < std::size(codes) ? codes[position] : general;
+  constexpr std::string_view from37[] = {whole, whole, cents,   cents,       whole,    whole,
+                                         cents, cents, "mm:ss", "[h]:mm:ss", "mm:ss.0"};
+  // Numbers between depend on the country of the program that wrote the file.
+  if (number < std::size(first)) return first[number];
+  const std::size_t second = number - std::size_t{37};
+  return second < std::size(from37) ? from37[second] : general;
 }
 
 /// Splits a code into sections and these into tokens, one for each byte that shows.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 #include "base/errors.h"
 #include "base/text.h"
@@ -100,22 +101,13 @@ std::string_view booleanText(bool value) {
 }
 
 std::string_view cellErrorText(std::uint32_t code) {
-  switch (code) {
-    case 0x00:
-      return "#NULL!";
-    case 0x07:
-      return "#DIV/0!";
-    case 0x0F:
-      return "#VALUE!";
-    case 0x17:
-      return "#REF!";
-    case 0x1D:
-      return "#NAME?";
-    case 0x24:
-      return "#NUM!";
-    default:
-      return "#N/A";
+  constexpr std::pair<std::uint32_t, std::string_view> errors[] = {
+      {0x00, "#NULL!"}, {0x07, "#DIV/0!"}, {0x0F, "#VALUE!"},
+      {0x17, "#REF!"},  {0x1D, "#NAME?"},  {0x24, "#NUM!"}};
+  for (const auto& [number, text] : errors) {
+    if (number == code) return text;
   }
+  return "#N/A";
 }
 
 }  // namespace velk

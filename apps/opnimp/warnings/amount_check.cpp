@@ -66,7 +66,7 @@ bool isTooLarge(std::string_view text) {
 }
 
 bool isWholeNumber(std::string_view text) {
-  return wholeNumber(text).has_value();
+  return parseNumber(text).has_value();
 }
 
 AmountIssue unreadIssue(std::string_view text) {

@@ -15,7 +15,7 @@ std::uint32_t TextSet::add(std::string_view text) {
     const Slot& slot = slots_[at];
     if (slot.hash == hash && texts_[slot.number - 1] == text) return slot.number - 1;
   }
-  const std::uint32_t number = texts_.add([&](std::string& to) { to.append(text); });
+  const std::uint32_t number = texts_.add(text);
   slots_[at] = {hash, number + 1};
   return number;
 }

@@ -28,7 +28,7 @@ int widthOf(unsigned char byte) {
 
 }  // namespace
 
-double textWidth(std::string_view text, bool bold) {
+double widthInDigits(std::string_view text, bool bold) {
   long width = 0;
   for (const char c : text) width += widthOf(static_cast<unsigned char>(c));
   return static_cast<double>(width) / digitWidth * (bold ? boldFactor : 1);

@@ -28,9 +28,6 @@ struct SheetContents {
 
   /// Rows and columns count from 0.
   std::string text(std::size_t row, std::size_t column) const;
-
- private:
-  std::string text(const Number& number) const;
 };
 
 /// Error 321 for a stream of an older version, one that is encrypted, damaged or has no worksheet.

@@ -116,7 +116,7 @@ class WorkbookWriter {
     const TextPool& texts = sheet_.texts.texts();
     std::size_t used = 0;
     for (const auto& row : sheet_.cells.rows()) {
-      used += static_cast<std::size_t>(std::ranges::count(row, CellKind::Text, &Cell::kind));
+      used += static_cast<std::size_t>(std::ranges::count(row, Cell::Kind::Text, &Cell::kind));
     }
     records_.begin(Record::SharedStrings).u32(used).u32(texts.size());
     for (std::size_t i = 0; i < texts.size(); ++i) records_.sharedText(texts[i]);
@@ -169,7 +169,7 @@ class WorkbookWriter {
 
   void writeCell(const Cell& cell) {
     const bool bold = sheet_.isBold(cell);
-    const bool blank = cell.kind == CellKind::Blank;
+    const bool blank = cell.kind == Cell::Kind::Blank;
     if (blank && !bold) return;
     records_.begin(blank ? Record::Blank : Record::LabelSst);
     records_.u16(cell.row).u16(cell.column).u16(bold ? boldTextFormat : textFormat);

@@ -25,7 +25,7 @@ void XlsSheetWriter::setText(int row, int column, std::string_view text) {
   checkCell(row, column);
   checkCellText(text);
   sheet_.cells.add({static_cast<std::uint16_t>(row - 1), static_cast<std::uint8_t>(column - 1),
-                    text.empty() ? CellKind::Blank : CellKind::Text,
+                    text.empty() ? Cell::Kind::Blank : Cell::Kind::Text,
                     text.empty() ? 0 : sheet_.texts.add(text)});
 }
 
@@ -39,7 +39,7 @@ void XlsSheetWriter::addBlanks(const CellRange& range) {
   for (int row = range.firstRow; row <= range.lastRow; ++row) {
     for (int column = range.firstColumn; column <= range.lastColumn; ++column) {
       const Cell blank{static_cast<std::uint16_t>(row), static_cast<std::uint8_t>(column),
-                       CellKind::Blank, 0};
+                       Cell::Kind::Blank, 0};
       if (sheet_.cells.find(blank.row, blank.column) == nullptr) sheet_.cells.add(blank);
     }
   }
@@ -69,8 +69,8 @@ void XlsSheetWriter::autoFit(int firstColumn, int lastColumn) {
   for (const auto& row : sheet_.cells.rows()) {
     for (const Cell& cell : row) {
       if (cell.column < range.firstColumn || cell.column > range.lastColumn) continue;
-      if (cell.kind == CellKind::Blank) continue;
-      const double width = textWidth(sheet_.texts.texts()[cell.value], sheet_.isBold(cell));
+      if (cell.kind == Cell::Kind::Blank) continue;
+      const double width = widthInDigits(sheet_.texts.texts()[cell.value], sheet_.isBold(cell));
       widths[cell.column] = std::max(widths[cell.column], std::min(width, maxColumnWidth));
     }
   }
