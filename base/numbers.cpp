@@ -14,7 +14,7 @@ namespace velk {
 
 namespace {
 
-/// A number at the start of a text, and how much of the text it is; 0 when there is none.
+/// A number at the start of a text, and how much of the text it takes; 0 when there is none.
 struct NumberRun {
   double value = 0;
   std::size_t length = 0;

@@ -56,6 +56,7 @@ Character firstCharacter(std::string_view text) {
     if (!isContinuation(text[i])) return {};
     code = code << 6U | (static_cast<unsigned char>(text[i]) & 0x3FU);
   }
+  // Longer forms than needed are no UTF-8: they hide characters from those who look for them.
   const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
   if (overlong || isSurrogate(code) || code > 0x10FFFF) return {};
   return {code, length};
@@ -218,6 +219,7 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 std::size_t lastCharacter(std::string_view text) {
+  // A valid character that reaches the end is the last one; else it is a stray byte.
   constexpr std::size_t longest = 4;
   for (std::size_t length = 2; length <= std::min(longest, text.size()); ++length) {
     const std::size_t start = text.size() - length;

@@ -17,13 +17,13 @@ class CodePage {
   /// `upper` gives the character of each byte from 0x80 to 0xFF.
   explicit CodePage(const std::array<char16_t, 128>& upper);
 
-  /// windows-1252. Its five undefined bytes (81, 8D, 8F, 90, 9D) stand for the C1 controls of the
+  /// windows-1252. Its five undefined bytes (81, 8D, 8F, 90, 9D) are the C1 controls of the
   /// same number, both ways, so that no byte is lost.
   static const CodePage& windows1252();
 
   /// Bytes to UTF-8. Every byte has a character.
   std::string decode(std::string_view bytes) const;
-  /// The same behind a text.
+  /// The same, at the end of a text.
   void appendDecoded(std::string& to, std::string_view bytes) const;
 
   /// UTF-8 to bytes; a character that the page lacks, and each byte that is no UTF-8, becomes "?".

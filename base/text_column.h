@@ -14,7 +14,7 @@
 namespace velk {
 
 /// The cells of a table, row by row, all rows complete. Each is an offset into the characters,
-/// where its text starts; a NUL ends it, so texts hold none.
+/// where its text starts; a NUL ends it, so texts contain none.
 struct TextCells {
   std::size_t columns = 0;
   std::string characters;

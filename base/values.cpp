@@ -30,7 +30,7 @@ std::string textOf(std::int32_t number) {
 
 std::string textOf(double number) {
   constexpr int significantDigits = 15;  // as many as every double keeps of a decimal number
-  if (number == 0) return "0";           // zero may have a minus sign
+  if (number == 0) return "0";           // else -0 would show its sign
   std::array<char, 32> text;
   char* const end = std::to_chars(text.data(), text.data() + text.size(), number,
                                   std::chars_format::general, significantDigits)
@@ -78,6 +78,7 @@ std::int32_t int32Of(std::int32_t number) {
 
 std::int32_t int32Of(double number) {
   using Limits = std::numeric_limits<std::int32_t>;
+  // Halves to even: the default rounding, which nobody changes. Written so that NaN overflows.
   const double rounded = std::nearbyint(number);
   if (!(rounded >= Limits::min() && rounded <= Limits::max())) {
     throw RuntimeError(ErrorNumber::Overflow);

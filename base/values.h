@@ -1,4 +1,4 @@
-// What a database field holds and a parameter or a control's property carries.
+// The value of a database field, of a parameter or of a control's property.
 #pragma once
 
 #include <cstdint>

@@ -14,7 +14,7 @@ namespace velk {
 /// of a few megabytes can ask for that by one long first line above many short ones.
 inline constexpr std::size_t maxCells = std::size_t{1} << 26;
 
-/// More columns than this are refused likewise: no list shows them, and each costs an object.
+/// More columns than this are refused, too: no list shows them, and each costs an object.
 inline constexpr std::size_t maxColumns = 32767;
 
 /// Lines end at each carriage return + line feed pair and nowhere else. The first one holds the

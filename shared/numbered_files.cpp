@@ -39,6 +39,7 @@ void NumberedFiles::openForAppend(std::int16_t number, std::string_view path) {
 
 void NumberedFiles::close(std::int16_t number) {
   inputs_.erase(number);
+  // Taken out first: the number is free even if closing fails.
   const auto output = outputs_.extract(number);
   if (!output.empty()) output.mapped()->close();
 }
@@ -75,6 +76,7 @@ std::string NumberedFiles::lineInput(std::int16_t number) {
     bytes.append(from, stop);
     in.next += static_cast<std::size_t>(stop - from);
     if (stop == to) continue;
+    // The line feed may be the first byte of the next filling.
     ++in.next;
     if (fill(in) && (*in.buffer)[in.next] == '\n') ++in.next;
     break;
@@ -98,8 +100,8 @@ std::string NumberedFiles::readAll(std::int16_t number) {
 std::string NumberedFiles::readText(Input& in) const {
   auto left = static_cast<std::size_t>(in.file->length());
   std::string text;
-  // One byte in eight may become longer before the text has to move. Room that nobody fills costs
-  // nothing; the rest is for what a reader puts behind the text.
+  // One byte in eight may be no ASCII, and a reader may append a little, before the text has to
+  // move. Memory that is never touched costs nothing.
   text.reserve(left + left / 8 + 1024);
   while (left > 0) {
     if (!fill(in)) throw RuntimeError(ErrorNumber::InputPastEnd);

@@ -3,7 +3,7 @@
 //
 // Bytes are in the code page, texts are UTF-8. Errors: 52 for a number that is not open (or not
 // open for that use), 55 for one that is open already, 62 for reading past the end, 67 when no
-// number is free, 7 for more than a text of the runtime can hold, and those of files.h.
+// number is free, 7 for a text longer than the runtime knows, and those of files.h.
 #pragma once
 
 #include <array>
@@ -38,7 +38,7 @@ class NumberedFiles {
 
   /// True when the next byte to read is beyond the end. 0x1A is an ordinary character.
   bool atEnd(std::int16_t number);
-  /// The next line without its end: a carriage return, alone or with a line feed behind it. A bare
+  /// The next line without its end: a carriage return, alone or followed by a line feed. A bare
   /// line feed is an ordinary character.
   std::string lineInput(std::int16_t number);
   /// Back to the first byte.

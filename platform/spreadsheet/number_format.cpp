@@ -12,7 +12,7 @@ namespace velk {
 namespace {
 
 constexpr std::size_t maxCodeLength = 255;
-constexpr double daysTo1904 = 1462;
+constexpr double daysTo1904 = 1462;  // from day 0 to 1 January 1904
 
 bool startsWith(std::string_view text, std::string_view lowerStart) {
   return equalsIgnoringCase(text.substr(0, lowerStart.size()), lowerStart);
@@ -66,6 +66,7 @@ class NumberFormat::Compiler {
     sections_.emplace_back();
     while (!code_.empty()) readToken();
     for (Section& section : sections_) {
+      // A slash is a fraction unless the section turns out to be a date.
       const bool fraction = section.slash && !section.date;
       section.general = section.general || fraction || section.tokens.empty();
     }
@@ -172,7 +173,7 @@ class NumberFormat::NumberText {
         point_(std::find_if(begin_, end_, [](const Token& t) { return t.part == Part::Point; })),
         places_(countDigits(point_, end_)) {}
 
-  /// With a minus in front if so wanted, unless nothing but zeros shows.
+  /// With a minus if so wanted, unless all digits that show are zeros.
   std::string text(bool negative) {
     scale();
     number_.round(places_);
@@ -192,7 +193,7 @@ class NumberFormat::NumberText {
     return countDigits(begin_, comma) > 0 && countDigits(comma, point_) > 0;
   }
 
-  /// Percent signs, and commas behind the last digit, each of which stands for thousands.
+  /// By percent signs, and by commas after the last digit, each of which divides by a thousand.
   void scale() {
     for (auto token = begin_; token != end_; ++token) {
       if (token->part == Part::Percent) number_.scale(2);
@@ -206,7 +207,7 @@ class NumberFormat::NumberText {
     digits_ = number_.whole();
     grouped_ = isGrouped();
     int placesLeft = countDigits(begin_, point_);
-    if (placesLeft == 0 && point_ != end_) putAllDigits();
+    if (placesLeft == 0 && point_ != end_) putAllDigits();  // ".00" shows 12.5 as 12.50
     for (auto token = point_; token != begin_;) {
       --token;
       if (token->part == Part::Literal || token->part == Part::Percent) out_ += token->byte;
@@ -260,7 +261,7 @@ class NumberFormat::NumberText {
   int put_ = 0;
 };
 
-/// A date or time in a section of such. Fractions of seconds do not show.
+/// A date or time. Fractions of seconds do not show.
 class NumberFormat::DateText {
  public:
   static constexpr double limit = lastCalendarDay + 1;
@@ -269,7 +270,8 @@ class NumberFormat::DateText {
       : tokens_(tokens),
         seconds_(std::llround(value * secondsPerDay)),
         twelveHours_(std::ranges::find(tokens, Part::AmPm, &Token::part) != tokens.end()) {
-    // Spreadsheets count a 29 February 1900, which never was; days before it are one behind.
+    // Spreadsheets count a 29 February 1900, which never was: their numbers of
+    // earlier days are one too low.
     constexpr int firstAfterLeapError = 60;
     const double days = std::floor(static_cast<double>(seconds_) / secondsPerDay);
     date_.days = days + (from1904 ? daysTo1904 : days < firstAfterLeapError ? 1 : 0);

@@ -40,7 +40,7 @@ class SourceReader {
     expect('$');
     for (; !text_.empty() && text_[0] >= 'A' && text_[0] <= 'Z'; text_.remove_prefix(1)) {
       column = column * lettersOfNames + (text_[0] - 'A' + 1);
-      if (column > maxSheetColumns) fail();
+      if (column > maxSheetColumns) fail();  // before a long name overflows
     }
     expect('$');
     const char* const end = text_.data() + text_.size();
@@ -76,12 +76,14 @@ CellRange checkedRange(const CellRange& range) {
 }
 
 void checkCellText(std::string_view text) {
+  // UTF-8 is never shorter than UTF-16, so most texts need no conversion.
   if (text.size() > maxCellText && toUtf16(text).size() > maxCellText) {
     throw RuntimeError(ErrorNumber::InvalidProcedureCall, "The text is too long for a cell");
   }
 }
 
 void checkColumnWidth(double characters) {
+  // Written so that NaN is refused, too.
   if (!(characters >= 0 && characters <= maxColumnWidth)) {
     throw RuntimeError(ErrorNumber::InvalidProcedureCall);
   }

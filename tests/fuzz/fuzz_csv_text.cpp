@@ -71,7 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text = page.decode(bytes);
   require(page.encode(text) == bytes);
   if (!text.empty()) checkTable(text);
-  // A field that keeps its commas holds the line's text again once joined, if no NUL stood in it.
+  // Fields that keep their commas, joined, are the line again if it contained no NUL.
   if (text.find('\0') == std::string::npos) {
     std::string joined;
     for (const std::string& field : velk::splitLine(text, velk::QuotedComma::Keep)) {

@@ -7,6 +7,7 @@
 namespace velk::xls {
 
 std::uint32_t TextSet::add(std::string_view text) {
+  // Half of the slots stay free, so that a free one is never far.
   if (texts_.size() * 2 >= slots_.size()) grow();
   const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(text));
   const std::size_t mask = slots_.size() - 1;

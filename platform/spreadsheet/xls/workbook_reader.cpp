@@ -10,7 +10,7 @@ namespace velk::xls {
 
 namespace {
 
-/// A packed number: an integer or the upper half of a double, and either may stand for a hundredth.
+/// A packed number: an integer or the upper half of a double, and either may be a hundredfold.
 double unpack(std::uint32_t packed) {
   constexpr std::uint32_t isHundredfold = 1;
   constexpr std::uint32_t isInteger = 2;

@@ -1,4 +1,4 @@
-// Reads a workbook stream: what its cells hold, and the formats in which their numbers show.
+// Reads a workbook stream: the contents of its cells, and the formats in which their numbers show.
 #pragma once
 
 #include <cstddef>

@@ -66,7 +66,7 @@ class WorkbookWriter {
   void writeGlobals() {
     constexpr std::size_t utf16 = 1200;
     beginSubstream(substreamGlobals);
-    records_.begin(Record::CodePage).u16(utf16);
+    records_.begin(Record::CodePage).u16(utf16);  // the order of what follows is the format's
     writeWindow();
     records_.begin(Record::DateMode).u16(0);
     for (std::size_t i = 0; i < plainFonts; ++i) writeFont(false);
@@ -123,6 +123,7 @@ class WorkbookWriter {
   }
 
   void writeSheet() {
+    // The list of sheets was written before the sheet's place was known.
     for (std::size_t i = 0; i < 4; ++i) {
       stream_[sheetOffset_ + i] = static_cast<char>(stream_.size() >> 8U * i);
     }
@@ -170,7 +171,7 @@ class WorkbookWriter {
   void writeCell(const Cell& cell) {
     const bool bold = sheet_.isBold(cell);
     const bool blank = cell.kind == Cell::Kind::Blank;
-    if (blank && !bold) return;
+    if (blank && !bold) return;  // a blank cell is there for its font only
     records_.begin(blank ? Record::Blank : Record::LabelSst);
     records_.u16(cell.row).u16(cell.column).u16(bold ? boldTextFormat : textFormat);
     if (!blank) records_.u32(cell.value);

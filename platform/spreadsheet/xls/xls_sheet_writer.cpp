@@ -76,6 +76,7 @@ void XlsSheetWriter::autoFit(int firstColumn, int lastColumn) {
   }
   for (int number = range.firstColumn; number <= range.lastColumn; ++number) {
     const double width = widths[static_cast<std::size_t>(number)];
+    // A column without texts keeps its width.
     if (width > 0) column(number + 1).width = width;
   }
 }
