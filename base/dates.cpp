@@ -1,18 +1,15 @@
 #include "base/dates.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
+#include <cstdio>
 
 namespace velk {
 
 namespace {
 
 constexpr std::chrono::sys_days dayZero{std::chrono::year{1899} / 12 / 30};
-constexpr int firstDay = (std::chrono::sys_days{std::chrono::year{100} / 1 / 1} - dayZero).count();
-constexpr int lastDay =
-    (std::chrono::sys_days{std::chrono::year{9999} / 12 / 31} - dayZero).count();
 
 std::chrono::year_month_day calendarDay(const CivilDate& civil) {
   return {std::chrono::year{civil.year}, std::chrono::month{static_cast<unsigned>(civil.month)},
@@ -22,29 +19,15 @@ std::chrono::year_month_day calendarDay(const CivilDate& civil) {
 /// What is no day at all (a driver's mistake) is taken at the nearest end, so that the conversion
 /// to a whole number stays defined.
 int dayNumber(Date date) {
-  if (!(date.days > firstDay)) return firstDay;
-  return static_cast<int>(std::min<double>(std::trunc(date.days), lastDay));
+  if (!(date.days > firstCalendarDay)) return firstCalendarDay;
+  return static_cast<int>(std::min<double>(std::trunc(date.days), lastCalendarDay));
 }
 
-CivilDate civilFromDayNumber(int number) {
-  const std::chrono::year_month_day day{dayZero + std::chrono::days{number}};
-  return {static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
-          static_cast<int>(static_cast<unsigned>(day.day()))};
-}
-
-/// Writes the last `width` decimal digits of a number.
-char* putDigits(char* to, int number, int width) {
-  for (int i = width - 1; i >= 0; --i, number /= 10) to[i] = static_cast<char>('0' + number % 10);
-  return to + width;
-}
-
-char* putTriple(char* to, const std::array<int, 3>& numbers, int firstWidth, int lastWidth,
-                char separator) {
-  to = putDigits(to, numbers[0], firstWidth);
-  *to++ = separator;
-  to = putDigits(to, numbers[1], 2);
-  *to++ = separator;
-  return putDigits(to, numbers[2], lastWidth);
+template <class... Numbers>
+std::string print(const char* format, Numbers... numbers) {
+  char text[80];  // enough for any six integers: the compiler checks that nothing is cut
+  const int length = std::snprintf(text, sizeof text, format, numbers...);
+  return {text, static_cast<std::size_t>(length)};
 }
 
 }  // namespace
@@ -60,30 +43,27 @@ Date dateFromCivil(const CivilDate& civil) {
 }
 
 CivilDate civilFromDate(Date date) {
-  return civilFromDayNumber(dayNumber(date));
+  const std::chrono::year_month_day day{dayZero + std::chrono::days{dayNumber(date)}};
+  return {static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
+          static_cast<int>(static_cast<unsigned>(day.day()))};
 }
 
 std::string formatDayFirst(Date date) {
   const CivilDate civil = civilFromDate(date);
-  std::array<char, 10> text{};
-  putTriple(text.data(), {civil.day, civil.month, civil.year}, 2, 4, '/');
-  return {text.begin(), text.end()};
+  return print("%02d/%02d/%04d", civil.day, civil.month, civil.year);
 }
 
 std::string formatIso(Date date) {
   int day = dayNumber(date);
   const double fraction = std::isfinite(date.days) ? std::abs(std::fmod(date.days, 1.0)) : 0.0;
   int second = static_cast<int>(std::lround(fraction * secondsPerDay));
-  if (second == secondsPerDay && day == lastDay) --second;
+  // Half a second before midnight rounds into the next day, unless there is none.
+  if (second == secondsPerDay && day == lastCalendarDay) --second;
   day += second / secondsPerDay;
   second %= secondsPerDay;
-
-  const CivilDate civil = civilFromDayNumber(day);
-  std::array<char, 19> text{};
-  char* to = putTriple(text.data(), {civil.year, civil.month, civil.day}, 4, 2, '-');
-  *to++ = ' ';
-  putTriple(to, {second / 3600, second / 60 % 60, second % 60}, 2, 2, ':');
-  return {text.begin(), text.end()};
+  const CivilDate civil = civilFromDate({static_cast<double>(day)});
+  return print("%04d-%02d-%02d %02d:%02d:%02d", civil.year, civil.month, civil.day, second / 3600,
+               second / 60 % 60, second % 60);
 }
 
 }  // namespace velk

@@ -1,15 +1,12 @@
-// Dates as the database and the automation runtime count them, and the reader of date texts.
+// Dates as the database and the automation runtime count them.
 //
 // A Date is an OLE automation date: days since 30 December 1899 as a double, the time of day in the
 // fraction. Before that day the fraction counts away from it: -1.25 is six in the morning of 29
 // December 1899. Years run from 100 to 9999; a Date outside them is taken at the nearest end.
-//
-// Date texts are always read day first, whatever the machine's locale says, so that one file gives
-// one ledger on every machine.
 #pragma once
 
+#include <array>
 #include <compare>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,23 +19,26 @@ struct Date {
   auto operator<=>(const Date&) const = default;
 };
 
+inline constexpr int firstCalendarDay = -657434;  ///< 1 January 100
+inline constexpr int lastCalendarDay = 2958465;   ///< 31 December 9999
+/// True for every time from the first to the last day; the fraction counts away from day 0 on both
+/// sides.
+constexpr bool isInCalendar(double days) {
+  return days > firstCalendarDay - 1 && days < lastCalendarDay + 1;
+}
+
+inline constexpr std::array<std::string_view, 12> monthNames{
+    "January", "February", "March",     "April",   "May",      "June",
+    "July",    "August",   "September", "October", "November", "December"};
+/// From Saturday on, as day 0 was one.
+inline constexpr std::array<std::string_view, 7> weekDayNames{
+    "Saturday", "Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday"};
+
 struct CivilDate {
   int year;
   int month;
   int day;
   bool operator==(const CivilDate&) const = default;
-};
-
-/// The order of the numbers that read a date text. A month by name says nothing about it: "Mar 5,
-/// 2008" counts as day-month-year, as does a text without a day.
-enum class DateOrder { DayMonthYear, MonthDayYear, YearMonthDay };
-
-struct DateReading {
-  Date date;
-  DateOrder order = DateOrder::DayMonthYear;
-  /// True when the text reads as another date with month and day exchanged (03/04/2008): a file
-  /// written month first would be misread without any error.
-  bool ambiguous = false;
 };
 
 /// True when the three numbers name a day of the calendar within the years 100 to 9999.
@@ -47,25 +47,6 @@ bool isCivil(const CivilDate& civil);
 /// The whole day. The civil date has to be one (isCivil).
 Date dateFromCivil(const CivilDate& civil);
 CivilDate civilFromDate(Date date);
-
-/// Reads a date text: day-month-year, else month-day-year, else year-month-day, whichever is the
-/// first that names a real day. Parts are separated by one of "/", "-", ".", "," with or without
-/// blanks around it, or by blanks alone; nothing need stand between a number and a name. The month
-/// may be an English name or its first three letters, in any letter case, before or behind the
-/// numbers; a name of a week day is passed over. Years have one to four digits, those of one and
-/// two being 1930 to 2029; a year that comes first, or without a day, has three or four. Blanks
-/// around the whole do not count.
-///
-/// Two numbers are day and month, else month and day, of `currentYear`, else month and year, else
-/// year and month, meaning the first of that month: 31/12, 12/31, 3/2008, 2008/3. A month's name
-/// with one number likewise: Mar 31, Mar 2008.
-///
-/// A time of day may stand behind the date, or in front of it, apart by blanks or a comma, and
-/// becomes the fraction: "10:30", "10:30:15 pm", "10:30:15.250", "10 pm"; hours 0 to 23.
-///
-/// No date: a number alone, a time alone, a decimal number ("31.12", "31,12") or one in groups
-/// ("1,23,456"), anything that names no real day (31/02/2008, 31/02), anything left over.
-std::optional<DateReading> readDate(std::string_view text, int currentYear);
 
 /// "DD/MM/YYYY", the time of day dropped.
 std::string formatDayFirst(Date date);

@@ -12,14 +12,16 @@ namespace velk {
 namespace {
 
 constexpr double exactWhole = 9007199254740992;  // 2^53: each whole number below is a double
-constexpr int digitsShown = 15;
-constexpr int lastPlainPoint = 21;  // up to twenty-one digits in front of the point
-constexpr int firstPlainPoint = -9;
+constexpr int digitsShown = 15;      // as many as a double keeps of every decimal number
+constexpr int lastPlainPoint = 21;   // up to twenty-one digits before the point
+constexpr int firstPlainPoint = -9;  // up to nine zeros after it
 
 }  // namespace
 
 Decimal::Decimal(double value) {
   const double positive = std::fabs(value);
+  // Whole numbers keep all their digits, as an account number must; others 15, so that 0.1 + 0.2
+  // is 0.3.
   if (positive == std::trunc(positive) && positive < exactWhole) {
     digits_ = std::to_string(static_cast<std::uint64_t>(positive));
     point_ = static_cast<int>(digits_.size());
@@ -47,11 +49,13 @@ void Decimal::stripZeros() {
 }
 
 void Decimal::round(int places) {
+  // By the decimal digits, not by the double: 2.675 has to give 2.68, although the double is below.
   const int kept = point_ + places;
   if (kept >= static_cast<int>(digits_.size())) return;
   const bool up = kept >= 0 && digits_[static_cast<std::size_t>(kept)] >= '5';
   digits_.resize(static_cast<std::size_t>(std::max(kept, 0)));
   if (up) {
+    // A zero in front takes the carry of 99.
     digits_.insert(digits_.begin(), '0');
     ++point_;
     auto digit = digits_.end();

@@ -16,12 +16,13 @@ class Decimal {
   void scale(int power) {
     if (!isZero()) point_ += power;
   }
-  /// Rounds to so many places behind the point; a half goes away from zero.
+  /// Rounds to so many places after the point; a half goes away from zero.
   void round(int places);
 
-  /// The digits in front of the point, without leading zeros; none below one.
+  /// The digits before the point, without leading zeros; empty for a number below one.
   std::string whole() const;
-  /// The digits behind the point, `places` of them; without `places` all that are not zero.
+  /// The digits after the point, `places` of them; without `places` up to the last that is not
+  /// zero.
   std::string fraction(int places) const;
   std::string fraction() const;
   /// Digits and, far from one, an exponent: "1234.5", "1.5E+21".

@@ -1,118 +1,73 @@
 #include "base/errors.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace velk {
 
 namespace {
 
-std::string_view runtimeDescription(ErrorNumber number) {
-  switch (number) {
-    case ErrorNumber::InvalidProcedureCall:
-      return "Invalid procedure call or argument";
-    case ErrorNumber::Overflow:
-      return "Overflow";
-    case ErrorNumber::OutOfMemory:
-      return "Out of memory";
-    case ErrorNumber::SubscriptOutOfRange:
-      return "Subscript out of range";
-    case ErrorNumber::TypeMismatch:
-      return "Type mismatch";
-    case ErrorNumber::ObjectNotSet:
-      return "Object variable or With block variable not set";
-    case ErrorNumber::InvalidUseOfNull:
-      return "Invalid use of Null";
-    case ErrorNumber::InvalidPropertyValue:
-      return "Invalid property value";
-    case ErrorNumber::CannotCreateObject:
-      return "ActiveX component can't create object";
-    case ErrorNumber::NoSuchPropertyOrMethod:
-      return "Object doesn't support this property or method";
-    case ErrorNumber::InvalidPicture:
-      return "Invalid picture";
-    case ErrorNumber::CancelSelected:
-      return "Cancel was selected.";
-    case ErrorNumber::IndexOutOfBounds:
-      return "Index out of bounds";
-    default:
-      return {};
-  }
-}
+struct Description {
+  ErrorNumber number;
+  std::string_view text;
+};
 
-std::string_view fileDescription(ErrorNumber number) {
-  switch (number) {
-    case ErrorNumber::BadFileNameOrNumber:
-      return "Bad file name or number";
-    case ErrorNumber::FileNotFound:
-      return "File not found";
-    case ErrorNumber::FileAlreadyOpen:
-      return "File already open";
-    case ErrorNumber::DeviceIo:
-      return "Device I/O error";
-    case ErrorNumber::DiskFull:
-      return "Disk full";
-    case ErrorNumber::InputPastEnd:
-      return "Input past end of file";
-    case ErrorNumber::TooManyFiles:
-      return "Too many files";
-    case ErrorNumber::PermissionDenied:
-      return "Permission denied";
-    case ErrorNumber::PathFileAccess:
-      return "Path/File access error";
-    case ErrorNumber::PathNotFound:
-      return "Path not found";
-    case ErrorNumber::InvalidFileFormat:
-      return "Invalid file format";
-    default:
-      return {};
-  }
-}
-
-std::string_view dataDescription(ErrorNumber number) {
-  switch (number) {
-    case ErrorNumber::NoCurrentRecord:
-      return "Either BOF or EOF is True, or the current record has been deleted. Requested "
-             "operation "
-             "requires a current record.";
-    case ErrorNumber::ItemNotFound:
-      return "Item cannot be found in the collection corresponding to the requested name or "
-             "ordinal.";
-    case ErrorNumber::WrongArgumentType:
-      return "Application uses a value of the wrong type for the current operation.";
-    case ErrorNumber::ObjectClosed:
-      return "Operation is not allowed when the object is closed.";
-    case ErrorNumber::ConnectionInvalid:
-      return "The connection cannot be used to perform this operation. It is either closed or "
-             "invalid in this context.";
-    case ErrorNumber::ProviderTimeout:
-      return "The database did not answer in time";
-    case ErrorNumber::IntegrityViolation:
-      return "The database refused the data: a constraint would be violated";
-    case ErrorNumber::DataTruncated:
-      return "A text is too long for its database column";
-    case ErrorNumber::NoSuchTable:
-      return "The database has no such table";
-    case ErrorNumber::LoginFailed:
-      return "The database refused the login";
-    case ErrorNumber::NoPermission:
-      return "The database user lacks the permission";
-    case ErrorNumber::CommandErrors:
-      return "The database could not process the command";
-    case ErrorNumber::ProviderFailure:
-      return "Unspecified database error";
-    default:
-      return {};
-  }
-}
+// Users and support search for these texts: they are the runtime's and the libraries' own, to the
+// letter. Only those of the provider's numbers, whose drivers bring a text of their own, are ours.
+constexpr Description descriptions[] = {
+    {ErrorNumber::InvalidProcedureCall, "Invalid procedure call or argument"},
+    {ErrorNumber::Overflow, "Overflow"},
+    {ErrorNumber::OutOfMemory, "Out of memory"},
+    {ErrorNumber::SubscriptOutOfRange, "Subscript out of range"},
+    {ErrorNumber::TypeMismatch, "Type mismatch"},
+    {ErrorNumber::ObjectNotSet, "Object variable or With block variable not set"},
+    {ErrorNumber::InvalidUseOfNull, "Invalid use of Null"},
+    {ErrorNumber::InvalidPropertyValue, "Invalid property value"},
+    {ErrorNumber::CannotCreateObject, "ActiveX component can't create object"},
+    {ErrorNumber::NoSuchPropertyOrMethod, "Object doesn't support this property or method"},
+    {ErrorNumber::InvalidPicture, "Invalid picture"},
+    {ErrorNumber::CancelSelected, "Cancel was selected."},
+    {ErrorNumber::IndexOutOfBounds, "Index out of bounds"},
+    {ErrorNumber::BadFileNameOrNumber, "Bad file name or number"},
+    {ErrorNumber::FileNotFound, "File not found"},
+    {ErrorNumber::FileAlreadyOpen, "File already open"},
+    {ErrorNumber::DeviceIo, "Device I/O error"},
+    {ErrorNumber::DiskFull, "Disk full"},
+    {ErrorNumber::InputPastEnd, "Input past end of file"},
+    {ErrorNumber::TooManyFiles, "Too many files"},
+    {ErrorNumber::PermissionDenied, "Permission denied"},
+    {ErrorNumber::PathFileAccess, "Path/File access error"},
+    {ErrorNumber::PathNotFound, "Path not found"},
+    {ErrorNumber::InvalidFileFormat, "Invalid file format"},
+    {ErrorNumber::NoCurrentRecord,
+     "Either BOF or EOF is True, or the current record has been deleted. Requested operation "
+     "requires a current record."},
+    {ErrorNumber::ItemNotFound,
+     "Item cannot be found in the collection corresponding to the requested name or ordinal."},
+    {ErrorNumber::WrongArgumentType,
+     "Application uses a value of the wrong type for the current operation."},
+    {ErrorNumber::ObjectClosed, "Operation is not allowed when the object is closed."},
+    {ErrorNumber::ConnectionInvalid,
+     "The connection cannot be used to perform this operation. It is either closed or invalid in "
+     "this context."},
+    {ErrorNumber::ProviderTimeout, "The database did not answer in time"},
+    {ErrorNumber::IntegrityViolation,
+     "The database refused the data: a constraint would be violated"},
+    {ErrorNumber::DataTruncated, "A text is too long for its database column"},
+    {ErrorNumber::NoSuchTable, "The database has no such table"},
+    {ErrorNumber::LoginFailed, "The database refused the login"},
+    {ErrorNumber::NoPermission, "The database user lacks the permission"},
+    {ErrorNumber::CommandErrors, "The database could not process the command"},
+    {ErrorNumber::ProviderFailure, "Unspecified database error"},
+};
 
 }  // namespace
 
 std::string_view standardDescription(ErrorNumber number) {
-  for (const auto describe : {runtimeDescription, fileDescription, dataDescription}) {
-    const std::string_view description = describe(number);
-    if (!description.empty()) return description;
-  }
-  return "Application-defined or object-defined error";
+  const auto* const found = std::ranges::find(descriptions, number, &Description::number);
+  return found == std::end(descriptions) ? "Application-defined or object-defined error"
+                                         : found->text;
 }
 
 RuntimeError::RuntimeError(ErrorNumber number)

@@ -14,92 +14,62 @@ namespace velk {
 
 namespace {
 
-constexpr std::string_view digits = "0123456789";
-
-/// The pieces of a number's text; `end` is the length of the whole run, 0 when there is none.
+/// A number at the start of a text, and how much of the text it takes; 0 when there is none.
 struct NumberRun {
-  std::size_t mantissa = 0;  // behind the sign
-  std::size_t exponent = 0;  // position of the letter; `end` when there is no exponent
-  std::size_t end = 0;
+  double value = 0;
+  std::size_t length = 0;
 };
 
-std::size_t skipDigits(std::string_view text, std::size_t at) {
-  return std::min(text.find_first_not_of(digits, at), text.size());
-}
-
-std::size_t skipSign(std::string_view text, std::size_t at) {
-  return at < text.size() && (text[at] == '+' || text[at] == '-') ? at + 1 : at;
-}
-
-/// The end of an exponent that starts at `at`; `at` itself when there is none with digits.
-std::size_t skipExponent(std::string_view text, std::size_t at) {
-  constexpr std::string_view letters = "EeDd";
-  if (at == text.size() || letters.find(text[at]) == std::string_view::npos) return at;
-  const std::size_t first = skipSign(text, at + 1);
-  const std::size_t end = skipDigits(text, first);
-  return end == first ? at : end;
-}
-
-NumberRun findRun(std::string_view text) {
-  const std::size_t start = skipSign(text, 0);
-  const std::size_t point = skipDigits(text, start);
-  const bool hasPoint = point < text.size() && text[point] == '.';
-  const std::size_t end = hasPoint ? skipDigits(text, point + 1) : point;
-  const std::size_t count = end - start - (hasPoint ? 1 : 0);
-  if (count == 0) return {};
-  return {start, end, skipExponent(text, end)};
-}
-
-/// Where a number beyond a double's range lies: above it rather than below. The power of ten of the
+/// Whether a number outside a double's range is above it rather than below. The power of ten of the
 /// first digit that is not zero decides; next to a double's range an error of one does not matter.
-bool isHuge(std::string_view mantissa, std::string_view exponent) {
-  const std::size_t significant = std::min(mantissa.find_first_of("123456789"), mantissa.size());
-  const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
-  const auto power = static_cast<double>(point) - static_cast<double>(significant);
-  double written = 0;
-  for (const char digit : exponent.substr(skipSign(exponent, 0))) {
-    written = written * 10 + (digit - '0');
-  }
+bool isHuge(std::string_view run) {
+  const std::size_t letter = std::min(run.find('e'), run.size());
+  const std::size_t point = std::min(run.find('.'), letter);
+  const std::size_t significant = std::min(run.find_first_of("123456789"), letter);
+  const std::string_view exponent = run.substr(std::min(letter + 1, run.size()));
+  const std::size_t sign = exponent.starts_with('-') || exponent.starts_with('+') ? 1 : 0;
+  double written = exponent.empty() ? 0 : HUGE_VAL;  // and stays so where it has too many digits
+  std::from_chars(exponent.data() + sign, exponent.data() + exponent.size(), written);
+  const double power = static_cast<double>(point) - static_cast<double>(significant);
   return power + (exponent.starts_with('-') ? -written : written) > 0;
 }
 
-double readMagnitude(std::string_view mantissa, std::string_view exponent) {
-  std::string withLetterE;  // from_chars knows no D and no + in front
-  std::string_view text(mantissa.data(), mantissa.size());
-  if (!exponent.empty()) {
-    withLetterE.append(mantissa).append(1, 'e').append(exponent.substr(exponent[0] == '+' ? 1 : 0));
-    text = withLetterE;
+NumberRun readNumber(std::string_view text) {
+  const std::size_t sign = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
+  // from_chars takes the longest run that is a number, but knows no plus sign and no exponent after
+  // D, and takes infinities, too.
+  std::string digits(text.substr(sign));
+  const std::size_t letter = digits.find_first_not_of("0123456789.");
+  if (letter == 0) return {};
+  if (letter != std::string::npos &&
+      std::string_view("EDd").find(digits[letter]) != std::string::npos) {
+    digits[letter] = 'e';
   }
   double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  const bool outside = result.ec == std::errc::result_out_of_range || std::isinf(value);
-  if (!outside) return value;
-  if (isHuge(mantissa, exponent)) throw RuntimeError(ErrorNumber::Overflow);
-  return 0;
-}
-
-double readRun(std::string_view text, const NumberRun& run) {
-  const std::string_view mantissa = text.substr(run.mantissa, run.exponent - run.mantissa);
-  const std::string_view exponent = run.exponent == run.end
-                                        ? std::string_view()
-                                        : text.substr(run.exponent + 1, run.end - run.exponent - 1);
-  const double magnitude = readMagnitude(mantissa, exponent);
-  return text[0] == '-' ? -magnitude : magnitude;
+  const char* const end = digits.data() + digits.size();
+  const auto [behind, failure] = std::from_chars(digits.data(), end, value);
+  if (failure == std::errc::invalid_argument) return {};
+  const auto length = static_cast<std::size_t>(behind - digits.data());
+  if (failure == std::errc::result_out_of_range || std::isinf(value)) {
+    if (isHuge(std::string_view(digits).substr(0, length))) {
+      throw RuntimeError(ErrorNumber::Overflow);
+    }
+    value = 0;
+  }
+  return {text.starts_with('-') ? -value : value, sign + length};
 }
 
 }  // namespace
 
 double leadingNumber(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-  const NumberRun run = findRun(text);
-  return run.end == 0 ? 0 : readRun(text, run);
+  return readNumber(text.substr(std::min(text.find_first_not_of(' '), text.size()))).value;
 }
 
-std::optional<double> wholeNumber(std::string_view text) {
-  text = trim(text);
-  const NumberRun run = findRun(text);
-  if (run.end == 0 || run.end != text.size()) return std::nullopt;
-  return readRun(text, run);
+std::optional<double> parseNumber(std::string_view text) {
+  const std::string_view trimmed = trim(text);
+  const NumberRun run = readNumber(trimmed);
+  if (run.length == 0 || run.length != trimmed.size()) return std::nullopt;
+  return run.value;
 }
 
 std::int16_t toInt16(std::int64_t number) {

@@ -15,25 +15,18 @@ struct Character {
   std::size_t length = 1;  // in units of the text it was read from
 };
 
-/// True when `Count` words of eight bytes from `bytes` on are ASCII.
-template <std::size_t Count>
-bool areAscii(const char* bytes) {
-  std::uint64_t all = 0;
-  for (std::size_t i = 0; i < Count; ++i) {
-    std::uint64_t word;
-    std::memcpy(&word, bytes + i * sizeof word, sizeof word);
-    all |= word;
-  }
-  return (all & 0x8080808080808080U) == 0;
-}
-
-/// How many bytes at the start are ASCII. Large steps first: most texts are ASCII throughout.
+/// How many bytes at the start are ASCII. Blocks first, which the compiler turns into a few wide
+/// instructions: most texts are ASCII throughout.
 std::size_t asciiRun(std::string_view bytes) {
-  std::size_t i = 0;
-  while (i + 64 <= bytes.size() && areAscii<8>(bytes.data() + i)) i += 64;
-  while (i + 8 <= bytes.size() && areAscii<1>(bytes.data() + i)) i += 8;
-  while (i < bytes.size() && static_cast<unsigned char>(bytes[i]) < 0x80) ++i;
-  return i;
+  constexpr std::size_t blockSize = 64;
+  std::size_t run = 0;
+  for (; run + blockSize <= bytes.size(); run += blockSize) {
+    unsigned char all = 0;
+    for (std::size_t i = 0; i < blockSize; ++i) all |= static_cast<unsigned char>(bytes[run + i]);
+    if (all >= 0x80) break;
+  }
+  while (run < bytes.size() && static_cast<unsigned char>(bytes[run]) < 0x80) ++run;
+  return run;
 }
 
 bool isContinuation(char byte) {
@@ -63,6 +56,7 @@ Character firstCharacter(std::string_view text) {
     if (!isContinuation(text[i])) return {};
     code = code << 6U | (static_cast<unsigned char>(text[i]) & 0x3FU);
   }
+  // Longer forms than needed are no UTF-8: they hide characters from those who look for them.
   const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
   if (overlong || isSurrogate(code) || code > 0x10FFFF) return {};
   return {code, length};
@@ -76,26 +70,21 @@ Character firstCharacter(std::u16string_view text) {
   return {0x10000 + ((unit - 0xD800) << 10U) + (next - 0xDC00), 2};
 }
 
-/// Writes a character's UTF-8 at `to`, which has room for four bytes, and returns the place behind.
-char* putUtf8(char* to, char32_t code) {
-  const auto put = [&to](char32_t byte) { *to++ = static_cast<char>(byte); };
-  const auto putTail = [&](unsigned shift) { put(0x80U | (code >> shift & 0x3FU)); };
-  if (code < 0x80) {
-    put(code);
-    return to;
-  }
+void appendUtf8(std::string& to, char32_t code) {
+  const auto append = [&to](char32_t byte) { to += static_cast<char>(byte); };
+  const auto appendTail = [&](unsigned shift) { append(0x80U | (code >> shift & 0x3FU)); };
+  if (code < 0x80) return append(code);
   if (code < 0x800) {
-    put(0xC0U | code >> 6U);
+    append(0xC0U | code >> 6U);
   } else if (code < 0x10000) {
-    put(0xE0U | code >> 12U);
-    putTail(6);
+    append(0xE0U | code >> 12U);
+    appendTail(6);
   } else {
-    put(0xF0U | code >> 18U);
-    putTail(12);
-    putTail(6);
+    append(0xF0U | code >> 18U);
+    appendTail(12);
+    appendTail(6);
   }
-  putTail(0);
-  return to;
+  appendTail(0);
 }
 
 void appendUtf16(std::u16string& to, char32_t code) {
@@ -122,23 +111,11 @@ void forEachPiece(std::string_view text, AddRun addRun, AddCharacter addCharacte
   }
 }
 
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
-char upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
-}
-
 }  // namespace
 
-CodePage::CodePage(const std::array<char16_t, 128>& upper) : upper_(upper), utf8_() {
+CodePage::CodePage(const std::array<char16_t, 128>& upper) : upper_(upper) {
   for (std::size_t byte = 0; byte < utf8_.size(); ++byte) {
-    const char32_t code = byte < 0x80 ? static_cast<char32_t>(byte) : upper[byte - 0x80];
-    std::array<char, 4> bytes{};
-    const char* const end = putUtf8(bytes.data(), code);
-    Utf8& entry = utf8_[byte];
-    entry.length = static_cast<unsigned char>(end - bytes.data());
-    std::copy_n(bytes.data(), entry.bytes.size(), entry.bytes.data());
+    appendUtf8(utf8_[byte], byte < 0x80 ? static_cast<char32_t>(byte) : upper[byte - 0x80]);
   }
 }
 
@@ -157,16 +134,19 @@ const CodePage& CodePage::windows1252() {
 std::string CodePage::decode(std::string_view bytes) const {
   std::string text;
   text.reserve(bytes.size());
+  appendDecoded(text, bytes);
+  return text;
+}
+
+void CodePage::appendDecoded(std::string& to, std::string_view bytes) const {
   while (!bytes.empty()) {
     const std::size_t run = asciiRun(bytes);
-    text.append(bytes.substr(0, run));
+    to.append(bytes.substr(0, run));
     bytes.remove_prefix(run);
     for (; !bytes.empty() && static_cast<unsigned char>(bytes[0]) >= 0x80; bytes.remove_prefix(1)) {
-      const Utf8& entry = utf8_[static_cast<unsigned char>(bytes[0])];
-      text.append(entry.bytes.data(), entry.length);
+      to += utf8_[static_cast<unsigned char>(bytes[0])];
     }
   }
-  return text;
 }
 
 std::string CodePage::encode(std::string_view text) const {
@@ -204,9 +184,7 @@ std::string toUtf8(std::u16string_view text) {
   bytes.reserve(text.size());
   while (!text.empty()) {
     const Character character = firstCharacter(text);
-    std::array<char, 4> utf8;
-    char* const end = putUtf8(utf8.data(), character.code);
-    bytes.append(utf8.data(), end);
+    appendUtf8(bytes, character.code);
     text.remove_prefix(character.length);
   }
   return bytes;
@@ -218,24 +196,30 @@ std::string_view trim(std::string_view text) {
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
+char lowerAscii(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
 std::string lowerAscii(std::string_view text) {
   std::string result(text);
-  std::transform(result.begin(), result.end(), result.begin(), lower);
+  for (char& c : result) c = lowerAscii(c);
   return result;
 }
 
 std::string upperAscii(std::string_view text) {
   std::string result(text);
-  std::transform(result.begin(), result.end(), result.begin(), upper);
+  for (char& c : result) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - ('a' - 'A'));
+  }
   return result;
 }
 
 bool equalsIgnoringCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return lower(x) == lower(y); });
+  return std::ranges::equal(a, b, [](char x, char y) { return lowerAscii(x) == lowerAscii(y); });
 }
 
 std::size_t lastCharacter(std::string_view text) {
+  // A valid character that reaches the end is the last one; else it is a stray byte.
   constexpr std::size_t longest = 4;
   for (std::size_t length = 2; length <= std::min(longest, text.size()); ++length) {
     const std::size_t start = text.size() - length;

@@ -17,33 +17,21 @@ class CodePage {
   /// `upper` gives the character of each byte from 0x80 to 0xFF.
   explicit CodePage(const std::array<char16_t, 128>& upper);
 
-  /// windows-1252. Its five undefined bytes (81, 8D, 8F, 90, 9D) stand for the C1 controls of the
+  /// windows-1252. Its five undefined bytes (81, 8D, 8F, 90, 9D) are the C1 controls of the
   /// same number, both ways, so that no byte is lost.
   static const CodePage& windows1252();
 
   /// Bytes to UTF-8. Every byte has a character.
   std::string decode(std::string_view bytes) const;
+  /// The same, at the end of a text.
+  void appendDecoded(std::string& to, std::string_view bytes) const;
 
   /// UTF-8 to bytes; a character that the page lacks, and each byte that is no UTF-8, becomes "?".
   std::string encode(std::string_view text) const;
 
-  /// How many bytes of UTF-8 one decoded byte takes (1 to 3).
-  std::size_t utf8Length(unsigned char byte) const { return utf8_[byte].length; }
-
-  /// Writes the UTF-8 of one byte at `to` and returns the place behind it.
-  char* decodeByte(unsigned char byte, char* to) const {
-    const Utf8& u = utf8_[byte];
-    for (std::size_t i = 0; i < u.length; ++i) *to++ = u.bytes[i];
-    return to;
-  }
-
  private:
-  struct Utf8 {
-    std::array<char, 3> bytes;
-    unsigned char length;
-  };
   std::array<char16_t, 128> upper_;
-  std::array<Utf8, 256> utf8_;
+  std::array<std::string, 256> utf8_;  // of each byte
 };
 
 /// True when all bytes are below 0x80.
@@ -57,6 +45,7 @@ std::string toUtf8(std::u16string_view text);
 std::string_view trim(std::string_view text);
 
 /// Letters A to Z in lower or upper case; every other character unchanged.
+char lowerAscii(char c);
 std::string lowerAscii(std::string_view text);
 std::string upperAscii(std::string_view text);
 bool equalsIgnoringCase(std::string_view a, std::string_view b);

@@ -1,5 +1,4 @@
-// An immutable column of texts: one character buffer and one table of offsets, both shared with the
-// other columns of the same table.
+// An immutable column of texts, as one of many of a table that keeps all its characters together.
 //
 // Touching fresh memory is the main cost of a big file, so a cell is four bytes and no object.
 #pragma once
@@ -7,37 +6,49 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace velk {
 
-/// Where the cells of a table stand: row by row, `stride` cells a row.
-struct CellOffsets {
-  std::shared_ptr<const std::uint32_t[]> offsets;
-  std::size_t rows = 0;
-  std::size_t stride = 0;
+/// The cells of a table, row by row, all rows complete. Each is an offset into the characters,
+/// where its text starts; a NUL ends it, so texts contain none.
+struct TextCells {
+  std::size_t columns = 0;
+  std::string characters;
+  std::vector<std::uint32_t> offsets;
+
+  std::size_t rows() const { return columns == 0 ? 0 : offsets.size() / columns; }
 };
 
 class TextColumn {
  public:
-  /// Column `column` of a table. Every offset points into `buffer` at the start of a text that a
-  /// NUL ends; texts hold no NUL.
-  TextColumn(std::shared_ptr<const char[]> buffer, CellOffsets cells, std::size_t column)
-      : buffer_(std::move(buffer)), cells_(std::move(cells)), column_(column) {}
+  TextColumn(std::shared_ptr<const TextCells> cells, std::size_t column)
+      : cells_(std::move(cells)), column_(column) {}
 
-  std::size_t size() const { return cells_.rows; }
+  /// All columns of a table; they share its cells.
+  static std::vector<std::shared_ptr<const TextColumn>> of(TextCells&& table) {
+    const auto cells = std::make_shared<const TextCells>(std::move(table));
+    std::vector<std::shared_ptr<const TextColumn>> columns;
+    for (std::size_t column = 0; column < cells->columns; ++column) {
+      columns.push_back(std::make_shared<const TextColumn>(cells, column));
+    }
+    return columns;
+  }
+
+  std::size_t size() const { return cells_->rows(); }
   /// The text at a zero-based position below size().
   std::string_view operator[](std::size_t row) const { return start(row); }
   bool isEmpty(std::size_t row) const { return *start(row) == '\0'; }
 
  private:
   const char* start(std::size_t row) const {
-    return buffer_.get() + cells_.offsets.get()[row * cells_.stride + column_];
+    return cells_->characters.data() + cells_->offsets[row * cells_->columns + column_];
   }
 
-  std::shared_ptr<const char[]> buffer_;
-  CellOffsets cells_;
+  std::shared_ptr<const TextCells> cells_;
   std::size_t column_;
 };
 

@@ -7,7 +7,7 @@ namespace velk {
 
 /// `Kind` says what is owned:
 ///   using Handle = ...;               the handle's type
-///   static Handle none();             the value that stands for no handle
+///   static Handle none();             the value that means no handle
 ///   static void close(Handle handle); gives a handle back; never called with none()
 /// An alias names each kind beside the code that uses it.
 template <class Kind>

@@ -7,6 +7,7 @@
 #include <limits>
 #include <optional>
 
+#include "base/date_reader.h"
 #include "base/errors.h"
 #include "base/numbers.h"
 
@@ -29,7 +30,7 @@ std::string textOf(std::int32_t number) {
 
 std::string textOf(double number) {
   constexpr int significantDigits = 15;  // as many as every double keeps of a decimal number
-  if (number == 0) return "0";           // zero may have a minus sign
+  if (number == 0) return "0";           // else -0 would show its sign
   std::array<char, 32> text;
   char* const end = std::to_chars(text.data(), text.data() + text.size(), number,
                                   std::chars_format::general, significantDigits)
@@ -54,10 +55,7 @@ Date dateOf(Date date, int) {
 }
 
 Date dateOf(double days, int) {
-  const double first = dateFromCivil({100, 1, 1}).days;
-  const double last = dateFromCivil({9999, 12, 31}).days;
-  // The fraction counts away from day 0 on both sides.
-  if (!(days > first - 1 && days < last + 1)) throw RuntimeError(ErrorNumber::Overflow);
+  if (!isInCalendar(days)) throw RuntimeError(ErrorNumber::Overflow);
   return {days};
 }
 
@@ -80,6 +78,7 @@ std::int32_t int32Of(std::int32_t number) {
 
 std::int32_t int32Of(double number) {
   using Limits = std::numeric_limits<std::int32_t>;
+  // Halves to even: the default rounding, which nobody changes. Written so that NaN overflows.
   const double rounded = std::nearbyint(number);
   if (!(rounded >= Limits::min() && rounded <= Limits::max())) {
     throw RuntimeError(ErrorNumber::Overflow);
@@ -92,7 +91,7 @@ std::int32_t int32Of(Date date) {
 }
 
 std::int32_t int32Of(const std::string& text) {
-  const std::optional<double> number = wholeNumber(text);
+  const std::optional<double> number = parseNumber(text);
   if (!number) throw RuntimeError(ErrorNumber::TypeMismatch);
   return int32Of(*number);
 }

@@ -1,4 +1,4 @@
-// What a database field holds and a parameter or a control's property carries.
+// The value of a database field, of a parameter or of a control's property.
 #pragma once
 
 #include <cstdint>
@@ -27,9 +27,9 @@ inline bool isNull(const Value& value) {
 /// the second.
 std::string toText(const Value& value);
 
-/// The value as a date: a number counts days, a text is read day first (dates.h), `currentYear`
-/// filling a missing year. Errors: 94 for null, 13 for a text that is no date, 6 for a number
-/// outside the years 100 to 9999.
+/// The value as a date: a number counts days, a text is read day first (date_reader.h),
+/// `currentYear` filling a missing year. Errors: 94 for null, 13 for a text that is no date, 6 for
+/// a number outside the years 100 to 9999.
 Date toDate(const Value& value, int currentYear);
 
 /// The value as a whole number, halves to even; a date counts as its days. A text has to be a

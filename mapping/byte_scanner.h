@@ -12,10 +12,9 @@
 namespace velk {
 
 /// Stops at every NUL, carriage return, double quote and comma. A byte of anything else costs next
-/// to nothing: one mask tells all stops of a block, and no branch depends on what stands between
-/// them.
+/// to nothing: one mask tells all stops of a block, and no branch depends on what is between them.
 ///
-/// Behind the text stand at least `blockSize` NUL bytes, so that the scanner stops at the end of
+/// At least `blockSize` NUL bytes follow the text, so that the scanner stops at the end of
 /// the text and never reads beyond them.
 class ByteScanner {
  public:

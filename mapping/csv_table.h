@@ -3,10 +3,10 @@
 
 #include <cstddef>
 #include <functional>
+#include <string>
 
 #include "base/errors.h"
 #include "mapping/file_table.h"
-#include "shared/file_text.h"
 
 namespace velk {
 
@@ -14,7 +14,7 @@ namespace velk {
 /// of a few megabytes can ask for that by one long first line above many short ones.
 inline constexpr std::size_t maxCells = std::size_t{1} << 26;
 
-/// More columns than this are refused likewise: no list shows them, and each costs an object.
+/// More columns than this are refused, too: no list shows them, and each costs an object.
 inline constexpr std::size_t maxColumns = 32767;
 
 /// Lines end at each carriage return + line feed pair and nowhere else. The first one holds the
@@ -22,7 +22,7 @@ inline constexpr std::size_t maxColumns = 32767;
 /// titles are left out. The text's buffer is rewritten in place and kept by the columns. A field
 /// that can't be unquoted is reported and empty. Errors: 9 for an empty text, 7 beyond maxCells or
 /// maxColumns.
-FileTable readCsvTable(FileText text,
+FileTable readCsvTable(std::string text,
                        const std::function<void(const RuntimeError&)>& unquoteFailed);
 
 }  // namespace velk

@@ -7,7 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "base/growing_buffer.h"
 #include "base/text_column.h"
 
 namespace velk {
@@ -15,21 +14,19 @@ namespace velk {
 class TextTable {
  public:
   /// Cells come row by row, `columns` of them a row.
-  explicit TextTable(std::size_t columns) : columns_(columns) {}
+  explicit TextTable(std::size_t columns) { cells_.columns = columns; }
 
   /// Errors: 321 for a text with a NUL in it, 7 beyond a quarter of a gigabyte.
   void add(std::string_view text);
   /// Complete rows.
-  std::size_t rows() const { return cells_ / columns_; }
+  std::size_t rows() const { return cells_.rows(); }
   /// The columns of the complete rows; the table is empty again.
-  std::vector<std::shared_ptr<const TextColumn>> release();
+  std::vector<std::shared_ptr<const TextColumn>> release() {
+    return TextColumn::of(std::move(cells_));
+  }
 
  private:
-  std::size_t columns_;
-  GrowingBuffer<char> texts_;
-  std::size_t length_ = 0;
-  GrowingBuffer<std::uint32_t> offsets_;
-  std::size_t cells_ = 0;
+  TextCells cells_;
 };
 
 }  // namespace velk

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "base/date_reader.h"
 #include "base/errors.h"
 #include "base/numbers.h"
 

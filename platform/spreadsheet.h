@@ -1,6 +1,6 @@
 // The spreadsheet: the little that the system reads from workbooks and writes to new ones.
 //
-// Behind it stands the installed spreadsheet application, or the system's own reader and writer of
+// Either the installed spreadsheet application does it, or the system's own reader and writer of
 // .xls. Rows and columns count from 1, up to 65,536 rows and 256 columns; a cell outside them is
 // error 9. Whatever the realization meets is a RuntimeError: the numbers of platform/files.h, 321
 // (invalid file format) for a file that is no readable workbook, 429 when the application can't be
@@ -52,10 +52,10 @@ class WorksheetWriter {
   /// In characters of the default font, 0 to 255.
   virtual void setColumnWidth(int number, double characters) = 0;
   virtual void hideColumn(int number) = 0;
-  /// Fits the width of some columns to the texts that stand there now.
+  /// Fits the width of some columns to the texts that they have now.
   virtual void autoFit(int firstColumn, int lastColumn) = 0;
-  /// Saves the workbook in the .xls format, as the last thing that is done with it. A file that
-  /// stands there is replaced once the new one is complete.
+  /// Saves the workbook in the .xls format; nothing else may be done with it then. A file of that
+  /// name is replaced once the new one is complete.
   virtual void saveAs(std::string_view path) = 0;
 };
 

@@ -39,8 +39,8 @@ std::string Velk_ModOpnImp::logTrapped(std::string_view tag, const RuntimeError&
 
 // The user is told to read the log, which says which file it was; the description of the error is
 // not in it, as logs never had it.
-FileText Velk_ModOpnImp::ReadFileText(std::string_view path) {
-  FileText text;
+std::string Velk_ModOpnImp::ReadFileText(std::string_view path) {
+  std::string text;
   const std::string line = std::string("Error in Opening the file ").append(path);
   const bool done = trapWithLine(line, [&] {
     const std::int16_t number = files_.freeFile();

@@ -17,7 +17,6 @@
 #include "platform/database.h"
 #include "platform/platform.h"
 #include "shared/error_log.h"
-#include "shared/file_text.h"
 #include "shared/numbered_files.h"
 
 namespace velk {
@@ -80,7 +79,7 @@ class Velk_ModOpnImp {
 
   /// The whole file as text. When it can't be read: a line in the error log, a message through the
   /// host service, and the empty text.
-  FileText ReadFileText(std::string_view path);
+  std::string ReadFileText(std::string_view path);
   /// The fields of a line; a comma inside quotes is dropped. Errors are logged; what was read so
   /// far is nothing.
   std::vector<std::string> ParseCsvLine(std::string_view line);

@@ -49,10 +49,12 @@ std::size_t countFields(std::string_view line) {
 
 std::size_t unquoteInPlace(char* field, std::size_t length) {
   if (length == 0 || field[0] != '"') return length;
+  // Without two characters its length would be -1.
   if (length == 1) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
   const std::size_t last = lastCharacter({field + 1, length - 1}) + 1;
   char* to = field;
   for (std::size_t i = 1; i < last; ++i) {
+    // The next one may be the last character, which is cut: it makes a pair all the same.
     const bool doubled = field[i] == '"' && field[i + 1] == '"';
     *to++ = field[i];
     if (doubled) ++i;

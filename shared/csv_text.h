@@ -2,7 +2,7 @@
 //
 // One rule serves the record reader, the whole-file functions and the preview: a double quote
 // toggles the quoted state and stays in the field; a comma outside quotes separates; so does a NUL
-// that stands in the line already, quoted or not. Blanks are never trimmed. The rule works in
+// that the line contains already, quoted or not. Blanks are never trimmed. The rule works in
 // place, since no result is longer than its source.
 #pragma once
 
@@ -29,8 +29,8 @@ std::vector<std::string> splitLine(std::string_view line, QuotedComma quotedComm
 std::size_t countFields(std::string_view line);
 
 /// A field that begins with a double quote loses its first and its last character, whatever that
-/// is, and of every two double quotes inside one; any other field stays. The result stands at
-/// `field`; its length is returned. Error 5 for the field of one double quote.
+/// is, and of every two double quotes inside one; any other field stays. The result begins
+/// at `field`; its length is returned. Error 5 for the field of one double quote.
 std::size_t unquoteInPlace(char* field, std::size_t length);
 
 }  // namespace velk

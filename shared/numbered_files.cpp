@@ -39,6 +39,7 @@ void NumberedFiles::openForAppend(std::int16_t number, std::string_view path) {
 
 void NumberedFiles::close(std::int16_t number) {
   inputs_.erase(number);
+  // Taken out first: the number is free even if closing fails.
   const auto output = outputs_.extract(number);
   if (!output.empty()) output.mapped()->close();
 }
@@ -69,12 +70,13 @@ std::string NumberedFiles::lineInput(std::int16_t number) {
     const char* const from = in.buffer->data() + in.next;
     const char* const to = in.buffer->data() + in.end;
     const char* const stop = std::find(from, to, '\r');
-    if (bytes.size() + static_cast<std::size_t>(stop - from) > FileText::maxLength) {
+    if (bytes.size() + static_cast<std::size_t>(stop - from) > maxTextLength) {
       throw RuntimeError(ErrorNumber::OutOfMemory);
     }
     bytes.append(from, stop);
     in.next += static_cast<std::size_t>(stop - from);
     if (stop == to) continue;
+    // The line feed may be the first byte of the next filling.
     ++in.next;
     if (fill(in) && (*in.buffer)[in.next] == '\n') ++in.next;
     break;
@@ -88,9 +90,28 @@ void NumberedFiles::rewind(std::int16_t number) {
   in.next = in.end = 0;
 }
 
-FileText NumberedFiles::readAll(std::int16_t number) {
+std::string NumberedFiles::readAll(std::int16_t number) {
   rewind(number);
-  return FileText::read(*input(number).file, codePage_);
+  Input& in = input(number);
+  if (in.file->length() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
+  return refusingWithoutMemory([&] { return readText(in); });
+}
+
+std::string NumberedFiles::readText(Input& in) const {
+  auto left = static_cast<std::size_t>(in.file->length());
+  std::string text;
+  // One byte in eight may be no ASCII, and a reader may append a little, before the text has to
+  // move. Memory that is never touched costs nothing.
+  text.reserve(left + left / 8 + 1024);
+  while (left > 0) {
+    if (!fill(in)) throw RuntimeError(ErrorNumber::InputPastEnd);
+    const std::size_t count = std::min(left, in.end - in.next);
+    codePage_.appendDecoded(text, {in.buffer->data() + in.next, count});
+    if (text.size() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
+    in.next += count;
+    left -= count;
+  }
+  return text;
 }
 
 void NumberedFiles::printLine(std::int16_t number, std::string_view text) {

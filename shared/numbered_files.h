@@ -3,7 +3,7 @@
 //
 // Bytes are in the code page, texts are UTF-8. Errors: 52 for a number that is not open (or not
 // open for that use), 55 for one that is open already, 62 for reading past the end, 67 when no
-// number is free, 7 for more than a text of the runtime can hold, and those of files.h.
+// number is free, 7 for a text longer than the runtime knows, and those of files.h.
 #pragma once
 
 #include <array>
@@ -16,9 +16,11 @@
 
 #include "base/text.h"
 #include "platform/files.h"
-#include "shared/file_text.h"
 
 namespace velk {
+
+/// The longest text of the runtime, in bytes.
+inline constexpr std::size_t maxTextLength = 0x7FFFFFFF;
 
 class NumberedFiles {
  public:
@@ -36,14 +38,14 @@ class NumberedFiles {
 
   /// True when the next byte to read is beyond the end. 0x1A is an ordinary character.
   bool atEnd(std::int16_t number);
-  /// The next line without its end: a carriage return, alone or with a line feed behind it. A bare
+  /// The next line without its end: a carriage return, alone or followed by a line feed. A bare
   /// line feed is an ordinary character.
   std::string lineInput(std::int16_t number);
   /// Back to the first byte.
   void rewind(std::int16_t number);
   /// Reads as many bytes as the file had when it was opened, from the first one. Error 62 when it
   /// has become shorter.
-  FileText readAll(std::int16_t number);
+  std::string readAll(std::int16_t number);
 
   /// Appends the text and a carriage return and line feed.
   void printLine(std::int16_t number, std::string_view text);
@@ -61,6 +63,7 @@ class NumberedFiles {
   void checkFree(std::int16_t number) const;
   Input& input(std::int16_t number);
   static bool fill(Input& input);
+  std::string readText(Input& input) const;
 
   FileSystem& files_;
   const CodePage& codePage_;

@@ -53,8 +53,8 @@ TEST_CASE("the text of a file that can and of files that can't be read") {
     world.files.contents["C:\\in.csv"] = "a,\xE9\r\n\"";
     world.files.failing = failing;
     const bool good = failing == Call::None;
-    const FileText text = world.module.ReadFileText("C:\\in.csv");
-    CHECK(text.view() == (good ? "a,é\r\n\"" : ""));
+    const std::string text = world.module.ReadFileText("C:\\in.csv");
+    CHECK(text == (good ? "a,é\r\n\"" : ""));
     CHECK(world.log() == (good ? "" : "Error in Opening the file C:\\in.csv\n"));
     const Texts told{"host 0: Check The Error Log " + world.logPath()};
     CHECK(world.messages == (good ? Texts{} : told));

@@ -1,4 +1,4 @@
-#include "base/dates.h"
+#include "base/date_reader.h"
 
 #include <doctest/doctest.h>
 

@@ -71,10 +71,7 @@ TEST_CASE("whole files") {
     Files files(content);
     files.numbered.openForInput(1, "in");
     if (!content.empty()) files.numbered.lineInput(1);  // reading starts at the first byte again
-    const FileText text = files.numbered.readAll(1);
-    CHECK((text.view() == CodePage::windows1252().decode(content)));
-    const std::string_view behind(text.view().data() + text.size(), FileText::padding);
-    CHECK((behind == std::string(FileText::padding, '\0')));
+    CHECK((files.numbered.readAll(1) == CodePage::windows1252().decode(content)));
   }
   const std::pair<std::uint64_t, std::int32_t> claims[] = {{5, 62}, {3, 0}, {0x80000000, 7}};
   for (const auto& row : claims) {

@@ -34,7 +34,7 @@ TEST_CASE("leading numbers") {
   for (const auto& row : whole) {
     CAPTURE(row.first);
     CHECK(leadingNumber(row.first) == row.second);
-    CHECK(wholeNumber(row.first) == row.second);
+    CHECK(parseNumber(row.first) == row.second);
   }
   const std::pair<const char*, double> others[] = {
       {"", 0},     {"12.5abc", 12.5}, {".", 0},       {"1 2", 1},  {"1,234.50", 1},
@@ -43,7 +43,7 @@ TEST_CASE("leading numbers") {
   for (const auto& row : others) {
     CAPTURE(row.first);
     CHECK(leadingNumber(row.first) == row.second);
-    CHECK_FALSE(wholeNumber(row.first).has_value());
+    CHECK_FALSE(parseNumber(row.first).has_value());
   }
 }
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <optional>
 
-#include "base/dates.h"
+#include "base/date_reader.h"
 #include "base/numbers.h"
 #include "base/text.h"
 
@@ -61,7 +61,7 @@ Date toDate(const SQL_TIMESTAMP_STRUCT& stamp) {
   const double day = dateFromCivil({stamp.year, stamp.month, stamp.day}).days;
   const double seconds =
       stamp.hour * 3600.0 + stamp.minute * 60.0 + stamp.second + stamp.fraction * 1e-9;
-  const double time = seconds / 86400.0;
+  const double time = seconds / secondsPerDay;
   return Date{day < 0 ? day - time : day + time};
 }
 

@@ -12,8 +12,6 @@ namespace velk {
 namespace {
 
 constexpr std::int64_t millisecondsPerDay = 86'400'000;
-constexpr double firstDay = -657434;      // 1 January 100
-constexpr double dayAfterLast = 2958466;  // 1 January 10000
 
 [[noreturn]] void refuse() {
   throw RuntimeError(ErrorNumber::WrongArgumentType);
@@ -39,7 +37,7 @@ int currentYear() {
 double toDouble(const Value& value) {
   if (const auto* integer = std::get_if<std::int32_t>(&value)) return *integer;
   if (const auto* date = std::get_if<Date>(&value)) return date->days;
-  const auto number = wholeNumber(std::get<std::string>(value));
+  const auto number = parseNumber(std::get<std::string>(value));
   if (!number) refuse();
   return *number;
 }
@@ -130,7 +128,7 @@ void ParameterBuffer::setText(std::string_view text) {
 // Before day 0 the time of day counts forward all the same: -1.25 is six o'clock of day -1.
 void ParameterBuffer::setDays(double days) {
   // The hours of the first day reach down to the number before it. Not a number is refused, too.
-  if (!(days > firstDay - 1 && days < dayAfterLast)) refuse();
+  if (!isInCalendar(days)) refuse();
   double day = std::trunc(days);
   const double fraction = std::abs(days - day);
   auto milliseconds = static_cast<std::int64_t>(std::llround(fraction * millisecondsPerDay));

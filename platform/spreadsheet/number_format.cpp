@@ -12,15 +12,14 @@ namespace velk {
 namespace {
 
 constexpr std::size_t maxCodeLength = 255;
-constexpr std::string_view digitBytes = "0#?";
-constexpr std::string_view dateLetters = "ymdhs";
-
-char lowerLetter(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
+constexpr double daysTo1904 = 1462;  // from day 0 to 1 January 1904
 
 bool startsWith(std::string_view text, std::string_view lowerStart) {
   return equalsIgnoringCase(text.substr(0, lowerStart.size()), lowerStart);
+}
+
+bool contains(std::string_view bytes, char byte) {
+  return bytes.find(byte) != std::string_view::npos;
 }
 
 /// Length of the first character in bytes.
@@ -39,6 +38,7 @@ std::string generalText(double value) {
 }  // namespace
 
 std::string_view builtInFormat(std::uint16_t number) {
+  // Scientific ones and fractions show as general, as everywhere here.
   constexpr std::string_view general = "General";
   constexpr std::string_view first[] = {general,     "0",       "0.00",           "#,##0",
                                         "#,##0.00",  "$#,##0",  "$#,##0",         "$#,##0.00",
@@ -46,22 +46,14 @@ std::string_view builtInFormat(std::uint16_t number) {
                                         general,     general,   "dd/mm/yyyy",     "d-mmm-yy",
                                         "d-mmm",     "mmm-yy",  "h:mm AM/PM",     "h:mm:ss AM/PM",
                                         "h:mm",      "h:mm:ss", "dd/mm/yyyy h:mm"};
-  constexpr std::uint16_t firstAccounting = 37;
-  constexpr std::string_view accounting[] = {"#,##0_);(#,##0)",
-                                             "#,##0_);(#,##0)",
-                                             "#,##0.00_);(#,##0.00)",
-                                             "#,##0.00_);(#,##0.00)",
-                                             "#,##0_);(#,##0)",
-                                             "#,##0_);(#,##0)",
-                                             "#,##0.00_);(#,##0.00)",
-                                             "#,##0.00_);(#,##0.00)",
-                                             "mm:ss",
-                                             "[h]:mm:ss",
-                                             "mm:ss.0"};
+  constexpr std::string_view whole = "#,##0_);(#,##0)";
+  constexpr std::string_view cents = "#,##0.00_);(#,##0.00)";
+  constexpr std::string_view from37[] = {whole, whole, cents,   cents,       whole,    whole,
+                                         cents, cents, "mm:ss", "[h]:mm:ss", "mm:ss.0"};
+  // Numbers between depend on the country of the program that wrote the file.
   if (number < std::size(first)) return first[number];
-  const bool isAccounting =
-      number >= firstAccounting && number < firstAccounting + std::size(accounting);
-  return isAccounting ? accounting[number - firstAccounting] : general;
+  const std::size_t second = number - std::size_t{37};
+  return second < std::size(from37) ? from37[second] : general;
 }
 
 /// Splits a code into sections and these into tokens, one for each byte that shows.
@@ -74,6 +66,7 @@ class NumberFormat::Compiler {
     sections_.emplace_back();
     while (!code_.empty()) readToken();
     for (Section& section : sections_) {
+      // A slash is a fraction unless the section turns out to be a date.
       const bool fraction = section.slash && !section.date;
       section.general = section.general || fraction || section.tokens.empty();
     }
@@ -97,22 +90,20 @@ class NumberFormat::Compiler {
   }
 
   void readToken() {
-    if (startsWith(code_, "general") || startsWith(code_, "e+") || startsWith(code_, "e-")) {
+    for (const std::string_view general : {"general", "e+", "e-"}) {
+      if (!startsWith(code_, general)) continue;
       sections_.back().general = true;
-      take(startsWith(code_, "general") ? 7 : 2);
-    } else if (startsWith(code_, "am/pm")) {
-      readAmPm(5);
-    } else if (startsWith(code_, "a/p")) {
-      readAmPm(3);
-    } else {
-      readByte(take(1)[0]);
+      take(general.size());
+      return;
     }
-  }
-
-  void readAmPm(std::size_t length) {
-    sections_.back().date = true;
-    add(Part::AmPm, length == 5 ? 'M' : '\0');
-    take(length);
+    for (const std::string_view halves : {"am/pm", "a/p"}) {
+      if (!startsWith(code_, halves)) continue;
+      sections_.back().date = true;
+      add(Part::AmPm, halves == "a/p" ? '\0' : 'M');
+      take(halves.size());
+      return;
+    }
+    readByte(take(1)[0]);
   }
 
   void readByte(char byte) {
@@ -135,33 +126,32 @@ class NumberFormat::Compiler {
       case '@':
         sections_.back().general = true;
         return;
-      case '.':
-        return add(Part::Point, byte);
-      case ',':
-        return add(Part::Comma, byte);
-      case '%':
-        return add(Part::Percent, byte);
       default:
         return readOther(byte);
     }
   }
 
   void readOther(char byte) {
-    if (digitBytes.find(byte) != std::string_view::npos) return add(Part::Digit, byte);
-    if (dateLetters.find(lowerLetter(byte)) != std::string_view::npos) {
+    Part part = Part::Literal;
+    if (contains("0#?", byte)) part = Part::Digit;
+    if (contains("ymdhs", lowerAscii(byte))) {
+      part = Part::Date;
+      byte = lowerAscii(byte);
       sections_.back().date = true;
-      return add(Part::Date, lowerLetter(byte));
     }
     if (byte == '/') sections_.back().slash = true;
-    add(Part::Literal, byte);
+    if (byte == '.') part = Part::Point;
+    if (byte == ',') part = Part::Comma;
+    if (byte == '%') part = Part::Percent;
+    add(part, byte);
   }
 
   /// A currency with its language, a condition, hours beyond a day, or a colour.
   void readBracket(std::string_view inside) {
     if (inside.empty()) return;
-    const char first = lowerLetter(inside[0]);
+    const char first = lowerAscii(inside[0]);
     if (first == '$') return addLiterals(inside.substr(1, inside.find('-') - 1));
-    if (std::string_view("<>=").find(first) != std::string_view::npos) {
+    if (contains("<>=", first)) {
       sections_.back().general = true;
     } else if (inside.find_first_not_of("hHmMsS") == std::string_view::npos) {
       sections_.back().date = true;
@@ -183,7 +173,7 @@ class NumberFormat::NumberText {
         point_(std::find_if(begin_, end_, [](const Token& t) { return t.part == Part::Point; })),
         places_(countDigits(point_, end_)) {}
 
-  /// With a minus in front if so wanted, unless nothing but zeros shows.
+  /// With a minus if so wanted, unless all digits that show are zeros.
   std::string text(bool negative) {
     scale();
     number_.round(places_);
@@ -203,7 +193,7 @@ class NumberFormat::NumberText {
     return countDigits(begin_, comma) > 0 && countDigits(comma, point_) > 0;
   }
 
-  /// Percent signs, and commas behind the last digit, each of which stands for thousands.
+  /// By percent signs, and by commas after the last digit, each of which divides by a thousand.
   void scale() {
     for (auto token = begin_; token != end_; ++token) {
       if (token->part == Part::Percent) number_.scale(2);
@@ -217,7 +207,7 @@ class NumberFormat::NumberText {
     digits_ = number_.whole();
     grouped_ = isGrouped();
     int placesLeft = countDigits(begin_, point_);
-    if (placesLeft == 0 && point_ != end_) putAllDigits();
+    if (placesLeft == 0 && point_ != end_) putAllDigits();  // ".00" shows 12.5 as 12.50
     for (auto token = point_; token != begin_;) {
       --token;
       if (token->part == Part::Literal || token->part == Part::Percent) out_ += token->byte;
@@ -271,44 +261,44 @@ class NumberFormat::NumberText {
   int put_ = 0;
 };
 
-/// A date or time in a section of such. Fractions of seconds do not show.
+/// A date or time. Fractions of seconds do not show.
 class NumberFormat::DateText {
  public:
-  static constexpr double limit = 2958466;  // 1 January 10000
+  static constexpr double limit = lastCalendarDay + 1;
 
   DateText(const std::vector<Token>& tokens, double value, bool from1904)
       : tokens_(tokens),
         seconds_(std::llround(value * secondsPerDay)),
-        twelveHours_(std::any_of(tokens.begin(), tokens.end(),
-                                 [](const Token& t) { return t.part == Part::AmPm; })) {
-    constexpr int daysTo1904 = 1462;
+        twelveHours_(std::ranges::find(tokens, Part::AmPm, &Token::part) != tokens.end()) {
+    // Spreadsheets count a 29 February 1900, which never was: their numbers of
+    // earlier days are one too low.
     constexpr int firstAfterLeapError = 60;
     const double days = std::floor(static_cast<double>(seconds_) / secondsPerDay);
-    const int shift = from1904 ? daysTo1904 : days < firstAfterLeapError ? 1 : 0;
-    date_ = Date{days + shift};
+    date_.days = days + (from1904 ? daysTo1904 : days < firstAfterLeapError ? 1 : 0);
     civil_ = civilFromDate(date_);
   }
 
   std::string text() {
-    for (std::size_t i = 0; i < tokens_.size();) {
-      std::size_t end = i + 1;
-      const Token& token = tokens_[i];
-      if (token.part == Part::Date || token.part == Part::Elapsed) {
-        while (end < tokens_.size() && tokens_[end].part == token.part &&
-               tokens_[end].byte == token.byte) {
-          ++end;
-        }
-      }
-      put(token, i, end);
-      i = end;
+    for (auto token = tokens_.begin(); token != tokens_.end();) {
+      // The same letter several times is one part.
+      const auto end = std::find_if(token + 1, tokens_.end(), [&](const Token& next) {
+        return !isTime(next) || next.part != token->part || next.byte != token->byte;
+      });
+      put(*token, static_cast<std::size_t>(end - token), end);
+      token = end;
     }
     return std::move(out_);
   }
 
  private:
-  static constexpr std::int64_t secondsPerDay = 86400;
+  using Place = std::vector<Token>::const_iterator;
 
-  void put(const Token& token, std::size_t begin, std::size_t end) {
+  static bool isTime(const Token& token) {
+    return token.part == Part::Date || token.part == Part::Elapsed;
+  }
+
+  /// `end` is the place after the token and those that repeat it.
+  void put(const Token& token, std::size_t width, Place end) {
     switch (token.part) {
       case Part::Literal:
       case Part::Comma:
@@ -320,14 +310,15 @@ class NumberFormat::DateText {
         if (token.byte != '\0') out_ += token.byte;
         break;
       case Part::Elapsed:
-        putElapsed(token.byte, end - begin);
+        putNumber(seconds_ / (token.byte == 'h' ? 3600 : token.byte == 'm' ? 60 : 1), width);
         lastTime_ = token.byte;
         break;
       case Part::Date:
-        putDate(token.byte, begin, end);
+        putDate(token.byte, width, end);
+        lastTime_ = token.byte;
         break;
       case Part::Point:  // of a fraction of seconds, or between day and month
-        if (end == tokens_.size() || tokens_[end].part != Part::Digit) out_ += token.byte;
+        if (end == tokens_.end() || end->part != Part::Digit) out_ += token.byte;
         break;
       case Part::Digit:
         break;
@@ -342,51 +333,42 @@ class NumberFormat::DateText {
     out_.append(width > digits.size() ? width - digits.size() : 0, '0').append(digits);
   }
 
-  void putElapsed(char letter, std::size_t width) {
-    putNumber(seconds_ / (letter == 'h' ? 3600 : letter == 'm' ? 60 : 1), width);
-  }
-
-  /// Minutes stand behind hours or in front of seconds.
-  bool isMinute(std::size_t end) const {
-    const auto next = std::find_if(
-        tokens_.begin() + static_cast<std::ptrdiff_t>(end), tokens_.end(),
-        [](const Token& token) { return token.part == Part::Date || token.part == Part::Elapsed; });
+  /// An m is the minute after an hour and before a second, else the month.
+  bool isMinute(Place end) const {
+    const auto next = std::find_if(end, tokens_.end(), isTime);
     return lastTime_ == 'h' || (next != tokens_.end() && next->byte == 's');
   }
 
-  void putDate(char letter, std::size_t begin, std::size_t end) {
-    const std::size_t width = end - begin;
-    const std::size_t twoDigits = std::min<std::size_t>(width, 2);
-    if (letter == 'y') {
-      putNumber(width <= 2 ? civil_.year % 100 : civil_.year, width <= 2 ? 2 : 4);
-    } else if (letter == 'd') {
-      width <= 2 ? putNumber(civil_.day, width) : putWeekday(width);
-    } else if (letter == 'h') {
-      putNumber(twelveHours_ ? (hour() + 11) % 12 + 1 : hour(), twoDigits);
-    } else if (letter == 's') {
-      putNumber(ofDay() % 60, twoDigits);
-    } else if (width <= 2 && isMinute(end)) {
-      putNumber(ofDay() / 60 % 60, width);
+  void putDate(char letter, std::size_t width, Place end) {
+    if (width > 2 && (letter == 'm' || letter == 'd')) {
+      putName(letter, width);
+    } else if (letter == 'y') {
+      putNumber(width > 2 ? civil_.year : civil_.year % 100, width > 2 ? 4 : 2);
     } else {
-      width <= 2 ? putNumber(civil_.month, width) : putMonth(width);
+      putNumber(numberOf(letter, end), std::min<std::size_t>(width, 2));
     }
-    lastTime_ = letter;
   }
 
-  /// Three letters, all for four; five are one of a month.
-  void putMonth(std::size_t width) {
-    constexpr std::string_view names[] = {"January",   "February", "March",    "April",
-                                          "May",       "June",     "July",     "August",
-                                          "September", "October",  "November", "December"};
-    const std::string_view name = names[civil_.month - 1];
-    out_ += name.substr(0, width == 3 ? 3 : width == 5 ? 1 : name.size());
+  std::int64_t numberOf(char letter, Place end) const {
+    switch (letter) {
+      case 'd':
+        return civil_.day;
+      case 'h':
+        return twelveHours_ ? (hour() + 11) % 12 + 1 : hour();
+      case 's':
+        return ofDay() % 60;
+      default:
+        return isMinute(end) ? ofDay() / 60 % 60 : civil_.month;
+    }
   }
 
-  void putWeekday(std::size_t width) {
-    constexpr std::string_view names[] = {"Saturday",  "Sunday",   "Monday", "Tuesday",
-                                          "Wednesday", "Thursday", "Friday"};
-    const std::string_view name = names[static_cast<std::size_t>(date_.days) % 7];
-    out_ += name.substr(0, width == 3 ? 3 : name.size());
+  /// Three letters, or all of them; five are one of a month.
+  void putName(char letter, std::size_t width) {
+    const std::string_view name = letter == 'm'
+                                      ? monthNames[static_cast<std::size_t>(civil_.month) - 1]
+                                      : weekDayNames[static_cast<std::size_t>(date_.days) % 7];
+    const bool initial = letter == 'm' && width == 5;
+    out_ += name.substr(0, width == 3 ? 3 : initial ? 1 : name.size());
   }
 
   const std::vector<Token>& tokens_;

@@ -20,8 +20,8 @@ class NumberFormat {
  public:
   explicit NumberFormat(std::string_view code);
 
-  /// `from1904`: dates are days since 1 January 1904, else as everywhere but for the non-existent
-  /// 29 February 1900, which counts as a day.
+  /// `from1904`: dates are days since 1 January 1904; else as in base/dates.h, except that the
+  /// 29 February 1900, which never was, counts as a day.
   std::string text(double value, bool from1904) const;
 
  private:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 #include "base/errors.h"
 #include "base/text.h"
@@ -39,7 +40,7 @@ class SourceReader {
     expect('$');
     for (; !text_.empty() && text_[0] >= 'A' && text_[0] <= 'Z'; text_.remove_prefix(1)) {
       column = column * lettersOfNames + (text_[0] - 'A' + 1);
-      if (column > maxSheetColumns) fail();
+      if (column > maxSheetColumns) fail();  // before a long name overflows
     }
     expect('$');
     const char* const end = text_.data() + text_.size();
@@ -75,12 +76,14 @@ CellRange checkedRange(const CellRange& range) {
 }
 
 void checkCellText(std::string_view text) {
+  // UTF-8 is never shorter than UTF-16, so most texts need no conversion.
   if (text.size() > maxCellText && toUtf16(text).size() > maxCellText) {
     throw RuntimeError(ErrorNumber::InvalidProcedureCall, "The text is too long for a cell");
   }
 }
 
 void checkColumnWidth(double characters) {
+  // Written so that NaN is refused, too.
   if (!(characters >= 0 && characters <= maxColumnWidth)) {
     throw RuntimeError(ErrorNumber::InvalidProcedureCall);
   }
@@ -100,22 +103,13 @@ std::string_view booleanText(bool value) {
 }
 
 std::string_view cellErrorText(std::uint32_t code) {
-  switch (code) {
-    case 0x00:
-      return "#NULL!";
-    case 0x07:
-      return "#DIV/0!";
-    case 0x0F:
-      return "#VALUE!";
-    case 0x17:
-      return "#REF!";
-    case 0x1D:
-      return "#NAME?";
-    case 0x24:
-      return "#NUM!";
-    default:
-      return "#N/A";
+  constexpr std::pair<std::uint32_t, std::string_view> errors[] = {
+      {0x00, "#NULL!"}, {0x07, "#DIV/0!"}, {0x0F, "#VALUE!"},
+      {0x17, "#REF!"},  {0x1D, "#NAME?"},  {0x24, "#NUM!"}};
+  for (const auto& [number, text] : errors) {
+    if (number == code) return text;
   }
+  return "#N/A";
 }
 
 }  // namespace velk

@@ -17,13 +17,12 @@ void read(std::string_view bytes) {
   using namespace velk::xls;
   const bool isFile = CompoundFile::recognises(bytes);
   const SheetContents sheet = isFile ? readWorkbook(workbookStream(bytes)) : readWorkbook(bytes);
-  const auto& cells = sheet.cells.cells();
-  for (std::size_t i = 0; i < cells.size(); ++i) {
-    if (i > 0 &&
-        cells[i - 1].row * 256 + cells[i - 1].column >= cells[i].row * 256 + cells[i].column)
-      std::abort();
-    if (sheet.cells.find(cells[i].row, cells[i].column) != &cells[i]) std::abort();
-    static_cast<void>(sheet.text(cells[i].row, cells[i].column));
+  for (const auto& row : sheet.cells.rows()) {
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      if (i > 0 && row[i - 1].column >= row[i].column) std::abort();
+      if (sheet.cells.find(row[i].row, row[i].column) != &row[i]) std::abort();
+      static_cast<void>(sheet.text(row[i].row, row[i].column));
+    }
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "base/dates.h"
+#include "base/date_reader.h"
 #include "base/numbers.h"
 #include "base/text.h"
 #include "base/values.h"

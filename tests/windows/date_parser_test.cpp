@@ -4,7 +4,7 @@
 #include <random>
 #include <regex>
 
-#include "base/dates.h"
+#include "base/date_reader.h"
 #include "tests/windows/server_dll.h"
 
 namespace velk {

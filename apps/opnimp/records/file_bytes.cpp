@@ -1,13 +1,13 @@
 #include "apps/opnimp/records/file_bytes.h"
 
 #include "base/errors.h"
-#include "shared/file_text.h"
+#include "shared/numbered_files.h"
 
 namespace velk {
 
 std::string readBytes(FileSystem& files, std::string_view path) {
   const auto file = files.openInput(path);
-  if (file->length() > FileText::maxLength) throw RuntimeError(ErrorNumber::OutOfMemory);
+  if (file->length() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
   std::string bytes(static_cast<std::size_t>(file->length()), '\0');
   // The file may have become shorter since it was opened.
   bytes.resize(file->read(bytes.data(), bytes.size()));

@@ -70,7 +70,7 @@ constexpr WarningCheck<Amount> amountChecks[] = {
       "Commas are dropped and only a point marks decimals: \"1.234,50\" reads as 1.2345 and "
       "\"12,50\" as 1250."},
      hasDecimalComma},
-    {{}, [](const Amount& a) { return wholeNumber(a.read).has_value(); }},
+    {{}, [](const Amount& a) { return parseNumber(a.read).has_value(); }},
     {{"amount-in-parentheses",
       "An amount in parentheses reads as 0. Write a negative amount with a minus in front."},
      [](const Amount& a) { return has(a.read, '('); }},

@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "apps/opnimp/warnings/amount_check.h"
-#include "base/dates.h"
+#include "base/date_reader.h"
 #include "base/text.h"
 #include "shared/csv_text.h"
 

@@ -27,7 +27,7 @@ std::size_t sectorSizeOf(std::string_view bytes) {
 std::string nameOf(std::string_view entry) {
   const auto length = loadNumber<std::uint16_t>(entry.data() + entryNameLength);
   std::u16string name;
-  // The length is in bytes and counts the NUL behind the name.
+  // The length is in bytes and counts the NUL after the name.
   for (std::size_t i = 0; i + 2 < std::min<std::size_t>(length, entryNameLength); i += 2) {
     name += static_cast<char16_t>(loadNumber<std::uint16_t>(entry.data() + i));
   }
@@ -53,6 +53,7 @@ std::uint32_t SectorSpace::next(std::uint32_t sector) const {
 }
 
 std::string SectorSpace::chain(std::uint32_t first, std::optional<std::uint64_t> size) const {
+  // Before anything is reserved: the size is whatever the file claims.
   if (size.value_or(0) > sectors_.size()) damaged("a stream is longer than the file");
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(size.value_or(0)));
@@ -67,7 +68,7 @@ std::string SectorSpace::chain(std::uint32_t first, std::optional<std::uint64_t>
     number = next(number);
     if (++steps > count()) damaged(cyclic);
   }
-  // A circle can hold enough bytes for the stream, but they would be the wrong ones.
+  // A circle can have enough bytes for the stream, but they would be the wrong ones.
   while (number < next_.size()) {
     number = next_[number];
     if (++steps > count()) damaged(cyclic);
@@ -102,8 +103,8 @@ void CompoundFile::readTable(std::string_view header) {
   }
 }
 
-/// What would describe sectors behind the file's end is not kept, so that numbers that are repeated
-/// without end take no memory.
+/// What would describe sectors beyond the file's end is not kept, so that a hostile file that names
+/// the same table sector again and again takes no memory.
 void CompoundFile::addTableSectors(std::string_view numbers) {
   FieldReader fields(numbers);
   while (fields.left() >= 4 && sectors_.tableSize() < sectors_.count()) {
@@ -140,7 +141,7 @@ void CompoundFile::readMiniStream(std::uint32_t firstTableSector) {
 }
 
 /// Goes through the tree below the root in any order: not every writer sorts it as it should be,
-/// and storages within the root may hold streams of the same name.
+/// and storages within the root may contain streams of the same name.
 const CompoundFile::Entry* CompoundFile::find(std::string_view name) const {
   std::vector<bool> seen(entries_.size());
   std::vector<std::uint32_t> open{entries_[0].child};

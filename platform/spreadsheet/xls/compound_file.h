@@ -46,7 +46,7 @@ class CompoundFile {
   CompoundFile(const CompoundFile&) = delete;
   CompoundFile& operator=(const CompoundFile&) = delete;
 
-  /// A stream of the root storage; its name has any letter case. Nothing when there is none.
+  /// A stream of the root storage; its name has any letter case. Empty when there is none.
   std::optional<std::string> stream(std::string_view name) const;
 
  private:

@@ -1,4 +1,4 @@
-// Where things stand in a compound file. Offsets are bytes.
+// The layout of a compound file. Offsets are bytes.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@ inline constexpr std::string_view signature{"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 
 inline constexpr std::size_t headerSize = 512;
 inline constexpr std::size_t headerSectorShift = 30;  // the size of sectors as a power of two
 inline constexpr std::size_t headerFirstDirectory = 48;
-inline constexpr std::size_t headerMiniCutoff = 56;  // shorter streams stand in mini sectors
+inline constexpr std::size_t headerMiniCutoff = 56;  // shorter streams are in mini sectors
 inline constexpr std::size_t headerFirstMiniTable = 60;
 inline constexpr std::size_t headerFirstTableList = 68;
 inline constexpr std::size_t headerTableLists = 72;

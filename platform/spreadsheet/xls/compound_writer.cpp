@@ -25,7 +25,7 @@ std::size_t paddingBehind(std::size_t length, std::size_t unit) {
   return (unit - length % unit) % unit;
 }
 
-/// The sectors in their order in the file: the stream (or the mini stream that holds it), the
+/// The sectors in their order in the file: the stream (or the mini stream with it), the
 /// directory, the table of mini sectors, the table of sectors, and the lists of its sectors that do
 /// not fit into the header.
 struct Layout {
@@ -36,7 +36,7 @@ struct Layout {
         directory(data),
         miniTable(directory + 1),
         table(miniTable + sectorsFor(miniSectors, numbersInSector)) {
-    // The tables describe themselves, too.
+    // The tables describe themselves, too, so that one may need a sector more for its own sectors.
     std::uint32_t before = 0;
     do {
       before = tableSectors + listSectors;
@@ -124,6 +124,7 @@ std::string directory(const Layout& at, std::size_t streamLength) {
   appendEntry(bytes, "Root Entry", typeRoot, 1, at.isMini && miniLength > 0 ? 0 : endOfChain,
               miniLength);
   appendEntry(bytes, "Workbook", typeStream, freeSector, 0, streamLength);
+  // Directories fill whole sectors with unused entries.
   while (bytes.size() < sectorSize) appendEntry(bytes, {}, 0, freeSector, 0, 0);
   return bytes;
 }

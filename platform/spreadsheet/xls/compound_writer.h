@@ -1,4 +1,4 @@
-// Writes a compound file that holds one stream.
+// Writes a compound file with one stream.
 #pragma once
 
 #include <string_view>

@@ -28,7 +28,7 @@ void appendNumber(std::string& to, T value) {
   to.append(bytes, sizeof bytes);
 }
 
-/// Reads fields one behind the other. A field that is not there is damage.
+/// Reads fields one after the other. A field that is not there is damage.
 class FieldReader {
  public:
   explicit FieldReader(std::string_view bytes) : bytes_(bytes) {}

@@ -21,6 +21,7 @@ void RecordWriter::end() {
 
 void RecordWriter::sharedText(std::string_view text) {
   if (isAscii(text)) return characters(text, false);
+  // One byte a character where all are Latin-1, as spreadsheet programs write them.
   const std::u16string units = toUtf16(text);
   const bool wide = std::any_of(units.begin(), units.end(), [](char16_t u) { return u > 0xFF; });
   std::string bytes;
@@ -39,6 +40,7 @@ void RecordWriter::characters(std::string_view bytes, bool wide) {
   const std::uint8_t flags = wide ? textIsWide : 0;
   const std::size_t unit = wide ? 2 : 1;
   constexpr std::size_t front = 3;
+  // The front and the first character must not be parted.
   if (room() < front + unit) begin(Record::Continue);
   u16(bytes.size() / unit).u8(flags);
   for (;;) {

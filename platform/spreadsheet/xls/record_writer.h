@@ -30,7 +30,7 @@ class RecordWriter {
 
   /// A text of the shared table. What does not fit into the record goes on in Continue records.
   void sharedText(std::string_view text);
-  /// A short ASCII text, its length in front of it in one byte or in two.
+  /// A short ASCII text, preceded by its length in one byte or in two.
   RecordWriter& shortText(std::string_view text, std::size_t lengthBytes);
 
  private:

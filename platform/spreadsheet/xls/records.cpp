@@ -8,18 +8,6 @@ namespace velk::xls {
 
 namespace {
 
-void appendLatin1(std::string& to, std::string_view characters) {
-  if (isAscii(characters)) {
-    to.append(characters);
-    return;
-  }
-  for (const char c : characters) {
-    const auto code = static_cast<unsigned char>(c);
-    if (code >= 0x80) to += static_cast<char>(0xC0U | code >> 6U);
-    to += code < 0x80 ? c : static_cast<char>(0x80U | (code & 0x3FU));
-  }
-}
-
 void appendUnits(std::u16string& to, std::string_view characters, bool wide) {
   const std::size_t step = wide ? 2 : 1;
   for (std::size_t i = 0; i < characters.size(); i += step) {
@@ -64,24 +52,25 @@ void ContinuedReader::skip(std::size_t count) {
   }
 }
 
-void ContinuedReader::appendText(std::string& to, std::size_t length) {
+void ContinuedReader::appendText(std::string& to) {
+  const std::size_t length = u16();
   const unsigned flags = u8();
   const std::size_t runs = (flags & textHasRuns) != 0 ? u16() : 0;
   const std::size_t phonetics = (flags & textHasPhonetics) != 0 ? u32() : 0;
-  const bool wide = (flags & textIsWide) != 0;
-  if (!wide && left_.size() >= length) {
-    appendLatin1(to, left_.substr(0, length));
-    left_.remove_prefix(length);
-  } else {
-    appendCharacters(to, length, wide);
-  }
+  appendCharacters(to, length, (flags & textIsWide) != 0);
   skip(runs * 4);
   skip(phonetics);
 }
 
-/// Where characters go on in another record, a byte in front of them tells their width anew. Both
-/// halves of a surrogate pair have to meet, so all units are gathered first.
 void ContinuedReader::appendCharacters(std::string& to, std::size_t length, bool wide) {
+  // Most texts are ASCII and in one piece.
+  if (!wide && left_.size() >= length && isAscii(left_.substr(0, length))) {
+    to.append(left_.substr(0, length));
+    left_.remove_prefix(length);
+    return;
+  }
+  // Where characters go on in another record, a byte before them tells their width anew. Both
+  // halves of a surrogate pair have to meet, so all units are gathered first.
   std::u16string units;
   while (units.size() < length) {
     if (left_.empty()) {

@@ -53,7 +53,7 @@ inline constexpr std::uint16_t substreamGlobals = 0x0005;
 inline constexpr std::uint16_t substreamWorksheet = 0x0010;
 inline constexpr std::uint8_t sheetIsWorksheet = 0;
 
-/// In front of the characters of a text.
+/// The byte before the characters of a text.
 inline constexpr std::uint8_t textIsWide = 0x01;  // UTF-16; else the lower bytes of it
 inline constexpr std::uint8_t textHasPhonetics = 0x04;
 inline constexpr std::uint8_t textHasRuns = 0x08;
@@ -89,7 +89,7 @@ class RecordReader {
   std::string_view payload_;
 };
 
-/// The payload of a reader's current record together with those of the Continue records behind it.
+/// The payload of a reader's current record together with those of the Continue records after it.
 class ContinuedReader {
  public:
   explicit ContinuedReader(RecordReader& records) : records_(records), left_(records.payload()) {}
@@ -100,11 +100,9 @@ class ContinuedReader {
   std::uint32_t u32();
   void skip(std::size_t count);
 
-  /// A text: what stands in front of its characters, they themselves, and the runs of fonts and
-  /// the phonetic part, which are passed over. Appends UTF-8.
-  void appendText(std::string& to) { appendText(to, u16()); }
-  /// One whose length was read before.
-  void appendText(std::string& to, std::size_t length);
+  /// Appends a text as UTF-8. The runs of fonts and the phonetic part that may follow it are passed
+  /// over.
+  void appendText(std::string& to);
 
  private:
   void advance();

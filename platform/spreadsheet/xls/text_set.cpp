@@ -7,6 +7,7 @@
 namespace velk::xls {
 
 std::uint32_t TextSet::add(std::string_view text) {
+  // Half of the slots stay free, so that a free one is never far.
   if (texts_.size() * 2 >= slots_.size()) grow();
   const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(text));
   const std::size_t mask = slots_.size() - 1;
@@ -15,7 +16,7 @@ std::uint32_t TextSet::add(std::string_view text) {
     const Slot& slot = slots_[at];
     if (slot.hash == hash && texts_[slot.number - 1] == text) return slot.number - 1;
   }
-  const std::uint32_t number = texts_.add([&](std::string& to) { to.append(text); });
+  const std::uint32_t number = texts_.add(text);
   slots_[at] = {hash, number + 1};
   return number;
 }

@@ -5,7 +5,7 @@ namespace velk::xls {
 namespace {
 
 constexpr double digitWidth = 556;
-constexpr double boldFactor = 1.08;
+constexpr double boldFactor = 1.08;  // an estimate of how much wider the bold letters are
 
 /// Of the characters from the blank to the tilde, in thousandths of the font's size (the metrics of
 /// Helvetica, with which Arial agrees).
@@ -17,7 +17,7 @@ constexpr unsigned short asciiWidths[] = {
     333,  556, 556, 500, 556, 556, 278, 556, 556, 222, 222, 500, 222, 833, 556, 556,  // ` to o
     556,  556, 333, 500, 278, 556, 500, 722, 500, 500, 500, 334, 260, 334, 584};      // p to ~
 
-/// Of the character that a byte of UTF-8 begins; nothing for the bytes behind the first.
+/// Of the character that a byte of UTF-8 begins; 0 for its further bytes.
 int widthOf(unsigned char byte) {
   constexpr int other = 600;
   constexpr int full = 1000;
@@ -28,7 +28,7 @@ int widthOf(unsigned char byte) {
 
 }  // namespace
 
-double textWidth(std::string_view text, bool bold) {
+double widthInDigits(std::string_view text, bool bold) {
   long width = 0;
   for (const char c : text) width += widthOf(static_cast<unsigned char>(c));
   return static_cast<double>(width) / digitWidth * (bold ? boldFactor : 1);

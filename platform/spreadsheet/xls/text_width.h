@@ -11,6 +11,6 @@ inline constexpr std::size_t defaultFontPoints = 10;
 
 /// In widths of a digit, which is what columns are measured in. An estimate for letters that are
 /// neither Latin nor as wide as a Chinese one.
-double textWidth(std::string_view text, bool bold);
+double widthInDigits(std::string_view text, bool bold);
 
 }  // namespace velk::xls

@@ -10,7 +10,7 @@ namespace velk::xls {
 
 namespace {
 
-/// A packed number: an integer or the upper half of a double, and either may stand for a hundredth.
+/// A packed number: an integer or the upper half of a double, and either may be a hundredfold.
 double unpack(std::uint32_t packed) {
   constexpr std::uint32_t isHundredfold = 1;
   constexpr std::uint32_t isInteger = 2;
@@ -37,17 +37,19 @@ std::uint16_t substreamKind(const RecordReader& records) {
   return fields.u16();
 }
 
+/// Reads the part of the stream before the sheets: texts and formats that they share.
 class GlobalsReader {
  public:
   GlobalsReader(std::string_view stream, SheetContents& contents)
       : records_(stream, 0), contents_(contents) {}
 
-  /// Where the first worksheet begins.
+  /// Answers where the first worksheet begins.
   std::size_t read() {
     records_.next();
     checkVersion(records_);
     if (substreamKind(records_) != substreamGlobals) damaged("its sheets are not listed");
     for (records_.next(); records_.type() != Record::Eof; records_.next()) readRecord();
+    // Only now: formats may follow the cell formats that use them.
     for (std::uint16_t& format : contents_.cellFormats) format = positionOf(format);
     if (!firstSheet_) refuse("The workbook has no worksheet");
     return *firstSheet_;
@@ -56,6 +58,7 @@ class GlobalsReader {
  private:
   void readRecord() {
     FieldReader fields(records_.payload());
+    ContinuedReader texts(records_);
     switch (records_.type()) {
       case Record::FilePass:
         refuse("The workbook is protected with a password; save it without one");
@@ -63,10 +66,11 @@ class GlobalsReader {
         contents_.from1904 = fields.u16() != 0;
         break;
       case Record::SharedStrings:
-        readSharedStrings();
+        // How many texts the record claims does not matter, only what is there.
+        for (texts.skip(8); !texts.atEnd();) contents_.texts.add(texts);
         break;
       case Record::Format:
-        readFormat();
+        readFormat(texts);
         break;
       case Record::ExtendedFormat:
         fields.skip(2);
@@ -80,17 +84,7 @@ class GlobalsReader {
     }
   }
 
-  /// The number of texts that the record claims does not matter, only what is there.
-  void readSharedStrings() {
-    ContinuedReader reader(records_);
-    reader.skip(8);
-    while (!reader.atEnd()) {
-      contents_.texts.add([&](std::string& to) { reader.appendText(to); });
-    }
-  }
-
-  void readFormat() {
-    ContinuedReader reader(records_);
+  void readFormat(ContinuedReader& reader) {
     const std::uint16_t number = reader.u16();
     std::string code;
     reader.appendText(code);
@@ -103,7 +97,8 @@ class GlobalsReader {
     if (fields.u8() == sheetIsWorksheet && !firstSheet_) firstSheet_ = offset;
   }
 
-  /// Formats are made once each, when a cell format uses them.
+  /// Formats are made once each, when a cell format uses them: a hostile file could ask for as many
+  /// as it has cell formats.
   std::uint16_t positionOf(std::uint16_t number) {
     const auto [entry, isNew] = positions_.try_emplace(number, std::uint16_t{0});
     if (isNew && contents_.formats.size() <= 0xFFFF) {
@@ -139,7 +134,6 @@ class SheetReader {
       if (depth == 1) readRecord();
     }
     checkPendingText();
-    contents_.cells.arrange();
   }
 
  private:
@@ -150,126 +144,92 @@ class SheetReader {
   };
 
   void readRecord() {
+    FieldReader fields(records_.payload());
     switch (records_.type()) {
       case Record::LabelSst:
-        return readLabelSst();
+        return addSharedText(readPlace(fields), fields);
       case Record::Label:
       case Record::RString:
-        return readLabel();
+        return addText(readPlace(fields), placeLength);
       case Record::Rk:
-        return readRk();
+        return addPacked(readPlace(fields), fields);
       case Record::MulRk:
-        return readMulRk();
-      case Record::Number:
-        return readNumber();
-      case Record::BoolErr:
-        return readBoolErr();
+        return addPackedRow(fields);
+      case Record::Number: {
+        const Place place = readPlace(fields);
+        return addNumber(place, fields.number());
+      }
+      case Record::BoolErr: {
+        const Place place = readPlace(fields);
+        const std::uint8_t value = fields.u8();
+        return add(place, fields.u8() != 0 ? Cell::Kind::Error : Cell::Kind::Boolean, value);
+      }
       case Record::Formula:
-        return readFormula();
+        checkPendingText();
+        return addResult(readPlace(fields), fields);
       case Record::String:
-        return readString();
+        if (pendingText_) addText(*pendingText_, 0);
+        return pendingText_.reset();
       default:
         return;
     }
   }
 
+  static constexpr std::size_t placeLength = 6;
   static Place readPlace(FieldReader& fields) {
     const std::uint16_t row = fields.u16();
     const std::uint16_t column = fields.u16();
     return {row, column, fields.u16()};
   }
 
-  void add(const Place& place, CellKind kind, std::uint32_t value) {
-    if (place.column > 0xFF) damaged("a cell lies outside the sheet");
+  void add(const Place& place, Cell::Kind kind, std::uint32_t value) {
+    if (place.column >= maxSheetColumns) damaged("a cell lies outside the sheet");
     contents_.cells.add({place.row, static_cast<std::uint8_t>(place.column), kind, value});
   }
 
   void addNumber(const Place& place, double value) {
     contents_.numbers.push_back({value, place.format});
-    add(place, CellKind::Number, static_cast<std::uint32_t>(contents_.numbers.size() - 1));
+    add(place, Cell::Kind::Number, static_cast<std::uint32_t>(contents_.numbers.size() - 1));
   }
 
-  void addBoolErr(const Place& place, bool isError, std::uint8_t value) {
-    add(place, isError ? CellKind::Error : CellKind::Boolean, value);
-  }
-
-  void addText(const Place& place, ContinuedReader& reader) {
-    add(place, CellKind::Text,
-        contents_.texts.add([&](std::string& to) { reader.appendText(to); }));
-  }
-
-  void readLabelSst() {
-    FieldReader fields(records_.payload());
-    const Place place = readPlace(fields);
-    const std::uint32_t text = fields.u32();
-    if (text >= sharedTexts_) damaged("the text of a cell is missing");
-    add(place, CellKind::Text, text);
-  }
-
-  void readLabel() {
-    FieldReader fields(records_.payload());
-    const Place place = readPlace(fields);
-    ContinuedReader reader(records_);
-    reader.skip(6);
-    addText(place, reader);
-  }
-
-  void readRk() {
-    FieldReader fields(records_.payload());
-    const Place place = readPlace(fields);
+  void addPacked(const Place& place, FieldReader& fields) {
     addNumber(place, unpack(fields.u32()));
   }
 
-  /// Neighbours in one row; the column of the last one stands behind them.
-  void readMulRk() {
-    FieldReader fields(records_.payload());
+  /// Neighbours in one row; the column of the last one follows them.
+  void addPackedRow(FieldReader& fields) {
     Place place{fields.u16(), fields.u16(), 0};
     for (; fields.left() >= 6; ++place.column) {
       place.format = fields.u16();
-      addNumber(place, unpack(fields.u32()));
+      addPacked(place, fields);
     }
   }
 
-  void readNumber() {
-    FieldReader fields(records_.payload());
-    const Place place = readPlace(fields);
-    addNumber(place, fields.number());
+  void addSharedText(const Place& place, FieldReader& fields) {
+    const std::uint32_t text = fields.u32();
+    if (text >= sharedTexts_) damaged("the text of a cell is missing");
+    add(place, Cell::Kind::Text, text);
   }
 
-  void readBoolErr() {
-    FieldReader fields(records_.payload());
-    const Place place = readPlace(fields);
-    const std::uint8_t value = fields.u8();
-    addBoolErr(place, fields.u8() != 0, value);
-  }
-
-  /// The result of the last calculation. It is a number unless its upper two bytes are ones; then
-  /// its lowest byte tells the kind.
-  void readFormula() {
-    constexpr std::uint64_t isNoNumber = 0xFFFF;
-    FieldReader fields(records_.payload());
-    const Place place = readPlace(fields);
-    const std::uint64_t result = fields.u64();
-    checkPendingText();
-    if (result >> 48U != isNoNumber) return addNumber(place, std::bit_cast<double>(result));
-    switch (const auto kind = static_cast<std::uint8_t>(result)) {
-      case 0:  // a text, in the next String record
-        pendingText_ = place;
-        break;
-      case 1:
-      case 2:
-        addBoolErr(place, kind == 2, static_cast<std::uint8_t>(result >> 16U));
-        break;
-      default:  // an empty text
-        break;
-    }
-  }
-
-  void readString() {
-    if (!pendingText_) return;
+  /// A text within its own record, after `skipped` bytes.
+  void addText(const Place& place, std::size_t skipped) {
     ContinuedReader reader(records_);
-    addText(*pendingText_, reader);
-    pendingText_.reset();
+    reader.skip(skipped);
+    add(place, Cell::Kind::Text, contents_.texts.add(reader));
+  }
+
+  /// What a formula came to last. It is a number unless its upper two bytes are ones; then its
+  /// lowest byte tells the kind: a text in the next String record, a boolean, an error, or an empty
+  /// text, which needs no cell.
+  void addResult(const Place& place, FieldReader& fields) {
+    constexpr std::uint64_t isNoNumber = 0xFFFF;
+    const std::uint64_t result = fields.u64();
+    if (result >> 48U != isNoNumber) return addNumber(place, std::bit_cast<double>(result));
+    const auto kind = static_cast<std::uint8_t>(result);
+    const auto value = static_cast<std::uint8_t>(result >> 16U);
+    if (kind == 0) pendingText_ = place;
+    if (kind == 1) add(place, Cell::Kind::Boolean, value);
+    if (kind == 2) add(place, Cell::Kind::Error, value);
   }
 
   void checkPendingText() const {
@@ -288,21 +248,18 @@ std::string SheetContents::text(std::size_t row, std::size_t column) const {
   const Cell* const cell = cells.find(row, column);
   if (cell == nullptr) return {};
   switch (cell->kind) {
-    case CellKind::Text:
+    case Cell::Kind::Text:
       return std::string(texts[cell->value]);
-    case CellKind::Boolean:
+    case Cell::Kind::Boolean:
       return std::string(booleanText(cell->value != 0));
-    case CellKind::Error:
+    case Cell::Kind::Error:
       return std::string(cellErrorText(cell->value));
-    case CellKind::Blank:
+    case Cell::Kind::Blank:
       return {};
-    case CellKind::Number:
+    case Cell::Kind::Number:
       break;
   }
-  return text(numbers[cell->value]);
-}
-
-std::string SheetContents::text(const Number& number) const {
+  const Number& number = numbers[cell->value];
   const bool known = number.cellFormat < cellFormats.size();
   const NumberFormat& format = formats[known ? cellFormats[number.cellFormat] : 0];
   return format.text(number.value, from1904);

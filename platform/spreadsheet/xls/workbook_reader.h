@@ -1,4 +1,4 @@
-// Reads a workbook stream: what its cells hold, and the formats in which their numbers show.
+// Reads a workbook stream: the contents of its cells, and the formats in which their numbers show.
 #pragma once
 
 #include <cstddef>
@@ -28,9 +28,6 @@ struct SheetContents {
 
   /// Rows and columns count from 0.
   std::string text(std::size_t row, std::size_t column) const;
-
- private:
-  std::string text(const Number& number) const;
 };
 
 /// Error 321 for a stream of an older version, one that is encrypted, damaged or has no worksheet.

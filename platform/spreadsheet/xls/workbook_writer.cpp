@@ -36,17 +36,23 @@ class WorkbookWriter {
   explicit WorkbookWriter(const SheetModel& sheet) : sheet_(sheet), records_(stream_) {}
 
   std::string write() {
-    constexpr std::size_t cellLength = 14;
-    constexpr std::size_t rest = 8192;
-    const TextPool& texts = sheet_.texts.texts();
-    stream_.reserve(sheet_.cells.cells().size() * cellLength + texts.length() + 3 * texts.size() +
-                    rest);
+    reserveStream();
     writeGlobals();
     writeSheet();
     return std::move(stream_);
   }
 
  private:
+  /// Growing step by step would cost 8 % of an export and 10 MB for 60,000 salesmen.
+  void reserveStream() {
+    constexpr std::size_t cellLength = 14;
+    constexpr std::size_t textExtra = 3;
+    constexpr std::size_t rest = 8192;
+    std::size_t length = sheet_.texts.texts().length() + textExtra * sheet_.texts.texts().size();
+    for (const auto& row : sheet_.cells.rows()) length += row.size() * cellLength;
+    stream_.reserve(length + rest);
+  }
+
   void beginSubstream(std::uint16_t kind) {
     constexpr std::size_t build = 0x0DBB;
     constexpr std::size_t year = 0x07CC;
@@ -60,7 +66,7 @@ class WorkbookWriter {
   void writeGlobals() {
     constexpr std::size_t utf16 = 1200;
     beginSubstream(substreamGlobals);
-    records_.begin(Record::CodePage).u16(utf16);
+    records_.begin(Record::CodePage).u16(utf16);  // the order of what follows is the format's
     writeWindow();
     records_.begin(Record::DateMode).u16(0);
     for (std::size_t i = 0; i < plainFonts; ++i) writeFont(false);
@@ -108,21 +114,25 @@ class WorkbookWriter {
 
   void writeTexts() {
     const TextPool& texts = sheet_.texts.texts();
-    const auto& cells = sheet_.cells.cells();
-    const auto used = std::count_if(cells.begin(), cells.end(),
-                                    [](const Cell& cell) { return cell.kind == CellKind::Text; });
-    records_.begin(Record::SharedStrings).u32(static_cast<std::size_t>(used)).u32(texts.size());
+    std::size_t used = 0;
+    for (const auto& row : sheet_.cells.rows()) {
+      used += static_cast<std::size_t>(std::ranges::count(row, Cell::Kind::Text, &Cell::kind));
+    }
+    records_.begin(Record::SharedStrings).u32(used).u32(texts.size());
     for (std::size_t i = 0; i < texts.size(); ++i) records_.sharedText(texts[i]);
   }
 
   void writeSheet() {
+    // The list of sheets was written before the sheet's place was known.
     for (std::size_t i = 0; i < 4; ++i) {
       stream_[sheetOffset_ + i] = static_cast<char>(stream_.size() >> 8U * i);
     }
     beginSubstream(substreamWorksheet);
     for (const auto& [number, column] : sheet_.columns) writeColumn(number, column);
     writeDimensions();
-    for (const Cell& cell : sheet_.cells.cells()) writeCell(cell);
+    for (const auto& row : sheet_.cells.rows()) {
+      for (const Cell& cell : row) writeCell(cell);
+    }
     constexpr std::size_t gridHeadersZerosSelectedShown = 0x06B6;
     constexpr std::size_t automaticColour = 0x40;
     records_.begin(Record::Window2).u16(gridHeadersZerosSelectedShown).u16(0).u16(0);
@@ -140,23 +150,28 @@ class WorkbookWriter {
   }
 
   void writeDimensions() {
-    const auto& cells = sheet_.cells.cells();
-    const auto [first, last] =
-        std::minmax_element(cells.begin(), cells.end(),
-                            [](const Cell& a, const Cell& b) { return a.column < b.column; });
+    const auto& rows = sheet_.cells.rows();
     records_.begin(Record::Dimensions);
-    if (cells.empty()) {
+    if (rows.empty()) {
       records_.zeros(14);
-    } else {
-      records_.u32(cells.front().row).u32(cells.back().row + 1U);
-      records_.u16(first->column).u16(last->column + 1U).u16(0);
+      return;
     }
+    std::size_t firstColumn = maxSheetColumns;
+    std::size_t columns = 0;
+    for (const auto& row : rows) {
+      if (row.empty()) continue;
+      firstColumn = std::min<std::size_t>(firstColumn, row.front().column);
+      columns = std::max<std::size_t>(columns, row.back().column + 1U);
+    }
+    const auto firstUsed = std::ranges::find_if(rows, [](const auto& row) { return !row.empty(); });
+    records_.u32(static_cast<std::size_t>(firstUsed - rows.begin())).u32(rows.size());
+    records_.u16(firstColumn).u16(columns).u16(0);
   }
 
   void writeCell(const Cell& cell) {
     const bool bold = sheet_.isBold(cell);
-    const bool blank = cell.kind == CellKind::Blank;
-    if (blank && !bold) return;
+    const bool blank = cell.kind == Cell::Kind::Blank;
+    if (blank && !bold) return;  // a blank cell is there for its font only
     records_.begin(blank ? Record::Blank : Record::LabelSst);
     records_.u16(cell.row).u16(cell.column).u16(bold ? boldTextFormat : textFormat);
     if (!blank) records_.u32(cell.value);

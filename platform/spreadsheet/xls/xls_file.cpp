@@ -15,14 +15,14 @@ constexpr std::string_view saveAsXls = "; save it as an Excel 97-2003 workbook (
   refuse(std::string("The file is ").append(what).append(saveAsXls));
 }
 
-/// A sheet of versions 2 to 4 stands in its file without anything around it.
+/// A file of versions 2 to 4 is one sheet without anything around it.
 bool isBareSheet(std::string_view file) {
   return file.size() > 4 && file[0] == '\x09' && file[2] <= '\x08' && file[3] == '\0' &&
          (file[1] == '\0' || file[1] == '\x02' || file[1] == '\x04');
 }
 
 [[noreturn]] void refuseOther(std::string_view file) {
-  constexpr std::size_t looked = 4096;
+  constexpr std::size_t looked = 4096;  // the kind of a file shows at its start
   const std::string_view start = file.substr(0, looked);
   if (file.empty()) refuse("The file is empty");
   if (start.starts_with("PK\x03\x04")) {
@@ -44,6 +44,7 @@ std::string workbookStream(std::string_view file) {
   if (!CompoundFile::recognises(file)) refuseOther(file);
   const CompoundFile compound(file);
   if (auto stream = compound.stream("Workbook")) return std::move(*stream);
+  // Workbooks that are saved for both have both streams, so this one comes second.
   if (compound.stream("Book")) refuseAs("a workbook of version 5.0/95");
   if (compound.stream("EncryptedPackage")) {
     refuse("The workbook is protected with a password; save it without one");

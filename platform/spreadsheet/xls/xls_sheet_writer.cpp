@@ -25,7 +25,7 @@ void XlsSheetWriter::setText(int row, int column, std::string_view text) {
   checkCell(row, column);
   checkCellText(text);
   sheet_.cells.add({static_cast<std::uint16_t>(row - 1), static_cast<std::uint8_t>(column - 1),
-                    text.empty() ? CellKind::Blank : CellKind::Text,
+                    text.empty() ? Cell::Kind::Blank : Cell::Kind::Text,
                     text.empty() ? 0 : sheet_.texts.add(text)});
 }
 
@@ -36,16 +36,13 @@ void XlsSheetWriter::setBold(const CellRange& range) {
 
 /// A font needs a cell that has it: blank ones where there is none.
 void XlsSheetWriter::addBlanks(const CellRange& range) {
-  sheet_.cells.arrange();
-  std::vector<Cell> blanks;
   for (int row = range.firstRow; row <= range.lastRow; ++row) {
     for (int column = range.firstColumn; column <= range.lastColumn; ++column) {
       const Cell blank{static_cast<std::uint16_t>(row), static_cast<std::uint8_t>(column),
-                       CellKind::Blank, 0};
-      if (sheet_.cells.find(blank.row, blank.column) == nullptr) blanks.push_back(blank);
+                       Cell::Kind::Blank, 0};
+      if (sheet_.cells.find(blank.row, blank.column) == nullptr) sheet_.cells.add(blank);
     }
   }
-  for (const Cell& blank : blanks) sheet_.cells.add(blank);
 }
 
 void XlsSheetWriter::addListValidation(const CellRange& range, std::string_view source) {
@@ -69,21 +66,22 @@ void XlsSheetWriter::hideColumn(int number) {
 void XlsSheetWriter::autoFit(int firstColumn, int lastColumn) {
   const CellRange range = fileRange({1, firstColumn, 1, lastColumn});
   std::array<double, maxSheetColumns> widths{};
-  sheet_.cells.arrange();
-  for (const Cell& cell : sheet_.cells.cells()) {
-    if (cell.column < range.firstColumn || cell.column > range.lastColumn) continue;
-    if (cell.kind == CellKind::Blank) continue;
-    const double width = textWidth(sheet_.texts.texts()[cell.value], sheet_.isBold(cell));
-    widths[cell.column] = std::max(widths[cell.column], std::min(width, maxColumnWidth));
+  for (const auto& row : sheet_.cells.rows()) {
+    for (const Cell& cell : row) {
+      if (cell.column < range.firstColumn || cell.column > range.lastColumn) continue;
+      if (cell.kind == Cell::Kind::Blank) continue;
+      const double width = widthInDigits(sheet_.texts.texts()[cell.value], sheet_.isBold(cell));
+      widths[cell.column] = std::max(widths[cell.column], std::min(width, maxColumnWidth));
+    }
   }
   for (int number = range.firstColumn; number <= range.lastColumn; ++number) {
     const double width = widths[static_cast<std::size_t>(number)];
+    // A column without texts keeps its width.
     if (width > 0) column(number + 1).width = width;
   }
 }
 
 void XlsSheetWriter::saveAs(std::string_view path) {
-  sheet_.cells.arrange();
   const auto file = files_.openReplacement(path);
   writeCompoundFile(*file, writeWorkbook(sheet_));
   file->close();

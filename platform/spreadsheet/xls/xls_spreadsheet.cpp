@@ -3,7 +3,6 @@
 #include <cstdint>
 
 #include "base/errors.h"
-#include "base/growing_buffer.h"
 #include "platform/spreadsheet/sheet_cells.h"
 #include "platform/spreadsheet/xls/workbook_reader.h"
 #include "platform/spreadsheet/xls/xls_file.h"
@@ -19,7 +18,7 @@ class XlsSheetReader final : public WorksheetReader {
  public:
   explicit XlsSheetReader(xls::SheetContents contents) : contents_(std::move(contents)) {}
 
-  int rowCount() const override { return static_cast<int>(contents_.cells.rowCount()); }
+  int rowCount() const override { return static_cast<int>(contents_.cells.rows().size()); }
 
   std::string text(int row, int column) const override {
     checkCell(row, column);
@@ -33,10 +32,11 @@ class XlsSheetReader final : public WorksheetReader {
 /// The file's workbook; the bytes of the file itself are gone when it is there.
 std::string streamOf(InputFile& file) {
   if (file.length() >= maxLength) throw RuntimeError(ErrorNumber::OutOfMemory);
-  GrowingBuffer<char> bytes;
-  bytes.reserve(static_cast<std::size_t>(file.length()) + 1);
-  const std::size_t length = file.read(bytes.data(), bytes.capacity() - 1);
-  return xls::workbookStream({bytes.data(), length});
+  return refusingWithoutMemory([&] {
+    std::string bytes(static_cast<std::size_t>(file.length()), '\0');
+    bytes.resize(file.read(bytes.data(), bytes.size()));
+    return xls::workbookStream(bytes);
+  });
 }
 
 std::unique_ptr<WorksheetReader> readStream(const std::string& stream) {
