@@ -34,8 +34,8 @@ Value MemoryRecordset::field(std::size_t position) const {
 }
 
 std::shared_ptr<Recordset> MemoryRecordset::NextRecordset() {
-  if (nextError_) throw RuntimeError(*std::exchange(nextError_, std::nullopt));
-  return std::exchange(next_, nullptr);
+  if (nextError_) throw RuntimeError(*nextError_);
+  return next_;
 }
 
 void MemoryRecordset::Close() {

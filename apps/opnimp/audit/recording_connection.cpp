@@ -1,6 +1,5 @@
 #include "apps/opnimp/audit/recording_connection.h"
 
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -17,73 +16,25 @@ CallKind kindOf(CommandType type, Purpose purpose) {
   return purpose == Purpose::Ask ? CallKind::Check : CallKind::Procedure;
 }
 
-/// The results of a call, fetched when it ran, given one by one as the caller asks for them.
-class FetchedResults final : public Recordset {
- public:
-  explicit FetchedResults(std::shared_ptr<Recordset> current) : current_(std::move(current)) {}
-
-  void add(std::shared_ptr<FetchedResults> next) { next_ = std::move(next); }
-  void addError(const RuntimeError& error) { error_ = error; }
-
-  std::int32_t State() const override { return current_->State(); }
-  bool isEOF() const override { return current_->isEOF(); }
-  bool isBOF() const override { return current_->isBOF(); }
-  void MoveNext() override { current_->MoveNext(); }
-  Value field(std::size_t position) const override { return current_->field(position); }
-  void Close() override { current_->Close(); }
-  std::shared_ptr<Recordset> NextRecordset() override {
-    if (error_) throw RuntimeError(*error_);
-    return next_;
+/// Runs one call under the recorder's eyes. A later statement of it may have failed without anybody
+/// asking: all results are asked for here, so that the account knows. Connections that the runner
+/// uses read results at once and give them again.
+template <class Run>
+std::shared_ptr<Recordset> watched(Recorder& recorder, const Connection& connection,
+                                   std::size_t call, Run&& execute) {
+  std::shared_ptr<Recordset> first;
+  CallResult failure = CallResult::Failed;
+  try {
+    first = execute();
+    recorder.setResult(call, CallResult::Ok);
+    failure = CallResult::FailedLate;
+    for (auto result = first; result != nullptr;) result = result->NextRecordset();
+  } catch (const RuntimeError& error) {
+    recorder.callFailed(call, failure, error, connection);
+    if (failure == CallResult::Failed) throw;
   }
-
- private:
-  std::shared_ptr<Recordset> current_;
-  std::shared_ptr<FetchedResults> next_;
-  std::optional<RuntimeError> error_;
-};
-
-/// Runs one call under the recorder's eyes.
-class WatchedCall {
- public:
-  WatchedCall(Recorder& recorder, Connection& connection, std::size_t call)
-      : recorder_(recorder), connection_(connection), call_(call) {}
-
-  template <class Run>
-  std::shared_ptr<Recordset> run(Run&& execute) {
-    std::shared_ptr<Recordset> first;
-    try {
-      first = execute();
-    } catch (const RuntimeError& error) {
-      recorder_.callFailed(call_, CallResult::Failed, error, connection_);
-      throw;
-    }
-    recorder_.setResult(call_, CallResult::Ok);
-    return first;
-  }
-
-  /// A later statement of the call may have failed without anybody asking: its results are fetched
-  /// here, so that the account knows.
-  std::shared_ptr<Recordset> fetchAll(std::shared_ptr<Recordset> result) {
-    auto first = std::make_shared<FetchedResults>(result);
-    auto last = first;
-    try {
-      while ((result = result->NextRecordset()) != nullptr) {
-        auto next = std::make_shared<FetchedResults>(result);
-        last->add(next);
-        last = std::move(next);
-      }
-    } catch (const RuntimeError& error) {
-      recorder_.callFailed(call_, CallResult::FailedLate, error, connection_);
-      last->addError(error);
-    }
-    return first;
-  }
-
- private:
-  Recorder& recorder_;
-  Connection& connection_;
-  std::size_t call_;
-};
+  return first;
+}
 
 /// What a call meets that the driver would not take.
 std::shared_ptr<Recordset> refusal() {
@@ -148,13 +99,12 @@ bool RecordingCommand::exceedsSize() const {
 std::shared_ptr<Recordset> RecordingCommand::Execute(std::int32_t options) {
   const CallKind kind = kindOf(type_, purpose_);
   const std::size_t call = recorder_.beginCall(kind, text_, values_);
-  WatchedCall watched(recorder_, *connection_, call);
-  if (kind == CallKind::Procedure && recorder_.mode() == Recorder::Mode::DryRun) {
-    if (exceedsSize()) watched.run(refusal);
-    recorder_.setResult(call, CallResult::NotRun);
-    return std::make_shared<MemoryRecordset>();  // no rows
+  if (kind != CallKind::Procedure || recorder_.mode() != Recorder::Mode::DryRun) {
+    return watched(recorder_, *connection_, call, [&] { return inner_->Execute(options); });
   }
-  return watched.fetchAll(watched.run([&] { return inner_->Execute(options); }));
+  if (exceedsSize()) return watched(recorder_, *connection_, call, refusal);
+  recorder_.setResult(call, CallResult::NotRun);
+  return std::make_shared<MemoryRecordset>();  // no rows
 }
 
 class RecordingConnection final : public Connection {
@@ -164,8 +114,7 @@ class RecordingConnection final : public Connection {
 
   std::shared_ptr<Recordset> Execute(std::string_view text) override {
     const std::size_t call = recorder_.beginCall(CallKind::Query, text, {});
-    WatchedCall watched(recorder_, *inner_, call);
-    return watched.fetchAll(watched.run([&] { return inner_->Execute(text); }));
+    return watched(recorder_, *inner_, call, [&] { return inner_->Execute(text); });
   }
   std::unique_ptr<Command> newCommand() override {
     return std::make_unique<RecordingCommand>(recorder_, inner_);
