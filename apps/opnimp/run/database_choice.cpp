@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <regex>
 #include <system_error>
 
 #include "apps/opnimp/cli/failures.h"
@@ -15,23 +16,6 @@ namespace velk {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Where the value that starts at `from` ends: at a semicolon, except one inside braces.
-std::size_t valueEnd(std::string_view text, std::size_t from) {
-  if (from < text.size() && text[from] == '{') {
-    std::size_t close = text.find('}', from);
-    while (close != std::string_view::npos && close + 1 < text.size() && text[close + 1] == '}') {
-      close = text.find('}', close + 2);
-    }
-    if (close == std::string_view::npos) return text.size();
-    from = close;
-  }
-  return std::min(text.find(';', from), text.size());
-}
-
-bool isPasswordKey(std::string_view key) {
-  return equalsIgnoringCase(trim(key), "pwd") || equalsIgnoringCase(trim(key), "password");
-}
 
 OpenDatabase connect(const DatabaseChoice& choice, const Surroundings& surroundings) {
   try {
@@ -85,22 +69,12 @@ void makeDemoDatabase(const std::string& path) {
   cannotMake(path, "there is such a file already. Choose another path, or remove it first");
 }
 
+// A value in braces may contain semicolons, and a closing brace when it is doubled. Rather too much
+// is masked than too little: also what only looks like a password inside another value's braces.
 std::string maskPasswords(std::string_view connectionString) {
-  std::string masked;
-  std::size_t start = 0;
-  while (start < connectionString.size()) {
-    const std::size_t equals = connectionString.find('=', start);
-    if (equals == std::string_view::npos) break;
-    const std::size_t end = valueEnd(connectionString, equals + 1);
-    const std::string_view key = connectionString.substr(start, equals - start);
-    masked.append(key).append("=");
-    masked.append(isPasswordKey(key) ? "***"
-                                     : connectionString.substr(equals + 1, end - equals - 1));
-    if (end < connectionString.size()) masked += ';';
-    start = end + 1;
-  }
-  if (start < connectionString.size()) masked.append(connectionString.substr(start));
-  return masked;
+  static const std::regex password(
+      R"(((?:^|;|\{)\s*(?:pwd|password)\s*=)(\{(?:[^}]|\}\})*\}?[^;]*|[^;]*))", std::regex::icase);
+  return std::regex_replace(std::string(connectionString), password, "$1***");
 }
 
 bool isSameFile(const std::string& a, const std::string& b) {

@@ -2,16 +2,18 @@
 
 #include "base/errors.h"
 #include "base/numbers.h"
+#include "masters/ds_type_rules.h"
 
 namespace velk {
 
 namespace {
 
 // What the import asks about one type, asked for all.
-constexpr std::string_view activeTypes =
-    "select DSTypeValue from DSType_Master where DSTypeName = 'DSType' and DSTypeCtlPos = 1 and "
-    "Active >= 1 and OCGtype = (select flag from tbl_velk_configabstract where ScreenCode = "
-    "'OCGDS' and ScreenName = 'OperationalCategoryGroup') order by DSTypeValue";
+std::string activeTypes() {
+  return "select DSTypeValue from DSType_Master where DSTypeName = 'DSType' and DSTypeCtlPos = 1 "
+         "and Active >= 1 and OCGtype = " +
+         std::string(groupInForce) + " order by DSTypeValue";
+}
 
 // The screen takes a type for a default one if the procedure answers nothing at all.
 bool isDefault(Connection& connection, const std::string& type) {
@@ -31,7 +33,7 @@ bool isDefault(Connection& connection, const std::string& type) {
 std::vector<std::string> allowedDsTypes(Connection& connection) {
   std::vector<std::string> types;
   try {
-    const auto rows = connection.Execute(activeTypes);
+    const auto rows = connection.Execute(activeTypes());
     for (; !rows->isEOF(); rows->MoveNext()) {
       std::string type = toText(rows->field(0));
       if (isDefault(connection, type)) types.push_back(std::move(type));
