@@ -272,7 +272,8 @@ TEST_CASE("records of master data that the database refuses are lost on the scre
   const Json report(again.out);
   CHECK(report.outcomes() == "posted partial");
   CHECK(report.at("account.addsUp") == "true");
-  CHECK(report.at("account.banks.count") + report.at("account.branches.count") == "21");
+  CHECK(report.at("account.banks.count") == "2");
+  CHECK(report.at("account.branches.count") == "1");
   CHECK(world.folder.read("r.csv.check.csv") == crlf({titles, known}));
   CHECK(world.ask("select BankName from BankMaster where BankCode='O''B'") == "O'B");
 

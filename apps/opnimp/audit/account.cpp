@@ -126,7 +126,8 @@ class Bookkeeper {
            " of which failed";
   }
 
-  /// The first call of a record makes its note, the second its entry.
+  /// The first call of a record makes its note, or its bank, vendor or salesman; the second its
+  /// entry, or what belongs to those.
   void addEffects(const RecordTrace& trace, const Amounts& file) {
     std::size_t position = 0;
     for (const RecordedCall* call : trace.calls) {
