@@ -36,6 +36,7 @@ enum class Reason : std::uint8_t {
   NoRecords,        ///< a workbook without data
   UnreadableFile,   ///< the file cannot be opened, or is no workbook
   CaptionMismatch,  ///< the database calls DS types by another caption
+  CheckFailed,      ///< whether it does could not be asked
   // A mapping is refused.
   NoColumnChosen,  ///< a field was clicked before a file column
   EmptyValues,     ///< the field needs values, and the column lacks one
@@ -67,8 +68,8 @@ struct Posting {
 };
 
 /// `text` is in each case what the user reads: the log line or the message, word for word. Rows are
-/// those of the mapping list. A member may throw to end the run, but nothing that an error trap
-/// catches: no std::exception.
+/// those of the mapping list. A member may throw to end the run, but no RuntimeError: error traps
+/// would take it for a failure of the import.
 class ImportObserver {
  public:
   virtual ~ImportObserver() = default;

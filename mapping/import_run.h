@@ -1,8 +1,7 @@
 // One run of an import over the rows of a mapping list: which row it stands on, what it says of
 // each record, and the calls that post it.
 //
-// Everything an import has to say goes through here, so that the error log, the user and the
-// observer always hear the same.
+// What an import finds goes through here, so that the error log and the observer hear the same.
 #pragma once
 
 #include <cstddef>

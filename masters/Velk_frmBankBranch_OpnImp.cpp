@@ -142,11 +142,15 @@ bool Velk_frmBankBranch_OpnImp::loadPreview() {
   if (dsTypes_.ChkForValidDSTypeName() != 0) return true;
   constexpr std::string_view message = "DSCaption name mismatch";
   desktop().messageBox(message, styleInformation, "Vorel");
-  run().refuse({Reason::CaptionMismatch, std::nullopt, {}}, message);
+  // The user is told the same when the database could not be asked; who listens can tell the two.
+  const bool asked = module().lastErrorNumber() == 0;
+  run().refuse({asked ? Reason::CaptionMismatch : Reason::CheckFailed, std::nullopt, {}},
+               asked ? message : module().lastErrorLine());
   return false;
 }
 
 void Velk_frmBankBranch_OpnImp::cmdImport_Click() {
+  importCompleted_ = false;
   switch (type()) {
     case Type::BankBranch:
       ImportBankBranch();

@@ -48,6 +48,13 @@ class Velk_frmBankBranch_OpnImp final : public ImportScreen {
   void ImportVendor(VendorRecord& vendor) { vendors_.ImportVendor(vendor); }
   bool ImportExcelData(std::string_view fileName) { return salesmen_.ImportExcelData(fileName); }
   void ImportSalesmanMaster() { importCompleted_ = salesmen_.ImportSalesmanMaster(); }
+  void ImportSalesman(const std::string& name, const std::string& address,
+                      const std::string& residentialNumber, const std::string& mobileNumber,
+                      const std::string& extra, const std::string& dsType,
+                      const std::string& handheld) {
+    salesmen_.ImportSalesman(name, address, residentialNumber, mobileNumber, extra, dsType,
+                             handheld);
+  }
   void cmdExport_Click() { export_.cmdExport_Click(); }
   bool ExportToExcel(std::string_view fileName) { return export_.ExportToExcel(fileName); }
   bool IsFileInUse(std::string_view fileName) { return export_.IsFileInUse(fileName); }

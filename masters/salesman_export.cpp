@@ -108,8 +108,7 @@ bool SalesmanExport::IsFileInUse(std::string_view fileName) {
   }
 }
 
-// The file is written when the desktop is asked to open it: a desktop that does not is a failure of
-// the export all the same, and the user is told so.
+// Whether the desktop opens the file is not asked: it is written by then.
 bool SalesmanExport::ExportToExcel(std::string_view fileName) {
   const WaitCursor wait(screen_.desktop());
   return screen_.trapRoutine("ExportToExcel", [&] {

@@ -95,6 +95,8 @@ class Velk_ModOpnImp {
                                               Purpose purpose = Purpose::Post);
   /// 0 after a procedure that ran, the error's number after one that failed.
   std::int32_t lastErrorNumber() const { return lastErrorNumber_; }
+  /// The line that the log got of that error.
+  const std::string& lastErrorLine() const { return lastErrorLine_; }
   /// Passes over the closed results before the first open one; the last closed one when none
   /// is open, null for null. Errors end the search silently.
   static std::shared_ptr<Recordset> GetDataRecordset(std::shared_ptr<Recordset> recordset);
@@ -121,6 +123,7 @@ class Velk_ModOpnImp {
   FileErrorLog fileLog_;
   ErrorLog* errorLog_;
   std::int32_t lastErrorNumber_ = 0;
+  std::string lastErrorLine_;
   std::shared_ptr<HostService> hostService_;
   std::shared_ptr<HostMainWindow> hostMainWindow_;
 };

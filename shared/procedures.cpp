@@ -36,7 +36,7 @@ std::shared_ptr<Recordset> Velk_ModOpnImp::ExecuteProcedure(
     return recordset;
   } catch (const RuntimeError& error) {
     lastErrorNumber_ = error.number();
-    logTrapped("", error);
+    lastErrorLine_ = logTrapped("", error);
     if (error.is(ErrorNumber::ProviderTimeout)) {
       desktop().messageBox("Database is busy, cannot establish connection", styleCritical);
     }

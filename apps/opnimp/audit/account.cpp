@@ -22,7 +22,8 @@ constexpr std::size_t billParameter = 3;
 constexpr std::size_t balanceParameter = 4;
 constexpr std::size_t entryParameter = 1;
 
-struct Amounts {
+struct FileRecord {
+  std::string code;
   double bill = 0;
   double balance = 0;
 };
@@ -71,15 +72,14 @@ class Bookkeeper {
            "): " + text);
   }
 
-  /// What the file says of a record's amounts; empty for one beyond the range of numbers.
-  std::optional<Amounts> read(std::size_t record) const {
-    if (basis_.kind.opening == nullptr) return Amounts{};
+  /// What the file says of a record; empty for amounts beyond the range of numbers.
+  std::optional<FileRecord> read(std::size_t record) const {
+    if (basis_.kind.opening == nullptr) return FileRecord{};
     const auto fields = basis_.input.fields(record, width_);
-    const auto amount = [&](std::size_t field) {
-      return leadingNumber(mappedCell(fields, basis_.mapping, field));
-    };
+    const auto cell = [&](std::size_t field) { return mappedCell(fields, basis_.mapping, field); };
     try {
-      return Amounts{amount(openingField::bill), amount(openingField::balance)};
+      return FileRecord{cell(openingField::code), leadingNumber(cell(openingField::bill)),
+                        leadingNumber(cell(openingField::balance))};
     } catch (const RuntimeError&) {
       return std::nullopt;
     }
@@ -88,17 +88,20 @@ class Bookkeeper {
   void addRecord(std::size_t record) {
     const RecordTrace& trace = basis_.traces.records[record];
     Sums& ofOutcome = account_.byOutcome[static_cast<std::size_t>(trace.outcome)];
-    const std::optional<Amounts> amounts = read(record);
-    if (!amounts) {
+    const std::optional<FileRecord> file = read(record);
+    if (!file) {
       ++account_.unreadable;
       ++account_.file.count;
       ++ofOutcome.count;
     } else {
-      addTo(account_.file, amounts->bill, amounts->bill, amounts->balance);
-      addTo(ofOutcome, amounts->bill, amounts->bill, amounts->balance);
+      addTo(account_.file, file->bill, file->bill, file->balance);
+      addTo(ofOutcome, file->bill, file->bill, file->balance);
     }
     checkWord(record, trace);
-    addEffects(trace, amounts.value_or(Amounts{}));
+    if (trace.outcome == Outcome::Skipped && (!file || file->bill != 0)) {
+      differAt(record, "the import skipped it, although the file has an amount");
+    }
+    addEffects(record, trace, file.value_or(FileRecord{}));
     checkTotals(record);
   }
 
@@ -116,9 +119,15 @@ class Bookkeeper {
     }
     if (said.fate != Fate::Posted) return;
     const Posting recorded{seen.made(), seen.failed};
-    if (recorded == said.posting) return;
-    differAt(record, "the import says that it called " + callsText(said.posting) +
-                         ", the recorder saw " + callsText(recorded));
+    if (recorded != said.posting) {
+      differAt(record, "the import says that it called " + callsText(said.posting) +
+                           ", the recorder saw " + callsText(recorded));
+    }
+    const bool endedEarly = basis_.kind.stopsAtFailure && seen.made() == 1 && seen.failed == 1;
+    if (seen.made() != basis_.kind.becomes.size() && !endedEarly) {
+      differAt(record, callsText(recorded) + " were called where a record needs " +
+                           std::to_string(basis_.kind.becomes.size()));
+    }
   }
 
   static std::string callsText(const Posting& posting) {
@@ -128,16 +137,31 @@ class Bookkeeper {
 
   /// The first call of a record makes its note, or its bank, vendor or salesman; the second its
   /// entry, or what belongs to those.
-  void addEffects(const RecordTrace& trace, const Amounts& file) {
+  void addEffects(std::size_t record, const RecordTrace& trace, const FileRecord& file) {
     std::size_t position = 0;
     for (const RecordedCall* call : trace.calls) {
       if (call->kind != CallKind::Procedure) continue;
       const bool isNote = position++ == 0;
+      if (basis_.kind.opening != nullptr) checkCall(record, *call, isNote, file);
       if (isEffective(*call)) addEffect(*call, isNote, file);
     }
   }
 
-  void addEffect(const RecordedCall& call, bool isNote, const Amounts& file) {
+  /// An opening's document goes by the sign of its bill, and to the party that the file names.
+  void checkCall(std::size_t record, const RecordedCall& call, bool isNote,
+                 const FileRecord& file) {
+    const OpeningImportKind& opening = *basis_.kind.opening;
+    const std::string_view note = file.bill > 0 ? opening.debitNote : opening.creditNote;
+    const std::string_view expected = isNote ? note : opening.openingBalance;
+    if (call.text != expected) {
+      differAt(record, call.text + " was called where " + std::string(expected) + " belongs");
+    }
+    if (call.parameters.empty() || call.parameters[0] != Value(file.code)) {
+      differAt(record, call.text + " was called for another code than the file's");
+    }
+  }
+
+  void addEffect(const RecordedCall& call, bool isNote, const FileRecord& file) {
     Sums& sums = isNote ? account_.notes : account_.entries;
     if (basis_.kind.opening == nullptr) {
       ++sums.count;
@@ -145,8 +169,7 @@ class Bookkeeper {
     }
     addTo(isNote ? fileNotes_ : fileEntries_, file.bill, isNote ? file.bill : 0, file.balance);
     if (isNote) {
-      const double sign = call.text == basis_.kind.opening->debitNote ? 1 : -1;
-      addTo(sums, sign, numberAt(call, billParameter), numberAt(call, balanceParameter));
+      addTo(sums, file.bill, numberAt(call, billParameter), numberAt(call, balanceParameter));
     } else {
       // An entry of 0 belongs to the side of its bill.
       const double entry = numberAt(call, entryParameter);

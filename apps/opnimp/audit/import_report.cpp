@@ -1,5 +1,7 @@
 #include "apps/opnimp/audit/import_report.h"
 
+#include <stdexcept>
+
 #include "mapping/import_run.h"
 
 namespace velk {
@@ -11,6 +13,7 @@ const RecordReport& ImportReport::record(std::size_t position) const {
 
 void ImportReport::beginStep() {
   refusal_.reset();
+  stop_.clear();
   lastError_.clear();
 }
 
@@ -26,12 +29,14 @@ void ImportReport::runStopped(const RuntimeError& error, std::string_view text) 
   record->texts.push_back(stop_);
 }
 
-// The rows of a mapping list come one after the other, so that a record's place is its position.
+// A record's place is its position, since the rows of a mapping list come one after the other.
 void ImportReport::recordBegins(std::size_t row) {
   inRecord_ = false;
+  if (row != records_.size() + ImportRun::firstDataRow) {
+    throw std::logic_error("the import takes its records out of order");
+  }
   if (onRecord) onRecord(row - ImportRun::mappingRow);
-  records_.resize(row - ImportRun::firstDataRow + 1);
-  records_.back().fate = RecordReport::Fate::Begun;
+  records_.emplace_back().fate = RecordReport::Fate::Begun;
   inRecord_ = true;
 }
 
@@ -48,7 +53,8 @@ void ImportReport::recordEnds(const Posting& posting) {
   RecordReport* const record = current();
   if (record == nullptr) return;
   record->posting = posting;
-  if (posting.calls > 0) record->fate = RecordReport::Fate::Posted;
+  const bool open = record->fate == RecordReport::Fate::Begun;
+  if (open && posting.calls > 0) record->fate = RecordReport::Fate::Posted;
   inRecord_ = false;
 }
 

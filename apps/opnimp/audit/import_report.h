@@ -24,7 +24,7 @@ struct RecordReport {
   /// Stopped: by an error that ended the run, at any point of the record.
   enum class Fate { NotBegun, Begun, Refused, Skipped, Stopped, Posted };
   Fate fate = Fate::NotBegun;
-  bool warned = false;             ///< something was said of it besides
+  bool warned = false;             ///< a warning was said of it, or an error trapped
   Posting posting;                 ///< what it called, as it saw the calls end
   std::vector<std::string> texts;  ///< refusal, warnings and errors, word for word
 };
@@ -48,7 +48,7 @@ class ImportReport final : public ImportObserver {
   const std::string& lastError() const { return lastError_; }
   bool ended() const { return ended_; }
   bool exported() const { return exported_; }
-  /// Forgets refusal and errors so far: what comes next is another step.
+  /// Forgets refusal, stop and errors so far: what comes next is another step.
   void beginStep();
 
   void refused(const Finding& why, std::size_t row, std::string_view text) override;

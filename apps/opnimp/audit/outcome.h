@@ -18,7 +18,7 @@ enum class Outcome {
   Posted,
   PostedWithWarning,
   Skipped,     ///< zero amount
-  Rejected,    ///< nothing was called that posts it
+  Rejected,    ///< refused, or stopped by an error, before anything was called that posts it
   Failed,      ///< no call took effect
   Partial,     ///< some did
   Unknown,     ///< a call had no answer

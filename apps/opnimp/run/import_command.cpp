@@ -130,12 +130,21 @@ class ImportCommand {
     requireRecords();
     endIfInterrupted();
     began_ = true;
+    report_.beginStep();
     const EventResult event = session.import();
     if (!report_.stop().empty()) {
       result_.brokeOff = report_.stop();
     } else if (event != EventResult::Handled) {
       result_.brokeOff = "the screen did not take the Import button";
+    } else if (!report_.ended() && !wasRefused()) {
+      result_.brokeOff = "the import did not say how it ended";
     }
+  }
+
+  /// The import's word that nothing was posted, as long as nothing seen speaks against it.
+  bool wasRefused() const {
+    return report_.refusal() && report_.begun() == 0 &&
+           std::ranges::count(recorder_.calls(), CallKind::Procedure, &RecordedCall::kind) == 0;
   }
 
   /// With no record to look at, the screen imports a file that lacks mandatory columns.
@@ -169,8 +178,8 @@ class ImportCommand {
   }
 
   void evaluate() {
-    if (const auto& refusal = report_.refusal(); refusal && !result_.refused()) {
-      result_.refusal = runRefusalText(*refusal, *result_.input, result_.mapping, kind());
+    if (wasRefused() && !result_.refused()) {
+      result_.refusal = runRefusalText(*report_.refusal(), *result_.input, result_.mapping, kind());
     }
     result_.traces = traceRecords(report_, recorder_, result_.input->count());
     if (!result_.refused()) {

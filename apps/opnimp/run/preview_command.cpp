@@ -40,15 +40,17 @@ PreviewResult previewOf(const Arguments& arguments, std::ostream& err,
   ImportReport report(true);
   ScreenSession session(recorder, {".", surroundings.clock, messagesTo(err, progress), false});
   preview.input = readInput(arguments);
+  const ImportScreen* screen = nullptr;
   try {
-    session.open(*arguments.kind, recorded(recorder, std::make_shared<PreviewConnection>()));
+    screen = &session.open(*arguments.kind,
+                           recorded(recorder, std::make_shared<PreviewConnection>()));
     recorder.forgetTexts();  // without a database there are no colours, which is logged
     viewAndMap(session, arguments, *preview.input, report);
     preview.mapping = readMapping(session.screen());
   } catch (const Refused& refused) {
     preview.refusal = refused.what();
   }
-  readTable(session.screen().lv, preview);
+  if (screen != nullptr) readTable(screen->lv, preview);
   preview.warnings = findWarnings(*preview.input, *arguments.kind, preview.mapping,
                                   civilFromDate(surroundings.clock()).year);
   return preview;

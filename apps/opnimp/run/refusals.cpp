@@ -26,7 +26,9 @@ std::string viewRefusalText(const ImportReport& report, const InputRecords& inpu
     return "the database does not know the caption \"DSType\" of the DS types: is it the right "
            "database?";
   }
-  const std::string& said = refusal ? refusal->text : report.lastError();
+  const std::string& said = refusal                 ? refusal->text
+                            : report.stop().empty() ? report.lastError()
+                                                    : report.stop();
   return "the file could not be viewed" + (said.empty() ? "" : ": " + said);
 }
 
