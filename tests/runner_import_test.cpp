@@ -91,11 +91,15 @@ TEST_CASE("the command line and what it opens decide the exit status") {
     std::string_view says;
   } rows[] = {
       {{}, 3, "--help"},
-      {{"import"}, 3, "a kind and a file"},
+      {{"import"}, 3, "KIND is required"},
+      {{"import", kind}, 3, "FILE is required"},
       {{"import", "no-such-kind", in}, 3, "customer-opening"},
-      {{"import", kind, in, "more"}, 3, "a kind and a file"},
-      {{"import", kind, in, "--database"}, 3, "needs a value"},
-      {{"import", kind, in, "--database="}, 3, "empty"},
+      {{"import", kind, in, "more"}, 3, "not expected: more"},
+      {{"import", kind, in, "--database"}, 3, "missing"},
+      {{"import", kind, in, "--rejects=", "--dry-run"}, 3, "needs a value"},
+      {{"import", kind, in, "--database", ""}, 3, "empty"},
+      {{"import", kind, in, "--database", "a", "--database", "b"}, 3, "received 2"},
+      {{"import", "--map", "Balance", kind, in}, 3, "--map takes"},
       {{"import", kind, in, "--rejects", in}, 3, "write over the file"},
       {{"import", kind, rest, "--rejects", world.folder.path("r.csv")}, 3, "write over the file"},
       {{"import", kind, in, "--database", notDatabase, "--rejects", notDatabase},
@@ -121,7 +125,7 @@ TEST_CASE("the command line and what it opens decide the exit status") {
       {{"import", kind, in, "--app-folder", missing}, 4, "--app-folder"},
       {{"import", kind, in, "--rejects", missing + "/r.csv"}, 4, "--rejects"},
       {{"demo-database", in}, 4, "Choose another path"},
-      {{"preview", kind, in, "--dry-run"}, 3, "means nothing to preview"},
+      {{"preview", kind, in, "--dry-run"}, 3, "not expected: --dry-run"},
   };
   for (const auto& row : rows) {
     CAPTURE(row.says);
