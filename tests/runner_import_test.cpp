@@ -79,8 +79,6 @@ TEST_CASE("the command line and what it opens decide the exit status") {
   RunnerWorld world;
   const std::string in = world.folder.write("in.csv", crlf({openingTitles, good1}));
   const std::string rest = world.folder.write("r.csv.rest.csv", crlf({openingTitles, good1}));
-  const std::string unfinished =
-      world.folder.write("u.csv.opnimp-new", crlf({openingTitles, good1}));
   const std::string notDatabase = world.folder.write("text.db", "no database at all, only text");
   const std::string missing = world.folder.path("missing");
   const std::string odbc = "Driver=NoSuchDriver;UID=me;PWD=hunter2";
@@ -108,9 +106,6 @@ TEST_CASE("the command line and what it opens decide the exit status") {
       {{"import", kind, in, "--database", "any.db", "--rejects", "any.db-wal"},
        3,
        "write over the database"},
-      {{"import", kind, unfinished, "--rejects", world.folder.path("u.csv")},
-       3,
-       "write over the file"},
       {{"import", kind, in, "--app-folder", world.folder.path(""), "--rejects",
         world.folder.path("Error.log")},
        3,
@@ -137,7 +132,6 @@ TEST_CASE("the command line and what it opens decide the exit status") {
   }
   CHECK(world.folder.read("in.csv") == crlf({openingTitles, good1}));
   CHECK(world.folder.read("r.csv.rest.csv") == crlf({openingTitles, good1}));
-  CHECK_FALSE(world.folder.has("in.csv.opnimp-new"));
 }
 
 TEST_CASE("a file or mapping that does not do is refused and nothing is posted") {
