@@ -1,7 +1,6 @@
 #include "apps/opnimp/report/report_text.h"
 
 #include <algorithm>
-#include <array>
 
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/report/report_parts.h"
