@@ -10,71 +10,24 @@ namespace velk {
 
 namespace {
 
-using enum Arguments::Command;
-
-struct CommandRow {
-  Arguments::Command command;
-  std::string name;
-  std::string file;  ///< its last word: what the path is of
-  std::string what;
-};
-
-struct Option {
-  std::string name;
-  std::string value{};                       ///< what follows it; empty: it is a flag
-  std::vector<Arguments::Command> commands;  ///< that take it
-  std::string what;
-  std::optional<std::string> Arguments::*text = nullptr;
-  bool Arguments::*flag = nullptr;
-};
-
 // Line breaks are made by hand: the library indents lines, but does not break them.
-const std::vector<CommandRow> commandRows{
-    {Import, "import", "the file with the records", "post the file's records to the database"},
-    {Preview, "preview", "the file with the records",
-     "show the columns, what maps to what, and the first rows;\nneeds no database"},
-    {Export, "export", "the workbook to write",
-     "write all salesmen to an .xls workbook, with drop-down lists of\n"
-     "their DS types; a workbook of that name is replaced"},
-    {DemoDatabase, "demo-database", "the new file", "make the sample company's embedded database"}};
-
-const std::vector<Option> optionRows{
-    {.name = "--database",
-     .value = "STRING",
-     .commands = {Import, Export},
-     .what = "an ODBC connection string, or the path of an embedded database\n"
-             "(default: opnimp.db in the current folder, made with the sample\n"
-             "company on first use)",
-     .text = &Arguments::database},
-    {.name = "--map",
-     .value = "\"Field=Column\"",
-     .commands = {Import, Preview},
-     .what = "map a column of the file, by its title or as #N for the Nth, to a\n"
-             "field; on top of those whose titles match; may be repeated"},
-    {.name = "--dry-run",
-     .commands = {Import},
-     .what = "every check runs, nothing is posted",
-     .flag = &Arguments::dryRun},
-    {.name = "--rejects",
-     .value = "FILE",
-     .commands = {Import},
-     .what = "write the refused records to FILE, to be corrected and imported\n"
-             "again; why to FILE.reasons.csv, records to look up to\n"
-             "FILE.check.csv, records that were not reached to FILE.rest.csv\n"
-             "(for a workbook all but the reasons are workbooks:\n"
-             "FILE.check.xls); a .check or .rest file of an earlier run must\n"
-             "be dealt with and moved away first",
-     .text = &Arguments::rejects},
-    {.name = "--app-folder",
-     .value = "DIR",
-     .commands = {Import, Export},
-     .what = "where Error.log is written (default: the current folder)",
-     .text = &Arguments::appFolder},
-    {.name = "--json",
-     .commands = {Import, Preview, Export},
-     .what = "one JSON document on standard output instead of text",
-     .flag = &Arguments::json}};
-
+const std::string databaseHelp =
+    "an ODBC connection string, or the path of an embedded database\n"
+    "(default: opnimp.db in the current folder, made with the sample\n"
+    "company on first use)";
+const std::string mapHelp =
+    "map a column of the file, by its title or as #N for the Nth, to a\n"
+    "field; on top of those whose titles match; may be repeated";
+const std::string rejectsHelp =
+    "write the refused records to FILE, to be corrected and imported\n"
+    "again; why to FILE.reasons.csv, records to look up to\n"
+    "FILE.check.csv, records that were not reached to FILE.rest.csv\n"
+    "(for a workbook all but the reasons are workbooks:\n"
+    "FILE.check.xls); a .check or .rest file of an earlier run must\n"
+    "be dealt with and moved away first";
+const std::string exportHelp =
+    "write all salesmen to an .xls workbook, with drop-down lists of\n"
+    "their DS types; a workbook of that name is replaced";
 const std::string footer =
     R"(`opnimp help COMMAND` lists the kinds and options of a command; after "--" follows no option.
 
@@ -87,24 +40,15 @@ Exit status:
   4  a file or the database could not be opened or written; nothing was imported or exported
   5  the run broke off, or its account does not add up)";
 
-const char* const kindWord = "KIND";
-const char* const pathWord = "FILE";
-
-bool takesKind(Arguments::Command command) {
-  return command != DemoDatabase;
-}
+using Command = Arguments::Command;
 
 // Only salesmen have a screen with an Export button.
-bool takes(Arguments::Command command, const ImportKind& kind) {
-  return command != Export || kind.type == MasterType::Salesman;
-}
-
-bool takes(Arguments::Command command, const Option& option) {
-  return std::ranges::count(option.commands, command) > 0;
+bool takes(Command command, const ImportKind& kind) {
+  return command != Command::Export || kind.type == MasterType::Salesman;
 }
 
 /// The kinds that a command takes: by name, or a line each with what they are.
-std::string kindsOf(Arguments::Command command, bool described) {
+std::string kindsOf(Command command, bool described) {
   std::string list;
   for (const ImportKind& kind : importKinds()) {
     if (!takes(command, kind)) continue;
@@ -115,81 +59,7 @@ std::string kindsOf(Arguments::Command command, bool described) {
   return list;
 }
 
-// All values are taken here and judged later: the library would refuse a second --map.
-CLI::Option& add(CLI::App& app, const Option& option) {
-  CLI::Option* const added = option.value.empty()
-                                 ? app.add_flag(option.name, option.what)
-                                 : app.add_option(option.name, option.what)->take_all();
-  return *added->type_name(option.value);
-}
-
-void addCommand(CLI::App& app, const CommandRow& row) {
-  CLI::App& command = *app.add_subcommand(row.name, row.what)->fallthrough()->group("Commands");
-  if (takesKind(row.command)) {
-    command.add_option(kindWord)->required()->description(kindsOf(row.command, true));
-  }
-  command.add_option(pathWord, row.file)->required();
-  for (const Option& option : optionRows) {
-    if (takes(row.command, option)) add(command, option);
-  }
-}
-
-std::unique_ptr<CLI::App> makeApp() {
-  auto app = std::make_unique<CLI::App>(
-      "opnimp imports opening data from files, and exports salesmen to be edited and imported "
-      "again.\n",
-      "opnimp");
-  CLI::Formatter& form = dynamic_cast<CLI::Formatter&>(*app->get_formatter());
-  form.column_width(28);
-  form.label("REQUIRED", "");
-  form.label("Positionals", "Arguments");
-  form.label("SUBCOMMAND", "COMMAND");
-  app->set_help_flag("-h,--help", "show how the program or a command is used");
-  app->set_version_flag("--version", std::string("opnimp " OPNIMP_VERSION "\n"),
-                        "show the version");
-  app->footer(footer)->require_subcommand(1);
-  for (const CommandRow& row : commandRows) addCommand(*app, row);
-  // Options may precede the command, and one that the command does not take has an error of its
-  // own: the program itself takes all of them, without listing them in its help.
-  for (const Option& option : optionRows) add(*app, option).group("");
-  return app;
-}
-
-/// The library would take the next argument for the value in "--database=", and one for a flag.
-void checkEquals(std::span<const std::string> args) {
-  for (const std::string& arg : args) {
-    if (arg == "--") return;
-    const std::size_t equals = arg.find('=');
-    const auto option = std::ranges::find(optionRows, arg.substr(0, equals), &Option::name);
-    if (equals == std::string::npos || option == optionRows.end()) continue;
-    if (option->value.empty()) throw UsageError(option->name + " takes no value");
-    if (equals + 1 == arg.size()) {
-      throw UsageError(option->name + " needs a value that is not empty");
-    }
-  }
-}
-
-const CommandRow& commandOf(const CLI::App& app) {
-  const std::string name = app.get_subcommands().front()->get_name();
-  return *std::ranges::find(commandRows, name, &CommandRow::name);
-}
-
-/// Why the library refused the command line.
-std::string refusal(const CLI::App& app) {
-  std::vector<std::string> extra = app.remaining();
-  std::erase(extra, "--");
-  const auto isOption = [](const std::string& arg) { return arg.size() > 1 && arg[0] == '-'; };
-  const auto option = std::ranges::find_if(extra, isOption);
-  if (option != extra.end()) return "there is no option " + option->substr(0, option->find('='));
-  if (!app.get_subcommands().empty()) {
-    const CommandRow& row = commandOf(app);
-    return row.name + " takes " +
-           (takesKind(row.command) ? "a kind and a file" : "one path: that of the new file");
-  }
-  return extra.empty() ? "a command is missing" : "there is no command \"" + extra[0] + "\"";
-}
-
-const ImportKind* kindNamed(const std::string& name, Arguments::Command command) {
+const ImportKind* kindNamed(const std::string& name, Command command) {
   const ImportKind* const kind = findKind(name);
   if (kind != nullptr && takes(command, *kind)) return kind;
   throw UsageError((kind == nullptr ? "there is no kind \"" + name + "\""
@@ -206,61 +76,124 @@ MapOption mapOption(const std::string& value) {
   return {value.substr(0, equals), value.substr(equals + 1)};
 }
 
-void apply(const Option& option, const std::vector<std::string>& values, Arguments& to) {
-  if (option.flag != nullptr) {
-    to.*option.flag = true;
-  } else if (option.text == nullptr) {
-    std::ranges::transform(values, std::back_inserter(to.maps), mapOption);
-  } else {
-    if (values.size() > 1) throw UsageError(option.name + " is given twice");
-    if (values.front().empty()) {
-      throw UsageError(option.name + " needs a value that is not empty");
-    }
-    to.*option.text = values.front();
-  }
+/// The library would take the next argument for the value in "--rejects=", even "--dry-run".
+void checkValues(std::span<const std::string> args) {
+  const auto end = std::ranges::find(args, "--");
+  const auto empty = std::find_if(args.begin(), end, [](const std::string& arg) {
+    return arg.starts_with("--") && arg.find('=') + 1 == arg.size();
+  });
+  if (empty != end) throw UsageError(*empty + " needs a value");
 }
 
-void readArguments(const CLI::App& app, Arguments& arguments) {
-  const CLI::App& given = *app.get_subcommands().front();
-  const CommandRow& row = commandOf(app);
-  const auto valuesOf = [&](const char* word) { return given.get_option(word)->results(); };
-  arguments.command = row.command;
-  if (takesKind(row.command)) arguments.kind = kindNamed(valuesOf(kindWord)[0], row.command);
-  arguments.file = valuesOf(pathWord)[0];
-  if (arguments.file.empty()) throw UsageError("the path is empty");
-  for (const Option& option : optionRows) {
-    std::vector<std::string> values = app.get_option(option.name)->results();
-    if (takes(row.command, option)) {
-      std::ranges::copy(given.get_option(option.name)->results(), std::back_inserter(values));
-    } else if (!values.empty()) {
-      throw UsageError(option.name + " means nothing to " + row.name);
-    }
-    if (!values.empty()) apply(option, values, arguments);
+class CommandLine {
+ public:
+  CommandLine() {
+    CLI::Formatter& form = dynamic_cast<CLI::Formatter&>(*app_.get_formatter());
+    form.column_width(28);
+    form.label("REQUIRED", "");
+    form.label("Positionals", "Arguments");
+    form.label("SUBCOMMAND", "COMMAND");
+    app_.set_help_flag("-h,--help", "show how the program or a command is used");
+    app_.set_version_flag("--version", "opnimp " OPNIMP_VERSION "\n", "show the version");
+    app_.footer(footer)->require_subcommand(1);
+    addCommands();
   }
-}
+
+  const Arguments& parse(std::vector<std::string> args) {
+    // "help import" asks for what "--help import" shows.
+    if (!args.empty() && args.front() == "help") args.front() = "--help";
+    std::ranges::reverse(args);  // as the library wants them
+    try {
+      app_.parse(std::move(args));
+    } catch (const CLI::CallForHelp&) {
+      arguments_.answer = app_.help();
+    } catch (const CLI::CallForVersion& version) {
+      arguments_.answer = version.what();
+    } catch (const CLI::ParseError& error) {
+      throw UsageError(error.what() + std::string("; `opnimp --help` shows how it is used"));
+    }
+    return arguments_;
+  }
+
+ private:
+  using Apps = std::initializer_list<CLI::App*>;
+
+  void addCommands() {
+    const auto import = add(Command::Import, "import", "the file with the records",
+                            "post the file's records to the database");
+    const auto preview = add(Command::Preview, "preview", "the file with the records",
+                             "show the columns, what maps to what, and the first rows;\n"
+                             "needs no database");
+    const auto exporting = add(Command::Export, "export", "the workbook to write", exportHelp);
+    add(Command::DemoDatabase, "demo-database", "the new file",
+        "make the sample company's embedded database");
+    addText({import, exporting}, "--database", "STRING", arguments_.database, databaseHelp);
+    addMap({import, preview});
+    addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
+    addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
+    addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
+            "where Error.log is written (default: the current folder)");
+    addFlag({import, preview, exporting}, "--json", arguments_.json,
+            "one JSON document on standard output instead of text");
+  }
+
+  CLI::App* add(Command id, const char* name, const char* path, const std::string& what) {
+    CLI::App* const command = app_.add_subcommand(name, what)->group("Commands");
+    command->callback([this, id] { arguments_.command = id; });
+    const auto takeKind = [this, id](const std::string& kind) {
+      arguments_.kind = kindNamed(kind, id);
+    };
+    if (id != Command::DemoDatabase) {
+      command->add_option_function<std::string>("KIND", takeKind, kindsOf(id, true))
+          ->required()
+          ->type_name("");
+    }
+    addText(*command, "FILE", "", arguments_.file, path)->required();
+    return command;
+  }
+
+  template <class Text>
+  static CLI::Option* addText(CLI::App& command, const char* name, const char* value, Text& to,
+                              const std::string& what) {
+    const CLI::Validator notEmpty(
+        [](const std::string& text) { return text.empty() ? "it must not be empty" : ""; }, "");
+    return command.add_option(name, to, what)->type_name(value)->check(notEmpty);
+  }
+
+  static void addText(Apps commands, const char* name, const char* value,
+                      std::optional<std::string>& to, const std::string& what) {
+    for (CLI::App* const command : commands) addText(*command, name, value, to, what);
+  }
+
+  static void addFlag(Apps commands, const char* name, bool& to, const std::string& what) {
+    for (CLI::App* const command : commands) {
+      command->add_flag(name, to, what)->disable_flag_override();
+    }
+  }
+
+  void addMap(Apps commands) {
+    const auto take = [this](const std::vector<std::string>& values) {
+      std::ranges::transform(values, std::back_inserter(arguments_.maps), mapOption);
+    };
+    for (CLI::App* const command : commands) {
+      command->add_option_function<std::vector<std::string>>("--map", take, mapHelp)
+          ->allow_extra_args(false)
+          ->type_name("\"Field=Column\"");
+    }
+  }
+
+  CLI::App app_{
+      "opnimp imports opening data from files, and exports salesmen to be edited and imported "
+      "again.\n",
+      "opnimp"};
+  Arguments arguments_;
+};
 
 }  // namespace
 
 Arguments parseArguments(std::span<const std::string> args) {
-  checkEquals(args);
-  const auto app = makeApp();
-  std::vector<std::string> reversed(args.rbegin(), args.rend());  // as the library wants them
-  // "help import" asks for what "--help import" shows.
-  if (!args.empty() && args.front() == "help") reversed.back() = "--help";
-  Arguments arguments;
-  try {
-    app->parse(reversed);
-    readArguments(*app, arguments);
-  } catch (const CLI::CallForHelp&) {
-    arguments.answer = app->help();
-  } catch (const CLI::CallForVersion& version) {
-    arguments.answer = version.what();
-  } catch (const CLI::ArgumentMismatch&) {  // nothing follows the last option
-    throw UsageError(args.back() + " needs a value");
-  } catch (const CLI::ParseError&) {
-    throw UsageError(refusal(*app) + "; `opnimp --help` shows how it is used");
-  }
-  return arguments;
+  checkValues(args);
+  return CommandLine().parse({args.begin(), args.end()});
 }
 
 bool asksForJson(std::span<const std::string> args) {

@@ -31,8 +31,8 @@ struct Arguments {
   bool json = false;
 };
 
-/// Reads the arguments that follow the program's name; raises UsageError. An option's value follows
-/// it as the next argument or after "="; "--" ends the options.
+/// Reads the arguments that follow the program's name; raises UsageError. The command comes first;
+/// an option's value follows it as the next argument or after "="; "--" ends the options.
 Arguments parseArguments(std::span<const std::string> args);
 
 /// True when the arguments ask for JSON, even if they make no sense otherwise.

@@ -6,20 +6,17 @@
 namespace velk {
 
 /// The command line makes no sense.
-class UsageError : public std::runtime_error {
- public:
+struct UsageError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
 /// A file, folder or database could not be opened, made or written, before anything was posted.
-class CannotOpen : public std::runtime_error {
- public:
+struct CannotOpen : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
 /// The screen, or the runner on its behalf, refuses the file or the mapping.
-class Refused : public std::runtime_error {
- public:
+struct Refused : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 

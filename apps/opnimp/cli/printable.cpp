@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 
 #include "base/text.h"
 
@@ -11,21 +12,16 @@ namespace velk {
 
 namespace {
 
-bool isControl(char16_t c) {
-  return c < 0x20 || (c >= 0x7F && c < 0xA0);
+// Controls; marks, embeddings, overrides and isolates of direction; the two separators of lines.
+bool steersTerminal(char16_t c) {
+  return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x061C || c == 0x200E || c == 0x200F ||
+         (c >= 0x2028 && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069) || c == 0xFEFF;
 }
 
-// Marks, embeddings, overrides and isolates of direction, and the two separators of lines.
-bool steersLine(char16_t c) {
-  return c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x2028 && c <= 0x202E) ||
-         (c >= 0x2066 && c <= 0x2069) || c == 0xFEFF;
-}
-
-void appendHex(std::u16string& to, unsigned number, int digits) {
-  constexpr std::string_view hex = "0123456789ABCDEF";
-  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
-    to.push_back(static_cast<char16_t>(hex[(number >> shift) & 0xF]));
-  }
+std::string escaped(char16_t c) {
+  std::array<char, sizeof "\\uFFFF"> text;
+  std::snprintf(text.data(), text.size(), c < 0x100 ? "\\x%02X" : "\\u%04X", unsigned{c});
+  return text.data();
 }
 
 // Every character has one byte of UTF-8 that is no continuation: counting those counts characters.
@@ -38,15 +34,7 @@ bool isContinuation(char c) {
 std::string printable(std::string_view text) {
   std::u16string shown;
   for (const char16_t c : toUtf16(text)) {
-    if (isControl(c)) {
-      shown += u"\\x";
-      appendHex(shown, c, 2);
-    } else if (steersLine(c)) {
-      shown += u"\\u";
-      appendHex(shown, c, 4);
-    } else {
-      shown += c;
-    }
+    shown += steersTerminal(c) ? toUtf16(escaped(c)) : std::u16string(1, c);
   }
   return toUtf8(shown);
 }

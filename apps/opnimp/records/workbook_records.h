@@ -14,7 +14,7 @@ class WorkbookRecords final : public InputRecords {
  public:
   static constexpr int lastColumn = salesmanColumn::HandHeldDS;
 
-  /// Errors: as readRecords.
+  /// Errors: as readBytes. A file of another format is one that is refused.
   WorkbookRecords(FileSystem& files, std::string_view path);
 
   /// True when the file is a workbook with the captions that it needs.

@@ -10,13 +10,6 @@ namespace velk {
 
 namespace {
 
-void addUnwritten(const std::vector<const RecordedLine*>& lines,
-                  std::vector<const RecordedLine*>& to) {
-  for (const RecordedLine* line : lines) {
-    if (line->kept == RecordedLine::Kept::NotWritten) to.push_back(line);
-  }
-}
-
 std::size_t refusedRecords(const Account& account) {
   return account.count(Outcome::Rejected) + account.count(Outcome::Failed);
 }
@@ -25,6 +18,16 @@ std::size_t skippedWithWarning(const Traces& traces) {
   return static_cast<std::size_t>(std::ranges::count_if(traces.records, [](const auto& trace) {
     return trace.outcome == Outcome::Skipped && needsAttention(trace);
   }));
+}
+
+std::size_t doubtfulRecords(const Account& account) {
+  return account.count(Outcome::Partial) + account.count(Outcome::Unknown);
+}
+
+/// Records that somebody has to look at once more, the run having reached them all.
+std::size_t recordsLeft(const ImportResult& result) {
+  return refusedRecords(result.account) + doubtfulRecords(result.account) +
+         skippedWithWarning(result.traces) + result.input->unreadRows().size();
 }
 
 /// A constraint or a text too long: it is the record that has to be corrected.
@@ -51,10 +54,6 @@ std::string commonError(const Traces& traces) {
   return common;
 }
 
-std::size_t doubtfulRecords(const Account& account) {
-  return account.count(Outcome::Partial) + account.count(Outcome::Unknown);
-}
-
 // Which of the files of --rejects holds them; without that option, that there is one.
 std::string where(const ImportResult& result, std::string_view suffix) {
   const auto& path = result.arguments.rejects;
@@ -74,46 +73,35 @@ void addAllowedDsTypes(const ImportResult& result, std::vector<std::string>& ste
 void addStepsForRecords(const ImportResult& result, std::vector<std::string>& steps) {
   const Account& account = result.account;
   const std::string extension(extensionOf(result.arguments.kind->format));
-  if (const std::size_t count = doubtfulRecords(account); count > 0) {
-    steps.emplace_back(
-        "Look up " + counted(count, "record", "records") +
-        " in the database before doing anything else: importing them again could post "
-        "them twice" +
-        where(result, ".check." + extension) + ".");
-  }
-  if (const std::size_t count = refusedRecords(account); count > 0) {
-    steps.emplace_back("Correct " + counted(count, "refused record", "refused records") +
-                       " and import only those again" + where(result, "") + ".");
-  }
+  const auto add = [&](std::string_view verb, std::size_t count, std::string_view one,
+                       std::string_view many, const std::string& rest) {
+    if (count > 0) steps.push_back(std::string(verb) + " " + counted(count, one, many) + rest);
+  };
+  add("Look up", doubtfulRecords(account), "record", "records",
+      " in the database before doing anything else: importing them again could post them twice" +
+          where(result, ".check." + extension) + ".");
+  add("Correct", refusedRecords(account), "refused record", "refused records",
+      " and import only those again" + where(result, "") + ".");
   addAllowedDsTypes(result, steps);
-  if (const std::size_t count = skippedWithWarning(result.traces); count > 0) {
-    steps.emplace_back("Look at " + counted(count, "skipped record", "skipped records") +
-                       " with a balance but a bill amount of 0: nothing was posted for them.");
-  }
-  if (const std::size_t count = result.input->unreadRows().size(); count > 0) {
-    steps.emplace_back("Import " + counted(count, "row", "rows") +
-                       " behind the first blank row, where reading ended: copy them, under the "
-                       "captions, to a workbook of their own.");
-  }
-  if (const std::size_t count = account.count(Outcome::NotReached); count > 0) {
-    steps.emplace_back("Import " + counted(count, "record", "records") +
-                       " that the run did not reach" + where(result, ".rest." + extension) + ".");
-  }
+  add("Look at", skippedWithWarning(result.traces), "skipped record", "skipped records",
+      " with a balance but a bill amount of 0: nothing was posted for them.");
+  add("Import", result.input->unreadRows().size(), "row", "rows",
+      " behind the first blank row, where reading ended: copy them, under the captions, to a "
+      "workbook of their own.");
+  add("Import", account.count(Outcome::NotReached), "record", "records",
+      " that the run did not reach" + where(result, ".rest." + extension) + ".");
 }
 
 std::string stepAfterDryRun(const ImportResult& result) {
   if (!result.brokeOff.empty()) {
     return "Nothing was posted. Mend first what ended the run: an import would end there, too, "
-           "with "
-           "the records before it posted.";
+           "with the records before it posted.";
   }
   if (!result.account.addsUp()) {
     return "Nothing was posted. Do not import this file: what the run would have posted is not "
-           "what "
-           "the file says.";
+           "what the file says.";
   }
-  const std::size_t left = refusedRecords(result.account) + doubtfulRecords(result.account) +
-                           skippedWithWarning(result.traces) + result.input->unreadRows().size();
+  const std::size_t left = recordsLeft(result);
   if (left > 0) {
     return "Nothing was posted. Correct " + counted(left, "record", "records") +
            " that would not be posted, or not wholly, then try again or import without --dry-run.";
@@ -141,10 +129,7 @@ ExitStatus statusOf(const ImportResult& result) {
   if (result.refused()) return ExitStatus::Refused;
   const bool whole = result.brokeOff.empty() && result.account.addsUp();
   if (!whole || !result.rejectsError.empty()) return ExitStatus::BrokeOff;
-  const bool left = refusedRecords(result.account) + doubtfulRecords(result.account) +
-                        skippedWithWarning(result.traces) + result.input->unreadRows().size() >
-                    0;
-  return left ? ExitStatus::RecordsLeft : ExitStatus::Posted;
+  return recordsLeft(result) > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
 }
 
 std::vector<std::string> nextSteps(const ImportResult& result) {
@@ -174,13 +159,6 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
   }
   if (steps.empty()) steps.emplace_back("Nothing is left to do.");
   return steps;
-}
-
-std::vector<const RecordedLine*> unwrittenLines(const ImportResult& result) {
-  std::vector<const RecordedLine*> unwritten;
-  addUnwritten(result.traces.runLines, unwritten);
-  for (const RecordTrace& trace : result.traces.records) addUnwritten(trace.lines, unwritten);
-  return unwritten;
 }
 
 }  // namespace velk

@@ -41,7 +41,4 @@ ExitStatus statusOf(const ImportResult& result);
 /// What the user should do now, a sentence each; never empty.
 std::vector<std::string> nextSteps(const ImportResult& result);
 
-/// The log lines that did not get into the error log's file.
-std::vector<const RecordedLine*> unwrittenLines(const ImportResult& result);
-
 }  // namespace velk

@@ -26,26 +26,16 @@ void writeColumnsNotUsed(const PreviewResult& preview, std::ostream& out) {
   if (!unused.empty()) out << "\nColumns not used: " << unused << '\n';
 }
 
-// Columns are added one after the other, since the width of each follows from its texts.
-void addColumn(const PreviewResult& preview, std::size_t column, std::vector<std::string>& lines) {
-  std::vector<std::string> texts{cutTo(printable(preview.titles[column]), widestCell)};
-  for (const auto& row : preview.rows) {
-    texts.push_back(cutTo(printable(row[column]), widestCell));
-  }
-  const std::size_t width = textWidth(std::ranges::max(texts, {}, textWidth));
-  for (std::size_t i = 0; i < lines.size(); ++i) lines[i] += " " + padRight(texts[i], width) + " ";
-}
-
 void writeRows(const PreviewResult& preview, std::ostream& out) {
   const std::size_t columns = std::min(mostColumnsShown, preview.titles.size());
-  std::vector<std::string> lines(preview.rows.size() + 1, " ");
-  for (std::size_t column = 0; column < columns; ++column) addColumn(preview, column, lines);
-  out << '\n';
-  for (std::string& line : lines) {
-    // Nothing but blanks follows the last text of a row.
-    line.erase(line.find_last_not_of(' ') + 1);
-    out << line << '\n';
+  std::vector<std::vector<std::string>> table{preview.titles};
+  table.insert(table.end(), preview.rows.begin(), preview.rows.end());
+  for (std::vector<std::string>& row : table) {
+    row.resize(columns);
+    for (std::string& cell : row) cell = cutTo(printable(cell), widestCell);
   }
+  out << '\n';
+  writeTable(table, columns, out);
   if (preview.titles.size() > columns) {
     out << "  (the first " << columns << " of " << grouped(preview.titles.size()) << " columns)\n";
   }

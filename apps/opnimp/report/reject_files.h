@@ -4,10 +4,9 @@
 //   FILE.check.csv    partial and unknown records: importing them again could post them twice
 //   FILE.rest.csv     records not reached, to be imported later
 // All but the reasons have the format of the file that was imported, and its header: .check.xls and
-// .rest.xls for a workbook. Files are written beside their place and then renamed.
+// .rest.xls for a workbook. Each takes its place only when it is written as a whole.
 #pragma once
 
-#include <array>
 #include <string>
 #include <vector>
 
@@ -21,27 +20,17 @@ class RejectFiles {
   /// Makes sure that all four can be written; raises CannotOpen. `path` is FILE. UsageError when an
   /// earlier run's .check or .rest file is there; a dry run, which writes neither, goes on.
   RejectFiles(const std::string& path, FileFormat format, bool dryRun);
-  ~RejectFiles() { removeUnfinished(); }
-  RejectFiles(const RejectFiles&) = delete;
-  RejectFiles& operator=(const RejectFiles&) = delete;
 
-  /// The paths of all four, and of the unfinished ones beside them.
+  /// The paths of all four.
   static std::vector<std::string> touched(const std::string& path, FileFormat format);
 
   /// Writes FILE and its reasons, and the .check and .rest files where there is something for them.
   /// Answers the paths written. Raises CannotOpen.
-  std::vector<std::string> write(const InputRecords& input, const Traces& traces);
+  std::vector<std::string> write(const InputRecords& input, const Traces& traces) const;
 
  private:
-  void removeUnfinished();
-  template <class Write>
-  void put(const std::string& path, Write write);
-  void putRecords(const std::string& path, const InputRecords& input,
-                  const std::vector<std::size_t>& records);
-
-  std::array<std::string, 4> paths_;
+  std::vector<std::string> paths_;
   bool dryRun_;
-  std::vector<std::string> written_;
 };
 
 }  // namespace velk

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <span>
 #include <utility>
 
 #include "apps/opnimp/report/json_document.h"
@@ -15,14 +16,12 @@ namespace velk {
 namespace {
 
 // In the order of CallKind, CallResult and RecordedLine::Kept.
-constexpr std::array<std::string_view, 3> kindCodes{"query", "check", "procedure"};
-constexpr std::array<std::string_view, 5> resultCodes{"unknown", "ok", "failed", "failed-late",
-                                                      "not-run"};
-constexpr std::array<std::string_view, 3> keptCodes{"memory", "file", "not-written"};
+constexpr std::array kindCodes{"query", "check", "procedure"};
+constexpr std::array resultCodes{"unknown", "ok", "failed", "failed-late", "not-run"};
+constexpr std::array keptCodes{"memory", "file", "not-written"};
 
-template <std::size_t count, class Enum>
-std::string codeOf(const std::array<std::string_view, count>& codes, Enum value) {
-  return std::string(codes.at(static_cast<std::size_t>(value)));
+std::string codeOf(std::span<const char* const> codes, auto value) {
+  return codes[static_cast<std::size_t>(value)];
 }
 
 template <class Items, class Make>

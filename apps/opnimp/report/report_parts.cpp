@@ -20,6 +20,23 @@ std::string placeList(const Warning& warning, std::string_view placeWord) {
 
 }  // namespace
 
+void writeTable(const std::vector<std::vector<std::string>>& rows, std::size_t leftColumns,
+                std::ostream& out) {
+  std::vector<std::string> lines(rows.size());
+  for (std::size_t column = 0; column < rows.front().size(); ++column) {
+    std::size_t width = 0;
+    for (const auto& row : rows) width = std::max(width, textWidth(row[column]));
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      const std::string& cell = rows[i][column];
+      lines[i] += "  " + (column < leftColumns ? padRight(cell, width) : padLeft(cell, width));
+    }
+  }
+  // Nothing but blanks follows the last text of a row.
+  for (const std::string& line : lines) {
+    out << std::string_view(line).substr(0, line.find_last_not_of(' ') + 1) << '\n';
+  }
+}
+
 void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out) {
   if (mapping.empty()) return;
   std::size_t width = 0;

@@ -1,7 +1,6 @@
 #include "apps/opnimp/report/report_text.h"
 
 #include <algorithm>
-#include <array>
 
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/report/report_parts.h"
@@ -13,7 +12,19 @@ namespace {
 constexpr std::size_t mostRecordsListed = 200;
 constexpr std::size_t mostLinesListed = 50;
 
-using Row = std::array<std::string, 6>;
+using Row = std::vector<std::string>;
+using Lines = std::vector<const RecordedLine*>;
+
+/// The log lines that did not get into the error log's file.
+Lines unwrittenLines(const Traces& traces) {
+  Lines lines = traces.runLines;
+  for (const RecordTrace& trace : traces.records) {
+    lines.insert(lines.end(), trace.lines.begin(), trace.lines.end());
+  }
+  std::erase_if(
+      lines, [](const RecordedLine* line) { return line->kept != RecordedLine::Kept::NotWritten; });
+  return lines;
+}
 
 class TextReport {
  public:
@@ -47,9 +58,12 @@ class TextReport {
   }
 
   void writeRunLines() {
-    const auto& lines = result_.traces.runLines;
-    if (lines.empty()) return;
+    if (result_.traces.runLines.empty()) return;
     out_ << "\nLogged for the run as a whole\n";
+    writeLines(result_.traces.runLines);
+  }
+
+  void writeLines(const Lines& lines) {
     for (std::size_t i = 0; i < std::min(lines.size(), mostLinesListed); ++i) {
       out_ << "  " << printable(lines[i]->text) << '\n';
     }
@@ -103,20 +117,11 @@ class TextReport {
   }
 
   void writeAccount() {
-    const std::vector<Row> rows = accountRows();
-    std::array<std::size_t, 6> widths{};
-    for (const Row& row : rows) {
-      for (std::size_t i = 0; i < row.size(); ++i) {
-        widths[i] = std::max(widths[i], textWidth(row[i]));
-      }
-    }
+    std::vector<Row> rows = accountRows();
+    // Master data has counts, but no amounts.
+    if (kind().opening == nullptr) std::ranges::for_each(rows, [](Row& row) { row.resize(2); });
     out_ << "\nAccount\n";
-    for (const Row& row : rows) {
-      std::string line = "  " + padRight(row[0], widths[0]);
-      const std::size_t columns = kind().opening != nullptr ? row.size() : 2;  // amounts or none
-      for (std::size_t i = 1; i < columns; ++i) line += "  " + padLeft(row[i], widths[i]);
-      out_ << line << '\n';
-    }
+    writeTable(rows, 1, out_);
     writeVerdict();
   }
 
@@ -159,14 +164,11 @@ class TextReport {
       return;
     }
     out_ << "Error log: " << printable(result_.errorLog) << '\n';
-    const auto unwritten = unwrittenLines(result_);
+    const Lines unwritten = unwrittenLines(result_.traces);
     if (unwritten.empty()) return;
     out_ << "The error log could not take " << counted(unwritten.size(), "line", "lines") << " ("
          << printable(unwritten.front()->writeError) << "):\n";
-    for (std::size_t i = 0; i < std::min(unwritten.size(), mostLinesListed); ++i) {
-      out_ << "  " << printable(unwritten[i]->text) << '\n';
-    }
-    writeMore(unwritten.size(), mostLinesListed);
+    writeLines(unwritten);
   }
 
   const ImportResult& result_;

@@ -5,7 +5,9 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
-#include "apps/opnimp/records/read_records.h"
+#include "apps/opnimp/records/csv_records.h"
+#include "apps/opnimp/records/file_bytes.h"
+#include "apps/opnimp/records/workbook_records.h"
 #include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
@@ -58,7 +60,9 @@ void checkWrites(const Writes& writes, const DatabaseChoice& database, const std
 std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
   NativeFileSystem files;
   try {
-    return readRecords(files, arguments.file, arguments.kind->format);
+    if (arguments.kind->format == FileFormat::Workbook)
+      return std::make_unique<WorkbookRecords>(files, arguments.file);
+    return std::make_unique<CsvRecords>(readBytes(files, arguments.file));
   } catch (const RuntimeError& error) {
     const bool tooLong = error.is(ErrorNumber::OutOfMemory);
     throw CannotOpen("the file " + arguments.file + " could not be read: " +

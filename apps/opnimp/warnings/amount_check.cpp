@@ -1,5 +1,6 @@
 #include "apps/opnimp/warnings/amount_check.h"
 
+#include <algorithm>
 #include <string>
 
 #include "base/errors.h"
@@ -10,11 +11,6 @@ namespace velk {
 
 namespace {
 
-struct Amount {
-  std::string_view text;  ///< as it is in the file, trimmed
-  std::string read;       ///< as the import reads it: without its commas
-};
-
 bool has(std::string_view text, char c) {
   return std::ranges::count(text, c) > 0;
 }
@@ -23,9 +19,9 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-bool isBeyondRange(const Amount& amount) {
+bool isBeyondRange(const std::string& number) {
   try {
-    leadingNumber(amount.read);
+    leadingNumber(number);
     return false;
   } catch (const RuntimeError&) {
     return true;
@@ -48,50 +44,42 @@ bool groupsDigits(std::string_view number) {
   return !whole.empty() && isDigit(whole.back());
 }
 
-bool hasDecimalComma(const Amount& amount) {
-  const std::string_view number = amount.text.substr(amount.text.find_first_of("0123456789,"));
+bool hasDecimalComma(std::string_view text) {
+  const std::string_view number = text.substr(text.find_first_of("0123456789,"));
   return has(number, ',') && !groupsDigits(number);
 }
 
-bool startsWithText(const Amount& amount) {
-  return !has("+-.0123456789", amount.read.front());
-}
-
-// The first that applies counts, so each row may rely on what those above it exclude.
-constexpr WarningCheck<Amount> amountChecks[] = {
-    {{}, [](const Amount& a) { return a.text.empty(); }},
-    {{"amount-not-a-number", "A text without a number reads as 0; a bill of 0 is skipped."},
-     [](const Amount& a) { return std::ranges::none_of(a.text, isDigit); }},
-    {{"amount-too-large",
-      "An amount is beyond the range of numbers: the import stops at this record. Correct it "
-      "first."},
-     isBeyondRange},
-    {{"amount-decimal-comma",
-      "Commas are dropped and only a point marks decimals: \"1.234,50\" reads as 1.2345 and "
-      "\"12,50\" as 1250."},
-     hasDecimalComma},
-    {{}, [](const Amount& a) { return parseNumber(a.read).has_value(); }},
-    {{"amount-in-parentheses",
-      "An amount in parentheses reads as 0. Write a negative amount with a minus in front."},
-     [](const Amount& a) { return has(a.read, '('); }},
-    {{"amount-trailing-minus",
-      "A minus behind an amount is not seen: it reads as positive. Write it in front."},
-     [](const Amount& a) { return a.read.ends_with('-'); }},
-    {{"amount-currency", "An amount with a currency sign or other text in front reads as 0."},
-     startsWithText},
-    {{"amount-blank-inside", "An amount ends at a blank inside it: 1 234 reads as 1."},
-     [](const Amount& a) { return has(a.read, ' '); }},
-    {{"amount-partly-read",
-      "Only the number at the start of an amount is read, the rest is ignored."},
-     [](const Amount&) { return true; }},
-};
-
 }  // namespace
 
+// Each check may rely on what those before it exclude.
 WarningText checkAmount(std::string_view cell) {
-  Amount amount{trim(cell), std::string(trim(cell))};
-  std::erase(amount.read, ',');
-  return firstWarning(amountChecks, amount);
+  const std::string_view text = trim(cell);
+  std::string read(text);  // the import reads an amount without its commas
+  std::erase(read, ',');
+  if (text.empty()) return {};
+  if (std::ranges::none_of(text, isDigit))
+    return {"amount-not-a-number", "A text without a number reads as 0; a bill of 0 is skipped."};
+  if (isBeyondRange(read))
+    return {"amount-too-large",
+            "An amount is beyond the range of numbers: the import stops at this record. Correct it "
+            "first."};
+  if (hasDecimalComma(text))
+    return {"amount-decimal-comma",
+            "Commas are dropped and only a point marks decimals: \"1.234,50\" reads as 1.2345 and "
+            "\"12,50\" as 1250."};
+  if (parseNumber(read)) return {};
+  if (has(read, '('))
+    return {"amount-in-parentheses",
+            "An amount in parentheses reads as 0. Write a negative amount with a minus in front."};
+  if (read.ends_with('-'))
+    return {"amount-trailing-minus",
+            "A minus behind an amount is not seen: it reads as positive. Write it in front."};
+  if (!has("+-.0123456789", read.front()))
+    return {"amount-currency", "An amount with a currency sign or other text in front reads as 0."};
+  if (has(read, ' '))
+    return {"amount-blank-inside", "An amount ends at a blank inside it: 1 234 reads as 1."};
+  return {"amount-partly-read",
+          "Only the number at the start of an amount is read, the rest is ignored."};
 }
 
 }  // namespace velk

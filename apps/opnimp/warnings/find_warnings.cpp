@@ -1,7 +1,6 @@
 #include "apps/opnimp/warnings/find_warnings.h"
 
-#include "apps/opnimp/warnings/warnings_bytes.h"
-#include "apps/opnimp/warnings/warnings_lines.h"
+#include "apps/opnimp/warnings/warnings_text.h"
 #include "apps/opnimp/warnings/warnings_values.h"
 #include "apps/opnimp/warnings/warnings_workbook.h"
 
@@ -9,7 +8,7 @@ namespace velk {
 
 std::vector<Warning> findWarnings(const InputRecords& input, const ImportKind& kind,
                                   const std::vector<FieldMapping>& mapping, int currentYear) {
-  Warnings warnings;
+  std::vector<Warning> warnings;
   const bool mapped = !mapping.empty();
   if (const auto* const workbook = dynamic_cast<const WorkbookRecords*>(&input)) {
     if (!workbook->hasCaptions()) return {};
@@ -17,11 +16,10 @@ std::vector<Warning> findWarnings(const InputRecords& input, const ImportKind& k
     if (mapped) warnOfSalesmen(*workbook, mapping, warnings);
   } else if (const auto* const csv = dynamic_cast<const CsvRecords*>(&input)) {
     if (csv->isWorkbook()) return {};  // it is refused as a whole
-    warnOfBytes(*csv, warnings);
-    warnOfLines(*csv, kind, warnings);
+    warnOfText(*csv, kind, warnings);
     if (mapped) warnOfValues(*csv, kind, mapping, currentYear, warnings);
   }
-  return warnings.take();
+  return warnings;
 }
 
 }  // namespace velk

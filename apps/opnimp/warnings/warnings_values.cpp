@@ -1,5 +1,6 @@
 #include "apps/opnimp/warnings/warnings_values.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "apps/opnimp/warnings/amount_check.h"
@@ -11,26 +12,23 @@ namespace velk {
 
 namespace {
 
-struct DateCell {
-  const std::string& text;
-  std::optional<DateReading> reading;
-  bool endsRun;  ///< if it cannot be read; else the import itself reports it
-};
-
-constexpr WarningCheck<DateCell> dateChecks[] = {
-    {{"date-unreadable",
-      "A date cannot be read: the import stops there, unless the code is unknown. Correct it "
-      "first."},
-     [](const DateCell& date) { return !date.reading && date.endsRun && !date.text.empty(); }},
-    {{}, [](const DateCell& date) { return !date.reading; }},
-    {{"date-month-first",
-      "A date makes sense only with the month first. Dates are read day first: if the file has the "
-      "month first, those that read both ways are taken wrongly."},
-     [](const DateCell& date) { return date.reading->order == DateOrder::MonthDayYear; }},
-    {{"date-reads-both-ways",
-      "A date reads day first and month first; it is taken day first: 03/04/2008 is 3 April."},
-     [](const DateCell& date) { return date.reading->ambiguous; }},
-};
+/// `endsRun`: a date that cannot be read stops the import; else the import itself reports it.
+WarningText checkDate(const std::string& text, int currentYear, bool endsRun) {
+  const std::optional<DateReading> reading = readDate(text, currentYear);
+  if (!reading && endsRun && !text.empty())
+    return {"date-unreadable",
+            "A date cannot be read: the import stops there, unless the code is unknown. Correct it "
+            "first."};
+  if (reading && reading->order == DateOrder::MonthDayYear)
+    return {"date-month-first",
+            "A date makes sense only with the month first. Dates are read day first: if the file "
+            "has the month first, those that read both ways are taken wrongly."};
+  if (reading && reading->ambiguous)
+    return {
+        "date-reads-both-ways",
+        "A date reads day first and month first; it is taken day first: 03/04/2008 is 3 April."};
+  return {};
+}
 
 constexpr WarningText firstValueEmpty{
     "first-value-empty",
@@ -39,39 +37,38 @@ constexpr WarningText firstValueEmpty{
 
 void warnOfDocuments(const CsvRecords& input, const OpeningImportKind& kind,
                      const std::vector<FieldMapping>& mapping, int currentYear,
-                     Warnings& warnings) {
+                     std::vector<Warning>& warnings) {
   const std::size_t width = mappedWidth(mapping);
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t line = input.place(record).line;
     const auto fields = input.fields(record, QuotedComma::Keep, width);
     for (const std::size_t amount : {openingField::bill, openingField::balance}) {
-      warnings.add(checkAmount(mappedCell(fields, mapping, amount)), line);
+      addWarning(warnings, checkAmount(mappedCell(fields, mapping, amount)), line);
     }
     const std::string date = mappedCell(fields, mapping, openingField::date);
-    warnings.add(
-        firstWarning(dateChecks, {date, readDate(date, currentYear), kind.invalidDate.empty()}),
-        line);
+    addWarning(warnings, checkDate(date, currentYear, kind.invalidDate.empty()), line);
   }
 }
 
 /// On the master screen a title that is a field's name maps to it, unless the first record has no
 /// value there.
 void warnOfUnmapped(const CsvRecords& input, const std::vector<FieldMapping>& mapping,
-                    Warnings& warnings) {
+                    std::vector<Warning>& warnings) {
   if (input.count() == 0) return;
   const std::string header = CodePage::windows1252().decode(input.header());
   for (const std::string& title : splitLine(header, QuotedComma::Drop)) {
     const bool unmapped = std::ranges::any_of(mapping, [&](const FieldMapping& entry) {
       return !entry.column && equalsIgnoringCase(trim(entry.field), trim(title));
     });
-    if (unmapped) warnings.add(firstValueEmpty, Warnings::wholeFile);
+    if (unmapped) addWarning(warnings, firstValueEmpty, wholeFile);
   }
 }
 
 }  // namespace
 
 void warnOfValues(const CsvRecords& input, const ImportKind& kind,
-                  const std::vector<FieldMapping>& mapping, int currentYear, Warnings& warnings) {
+                  const std::vector<FieldMapping>& mapping, int currentYear,
+                  std::vector<Warning>& warnings) {
   if (kind.opening != nullptr) {
     warnOfDocuments(input, *kind.opening, mapping, currentYear, warnings);
   } else {

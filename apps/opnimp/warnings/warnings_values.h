@@ -10,6 +10,7 @@
 namespace velk {
 
 void warnOfValues(const CsvRecords& input, const ImportKind& kind,
-                  const std::vector<FieldMapping>& mapping, int currentYear, Warnings& warnings);
+                  const std::vector<FieldMapping>& mapping, int currentYear,
+                  std::vector<Warning>& warnings);
 
 }  // namespace velk

@@ -1,5 +1,6 @@
 #include "apps/opnimp/warnings/warnings_workbook.h"
 
+#include <algorithm>
 #include <array>
 #include <set>
 #include <string>
@@ -24,27 +25,24 @@ constexpr WarningText duplicateSalesman{
     "replaces the earlier."};
 constexpr WarningText noDsType{"no-ds-type", "A salesman without a DSType is refused."};
 
-constexpr WarningCheck<std::string_view> cellChecks[] = {
-    {{"error-values",
-      "The formula of a cell has no result; what is read is its error, such as #N/A."},
-     [](const std::string_view& text) { return std::ranges::count(errorValues, text) > 0; }},
-    {{"leading-quote",
-      "A text that begins with a double quote loses it, and its last character, too."},
-     [](const std::string_view& text) {
-       return text.starts_with('"') && (text.size() < 2 || !text.ends_with('"'));
-     }},
-};
+WarningText checkCell(std::string_view text) {
+  if (std::ranges::count(errorValues, text) > 0)
+    return {"error-values",
+            "The formula of a cell has no result; what is read is its error, such as #N/A."};
+  if (text.starts_with('"') && (text.size() < 2 || !text.ends_with('"')))
+    return {"leading-quote",
+            "A text that begins with a double quote loses it, and its last character, too."};
+  return {};
+}
 
 // YES keeps its meaning in capital letters only, NO in any.
-constexpr WarningCheck<std::string_view> handheldChecks[] = {
-    {{}, [](const std::string_view& value) { return value.empty() || value == "YES"; }},
-    {{}, [](const std::string_view& value) { return equalsIgnoringCase(value, "NO"); }},
-    {{"handheld-yes-becomes-no",
-      "Only YES in capital letters is saved as yes: Yes and yes are saved as No. Write YES."},
-     [](const std::string_view& value) { return equalsIgnoringCase(value, "YES"); }},
-    {{"handheld-becomes-no", "A HandHeld DS value that is neither YES nor NO is saved as No."},
-     [](const std::string_view&) { return true; }},
-};
+WarningText checkHandheld(std::string_view value) {
+  if (value.empty() || value == "YES" || equalsIgnoringCase(value, "NO")) return {};
+  if (equalsIgnoringCase(value, "YES"))
+    return {"handheld-yes-becomes-no",
+            "Only YES in capital letters is saved as yes: Yes and yes are saved as No. Write YES."};
+  return {"handheld-becomes-no", "A HandHeld DS value that is neither YES nor NO is saved as No."};
+}
 
 /// A cell as the import reads names and handheld values.
 std::string unquotedAndTrimmed(const std::string& cell) {
@@ -53,21 +51,21 @@ std::string unquotedAndTrimmed(const std::string& cell) {
 
 }  // namespace
 
-void warnOfCells(const WorkbookRecords& input, Warnings& warnings) {
-  for (const std::size_t row : input.unreadRows()) warnings.add(rowNotRead, row);
+void warnOfCells(const WorkbookRecords& input, std::vector<Warning>& warnings) {
+  for (const std::size_t row : input.unreadRows()) addWarning(warnings, rowNotRead, row);
   if (!input.isBlank(1, WorkbookRecords::lastColumn + 1, dsTypeList.listColumn - 1)) {
-    warnings.add(otherColumns, 1);
+    addWarning(warnings, otherColumns, 1);
   }
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t row = input.place(record).line;
     for (const int column : importedSalesmanColumns) {
-      warnings.add(firstWarning(cellChecks, input.text(static_cast<int>(row), column)), row);
+      addWarning(warnings, checkCell(input.text(static_cast<int>(row), column)), row);
     }
   }
 }
 
 void warnOfSalesmen(const WorkbookRecords& input, const std::vector<FieldMapping>& mapping,
-                    Warnings& warnings) {
+                    std::vector<Warning>& warnings) {
   std::set<std::string, std::less<>> names;
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t row = input.place(record).line;
@@ -75,10 +73,10 @@ void warnOfSalesmen(const WorkbookRecords& input, const std::vector<FieldMapping
     const auto cell = [&](std::size_t field) { return mappedCell(fields, mapping, field); };
     const std::string name = unquotedAndTrimmed(cell(salesmanField::Name));
     const bool repeated = !name.empty() && !names.insert(lowerAscii(name)).second;
-    if (repeated) warnings.add(duplicateSalesman, row);
-    if (cell(salesmanField::DSType).empty()) warnings.add(noDsType, row);
+    if (repeated) addWarning(warnings, duplicateSalesman, row);
+    if (cell(salesmanField::DSType).empty()) addWarning(warnings, noDsType, row);
     const std::string handheld = unquotedAndTrimmed(cell(salesmanField::HandHeldDS));
-    warnings.add(firstWarning(handheldChecks, handheld), row);
+    addWarning(warnings, checkHandheld(handheld), row);
   }
 }
 

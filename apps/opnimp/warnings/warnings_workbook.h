@@ -9,8 +9,8 @@
 
 namespace velk {
 
-void warnOfCells(const WorkbookRecords& input, Warnings& warnings);
+void warnOfCells(const WorkbookRecords& input, std::vector<Warning>& warnings);
 void warnOfSalesmen(const WorkbookRecords& input, const std::vector<FieldMapping>& mapping,
-                    Warnings& warnings);
+                    std::vector<Warning>& warnings);
 
 }  // namespace velk
