@@ -161,8 +161,7 @@ void DriverConnection::requireWhole(std::string_view text) const {
 
 void DriverConnection::setAutocommit(SQLUINTEGER mode) {
   session_.check(SQLSetConnectAttrW(session_.handle(), SQL_ATTR_AUTOCOMMIT, integerArgument(mode),
-                                    SQL_IS_UINTEGER),
-                 SQL_HANDLE_DBC, session_.handle());
+                                    SQL_IS_UINTEGER));
 }
 
 void DriverConnection::beginTransaction() {
@@ -173,8 +172,7 @@ void DriverConnection::beginTransaction() {
 
 void DriverConnection::rollback() {
   if (!inTransaction_) return;
-  session_.check(SQLEndTran(SQL_HANDLE_DBC, session_.handle(), SQL_ROLLBACK), SQL_HANDLE_DBC,
-                 session_.handle());
+  session_.check(SQLEndTran(SQL_HANDLE_DBC, session_.handle(), SQL_ROLLBACK));
   inTransaction_ = false;
   setAutocommit(SQL_AUTOCOMMIT_ON);
 }
