@@ -1,7 +1,7 @@
 #include "ui/property.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 
 #include "base/text.h"
 
@@ -10,40 +10,40 @@ namespace velk {
 namespace {
 
 // In the order of the enumeration, up to the last one that a bag can contain.
-constexpr auto names = std::to_array<std::string_view>({"Name",
-                                                        "Caption",
-                                                        "Text",
-                                                        "Value",
-                                                        "Enabled",
-                                                        "Visible",
-                                                        "Left",
-                                                        "Top",
-                                                        "Width",
-                                                        "Height",
-                                                        "BackColor",
-                                                        "ForeColor",
-                                                        "CalendarBackColor",
-                                                        "CalendarForeColor",
-                                                        "FontName",
-                                                        "ListIndex",
-                                                        "ScrollLeft",
-                                                        "DialogTitle",
-                                                        "Filter",
-                                                        "FilterIndex",
-                                                        "InitDir",
-                                                        "FileName",
-                                                        "CancelError",
-                                                        "WindowState",
-                                                        "hWnd"});
-static_assert(names.size() == static_cast<std::size_t>(Property::hWnd) + 1);
+constexpr std::string_view names[] = {"Name",
+                                      "Caption",
+                                      "Text",
+                                      "Value",
+                                      "Enabled",
+                                      "Visible",
+                                      "Left",
+                                      "Top",
+                                      "Width",
+                                      "Height",
+                                      "BackColor",
+                                      "ForeColor",
+                                      "CalendarBackColor",
+                                      "CalendarForeColor",
+                                      "FontName",
+                                      "ListIndex",
+                                      "ScrollLeft",
+                                      "DialogTitle",
+                                      "Filter",
+                                      "FilterIndex",
+                                      "InitDir",
+                                      "FileName",
+                                      "CancelError",
+                                      "WindowState",
+                                      "hWnd"};
+static_assert(std::size(names) == static_cast<std::size_t>(Property::hWnd) + 1);
 
 }  // namespace
 
 std::optional<Property> propertyNamed(std::string_view name) {
-  const auto found = std::ranges::find_if(
+  const auto* found = std::ranges::find_if(
       names, [&](std::string_view known) { return equalsIgnoringCase(known, name); });
-  if (found == names.end()) return std::nullopt;
-  return static_cast<Property>(found - names.begin());
+  if (found == std::end(names)) return std::nullopt;
+  return static_cast<Property>(found - names);
 }
 
 }  // namespace velk
