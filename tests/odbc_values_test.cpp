@@ -2,7 +2,7 @@
 
 #include "base/errors.h"
 #include "platform/memory_recordset.h"
-#include "platform/odbc/cell_reader.h"
+#include "platform/odbc/cell_text.h"
 #include "tests/support/database_calls.h"
 
 namespace velk {
@@ -10,32 +10,32 @@ namespace {
 
 TEST_CASE("odbc: what a cell's text holds") {
   const struct {
-    ColumnKind kind;
+    SQLSMALLINT type;
     std::string text;
     Value value;
   } rows[] = {
-      {ColumnKind::Integer, "-2147483648", -2147483647 - 1},
-      {ColumnKind::Integer, "2147483648", 2147483648.0},
-      {ColumnKind::Integer, "12a", "12a"},
-      {ColumnKind::Integer, "", ""},
-      {ColumnKind::BigInteger, "7", 7.0},
-      {ColumnKind::BigInteger, "9007199254740993", "9007199254740993"},
-      {ColumnKind::BigInteger, "9223372036854775807", "9223372036854775807"},
-      {ColumnKind::BigInteger, "-9223372036854775808", -9223372036854775808.0},
-      {ColumnKind::Double, "1.5e3", 1500.0},
-      {ColumnKind::Double, "1.5x", "1.5x"},
-      {ColumnKind::Decimal, "-.250", "-0.250"},
-      {ColumnKind::Decimal, "12.50", "12.50"},
-      {ColumnKind::Bit, "1", "True"},
-      {ColumnKind::Bit, "0", "False"},
-      {ColumnKind::Date, "2008-04-01 18:00:00", Date{39539.75}},
-      {ColumnKind::Date, "01/04/2008", "01/04/2008"},  // not in the engine's own form
-      {ColumnKind::Date, "2008-02-30", "2008-02-30"},
-      {ColumnKind::Text, "007", "007"},
+      {SQL_INTEGER, "-2147483648", -2147483647 - 1},
+      {SQL_INTEGER, "2147483648", 2147483648.0},
+      {SQL_INTEGER, "12a", "12a"},
+      {SQL_INTEGER, "", ""},
+      {SQL_BIGINT, "7", 7.0},
+      {SQL_BIGINT, "9007199254740993", "9007199254740993"},
+      {SQL_BIGINT, "9223372036854775807", "9223372036854775807"},
+      {SQL_BIGINT, "-9223372036854775808", -9223372036854775808.0},
+      {SQL_DOUBLE, "1.5e3", 1500.0},
+      {SQL_DOUBLE, "1.5x", "1.5x"},
+      {SQL_DECIMAL, "-.250", "-0.250"},
+      {SQL_DECIMAL, "12.50", "12.50"},
+      {SQL_BIT, "1", "True"},
+      {SQL_BIT, "0", "False"},
+      {SQL_TYPE_TIMESTAMP, "2008-04-01 18:00:00", Date{39539.75}},
+      {SQL_TYPE_TIMESTAMP, "01/04/2008", "01/04/2008"},  // not in the engine's own form
+      {SQL_TYPE_TIMESTAMP, "2008-02-30", "2008-02-30"},
+      {SQL_VARCHAR, "007", "007"},
   };
   for (const auto& row : rows) {
     CAPTURE(row.text);
-    CHECK((interpretCell(row.kind, row.text) == row.value));
+    CHECK((cellReadingOf(row.type)(row.text) == row.value));
   }
 }
 

@@ -11,11 +11,6 @@ const ListView::Column& ListView::at(std::size_t column) const {
   return columns_[column];
 }
 
-ListView::Column& ListView::at(std::size_t column) {
-  static_cast<void>(std::as_const(*this).at(column));
-  return columns_[column];
-}
-
 void ListView::checkRow(std::size_t row) const {
   if (row < 1 || row > rowCount_) throw RuntimeError(ErrorNumber::IndexOutOfBounds);
 }
@@ -40,13 +35,11 @@ void ListView::clearColumns() {
   propertyChanged(Property::Columns);
 }
 
-void ListView::dropTexts(Column& column) {
-  column.written.clear();
-  column.cells.reset();
-}
-
 void ListView::clearRows() {
-  for (Column& column : columns_) dropTexts(column);
+  for (Column& column : columns_) {
+    column.written.clear();
+    column.cells.reset();
+  }
   rowCount_ = 0;
   propertyChanged(Property::Rows);
 }
@@ -104,15 +97,11 @@ bool ListView::hasEmptyCell(std::size_t column) const {
 }
 
 void ListView::userColumnClick(std::size_t column) {
-  raise([&] {
-    if (onColumnClick) onColumnClick(column);
-  });
+  if (onColumnClick) raise([&] { onColumnClick(column); });
 }
 
 void ListView::userMouseUp(MouseButton button, int x) {
-  raise([&] {
-    if (onMouseUp) onMouseUp(button, x);
-  });
+  if (onMouseUp) raise([&] { onMouseUp(button, x); });
 }
 
 void ListView::userColumnWidth(std::size_t column, int width) {

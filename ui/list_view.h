@@ -16,6 +16,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/text_column.h"
@@ -85,9 +86,8 @@ class ListView final : public Control {
   };
 
   const Column& at(std::size_t column) const;
-  Column& at(std::size_t column);
+  Column& at(std::size_t column) { return const_cast<Column&>(std::as_const(*this).at(column)); }
   void checkRow(std::size_t row) const;
-  static void dropTexts(Column& column);
 
   std::vector<Column> columns_;
   std::size_t rowCount_ = 0;

@@ -18,7 +18,10 @@ namespace velk {
 class HeadlessDesktop final : public Desktop {
  public:
   HeadlessDesktop(std::string applicationFolder, std::function<Date()> clock,
-                  MessageHandler messages);
+                  MessageHandler messages)
+      : folder_(std::move(applicationFolder)),
+        clock_(std::move(clock)),
+        messages_(std::move(messages)) {}
 
   std::vector<std::string> opened;  ///< the documents that a desktop would have opened
 
@@ -26,7 +29,10 @@ class HeadlessDesktop final : public Desktop {
   void chooseFile(std::optional<std::string> path) { choice_ = std::move(path); }
 
   std::int32_t messageBox(std::string_view prompt, std::int32_t style,
-                          std::optional<std::string_view> caption) override;
+                          std::optional<std::string_view> caption) override {
+    messages_({std::string(prompt), style, std::optional<std::string>(caption), false});
+    return answerOk;
+  }
   std::optional<std::string> askForFile(const FileDialog&) override { return choice_; }
   std::string applicationFolder() const override { return folder_; }
   Date now() const override { return clock_(); }

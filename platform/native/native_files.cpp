@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <iterator>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "base/unique_handle.h"
@@ -15,6 +17,8 @@
 namespace velk {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr mode_t newFileMode = 0666;  // the user's umask takes away from this
 
@@ -26,11 +30,9 @@ struct DescriptorKind {
 using Descriptor = UniqueHandle<DescriptorKind>;
 
 // open says ENOENT for a missing file and for a missing folder; the two are different errors here.
-bool folderExists(const std::string& file) {
-  const std::size_t slash = file.rfind('/');
-  if (slash == std::string::npos || slash == 0) return true;
-  struct stat status {};
-  return ::stat(file.substr(0, slash).c_str(), &status) == 0;
+bool folderExists(const fs::path& file) {
+  std::error_code ignored;
+  return !file.has_parent_path() || fs::exists(file.parent_path(), ignored);
 }
 
 Descriptor openDescriptor(std::string_view path, int flags) {
@@ -80,7 +82,7 @@ class NativeInput final : public InputFile {
   std::uint64_t length_;
 };
 
-class NativeOutput final : public OutputFile {
+class NativeOutput : public OutputFile {
  public:
   explicit NativeOutput(Descriptor file) : file_(std::move(file)) { regularFileStatus(file_); }
 
@@ -93,47 +95,41 @@ class NativeOutput final : public OutputFile {
     }
   }
 
-  /// Waits until the disk has it; otherwise a crash could leave an empty file in the old one's
-  /// place.
-  void flush() {
-    if (::fsync(file_.get()) != 0) throw fileError(errno);
-  }
-
   void close() override {
     if (file_ && ::close(file_.release()) != 0) throw fileError(errno);
   }
 
- private:
+ protected:
   Descriptor file_;
 };
 
 /// A name that no file has, in the folder of `path`: a file is renamed only within a file system.
 std::string freeNameBeside(std::string_view path) {
-  const std::string folder(path.substr(0, path.rfind('/') + 1));
+  const std::string start =
+      std::string(path.substr(0, path.rfind('/') + 1)) + "~" + std::to_string(::getpid()) + "-";
   for (int number = 1;; ++number) {
-    std::string name =
-        folder + "~" + std::to_string(::getpid()) + "-" + std::to_string(number) + ".tmp";
-    struct stat status {};
-    if (::lstat(name.c_str(), &status) != 0) return name;
+    std::string name = start + std::to_string(number) + ".tmp";
+    std::error_code ignored;
+    if (!fs::exists(fs::symlink_status(name, ignored))) return name;
   }
 }
 
-class NativeReplacement final : public OutputFile {
+class NativeReplacement final : public NativeOutput {
  public:
-  explicit NativeReplacement(std::string_view path)
-      : path_(path),
-        name_(freeNameBeside(path)),
-        file_(openDescriptor(name_, O_WRONLY | O_CREAT | O_EXCL)) {}
+  NativeReplacement(std::string_view path, std::string name)
+      : NativeOutput(openDescriptor(name, O_WRONLY | O_CREAT | O_EXCL)),
+        path_(path),
+        name_(std::move(name)) {}
   ~NativeReplacement() override {
     if (!moved_) ::unlink(name_.c_str());
   }
 
-  void write(std::string_view bytes) override { file_.write(bytes); }
-
   void close() override {
     if (moved_) return;
-    file_.flush();
-    file_.close();
+    // Waits until the disk has it; otherwise a crash could leave an empty file in the old one's
+    // place.
+    if (::fsync(file_.get()) != 0) throw fileError(errno);
+    NativeOutput::close();
     if (::rename(name_.c_str(), path_.c_str()) != 0) throw fileError(errno);
     moved_ = true;
   }
@@ -141,7 +137,6 @@ class NativeReplacement final : public OutputFile {
  private:
   std::string path_;
   std::string name_;
-  NativeOutput file_;
   bool moved_ = false;
 };
 
@@ -187,7 +182,7 @@ std::unique_ptr<OutputFile> NativeFileSystem::openAppend(std::string_view path) 
 
 std::unique_ptr<OutputFile> NativeFileSystem::openReplacement(std::string_view path) {
   checkReplaceable(std::string(path));
-  return std::make_unique<NativeReplacement>(path);
+  return std::make_unique<NativeReplacement>(path, freeNameBeside(path));
 }
 
 bool NativeFileSystem::openExclusively(std::string_view path) {

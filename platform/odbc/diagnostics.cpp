@@ -2,18 +2,18 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+#include <limits>
 
 #include "base/text.h"
 
 namespace velk {
 namespace {
 
-constexpr std::size_t messageCapacity = 1024;
+// The interface cannot tell of a longer one.
+constexpr SQLSMALLINT messageCapacity = std::numeric_limits<SQLSMALLINT>::max();
+constexpr SQLSMALLINT longestMessage = messageCapacity - 1;  // before the final NUL
 constexpr SQLSMALLINT maxRecords = 64;  // a driver that never says "no more" must not hang us
-
-std::string narrow(const char16_t* text, std::size_t length) {
-  return toUtf8(std::u16string_view(text, length));
-}
 
 // "[Vendor][Driver][Server]text": users are shown the text only.
 std::string_view withoutLayerNames(std::string_view message) {
@@ -25,30 +25,28 @@ std::string_view withoutLayerNames(std::string_view message) {
   return trim(message);
 }
 
-// SQL Server reports a missing permission under the general state 42000, by message number.
-bool isPermissionMessage(const Diagnostic& diagnostic) {
-  constexpr std::array<std::int32_t, 5> numbers{229, 230, 262, 297, 300};
-  return diagnostic.state == "42000" &&
-         std::find(numbers.begin(), numbers.end(), diagnostic.native) != numbers.end();
-}
-
 ErrorNumber numberOf(const Diagnostic& diagnostic) {
   struct Rule {
-    std::string_view prefix;
+    std::string_view state;  // its beginning
     ErrorNumber number;
+    std::int32_t native = 0;  // 0: any
   };
-  // The first prefix that fits counts, so that 42S02 and 42501 come before 42.
+  // The first rule that fits counts, so that 42S02 and 42501 come before 42. SQL Server reports a
+  // missing permission under the general state 42000, by message number.
   static constexpr Rule rules[] = {
-      {"HYT00", ErrorNumber::ProviderTimeout}, {"HYT01", ErrorNumber::ProviderTimeout},
-      {"23", ErrorNumber::IntegrityViolation}, {"22001", ErrorNumber::DataTruncated},
-      {"42S02", ErrorNumber::NoSuchTable},     {"28000", ErrorNumber::LoginFailed},
-      {"42501", ErrorNumber::NoPermission},    {"42", ErrorNumber::CommandErrors},
+      {"HYT00", ErrorNumber::ProviderTimeout},   {"HYT01", ErrorNumber::ProviderTimeout},
+      {"23", ErrorNumber::IntegrityViolation},   {"22001", ErrorNumber::DataTruncated},
+      {"42S02", ErrorNumber::NoSuchTable},       {"28000", ErrorNumber::LoginFailed},
+      {"42501", ErrorNumber::NoPermission},      {"42000", ErrorNumber::NoPermission, 229},
+      {"42000", ErrorNumber::NoPermission, 230}, {"42000", ErrorNumber::NoPermission, 262},
+      {"42000", ErrorNumber::NoPermission, 297}, {"42000", ErrorNumber::NoPermission, 300},
+      {"42", ErrorNumber::CommandErrors},
   };
-  if (isPermissionMessage(diagnostic)) return ErrorNumber::NoPermission;
-  for (const Rule& rule : rules) {
-    if (diagnostic.state.starts_with(rule.prefix)) return rule.number;
-  }
-  return ErrorNumber::ProviderFailure;
+  const auto* const found = std::ranges::find_if(rules, [&](const Rule& rule) {
+    return diagnostic.state.starts_with(rule.state) &&
+           (rule.native == 0 || rule.native == diagnostic.native);
+  });
+  return found == std::end(rules) ? ErrorNumber::ProviderFailure : found->number;
 }
 
 bool readRecord(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT record, Diagnostic& to) {
@@ -56,19 +54,12 @@ bool readRecord(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT record, Diagnost
   std::vector<char16_t> message(messageCapacity);
   SQLINTEGER native = 0;
   SQLSMALLINT length = 0;
-  const auto read = [&] {
-    return SQLGetDiagRecW(type, handle, record, wideText(state.data()), &native,
-                          wideText(message.data()), static_cast<SQLSMALLINT>(message.size()),
-                          &length);
-  };
-  if (!SQL_SUCCEEDED(read())) return false;
-  // The length is the whole message's, even if only its beginning fitted.
-  if (static_cast<std::size_t>(length) >= message.size()) {
-    message.resize(static_cast<std::size_t>(length) + 1);
-    if (!SQL_SUCCEEDED(read())) return false;
+  if (!SQL_SUCCEEDED(SQLGetDiagRecW(type, handle, record, wideText(state.data()), &native,
+                                    wideText(message.data()), messageCapacity, &length))) {
+    return false;
   }
-  const std::size_t kept = std::min(static_cast<std::size_t>(length), message.size() - 1);
-  to = {narrow(state.data(), 5), native, narrow(message.data(), kept)};
+  to = {toUtf8({state.data(), 5}), native,
+        toUtf8({message.data(), static_cast<std::size_t>(std::min(length, longestMessage))})};
   return true;
 }
 
@@ -93,8 +84,7 @@ RuntimeError toRuntimeError(const std::vector<Diagnostic>& diagnostics) {
 }
 
 bool tellsConnectionLost(const std::vector<Diagnostic>& diagnostics) {
-  return std::any_of(diagnostics.begin(), diagnostics.end(),
-                     [](const Diagnostic& d) { return d.state.starts_with("08"); });
+  return std::ranges::any_of(diagnostics, [](auto& d) { return d.state.starts_with("08"); });
 }
 
 }  // namespace velk

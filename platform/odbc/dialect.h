@@ -1,6 +1,6 @@
 // An engine as data: what differs from SQL Server, for which the system's statements are written.
 //
-// A further engine is a constant of its own, as sqlite_dialect.cpp has one, and a row in
+// A further engine is a constant of its own, as sqlite_dialect.cpp has one, with its name in
 // engines.cpp.
 #pragma once
 

@@ -7,17 +7,7 @@ namespace velk {
 
 const Dialect& dialectOf(std::string_view engineName) {
   static const Dialect sqlServer;
-  struct Engine {
-    std::string_view name;
-    const Dialect& dialect;
-  };
-  static const Engine engines[] = {
-      {"SQLite", sqliteDialect},
-  };
-  for (const Engine& engine : engines) {
-    if (equalsIgnoringCase(engineName, engine.name)) return engine.dialect;
-  }
-  return sqlServer;
+  return equalsIgnoringCase(engineName, "SQLite") ? sqliteDialect : sqlServer;
 }
 
 }  // namespace velk

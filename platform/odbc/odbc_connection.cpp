@@ -30,15 +30,13 @@ class DriverConnection final : public OdbcConnection,
   void beginTransaction() override;
   void rollback() override;
 
-  std::shared_ptr<Recordset> executeText(std::string_view text,
-                                         const std::vector<CommandParameter>& parameters);
-  std::shared_ptr<Recordset> executeProcedure(std::string_view name,
-                                              const std::vector<CommandParameter>& parameters);
+  std::shared_ptr<Recordset> run(CommandType type, std::string_view text,
+                                 const std::vector<CommandParameter>& parameters);
 
  private:
   PreparedStatement& kept(std::string_view sql);
   void requireWhole(std::string_view text) const;
-  void setAutocommit(SQLUINTEGER mode);
+  void setInTransaction(bool in);
 
   OdbcSession session_;  // first, because the statements below need it until they are gone
   // By text. Only the system's own statements and calls of procedures, so that it stays small.
@@ -78,28 +76,22 @@ std::shared_ptr<Recordset> OdbcCommand::Execute(std::int32_t) {
   for (const CommandParameter& parameter : parameters_) {
     if (parameter.direction != inputParameter) throw RuntimeError(ErrorNumber::WrongArgumentType);
   }
-  if (type_ == CommandType::StoredProcedure) {
-    return connection_->executeProcedure(text_, parameters_);
-  }
-  return connection_->executeText(text_, parameters_);
+  return connection_->run(type_, text_, parameters_);
 }
 
 // "{call name(?, ?)}", the interface's own way to call a procedure.
 std::string callText(std::string_view name, std::size_t parameterCount) {
-  std::string text = "{call ";
-  text += name;
+  std::string text = std::string("{call ").append(name);
   for (std::size_t i = 0; i < parameterCount; ++i) text += i == 0 ? "(?" : ", ?";
-  text += parameterCount == 0 ? "}" : ")}";
-  return text;
+  return text.append(parameterCount == 0 ? "}" : ")}");
 }
 
 // A literal may be longer than a parameter: in the statement's own text it would have no limit.
 std::vector<CommandParameter> asParameters(std::vector<std::string>& literals) {
   std::vector<CommandParameter> parameters;
   for (std::string& literal : literals) {
-    CommandParameter& parameter = parameters.emplace_back();
-    parameter.size = std::max(parameter.size, literal.size());
-    parameter.value = std::move(literal);
+    const std::size_t size = std::max<std::size_t>(parameterSize, literal.size());
+    parameters.push_back({.value = std::move(literal), .size = size});
   }
   return parameters;
 }
@@ -132,16 +124,14 @@ std::unique_ptr<Command> DriverConnection::newCommand() {
   return std::make_unique<OdbcCommand>(shared_from_this());
 }
 
-std::shared_ptr<Recordset> DriverConnection::executeText(
-    std::string_view text, const std::vector<CommandParameter>& parameters) {
-  requireWhole(text);
-  return PreparedStatement(session_, text).execute(parameters);
-}
-
-std::shared_ptr<Recordset> DriverConnection::executeProcedure(
-    std::string_view name, const std::vector<CommandParameter>& parameters) {
-  if (session_.dialect().hasProcedureTable) return procedures_.call(name, parameters);
-  return kept(callText(name, parameters.size())).execute(parameters);
+std::shared_ptr<Recordset> DriverConnection::run(CommandType type, std::string_view text,
+                                                 const std::vector<CommandParameter>& parameters) {
+  if (type == CommandType::Text) {
+    requireWhole(text);
+    return PreparedStatement(session_, text).execute(parameters);
+  }
+  if (session_.dialect().hasProcedureTable) return procedures_.call(text, parameters);
+  return kept(callText(text, parameters.size())).execute(parameters);
 }
 
 // Prepared when it is first asked for. If each record's query were prepared anew, an import of
@@ -159,31 +149,22 @@ void DriverConnection::requireWhole(std::string_view text) const {
   }
 }
 
-void DriverConnection::setAutocommit(SQLUINTEGER mode) {
+void DriverConnection::setInTransaction(bool in) {
+  const SQLUINTEGER mode = in ? SQL_AUTOCOMMIT_OFF : SQL_AUTOCOMMIT_ON;
   session_.check(SQLSetConnectAttrW(session_.handle(), SQL_ATTR_AUTOCOMMIT, integerArgument(mode),
-                                    SQL_IS_UINTEGER),
-                 SQL_HANDLE_DBC, session_.handle());
+                                    SQL_IS_UINTEGER));
+  inTransaction_ = in;
 }
 
 void DriverConnection::beginTransaction() {
   if (inTransaction_) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
-  setAutocommit(SQL_AUTOCOMMIT_OFF);
-  inTransaction_ = true;
+  setInTransaction(true);
 }
 
 void DriverConnection::rollback() {
   if (!inTransaction_) return;
-  session_.check(SQLEndTran(SQL_HANDLE_DBC, session_.handle(), SQL_ROLLBACK), SQL_HANDLE_DBC,
-                 session_.handle());
-  inTransaction_ = false;
-  setAutocommit(SQL_AUTOCOMMIT_ON);
-}
-
-// Characters that a connection string and the engine both leave as they are.
-bool isPlainInPath(char c) {
-  constexpr std::string_view signs = " /\\:._-+=,()~@#!$&'";
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-         signs.find(c) != std::string_view::npos;
+  session_.check(SQLEndTran(SQL_HANDLE_DBC, session_.handle(), SQL_ROLLBACK));
+  setInTransaction(false);
 }
 
 // A connection string can neither quote nor contain characters beyond ASCII, but instead of a path
@@ -211,9 +192,12 @@ std::string embeddedConnectionString(std::string_view file) {
   if (file.empty() || file.find('\0') != std::string_view::npos) {
     throw RuntimeError(ErrorNumber::BadFileNameOrNumber);
   }
+  // Characters that a connection string and the engine both leave as they are.
+  constexpr const char* plainSigns =
+      "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz /\\:._-+=,()~@#!$&'";
   const std::string path = driverPath(file);
   // The engine takes a path that begins with "file:" as an address, and drivers trim blanks.
-  const bool plain = std::all_of(path.begin(), path.end(), isPlainInPath) &&
+  const bool plain = path.find_first_not_of(plainSigns) == std::string::npos &&
                      !path.starts_with("file:") && path.front() != ' ' && path.back() != ' ';
   return std::string("Driver=SQLite3;NoCreat=1;Database=")
       .append(plain ? path : fileAddress(path))

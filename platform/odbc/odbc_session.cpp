@@ -54,8 +54,7 @@ void OdbcSession::connect(const std::string& connectionString) {
   }
   check(SQLDriverConnectW(handle(), nullptr, wideText(wide.data()),
                           static_cast<SQLSMALLINT>(wide.size()), nullptr, 0, nullptr,
-                          SQL_DRIVER_NOPROMPT),
-        SQL_HANDLE_DBC, handle());
+                          SQL_DRIVER_NOPROMPT));
 }
 
 StatementHandle OdbcSession::newStatement() const {
@@ -72,7 +71,7 @@ void OdbcSession::executeNative(std::string_view sql) {
   const SQLRETURN result =
       SQLExecDirectW(statement.get(), wideText(wide.data()), static_cast<SQLINTEGER>(wide.size()));
   // "No data" is a success: no row was changed.
-  if (result != SQL_NO_DATA) check(result, SQL_HANDLE_STMT, statement.get());
+  if (result != SQL_NO_DATA) checkStatement(result, statement.get());
 }
 
 RuntimeError OdbcSession::failure(SQLSMALLINT handleType, SQLHANDLE handle) {

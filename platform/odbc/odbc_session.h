@@ -25,17 +25,20 @@ class OdbcSession {
   /// Runs one statement as the engine itself writes it and drops its results.
   void executeNative(std::string_view sql);
 
-  /// Passes success; else keeps the handle's diagnostics and throws them.
-  void check(SQLRETURN result, SQLSMALLINT handleType, SQLHANDLE handle) {
-    if (!SQL_SUCCEEDED(result)) throw failure(handleType, handle);
+  /// Passes the success of a call; else keeps its diagnostics and throws them.
+  void check(SQLRETURN result) { check(result, SQL_HANDLE_DBC, handle()); }
+  void checkStatement(SQLRETURN result, SQLHANDLE statement) {
+    check(result, SQL_HANDLE_STMT, statement);
   }
-  /// Keeps the handle's diagnostics and makes an error of them.
-  RuntimeError failure(SQLSMALLINT handleType, SQLHANDLE handle);
 
   const std::vector<Diagnostic>& diagnostics() const { return diagnostics_; }
   bool isLost() const { return lost_; }
 
  private:
+  void check(SQLRETURN result, SQLSMALLINT handleType, SQLHANDLE handle) {
+    if (!SQL_SUCCEEDED(result)) throw failure(handleType, handle);
+  }
+  RuntimeError failure(SQLSMALLINT handleType, SQLHANDLE handle);
   void connect(const std::string& connectionString);
   void connectWithSetting(std::string_view connectionString);
   std::string engineName() const;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstring>
+#include <iterator>
 
 #include "base/errors.h"
 #include "base/numbers.h"
@@ -11,21 +13,10 @@
 namespace velk {
 namespace {
 
-constexpr std::int64_t millisecondsPerDay = 86'400'000;
+constexpr double millisecondsPerDay = 1000 * secondsPerDay;
 
 [[noreturn]] void refuse() {
   throw RuntimeError(ErrorNumber::WrongArgumentType);
-}
-
-DataType knownType(std::int32_t type) {
-  switch (static_cast<DataType>(type)) {
-    case DataType::Integer:
-    case DataType::Double:
-    case DataType::Date:
-    case DataType::VarChar:
-      return static_cast<DataType>(type);
-  }
-  refuse();
 }
 
 int currentYear() {
@@ -35,6 +26,7 @@ int currentYear() {
 }
 
 double toDouble(const Value& value) {
+  if (const auto* number = std::get_if<double>(&value)) return *number;
   if (const auto* integer = std::get_if<std::int32_t>(&value)) return *integer;
   if (const auto* date = std::get_if<Date>(&value)) return date->days;
   const auto number = parseNumber(std::get<std::string>(value));
@@ -52,36 +44,65 @@ auto convertedOrRefused(Convert convert) {
   }
 }
 
-}  // namespace
-
-ParameterBuffer::ParameterBuffer(const CommandParameter& parameter)
-    : type_(knownType(parameter.type)) {
-  if (type_ == DataType::VarChar) text_.resize(parameter.size);
+// Before day 0 the time of day counts forward all the same: -1.25 is six o'clock of day -1.
+SQL_TIMESTAMP_STRUCT toTimestamp(Date date) {
+  using namespace std::chrono;
+  // The hours of the first day reach down to the number before it. Not a number is refused, too.
+  if (!isInCalendar(date.days)) refuse();
+  const double whole = std::trunc(date.days);
+  // A time just below a day rounds up to the next one.
+  const auto sinceStart =
+      days(static_cast<int>(whole)) +
+      milliseconds(std::llround(std::abs(date.days - whole) * millisecondsPerDay));
+  const auto day = floor<days>(sinceStart);
+  const CivilDate civil = civilFromDate(Date{static_cast<double>(day.count())});
+  const hh_mm_ss time(sinceStart - day);
+  return {static_cast<SQLSMALLINT>(civil.year),
+          static_cast<SQLUSMALLINT>(civil.month),
+          static_cast<SQLUSMALLINT>(civil.day),
+          static_cast<SQLUSMALLINT>(time.hours().count()),
+          static_cast<SQLUSMALLINT>(time.minutes().count()),
+          static_cast<SQLUSMALLINT>(time.seconds().count()),
+          static_cast<SQLUINTEGER>(nanoseconds(time.subseconds()).count())};
 }
 
+}  // namespace
+
+struct ParameterBuffer::Binding {
+  DataType type;
+  SQLSMALLINT cType;
+  SQLSMALLINT sqlType;
+  SQLULEN size;  // 0: the parameter's
+  SQLSMALLINT digits;
+};
+
+const ParameterBuffer::Binding& ParameterBuffer::bindingOf(std::int32_t type) {
+  static constexpr Binding bindings[] = {
+      {DataType::Integer, SQL_C_SLONG, SQL_INTEGER, 10, 0},
+      {DataType::Double, SQL_C_DOUBLE, SQL_DOUBLE, 15, 0},
+      // The size and digits of SQL Server's datetime.
+      {DataType::Date, SQL_C_TYPE_TIMESTAMP, SQL_TYPE_TIMESTAMP, 23, 3},
+      {DataType::VarChar, SQL_C_WCHAR, SQL_WVARCHAR, 0, 0},
+  };
+  const auto* const found =
+      std::ranges::find(bindings, static_cast<DataType>(type), &Binding::type);
+  if (found == std::end(bindings)) refuse();
+  return *found;
+}
+
+ParameterBuffer::ParameterBuffer(const CommandParameter& parameter)
+    : binding_(bindingOf(parameter.type)), memory_(parameter.size) {}
+
 bool ParameterBuffer::fits(const CommandParameter& parameter) const {
-  return static_cast<std::int32_t>(type_) == parameter.type &&
-         (type_ != DataType::VarChar || text_.size() == parameter.size);
+  return static_cast<std::int32_t>(binding_.type) == parameter.type &&
+         memory_.size() == parameter.size;
 }
 
 SQLRETURN ParameterBuffer::bind(SQLHANDLE statement, SQLUSMALLINT position) {
-  const auto as = [&](SQLSMALLINT cType, SQLSMALLINT sqlType, SQLULEN size, SQLSMALLINT digits,
-                      SQLPOINTER memory, SQLLEN bytes) {
-    return SQLBindParameter(statement, position, SQL_PARAM_INPUT, cType, sqlType, size, digits,
-                            memory, bytes, &indicator_);
-  };
-  switch (type_) {
-    case DataType::Integer:
-      return as(SQL_C_SLONG, SQL_INTEGER, 0, 0, &integer_, 0);
-    case DataType::Double:
-      return as(SQL_C_DOUBLE, SQL_DOUBLE, 0, 0, &number_, 0);
-    case DataType::Date:
-      // The size and digits of SQL Server's datetime.
-      return as(SQL_C_TYPE_TIMESTAMP, SQL_TYPE_TIMESTAMP, 23, 3, &timestamp_, 0);
-    default:
-      return as(SQL_C_WCHAR, SQL_WVARCHAR, text_.size(), 0, text_.data(),
-                static_cast<SQLLEN>(text_.size() * sizeof(char16_t)));
-  }
+  return SQLBindParameter(statement, position, SQL_PARAM_INPUT, binding_.cType, binding_.sqlType,
+                          binding_.size == 0 ? memory_.size() : binding_.size, binding_.digits,
+                          memory_.data(), static_cast<SQLLEN>(memory_.size() * sizeof(char16_t)),
+                          &indicator_);
 }
 
 void ParameterBuffer::set(const Value& value) {
@@ -89,63 +110,31 @@ void ParameterBuffer::set(const Value& value) {
     indicator_ = SQL_NULL_DATA;
     return;
   }
-  switch (type_) {
+  switch (binding_.type) {
     case DataType::Integer:
-      return setInteger(value);
+      return put(convertedOrRefused([&] { return SQLINTEGER{toInt32(value)}; }));
     case DataType::Double:
-      return setNumber(value);
+      return put(toDouble(value));
     case DataType::Date:
-      return setDate(value);
+      if (const auto* date = std::get_if<Date>(&value)) return put(toTimestamp(*date));
+      return put(toTimestamp(convertedOrRefused([&] { return toDate(value, currentYear()); })));
     case DataType::VarChar:
-      if (const auto* text = std::get_if<std::string>(&value)) return setText(*text);
-      return setText(toText(value));
+      if (const auto* text = std::get_if<std::string>(&value)) return putText(*text);
+      return putText(toText(value));
   }
 }
 
-void ParameterBuffer::setInteger(const Value& value) {
-  integer_ = convertedOrRefused([&] { return toInt32(value); });
-  indicator_ = sizeof integer_;
+template <class Fixed>
+void ParameterBuffer::put(const Fixed& value) {
+  std::memcpy(memory_.data(), &value, sizeof value);
+  indicator_ = sizeof value;
 }
 
-void ParameterBuffer::setNumber(const Value& value) {
-  const auto* number = std::get_if<double>(&value);
-  number_ = number != nullptr ? *number : toDouble(value);
-  indicator_ = sizeof number_;
-}
-
-void ParameterBuffer::setDate(const Value& value) {
-  if (const auto* date = std::get_if<Date>(&value)) return setDays(date->days);
-  setDays(convertedOrRefused([&] { return toDate(value, currentYear()).days; }));
-}
-
-void ParameterBuffer::setText(std::string_view text) {
+void ParameterBuffer::putText(std::string_view text) {
   const std::u16string wide = toUtf16(text);
-  if (wide.size() > text_.size()) refuse();
-  std::ranges::copy(wide, text_.begin());
+  if (wide.size() > memory_.size()) refuse();
+  std::ranges::copy(wide, memory_.begin());
   indicator_ = static_cast<SQLLEN>(wide.size() * sizeof(char16_t));
-}
-
-// Before day 0 the time of day counts forward all the same: -1.25 is six o'clock of day -1.
-void ParameterBuffer::setDays(double days) {
-  // The hours of the first day reach down to the number before it. Not a number is refused, too.
-  if (!isInCalendar(days)) refuse();
-  double day = std::trunc(days);
-  const double fraction = std::abs(days - day);
-  auto milliseconds = static_cast<std::int64_t>(std::llround(fraction * millisecondsPerDay));
-  // A fraction just below a day rounds up to the next one.
-  if (milliseconds == millisecondsPerDay) {
-    milliseconds = 0;
-    day += 1;
-  }
-  const CivilDate civil = civilFromDate(Date{day});
-  timestamp_.year = static_cast<SQLSMALLINT>(civil.year);
-  timestamp_.month = static_cast<SQLUSMALLINT>(civil.month);
-  timestamp_.day = static_cast<SQLUSMALLINT>(civil.day);
-  timestamp_.hour = static_cast<SQLUSMALLINT>(milliseconds / 3'600'000);
-  timestamp_.minute = static_cast<SQLUSMALLINT>(milliseconds / 60'000 % 60);
-  timestamp_.second = static_cast<SQLUSMALLINT>(milliseconds / 1000 % 60);
-  timestamp_.fraction = static_cast<SQLUINTEGER>(milliseconds % 1000 * 1'000'000);
-  indicator_ = sizeof timestamp_;
 }
 
 }  // namespace velk

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/database.h"
 #include "platform/odbc/odbc_api.h"
@@ -15,7 +15,8 @@ struct CommandParameter {
   std::int32_t type = static_cast<std::int32_t>(DataType::VarChar);
   std::int32_t direction = inputParameter;
   Value value = Null{};
-  std::size_t size = parameterSize;  ///< of the longest text, in UTF-16 units
+  std::size_t size =
+      parameterSize;  ///< of the longest text, in UTF-16 units; parameterSize at least
 };
 
 /// Stays at one address from binding to the end of the statement, so that a further execution only
@@ -38,18 +39,15 @@ class ParameterBuffer {
   void set(const Value& value);
 
  private:
-  void setNumber(const Value& value);
-  void setInteger(const Value& value);
-  void setDate(const Value& value);
-  void setDays(double days);
-  void setText(std::string_view text);
+  struct Binding;
+  static const Binding& bindingOf(std::int32_t type);
+  template <class Fixed>
+  void put(const Fixed& value);
+  void putText(std::string_view text);
 
-  DataType type_;
+  const Binding& binding_;
   SQLLEN indicator_ = SQL_NULL_DATA;
-  SQLINTEGER integer_ = 0;
-  double number_ = 0;
-  SQL_TIMESTAMP_STRUCT timestamp_{};
-  std::u16string text_;  // of the parameter's size, for the text type only
+  std::vector<char16_t> memory_;  // of the parameter's size; numbers and dates take its beginning
 };
 
 }  // namespace velk

@@ -11,9 +11,7 @@ namespace velk {
 PreparedStatement::PreparedStatement(OdbcSession& session, std::string_view sql)
     : session_(session), statement_(session.newStatement()) {
   const std::u16string wide = toUtf16(sql);
-  session_.check(
-      SQLPrepareW(statement_.get(), wideText(wide.data()), static_cast<SQLINTEGER>(wide.size())),
-      SQL_HANDLE_STMT, statement_.get());
+  check(SQLPrepareW(statement_.get(), wideText(wide.data()), static_cast<SQLINTEGER>(wide.size())));
 }
 
 std::shared_ptr<MemoryRecordset> PreparedStatement::execute(
@@ -35,8 +33,7 @@ void PreparedStatement::bind(const std::vector<CommandParameter>& parameters) {
   buffers_.clear();
   for (const CommandParameter& parameter : parameters) {
     ParameterBuffer& buffer = buffers_.emplace_back(parameter);
-    session_.check(buffer.bind(statement_.get(), static_cast<SQLUSMALLINT>(buffers_.size())),
-                   SQL_HANDLE_STMT, statement_.get());
+    check(buffer.bind(statement_.get(), static_cast<SQLUSMALLINT>(buffers_.size())));
   }
 }
 

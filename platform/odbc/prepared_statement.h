@@ -22,6 +22,7 @@ class PreparedStatement {
   std::shared_ptr<MemoryRecordset> execute(const std::vector<CommandParameter>& parameters);
 
  private:
+  void check(SQLRETURN result) { session_.checkStatement(result, statement_.get()); }
   void bind(const std::vector<CommandParameter>& parameters);
   void requirePassable(const Value& value) const;
 

@@ -1,11 +1,25 @@
 #include "platform/odbc/result_reader.h"
 
+#include <array>
+#include <optional>
 #include <vector>
 
-#include "platform/odbc/cell_reader.h"
+#include "base/text.h"
+#include "platform/odbc/cell_text.h"
 
 namespace velk {
 namespace {
+
+constexpr std::size_t chunkCharacters = 1024;  // one piece for all but unusually long texts
+
+// Before day 0 the time of day counts forward all the same: -1.25 is six o'clock of day -1.
+Date toDate(const SQL_TIMESTAMP_STRUCT& stamp) {
+  const double day = dateFromCivil({stamp.year, stamp.month, stamp.day}).days;
+  const double seconds =
+      stamp.hour * 3600.0 + stamp.minute * 60.0 + stamp.second + stamp.fraction * 1e-9;
+  const double time = seconds / secondsPerDay;
+  return Date{day < 0 ? day - time : day + time};
+}
 
 class ResultReader {
  public:
@@ -28,7 +42,7 @@ class ResultReader {
   }
 
  private:
-  void check(SQLRETURN result) { session_.check(result, SQL_HANDLE_STMT, statement_); }
+  void check(SQLRETURN result) { session_.checkStatement(result, statement_); }
 
   std::shared_ptr<MemoryRecordset> readOne() {
     SQLSMALLINT columns = 0;
@@ -39,19 +53,69 @@ class ResultReader {
   }
 
   std::vector<Value> readCells(SQLSMALLINT columns) {
-    std::vector<ColumnKind> kinds;
+    std::vector<CellReading> readings;
     for (SQLSMALLINT i = 1; i <= columns; ++i) {
-      kinds.push_back(describeColumn(session_, statement_, static_cast<SQLUSMALLINT>(i)));
+      readings.push_back(cellReadingOf(typeOf(static_cast<SQLUSMALLINT>(i))));
     }
     std::vector<Value> cells;
     for (SQLRETURN fetched; (fetched = SQLFetch(statement_)) != SQL_NO_DATA;) {
       check(fetched);
       SQLUSMALLINT column = 0;
-      for (const ColumnKind kind : kinds) {
-        cells.push_back(readCell(session_, statement_, ++column, kind));
-      }
+      for (const CellReading reading : readings) cells.push_back(readCell(++column, reading));
     }
     return cells;
+  }
+
+  SQLSMALLINT typeOf(SQLUSMALLINT column) {
+    SQLSMALLINT type = SQL_VARCHAR;
+    SQLSMALLINT unused = 0;
+    SQLULEN size = 0;
+    check(SQLDescribeColW(statement_, column, nullptr, 0, &unused, &type, &size, &unused, &unused));
+    return type;
+  }
+
+  // Each cell only once, columns in ascending order: more than that few drivers can do.
+  Value readCell(SQLUSMALLINT column, CellReading reading) {
+    if (!session_.dialect().hasDynamicTypes) {
+      if (reading == dateCell) {
+        const auto stamp = readFixed<SQL_TIMESTAMP_STRUCT>(column, SQL_C_TYPE_TIMESTAMP);
+        return stamp ? Value(toDate(*stamp)) : Null{};
+      }
+      if (reading == doubleCell) {
+        const auto number = readFixed<double>(column, SQL_C_DOUBLE);
+        return number ? Value(*number) : Null{};
+      }
+    }
+    const auto text = readText(column);
+    return text ? reading(toUtf8(*text)) : Null{};
+  }
+
+  /// Empty for a null; so is readText.
+  template <class Fixed>
+  std::optional<Fixed> readFixed(SQLUSMALLINT column, SQLSMALLINT cType) {
+    Fixed memory{};
+    SQLLEN indicator = 0;
+    check(SQLGetData(statement_, column, cType, &memory, sizeof memory, &indicator));
+    return indicator == SQL_NULL_DATA ? std::nullopt : std::optional(memory);
+  }
+
+  // A long cell comes in pieces, each but the last as long as the memory for it without its final
+  // NUL.
+  std::optional<std::u16string> readText(SQLUSMALLINT column) {
+    std::array<char16_t, chunkCharacters> chunk;
+    std::u16string text;
+    for (bool more = true; more;) {
+      SQLLEN bytes = 0;
+      const SQLRETURN result =
+          SQLGetData(statement_, column, SQL_C_WCHAR, chunk.data(), sizeof chunk, &bytes);
+      if (result == SQL_NO_DATA) break;
+      check(result);
+      if (bytes == SQL_NULL_DATA) return std::nullopt;
+      more = bytes == SQL_NO_TOTAL || bytes >= static_cast<SQLLEN>(sizeof chunk);
+      text.append(chunk.data(),
+                  more ? chunk.size() - 1 : static_cast<std::size_t>(bytes) / sizeof(char16_t));
+    }
+    return text;
   }
 
   // An error belongs to the result before it, where the caller asks for the next one.

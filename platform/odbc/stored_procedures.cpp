@@ -20,26 +20,22 @@ std::string quoted(std::string_view name) {
   return std::string("'").append(name).append("'");
 }
 
-std::size_t parseArgument(std::string_view item, std::string_view procedure) {
-  const std::string_view digits = trim(item);
-  std::size_t number = 0;
-  const auto [rest, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  if (error != std::errc() || rest != digits.data() + digits.size() || number < 1 ||
-      number > maxParameters) {
-    refuse("Stored procedure " + quoted(procedure) + " lists an argument that is no parameter.");
-  }
-  return number - 1;
-}
-
 // "2,1": numbers of parameters, from 1, separated by commas.
 std::vector<std::size_t> parseArguments(std::string_view list, std::string_view procedure) {
   std::vector<std::size_t> arguments;
-  if (trim(list).empty()) return arguments;
-  for (std::size_t comma; (comma = list.find(',')) != std::string_view::npos;) {
-    arguments.push_back(parseArgument(list.substr(0, comma), procedure));
-    list.remove_prefix(comma + 1);
+  for (bool more = !trim(list).empty(); more;) {
+    const std::size_t comma = list.find(',');
+    const std::string_view item = trim(list.substr(0, comma));
+    const char* const end = item.data() + item.size();
+    std::size_t number = 0;
+    const auto [rest, error] = std::from_chars(item.data(), end, number);
+    if (error != std::errc() || rest != end || number < 1 || number > maxParameters) {
+      refuse("Stored procedure " + quoted(procedure) + " lists an argument that is no parameter.");
+    }
+    arguments.push_back(number - 1);
+    more = comma != std::string_view::npos;
+    if (more) list.remove_prefix(comma + 1);
   }
-  arguments.push_back(parseArgument(list, procedure));
   return arguments;
 }
 
@@ -52,32 +48,6 @@ bool writes(std::string_view sql) {
 }
 
 }  // namespace
-
-// Undone unless released. A failure to undo is not reported, so that the error that led to it is.
-class StoredProcedures::Savepoint {
- public:
-  explicit Savepoint(OdbcSession& session) : session_(session) {
-    session_.executeNative("SAVEPOINT procedure_call");
-  }
-  Savepoint(const Savepoint&) = delete;
-  Savepoint& operator=(const Savepoint&) = delete;
-  ~Savepoint() {
-    if (released_) return;
-    try {
-      session_.executeNative("ROLLBACK TO procedure_call");
-      session_.executeNative("RELEASE procedure_call");
-    } catch (const RuntimeError&) {
-    }
-  }
-  void release() {
-    session_.executeNative("RELEASE procedure_call");
-    released_ = true;
-  }
-
- private:
-  OdbcSession& session_;
-  bool released_ = false;
-};
 
 void StoredProcedures::load() {
   PreparedStatement query(
@@ -100,15 +70,13 @@ void StoredProcedures::addStep(const Recordset& row) {
 }
 
 StoredProcedures::Procedure& StoredProcedures::find(std::string_view name) {
-  const auto unknown = [&] { refuse("Could not find stored procedure " + quoted(name) + "."); };
   try {
     if (!loaded_) load();
   } catch (const RuntimeError& error) {
-    if (error.is(ErrorNumber::NoSuchTable)) unknown();
-    throw;
+    if (!error.is(ErrorNumber::NoSuchTable)) throw;
   }
   const auto found = procedures_.find(lowerAscii(name));
-  if (found == procedures_.end()) unknown();
+  if (found == procedures_.end()) refuse("Could not find stored procedure " + quoted(name) + ".");
   return found->second;
 }
 
@@ -123,10 +91,24 @@ std::shared_ptr<MemoryRecordset> StoredProcedures::call(
   // One statement takes effect as a whole anyway. With a savepoint around each, an import of 10,000
   // documents would take 25 % longer.
   if (procedure.steps.size() == 1) return runStep(procedure.steps.front(), parameters);
-  Savepoint savepoint(session_);
-  auto result = runSteps(procedure, parameters);
-  savepoint.release();
-  return result;
+  session_.executeNative("SAVEPOINT procedure_call");
+  try {
+    auto result = runSteps(procedure, parameters);
+    session_.executeNative("RELEASE procedure_call");
+    return result;
+  } catch (...) {
+    undo();
+    throw;
+  }
+}
+
+// A failure to undo is not reported, so that the error that led to it is.
+void StoredProcedures::undo() {
+  try {
+    session_.executeNative("ROLLBACK TO procedure_call");
+    session_.executeNative("RELEASE procedure_call");
+  } catch (const RuntimeError&) {
+  }
 }
 
 std::shared_ptr<MemoryRecordset> StoredProcedures::runStep(

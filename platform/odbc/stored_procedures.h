@@ -39,7 +39,6 @@ class StoredProcedures {
     std::vector<Step> steps;
     std::size_t parameterCount = 0;
   };
-  class Savepoint;
 
   void load();
   void addStep(const Recordset& row);
@@ -48,6 +47,7 @@ class StoredProcedures {
                                            const std::vector<CommandParameter>& parameters);
   std::shared_ptr<MemoryRecordset> runSteps(Procedure& procedure,
                                             const std::vector<CommandParameter>& parameters);
+  void undo();
 
   OdbcSession& session_;
   std::map<std::string, Procedure> procedures_;  // by name in lower case

@@ -1,15 +1,17 @@
-# Writes OUTPUT, a source file with the texts of SCRIPTS in the order of their names, without comments:
-# the driver would take the quotation marks and semicolons in them for the statement's.
+# Writes OUTPUT, a source file with the statements of SCRIPTS, in the order of the scripts' names. A line
+# with only "GO" in it ends each statement. Comments are left out: the driver would take the quotation
+# marks and semicolons in them for the statement's.
 list(SORT SCRIPTS)
 set(source "#include \"samples/company/sample_company.h\"\n\nnamespace velk {\nnamespace {\n\n")
-string(APPEND source "constexpr Script scripts[] = {\n")
+string(APPEND source "constexpr std::string_view statements[] = {\n")
 foreach(script IN LISTS SCRIPTS)
-  get_filename_component(name ${script} NAME)
   file(READ ${script} text)
   string(REGEX REPLACE " *--[^\n]*" "" text "${text}")
-  string(APPEND source "    {\"${name}\", R\"script(${text})script\"},\n")
+  string(REGEX REPLACE "^\n+|\nGO\n*$" "" text "${text}")
+  string(REPLACE "\nGO\n" ")script\",\n    R\"script(" text "${text}")
+  string(APPEND source "    R\"script(${text})script\",\n")
 endforeach()
 string(APPEND source "};\n\n}  // namespace\n\n")
-string(APPEND source
-  "std::span<const Script> sampleCompanyScripts() { return scripts; }\n\n}  // namespace velk\n")
+string(APPEND source "std::span<const std::string_view> sampleCompanyStatements() {\n")
+string(APPEND source "  return statements;\n}\n\n}  // namespace velk\n")
 file(WRITE ${OUTPUT} "${source}")

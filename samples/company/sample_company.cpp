@@ -30,7 +30,12 @@ class UnfinishedDatabase {
   }
   UnfinishedDatabase(const UnfinishedDatabase&) = delete;
   UnfinishedDatabase& operator=(const UnfinishedDatabase&) = delete;
-  ~UnfinishedDatabase() { removeAll(); }
+  ~UnfinishedDatabase() {
+    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
+      std::error_code ignored;
+      fs::remove(toPath(path_ + suffix), ignored);
+    }
+  }
 
   const std::string& path() const { return path_; }
 
@@ -46,27 +51,8 @@ class UnfinishedDatabase {
   }
 
  private:
-  void removeAll() {
-    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
-      std::error_code ignored;
-      fs::remove(toPath(path_ + suffix), ignored);
-    }
-  }
-
   std::string path_;
 };
-
-/// Calls `run` with each statement of a script.
-template <class Run>
-void forEachStatement(std::string_view script, Run run) {
-  constexpr std::string_view separator = "\nGO\n";
-  while (!script.empty()) {
-    const std::size_t end = script.find(separator);
-    const std::string_view statement = script.substr(0, end);
-    if (!trim(statement).empty()) run(statement);
-    script.remove_prefix(end == std::string_view::npos ? script.size() : end + separator.size());
-  }
-}
 
 void fill(const std::string& path) {
   const auto connection = openOdbc(embeddedConnectionString(path));
@@ -75,9 +61,8 @@ void fill(const std::string& path) {
   connection->Execute("PRAGMA journal_mode = WAL");
   connection->Execute("PRAGMA synchronous = NORMAL");
   connection->Execute("BEGIN");
-  for (const Script& script : sampleCompanyScripts()) {
-    forEachStatement(script.text,
-                     [&](std::string_view statement) { connection->Execute(statement); });
+  for (const std::string_view statement : sampleCompanyStatements()) {
+    connection->Execute(statement);
   }
   connection->Execute("COMMIT");
 }

@@ -8,15 +8,8 @@
 
 namespace velk {
 
-/// One script, in UTF-8: statements for the embedded database, each ended by a line with only "GO"
-/// in it.
-struct Script {
-  std::string_view name;
-  std::string_view text;
-};
-
-/// The scripts that make the sample company, in the order to run them.
-std::span<const Script> sampleCompanyScripts();
+/// What makes the sample company, in UTF-8 and in the order to run it.
+std::span<const std::string_view> sampleCompanyStatements();
 
 /// Makes the sample company's database in a new file. If anything fails, no file is left.
 /// Errors: 55 when the file exists, 52 for a name that an embedded database cannot have, 75 when

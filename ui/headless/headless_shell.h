@@ -13,7 +13,9 @@ namespace velk {
 class HeadlessShell final : public FormShell {
  public:
   void show(std::shared_ptr<Form> form) override { open_.push_back(std::move(form)); }
-  void closed(Form& form) noexcept override;
+  void closed(Form& form) noexcept override {
+    std::erase_if(open_, [&](const auto& open) { return open.get() == &form; });
+  }
   Menu* popup(Menu& menu) override { return onPopup ? onPopup(menu) : nullptr; }
 
   /// The forms now shown, in the order of showing.

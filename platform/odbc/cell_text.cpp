@@ -1,0 +1,80 @@
+#include "platform/odbc/cell_text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+#include "base/date_reader.h"
+#include "base/numbers.h"
+
+namespace velk {
+namespace {
+
+template <class Number>
+std::optional<Number> wholly(std::string_view text) {
+  Number number{};
+  const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || rest != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+Value bigIntegerCell(std::string text) {
+  const auto number = wholly<std::int64_t>(text);
+  if (!number || !fitsDouble(*number)) return text;
+  return static_cast<double>(*number);
+}
+
+// An engine without column types gives large numbers in a column of small ones, too.
+Value integerCell(std::string text) {
+  const auto number = wholly<std::int32_t>(text);
+  return number ? Value(*number) : bigIntegerCell(std::move(text));
+}
+
+// Some engines drop the zero before the point.
+Value decimalCell(std::string text) {
+  const std::size_t start = text.starts_with('-') ? 1 : 0;
+  if (text.compare(start, 1, ".") == 0) text.insert(start, 1, '0');
+  return text;
+}
+
+Value bitCell(std::string text) {
+  if (text == "1") return "True";
+  if (text == "0") return "False";
+  return text;
+}
+
+Value textCell(std::string text) {
+  return text;
+}
+
+}  // namespace
+
+Value doubleCell(std::string text) {
+  const auto number = wholly<double>(text);
+  return number ? Value(*number) : Value(std::move(text));
+}
+
+// Engines write dates year first; in any other order it is somebody's text.
+Value dateCell(std::string text) {
+  const auto reading = readDate(text, 0);
+  if (reading && reading->order == DateOrder::YearMonthDay) return reading->date;
+  return text;
+}
+
+CellReading cellReadingOf(SQLSMALLINT sqlType) {
+  static constexpr std::pair<SQLSMALLINT, CellReading> readings[] = {
+      {SQL_TINYINT, integerCell},     {SQL_SMALLINT, integerCell},
+      {SQL_INTEGER, integerCell},     {SQL_BIGINT, bigIntegerCell},
+      {SQL_REAL, doubleCell},         {SQL_FLOAT, doubleCell},
+      {SQL_DOUBLE, doubleCell},       {SQL_DECIMAL, decimalCell},
+      {SQL_NUMERIC, decimalCell},     {SQL_BIT, bitCell},
+      {SQL_DATE, dateCell},           {SQL_TIMESTAMP, dateCell},
+      {SQL_TYPE_TIMESTAMP, dateCell}, {SQL_TYPE_DATE, dateCell}};
+  const auto* const found =
+      std::ranges::find(readings, sqlType, &std::pair<SQLSMALLINT, CellReading>::first);
+  return found == std::end(readings) ? textCell : found->second;
+}
+
+}  // namespace velk
