@@ -183,19 +183,19 @@ class DateTextParser {
 /// What each number stands for: D, M, Y, or C, a year with its century. A year that comes first, or
 /// without a day, has to be one: else a mistyped 31/02/08 would be the 8th of February 1931.
 struct Layout {
-  bool namedMonth;
   std::string_view slots;
   DateOrder order;
+  bool namedMonth = false;
 };
 
 // Those of as many numbers in the order tried. A missing day is the first.
 constexpr Layout layouts[] = {
-    {false, "DMY", DateOrder::DayMonthYear}, {false, "MDY", DateOrder::MonthDayYear},
-    {false, "CMD", DateOrder::YearMonthDay}, {false, "DM", DateOrder::DayMonthYear},
-    {false, "MD", DateOrder::MonthDayYear},  {false, "MC", DateOrder::DayMonthYear},
-    {false, "CM", DateOrder::YearMonthDay},  {true, "DY", DateOrder::DayMonthYear},
-    {true, "CD", DateOrder::YearMonthDay},   {true, "D", DateOrder::DayMonthYear},
-    {true, "C", DateOrder::DayMonthYear}};
+    {"DMY", DateOrder::DayMonthYear},      {"MDY", DateOrder::MonthDayYear},
+    {"CMD", DateOrder::YearMonthDay},      {"DM", DateOrder::DayMonthYear},
+    {"MD", DateOrder::MonthDayYear},       {"MC", DateOrder::DayMonthYear},
+    {"CM", DateOrder::YearMonthDay},       {"DY", DateOrder::DayMonthYear, true},
+    {"CD", DateOrder::YearMonthDay, true}, {"D", DateOrder::DayMonthYear, true},
+    {"C", DateOrder::DayMonthYear, true}};
 
 int fullYear(Number number) {
   if (number.digits > 2) return number.value;

@@ -85,15 +85,12 @@ std::string Decimal::fraction(int places) const {
   return text;
 }
 
-std::string Decimal::plain() const {
-  std::string text = whole();
-  if (text.empty()) text = "0";
-  const std::string behind = fraction();
-  return behind.empty() ? text : text + '.' + behind;
-}
-
 std::string Decimal::general() const {
-  if (point_ >= firstPlainPoint && point_ <= lastPlainPoint) return plain();
+  if (point_ >= firstPlainPoint && point_ <= lastPlainPoint) {
+    const std::string before = whole();
+    const std::string after = fraction();
+    return (before.empty() ? "0" : before) + (after.empty() ? "" : "." + after);
+  }
   const int exponent = point_ - 1;
   std::string text = digits_.substr(0, 1);
   if (digits_.size() > 1) text.append(".").append(digits_, 1);

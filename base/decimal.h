@@ -30,7 +30,6 @@ class Decimal {
 
  private:
   void stripZeros();
-  std::string plain() const;
 
   // The number is 0.digits times ten to the power of the point. No zeros at the ends.
   std::string digits_;

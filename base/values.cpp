@@ -23,9 +23,7 @@ std::string textOf(const std::string& text) {
 }
 
 std::string textOf(std::int32_t number) {
-  std::array<char, 12> text;
-  char* const end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-  return {text.data(), end};
+  return std::to_string(number);
 }
 
 std::string textOf(double number) {
@@ -54,13 +52,10 @@ Date dateOf(Date date, int) {
   return date;
 }
 
+/// Whole numbers come here, too.
 Date dateOf(double days, int) {
   if (!isInCalendar(days)) throw RuntimeError(ErrorNumber::Overflow);
   return {days};
-}
-
-Date dateOf(std::int32_t days, int currentYear) {
-  return dateOf(static_cast<double>(days), currentYear);
 }
 
 Date dateOf(const std::string& text, int currentYear) {

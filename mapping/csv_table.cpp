@@ -35,6 +35,7 @@ class CsvTableReader {
       char* const line = stop + 2;
       stop = isLineEnd(line) ? scanner.next() : readRow(line, scanner);
     }
+    offsets_.resize(table_.rows * table_.titles.size());
     table_.columns = TextColumn::of({table_.titles.size(), std::move(text_), std::move(offsets_)});
     return std::move(table_);
   }
@@ -96,10 +97,11 @@ class CsvTableReader {
 
   /// A row of empty cells: the text's end is an empty field, too.
   std::uint32_t* addRow() {
-    const std::size_t used = offsets_.size();
+    constexpr std::size_t block = 16384;  // made at once, so that a row costs next to nothing
+    const std::size_t used = table_.rows * table_.titles.size();
     const std::size_t wanted = used + table_.titles.size();
     if (wanted > maxCells) throw RuntimeError(ErrorNumber::OutOfMemory);
-    offsets_.resize(wanted, offsetOf(end_));
+    if (wanted > offsets_.size()) offsets_.resize(wanted + block, offsetOf(end_));
     ++table_.rows;
     ++table_.nonEmptyLines;
     return offsets_.data() + used;

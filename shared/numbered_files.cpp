@@ -92,24 +92,29 @@ void NumberedFiles::rewind(std::int16_t number) {
 
 std::string NumberedFiles::readAll(std::int16_t number) {
   rewind(number);
-  Input& in = input(number);
-  if (in.file->length() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
-  return refusingWithoutMemory([&] { return readText(in); });
+  InputFile& file = *input(number).file;
+  if (file.length() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
+  return refusingWithoutMemory([&] { return readText(file); });
 }
 
-std::string NumberedFiles::readText(Input& in) const {
-  auto left = static_cast<std::size_t>(in.file->length());
+std::string NumberedFiles::readText(InputFile& file) const {
   std::string text;
+  auto left = static_cast<std::size_t>(file.length());
   // One byte in eight may be no ASCII, and a reader may append a little, before the text has to
   // move. Memory that is never touched costs nothing.
   text.reserve(left + left / 8 + 1024);
+  // Straight into its place, in steps that stay in the cache between reading and looking.
   while (left > 0) {
-    if (!fill(in)) throw RuntimeError(ErrorNumber::InputPastEnd);
-    const std::size_t count = std::min(left, in.end - in.next);
-    codePage_.appendDecoded(text, {in.buffer->data() + in.next, count});
-    if (text.size() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
-    in.next += count;
+    const std::size_t start = text.size();
+    const std::size_t count = std::min(left, bufferSize);
+    text.resize(start + count);
+    if (file.read(&text[start], count) < count) throw RuntimeError(ErrorNumber::InputPastEnd);
     left -= count;
+    if (isAscii(std::string_view(text).substr(start))) continue;
+    const std::string bytes = text.substr(start);
+    text.resize(start);
+    codePage_.appendDecoded(text, bytes);
+    if (text.size() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
   }
   return text;
 }

@@ -24,7 +24,7 @@ Table slowly(std::string_view text) {
   bool header = true;
   for (bool more = true; more; header = false) {
     const std::size_t end = text.find("\r\n");
-    more = end != text.npos;
+    more = end != std::string_view::npos;
     const std::string_view line = text.substr(0, end);
     if (more) text.remove_prefix(end + 2);
     if (!line.empty()) ++table.nonEmptyLines;

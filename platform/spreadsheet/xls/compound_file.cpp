@@ -14,14 +14,9 @@ constexpr std::string_view cyclic = "its sectors are chained in a circle";
 
 std::size_t sectorSizeOf(std::string_view bytes) {
   if (bytes.size() < headerSize) damaged("it ends within its header");
-  switch (loadNumber<std::uint16_t>(bytes.data() + headerSectorShift)) {
-    case 9:
-      return 512;
-    case 12:
-      return 4096;
-    default:
-      damaged("its sectors have an impossible size");
-  }
+  const auto shift = loadNumber<std::uint16_t>(bytes.data() + headerSectorShift);
+  if (shift != 9 && shift != 12) damaged("its sectors have an impossible size");
+  return std::size_t{1} << shift;
 }
 
 std::string nameOf(std::string_view entry) {

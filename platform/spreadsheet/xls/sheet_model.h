@@ -1,6 +1,7 @@
 // A new worksheet before it is written. Rows and columns count from 0 here, as they do in files.
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <vector>
@@ -29,13 +30,10 @@ struct SheetModel {
   std::map<int, SheetColumn> columns;
 
   bool isBold(const Cell& cell) const {
-    for (const CellRange& range : bold) {
-      if (cell.row >= range.firstRow && cell.row <= range.lastRow &&
-          cell.column >= range.firstColumn && cell.column <= range.lastColumn) {
-        return true;
-      }
-    }
-    return false;
+    return std::ranges::any_of(bold, [&](const CellRange& range) {
+      return cell.row >= range.firstRow && cell.row <= range.lastRow &&
+             cell.column >= range.firstColumn && cell.column <= range.lastColumn;
+    });
   }
 };
 

@@ -20,20 +20,18 @@ double unpack(std::uint32_t packed) {
   return (packed & isHundredfold) != 0 ? value / 100 : value;
 }
 
-void checkVersion(const RecordReader& records) {
+/// Takes the record that a substream begins with; answers the substream's kind.
+std::uint16_t beginSubstream(RecordReader& records) {
+  records.next();
   const Record type = records.type();
   const bool older = type == Record::Bof2 || type == Record::Bof3 || type == Record::Bof4;
   if (!older && type != Record::Bof) damaged("its records do not begin as they should");
-  if (older || FieldReader(records.payload()).u16() != versionBiff8) {
+  FieldReader fields(records.payload());
+  if (older || fields.u16() != versionBiff8) {
     refuse(
         "The workbook is in the format of version 5.0/95 or older; save it as an Excel 97-2003 "
         "workbook (*.xls)");
   }
-}
-
-std::uint16_t substreamKind(const RecordReader& records) {
-  FieldReader fields(records.payload());
-  fields.skip(2);
   return fields.u16();
 }
 
@@ -45,9 +43,7 @@ class GlobalsReader {
 
   /// Answers where the first worksheet begins.
   std::size_t read() {
-    records_.next();
-    checkVersion(records_);
-    if (substreamKind(records_) != substreamGlobals) damaged("its sheets are not listed");
+    if (beginSubstream(records_) != substreamGlobals) damaged("its sheets are not listed");
     for (records_.next(); records_.type() != Record::Eof; records_.next()) readRecord();
     // Only now: formats may follow the cell formats that use them.
     for (std::uint16_t& format : contents_.cellFormats) format = positionOf(format);
@@ -123,9 +119,7 @@ class SheetReader {
       : records_(stream, at), contents_(contents), sharedTexts_(contents.texts.size()) {}
 
   void read() {
-    records_.next();
-    checkVersion(records_);
-    if (substreamKind(records_) != substreamWorksheet) damaged("its first worksheet is no such");
+    if (beginSubstream(records_) != substreamWorksheet) damaged("its first worksheet is no such");
     // Charts within the sheet are streams of their own, from begin to end.
     for (std::size_t depth = 1; depth > 0;) {
       records_.next();
