@@ -3,9 +3,11 @@
 
 #include <bit>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -34,5 +36,8 @@ constexpr bool fitsDouble(Integer number) {
 
 /// Error 6 when the number does not fit 16 bits; else the number.
 std::int16_t toInt16(std::int64_t number);
+
+/// As people write it: "12,345".
+std::string grouped(std::size_t number);
 
 }  // namespace velk

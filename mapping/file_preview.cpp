@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "base/errors.h"
+#include "base/numbers.h"
 #include "mapping/csv_table.h"
 #include "mapping/import_screen.h"
 
@@ -79,8 +80,9 @@ void ImportScreen::showPreview(const FileTable& table) {
 // The count is stored in 16 bits on some screens, and imports add 1 to it: one record less than
 // fits is the most that can be imported.
 void ImportScreen::refuseTooMany(std::int64_t count) {
-  const std::string text = "The file has " + std::to_string(count) + " records; at most " +
-                           std::to_string(rules_.largestRecordCount - 1) +
+  const std::string text = "The file has " + grouped(static_cast<std::size_t>(count)) +
+                           " records; at most " +
+                           grouped(static_cast<std::size_t>(rules_.largestRecordCount) - 1) +
                            " can be imported in one go. Split the file.";
   module_.hostService().messageBox(text, styleExclamation);
   run_.refuse({Reason::TooManyRecords, std::nullopt, {}, static_cast<std::size_t>(count)}, text);

@@ -93,7 +93,25 @@ TEST_CASE("an import that does anything else does not") {
          b.said[1] = {};
        }},
       {"a record posted that was refused",
-       [](Books& b) { b.said[1].fate = RecordReport::Fate::Refused; }},
+       [](Books& b) {
+         ImportReport report(false);
+         report.recordBegins(2);
+         report.recordFound(Verdict::Refused, {Reason::UnknownParty, 0, "C2"}, "unknown");
+         report.recordEnds({2, 0});
+         b.said[1] = report.record(0);
+       }},
+      {"a record skipped that has an amount",
+       [](Books& b) {
+         b.calls.erase(b.calls.begin() + 4, b.calls.end());
+         b.said[1] = {RecordReport::Fate::Skipped, false, {}, {}};
+       }},
+      {"another customer", [](Books& b) { b.calls[1].parameters[0] = std::string("C2"); }},
+      {"note and entry exchanged", [](Books& b) { std::swap(b.calls[1], b.calls[2]); }},
+      {"one call instead of two",
+       [](Books& b) {
+         b.calls.pop_back();
+         b.said[1] = Books::postedWith(1);
+       }},
       {"a record of which nothing is said",
        [](Books& b) { b.said[1].fate = RecordReport::Fate::Begun; }},
       {"a call that failed, which the import did not see",
@@ -122,15 +140,17 @@ TEST_CASE("an account of master data counts, and holds calls against what the im
   refused.result = CallResult::Failed;
   const RecordedCall branch = Books::call(2, "sp_insert_branch", {});
   const struct {
+    std::string_view kind;
     std::vector<RecordedCall> calls;
     Posting said;
     std::size_t differences;
     Outcome outcome;
-  } rows[] = {{{bank, branch}, {2, 0}, 0, Outcome::Posted},
-              {{refused, branch}, {2, 1}, 0, Outcome::Partial},
-              {{refused}, {1, 1}, 0, Outcome::Failed},
-              {{bank}, {2, 0}, 1, Outcome::Posted},
-              {{refused, branch}, {2, 0}, 1, Outcome::Partial}};
+  } rows[] = {{"bank-branch", {bank, branch}, {2, 0}, 0, Outcome::Posted},
+              {"bank-branch", {refused, branch}, {2, 1}, 0, Outcome::Partial},
+              {"vendor", {refused}, {1, 1}, 0, Outcome::Failed},  // no account without a vendor
+              {"bank-branch", {refused}, {1, 1}, 1, Outcome::Failed},
+              {"bank-branch", {bank}, {2, 0}, 2, Outcome::Posted},
+              {"bank-branch", {refused, branch}, {2, 0}, 1, Outcome::Partial}};
   for (const auto& row : rows) {
     const CsvRecords input("a,b,c,d\r\n V1 ,N,O'1,d\r\n");
     const RecordReport said = Books::postedWith(row.said.calls, row.said.failed);
@@ -141,7 +161,7 @@ TEST_CASE("an account of master data counts, and holds calls against what the im
     trace.said = &said;
     trace.outcome = outcomeOf(trace);
     CHECK(trace.outcome == row.outcome);
-    const Account account = drawUpAccount({*findKind("bank-branch"), input, {}, traces, 1, true});
+    const Account account = drawUpAccount({*findKind(row.kind), input, {}, traces, 1, true});
     CHECK(account.differenceCount == row.differences);
   }
 }

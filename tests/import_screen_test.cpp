@@ -244,15 +244,15 @@ TEST_CASE("record counts at the end of their range") {
   const std::string viewing = "(6): " + tag + "cmdview_Click - Overflow\n";
   const auto tooMany = [](const std::string& records) {
     return "host 48: The file has " + records +
-           " records; at most 32766 can be imported in one go. Split the file.";
+           " records; at most 32,766 can be imported in one go. Split the file.";
   };
   const struct {
     std::int32_t records, count;
     Texts messages;
     std::string log;
   } rows[] = {{32'766, 32'766, {"host 0: Customer Id is Mandatory.Its not been Mapped"}, ""},
-              {32'767, 0, {tooMany("32767")}, viewing + clearing},
-              {32'768, 0, {tooMany("32768")}, viewing + "Error in Mapping the Field\n"}};
+              {32'767, 0, {tooMany("32,767")}, viewing + clearing},
+              {32'768, 0, {tooMany("32,768")}, viewing + "Error in Mapping the Field\n"}};
   for (const auto& row : rows) {
     CAPTURE(row.records);
     std::string content = "x\r\n";

@@ -161,6 +161,8 @@ TEST_CASE("a workbook that does not do is refused, in words") {
   SalesmanWorld world;
   world.ask("update DSType_Master set DSTypeName = 'Kind'");
   CHECK(contains(world.importRows({salesmanTitles, good}).out, "does not know the caption"));
+  world.ask("delete from StoredProcedure where name = 'sp_Check_DSCaption'");
+  CHECK(contains(world.importRows({salesmanTitles, good}).out, "Could not find stored procedure"));
   world.kind = "vendor";
   CHECK(contains(world.import(world.folder.path("in.xls")).out, "the file is a workbook; save it"));
 }

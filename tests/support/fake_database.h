@@ -30,6 +30,7 @@ struct FakeCall {
   std::string text;  ///< the statement or the procedure's name
   std::vector<FakeParameter> parameters;
   std::int32_t options = defaultOptions;
+  Purpose purpose = Purpose::Post;
 };
 
 /// A call as one line: its name, then type and value of each parameter.
@@ -110,6 +111,7 @@ class FakeConnection final : public Connection {
     ~FakeCommand() override { --connection.liveCommands; }
     void setCommandType(CommandType type) override { call.kind = type; }
     void setCommandText(std::string_view text) override { call.text = text; }
+    void setPurpose(Purpose purpose) override { call.purpose = purpose; }
     void Append(std::string_view name, std::int32_t type, std::int32_t direction,
                 std::int32_t size) override {
       call.parameters.push_back({std::string(name), type, direction, size, Null()});

@@ -77,12 +77,6 @@ std::string padLeft(std::string text, std::size_t width) {
   return used < width ? text.insert(0, width - used, ' ') : text;
 }
 
-std::string grouped(std::size_t number) {
-  std::string digits = std::to_string(number);
-  for (std::size_t place = digits.size(); place > 3; place -= 3) digits.insert(place - 3, 1, ',');
-  return digits;
-}
-
 std::string counted(std::size_t number, std::string_view one, std::string_view many) {
   return grouped(number).append(" ").append(number == 1 ? one : many);
 }

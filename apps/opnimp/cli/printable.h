@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/numbers.h"
+
 namespace velk {
 
 /// The text with control characters (also those that turn the direction of writing) as "\x1B" or
@@ -22,8 +24,6 @@ std::string cutTo(std::string_view text, std::size_t width);
 std::string padRight(std::string text, std::size_t width);
 std::string padLeft(std::string text, std::size_t width);
 
-/// "12,345".
-std::string grouped(std::size_t number);
 /// "1 record" or "2 records".
 std::string counted(std::size_t number, std::string_view one, std::string_view many);
 /// Two decimals, no separators; in 15 digits from 1e15 on.

@@ -31,7 +31,11 @@ std::size_t recordsLeft(const ImportResult& result) {
 }
 
 /// A constraint or a text too long: it is the record that has to be corrected.
-bool isOfRecord(const CallError& error) {
+// So is a code that cannot be pasted into its query, because of a quote in it.
+bool isOfRecord(const RecordedCall& call) {
+  const CallError& error = *call.error;
+  const auto syntax = static_cast<std::int32_t>(ErrorNumber::CommandErrors);
+  if (call.kind == CallKind::Query && error.number == syntax) return true;
   return std::ranges::any_of(
       std::array{ErrorNumber::IntegrityViolation, ErrorNumber::DataTruncated,
                  ErrorNumber::WrongArgumentType},
@@ -46,7 +50,7 @@ std::string commonError(const Traces& traces) {
     const auto failed = std::ranges::find_if(
         trace.calls, [](const RecordedCall* call) { return call->error.has_value(); });
     if (!isRefused(trace.outcome) || failed == trace.calls.end()) return {};
-    if (isOfRecord(*(*failed)->error)) return {};
+    if (isOfRecord(**failed)) return {};
     const std::string& description = (*failed)->error->description;
     if (!common.empty() && description != common) return {};
     common = description;

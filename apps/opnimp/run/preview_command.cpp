@@ -42,8 +42,8 @@ PreviewResult previewOf(const Arguments& arguments, std::ostream& err,
   preview.input = readInput(arguments);
   const ImportScreen* screen = nullptr;
   try {
-    screen = &session.open(*arguments.kind,
-                           recorded(recorder, std::make_shared<PreviewConnection>()));
+    screen =
+        &session.open(*arguments.kind, recorded(recorder, std::make_shared<PreviewConnection>()));
     recorder.forgetTexts();  // without a database there are no colours, which is logged
     viewAndMap(session, arguments, *preview.input, report);
     preview.mapping = readMapping(session.screen());
