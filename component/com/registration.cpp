@@ -14,6 +14,7 @@
 #include "component/com/identifiers.h"
 #include "component/com/server.h"
 #include "platform/windows/com_errors.h"
+#include "platform/windows/handles.h"
 
 namespace velk {
 
@@ -29,6 +30,7 @@ struct Entry {
 
 const Text thisBitness = sizeof(void*) == 8 ? L"win64" : L"win32";
 const Text otherBitness = sizeof(void*) == 8 ? L"win32" : L"win64";
+constexpr wchar_t classesKey[] = L"Software\\Classes";
 // The marshaller that reads interfaces from type libraries.
 constexpr wchar_t automationMarshaller[] = L"{00020424-0000-0000-C000-000000000046}";
 
@@ -78,48 +80,56 @@ void checkWin32(LSTATUS status) {
   if (status != ERROR_SUCCESS) throw comError(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
 }
 
-Text underClasses(const Text& key) {
-  return L"Software\\Classes\\" + key;
+void write(HKEY classes, const Entry& entry) {
+  const auto bytes = static_cast<DWORD>((entry.value.size() + 1) * sizeof(wchar_t));
+  checkWin32(
+      RegSetKeyValueW(classes, entry.key.c_str(), entry.name, REG_SZ, entry.value.c_str(), bytes));
 }
 
-void remove(HKEY root, const Text& key) {
-  const LSTATUS status = RegDeleteTreeW(root, underClasses(key).c_str());
+void remove(HKEY classes, const Text& key) {
+  const LSTATUS status = RegDeleteTreeW(classes, key.c_str());
   if (status != ERROR_FILE_NOT_FOUND) checkWin32(status);
 }
 
 /// Of keys that have a default value, as all those asked for do.
-bool exists(HKEY root, const Text& key) {
-  return RegGetValueW(root, underClasses(key).c_str(), nullptr, RRF_RT_REG_SZ, nullptr, nullptr,
-                      nullptr) == ERROR_SUCCESS;
+bool exists(HKEY classes, const Text& key) {
+  return RegGetValueW(classes, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, nullptr, nullptr) ==
+         ERROR_SUCCESS;
 }
 
-void removeAll(HKEY root) {
-  remove(root, classKey());
-  if (exists(root, libraryFileKey(otherBitness))) return remove(root, libraryFileKey(thisBitness));
+void removeAll(HKEY classes) {
+  remove(classes, classKey());
+  if (exists(classes, libraryFileKey(otherBitness))) {
+    remove(classes, libraryFileKey(thisBitness));
+    return;
+  }
   for (const Text& key : {Text(programmaticName), interfaceKey(), libraryKey()}) {
-    remove(root, key);
+    remove(classes, key);
   }
   // A user may have had none of these before; those that hold others stay.
   for (const wchar_t* container : {L"CLSID", L"Interface", L"TypeLib"}) {
-    RegDeleteKeyW(root, underClasses(container).c_str());
+    RegDeleteKeyW(classes, container);
   }
 }
 
 void registerIn(HKEY root) {
+  HKEY key = nullptr;
+  checkWin32(RegCreateKeyExW(root, classesKey, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key,
+                             nullptr));
+  const RegistryKey classes(key);
   try {
-    for (const Entry& entry : entries(serverPath())) {
-      const auto bytes = static_cast<DWORD>((entry.value.size() + 1) * sizeof(wchar_t));
-      checkWin32(RegSetKeyValueW(root, underClasses(entry.key).c_str(), entry.name, REG_SZ,
-                                 entry.value.c_str(), bytes));
-    }
+    for (const Entry& entry : entries(serverPath())) write(key, entry);
   } catch (const RuntimeError&) {
-    removeAll(root);
+    removeAll(key);
     throw;
   }
 }
 
 void unregisterIn(HKEY root) {
-  if (exists(root, classKey()) || exists(root, libraryFileKey(thisBitness))) removeAll(root);
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(root, classesKey, 0, KEY_READ, &key) != ERROR_SUCCESS) return;
+  const RegistryKey classes(key);
+  if (exists(key, classKey()) || exists(key, libraryFileKey(thisBitness))) removeAll(key);
 }
 
 }  // namespace

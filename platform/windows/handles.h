@@ -16,6 +16,7 @@ struct SystemHandle {
   static void close(HDC display) { ReleaseDC(nullptr, display); }
   static void close(HMENU menu) { DestroyMenu(menu); }
   static void close(HHOOK hook) { UnhookWindowsHookEx(hook); }
+  static void close(HKEY key) { RegCloseKey(key); }
 };
 using UniqueFont = UniqueHandle<SystemHandle<HFONT>>;
 /// That of the whole display, by GetDC(nullptr).
@@ -23,6 +24,7 @@ using UniqueDisplayDc = UniqueHandle<SystemHandle<HDC>>;
 /// A menu that no window owns.
 using UniqueMenu = UniqueHandle<SystemHandle<HMENU>>;
 using UniqueHook = UniqueHandle<SystemHandle<HHOOK>>;
+using RegistryKey = UniqueHandle<SystemHandle<HKEY>>;
 
 struct FileHandleKind {
   using Handle = HANDLE;

@@ -12,11 +12,6 @@
 namespace velk {
 namespace {
 
-struct KeyOfRegistry : SystemHandle<HKEY> {
-  static void close(HKEY key) { RegCloseKey(key); }
-};
-using RegistryKey = UniqueHandle<KeyOfRegistry>;
-
 constexpr wchar_t programmaticName[] = L"Velk_OpnImp.Velk_ClsOpnImp";
 
 /// The names of all keys right below the classes key and below those that hold identifiers.
