@@ -3,6 +3,8 @@
 
 #include <ole2.h>
 
+#include <utility>
+
 #include "platform/windows/class_factory.h"
 
 namespace velk {
@@ -10,7 +12,11 @@ namespace velk {
 /// CoCreateInstance finds the class as long as this lives. Error: what COM says when it refuses.
 class ClassRegistration {
  public:
-  ClassRegistration(REFCLSID classId, ClassFactory::Make make);
+  ClassRegistration(REFCLSID classId, ClassFactory::Make make) {
+    const auto factory = makeObject<ClassFactory>(std::move(make));
+    check(CoRegisterClassObject(classId, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
+                                &cookie_));
+  }
   ~ClassRegistration() { CoRevokeClassObject(cookie_); }
   ClassRegistration(const ClassRegistration&) = delete;
   ClassRegistration& operator=(const ClassRegistration&) = delete;

@@ -3,9 +3,8 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <array>
 
-#include "apps/host/host_commands.h"
+#include "apps/host/host_resources.h"
 #include "base/errors.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
@@ -23,47 +22,11 @@ constexpr int choiceWidth = 230;
 // The columns share this width until the list has a size of its own.
 constexpr int firstListWidth = 900;
 
-constexpr std::array<const wchar_t*, 3> importTitles{L"&Customer opening...", L"V&endor opening...",
-                                                     L"&Masters..."};
-
-WindowMenu makeImportMenu() {
-  WindowMenu menu(CreatePopupMenu());
-  for (std::size_t i = 0; i < importTitles.size(); ++i) {
-    AppendMenuW(menu.get(), MF_STRING, firstImportCommand + i, importTitles[i]);
-  }
-  AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
-  AppendMenuW(menu.get(), MF_STRING, exitCommand, L"E&xit");
-  return menu;
-}
-
-WindowMenu makeViewMenu() {
-  WindowMenu menu(CreatePopupMenu());
-  AppendMenuW(menu.get(), MF_STRING, errorLogCommand, L"&Error log");
-  AppendMenuW(menu.get(), MF_STRING, refreshCommand, L"&Refresh\tF5");
-  return menu;
-}
-
-WindowMenu makeMenu() {
-  WindowMenu menu(CreateMenu());
-  const auto add = [&](WindowMenu part, const wchar_t* title) {
-    const auto id = reinterpret_cast<UINT_PTR>(part.get());
-    if (AppendMenuW(menu.get(), MF_POPUP, id, title) != FALSE) part.release();
-  };
-  add(makeImportMenu(), L"&Import");
-  add(makeViewMenu(), L"&View");
-  return menu;
-}
-
-WindowFont makeFont() {
+UniqueFont makeFont() {
   NONCLIENTMETRICSW metrics{};
   metrics.cbSize = sizeof metrics;
   SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-  return WindowFont(CreateFontIndirectW(&metrics.lfMessageFont));
-}
-
-WindowKeys makeKeys() {
-  ACCEL refresh{FVIRTKEY, VK_F5, refreshCommand};
-  return WindowKeys(CreateAcceleratorTableW(&refresh, 1));
+  return UniqueFont(CreateFontIndirectW(&metrics.lfMessageFont));
 }
 
 void registerWindowClass(WNDPROC procedure) {
@@ -74,6 +37,7 @@ void registerWindowClass(WNDPROC procedure) {
   type.hIcon = hostIcon();
   type.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   type.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+  type.lpszMenuName = MAKEINTRESOURCEW(HOST_RESOURCE);
   type.lpszClassName = className;
   RegisterClassExW(&type);
 }
@@ -81,22 +45,19 @@ void registerWindowClass(WNDPROC procedure) {
 }  // namespace
 
 HICON hostIcon() {
-  return LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1));
+  return LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(HOST_RESOURCE));
 }
 
-MainWindow::MainWindow(Actions actions)
-    : actions_(std::move(actions)), font_(makeFont()), keys_(makeKeys()) {
+MainWindow::MainWindow(Actions actions) : actions_(std::move(actions)), font_(makeFont()) {
   constexpr INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
   InitCommonControlsEx(&lists);
   registerWindowClass(procedure);
   // Off the corner where the screens open.
   constexpr RECT at{72, 140, 1012, 700};
-  WindowMenu menu = makeMenu();
   CreateWindowExW(WS_EX_CONTROLPARENT, className, hostTitle, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                  at.left, at.top, at.right - at.left, at.bottom - at.top, nullptr, menu.get(),
+                  at.left, at.top, at.right - at.left, at.bottom - at.top, nullptr, nullptr,
                   GetModuleHandleW(nullptr), this);
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
-  menu.release();  // the window's now
   ShowWindow(handle_, SW_SHOWNORMAL);
   focusButton(0);
 }
@@ -106,10 +67,11 @@ MainWindow::~MainWindow() {
 }
 
 int MainWindow::run() {
+  const HACCEL keys = LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(HOST_RESOURCE));
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
     // Only keys for this window: the screens take theirs by a hook of their own.
-    if (handle_ != nullptr && (TranslateAcceleratorW(handle_, keys_.get(), &message) != 0 ||
+    if (handle_ != nullptr && (TranslateAcceleratorW(handle_, keys, &message) != 0 ||
                                IsDialogMessageW(handle_, &message) != FALSE)) {
       continue;
     }
@@ -174,13 +136,14 @@ void MainWindow::makeControls() {
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
     return control;
   };
-  for (std::size_t i = 0; i < importTitles.size(); ++i) {
-    buttons_.push_back(
-        make(L"BUTTON", importTitles[i], WS_TABSTOP, static_cast<WORD>(firstImportCommand + i)));
+  for (WORD id = CUSTOMER_COMMAND; id <= MASTERS_COMMAND; ++id) {
+    wchar_t title[32];
+    GetMenuStringW(GetMenu(handle_), id, title, static_cast<int>(std::size(title)), MF_BYCOMMAND);
+    buttons_.push_back(make(L"BUTTON", title, WS_TABSTOP, id));
   }
-  choice_ = make(L"COMBOBOX", L"", CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, tableChoice);
+  choice_ = make(L"COMBOBOX", L"", CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, TABLE_CHOICE);
   list_ = make(WC_LISTVIEWW, L"",
-               LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL | WS_BORDER | WS_TABSTOP, tableList);
+               LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL | WS_BORDER | WS_TABSTOP, 0);
   SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
   status_ = make(L"STATIC", L"", SS_LEFT | SS_NOPREFIX, 0);
   const auto add = [this](const wchar_t* name) {
@@ -211,16 +174,23 @@ void MainWindow::arrange(int width, int height) const {
 }
 
 void MainWindow::command(WORD id, WORD code) {
-  if (id >= firstImportCommand && id < firstImportCommand + importTitles.size()) {
-    actions_.openImport(static_cast<ImportScreenKind>(id - firstImportCommand));
-  } else if (id == errorLogCommand) {
-    showTable(companyTables().size());
-  } else if (id == refreshCommand) {
-    refresh();
-  } else if (id == exitCommand) {
-    SendMessageW(handle_, WM_CLOSE, 0, 0);
-  } else if (id == tableChoice && code == CBN_SELCHANGE) {
-    showTable(static_cast<std::size_t>(SendMessageW(choice_, CB_GETCURSEL, 0, 0)));
+  switch (id) {
+    case CUSTOMER_COMMAND:
+    case VENDOR_COMMAND:
+    case MASTERS_COMMAND:
+      return actions_.openImport(static_cast<ImportScreenKind>(id - CUSTOMER_COMMAND));
+    case ERROR_LOG_COMMAND:
+      return showTable(companyTables().size());
+    case REFRESH_COMMAND:
+      return refresh();
+    case EXIT_COMMAND:
+      SendMessageW(handle_, WM_CLOSE, 0, 0);
+      return;
+    case TABLE_CHOICE:
+      if (code != CBN_SELCHANGE) return;
+      return showTable(static_cast<std::size_t>(SendMessageW(choice_, CB_GETCURSEL, 0, 0)));
+    default:
+      return;
   }
 }
 

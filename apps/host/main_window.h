@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "apps/host/company_tables.h"
-#include "apps/host/window_handles.h"
+#include "platform/windows/handles.h"
 
 namespace velk {
 
@@ -63,8 +63,7 @@ class MainWindow {
   HWND choice_ = nullptr;
   HWND list_ = nullptr;
   HWND status_ = nullptr;
-  WindowFont font_;
-  WindowKeys keys_;
+  UniqueFont font_;
   std::size_t shown_ = 0;
   std::vector<TableRow> rows_;
 };

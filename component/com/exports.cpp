@@ -1,6 +1,8 @@
 // What the DLL exports.
 #include <ole2.h>
 
+#include <Velk_OpnImp_com.h>
+
 #include "component/com/clsopnimp_object.h"
 #include "component/com/registration.h"
 #include "component/com/server.h"
@@ -24,10 +26,6 @@ class ServerFactory final : public ClassFactory {
   ServerLock lock_;
 };
 
-ComPtr<IUnknown> makeClsOpnImp() {
-  return ComPtr<_Velk_ClsOpnImp>(makeObject<ClsOpnImpObject>());
-}
-
 }  // namespace
 
 }  // namespace velk
@@ -38,7 +36,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
   if (classId != __uuidof(Velk_ClsOpnImp)) return CLASS_E_CLASSNOTAVAILABLE;
   const auto create = [&] {
     using namespace velk;
-    check(makeObject<ServerFactory>(makeClsOpnImp)->QueryInterface(iid, object));
+    check(makeObject<ServerFactory>(clsOpnImpObject)->QueryInterface(iid, object));
   };
   return velk::guarded(create, velk::toHresult);
 }

@@ -1,43 +1,21 @@
-// The handles that the tour owns.
+// The handles that only the tour owns.
 #pragma once
 
-#include <windows.h>
-
-#include "base/unique_handle.h"
+#include "platform/windows/handles.h"
 
 namespace velk {
 
-namespace tourHandle {
-
-struct KernelObject {
-  using Handle = HANDLE;
-  static Handle none() { return nullptr; }
-  static void close(Handle handle) { CloseHandle(handle); }
+struct KernelObject : SystemHandle<HANDLE> {
+  static void close(HANDLE object) { CloseHandle(object); }
 };
-
-struct Bitmap {
-  using Handle = HBITMAP;
-  static Handle none() { return nullptr; }
-  static void close(Handle handle) { DeleteObject(handle); }
+struct Bitmap : SystemHandle<HBITMAP> {
+  static void close(HBITMAP bitmap) { DeleteObject(bitmap); }
 };
-
-struct MemoryDc {
-  using Handle = HDC;
-  static Handle none() { return nullptr; }
-  static void close(Handle handle) { DeleteDC(handle); }
+struct MemoryDc : SystemHandle<HDC> {
+  static void close(HDC dc) { DeleteDC(dc); }
 };
-
-struct DisplayDc {
-  using Handle = HDC;
-  static Handle none() { return nullptr; }
-  static void close(Handle handle) { ReleaseDC(nullptr, handle); }
-};
-
-}  // namespace tourHandle
-
-using UniqueKernelObject = UniqueHandle<tourHandle::KernelObject>;
-using UniqueBitmap = UniqueHandle<tourHandle::Bitmap>;
-using UniqueMemoryDc = UniqueHandle<tourHandle::MemoryDc>;
-using UniqueDisplayDc = UniqueHandle<tourHandle::DisplayDc>;
+using UniqueKernelObject = UniqueHandle<KernelObject>;
+using UniqueBitmap = UniqueHandle<Bitmap>;
+using UniqueMemoryDc = UniqueHandle<MemoryDc>;
 
 }  // namespace velk

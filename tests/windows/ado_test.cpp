@@ -1,6 +1,5 @@
 // The database through ADO: the machine's own connection and record set.
 #include "platform/windows/ado_connection.h"
-#include "platform/windows/ado_recordset.h"
 #include "platform/windows/variants.h"
 #include "tests/windows/server_dll.h"
 #include "tests/windows/stub_object.h"

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/windows/gdi_handles.h"
+#include "platform/windows/handles.h"
 
 namespace velk {
 

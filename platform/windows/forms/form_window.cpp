@@ -8,7 +8,7 @@
 #include "platform/windows/com_errors.h"
 #include "platform/windows/forms/window_class.h"
 #include "platform/windows/forms/window_factory.h"
-#include "platform/windows/gdi_handles.h"
+#include "platform/windows/handles.h"
 #include "platform/windows/module_path.h"
 #include "platform/windows/ole_picture.h"
 #include "platform/windows/wide_text.h"

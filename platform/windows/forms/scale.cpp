@@ -1,6 +1,6 @@
 #include "platform/windows/forms/scale.h"
 
-#include "platform/windows/gdi_handles.h"
+#include "platform/windows/handles.h"
 
 namespace velk {
 

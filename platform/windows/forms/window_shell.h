@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/windows/gdi_handles.h"
+#include "platform/windows/handles.h"
 #include "ui/form_shell.h"
 
 namespace velk {
