@@ -25,7 +25,8 @@ class MemoryRecordset final : public Recordset {
   std::shared_ptr<Recordset> NextRecordset() override;
   void Close() override;
 
-  /// What NextRecordset answers, however often it is asked: a further result, or the error met on the way to it.
+  /// What NextRecordset answers, however often it is asked: a further result, or the error met on
+  /// the way to it.
   void setNext(std::shared_ptr<MemoryRecordset> next) { next_ = std::move(next); }
   void setNextError(RuntimeError error) { nextError_ = std::move(error); }
 
