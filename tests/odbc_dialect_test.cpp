@@ -42,14 +42,14 @@ std::string translated(std::string_view statement) {
   return known == nullptr ? "(none)" : std::string(known->sql);
 }
 
-const std::string customers = "select count(*) from Customer where CustomerID=N'";
-const std::string vendors = "select count(*) from Vendors where VendorID='";
+const std::string customersQuery = "select count(*) from Customer where CustomerID=N'";
+const std::string vendorsQuery = "select count(*) from Vendors where VendorID='";
 
 TEST_CASE("dialects: statements that the embedded database has its own for") {
   const std::pair<std::string, std::string> rows[] = {
-      {customers + "C1'", "select count(*) from Customer where CustomerID=?"},
-      {customers + "O''B -- ;'", "select count(*) from Customer where CustomerID=?"},
-      {vendors + "'", "select count(*) from Vendors where VendorID=?"},
+      {customersQuery + "C1'", "select count(*) from Customer where CustomerID=?"},
+      {customersQuery + "O''B -- ;'", "select count(*) from Customer where CustomerID=?"},
+      {vendorsQuery + "'", "select count(*) from Vendors where VendorID=?"},
       {"SELECT TOP 1 OpeningDate FROM Setup", "SELECT OpeningDate FROM Setup LIMIT 1"},
       {"SELECT GETDATE()", "SELECT datetime('now','localtime')"},
   };
@@ -66,12 +66,14 @@ TEST_CASE("dialects: statements that the embedded database has its own for") {
 
 TEST_CASE("dialects: texts that must not be taken for a known statement") {
   for (const std::string& statement :
-       {customers + "x' or '1'='1'", customers + "x'' or ''1''=''1", customers + "C1' --'",
-        customers + "x'; drop table Customer--'", customers + "x' or CustomerID=N'C1'",
-        customers + "x'/*'*/", vendors + "O'Brien'", vendors + "x' union select '1'",
+       {customersQuery + "x' or '1'='1'", customersQuery + "x'' or ''1''=''1",
+        customersQuery + "C1' --'", customersQuery + "x'; drop table Customer--'",
+        customersQuery + "x' or CustomerID=N'C1'", customersQuery + "x'/*'*/",
+        vendorsQuery + "O'Brien'", vendorsQuery + "x' union select '1'",
         std::string("select count(*) from Vendors where VendorID=?"),
         std::string("select count(*) from Vendors where VendorID=? or '1'='1'"),
-        " " + vendors + "V1'", vendors + "V1' ", "SELECT" + vendors.substr(6) + "V1'"}) {
+        " " + vendorsQuery + "V1'", vendorsQuery + "V1' ",
+        "SELECT" + vendorsQuery.substr(6) + "V1'"}) {
     CAPTURE(statement);
     CHECK(translated(statement) == "(none)");
   }

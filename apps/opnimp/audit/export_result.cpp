@@ -68,7 +68,7 @@ std::string differenceOf(Rows file, Rows database) {
   const auto differing = std::ranges::mismatch(file, database).in2;
   if (differing == database.end()) return {};
   return "\"" + differing->substr(0, differing->find('\n')) +
-         "\" of the database does not stand in it as he does there";
+         "\" is not in it as the database has him";
 }
 
 }  // namespace

@@ -90,7 +90,7 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
   add("Look at", skippedWithWarning(result.traces), "skipped record", "skipped records",
       " with a balance but a bill amount of 0: nothing was posted for them.");
   add("Import", result.input->unreadRows().size(), "row", "rows",
-      " behind the first blank row, where reading ended: copy them, under the captions, to a "
+      " after the first blank row, where reading ended: copy them, under the captions, to a "
       "workbook of their own.");
   add("Import", account.count(Outcome::NotReached), "record", "records",
       " that the run did not reach" + where(result, ".rest." + extension) + ".");

@@ -40,7 +40,7 @@ struct ByteCheck {
 
 constexpr ByteCheck anyByte[] = {
     {{"bare-line-feeds",
-      "Lines end at carriage return + line feed only: what stands behind a bare line feed belongs "
+      "Lines end at carriage return + line feed only: what follows a bare line feed belongs "
       "to the same record. Save the file with Windows line ends."},
      [](const Byte& byte) { return byte.value == '\n' && byte.before != '\r'; }},
     {{"bare-carriage-returns",
@@ -78,7 +78,7 @@ constexpr WarningText shortLine{
     "short-lines", "A line has fewer fields than there are titles: the missing ones are empty."};
 constexpr WarningText longLine{
     "long-lines",
-    "A line has more fields than there are titles: those behind are left out, and values may "
+    "A line has more fields than there are titles: the further ones are left out, and values may "
     "stand in wrong columns. An amount such as 1,250.00 needs quotes, or no comma."};
 constexpr WarningText quotedComma{
     "quoted-commas",

@@ -18,10 +18,10 @@ constexpr WarningText rowNotRead{
     "rows-not-read",
     "Reading ends at the first row that is blank in columns A to E: a row with data from there on "
     "is not read. Remove the blank row."};
-constexpr WarningText otherColumns{"other-columns", "Columns behind the seventh (G) are not read."};
+constexpr WarningText otherColumns{"other-columns", "Columns after the seventh (G) are not read."};
 constexpr WarningText duplicateSalesman{
     "duplicate-salesmen",
-    "A salesman stands in a row above already: both rows are posted, and the later one usually "
+    "A row above has this salesman already: both rows are posted, and the later one usually "
     "replaces the earlier."};
 constexpr WarningText noDsType{"no-ds-type", "A salesman without a DSType is refused."};
 
