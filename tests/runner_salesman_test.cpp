@@ -202,7 +202,7 @@ TEST_CASE("a row behind a blank one is not called done") {
   SalesmanWorld world;
   const Ran ran = world.importRows({salesmanTitles, good, "", "B|||||Retail|"});
   CHECK(ran.status == 1);
-  CHECK(contains(ran.out, "Import 1 row behind the first blank row"));
+  CHECK(contains(ran.out, "Import 1 row after the first blank row"));
 }
 
 TEST_CASE("an export tells what it wrote, and imports again") {
