@@ -39,7 +39,7 @@ void ImportRun::found(Verdict verdict, const Finding& why, std::string_view line
 }
 
 std::string ImportRun::stop(const RuntimeError& error) {
-  const std::string text = stopText(error);
+  std::string text = stopText(error);
   observer().runStopped(error, text);
   return text;
 }

@@ -21,7 +21,7 @@ std::string openingDocuments(const std::string& party) {
 
 std::string shown(const Value& value) {
   if (const auto* number = std::get_if<double>(&value)) {
-    std::array<char, 64> text{};
+    std::array<char, 320> text{};  // the longest double has 309 digits before its point
     const int length = std::snprintf(text.data(), text.size(), "%.2f", *number);
     return {text.data(), static_cast<std::size_t>(length)};
   }
@@ -54,6 +54,7 @@ std::span<const CompanyTable> companyTables() {
        "SELECT VendorID, VendorName, ContactPerson, Address, Phone, PanNumber FROM Vendors "
        "ORDER BY 1",
        {{"Vendor"}, {"Name"}, {"Contact"}, {"Address"}, {"Phone"}, {"Pan number"}}},
+      // The details have a row for each value; the two maxima make columns of them.
       {"Salesmen",
        "SELECT Salesman_name, Address, ResidentialNUmber, MobileNumber, "
        "max(CASE WHEN DSTypeCtlPos = 1 THEN DSTypeValue END), "

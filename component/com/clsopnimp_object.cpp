@@ -31,6 +31,7 @@ struct ReaderAccess : IUnknown {
 
 }  // namespace velk
 
+// Outside the namespace, because the macro specializes a template of the global one.
 __CRT_UUID_DECL(velk::ReaderAccess, 0x57F9688C, 0xB639, 0x4AA3, 0x80, 0x3E, 0x90, 0xE9, 0xD2, 0x72,
                 0x8C, 0xDC)
 
@@ -116,6 +117,8 @@ class ClsOpnImpObject final
   // Scripts pass their variables as references to variants, which ITypeInfo::Invoke refuses for a
   // typed argument (DISP_E_TYPEMISMATCH). As no member changes its arguments, all go on by value.
   // Windows says in `badArgument` which one does not fit; Wine's ITypeInfo leaves it as it was.
+  // The entry points do not go through the type library: for their connection it needs ADO's, which
+  // may be missing, and it would insist on the older of ADO's two interface ids.
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID, WORD kind, DISPPARAMS* parameters,
                                    VARIANT* result, EXCEPINFO* exception,
                                    UINT* badArgument) noexcept override {
@@ -127,6 +130,9 @@ class ClsOpnImpObject final
           std::vector<VARIANT> passed;
           for (const VARIANT& argument : std::span(parameters->rgvarg, parameters->cArgs)) {
             passed.push_back(values.emplace_back(Variant::copyOf(argument)).get());
+          }
+          if (const EntryPoint entry = entryPoint(id); entry != nullptr) {
+            return check(invokeEntryPoint(entry, kind, passed, exception));
           }
           DISPPARAMS byValue = *parameters;
           byValue.rgvarg = passed.data();
@@ -143,17 +149,51 @@ class ClsOpnImpObject final
   using EntryPoint = void (Velk_ClsOpnImp::*)(const std::shared_ptr<Connection>&,
                                               const std::shared_ptr<const Picture>&);
 
+  static EntryPoint entryPoint(DISPID id) {
+    switch (id) {  // as the type library numbers them
+      case 1:
+        return &Velk_ClsOpnImp::ImportCustomerOpening;
+      case 2:
+        return &Velk_ClsOpnImp::ImportVendorOpening;
+      case 3:
+        return &Velk_ClsOpnImp::ImportBankBranchOpening;
+      default:
+        return nullptr;
+    }
+  }
+
+  /// By value, as a late-bound call passes them: the last argument first.
+  HRESULT invokeEntryPoint(EntryPoint entry, WORD kind, std::span<const VARIANT> arguments,
+                           EXCEPINFO* exception) {
+    if ((kind & DISPATCH_METHOD) == 0) return DISP_E_MEMBERNOTFOUND;
+    if (arguments.size() != 2) return DISP_E_BADPARAMCOUNT;
+    for (const VARIANT& argument : arguments) {
+      if (argument.vt != VT_DISPATCH && argument.vt != VT_UNKNOWN) return DISP_E_TYPEMISMATCH;
+    }
+    return guarded([&] { show(entry, arguments[1].punkVal, arguments[0].punkVal); },
+                   [&](const RuntimeError& error) {
+                     const HRESULT failed = fillIn(exception, error);
+                     if (exception != nullptr) {
+                       exception->bstrSource = SysAllocString(programmaticName);
+                     }
+                     return failed;
+                   });
+  }
+
   HRESULT openScreen(EntryPoint entry, _Connection** connection, IPictureDisp** icon) noexcept {
     if (connection == nullptr || icon == nullptr) return E_POINTER;
-    return run([&] {
-      // A screen's window belongs to the thread that makes it, its module to the object's.
-      if (!apartment_->isCurrent()) throw comError(RPC_E_WRONG_THREAD);
-      auto database = adoConnection(*connection);
-      std::shared_ptr<const Picture> picture;
-      if (*icon != nullptr) picture = std::make_shared<OlePicture>(*icon);
-      keepLoaded();
-      (core_.*entry)(database, picture);
-    });
+    return run([&] { show(entry, *connection, *icon); });
+  }
+
+  void show(EntryPoint entry, IUnknown* connection, IUnknown* icon) {
+    // A screen's window belongs to the thread that makes it, its module to the object's.
+    if (!apartment_->isCurrent()) throw comError(RPC_E_WRONG_THREAD);
+    auto database = adoConnection(connection);
+    std::shared_ptr<const Picture> picture;
+    if (icon != nullptr) picture = std::make_shared<OlePicture>(icon);
+    // Before the screen opens: from then on its window calls code of this DLL.
+    keepLoaded();
+    (core_.*entry)(database, picture);
   }
 
   std::shared_ptr<Apartment> apartment_;
@@ -163,6 +203,7 @@ class ClsOpnImpObject final
 }  // namespace
 
 ComPtr<IUnknown> clsOpnImpObject() {
+  // The object has several bases with an IUnknown; this names the one to use.
   return ComPtr<_Velk_ClsOpnImp>(makeObject<ClsOpnImpObject>());
 }
 

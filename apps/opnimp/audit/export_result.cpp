@@ -1,6 +1,7 @@
 #include "apps/opnimp/audit/export_result.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/text.h"
 
@@ -15,6 +16,7 @@ template <class CellText>
 std::string joined(CellText cellText) {
   std::string row;
   for (int column = 1; column <= WorkbookRecords::lastColumn; ++column) {
+    // The first line of a row is the name, which differenceOf shows.
     row.append(trim(cellText(column))) += '\n';
   }
   return row;
@@ -63,12 +65,14 @@ std::string differenceOf(Rows file, Rows database) {
     return "it holds " + std::to_string(file.size()) + " salesmen, the database " +
            std::to_string(database.size());
   }
+  // Sorted only now, because the numbers of rows alone may already differ.
   std::ranges::sort(file);
   std::ranges::sort(database);
-  const auto differing = std::ranges::mismatch(file, database).in2;
-  if (differing == database.end()) return {};
-  return "\"" + differing->substr(0, differing->find('\n')) +
-         "\" is not in it as the database has him";
+  Rows missing;
+  std::ranges::set_difference(database, file, std::back_inserter(missing));
+  if (missing.empty()) return {};
+  const std::string& row = missing.front();
+  return "\"" + row.substr(0, row.find('\n')) + "\" is not in it as the database has him";
 }
 
 }  // namespace
