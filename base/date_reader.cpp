@@ -47,6 +47,7 @@ class DateTextParser {
     }
     // Two numbers with a point or a comma between them are a decimal number, not day and month.
     const bool decimal = count_ == 2 && month_ == 0 && (mark_ == '.' || mark_ == ',');
+    // A separator at the end announces a part that is missing.
     return separator_ == 0 && !decimal;
   }
 
@@ -103,8 +104,10 @@ class DateTextParser {
   bool readNumber() {
     constexpr int longestYear = 4;
     const Number number = takeDigits();
+    // A longer run is no part of a date: 20080331 is a number.
     if (number.digits > longestYear) return false;
     skipBlanks();
+    // Only what follows tells an hour from a day: "10:30" and "10 pm" are times.
     if (take(':')) return readTime(number, true);
     return peekHalfOfDay().empty() ? addNumber(number) : readTime(number, false);
   }
@@ -113,6 +116,7 @@ class DateTextParser {
     const std::string_view word = peekWord();
     if (word.size() < 3 || clashesWithTime()) return false;
     rest_.remove_prefix(word.size());
+    // A second month name falls through and is refused, because no week day has its name.
     if (const int month = findName(monthNames, word); month != 0 && month_ == 0) {
       month_ = month;
       return true;
@@ -126,6 +130,7 @@ class DateTextParser {
     if (count_ == numbers_.size() || clashesWithTime()) return false;
     // 1,23,456 is an amount with its digits in groups, not a day of the year 456.
     if (number.digits == 3 && separator_ == ',') return false;
+    // skipSeparator() forgets it before parse() asks what separated the two numbers.
     mark_ = separator_;
     numbers_[count_++] = number;
     return true;
@@ -140,9 +145,11 @@ class DateTextParser {
     // 13:55 pm is taken as 13:55, as the automation runtime takes it.
     const bool isPm = equalsIgnoringCase(half, "pm");
     if (isPm && hour.value < 12) hour.value += 12;
+    // 12 am is midnight; 12 pm is noon, which the line above leaves alone.
     if (!isPm && !half.empty() && hour.value == 12) hour.value = 0;
     timeOfDay_ = (hour.value * 3600 + seconds) / secondsPerDay;
     hasTime_ = true;
+    // After a time that comes first, the date is still missing.
     complete_ = hasDatePart();
     return true;
   }
@@ -180,7 +187,7 @@ class DateTextParser {
   double timeOfDay_ = 0;
 };
 
-/// What each number stands for: D, M, Y, or C, a year with its century. A year that comes first, or
+/// What each number means: D, M, Y, or C, a year with its century. A year that comes first, or
 /// without a day, has to be one: else a mistyped 31/02/08 would be the 8th of February 1931.
 struct Layout {
   std::string_view slots;
@@ -199,6 +206,7 @@ constexpr Layout layouts[] = {
 
 int fullYear(Number number) {
   if (number.digits > 2) return number.value;
+  // The automation runtime's own window: 1930 to 2029.
   return number.value + (number.value < 30 ? 2000 : 1900);
 }
 
@@ -220,6 +228,7 @@ DateReading makeReading(const CivilDate& civil, const Layout& layout, double tim
   Date date = dateFromCivil(civil);
   // Before day 0 the fraction counts away from it.
   date.days += date.days < 0 ? -timeOfDay : timeOfDay;
+  // By the beginning only, because day and month can also be exchanged where the year is missing.
   const bool ambiguous = layout.slots.starts_with("DM") && civil.day != civil.month &&
                          isCivil({civil.year, civil.day, civil.month});
   return {date, layout.order, ambiguous};

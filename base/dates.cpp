@@ -9,6 +9,7 @@ namespace velk {
 
 namespace {
 
+// The automation runtime counts from this day, so that 1 January 1900 is day 2.
 constexpr std::chrono::sys_days dayZero{std::chrono::year{1899} / 12 / 30};
 
 std::chrono::year_month_day calendarDay(const CivilDate& civil) {
@@ -19,7 +20,9 @@ std::chrono::year_month_day calendarDay(const CivilDate& civil) {
 /// What is no day at all (a driver's mistake) is taken at the nearest end, so that the conversion
 /// to a whole number stays defined.
 int dayNumber(Date date) {
+  // Written so that what is not a number ends here, too.
   if (!(date.days > firstCalendarDay)) return firstCalendarDay;
+  // Towards zero on both sides, because the fraction counts away from day 0 on both.
   return static_cast<int>(std::min<double>(std::trunc(date.days), lastCalendarDay));
 }
 
@@ -55,6 +58,7 @@ std::string formatDayFirst(Date date) {
 
 std::string formatIso(Date date) {
   int day = dayNumber(date);
+  // An infinity has no remainder: lround would get what is not a number.
   const double fraction = std::isfinite(date.days) ? std::abs(std::fmod(date.days, 1.0)) : 0.0;
   int second = static_cast<int>(std::lround(fraction * secondsPerDay));
   // Half a second before midnight rounds into the next day, unless there is none.

@@ -26,6 +26,7 @@ Decimal::Decimal(double value) {
     digits_ = std::to_string(static_cast<std::uint64_t>(positive));
     point_ = static_cast<int>(digits_.size());
   } else {
+    // A digit, the point, 14 more digits and an exponent such as e+308 take 21 characters.
     std::array<char, 32> buffer;
     const auto written = std::to_chars(buffer.begin(), buffer.end(), positive,
                                        std::chars_format::scientific, digitsShown - 1);
@@ -34,8 +35,10 @@ Decimal::Decimal(double value) {
     const std::size_t mark = text.find('e');
     digits_ = text.substr(0, mark);
     digits_.erase(1, 1);  // the point
+    // from_chars knows no plus sign.
     const std::string_view power = text.substr(text[mark + 1] == '+' ? mark + 2 : mark + 1);
     std::from_chars(power.data(), power.data() + power.size(), point_);
+    // The exponent counts from after the first digit, point_ from before it.
     ++point_;
   }
   stripZeros();
@@ -44,6 +47,7 @@ Decimal::Decimal(double value) {
 void Decimal::stripZeros() {
   const std::size_t first = std::min(digits_.find_first_not_of('0'), digits_.size());
   digits_.erase(0, first);
+  // Zero has no digits; with the point elsewhere general() would write it with an exponent.
   point_ = digits_.empty() ? 0 : point_ - static_cast<int>(first);
   digits_.erase(digits_.find_last_not_of('0') + 1);
 }
@@ -52,10 +56,11 @@ void Decimal::round(int places) {
   // By the decimal digits, not by the double: 2.675 has to give 2.68, although the double is below.
   const int kept = point_ + places;
   if (kept >= static_cast<int>(digits_.size())) return;
+  // A negative count means less than a tenth of the last place: that rounds down.
   const bool up = kept >= 0 && digits_[static_cast<std::size_t>(kept)] >= '5';
   digits_.resize(static_cast<std::size_t>(std::max(kept, 0)));
   if (up) {
-    // A zero in front takes the carry of 99.
+    // A leading zero takes the carry of 99.
     digits_.insert(digits_.begin(), '0');
     ++point_;
     auto digit = digits_.end();
@@ -95,6 +100,7 @@ std::string Decimal::general() const {
   std::string text = digits_.substr(0, 1);
   if (digits_.size() > 1) text.append(".").append(digits_, 1);
   const std::string power = std::to_string(std::abs(exponent));
+  // Two digits of exponent at least, as spreadsheets show it.
   return text + (exponent < 0 ? "E-" : "E+") + (power.size() < 2 ? "0" : "") + power;
 }
 

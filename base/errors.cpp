@@ -66,6 +66,7 @@ constexpr Description descriptions[] = {
 
 std::string_view standardDescription(ErrorNumber number) {
   const auto* const found = std::ranges::find(descriptions, number, &Description::number);
+  // These are the runtime's own words for a number that it does not know.
   return found == std::end(descriptions) ? "Application-defined or object-defined error"
                                          : found->text;
 }

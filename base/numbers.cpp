@@ -41,6 +41,7 @@ NumberRun readNumber(std::string_view text) {
   std::string digits(text.substr(sign));
   const std::size_t letter = digits.find_first_not_of("0123456789.");
   if (letter == 0) return {};
+  // A small e is not in the list, because from_chars knows it.
   if (letter != std::string::npos &&
       std::string_view("EDd").find(digits[letter]) != std::string::npos) {
     digits[letter] = 'e';
@@ -54,6 +55,7 @@ NumberRun readNumber(std::string_view text) {
     if (isHuge(std::string_view(digits).substr(0, length))) {
       throw RuntimeError(ErrorNumber::Overflow);
     }
+    // Closer to zero than any double.
     value = 0;
   }
   return {text.starts_with('-') ? -value : value, sign + length};
@@ -62,12 +64,14 @@ NumberRun readNumber(std::string_view text) {
 }  // namespace
 
 double leadingNumber(std::string_view text) {
+  // Blanks only: a text that begins with a tab counts as 0.
   return readNumber(text.substr(std::min(text.find_first_not_of(' '), text.size()))).value;
 }
 
 std::optional<double> parseNumber(std::string_view text) {
   const std::string_view trimmed = trim(text);
   const NumberRun run = readNumber(trimmed);
+  // An empty text takes none of its characters, which would pass for all of them.
   if (run.length == 0 || run.length != trimmed.size()) return std::nullopt;
   return run.value;
 }

@@ -8,6 +8,7 @@ namespace velk {
 
 namespace {
 
+// Unicode's own character for what could not be read.
 constexpr char32_t replacement = 0xFFFD;
 
 struct Character {
@@ -38,6 +39,7 @@ bool isSurrogate(char32_t code) {
 
 /// The length that a leading byte announces; 1 for a byte that cannot lead.
 std::size_t announcedLength(unsigned char lead) {
+  // C0, C1 and F5 to FF never occur in UTF-8; 80 to BF only continue a character.
   if (lead >= 0xC2 && lead <= 0xDF) return 2;
   if (lead >= 0xE0 && lead <= 0xEF) return 3;
   if (lead >= 0xF0 && lead <= 0xF4) return 4;
@@ -51,6 +53,7 @@ Character firstCharacter(std::string_view text) {
   if (lead < 0x80) return {lead, 1};
   const std::size_t length = announcedLength(lead);
   if (length == 1 || length > text.size()) return {};
+  // A lead byte begins with as many ones as the character has bytes, and a zero.
   char32_t code = lead & (0xFFU >> (length + 1));
   for (std::size_t i = 1; i < length; ++i) {
     if (!isContinuation(text[i])) return {};
@@ -66,6 +69,7 @@ Character firstCharacter(std::u16string_view text) {
   const char32_t unit = text[0];
   if (!isSurrogate(unit)) return {unit, 1};
   const char32_t next = text.size() > 1 ? text[1] : 0;
+  // A second half that comes first, or a first half without its second one.
   if (unit >= 0xDC00 || next < 0xDC00 || next > 0xDFFF) return {};
   return {0x10000 + ((unit - 0xD800) << 10U) + (next - 0xDC00), 2};
 }
@@ -93,6 +97,7 @@ void appendUtf16(std::u16string& to, char32_t code) {
     return;
   }
   to += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10U));
+  // The ten lowest bits of 0x10000 are zero, so that it need not be subtracted here.
   to += static_cast<char16_t>(0xDC00 + (code & 0x3FFU));
 }
 
@@ -125,6 +130,7 @@ const CodePage& CodePage::windows1252() {
                                     0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
                                     0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+    // From byte A0 on the page is Latin-1.
     for (std::size_t i = 32; i < upper.size(); ++i) upper[i] = static_cast<char16_t>(0x80 + i);
     return CodePage(upper);
   }();
@@ -152,6 +158,7 @@ void CodePage::appendDecoded(std::string& to, std::string_view bytes) const {
 std::string CodePage::encode(std::string_view text) const {
   std::string bytes;
   bytes.reserve(text.size());
+  // Never gets ASCII, which comes in runs; so the index below is not negative.
   const auto addCharacter = [&](char32_t code) {
     // Most pages keep most of Latin-1 in its own place.
     if (code < 0x100 && upper_[code - 0x80] == code) {
@@ -172,6 +179,7 @@ bool isAscii(std::string_view bytes) {
 
 std::u16string toUtf16(std::string_view text) {
   std::u16string units;
+  // Always enough: no UTF-8 text has more UTF-16 units than bytes.
   units.reserve(text.size());
   forEachPiece(
       text, [&](std::string_view run) { units.append(run.begin(), run.end()); },
@@ -196,6 +204,7 @@ std::string_view trim(std::string_view text) {
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
+// Not std::tolower, because its answer depends on the locale of the host's process.
 char lowerAscii(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }

@@ -33,6 +33,7 @@ std::string textOf(double number) {
   char* const end = std::to_chars(text.data(), text.data() + text.size(), number,
                                   std::chars_format::general, significantDigits)
                         .ptr;
+  // The runtime writes a capital letter: 1E+15.
   std::replace(text.data(), end, 'e', 'E');
   return {text.data(), end};
 }

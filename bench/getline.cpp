@@ -16,7 +16,7 @@ namespace {
 
 using Row = std::vector<std::string>;
 
-// A quoted field: the text between its quotes, doubled ones single. `at` moves behind it.
+// A quoted field: the text between its quotes, doubled ones single. `at` moves past it.
 std::string quotedField(std::string_view line, std::size_t& at) {
   std::string field;
   for (++at; at < line.size(); ++at) {

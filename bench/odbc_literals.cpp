@@ -1,4 +1,4 @@
-// Peer: a bare ODBC loop of the simplest kind. Every value stands in the statement's text, which is
+// Peer: a bare ODBC loop of the simplest kind. Every value is in the statement's text, which is
 // executed directly.
 //
 //   bench_odbc_literals COMPANY FILE FOLDER

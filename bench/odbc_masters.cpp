@@ -34,11 +34,11 @@ std::vector<Fields> readRecords(const char* path) {
   return records;
 }
 
-/// A stored procedure's statement with its parameters: "t" stands for a text, a digit for a number
+/// A stored procedure's statement with its parameters: "t" means a text, a digit for a number
 /// that is always the same.
 class Procedure {
  public:
-  /// `beginning` stands in front of the statement.
+  /// `beginning` comes before the statement.
   Procedure(BareConnection& connection, const std::string& beginning, const std::string& name,
             std::string_view parameters)
       : statement_(connection.handle()), texts_(parameters.size()), numbers_(parameters.size()) {

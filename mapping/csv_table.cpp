@@ -19,6 +19,7 @@ class CsvTableReader {
   CsvTableReader(std::string text, const std::function<void(const RuntimeError&)>& unquoteFailed)
       : text_(std::move(text)), unquoteFailed_(unquoteFailed) {
     const std::size_t length = text_.size();
+    // The scanner reads whole blocks and stops at a NUL, so that it never leaves the text.
     text_.append(ByteScanner::blockSize, fieldEnd);
     end_ = text_.data() + length;
     // Most cells are longer than this. Memory that is never touched costs nothing, but growing step
@@ -30,11 +31,14 @@ class CsvTableReader {
   FileTable read() {
     char* stop = readTitles();
     ByteScanner scanner(stop);
+    // Its first stop is the end of the title line, where the loop begins.
     scanner.next();
     while (stop != end_) {
       char* const line = stop + 2;
+      // An empty line is no row: the scanner's next stop is its end.
       stop = isLineEnd(line) ? scanner.next() : readRow(line, scanner);
     }
+    // Drops what addRow() made in advance, because the size tells the number of rows.
     offsets_.resize(table_.rows * table_.titles.size());
     table_.columns = TextColumn::of({table_.titles.size(), std::move(text_), std::move(offsets_)});
     return std::move(table_);
@@ -72,9 +76,11 @@ class CsvTableReader {
           scanner.next();
         }
         lineEnds = isLineEnd(at);
+        // A carriage return alone is a character of the field.
         if (*at == '\r' && !lineEnds) continue;
       }
       *at = fieldEnd;
+      // Cells beyond the titles are not shown.
       if (cell != cellsEnd) *cell++ = offsetOf(start);
       start = at + 1;
       if (lineEnds) return at;
@@ -88,6 +94,7 @@ class CsvTableReader {
     char* at = start;
     for (; !isLineEnd(at) && *at != fieldEnd && (quoted || *at != ','); ++at) {
       if (*at == '"') quoted = !quoted;
+      // A comma that comes here is inside quotes, and the preview drops those.
       if (*at != ',') *to++ = *at;
     }
     if (shown) to = unquote(start, to);
@@ -116,6 +123,7 @@ class CsvTableReader {
       return field + unquoteInPlace(field, static_cast<std::size_t>(end - field));
     } catch (const RuntimeError& error) {
       unquoteFailed_(error);
+      // An empty field, as UnquoteField answers.
       return field;
     }
   }
@@ -131,6 +139,7 @@ class CsvTableReader {
 
 FileTable readCsvTable(std::string text,
                        const std::function<void(const RuntimeError&)>& unquoteFailed) {
+  // There is no first line to take the titles from.
   if (text.empty()) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
   return refusingWithoutMemory(
       [&] { return CsvTableReader(std::move(text), unquoteFailed).read(); });

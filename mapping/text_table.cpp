@@ -7,6 +7,7 @@ namespace velk {
 void TextTable::add(std::string_view text) {
   // Cells of a workbook may share a text: a small file could ask for gigabytes.
   constexpr std::size_t maxLength = std::size_t{1} << 28;
+  // A NUL ends a text among the shared characters, so that none may contain one.
   if (text.find('\0') != std::string_view::npos) {
     throw RuntimeError(ErrorNumber::InvalidFileFormat,
                        "A cell of the workbook holds a NUL character");

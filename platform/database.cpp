@@ -8,6 +8,7 @@ namespace {
 
 class ClosedCommand final : public Command {
  public:
+  // A command can be filled in on a closed connection; only running it is an error.
   void setCommandType(CommandType) override {}
   void setCommandText(std::string_view) override {}
   void Append(std::string_view, std::int32_t, std::int32_t, std::int32_t) override {}

@@ -12,7 +12,7 @@
 
 namespace velk {
 
-/// Stands between a folder and a name in the paths that the system forms and shows.
+/// Separates a folder from a name in the paths that the system forms and shows.
 #ifdef _WIN32
 inline constexpr char pathSeparator = '\\';
 #else
@@ -45,7 +45,7 @@ class FileSystem {
   /// Opens for adding at the end, creating the file where there is none.
   virtual std::unique_ptr<OutputFile> openAppend(std::string_view path) = 0;
   /// A new file that takes the place of the one at `path`, if there is one, when it is closed.
-  /// Until then it stands beside it under another name; a file that is never closed, or whose
+  /// Until then it is beside it under another name; a file that is never closed, or whose
   /// close() fails, goes without a trace.
   virtual std::unique_ptr<OutputFile> openReplacement(std::string_view path) = 0;
   /// Opens a file for reading and writing, locked against everybody else, and closes it at once:

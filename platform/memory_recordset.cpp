@@ -18,6 +18,7 @@ bool MemoryRecordset::isEOF() const {
 
 bool MemoryRecordset::isBOF() const {
   requireOpen();
+  // No call moves back, so that only a record set without rows is before its first one.
   return cells_.empty();
 }
 

@@ -36,6 +36,7 @@ std::vector<Book> books() {
       {"salesman.xls",
        {anil,
         bhaskar,
+        // "Retial" is wrong on purpose: the import has to refuse a type that it does not know.
         {"Dilip Sawant", "9 Kasba Peth, Pune", "020-24478800", "9890554433", "Retail", "Retial",
          "NO"},
         {"Ganpat Shelar", "22 Dhankawadi, Pune", "", "09422001122", "Rural", "Van Sales", "No"},
@@ -47,6 +48,7 @@ std::vector<Book> books() {
         {"Noël Pinto", "5 Khadki Bazaar, Pune", "020-25812299", "9822334455", "Rural", "Rural",
          "NO"},
         ravi,
+        // Texts that a spreadsheet would take for a formula and for a number if they were typed in.
         {"Sunil & Co", "=1+1 Market Yard, Pune", "020-24261144", "009822009900", "", "Rural",
          "YES"}}},
       {"salesman_columns.xls",
@@ -83,6 +85,7 @@ void make(const Book& book, const std::string& folder) {
 int main(int argc, char** argv) {
   if (argc != 2) {
     std::cerr << "usage: make_workbooks FOLDER\n";
+    // The same status as the runner's for wrong usage; 4 below is its status for a file.
     return 3;
   }
   try {

@@ -65,6 +65,7 @@ std::vector<std::string> Velk_ModOpnImp::ParseCsvLine(std::string_view line) {
 
 std::string Velk_ModOpnImp::UnquoteField(std::string_view field) {
   std::string text(field);
+  // A field of one quote is an error: it is logged, and the answer is empty.
   if (!trap("", [&] { text.resize(unquoteInPlace(text.data(), text.size())); })) text.clear();
   return text;
 }

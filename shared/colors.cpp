@@ -25,6 +25,7 @@ constexpr Painting paintings[] = {
     {"ComboBox", 2},
     {"ListView", 2},
     {"DTPicker", 2, Property::CalendarBackColor, Property::CalendarForeColor},
+    // The form's own colours, so that a frame looks like a part of it.
     {"Frame", 0},
 };
 

@@ -15,6 +15,7 @@ std::size_t markFields(char* line, std::size_t length, QuotedComma quotedComma) 
     char c = *from;
     if (c == '"') quoted = !quoted;
     if (c == ',' && !quoted) c = fieldEnd;
+    // Separating commas are field ends by now, so that this one is inside quotes.
     if (c == ',' && quotedComma == QuotedComma::Drop) continue;
     *to++ = c;
   }
@@ -23,10 +24,12 @@ std::size_t markFields(char* line, std::size_t length, QuotedComma quotedComma) 
 
 std::vector<std::string> splitLine(std::string_view line, QuotedComma quotedComma) {
   std::vector<std::string> fields;
+  // The loop below would make one empty field of it.
   if (line.empty()) return fields;
   std::string marked(line);
   marked.resize(markFields(marked.data(), marked.size(), quotedComma));
   std::string_view rest = marked;
+  // Finds the NULs of the line itself, too: they separate like commas.
   for (std::size_t end = rest.find(fieldEnd); end != std::string_view::npos;
        end = rest.find(fieldEnd)) {
     fields.emplace_back(rest.substr(0, end));
@@ -51,6 +54,7 @@ std::size_t unquoteInPlace(char* field, std::size_t length) {
   if (length == 0 || field[0] != '"') return length;
   // Without two characters its length would be -1.
   if (length == 1) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+  // The last character is cut even if it is no quote, and it may be of several bytes.
   const std::size_t last = lastCharacter({field + 1, length - 1}) + 1;
   char* to = field;
   for (std::size_t i = 1; i < last; ++i) {

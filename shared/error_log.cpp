@@ -9,6 +9,7 @@ std::string FileErrorLog::path() const {
 // The last file number is kept free for this: a run that has used up all others can still log.
 void FileErrorLog::append(std::string_view line) {
   const std::int16_t number = files_.freeFile(NumberedFiles::Use::ErrorLog);
+  // Opened and closed for each line, so that the log is complete whenever the process ends.
   files_.openForAppend(number, path());
   try {
     files_.printLine(number, line);

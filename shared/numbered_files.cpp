@@ -28,6 +28,7 @@ void NumberedFiles::openForInput(std::int16_t number, std::string_view path) {
   checkFree(number);
   Input input;
   input.file = files_.openInput(path);
+  // Not set to zero: only what fill() has written is ever read.
   input.buffer = std::make_unique_for_overwrite<std::array<char, bufferSize>>();
   inputs_.emplace(number, std::move(input));
 }
@@ -66,6 +67,7 @@ std::string NumberedFiles::lineInput(std::int16_t number) {
   Input& in = input(number);
   if (!fill(in)) throw RuntimeError(ErrorNumber::InputPastEnd);
   std::string bytes;
+  // The end of the file ends the last line, too.
   while (fill(in)) {
     const char* const from = in.buffer->data() + in.next;
     const char* const to = in.buffer->data() + in.end;
@@ -87,10 +89,12 @@ std::string NumberedFiles::lineInput(std::int16_t number) {
 void NumberedFiles::rewind(std::int16_t number) {
   Input& in = input(number);
   in.file->rewind();
+  // The bytes in the buffer come from another place of the file.
   in.next = in.end = 0;
 }
 
 std::string NumberedFiles::readAll(std::int16_t number) {
+  // lineInput() may have taken a part already.
   rewind(number);
   InputFile& file = *input(number).file;
   if (file.length() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
@@ -110,6 +114,7 @@ std::string NumberedFiles::readText(InputFile& file) const {
     text.resize(start + count);
     if (file.read(&text[start], count) < count) throw RuntimeError(ErrorNumber::InputPastEnd);
     left -= count;
+    // ASCII is UTF-8 already.
     if (isAscii(std::string_view(text).substr(start))) continue;
     const std::string bytes = text.substr(start);
     text.resize(start);

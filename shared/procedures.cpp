@@ -49,6 +49,7 @@ std::shared_ptr<Recordset> Velk_ModOpnImp::GetDataRecordset(std::shared_ptr<Reco
   try {
     while (recordset != nullptr && recordset->State() == stateClosed) {
       auto next = recordset->NextRecordset();
+      // None has data: the last closed one is the answer, because callers expect an object.
       if (next == nullptr) break;
       recordset = std::move(next);
     }

@@ -16,6 +16,7 @@ void RecordReader::FileName(std::string_view path) {
     module_.files().openForInput(number, path);
     fileNumber_ = number;
     opened_ = true;
+    // In an empty file MoveNext would set the end, which hosts see only after their own MoveNext.
     if (!module_.files().atEnd(fileNumber_)) MoveNext();
   } catch (const RuntimeError& error) {
     // The error's number is passed as the style. It decides icon and buttons: users know each error

@@ -45,8 +45,8 @@ class RecordReader {
   static std::vector<std::string> CSVSplit(std::string_view Expression);
 
   /// Checks that every line of `myCSVFile`, from its current record on, has nColumns fields. True:
-  /// the reader stands on its first line again. False: the user was told the first line that has
-  /// not, and the reader stands there.
+  /// the reader is at its first line again. False: the user was told the first line that has
+  /// not, and the reader is there.
   bool ValidateData(std::int16_t nColumns, RecordReader& myCSVFile) const;
 
  private:

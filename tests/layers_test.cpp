@@ -102,7 +102,7 @@ void reach(const Graph& graph, const std::string& from, std::set<std::string>& r
   }
 }
 
-/// The files that lead back to themselves, with a blank behind each.
+/// The files that lead back to themselves, with a blank after each.
 std::string inCircles(const Graph& graph) {
   std::string found;
   for (const auto& [file, included] : graph) {

@@ -1,4 +1,4 @@
-// How any database behaves behind the connection. Always run on the embedded database, and on the
+// How any database behaves through the connection. Always run on the embedded database, and on the
 // one that OPNIMP_TEST_ODBC names by a connection string (its user has to be allowed to make a
 // table).
 #include <doctest/doctest.h>

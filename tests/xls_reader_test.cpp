@@ -29,7 +29,7 @@ std::string refusal(Read read) {
   return {};
 }
 
-/// A workbook stream, record by record: what stands in the globals, then what stands in the sheet.
+/// A workbook stream, record by record: what the globals contain, then what the sheet contains.
 struct Stream {
   std::string bytes;
   std::vector<std::size_t> entries;  // where the places of the sheets stand
@@ -228,7 +228,7 @@ std::string patched(std::string file, std::size_t at, std::uint32_t value) {
 }
 
 TEST_CASE("files that are refused") {
-  // The seed's stream stands in sectors 0 to 7, its table of sectors in 8, its directory in 9.
+  // The seed's stream takes sectors 0 to 7, its table of sectors in 8, its directory in 9.
   const std::string file = seed("xlwt.xls");
   const std::size_t table = static_cast<std::size_t>(file[headerTable] + 1) * 512;
   const std::size_t directory = static_cast<std::size_t>(file[headerFirstDirectory] + 1) * 512;

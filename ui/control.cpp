@@ -10,6 +10,7 @@ Control::Control(Form& form, std::string_view typeName, const Control* container
   declare({{Property::Enabled, flagTrue}});
   declare(properties);
   if (colors) declare({{Property::BackColor, colors->back}, {Property::ForeColor, colors->fore}});
+  // The form lists its controls in the order of their declaration until it arranges them.
   form.controls_.push_back(this);
 }
 

@@ -5,6 +5,7 @@
 namespace velk {
 
 EventResult TextBox::userText(std::string_view value) {
+  // Quietly, because the window that reports the text shows it already.
   return raise([&] { setQuietly(Property::Text, std::string(value)); });
 }
 
@@ -12,6 +13,7 @@ void ComboBox::setIndex(int index) {
   if (index < -1 || index >= static_cast<int>(items_.size())) {
     throw RuntimeError(ErrorNumber::InvalidPropertyValue);
   }
+  // No click is raised: only a user's choice is an event.
   set(Property::ListIndex, index);
   set(Property::Text, index < 0 ? "" : items_[static_cast<std::size_t>(index)]);
 }
@@ -30,6 +32,7 @@ void Menu::popup() {
   const Menu* chosen = form().shell().popup(*this);
   // The menu itself is commonly hidden, so that no menu bar shows it: only the item counts.
   if (chosen == nullptr || !chosen->enabled() || !chosen->visible()) return;
+  // Not through dispatch: the handler that opened the menu still runs, so that it would be dropped.
   if (chosen->onClick) chosen->onClick();
 }
 
@@ -50,6 +53,7 @@ void CommonDialog::show(FileDialogKind kind) {
                                            .filterIndex = number(Property::FilterIndex),
                                            .initialFolder = text(Property::InitDir),
                                            .fileName = text(Property::FileName)});
+  // After a cancel the file name stays as it was.
   if (chosen) {
     set(Property::FileName, *chosen);
   } else if (flag(Property::CancelError)) {

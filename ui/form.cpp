@@ -63,6 +63,7 @@ EventResult Form::dispatch(const std::function<void()>& handler) {
   const auto alive = shared_from_this();
   running_ = true;
   try {
+    // When this returns, `alive` may be the last reference: the handler may have closed the form.
     const EventResult result = runGuarded(handler);
     endRun();
     return result;
@@ -106,6 +107,7 @@ void Form::userResize(WindowState state, const Bounds& outer) {
   setQuietly(Property::Top, outer.top);
   setQuietly(Property::Width, outer.width);
   setQuietly(Property::Height, outer.height);
+  // While a handler runs, dispatch drops the event, and endRun() makes up for it.
   resizePending_ = running_;
   dispatch([this] { Form_Resize(); });
 }

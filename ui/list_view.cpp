@@ -56,6 +56,7 @@ std::string_view ListView::cell(std::size_t row, std::size_t column) const {
   if (const auto written = c.written.find(row); written != c.written.end()) {
     return written->second.text;
   }
+  // Rows beyond the end of a shared column are empty.
   if (c.cells == nullptr || row < c.firstRow || row - c.firstRow >= c.cells->size()) return {};
   return (*c.cells)[row - c.firstRow];
 }
@@ -64,6 +65,7 @@ bool ListView::isBold(std::size_t row, std::size_t column) const {
   checkRow(row);
   const auto& written = at(column).written;
   const auto found = written.find(row);
+  // Texts of a shared column are never bold.
   return found != written.end() && found->second.bold;
 }
 
@@ -78,6 +80,7 @@ void ListView::setCell(std::size_t row, std::size_t column, std::string_view tex
 void ListView::setColumn(std::size_t column, std::size_t firstRow,
                          std::shared_ptr<const TextColumn> cells) {
   Column& c = at(column);
+  // Cells written before would hide the new texts.
   c.written.erase(c.written.lower_bound(firstRow), c.written.end());
   c.cells = std::move(cells);
   c.firstRow = firstRow;

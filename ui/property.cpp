@@ -40,6 +40,7 @@ static_assert(std::size(names) == static_cast<std::size_t>(Property::hWnd) + 1);
 }  // namespace
 
 std::optional<Property> propertyNamed(std::string_view name) {
+  // Automation names have no letter case.
   const auto* found = std::ranges::find_if(
       names, [&](std::string_view known) { return equalsIgnoringCase(known, name); });
   if (found == std::end(names)) return std::nullopt;

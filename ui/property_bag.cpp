@@ -34,6 +34,7 @@ const Value& PropertyBag::get(Property property) const {
 }
 
 bool PropertyBag::setQuietly(Property property, const Value& value) {
+  // get() refuses a property that does not exist, before [] would create it.
   Value converted = convertLike(get(property), value);
   Value& held = values_[property];
   if (converted == held) return false;

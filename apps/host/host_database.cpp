@@ -10,6 +10,7 @@ namespace velk {
 namespace {
 
 bool isWine() {
+  // Wine adds this function; Windows itself has none of that name.
   return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
 }
 
@@ -19,6 +20,7 @@ CompanyDatabase chooseHostDatabase(const std::optional<std::string>& option) {
   CompanyDatabase database = companyDatabase(option);
   if (!isMissing(database)) return database;
   if (option) throw RuntimeError(ErrorNumber::FileNotFound, "There is no database " + *option);
+  // The answer does not matter: a database that another program made meanwhile will do as well.
   makeSampleCompany(database.path);
   return database;
 }

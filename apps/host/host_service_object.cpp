@@ -29,6 +29,7 @@ class MenuObject final : public NamedMembers {
     static constexpr std::string_view members[] = {"cmdMainMenu", "Item", "SetFocus"};
     const bool own = equalsIgnoringCase(name, members[static_cast<std::size_t>(level_)]);
     if (!own) return DISPID_UNKNOWN;
+    // Item is the default member, so that cmdMainMenu(0) means cmdMainMenu.Item(0).
     return level_ == Level::Array ? DISPID_VALUE : 1;
   }
   Variant get(DISPID, const std::optional<Value>& index) override {
@@ -36,6 +37,7 @@ class MenuObject final : public NamedMembers {
       window_.focusButton(button_);
       return {};
     }
+    // Callers may ask for cmdMainMenu(0) in one call, which skips the array.
     if (index) return next(Level::Button, toInt32(*index));
     if (level_ == Level::Array) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
     return next(Level::Array);
@@ -59,6 +61,7 @@ class HostServiceObject final
   HRESULT STDMETHODCALLTYPE ScreenReady(IDispatch*, VARIANT_BOOL) noexcept override { return S_OK; }
   HRESULT STDMETHODCALLTYPE ScreenStarting(IDispatch*) noexcept override { return S_OK; }
 
+  // The sample company translates nothing: the key itself is the caption.
   HRESULT STDMETHODCALLTYPE Caption(BSTR, BSTR, BSTR key, VARIANT* caption) noexcept override {
     return give(caption, [&] { return Variant(Value(Bstr::textOf(key))).release(); });
   }
@@ -72,6 +75,7 @@ class HostServiceObject final
   HRESULT STDMETHODCALLTYPE ShowMessage(BSTR prompt, VARIANT style, VARIANT caption, VARIANT,
                                         VARIANT, VARIANT* answer) noexcept override {
     return give(answer, [&] {
+      // An argument that the caller left out arrives as an error code.
       const bool isLeftOut = caption.vt == VT_ERROR;
       const std::string title = isLeftOut ? fromWide(hostTitle) : toText(toValue(caption));
       const std::int32_t pressed =

@@ -15,6 +15,7 @@ ComPtr<IPictureDisp> iconPicture(HICON icon) {
   description.picType = PICTYPE_ICON;
   description.icon.hicon = icon;
   ComPtr<IPictureDisp> picture;
+  // FALSE: the picture does not own the icon, which lives as long as the program.
   check(OleCreatePictureIndirect(&description, IID_IPictureDisp, FALSE,
                                  reinterpret_cast<void**>(picture.GetAddressOf())));
   return picture;
@@ -22,6 +23,7 @@ ComPtr<IPictureDisp> iconPicture(HICON icon) {
 
 void openImport(ImportScreenKind kind, _Connection* connection, IPictureDisp* icon) {
   using EntryPoint = HRESULT (STDMETHODCALLTYPE _Velk_ClsOpnImp::*)(_Connection**, IPictureDisp**);
+  // In the order of ImportScreenKind.
   static constexpr std::array<EntryPoint, 3> entryPoints{&_Velk_ClsOpnImp::ImportCustomerOpening,
                                                          &_Velk_ClsOpnImp::ImportVendorOpening,
                                                          &_Velk_ClsOpnImp::ImportBankBranchOpening};

@@ -22,10 +22,12 @@ namespace velk {
 
 namespace {
 
+// The number with which opnimp ends when it cannot open something.
 constexpr int exitNotStarted = 4;
 
 std::vector<std::string> commandLine() {
   int count = 0;
+  // WinMain gets the command line in the code page only; here every character is kept.
   wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
   std::vector<std::string> result;
   for (int i = 1; i < count; ++i) result.push_back(fromWide(words[i]));
@@ -69,6 +71,7 @@ class Company {
 };
 
 int runHost(const HostArguments& arguments) {
+  // First, because all that follows uses COM until it is gone.
   const OleThread thread;
   const CompanyDatabase database = chooseHostDatabase(arguments.database);
   const bool ownAdo = arguments.ownAdo || needsOwnAdo(database);
@@ -76,9 +79,11 @@ int runHost(const HostArguments& arguments) {
   std::optional<ClassRegistration> commands;
   if (ownAdo) commands.emplace(__uuidof(::Command), [] { return commandObject(); });
 
+  // Before the window: if the database cannot be opened, no window appears.
   const Company company(database, ownAdo);
   MainWindow window({[&](ImportScreenKind kind) { company.open(kind); },
                      [&](std::size_t table) { return company.rows(table); }});
+  // After the window, which it uses, so that it is revoked before the window is gone.
   const ClassRegistration service(__uuidof(VelkHostService),
                                   [&] { return hostServiceObject(window); });
   return window.run();

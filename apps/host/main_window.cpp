@@ -57,6 +57,7 @@ MainWindow::MainWindow(Actions actions) : actions_(std::move(actions)), font_(ma
   CreateWindowExW(WS_EX_CONTROLPARENT, className, hostTitle, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
                   at.left, at.top, at.right - at.left, at.bottom - at.top, nullptr, nullptr,
                   GetModuleHandleW(nullptr), this);
+  // The window procedure has set it while the window was made.
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
   ShowWindow(handle_, SW_SHOWNORMAL);
   focusButton(0);
@@ -136,6 +137,7 @@ void MainWindow::makeControls() {
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
     return control;
   };
+  // The titles come from the menu, so that a button and its menu item always read alike.
   for (WORD id = CUSTOMER_COMMAND; id <= MASTERS_COMMAND; ++id) {
     wchar_t title[32];
     GetMenuStringW(GetMenu(handle_), id, title, static_cast<int>(std::size(title)), MF_BYCOMMAND);
@@ -145,6 +147,7 @@ void MainWindow::makeControls() {
   list_ = make(WC_LISTVIEWW, L"",
                LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL | WS_BORDER | WS_TABSTOP, 0);
   SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
+  // SS_NOPREFIX: an ampersand in an error's text has to be shown, and underlines nothing.
   status_ = make(L"STATIC", L"", SS_LEFT | SS_NOPREFIX, 0);
   const auto add = [this](const wchar_t* name) {
     SendMessageW(choice_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
@@ -163,6 +166,7 @@ void MainWindow::arrange(int width, int height) const {
   };
   for (const HWND button : buttons_) place(button, buttonWidth, lineHeight);
   constexpr int droppedHeight = 300;  // a combo box's height includes its list
+  // At the right edge, but never over the buttons of a narrow window.
   left = std::max(left, width - choiceWidth - margin);
   place(choice_, choiceWidth, droppedHeight);
   constexpr int listTop = 2 * margin + lineHeight;
@@ -178,6 +182,7 @@ void MainWindow::command(WORD id, WORD code) {
     case CUSTOMER_COMMAND:
     case VENDOR_COMMAND:
     case MASTERS_COMMAND:
+      // These commands have the order of ImportScreenKind, without gaps.
       return actions_.openImport(static_cast<ImportScreenKind>(id - CUSTOMER_COMMAND));
     case ERROR_LOG_COMMAND:
       return showTable(companyTables().size());
@@ -202,6 +207,7 @@ LRESULT MainWindow::notify(NMHDR& header) {
   const auto column = static_cast<std::size_t>(item.iSubItem);
   if ((item.mask & LVIF_TEXT) == 0 || row >= rows_.size() || column >= rows_[row].size()) return 0;
   const std::wstring text = toWide(rows_[row][column]);
+  // One place is for the NUL at the end.
   const std::size_t room = static_cast<std::size_t>(item.cchTextMax) - 1;
   item.pszText[text.copy(item.pszText, room)] = L'\0';
   return 0;
@@ -221,6 +227,7 @@ void MainWindow::showTable(std::size_t table) {
 }
 
 void MainWindow::showColumns(std::span<const TableColumn> columns) {
+  // One by one, because a list has no message that removes all its columns.
   while (SendMessageW(list_, LVM_DELETECOLUMN, 0, 0) != FALSE) {
   }
   RECT inside;
@@ -228,6 +235,7 @@ void MainWindow::showColumns(std::span<const TableColumn> columns) {
   const int all = inside.right > 0 ? static_cast<int>(inside.right) : firstListWidth;
   LVCOLUMNW column{};
   column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
+  // Without room for the vertical scroll bar, a horizontal one would appear with it.
   column.cx = (all - GetSystemMetrics(SM_CXVSCROLL)) / static_cast<int>(columns.size());
   for (const TableColumn& shown : columns) {
     std::wstring title = toWide(shown.title);

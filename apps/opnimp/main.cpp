@@ -30,7 +30,9 @@ int main(int argc, char** argv) {
   for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) catchSignal(signalNumber);
   // A message that nobody reads any more must not kill the program between two calls of a record.
   std::signal(SIGPIPE, SIG_IGN);
+  // A caller may start a program without any argument, even without its name.
   const std::vector<std::string> args(argv + std::min(argc, 1), argv + argc);
+  // Progress is drawn on a terminal only, so that a file with the messages stays readable.
   velk::Streams streams{std::cout, std::cerr, isatty(STDERR_FILENO) != 0};
   velk::Surroundings surroundings = velk::realSurroundings();
   surroundings.interrupted = [] { return interruptSeen != 0; };

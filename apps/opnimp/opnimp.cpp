@@ -49,11 +49,13 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
     const bool answered = !arguments.answer.empty();
     const ExitStatus status =
         answered ? ExitStatus::Posted : runCommand(arguments, streams, surroundings);
+    // A full disk shows only when the buffer is written.
     streams.out.flush();
     if (streams.out) return static_cast<int>(status);
     // A full disk or a closed pipe: what was posted is posted, and nobody has read it.
     const bool ran = !answered && arguments.command == Arguments::Command::Import &&
                      !arguments.dryRun && status != ExitStatus::Refused;
+    // Without a JSON document, because standard output takes nothing any more.
     return fail(ExitStatus::BrokeOff,
                 ran ? "the import ran, but its report could not be written; look up in the "
                       "database what was posted before importing again"

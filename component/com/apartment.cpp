@@ -34,6 +34,7 @@ class DesktopHostService final : public PlainHostService {
 
 Apartment::Thread::Thread() : number(GetCurrentThreadId()) {
   FILETIME created{};
+  // Not wanted, but the call demands a place for each time.
   FILETIME others{};
   GetThreadTimes(GetCurrentThread(), &created, &others, &others, &others);
   started = std::uint64_t{created.dwHighDateTime} << 32 | created.dwLowDateTime;
@@ -42,8 +43,10 @@ Apartment::Thread::Thread() : number(GetCurrentThreadId()) {
 // Objects are created in single-threaded apartments only, so a thread is an apartment.
 std::shared_ptr<Apartment> Apartment::current() {
   static std::mutex mutex;
+  // Weak: an apartment ends with the last of its objects and screens.
   static std::map<Thread, std::weak_ptr<Apartment>> apartments;
   const std::scoped_lock lock(mutex);
+  // Apartments do not remove their own entries.
   std::erase_if(apartments, [](const auto& entry) { return entry.second.expired(); });
   std::weak_ptr<Apartment>& entry = apartments[Thread()];
   std::shared_ptr<Apartment> apartment = entry.lock();
@@ -71,6 +74,7 @@ std::unique_ptr<Spreadsheet> Apartment::createSpreadsheet() {
 const ComPtr<ITypeInfo>& Apartment::typeInfo() {
   if (!typeInfo_) {
     ComPtr<ITypeLib> library;
+    // From the DLL's own file, so that it works without a registration, too.
     check(LoadTypeLibEx(serverPath().c_str(), REGKIND_NONE, library.GetAddressOf()));
     check(library->GetTypeInfoOfGuid(__uuidof(_Velk_ClsOpnImp), typeInfo_.GetAddressOf()));
   }

@@ -32,10 +32,12 @@ class ServerFactory final : public ClassFactory {
 
 STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
   if (object == nullptr) return E_POINTER;
+  // COM demands null with every failure.
   *object = nullptr;
   if (classId != __uuidof(Velk_ClsOpnImp)) return CLASS_E_CLASSNOTAVAILABLE;
   const auto create = [&] {
     using namespace velk;
+    // QueryInterface adds the caller's reference; that of makeObject ends with this line.
     check(makeObject<ServerFactory>(clsOpnImpObject)->QueryInterface(iid, object));
   };
   return velk::guarded(create, velk::toHresult);

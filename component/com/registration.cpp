@@ -35,6 +35,7 @@ constexpr wchar_t classesKey[] = L"Software\\Classes";
 constexpr wchar_t automationMarshaller[] = L"{00020424-0000-0000-C000-000000000046}";
 
 Text braced(REFGUID id) {
+  // 38 characters and the NUL.
   wchar_t text[39];
   StringFromGUID2(id, text, static_cast<int>(std::size(text)));
   return text;
@@ -49,10 +50,12 @@ Text interfaceKey() {
 Text libraryKey() {
   return L"TypeLib\\" + braced(LIBID_Velk_OpnImp);
 }
+// "0" is the language: the library belongs to none.
 Text libraryFileKey(const Text& bitness) {
   return libraryKey() + L"\\" + versionText + L"\\0\\" + bitness;
 }
 
+// FLAGS and HELPDIR as Windows itself writes them for a type library.
 std::vector<Entry> entries(const Text& path) {
   const Text classId = braced(__uuidof(::Velk_ClsOpnImp));
   const Text library = braced(LIBID_Velk_OpnImp);
@@ -81,6 +84,7 @@ void checkWin32(LSTATUS status) {
 }
 
 void write(HKEY classes, const Entry& entry) {
+  // The NUL belongs to the data of a REG_SZ.
   const auto bytes = static_cast<DWORD>((entry.value.size() + 1) * sizeof(wchar_t));
   checkWin32(
       RegSetKeyValueW(classes, entry.key.c_str(), entry.name, REG_SZ, entry.value.c_str(), bytes));
@@ -139,11 +143,13 @@ void registerServer() {
     registerIn(HKEY_LOCAL_MACHINE);
   } catch (const RuntimeError& error) {
     if (error.number() != E_ACCESSDENIED) throw;
+    // Without the rights of an administrator it is for this user alone.
     registerIn(HKEY_CURRENT_USER);
   }
 }
 
 void unregisterServer() {
+  // Both, because it may have been registered with other rights than it is removed with.
   unregisterIn(HKEY_CURRENT_USER);
   unregisterIn(HKEY_LOCAL_MACHINE);
 }

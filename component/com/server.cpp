@@ -28,10 +28,12 @@ bool serverInUse() {
 }
 
 void keepLoaded() {
+  // One reference is enough, however many screens open.
   if (kept.exchange(true)) return;
   HMODULE self = nullptr;
   const BOOL held = GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
                                        reinterpret_cast<LPCWSTR>(&locks), &self);
+  // letGo must not give back a reference that was never taken.
   if (held == FALSE) kept = false;
 }
 

@@ -64,6 +64,7 @@ class NativeInput final : public InputFile {
   std::size_t read(char* to, std::size_t count) override {
     std::size_t done = 0;
     while (done < count) {
+      // May give less than asked for, long before the end of the file.
       const ssize_t n = ::read(file_.get(), to + done, count - done);
       if (n < 0 && errno == EINTR) continue;
       if (n < 0) throw fileError(errno);
@@ -96,6 +97,7 @@ class NativeOutput : public OutputFile {
   }
 
   void close() override {
+    // Released first, because a descriptor is gone even if closing it reports an error.
     if (file_ && ::close(file_.release()) != 0) throw fileError(errno);
   }
 
@@ -110,12 +112,14 @@ std::string freeNameBeside(std::string_view path) {
   for (int number = 1;; ++number) {
     std::string name = start + std::to_string(number) + ".tmp";
     std::error_code ignored;
+    // Not following links: a link that leads nowhere occupies its name, too.
     if (!fs::exists(fs::symlink_status(name, ignored))) return name;
   }
 }
 
 class NativeReplacement final : public NativeOutput {
  public:
+  // O_EXCL, because another process may have taken the name since it was found free.
   NativeReplacement(std::string_view path, std::string name)
       : NativeOutput(openDescriptor(name, O_WRONLY | O_CREAT | O_EXCL)),
         path_(path),
@@ -144,6 +148,7 @@ class NativeReplacement final : public NativeOutput {
 /// renaming would be allowed to.
 void checkReplaceable(const std::string& path) {
   struct stat status {};
+  // c_str() would end there and name another file.
   if (path.find('\0') != std::string::npos) throw RuntimeError(ErrorNumber::FileNotFound);
   if (path.empty() || path.back() == '/') throw RuntimeError(ErrorNumber::PathFileAccess);
   if (::stat(path.c_str(), &status) != 0) {
@@ -151,12 +156,14 @@ void checkReplaceable(const std::string& path) {
     throw fileError(errno);
   }
   if (!S_ISREG(status.st_mode)) throw RuntimeError(ErrorNumber::PathFileAccess);
+  // access() would ask for the real user, but open() checks the effective one.
   if (::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0) throw fileError(errno);
 }
 
 }  // namespace
 
 RuntimeError fileError(int errorCode) {
+  // ENXIO is what opening gives for a pipe that nobody reads, because of O_NONBLOCK.
   static constexpr std::pair<int, ErrorNumber> known[] = {
       {ENOENT, ErrorNumber::FileNotFound},     {ENOTDIR, ErrorNumber::PathNotFound},
       {EACCES, ErrorNumber::PermissionDenied}, {EPERM, ErrorNumber::PermissionDenied},
@@ -188,10 +195,12 @@ std::unique_ptr<OutputFile> NativeFileSystem::openReplacement(std::string_view p
 bool NativeFileSystem::openExclusively(std::string_view path) {
   const std::string name(path);
   checkReplaceable(name);
+  // Making it tells at once whether the file is new; asking first would leave a gap.
   constexpr int makeNew = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
   if (Descriptor(::open(name.c_str(), makeNew, newFileMode))) return true;
   const Descriptor file = openDescriptor(path, O_RDWR);
   // A lock of the open file, not of the process: another screen of this process is refused, too.
+  // Length 0 reaches to the end of the file, however far that is. Closing ends the lock.
   struct flock whole {};
   whole.l_type = F_WRLCK;
   if (::fcntl(file.get(), F_OFD_SETLK, &whole) == 0) return false;

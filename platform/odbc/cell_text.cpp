@@ -22,6 +22,7 @@ std::optional<Number> wholly(std::string_view text) {
 
 Value bigIntegerCell(std::string text) {
   const auto number = wholly<std::int64_t>(text);
+  // A number that a double would round stays a text, so that no digit is lost.
   if (!number || !fitsDouble(*number)) return text;
   return static_cast<double>(*number);
 }
@@ -40,6 +41,7 @@ Value decimalCell(std::string text) {
 }
 
 Value bitCell(std::string text) {
+  // The words that automation makes of a bit.
   if (text == "1") return "True";
   if (text == "0") return "False";
   return text;
@@ -58,12 +60,14 @@ Value doubleCell(std::string text) {
 
 // Engines write dates year first; in any other order it is somebody's text.
 Value dateCell(std::string text) {
+  // With the year 0 a text without a year is no date: no calendar day has it.
   const auto reading = readDate(text, 0);
   if (reading && reading->order == DateOrder::YearMonthDay) return reading->date;
   return text;
 }
 
 CellReading cellReadingOf(SQLSMALLINT sqlType) {
+  // SQL_DATE and SQL_TIMESTAMP are the numbers that dates had in ODBC 2.
   static constexpr std::pair<SQLSMALLINT, CellReading> readings[] = {
       {SQL_TINYINT, integerCell},     {SQL_SMALLINT, integerCell},
       {SQL_INTEGER, integerCell},     {SQL_BIGINT, bigIntegerCell},

@@ -50,6 +50,7 @@ ErrorNumber numberOf(const Diagnostic& diagnostic) {
 }
 
 bool readRecord(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT record, Diagnostic& to) {
+  // Five characters and the final NUL.
   std::array<char16_t, 6> state{};
   std::vector<char16_t> message(messageCapacity);
   SQLINTEGER native = 0;
@@ -58,6 +59,7 @@ bool readRecord(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT record, Diagnost
                                     wideText(message.data()), messageCapacity, &length))) {
     return false;
   }
+  // The length is the whole message's, even if only a part of it fitted.
   to = {toUtf8({state.data(), 5}), native,
         toUtf8({message.data(), static_cast<std::size_t>(std::min(length, longestMessage))})};
   return true;
@@ -79,10 +81,12 @@ RuntimeError toRuntimeError(const std::vector<Diagnostic>& diagnostics) {
   if (diagnostics.empty()) {
     return RuntimeError(ErrorNumber::ProviderFailure, "The driver gave no reason for the failure.");
   }
+  // ODBC ranks the records of a failure: the first matters most.
   const Diagnostic& first = diagnostics.front();
   return RuntimeError(numberOf(first), std::string(withoutLayerNames(first.message)));
 }
 
+// Class 08 is about the connection itself.
 bool tellsConnectionLost(const std::vector<Diagnostic>& diagnostics) {
   return std::ranges::any_of(diagnostics, [](auto& d) { return d.state.starts_with("08"); });
 }

@@ -6,12 +6,14 @@
 
 #include "base/text.h"
 
+// Under Wine the driver is a library of the system below, which knows that system's paths only.
 std::string velk::driverPath(std::string_view path) {
   using UnixFileName = char*(__cdecl*)(const wchar_t*);
   // Windows itself has no such function.
   const FARPROC found =
       GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name");
   if (found == nullptr) return std::string(path);
+  // By way of void*, because compilers warn of a direct cast between function types.
   const auto convert = reinterpret_cast<UnixFileName>(reinterpret_cast<void*>(found));
   char* const converted = convert(reinterpret_cast<const wchar_t*>(toUtf16(path).c_str()));
   if (converted == nullptr) return std::string(path);

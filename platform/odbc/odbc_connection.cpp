@@ -74,6 +74,7 @@ class OdbcCommand final : public Command {
 
 std::shared_ptr<Recordset> OdbcCommand::Execute(std::int32_t) {
   for (const CommandParameter& parameter : parameters_) {
+    // There is nothing here that could take an output parameter's value.
     if (parameter.direction != inputParameter) throw RuntimeError(ErrorNumber::WrongArgumentType);
   }
   return connection_->run(type_, text_, parameters_);
@@ -112,7 +113,8 @@ std::shared_ptr<Recordset> DriverConnection::Execute(std::string_view text) {
     if (const KnownStatement* known = findStatement(session_.dialect(), shape->text)) {
       return kept(known->sql).execute(asParameters(shape->literals));
     }
-    // Only the embedded database's own scripts and tests come here.
+    // The driver garbles these characters in a statement, but not in a parameter. Scripts come
+    // here, and so does a pasted code whose quotation marks gave the statement another shape.
     if (session_.dialect().hasAsciiStatements && !isAscii(text)) {
       return PreparedStatement(session_, shape->text).execute(asParameters(shape->literals));
     }
@@ -121,6 +123,7 @@ std::shared_ptr<Recordset> DriverConnection::Execute(std::string_view text) {
 }
 
 std::unique_ptr<Command> DriverConnection::newCommand() {
+  // A command keeps its connection open, even if the caller lets go of it first.
   return std::make_unique<OdbcCommand>(shared_from_this());
 }
 
@@ -150,6 +153,7 @@ void DriverConnection::requireWhole(std::string_view text) const {
 }
 
 void DriverConnection::setInTransaction(bool in) {
+  // ODBC has no call that begins a transaction: it begins when nothing is committed by itself.
   const SQLUINTEGER mode = in ? SQL_AUTOCOMMIT_OFF : SQL_AUTOCOMMIT_ON;
   session_.check(SQLSetConnectAttrW(session_.handle(), SQL_ATTR_AUTOCOMMIT, integerArgument(mode),
                                     SQL_IS_UINTEGER));
@@ -163,6 +167,7 @@ void DriverConnection::beginTransaction() {
 
 void DriverConnection::rollback() {
   if (!inTransaction_) return;
+  // Before the mode is set back, which would commit what is open.
   session_.check(SQLEndTran(SQL_HANDLE_DBC, session_.handle(), SQL_ROLLBACK));
   setInTransaction(false);
 }
@@ -199,6 +204,7 @@ std::string embeddedConnectionString(std::string_view file) {
   // The engine takes a path that begins with "file:" as an address, and drivers trim blanks.
   const bool plain = path.find_first_not_of(plainSigns) == std::string::npos &&
                      !path.starts_with("file:") && path.front() != ' ' && path.back() != ' ';
+  // NoCreat, because a mistyped path must not make a new, empty database.
   return std::string("Driver=SQLite3;NoCreat=1;Database=")
       .append(plain ? path : fileAddress(path))
       .append(";");

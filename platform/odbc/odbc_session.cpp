@@ -10,16 +10,19 @@ namespace {
 
 EnvironmentHandle makeEnvironment() {
   auto environment = allocateHandle<SQL_HANDLE_ENV>(nullptr);
+  // Without a version the driver manager allocates no connection.
   SQLSetEnvAttr(environment.get(), SQL_ATTR_ODBC_VERSION, integerArgument(SQL_OV_ODBC3), 0);
   return environment;
 }
 
 SQLPOINTER secondsArgument(int seconds) {
+  // 0 means no limit to ODBC.
   return integerArgument(static_cast<std::uintptr_t>(seconds < 0 ? 0 : seconds));
 }
 
 /// True when the connection string has a value for the setting's name already.
 bool mentions(std::string_view connectionString, std::string_view setting) {
+  // With the separator, so that a setting is not found at the end of a longer name.
   const std::string name = ";" + lowerAscii(setting.substr(0, setting.find('=') + 1));
   return (";" + lowerAscii(connectionString)).find(name) != std::string::npos;
 }
@@ -52,6 +55,7 @@ void OdbcSession::connect(const std::string& connectionString) {
   if (wide.size() > std::numeric_limits<SQLSMALLINT>::max()) {
     throw RuntimeError(ErrorNumber::InvalidProcedureCall, "The connection string is too long");
   }
+  // Without a prompt: the driver's dialog would wait for somebody who may not be there.
   check(SQLDriverConnectW(handle(), nullptr, wideText(wide.data()),
                           static_cast<SQLSMALLINT>(wide.size()), nullptr, 0, nullptr,
                           SQL_DRIVER_NOPROMPT));
@@ -79,6 +83,7 @@ RuntimeError OdbcSession::failure(SQLSMALLINT handleType, SQLHANDLE handle) {
   for (Diagnostic& diagnostic : diagnostics_) {
     diagnostic = normalized(*dialect_, std::move(diagnostic));
   }
+  // A later failure on a lost connection may name another cause.
   lost_ = lost_ || tellsConnectionLost(diagnostics_);
   return toRuntimeError(diagnostics_);
 }

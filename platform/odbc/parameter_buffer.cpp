@@ -78,6 +78,7 @@ struct ParameterBuffer::Binding {
 
 const ParameterBuffer::Binding& ParameterBuffer::bindingOf(std::int32_t type) {
   static constexpr Binding bindings[] = {
+      // Decimal digits: of the largest integer, and as many as a double keeps.
       {DataType::Integer, SQL_C_SLONG, SQL_INTEGER, 10, 0},
       {DataType::Double, SQL_C_DOUBLE, SQL_DOUBLE, 15, 0},
       // The size and digits of SQL Server's datetime.
@@ -126,12 +127,14 @@ void ParameterBuffer::set(const Value& value) {
 
 template <class Fixed>
 void ParameterBuffer::put(const Fixed& value) {
+  // Copied, because the memory is of UTF-16 units and may not be used as another type.
   std::memcpy(memory_.data(), &value, sizeof value);
   indicator_ = sizeof value;
 }
 
 void ParameterBuffer::putText(std::string_view text) {
   const std::u16string wide = toUtf16(text);
+  // Never cut: a shortened code may be another customer's.
   if (wide.size() > memory_.size()) refuse();
   std::ranges::copy(wide, memory_.begin());
   indicator_ = static_cast<SQLLEN>(wide.size() * sizeof(char16_t));

@@ -26,6 +26,7 @@ class ResultReader {
   ResultReader(OdbcSession& session, SQLHANDLE statement)
       : session_(session), statement_(statement) {}
   ~ResultReader() {
+    // A statement that stays prepared cannot be executed again while its cursor is open.
     if (hasCursor_) SQLFreeStmt(statement_, SQL_CLOSE);
   }
   ResultReader(const ResultReader&) = delete;
@@ -47,6 +48,7 @@ class ResultReader {
   std::shared_ptr<MemoryRecordset> readOne() {
     SQLSMALLINT columns = 0;
     check(SQLNumResultCols(statement_, &columns));
+    // A statement without columns still answers an object, a closed one.
     if (columns <= 0) return std::make_shared<MemoryRecordset>();
     hasCursor_ = true;
     return std::make_shared<MemoryRecordset>(static_cast<std::size_t>(columns), readCells(columns));
@@ -67,6 +69,7 @@ class ResultReader {
   }
 
   SQLSMALLINT typeOf(SQLUSMALLINT column) {
+    // If the driver leaves it unset, the column is read as text.
     SQLSMALLINT type = SQL_VARCHAR;
     SQLSMALLINT unused = 0;
     SQLULEN size = 0;
@@ -76,6 +79,7 @@ class ResultReader {
 
   // Each cell only once, columns in ascending order: more than that few drivers can do.
   Value readCell(SQLUSMALLINT column, CellReading reading) {
+    // Where a cell may be of any kind, only its text shows which.
     if (!session_.dialect().hasDynamicTypes) {
       if (reading == dateCell) {
         const auto stamp = readFixed<SQL_TIMESTAMP_STRUCT>(column, SQL_C_TYPE_TIMESTAMP);
@@ -108,9 +112,11 @@ class ResultReader {
       SQLLEN bytes = 0;
       const SQLRETURN result =
           SQLGetData(statement_, column, SQL_C_WCHAR, chunk.data(), sizeof chunk, &bytes);
+      // The piece before was the last one, and the driver could not tell the length.
       if (result == SQL_NO_DATA) break;
       check(result);
       if (bytes == SQL_NULL_DATA) return std::nullopt;
+      // `bytes` is what was left before this piece, not what the piece has.
       more = bytes == SQL_NO_TOTAL || bytes >= static_cast<SQLLEN>(sizeof chunk);
       text.append(chunk.data(),
                   more ? chunk.size() - 1 : static_cast<std::size_t>(bytes) / sizeof(char16_t));

@@ -34,11 +34,14 @@ constexpr auto statements = std::to_array<KnownStatement>({
      "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),?) from Salesman S order by Salesman_name"},
 });
 
+// Foreign keys are checked only on connections that ask for it.
 // The second reads the file: one that is no database is found out here.
 constexpr auto openingStatements =
     std::to_array<std::string_view>({"PRAGMA foreign_keys = ON", "PRAGMA schema_version"});
 
 // By the engine's result code.
+// Rows with a message come before the general row of their code, because the first that fits
+// counts.
 constexpr auto errors = std::to_array<NativeError>({
     {1, "42S02", "no such table"},
     {1, "42000"},
@@ -57,6 +60,7 @@ constexpr auto errors = std::to_array<NativeError>({
 // The driver waits 100 seconds for a lock unless the connection string has another limit. It tries
 // twice and waits up to the limit each time, so it gets half of what a statement may take.
 std::string lockTimeout(const OdbcOptions& options) {
+  // A command without a limit waits for a lock without one, too.
   constexpr std::int64_t forEver = std::numeric_limits<int>::max();
   const std::int64_t wait = std::int64_t{options.commandTimeoutSeconds} * 1000 / 2;
   return "Timeout=" + std::to_string(wait <= 0 ? forEver : std::min(wait, forEver));

@@ -23,6 +23,7 @@ std::optional<StatementShape> shapeOf(std::string_view statement) {
   for (;;) {
     const std::size_t quote = statement.find('\'');
     const std::string_view around = statement.substr(0, quote);
+    // A mark of the text's own could not be told from those that replace literals.
     if (around.find('?') != std::string_view::npos) return std::nullopt;
     shape.text += around;
     if (quote == std::string_view::npos) return shape;

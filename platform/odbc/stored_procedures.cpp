@@ -53,8 +53,10 @@ void StoredProcedures::load() {
   PreparedStatement query(
       session_, "SELECT name, statement, arguments FROM StoredProcedure ORDER BY name, step");
   const auto rows = query.execute({});
+  // A load that failed may have left some.
   procedures_.clear();
   for (; !rows->isEOF(); rows->MoveNext()) addStep(*rows);
+  // Last, so that after a failure the next call loads again.
   loaded_ = true;
 }
 
@@ -73,6 +75,7 @@ StoredProcedures::Procedure& StoredProcedures::find(std::string_view name) {
   try {
     if (!loaded_) load();
   } catch (const RuntimeError& error) {
+    // Without the table there are no procedures, and the call is refused below by name.
     if (!error.is(ErrorNumber::NoSuchTable)) throw;
   }
   const auto found = procedures_.find(lowerAscii(name));
@@ -105,6 +108,7 @@ std::shared_ptr<MemoryRecordset> StoredProcedures::call(
 // A failure to undo is not reported, so that the error that led to it is.
 void StoredProcedures::undo() {
   try {
+    // This alone would leave the savepoint open.
     session_.executeNative("ROLLBACK TO procedure_call");
     session_.executeNative("RELEASE procedure_call");
   } catch (const RuntimeError&) {

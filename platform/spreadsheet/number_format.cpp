@@ -150,6 +150,7 @@ class NumberFormat::Compiler {
   void readBracket(std::string_view inside) {
     if (inside.empty()) return;
     const char first = lowerAscii(inside[0]);
+    // "[$EUR-407]": the language after the dash does not show.
     if (first == '$') return addLiterals(inside.substr(1, inside.find('-') - 1));
     if (contains("<>=", first)) {
       sections_.back().general = true;
@@ -187,6 +188,7 @@ class NumberFormat::NumberText {
   static int countDigits(Place from, Place to) {
     return static_cast<int>(std::count_if(from, to, isDigit));
   }
+  // A comma groups only if digits are on both sides; after the last digit it scales.
   bool isGrouped() const {
     const auto comma =
         std::find_if(begin_, point_, [](const Token& t) { return t.part == Part::Comma; });
@@ -226,6 +228,7 @@ class NumberFormat::NumberText {
   void putDigit(char place) {
     const bool real = !digits_.empty();
     if (!real && place == '#') return;
+    // A blank instead of the comma where no digit follows it, as for a "?" itself.
     if (grouped_ && put_ > 0 && put_ % 3 == 0) out_ += real || place == '0' ? ',' : ' ';
     ++put_;
     out_ += real ? digits_.back() : place == '0' ? '0' : ' ';
@@ -273,6 +276,7 @@ class NumberFormat::DateText {
     // Spreadsheets count a 29 February 1900, which never was: their numbers of
     // earlier days are one too low.
     constexpr int firstAfterLeapError = 60;
+    // From the rounded seconds, so that 23:59:59.9 becomes the next day and not 24:00.
     const double days = std::floor(static_cast<double>(seconds_) / secondsPerDay);
     date_.days = days + (from1904 ? daysTo1904 : days < firstAfterLeapError ? 1 : 0);
     civil_ = civilFromDate(date_);
@@ -354,6 +358,7 @@ class NumberFormat::DateText {
       case 'd':
         return civil_.day;
       case 'h':
+        // Midnight and noon are 12, not 0.
         return twelveHours_ ? (hour() + 11) % 12 + 1 : hour();
       case 's':
         return ofDay() % 60;
@@ -387,9 +392,11 @@ NumberFormat::NumberFormat(std::string_view code) {
 
 std::string NumberFormat::text(double value, bool from1904) const {
   if (!std::isfinite(value)) return "#NUM!";
+  // A second section shows negative numbers without a minus: its code contains the sign.
   const bool ownNegative = value < 0 && sections_.size() > 1;
   const bool ownZero = value == 0 && sections_.size() > 2;
   const Section& section = sections_[ownNegative ? 1 : ownZero ? 2 : 0];
+  // What is no date shows as its number.
   const bool badDate = section.date && (value < 0 || value >= DateText::limit);
   if (section.general || badDate) return generalText(value);
   if (section.date) return DateText(section.tokens, value, from1904).text();

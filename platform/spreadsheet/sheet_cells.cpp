@@ -11,6 +11,7 @@ namespace velk {
 
 namespace {
 
+// The limit of the .xls format, in UTF-16 units.
 constexpr std::size_t maxCellText = 32767;
 constexpr int lettersOfNames = 26;
 
@@ -44,6 +45,7 @@ class SourceReader {
     }
     expect('$');
     const char* const end = text_.data() + text_.size();
+    // Rows beyond the sheet are refused by checkedRange, which each caller uses.
     const auto [behind, failure] = std::from_chars(text_.data(), end, row);
     if (failure != std::errc()) fail();
     text_ = std::string_view(behind, static_cast<std::size_t>(end - behind));
@@ -54,6 +56,7 @@ class SourceReader {
 
 std::string cellName(int row, int column) {
   std::string name;
+  // Two letters reach column 702, more than a sheet has.
   if (column > lettersOfNames) name += static_cast<char>('A' + (column - 1) / lettersOfNames - 1);
   name += static_cast<char>('A' + (column - 1) % lettersOfNames);
   return name + std::to_string(row);
@@ -106,6 +109,7 @@ std::string_view cellErrorText(std::uint32_t code) {
   constexpr std::pair<std::uint32_t, std::string_view> errors[] = {
       {0x00, "#NULL!"}, {0x07, "#DIV/0!"}, {0x0F, "#VALUE!"},
       {0x17, "#REF!"},  {0x1D, "#NAME?"},  {0x24, "#NUM!"}};
+  // The code of #N/A, 0x2A, is not listed: unknown codes show as this, too.
   for (const auto& [number, text] : errors) {
     if (number == code) return text;
   }

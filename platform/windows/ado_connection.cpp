@@ -32,6 +32,7 @@ class AdoRecordset final : public Recordset {
 
   std::shared_ptr<Recordset> NextRecordset() override {
     Variant affected;
+    // Stays null after the last result.
     ComPtr<_Recordset> next;
     call(rows_, &_Recordset::NextRecordset, affected.receive(), next.GetAddressOf());
     return adoRecordset(std::move(next));
@@ -76,6 +77,7 @@ ComPtr<_Command> createCommand() {
 class AdoCommand final : public Command {
  public:
   explicit AdoCommand(const ComPtr<_Connection>& connection) : command_(createCommand()) {
+    // By reference: the command uses the host's open connection and opens none of its own.
     call(command_, &_Command::putref_ActiveConnection, connection.Get());
   }
 
@@ -95,6 +97,7 @@ class AdoCommand final : public Command {
     ComPtr<Parameters> list;
     call(command_, &_Command::get_Parameters, list.GetAddressOf());
     call(list, &Parameters::Append, parameter.Get());
+    // Kept, so that a value can be set without asking the collection for each record.
     parameters_.push_back(std::move(parameter));
   }
 

@@ -18,6 +18,7 @@ std::int32_t numberOf(HRESULT result) {
 
 std::string systemDescription(HRESULT result) {
   wchar_t text[512];
+  // IGNORE_INSERTS, because there are no values for the placeholders of a text.
   constexpr DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
   DWORD length = FormatMessageW(flags, nullptr, static_cast<DWORD>(result), 0, text,
                                 static_cast<DWORD>(std::size(text)), nullptr);
@@ -51,7 +52,9 @@ RuntimeError lastComError(HRESULT result) {
 
 HRESULT toHresult(const RuntimeError& error) {
   const std::int32_t number = error.number();
+  // A negative number is an HRESULT already.
   if (number < 0) return number;
+  // An HRESULT has 16 bits for a number, and 0 must not become a success.
   if (number == 0 || number > 0xFFFF) return E_FAIL;
   return MAKE_HRESULT(SEVERITY_ERROR, facilityControl, number);
 }
@@ -72,6 +75,7 @@ RuntimeError currentError() {
 
 HRESULT reportError(const RuntimeError& error, REFIID iid, const wchar_t* source) {
   ComPtr<ICreateErrorInfo> info;
+  // Without memory for a description the caller still gets the number.
   if (SUCCEEDED(CreateErrorInfo(info.GetAddressOf()))) {
     info->SetGUID(iid);
     info->SetSource(const_cast<wchar_t*>(source));
@@ -84,6 +88,7 @@ HRESULT reportError(const RuntimeError& error, REFIID iid, const wchar_t* source
 HRESULT fillIn(EXCEPINFO* exception, const RuntimeError& error) {
   if (exception != nullptr) {
     *exception = {};
+    // An EXCEPINFO has either scode or wCode; wCode has no room for an HRESULT.
     exception->scode = toHresult(error);
     exception->bstrDescription = SysAllocString(toWide(error.description()).c_str());
   }

@@ -59,7 +59,9 @@ class ComHostService final : public HostService {
 
   Value messageBox(std::string_view prompt, std::int32_t style,
                    std::optional<std::string_view> caption) override {
+    // Left out is not the same as empty: then the host chooses the title.
     const Variant title = caption ? Variant(Value(std::string(*caption))) : Variant::missing();
+    // For help file and context, which no message here has.
     const Variant missing = Variant::missing();
     Variant answer;
     call(service_, &IVelkHostService::ShowMessage, Bstr(prompt).get(), Variant(Value(style)).get(),
@@ -89,6 +91,7 @@ class ComHostService final : public HostService {
 }  // namespace
 
 std::shared_ptr<HostService> createComHostService() {
+  // Null only if the class is not registered; a service that does not start is an error.
   auto service = createIfRegistered<IVelkHostService>(__uuidof(VelkHostService));
   if (!service) return nullptr;
   return std::make_shared<ComHostService>(std::move(service));

@@ -10,8 +10,8 @@
 
 namespace velk {
 
-/// An object with these interfaces, the first one standing for IUnknown. A dual interface answers
-/// for IDispatch, too. It begins with one reference and deletes itself with the last.
+/// An object with these interfaces; the first one is its IUnknown. A dual interface answers for
+/// IDispatch, too. It begins with one reference and deletes itself with the last.
 template <class First, class... Others>
 class ComObject : public First, public Others... {
  public:

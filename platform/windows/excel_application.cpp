@@ -34,6 +34,7 @@ ExcelWorkbook::~ExcelWorkbook() {
 void ExcelWorkbook::close() {
   if (!open_) throw RuntimeError(ErrorNumber::ObjectNotSet);
   constexpr bool save = false;
+  // First: the destructor must not try a close again that has failed.
   open_ = false;
   workbook_.call("Close", save);
   workbook_ = {};

@@ -32,6 +32,7 @@ class RangeValues {
       throw RuntimeError(ErrorNumber::TypeMismatch);
     }
     elements_ = static_cast<const VARIANT*>(variant_.parray->pvData);
+    // rgsabound lists the dimensions in reverse order.
     rows_ = variant_.parray->rgsabound[1].cElements;
     columns_ = variant_.parray->rgsabound[0].cElements;
   }
@@ -42,6 +43,7 @@ class RangeValues {
     const auto r = static_cast<ULONG>(row);
     const auto c = static_cast<ULONG>(column);
     if (r >= rows_ || c >= columns_) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+    // The first dimension changes fastest, so the cells of a column follow each other.
     return elements_[c * rows_ + r];
   }
 
@@ -64,6 +66,7 @@ ExcelSheetReader::ExcelSheetReader(ExcelWorkbook workbook)
   const ExcelObject used = sheet_.object("UsedRange");
   const int rows = integer(used.object("Rows").get("Count"));
   const int columns = integer(used.object("Columns").get("Count"));
+  // The used range need not begin in the first row or column.
   used_.lastRow = integer(used.get("Row")) + rows - 1;
   // The component knows 65,536 rows; to import only those would lose records without a word.
   if (used_.lastRow > maxSheetRows) {
@@ -99,6 +102,7 @@ int ExcelSheetReader::lastRowIn(int firstRow) const {
     const auto found = std::find_if(cells.texts.rbegin(), cells.texts.rend(),
                                     [](const std::string& text) { return !text.empty(); });
     if (found == cells.texts.rend()) continue;
+    // `rend - found` counts the elements up to this text, so its own position is one less.
     last = std::max(last, static_cast<int>((cells.texts.rend() - found - 1) / width) + firstRow);
   }
   return last;
@@ -116,10 +120,12 @@ ExcelSheetReader::Block& ExcelSheetReader::block(int row, int column) const {
 
 void ExcelSheetReader::load(Block& block) const {
   const CellRange& range = block.range;
+  // Value2, because Value turns dates and currency into types of their own.
   const Variant answer = sheet_.object("Range", rangeName(range)).get("Value2");
   const RangeValues values(answer);
   block.texts.resize(static_cast<std::size_t>(range.lastRow - range.firstRow + 1) *
                      static_cast<std::size_t>(range.lastColumn - range.firstColumn + 1));
+  // Column by column: neighbours in a column often share one number format.
   for (int column = range.firstColumn; column <= range.lastColumn; ++column) {
     std::vector<Number> numbers;
     for (int row = range.firstRow; row <= range.lastRow; ++row) {
@@ -132,6 +138,7 @@ void ExcelSheetReader::load(Block& block) const {
 
 void ExcelSheetReader::loadCell(Block& block, int row, int column, const VARIANT& value,
                                 std::vector<Number>& numbers) {
+  // Automation adds 2000 to the codes of the .xls format: 2007 is #DIV/0!.
   constexpr DWORD firstErrorCode = 2000;
   std::string& text = block.at(row, column);
   switch (value.vt) {

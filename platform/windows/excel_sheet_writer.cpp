@@ -23,6 +23,7 @@ bool travelsAlone(const std::string& text) {
 
 /// Texts below each other, as the value of a range of one column.
 Variant columnValue(std::span<const std::string> texts) {
+  // Two dimensions, because a range takes a table, even one of a single column.
   SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(texts.size()), 1}, {1, 1}};
   Variant value;
   SAFEARRAY* const array = SafeArrayCreate(VT_VARIANT, 2, bounds);
@@ -31,6 +32,7 @@ Variant columnValue(std::span<const std::string> texts) {
   held->vt = VT_ARRAY | VT_VARIANT;
   held->parray = array;
   auto* element = static_cast<VARIANT*>(array->pvData);
+  // An element that is left out stays VT_EMPTY, as SafeArrayCreate makes it.
   for (const std::string& text : texts) {
     if (!text.empty() && !travelsAlone(text)) *element = Variant(Value(text)).release();
     ++element;
@@ -58,6 +60,7 @@ void ExcelSheetWriter::setText(int row, int column, std::string_view text) {
   const auto place = static_cast<std::size_t>(row) - 1;
   if (to.texts.size() <= place) to.texts.resize(place + 1);
   to.texts[place] = text;
+  // Rows that the application has already are not sent again.
   to.firstNew = to.firstNew == 0 ? row : std::min(to.firstNew, row);
   to.lastNew = std::max(to.lastNew, row);
 }
@@ -77,6 +80,7 @@ void ExcelSheetWriter::write(int number, const Column& column, int firstRow, int
   const auto texts =
       std::span(column.texts).subspan(first, static_cast<std::size_t>(lastRow) - first);
   const ExcelObject cells = rangeObject({firstRow, number, lastRow, number});
+  // Before the values: else "007" would become a number and "1-2" a date.
   cells.put("NumberFormat", "@");
   cells.put("Value2", columnValue(texts));
   for (int row = firstRow; const std::string& text : texts) {
@@ -98,17 +102,21 @@ void ExcelSheetWriter::setBold(const CellRange& range) {
 }
 
 void ExcelSheetWriter::addListValidation(const CellRange& range, std::string_view source) {
+  // xlValidateList, xlValidAlertStop and xlBetween.
   constexpr int list = 3;
   constexpr int stop = 1;
   constexpr int between = 1;
+  // For its errors only.
   checkedRange(listSource(source));
   const ExcelObject validation = rangeObject(range).object("Validation");
+  // Add fails for a range that has a validation already.
   validation.call("Delete");
   validation.call("Add", list, stop, between, sourceAsSpelled(source));
 }
 
 // Users may have chosen that ranges are spelled "R2C250".
 std::string ExcelSheetWriter::sourceAsSpelled(std::string_view source) const {
+  // xlA1, the other style being xlR1C1.
   constexpr int letters = 1;
   const ExcelObject& application = application_.object();
   Variant style = application.get("ReferenceStyle");
@@ -127,12 +135,14 @@ void ExcelSheetWriter::hideColumn(int number) {
 }
 
 void ExcelSheetWriter::autoFit(int firstColumn, int lastColumn) {
+  // First, because the application measures what its own cells contain.
   writeTexts();
   columns(firstColumn, lastColumn).call("AutoFit");
 }
 
 int ExcelSheetWriter::fileFormat() const {
   constexpr double firstWithNewFormats = 12;
+  // xlExcel8, and xlWorkbookNormal for the versions before it.
   constexpr int xlsOfLater = 56;
   constexpr int xlsOfEarlier = -4143;
   const std::string version = toText(toValue(application_.object().get("Version").get()));
@@ -141,10 +151,13 @@ int ExcelSheetWriter::fileFormat() const {
 
 void ExcelSheetWriter::saveAs(std::string_view path) {
   writeTexts();
+  // Known from version 12 on.
   workbook_.object().putIfKnown("CheckCompatibility", false);
   const int format = fileFormat();
+  // Under another name first: a save that fails leaves the old file as it was.
   FileReplacement& replacement = application_.replace(path);
   application_.object().object("ActiveWorkbook").call("SaveAs", replacement.path(), format);
+  // The application keeps its file open until then, and an open file cannot be moved.
   workbook_.close();
   replacement.moveInPlace();
 }

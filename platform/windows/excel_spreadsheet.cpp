@@ -12,7 +12,9 @@ namespace {
 class ExcelSpreadsheet final : public Spreadsheet {
  public:
   explicit ExcelSpreadsheet(ComPtr<IDispatch> application) : application_(std::move(application)) {
+    // msoAutomationSecurityForceDisable; the property came with version 10.
     constexpr int macrosDisabled = 3;
+    // No one sees the application: a question of its own would wait for ever.
     application_.object().put("DisplayAlerts", false);
     application_.object().put("EnableEvents", false);
     application_.object().putIfKnown("AutomationSecurity", macrosDisabled);
@@ -39,6 +41,7 @@ class ExcelSpreadsheet final : public Spreadsheet {
     // Where a password is needed, a wrong one is an error; without one the application would ask
     // for it in a window that is not shown.
     constexpr std::string_view noPassword = "?";
+    // In the order of Workbooks.Open; what is left out has its default.
     const auto missing = [] { return Variant::missing(); };
     return workbooks().object("Open", path, updateNoLinks, readOnly, missing(), noPassword,
                               missing(), ignoreRecommendation, missing(), missing(), missing(),
@@ -52,6 +55,7 @@ class ExcelSpreadsheet final : public Spreadsheet {
 
 std::unique_ptr<Spreadsheet> createExcelSpreadsheet() {
   CLSID id{};
+  // Null is no failure: the caller then reads and writes .xls files without the application.
   if (FAILED(CLSIDFromProgID(L"Excel.Application", &id))) return nullptr;
   auto application = createIfRegistered<IDispatch>(id);
   if (!application) return nullptr;

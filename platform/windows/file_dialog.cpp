@@ -46,6 +46,7 @@ std::optional<std::string> showFileDialog(const FileDialog& dialog) {
   const std::wstring folder = toWide(dialog.initialFolder);
   const std::wstring extension = defaultExtension(dialog.filter);
   std::wstring path = toWide(dialog.fileName);
+  // The dialog writes its answer into the same buffer.
   path.resize(longestPath);
   const ModalOwner owner;
   OPENFILENAMEW settings{};
@@ -58,6 +59,7 @@ std::optional<std::string> showFileDialog(const FileDialog& dialog) {
   settings.lpstrInitialDir = folder.empty() ? nullptr : folder.c_str();
   settings.lpstrTitle = title.empty() ? nullptr : title.c_str();
   settings.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
+  // NOCHANGEDIR, because the current folder belongs to the host's process.
   settings.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST |
                    (dialog.kind == FileDialogKind::Open ? OFN_FILEMUSTEXIST : OFN_OVERWRITEPROMPT);
   bool chosen = ask(dialog.kind, settings);
@@ -66,6 +68,7 @@ std::optional<std::string> showFileDialog(const FileDialog& dialog) {
     chosen = ask(dialog.kind, settings);
   }
   if (chosen) return fromWide(path.c_str());
+  // No answer and no error: the user has cancelled.
   if (CommDlgExtendedError() == 0) return std::nullopt;
   throw RuntimeError(ErrorNumber::InvalidProcedureCall, "The file dialog could not be shown");
 }

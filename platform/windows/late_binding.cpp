@@ -30,6 +30,7 @@ struct Exception : EXCEPINFO {
   Exception& operator=(const Exception&) = delete;
 
   RuntimeError error() {
+    // Some objects fill in the description only if the caller wants it.
     if (pfnDeferredFillIn != nullptr) pfnDeferredFillIn(this);
     std::string description = Bstr::textOf(bstrDescription);
     // An object gives either a number of its own or an HRESULT.
@@ -44,6 +45,7 @@ Variant callMember(IDispatch* object, std::string_view name, WORD kind,
                    const std::vector<Variant>& arguments) {
   if (object == nullptr) throw RuntimeError(ErrorNumber::ObjectNotSet);
   // They travel last one first.
+  // Plain copies: the arguments still own what they contain.
   std::vector<VARIANT> passed;
   std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(passed),
                  [](const Variant& argument) { return argument.get(); });

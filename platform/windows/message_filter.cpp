@@ -22,6 +22,7 @@ class Filter final : public ComObject<IMessageFilter> {
     return cancel;
   }
   DWORD STDMETHODCALLTYPE MessagePending(HTASK, DWORD, DWORD) noexcept override {
+    // Again what COM does without a filter.
     return PENDINGMSG_WAITDEFPROCESS;
   }
 
@@ -34,11 +35,13 @@ class Filter final : public ComObject<IMessageFilter> {
 QuietMessageFilter::QuietMessageFilter() {
   const auto filter = makeObject<Filter>();
   registered_ = CoRegisterMessageFilter(filter.Get(), previous_.GetAddressOf()) == S_OK;
+  // Only now: the registration is what tells the filter before this one.
   filter->forwardTo(previous_);
 }
 
 QuietMessageFilter::~QuietMessageFilter() {
   ComPtr<IMessageFilter> own;
+  // Without a registration of ours this call would remove the filter of the host.
   if (registered_) CoRegisterMessageFilter(previous_.Get(), own.GetAddressOf());
 }
 

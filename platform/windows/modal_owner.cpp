@@ -19,7 +19,9 @@ BOOL CALLBACK addInput(HWND window, LPARAM to) noexcept {
 
 ModalOwner::ModalOwner() : window_(GetActiveWindow()) {
   EnumThreadWindows(GetCurrentThreadId(), addInput, reinterpret_cast<LPARAM>(&disabled_));
+  // Windows lists them from top to bottom, so the first one is the topmost.
   if (window_ == nullptr && !disabled_.empty()) window_ = disabled_.front();
+  // The dialog itself disables its owner and enables it at its end.
   std::erase(disabled_, window_);
   for (const HWND other : disabled_) EnableWindow(other, FALSE);
 }

@@ -8,7 +8,7 @@
 namespace velk {
 
 /// The thread's active window, or its topmost one that takes input when the user is in another
-/// program: without an owner a dialog may come up behind it. While this lives the thread's other
+/// program: without an owner that program may cover a dialog. While this lives the thread's other
 /// windows take no input, as the dialog itself keeps only its owner from it.
 class ModalOwner {
  public:

@@ -4,6 +4,7 @@ namespace velk {
 
 // By an address within it, because its file may have any name.
 HINSTANCE thisModule() {
+  // UNCHANGED_REFCOUNT: no one would give the reference back.
   constexpr DWORD whose =
       GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
   HMODULE module = nullptr;

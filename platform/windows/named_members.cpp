@@ -11,6 +11,7 @@ void NamedMembers::put(DISPID, const Value&) {
   throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
 }
 
+// No type information: which members there are shows only at run time.
 HRESULT NamedMembers::GetTypeInfoCount(UINT* count) noexcept {
   if (count == nullptr) return E_POINTER;
   *count = 0;
@@ -33,6 +34,7 @@ HRESULT NamedMembers::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
 HRESULT NamedMembers::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters,
                              VARIANT* result, EXCEPINFO* exception, UINT*) noexcept {
   if (parameters == nullptr) return E_POINTER;
+  // A new value or one index; no member takes more.
   if (parameters->cArgs > 1) return DISP_E_BADPARAMCOUNT;
   return guarded(
       [&] {

@@ -20,6 +20,7 @@ namespace {
 // A form's members: its properties, the collection of its controls, each control.
 // The numbers stay the same while the form lives, as callers keep them.
 constexpr DISPID firstProperty = 1;  // 0 is DISPID_VALUE
+// Far above the numbers of all properties.
 constexpr DISPID controlsMember = 1000;
 constexpr DISPID firstControl = 1001;
 
@@ -80,6 +81,7 @@ class ControlsObject final : public NamedMembers {
   static constexpr DISPID countMember = 1;
 
   static Control& item(const Form& form, const Value& index) {
+    // A negative index becomes a very large position, which is refused below, too.
     const auto* name = std::get_if<std::string>(&index);
     const auto position =
         name != nullptr ? positionOf(form, *name) : static_cast<std::size_t>(toInt32(index));
@@ -93,6 +95,7 @@ class ControlsObject final : public NamedMembers {
 
 DISPID BagObject::idOf(std::string_view name) const {
   const auto form = lock(form_);
+  // First the properties: one of them hides a control of the same name.
   const std::optional<Property> property = propertyNamed(name);
   if (property && bag(*form).has(*property)) {
     return firstProperty + static_cast<DISPID>(*property);
@@ -108,7 +111,9 @@ Variant BagObject::get(DISPID member, const std::optional<Value>& index) {
   const auto form = lock(form_);
   if (member < controlsMember) return Variant(bag(*form).get(propertyOf(member)));
   const auto controls = makeObject<ControlsObject>(form_);
+  // Through the collection, so that only one place makes objects of controls.
   if (member >= firstControl) return controls->get(DISPID_VALUE, Value(member - firstControl));
+  // "Controls(0)" may arrive as one call, with the index as an argument of "Controls".
   return index ? controls->get(DISPID_VALUE, index) : Variant(controls.Get());
 }
 

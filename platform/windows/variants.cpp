@@ -65,6 +65,7 @@ Variant::Variant(bool flag) : Variant() {
 Variant::Variant(IDispatch* object) : Variant() {
   variant_.vt = VT_DISPATCH;
   variant_.pdispVal = object;
+  // The destructor's VariantClear gives this reference back.
   if (object != nullptr) object->AddRef();
 }
 
@@ -79,6 +80,7 @@ std::span<Element> Variant::makeArray(VARTYPE type, std::size_t count) {
 }
 
 Variant::Variant(const std::vector<std::string>& texts) : Variant() {
+  // The array frees its strings itself, so they are handed over.
   std::ranges::transform(texts, makeArray<BSTR>(VT_BSTR, texts.size()).begin(),
                          [](const std::string& text) { return Bstr(text).release(); });
 }
@@ -91,28 +93,33 @@ Variant::Variant(std::span<const Value> values) : Variant() {
 Variant Variant::missing() {
   Variant result;
   result.variant_.vt = VT_ERROR;
+  // How Automation marks an optional argument that the caller left out.
   result.variant_.scode = DISP_E_PARAMNOTFOUND;
   return result;
 }
 
 Variant Variant::copyOf(const VARIANT& source) {
   Variant result;
+  // The cast is safe: VariantCopyInd only reads its source.
   check(VariantCopyInd(&result.variant_, const_cast<VARIANT*>(&source)));
   return result;
 }
 
 VARIANT Variant::release() {
   VARIANT contents = variant_;
+  // Not VariantClear: what it would free belongs to the caller now.
   VariantInit(&variant_);
   return contents;
 }
 
 Value toValue(const VARIANT& variant) {
+  // A copy by value, so that each type needs one case below instead of two.
   if ((variant.vt & VT_BYREF) != 0) return toValue(Variant::copyOf(variant).get());
   switch (variant.vt) {
     case VT_EMPTY:
     case VT_NULL:
       return Null{};
+    // All of these fit into 32 bits, so the conversion cannot overflow.
     case VT_I1:
     case VT_UI1:
     case VT_I2:

@@ -35,6 +35,7 @@ std::optional<std::string> WindowsDesktop::askForFile(const FileDialog& dialog) 
 }
 
 std::string WindowsDesktop::applicationFolder() const {
+  // The program's file, not that of this DLL.
   const std::wstring path = modulePath(nullptr);
   return fromWide(std::wstring_view(path).substr(0, path.rfind(L'\\')));
 }

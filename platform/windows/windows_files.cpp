@@ -14,6 +14,7 @@ namespace velk {
 
 namespace {
 
+// Without FILE_SHARE_DELETE no one can rename or remove a file while it is open here.
 constexpr DWORD shared = FILE_SHARE_READ | FILE_SHARE_WRITE;
 
 /// Raises the failure of the Win32 call that gave this.
@@ -22,6 +23,7 @@ void require(BOOL succeeded) {
 }
 
 std::wstring fullPath(const std::wstring& name) {
+  // The first call answers the length with the NUL, the second one without it.
   std::wstring full(GetFullPathNameW(name.c_str(), 0, nullptr, nullptr), L'\0');
   full.resize(
       GetFullPathNameW(name.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
@@ -33,6 +35,7 @@ std::wstring acceptablePath(std::string_view name) {
   std::wstring path = toWide(name);
   if (path.size() < MAX_PATH || path.starts_with(L"\\\\?\\")) return path;
   const std::wstring full = fullPath(path);
+  // "\\server\share" has to become "\\?\UNC\server\share".
   return full.starts_with(L"\\\\") ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
 }
 
@@ -43,15 +46,18 @@ bool isFolder(const std::wstring& path) {
 
 FileHandle openFile(std::string_view path, DWORD access, DWORD disposition,
                     DWORD sharing = shared) {
+  // Windows would take the part before a NUL and open another file.
   if (path.find('\0') != std::string_view::npos) throw RuntimeError(ErrorNumber::FileNotFound);
   const std::wstring name = acceptablePath(path);
   FileHandle file(CreateFileW(name.c_str(), access, sharing, nullptr, disposition,
                               FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) {
     const DWORD failure = GetLastError();  // before the next call replaces it
+    // Windows refuses a folder with the same code as a protected file.
     if (isFolder(name)) throw RuntimeError(ErrorNumber::PathFileAccess);
     throw fileError(failure);
   }
+  // Names such as "CON" and "NUL" open like files, too.
   if (GetFileType(file.get()) != FILE_TYPE_DISK) throw RuntimeError(ErrorNumber::PathFileAccess);
   return file;
 }
@@ -77,6 +83,7 @@ class WindowsInput final : public InputFile {
     while (done < count) {
       DWORD got = 0;
       require(ReadFile(file_.get(), to + done, atMostOneCall(count - done), &got, nullptr));
+      // No bytes and no error: the end of the file.
       if (got == 0) break;
       done += got;
     }
@@ -146,6 +153,7 @@ class WindowsReplacement final : public OutputFile {
 
   void close() override {
     if (moved_) return;
+    // On the disk before it replaces the old file, so that a power cut leaves one of the two whole.
     file_.flush();
     file_.close();
     replacement_.moveInPlace();
@@ -198,10 +206,12 @@ FileReplacement::FileReplacement(std::string_view path, std::string_view ending)
 }
 
 FileReplacement::~FileReplacement() {
+  // After the move no file has this name, and that failure does not matter.
   DeleteFileW(acceptablePath(path_).c_str());
 }
 
 void FileReplacement::moveInPlace() {
+  // WRITE_THROUGH: the call returns after the disk has the move, too.
   constexpr DWORD inPlace = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
   const std::wstring from = acceptablePath(path_);
   require(MoveFileExW(from.c_str(), acceptablePath(target_).c_str(), inPlace));
@@ -226,6 +236,7 @@ bool WindowsFileSystem::openExclusively(std::string_view path) {
   constexpr DWORD access = GENERIC_READ | GENERIC_WRITE;
   constexpr DWORD alone = 0;
   try {
+    // First as a new file: only so the answer tells whether this call has made it.
     openFile(path, access, CREATE_NEW, alone);
     return true;
   } catch (const RuntimeError&) {

@@ -20,6 +20,7 @@ CodePage activeCodePage() {
   constexpr UINT westEuropean = 1252;
   CPINFO info{};
   const UINT active = GetACP();
+  // UTF-8 and double-byte pages do not fit into a table with one character for each byte.
   const bool singleByte = GetCPInfo(active, &info) != 0 && info.MaxCharSize == 1;
   if (!singleByte || active == westEuropean) return CodePage::windows1252();
   return codePageOf(active);

@@ -18,6 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path toPath(std::string_view utf8) {
+  // On Windows a path made of char would be read in the code page.
   return fs::path(toUtf16(utf8));
 }
 
@@ -26,6 +27,7 @@ fs::path toPath(std::string_view utf8) {
 class UnfinishedDatabase {
  public:
   explicit UnfinishedDatabase(std::string path) : path_(std::move(path)) {
+    // The connection string forbids the driver to make a file, but it takes an empty one.
     if (!std::ofstream(toPath(path_))) throw RuntimeError(ErrorNumber::PathFileAccess);
   }
   UnfinishedDatabase(const UnfinishedDatabase&) = delete;
@@ -42,6 +44,7 @@ class UnfinishedDatabase {
   /// Gives it its final name, without ever replacing a file.
   void keepAs(const std::string& path) {
     std::error_code error;
+    // A link fails if the name is taken; a rename would replace that file.
     fs::create_hard_link(toPath(path_), toPath(path), error);
     if (!error) return;
     // Some file systems know no links.
@@ -85,6 +88,7 @@ void requireFree(const std::string& path) {
 
 void createSampleCompany(const std::string& path) {
   embeddedConnectionString(path);  // refuses a name before anything is made
+  // keepAs() would refuse the name, too, but only after the work.
   requireFree(path);
   UnfinishedDatabase unfinished(unfinishedName(path));
   fill(unfinished.path());

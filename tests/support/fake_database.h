@@ -16,7 +16,7 @@
 namespace velk {
 
 using FakeRows = std::vector<std::vector<Value>>;
-/// The results of one call in their order; nothing stands for a closed one.
+/// The results of one call in their order; one without a value is closed.
 using FakeResults = std::vector<std::optional<FakeRows>>;
 
 struct FakeParameter {

@@ -13,7 +13,7 @@ namespace velk {
 using OracleRecord = std::vector<std::string>;
 
 /// The procedure calls, each as described() writes it, that an import of these records makes. The
-/// company's first transaction date is 1 April 2008, its clock stands in that year; codes that
+/// company's first transaction date is 1 April 2008, its clock shows that year; codes that
 /// begin with X are unknown; the DS types Retail and ""Q"" (with its quotes) are valid, Old is
 /// inactive, Van no default value, and all others are unknown.
 std::vector<std::string> expectedCalls(const ImportKind& kind,

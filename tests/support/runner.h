@@ -59,7 +59,7 @@ inline bool contains(std::string_view text, std::string_view part) {
 inline constexpr std::string_view openingTitles =
     "Customer ID,Customer Name,Reference,Date,Bill Amount,Balance";
 
-/// The lines with carriage return + line feed behind each.
+/// The lines, each followed by carriage return + line feed.
 std::string crlf(std::initializer_list<std::string_view> lines);
 
 }  // namespace velk

@@ -1,4 +1,4 @@
-// Salesmen's workbooks, and the master screen that stands on them.
+// Salesmen's workbooks, and the master screen that imports them.
 #pragma once
 
 #include <memory>

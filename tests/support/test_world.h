@@ -21,7 +21,7 @@
 
 namespace velk {
 
-/// Hooks and lookups go to `events`, each with the number of its slot in front.
+/// Hooks and lookups go to `events`, each after the number of its slot.
 class RecordingHost final : public HostService {
  public:
   RecordingHost(Texts& events, MessageHandler messages)
@@ -95,7 +95,7 @@ struct TestWorld {
   void record(const Message& message);
 };
 
-/// The cells of a row, "|" between them, a "*" behind bold ones; all rows of a list.
+/// The cells of a row, "|" between them, a "*" after bold ones; all rows of a list.
 std::string rowText(const ListView& list, std::size_t row);
 Texts rowsOf(const ListView& list);
 

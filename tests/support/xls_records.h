@@ -1,4 +1,4 @@
-// What stands in a workbook, record by record.
+// What a workbook contains, record by record.
 #pragma once
 
 #include <string_view>

@@ -35,6 +35,7 @@ struct ParameterAccess : IUnknown {
 
 }  // namespace velk
 
+// This interface is private: only the objects of this program answer it.
 __CRT_UUID_DECL(velk::ParameterAccess, 0x7D0A5B42, 0x2E9B, 0x4C36, 0x8F, 0x15, 0x0D, 0xA2, 0x63,
                 0xB8, 0x91, 0x4C)
 
@@ -87,6 +88,7 @@ class ParametersObject final : public VtableObject<UnusedParameters, Parameters>
   }
 
  private:
+  // Shared, because a caller may keep the collection longer than the command.
   std::shared_ptr<ParameterList> list_;
 };
 
@@ -108,6 +110,7 @@ class CommandObject final : public VtableObject<UnusedCommand, _Command> {
                                             _Parameter** parameter) noexcept override {
     return give(parameter, [&] {
       ParameterData data{Bstr::textOf(name), type, direction, static_cast<std::int32_t>(size), {}};
+      // A value that the caller left out arrives as this error code.
       const bool given = value.vt != VT_ERROR || value.scode != DISP_E_PARAMNOTFOUND;
       if (given) data.value = toValue(value);
       return makeObject<ParameterObject>(std::move(data)).Detach();
@@ -140,6 +143,7 @@ class CommandObject final : public VtableObject<UnusedCommand, _Command> {
   std::shared_ptr<Connection> connection_;
   CommandType type_ = CommandType::Text;
   std::string text_;
+  // Before parameters_, which is made with it.
   std::shared_ptr<ParameterList> list_ = std::make_shared<ParameterList>();
   ComPtr<Parameters> parameters_ = makeObject<ParametersObject>(list_);
 };

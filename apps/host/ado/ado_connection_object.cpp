@@ -19,6 +19,7 @@ struct ConnectionAccess : IUnknown {
 
 }  // namespace velk
 
+// This interface is private: only the objects of this program answer it.
 __CRT_UUID_DECL(velk::ConnectionAccess, 0x1B9F1D3C, 0x6C0E, 0x4E8B, 0x9A, 0x51, 0x37, 0x0C, 0x1E,
                 0x84, 0x5F, 0x26)
 
@@ -68,6 +69,7 @@ ComPtr<_Connection> connectionObject(std::shared_ptr<Connection> connection) {
 }
 
 std::shared_ptr<Connection> connectionBehind(IUnknown* object) {
+  // ADO's number for arguments of the wrong kind.
   constexpr std::int32_t wrongArguments = 3001;
   const auto access = queryInterface<ConnectionAccess>(object);
   if (!access) throw RuntimeError(wrongArguments, "The connection is of another library");

@@ -16,6 +16,7 @@ class FieldObject final : public VtableObject<UnusedField, Field> {
       : rows_(std::move(rows)), position_(position) {}
 
   HRESULT STDMETHODCALLTYPE get_Value(VARIANT* value) noexcept override {
+    // Read only when it is asked for: a field shows the record that is current then.
     return give(value, [&] { return Variant(rows_->field(position_)).release(); });
   }
 

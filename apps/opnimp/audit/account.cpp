@@ -15,6 +15,7 @@ namespace velk {
 
 namespace {
 
+// One fault may show in every record: the first ones tell what it is, the rest is only counted.
 constexpr std::size_t mostDifferencesKept = 20;
 
 // The places of the amounts among the parameters of notes and entries.
@@ -28,12 +29,14 @@ struct FileRecord {
   double balance = 0;
 };
 
+// A call with a missing or wrong parameter counts as 0 and so appears as a difference.
 double numberAt(const RecordedCall& call, std::size_t parameter) {
   if (parameter >= call.parameters.size()) return 0;
   const double* number = std::get_if<double>(&call.parameters[parameter]);
   return number == nullptr ? 0 : *number;
 }
 
+// An amount of 0 is counted, but belongs to neither side.
 void addTo(Sums& sums, double sign, double bill, double balance) {
   ++sums.count;
   if (sign > 0) {
@@ -61,6 +64,7 @@ class Bookkeeper {
 
  private:
   void differ(std::string text) {
+    // The count goes on after the last text that is kept.
     if (account_.differences.size() < mostDifferencesKept) {
       account_.differences.push_back(std::move(text));
     }
@@ -74,6 +78,7 @@ class Bookkeeper {
 
   /// What the file says of a record; empty for amounts beyond the range of numbers.
   std::optional<FileRecord> read(std::size_t record) const {
+    // Master data has no amounts, and its codes are not compared.
     if (basis_.kind.opening == nullptr) return FileRecord{};
     const auto fields = basis_.input.fields(record, width_);
     const auto cell = [&](std::size_t field) { return mappedCell(fields, basis_.mapping, field); };
@@ -89,6 +94,7 @@ class Bookkeeper {
     const RecordTrace& trace = basis_.traces.records[record];
     Sums& ofOutcome = account_.byOutcome[static_cast<std::size_t>(trace.outcome)];
     const std::optional<FileRecord> file = read(record);
+    // Counted, so that the counts agree, although there is no amount to add.
     if (!file) {
       ++account_.unreadable;
       ++account_.file.count;
@@ -114,6 +120,7 @@ class Bookkeeper {
     if ((refused || said.fate == Fate::NotBegun) && seen.made() > 0) {
       differAt(record, "the import did not post it, but called procedures for it");
     }
+    // In a run that broke off, the last record may rightly have no end.
     if (said.fate == Fate::Begun && basis_.completed) {
       differAt(record, "the import began it and never said what became of it");
     }
@@ -123,6 +130,7 @@ class Bookkeeper {
       differAt(record, "the import says that it called " + callsText(said.posting) +
                            ", the recorder saw " + callsText(recorded));
     }
+    // In such a kind the second call is rightly missing when the first one has failed.
     const bool endedEarly = basis_.kind.stopsAtFailure && seen.made() == 1 && seen.failed == 1;
     if (seen.made() != basis_.kind.becomes.size() && !endedEarly) {
       differAt(record, callsText(recorded) + " were called where a record needs " +
@@ -167,6 +175,7 @@ class Bookkeeper {
       ++sums.count;
       return;
     }
+    // Only for calls that took effect, so that a failed call is no difference between the totals.
     addTo(isNote ? fileNotes_ : fileEntries_, file.bill, isNote ? file.bill : 0, file.balance);
     if (isNote) {
       addTo(sums, file.bill, numberAt(call, billParameter), numberAt(call, balanceParameter));

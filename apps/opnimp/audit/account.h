@@ -32,7 +32,7 @@ struct Sums {
 
 struct Account {
   std::size_t fileRecords = 0;
-  std::optional<long long> screenRecords;  ///< nothing: the screen never viewed the file
+  std::optional<long long> screenRecords;  ///< empty: the screen never viewed the file
   std::array<Sums, outcomeCount> byOutcome;
   Sums file;                   ///< all records
   Sums notes;                  ///< by the first calls of records that took effect

@@ -7,6 +7,7 @@
 namespace velk {
 
 const RecordReport& ImportReport::record(std::size_t position) const {
+  // The account asks for every record of the file, also for those that the run did not reach.
   static const RecordReport notBegun;
   return position < records_.size() ? records_[position] : notBegun;
 }
@@ -24,6 +25,7 @@ void ImportReport::refused(const Finding& why, std::size_t row, std::string_view
 void ImportReport::runStopped(const RuntimeError& error, std::string_view text) {
   stop_ = "(" + std::to_string(error.number()) + "): " + std::string(text);
   RecordReport* const record = current();
+  // An error after the last record stopped the run, but none of the records.
   if (record == nullptr || record->fate != RecordReport::Fate::Begun) return;
   record->fate = RecordReport::Fate::Stopped;
   record->texts.push_back(stop_);
@@ -31,10 +33,12 @@ void ImportReport::runStopped(const RuntimeError& error, std::string_view text) 
 
 // A record's place is its position, since the rows of a mapping list come one after the other.
 void ImportReport::recordBegins(std::size_t row) {
+  // What onRecord throws ends the run between two records, so that none is current meanwhile.
   inRecord_ = false;
   if (row != records_.size() + ImportRun::firstDataRow) {
     throw std::logic_error("the import takes its records out of order");
   }
+  // Row 1 is the mapping itself, so that this counts records from 1.
   if (onRecord) onRecord(row - ImportRun::mappingRow);
   records_.emplace_back().fate = RecordReport::Fate::Begun;
   inRecord_ = true;
@@ -54,6 +58,7 @@ void ImportReport::recordEnds(const Posting& posting) {
   if (record == nullptr) return;
   record->posting = posting;
   const bool open = record->fate == RecordReport::Fate::Begun;
+  // Without a call it remains "begun", which the account reports as a difference.
   if (open && posting.calls > 0) record->fate = RecordReport::Fate::Posted;
   inRecord_ = false;
 }

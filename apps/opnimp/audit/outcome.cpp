@@ -11,6 +11,7 @@ struct Name {
   std::string_view code;
 };
 
+// In the order of Outcome.
 constexpr std::array<Name, outcomeCount> names{{
     {"posted", "posted"},
     {"posted with warning", "posted-with-warning"},
@@ -92,12 +93,15 @@ Tally tally(const RecordTrace& trace) {
 Outcome outcomeOf(const RecordTrace& trace) {
   using Fate = RecordReport::Fate;
   const Tally t = tally(trace);
+  // First, because one call without an answer leaves open what the others mean.
   if (t.unknown > 0) return Outcome::Unknown;
   const Fate fate = trace.said->fate;
   if (t.made() == 0) {
     if (fate == Fate::Refused || fate == Fate::Stopped) return Outcome::Rejected;
+    // A record that was begun and cut off before its first call is as good as not reached.
     return fate == Fate::Skipped ? Outcome::Skipped : Outcome::NotReached;
   }
+  // Calls that failed late are not among these, since part of them may have taken effect.
   if (t.failed == t.made()) return Outcome::Failed;
   const bool cutShort = fate != Fate::Posted;
   if (t.failed > 0 || t.late > 0 || cutShort) return Outcome::Partial;
@@ -135,6 +139,7 @@ Traces traceRecords(const ImportReport& report, const Recorder& recorder, std::s
   };
   for (const RecordedCall& call : recorder.calls()) {
     if (RecordTrace* record = recordAt(call.row)) {
+      // A pointer is enough, because the run is over and the recorder gets no further calls.
       record->calls.push_back(&call);
     } else if (call.row != 0 || call.kind == CallKind::Procedure) {
       traces.strays.push_back(&call);
@@ -150,6 +155,7 @@ Traces traceRecords(const ImportReport& report, const Recorder& recorder, std::s
   }
   for (std::size_t position = 0; position < recordCount; ++position) {
     RecordTrace& record = traces.records[position];
+    // Only now, because an outcome is made from all the calls collected above.
     record.said = &report.record(position);
     record.outcome = outcomeOf(record);
   }

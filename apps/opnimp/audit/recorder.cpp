@@ -13,6 +13,7 @@ class Recorder::Log final : public ErrorLog {
   void setFile(ErrorLog* file) { file_ = file; }
 
   void append(std::string_view line) override {
+    // Kept before the file is tried: the report shows the lines that the file did not take.
     recorder_.lines_.push_back({recorder_.row(), std::string(line), {}, {}});
     if (file_ == nullptr) return;
     RecordedLine& kept = recorder_.lines_.back();
@@ -22,6 +23,7 @@ class Recorder::Log final : public ErrorLog {
     } catch (const RuntimeError& error) {
       kept.kept = RecordedLine::Kept::NotWritten;
       kept.writeError = error.description();
+      // Passed on, because recording must change nothing for the import.
       throw;
     }
   }
@@ -36,6 +38,7 @@ Recorder::Recorder(Mode mode) : mode_(mode), log_(std::make_unique<Log>(*this)) 
 Recorder::~Recorder() = default;
 
 void Recorder::endSession() {
+  // The recorder lives longer than the screen and the file.
   screen_ = nullptr;
   log_->setFile(nullptr);
 }
@@ -59,6 +62,7 @@ void Recorder::forgetTexts() {
 
 std::size_t Recorder::beginCall(CallKind kind, std::string_view text,
                                 std::vector<Value> parameters) {
+  // Noted before the call runs, with the result Unknown, which remains if no answer comes.
   calls_.push_back({row(), kind, std::string(text), std::move(parameters), {}, {}});
   return calls_.size() - 1;
 }

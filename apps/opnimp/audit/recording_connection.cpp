@@ -16,7 +16,7 @@ CallKind kindOf(CommandType type, Purpose purpose) {
   return purpose == Purpose::Ask ? CallKind::Check : CallKind::Procedure;
 }
 
-/// Runs one call under the recorder's eyes. A later statement of it may have failed without anybody
+/// Runs one call and records how it ended. A later statement of it may have failed without anybody
 /// asking: all results are asked for here, so that the account knows. Connections that the runner
 /// uses read results at once and give them again.
 template <class Run>
@@ -27,10 +27,12 @@ std::shared_ptr<Recordset> watched(Recorder& recorder, const Connection& connect
   try {
     first = execute();
     recorder.setResult(call, CallResult::Ok);
+    // From here on the first statement has taken effect, and only a later one can fail.
     failure = CallResult::FailedLate;
     for (auto result = first; result != nullptr;) result = result->NextRecordset();
   } catch (const RuntimeError& error) {
     recorder.callFailed(call, failure, error, connection);
+    // A late failure is raised where the import itself asks for that result, as without a recorder.
     if (failure == CallResult::Failed) throw;
   }
   return first;
@@ -88,6 +90,7 @@ class RecordingCommand final : public Command {
 
 bool RecordingCommand::exceedsSize() const {
   for (std::size_t i = 0; i < values_.size(); ++i) {
+    // No text has more UTF-16 units than bytes, so that most texts need no conversion.
     const auto* text = std::get_if<std::string>(&values_[i]);
     if (text != nullptr && text->size() > sizes_[i] && toUtf16(*text).size() > sizes_[i]) {
       return true;
@@ -102,6 +105,7 @@ std::shared_ptr<Recordset> RecordingCommand::Execute(std::int32_t options) {
   if (kind != CallKind::Procedure || recorder_.mode() != Recorder::Mode::DryRun) {
     return watched(recorder_, *connection_, call, [&] { return inner_->Execute(options); });
   }
+  // The driver never sees this call: what it would refuse by itself has to be refused here.
   if (exceedsSize()) return watched(recorder_, *connection_, call, refusal);
   recorder_.setResult(call, CallResult::NotRun);
   return std::make_shared<MemoryRecordset>();  // no rows
@@ -116,6 +120,7 @@ class RecordingConnection final : public Connection {
     const std::size_t call = recorder_.beginCall(CallKind::Query, text, {});
     return watched(recorder_, *inner_, call, [&] { return inner_->Execute(text); });
   }
+  // Commands come from connections only: with this wrapper no call remains unseen.
   std::unique_ptr<Command> newCommand() override {
     return std::make_unique<RecordingCommand>(recorder_, inner_);
   }

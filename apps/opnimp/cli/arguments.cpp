@@ -68,6 +68,7 @@ const ImportKind* kindNamed(const std::string& name, Command command) {
 }
 
 MapOption mapOption(const std::string& value) {
+  // The first one separates, because a title of the file may contain further ones.
   const std::size_t equals = value.find('=');
   if (equals == std::string::npos || equals == 0 || equals + 1 == value.size()) {
     throw UsageError(R"(--map takes "Field=Column", such as --map "Balance=Amount Due", not ")" +
@@ -103,6 +104,7 @@ class CommandLine {
     // "help import" asks for what "--help import" shows.
     if (!args.empty() && args.front() == "help") args.front() = "--help";
     std::ranges::reverse(args);  // as the library wants them
+    // Help and version are thrown, too, and derive from ParseError: their handlers come first.
     try {
       app_.parse(std::move(args));
     } catch (const CLI::CallForHelp&) {
@@ -167,6 +169,7 @@ class CommandLine {
 
   static void addFlag(Apps commands, const char* name, bool& to, const std::string& what) {
     for (CLI::App* const command : commands) {
+      // Otherwise the library would take "--dry-run=false", and post.
       command->add_flag(name, to, what)->disable_flag_override();
     }
   }
@@ -176,6 +179,7 @@ class CommandLine {
       std::ranges::transform(values, std::back_inserter(arguments_.maps), mapOption);
     };
     for (CLI::App* const command : commands) {
+      // Without allow_extra_args(false), one --map would take all the arguments that follow it.
       command->add_option_function<std::vector<std::string>>("--map", take, mapHelp)
           ->allow_extra_args(false)
           ->type_name("\"Field=Column\"");
@@ -196,6 +200,7 @@ Arguments parseArguments(std::span<const std::string> args) {
   return CommandLine().parse({args.begin(), args.end()});
 }
 
+// By hand, because it must be known even if the arguments cannot be parsed.
 bool asksForJson(std::span<const std::string> args) {
   const auto end = std::ranges::find(args, "--");
   return std::find(args.begin(), end, "--json") != end;

@@ -33,6 +33,7 @@ bool isContinuation(char c) {
 
 std::string printable(std::string_view text) {
   std::u16string shown;
+  // The way through UTF-16 also replaces every byte that is no UTF-8.
   for (const char16_t c : toUtf16(text)) {
     shown += steersTerminal(c) ? toUtf16(escaped(c)) : std::u16string(1, c);
   }
@@ -42,6 +43,7 @@ std::string printable(std::string_view text) {
 std::string printableLines(std::string_view text) {
   std::string lines;
   for (;;) {
+    // Only the pair, with which messages break their lines; a bare line feed may come from a file.
     const std::size_t end = text.find("\r\n");
     lines += printable(text.substr(0, end));
     if (end == std::string_view::npos) return lines;
@@ -85,6 +87,7 @@ std::string money(long double amount) {
   constexpr double largestFixed = 1e15;  // beyond it a double has no two exact decimals
   const auto value = static_cast<double>(amount);
   const bool fixed = std::abs(value) < largestFixed;
+  // The longest text has a sign, 15 digits, the point and two decimals, or an exponent.
   std::array<char, 32> buffer;
   const auto end =
       std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,

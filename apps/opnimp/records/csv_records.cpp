@@ -23,6 +23,7 @@ CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
   for (std::size_t start = 0; start < bytes_.size();) {
     const std::size_t end = std::min(bytes_.find(lineEnd, start), bytes_.size());
     const RecordPlace place{start, end - start, line};
+    // The first line is the header even if it is empty; any other empty line is no record.
     if (start == 0) {
       header_ = place;
     } else if (place.length != 0) {
@@ -35,6 +36,7 @@ CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
 }
 
 bool CsvRecords::isWorkbook() const {
+  // An .xlsx file is a ZIP archive, which begins with these four bytes.
   return xls::CompoundFile::recognises(bytes_) || bytes_.starts_with("PK\x03\x04");
 }
 
@@ -64,6 +66,7 @@ std::string CsvRecords::refusal(const ImportKind& kind) const {
          std::string(kind.name) + " must have exactly " + std::to_string(kind.columns);
 }
 
+// The bytes are copied as they are: nothing that the user did not correct may change.
 void CsvRecords::write(FileSystem& files, std::string_view path,
                        std::span<const std::size_t> records) const {
   std::string text = std::string(header()).append(lineEnd);

@@ -4,6 +4,7 @@
 
 namespace velk {
 
+// Nothing after the last mapped column has to be read.
 std::size_t mappedWidth(const std::vector<FieldMapping>& mapping) {
   std::size_t width = 0;
   for (const FieldMapping& entry : mapping) {
@@ -15,6 +16,7 @@ std::size_t mappedWidth(const std::vector<FieldMapping>& mapping) {
 std::string mappedCell(const std::vector<std::string>& fileFields,
                        const std::vector<FieldMapping>& mapping, std::size_t field) {
   if (field >= mapping.size()) return {};
+  // A short record ends before some mapped columns: their cells are empty.
   const std::optional<std::size_t> column = mapping[field].column;
   return column && *column < fileFields.size() ? fileFields[*column] : std::string();
 }

@@ -7,6 +7,7 @@ namespace velk {
 
 std::string readBytes(FileSystem& files, std::string_view path) {
   const auto file = files.openInput(path);
+  // The limit of the module's own reading, so that both take the same files.
   if (file->length() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
   std::string bytes(static_cast<std::size_t>(file->length()), '\0');
   // The file may have become shorter since it was opened.
@@ -17,6 +18,7 @@ std::string readBytes(FileSystem& files, std::string_view path) {
 void writeFile(FileSystem& files, std::string_view path, std::string_view bytes) {
   const auto file = files.openReplacement(path);
   file->write(bytes);
+  // Only this puts the new file in the place of the old one.
   file->close();
 }
 

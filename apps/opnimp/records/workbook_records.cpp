@@ -20,6 +20,7 @@ WorkbookRecords::WorkbookRecords(FileSystem& files, std::string_view path) {
   try {
     sheet_ = readXls(bytes);
   } catch (const RuntimeError& error) {
+    // Not passed on: a file of another format can be read, but is refused.
     damage_ = error.description();
     // It becomes part of a sentence.
     damage_.replace(0, 1, lowerAscii(damage_.substr(0, 1)));
@@ -63,6 +64,7 @@ std::vector<std::string> WorkbookRecords::fields(std::size_t record, std::size_t
 std::string WorkbookRecords::captionFaults() const {
   std::string faults;
   for (int column = 1; column <= lastColumn; ++column) {
+    // Seven columns need no more than one letter in the name of a cell.
     const std::string_view caption = salesmanCaptions[static_cast<std::size_t>(column) - 1];
     const std::string found = text(1, column);
     if (equalsIgnoringCase(found, caption)) continue;
@@ -73,6 +75,7 @@ std::string WorkbookRecords::captionFaults() const {
 }
 
 std::string WorkbookRecords::refusal(const ImportKind& /*kind*/) const {
+  // From the whole file to the single row: each check relies on those before it.
   if (sheet_ == nullptr) return damage_;
   if (rowCount() == 0) return "the first worksheet of the workbook is blank";
   if (std::string faults = captionFaults(); !faults.empty()) {
@@ -88,6 +91,7 @@ std::vector<std::size_t> WorkbookRecords::unreadRows() const {
   std::vector<std::size_t> rows;
   if (!hasCaptions()) return rows;
   for (std::size_t row = rowOf(count_); row <= static_cast<std::size_t>(rowCount()); ++row) {
+    // All columns count here: a row with nothing but a DS type ended the reading, and is lost, too.
     if (!isBlank(static_cast<int>(row), 1, lastColumn)) rows.push_back(row);
   }
   return rows;
@@ -110,6 +114,7 @@ void WorkbookRecords::write(FileSystem& files, std::string_view path,
   for (const std::size_t record : records) {
     ++row;
     for (int column = 1; column <= lastColumn; ++column) {
+      // Not text(), which trims: the copy keeps the blanks of the original.
       copy->setText(row, column, sheet_->text(static_cast<int>(rowOf(record)), column));
     }
   }

@@ -81,6 +81,7 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
                        std::string_view many, const std::string& rest) {
     if (count > 0) steps.push_back(std::string(verb) + " " + counted(count, one, many) + rest);
   };
+  // The most dangerous first: a doubtful record that is imported again may be posted twice.
   add("Look up", doubtfulRecords(account), "record", "records",
       " in the database before doing anything else: importing them again could post them twice" +
           where(result, ".check." + extension) + ".");
@@ -97,6 +98,7 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
 }
 
 std::string stepAfterDryRun(const ImportResult& result) {
+  // From the worst to the best: each text is true only if those before it do not apply.
   if (!result.brokeOff.empty()) {
     return "Nothing was posted. Mend first what ended the run: an import would end there, too, "
            "with the records before it posted.";
@@ -131,6 +133,7 @@ std::string stepWithNothingImported(const ImportResult& result) {
 
 ExitStatus statusOf(const ImportResult& result) {
   if (result.refused()) return ExitStatus::Refused;
+  // Without the files of --rejects a script cannot go on, even if all else is well.
   const bool whole = result.brokeOff.empty() && result.account.addsUp();
   if (!whole || !result.rejectsError.empty()) return ExitStatus::BrokeOff;
   return recordsLeft(result) > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
@@ -147,6 +150,7 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
     addAllowedDsTypes(result, steps);
     return steps;
   }
+  // Only an account that adds up can prove that nothing was imported.
   if (result.account.addsUp()) {
     if (const std::string step = stepWithNothingImported(result); !step.empty()) return {step};
   }
@@ -158,6 +162,7 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
   }
   addStepsForRecords(result, steps);
   const bool posted = result.account.notes.count + result.account.entries.count > 0;
+  // A salesman who is posted again replaces himself, so that no warning is needed.
   if (!steps.empty() && posted && !result.arguments.kind->replaces) {
     steps.emplace_back("Do not import the whole file again: what is posted would be posted twice.");
   }

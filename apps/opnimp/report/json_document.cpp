@@ -30,6 +30,7 @@ Json mappingJson(const std::vector<FieldMapping>& mapping) {
   for (const FieldMapping& entry : mapping) {
     Json& added = list.emplace_back(Json{{"field", entry.field}, {"column", nullptr}});
     if (!entry.column) continue;
+    // From 1, as --map counts them.
     added["column"] = *entry.column + 1;
     added["title"] = entry.title;
   }

@@ -32,6 +32,7 @@ void writeRows(const PreviewResult& preview, std::ostream& out) {
   table.insert(table.end(), preview.rows.begin(), preview.rows.end());
   for (std::vector<std::string>& row : table) {
     row.resize(columns);
+    // Cut last, because escaping makes a cell longer.
     for (std::string& cell : row) cell = cutTo(printable(cell), widestCell);
   }
   out << '\n';
@@ -43,6 +44,7 @@ void writeRows(const PreviewResult& preview, std::ostream& out) {
 
 /// What an import would refuse although the screen shows the file.
 void writeAdvice(const PreviewResult& preview, std::ostream& out) {
+  // The preview itself was refused, and says why.
   if (preview.mapping.empty()) return;
   const ImportKind& kind = *preview.arguments.kind;
   if (const std::string refusal = preview.input->refusal(kind); !refusal.empty()) {

@@ -47,6 +47,7 @@ std::string reasons(const InputRecords& input, const Traces& traces) {
     text << record + 1 << ',' << input.place(record).line << ',' << outcomeName(trace.outcome)
          << ',' << std::quoted(reasonOf(trace), '"', '"') << lineEnd;
   }
+  // In the code page of all the comma-separated files that are imported.
   return CodePage::windows1252().encode(text.str());
 }
 
@@ -57,12 +58,14 @@ bool isNotReached(Outcome outcome) {
 /// Records that nobody has looked at yet must not be written over.
 void requireMoved(const std::string& path) {
   std::error_code error;
+  // A device such as /dev/null may be named again and again.
   if (!std::filesystem::is_regular_file(path, error)) return;
   throw UsageError(path + " is from an earlier run; move it first");
 }
 
 }  // namespace
 
+// The members below rely on this order: 0 rejects, 1 reasons, 2 check, 3 rest.
 std::vector<std::string> RejectFiles::touched(const std::string& path, FileFormat format) {
   const std::string extension = "." + std::string(extensionOf(format));
   return {path, path + ".reasons.csv", path + ".check" + extension, path + ".rest" + extension};
@@ -91,8 +94,10 @@ std::vector<std::string> RejectFiles::write(const InputRecords& input, const Tra
   const auto putRecords = [&](const std::string& path, const std::vector<std::size_t>& records) {
     put(path, [&] { input.write(files, path, records); });
   };
+  // Written even if there is no such record: else an earlier run's rejects would remain there.
   putRecords(paths_[0], recordsOf(traces, isRefused));
   put(paths_[1], [&] { writeFile(files, paths_[1], reasons(input, traces)); });
+  // Nothing was posted: there is nothing to look up, and the whole file is still to be imported.
   if (dryRun_) return written;
   const auto doubtful = recordsOf(traces, isDoubtful);
   const auto notReached = recordsOf(traces, isNotReached);

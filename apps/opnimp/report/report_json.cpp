@@ -40,6 +40,7 @@ std::string effectKey(std::string_view becomes) {
 
 // The library writes whole doubles with ".0", which some readers take for another type.
 Json number(double number) {
+  // Up to this number a double can represent every whole number.
   constexpr double largestWhole = 1LL << std::numeric_limits<double>::digits;
   const bool whole = std::abs(number) <= largestWhole && number == std::trunc(number);
   return whole ? Json(static_cast<long long>(number)) : Json(number);

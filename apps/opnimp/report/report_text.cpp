@@ -9,6 +9,7 @@ namespace velk {
 
 namespace {
 
+// More than a person reads on a terminal; the JSON report lists all records.
 constexpr std::size_t mostRecordsListed = 200;
 constexpr std::size_t mostLinesListed = 50;
 
@@ -34,6 +35,7 @@ class TextReport {
     writeHead();
     writeMapping(result_.mapping, out_);
     writeWarnings(result_.warnings, result_.input->placeWord(), out_);
+    // Before the records, and in a refused run, too: these lines may explain all that follows.
     writeRunLines();
     if (result_.refused()) {
       out_ << "\nRefused: " << printable(result_.refusal) << '\n';
@@ -79,6 +81,7 @@ class TextReport {
     std::size_t listed = 0;
     for (std::size_t record = 0; record < records.size(); ++record) {
       const RecordTrace& trace = records[record];
+      // Counted after the limit, too, for the line that tells how many more there are.
       if (!needsAttention(trace) || listed++ >= mostRecordsListed) continue;
       if (listed == 1) out_ << "\nRecords that need attention\n";
       out_ << "  " << result_.input->where(record) << " (record " << record + 1 << ") "

@@ -21,6 +21,7 @@ OpenDatabase connect(const DatabaseChoice& choice, const Surroundings& surroundi
   try {
     return surroundings.openDatabase(choice.connectionString);
   } catch (const RuntimeError& error) {
+    // Only `shown` is printed: the connection string may contain a password.
     throw CannotOpen(
         "the database " + choice.shown + " could not be opened: " + error.description() +
         (choice.path.empty() ? ". Check the connection string, and that its driver is installed"
@@ -52,11 +53,12 @@ DatabaseChoice chooseDatabase(const std::optional<std::string>& option) {
 OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault,
                           const Surroundings& surroundings, std::ostream& err) {
   if (isMissing(choice)) {
+    // A named file is never made here: a typing error would fill a new sample company.
     if (!isDefault) {
       throw CannotOpen("there is no database " + choice.path + "; `opnimp demo-database " +
                        choice.path + "` makes one with the sample company");
     }
-    // Another run may have made it in between: that one does as well.
+    // Another run may have made it in the meantime, which is as good.
     if (madeDatabase(choice.path)) {
       err << "Made " << choice.path << " with the sample company.\n";
     }
@@ -65,15 +67,18 @@ OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault,
 }
 
 void makeDemoDatabase(const std::string& path) {
+  // Here a file that exists is an error, because the user asked for a new one.
   if (madeDatabase(path)) return;
   cannotMake(path, "there is such a file already. Choose another path, or remove it first");
 }
 
-// A value in braces may contain semicolons, and a closing brace when it is doubled. Rather too much
-// is masked than too little: also what only looks like a password inside another value's braces.
+// A value in braces may contain semicolons, and a closing brace when it is doubled. When in doubt,
+// too much is masked: also what only looks like a password inside another value's braces.
 std::string maskPasswords(std::string_view connectionString) {
   constexpr std::size_t longest = 8192;  // more than drivers take, and little enough to search
   if (connectionString.size() > longest) return "***";
+  // After a closing brace, or without one, the rest up to the next semicolon is masked as well:
+  // a password that is quoted wrongly must not show its end.
   static const std::regex password(
       R"(((?:^|;|\{)\s*(?:pwd|password)\s*=)(\{(?:[^}]|\}\})*\}?[^;]*|[^;]*))", std::regex::icase);
   return std::regex_replace(std::string(connectionString), password, "$1***");
@@ -81,6 +86,7 @@ std::string maskPasswords(std::string_view connectionString) {
 
 bool isSameFile(const std::string& a, const std::string& b) {
   std::error_code error;
+  // The system knows all links to a file; a file that does not exist yet has only its path.
   if (fs::equivalent(a, b, error) && !error) return true;
   const fs::path first = fs::weakly_canonical(a, error);
   if (error) return a == b;

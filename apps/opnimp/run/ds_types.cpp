@@ -39,6 +39,7 @@ std::vector<std::string> allowedDsTypes(Connection& connection) {
       if (isDefault(connection, type)) types.push_back(std::move(type));
     }
   } catch (const RuntimeError&) {
+    // The list is only a hint in the report: without it, the result of the import stays the same.
     return {};
   }
   return types;

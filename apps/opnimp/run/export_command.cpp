@@ -37,11 +37,13 @@ class Target {
   Target& operator=(const Target&) = delete;
   ~Target() {
     std::error_code error;
+    // An empty file that was there before is the user's and stays.
     if (!existed_ && fs::file_size(path_, error) == 0 && !error) fs::remove(path_, error);
   }
 
  private:
   void requireSalesmen() {
+    // Nothing is lost with an empty file.
     if (files_.openInput(path_)->length() == 0) return;
     if (WorkbookRecords(files_, path_).hasCaptions()) return;
     throw UsageError("there is a file " + path_ +
@@ -95,6 +97,7 @@ void drive(ExportOutcome& outcome, ScreenSession& session, ImportReport& report,
   } catch (const Refused& refused) {
     fail(outcome, refused.what());
   } catch (const RunEnded&) {
+    // Nobody asks for interrupts during an export, so that only a lost connection ends it.
     fail(outcome, "the connection to the database was lost");
   }
 }
@@ -106,9 +109,11 @@ ExitStatus runExport(const Arguments& arguments, const Streams& streams,
   const std::string folder = applicationFolder(arguments.appFolder);
   const DatabaseChoice choice = chooseDatabase(arguments.database);
   checkWrites({"the export", arguments.file, {arguments.file}}, choice, folder, {});
+  // Before the database is opened: a wrong file name must not make the default database first.
   const Target target(arguments.file);
   const OpenDatabase database =
       openDatabase(choice, !arguments.database, surroundings, streams.err);
+  // Never drawn, since an export does not count records; the messages only need one to erase.
   Progress progress(streams.err, false);
   Recorder recorder(Recorder::Mode::Post);
   ImportReport report(false);

@@ -26,6 +26,8 @@ namespace velk {
 namespace {
 
 /// A transaction that is always taken back.
+// Procedures that post are not run in a dry run. Checks and queries are: should one of them change
+// something, this takes it back.
 class DryRun {
  public:
   explicit DryRun(const OpenDatabase& database) : database_(database) {
@@ -86,6 +88,7 @@ class ImportCommand {
     result_.input = readInput(arguments());
     const DatabaseChoice choice = chooseDatabase(arguments().database);
     result_.database = choice.shown;
+    // Before the database is opened: a wrong --rejects must not make the default database.
     prepareRejects(choice);
     database_ = openDatabase(choice, !arguments().database, surroundings_, streams_.err);
     // Before a record begins, so that no record is cut in two.
@@ -102,10 +105,12 @@ class ImportCommand {
     if (!path) return;
     checkWrites({"--rejects", *path, RejectFiles::touched(*path, kind().format)}, database, folder_,
                 arguments().file);
+    // Tried before the run, because after it the refused records would have no place to go.
     rejects_.emplace(*path, kind().format, arguments().dryRun);
   }
 
   void drive() {
+    // Declared before the session, so that the screen is gone when the transaction is taken back.
     std::optional<DryRun> dryRun;
     if (arguments().dryRun) dryRun.emplace(database_);
     ScreenSession session(recorder_, {folder_, surroundings_.clock,
@@ -120,18 +125,22 @@ class ImportCommand {
     } catch (const RunEnded& ended) {
       brokeOff(ended);
     }
+    // A run that was refused early has no warnings yet, although they may explain the refusal.
     if (!began_ && result_.warnings.empty()) findWarningsNow();
   }
 
   void import(ScreenSession& session, const ImportScreen& screen) {
+    // Both are read now, because the import empties the screen.
     result_.mapping = readMapping(screen);
     screenRecords_ = screen.RecordCount();
     findWarningsNow();
     requireRecords();
     endIfInterrupted();
     began_ = true;
+    // What the screen said of View and of --map is no answer to Import.
     report_.beginStep();
     const EventResult event = session.import();
+    // The error that stopped the run explains more than the state in which the screen was left.
     if (!report_.stop().empty()) {
       result_.brokeOff = report_.stop();
     } else if (event != EventResult::Handled) {
@@ -181,6 +190,7 @@ class ImportCommand {
     if (wasRefused() && !result_.refused()) {
       result_.refusal = runRefusalText(*report_.refusal(), *result_.input, result_.mapping, kind());
     }
+    // Of a refused run, too: the report lists the log lines of the run as a whole.
     result_.traces = traceRecords(report_, recorder_, result_.input->count());
     if (!result_.refused()) {
       findAllowedDsTypes();
@@ -197,6 +207,7 @@ class ImportCommand {
       return trace.outcome == Outcome::Rejected;
     });
     if (kind().type != MasterType::Salesman || !rejected) return;
+    // Not on the recorded connection, since this look-up is no part of the run.
     result_.allowedDsTypes = allowedDsTypes(*database_.connection);
   }
 
@@ -205,6 +216,7 @@ class ImportCommand {
     try {
       result_.rejectFiles = rejects_->write(*result_.input, result_.traces);
     } catch (const CannotOpen& error) {
+      // The run is over already: its report must appear in any case.
       result_.rejectsError = error.what();
     }
   }

@@ -38,8 +38,10 @@ PreviewResult previewOf(const Arguments& arguments, std::ostream& err,
   Progress progress(err, false);
   Recorder recorder(Recorder::Mode::DryRun);  // whatever the screen does, nothing is posted
   ImportReport report(true);
+  // Any folder does, because the error log stays in memory.
   ScreenSession session(recorder, {".", surroundings.clock, messagesTo(err, progress), false});
   preview.input = readInput(arguments);
+  // Null if the screen did not open: then there is no table to read.
   const ImportScreen* screen = nullptr;
   try {
     screen =
@@ -50,6 +52,7 @@ PreviewResult previewOf(const Arguments& arguments, std::ostream& err,
   } catch (const Refused& refused) {
     preview.refusal = refused.what();
   }
+  // After a refused --map, too: the report then lists the columns that the file really has.
   if (screen != nullptr) readTable(screen->lv, preview);
   preview.warnings = findWarnings(*preview.input, *arguments.kind, preview.mapping,
                                   civilFromDate(surroundings.clock()).year);

@@ -26,6 +26,7 @@ std::string viewRefusalText(const ImportReport& report, const InputRecords& inpu
     return "the database does not know the caption \"DSType\" of the DS types: is it the right "
            "database?";
   }
+  // From the most exact word to the least: a refusal, the end of the run, the end of one step.
   const std::string& said = refusal                 ? refusal->text
                             : report.stop().empty() ? report.lastError()
                                                     : report.stop();
@@ -37,6 +38,7 @@ std::string unmappedText(const std::string& fields) {
          "; rename the column, or use --map \"Field=Column\"";
 }
 
+// In the order in which the user has to mend things: the file, its columns, its values.
 std::string runRefusalText(const Said& refusal, const InputRecords& input,
                            const std::vector<FieldMapping>& mapping, const ImportKind& kind) {
   if (std::string fault = input.refusal(kind); !fault.empty()) return fault;

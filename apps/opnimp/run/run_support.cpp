@@ -24,6 +24,7 @@ namespace fs = std::filesystem;
 std::vector<std::string> databaseFiles(const std::string& path) {
   if (path.empty()) return {};
   std::error_code error;
+  // Links are followed, because the other files lie beside the real one.
   const fs::path followed = fs::weakly_canonical(path, error);
   const std::string real = error ? path : followed.string();
   return {real, real + "-wal", real + "-shm", real + "-journal"};
@@ -39,6 +40,7 @@ std::string applicationFolder(const std::optional<std::string>& option) {
                      "; make it, or choose another with --app-folder");
   }
   std::string text = folder.string();
+  // The root folder becomes empty, which is right: a separator comes before every name in it.
   while (text.ends_with(pathSeparator)) text.pop_back();
   return text;
 }
@@ -52,7 +54,9 @@ void checkWrites(const Writes& writes, const DatabaseChoice& database, const std
                        ": choose another name than " + writes.named);
     }
   };
+  // An export has no file to import.
   if (!input.empty()) protect(input, "the file to import");
+  // Protected even if it does not exist yet, because the run may create it.
   protect(folder + pathSeparator + "Error.log", "the error log");
   for (const std::string& file : databaseFiles(database.path)) protect(file, "the database");
 }
@@ -64,6 +68,7 @@ std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
       return std::make_unique<WorkbookRecords>(files, arguments.file);
     return std::make_unique<CsvRecords>(readBytes(files, arguments.file));
   } catch (const RuntimeError& error) {
+    // Reading raises this error for the length only; memory that runs out is std::bad_alloc.
     const bool tooLong = error.is(ErrorNumber::OutOfMemory);
     throw CannotOpen("the file " + arguments.file + " could not be read: " +
                      (tooLong ? "it is longer than 2 GB; split it"
@@ -78,6 +83,7 @@ std::string tooLarge(const std::string& path) {
 
 MessageHandler messagesTo(std::ostream& err, Progress& progress) {
   return [&err, &progress](const Message& message) {
+    // Otherwise the message would begin in the middle of the progress line.
     progress.erase();
     err << printableLines(message.prompt) << '\n' << std::flush;
   };
@@ -89,6 +95,7 @@ void viewAndMap(ScreenSession& session, const Arguments& arguments, const InputR
   if (!session.view(arguments.file)) {
     throw Refused(viewRefusalText(report, input, *arguments.kind));
   }
+  // The screen shows such a file, but there is nothing in it that could be mapped.
   if (session.screen().lv.columnCount() == 0) {
     throw Refused("the first line of the file is empty; it must hold column titles");
   }

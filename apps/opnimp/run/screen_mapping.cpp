@@ -23,12 +23,14 @@ std::vector<std::size_t> titled(const ListView& list, std::string_view title, Ma
   return found;
 }
 
+// The exact title comes first, so that columns which differ only in case can be told apart.
 std::vector<std::size_t> titledAnyCase(const ListView& list, std::string_view title) {
   std::vector<std::size_t> found = titled(list, title, equal);
   return found.empty() ? titled(list, title, equalsIgnoringCase) : found;
 }
 
 std::string titles(const ListView& list) {
+  // A file may have thousands of columns, and this becomes part of one sentence.
   constexpr std::size_t mostNamed = 30;
   std::string text;
   for (std::size_t column = 0; column < list.columnCount(); ++column) {
@@ -43,6 +45,7 @@ std::optional<std::size_t> columnByNumber(const ListView& list, std::string_view
   std::size_t number = 0;
   const char* const end = text.data() + text.size();
   const auto read = std::from_chars(text.data() + 1, end, number);
+  // A title may begin with "#", too: only digits up to the end make a number.
   if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
   if (number == 0 || number > list.columnCount()) {
     throw Refused("--map: the file has no column " + std::string(text) + "; it has " +
@@ -68,6 +71,7 @@ std::size_t fieldNamed(const ListView& mappingList, const std::string& name) {
   throw Refused("--map: there is no field \"" + name + "\"; there is: " + titles(mappingList));
 }
 
+// The screen keeps no other note of its mapping: a mapped field shares its file column's cells.
 std::optional<std::size_t> sharedColumn(const ImportScreen& screen, std::size_t field) {
   const auto cells = screen.mappingList.columnCells(field);
   if (cells == nullptr) return std::nullopt;
@@ -99,6 +103,7 @@ void mapByHand(ImportScreen& screen, ImportReport& report, const MapOption& opti
   const auto cells = screen.mappingList.columnCells(field);
   const auto& refusal = report.refusal();
   const std::string& said = refusal ? refusal->text : report.lastError();
+  // A click has no result: that both lists share the cells is the proof that the field is mapped.
   if (said.empty() && cells != nullptr && cells == screen.lv.columnCells(column)) return;
   throw Refused("--map \"" + option.field + "=" + option.column + "\" was refused" +
                 (said.empty() ? "" : ": " + said));

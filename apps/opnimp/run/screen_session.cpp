@@ -7,6 +7,7 @@
 
 namespace velk {
 
+// The code page is the same on every machine, so that a file means the same everywhere.
 ScreenSession::ScreenSession(Recorder& recorder, const SessionSetup& setup)
     : recorder_(recorder),
       desktop_(setup.applicationFolder, setup.clock, recorder.messages(setup.showMessage)),
@@ -28,6 +29,7 @@ ImportScreen& ScreenSession::open(const ImportKind& kind,
   if (shell_.open().empty()) throw Refused("the import screen did not open");
   screen_ = std::dynamic_pointer_cast<ImportScreen>(shell_.open().back());
   if (screen_ == nullptr) throw Refused("what opened is no import screen");
+  // One screen serves all master data, so that its type has to be chosen first, as a user does.
   if (kind.type) {
     auto& master = dynamic_cast<Velk_frmBankBranch_OpnImp&>(*screen_);
     master.cboType.userChoose(static_cast<int>(*kind.type));

@@ -10,6 +10,7 @@ Surroundings realSurroundings() {
           .clock = localNow,
           .openDatabase =
               [](const std::string& connectionString) {
+                // All three members keep the connection alive.
                 const auto connection = openOdbc(connectionString);
                 return OpenDatabase{connection, [connection] { connection->beginTransaction(); },
                                     [connection] { connection->rollback(); }};

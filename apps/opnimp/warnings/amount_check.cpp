@@ -45,6 +45,7 @@ bool groupsDigits(std::string_view number) {
 }
 
 bool hasDecimalComma(std::string_view text) {
+  // checkAmount has found a digit before; the sign or currency before it does not matter.
   const std::string_view number = text.substr(text.find_first_of("0123456789,"));
   return has(number, ',') && !groupsDigits(number);
 }
@@ -67,6 +68,7 @@ WarningText checkAmount(std::string_view cell) {
     return {"amount-decimal-comma",
             "Commas are dropped and only a point marks decimals: \"1.234,50\" reads as 1.2345 and "
             "\"12,50\" as 1250."};
+  // Most amounts end here: what follows is about those of which only a part is read.
   if (parseNumber(read)) return {};
   if (has(read, '('))
     return {"amount-in-parentheses",

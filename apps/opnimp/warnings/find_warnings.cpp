@@ -9,8 +9,10 @@ namespace velk {
 std::vector<Warning> findWarnings(const InputRecords& input, const ImportKind& kind,
                                   const std::vector<FieldMapping>& mapping, int currentYear) {
   std::vector<Warning> warnings;
+  // Without a mapping nobody knows which columns contain amounts, dates or names.
   const bool mapped = !mapping.empty();
   if (const auto* const workbook = dynamic_cast<const WorkbookRecords*>(&input)) {
+    // Such a file is refused as a whole.
     if (!workbook->hasCaptions()) return {};
     warnOfCells(*workbook, warnings);
     if (mapped) warnOfSalesmen(*workbook, mapping, warnings);

@@ -123,6 +123,7 @@ void warnOfBytes(std::string_view bytes, std::vector<Warning>& warnings) {
 
 WarningText checkSeparator(std::string_view header) {
   const auto has = [&](char c) { return std::ranges::count(header, c) > 0; };
+  // With a comma there is a separator, and any other sign may be part of a title.
   if (has(',')) return {};
   if (has(';'))
     return {"semicolon-separated",
@@ -163,6 +164,7 @@ void warnOfTitles(std::string_view header, std::vector<Warning>& warnings) {
 }
 
 void warnOfRagged(const CsvRecords& input, std::vector<Warning>& warnings) {
+  // Quotes count in the titles as in the records: both are separated by one rule.
   const std::size_t columns = countFields(input.header());
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t fields = countFields(input.bytesOf(record));
@@ -176,6 +178,7 @@ void warnOfQuotes(const CsvRecords& input, std::vector<Warning>& warnings) {
     const std::size_t line = input.place(record).line;
     if (hasQuotedComma(input.bytesOf(record))) addWarning(warnings, quotedComma, line);
     if (!endsInsideQuotes(input.bytesOf(record))) continue;
+    // An open quote here and one more in the next record: most likely one value with a line break.
     const bool goesOn = record + 1 < input.count() && endsInsideQuotes(input.bytesOf(record + 1));
     addWarning(warnings, goesOn ? lineBreak : missingQuote, line);
     if (goesOn) ++record;  // the second half is not a finding of its own

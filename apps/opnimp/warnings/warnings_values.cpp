@@ -41,10 +41,12 @@ void warnOfDocuments(const CsvRecords& input, const OpeningImportKind& kind,
   const std::size_t width = mappedWidth(mapping);
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t line = input.place(record).line;
+    // Kept, because checkAmount judges the commas in a quoted amount.
     const auto fields = input.fields(record, QuotedComma::Keep, width);
     for (const std::size_t amount : {openingField::bill, openingField::balance}) {
       addWarning(warnings, checkAmount(mappedCell(fields, mapping, amount)), line);
     }
+    // Without a text for invalid dates, the kind raises an error for them, which ends its run.
     const std::string date = mappedCell(fields, mapping, openingField::date);
     addWarning(warnings, checkDate(date, currentYear, kind.invalidDate.empty()), line);
   }
@@ -54,6 +56,7 @@ void warnOfDocuments(const CsvRecords& input, const OpeningImportKind& kind,
 /// value there.
 void warnOfUnmapped(const CsvRecords& input, const std::vector<FieldMapping>& mapping,
                     std::vector<Warning>& warnings) {
+  // Without records there is no first value that could be missing.
   if (input.count() == 0) return;
   const std::string header = CodePage::windows1252().decode(input.header());
   for (const std::string& title : splitLine(header, QuotedComma::Drop)) {

@@ -29,6 +29,7 @@ WarningText checkCell(std::string_view text) {
   if (std::ranges::count(errorValues, text) > 0)
     return {"error-values",
             "The formula of a cell has no result; what is read is its error, such as #N/A."};
+  // A text between two quotes loses only these, which its writer expects.
   if (text.starts_with('"') && (text.size() < 2 || !text.ends_with('"')))
     return {"leading-quote",
             "A text that begins with a double quote loses it, and its last character, too."};
@@ -53,6 +54,7 @@ std::string unquotedAndTrimmed(const std::string& cell) {
 
 void warnOfCells(const WorkbookRecords& input, std::vector<Warning>& warnings) {
   for (const std::size_t row : input.unreadRows()) addWarning(warnings, rowNotRead, row);
+  // The pick lists come after these columns; the export itself has written those.
   if (!input.isBlank(1, WorkbookRecords::lastColumn + 1, dsTypeList.listColumn - 1)) {
     addWarning(warnings, otherColumns, 1);
   }
@@ -66,6 +68,7 @@ void warnOfCells(const WorkbookRecords& input, std::vector<Warning>& warnings) {
 
 void warnOfSalesmen(const WorkbookRecords& input, const std::vector<FieldMapping>& mapping,
                     std::vector<Warning>& warnings) {
+  // In lower case, so that names which differ only in case count as one.
   std::set<std::string, std::less<>> names;
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t row = input.place(record).line;

@@ -15,6 +15,7 @@ constexpr std::string_view cyclic = "its sectors are chained in a circle";
 std::size_t sectorSizeOf(std::string_view bytes) {
   if (bytes.size() < headerSize) damaged("it ends within its header");
   const auto shift = loadNumber<std::uint16_t>(bytes.data() + headerSectorShift);
+  // 512 bytes in version 3 of the format, 4096 in version 4.
   if (shift != 9 && shift != 12) damaged("its sectors have an impossible size");
   return std::size_t{1} << shift;
 }
@@ -75,11 +76,13 @@ bool CompoundFile::recognises(std::string_view bytes) {
   return bytes.starts_with(signature);
 }
 
+// Sector 0 follows the header, which takes a whole sector in both versions.
 CompoundFile::CompoundFile(std::string_view bytes)
     : sectorSize_(sectorSizeOf(bytes)),
       sectors_(bytes.substr(std::min(sectorSize_, bytes.size())), sectorSize_) {
   const std::string_view header = bytes.substr(0, headerSize);
   miniCutoff_ = loadNumber<std::uint32_t>(header.data() + headerMiniCutoff);
+  // In this order: each part is found with the help of the one before.
   readTable(header);
   readDirectory(loadNumber<std::uint32_t>(header.data() + headerFirstDirectory));
   readMiniStream(loadNumber<std::uint32_t>(header.data() + headerFirstMiniTable));
@@ -93,6 +96,7 @@ void CompoundFile::readTable(std::string_view header) {
     if (i >= sectors_.count()) damaged(cyclic);
     const std::string_view list = sectors_.sector(more);
     if (list.size() < sectorSize_) damaged("it ends too early");
+    // The last number of a list names the next list.
     addTableSectors(list.substr(0, sectorSize_ - 4));
     more = loadNumber<std::uint32_t>(list.data() + sectorSize_ - 4);
   }
@@ -130,6 +134,7 @@ void CompoundFile::readDirectory(std::uint32_t first) {
 
 void CompoundFile::readMiniStream(std::uint32_t firstTableSector) {
   if (entries_[0].size == 0) return;
+  // The chain of the root entry contains the mini sectors.
   miniBytes_ = sectors_.chain(entries_[0].first, entries_[0].size);
   mini_ = SectorSpace(miniBytes_, miniSectorSize);
   mini_.appendToTable(sectors_.chain(firstTableSector));

@@ -15,6 +15,7 @@ namespace {
 constexpr std::size_t sectorSize = 512;
 constexpr std::size_t numbersInSector = sectorSize / 4;
 constexpr std::size_t numbersInHeader = (headerSize - headerTable) / 4;
+// The format allows no other value.
 constexpr std::size_t miniCutoff = 4096;
 
 std::uint32_t sectorsFor(std::size_t items, std::size_t itemsInSector) {
@@ -41,6 +42,7 @@ struct Layout {
     do {
       before = tableSectors + listSectors;
       tableSectors = sectorsFor(table + before, numbersInSector);
+      // The last number of a list names the next list, so it holds one less.
       const std::size_t inLists =
           tableSectors - std::min<std::size_t>(tableSectors, numbersInHeader);
       listSectors = sectorsFor(inLists, numbersInSector - 1);
@@ -88,6 +90,7 @@ std::string header(const Layout& at) {
        {0x3EU, 3U, 0xFFFEU, 9U, 6U}) {  // versions, byte order, sector sizes
     appendNumber(bytes, static_cast<std::uint16_t>(number));
   }
+  // Reserved, and the number of directory sectors, always 0 with sectors of 512 bytes.
   bytes.append(10, '\0');
   appendNumber(bytes, at.tableSectors);
   appendNumber(bytes, at.directory);
@@ -107,6 +110,7 @@ void appendEntry(std::string& to, std::string_view name, std::uint8_t type, std:
   const std::size_t start = to.size();
   for (const char16_t unit : toUtf16(name)) appendNumber(to, static_cast<std::uint16_t>(unit));
   to.append(start + entryNameLength - to.size(), '\0');
+  // In bytes, with the NUL after the name.
   const std::size_t nameLength = name.empty() ? 0 : (name.size() + 1) * 2;
   appendNumber(to, static_cast<std::uint16_t>(nameLength));
   appendNumber(to, type);
@@ -121,6 +125,7 @@ void appendEntry(std::string& to, std::string_view name, std::uint8_t type, std:
 std::string directory(const Layout& at, std::size_t streamLength) {
   std::string bytes;
   const std::size_t miniLength = at.miniSectors * miniSectorSize;
+  // The root: its child is entry 1, and its own chain is that of the mini stream.
   appendEntry(bytes, "Root Entry", typeRoot, 1, at.isMini && miniLength > 0 ? 0 : endOfChain,
               miniLength);
   appendEntry(bytes, "Workbook", typeStream, freeSector, 0, streamLength);
@@ -131,6 +136,7 @@ std::string directory(const Layout& at, std::size_t streamLength) {
 
 std::string tables(const Layout& at) {
   std::string bytes;
+  // First the mini table; then one number for each sector, in the order of Layout.
   appendChain(bytes, 0, at.miniSectors);
   fillSector(bytes);
   appendChain(bytes, 0, at.data);

@@ -9,6 +9,7 @@ namespace velk::xls {
 RecordWriter& RecordWriter::begin(Record type) {
   end();
   start_ = to_.size();
+  // The length is not known yet; end() fills it in.
   return u16(static_cast<std::size_t>(type)).u16(0);
 }
 
@@ -44,6 +45,7 @@ void RecordWriter::characters(std::string_view bytes, bool wide) {
   if (room() < front + unit) begin(Record::Continue);
   u16(bytes.size() / unit).u8(flags);
   for (;;) {
+    // Rounded down to whole characters.
     const std::size_t here = std::min(bytes.size(), room() / unit * unit);
     to_.append(bytes.substr(0, here));
     bytes.remove_prefix(here);
@@ -54,6 +56,7 @@ void RecordWriter::characters(std::string_view bytes, bool wide) {
 
 RecordWriter& RecordWriter::shortText(std::string_view text, std::size_t lengthBytes) {
   lengthBytes == 1 ? u8(static_cast<std::uint8_t>(text.size())) : u16(text.size());
+  // The flags of the text: one byte for each character.
   u8(0);
   to_.append(text);
   return *this;

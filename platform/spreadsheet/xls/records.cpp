@@ -19,6 +19,7 @@ void appendUnits(std::u16string& to, std::string_view characters, bool wide) {
 }  // namespace
 
 void ContinuedReader::advance() {
+  // A loop, because a Continue record may be empty.
   while (left_.empty()) {
     if (!records_.continues()) damaged("a text ends too early");
     records_.next();
@@ -55,9 +56,11 @@ void ContinuedReader::skip(std::size_t count) {
 void ContinuedReader::appendText(std::string& to) {
   const std::size_t length = u16();
   const unsigned flags = u8();
+  // Both counts precede the characters; what they count follows them.
   const std::size_t runs = (flags & textHasRuns) != 0 ? u16() : 0;
   const std::size_t phonetics = (flags & textHasPhonetics) != 0 ? u32() : 0;
   appendCharacters(to, length, (flags & textIsWide) != 0);
+  // A run is a position and a font of two bytes each.
   skip(runs * 4);
   skip(phonetics);
 }

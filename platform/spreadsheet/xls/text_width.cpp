@@ -23,6 +23,7 @@ int widthOf(unsigned char byte) {
   constexpr int full = 1000;
   if (byte < 0x80) return byte < ' ' || byte > '~' ? 0 : asciiWidths[byte - ' '];
   if (byte < 0xC0) return 0;
+  // 0xE3 begins U+3000, from where on most characters are as wide as they are high.
   return byte < 0xE3 ? other : full;
 }
 

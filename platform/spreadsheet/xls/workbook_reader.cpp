@@ -14,6 +14,7 @@ namespace {
 double unpack(std::uint32_t packed) {
   constexpr std::uint32_t isHundredfold = 1;
   constexpr std::uint32_t isInteger = 2;
+  // The shift keeps the sign: an integer has the upper 30 bits.
   const double value = (packed & isInteger) != 0
                            ? static_cast<std::int32_t>(packed) >> 2
                            : std::bit_cast<double>(std::uint64_t{packed & 0xFFFFFFFCU} << 32U);
@@ -69,6 +70,7 @@ class GlobalsReader {
         readFormat(texts);
         break;
       case Record::ExtendedFormat:
+        // The font.
         fields.skip(2);
         contents_.cellFormats.push_back(fields.u16());
         break;
@@ -143,6 +145,7 @@ class SheetReader {
       case Record::LabelSst:
         return addSharedText(readPlace(fields), fields);
       case Record::Label:
+      // The runs of fonts that follow its text do not matter.
       case Record::RString:
         return addText(readPlace(fields), placeLength);
       case Record::Rk:
@@ -155,10 +158,12 @@ class SheetReader {
       }
       case Record::BoolErr: {
         const Place place = readPlace(fields);
+        // The flag after the value tells an error from a boolean.
         const std::uint8_t value = fields.u8();
         return add(place, fields.u8() != 0 ? Cell::Kind::Error : Cell::Kind::Boolean, value);
       }
       case Record::Formula:
+        // The text of an earlier formula must have come by now.
         checkPendingText();
         return addResult(readPlace(fields), fields);
       case Record::String:
@@ -193,6 +198,7 @@ class SheetReader {
   /// Neighbours in one row; the column of the last one follows them.
   void addPackedRow(FieldReader& fields) {
     Place place{fields.u16(), fields.u16(), 0};
+    // Format and number of a cell take six bytes; two are left for the last column.
     for (; fields.left() >= 6; ++place.column) {
       place.format = fields.u16();
       addPacked(place, fields);
@@ -201,6 +207,7 @@ class SheetReader {
 
   void addSharedText(const Place& place, FieldReader& fields) {
     const std::uint32_t text = fields.u32();
+    // Not the size of the pool: texts within records are added to it, too.
     if (text >= sharedTexts_) damaged("the text of a cell is missing");
     add(place, Cell::Kind::Text, text);
   }
@@ -221,6 +228,7 @@ class SheetReader {
     if (result >> 48U != isNoNumber) return addNumber(place, std::bit_cast<double>(result));
     const auto kind = static_cast<std::uint8_t>(result);
     const auto value = static_cast<std::uint8_t>(result >> 16U);
+    // 3, the empty text, is not listed.
     if (kind == 0) pendingText_ = place;
     if (kind == 1) add(place, Cell::Kind::Boolean, value);
     if (kind == 2) add(place, Cell::Kind::Error, value);

@@ -54,6 +54,7 @@ class WorkbookWriter {
   }
 
   void beginSubstream(std::uint16_t kind) {
+    // Build and year (1996) of the first version with this format.
     constexpr std::size_t build = 0x0DBB;
     constexpr std::size_t year = 0x07CC;
     constexpr std::size_t lowestVersion = 6;
@@ -80,6 +81,7 @@ class WorkbookWriter {
   }
 
   void writeWindow() {
+    // Place and size in twips, flags, active and first tab, one selected, width of the tabs.
     constexpr std::size_t scrollBarsAndTabs = 0x38;
     records_.begin(Record::Window1).u16(0).u16(0).u16(16000).u16(9000).u16(scrollBarsAndTabs);
     records_.u16(0).u16(0).u16(1).u16(600);
@@ -88,12 +90,14 @@ class WorkbookWriter {
   void writeFont(bool bold) {
     constexpr std::size_t automaticColour = 0x7FFF;
     constexpr std::uint8_t swiss = 2;
+    // The height is in twentieths of a point, the weight as Windows counts it.
     records_.begin(Record::Font).u16(defaultFontPoints * 20).u16(0).u16(automaticColour);
     records_.u16(bold ? 700 : 400).u16(0).u8(0).u8(swiss).u8(0).u8(0);
     records_.shortText(defaultFontName, 1);
   }
 
   void writeFormats() {
+    // 0xFFF5: a format of a style, locked and without a parent; 0xF4: what it does not set.
     for (std::size_t i = 0; i < styleFormats; ++i) writeFormat(0, 0, 0xFFF5, i == 0 ? 0 : 0xF4);
     constexpr std::size_t locked = 1;
     constexpr std::uint8_t ownNumberFormat = 0x04;
@@ -101,12 +105,14 @@ class WorkbookWriter {
     writeFormat(0, 0, locked, 0);
     writeFormat(0, textNumberFormat, locked, ownNumberFormat);
     writeFormat(boldFont, textNumberFormat, locked, ownNumberFormat | ownFont);
+    // The last byte is the outline level, which only styles of outlines have.
     constexpr std::size_t builtInStyle = 0x8000;
     records_.begin(Record::Style).u16(builtInStyle).u8(0).u8(0xFF);  // "Normal"
   }
 
   void writeFormat(std::size_t font, std::size_t number, std::size_t kind, std::uint8_t own) {
     constexpr std::uint8_t bottom = 0x20;
+    // The automatic colours 64 and 65, seven bits each.
     constexpr std::size_t noPattern = 0x20C0;
     records_.begin(Record::ExtendedFormat).u16(font).u16(number).u16(kind);
     records_.u8(bottom).u8(0).u8(0).u8(own).u32(0).u32(0).u16(noPattern);
@@ -128,6 +134,7 @@ class WorkbookWriter {
       stream_[sheetOffset_ + i] = static_cast<char>(stream_.size() >> 8U * i);
     }
     beginSubstream(substreamWorksheet);
+    // The order is the format's: columns, dimensions, cells, window, validations.
     for (const auto& [number, column] : sheet_.columns) writeColumn(number, column);
     writeDimensions();
     for (const auto& row : sheet_.cells.rows()) {
@@ -142,6 +149,7 @@ class WorkbookWriter {
   }
 
   void writeColumn(int number, const SheetColumn& column) {
+    // A column that is only hidden needs a width in its record, too.
     constexpr double usualWidth = 8.43;
     const auto position = static_cast<std::size_t>(number);
     records_.begin(Record::ColumnInfo).u16(position).u16(position);
@@ -164,6 +172,7 @@ class WorkbookWriter {
       columns = std::max<std::size_t>(columns, row.back().column + 1U);
     }
     const auto firstUsed = std::ranges::find_if(rows, [](const auto& row) { return !row.empty(); });
+    // The ends are one past the last row and column.
     records_.u32(static_cast<std::size_t>(firstUsed - rows.begin())).u32(rows.size());
     records_.u16(firstColumn).u16(columns).u16(0);
   }
@@ -188,6 +197,7 @@ class WorkbookWriter {
   void writeValidation(const ListValidation& validation) {
     constexpr std::size_t isList = 3;
     constexpr std::size_t blankAllowedPromptAndStopShown = 0xC0100;
+    // A token for an area and its four edges of two bytes.
     constexpr std::uint8_t areaToken = 0x25;
     constexpr std::size_t areaLength = 9;
     records_.begin(Record::Validation).u32(isList | blankAllowedPromptAndStopShown);

@@ -16,6 +16,7 @@ constexpr std::string_view saveAsXls = "; save it as an Excel 97-2003 workbook (
 }
 
 /// A file of versions 2 to 4 is one sheet without anything around it.
+/// It begins with a BOF record: 0x0009, 0x0209 or 0x0409, of at most 8 bytes.
 bool isBareSheet(std::string_view file) {
   return file.size() > 4 && file[0] == '\x09' && file[2] <= '\x08' && file[3] == '\0' &&
          (file[1] == '\0' || file[1] == '\x02' || file[1] == '\x04');
@@ -25,6 +26,7 @@ bool isBareSheet(std::string_view file) {
   constexpr std::size_t looked = 4096;  // the kind of a file shows at its start
   const std::string_view start = file.substr(0, looked);
   if (file.empty()) refuse("The file is empty");
+  // A ZIP archive. An .ods begins with a member that spells its type, not compressed.
   if (start.starts_with("PK\x03\x04")) {
     const bool ods = start.find("opendocument.spreadsheet") != std::string_view::npos;
     refuseAs(ods ? "an .ods workbook under another name" : "an .xlsx workbook under another name");
@@ -46,6 +48,7 @@ std::string workbookStream(std::string_view file) {
   if (auto stream = compound.stream("Workbook")) return std::move(*stream);
   // Workbooks that are saved for both have both streams, so this one comes second.
   if (compound.stream("Book")) refuseAs("a workbook of version 5.0/95");
+  // An .xlsx with a password is a compound file around the encrypted archive.
   if (compound.stream("EncryptedPackage")) {
     refuse("The workbook is protected with a password; save it without one");
   }

@@ -24,6 +24,7 @@ CellRange fileRange(const CellRange& range) {
 void XlsSheetWriter::setText(int row, int column, std::string_view text) {
   checkCell(row, column);
   checkCellText(text);
+  // An empty text is added, too: it replaces an earlier text of the cell.
   sheet_.cells.add({static_cast<std::uint16_t>(row - 1), static_cast<std::uint8_t>(column - 1),
                     text.empty() ? Cell::Kind::Blank : Cell::Kind::Text,
                     text.empty() ? 0 : sheet_.texts.add(text)});
@@ -82,6 +83,7 @@ void XlsSheetWriter::autoFit(int firstColumn, int lastColumn) {
 }
 
 void XlsSheetWriter::saveAs(std::string_view path) {
+  // A replacement: the old file stays until the new one is complete.
   const auto file = files_.openReplacement(path);
   writeCompoundFile(*file, writeWorkbook(sheet_));
   file->close();

@@ -28,6 +28,7 @@ ControlWindow::ControlWindow(Control& control, const ControlPlace& place,
       CreateWindowExW(extendedStyle, windowClass, caption.c_str(), styleOf(control, style), at.left,
                       at.top, at.width, at.height, place.parent, nullptr, thisModule(), nullptr);
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
+  // A new window has the old system font.
   SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
 }
 
@@ -36,6 +37,7 @@ void ControlWindow::propertyChanged(Property property) {
     case Property::Enabled:
       return enable();
     case Property::Visible:
+      // SHOWNA, because a control that appears must not activate anything.
       ShowWindow(handle_, control_.visible() ? SW_SHOWNA : SW_HIDE);
       return;
     case Property::Left:
@@ -49,6 +51,7 @@ void ControlWindow::propertyChanged(Property property) {
       SetFocus(handle_);
       return;
     default:
+      // Colours: the window asks for them when it paints.
       InvalidateRect(handle_, nullptr, TRUE);
   }
 }
@@ -84,6 +87,7 @@ HBRUSH ControlWindow::color(HDC dc) const {
 
 COLORREF toColorRef(std::int32_t color) {
   const auto number = static_cast<std::uint32_t>(color);
+  // With this bit the rest is the number of a system colour (COLOR_...).
   constexpr std::uint32_t systemColor = 0x80000000;
   return (number & systemColor) != 0 ? GetSysColor(static_cast<int>(number & 0xFF))
                                      : number & 0x00FFFFFF;

@@ -41,6 +41,7 @@ FormWindow::FormWindow(std::shared_ptr<Form> form, std::shared_ptr<void> keep)
     throw;
   }
   form_->setObserver(this);
+  // Handles of windows have 32 significant bits, on 64-bit Windows, too.
   form_->set(Property::hWnd, static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(handle_)));
 }
 
@@ -50,6 +51,7 @@ FormWindow::~FormWindow() {
 
 void FormWindow::makeWindow() {
   const Bounds at = scale_.pixels(form_->bounds());
+  // Before the controls are made: the class of lists is not there by itself.
   const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
   InitCommonControlsEx(&lists);
   handle_ = CreateWindowExW(WS_EX_CONTROLPARENT, registeredClass(formClass, procedure),
@@ -74,6 +76,7 @@ void FormWindow::makeControls() {
 
 void FormWindow::show() {
   ShowWindow(handle_, SW_SHOWNORMAL);
+  // The first one in the order of the Tab key; Windows does so for dialogs only.
   SetFocus(GetNextDlgTabItem(handle_, nullptr, FALSE));
 }
 
@@ -175,6 +178,7 @@ void FormWindow::command(WPARAM wParam, HWND control) {
   if (ControlWindow* window = control == nullptr ? nullptr : holding(control)) {
     return window->command(HIWORD(wParam));
   }
+  // IsDialogMessage turns the Enter key into IDOK.
   // Enter presses the button that has the focus.
   if (LOWORD(wParam) != IDOK) return;
   const ControlWindow* focused = holding(GetFocus());
@@ -238,6 +242,7 @@ Menu* FormWindow::popup(const Menu& menu) const {
     auto* item = dynamic_cast<Menu*>(control);
     if (item == nullptr || item->container() != &menu || !item->visible()) continue;
     items.push_back(item);
+    // Numbered from 1, because 0 is the answer for a menu without a choice.
     AppendMenuW(shown.get(), MF_STRING | (item->enabled() ? MF_ENABLED : MF_GRAYED), items.size(),
                 toWide(item->text(Property::Caption)).c_str());
   }
@@ -266,6 +271,7 @@ void FormWindow::formChanged(Property property) {
     case Property::hWnd:
       break;
     default:
+      // Put off: code sets several of these in a row, and each would resize the window.
       boundsChanged_ = true;
       changeLater();
   }

@@ -11,6 +11,7 @@ constexpr int captionIndent = 9;  // pixels, where the platform's own frames hav
 
 }  // namespace
 
+// CONTROLPARENT lets the Tab key reach the controls inside.
 FrameWindow::FrameWindow(Frame& frame, const ControlPlace& place)
     : ControlWindow(frame, place, registeredClass(frameClass, procedure), WS_CLIPCHILDREN,
                     WS_EX_CONTROLPARENT) {
@@ -20,6 +21,7 @@ FrameWindow::FrameWindow(Frame& frame, const ControlPlace& place)
 LRESULT CALLBACK FrameWindow::procedure(HWND window, UINT message, WPARAM wParam,
                                         LPARAM lParam) noexcept try {
   const auto* frame = reinterpret_cast<FrameWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  // Null while CreateWindow runs: the constructor has not set it yet.
   if (frame == nullptr) return DefWindowProcW(window, message, wParam, lParam);
   switch (message) {
     case WM_ERASEBKGND:

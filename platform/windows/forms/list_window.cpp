@@ -51,6 +51,7 @@ void ListWindow::propertyChanged(Property property) {
 void ListWindow::showColors() const {
   const auto back = static_cast<LPARAM>(toColorRef(list_.number(Property::BackColor)));
   SendMessageW(handle(), LVM_SETBKCOLOR, 0, back);
+  // The cells of texts have a background of their own.
   SendMessageW(handle(), LVM_SETTEXTBKCOLOR, 0, back);
   SendMessageW(handle(), LVM_SETTEXTCOLOR, 0,
                static_cast<LPARAM>(toColorRef(list_.number(Property::ForeColor))));
@@ -69,6 +70,7 @@ void ListWindow::flush() {
 }
 
 void ListWindow::showColumns() {
+  // From the last one on, so that the positions of the others stay right.
   while (shown_.size() > list_.columnCount()) {
     shown_.pop_back();
     SendMessageW(handle(), LVM_DELETECOLUMN, shown_.size(), 0);
@@ -127,6 +129,7 @@ LRESULT ListWindow::notify(NMHDR& header) {
 // The window may ask beyond the model, between a change of it and the flush.
 void ListWindow::giveText(LVITEMW& item) const {
   if ((item.mask & LVIF_TEXT) == 0 || item.pszText == nullptr || item.cchTextMax <= 0) return;
+  // First, so that a cell beyond the model shows as empty.
   item.pszText[0] = L'\0';
   const std::size_t row = static_cast<std::size_t>(item.iItem) + 1;
   const auto column = static_cast<std::size_t>(item.iSubItem);
@@ -139,6 +142,7 @@ void ListWindow::giveText(LVITEMW& item) const {
 
 // Mapped cells of the mapping row are bold, so other rows need no drawing of ours.
 LRESULT ListWindow::draw(NMLVCUSTOMDRAW& what) const {
+  // The model's rows count from 1.
   const std::size_t row = what.nmcd.dwItemSpec + 1;
   switch (what.nmcd.dwDrawStage) {
     case CDDS_PREPAINT:
@@ -178,6 +182,7 @@ void ListWindow::readGeometry() {
     shown_[i].second = width;
     list_.userColumnWidth(i, scale().twips(width, list_.width(i)));
   }
+  // The header moves to the left as the list scrolls, so its place tells how far.
   POINT origin{};
   MapWindowPoints(header(), handle(), &origin, 1);
   list_.userScroll(scale().twips(-origin.x));

@@ -5,6 +5,7 @@
 namespace velk {
 
 const wchar_t* registeredClass(const wchar_t* name, WNDPROC procedure) {
+  // No background brush: these windows erase themselves in a colour of the model.
   WNDCLASSEXW window{};
   window.cbSize = sizeof window;
   window.lpfnWndProc = procedure;
@@ -15,6 +16,7 @@ const wchar_t* registeredClass(const wchar_t* name, WNDPROC procedure) {
   return name;
 }
 
+// Windows refuses this while another shell of the process still has a window of the class.
 void forgetClasses() noexcept {
   UnregisterClassW(formClass, thisModule());
   UnregisterClassW(frameClass, thisModule());

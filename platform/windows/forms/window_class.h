@@ -1,5 +1,5 @@
 // The window classes of this folder. They go with the last window, because a DLL that is unloaded
-// must leave none behind.
+// must not leave any registered.
 #pragma once
 
 #include <windows.h>

@@ -9,6 +9,7 @@ namespace velk {
 
 namespace {
 
+// NOPREFIX, because an ampersand in a label is a character to show.
 class LabelWindow final : public ControlWindow {
  public:
   LabelWindow(Label& label, const ControlPlace& place)
@@ -42,6 +43,7 @@ class TextBoxWindow final : public ControlWindow {
   }
   void command(UINT code) override {
     if (code != EN_CHANGE || showing_) return;
+    // A dropped event has not reached the model: the window goes back to what that has.
     if (box_.userText(typed()) == EventResult::Dropped) showValue();
   }
 
@@ -53,6 +55,7 @@ class TextBoxWindow final : public ControlWindow {
     showing_ = false;
   }
   std::string typed() const {
+    // The length may be an estimate that is too long; GetWindowText answers the true one.
     std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(handle())), L'\0');
     text.resize(static_cast<std::size_t>(
         GetWindowTextW(handle(), text.data(), static_cast<int>(text.size()) + 1)));
@@ -86,6 +89,7 @@ class ComboWindow final : public ControlWindow {
   }
 
  private:
+  // CB_SETCURSEL sends no notification, so this needs no guard as the text box does.
   void showChoice() const {
     SendMessageW(handle(), CB_SETCURSEL, static_cast<WPARAM>(box_.index()), 0);
   }

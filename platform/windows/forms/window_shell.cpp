@@ -77,6 +77,7 @@ Menu* WindowShell::popup(Menu& menu) {
 
 void WindowShell::hook() {
   if (!hook_) {
+    // For this thread only, so that no other program has to load the DLL.
     hook_.reset(SetWindowsHookExW(WH_GETMESSAGE, seeMessage, nullptr, GetCurrentThreadId()));
   }
 }
