@@ -1,6 +1,8 @@
 // Numbers that the main window shares with its resources.
 #pragma once
 
+// The resource compiler knows macros only. NOLINTBEGIN(*-macro-usage)
+
 #define HOST_RESOURCE 1  // menu, keys and icon
 
 // In the order of ImportScreenKind, without gaps.
@@ -12,3 +14,5 @@
 #define REFRESH_COMMAND 111
 #define EXIT_COMMAND 112
 #define TABLE_CHOICE 120
+
+// NOLINTEND(*-macro-usage)

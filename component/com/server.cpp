@@ -11,8 +11,10 @@ namespace velk {
 namespace {
 
 // One count for the process, because the process asks whether the DLL may go.
+// NOLINTBEGIN(*-avoid-non-const-global-variables)
 std::atomic<long> locks{0};
 std::atomic<bool> kept{false};
+// NOLINTEND(*-avoid-non-const-global-variables)
 
 }  // namespace
 
