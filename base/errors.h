@@ -13,6 +13,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace velk {
 
@@ -79,6 +80,19 @@ class RuntimeError : public std::exception {
   std::int32_t number_;
   std::string description_;
 };
+
+/// An error trap: a runtime error ends the routine and goes to `failed`, all else passes. True when
+/// the routine came to its end.
+template <class Routine, class Failed>
+bool trapErrors(Routine&& routine, Failed&& failed) {
+  try {
+    std::forward<Routine>(routine)();
+    return true;
+  } catch (const RuntimeError& error) {
+    std::forward<Failed>(failed)(error);
+    return false;
+  }
+}
 
 /// Runs work on whole files, which may ask for more memory than there is: error 7 then.
 template <class Work>

@@ -67,8 +67,8 @@ std::shared_ptr<Recordset> ImportRun::post(Connection& connection, std::string_v
 }
 
 std::string ImportRun::unquoted(std::string_view field) {
-  std::string text(field);
-  if (!trap("", [&] { text.resize(unquoteInPlace(text.data(), text.size())); })) text.clear();
+  std::string text;
+  trap("", [&] { text = velk::unquoted(field); });
   return text;
 }
 

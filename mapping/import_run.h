@@ -72,25 +72,17 @@ class ImportRun {
   /// failed.
   template <class Routine>
   bool trap(std::string_view tag, Routine&& routine) {
-    try {
-      std::forward<Routine>(routine)();
-      return true;
-    } catch (const RuntimeError& error) {
+    return trapErrors(routine, [&](const RuntimeError& error) {
       observer().errorTrapped(error, module_.logTrapped(tag, error));
-      return false;
-    }
+    });
   }
   /// The same with one plain line in the log.
   template <class Routine>
   bool trapWithLine(std::string_view line, Routine&& routine) {
-    try {
-      std::forward<Routine>(routine)();
-      return true;
-    } catch (const RuntimeError& error) {
+    return trapErrors(routine, [&](const RuntimeError& error) {
       module_.WriteErrorLog(line);
       observer().errorTrapped(error, line);
-      return false;
-    }
+    });
   }
   /// A field without its quotes; one that has only one, and so cannot lose two, is logged and
   /// empty.

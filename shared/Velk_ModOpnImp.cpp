@@ -41,8 +41,7 @@ std::string Velk_ModOpnImp::logTrapped(std::string_view tag, const RuntimeError&
 // not in it, as logs never had it.
 std::string Velk_ModOpnImp::ReadFileText(std::string_view path) {
   std::string text;
-  const std::string line = std::string("Error in Opening the file ").append(path);
-  const bool done = trapWithLine(line, [&] {
+  const auto read = [&] {
     const std::int16_t number = files_.freeFile();
     files_.openForInput(number, path);
     try {
@@ -52,8 +51,11 @@ std::string Velk_ModOpnImp::ReadFileText(std::string_view path) {
       throw;
     }
     files_.close(number);
+  };
+  trapErrors(read, [&](const RuntimeError&) {
+    WriteErrorLog(std::string("Error in Opening the file ").append(path));
+    hostService().messageBox("Check The Error Log " + errorLogPath(), styleOk);
   });
-  if (!done) hostService().messageBox("Check The Error Log " + errorLogPath(), styleOk);
   return text;
 }
 
@@ -64,9 +66,9 @@ std::vector<std::string> Velk_ModOpnImp::ParseCsvLine(std::string_view line) {
 }
 
 std::string Velk_ModOpnImp::UnquoteField(std::string_view field) {
-  std::string text(field);
+  std::string text;
   // A field of one quote is an error: it is logged, and the answer is empty.
-  if (!trap("", [&] { text.resize(unquoteInPlace(text.data(), text.size())); })) text.clear();
+  trap("", [&] { text = unquoted(field); });
   return text;
 }
 

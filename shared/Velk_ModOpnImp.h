@@ -54,25 +54,7 @@ class Velk_ModOpnImp {
   /// failed.
   template <class Routine>
   bool trap(std::string_view tag, Routine&& routine) {
-    try {
-      std::forward<Routine>(routine)();
-      return true;
-    } catch (const RuntimeError& error) {
-      logTrapped(tag, error);
-      return false;
-    }
-  }
-
-  /// Runs a routine under an error trap that logs one plain line. False when it failed.
-  template <class Routine>
-  bool trapWithLine(std::string_view line, Routine&& routine) {
-    try {
-      std::forward<Routine>(routine)();
-      return true;
-    } catch (const RuntimeError&) {
-      WriteErrorLog(line);
-      return false;
-    }
+    return trapErrors(routine, [&](const RuntimeError& error) { logTrapped(tag, error); });
   }
 
   // File texts

@@ -66,4 +66,10 @@ std::size_t unquoteInPlace(char* field, std::size_t length) {
   return static_cast<std::size_t>(to - field);
 }
 
+std::string unquoted(std::string_view field) {
+  std::string text(field);
+  text.resize(unquoteInPlace(text.data(), text.size()));
+  return text;
+}
+
 }  // namespace velk

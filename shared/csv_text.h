@@ -33,4 +33,7 @@ std::size_t countFields(std::string_view line);
 /// at `field`; its length is returned. Error 5 for the field of one double quote.
 std::size_t unquoteInPlace(char* field, std::size_t length);
 
+/// The same for a text of its own.
+std::string unquoted(std::string_view field);
+
 }  // namespace velk
