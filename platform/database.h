@@ -102,7 +102,7 @@ class Connection {
 };
 
 /// A connection that was never opened: whatever is executed is error 3709.
-class ClosedConnection final : public Connection {
+class ClosedConnection : public Connection {
  public:
   std::shared_ptr<Recordset> Execute(std::string_view text) override;
   std::unique_ptr<Command> newCommand() override;

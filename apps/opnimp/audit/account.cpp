@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-#include <optional>
 #include <tuple>
-#include <utility>
 
 #include "apps/opnimp/cli/printable.h"
 #include "base/errors.h"
@@ -94,20 +92,17 @@ class Bookkeeper {
     const RecordTrace& trace = basis_.traces.records[record];
     Sums& ofOutcome = account_.byOutcome[static_cast<std::size_t>(trace.outcome)];
     const std::optional<FileRecord> file = read(record);
-    // Counted, so that the counts agree, although there is no amount to add.
-    if (!file) {
-      ++account_.unreadable;
-      ++account_.file.count;
-      ++ofOutcome.count;
-    } else {
-      addTo(account_.file, file->bill, file->bill, file->balance);
-      addTo(ofOutcome, file->bill, file->bill, file->balance);
+    if (!file) ++account_.unreadable;
+    // Counted even then, so that the counts agree, although there is no amount to add.
+    const FileRecord amounts = file.value_or(FileRecord{});
+    for (Sums* sums : {&account_.file, &ofOutcome}) {
+      addTo(*sums, amounts.bill, amounts.bill, amounts.balance);
     }
     checkWord(record, trace);
     if (trace.outcome == Outcome::Skipped && (!file || file->bill != 0)) {
       differAt(record, "the import skipped it, although the file has an amount");
     }
-    addEffects(record, trace, file.value_or(FileRecord{}));
+    addEffects(record, trace, amounts);
     checkTotals(record);
   }
 

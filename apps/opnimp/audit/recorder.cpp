@@ -6,46 +6,31 @@
 
 namespace velk {
 
-/// Keeps each line, also one that the file does not take.
-class Recorder::Log final : public ErrorLog {
- public:
-  explicit Log(Recorder& recorder) : recorder_(recorder) {}
-  void setFile(ErrorLog* file) { file_ = file; }
-
-  void append(std::string_view line) override {
-    // Kept before the file is tried: the report shows the lines that the file did not take.
-    recorder_.lines_.push_back({recorder_.row(), std::string(line), {}, {}});
-    if (file_ == nullptr) return;
-    RecordedLine& kept = recorder_.lines_.back();
-    try {
-      file_->append(line);
-      kept.kept = RecordedLine::Kept::InFile;
-    } catch (const RuntimeError& error) {
-      kept.kept = RecordedLine::Kept::NotWritten;
-      kept.writeError = error.description();
-      // Passed on, because recording must change nothing for the import.
-      throw;
-    }
+void Recorder::append(std::string_view line) {
+  // Kept before the file is tried: the report shows the lines that the file did not take.
+  lines_.push_back({row(), std::string(line), {}, {}});
+  if (file_ == nullptr) return;
+  RecordedLine& kept = lines_.back();
+  try {
+    file_->append(line);
+    kept.kept = RecordedLine::Kept::InFile;
+  } catch (const RuntimeError& error) {
+    kept.kept = RecordedLine::Kept::NotWritten;
+    kept.writeError = error.description();
+    // Passed on, because recording must change nothing for the import.
+    throw;
   }
-
- private:
-  Recorder& recorder_;
-  ErrorLog* file_ = nullptr;
-};
-
-Recorder::Recorder(Mode mode) : mode_(mode), log_(std::make_unique<Log>(*this)) {}
-
-Recorder::~Recorder() = default;
+}
 
 void Recorder::endSession() {
   // The recorder lives longer than the screen and the file.
   screen_ = nullptr;
-  log_->setFile(nullptr);
+  file_ = nullptr;
 }
 
 ErrorLog& Recorder::log(ErrorLog* file) {
-  log_->setFile(file);
-  return *log_;
+  file_ = file;
+  return *this;
 }
 
 MessageHandler Recorder::messages(MessageHandler show) {
@@ -53,11 +38,6 @@ MessageHandler Recorder::messages(MessageHandler show) {
     messages_.push_back({row(), message});
     show(message);
   };
-}
-
-void Recorder::forgetTexts() {
-  lines_.clear();
-  messages_.clear();
 }
 
 std::size_t Recorder::beginCall(CallKind kind, std::string_view text,

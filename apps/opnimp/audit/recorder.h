@@ -8,7 +8,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -64,12 +63,11 @@ struct RecordedMessage {
   Message message;
 };
 
-class Recorder {
+class Recorder : private ErrorLog {
  public:
   enum class Mode { Post, DryRun };
 
-  explicit Recorder(Mode mode);
-  ~Recorder();
+  explicit Recorder(Mode mode) : mode_(mode) {}
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
 
@@ -87,8 +85,6 @@ class Recorder {
   const std::vector<RecordedCall>& calls() const { return calls_; }
   const std::vector<RecordedLine>& lines() const { return lines_; }
   const std::vector<RecordedMessage>& shown() const { return messages_; }
-  /// Forgets all lines and messages so far.
-  void forgetTexts();
 
   // For the wrapped connection.
   Mode mode() const { return mode_; }
@@ -101,14 +97,15 @@ class Recorder {
                   const Connection& connection);
 
  private:
-  class Log;
+  /// Keeps each line, also one that the file does not take.
+  void append(std::string_view line) override;
 
   const Mode mode_;
   const ImportScreen* screen_ = nullptr;
   std::vector<RecordedCall> calls_;
   std::vector<RecordedLine> lines_;
   std::vector<RecordedMessage> messages_;
-  std::unique_ptr<Log> log_;
+  ErrorLog* file_ = nullptr;  // of the error log
 };
 
 }  // namespace velk

@@ -29,11 +29,6 @@ using MasterType = Velk_frmBankBranch_OpnImp::Type;
 
 enum class FileFormat { CommaSeparated, Workbook };
 
-/// How the names of such files end, without the point.
-constexpr std::string_view extensionOf(FileFormat format) {
-  return format == FileFormat::Workbook ? "xls" : "csv";
-}
-
 // The import adds 1 to the count, of 16 bits on the opening screens, of 32 on the master screen.
 inline constexpr std::size_t openingLargestCount = 32766;
 inline constexpr std::size_t masterLargestCount = std::numeric_limits<std::int32_t>::max() - 1;

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/report/reject_files.h"
 #include "base/errors.h"
 
 namespace velk {
@@ -59,10 +60,11 @@ std::string commonError(const Traces& traces) {
 }
 
 // Which of the files of --rejects holds them; without that option, that there is one.
-std::string where(const ImportResult& result, std::string_view suffix) {
+std::string where(const ImportResult& result, RejectFiles::File file) {
   const auto& path = result.arguments.rejects;
   if (!path) return "; --rejects FILE writes them to a file";
-  return result.rejectsError.empty() ? "; they are in " + *path + std::string(suffix) : "";
+  if (!result.rejectsError.empty()) return {};
+  return "; they are in " + RejectFiles::touched(*path, result.arguments.kind->format).at(file);
 }
 
 void addAllowedDsTypes(const ImportResult& result, std::vector<std::string>& steps) {
@@ -76,7 +78,6 @@ void addAllowedDsTypes(const ImportResult& result, std::vector<std::string>& ste
 
 void addStepsForRecords(const ImportResult& result, std::vector<std::string>& steps) {
   const Account& account = result.account;
-  const std::string extension(extensionOf(result.arguments.kind->format));
   const auto add = [&](std::string_view verb, std::size_t count, std::string_view one,
                        std::string_view many, const std::string& rest) {
     if (count > 0) steps.push_back(std::string(verb) + " " + counted(count, one, many) + rest);
@@ -84,9 +85,9 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
   // The most dangerous first: a doubtful record that is imported again may be posted twice.
   add("Look up", doubtfulRecords(account), "record", "records",
       " in the database before doing anything else: importing them again could post them twice" +
-          where(result, ".check." + extension) + ".");
+          where(result, RejectFiles::Check) + ".");
   add("Correct", refusedRecords(account), "refused record", "refused records",
-      " and import only those again" + where(result, "") + ".");
+      " and import only those again" + where(result, RejectFiles::Rejects) + ".");
   addAllowedDsTypes(result, steps);
   add("Look at", skippedWithWarning(result.traces), "skipped record", "skipped records",
       " with a balance but a bill amount of 0: nothing was posted for them.");
@@ -94,7 +95,7 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
       " after the first blank row, where reading ended: copy them, under the captions, to a "
       "workbook of their own.");
   add("Import", account.count(Outcome::NotReached), "record", "records",
-      " that the run did not reach" + where(result, ".rest." + extension) + ".");
+      " that the run did not reach" + where(result, RejectFiles::Rest) + ".");
 }
 
 std::string stepAfterDryRun(const ImportResult& result) {
@@ -131,12 +132,12 @@ std::string stepWithNothingImported(const ImportResult& result) {
 
 }  // namespace
 
-ExitStatus statusOf(const ImportResult& result) {
-  if (result.refused()) return ExitStatus::Refused;
+ExitStatus ImportResult::status() const {
+  if (refused()) return ExitStatus::Refused;
   // Without the files of --rejects a script cannot go on, even if all else is well.
-  const bool whole = result.brokeOff.empty() && result.account.addsUp();
-  if (!whole || !result.rejectsError.empty()) return ExitStatus::BrokeOff;
-  return recordsLeft(result) > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
+  const bool whole = brokeOff.empty() && account.addsUp();
+  if (!whole || !rejectsError.empty()) return ExitStatus::BrokeOff;
+  return recordsLeft(*this) > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
 }
 
 std::vector<std::string> nextSteps(const ImportResult& result) {

@@ -1,7 +1,8 @@
-// What an import came to: all that its reports say.
+// What an import came to, and its reports: as text and as one JSON document.
 #pragma once
 
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -29,16 +30,16 @@ struct ImportResult {
   std::string errorLog;                     ///< path of the error log's file
   std::vector<std::string> rejectFiles;     ///< paths written
   std::string rejectsError;                 ///< why they could not be written
-  ExitStatus status = ExitStatus::Posted;
 
   bool refused() const { return !refusal.empty(); }
   bool isDryRun() const { return arguments.dryRun; }
+  ExitStatus status() const;
 };
-
-/// The exit status that the result's other members give.
-ExitStatus statusOf(const ImportResult& result);
 
 /// What the user should do now, a sentence each; never empty.
 std::vector<std::string> nextSteps(const ImportResult& result);
+
+void writeImportText(const ImportResult& result, std::ostream& out);
+void writeImportJson(const ImportResult& result, std::ostream& out);
 
 }  // namespace velk

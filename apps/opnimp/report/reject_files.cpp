@@ -65,19 +65,18 @@ void requireMoved(const std::string& path) {
 
 }  // namespace
 
-// The members below rely on this order: 0 rejects, 1 reasons, 2 check, 3 rest.
 std::vector<std::string> RejectFiles::touched(const std::string& path, FileFormat format) {
-  const std::string extension = "." + std::string(extensionOf(format));
+  const std::string extension = format == FileFormat::Workbook ? ".xls" : ".csv";
   return {path, path + ".reasons.csv", path + ".check" + extension, path + ".rest" + extension};
 }
 
 RejectFiles::RejectFiles(const std::string& path, FileFormat format, bool dryRun)
     : paths_(touched(path, format)), dryRun_(dryRun) {
   if (dryRun) {
-    requireMoved(paths_[0]);  // what a real run refused must not give way to a trial
+    requireMoved(paths_[Rejects]);  // what a real run refused must not give way to a trial
   } else {
-    requireMoved(paths_[2]);
-    requireMoved(paths_[3]);
+    requireMoved(paths_[Check]);
+    requireMoved(paths_[Rest]);
   }
   NativeFileSystem files;
   // A replacement that is never closed changes nothing.
@@ -95,14 +94,14 @@ std::vector<std::string> RejectFiles::write(const InputRecords& input, const Tra
     put(path, [&] { input.write(files, path, records); });
   };
   // Written even if there is no such record: else an earlier run's rejects would remain there.
-  putRecords(paths_[0], recordsOf(traces, isRefused));
-  put(paths_[1], [&] { writeFile(files, paths_[1], reasons(input, traces)); });
+  putRecords(paths_[Rejects], recordsOf(traces, isRefused));
+  put(paths_[Reasons], [&] { writeFile(files, paths_[Reasons], reasons(input, traces)); });
   // Nothing was posted: there is nothing to look up, and the whole file is still to be imported.
   if (dryRun_) return written;
   const auto doubtful = recordsOf(traces, isDoubtful);
   const auto notReached = recordsOf(traces, isNotReached);
-  if (!doubtful.empty()) putRecords(paths_[2], doubtful);
-  if (!notReached.empty()) putRecords(paths_[3], notReached);
+  if (!doubtful.empty()) putRecords(paths_[Check], doubtful);
+  if (!notReached.empty()) putRecords(paths_[Rest], notReached);
   return written;
 }
 

@@ -17,11 +17,13 @@ namespace velk {
 
 class RejectFiles {
  public:
+  enum File : std::size_t { Rejects, Reasons, Check, Rest };
+
   /// Makes sure that all four can be written; raises CannotOpen. `path` is FILE. UsageError when an
   /// earlier run's .check or .rest file is there; a dry run, which writes neither, goes on.
   RejectFiles(const std::string& path, FileFormat format, bool dryRun);
 
-  /// The paths of all four.
+  /// The paths of all four, by File.
   static std::vector<std::string> touched(const std::string& path, FileFormat format);
 
   /// Writes FILE and its reasons, and the .check and .rest files where there is something for them.

@@ -1,5 +1,3 @@
-#include "apps/opnimp/report/report_json.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -8,6 +6,7 @@
 #include <span>
 #include <utility>
 
+#include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/report/json_document.h"
 #include "base/text.h"
 
@@ -148,7 +147,7 @@ void writeRecords(const ImportResult& result, std::ostream& out) {
 Json headJson(const ImportResult& result) {
   return {{"command", "import"},
           {"kind", result.arguments.kind->name},
-          {"status", result.status},
+          {"status", result.status()},
           {"file", result.arguments.file},
           {"database", result.database},
           {"dryRun", result.isDryRun()},
@@ -164,7 +163,7 @@ Json headJson(const ImportResult& result) {
 
 }  // namespace
 
-void writeJsonReport(const ImportResult& result, std::ostream& out) {
+void writeImportJson(const ImportResult& result, std::ostream& out) {
   std::string head = textOf(headJson(result));
   head.back() = ',';  // in place of the closing brace: the object goes on
   out << head;

@@ -1,8 +1,7 @@
-#include "apps/opnimp/report/report_text.h"
-
 #include <algorithm>
 
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/report/report_parts.h"
 
 namespace velk {
@@ -180,7 +179,7 @@ class TextReport {
 
 }  // namespace
 
-void writeTextReport(const ImportResult& result, std::ostream& out) {
+void writeImportText(const ImportResult& result, std::ostream& out) {
   TextReport(result, out).write();
 }
 

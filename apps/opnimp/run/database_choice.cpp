@@ -1,21 +1,14 @@
 #include "apps/opnimp/run/database_choice.h"
 
-#include <algorithm>
-#include <filesystem>
 #include <regex>
-#include <system_error>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "base/errors.h"
-#include "base/text.h"
-#include "platform/odbc/odbc_connection.h"
 
 namespace velk {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 OpenDatabase connect(const DatabaseChoice& choice, const Surroundings& surroundings) {
   try {
@@ -82,16 +75,6 @@ std::string maskPasswords(std::string_view connectionString) {
   static const std::regex password(
       R"(((?:^|;|\{)\s*(?:pwd|password)\s*=)(\{(?:[^}]|\}\})*\}?[^;]*|[^;]*))", std::regex::icase);
   return std::regex_replace(std::string(connectionString), password, "$1***");
-}
-
-bool isSameFile(const std::string& a, const std::string& b) {
-  std::error_code error;
-  // The system knows all links to a file; a file that does not exist yet has only its path.
-  if (fs::equivalent(a, b, error) && !error) return true;
-  const fs::path first = fs::weakly_canonical(a, error);
-  if (error) return a == b;
-  const fs::path second = fs::weakly_canonical(b, error);
-  return error ? a == b : first == second;
 }
 
 }  // namespace velk

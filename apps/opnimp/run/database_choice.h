@@ -28,7 +28,4 @@ void makeDemoDatabase(const std::string& path);
 /// The connection string with "***" for every password in it.
 std::string maskPasswords(std::string_view connectionString);
 
-/// Whether both paths lead to the same file; also for files that do not exist yet.
-bool isSameFile(const std::string& a, const std::string& b);
-
 }  // namespace velk

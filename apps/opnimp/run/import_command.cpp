@@ -1,5 +1,3 @@
-#include "apps/opnimp/run/import_command.h"
-
 #include <algorithm>
 #include <memory>
 #include <new>
@@ -9,9 +7,9 @@
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/progress.h"
+#include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/report/reject_files.h"
-#include "apps/opnimp/report/report_json.h"
-#include "apps/opnimp/report/report_text.h"
+#include "apps/opnimp/run/commands.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/ds_types.h"
 #include "apps/opnimp/run/refusals.h"
@@ -198,7 +196,6 @@ class ImportCommand {
                                        screenRecords_, report_.ended()});
       writeRejects();
     }
-    result_.status = statusOf(result_);
   }
 
   /// So that the user can correct the salesmen who were refused.
@@ -240,12 +237,8 @@ ExitStatus runImport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
   ImportCommand command(arguments, streams, surroundings);
   const ImportResult& result = command.run();
-  if (arguments.json) {
-    writeJsonReport(result, streams.out);
-  } else {
-    writeTextReport(result, streams.out);
-  }
-  return result.status;
+  (arguments.json ? writeImportJson : writeImportText)(result, streams.out);
+  return result.status();
 }
 
 }  // namespace velk

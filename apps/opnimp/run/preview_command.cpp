@@ -1,20 +1,39 @@
-#include "apps/opnimp/run/preview_command.h"
-
 #include <algorithm>
 #include <new>
 
 #include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/report/preview_report.h"
-#include "apps/opnimp/run/preview_connection.h"
+#include "apps/opnimp/run/commands.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "apps/opnimp/warnings/find_warnings.h"
+#include "platform/memory_recordset.h"
 
 namespace velk {
 
 namespace {
+
+// Every command passes, because at View a screen runs checks only. They answer 1 when they pass.
+class PassingCheck final : public Command {
+ public:
+  void setCommandType(CommandType /*type*/) override {}
+  void setCommandText(std::string_view /*text*/) override {}
+  void Append(std::string_view /*name*/, std::int32_t /*type*/, std::int32_t /*direction*/,
+              std::int32_t /*size*/) override {}
+  void setValue(std::size_t /*position*/, const Value& /*value*/) override {}
+  std::shared_ptr<Recordset> Execute(std::int32_t /*options*/) override {
+    return std::make_shared<MemoryRecordset>(1, std::vector<Value>{std::int32_t{1}});
+  }
+};
+
+/// What a preview has in the place of a database: the checks that a screen makes at View pass, and
+/// whatever else is executed fails as on a connection that was never opened.
+class PreviewConnection final : public ClosedConnection {
+ public:
+  std::unique_ptr<Command> newCommand() override { return std::make_unique<PassingCheck>(); }
+};
 
 // Enough to see whether the columns are the right ones.
 constexpr std::size_t mostRows = 10;
@@ -46,7 +65,6 @@ PreviewResult previewOf(const Arguments& arguments, std::ostream& err,
   try {
     screen =
         &session.open(*arguments.kind, recorded(recorder, std::make_shared<PreviewConnection>()));
-    recorder.forgetTexts();  // without a database there are no colours, which is logged
     viewAndMap(session, arguments, *preview.input, report);
     preview.mapping = readMapping(session.screen());
   } catch (const Refused& refused) {

@@ -1,6 +1,7 @@
 #include "apps/opnimp/run/screen_mapping.h"
 
 #include <charconv>
+#include <functional>
 
 #include "apps/opnimp/cli/failures.h"
 #include "base/text.h"
@@ -9,13 +10,7 @@ namespace velk {
 
 namespace {
 
-using Matches = bool (*)(std::string_view, std::string_view);
-
-bool equal(std::string_view a, std::string_view b) {
-  return a == b;
-}
-
-std::vector<std::size_t> titled(const ListView& list, std::string_view title, Matches matches) {
+std::vector<std::size_t> titled(const ListView& list, std::string_view title, auto matches) {
   std::vector<std::size_t> found;
   for (std::size_t column = 0; column < list.columnCount(); ++column) {
     if (matches(trim(list.title(column)), trim(title))) found.push_back(column);
@@ -25,7 +20,7 @@ std::vector<std::size_t> titled(const ListView& list, std::string_view title, Ma
 
 // The exact title comes first, so that columns which differ only in case can be told apart.
 std::vector<std::size_t> titledAnyCase(const ListView& list, std::string_view title) {
-  std::vector<std::size_t> found = titled(list, title, equal);
+  std::vector<std::size_t> found = titled(list, title, std::equal_to());
   return found.empty() ? titled(list, title, equalsIgnoringCase) : found;
 }
 

@@ -1,8 +1,6 @@
 #include "apps/opnimp/warnings/find_warnings.h"
 
-#include "apps/opnimp/warnings/warnings_text.h"
-#include "apps/opnimp/warnings/warnings_values.h"
-#include "apps/opnimp/warnings/warnings_workbook.h"
+#include "apps/opnimp/warnings/warning_groups.h"
 
 namespace velk {
 
