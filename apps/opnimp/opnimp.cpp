@@ -5,8 +5,10 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/report/json_document.h"
-#include "apps/opnimp/run/commands.h"
 #include "apps/opnimp/run/database_choice.h"
+#include "apps/opnimp/run/export_command.h"
+#include "apps/opnimp/run/import_command.h"
+#include "apps/opnimp/run/preview_command.h"
 
 namespace velk {
 

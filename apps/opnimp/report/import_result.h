@@ -1,8 +1,7 @@
-// What an import came to, and its reports: as text and as one JSON document.
+// What an import came to.
 #pragma once
 
 #include <memory>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -38,8 +37,5 @@ struct ImportResult {
 
 /// What the user should do now, a sentence each; never empty.
 std::vector<std::string> nextSteps(const ImportResult& result);
-
-void writeImportText(const ImportResult& result, std::ostream& out);
-void writeImportJson(const ImportResult& result, std::ostream& out);
 
 }  // namespace velk

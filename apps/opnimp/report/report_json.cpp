@@ -1,3 +1,5 @@
+#include "apps/opnimp/report/report_json.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -6,7 +8,6 @@
 #include <span>
 #include <utility>
 
-#include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/report/json_document.h"
 #include "base/text.h"
 

@@ -1,7 +1,8 @@
+#include "apps/opnimp/report/report_text.h"
+
 #include <algorithm>
 
 #include "apps/opnimp/cli/printable.h"
-#include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/report/report_parts.h"
 
 namespace velk {

@@ -1,3 +1,5 @@
+#include "apps/opnimp/run/export_command.h"
+
 #include <filesystem>
 #include <system_error>
 
@@ -7,7 +9,6 @@
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/report/export_report.h"
-#include "apps/opnimp/run/commands.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "base/errors.h"

@@ -1,3 +1,5 @@
+#include "apps/opnimp/run/import_command.h"
+
 #include <algorithm>
 #include <memory>
 #include <new>
@@ -7,9 +9,9 @@
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/progress.h"
-#include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/report/reject_files.h"
-#include "apps/opnimp/run/commands.h"
+#include "apps/opnimp/report/report_json.h"
+#include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/ds_types.h"
 #include "apps/opnimp/run/refusals.h"

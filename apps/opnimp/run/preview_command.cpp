@@ -1,10 +1,11 @@
+#include "apps/opnimp/run/preview_command.h"
+
 #include <algorithm>
 #include <new>
 
 #include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/report/preview_report.h"
-#include "apps/opnimp/run/commands.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"

@@ -1,6 +1,8 @@
 #include "apps/opnimp/warnings/find_warnings.h"
 
-#include "apps/opnimp/warnings/warning_groups.h"
+#include "apps/opnimp/warnings/warnings_text.h"
+#include "apps/opnimp/warnings/warnings_values.h"
+#include "apps/opnimp/warnings/warnings_workbook.h"
 
 namespace velk {
 

@@ -1,8 +1,9 @@
+#include "apps/opnimp/warnings/warnings_text.h"
+
 #include <algorithm>
 #include <set>
 #include <string>
 
-#include "apps/opnimp/warnings/warning_groups.h"
 #include "base/text.h"
 #include "mapping/csv_table.h"
 

@@ -1,8 +1,9 @@
+#include "apps/opnimp/warnings/warnings_values.h"
+
 #include <algorithm>
 #include <optional>
 
 #include "apps/opnimp/warnings/amount_check.h"
-#include "apps/opnimp/warnings/warning_groups.h"
 #include "base/date_reader.h"
 #include "base/text.h"
 #include "shared/csv_text.h"

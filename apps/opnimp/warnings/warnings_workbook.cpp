@@ -1,9 +1,10 @@
+#include "apps/opnimp/warnings/warnings_workbook.h"
+
 #include <algorithm>
 #include <array>
 #include <set>
 #include <string>
 
-#include "apps/opnimp/warnings/warning_groups.h"
 #include "base/text.h"
 
 namespace velk {
