@@ -1,8 +1,6 @@
 #include "tests/support/runner.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <new>
 #include <sstream>
 
@@ -10,17 +8,6 @@
 #include "tests/support/fake_database.h"
 
 namespace velk {
-
-std::string TemporaryFolder::write(std::string_view name, std::string_view bytes) const {
-  std::ofstream(path(name), std::ios::binary)
-      .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  return path(name);
-}
-
-std::string TemporaryFolder::read(std::string_view name) const {
-  std::ifstream file(path(name), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 RunnerWorld::RunnerWorld() {
   surroundings.clock = [] { return dateFromCivil({2008, 4, 1}); };

@@ -1,7 +1,6 @@
 // The command-line runner in a folder of its own, with the sample company's database in it.
 #pragma once
 
-#include <filesystem>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -16,14 +15,6 @@ struct Ran {
   int status = -1;
   std::string out;
   std::string err;
-};
-
-/// A folder that goes with the object.
-struct TemporaryFolder : ScratchDatabase {
-  /// Writes a file and answers its path.
-  std::string write(std::string_view name, std::string_view bytes) const;
-  std::string read(std::string_view name) const;
-  bool has(std::string_view name) const { return std::filesystem::exists(path(name)); }
 };
 
 class RunnerWorld {
