@@ -165,7 +165,7 @@ struct ProcedureTable {
                {name, step, statement, arguments});
   }
   std::shared_ptr<Recordset> call(std::string_view name, const Parameters& parameters) {
-    return callProcedure(*connection, name, parameters);
+    return runCommand(*connection, name, parameters, CommandType::StoredProcedure);
   }
   std::string rows() {
     return ask(*connection, "SELECT ifnull(group_concat(a || b, ' '), 'none') FROM t");

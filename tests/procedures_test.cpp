@@ -56,7 +56,7 @@ TEST_CASE("the first open result of several") {
     CAPTURE(&row - rows);
     FakeConnection connection;
     connection.answers[""] = row.results;
-    connection.nextFails = row.nextFails;
+    if (row.nextFails) connection.nextError.emplace(ErrorNumber::InvalidProcedureCall);
     const auto reached = Velk_ModOpnImp::GetDataRecordset(connection.Execute("q"));
     REQUIRE(reached->State() == (row.first == 0 ? stateClosed : stateOpen));
     if (row.first != 0) CHECK((reached->field(0) == Value(row.first)));

@@ -6,7 +6,6 @@
 
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
-#include "tests/support/scripted_connection.h"
 
 using namespace velk;
 
@@ -21,15 +20,6 @@ std::string posted(RunnerWorld& world) {
   return world.ask("select count(*) from CustomerDebitNote") + "+" +
          world.ask("select count(*) from CustomerCreditNote") + "+" +
          world.ask("select count(*) from CustomerOpeningBalance");
-}
-
-/// Puts a scripted connection in the place of the database.
-void script(RunnerWorld& world, std::string_view fates) {
-  const auto connection = std::make_shared<ScriptedConnection>();
-  connection->fates = fates;
-  world.surroundings.openDatabase = [=](const std::string&) {
-    return OpenDatabase{connection, [] {}, [] {}};
-  };
 }
 
 }  // namespace
@@ -353,7 +343,7 @@ TEST_CASE("what becomes of records when calls fail") {
     CAPTURE(row.fates);
     RunnerWorld world;
     world.kind = row.file.kind;
-    script(world, row.fates);
+    world.script(row.fates);
     const auto& records = row.file.records;
     const Ran ran = world.importLines(
         {row.file.titles, records[1], records[2], records[3]},
@@ -371,7 +361,7 @@ TEST_CASE("what becomes of records when calls fail") {
 
 TEST_CASE("the JSON report carries calls, errors with all diagnostics, and messages") {
   RunnerWorld world;
-  script(world, "...t");
+  world.script("...t");
   const Ran ran = world.importLines({openingTitles, "C001,\x80\"\"\\\x01,R,03/03/2008,100,60"},
                                     {"--json", "--database", "DSN=any;PWD=hunter2"});
   CHECK(ran.err == "Database is busy, cannot establish connection\n");

@@ -11,7 +11,6 @@
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
 #include "tests/support/salesmen.h"
-#include "tests/support/scripted_connection.h"
 
 using namespace velk;
 
@@ -103,11 +102,7 @@ TEST_CASE("what becomes of salesmen when calls fail") {
   for (const auto& row : rows) {
     CAPTURE(row.what);
     SalesmanWorld world;
-    const auto connection = std::make_shared<ScriptedConnection>();
-    connection->fates = row.fates;
-    world.surroundings.openDatabase = [=](const std::string&) {
-      return OpenDatabase{connection, [] {}, [] {}};
-    };
+    world.script(row.fates);
     const std::string second = "B|||||Retail|";
     const Ran ran = world.importRows(
         {salesmanTitles, good, second},

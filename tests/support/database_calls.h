@@ -50,9 +50,4 @@ inline std::shared_ptr<Recordset> runCommand(Connection& connection, std::string
   return command->Execute(defaultOptions);
 }
 
-inline auto callProcedure(Connection& connection, std::string_view name,
-                          const Parameters& parameters) {
-  return runCommand(connection, name, parameters, CommandType::StoredProcedure);
-}
-
 }  // namespace velk

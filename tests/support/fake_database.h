@@ -49,7 +49,9 @@ class FakeConnection final : public Connection {
   int closed = 0;                               ///< record sets closed
   int nextResults = 0;                          ///< calls of NextRecordset
   int liveCommands = 0;                         ///< commands not released
-  bool nextFails = false;                       ///< NextRecordset raises error 5
+  std::optional<RuntimeError> nextError;        ///< NextRecordset raises it
+  std::vector<Diagnostic> said;                 ///< by the driver about failures
+  bool lost = false;
 
   /// The procedure calls so far, described.
   std::vector<std::string> procedureCalls() const {
@@ -72,6 +74,8 @@ class FakeConnection final : public Connection {
     return run({.text = std::string(text), .parameters = {}});
   }
   std::unique_ptr<Command> newCommand() override { return std::make_unique<FakeCommand>(*this); }
+  std::vector<Diagnostic> diagnostics() const override { return said; }
+  bool isLost() const override { return lost; }
 
  private:
   struct FakeRecordset final : Recordset {
@@ -87,7 +91,7 @@ class FakeConnection final : public Connection {
     }
     std::shared_ptr<Recordset> NextRecordset() override {
       ++connection.nextResults;
-      if (connection.nextFails) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+      if (connection.nextError) throw RuntimeError(*connection.nextError);
       if (results.size() == 1) return nullptr;
       return std::make_shared<FakeRecordset>(connection,
                                              FakeResults(results.begin() + 1, results.end()));

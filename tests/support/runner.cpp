@@ -1,24 +1,13 @@
 #include "tests/support/runner.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
+#include <new>
 #include <sstream>
 
 #include "samples/company/sample_company.h"
+#include "tests/support/fake_database.h"
 
 namespace velk {
-
-std::string TemporaryFolder::write(std::string_view name, std::string_view bytes) const {
-  std::ofstream(path(name), std::ios::binary)
-      .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  return path(name);
-}
-
-std::string TemporaryFolder::read(std::string_view name) const {
-  std::ifstream file(path(name), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 RunnerWorld::RunnerWorld() {
   surroundings.clock = [] { return dateFromCivil({2008, 4, 1}); };
@@ -44,6 +33,31 @@ Ran RunnerWorld::import(const std::string& file, std::vector<std::string> more) 
 Ran RunnerWorld::importLines(std::initializer_list<std::string_view> lines,
                              std::vector<std::string> more) {
   return import(folder.write("in.csv", crlf(lines)), std::move(more));
+}
+
+void RunnerWorld::script(std::string_view fates) {
+  const auto scripted = std::make_shared<FakeConnection>();
+  FakeConnection& connection = *scripted;
+  connection.said = {{"HY000", 7, "first"}, {"01000", 0, "second"}};
+  for (const char* start : {"select", "Select", "sp_Check", "Velk_sp_check"}) {
+    connection.answerRows(start, {{1}});
+  }
+  connection.answerRows("Select * From ColorSettings", {});
+  connection.answerRows("SELECT TOP 1 OpeningDate FROM Setup", {{dateFromCivil({2008, 4, 1})}});
+  connection.onCall = [&connection, fates = std::string(fates)](const FakeCall&) {
+    const std::size_t at = connection.calls.size() - 1;
+    const char fate = at < fates.size() ? fates[at] : ' ';
+    const RuntimeError refused(ErrorNumber::IntegrityViolation, "refused");
+    connection.lost = fate == 'X' || fate == 'L';
+    connection.nextError.reset();
+    if (fate == 'x' || fate == 'X') throw RuntimeError(refused);
+    if (fate == 't') throw RuntimeError(ErrorNumber::ProviderTimeout);
+    if (fate == 'm') throw std::bad_alloc();
+    if (fate == 'l' || fate == 'L') connection.nextError = refused;
+  };
+  surroundings.openDatabase = [scripted](const std::string&) {
+    return OpenDatabase{scripted, [] {}, [] {}};
+  };
 }
 
 const std::string& RunnerWorld::database() {

@@ -1,7 +1,6 @@
 // The command-line runner in a folder of its own, with the sample company's database in it.
 #pragma once
 
-#include <filesystem>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -16,14 +15,6 @@ struct Ran {
   int status = -1;
   std::string out;
   std::string err;
-};
-
-/// A folder that goes with the object.
-struct TemporaryFolder : ScratchDatabase {
-  /// Writes a file and answers its path.
-  std::string write(std::string_view name, std::string_view bytes) const;
-  std::string read(std::string_view name) const;
-  bool has(std::string_view name) const { return std::filesystem::exists(path(name)); }
 };
 
 class RunnerWorld {
@@ -41,6 +32,11 @@ class RunnerWorld {
   /// Writes lines, each with carriage return + line feed, as "in.csv" and imports it.
   Ran importLines(std::initializer_list<std::string_view> lines,
                   std::vector<std::string> more = {});
+
+  /// Puts one that knows all customers, vendors and DS types in the place of every database. Each
+  /// call, query or procedure, has a letter in `fates`: x refused, t timed out, m out of memory, l
+  /// its second statement is refused; X and L: so, and the connection is lost. All others work.
+  void script(std::string_view fates);
 
   /// The sample company's database; a fresh one at first use.
   const std::string& database();

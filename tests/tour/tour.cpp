@@ -208,8 +208,7 @@ void Tour::exit() {
 void Tour::run() {
   main_ = host_.titled(hostTitle);
   picture("host");
-  for (const TourImport& what : openingImports(places_)) import(what);
-  for (const TourImport& what : masterImports(places_)) import(what);
+  for (const TourImport& what : tourImports(places_)) import(what);
   showErrorLog();
   exit();
 }

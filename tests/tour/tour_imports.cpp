@@ -16,7 +16,7 @@ std::wstring ownFolder() {
 Places::Places(const std::wstring& pictureFolder)
     : pictures(pictureFolder + L"\\"), programs(ownFolder()) {}
 
-std::vector<TourImport> openingImports(const Places& places) {
+std::vector<TourImport> tourImports(const Places& places) {
   const std::wstring& samples = places.samples;
   return {{.picture = "customers",
            .button = L"&Customer opening...",
@@ -30,28 +30,18 @@ std::vector<TourImport> openingImports(const Places& places) {
            .title = L"Import VendorOpening",
            .file = samples + L"vendor_opening.csv",
            .messages = {L"Import Successfull", L"Check The Error Log"},
-           .table = "Vendor opening documents"}};
-}
-
-std::vector<TourImport> masterImports(const Places& places) {
-  const std::wstring& samples = places.samples;
-  return {{.picture = "banks",
-           .button = L"&Masters...",
-           .title = L"Import - Bank & Branch",
+           .table = "Vendor opening documents"},
+          {.picture = "banks",
            .file = samples + L"bank_branch.csv",
            .messages = {L"Import Successfull"},
            .table = "Banks and branches"},
           {.picture = "vendors",
-           .button = L"&Masters...",
-           .title = L"Import - Bank & Branch",
            .type = 1,
            .typeTitle = L"Import - Vendor",
            .file = samples + L"vendor.csv",
            .messages = {L"Import Successfull"},
            .table = "Vendors"},
           {.picture = "salesmen",
-           .button = L"&Masters...",
-           .title = L"Import - Bank & Branch",
            .type = 2,
            .typeTitle = L"Import - Salesman",
            .file = places.pictures + L"salesmen-edited.xls",

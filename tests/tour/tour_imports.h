@@ -20,11 +20,12 @@ struct Places {
   std::wstring company = pictures + L"company.db";
 };
 
-/// One import: where it is opened, what is chosen, what the user is told, where its result shows.
+/// One import: where it is opened (by itself, the master screen), what is chosen, what the user is
+/// told, where its result shows.
 struct TourImport {
   std::string picture;  ///< how the names of its pictures begin
-  const wchar_t* button;
-  const wchar_t* title;
+  const wchar_t* button = L"&Masters...";
+  const wchar_t* title = L"Import - Bank & Branch";
   int type = 0;  ///< place in the master screen's list of types
   const wchar_t* typeTitle = nullptr;
   std::wstring file;  ///< full path
@@ -34,7 +35,6 @@ struct TourImport {
   std::string_view table;
 };
 
-std::vector<TourImport> openingImports(const Places& places);
-std::vector<TourImport> masterImports(const Places& places);
+std::vector<TourImport> tourImports(const Places& places);
 
 }  // namespace velk

@@ -98,7 +98,7 @@ TEST_CASE("errors reach the caller with number and description") {
   Bstr field;
   VARIANT_BOOL valid = VARIANT_FALSE;
   CHECK(object->Fields(7, field.receive()) == static_cast<HRESULT>(0x800A0009));
-  CHECK(errorDescription() == "Subscript out of range");
+  CHECK(lastComError(E_FAIL).description() == "Subscript out of range");
   CHECK(object->Fields(0, nullptr) == E_POINTER);
   CHECK(object->ValidateData(1, nullptr, &valid) == static_cast<HRESULT>(0x800A005B));
   CHECK(queryInterface<ISupportErrorInfo>(object.Get())

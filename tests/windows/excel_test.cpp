@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "platform/windows/message_filter.h"
+#include "tests/support/temporary_folder.h"
 #include "tests/windows/fake_excel.h"
 #include "tests/windows/message_boxes.h"
 #include "tests/windows/server_dll.h"
-#include "tests/windows/temporary_folder.h"
 
 namespace velk {
 namespace {
@@ -207,7 +207,7 @@ TEST_CASE("whatever fails, the application quits and the file stays") {
       CHECK(excel.objectsAtQuit == 1);
       CHECK(excel.isReleased());
       CHECK(folder.files() == 1);
-      CHECK(folder.content("Zoë.xls") == (failing < heard || run == read ? "old" : "new"));
+      CHECK(folder.read("Zoë.xls") == (failing < heard || run == read ? "old" : "new"));
     }
   }
 }
@@ -243,10 +243,7 @@ TEST_CASE("the component takes the application where there is one") {
   CHECK(object->ImportBankBranchOpening(&connection, &icon) == S_OK);
   pump();
   const Window screen(openScreens().at(0));
-  SetFocus(inside(screen.handle,
-                  [](HWND control) { return SendMessageW(control, CB_GETCOUNT, 0, 0) == 3; }));
-  press(VK_DOWN);
-  press(VK_DOWN);
+  chooseSalesmen(screen);
   MessageBoxes boxes;
   boxes.chooseFile(folder.path("other.xls"));
   for (const char* button : {"&Browse", "&View"}) screen.click(button);

@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "platform/windows/windows_text.h"
+#include "tests/support/temporary_folder.h"
 #include "tests/windows/server_dll.h"
-#include "tests/windows/temporary_folder.h"
 
 namespace velk {
 namespace {

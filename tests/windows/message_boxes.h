@@ -58,12 +58,8 @@ class MessageBoxes {
     WPARAM first = 0;
     for (HWND child = GetWindow(box, GW_CHILD); child != nullptr;
          child = GetWindow(child, GW_HWNDNEXT)) {
-      wchar_t kind[16];
-      GetClassNameW(child, kind, 16);
-      if (std::wstring_view(kind) != L"Button" ||
-          !(GetWindowLongW(child, GWL_STYLE) & WS_VISIBLE)) {
-        continue;
-      }
+      const bool isVisible = (GetWindowLongW(child, GWL_STYLE) & WS_VISIBLE) != 0;
+      if (!isVisible || !isOfClass(child, L"Button")) continue;
       std::string caption = textOf(child);
       std::erase(caption, '&');
       all += '|' + caption;

@@ -100,11 +100,7 @@ struct ShownScreen {
     RedrawWindow(window.handle, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
   }
   HWND ofClass(std::wstring_view wanted) const {
-    return inside(window.handle, [&](HWND child) {
-      wchar_t name[32];
-      GetClassNameW(child, name, 32);
-      return wanted == name;
-    });
+    return inside(window.handle, [&](HWND child) { return isOfClass(child, wanted); });
   }
 
   HostIcon icon;
@@ -181,8 +177,7 @@ void checkTexts(std::initializer_list<SeenText> rows) {
 /// Choosing salesmen shows the button.
 void checkMasterControls(const ShownScreen& shown, HWND type, const Look& inButton) {
   checkTexts({{type, "Bank && Branch", inList}});
-  SetFocus(type);
-  for (int i = 0; i < 2; ++i) press(VK_DOWN);
+  chooseSalesmen(shown.window);
   const HWND button = shown.window.button("&Export DS");
   UpdateWindow(button);
   checkTexts({{button, "&Export DS", inButton}});

@@ -31,6 +31,12 @@ inline std::string textOf(HWND window) {
   return fromWide({text, static_cast<std::size_t>(GetWindowTextW(window, text, 1024))});
 }
 
+inline bool isOfClass(HWND window, std::wstring_view wanted) {
+  wchar_t name[64];
+  GetClassNameW(window, name, 64);
+  return wanted == name;
+}
+
 /// The first window inside another that the test accepts.
 inline HWND inside(HWND window, const std::function<bool(HWND)>& accepts) {
   for (HWND child = GetWindow(window, GW_CHILD); child != nullptr;
@@ -58,11 +64,8 @@ struct Window {
   }
   /// The preview (0) or the mapping list (1).
   HWND list(int which) const {
-    return inside(handle, [&](HWND window) {
-      wchar_t name[32];
-      GetClassNameW(window, name, 32);
-      return std::wstring_view(name) == WC_LISTVIEWW && which-- == 0;
-    });
+    return inside(handle,
+                  [&](HWND window) { return isOfClass(window, WC_LISTVIEWW) && which-- == 0; });
   }
   std::string cell(int which, int row, int column) const {
     wchar_t text[256] = L"";
@@ -106,10 +109,16 @@ inline void press(WPARAM key, bool control = false) {
   SetKeyboardState(keys);
 }
 
+/// Chooses salesmen on the master screen, by the keyboard.
+inline void chooseSalesmen(const Window& screen) {
+  SetFocus(inside(screen.handle,
+                  [](HWND control) { return SendMessageW(control, CB_GETCOUNT, 0, 0) == 3; }));
+  press(VK_DOWN);
+  press(VK_DOWN);
+}
+
 inline BOOL CALLBACK collectScreen(HWND window, LPARAM to) {
-  wchar_t name[64];
-  GetClassNameW(window, name, 64);
-  if (std::wstring_view(name) == L"Velk_OpnImp.Form") {
+  if (isOfClass(window, L"Velk_OpnImp.Form")) {
     reinterpret_cast<std::vector<HWND>*>(to)->push_back(window);
   }
   return TRUE;

@@ -13,11 +13,11 @@
 #include "platform/windows/wide_text.h"
 #include "platform/windows/windows_desktop.h"
 #include "platform/windows/windows_files.h"
+#include "tests/support/temporary_folder.h"
 #include "tests/support/test_world.h"
 #include "tests/windows/host_ado.h"
 #include "tests/windows/message_boxes.h"
 #include "tests/windows/screen_windows.h"
-#include "tests/windows/temporary_folder.h"
 
 namespace velk {
 namespace {
@@ -117,10 +117,7 @@ struct SalesmenScreen {
 
   SalesmenScreen() {
     screen->initForm(ado.database, nullptr);
-    SetFocus(inside(Window(*screen).handle,
-                    [](HWND control) { return SendMessageW(control, CB_GETCOUNT, 0, 0) == 3; }));
-    press(VK_DOWN);
-    press(VK_DOWN);
+    chooseSalesmen(Window(*screen));
   }
 
   void exportTo(const std::string& path) {
@@ -146,7 +143,7 @@ TEST_CASE("windows: salesmen exported and imported, and workbooks that others ho
   salesmen.folder.write("Zoë.xls", "held");
   const auto held = salesmen.files.openInput(path);
   salesmen.exportTo(path);
-  CHECK(salesmen.folder.content("Zoë.xls") == "held");
+  CHECK(salesmen.folder.read("Zoë.xls") == "held");
   REQUIRE(salesmen.boxes.shown().size() == 2);  // the first is the dialog's: replace the file?
   CHECK(salesmen.boxes.shown().back() ==
         "Salesman Export|File is already open or accessed by some other process. Please close "

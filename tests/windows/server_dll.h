@@ -90,9 +90,4 @@ inline ULONG references(IUnknown* object) {
   return object->Release();
 }
 
-/// The description that a failed call left in this thread.
-inline std::string errorDescription() {
-  return lastComError(E_FAIL).description();
-}
-
 }  // namespace velk
