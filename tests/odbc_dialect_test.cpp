@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/odbc/engines.h"
 #include "platform/odbc/sqlite_dialect.h"
 #include "platform/odbc/statement_shape.h"
 #include "tests/support/checks.h"
