@@ -225,13 +225,10 @@ CivilDate arrange(const DateTextParser& parts, std::string_view slots, int curre
 }
 
 DateReading makeReading(const CivilDate& civil, const Layout& layout, double timeOfDay) {
-  Date date = dateFromCivil(civil);
-  // Before day 0 the fraction counts away from it.
-  date.days += date.days < 0 ? -timeOfDay : timeOfDay;
   // By the beginning only, because day and month can also be exchanged where the year is missing.
   const bool ambiguous = layout.slots.starts_with("DM") && civil.day != civil.month &&
                          isCivil({civil.year, civil.day, civil.month});
-  return {date, layout.order, ambiguous};
+  return {dateFromCivil(civil, timeOfDay), layout.order, ambiguous};
 }
 
 }  // namespace

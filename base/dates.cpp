@@ -41,8 +41,11 @@ bool isCivil(const CivilDate& civil) {
          civil.day >= 1 && civil.day <= 31 && calendarDay(civil).ok();
 }
 
-Date dateFromCivil(const CivilDate& civil) {
-  return {static_cast<double>((std::chrono::sys_days{calendarDay(civil)} - dayZero).count())};
+Date dateFromCivil(const CivilDate& civil, double timeOfDay) {
+  const auto day =
+      static_cast<double>((std::chrono::sys_days{calendarDay(civil)} - dayZero).count());
+  // Before day 0 the fraction counts away from it.
+  return {day < 0 ? day - timeOfDay : day + timeOfDay};
 }
 
 CivilDate civilFromDate(Date date) {

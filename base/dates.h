@@ -44,8 +44,8 @@ struct CivilDate {
 /// True when the three numbers name a day of the calendar within the years 100 to 9999.
 bool isCivil(const CivilDate& civil);
 
-/// The whole day. The civil date has to be one (isCivil).
-Date dateFromCivil(const CivilDate& civil);
+/// The day, and a time of it as a fraction. The civil date has to be one (isCivil).
+Date dateFromCivil(const CivilDate& civil, double timeOfDay = 0);
 CivilDate civilFromDate(Date date);
 
 /// "DD/MM/YYYY", the time of day dropped.

@@ -46,50 +46,21 @@ std::string textOf(Date date) {
   return text;
 }
 
-[[noreturn]] Date dateOf(Null, int) {
+[[noreturn]] double doubleOf(Null) {
   throw RuntimeError(ErrorNumber::InvalidUseOfNull);
 }
-Date dateOf(Date date, int) {
-  return date;
-}
-
 /// Whole numbers come here, too.
-Date dateOf(double days, int) {
-  if (!isInCalendar(days)) throw RuntimeError(ErrorNumber::Overflow);
-  return {days};
-}
-
-Date dateOf(const std::string& text, int currentYear) {
-  const std::optional<DateReading> reading = readDate(text, currentYear);
-  if (!reading) throw RuntimeError(ErrorNumber::TypeMismatch);
-  return reading->date;
-}
-
-[[noreturn]] std::int32_t int32Of(Null) {
-  throw RuntimeError(ErrorNumber::InvalidUseOfNull);
-}
-std::int32_t int32Of(std::int32_t number) {
+double doubleOf(double number) {
   return number;
 }
-
-std::int32_t int32Of(double number) {
-  using Limits = std::numeric_limits<std::int32_t>;
-  // Halves to even: the default rounding, which nobody changes. Written so that NaN overflows.
-  const double rounded = std::nearbyint(number);
-  if (!(rounded >= Limits::min() && rounded <= Limits::max())) {
-    throw RuntimeError(ErrorNumber::Overflow);
-  }
-  return static_cast<std::int32_t>(rounded);
+double doubleOf(Date date) {
+  return date.days;
 }
 
-std::int32_t int32Of(Date date) {
-  return int32Of(date.days);
-}
-
-std::int32_t int32Of(const std::string& text) {
+double doubleOf(const std::string& text) {
   const std::optional<double> number = parseNumber(text);
   if (!number) throw RuntimeError(ErrorNumber::TypeMismatch);
-  return int32Of(*number);
+  return *number;
 }
 
 }  // namespace
@@ -98,12 +69,30 @@ std::string toText(const Value& value) {
   return std::visit([](const auto& held) { return textOf(held); }, value);
 }
 
+double toDouble(const Value& value) {
+  return std::visit([](const auto& held) { return doubleOf(held); }, value);
+}
+
 Date toDate(const Value& value, int currentYear) {
-  return std::visit([=](const auto& held) { return dateOf(held, currentYear); }, value);
+  if (const auto* date = std::get_if<Date>(&value)) return *date;
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    const std::optional<DateReading> reading = readDate(*text, currentYear);
+    if (!reading) throw RuntimeError(ErrorNumber::TypeMismatch);
+    return reading->date;
+  }
+  const double days = toDouble(value);
+  if (!isInCalendar(days)) throw RuntimeError(ErrorNumber::Overflow);
+  return {days};
 }
 
 std::int32_t toInt32(const Value& value) {
-  return std::visit([](const auto& held) { return int32Of(held); }, value);
+  using Limits = std::numeric_limits<std::int32_t>;
+  // Halves to even: the default rounding, which nobody changes. Written so that NaN overflows.
+  const double rounded = std::nearbyint(toDouble(value));
+  if (!(rounded >= Limits::min() && rounded <= Limits::max())) {
+    throw RuntimeError(ErrorNumber::Overflow);
+  }
+  return static_cast<std::int32_t>(rounded);
 }
 
 }  // namespace velk

@@ -32,9 +32,11 @@ std::string toText(const Value& value);
 /// a number outside the years 100 to 9999.
 Date toDate(const Value& value, int currentYear);
 
-/// The value as a whole number, halves to even; a date counts as its days. A text has to be a
-/// number from end to end (numbers.h). Errors: 94 for null, 13 for a text that is no number, 6
-/// beyond 32 bits.
+/// The value as a number; a date counts as its days. A text has to be a number from end to end
+/// (numbers.h). Errors: 94 for null, 13 for a text that is no number, 6 beyond a double's range.
+double toDouble(const Value& value);
+
+/// The same as a whole number, halves to even. Error 6 beyond 32 bits.
 std::int32_t toInt32(const Value& value);
 
 }  // namespace velk

@@ -9,9 +9,9 @@ Date localNow() {
   std::tm local{};
   // Not std::localtime, whose result all threads share.
   localtime_r(&now, &local);
-  const Date day = dateFromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday});
   const int seconds = (local.tm_hour * 60 + local.tm_min) * 60 + local.tm_sec;
-  return Date{day.days + seconds / double{secondsPerDay}};
+  return dateFromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday},
+                       seconds / double{secondsPerDay});
 }
 
 }  // namespace velk

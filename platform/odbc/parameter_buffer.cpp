@@ -7,7 +7,6 @@
 #include <iterator>
 
 #include "base/errors.h"
-#include "base/numbers.h"
 #include "base/text.h"
 
 namespace velk {
@@ -23,25 +22,6 @@ int currentYear() {
   using namespace std::chrono;
   const year_month_day today(floor<days>(system_clock::now()));
   return static_cast<int>(today.year());
-}
-
-double toDouble(const Value& value) {
-  if (const auto* number = std::get_if<double>(&value)) return *number;
-  if (const auto* integer = std::get_if<std::int32_t>(&value)) return *integer;
-  if (const auto* date = std::get_if<Date>(&value)) return date->days;
-  const auto number = parseNumber(std::get<std::string>(value));
-  if (!number) refuse();
-  return *number;
-}
-
-// A value of the wrong kind has one number here, whatever the conversion calls it.
-template <class Convert>
-auto convertedOrRefused(Convert convert) {
-  try {
-    return convert();
-  } catch (const RuntimeError&) {
-    refuse();
-  }
 }
 
 // Before day 0 the time of day counts forward all the same: -1.25 is six o'clock of day -1.
@@ -111,17 +91,22 @@ void ParameterBuffer::set(const Value& value) {
     indicator_ = SQL_NULL_DATA;
     return;
   }
-  switch (binding_.type) {
-    case DataType::Integer:
-      return put(convertedOrRefused([&] { return SQLINTEGER{toInt32(value)}; }));
-    case DataType::Double:
-      return put(toDouble(value));
-    case DataType::Date:
-      if (const auto* date = std::get_if<Date>(&value)) return put(toTimestamp(*date));
-      return put(toTimestamp(convertedOrRefused([&] { return toDate(value, currentYear()); })));
-    case DataType::VarChar:
-      if (const auto* text = std::get_if<std::string>(&value)) return putText(*text);
-      return putText(toText(value));
+  try {
+    switch (binding_.type) {
+      case DataType::Integer:
+        return put(SQLINTEGER{toInt32(value)});
+      case DataType::Double:
+        return put(toDouble(value));
+      case DataType::Date:
+        if (const auto* date = std::get_if<Date>(&value)) return put(toTimestamp(*date));
+        return put(toTimestamp(toDate(value, currentYear())));
+      case DataType::VarChar:
+        if (const auto* text = std::get_if<std::string>(&value)) return putText(*text);
+        return putText(toText(value));
+    }
+  } catch (const RuntimeError&) {
+    // A value of the wrong kind has one number here, whatever the conversion calls it.
+    refuse();
   }
 }
 

@@ -12,13 +12,10 @@ namespace {
 
 constexpr std::size_t chunkCharacters = 1024;  // one piece for all but unusually long texts
 
-// Before day 0 the time of day counts forward all the same: -1.25 is six o'clock of day -1.
 Date toDate(const SQL_TIMESTAMP_STRUCT& stamp) {
-  const double day = dateFromCivil({stamp.year, stamp.month, stamp.day}).days;
   const double seconds =
       stamp.hour * 3600.0 + stamp.minute * 60.0 + stamp.second + stamp.fraction * 1e-9;
-  const double time = seconds / secondsPerDay;
-  return Date{day < 0 ? day - time : day + time};
+  return dateFromCivil({stamp.year, stamp.month, stamp.day}, seconds / secondsPerDay);
 }
 
 class ResultReader {

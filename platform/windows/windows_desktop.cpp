@@ -43,9 +43,8 @@ std::string WindowsDesktop::applicationFolder() const {
 Date WindowsDesktop::now() const {
   SYSTEMTIME time{};
   GetLocalTime(&time);
-  const Date day = dateFromCivil({time.wYear, time.wMonth, time.wDay});
   const int seconds = (time.wHour * 60 + time.wMinute) * 60 + time.wSecond;
-  return {day.days + seconds / double{secondsPerDay}};
+  return dateFromCivil({time.wYear, time.wMonth, time.wDay}, seconds / double{secondsPerDay});
 }
 
 void WindowsDesktop::openDocument(std::string_view path) {
