@@ -35,13 +35,12 @@ std::vector<Line> readLines(const char* path) {
   return lines;
 }
 
-void addList(WorksheetWriter& sheet, int target, int source, const std::string& column,
+void addList(WorksheetWriter& sheet, int target, int source,
              std::initializer_list<const char*> values) {
   int row = 1;
   sheet.setText(row, source, "DSType");
   for (const char* const value : values) sheet.setText(++row, source, value);
-  const std::string range = "=$" + column + "$2:$" + column + "$" + std::to_string(row);
-  sheet.addListValidation({2, target, 1000, target}, range);
+  sheet.addListValidation({2, target, 1000, target}, {2, source, row, source});
   sheet.setColumnWidth(target, 30);
   sheet.hideColumn(source);
 }
@@ -50,8 +49,8 @@ std::size_t write(const std::vector<Line>& lines, const char* path) {
   NativeFileSystem files;
   XlsSpreadsheet application(files);
   const auto sheet = application.add();
-  addList(*sheet, 6, 250, "IP", {"Van Sales", "Ready Stock", "Order Booking"});
-  addList(*sheet, 7, 251, "IQ", {"YES", "NO"});
+  addList(*sheet, 6, 250, {"Van Sales", "Ready Stock", "Order Booking"});
+  addList(*sheet, 7, 251, {"YES", "NO"});
   std::size_t cells = 0;
   int row = 0;
   for (const Line& line : lines) {

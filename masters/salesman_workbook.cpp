@@ -19,9 +19,8 @@ void writePickList(WorksheetWriter& sheet, const PickList& list,
   for (const std::string& value : values) sheet.setText(++lastRow, list.listColumn, value);
   // Without a value the list ends at row 1 and so contains the caption and a blank cell: an empty
   // source would make the whole workbook unreadable.
-  const std::string column = "$" + std::string(list.listColumnName) + "$";
   sheet.addListValidation({2, list.column, lastPickRow, list.column},
-                          "=" + column + "2:" + column + std::to_string(lastRow));
+                          {2, list.listColumn, lastRow, list.listColumn});
   sheet.setColumnWidth(list.column, width);
   sheet.hideColumn(list.listColumn);
 }

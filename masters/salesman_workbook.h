@@ -38,10 +38,9 @@ enum : std::size_t { Name, Address, ResNumber, MobNumber, DSType, HandHeldDS };
 struct PickList {
   int column;
   int listColumn;
-  std::string_view listColumnName;
 };
-inline constexpr PickList dsTypeList{salesmanColumn::DSType, 250, "IP"};
-inline constexpr PickList handheldList{salesmanColumn::HandHeldDS, 251, "IQ"};
+inline constexpr PickList dsTypeList{salesmanColumn::DSType, 250};
+inline constexpr PickList handheldList{salesmanColumn::HandHeldDS, 251};
 /// Later rows have no pick list, however many there are.
 inline constexpr int lastPickRow = 1000;
 

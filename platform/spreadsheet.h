@@ -47,8 +47,8 @@ class WorksheetWriter {
   virtual void setText(int row, int column, std::string_view text) = 0;
   virtual void setBold(const CellRange& range) = 0;
   /// Cells of the range take only values of a list (stop alert), which a drop-down offers.
-  /// `source` is an absolute range of one column of this sheet, as "=$IP$2:$IP$9"; else error 5.
-  virtual void addListValidation(const CellRange& range, std::string_view source) = 0;
+  /// `source` is a range of one column of this sheet; else error 5.
+  virtual void addListValidation(const CellRange& range, const CellRange& source) = 0;
   /// In characters of the default font, 0 to 255.
   virtual void setColumnWidth(int number, double characters) = 0;
   virtual void hideColumn(int number) = 0;

@@ -171,7 +171,7 @@ class NumberFormat::NumberText {
       : number_(value),
         begin_(tokens.begin()),
         end_(tokens.end()),
-        point_(std::find_if(begin_, end_, [](const Token& t) { return t.part == Part::Point; })),
+        point_(std::ranges::find(begin_, end_, Part::Point, &Token::part)),
         places_(countDigits(point_, end_)) {}
 
   /// With a minus if so wanted, unless all digits that show are zeros.
@@ -190,8 +190,7 @@ class NumberFormat::NumberText {
   }
   // A comma groups only if digits are on both sides; after the last digit it scales.
   bool isGrouped() const {
-    const auto comma =
-        std::find_if(begin_, point_, [](const Token& t) { return t.part == Part::Comma; });
+    const auto comma = std::ranges::find(begin_, point_, Part::Comma, &Token::part);
     return countDigits(begin_, comma) > 0 && countDigits(comma, point_) > 0;
   }
 

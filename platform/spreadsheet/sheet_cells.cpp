@@ -1,7 +1,6 @@
 #include "platform/spreadsheet/sheet_cells.h"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 #include "base/errors.h"
@@ -15,51 +14,18 @@ namespace {
 constexpr std::size_t maxCellText = 32767;
 constexpr int lettersOfNames = 26;
 
-class SourceReader {
- public:
-  explicit SourceReader(std::string_view text) : text_(text) {}
-
-  CellRange read() {
-    CellRange range{};
-    expect('=');
-    readCell(range.firstRow, range.firstColumn);
-    expect(':');
-    readCell(range.lastRow, range.lastColumn);
-    if (!text_.empty() || range.firstColumn != range.lastColumn) fail();
-    return range;
-  }
-
- private:
-  [[noreturn]] static void fail() { throw RuntimeError(ErrorNumber::InvalidProcedureCall); }
-
-  void expect(char mark) {
-    if (!text_.starts_with(mark)) fail();
-    text_.remove_prefix(1);
-  }
-
-  void readCell(int& row, int& column) {
-    expect('$');
-    for (; !text_.empty() && text_[0] >= 'A' && text_[0] <= 'Z'; text_.remove_prefix(1)) {
-      column = column * lettersOfNames + (text_[0] - 'A' + 1);
-      if (column > maxSheetColumns) fail();  // before a long name overflows
-    }
-    expect('$');
-    const char* const end = text_.data() + text_.size();
-    // Rows beyond the sheet are refused by checkedRange, which each caller uses.
-    const auto [behind, failure] = std::from_chars(text_.data(), end, row);
-    if (failure != std::errc()) fail();
-    text_ = std::string_view(behind, static_cast<std::size_t>(end - behind));
-  }
-
-  std::string_view text_;
-};
-
-std::string cellName(int row, int column) {
-  std::string name;
+/// `fixed` precedes both parts of the name: "$" for one that is absolute.
+std::string cellName(int row, int column, const char* fixed) {
+  std::string name = fixed;
   // Two letters reach column 702, more than a sheet has.
   if (column > lettersOfNames) name += static_cast<char>('A' + (column - 1) / lettersOfNames - 1);
   name += static_cast<char>('A' + (column - 1) % lettersOfNames);
-  return name + std::to_string(row);
+  return name + fixed + std::to_string(row);
+}
+
+std::string rangeName(const CellRange& range, const char* fixed) {
+  return cellName(range.firstRow, range.firstColumn, fixed) + ':' +
+         cellName(range.lastRow, range.lastColumn, fixed);
 }
 
 }  // namespace
@@ -92,13 +58,19 @@ void checkColumnWidth(double characters) {
   }
 }
 
-CellRange listSource(std::string_view source) {
-  return SourceReader(source).read();
+CellRange checkedListSource(const CellRange& source) {
+  if (source.firstColumn != source.lastColumn) {
+    throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+  }
+  return checkedRange(source);
 }
 
 std::string rangeName(const CellRange& range) {
-  return cellName(range.firstRow, range.firstColumn) + ':' +
-         cellName(range.lastRow, range.lastColumn);
+  return rangeName(range, "");
+}
+
+std::string absoluteRangeName(const CellRange& range) {
+  return rangeName(range, "$");
 }
 
 std::string_view booleanText(bool value) {

@@ -15,15 +15,17 @@ inline constexpr double maxColumnWidth = 255;
 void checkCell(int row, int column);
 /// The range with its corners in order; error 9 when one is outside the grid.
 CellRange checkedRange(const CellRange& range);
+/// The same for the source of a list; error 5 when it has more than one column.
+CellRange checkedListSource(const CellRange& source);
 /// Error 5 for a text that is too long for a cell.
 void checkCellText(std::string_view text);
 /// Error 5 for a width that no column can have.
 void checkColumnWidth(double characters);
 
-/// The range that the source of a list names, "=$IP$2:$IP$9"; error 5 for anything but that.
-CellRange listSource(std::string_view source);
 /// "A1:H1"; "A1:A1" for a single cell.
 std::string rangeName(const CellRange& range);
+/// "$A$1:$H$1".
+std::string absoluteRangeName(const CellRange& range);
 
 /// How a cell shows a boolean, and an error of that code in the .xls format.
 std::string_view booleanText(bool value);

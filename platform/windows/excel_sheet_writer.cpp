@@ -101,17 +101,17 @@ void ExcelSheetWriter::setBold(const CellRange& range) {
   rangeObject(range).object("Font").put("Bold", true);
 }
 
-void ExcelSheetWriter::addListValidation(const CellRange& range, std::string_view source) {
+void ExcelSheetWriter::addListValidation(const CellRange& range, const CellRange& source) {
   // xlValidateList, xlValidAlertStop and xlBetween.
   constexpr int list = 3;
   constexpr int stop = 1;
   constexpr int between = 1;
   // For its errors only.
-  checkedRange(listSource(source));
+  checkedListSource(source);
   const ExcelObject validation = rangeObject(range).object("Validation");
   // Add fails for a range that has a validation already.
   validation.call("Delete");
-  validation.call("Add", list, stop, between, sourceAsSpelled(source));
+  validation.call("Add", list, stop, between, sourceAsSpelled("=" + absoluteRangeName(source)));
 }
 
 // Users may have chosen that ranges are spelled "R2C250".

@@ -86,7 +86,7 @@ void write(const std::string& path) {
   sheet->setText(1, 2, "=1+1");
   sheet->setText(3, 1, "007");
   sheet->setBold({1, 1, 1, 8});
-  sheet->addListValidation({2, 6, 1000, 6}, "=$IP$2:$IP$3");
+  sheet->addListValidation({2, 6, 1000, 6}, {2, 250, 3, 250});
   sheet->setColumnWidth(6, 30);
   sheet->hideColumn(250);
   sheet->autoFit(1, 5);

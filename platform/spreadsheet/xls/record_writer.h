@@ -23,10 +23,6 @@ class RecordWriter {
   RecordWriter& u8(std::uint8_t value) { return append(value); }
   RecordWriter& u16(std::size_t value) { return append(static_cast<std::uint16_t>(value)); }
   RecordWriter& u32(std::size_t value) { return append(static_cast<std::uint32_t>(value)); }
-  RecordWriter& zeros(std::size_t count) {
-    to_.append(count, '\0');
-    return *this;
-  }
 
   /// A text of the shared table. What does not fit into the record goes on in Continue records.
   void sharedText(std::string_view text);

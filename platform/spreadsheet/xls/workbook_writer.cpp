@@ -159,12 +159,8 @@ class WorkbookWriter {
 
   void writeDimensions() {
     const auto& rows = sheet_.cells.rows();
-    records_.begin(Record::Dimensions);
-    if (rows.empty()) {
-      records_.zeros(14);
-      return;
-    }
-    std::size_t firstColumn = maxSheetColumns;
+    // Of a sheet without cells all are zero.
+    std::size_t firstColumn = rows.empty() ? 0 : maxSheetColumns;
     std::size_t columns = 0;
     for (const auto& row : rows) {
       if (row.empty()) continue;
@@ -173,6 +169,7 @@ class WorkbookWriter {
     }
     const auto firstUsed = std::ranges::find_if(rows, [](const auto& row) { return !row.empty(); });
     // The ends are one past the last row and column.
+    records_.begin(Record::Dimensions);
     records_.u32(static_cast<std::size_t>(firstUsed - rows.begin())).u32(rows.size());
     records_.u16(firstColumn).u16(columns).u16(0);
   }

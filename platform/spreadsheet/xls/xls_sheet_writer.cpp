@@ -46,8 +46,8 @@ void XlsSheetWriter::addBlanks(const CellRange& range) {
   }
 }
 
-void XlsSheetWriter::addListValidation(const CellRange& range, std::string_view source) {
-  sheet_.validations.push_back({fileRange(range), fileRange(listSource(source))});
+void XlsSheetWriter::addListValidation(const CellRange& range, const CellRange& source) {
+  sheet_.validations.push_back({fileRange(range), fileRange(checkedListSource(source))});
 }
 
 SheetColumn& XlsSheetWriter::column(int number) {

@@ -15,7 +15,7 @@ class XlsSheetWriter final : public WorksheetWriter {
 
   void setText(int row, int column, std::string_view text) override;
   void setBold(const CellRange& range) override;
-  void addListValidation(const CellRange& range, std::string_view source) override;
+  void addListValidation(const CellRange& range, const CellRange& source) override;
   void setColumnWidth(int number, double characters) override;
   void hideColumn(int number) override;
   void autoFit(int firstColumn, int lastColumn) override;
