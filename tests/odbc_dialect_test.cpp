@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/odbc/engines.h"
 #include "platform/odbc/sqlite_dialect.h"
 #include "platform/odbc/statement_shape.h"
 #include "tests/support/checks.h"

@@ -2,16 +2,7 @@
 
 #include <algorithm>
 
-#include "base/text.h"
-#include "platform/odbc/sqlite_dialect.h"
-
 namespace velk {
-
-const Dialect& dialectOf(std::string_view engineName) {
-  // For every other name, too: its statements are sent as they are.
-  static const Dialect sqlServer;
-  return equalsIgnoringCase(engineName, "SQLite") ? sqliteDialect : sqlServer;
-}
 
 const KnownStatement* findStatement(const Dialect& dialect, std::string_view shape) {
   const auto found = std::ranges::find(dialect.statements, shape, &KnownStatement::shape);

@@ -1,7 +1,7 @@
 // An engine as data: what differs from SQL Server, for which the system's statements are written.
 //
 // A further engine is a constant of its own, as sqlite_dialect.cpp has one, with its name in
-// dialectOf().
+// engines.cpp.
 #pragma once
 
 #include <cstdint>
@@ -50,9 +50,6 @@ struct Dialect {
   /// The driver garbles characters beyond ASCII in a statement; in parameters it does not.
   bool hasAsciiStatements = false;
 };
-
-/// The dialect for what a driver calls its engine; SQL Server's for a name that is not known.
-const Dialect& dialectOf(std::string_view engineName);
 
 /// The row for a shape; null if the statement is none of the system's. Shapes compare exactly: the
 /// system's texts are constants, so that any other letter case or blank is somebody else's text.

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/odbc/dialect.h"
+#include "platform/odbc/engines.h"
 #include "platform/odbc/odbc_handle.h"
 #include "platform/odbc/odbc_options.h"
 

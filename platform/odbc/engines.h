@@ -1,0 +1,11 @@
+// The engines that have a dialect.
+#pragma once
+
+#include "platform/odbc/dialect.h"
+
+namespace velk {
+
+/// The dialect for what a driver calls its engine; SQL Server's for a name that is not known.
+const Dialect& dialectOf(std::string_view engineName);
+
+}  // namespace velk
