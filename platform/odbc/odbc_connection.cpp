@@ -19,8 +19,6 @@ class DriverConnection final : public OdbcConnection,
  public:
   DriverConnection(std::string_view connectionString, const OdbcOptions& options)
       : session_(connectionString, options), procedures_(session_) {}
-  DriverConnection(const DriverConnection&) = delete;
-  DriverConnection& operator=(const DriverConnection&) = delete;
   ~DriverConnection() override;
 
   std::shared_ptr<Recordset> Execute(std::string_view text) override;

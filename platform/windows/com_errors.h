@@ -39,26 +39,25 @@ inline void check(HRESULT result) {
   if (FAILED(result)) throw comError(result);
 }
 
-/// Makes an object of a class registered in process; error 429 when that fails.
+/// Makes an object of a registered class, in process or from a program of its own unless `where`
+/// says otherwise; null when the class is not registered, error 429 for any other failure.
 template <class Interface>
-ComPtr<Interface> createObject(REFCLSID classId) {
+ComPtr<Interface> createIfRegistered(REFCLSID classId,
+                                     DWORD where = CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER) {
   ComPtr<Interface> object;
   const HRESULT result =
-      CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(object.GetAddressOf()));
-  if (FAILED(result)) throw RuntimeError(ErrorNumber::CannotCreateObject);
-  return object;
-}
-
-/// The same, in process or from a program of its own; null when the class is not registered.
-template <class Interface>
-ComPtr<Interface> createIfRegistered(REFCLSID classId) {
-  constexpr DWORD anywhere = CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER;
-  ComPtr<Interface> object;
-  const HRESULT result =
-      CoCreateInstance(classId, nullptr, anywhere, IID_PPV_ARGS(object.GetAddressOf()));
+      CoCreateInstance(classId, nullptr, where, IID_PPV_ARGS(object.GetAddressOf()));
   if (FAILED(result) && result != REGDB_E_CLASSNOTREG) {
     throw RuntimeError(ErrorNumber::CannotCreateObject);
   }
+  return object;
+}
+
+/// The same, in process only; error 429 when the class is not registered, too.
+template <class Interface>
+ComPtr<Interface> createObject(REFCLSID classId) {
+  auto object = createIfRegistered<Interface>(classId, CLSCTX_INPROC_SERVER);
+  if (!object) throw RuntimeError(ErrorNumber::CannotCreateObject);
   return object;
 }
 

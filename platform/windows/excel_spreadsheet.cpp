@@ -1,9 +1,7 @@
 #include "platform/windows/excel_spreadsheet.h"
 
 #include "platform/windows/com_errors.h"
-#include "platform/windows/excel_application.h"
-#include "platform/windows/excel_sheet_reader.h"
-#include "platform/windows/excel_sheet_writer.h"
+#include "platform/windows/excel_sheets.h"
 
 namespace velk {
 
@@ -22,12 +20,11 @@ class ExcelSpreadsheet final : public Spreadsheet {
 
   std::unique_ptr<WorksheetReader> open(std::string_view path) override {
     WindowsFileSystem().openInput(path);  // for its errors: the application has one number for all
-    return std::make_unique<ExcelSheetReader>(ExcelWorkbook(openReadOnly(absolutePath(path))));
+    return excelSheetReader(ExcelWorkbook(openReadOnly(absolutePath(path))));
   }
 
   std::unique_ptr<WorksheetWriter> add() override {
-    return std::make_unique<ExcelSheetWriter>(application_,
-                                              ExcelWorkbook(workbooks().object("Add")));
+    return excelSheetWriter(application_, ExcelWorkbook(workbooks().object("Add")));
   }
 
  private:

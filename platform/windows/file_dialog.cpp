@@ -1,4 +1,4 @@
-#include "platform/windows/file_dialog.h"
+#include "platform/windows/windows_desktop.h"
 
 #include <windows.h>
 
@@ -40,7 +40,7 @@ bool ask(FileDialogKind kind, OPENFILENAMEW& settings) {
 
 }  // namespace
 
-std::optional<std::string> showFileDialog(const FileDialog& dialog) {
+std::optional<std::string> WindowsDesktop::askForFile(const FileDialog& dialog) {
   const std::wstring title = toWide(dialog.title);
   const std::wstring filter = filterText(dialog.filter);
   const std::wstring folder = toWide(dialog.initialFolder);

@@ -39,7 +39,19 @@ class BagObject final : public NamedMembers {
       : form_(std::move(form)), control_(control) {}
 
  private:
-  DISPID idOf(std::string_view name) const override;
+  DISPID idOf(std::string_view name) const override {
+    const auto form = lock(form_);
+    // First the properties: one of them hides a control of the same name.
+    const std::optional<Property> property = propertyNamed(name);
+    if (property && bag(*form).has(*property)) {
+      return firstProperty + static_cast<DISPID>(*property);
+    }
+    if (control_ != nullptr) return DISPID_UNKNOWN;  // only forms have controls
+    if (equalsIgnoringCase(name, "Controls")) return controlsMember;
+    const std::size_t position = positionOf(*form, name);
+    return position < form->controls().size() ? firstControl + static_cast<DISPID>(position)
+                                              : DISPID_UNKNOWN;
+  }
   Variant get(DISPID member, const std::optional<Value>& index) override;
   void put(DISPID member, const Value& value) override {
     const auto form = lock(form_);
@@ -92,20 +104,6 @@ class ControlsObject final : public NamedMembers {
 
   std::weak_ptr<Form> form_;
 };
-
-DISPID BagObject::idOf(std::string_view name) const {
-  const auto form = lock(form_);
-  // First the properties: one of them hides a control of the same name.
-  const std::optional<Property> property = propertyNamed(name);
-  if (property && bag(*form).has(*property)) {
-    return firstProperty + static_cast<DISPID>(*property);
-  }
-  if (control_ != nullptr) return DISPID_UNKNOWN;  // only forms have controls
-  if (equalsIgnoringCase(name, "Controls")) return controlsMember;
-  const std::size_t position = positionOf(*form, name);
-  return position < form->controls().size() ? firstControl + static_cast<DISPID>(position)
-                                            : DISPID_UNKNOWN;
-}
 
 Variant BagObject::get(DISPID member, const std::optional<Value>& index) {
   const auto form = lock(form_);

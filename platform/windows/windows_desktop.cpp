@@ -4,7 +4,6 @@
 
 #include <shellapi.h>
 
-#include "platform/windows/file_dialog.h"
 #include "platform/windows/modal_owner.h"
 #include "platform/windows/module_path.h"
 #include "platform/windows/wide_text.h"
@@ -28,10 +27,6 @@ std::int32_t WindowsDesktop::messageBox(std::string_view prompt, std::int32_t st
   const int answer = showBox(text, title, asked);
   // 0: Windows does not know the style and has shown nothing.
   return answer != 0 ? answer : showBox(text, title, MB_OK | (asked & MB_ICONMASK));
-}
-
-std::optional<std::string> WindowsDesktop::askForFile(const FileDialog& dialog) {
-  return showFileDialog(dialog);
 }
 
 std::string WindowsDesktop::applicationFolder() const {

@@ -14,6 +14,7 @@ class WindowsDesktop final : public Desktop {
   /// Windows refuses is shown with its icon and an OK button.
   std::int32_t messageBox(std::string_view prompt, std::int32_t style,
                           std::optional<std::string_view> caption = std::nullopt) override;
+  /// Owned as a message box is.
   std::optional<std::string> askForFile(const FileDialog& dialog) override;
   std::string applicationFolder() const override;
   Date now() const override;

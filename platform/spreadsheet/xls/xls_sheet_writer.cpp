@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 #include "platform/spreadsheet/sheet_cells.h"
 #include "platform/spreadsheet/xls/compound_writer.h"
+#include "platform/spreadsheet/xls/sheet_model.h"
 #include "platform/spreadsheet/xls/text_width.h"
 #include "platform/spreadsheet/xls/workbook_writer.h"
 
@@ -19,74 +21,86 @@ CellRange fileRange(const CellRange& range) {
           checked.lastColumn - 1};
 }
 
+class XlsSheetWriter final : public WorksheetWriter {
+ public:
+  explicit XlsSheetWriter(FileSystem& files) : files_(files) {}
+
+  void setText(int row, int column, std::string_view text) override {
+    checkCell(row, column);
+    checkCellText(text);
+    // An empty text is added, too: it replaces an earlier text of the cell.
+    sheet_.cells.add({static_cast<std::uint16_t>(row - 1), static_cast<std::uint8_t>(column - 1),
+                      text.empty() ? Cell::Kind::Blank : Cell::Kind::Text,
+                      text.empty() ? 0 : sheet_.texts.add(text)});
+  }
+
+  void setBold(const CellRange& range) override {
+    sheet_.bold.push_back(fileRange(range));
+    addBlanks(sheet_.bold.back());
+  }
+
+  void addListValidation(const CellRange& range, const CellRange& source) override {
+    sheet_.validations.push_back({fileRange(range), fileRange(checkedListSource(source))});
+  }
+
+  void setColumnWidth(int number, double characters) override {
+    checkColumnWidth(characters);
+    column(number).width = characters;
+  }
+
+  void hideColumn(int number) override { column(number).hidden = true; }
+
+  void autoFit(int firstColumn, int lastColumn) override {
+    const CellRange range = fileRange({1, firstColumn, 1, lastColumn});
+    std::array<double, maxSheetColumns> widths{};
+    for (const auto& row : sheet_.cells.rows()) {
+      for (const Cell& cell : row) {
+        if (cell.column < range.firstColumn || cell.column > range.lastColumn) continue;
+        if (cell.kind == Cell::Kind::Blank) continue;
+        const double width = widthInDigits(sheet_.texts.texts()[cell.value], sheet_.isBold(cell));
+        widths[cell.column] = std::max(widths[cell.column], std::min(width, maxColumnWidth));
+      }
+    }
+    for (int number = range.firstColumn; number <= range.lastColumn; ++number) {
+      const double width = widths[static_cast<std::size_t>(number)];
+      // A column without texts keeps its width.
+      if (width > 0) column(number + 1).width = width;
+    }
+  }
+
+  /// Written beside the file and then put in its place, so that a failure leaves what was there.
+  void saveAs(std::string_view path) override {
+    // A replacement: the old file stays until the new one is complete.
+    const auto file = files_.openReplacement(path);
+    writeCompoundFile(*file, writeWorkbook(sheet_));
+    file->close();
+  }
+
+ private:
+  SheetColumn& column(int number) {
+    checkCell(1, number);
+    return sheet_.columns[number - 1];
+  }
+
+  /// A font needs a cell that has it: blank ones where there is none.
+  void addBlanks(const CellRange& range) {
+    for (int row = range.firstRow; row <= range.lastRow; ++row) {
+      for (int column = range.firstColumn; column <= range.lastColumn; ++column) {
+        const Cell blank{static_cast<std::uint16_t>(row), static_cast<std::uint8_t>(column),
+                         Cell::Kind::Blank, 0};
+        if (sheet_.cells.find(blank.row, blank.column) == nullptr) sheet_.cells.add(blank);
+      }
+    }
+  }
+
+  FileSystem& files_;
+  SheetModel sheet_;
+};
+
 }  // namespace
 
-void XlsSheetWriter::setText(int row, int column, std::string_view text) {
-  checkCell(row, column);
-  checkCellText(text);
-  // An empty text is added, too: it replaces an earlier text of the cell.
-  sheet_.cells.add({static_cast<std::uint16_t>(row - 1), static_cast<std::uint8_t>(column - 1),
-                    text.empty() ? Cell::Kind::Blank : Cell::Kind::Text,
-                    text.empty() ? 0 : sheet_.texts.add(text)});
-}
-
-void XlsSheetWriter::setBold(const CellRange& range) {
-  sheet_.bold.push_back(fileRange(range));
-  addBlanks(sheet_.bold.back());
-}
-
-/// A font needs a cell that has it: blank ones where there is none.
-void XlsSheetWriter::addBlanks(const CellRange& range) {
-  for (int row = range.firstRow; row <= range.lastRow; ++row) {
-    for (int column = range.firstColumn; column <= range.lastColumn; ++column) {
-      const Cell blank{static_cast<std::uint16_t>(row), static_cast<std::uint8_t>(column),
-                       Cell::Kind::Blank, 0};
-      if (sheet_.cells.find(blank.row, blank.column) == nullptr) sheet_.cells.add(blank);
-    }
-  }
-}
-
-void XlsSheetWriter::addListValidation(const CellRange& range, const CellRange& source) {
-  sheet_.validations.push_back({fileRange(range), fileRange(checkedListSource(source))});
-}
-
-SheetColumn& XlsSheetWriter::column(int number) {
-  checkCell(1, number);
-  return sheet_.columns[number - 1];
-}
-
-void XlsSheetWriter::setColumnWidth(int number, double characters) {
-  checkColumnWidth(characters);
-  column(number).width = characters;
-}
-
-void XlsSheetWriter::hideColumn(int number) {
-  column(number).hidden = true;
-}
-
-void XlsSheetWriter::autoFit(int firstColumn, int lastColumn) {
-  const CellRange range = fileRange({1, firstColumn, 1, lastColumn});
-  std::array<double, maxSheetColumns> widths{};
-  for (const auto& row : sheet_.cells.rows()) {
-    for (const Cell& cell : row) {
-      if (cell.column < range.firstColumn || cell.column > range.lastColumn) continue;
-      if (cell.kind == Cell::Kind::Blank) continue;
-      const double width = widthInDigits(sheet_.texts.texts()[cell.value], sheet_.isBold(cell));
-      widths[cell.column] = std::max(widths[cell.column], std::min(width, maxColumnWidth));
-    }
-  }
-  for (int number = range.firstColumn; number <= range.lastColumn; ++number) {
-    const double width = widths[static_cast<std::size_t>(number)];
-    // A column without texts keeps its width.
-    if (width > 0) column(number + 1).width = width;
-  }
-}
-
-void XlsSheetWriter::saveAs(std::string_view path) {
-  // A replacement: the old file stays until the new one is complete.
-  const auto file = files_.openReplacement(path);
-  writeCompoundFile(*file, writeWorkbook(sheet_));
-  file->close();
+std::unique_ptr<WorksheetWriter> newXlsSheet(FileSystem& files) {
+  return std::make_unique<XlsSheetWriter>(files);
 }
 
 }  // namespace velk::xls

@@ -50,7 +50,7 @@ std::unique_ptr<WorksheetReader> XlsSpreadsheet::open(std::string_view path) {
 }
 
 std::unique_ptr<WorksheetWriter> XlsSpreadsheet::add() {
-  return std::make_unique<xls::XlsSheetWriter>(files_);
+  return xls::newXlsSheet(files_);
 }
 
 std::unique_ptr<WorksheetReader> readXls(std::string_view file) {

@@ -1,9 +1,6 @@
 #include "platform/windows/forms/window_factory.h"
 
-#include "platform/windows/forms/frame_window.h"
-#include "platform/windows/forms/list_window.h"
 #include "platform/windows/wide_text.h"
-#include "ui/controls.h"
 
 namespace velk {
 
@@ -106,9 +103,10 @@ std::unique_ptr<ControlWindow> make(Control& control, const ControlPlace& place)
 }  // namespace
 
 std::unique_ptr<ControlWindow> makeControlWindow(Control& control, const ControlPlace& place) {
-  for (const auto maker :
-       {make<Label, LabelWindow>, make<Frame, FrameWindow>, make<CommandButton, ButtonWindow>,
-        make<TextBox, TextBoxWindow>, make<ComboBox, ComboWindow>, make<ListView, ListWindow>}) {
+  if (auto* frame = dynamic_cast<Frame*>(&control)) return makeFrameWindow(*frame, place);
+  if (auto* list = dynamic_cast<ListView*>(&control)) return makeListWindow(*list, place);
+  for (const auto maker : {make<Label, LabelWindow>, make<CommandButton, ButtonWindow>,
+                           make<TextBox, TextBoxWindow>, make<ComboBox, ComboWindow>}) {
     if (auto window = maker(control, place)) return window;
   }
   return nullptr;
