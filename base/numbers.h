@@ -2,6 +2,7 @@
 #pragma once
 
 #include <bit>
+#include <charconv>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -22,6 +23,16 @@ double leadingNumber(std::string_view text);
 /// A text that is a number from end to end by the same rule, blanks around it apart; empty where
 /// anything is left over.
 std::optional<double> parseNumber(std::string_view text);
+
+/// A number as machines write it, digits from end to end with nothing around or between but a minus
+/// and, for doubles, point, exponent, inf and nan. Empty for any other text, and beyond the type's range.
+template <class Number>
+std::optional<Number> exactNumber(std::string_view text) {
+  Number number{};
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
 
 /// True when a double holds the integer without rounding. Its bits tell; a conversion there and
 /// back does not, where the compiler keeps it in a wider register (as for x86).

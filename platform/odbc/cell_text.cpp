@@ -1,9 +1,7 @@
 #include "platform/odbc/cell_text.h"
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
-#include <optional>
 #include <utility>
 
 #include "base/date_reader.h"
@@ -12,16 +10,8 @@
 namespace velk {
 namespace {
 
-template <class Number>
-std::optional<Number> wholly(std::string_view text) {
-  Number number{};
-  const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || rest != text.data() + text.size()) return std::nullopt;
-  return number;
-}
-
 Value bigIntegerCell(std::string text) {
-  const auto number = wholly<std::int64_t>(text);
+  const auto number = exactNumber<std::int64_t>(text);
   // A number that a double would round stays a text, so that no digit is lost.
   if (!number || !fitsDouble(*number)) return text;
   return static_cast<double>(*number);
@@ -29,7 +19,7 @@ Value bigIntegerCell(std::string text) {
 
 // An engine without column types gives large numbers in a column of small ones, too.
 Value integerCell(std::string text) {
-  const auto number = wholly<std::int32_t>(text);
+  const auto number = exactNumber<std::int32_t>(text);
   return number ? Value(*number) : bigIntegerCell(std::move(text));
 }
 
@@ -54,7 +44,7 @@ Value textCell(std::string text) {
 }  // namespace
 
 Value doubleCell(std::string text) {
-  const auto number = wholly<double>(text);
+  const auto number = exactNumber<double>(text);
   return number ? Value(*number) : Value(std::move(text));
 }
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 #include "base/errors.h"
+#include "base/numbers.h"
 #include "base/text.h"
 
 namespace velk {
@@ -26,10 +26,9 @@ std::vector<std::size_t> parseArguments(std::string_view list, std::string_view 
   for (bool more = !trim(list).empty(); more;) {
     const std::size_t comma = list.find(',');
     const std::string_view item = trim(list.substr(0, comma));
-    const char* const end = item.data() + item.size();
-    std::size_t number = 0;
-    const auto [rest, error] = std::from_chars(item.data(), end, number);
-    if (error != std::errc() || rest != end || number < 1 || number > maxParameters) {
+    // Zero for what is no number, as the first parameter is 1.
+    const std::size_t number = exactNumber<std::size_t>(item).value_or(0);
+    if (number < 1 || number > maxParameters) {
       refuse("Stored procedure " + quoted(procedure) + " lists an argument that is no parameter.");
     }
     arguments.push_back(number - 1);

@@ -1,9 +1,9 @@
 #include "apps/opnimp/run/screen_mapping.h"
 
-#include <charconv>
 #include <functional>
 
 #include "apps/opnimp/cli/failures.h"
+#include "base/numbers.h"
 #include "base/text.h"
 
 namespace velk {
@@ -37,16 +37,14 @@ std::string titles(const ListView& list) {
 
 std::optional<std::size_t> columnByNumber(const ListView& list, std::string_view text) {
   if (!text.starts_with('#')) return std::nullopt;
-  std::size_t number = 0;
-  const char* const end = text.data() + text.size();
-  const auto read = std::from_chars(text.data() + 1, end, number);
+  const auto number = exactNumber<std::size_t>(text.substr(1));
   // A title may begin with "#", too: only digits up to the end make a number.
-  if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
-  if (number == 0 || number > list.columnCount()) {
+  if (!number) return std::nullopt;
+  if (*number == 0 || *number > list.columnCount()) {
     throw Refused("--map: the file has no column " + std::string(text) + "; it has " +
                   std::to_string(list.columnCount()));
   }
-  return number - 1;
+  return *number - 1;
 }
 
 std::size_t fileColumn(const ListView& lv, const std::string& name) {
