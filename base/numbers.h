@@ -25,7 +25,8 @@ double leadingNumber(std::string_view text);
 std::optional<double> parseNumber(std::string_view text);
 
 /// A number as machines write it, digits from end to end with nothing around or between but a minus
-/// and, for doubles, point, exponent, inf and nan. Empty for any other text, and beyond the type's range.
+/// and, for doubles, point, exponent, inf and nan. Empty for any other text, and beyond the type's
+/// range.
 template <class Number>
 std::optional<Number> exactNumber(std::string_view text) {
   Number number{};
