@@ -96,30 +96,25 @@ void NumberedFiles::rewind(std::int16_t number) {
 std::string NumberedFiles::readAll(std::int16_t number) {
   // lineInput() may have taken a part already.
   rewind(number);
-  InputFile& file = *input(number).file;
-  if (file.length() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
-  return refusingWithoutMemory([&] { return readText(file); });
+  Input& in = input(number);
+  if (in.file->length() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
+  return refusingWithoutMemory([&] { return readText(in); });
 }
 
-std::string NumberedFiles::readText(InputFile& file) const {
+// By way of the buffer, which stays in the processor's cache between reading, looking and copying.
+std::string NumberedFiles::readText(Input& input) const {
   std::string text;
-  auto left = static_cast<std::size_t>(file.length());
+  auto left = static_cast<std::size_t>(input.file->length());
   // One byte in eight may be no ASCII, and a reader may append a little, before the text has to
   // move. Memory that is never touched costs nothing.
   text.reserve(left + left / 8 + 1024);
-  // Straight into its place, in steps that stay in the cache between reading and looking.
   while (left > 0) {
-    const std::size_t start = text.size();
-    const std::size_t count = std::min(left, bufferSize);
-    text.resize(start + count);
-    if (file.read(&text[start], count) < count) throw RuntimeError(ErrorNumber::InputPastEnd);
-    left -= count;
-    // ASCII is UTF-8 already.
-    if (isAscii(std::string_view(text).substr(start))) continue;
-    const std::string bytes = text.substr(start);
-    text.resize(start);
-    codePage_.appendDecoded(text, bytes);
+    if (!fill(input)) throw RuntimeError(ErrorNumber::InputPastEnd);
+    input.next = input.end;
+    const std::size_t count = std::min(left, input.end);
+    codePage_.appendDecoded(text, {input.buffer->data(), count});
     if (text.size() > maxTextLength) throw RuntimeError(ErrorNumber::OutOfMemory);
+    left -= count;
   }
   return text;
 }

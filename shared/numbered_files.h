@@ -63,7 +63,7 @@ class NumberedFiles {
   void checkFree(std::int16_t number) const;
   Input& input(std::int16_t number);
   static bool fill(Input& input);
-  std::string readText(InputFile& file) const;
+  std::string readText(Input& input) const;
 
   FileSystem& files_;
   const CodePage& codePage_;
