@@ -7,6 +7,7 @@
 
 #include "base/text.h"
 #include "platform/odbc/driver_path.h"
+#include "platform/odbc/procedure_catalogue.h"
 #include "platform/odbc/statement_shape.h"
 #include "platform/odbc/stored_procedures.h"
 
@@ -24,7 +25,9 @@ class DriverConnection final : public OdbcConnection,
   std::shared_ptr<Recordset> Execute(std::string_view text) override;
   std::unique_ptr<Command> newCommand() override;
   std::vector<Diagnostic> diagnostics() const override { return session_.diagnostics(); }
+  bool changedNothing() const override { return changedNothing_; }
   bool isLost() const override { return session_.isLost(); }
+  void cancel() override { session_.cancel(); }
   void beginTransaction() override;
   void rollback() override;
 
@@ -32,6 +35,10 @@ class DriverConnection final : public OdbcConnection,
                                  const std::vector<CommandParameter>& parameters);
 
  private:
+  std::shared_ptr<Recordset> call(std::string_view name,
+                                  const std::vector<CommandParameter>& parameters);
+  bool isKnownToChangeNothing(std::string_view name, std::size_t parameters,
+                              const RuntimeError& error) const;
   PreparedStatement& kept(std::string_view sql);
   void requireWhole(std::string_view text) const;
   void setInTransaction(bool in);
@@ -41,6 +48,7 @@ class DriverConnection final : public OdbcConnection,
   std::map<std::string, PreparedStatement, std::less<>> kept_;
   StoredProcedures procedures_;
   bool inTransaction_ = false;
+  bool changedNothing_ = false;
 };
 
 class OdbcCommand final : public Command {
@@ -131,8 +139,32 @@ std::shared_ptr<Recordset> DriverConnection::run(CommandType type, std::string_v
     requireWhole(text);
     return PreparedStatement(session_, text).execute(parameters);
   }
-  if (session_.dialect().hasProcedureTable) return procedures_.call(text, parameters);
-  return kept(callText(text, parameters.size())).execute(parameters);
+  session_.setSent(OdbcSession::Sent::Nothing);
+  try {
+    return call(text, parameters);
+  } catch (const RuntimeError& error) {
+    changedNothing_ = isKnownToChangeNothing(text, parameters.size(), error);
+    throw;
+  }
+}
+
+std::shared_ptr<Recordset> DriverConnection::call(std::string_view name,
+                                                  const std::vector<CommandParameter>& parameters) {
+  if (session_.dialect().hasProcedureTable) return procedures_.call(name, parameters);
+  return kept(callText(name, parameters.size())).execute(parameters);
+}
+
+// An engine's error says nothing of what came before it within the call. Only an error of the
+// provider in general may be the driver's own, made when the engine was done.
+bool DriverConnection::isKnownToChangeNothing(std::string_view name, std::size_t parameters,
+                                              const RuntimeError& error) const {
+  if (session_.isLost() || session_.sent() == OdbcSession::Sent::Done) return false;
+  if (session_.sent() == OdbcSession::Sent::Nothing) return true;
+  if (session_.dialect().hasAtomicCalls) return !error.is(ErrorNumber::ProviderFailure);
+  // These come from within a call that runs, or from a server that does not answer.
+  const bool ran = error.is(ErrorNumber::IntegrityViolation) ||
+                   error.is(ErrorNumber::DataTruncated) || error.is(ErrorNumber::ProviderTimeout);
+  return !ran && cannotHaveRun(session_, name, parameters);
 }
 
 // Prepared when it is first asked for. If each record's query were prepared anew, an import of

@@ -5,7 +5,7 @@
 // a table, too (stored_procedures.h). Every statement commits by itself unless a transaction was
 // begun. All results of a statement are read when it runs.
 //
-// Not to be used by two threads at a time.
+// Not to be used by two threads at a time, but for cancel().
 #pragma once
 
 #include <memory>
@@ -19,6 +19,9 @@ namespace velk {
 
 class OdbcConnection : public Connection {
  public:
+  /// Asks the driver to end the statement that is running; the only member that another thread may
+  /// call. May wait as long as the driver lets nobody else in.
+  virtual void cancel() = 0;
   /// Begins a transaction that can only be taken back. Error 5 inside another one.
   virtual void beginTransaction() = 0;
   /// Takes back everything since beginTransaction; without one, nothing. Closing the connection

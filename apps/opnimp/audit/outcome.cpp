@@ -35,6 +35,9 @@ std::string resultText(const RecordedCall& call) {
       return call.text + " was not run";
     case CallResult::Failed:
       return call.text + " failed " + errorText(*call.error);
+    case CallResult::InDoubt:
+      return call.text + " failed, and whether it took effect is not known " +
+             errorText(*call.error);
     case CallResult::FailedLate:
       return call.text + " may have taken effect in part, a later statement of it failed " +
              errorText(*call.error);
@@ -83,6 +86,7 @@ Tally tally(const RecordTrace& trace) {
     if (call->kind != CallKind::Procedure) continue;
     t.effective += isEffective(*call) ? 1U : 0U;
     t.failed += call->result == CallResult::Failed ? 1U : 0U;
+    t.inDoubt += call->result == CallResult::InDoubt ? 1U : 0U;
     t.late += call->result == CallResult::FailedLate ? 1U : 0U;
     t.unknown += call->result == CallResult::Unknown ? 1U : 0U;
   }
@@ -103,8 +107,9 @@ Outcome outcomeOf(const RecordTrace& trace) {
   }
   // Calls that failed late are not among these, since part of them may have taken effect.
   if (t.failed == t.made()) return Outcome::Failed;
+  if (t.raised() == t.made()) return Outcome::Unknown;
   const bool cutShort = fate != Fate::Posted;
-  if (t.failed > 0 || t.late > 0 || cutShort) return Outcome::Partial;
+  if (t.raised() > 0 || t.late > 0 || cutShort) return Outcome::Partial;
   return trace.said->warned ? Outcome::PostedWithWarning : Outcome::Posted;
 }
 

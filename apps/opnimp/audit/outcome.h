@@ -19,9 +19,9 @@ enum class Outcome {
   PostedWithWarning,
   Skipped,     ///< zero amount
   Rejected,    ///< refused, or stopped by an error, before anything was called that posts it
-  Failed,      ///< no call took effect
-  Partial,     ///< some did
-  Unknown,     ///< a call had no answer
+  Failed,      ///< no call took effect, and that is known
+  Partial,     ///< some did, or a part of one
+  Unknown,     ///< whether any did is not known
   NotReached,  ///< not even looked up
 };
 inline constexpr std::size_t outcomeCount = 8;
@@ -49,10 +49,13 @@ struct RecordTrace {
 struct Tally {
   std::size_t effective = 0;
   std::size_t failed = 0;
+  std::size_t inDoubt = 0;
   std::size_t late = 0;
   std::size_t unknown = 0;
 
-  std::size_t made() const { return effective + failed + late + unknown; }
+  std::size_t made() const { return effective + raised() + late + unknown; }
+  /// Those that the import saw fail.
+  std::size_t raised() const { return failed + inDoubt; }
 };
 Tally tally(const RecordTrace& trace);
 

@@ -3,7 +3,8 @@
 // import says of itself (import_report.h), and the imports know nothing of it.
 //
 // It also ends a run at once when the connection is gone, so that records which were never looked
-// up are not called unknown customers.
+// up are not called unknown customers; and when the database does not answer in time, since whoever
+// holds a lock would make each call of the rest wait as long.
 #pragma once
 
 #include <cstddef>
@@ -13,6 +14,7 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/opnimp/audit/run_gate.h"
 #include "base/errors.h"
 #include "mapping/import_screen.h"
 #include "platform/database.h"
@@ -30,7 +32,8 @@ enum class CallKind {
 enum class CallResult {
   Unknown,     ///< no answer came: it may or may not have taken effect
   Ok,          ///< it took effect
-  Failed,      ///< it took no effect
+  Failed,      ///< it is known to have taken no effect
+  InDoubt,     ///< it failed, and may have taken effect, in whole or in part
   FailedLate,  ///< a later statement of it failed: part of it may have taken effect
   NotRun,      ///< a dry run only records it
 };
@@ -86,21 +89,30 @@ class Recorder : private ErrorLog {
   const std::vector<RecordedLine>& lines() const { return lines_; }
   const std::vector<RecordedMessage>& shown() const { return messages_; }
 
+  /// What each call of the database passes.
+  RunGate& gate() { return gate_; }
+
   // For the wrapped connection.
   Mode mode() const { return mode_; }
-  /// Notes that a call begins and answers its position in calls().
+  /// Notes that a call begins and answers its position in calls(). Throws RunEnded if the gate is
+  /// closed.
   std::size_t beginCall(CallKind kind, std::string_view text, std::vector<Value> parameters);
   void setResult(std::size_t call, CallResult result) { calls_[call].result = result; }
-  /// Notes a call's failure. Throws RunEnded, the result being Unknown, when the connection is
-  /// gone.
-  void callFailed(std::size_t call, CallResult result, const RuntimeError& error,
-                  const Connection& connection);
+  /// Notes that a call failed; one whose result is Ok until now, in a later statement of it. Throws
+  /// RunEnded when nothing more can be asked.
+  void callFailed(std::size_t call, const RuntimeError& error, const Connection& connection);
+  /// Notes that a call was refused before anything was sent.
+  void callRefused(std::size_t call, const RuntimeError& error);
 
  private:
   /// Keeps each line, also one that the file does not take.
   void append(std::string_view line) override;
 
+  CallResult resultOfFailure(const RecordedCall& call, const Connection& connection) const;
+  void endIfHopeless(const RuntimeError& error, const Connection& connection);
+
   const Mode mode_;
+  RunGate gate_;
   const ImportScreen* screen_ = nullptr;
   std::vector<RecordedCall> calls_;
   std::vector<RecordedLine> lines_;

@@ -130,6 +130,7 @@ class CommandLine {
     add(Command::DemoDatabase, "demo-database", "the new file",
         "make the sample company's embedded database");
     addText({import, exporting}, "--database", "STRING", arguments_.database, databaseHelp);
+    addWait({import, exporting});
     addMap({import, preview});
     addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
@@ -171,6 +172,18 @@ class CommandLine {
     for (CLI::App* const command : commands) {
       // Otherwise the library would take "--dry-run=false", and post.
       command->add_flag(name, to, what)->disable_flag_override();
+    }
+  }
+
+  void addWait(Apps commands) {
+    constexpr int longest = 24 * 60 * 60;
+    for (CLI::App* const command : commands) {
+      command
+          ->add_option("--wait", arguments_.waitSeconds,
+                       "how long one statement may run, or wait for a lock, before\n"
+                       "the run ends (default: 30)")
+          ->type_name("SECONDS")
+          ->check(CLI::Range(1, longest));
     }
   }
 

@@ -27,6 +27,7 @@ struct Arguments {
   std::vector<MapOption> maps;
   std::optional<std::string> rejects;
   std::optional<std::string> appFolder;
+  std::optional<int> waitSeconds;  ///< for one statement
   bool dryRun = false;
   bool json = false;
 };

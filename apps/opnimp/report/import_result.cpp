@@ -162,7 +162,8 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
         "importing anything again.");
   }
   addStepsForRecords(result, steps);
-  const bool posted = result.account.notes.count + result.account.entries.count > 0;
+  const bool posted = result.account.notes.count + result.account.entries.count > 0 ||
+                      doubtfulRecords(result.account) > 0;
   // A salesman who is posted again replaces himself, so that no warning is needed.
   if (!steps.empty() && posted && !result.arguments.kind->replaces) {
     steps.emplace_back("Do not import the whole file again: what is posted would be posted twice.");

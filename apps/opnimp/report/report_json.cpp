@@ -17,7 +17,7 @@ namespace {
 
 // In the order of CallKind, CallResult and RecordedLine::Kept.
 constexpr std::array kindCodes{"query", "check", "procedure"};
-constexpr std::array resultCodes{"unknown", "ok", "failed", "failed-late", "not-run"};
+constexpr std::array resultCodes{"unknown", "ok", "failed", "in-doubt", "failed-late", "not-run"};
 constexpr std::array keptCodes{"memory", "file", "not-written"};
 
 std::string codeOf(std::span<const char* const> codes, auto value) {

@@ -96,9 +96,8 @@ void drive(ExportOutcome& outcome, ScreenSession& session, ImportReport& report,
     }
   } catch (const Refused& refused) {
     fail(outcome, refused.what());
-  } catch (const RunEnded&) {
-    // Nobody asks for interrupts during an export, so that only a lost connection ends it.
-    fail(outcome, "the connection to the database was lost");
+  } catch (const RunEnded& ended) {
+    fail(outcome, ended.why);
   }
 }
 
@@ -107,7 +106,8 @@ void drive(ExportOutcome& outcome, ScreenSession& session, ImportReport& report,
 ExitStatus runExport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
   const std::string folder = applicationFolder(arguments.appFolder);
-  const DatabaseChoice choice = chooseDatabase(arguments.database);
+  DatabaseChoice choice = chooseDatabase(arguments.database);
+  if (arguments.waitSeconds) choice.options.commandTimeoutSeconds = *arguments.waitSeconds;
   checkWrites({"the export", arguments.file, {arguments.file}}, choice, folder, {});
   // Before the database is opened: a wrong file name must not make the default database first.
   const Target target(arguments.file);

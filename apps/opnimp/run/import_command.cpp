@@ -18,6 +18,7 @@
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
+#include "apps/opnimp/run/watched_run.h"
 #include "apps/opnimp/warnings/find_warnings.h"
 #include "base/errors.h"
 
@@ -51,7 +52,7 @@ class DryRun {
   const OpenDatabase& database_;
 };
 
-class ImportCommand {
+class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
  public:
   ImportCommand(const Arguments& arguments, const Streams& streams,
                 const Surroundings& surroundings)
@@ -68,7 +69,7 @@ class ImportCommand {
   const ImportResult& run() {
     try {
       prepare();
-      drive();
+      driveWatched();
     } catch (const std::bad_alloc&) {
       if (began_) throw;
       throw CannotOpen(tooLarge(arguments().file));
@@ -86,7 +87,8 @@ class ImportCommand {
   void prepare() {
     folder_ = applicationFolder(arguments().appFolder);
     result_.input = readInput(arguments());
-    const DatabaseChoice choice = chooseDatabase(arguments().database);
+    DatabaseChoice choice = chooseDatabase(arguments().database);
+    if (arguments().waitSeconds) choice.options.commandTimeoutSeconds = *arguments().waitSeconds;
     result_.database = choice.shown;
     // Before the database is opened: a wrong --rejects must not make the default database.
     prepareRejects(choice);
@@ -109,6 +111,15 @@ class ImportCommand {
     rejects_.emplace(*path, kind().format, arguments().dryRun);
   }
 
+  /// The run keeps this object for as long as it lives: for ever, if the database never answers.
+  void driveWatched() {
+    const WatchedRun run{[self = shared_from_this()] { self->drive(); }, surroundings_.interrupted,
+                         database_.cancel, recorder_.gate()};
+    if (!runWatched(run)) {
+      result_.brokeOff = "it was interrupted, and the database did not answer any more";
+    }
+  }
+
   void drive() {
     // Declared before the session, so that the screen is gone when the transaction is taken back.
     std::optional<DryRun> dryRun;
@@ -123,7 +134,7 @@ class ImportCommand {
     } catch (const Refused& refused) {
       result_.refusal = refused.what();
     } catch (const RunEnded& ended) {
-      brokeOff(ended);
+      result_.brokeOff = ended.why;
     }
     // A run that was refused early has no warnings yet, although they may explain the refusal.
     if (!began_ && result_.warnings.empty()) findWarningsNow();
@@ -165,25 +176,14 @@ class ImportCommand {
   }
 
   void endIfInterrupted() const {
-    if (surroundings_.interrupted && surroundings_.interrupted())
-      throw RunEnded{RunEnded::Why::Interrupted};
+    if (surroundings_.interrupted && surroundings_.interrupted()) {
+      throw RunEnded{"it was interrupted"};
+    }
   }
 
   void findWarningsNow() {
     result_.warnings = findWarnings(*result_.input, kind(), result_.mapping,
                                     civilFromDate(surroundings_.clock()).year);
-  }
-
-  void brokeOff(const RunEnded& ended) {
-    if (ended.why == RunEnded::Why::Interrupted) {
-      result_.brokeOff = "it was interrupted";
-      return;
-    }
-    result_.brokeOff = "the connection to the database was lost";
-    const auto& calls = recorder_.calls();
-    if (!calls.empty() && calls.back().error) {
-      result_.brokeOff += ": " + calls.back().error->description;
-    }
   }
 
   void evaluate() {
@@ -205,7 +205,8 @@ class ImportCommand {
     const bool rejected = std::ranges::any_of(result_.traces.records, [](const RecordTrace& trace) {
       return trace.outcome == Outcome::Rejected;
     });
-    if (kind().type != MasterType::Salesman || !rejected) return;
+    // After a run that broke off the database may not answer.
+    if (kind().type != MasterType::Salesman || !rejected || !result_.brokeOff.empty()) return;
     // Not on the recorded connection, since this look-up is no part of the run.
     result_.allowedDsTypes = allowedDsTypes(*database_.connection);
   }
@@ -237,8 +238,8 @@ class ImportCommand {
 
 ExitStatus runImport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
-  ImportCommand command(arguments, streams, surroundings);
-  const ImportResult& result = command.run();
+  const auto command = std::make_shared<ImportCommand>(arguments, streams, surroundings);
+  const ImportResult& result = command->run();
   (arguments.json ? writeImportJson : writeImportText)(result, streams.out);
   return result.status();
 }

@@ -9,11 +9,12 @@ Surroundings realSurroundings() {
   return {.interrupted = [] { return false; },
           .clock = localNow,
           .openDatabase =
-              [](const std::string& connectionString) {
-                // All three members keep the connection alive.
-                const auto connection = openOdbc(connectionString);
+              [](const std::string& connectionString, const OdbcOptions& options) {
+                // All members keep the connection alive.
+                const auto connection = openOdbc(connectionString, options);
                 return OpenDatabase{connection, [connection] { connection->beginTransaction(); },
-                                    [connection] { connection->rollback(); }};
+                                    [connection] { connection->rollback(); },
+                                    [connection] { connection->cancel(); }};
               }};
 }
 

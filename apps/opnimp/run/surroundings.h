@@ -8,23 +8,27 @@
 
 #include "base/dates.h"
 #include "platform/database.h"
+#include "platform/odbc/odbc_options.h"
 
 namespace velk {
 
 /// An open database. A dry run calls `begin` before its first call and `takeBack` after its last.
+/// Another thread may `cancel` the statement that is running.
 struct OpenDatabase {
   std::shared_ptr<Connection> connection;
   std::function<void()> begin;
   std::function<void()> takeBack;
+  std::function<void()> cancel = nullptr;
 };
 
 struct Surroundings {
-  /// True once the user asked the run to end.
+  /// True once the user asked the run to end. Asked from two threads.
   std::function<bool()> interrupted;
   /// Local date and time.
   std::function<Date()> clock;
   /// Opens a database by its ODBC connection string. Raises RuntimeError.
-  std::function<OpenDatabase(const std::string& connectionString)> openDatabase;
+  std::function<OpenDatabase(const std::string& connectionString, const OdbcOptions& options)>
+      openDatabase;
 };
 
 /// The machine's own clock and database drivers, and no interrupt.
