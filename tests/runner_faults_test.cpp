@@ -46,7 +46,8 @@ struct FaultWorld : RunnerWorld {
       CAPTURE(i);
       CAPTURE(outcome);
       if (outcome == "posted") CHECK(changes(i) == 2);
-      if (outcome == "failed" || outcome == "rejected" || outcome == "not-reached")
+      if (outcome == "failed" || outcome == "rejected" || outcome == "not-reached" ||
+          outcome == "taken-back")
         CHECK(changes(i) == 0);
       CHECK_FALSE((contains(folder.read("r.csv"), records[i]) && changes(i) > 0));
       const bool doubtful = outcome == "partial" || outcome == "unknown";
@@ -101,6 +102,63 @@ TEST_CASE("faults: only what is known is said") {
     CHECK(ran.status == row.status);
     world.checkTruth(ran);
   }
+}
+
+TEST_CASE("faults: all or nothing") {
+  const struct {
+    std::string settings;
+    std::string_view outcomes;
+    int status;
+    std::string_view rejects;
+  } rows[] = {
+      {"", "posted posted posted", 0, ""},
+      {"Faults=..r", "taken-back failed taken-back", 1, records[1]},
+      {"Faults=..bb;State=42000;Catalogue=none", "taken-back failed taken-back", 1, records[1]},
+      {"Faults=....l;State=42000", "taken-back taken-back failed", 1, records[2]},
+      {"Faults=..t", "taken-back failed not-reached", 5, records[1]},
+      // The procedure commits: what it posted stays, and all before it.
+      {"Faults=..k", "unknown unknown not-reached", 5, ""},
+      {"Faults=.....k", "unknown unknown unknown", 5, ""},
+      {"Faults=..d;State=42000", "unknown unknown not-reached", 5, ""},
+      {"Faults=..s", "unknown unknown not-reached", 5, ""},
+      {"Commit=refused", "unknown unknown unknown", 5, ""},
+      {"Commit=lost", "unknown unknown unknown", 5, ""},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.settings);
+    FaultWorld world;
+    const Ran ran = world.importAll(row.settings, {"--json", "--all-or-nothing"});
+    CHECK(Json(ran.out).outcomes() == row.outcomes);
+    CHECK(ran.status == row.status);
+    CHECK(world.folder.read("r.csv") ==
+          (row.rejects.empty() ? crlf({openingTitles}) : crlf({openingTitles, row.rejects})));
+    world.checkTruth(ran);
+  }
+}
+
+TEST_CASE("faults: all or nothing in the embedded database") {
+  const auto count = [](RunnerWorld& world) {
+    return world.ask("select count(*) from CustomerOpeningBalance");
+  };
+  RunnerWorld world;
+  const Ran good = world.importLines({openingTitles, records[0]}, {"--all-or-nothing"});
+  CHECK(good.status == 0);
+  CHECK(count(world) == "1");
+  const Ran bad = world.importLines({openingTitles, records[1], "C999,A,R,,1,1", records[2]},
+                                    {"--all-or-nothing"});
+  CHECK(bad.status == 1);
+  CHECK(contains(bad.out, "taken back          2"));
+  CHECK(contains(bad.out, "Nothing stays posted: all of it was taken back. Correct 1 refused"));
+  CHECK(count(world) == "1");
+  world.ask(
+      "create trigger stop before insert on CustomerOpeningBalance when new.CustomerID = 'C003' "
+      "begin select raise(rollback, 'stopped'); end");
+  const Ran ended = world.importLines({openingTitles, records[1], records[2], records[0]},
+                                      {"--all-or-nothing", "--json"});
+  CHECK(ended.status == 5);
+  CHECK(contains(Json(ended.out).at("brokeOff"), "ended the transaction"));
+  CHECK(Json(ended.out).outcomes() == "unknown unknown not-reached");
+  CHECK(count(world) == "1");
 }
 
 TEST_CASE("faults: a procedure runs to its end behind a refused statement") {

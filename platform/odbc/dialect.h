@@ -47,6 +47,9 @@ struct Dialect {
   /// Asks how many of the database's definitions let a single statement keep a part of its changes
   /// when it fails; empty if none can.
   std::string_view partialDefinitions = {};
+  /// Answers how many transactions the connection is in; empty if the engine refuses BEGIN within
+  /// one instead.
+  std::string_view transactionCount = "SELECT @@TRANCOUNT";
   /// Answers 0 if the user cannot run the procedure whose name, as a literal, takes the place of
   /// each mark: it is not there, or the right is missing. Engines that do not understand it are
   /// asked for their list of procedures only.

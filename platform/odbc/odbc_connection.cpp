@@ -29,7 +29,9 @@ class DriverConnection final : public OdbcConnection,
   bool isLost() const override { return session_.isLost(); }
   void cancel() override { session_.cancel(); }
   void beginTransaction() override;
-  void rollback() override;
+  void rollback() override { endTransaction(SQL_ROLLBACK); }
+  void commit() override { endTransaction(SQL_COMMIT); }
+  bool isInTransaction() override;
 
   std::shared_ptr<Recordset> run(CommandType type, std::string_view text,
                                  const std::vector<CommandParameter>& parameters);
@@ -42,6 +44,7 @@ class DriverConnection final : public OdbcConnection,
   PreparedStatement& kept(std::string_view sql);
   void requireWhole(std::string_view text) const;
   void setInTransaction(bool in);
+  void endTransaction(SQLSMALLINT how);
 
   OdbcSession session_;  // first, because the statements below need it until they are gone
   // By text. Only the system's own statements and calls of procedures, so that it stays small.
@@ -195,11 +198,21 @@ void DriverConnection::beginTransaction() {
   setInTransaction(true);
 }
 
-void DriverConnection::rollback() {
+void DriverConnection::endTransaction(SQLSMALLINT how) {
   if (!inTransaction_) return;
   // Before the mode is set back, which would commit what is open.
-  session_.check(SQLEndTran(SQL_HANDLE_DBC, session_.handle(), SQL_ROLLBACK));
-  setInTransaction(false);
+  session_.check(SQLEndTran(SQL_HANDLE_DBC, session_.handle(), how));
+  inTransaction_ = false;
+  // It has ended, whatever comes of this.
+  trapErrors([this] { setInTransaction(false); }, [this](const auto&) { session_.giveUp(); });
+}
+
+bool DriverConnection::isInTransaction() {
+  const std::string_view count = session_.dialect().transactionCount;
+  if (!count.empty()) return toText(kept(count).execute({})->field(0)) != "0";
+  const bool began = trapErrors([this] { session_.executeNative("BEGIN"); }, [](const auto&) {});
+  if (began) session_.executeNative("ROLLBACK");
+  return !began;
 }
 
 // A connection string can neither quote nor contain characters beyond ASCII, but instead of a path

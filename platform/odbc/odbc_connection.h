@@ -22,11 +22,16 @@ class OdbcConnection : public Connection {
   /// Asks the driver to end the statement that is running; the only member that another thread may
   /// call. May wait as long as the driver lets nobody else in.
   virtual void cancel() = 0;
-  /// Begins a transaction that can only be taken back. Error 5 inside another one.
+  /// Begins a transaction. Error 5 inside another one.
   virtual void beginTransaction() = 0;
   /// Takes back everything since beginTransaction; without one, nothing. Closing the connection
   /// does the same.
   virtual void rollback() = 0;
+  /// Keeps everything since beginTransaction; without one, nothing. After an error nobody knows
+  /// whether it is kept.
+  virtual void commit() = 0;
+  /// Asks the engine: a procedure may have ended the transaction that beginTransaction began.
+  virtual bool isInTransaction() = 0;
 };
 
 /// Opens. Errors: what the driver or the driver manager reports, with the data access library's

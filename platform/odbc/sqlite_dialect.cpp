@@ -81,6 +81,7 @@ constinit const Dialect sqliteDialect{
     .hasAtomicCalls = true,
     // ON CONFLICT FAIL of a table, OR FAIL and RAISE(FAIL) of a trigger.
     .partialDefinitions = "SELECT count(*) FROM sqlite_master WHERE sql LIKE '%FAIL%'",
+    .transactionCount = {},
     .canRun = {},
     .hasSingleResults = true,
     .hasDynamicTypes = true,

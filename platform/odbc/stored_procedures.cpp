@@ -69,7 +69,7 @@ void StoredProcedures::load() {
   procedures_.clear();
   const std::string_view partial = session_.dialect().partialDefinitions;
   keepsParts_ =
-      !partial.empty() && PreparedStatement(session_, partial).execute({})->field(0) != Value(0);
+      !partial.empty() && toText(PreparedStatement(session_, partial).execute({})->field(0)) != "0";
   for (; !rows->isEOF(); rows->MoveNext()) addStep(*rows);
   // Last, so that after a failure the next call loads again.
   loaded_ = true;

@@ -5,6 +5,7 @@
 // The connection string says what happens:
 //   Ledger=PATH   "procedure code" for each change that is there to stay
 //   Faults=...c   a letter for each call of a procedure in its turn (faultOf); none: it works
+//   Commit=       how a commit fails: refused, or done, but lost before the answer
 //   State=42000   what a failure is reported as where its letter does not say
 //   Catalogue=    what it says of procedures: missing, noright, few (parameters), list (the engine
 //                 has only its list, without the procedure), none (no answer at all)
@@ -286,8 +287,13 @@ SQLRETURN SQLGetStmtAttrW(SQLHSTMT, SQLINTEGER, SQLPOINTER value, SQLINTEGER, SQ
 }
 
 SQLRETURN SQLEndTran(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT how) {
-  databaseOf(handle).end(how == SQL_COMMIT);
-  return SQL_SUCCESS;
+  Database& database = databaseOf(handle);
+  const Text& commit = database.settings["Commit"];
+  if (database.dead || database.stuck) return database.fail({"HY000", 0, "gone"});
+  if (how == SQL_COMMIT && commit == "refused") return database.fail({"40001"});
+  database.end(how == SQL_COMMIT);
+  database.dead = how == SQL_COMMIT && commit == "lost";
+  return database.dead ? database.fail({"08S01"}) : SQL_SUCCESS;
 }
 
 SQLRETURN SQLPrepareW(SQLHSTMT handle, SQLWCHAR* text, SQLINTEGER length) {

@@ -22,6 +22,7 @@ constexpr std::array<Name, outcomeCount> names{{
     {"failed", "failed"},
     {"partial", "partial"},
     {"unknown", "unknown"},
+    {"taken back", "taken-back"},
     {"not reached", "not-reached"},
 }};
 
@@ -29,10 +30,22 @@ std::string errorText(const CallError& error) {
   return "(" + std::to_string(error.number) + "): " + error.description;
 }
 
+std::string_view changesText(Changes changes) {
+  switch (changes) {
+    case Changes::Stand:
+      return "";
+    case Changes::TakenBack:
+      return " and was taken back";
+    case Changes::NotKnown:
+      break;
+  }
+  return ", and whether it stays is not known";
+}
+
 std::string resultText(const RecordedCall& call) {
   switch (call.result) {
     case CallResult::Ok:
-      return call.text + " took effect";
+      return std::string(call.text).append(" took effect").append(changesText(call.changes));
     case CallResult::NotRun:
       return call.text + " was not run";
     case CallResult::Failed:
@@ -48,6 +61,13 @@ std::string resultText(const RecordedCall& call) {
   }
   return call.text + " had no answer: it may or may not have taken effect" +
          (call.error ? " " + errorText(*call.error) : "");
+}
+
+/// In a transaction that was taken back even a call in doubt has changed nothing.
+bool isTakenBack(const RecordTrace& trace) {
+  return std::ranges::any_of(trace.calls, [](const RecordedCall* call) {
+    return call->kind == CallKind::Procedure && call->changes == Changes::TakenBack;
+  });
 }
 
 void add(std::string& reason, std::string_view text) {
@@ -82,7 +102,7 @@ bool isSkipped(Outcome outcome) {
 }
 
 bool isEffective(const RecordedCall& call) {
-  return call.kind == CallKind::Procedure &&
+  return call.kind == CallKind::Procedure && call.changes == Changes::Stand &&
          (call.result == CallResult::Ok || call.result == CallResult::NotRun);
 }
 
@@ -95,7 +115,9 @@ Tally tally(const RecordTrace& trace) {
     t.failed += call->result == CallResult::Failed ? 1U : 0U;
     t.inDoubt += call->result == CallResult::InDoubt ? 1U : 0U;
     t.late += call->result == CallResult::FailedLate ? 1U : 0U;
-    t.unknown += call->result == CallResult::Unknown ? 1U : 0U;
+    const bool lost = call->result == CallResult::Ok && call->changes == Changes::NotKnown;
+    t.unknown += lost || call->result == CallResult::Unknown ? 1U : 0U;
+    t.undone += call->result == CallResult::Ok && call->changes == Changes::TakenBack ? 1U : 0U;
   }
   return t;
 }
@@ -104,6 +126,7 @@ Tally tally(const RecordTrace& trace) {
 Outcome outcomeOf(const RecordTrace& trace) {
   using Fate = RecordReport::Fate;
   const Tally t = tally(trace);
+  if (isTakenBack(trace)) return t.undone == t.made() ? Outcome::TakenBack : Outcome::Failed;
   // First, because one call without an answer leaves open what the others mean.
   if (t.unknown > 0) return Outcome::Unknown;
   const Fate fate = trace.said->fate;

@@ -26,6 +26,7 @@ enum class Outcome {
   Failed,             ///< no call took effect, and that is known
   Partial,            ///< some did, or a part of one
   Unknown,            ///< whether any did is not known
+  TakenBack,          ///< posted, and taken back because another record was at fault
   NotReached,         ///< not even looked up
 };
 inline constexpr std::size_t outcomeCount = static_cast<std::size_t>(Outcome::NotReached) + 1;
@@ -59,14 +60,15 @@ struct Tally {
   std::size_t inDoubt = 0;
   std::size_t late = 0;
   std::size_t unknown = 0;
+  std::size_t undone = 0;  ///< took effect, and were taken back
 
-  std::size_t made() const { return effective + raised() + late + unknown; }
+  std::size_t made() const { return effective + raised() + late + unknown + undone; }
   /// Those that the import saw fail.
   std::size_t raised() const { return failed + inDoubt; }
 };
 Tally tally(const RecordTrace& trace);
 
-/// A call that took effect, or would have in a dry run.
+/// A call that took effect for good, or would have in a dry run.
 bool isEffective(const RecordedCall& call);
 
 Outcome outcomeOf(const RecordTrace& trace);

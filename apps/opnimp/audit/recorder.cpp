@@ -56,6 +56,20 @@ void Recorder::callFailed(std::size_t call, const RuntimeError& error,
   endIfHopeless(error, connection);
 }
 
+// A procedure may end it, and then every later call would stand by itself.
+void Recorder::checkTransaction(std::size_t call) {
+  if (!transactionIsOpen_ || calls_[call].kind != CallKind::Procedure) return;
+  if (gate_.pass(transactionIsOpen_)) return;
+  throw RunEnded{calls_[call].text +
+                 " ended the transaction of --all-or-nothing; what was posted until then may stay"};
+}
+
+void Recorder::settle(Changes changes) {
+  for (RecordedCall& call : calls_) {
+    if (call.kind == CallKind::Procedure) call.changes = changes;
+  }
+}
+
 void Recorder::callRefused(std::size_t call, const RuntimeError& error) {
   calls_[call].error = CallError{error.number(), error.description(), {}};
   calls_[call].result = CallResult::Failed;

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,6 +39,13 @@ enum class CallResult {
   NotRun,      ///< a dry run only records it
 };
 
+/// What became of the changes of a call.
+enum class Changes {
+  Stand,
+  TakenBack,  ///< with the transaction that it ran in
+  NotKnown,   ///< the transaction was ended by somebody else, or nobody knows how
+};
+
 struct CallError {
   std::int32_t number = 0;
   std::string description;
@@ -51,6 +59,7 @@ struct RecordedCall {
   std::vector<Value> parameters;
   CallResult result = CallResult::Unknown;
   std::optional<CallError> error;
+  Changes changes = Changes::Stand;
 };
 
 struct RecordedLine {
@@ -89,6 +98,12 @@ class Recorder : private ErrorLog {
   const std::vector<RecordedLine>& lines() const { return lines_; }
   const std::vector<RecordedMessage>& shown() const { return messages_; }
 
+  /// All calls that post run in one transaction from now on. After each of them `isOpen` is asked,
+  /// and the run ended if it is not.
+  void requireTransaction(std::function<bool()> isOpen) { transactionIsOpen_ = std::move(isOpen); }
+  /// What became of that transaction.
+  void settle(Changes changes);
+
   /// What each call of the database passes.
   RunGate& gate() { return gate_; }
 
@@ -101,6 +116,8 @@ class Recorder : private ErrorLog {
   /// Notes that a call failed; one whose result is Ok until now, in a later statement of it. Throws
   /// RunEnded when nothing more can be asked.
   void callFailed(std::size_t call, const RuntimeError& error, const Connection& connection);
+  /// Throws RunEnded when the call was to post in a transaction, and that is not open any more.
+  void checkTransaction(std::size_t call);
   /// Notes that a call was refused before anything was sent.
   void callRefused(std::size_t call, const RuntimeError& error);
 
@@ -113,6 +130,7 @@ class Recorder : private ErrorLog {
 
   const Mode mode_;
   RunGate gate_;
+  std::function<bool()> transactionIsOpen_;  // empty: each call stands by itself
   const ImportScreen* screen_ = nullptr;
   std::vector<RecordedCall> calls_;
   std::vector<RecordedLine> lines_;

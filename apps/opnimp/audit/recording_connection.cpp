@@ -31,8 +31,12 @@ std::shared_ptr<Recordset> watched(Recorder& recorder, const Connection& connect
   } catch (const RuntimeError& error) {
     recorder.callFailed(call, error, connection);
     // A late failure is raised where the import itself asks for that result, as without a recorder.
-    if (first == nullptr) throw;
+    if (first == nullptr) {
+      recorder.checkTransaction(call);
+      throw;
+    }
   }
+  recorder.checkTransaction(call);
   return first;
 }
 

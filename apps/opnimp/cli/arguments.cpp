@@ -139,6 +139,9 @@ class CommandLine {
     addMap({import, preview});
     addAccept({import, preview});
     addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
+    addFlag({import}, "--all-or-nothing", arguments_.allOrNothing,
+            "in one transaction, which is taken back if a record is refused,\n"
+            "fails, or is not reached");
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
     addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
             "where Error.log is written (default: the current folder)");

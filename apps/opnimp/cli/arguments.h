@@ -30,6 +30,7 @@ struct Arguments {
   std::optional<std::string> appFolder;
   std::optional<int> waitSeconds;  ///< for one statement
   bool dryRun = false;
+  bool allOrNothing = false;
   bool json = false;
 };
 

@@ -19,6 +19,7 @@
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "apps/opnimp/run/watched_run.h"
+#include "apps/opnimp/run/whole_run.h"
 #include "apps/opnimp/warnings/find_warnings.h"
 #include "base/errors.h"
 
@@ -118,6 +119,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
                          database_.cancel, recorder_.gate()};
     if (!runWatched(run)) {
       result_.brokeOff = "it was interrupted, and the database did not answer any more";
+      if (arguments().allOrNothing) recorder_.settle(Changes::NotKnown);
     }
   }
 
@@ -125,6 +127,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     // Declared before the session, so that the screen is gone when the transaction is taken back.
     std::optional<DryRun> dryRun;
     if (arguments().dryRun) dryRun.emplace(database_);
+    std::optional<WholeRun> whole;
+    if (arguments().allOrNothing && !arguments().dryRun) whole.emplace(database_, recorder_);
     ScreenSession session(recorder_, {folder_, surroundings_.clock,
                                       messagesTo(streams_.err, progress_), !arguments().dryRun});
     result_.errorLog = session.errorLogPath();
@@ -137,6 +141,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     } catch (const RunEnded& ended) {
       result_.brokeOff = ended.why;
     }
+    if (whole) settle(*whole);
     // A run that was refused early has no warnings yet, although they may explain the refusal.
     if (!began_ && result_.warnings.empty()) findWarningsNow();
   }
@@ -161,6 +166,20 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     } else if (!report_.ended() && !wasRefused()) {
       result_.brokeOff = "the import did not say how it ended";
     }
+  }
+
+  void settle(WholeRun& whole) {
+    bool keep = false;
+    if (result_.brokeOff.empty() && !result_.refused() && !wasRefused()) {
+      drawUp();
+      keep = result_.account.addsUp() &&
+             std::ranges::none_of(result_.traces.records, [](const RecordTrace& trace) {
+               return isRefused(trace.outcome) || isDoubtful(trace.outcome) ||
+                      trace.outcome == Outcome::NotReached;
+             });
+    }
+    const std::string failure = whole.settle(keep);
+    if (result_.brokeOff.empty()) result_.brokeOff = failure;
   }
 
   /// The import's word that nothing was posted, as long as nothing seen speaks against it.
@@ -201,14 +220,19 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     if (wasRefused() && !result_.refused()) {
       result_.refusal = runRefusalText(*report_.refusal(), *result_.input, result_.mapping, kind());
     }
-    // Of a refused run, too: the report lists the log lines of the run as a whole.
-    result_.traces = traceRecords(report_, recorder_, result_.warnings, result_.input->count());
+    drawUp();
     if (!result_.refused()) {
       findAllowedDsTypes();
-      result_.account = drawUpAccount({kind(), *result_.input, result_.mapping, result_.traces,
-                                       screenRecords_, report_.ended()});
       writeRejects();
     }
+  }
+
+  void drawUp() {
+    // Of a refused run, too: the report lists the log lines of the run as a whole.
+    result_.traces = traceRecords(report_, recorder_, result_.warnings, result_.input->count());
+    if (result_.refused()) return;
+    result_.account = drawUpAccount(
+        {kind(), *result_.input, result_.mapping, result_.traces, screenRecords_, report_.ended()});
   }
 
   /// So that the user can correct the salesmen who were refused.

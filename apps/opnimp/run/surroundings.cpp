@@ -12,9 +12,12 @@ Surroundings realSurroundings() {
               [](const std::string& connectionString, const OdbcOptions& options) {
                 // All members keep the connection alive.
                 const auto connection = openOdbc(connectionString, options);
-                return OpenDatabase{connection, [connection] { connection->beginTransaction(); },
+                return OpenDatabase{connection,
+                                    [connection] { connection->beginTransaction(); },
                                     [connection] { connection->rollback(); },
-                                    [connection] { connection->cancel(); }};
+                                    [connection] { connection->cancel(); },
+                                    [connection] { connection->commit(); },
+                                    [connection] { return connection->isInTransaction(); }};
               }};
 }
 

@@ -12,13 +12,17 @@
 
 namespace velk {
 
-/// An open database. A dry run calls `begin` before its first call and `takeBack` after its last.
-/// Another thread may `cancel` the statement that is running.
+/// An open database. A run that may have to be taken back calls `begin` before its first call, and
+/// `takeBack` or `commit` after its last. Another thread may `cancel` the statement that is
+/// running.
 struct OpenDatabase {
   std::shared_ptr<Connection> connection;
   std::function<void()> begin;
   std::function<void()> takeBack;
   std::function<void()> cancel = nullptr;
+  std::function<void()> commit = nullptr;
+  /// Whether the transaction is open still; asks the database.
+  std::function<bool()> inTransaction = nullptr;
 };
 
 struct Surroundings {
