@@ -11,8 +11,6 @@ namespace velk {
 
 namespace {
 
-using Tone = HtmlReport::Tone;
-
 // In the order of Tone.
 constexpr std::array<std::string_view, 6> classes{"good",    "noted",    "skipped",
                                                   "refused", "doubtful", "untouched"};
@@ -31,7 +29,7 @@ std::string percent(double share) {
 }
 
 /// A rectangle of a tone, from `start` on, both being parts of the whole width.
-std::string slice(Tone tone, double start, double width) {
+std::string rectangle(Tone tone, double start, double width) {
   const std::string place =
       "x=\"" + percent(start) + "\" width=\"" + percent(width) + "\" height=\"100%\"";
   const std::string name(toneClass(tone));
@@ -42,9 +40,9 @@ std::string slice(Tone tone, double start, double width) {
   return text;
 }
 
-double widthOf(const HtmlReport::Share& share, std::size_t records) {
+double widthOf(const Slice& slice, std::size_t records) {
   constexpr double least = 0.008;  // of the bar; a pixel or two on a phone
-  return std::max(static_cast<double>(share.sums.count) / static_cast<double>(records), least);
+  return std::max(static_cast<double>(slice.count) / static_cast<double>(records), least);
 }
 
 }  // namespace
@@ -53,25 +51,25 @@ std::string_view toneClass(Tone tone) {
   return classes[static_cast<std::size_t>(tone)];
 }
 
-std::string outcomePicture(const std::vector<HtmlReport::Share>& outcomes) {
+std::string outcomePicture(const std::vector<Slice>& slices) {
   std::size_t records = 0;
   std::string label;
-  for (const HtmlReport::Share& share : outcomes) {
-    records += share.sums.count;
+  for (const Slice& slice : slices) {
+    records += slice.count;
     label.append(label.empty() ? "" : ", ")
-        .append(grouped(share.sums.count))
+        .append(grouped(slice.count))
         .append(" ")
-        .append(share.name);
+        .append(slice.name);
   }
   if (records == 0) return {};
   double whole = 0;  // more than 1 when small slices are widened
-  for (const HtmlReport::Share& share : outcomes) whole += widthOf(share, records);
+  for (const Slice& slice : slices) whole += widthOf(slice, records);
   std::string text = "<svg class=\"picture\" role=\"img\" aria-label=\"" + html(label) + "\">";
   text += patterns;
   double start = 0;
-  for (const HtmlReport::Share& share : outcomes) {
-    const double width = widthOf(share, records) / whole;
-    text += slice(share.tone, start, width);
+  for (const Slice& slice : slices) {
+    const double width = widthOf(slice, records) / whole;
+    text += rectangle(slice.tone, start, width);
     start += width;
     if (start < 1 - 1e-9) {
       const std::string x = percent(start);
@@ -82,7 +80,7 @@ std::string outcomePicture(const std::vector<HtmlReport::Share>& outcomes) {
 }
 
 std::string pictureKey(Tone tone) {
-  return "<svg class=\"key\" aria-hidden=\"true\">" + slice(tone, 0, 1) + "</svg>";
+  return "<svg class=\"key\" aria-hidden=\"true\">" + rectangle(tone, 0, 1) + "</svg>";
 }
 
 }  // namespace velk

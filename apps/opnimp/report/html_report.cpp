@@ -3,7 +3,6 @@
 #include <string_view>
 
 #include "apps/opnimp/cli/printable.h"
-#include "apps/opnimp/report/html_picture.h"
 #include "apps/opnimp/report/html_style.h"
 #include "apps/opnimp/report/html_text.h"
 
@@ -26,6 +25,8 @@ struct Column {
   Kind kind = Kind::Text;
 };
 using Columns = std::vector<Column>;
+constexpr auto number = Column::Kind::Number;
+constexpr auto longText = Column::Kind::LongText;
 
 struct Row {
   std::vector<std::string> cells;
@@ -34,8 +35,8 @@ struct Row {
 };
 
 std::string_view classOf(Column::Kind kind) {
-  if (kind == Column::Kind::Number) return " class=\"number\"";
-  return kind == Column::Kind::LongText ? " class=\"text\"" : "";
+  if (kind == number) return " class=\"number\"";
+  return kind == longText ? " class=\"text\"" : "";
 }
 
 class Page {
@@ -48,8 +49,9 @@ class Page {
     writeHeader();
     writeOutcomes();
     writeNext();
-    writeRemarks("What needs attention", "Outcome", report_.attention);
-    writeRemarks("What was assumed", "", report_.assumed);
+    writeRemarks("What needs attention", {{"Where"}, {"Outcome"}, {"Reason", longText}},
+                 report_.attention);
+    writeRemarks("What was assumed", {{"Where"}, {"Assumption", longText}}, report_.assumed);
     writeParties();
     writeMapping();
     writeSignatures();
@@ -72,10 +74,14 @@ class Page {
   void writeOutcomes() {
     if (report_.outcomes.empty()) return;
     element("h2", "Control totals");
-    text_ += outcomePicture(report_.outcomes);
+    std::vector<Slice> slices;
     std::vector<Row> rows;
-    for (const auto& share : report_.outcomes) rows.push_back(rowOf(share, pictureKey(share.tone)));
-    rows.push_back(rowOf({"In the file", {}, report_.file}, {}));
+    for (const HtmlReport::Share& share : report_.outcomes) {
+      slices.push_back({share.name, share.tone, share.sums.count});
+      rows.push_back(rowOf(share, pictureKey(share.tone)));
+    }
+    text_ += outcomePicture(slices);
+    rows.push_back(rowOf({"In the file", {}, report_.file, true}, {}));
     rows.back().isSum = true;
     for (const auto& share : report_.effects) rows.push_back(rowOf(share, {}));
     writeTable(withSums({{"Records"}}), rows);
@@ -85,11 +91,11 @@ class Page {
 
   /// The columns of a count and of the amounts that belong to it.
   Columns withSums(Columns columns) const {
-    columns.push_back({"Count", Column::Kind::Number});
+    columns.push_back({"Count", number});
     if (!report_.hasAmounts) return columns;
     for (const std::string_view title :
          {"Bill debit", "Bill credit", "Balance debit", "Balance credit"}) {
-      columns.push_back({title, Column::Kind::Number});
+      columns.push_back({title, number});
     }
     return columns;
   }
@@ -106,6 +112,7 @@ class Page {
   Row rowOf(const HtmlReport::Share& share, std::string key) const {
     Row row{{share.name}, std::move(key)};
     addSums(row, share.sums);
+    if (!share.billed && report_.hasAmounts) row.cells[2] = row.cells[3] = "";
     return row;
   }
 
@@ -115,19 +122,14 @@ class Page {
     writeList(report_.next);
   }
 
-  /// Without a title the remarks' `what` is not shown.
-  void writeRemarks(std::string_view heading, std::string_view what,
+  /// Three columns show the remarks' `what`, too.
+  void writeRemarks(std::string_view heading, const Columns& columns,
                     const std::vector<HtmlReport::Remark>& remarks) {
     if (remarks.empty()) return;
     element("h2", heading);
-    Columns columns{{"Where"}};
-    if (!what.empty()) columns.push_back({what});
-    columns.push_back({"What it says", Column::Kind::LongText});
     std::vector<Row> rows;
-    for (const HtmlReport::Remark& remark : remarks) {
-      Row& row = rows.emplace_back(Row{{remark.where}});
-      if (!what.empty()) row.cells.push_back(remark.what);
-      row.cells.push_back(remark.text);
+    for (const auto& [where, what, text] : remarks) {
+      rows.push_back(columns.size() == 3 ? Row{{where, what, text}} : Row{{where, text}});
     }
     writeTable(columns, rows);
   }
@@ -144,7 +146,6 @@ class Page {
     }
     rows.push_back(rowOf(all));
     rows.back().isSum = true;
-    constexpr auto number = Column::Kind::Number;
     writeTable({{"Code"},
                 {"Name"},
                 {"Records", number},

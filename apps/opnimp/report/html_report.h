@@ -8,13 +8,11 @@
 #include <vector>
 
 #include "apps/opnimp/audit/party_totals.h"
+#include "apps/opnimp/report/html_picture.h"
 
 namespace velk {
 
 struct HtmlReport {
-  /// How a result is coloured, from the best to what was never tried.
-  enum class Tone { Good, Noted, Skipped, Refused, Doubtful, Untouched };
-
   struct Fact {
     std::string name;
     std::string value;
@@ -24,6 +22,7 @@ struct HtmlReport {
     std::string name;
     Tone tone = Tone::Good;
     Sums sums;
+    bool billed = true;  ///< false: it carries balances only
   };
   struct Remark {
     std::string where;  ///< such as "line 5"
@@ -45,7 +44,7 @@ struct HtmlReport {
 
   std::vector<std::string> next;  ///< what is left to do
   std::vector<Remark> attention;  ///< `what` is the outcome
-  std::vector<Remark> assumed;    ///< `what` is a code, or empty
+  std::vector<Remark> assumed;    ///< `what` is a code, or empty: it is not shown
   std::vector<PartyTotals> parties;
   std::vector<Fact> mapping;  ///< field and column
 };

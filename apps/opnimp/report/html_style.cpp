@@ -6,7 +6,7 @@ namespace velk {
 // with the title of its column before each value. Paper is always light.
 const std::string_view htmlStyle = R"(
 :root {
-  color-scheme: light dark;
+  color-scheme: light dark; font-size: 15px;
   --paper: #fdfcfa; --ink: #23262b; --soft: #656a72; --line: #dcd8d0; --faint: #f4f1eb;
   --good: #2d6a5a; --noted: #8aa74f; --skipped: #a9a69e; --refused: #b0452f; --doubtful: #d0952b;
   --untouched: #d6d2c9;
@@ -21,7 +21,7 @@ const std::string_view htmlStyle = R"(
 * { box-sizing: border-box; }
 body {
   margin: 0; background: var(--paper); color: var(--ink);
-  font: 15px/1.55 system-ui, "Segoe UI", "Liberation Sans", Arial, sans-serif;
+  font: 1rem/1.55 system-ui, "Segoe UI", "Liberation Sans", Arial, sans-serif;
   font-variant-numeric: tabular-nums lining-nums; overflow-wrap: anywhere;
 }
 main { max-width: 58rem; margin: 0 auto; padding: 3rem 1.5rem 4rem; }
@@ -33,7 +33,7 @@ h2 { margin: 2.5rem 0 .75rem; font-size: 1.25rem; break-after: avoid; }
 p { margin: .5rem 0; }
 .verdict { margin: 0; padding-left: .9rem; border-left: 3px solid; font-size: 1.05rem; }
 .soft { color: var(--soft); }
-dl { display: grid; grid-template-columns: max-content 1fr; gap: .35rem 1.5rem; margin: 1.5rem 0 0; }
+dl { display: grid; grid-template-columns: fit-content(12rem) 1fr; gap: .35rem 1.5rem; margin: 1.5rem 0 0; }
 dt { color: var(--soft); }
 dd { margin: 0; min-width: 0; }
 ul { margin: .5rem 0; padding-left: 1.2rem; }
@@ -51,7 +51,7 @@ table { width: 100%; border-collapse: collapse; font-size: .9rem; }
 th, td { padding: .4rem 0 .4rem 1rem; text-align: left; vertical-align: top; }
 th { color: var(--soft); font-weight: normal; border-bottom: 1px solid var(--ink); }
 td { border-bottom: 1px solid var(--line); }
-th:first-child, td:first-child { padding-left: 0; }
+th:first-child, td:first-child { padding-left: 0; min-width: 7rem; }
 .number { text-align: right; white-space: nowrap; }
 .sum td { font-weight: 600; border-top: 1px solid var(--ink); }
 tr { break-inside: avoid; }
@@ -72,7 +72,8 @@ tr { break-inside: avoid; }
   td > * { min-width: 0; }
   td::before { content: attr(data-title); color: var(--soft); flex: none; max-width: 45%; }
   td:first-child { font-weight: 600; }
-  td:first-child::before, td:empty { display: none; }
+  td:first-child::before { display: none; }
+  td:empty { display: none; }
   td.text { display: block; }
   td.text::before { display: block; max-width: none; }
   .number { white-space: normal; }
@@ -84,7 +85,8 @@ tr { break-inside: avoid; }
   @bottom-right { content: "Page " counter(page) " of " counter(pages); font: 8pt sans-serif; }
 }
 @media print {
-  body { font-size: 9.5pt; background: none; }
+  :root { font-size: 9pt; }
+  body { background: none; }
   main { max-width: none; padding: 0; }
   h2 { margin-top: 1.8rem; }
 }

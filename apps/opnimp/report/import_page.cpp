@@ -11,8 +11,6 @@ namespace velk {
 
 namespace {
 
-using Tone = HtmlReport::Tone;
-
 Tone toneOf(Outcome outcome) {
   if (outcome == Outcome::Posted) return Tone::Good;
   if (isPosted(outcome)) return Tone::Noted;
@@ -32,13 +30,6 @@ Tone toneOf(const ImportResult& result) {
   }
 }
 
-std::string recordsText(const ImportResult& result, std::size_t count) {
-  const std::size_t all = result.input->count();
-  const std::string verb = result.isDryRun() ? " would be posted" : " posted";
-  return (count == all ? "All " : grouped(count) + " of ") + counted(all, "record", "records") +
-         verb;
-}
-
 std::string verdict(const ImportResult& result) {
   if (result.refused()) return "Nothing was imported. The file was refused: " + result.refusal;
   std::size_t posted = 0;
@@ -47,7 +38,8 @@ std::string verdict(const ImportResult& result) {
   }
   std::string text = result.isDryRun() ? "A dry run: nothing was posted. " : "";
   if (!result.brokeOff.empty()) text += "The run broke off: " + result.brokeOff + ". ";
-  text += recordsText(result, posted) + ". ";
+  text += grouped(posted) + " of " + counted(result.input->count(), "record", "records") +
+          (result.isDryRun() ? " would be posted. " : " posted. ");
   return text + (result.account.addsUp() ? "The account adds up." : "The account does not add up.");
 }
 
@@ -55,8 +47,8 @@ std::vector<HtmlReport::Fact> facts(const ImportResult& result) {
   std::vector<HtmlReport::Fact> facts{
       {"File", result.arguments.file},
       {"SHA-256", result.fileHash},
-      {"Kind", std::string(result.arguments.kind->what)},
       {"Database", result.database},
+      {"Folder", result.folder},
       {"Began", formatIso(result.began)},
       {"Ended", formatIso(result.ended)},
       {"User", result.user},
@@ -74,12 +66,12 @@ void addAccount(const ImportResult& result, HtmlReport& page) {
   for (std::size_t i = 0; i < outcomeCount; ++i) {
     const auto outcome = static_cast<Outcome>(i);
     if (account.byOutcome[i].count == 0) continue;
-    page.outcomes.push_back({nameOf(outcome, result), toneOf(outcome), account.byOutcome[i]});
+    page.outcomes.push_back({nameOf(outcome, result), toneOf(outcome), account.byOutcome[i], true});
   }
   page.file = account.file;
   const auto& becomes = result.arguments.kind->becomes;
-  page.effects = {{effectName(becomes[0], result), {}, account.notes},
-                  {effectName(becomes[1], result), {}, account.entries}};
+  page.effects = {{effectName(becomes[0], result), {}, account.notes, true},
+                  {effectName(becomes[1], result), {}, account.entries, false}};
   page.balance = account.addsUp() ? "The account adds up: what was posted, call by call, is what "
                                     "the file says of these records."
                                   : "The account does not add up:";

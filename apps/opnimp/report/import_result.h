@@ -33,6 +33,7 @@ struct ImportResult {
   std::string reportFile;                   ///< path of the page written, if one was
   std::string reportError;                  ///< why it could not be written
   std::string user;                         ///< who ran it
+  std::string folder;                       ///< from which it ran: relative paths begin there
   std::string fileHash;                     ///< SHA-256, in hexadecimal digits
   Date began;                               ///< local time
   Date ended;

@@ -118,8 +118,14 @@ class ImportCommand {
     const std::optional<std::string>& path = arguments().report;
     if (!path) return;
     checkWrites({"--report", *path, {*path}}, database, folder_, arguments().file);
+    if (arguments().rejects) {
+      for (const std::string& file : RejectFiles::touched(*arguments().rejects, kind().format)) {
+        if (isSameFile(*path, file)) throw UsageError("--report and --rejects name one file");
+      }
+    }
     checkReportFile(*path);
     result_.user = surroundings_.user();
+    result_.folder = applicationFolder({});
     result_.began = surroundings_.clock();
   }
 
