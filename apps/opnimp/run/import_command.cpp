@@ -4,12 +4,15 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <stdexcept>
 
 #include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/progress.h"
+#include "apps/opnimp/report/import_page.h"
 #include "apps/opnimp/report/reject_files.h"
+#include "apps/opnimp/report/report_file.h"
 #include "apps/opnimp/report/report_json.h"
 #include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/run/database_choice.h"
@@ -77,6 +80,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     }
     progress_.erase();
     evaluate();
+    writeReport();
     return result_;
   }
 
@@ -94,6 +98,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     result_.database = choice.shown;
     // Before the database is opened: a wrong --rejects must not make the default database.
     prepareRejects(choice);
+    prepareReport(choice);
     database_ = openDatabase(choice, !arguments().database, surroundings_, streams_.err);
     // Before a record begins, so that no record is cut in two.
     report_.onRecord = [this](std::size_t record) {
@@ -111,6 +116,21 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
                 arguments().file);
     // Tried before the run, because after it the refused records would have no place to go.
     rejects_.emplace(*path, kind().format, arguments().dryRun);
+  }
+
+  void prepareReport(const DatabaseChoice& database) {
+    const std::optional<std::string>& path = arguments().report;
+    if (!path) return;
+    checkWrites({"--report", *path, {*path}}, database, folder_, arguments().file);
+    if (arguments().rejects) {
+      for (const std::string& file : RejectFiles::touched(*arguments().rejects, kind().format)) {
+        if (isSameFile(*path, file)) throw UsageError("--report and --rejects name one file");
+      }
+    }
+    checkReportFile(*path);
+    result_.user = surroundings_.user();
+    result_.folder = applicationFolder({});
+    result_.began = surroundings_.clock();
   }
 
   /// The run keeps this object for as long as it lives: for ever, if the database never answers.
@@ -253,6 +273,20 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     } catch (const CannotOpen& error) {
       // The run is over already: its report must appear in any case.
       result_.rejectsError = error.what();
+    }
+  }
+
+  /// Last of all: it tells what became of the other files.
+  void writeReport() {
+    if (!arguments().report) return;
+    result_.ended = surroundings_.clock();
+    try {
+      writeReportFile(*arguments().report, htmlPage(importPage(result_)));
+      result_.reportFile = *arguments().report;
+    } catch (const std::runtime_error& error) {
+      result_.reportError = error.what();
+    } catch (const std::bad_alloc&) {
+      result_.reportError = "the memory does not hold the report of this file";
     }
   }
 
