@@ -43,7 +43,8 @@ std::shared_ptr<MemoryRecordset> PreparedStatement::execute(
   session_.setSent(OdbcSession::Sent::Asked);
   const SQLRETURN executed = SQLExecute(statement_.get());
   // From here on it has been done, whatever the calls that follow answer.
-  if (SQL_SUCCEEDED(executed)) session_.setSent(OdbcSession::Sent::Done);
+  const bool done = SQL_SUCCEEDED(executed) || executed == SQL_NO_DATA;
+  if (done) session_.setSent(OdbcSession::Sent::Done);
   return readResults(session_, statement_.get(), executed);
 }
 

@@ -26,7 +26,9 @@ WholeRun::~WholeRun() {
 
 std::string WholeRun::settle(bool keep) {
   settled_ = true;
-  return recorder_.gate().pass([&] { return keep ? commit() : takeBack(); });
+  const End end = recorder_.gate().pass([&] { return keep ? commit() : takeBack(); });
+  recorder_.settle(end.changes);
+  return end.failure;
 }
 
 // If there is no answer, it is not known to be open.
@@ -37,24 +39,25 @@ bool WholeRun::isOpen() const {
 }
 
 // Looked at once more, since the procedures have had the last word until now.
-std::string WholeRun::commit() {
+WholeRun::End WholeRun::commit() {
   if (hasPosted() && !isOpen()) return takeBack();
-  std::string failure;
-  const bool kept = trapErrors([&] { database_.commit(); },
-                               [&](const RuntimeError& error) { failure = error.description(); });
-  if (kept) return {};
-  // The error may have come after the commit.
-  trapErrors([&] { database_.takeBack(); }, [](const RuntimeError&) {});
-  recorder_.settle(Changes::NotKnown);
-  return "the database did not confirm that it keeps what was posted: " + failure;
+  End end{Changes::Stand, {}};
+  trapErrors([&] { database_.commit(); },
+             [&](const RuntimeError& error) {
+               // It may have come after the commit.
+               end = {Changes::NotKnown,
+                      "the database did not confirm that it keeps what was posted: " +
+                          error.description()};
+             });
+  if (!end.failure.empty()) takeBack();
+  return end;
 }
 
-std::string WholeRun::takeBack() {
+WholeRun::End WholeRun::takeBack() {
   const bool open = !hasPosted() || isOpen();
   const bool takenBack = trapErrors([&] { database_.takeBack(); }, [](const RuntimeError&) {});
-  const bool known = open && takenBack;
-  recorder_.settle(known ? Changes::TakenBack : Changes::NotKnown);
-  return known ? "" : "what was posted could not be taken back for certain";
+  if (open && takenBack) return {Changes::TakenBack, {}};
+  return {Changes::NotKnown, "what was posted could not be taken back for certain"};
 }
 
 bool WholeRun::hasPosted() const {

@@ -24,10 +24,14 @@ class WholeRun {
   std::string settle(bool keep);
 
  private:
+  struct End {
+    Changes changes;
+    std::string failure;
+  };
+  End commit();
+  End takeBack();
   bool isOpen() const;
   bool hasPosted() const;
-  std::string commit();
-  std::string takeBack();
 
   const OpenDatabase& database_;
   Recorder& recorder_;
