@@ -32,7 +32,18 @@ void checkUncut(const SeenWindows& host, int dotsPerInch) {
   if (!cut.empty()) fail("Cut at " + std::to_string(dotsPerInch) + " dots per inch:" + cut);
 }
 
-// The controls of the window's upper line end before the next one begins.
+// Screen readers take the name of a box or list from the text before it, shown or not.
+void checkNamed(HWND window) {
+  for (const HWND control : childWindows(window)) {
+    const std::wstring type = classOf(control);
+    if (type != L"ComboBox" && type != L"SysListView32") continue;
+    const HWND label = GetWindow(control, GW_HWNDPREV);
+    if (label == nullptr || classOf(label) != L"Static" || textOf(label).empty()) {
+      fail(textShown(control) + " has no name");
+    }
+  }
+}
+
 void checkApart(HWND window) {
   auto controls = childWindows(window);
   std::erase_if(controls, [](HWND control) { return classOf(control) == L"SysHeader32"; });
@@ -86,6 +97,7 @@ void checkLook(const Places& places, int dotsPerInch) {
   const SeenWindows host(process.id());
   const HWND window = host.titled(hostTitle);
   checkScale(window, dotsPerInch);
+  checkNamed(window);
   const auto hands = keyboardHands(host);
   for (const TourImport& import : tourImports(places)) {
     if (import.type != 0) continue;

@@ -1,4 +1,5 @@
-// What lists of another program show: report lists and those of boxes. Rows and columns count from 0.
+// What lists of another program show: report lists and those of boxes. Rows and columns count from
+// 0.
 #pragma once
 
 #include <windows.h>

@@ -5,15 +5,16 @@
 #include <algorithm>
 #include <array>
 
-#include "apps/host/main_window.h"
 #include "platform/windows/wide_text.h"
 #include "tests/tour/display_scale.h"
+#include "tests/tour/screen_picture.h"
 #include "tests/tour/seen_list.h"
 
 namespace velk {
 
 namespace {
 
+constexpr wchar_t hostClass[] = L"OpeningImportHost";
 constexpr wchar_t screenClass[] = L"Velk_OpnImp.Form";
 constexpr wchar_t frameClass[] = L"Velk_OpnImp.Frame";
 // Pixels at 96 dots per inch.
@@ -38,6 +39,41 @@ UniqueFont fontOf(bool isScreen, int dotsPerInch, bool bold) {
   return UniqueFont(CreateFontIndirectW(&font));
 }
 
+/// From the first to the last column of pixels that differs from the ground, which the upper left
+/// corner has; 0 if none does.
+int inkWidth(const Picture& picture) {
+  std::uint32_t first = picture.width;
+  std::uint32_t last = 0;
+  for (std::size_t i = 0; i < picture.pixels.size(); ++i) {
+    if (picture.pixels[i] == picture.pixels.front()) continue;
+    const auto column = static_cast<std::uint32_t>(i % picture.width);
+    first = std::min(first, column);
+    last = std::max(last, column);
+  }
+  return first > last ? 0 : static_cast<int>(last - first + 1);
+}
+
+/// That of a text in Arial which is as wide as the list's own font makes it; 0 for another font.
+int expectedInk(std::wstring_view text, int width) {
+  constexpr int smallest = 6;
+  constexpr int largest = 60;
+  const auto length = static_cast<int>(text.size());
+  for (int height = smallest; height < largest; ++height) {
+    const UniqueFont font(
+        CreateFontW(-height, 0, 0, 0, 0, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, L"Arial"));
+    SIZE size{};
+    const Picture painted = paintedPicture(2 * width, 2 * largest, [&](HDC dc) {
+      const RECT all{0, 0, 2 * width, 2 * largest};
+      const HGDIOBJ before = SelectObject(dc, font.get());
+      GetTextExtentPoint32W(dc, text.data(), length, &size);
+      ExtTextOutW(dc, 2, 2, ETO_OPAQUE, &all, text.data(), static_cast<UINT>(length), nullptr);
+      SelectObject(dc, before);
+    });
+    if (size.cx == width) return inkWidth(painted);
+  }
+  return 0;
+}
+
 class Room {
  public:
   Room(HWND root, int dotsPerInch)
@@ -57,6 +93,7 @@ class Room {
   void checkBox(HWND box);
   void checkList(HWND list);
   void checkColumn(HWND list, int column, std::wstring_view title);
+  void checkInk(HWND list, int column, std::wstring_view title);
 
   int dotsPerInch_;
   bool isScreen_;
@@ -115,6 +152,7 @@ void Room::checkColumn(HWND list, int column, std::wstring_view title) {
   const auto room = [&](int margin) { return SIZE{width - scaled(margin), height}; };
   const LONG lineHeight = extent(title).cy;
   compare(header, title, {textWidth(list, title), lineHeight}, room(2 * headerMargin));
+  if (isScreen_) checkInk(list, column, title);
   // The first row of a screen's mapping list has texts of the screen's own; all of the host's are.
   const bool isMapping =
       isScreen_ && childOfClass(GetAncestor(list, GA_ROOT), L"SysListView32", 1) == list;
@@ -124,6 +162,20 @@ void Room::checkColumn(HWND list, int column, std::wstring_view title) {
     const int needed = isMapping ? extent(cell, true).cx : textWidth(list, cell);
     compare(list, cell, {needed, 0}, room(headerMargin));
   }
+}
+
+// A header may have room for a text and not paint all of it.
+void Room::checkInk(HWND list, int column, std::wstring_view title) {
+  const POINT middle = headerPoint(list, column);
+  const auto header = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
+  if (title.empty() || WindowFromPoint(middle) != header) return;
+  // Without the lines between the columns and below them.
+  const int half = columnWidth(list, column) / 2 - 2;
+  const LONG up = insideOf(header).cy / 2 - 2;
+  const int ink =
+      inkWidth(displayedIn({middle.x - half, middle.y - up, middle.x + half, middle.y + up}));
+  const int expected = expectedInk(title, textWidth(list, title));
+  if (ink < expected) compare(header, title, {expected, 0}, {ink, 0});
 }
 
 void Room::checkList(HWND list) {
@@ -148,7 +200,7 @@ void Room::check(HWND control) {
 std::string cutTexts(const SeenWindows& host, int dotsPerInch) {
   std::string cut;
   for (const HWND root : host.all()) {
-    if (classOf(root) != screenClass && textOf(root) != hostTitle) continue;
+    if (classOf(root) != screenClass && classOf(root) != hostClass) continue;
     if (IsIconic(root) != FALSE) continue;
     Room room(root, dotsPerInch);
     for (const HWND control : childWindows(root)) room.check(control);

@@ -38,6 +38,8 @@ class Tour {
         hands_(options.byKeyboard ? keyboardHands(host) : mouseHands(host, dotsPerInch_)) {}
 
   void run();
+  /// The texts that were seen cut in each picture; empty if none was.
+  const std::string& cut() const { return cut_; }
 
  private:
   void import(const TourImport& what);
@@ -55,7 +57,7 @@ class Tour {
   int dotsPerInch_;
   std::unique_ptr<Hands> hands_;
   HWND main_ = nullptr;
-  std::string cut_;  ///< all of it, told at the end
+  std::string cut_;
   int pictures_ = 0;
 };
 
@@ -64,7 +66,7 @@ void Tour::picture(const std::string& name) {
   std::snprintf(number.data(), number.size(), "%02d-", ++pictures_);
   savePicture(takePicture(host_), places_.pictures + toWide(number.data() + name + ".png"));
   const std::string cut = cutTexts(host_, dotsPerInch_);
-  if (!cut.empty()) cut_ += "\n" + name + ":" + cut;
+  if (!cut.empty()) cut_ += "\nTexts are cut in " + name + ":" + cut;
 }
 
 // Types the path into the dialog, as the user may instead of clicking through folders.
@@ -182,8 +184,6 @@ void Tour::run() {
   for (const TourImport& what : tourImports(places_)) import(what);
   showErrorLog();
   exit();
-  if (cut_.empty()) return;
-  throw RuntimeError(ErrorNumber::InvalidProcedureCall, "Texts are cut in" + cut_);
 }
 
 }  // namespace
@@ -202,10 +202,11 @@ std::string runTour(const std::wstring& folder, const TourOptions& options) {
     try {
       tour.run();
       host.waitForEnd();
-    } catch (...) {
+    } catch (const RuntimeError& error) {
       savePicture(displayedNow(windows), places.pictures + L"failed.png");
-      throw;
+      throw RuntimeError(error.number(), error.description() + tour.cut());
     }
+    if (!tour.cut().empty()) throw RuntimeError(ErrorNumber::InvalidProcedureCall, tour.cut());
   }
   checkPosted(embeddedConnectionString(company), errorLogLines(places.errorLog).size() - logged);
   // The resolutions between and beyond.
