@@ -48,7 +48,7 @@ void warnOfDocuments(const CsvRecords& input, const OpeningImportKind& kind,
     }
     // Without a text for invalid dates, the kind raises an error for them, which ends its run.
     const std::string date = mappedCell(fields, mapping, openingField::date);
-    addWarning(warnings, checkDate(date, currentYear, kind.invalidDate.empty()), line);
+    addWarning(warnings, checkDate(date, currentYear, kind.badDateEndsRun), line);
   }
 }
 

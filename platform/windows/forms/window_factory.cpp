@@ -72,6 +72,7 @@ class ComboWindow final : public ControlWindow {
     for (const std::string& item : box.items()) {
       SendMessageW(handle(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(toWide(item).c_str()));
     }
+    ComboWindow::place();
     showChoice();
   }
   void propertyChanged(Property property) override {
@@ -87,6 +88,16 @@ class ComboWindow final : public ControlWindow {
   }
 
  private:
+  // The height of this kind of window is that of the box with its list; the box alone is as high
+  // as its font asks for.
+  void place() const override {
+    const Bounds at = scale().pixels(box_.bounds());
+    const auto item = static_cast<int>(SendMessageW(handle(), CB_GETITEMHEIGHT, 0, 0));
+    const int list =
+        item * static_cast<int>(box_.items().size()) + 2 * GetSystemMetrics(SM_CYBORDER);
+    SetWindowPos(handle(), nullptr, at.left, at.top, at.width, at.height + list,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+  }
   // CB_SETCURSEL sends no notification, so this needs no guard as the text box does.
   void showChoice() const {
     SendMessageW(handle(), CB_SETCURSEL, static_cast<WPARAM>(box_.index()), 0);
