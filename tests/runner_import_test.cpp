@@ -237,7 +237,9 @@ TEST_CASE("a vendors' run that breaks off says what is posted and leaves the res
       {titles, "V01,,10,5", "V02,31/02/2008,1,1e999", "V03,,-7,-7"},
       {"--json", "--rejects", rejects, "--accept", "date-unreadable,amount-too-large"});
   CHECK(ran.status == 5);
-  CHECK(contains(ran.err, "The import stopped at record 2: Type mismatch. Records before it are"));
+  CHECK(contains(ran.err,
+                 "The import stopped at record 2: Type mismatch: Invalid Date(31/02/2008) for "
+                 "Vendor - V02. Records before it are"));
   const Json report(ran.out);
   CHECK(report.outcomes() == "posted rejected not-reached");
   CHECK(report.at("account.addsUp") == "true");

@@ -150,6 +150,16 @@ TEST_CASE("windows: salesmen exported and imported, and workbooks that others ho
         "that Excel File.|OK");
 }
 
+TEST_CASE("windows: salesmen's files are looked for in the application's folder each time") {
+  SalesmenScreen salesmen;
+  salesmen.folder.write("book.xls", "");
+  salesmen.boxes.chooseFile(salesmen.folder.path("book.xls"));
+  for (int i = 0; i < 2; ++i) {
+    Window(*salesmen.screen).click("&Browse");
+    CHECK(salesmen.boxes.folder() == salesmen.desktop.applicationFolder());
+  }
+}
+
 TEST_CASE("windows: the keyboard") {
   Screens screens;
   const auto screen = screens.open();
