@@ -1,13 +1,17 @@
 #include "apps/opnimp/run/surroundings.h"
 
+#include <cstdlib>
+
 #include "platform/native/native_clock.h"
 #include "platform/odbc/odbc_connection.h"
 
 namespace velk {
 
 Surroundings realSurroundings() {
+  const char* const database = std::getenv("OPNIMP_DATABASE");
   return {.interrupted = [] { return false; },
           .clock = localNow,
+          .database = database == nullptr ? "" : database,
           .openDatabase =
               [](const std::string& connectionString) {
                 // All three members keep the connection alive.

@@ -23,6 +23,8 @@ struct Surroundings {
   std::function<bool()> interrupted;
   /// Local date and time.
   std::function<Date()> clock;
+  /// OPNIMP_DATABASE; empty: it is not set.
+  std::string database{};
   /// Opens a database by its ODBC connection string. Raises RuntimeError.
   std::function<OpenDatabase(const std::string& connectionString)> openDatabase;
 };
