@@ -30,6 +30,9 @@ const std::string acceptHelp =
     "import although values are read otherwise than they are\n"
     "written, as the screens do: codes of the harmful warnings to\n"
     "accept, separated by commas, or all";
+const std::string reportHelp =
+    "write the report as a page to be printed, signed and kept; a\n"
+    "file of that name is never replaced";
 const std::string exportHelp =
     "write all salesmen to an .xls workbook, with drop-down lists of\n"
     "their DS types; a workbook of that name is replaced";
@@ -101,7 +104,8 @@ class CommandLine {
     form.label("Positionals", "Arguments");
     form.label("SUBCOMMAND", "COMMAND");
     app_.set_help_flag("-h,--help", "show how the program or a command is used");
-    app_.set_version_flag("--version", "opnimp " OPNIMP_VERSION "\n", "show the version");
+    app_.set_version_flag("--version", "opnimp " + std::string(programVersion) + "\n",
+                          "show the version");
     app_.footer(footer)->require_subcommand(1);
     addCommands();
   }
@@ -140,6 +144,7 @@ class CommandLine {
     addAccept({import, preview});
     addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
+    addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
     addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
             "where Error.log is written (default: the current folder)");
     addFlag({import, preview, exporting}, "--json", arguments_.json,
@@ -210,6 +215,8 @@ class CommandLine {
 };
 
 }  // namespace
+
+const std::string_view programVersion = OPNIMP_VERSION;
 
 Arguments parseArguments(std::span<const std::string> args) {
   checkValues(args);

@@ -139,10 +139,19 @@ std::string stepWithNothingImported(const ImportResult& result) {
 
 ExitStatus ImportResult::status() const {
   if (refused()) return ExitStatus::Refused;
-  // Without the files of --rejects a script cannot go on, even if all else is well.
+  // Without the files of --rejects or --report a script cannot go on, even if all else is well.
   const bool whole = brokeOff.empty() && account.addsUp();
-  if (!whole || !rejectsError.empty()) return ExitStatus::BrokeOff;
+  if (!whole || !rejectsError.empty() || !reportError.empty()) return ExitStatus::BrokeOff;
   return recordsLeft(*this) > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
+}
+
+std::string nameOf(Outcome outcome, const ImportResult& result) {
+  const std::string name(outcomeName(outcome));
+  return result.isDryRun() && isPosted(outcome) ? "would be " + name : name;
+}
+
+std::string effectName(std::string_view becomes, const ImportResult& result) {
+  return std::string(becomes) + (result.isDryRun() ? " to post" : " posted");
 }
 
 std::vector<std::string> nextSteps(const ImportResult& result) {

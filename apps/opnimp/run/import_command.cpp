@@ -4,12 +4,15 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <stdexcept>
 
 #include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/progress.h"
+#include "apps/opnimp/report/import_page.h"
 #include "apps/opnimp/report/reject_files.h"
+#include "apps/opnimp/report/report_file.h"
 #include "apps/opnimp/report/report_json.h"
 #include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/run/database_choice.h"
@@ -87,6 +90,7 @@ class ImportCommand {
     }
     progress_.erase();
     evaluate();
+    writeReport();
     return result_;
   }
 
@@ -102,6 +106,7 @@ class ImportCommand {
     const DatabaseChoice choice = chooseDatabase(arguments().database, surroundings_);
     result_.database = choice.shown;
     prepareRejects(choice);
+    prepareReport(choice);
     database_ = openDatabase(choice, surroundings_);
     // Before a record begins, so that no record is cut in two.
     report_.onRecord = [this](std::size_t record) {
@@ -119,6 +124,21 @@ class ImportCommand {
                 arguments().file);
     // Tried before the run, because after it the refused records would have no place to go.
     rejects_.emplace(*path, kind().format, arguments().dryRun);
+  }
+
+  void prepareReport(const DatabaseChoice& database) {
+    const std::optional<std::string>& path = arguments().report;
+    if (!path) return;
+    checkWrites({"--report", *path, {*path}}, database, folder_, arguments().file);
+    if (arguments().rejects) {
+      for (const std::string& file : RejectFiles::touched(*arguments().rejects, kind().format)) {
+        if (isSameFile(*path, file)) throw UsageError("--report and --rejects name one file");
+      }
+    }
+    checkReportFile(*path);
+    result_.user = surroundings_.user();
+    result_.folder = applicationFolder({});
+    result_.began = surroundings_.clock();
   }
 
   void drive() {
@@ -256,6 +276,20 @@ class ImportCommand {
     } catch (const CannotOpen& error) {
       // The run is over already: its report must appear in any case.
       result_.rejectsError = error.what();
+    }
+  }
+
+  /// Last of all: it tells what became of the other files.
+  void writeReport() {
+    if (!arguments().report) return;
+    result_.ended = surroundings_.clock();
+    try {
+      writeReportFile(*arguments().report, htmlPage(importPage(result_)));
+      result_.reportFile = *arguments().report;
+    } catch (const std::runtime_error& error) {
+      result_.reportError = error.what();
+    } catch (const std::bad_alloc&) {
+      result_.reportError = "the memory does not hold the report of this file";
     }
   }
 

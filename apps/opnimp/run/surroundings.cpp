@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "platform/native/native_clock.h"
+#include "platform/native/native_user.h"
 #include "platform/odbc/odbc_connection.h"
 
 namespace velk {
@@ -11,6 +12,7 @@ Surroundings realSurroundings() {
   const char* const database = std::getenv("OPNIMP_DATABASE");
   return {.interrupted = [] { return false; },
           .clock = localNow,
+          .user = userName,
           .database = database == nullptr ? "" : database,
           .openDatabase =
               [](const std::string& connectionString) {
