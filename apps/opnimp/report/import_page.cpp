@@ -106,8 +106,8 @@ std::size_t countEmpty(const ImportResult& result, std::size_t field) {
 
 void addAssumed(const ImportResult& result, HtmlReport& page) {
   for (const Warning& warning : result.warnings) {
-    page.assumed.push_back({placesOf(warning, result.input->placeWord()), std::string(warning.code),
-                            std::string(warning.text)});
+    page.assumed.push_back({placesOf(warning, result.input->placeWord()),
+                            std::string(warning.code()), std::string(warning.text())});
   }
   if (result.arguments.kind->opening == nullptr || result.mapping.empty()) return;
   const std::size_t undated = countEmpty(result, openingField::date);

@@ -1,10 +1,28 @@
 #include "apps/opnimp/report/report_parts.h"
 
 #include <algorithm>
+#include <span>
 
 #include "apps/opnimp/cli/printable.h"
 
 namespace velk {
+
+namespace {
+
+// More than a person reads of one warning; the JSON report lists all.
+constexpr std::size_t mostReadingsListed = 20;
+
+void writeReadings(const Warning& warning, std::string_view placeWord, std::ostream& out) {
+  for (const Misreading& reading :
+       std::span(warning.readings).first(std::min(warning.readings.size(), mostReadingsListed))) {
+    out << "      " << placeWord << ' ' << reading.line << ": " << printable(sentenceOf(reading))
+        << '\n';
+  }
+  if (warning.readings.size() <= mostReadingsListed) return;
+  out << "      ... and " << grouped(warning.readings.size() - mostReadingsListed) << " more\n";
+}
+
+}  // namespace
 
 std::string columnText(const FieldMapping& entry) {
   if (!entry.column) return "not mapped";
@@ -61,8 +79,9 @@ void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeW
   out << "\nWarnings\n";
   for (const Warning& warning : warnings) {
     const std::string places = placesOf(warning, placeWord);
-    out << "  " << warning.code << " (" << grouped(warning.count) << (places.empty() ? "" : ", ")
-        << places << ")\n    " << warning.text << '\n';
+    out << "  " << warning.code() << " (" << grouped(warning.count) << (places.empty() ? "" : ", ")
+        << places << ")\n    " << (warning.harmful() ? "HARMFUL: " : "") << warning.text() << '\n';
+    writeReadings(warning, placeWord, out);
   }
 }
 
