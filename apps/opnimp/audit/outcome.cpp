@@ -125,6 +125,10 @@ bool needsAttention(const RecordTrace& trace) {
          (trace.outcome == Outcome::Skipped && trace.said->warned);
 }
 
+std::size_t needAttention(const Traces& traces) {
+  return static_cast<std::size_t>(std::ranges::count_if(traces.records, needsAttention));
+}
+
 // The recorder's results come first, since they name the procedure; then the import's own words.
 std::string reasonOf(const RecordTrace& trace) {
   std::string reason;

@@ -21,10 +21,6 @@ std::size_t skippedWithWarning(const Traces& traces) {
   }));
 }
 
-std::size_t needAttention(const Traces& traces) {
-  return static_cast<std::size_t>(std::ranges::count_if(traces.records, needsAttention));
-}
-
 std::size_t doubtfulRecords(const Account& account) {
   return account.count(Outcome::Partial) + account.count(Outcome::Unknown);
 }

@@ -107,12 +107,10 @@ void drive(ExportOutcome& outcome, ScreenSession& session, ImportReport& report,
 ExitStatus runExport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
   const std::string folder = applicationFolder(arguments.appFolder);
-  const DatabaseChoice choice = chooseDatabase(arguments.database);
+  const DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
   checkWrites({"the export", arguments.file, {arguments.file}}, choice, folder, {});
-  // Before the database is opened: a wrong file name must not make the default database first.
   const Target target(arguments.file);
-  const OpenDatabase database =
-      openDatabase(choice, !arguments.database, surroundings, streams.err);
+  const OpenDatabase database = openDatabase(choice, surroundings);
   // Never drawn, since an export does not count records; the messages only need one to erase.
   Progress progress(streams.err, false);
   Recorder recorder(Recorder::Mode::Post);

@@ -57,13 +57,25 @@ class DryRun {
 class ImportCommand {
  public:
   ImportCommand(const Arguments& arguments, const Streams& streams,
-                const Surroundings& surroundings)
+                const Surroundings& surroundings, Recorder::Mode mode)
       : streams_(streams),
         surroundings_(surroundings),
         progress_(streams.err, streams.errIsTerminal),
-        recorder_(arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post),
-        report_(arguments.dryRun) {
+        recorder_(mode),
+        report_(mode == Recorder::Mode::DryRun) {
     result_.arguments = arguments;
+    result_.arguments.dryRun = report_.isDryRun();
+  }
+
+  void foresee(const Foresight& foresight) {
+    foresight_ = &foresight;
+    folder_ = ".";  // any does, because the error log stays in memory
+    database_ = {foresight.connection, [] {}, [] {}};
+    checkAccepted(arguments().accept);
+    result_.input = readInput(arguments());
+    drive();
+    evaluate();
+    foresight.ended(result_);
   }
 
   // Memory that runs out before the first record was posted is the file's fault; later it is not
@@ -91,12 +103,11 @@ class ImportCommand {
     checkAccepted(arguments().accept);
     folder_ = applicationFolder(arguments().appFolder);
     result_.input = readInput(arguments());
-    const DatabaseChoice choice = chooseDatabase(arguments().database);
+    const DatabaseChoice choice = chooseDatabase(arguments().database, surroundings_);
     result_.database = choice.shown;
-    // Before the database is opened: a wrong --rejects must not make the default database.
     prepareRejects(choice);
     prepareReport(choice);
-    database_ = openDatabase(choice, !arguments().database, surroundings_, streams_.err);
+    database_ = openDatabase(choice, surroundings_);
     // Before a record begins, so that no record is cut in two.
     report_.onRecord = [this](std::size_t record) {
       endIfInterrupted();
@@ -134,12 +145,12 @@ class ImportCommand {
     // Declared before the session, so that the screen is gone when the transaction is taken back.
     std::optional<DryRun> dryRun;
     if (arguments().dryRun) dryRun.emplace(database_);
-    ScreenSession session(recorder_, {folder_, surroundings_.clock,
-                                      messagesTo(streams_.err, progress_), !arguments().dryRun});
+    ScreenSession session(recorder_,
+                          {folder_, surroundings_.clock, messages(), !arguments().dryRun});
     result_.errorLog = session.errorLogPath();
     try {
       ImportScreen& screen = session.open(kind(), recorded(recorder_, database_.connection));
-      viewAndMap(session, arguments(), *result_.input, report_);
+      view(session, screen);
       import(session, screen);
     } catch (const Refused& refused) {
       result_.refusal = refused.what();
@@ -148,6 +159,23 @@ class ImportCommand {
     }
     // A run that was refused early has no warnings yet, although they may explain the refusal.
     if (!began_ && result_.warnings.empty()) findWarningsNow();
+  }
+
+  /// Of a foreseen import only what the screen says of the file is shown.
+  MessageHandler messages() {
+    return [this, show = messagesTo(streams_.err, progress_)](const Message& message) {
+      if (foresight_ == nullptr || !began_) show(message);
+    };
+  }
+
+  void view(ScreenSession& session, const ImportScreen& screen) {
+    try {
+      viewAndMap(session, arguments(), *result_.input, report_);
+    } catch (const Refused&) {
+      if (foresight_ != nullptr) foresight_->viewed(screen);
+      throw;
+    }
+    if (foresight_ != nullptr) foresight_->viewed(screen);
   }
 
   void import(ScreenSession& session, const ImportScreen& screen) {
@@ -275,14 +303,21 @@ class ImportCommand {
   Recorder recorder_;
   ImportReport report_;
   std::optional<long long> screenRecords_;
-  bool began_ = false;  ///< whether anything may have been posted
+  const Foresight* foresight_ = nullptr;  ///< of a preview
+  bool began_ = false;                    ///< whether anything may have been posted
 };
 
 }  // namespace
 
+void foreseeImport(const Arguments& arguments, const Streams& streams,
+                   const Surroundings& surroundings, const Foresight& foresight) {
+  ImportCommand(arguments, streams, surroundings, Recorder::Mode::DryRun).foresee(foresight);
+}
+
 ExitStatus runImport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
-  ImportCommand command(arguments, streams, surroundings);
+  ImportCommand command(arguments, streams, surroundings,
+                        arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post);
   const ImportResult& result = command.run();
   (arguments.json ? writeImportJson : writeImportText)(result, streams.out);
   return result.status();
