@@ -172,7 +172,7 @@ TEST_CASE("warnings by workbook, in a preview that needs no database") {
       {{"A|||||Retail|Yes", "B|||||Retail|yes"}, "handheld-yes-becomes-no (2, rows 2, 3,", 2},
       {{"A|||||Retail|1"}, "handheld-becomes-no (1, row 2,", 2},
       {{"A|||||Retail|", "B|||||Retail|", " a |||||Rural|"}, "duplicate-salesmen (1, row 4,", 2},
-      {{"A|||||Retail|", "|||||Rural|", "", "D||||||"}, "rows-not-read (2, rows 3, 5,", 1},
+      {{"A|||||Retail|", "|||||Rural|", "", "D||||||"}, "rows-not-read (2, rows 3, 5)", 1},
       {{"A||||x||"}, "no-ds-type (1, row 2,", 1},
       {{"A|#N/A||||Retail|"}, "error-values (1, row 2,", 2},
       {{"A|\"Om\" Sai||||Retail|"}, "leading-quote (1, row 2,", 2},

@@ -26,13 +26,13 @@ const std::string rejectsHelp =
     "(for a workbook all but the reasons are workbooks:\n"
     "FILE.check.xls); a .check or .rest file of an earlier run must\n"
     "be dealt with and moved away first";
-const std::string reportHelp =
-    "write the report as a page to be printed, signed and kept; a\n"
-    "file of that name is never replaced";
 const std::string acceptHelp =
     "import although values are read otherwise than they are\n"
     "written, as the screens do: codes of the harmful warnings to\n"
     "accept, separated by commas, or all";
+const std::string reportHelp =
+    "write the report as a page to be printed, signed and kept; a\n"
+    "file of that name is never replaced";
 const std::string exportHelp =
     "write all salesmen to an .xls workbook, with drop-down lists of\n"
     "their DS types; a workbook of that name is replaced";
