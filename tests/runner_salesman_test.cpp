@@ -126,7 +126,7 @@ TEST_CASE("a text that no procedure takes is of the record, in a dry run, too") 
     const Ran ran = world.importRows({salesmanTitles, "A|" + longest + "||||Retail|"},
                                      dry ? Texts{"--dry-run"} : Texts{});
     CHECK(ran.status == 1);
-    CHECK_MESSAGE(contains(ran.out, dry ? "Correct 1 record that would not" : "Correct 1 refused"),
+    CHECK_MESSAGE(contains(ran.out, dry ? "Look at 1 record that would not" : "Correct 1 refused"),
                   ran.out);
   }
 }

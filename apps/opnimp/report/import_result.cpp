@@ -117,8 +117,9 @@ std::string stepAfterDryRun(const ImportResult& result) {
   }
   const std::size_t left = recordsLeft(result);
   if (left > 0) {
-    return "Nothing was posted. Correct " + counted(left, "record", "records") +
-           " that would not be posted, or not wholly, then try again or import without --dry-run.";
+    return "Nothing was posted. Look at " + counted(left, "record", "records") +
+           " that would not be posted, or not without a word, then try again or import without "
+           "--dry-run.";
   }
   return "Nothing was posted. Import without --dry-run; what the database's procedures themselves "
          "would refuse was not tried.";
