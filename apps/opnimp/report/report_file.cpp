@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "apps/opnimp/cli/failures.h"
-#include "base/errors.h"
+#include "apps/opnimp/records/file_bytes.h"
 #include "platform/native/native_files.h"
 
 namespace velk {
@@ -22,11 +22,11 @@ std::unique_ptr<OutputFile> openReport(FileSystem& files, const std::string& pat
 
 /// Does what may fail for the file at `path`.
 template <class Action>
-void attempt(const std::string& path, Action action) {
+void writing(const std::string& path, Action action) {
   try {
     action();
   } catch (const RuntimeError& error) {
-    throw CannotOpen("the report " + path + " cannot be written: " + error.description() +
+    throw CannotOpen("the report " + path + " cannot be written: " + fileErrorText(path, error) +
                      ". Check --report, its folder and the space there");
   }
 }
@@ -36,12 +36,12 @@ void attempt(const std::string& path, Action action) {
 // A replacement that is never closed changes nothing.
 void checkReportFile(const std::string& path) {
   NativeFileSystem files;
-  attempt(path, [&] { openReport(files, path); });
+  writing(path, [&] { openReport(files, path); });
 }
 
 void writeReportFile(const std::string& path, std::string_view page) {
   NativeFileSystem files;
-  attempt(path, [&] {
+  writing(path, [&] {
     const auto file = openReport(files, path);
     file->write(page);
     file->close();

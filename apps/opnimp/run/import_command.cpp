@@ -59,13 +59,25 @@ class DryRun {
 class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
  public:
   ImportCommand(const Arguments& arguments, const Streams& streams,
-                const Surroundings& surroundings)
+                const Surroundings& surroundings, Recorder::Mode mode)
       : streams_(streams),
         surroundings_(surroundings),
         progress_(streams.err, streams.errIsTerminal),
-        recorder_(arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post),
-        report_(arguments.dryRun) {
+        recorder_(mode),
+        report_(mode == Recorder::Mode::DryRun) {
     result_.arguments = arguments;
+    result_.arguments.dryRun = report_.isDryRun();
+  }
+
+  void foresee(const Foresight& foresight) {
+    foresight_ = &foresight;
+    folder_ = ".";  // any does, because the error log stays in memory
+    database_ = {foresight.connection, [] {}, [] {}};
+    checkAccepted(arguments().accept);
+    result_.input = readInput(arguments());
+    drive();
+    evaluate();
+    foresight.ended(result_);
   }
 
   // Memory that runs out before the first record was posted is the file's fault; later it is not
@@ -93,13 +105,12 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     checkAccepted(arguments().accept);
     folder_ = applicationFolder(arguments().appFolder);
     result_.input = readInput(arguments());
-    DatabaseChoice choice = chooseDatabase(arguments().database);
+    DatabaseChoice choice = chooseDatabase(arguments().database, surroundings_);
     if (arguments().waitSeconds) choice.options.commandTimeoutSeconds = *arguments().waitSeconds;
     result_.database = choice.shown;
-    // Before the database is opened: a wrong --rejects must not make the default database.
     prepareRejects(choice);
     prepareReport(choice);
-    database_ = openDatabase(choice, !arguments().database, surroundings_, streams_.err);
+    database_ = openDatabase(choice, surroundings_);
     // Before a record begins, so that no record is cut in two.
     report_.onRecord = [this](std::size_t record) {
       endIfInterrupted();
@@ -149,12 +160,12 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     if (arguments().dryRun) dryRun.emplace(database_);
     std::optional<WholeRun> whole;
     if (arguments().allOrNothing && !arguments().dryRun) whole.emplace(database_, recorder_);
-    ScreenSession session(recorder_, {folder_, surroundings_.clock,
-                                      messagesTo(streams_.err, progress_), !arguments().dryRun});
+    ScreenSession session(recorder_,
+                          {folder_, surroundings_.clock, messages(), !arguments().dryRun});
     result_.errorLog = session.errorLogPath();
     try {
       ImportScreen& screen = session.open(kind(), recorded(recorder_, database_.connection));
-      viewAndMap(session, arguments(), *result_.input, report_);
+      view(session, screen);
       import(session, screen);
     } catch (const Refused& refused) {
       result_.refusal = refused.what();
@@ -162,8 +173,33 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       result_.brokeOff = ended.why;
     }
     if (whole) settle(*whole);
+    tellOfLog();
     // A run that was refused early has no warnings yet, although they may explain the refusal.
     if (!began_ && result_.warnings.empty()) findWarningsNow();
+  }
+
+  /// Of a foreseen import only what the screen says of the file is shown.
+  MessageHandler messages() {
+    return [this, show = messagesTo(streams_.err, progress_)](const Message& message) {
+      if (foresight_ == nullptr || !began_) show(message);
+    };
+  }
+
+  void view(ScreenSession& session, const ImportScreen& screen) {
+    try {
+      viewAndMap(session, arguments(), *result_.input, report_);
+    } catch (const Refused&) {
+      if (foresight_ != nullptr) foresight_->viewed(screen);
+      throw;
+    }
+    if (foresight_ != nullptr) foresight_->viewed(screen);
+  }
+
+  /// The screen's messages may name the log, which a dry run does not write.
+  void tellOfLog() {
+    if (!arguments().dryRun || recorder_.lines().empty() || recorder_.shown().empty()) return;
+    progress_.erase();
+    streams_.err << "opnimp: a dry run writes no error log; the report has what would be in it.\n";
   }
 
   void import(ScreenSession& session, const ImportScreen& screen) {
@@ -178,6 +214,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     // What the screen said of View and of --map is no answer to Import.
     report_.beginStep();
     const EventResult event = session.import();
+    requireCompany();
     // The error that stopped the run explains more than the state in which the screen was left.
     if (!report_.stop().empty()) {
       result_.brokeOff = report_.stop();
@@ -186,6 +223,21 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     } else if (!report_.ended() && !wasRefused()) {
       result_.brokeOff = "the import did not say how it ended";
     }
+  }
+
+  /// A database without the tables that an import asks before its first record is no company's.
+  void requireCompany() const {
+    const auto& stop = report_.stopError();
+    const bool posted =
+        report_.begun() > 0 ||
+        std::ranges::count(recorder_.calls(), CallKind::Procedure, &RecordedCall::kind) > 0;
+    if (!stop || posted || !isOfSchema(*stop)) return;
+    throw CannotOpen("the database " + result_.database + " is none of this application: " +
+                     stop->description() + "; nothing was imported. Choose another --database");
+  }
+
+  static bool isOfSchema(const RuntimeError& error) {
+    return error.is(ErrorNumber::NoSuchTable) || error.is(ErrorNumber::CommandErrors);
   }
 
   void settle(WholeRun& whole) {
@@ -268,12 +320,10 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
   void writeRejects() {
     if (!rejects_) return;
-    try {
-      result_.rejectFiles = rejects_->write(*result_.input, result_.traces);
-    } catch (const CannotOpen& error) {
-      // The run is over already: its report must appear in any case.
-      result_.rejectsError = error.what();
-    }
+    // One that fails ends nothing: the run is over already, and its report must appear in any case.
+    RejectFiles::Written written = rejects_->write(*result_.input, result_.traces);
+    result_.rejectFiles = std::move(written.paths);
+    result_.rejectsError = std::move(written.failure);
   }
 
   /// Last of all: it tells what became of the other files.
@@ -300,14 +350,22 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   Recorder recorder_;
   ImportReport report_;
   std::optional<long long> screenRecords_;
-  bool began_ = false;  ///< whether anything may have been posted
+  const Foresight* foresight_ = nullptr;  ///< of a preview
+  bool began_ = false;                    ///< whether anything may have been posted
 };
 
 }  // namespace
 
+void foreseeImport(const Arguments& arguments, const Streams& streams,
+                   const Surroundings& surroundings, const Foresight& foresight) {
+  ImportCommand(arguments, streams, surroundings, Recorder::Mode::DryRun).foresee(foresight);
+}
+
 ExitStatus runImport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
-  const auto command = std::make_shared<ImportCommand>(arguments, streams, surroundings);
+  const auto command = std::make_shared<ImportCommand>(
+      arguments, streams, surroundings,
+      arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post);
   const ImportResult& result = command->run();
   (arguments.json ? writeImportJson : writeImportText)(result, streams.out);
   return result.status();
