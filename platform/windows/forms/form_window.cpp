@@ -154,6 +154,9 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_ERASEBKGND:
       erase(reinterpret_cast<HDC>(wParam));
       return TRUE;
+    case WM_SYSCOLORCHANGE:
+      showSystemColors();
+      return 0;
     // Windows remembers the focused control for dialogs only.
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) focus_ = GetFocus();
@@ -210,6 +213,15 @@ void FormWindow::erase(HDC dc) const {
   GetClientRect(handle_, &all);
   SetDCBrushColor(dc, toColorRef(form_->number(Property::BackColor)));
   FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+}
+
+// Only top windows are told, and a colour of the model may be one of the system's.
+void FormWindow::showSystemColors() const {
+  for (const auto& window : controls_) {
+    SendMessageW(window->handle(), WM_SYSCOLORCHANGE, 0, 0);
+    window->propertyChanged(Property::BackColor);
+  }
+  RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
 }
 
 WindowState FormWindow::state() const {

@@ -51,6 +51,7 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
   LRESULT notify(NMHDR& header) const;
   LRESULT color(UINT message, WPARAM wParam, LPARAM lParam) const;
   void erase(HDC dc) const;
+  void showSystemColors() const;
   void moved(const WINDOWPOS& position);
   WindowState state() const;
   void changeLater();
