@@ -81,7 +81,7 @@ void FormWindow::makeControls(const Control* container, HWND parent) {
 }
 
 void FormWindow::show() {
-  ShowWindow(handle_, SW_SHOWNORMAL);
+  applyVisible(SW_SHOWNORMAL);
   // The first one in the order of the Tab key; Windows does so for dialogs only.
   SetFocus(GetNextDlgTabItem(handle_, nullptr, FALSE));
 }
@@ -291,7 +291,7 @@ void FormWindow::formChanged(Property property) {
       applyIcon();
       break;
     case Property::Visible:
-      applyVisible();
+      applyVisible(form_->visible() ? SW_SHOW : SW_HIDE);
       break;
     case Property::hWnd:
       break;
@@ -335,9 +335,9 @@ void FormWindow::flush() {
 }
 
 // A state that was set while the window was hidden would have shown it, so that it is due now.
-void FormWindow::applyVisible() {
+void FormWindow::applyVisible(int command) {
   applying_ = true;
-  ShowWindow(handle_, form_->visible() ? SW_SHOW : SW_HIDE);
+  ShowWindow(handle_, command);
   applying_ = false;
   boundsChanged_ = true;
   changeLater();

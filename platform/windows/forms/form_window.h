@@ -57,7 +57,7 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
   void changeLater();
   void flush();
   void applyBounds();
-  void applyVisible();
+  void applyVisible(int command);
   void applyIcon() const;
   LRESULT defaultHandling(UINT message, WPARAM wParam, LPARAM lParam) const {
     return DefWindowProcW(handle_, message, wParam, lParam);
