@@ -95,6 +95,7 @@ TEST_CASE("windows: a customer import by mouse") {
   CHECK(window.rows(1) == 0);
   CHECK(IsWindowEnabled(window.button("&Import")) == FALSE);
   CHECK(textOf(inside(window.handle, [](HWND w) { return textOf(w) == "in.csv"; })).empty());
+  CHECK(isOfClass(GetFocus(), L"Edit"));  // not Close, which an Enter too many would press
 }
 
 /// The master screen on the machine's own dialogs and files, over the host's ADO objects.

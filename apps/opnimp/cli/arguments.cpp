@@ -25,6 +25,13 @@ const std::string rejectsHelp =
     "(for a workbook all but the reasons are workbooks:\n"
     "FILE.check.xls); a .check or .rest file of an earlier run must\n"
     "be dealt with and moved away first";
+const std::string acceptHelp =
+    "import although values are read otherwise than they are\n"
+    "written, as the screens do: codes of the harmful warnings to\n"
+    "accept, separated by commas, or all";
+const std::string reportHelp =
+    "write the report as a page to be printed, signed and kept; a\n"
+    "file of that name is never replaced";
 const std::string exportHelp =
     "write all salesmen to an .xls workbook, with drop-down lists of\n"
     "their DS types; a workbook of that name is replaced";
@@ -33,10 +40,11 @@ const std::string footer =
 
 Exit status:
   0  everything was posted, or exported
-  1  some records were not, or not wholly: see the report
-  2  refused: the file, its columns or the mapping do not do, or the file to export to is open
-     in another program; nothing was imported or exported
-  3  the command line makes no sense
+  1  some records were not, or not wholly, or not as they are written: see the report
+  2  refused: the file, its columns or the mapping do not do, values would be read otherwise
+     than they are written, or the file to export to is open in another program; nothing was
+     imported or exported
+  3  the command line makes no sense, or names no database
   4  a file or the database could not be opened or written; nothing was imported or exported
   5  the run broke off, or its account does not add up)";
 
@@ -95,7 +103,8 @@ class CommandLine {
     form.label("Positionals", "Arguments");
     form.label("SUBCOMMAND", "COMMAND");
     app_.set_help_flag("-h,--help", "show how the program or a command is used");
-    app_.set_version_flag("--version", "opnimp " OPNIMP_VERSION "\n", "show the version");
+    app_.set_version_flag("--version", "opnimp " + std::string(programVersion) + "\n",
+                          "show the version");
     app_.footer(footer)->require_subcommand(1);
     addCommands();
   }
@@ -131,8 +140,10 @@ class CommandLine {
         "make the sample company's embedded database");
     addText({import, exporting}, "--database", "STRING", arguments_.database, databaseHelp);
     addMap({import, preview});
+    addAccept({import, preview});
     addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
+    addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
     addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
             "where Error.log is written (default: the current folder)");
     addFlag({import, preview, exporting}, "--json", arguments_.json,
@@ -186,6 +197,15 @@ class CommandLine {
     }
   }
 
+  void addAccept(Apps commands) {
+    for (CLI::App* const command : commands) {
+      command->add_option("--accept", arguments_.accept, acceptHelp)
+          ->allow_extra_args(false)
+          ->delimiter(',')
+          ->type_name("CODE,...");
+    }
+  }
+
   CLI::App app_{
       "opnimp imports opening data from files, and exports salesmen to be edited and imported "
       "again.\n",
@@ -194,6 +214,8 @@ class CommandLine {
 };
 
 }  // namespace
+
+const std::string_view programVersion = OPNIMP_VERSION;
 
 Arguments parseArguments(std::span<const std::string> args) {
   checkValues(args);

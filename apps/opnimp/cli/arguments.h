@@ -4,6 +4,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "apps/opnimp/cli/kinds.h"
@@ -25,7 +26,9 @@ struct Arguments {
   std::string file;  ///< to import, preview or export to, or the database to make
   std::optional<std::string> database;
   std::vector<MapOption> maps;
+  std::vector<std::string> accept;  ///< codes of harmful warnings, or "all"
   std::optional<std::string> rejects;
+  std::optional<std::string> report;
   std::optional<std::string> appFolder;
   bool dryRun = false;
   bool json = false;
@@ -34,6 +37,9 @@ struct Arguments {
 /// Reads the arguments that follow the program's name; raises UsageError. The command comes first;
 /// an option's value follows it as the next argument or after "="; "--" ends the options.
 Arguments parseArguments(std::span<const std::string> args);
+
+/// Such as "1.2.3".
+extern const std::string_view programVersion;
 
 /// True when the arguments ask for JSON, even if they make no sense otherwise.
 bool asksForJson(std::span<const std::string> args);

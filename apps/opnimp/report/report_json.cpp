@@ -171,6 +171,8 @@ void writeImportJson(const ImportResult& result, std::ostream& out) {
   writeRecords(result, out);
   std::string tail = textOf({{"account", accountJson(result)},
                              {"rejectFiles", result.rejectFiles},
+                             {"report", orNull(result.reportFile)},
+                             {"reportError", orNull(result.reportError)},
                              {"next", nextSteps(result)}});
   tail.front() = ',';
   out << tail << '\n';

@@ -1,6 +1,7 @@
 #include "apps/opnimp/report/report_parts.h"
 
 #include <algorithm>
+#include <span>
 
 #include "apps/opnimp/cli/printable.h"
 
@@ -8,17 +9,41 @@ namespace velk {
 
 namespace {
 
+// More than a person reads of one warning; the JSON report lists all.
+constexpr std::size_t mostReadingsListed = 20;
+
+void writeReadings(const Warning& warning, std::string_view placeWord, std::ostream& out) {
+  for (const Misreading& reading :
+       std::span(warning.readings).first(std::min(warning.readings.size(), mostReadingsListed))) {
+    out << "      " << placeWord << ' ' << reading.line << ": " << printable(sentenceOf(reading))
+        << '\n';
+  }
+  if (warning.readings.size() <= mostReadingsListed) return;
+  out << "      ... and " << grouped(warning.readings.size() - mostReadingsListed) << " more\n";
+}
+
+}  // namespace
+
+std::string columnText(const FieldMapping& entry) {
+  if (!entry.column) return "not mapped";
+  return entry.title + " (#" + std::to_string(*entry.column + 1) + ")";
+}
+
 // Only the first lines of a warning are kept: dots say that there are more.
-std::string placeList(const Warning& warning, std::string_view placeWord) {
+std::string placesOf(const Warning& warning, std::string_view placeWord) {
   if (warning.lines.empty()) return {};
-  std::string text = ", " + std::string(placeWord) + (warning.lines.size() == 1 ? " " : "s ");
+  std::string text(placeWord);
+  text += warning.lines.size() == 1 ? " " : "s ";
   for (std::size_t i = 0; i < warning.lines.size(); ++i) {
     text.append(i == 0 ? "" : ", ").append(std::to_string(warning.lines[i]));
   }
   return warning.count > warning.lines.size() ? text + ", ..." : text;
 }
 
-}  // namespace
+std::string unreadableText(const Account& account) {
+  return "Not in the sums: " + counted(account.unreadable, "record", "records") +
+         " with an amount beyond the range of numbers.";
+}
 
 void writeTable(const std::vector<std::vector<std::string>>& rows, std::size_t leftColumns,
                 std::ostream& out) {
@@ -43,12 +68,8 @@ void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out) {
   for (const FieldMapping& entry : mapping) width = std::max(width, textWidth(entry.field));
   out << "\nMapping\n";
   for (const FieldMapping& entry : mapping) {
-    out << "  " << padRight(printable(entry.field), width);
-    if (entry.column) {
-      out << " <- " << printable(entry.title) << " (#" << *entry.column + 1 << ")\n";
-    } else {
-      out << "    not mapped\n";
-    }
+    out << "  " << padRight(printable(entry.field), width) << (entry.column ? " <- " : "    ")
+        << printable(columnText(entry)) << '\n';
   }
 }
 
@@ -57,8 +78,10 @@ void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeW
   if (warnings.empty()) return;
   out << "\nWarnings\n";
   for (const Warning& warning : warnings) {
-    out << "  " << warning.code << " (" << grouped(warning.count) << placeList(warning, placeWord)
-        << ")\n    " << warning.text << '\n';
+    const std::string places = placesOf(warning, placeWord);
+    out << "  " << warning.code() << " (" << grouped(warning.count) << (places.empty() ? "" : ", ")
+        << places << ")\n    " << (warning.harmful() ? "HARMFUL: " : "") << warning.text() << '\n';
+    writeReadings(warning, placeWord, out);
   }
 }
 

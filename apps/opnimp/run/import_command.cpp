@@ -4,12 +4,15 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <stdexcept>
 
 #include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/progress.h"
+#include "apps/opnimp/report/import_page.h"
 #include "apps/opnimp/report/reject_files.h"
+#include "apps/opnimp/report/report_file.h"
 #include "apps/opnimp/report/report_json.h"
 #include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/run/database_choice.h"
@@ -75,6 +78,7 @@ class ImportCommand {
     }
     progress_.erase();
     evaluate();
+    writeReport();
     return result_;
   }
 
@@ -84,12 +88,14 @@ class ImportCommand {
 
   /// Everything that can fail before anything is posted.
   void prepare() {
+    checkAccepted(arguments().accept);
     folder_ = applicationFolder(arguments().appFolder);
     result_.input = readInput(arguments());
     const DatabaseChoice choice = chooseDatabase(arguments().database);
     result_.database = choice.shown;
     // Before the database is opened: a wrong --rejects must not make the default database.
     prepareRejects(choice);
+    prepareReport(choice);
     database_ = openDatabase(choice, !arguments().database, surroundings_, streams_.err);
     // Before a record begins, so that no record is cut in two.
     report_.onRecord = [this](std::size_t record) {
@@ -107,6 +113,21 @@ class ImportCommand {
                 arguments().file);
     // Tried before the run, because after it the refused records would have no place to go.
     rejects_.emplace(*path, kind().format, arguments().dryRun);
+  }
+
+  void prepareReport(const DatabaseChoice& database) {
+    const std::optional<std::string>& path = arguments().report;
+    if (!path) return;
+    checkWrites({"--report", *path, {*path}}, database, folder_, arguments().file);
+    if (arguments().rejects) {
+      for (const std::string& file : RejectFiles::touched(*arguments().rejects, kind().format)) {
+        if (isSameFile(*path, file)) throw UsageError("--report and --rejects name one file");
+      }
+    }
+    checkReportFile(*path);
+    result_.user = surroundings_.user();
+    result_.folder = applicationFolder({});
+    result_.began = surroundings_.clock();
   }
 
   void drive() {
@@ -135,6 +156,7 @@ class ImportCommand {
     screenRecords_ = screen.RecordCount();
     findWarningsNow();
     requireRecords();
+    requireAccepted();
     endIfInterrupted();
     began_ = true;
     // What the screen said of View and of --map is no answer to Import.
@@ -164,6 +186,15 @@ class ImportCommand {
     throw Refused(fault.empty() ? "the file has no records, and " + unmappedText(unmapped) : fault);
   }
 
+  /// A file that the screen itself refuses is left to it: it says what has to be mended first.
+  void requireAccepted() const {
+    const bool refused = !unmappedFields(result_.mapping, kind().mandatory).empty() ||
+                         !result_.input->refusal(kind()).empty();
+    if (refused) return;
+    const std::string misread = misreadingsText(result_.warnings, arguments());
+    if (!misread.empty()) throw Refused(misread);
+  }
+
   void endIfInterrupted() const {
     if (surroundings_.interrupted && surroundings_.interrupted())
       throw RunEnded{RunEnded::Why::Interrupted};
@@ -191,7 +222,7 @@ class ImportCommand {
       result_.refusal = runRefusalText(*report_.refusal(), *result_.input, result_.mapping, kind());
     }
     // Of a refused run, too: the report lists the log lines of the run as a whole.
-    result_.traces = traceRecords(report_, recorder_, result_.input->count());
+    result_.traces = traceRecords(report_, recorder_, result_.warnings, result_.input->count());
     if (!result_.refused()) {
       findAllowedDsTypes();
       result_.account = drawUpAccount({kind(), *result_.input, result_.mapping, result_.traces,
@@ -217,6 +248,20 @@ class ImportCommand {
     } catch (const CannotOpen& error) {
       // The run is over already: its report must appear in any case.
       result_.rejectsError = error.what();
+    }
+  }
+
+  /// Last of all: it tells what became of the other files.
+  void writeReport() {
+    if (!arguments().report) return;
+    result_.ended = surroundings_.clock();
+    try {
+      writeReportFile(*arguments().report, htmlPage(importPage(result_)));
+      result_.reportFile = *arguments().report;
+    } catch (const std::runtime_error& error) {
+      result_.reportError = error.what();
+    } catch (const std::bad_alloc&) {
+      result_.reportError = "the memory does not hold the report of this file";
     }
   }
 

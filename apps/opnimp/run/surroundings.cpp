@@ -1,6 +1,7 @@
 #include "apps/opnimp/run/surroundings.h"
 
 #include "platform/native/native_clock.h"
+#include "platform/native/native_user.h"
 #include "platform/odbc/odbc_connection.h"
 
 namespace velk {
@@ -8,6 +9,7 @@ namespace velk {
 Surroundings realSurroundings() {
   return {.interrupted = [] { return false; },
           .clock = localNow,
+          .user = userName,
           .openDatabase =
               [](const std::string& connectionString) {
                 // All three members keep the connection alive.

@@ -23,11 +23,13 @@ struct Surroundings {
   std::function<bool()> interrupted;
   /// Local date and time.
   std::function<Date()> clock;
+  /// Who runs the program.
+  std::function<std::string()> user;
   /// Opens a database by its ODBC connection string. Raises RuntimeError.
   std::function<OpenDatabase(const std::string& connectionString)> openDatabase;
 };
 
-/// The machine's own clock and database drivers, and no interrupt.
+/// The machine's own clock, user and database drivers, and no interrupt.
 Surroundings realSurroundings();
 
 }  // namespace velk
