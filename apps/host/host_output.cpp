@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "apps/host/main_window.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {

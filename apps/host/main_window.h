@@ -14,8 +14,6 @@
 
 namespace velk {
 
-inline constexpr wchar_t hostTitle[] = L"Sample accounts";
-
 /// The program's icon; it lives as long as the program.
 HICON hostIcon();
 

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "apps/host/main_window.h"
+#include "apps/host/host_output.h"
 #include "base/errors.h"
 #include "platform/windows/wide_text.h"
 #include "tests/tour/display_scale.h"

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "apps/host/company_tables.h"
-#include "apps/host/main_window.h"
+#include "apps/host/host_output.h"
 #include "base/errors.h"
 #include "platform/odbc/odbc_connection.h"
 #include "platform/windows/wide_text.h"
