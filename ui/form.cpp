@@ -11,6 +11,8 @@ Form::Form(FormShell& shell, std::string_view name, std::string_view caption, co
     : PropertyBag(name, design, false), shell_(shell) {
   declare({{Property::Caption, std::string(caption)},
            {Property::BackColor, systemColor::buttonFace},
+           {Property::Enabled, flagTrue},
+           {Property::Tag, ""},
            {Property::WindowState, static_cast<std::int32_t>(WindowState::Normal)},
            {Property::hWnd, 0}});
 }

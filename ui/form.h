@@ -30,7 +30,7 @@ enum class EventResult {
 enum class WindowState : std::int32_t { Normal = 0, Minimised = 1, Maximised = 2 };
 
 /// A form's events all enter through `dispatch`. Besides the properties that every bag has:
-/// Caption, BackColor, WindowState, hWnd (the handle of its window, 0 without one).
+/// Caption, BackColor, Enabled, Tag, WindowState, hWnd (the handle of its window, 0 without one).
 class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
  public:
   Form(FormShell& shell, std::string_view name, std::string_view caption, const Bounds& design);

@@ -52,8 +52,9 @@ FormWindow::~FormWindow() {
 
 void FormWindow::makeWindow() {
   const Bounds at = scale_.pixels(form_->bounds());
-  // Before the controls are made: the class of lists is not there by itself.
-  const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
+  // Before the controls are made: the classes of lists and tooltips are not there by themselves.
+  const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX),
+                                   ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES};
   InitCommonControlsEx(&lists);
   handle_ = CreateWindowExW(WS_EX_CONTROLPARENT, registeredClass(formClass, procedure),
                             toWide(form_->text(Property::Caption)).c_str(), formStyle, at.left,
@@ -251,6 +252,8 @@ bool FormWindow::preTranslate(const MSG& message) {
   if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) {
     form_->userKeyDown(static_cast<std::int16_t>(message.wParam), shiftState());
     if (handle_ == nullptr) return true;  // the key has closed the form
+    ControlWindow* focused = holding(message.hwnd);
+    if (focused != nullptr && focused->keyDown(message.wParam, shiftState())) return true;
   }
   // A letter alone is no mnemonic: the dialog manager takes it for one where no text is typed.
   if (message.message == WM_CHAR) return false;
@@ -269,10 +272,11 @@ Menu* FormWindow::popup(const Menu& menu) const {
     AppendMenuW(shown.get(), MF_STRING | (item->enabled() ? MF_ENABLED : MF_GRAYED), items.size(),
                 toWide(item->text(Property::Caption)).c_str());
   }
-  POINT pointer{};
-  GetCursorPos(&pointer);
+  POINT at{};
+  GetCursorPos(&at);
+  for (const auto& control : controls_) at = control->menuPlace().value_or(at);
   const BOOL chosen = TrackPopupMenuEx(shown.get(), TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON,
-                                       pointer.x, pointer.y, handle_, nullptr);
+                                       at.x, at.y, handle_, nullptr);
   return chosen <= 0 ? nullptr : items[static_cast<std::size_t>(chosen) - 1];
 }
 
