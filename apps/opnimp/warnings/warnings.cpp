@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t longestText = 120;
 constexpr std::string_view acceptsAll = "all";
 
-Warning& counted(std::vector<Warning>& warnings, WarningId id, std::size_t line) {
+Warning& countedWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line) {
   auto found = std::ranges::find(warnings, id, &Warning::id);
   if (found == warnings.end()) found = warnings.insert(found, Warning{id, 0, {}, {}});
   ++found->count;
@@ -29,11 +29,11 @@ Warning& counted(std::vector<Warning>& warnings, WarningId id, std::size_t line)
 }  // namespace
 
 void addWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line) {
-  counted(warnings, id, line);
+  countedWarning(warnings, id, line);
 }
 
 void addWarning(std::vector<Warning>& warnings, WarningId id, Misreading reading) {
-  counted(warnings, id, reading.line).readings.push_back(std::move(reading));
+  countedWarning(warnings, id, reading.line).readings.push_back(std::move(reading));
 }
 
 std::vector<std::string_view> notAccepted(std::span<const Warning> warnings,
