@@ -46,6 +46,14 @@ void checkAmountOf(const CheckedRecord& record, std::size_t field,
   addWarning(warnings, *doubt, std::move(reading));
 }
 
+void checkCode(const CheckedRecord& record, std::vector<Warning>& warnings) {
+  const std::string code = record.read(openingField::code);
+  checkText(record, openingField::code, warnings);
+  if (trim(code) == code) return;
+  addWarning(warnings, WarningId::BlanksAroundCode,
+             record.misreading(openingField::code, code, "\"" + code + "\", blanks included"));
+}
+
 }  // namespace
 
 void OpeningCheck::check(const CheckedRecord& record, bool repeated,
@@ -69,14 +77,6 @@ void OpeningCheck::finish(std::vector<Warning>& warnings) const {
     }
   }
   warnOfSums(warnings);
-}
-
-void OpeningCheck::checkCode(const CheckedRecord& record, std::vector<Warning>& warnings) const {
-  const std::string code = record.read(openingField::code);
-  checkText(record, openingField::code, warnings);
-  if (trim(code) == code) return;
-  addWarning(warnings, WarningId::BlanksAroundCode,
-             record.misreading(openingField::code, code, "\"" + code + "\", blanks included"));
 }
 
 void OpeningCheck::checkReference(const CheckedRecord& record, const std::string& party,

@@ -49,17 +49,17 @@ std::vector<std::string_view> notAccepted(std::span<const Warning> warnings,
 }
 
 void checkAccepted(std::span<const std::string> accepted) {
+  std::string codes;
+  for (const WarningText& warning : allWarnings()) {
+    if (warning.harmful) codes.append(warning.code).append(", ");
+  }
+  codes.append(acceptsAll);
   for (const std::string& code : accepted) {
     const auto is = [&](const WarningText& warning) {
       return warning.harmful && warning.code == code;
     };
     if (code == acceptsAll || std::ranges::any_of(allWarnings(), is)) continue;
-    std::string codes;
-    for (const WarningText& warning : allWarnings()) {
-      if (warning.harmful) codes.append(warning.code).append(", ");
-    }
-    throw UsageError("--accept: there is no harmful warning \"" + code + "\"; there is: " + codes +
-                     std::string(acceptsAll));
+    throw UsageError("--accept: there is no harmful warning \"" + code + "\"; there is: " + codes);
   }
 }
 
