@@ -137,7 +137,7 @@ TEST_CASE("a workbook that does not do is refused, in words") {
     std::string_view says;
   } rows[] = {
       {"", "the file is empty"},
-      {"Salesman,Address\r\n", "a text file under another name; save it as"},
+      {"Salesman,Address\r\n", "a text file; save it as"},
       {workbook({}), "the first worksheet of the workbook is blank"},
       {workbook({"Salesman|Adress|ResNumber|MobNumber|Existing DSType|DSType", good}),
        R"(B1 holds "Adress" instead of "Address", G1 holds nothing instead of "HandHeld DS")"},
@@ -169,13 +169,13 @@ TEST_CASE("warnings by workbook, in a preview that needs no database") {
     int status;                // that the import would have
   } rows[] = {
       {{"A|||||Retail|YES", "B||||x|Retail|no", "C|\"q\"||||Retail|"}, "", 0},
-      {{"A|||||Retail|Yes", "B|||||Retail|yes"}, "handheld-yes-becomes-no (2, rows 2, 3)", 2},
-      {{"A|||||Retail|1"}, "handheld-becomes-no (1, row 2)", 2},
-      {{"A|||||Retail|", "B|||||Retail|", " a |||||Rural|"}, "duplicate-salesmen (1, row 4)", 2},
+      {{"A|||||Retail|Yes", "B|||||Retail|yes"}, "handheld-yes-becomes-no (2, rows 2, 3,", 2},
+      {{"A|||||Retail|1"}, "handheld-becomes-no (1, row 2,", 2},
+      {{"A|||||Retail|", "B|||||Retail|", " a |||||Rural|"}, "duplicate-salesmen (1, row 4,", 2},
       {{"A|||||Retail|", "|||||Rural|", "", "D||||||"}, "rows-not-read (2, rows 3, 5)", 1},
-      {{"A||||x||"}, "no-ds-type (1, row 2)", 1},
-      {{"A|#N/A||||Retail|"}, "error-values (1, row 2)", 2},
-      {{"A|\"Om\" Sai||||Retail|"}, "leading-quote (1, row 2)", 2},
+      {{"A||||x||"}, "no-ds-type (1, row 2,", 1},
+      {{"A|#N/A||||Retail|"}, "error-values (1, row 2,", 2},
+      {{"A|\"Om\" Sai||||Retail|"}, "leading-quote (1, row 2,", 2},
   };
   for (const auto& row : rows) {
     CAPTURE(row.warning);
@@ -257,7 +257,7 @@ TEST_CASE("an export that cannot be says why, and leaves what was there") {
       {other, 3, "no workbook of salesmen"},
       {world.database(), 3, "would write over the database"},
       {world.folder.path("Error.log"), 3, "would write over the error log"},
-      {folder, 4, "could not be written: Path/File access error"},
+      {folder, 4, "could not be written: it is a folder"},
       {world.folder.path("missing/out.xls"), 4, "could not be written"},
       {world.folder.path("new.xls"), 4, "no such table: Salesman"},
   };

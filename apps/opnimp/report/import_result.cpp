@@ -42,14 +42,16 @@ bool isOfRecord(const RecordedCall& call) {
       [&](ErrorNumber number) { return error.number == static_cast<std::int32_t>(number); });
 }
 
-/// The database's error that every record met, none being posted; empty when there is none, or one
-/// of their own. Then the records need no correction.
+/// The one error of the database that all records met for which it was called, none being posted;
+/// empty when there is none, or one of their own. Then these need no correction.
 std::string commonError(const Traces& traces) {
   std::string common;
   for (const RecordTrace& trace : traces.records) {
     const auto failed = std::ranges::find_if(
         trace.calls, [](const RecordedCall* call) { return call->error.has_value(); });
-    if (!isRefused(trace.outcome) || failed == trace.calls.end()) return {};
+    const bool called = failed != trace.calls.end();
+    if (isSkipped(trace.outcome) || (trace.outcome == Outcome::Rejected && !called)) continue;
+    if (!isRefused(trace.outcome) || !called) return {};
     if (isOfRecord(**failed)) return {};
     const std::string& description = (*failed)->error->description;
     if (!common.empty() && description != common) return {};
@@ -132,8 +134,8 @@ std::string stepWithNothingImported(const ImportResult& result) {
   }
   const std::string error = commonError(result.traces);
   if (error.empty()) return {};
-  return "Nothing was imported: the database refused every record for one reason (" + error +
-         "). When that is mended, or with another --database, import the file again.";
+  return "Nothing was imported: the database refused all that it was asked for one reason (" +
+         error + "). When that is mended, or with another --database, import the file again.";
 }
 
 }  // namespace

@@ -109,14 +109,20 @@ void makeDemoDatabase(const std::string& path) {
   cannotMake(path, "there is such a file already. Choose another path, or remove it first");
 }
 
-// A value in braces may contain semicolons, and a closing brace when it is doubled. When in doubt,
-// too much is masked: also what only looks like a password inside another value's braces.
+// A value in braces may contain semicolons, and a closing brace when it is doubled. Without braces
+// it must not, and one that does ends where a further keyword of connection strings begins. When in
+// doubt, too much is masked: also what only looks like a password inside another value's braces.
 std::string maskPasswords(std::string_view connectionString) {
   if (connectionString.size() > longestConnectionString) return "***";
-  // After a closing brace, or without one, the rest up to the next semicolon is masked as well:
-  // a password that is quoted wrongly must not show its end.
+  // After a closing brace, or without one, the rest is masked likewise: a password that is quoted
+  // wrongly must not show its end.
   static const std::regex password(
-      R"(((?:^|;|\{)\s*(?:pwd|password)\s*=)(\{(?:[^}]|\}\})*\}?[^;]*|[^;]*))", std::regex::icase);
+      R"(((?:^|;|\{)\s*(?:pwd|password)\s*=)(?:\{(?:[^}]|\}\})*\}?)?)"
+      R"([^;]*(?:;(?!\s*(?:app|charset|client ?charset|data ?source|database|description|driver)"
+      R"(|dsn|encrypt|file ?dsn|host(?:name)?|initial catalog|language|option|port|protocol|provider)"
+      R"(|pwd|password|server(?:name)?|socket|ssl\w*|sync\w*|tds_version|timeout|trust\w*|uid)"
+      R"(|user(?: ?(?:id|name))?|wsid)\s*=|\s*$)[^;]*)*)",
+      std::regex::icase);
   return std::regex_replace(std::string(connectionString), password, "$1***");
 }
 

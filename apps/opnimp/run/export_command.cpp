@@ -8,6 +8,7 @@
 #include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/report/export_report.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_session.h"
@@ -29,8 +30,8 @@ class Target {
       if (existed_) requireSalesmen();
       files_.openReplacement(path);
     } catch (const RuntimeError& failure) {
-      throw CannotOpen("the file " + path + " could not be written: " + failure.description() +
-                       ". Check the path and its permissions");
+      throw CannotOpen("the file " + path + " could not be written: " +
+                       fileErrorText(path, failure) + ". Check the path and its permissions");
     }
   }
   Target(const Target&) = delete;

@@ -156,6 +156,7 @@ class ImportCommand {
     } catch (const RunEnded& ended) {
       brokeOff(ended);
     }
+    tellOfLog();
     // A run that was refused early has no warnings yet, although they may explain the refusal.
     if (!began_ && result_.warnings.empty()) findWarningsNow();
   }
@@ -177,6 +178,13 @@ class ImportCommand {
     if (foresight_ != nullptr) foresight_->viewed(screen);
   }
 
+  /// The screen's messages may name the log, which a dry run does not write.
+  void tellOfLog() {
+    if (!arguments().dryRun || recorder_.lines().empty() || recorder_.shown().empty()) return;
+    progress_.erase();
+    streams_.err << "opnimp: a dry run writes no error log; the report has what would be in it.\n";
+  }
+
   void import(ScreenSession& session, const ImportScreen& screen) {
     // Both are read now, because the import empties the screen.
     result_.mapping = readMapping(screen);
@@ -189,6 +197,7 @@ class ImportCommand {
     // What the screen said of View and of --map is no answer to Import.
     report_.beginStep();
     const EventResult event = session.import();
+    requireCompany();
     // The error that stopped the run explains more than the state in which the screen was left.
     if (!report_.stop().empty()) {
       result_.brokeOff = report_.stop();
@@ -197,6 +206,21 @@ class ImportCommand {
     } else if (!report_.ended() && !wasRefused()) {
       result_.brokeOff = "the import did not say how it ended";
     }
+  }
+
+  /// A database without the tables that an import asks before its first record is no company's.
+  void requireCompany() const {
+    const auto& stop = report_.stopError();
+    const bool posted =
+        report_.begun() > 0 ||
+        std::ranges::count(recorder_.calls(), CallKind::Procedure, &RecordedCall::kind) > 0;
+    if (!stop || posted || !isOfSchema(*stop)) return;
+    throw CannotOpen("the database " + result_.database + " is none of this application: " +
+                     stop->description() + "; nothing was imported. Choose another --database");
+  }
+
+  static bool isOfSchema(const RuntimeError& error) {
+    return error.is(ErrorNumber::NoSuchTable) || error.is(ErrorNumber::CommandErrors);
   }
 
   /// The import's word that nothing was posted, as long as nothing seen speaks against it.
@@ -270,12 +294,10 @@ class ImportCommand {
 
   void writeRejects() {
     if (!rejects_) return;
-    try {
-      result_.rejectFiles = rejects_->write(*result_.input, result_.traces);
-    } catch (const CannotOpen& error) {
-      // The run is over already: its report must appear in any case.
-      result_.rejectsError = error.what();
-    }
+    // One that fails ends nothing: the run is over already, and its report must appear in any case.
+    RejectFiles::Written written = rejects_->write(*result_.input, result_.traces);
+    result_.rejectFiles = std::move(written.paths);
+    result_.rejectsError = std::move(written.failure);
   }
 
   /// Last of all: it tells what became of the other files.

@@ -14,26 +14,38 @@ namespace {
 constexpr std::size_t longestText = 120;
 constexpr std::string_view acceptsAll = "all";
 
-Warning& countedWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line) {
+// Several findings of one line count once.
+Warning& countedWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line,
+                        const std::string& field) {
   auto found = std::ranges::find(warnings, id, &Warning::id);
-  if (found == warnings.end()) found = warnings.insert(found, Warning{id, 0, {}, {}});
-  ++found->count;
-  // Several findings of one line count each, but name it once.
-  const bool listed = !found->lines.empty() && found->lines.back() == line;
-  if (line != wholeFile && !listed && found->lines.size() < mostWarningLines) {
+  if (found == warnings.end()) found = warnings.insert(found, Warning{id, 0, 0, {}, {}, {}});
+  const bool isNamed = field.empty() || std::ranges::count(found->fields, field) > 0;
+  if (!isNamed) found->fields.push_back(field);
+  if (line == wholeFile || line != found->lastLine) ++found->count;
+  if (line != wholeFile && line != found->lastLine && found->lines.size() < mostWarningLines) {
     found->lines.push_back(line);
   }
+  found->lastLine = line;
   return *found;
+}
+
+[[noreturn]] void refuseCode(const std::string& code) {
+  std::string text = "--accept: there is no harmful warning \"" + code + "\"; there is: ";
+  for (const WarningText& warning : allWarnings()) {
+    if (warning.harmful) text.append(warning.code).append(", ");
+  }
+  throw UsageError(text.append(acceptsAll));
 }
 
 }  // namespace
 
-void addWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line) {
-  countedWarning(warnings, id, line);
+void addWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line,
+                const std::string& field) {
+  countedWarning(warnings, id, line, field);
 }
 
 void addWarning(std::vector<Warning>& warnings, WarningId id, Misreading reading) {
-  countedWarning(warnings, id, reading.line).readings.push_back(std::move(reading));
+  countedWarning(warnings, id, reading.line, reading.field).readings.push_back(std::move(reading));
 }
 
 std::vector<std::string_view> notAccepted(std::span<const Warning> warnings,
@@ -49,17 +61,11 @@ std::vector<std::string_view> notAccepted(std::span<const Warning> warnings,
 }
 
 void checkAccepted(std::span<const std::string> accepted) {
-  std::string codes;
-  for (const WarningText& warning : allWarnings()) {
-    if (warning.harmful) codes.append(warning.code).append(", ");
-  }
-  codes.append(acceptsAll);
   for (const std::string& code : accepted) {
     const auto is = [&](const WarningText& warning) {
       return warning.harmful && warning.code == code;
     };
-    if (code == acceptsAll || std::ranges::any_of(allWarnings(), is)) continue;
-    throw UsageError("--accept: there is no harmful warning \"" + code + "\"; there is: " + codes);
+    if (code != acceptsAll && std::ranges::none_of(allWarnings(), is)) refuseCode(code);
   }
 }
 
