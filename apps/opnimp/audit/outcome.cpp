@@ -156,7 +156,7 @@ bool needsAttention(const RecordTrace& trace) {
   return isRefused(trace.outcome) || isDoubtful(trace.outcome) ||
          (isPosted(trace.outcome) && trace.outcome != Outcome::Posted) ||
          trace.outcome == Outcome::SkippedNotANumber ||
-         (trace.outcome == Outcome::Skipped && trace.said->warned);
+         (trace.outcome == Outcome::Skipped && (trace.said->warned || !trace.readings.empty()));
 }
 
 std::size_t needAttention(const Traces& traces) {

@@ -59,14 +59,13 @@ class DryRun {
 class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
  public:
   ImportCommand(const Arguments& arguments, const Streams& streams,
-                const Surroundings& surroundings, Recorder::Mode mode)
+                const Surroundings& surroundings)
       : streams_(streams),
         surroundings_(surroundings),
         progress_(streams.err, streams.errIsTerminal),
-        recorder_(mode),
-        report_(mode == Recorder::Mode::DryRun) {
+        recorder_(arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post),
+        report_(arguments.dryRun) {
     result_.arguments = arguments;
-    result_.arguments.dryRun = report_.isDryRun();
   }
 
   void foresee(const Foresight& foresight) {
@@ -358,14 +357,14 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
 void foreseeImport(const Arguments& arguments, const Streams& streams,
                    const Surroundings& surroundings, const Foresight& foresight) {
-  ImportCommand(arguments, streams, surroundings, Recorder::Mode::DryRun).foresee(foresight);
+  Arguments dry = arguments;
+  dry.dryRun = true;
+  ImportCommand(dry, streams, surroundings).foresee(foresight);
 }
 
 ExitStatus runImport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
-  const auto command = std::make_shared<ImportCommand>(
-      arguments, streams, surroundings,
-      arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post);
+  const auto command = std::make_shared<ImportCommand>(arguments, streams, surroundings);
   const ImportResult& result = command->run();
   (arguments.json ? writeImportJson : writeImportText)(result, streams.out);
   return result.status();
