@@ -22,11 +22,11 @@ void click(HWND window) {
   click({(at.left + at.right) / 2, (at.top + at.bottom) / 2});
 }
 
-void press(WORD code, bool alt) {
-  if (alt) sendKey(VK_MENU, 0, 0);
+void press(WORD code, WORD held) {
+  if (held != 0) sendKey(held, 0, 0);
   sendKey(code, 0, 0);
   sendKey(code, 0, KEYEVENTF_KEYUP);
-  if (alt) sendKey(VK_MENU, 0, KEYEVENTF_KEYUP);
+  if (held != 0) sendKey(held, 0, KEYEVENTF_KEYUP);
 }
 
 void type(std::wstring_view text) {

@@ -81,6 +81,9 @@ struct Traces {
   std::vector<const RecordedMessage*> runMessages;
 };
 
+/// How many records need attention.
+std::size_t needAttention(const Traces& traces);
+
 /// Sorts what was warned of, said and recorded by record and finds each outcome.
 Traces traceRecords(const ImportReport& report, const Recorder& recorder,
                     std::span<const Warning> warnings, std::size_t recordCount);

@@ -23,12 +23,16 @@ class RejectFiles {
   /// earlier run's .check or .rest file is there; a dry run, which writes neither, goes on.
   RejectFiles(const std::string& path, FileFormat format, bool dryRun);
 
+  struct Written {
+    std::vector<std::string> paths;
+    std::string failure;  ///< of those that could not be; empty: there are none
+  };
+
   /// The paths of all four, by File.
   static std::vector<std::string> touched(const std::string& path, FileFormat format);
 
   /// Writes FILE and its reasons, and the .check and .rest files where there is something for them.
-  /// Answers the paths written. Raises CannotOpen.
-  std::vector<std::string> write(const InputRecords& input, const Traces& traces) const;
+  Written write(const InputRecords& input, const Traces& traces) const;
 
  private:
   std::vector<std::string> paths_;

@@ -152,6 +152,7 @@ Json headJson(const ImportResult& result) {
           {"file", result.arguments.file},
           {"database", result.database},
           {"dryRun", result.isDryRun()},
+          {"accepted", result.arguments.accept},
           {"refused", orNull(result.refusal)},
           {"brokeOff", orNull(result.brokeOff)},
           {"rejectsError", orNull(result.rejectsError)},

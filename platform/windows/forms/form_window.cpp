@@ -89,7 +89,7 @@ void FormWindow::applyTabOrder() const {
 }
 
 void FormWindow::show() {
-  ShowWindow(handle_, SW_SHOWNORMAL);
+  applyVisible(SW_SHOWNORMAL);
   // The first one in the order of the Tab key; Windows does so for dialogs only.
   SetFocus(GetNextDlgTabItem(handle_, nullptr, FALSE));
 }
@@ -162,6 +162,9 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_ERASEBKGND:
       erase(reinterpret_cast<HDC>(wParam));
       return TRUE;
+    case WM_SYSCOLORCHANGE:
+      showSystemColors();
+      return 0;
     // Windows remembers the focused control for dialogs only.
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) focus_ = GetFocus();
@@ -218,6 +221,15 @@ void FormWindow::erase(HDC dc) const {
   GetClientRect(handle_, &all);
   SetDCBrushColor(dc, toColorRef(form_->number(Property::BackColor)));
   FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+}
+
+// Only top windows are told, and a colour of the model may be one of the system's.
+void FormWindow::showSystemColors() const {
+  for (const auto& window : controls_) {
+    SendMessageW(window->handle(), WM_SYSCOLORCHANGE, 0, 0);
+    window->propertyChanged(Property::BackColor);
+  }
+  RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
 }
 
 WindowState FormWindow::state() const {
@@ -290,7 +302,7 @@ void FormWindow::formChanged(Property property) {
       applyIcon();
       break;
     case Property::Visible:
-      applyVisible();
+      applyVisible(form_->visible() ? SW_SHOW : SW_HIDE);
       break;
     case Property::Enabled:
       EnableWindow(handle_, form_->flag(Property::Enabled) ? TRUE : FALSE);
@@ -344,9 +356,9 @@ void FormWindow::flush() {
 }
 
 // A state that was set while the window was hidden would have shown it, so that it is due now.
-void FormWindow::applyVisible() {
+void FormWindow::applyVisible(int command) {
   applying_ = true;
-  ShowWindow(handle_, form_->visible() ? SW_SHOW : SW_HIDE);
+  ShowWindow(handle_, command);
   applying_ = false;
   boundsChanged_ = true;
   changeLater();

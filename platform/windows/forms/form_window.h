@@ -52,12 +52,13 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
   LRESULT notify(NMHDR& header) const;
   LRESULT color(UINT message, WPARAM wParam, LPARAM lParam) const;
   void erase(HDC dc) const;
+  void showSystemColors() const;
   void moved(const WINDOWPOS& position);
   WindowState state() const;
   void changeLater();
   void flush();
   void applyBounds();
-  void applyVisible();
+  void applyVisible(int command);
   void applyIcon() const;
   LRESULT defaultHandling(UINT message, WPARAM wParam, LPARAM lParam) const {
     return DefWindowProcW(handle_, message, wParam, lParam);
