@@ -81,6 +81,19 @@ TEST_CASE("windows: keys and clicks that came in during a run are gone when it e
   }
 }
 
+TEST_CASE("windows: so they are when a file is viewed or salesmen are exported") {
+  InputScreen in(masterScreen);
+  chooseSalesmen(in.window);
+  in.world.desktop.chooseFile("out.xls");
+  in.screen->cmdview.setEnabled(true);
+  for (const char* work : {"&View", "&Export DS"}) {
+    sendClick(in.window.button("C&lose"));  // as if during the work: it is not taken before
+    SendMessageW(in.window.button(work), BM_CLICK, 0, 0);
+    pumpFor(100);
+    CHECK(in.screen->isOpen());
+  }
+}
+
 TEST_CASE("windows: mnemonics need Alt") {
   InputScreen in(customerScreen);
   in.world.view(*in.screen, oneRecord);

@@ -30,7 +30,9 @@ struct Arguments {
   std::optional<std::string> rejects;
   std::optional<std::string> report;
   std::optional<std::string> appFolder;
+  std::optional<int> waitSeconds;  ///< for one statement
   bool dryRun = false;
+  bool allOrNothing = false;
   bool json = false;
 };
 
