@@ -23,6 +23,8 @@ class Control : public PropertyBag {
 
   bool enabled() const { return flag(Property::Enabled); }
   void setEnabled(bool enabled) { setFlag(Property::Enabled, enabled); }
+  /// Enabled and visible, and so is what contains it.
+  bool reachable() const;
   void setFocus() { propertyChanged(Property::Focus); }
 
  protected:
@@ -38,8 +40,6 @@ class Control : public PropertyBag {
   void propertyChanged(Property property) override;
 
  private:
-  bool reachable() const;
-
   Form& form_;
   std::string_view typeName_;
   const Control* container_;

@@ -42,6 +42,7 @@ enum class Property : std::uint8_t {
   Columns,
   Rows,
   ChosenColumn,
+  TabOrder,
   Focus,
 };
 

@@ -159,9 +159,10 @@ class KeyboardHands final : public Hands {
     velk::press(VK_SPACE);
   }
 
+  // From the first column, wherever the keyboard's place in the header was before.
   void chooseField(HWND list, int column) const {
     tabTo(list);
-    velk::press(VK_HOME);
+    for (std::size_t i = columnTitles(list).size(); i > 0; --i) velk::press(VK_LEFT);
     for (int i = 0; i < column; ++i) velk::press(VK_RIGHT);
   }
 };

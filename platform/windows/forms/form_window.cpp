@@ -13,6 +13,7 @@
 #include "platform/windows/ole_picture.h"
 #include "platform/windows/pending_input.h"
 #include "platform/windows/wide_text.h"
+#include "ui/tab_order.h"
 
 namespace velk {
 
@@ -36,7 +37,7 @@ FormWindow::FormWindow(std::shared_ptr<Form> form, std::shared_ptr<void> keep)
     : keep_(std::move(keep)), form_(std::move(form)), scale_(Scale::ofDisplay()) {
   makeWindow();
   try {  // the destructor does not run for an object whose constructor fails
-    makeControls(nullptr, handle_);
+    makeControls();
   } catch (...) {
     destroy();
     throw;
@@ -64,20 +65,26 @@ void FormWindow::makeWindow() {
   applyIcon();
 }
 
-// In the order of the Tab key: as the controls stand on the screen, row by row. Those of a row
-// differ in height, so that only their middles are level.
-void FormWindow::makeControls(const Control* container, HWND parent) {
-  std::vector<Control*> controls(form_->controls().begin(), form_->controls().end());
-  std::erase_if(controls, [&](const Control* c) { return c->container() != container; });
-  std::ranges::stable_sort(controls, {}, [](const Control* control) {
-    const Bounds at = control->bounds();
-    return std::pair(at.top + at.height / 2, at.left);
-  });
-  for (Control* control : controls) {
-    auto window = makeControlWindow(*control, {parent, scale_, fonts_});
+// As they stand on the screen, so that each frame is there before what it contains.
+void FormWindow::makeControls() {
+  for (Control* control : orderOnScreen(*form_)) {
+    const ControlWindow* frame =
+        control->container() == nullptr ? nullptr : windowOf(*control->container());
+    const HWND parent = frame == nullptr ? handle_ : frame->handle();
+    if (auto window = makeControlWindow(*control, {parent, scale_, fonts_})) {
+      controls_.push_back(std::move(window));
+    }
+  }
+  applyTabOrder();
+}
+
+// The Tab key goes from the top of the stack of windows to its bottom.
+void FormWindow::applyTabOrder() const {
+  for (const Control* control : form_->tabOrder()) {
+    const ControlWindow* window = windowOf(*control);
     if (window == nullptr) continue;
-    const HWND handle = controls_.emplace_back(std::move(window))->handle();
-    makeControls(control, handle);
+    SetWindowPos(window->handle(), HWND_BOTTOM, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   }
 }
 
@@ -297,7 +304,17 @@ void FormWindow::formChanged(Property property) {
     case Property::Visible:
       applyVisible(form_->visible() ? SW_SHOW : SW_HIDE);
       break;
+    case Property::Enabled:
+      EnableWindow(handle_, form_->flag(Property::Enabled) ? TRUE : FALSE);
+      break;
+    case Property::Focus:
+      SetActiveWindow(handle_);
+      break;
+    case Property::TabOrder:
+      applyTabOrder();
+      break;
     case Property::hWnd:
+    case Property::Tag:
       break;
     default:
       // Put off: code sets several of these in a row, and each would resize the window.

@@ -116,8 +116,9 @@ void HeaderWindow::paintColumn(HDC dc, int column, const RECT& place) const {
   room.left += scale_.pixels(roomBefore);
   room.right -= scale_.pixels(roomBehind);
   const std::wstring title = toWide(look_.title(column));
+  // NOCLIP: the last letter's pixels may go beyond the text's width.
   DrawTextW(dc, title.c_str(), static_cast<int>(title.size()), &room,
-            DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX);
+            DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX | DT_NOCLIP);
 }
 
 // In the look of the list around it: themed only if the common controls are.
