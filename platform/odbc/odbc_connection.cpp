@@ -27,6 +27,7 @@ class DriverConnection final : public OdbcConnection,
   bool isLost() const override { return session_.isLost(); }
   void beginTransaction() override;
   void rollback() override;
+  std::string identity(bool mayStore) override;
 
   std::shared_ptr<Recordset> run(CommandType type, std::string_view text,
                                  const std::vector<CommandParameter>& parameters);
@@ -168,6 +169,26 @@ void DriverConnection::rollback() {
   // Before the mode is set back, which would commit what is open.
   session_.check(SQLEndTran(SQL_HANDLE_DBC, session_.handle(), SQL_ROLLBACK));
   setInTransaction(false);
+}
+
+std::string DriverConnection::identity(bool mayStore) {
+  const Dialect& dialect = session_.dialect();
+  if (dialect.identityQuery.empty()) {
+    return session_.information(SQL_SERVER_NAME) + "/" + session_.information(SQL_DATABASE_NAME);
+  }
+  if (mayStore) {
+    for (const std::string_view statement : dialect.makeIdentity) session_.executeNative(statement);
+  }
+  std::string id;
+  const auto read = [&] {
+    const auto row = Execute(dialect.identityQuery);
+    if (!row->isEOF()) id = toText(row->field(0));
+  };
+  // Without the table there is no id.
+  trapErrors(read, [&](const RuntimeError& error) {
+    if (!error.is(ErrorNumber::NoSuchTable)) throw RuntimeError(error);
+  });
+  return id;
 }
 
 // A connection string can neither quote nor contain characters beyond ASCII, but instead of a path

@@ -5,7 +5,7 @@
 namespace velk {
 
 struct RunEnded {
-  enum class Why { Interrupted, ConnectionLost };
+  enum class Why { Interrupted, ConnectionLost, JournalFailed };
   Why why;
 };
 

@@ -1,6 +1,7 @@
 // The command line.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,7 +18,7 @@ struct MapOption {
 };
 
 struct Arguments {
-  enum class Command { Import, Preview, Export, DemoDatabase };
+  enum class Command { Import, Preview, Export, DemoDatabase, Runs, Report, Reversal, Rejects };
 
   std::string answer;  ///< help or version to print, no command being run; empty otherwise
   Command command = Command::Import;
@@ -27,6 +28,9 @@ struct Arguments {
   std::vector<MapOption> maps;
   std::optional<std::string> rejects;
   std::optional<std::string> appFolder;
+  std::optional<std::string> journal;
+  std::uint64_t run = 0;  ///< the number of one in the journal
+  bool again = false;     ///< post what an earlier run posted, too
   bool dryRun = false;
   bool json = false;
 };

@@ -58,10 +58,32 @@ bool isNotReached(Outcome outcome) {
 /// Records that nobody has looked at yet must not be written over.
 void requireMoved(const std::string& path) {
   std::error_code error;
-  // A device such as /dev/null may be named again and again.
+  // What is no file cannot be written over, and is refused where it is opened.
   if (!std::filesystem::is_regular_file(path, error)) return;
-  throw UsageError(path + " is from an earlier run; move it first");
+  throw UsageError("there is a file " + path + " already; move it first, or choose another name");
 }
+
+/// A name for a file of this run's own, made for it or not at all.
+class Claim {
+ public:
+  explicit Claim(const std::string& path) : path_(path) {
+    if (NativeFileSystem().openExclusively(path)) return;
+    throw CannotOpen("the rejects file " + path +
+                     " was not written: somebody else has made a file " +
+                     "of that name since the run began");
+  }
+  Claim(const Claim&) = delete;
+  Claim& operator=(const Claim&) = delete;
+  ~Claim() {
+    std::error_code error;
+    if (!kept_) std::filesystem::remove(path_, error);
+  }
+  void keep() { kept_ = true; }
+
+ private:
+  const std::string& path_;
+  bool kept_ = false;
+};
 
 }  // namespace
 
@@ -72,12 +94,7 @@ std::vector<std::string> RejectFiles::touched(const std::string& path, FileForma
 
 RejectFiles::RejectFiles(const std::string& path, FileFormat format, bool dryRun)
     : paths_(touched(path, format)), dryRun_(dryRun) {
-  if (dryRun) {
-    requireMoved(paths_[Rejects]);  // what a real run refused must not give way to a trial
-  } else {
-    requireMoved(paths_[Check]);
-    requireMoved(paths_[Rest]);
-  }
+  for (const std::string& target : paths_) requireMoved(target);
   NativeFileSystem files;
   // A replacement that is never closed changes nothing.
   for (const std::string& target : paths_) attempt(target, [&] { files.openReplacement(target); });
@@ -87,13 +104,17 @@ std::vector<std::string> RejectFiles::write(const InputRecords& input, const Tra
   NativeFileSystem files;
   std::vector<std::string> written;
   const auto put = [&](const std::string& path, const auto& writeIt) {
-    attempt(path, writeIt);
+    attempt(path, [&] {
+      Claim claim(path);
+      writeIt();
+      claim.keep();
+    });
     written.push_back(path);
   };
   const auto putRecords = [&](const std::string& path, const std::vector<std::size_t>& records) {
     put(path, [&] { input.write(files, path, records); });
   };
-  // Written even if there is no such record: else an earlier run's rejects would remain there.
+  // Written even if there is no such record: that there is none is an answer, too.
   putRecords(paths_[Rejects], recordsOf(traces, isRefused));
   put(paths_[Reasons], [&] { writeFile(files, paths_[Reasons], reasons(input, traces)); });
   // Nothing was posted: there is nothing to look up, and the whole file is still to be imported.

@@ -19,8 +19,8 @@ class RejectFiles {
  public:
   enum File : std::size_t { Rejects, Reasons, Check, Rest };
 
-  /// Makes sure that all four can be written; raises CannotOpen. `path` is FILE. UsageError when an
-  /// earlier run's .check or .rest file is there; a dry run, which writes neither, goes on.
+  /// Makes sure that all four can be written; raises CannotOpen. `path` is FILE. UsageError when
+  /// one of them is there already: none is ever replaced.
   RejectFiles(const std::string& path, FileFormat format, bool dryRun);
 
   /// The paths of all four, by File.

@@ -156,6 +156,8 @@ Json headJson(const ImportResult& result) {
           {"brokeOff", orNull(result.brokeOff)},
           {"rejectsError", orNull(result.rejectsError)},
           {"errorLog", result.errorLog},
+          {"journal", orNull(result.journal)},
+          {"run", result.run == 0 ? Json() : Json(result.run)},
           {"mapping", mappingJson(result.mapping)},
           {"warnings", warningsJson(result.warnings, result.input->placeWord())},
           {"log", listOf(result.traces.runLines, lineJson)},

@@ -151,6 +151,7 @@ class TextReport {
     }
     out_ << '\n';
     writeErrorLog();
+    writeJournal();
     for (const std::string& path : result_.rejectFiles) {
       out_ << "Written:   " << printable(path) << '\n';
     }
@@ -159,6 +160,12 @@ class TextReport {
     }
     for (const std::string& step : nextSteps(result_))
       out_ << "Next:      " << printable(step) << '\n';
+  }
+
+  void writeJournal() {
+    if (result_.journal.empty()) return;
+    out_ << "Journal:   " << printable(result_.journal) << ", run " << result_.run
+         << "; it knows its own runs only\n";
   }
 
   void writeErrorLog() {

@@ -14,6 +14,7 @@
 #include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/ds_types.h"
+#include "apps/opnimp/run/import_journal.h"
 #include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_mapping.h"
@@ -90,6 +91,9 @@ class ImportCommand {
     result_.database = choice.shown;
     // Before the database is opened: a wrong --rejects must not make the default database.
     prepareRejects(choice);
+    journal_.emplace(arguments(), surroundings_, streams_.err);
+    checkWrites({"--journal", journal_->path(), {journal_->path()}}, choice, folder_,
+                arguments().file);
     database_ = openDatabase(choice, !arguments().database, surroundings_, streams_.err);
     // Before a record begins, so that no record is cut in two.
     report_.onRecord = [this](std::size_t record) {
@@ -136,6 +140,7 @@ class ImportCommand {
     findWarningsNow();
     requireRecords();
     endIfInterrupted();
+    journal_->begin(result_, database_, screenRecords_, report_, recorder_);
     began_ = true;
     // What the screen said of View and of --map is no answer to Import.
     report_.beginStep();
@@ -179,6 +184,10 @@ class ImportCommand {
       result_.brokeOff = "it was interrupted";
       return;
     }
+    if (ended.why == RunEnded::Why::JournalFailed) {
+      result_.brokeOff = "the journal could not be written";
+      return;
+    }
     result_.brokeOff = "the connection to the database was lost";
     const auto& calls = recorder_.calls();
     if (!calls.empty() && calls.back().error) {
@@ -198,6 +207,7 @@ class ImportCommand {
                                        screenRecords_, report_.ended()});
       writeRejects();
     }
+    journal_->end(result_, report_.ended());
   }
 
   /// So that the user can correct the salesmen who were refused.
@@ -225,6 +235,7 @@ class ImportCommand {
   ImportResult result_;
   std::string folder_;
   std::optional<RejectFiles> rejects_;
+  std::optional<ImportJournal> journal_;
   OpenDatabase database_;
   Progress progress_;
   Recorder recorder_;

@@ -1,6 +1,7 @@
 #include "apps/opnimp/run/surroundings.h"
 
 #include "platform/native/native_clock.h"
+#include "platform/native/native_state.h"
 #include "platform/odbc/odbc_connection.h"
 
 namespace velk {
@@ -12,9 +13,13 @@ Surroundings realSurroundings() {
               [](const std::string& connectionString) {
                 // All three members keep the connection alive.
                 const auto connection = openOdbc(connectionString);
-                return OpenDatabase{connection, [connection] { connection->beginTransaction(); },
-                                    [connection] { connection->rollback(); }};
-              }};
+                return OpenDatabase{
+                    connection, [connection] { connection->beginTransaction(); },
+                    [connection] { connection->rollback(); },
+                    [connection](bool mayStore) { return connection->identity(mayStore); }};
+              },
+          .stateFolder = stateFolder(),
+          .machineStart = machineStart()};
 }
 
 }  // namespace velk

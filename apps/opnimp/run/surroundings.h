@@ -16,6 +16,8 @@ struct OpenDatabase {
   std::shared_ptr<Connection> connection;
   std::function<void()> begin;
   std::function<void()> takeBack;
+  /// See OdbcConnection::identity; empty when it cannot be told.
+  std::function<std::string(bool mayStore)> identity = {};
 };
 
 struct Surroundings {
@@ -25,6 +27,8 @@ struct Surroundings {
   std::function<Date()> clock;
   /// Opens a database by its ODBC connection string. Raises RuntimeError.
   std::function<OpenDatabase(const std::string& connectionString)> openDatabase;
+  std::string stateFolder;   ///< where programs keep what they remember; empty: there is none
+  std::string machineStart;  ///< another text after each start of the machine
 };
 
 /// The machine's own clock and database drivers, and no interrupt.
