@@ -19,6 +19,8 @@ struct DateReading {
   /// True when the text reads as another date with month and day exchanged (03/04/2008): a file
   /// written month first would be misread without any error.
   bool ambiguous = false;
+  bool hasYear = true;  ///< else it is the current one
+  bool hasDay = true;   ///< else it is the first of the month
 };
 
 /// Reads a date text: day-month-year, else month-day-year, else year-month-day, whichever is the

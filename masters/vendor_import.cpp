@@ -16,16 +16,6 @@ bool isOneOf(std::string_view text, std::initializer_list<std::string_view> name
   return std::ranges::find(names, upper) != names.end();
 }
 
-// The defaults point in opposite directions: what is not first sales (1) is second sales (2), and
-// what is not outstation (2) is local (1).
-std::int32_t saleTypeCode(std::string_view saleType) {
-  return isOneOf(saleType, {"FIRST SALES", "FIRSTSALES"}) ? 1 : 2;
-}
-
-std::int32_t localityCode(std::string_view locality) {
-  return isOneOf(locality, {"OUTSTATION", "OUT STATION"}) ? 2 : 1;
-}
-
 /// What parameters are made of, beside the fields themselves.
 enum Source : std::size_t { SaleTypeCode = PanNumber + 1, LocalityCode, Zero, Empty, SourceCount };
 
@@ -48,6 +38,16 @@ std::array<ProcedureParameter, SourceCount> sourcesOf(const VendorRecord& vendor
 }
 
 }  // namespace
+
+// The defaults point in opposite directions: what is not first sales is second sales, and what is
+// not outstation is local.
+std::int32_t saleTypeCode(std::string_view saleType) {
+  return isOneOf(saleType, {"FIRST SALES", "FIRSTSALES"}) ? firstSales : secondSales;
+}
+
+std::int32_t localityCode(std::string_view locality) {
+  return isOneOf(locality, {"OUTSTATION", "OUT STATION"}) ? outstationLocality : localLocality;
+}
 
 void VendorImport::postRecord(std::size_t row) {
   VendorRecord vendor;

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "masters/file_import.h"
 
@@ -23,6 +25,15 @@ enum : std::size_t {
   PanNumber
 };
 }
+
+inline constexpr std::int32_t firstSales = 1;
+inline constexpr std::int32_t secondSales = 2;
+inline constexpr std::int32_t localLocality = 1;
+inline constexpr std::int32_t outstationLocality = 2;
+/// How a sale type and a locality are posted; letter case does not count.
+std::int32_t saleTypeCode(std::string_view saleType);
+std::int32_t localityCode(std::string_view locality);
+
 using VendorRecord = std::array<std::string, 10>;
 
 class VendorImport final : public FileImport {

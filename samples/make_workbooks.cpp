@@ -41,7 +41,7 @@ std::vector<Book> books() {
          "NO"},
         {"Ganpat Shelar", "22 Dhankawadi, Pune", "", "09422001122", "Rural", "Van Sales", "No"},
         {"Joseph D'Silva", "3 Fatima Nagar, Pune", "020-26811717", "9823098230", "Wholesale",
-         "Retail", "Yes"},
+         "Retail", "YES"},
         {"Kiran Pawar", "51 Chinchwad", "020-27453311", "9960112233", "Retail", "Institution",
          "NO"},
         {"Mangesh Gaikwad", "18 Hadapsar, Pune", "", "9881234509", "", "Retail", ""},

@@ -99,7 +99,7 @@ class Bookkeeper {
       addTo(*sums, amounts.bill, amounts.bill, amounts.balance);
     }
     checkWord(record, trace);
-    if (trace.outcome == Outcome::Skipped && (!file || file->bill != 0)) {
+    if (isSkipped(trace.outcome) && (!file || file->bill != 0)) {
       differAt(record, "the import skipped it, although the file has an amount");
     }
     addEffects(record, trace, amounts);

@@ -15,7 +15,9 @@ struct Name {
 constexpr std::array<Name, outcomeCount> names{{
     {"posted", "posted"},
     {"posted with warning", "posted-with-warning"},
+    {"posted as read", "posted-as-read"},
     {"skipped (zero amount)", "skipped"},
+    {"skipped: not a number", "skipped-not-a-number"},
     {"rejected", "rejected"},
     {"failed", "failed"},
     {"partial", "partial"},
@@ -68,7 +70,12 @@ bool isDoubtful(Outcome outcome) {
 }
 
 bool isPosted(Outcome outcome) {
-  return outcome == Outcome::Posted || outcome == Outcome::PostedWithWarning;
+  return outcome == Outcome::Posted || outcome == Outcome::PostedWithWarning ||
+         outcome == Outcome::PostedAsRead;
+}
+
+bool isSkipped(Outcome outcome) {
+  return outcome == Outcome::Skipped || outcome == Outcome::SkippedNotANumber;
 }
 
 bool isEffective(const RecordedCall& call) {
@@ -99,18 +106,22 @@ Outcome outcomeOf(const RecordTrace& trace) {
   if (t.made() == 0) {
     if (fate == Fate::Refused || fate == Fate::Stopped) return Outcome::Rejected;
     // A record that was begun and cut off before its first call is as good as not reached.
-    return fate == Fate::Skipped ? Outcome::Skipped : Outcome::NotReached;
+    if (fate != Fate::Skipped) return Outcome::NotReached;
+    const bool notANumber = std::ranges::any_of(trace.readings, &Misreading::skips);
+    return notANumber ? Outcome::SkippedNotANumber : Outcome::Skipped;
   }
   // Calls that failed late are not among these, since part of them may have taken effect.
   if (t.failed == t.made()) return Outcome::Failed;
   const bool cutShort = fate != Fate::Posted;
   if (t.failed > 0 || t.late > 0 || cutShort) return Outcome::Partial;
+  if (!trace.readings.empty()) return Outcome::PostedAsRead;
   return trace.said->warned ? Outcome::PostedWithWarning : Outcome::Posted;
 }
 
 bool needsAttention(const RecordTrace& trace) {
   return isRefused(trace.outcome) || isDoubtful(trace.outcome) ||
-         trace.outcome == Outcome::PostedWithWarning ||
+         (isPosted(trace.outcome) && trace.outcome != Outcome::Posted) ||
+         trace.outcome == Outcome::SkippedNotANumber ||
          (trace.outcome == Outcome::Skipped && trace.said->warned);
 }
 
@@ -125,11 +136,23 @@ std::string reasonOf(const RecordTrace& trace) {
     }
   }
   for (const std::string& text : trace.said->texts) add(reason, text);
+  // Of a record that was not even begun, nothing was read.
+  if (trace.outcome == Outcome::NotReached) return reason;
+  for (const Misreading* reading : trace.readings) add(reason, sentenceOf(*reading));
   return reason;
 }
 
+void addReadings(std::vector<RecordTrace>& records, std::span<const Warning> warnings) {
+  for (const Warning& warning : warnings) {
+    for (const Misreading& reading : warning.readings) {
+      records.at(reading.record).readings.push_back(&reading);
+    }
+  }
+}
+
 // A row beyond the file's records is nobody's: the account shows it as a stray.
-Traces traceRecords(const ImportReport& report, const Recorder& recorder, std::size_t recordCount) {
+Traces traceRecords(const ImportReport& report, const Recorder& recorder,
+                    std::span<const Warning> warnings, std::size_t recordCount) {
   Traces traces;
   traces.records.resize(recordCount);
   const auto recordAt = [&](std::size_t row) -> RecordTrace* {
@@ -153,6 +176,7 @@ Traces traceRecords(const ImportReport& report, const Recorder& recorder, std::s
     RecordTrace* record = recordAt(message.row);
     (record != nullptr ? record->messages : traces.runMessages).push_back(&message);
   }
+  addReadings(traces.records, warnings);
   for (std::size_t position = 0; position < recordCount; ++position) {
     RecordTrace& record = traces.records[position];
     // Only now, because an outcome is made from all the calls collected above.

@@ -5,26 +5,30 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "apps/opnimp/audit/import_report.h"
 #include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/warnings/warnings.h"
 
 namespace velk {
 
 enum class Outcome {
   Posted,
   PostedWithWarning,
-  Skipped,     ///< zero amount
-  Rejected,    ///< refused, or stopped by an error, before anything was called that posts it
-  Failed,      ///< no call took effect
-  Partial,     ///< some did
-  Unknown,     ///< a call had no answer
-  NotReached,  ///< not even looked up
+  PostedAsRead,       ///< accepted, although it is read otherwise than written
+  Skipped,            ///< zero amount
+  SkippedNotANumber,  ///< accepted, although its amount reads as 0
+  Rejected,           ///< refused, or stopped by an error, before anything was called that posts it
+  Failed,             ///< no call took effect
+  Partial,            ///< some did
+  Unknown,            ///< a call had no answer
+  NotReached,         ///< not even looked up
 };
-inline constexpr std::size_t outcomeCount = 8;
+inline constexpr std::size_t outcomeCount = static_cast<std::size_t>(Outcome::NotReached) + 1;
 
 /// For reports, such as "posted with warning".
 std::string_view outcomeName(Outcome outcome);
@@ -35,13 +39,16 @@ bool isRefused(Outcome outcome);
 /// Partial and unknown: something of it may be.
 bool isDoubtful(Outcome outcome);
 bool isPosted(Outcome outcome);
+bool isSkipped(Outcome outcome);
 
-/// Everything said and seen of one record. The pointers are into report and recorder.
+/// Everything said and seen of one record. The pointers are into report, recorder and
+/// warnings.
 struct RecordTrace {
   const RecordReport* said = nullptr;
   std::vector<const RecordedCall*> calls;
   std::vector<const RecordedLine*> lines;
   std::vector<const RecordedMessage*> messages;
+  std::vector<const Misreading*> readings;  ///< what of it is read otherwise than written
   Outcome outcome = Outcome::NotReached;
 };
 
@@ -74,7 +81,11 @@ struct Traces {
   std::vector<const RecordedMessage*> runMessages;
 };
 
-/// Sorts what was said and recorded by record and finds each outcome.
-Traces traceRecords(const ImportReport& report, const Recorder& recorder, std::size_t recordCount);
+/// Adds to each record what is read of it otherwise than written.
+void addReadings(std::vector<RecordTrace>& records, std::span<const Warning> warnings);
+
+/// Sorts what was warned of, said and recorded by record and finds each outcome.
+Traces traceRecords(const ImportReport& report, const Recorder& recorder,
+                    std::span<const Warning> warnings, std::size_t recordCount);
 
 }  // namespace velk

@@ -31,6 +31,10 @@ const std::string journalHelp =
 const std::string againHelp =
     "post opening balances also if an earlier run of the journal\n"
     "posted them";
+const std::string acceptHelp =
+    "import although values are read otherwise than they are\n"
+    "written, as the screens do: codes of the harmful warnings to\n"
+    "accept, separated by commas, or all";
 const std::string exportHelp =
     "write all salesmen to an .xls workbook, with drop-down lists of\n"
     "their DS types; a workbook of that name is replaced";
@@ -39,10 +43,11 @@ const std::string footer =
 
 Exit status:
   0  everything was posted, or exported
-  1  some records were not, or not wholly: see the report
-  2  refused: the file, its columns or the mapping do not do, or the file to export to is open
-     in another program; nothing was imported or exported
-  3  the command line makes no sense
+  1  some records were not, or not wholly, or not as they are written: see the report
+  2  refused: the file, its columns or the mapping do not do, values would be read otherwise
+     than they are written, or the file to export to is open in another program; nothing was
+     imported or exported
+  3  the command line makes no sense, or names no database
   4  a file or the database could not be opened or written; nothing was imported or exported
   5  the run broke off, or its account does not add up)";
 
@@ -155,6 +160,7 @@ class CommandLine {
     addFile(*rejects, "the new file; see --rejects of import");
     addText({import, exporting}, "--database", "STRING", arguments_.database, databaseHelp);
     addMap({import, preview});
+    addAccept({import, preview});
     addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
     addText({import, runs, report, reversal, rejects}, "--journal", "PATH", arguments_.journal,
@@ -226,6 +232,15 @@ class CommandLine {
       command->add_option_function<std::vector<std::string>>("--map", take, mapHelp)
           ->allow_extra_args(false)
           ->type_name("\"Field=Column\"");
+    }
+  }
+
+  void addAccept(Apps commands) {
+    for (CLI::App* const command : commands) {
+      command->add_option("--accept", arguments_.accept, acceptHelp)
+          ->allow_extra_args(false)
+          ->delimiter(',')
+          ->type_name("CODE,...");
     }
   }
 

@@ -26,6 +26,7 @@ struct Arguments {
   std::string file;  ///< to import, preview or export to, or the database to make
   std::optional<std::string> database;
   std::vector<MapOption> maps;
+  std::vector<std::string> accept;  ///< codes of harmful warnings, or "all"
   std::optional<std::string> rejects;
   std::optional<std::string> appFolder;
   std::optional<std::string> journal;

@@ -139,10 +139,18 @@ RecordedMessage readMessage(EntryReader& from) {
   return shown;
 }
 
+void writeTexts(EntryWriter& to, const std::vector<std::string>& texts) {
+  to.list(texts, [](EntryWriter& each, const std::string& text) { each.text(text); });
+}
+
+std::vector<std::string> readTexts(EntryReader& from) {
+  return from.list<std::string>([](EntryReader& each) { return each.text(); });
+}
+
 void writeSaid(EntryWriter& to, const RecordReport& said) {
   writeEnum(to, said.fate);
   to.byte(said.warned ? 1 : 0).number(said.posting.calls).number(said.posting.failed);
-  to.list(said.texts, [](EntryWriter& each, const std::string& text) { each.text(text); });
+  writeTexts(to, said.texts);
 }
 
 RecordReport readSaid(EntryReader& from) {
@@ -151,7 +159,7 @@ RecordReport readSaid(EntryReader& from) {
   said.warned = readFlag(from);
   said.posting.calls = from.number();
   said.posting.failed = from.number();
-  said.texts = from.list<std::string>([](EntryReader& each) { return each.text(); });
+  said.texts = readTexts(from);
   return said;
 }
 
@@ -180,6 +188,7 @@ void write(EntryWriter& to, const RunStart& run) {
   to.text(run.user).text(run.version).text(run.machineStart).text(run.kind).text(run.file);
   writeDigest(to, run.fileHash);
   to.text(run.database).text(run.databaseId).text(run.errorLog);
+  writeTexts(to, run.accepted);
   to.list(run.mapping, writeField);
   writeOptional(to, run.screenRecords);
   to.number(run.resumes).number(run.firstRecord);
@@ -199,6 +208,7 @@ RunStart readRunStart(EntryReader from) {
   }
   run.fileHash = readDigest(from);
   for (std::string* text : {&run.database, &run.databaseId, &run.errorLog}) *text = from.text();
+  run.accepted = readTexts(from);
   run.mapping = from.list<FieldMapping>(readField);
   run.screenRecords = readOptional<long long>(from);
   run.resumes = from.number();

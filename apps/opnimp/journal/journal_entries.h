@@ -34,6 +34,7 @@ struct RunStart {
   std::string database;    ///< as shown: without passwords
   std::string databaseId;  ///< the same for the same database, however it is named
   std::string errorLog;
+  std::vector<std::string> accepted;  ///< codes of harmful warnings
   std::vector<FieldMapping> mapping;
   std::optional<long long> screenRecords;  ///< as the screen counted them
   std::uint64_t resumes = 0;               ///< the run that it goes on with; 0: none

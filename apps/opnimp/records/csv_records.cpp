@@ -40,14 +40,21 @@ bool CsvRecords::isWorkbook() const {
   return xls::CompoundFile::recognises(bytes_) || bytes_.starts_with("PK\x03\x04");
 }
 
-std::vector<std::string> CsvRecords::fields(std::size_t record, QuotedComma quotedComma,
-                                            std::size_t most) const {
+std::vector<std::string> CsvRecords::fields(std::size_t record, std::size_t most) const {
+  std::vector<std::string> fields = split(record, QuotedComma::Drop, most);
+  for (std::string& field : fields) field = withoutQuotes(std::move(field));
+  return fields;
+}
+
+// No more than asked for are made: a hostile line may have millions.
+std::vector<std::string> CsvRecords::split(std::size_t record, QuotedComma quotedComma,
+                                           std::size_t most) const {
   std::string line = CodePage::windows1252().decode(bytesOf(record));
   line.resize(markFields(line.data(), line.size(), quotedComma));
   std::vector<std::string> fields;
   for (std::size_t start = 0; fields.size() < most && start <= line.size();) {
     const std::size_t end = std::min(line.find(fieldEnd, start), line.size());
-    fields.push_back(withoutQuotes(line.substr(start, end - start)));
+    fields.push_back(line.substr(start, end - start));
     start = end + 1;  // a mark at the end of the line makes an empty last field
   }
   return fields;

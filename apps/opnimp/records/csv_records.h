@@ -23,17 +23,19 @@ class CsvRecords final : public InputRecords {
   /// Lines as an editor counts: the line feeds before it, and one.
   RecordPlace place(std::size_t record) const override { return records_[record]; }
   std::string_view placeWord() const override { return "line"; }
-  std::vector<std::string> fields(std::size_t record, std::size_t most) const override {
-    return fields(record, QuotedComma::Drop, most);
+  std::vector<std::string> fields(std::size_t record, std::size_t most) const override;
+  /// A record's fields as they are written, at most `most`, quotes and the commas inside them kept.
+  std::vector<std::string> writtenFields(std::size_t record, std::size_t most) const {
+    return split(record, QuotedComma::Keep, most);
   }
-  std::vector<std::string> fields(std::size_t record, QuotedComma quotedComma,
-                                  std::size_t most) const;
   std::string refusal(const ImportKind& kind) const override;
   /// The bytes of header and records, each line ended by carriage return + line feed.
   void write(FileSystem& files, std::string_view path,
              std::span<const std::size_t> records) const override;
 
  private:
+  std::vector<std::string> split(std::size_t record, QuotedComma quotedComma,
+                                 std::size_t most) const;
   std::string_view bytesOf(const RecordPlace& place) const {
     return std::string_view(bytes_).substr(place.offset, place.length);
   }

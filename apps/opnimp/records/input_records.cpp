@@ -1,5 +1,7 @@
 #include "apps/opnimp/records/input_records.h"
 
+#include <utility>
+
 #include "base/errors.h"
 #include "shared/csv_text.h"
 
@@ -18,6 +20,11 @@ std::string withoutQuotes(std::string field) {
     field.clear();
   }
   return field;
+}
+
+std::string previewCell(std::string written) {
+  std::erase(written, ',');
+  return withoutQuotes(std::move(written));
 }
 
 }  // namespace velk

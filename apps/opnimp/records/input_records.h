@@ -51,4 +51,8 @@ class InputRecords {
 /// is empty.
 std::string withoutQuotes(std::string field);
 
+/// What the preview makes of a field as it is written: each comma in it stood inside quotes, and is
+/// dropped; then it loses its quotes.
+std::string previewCell(std::string written);
+
 }  // namespace velk

@@ -21,14 +21,17 @@ std::size_t skippedWithWarning(const Traces& traces) {
   }));
 }
 
+std::size_t needAttention(const Traces& traces) {
+  return static_cast<std::size_t>(std::ranges::count_if(traces.records, needsAttention));
+}
+
 std::size_t doubtfulRecords(const Account& account) {
   return account.count(Outcome::Partial) + account.count(Outcome::Unknown);
 }
 
 /// Records that somebody has to look at once more, the run having reached them all.
 std::size_t recordsLeft(const ImportResult& result) {
-  return refusedRecords(result.account) + doubtfulRecords(result.account) +
-         skippedWithWarning(result.traces) + result.input->unreadRows().size();
+  return needAttention(result.traces) + result.input->unreadRows().size();
 }
 
 /// A constraint or a text too long: it is the record that has to be corrected.
@@ -91,6 +94,12 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
   addAllowedDsTypes(result, steps);
   add("Look at", skippedWithWarning(result.traces), "skipped record", "skipped records",
       " with a balance but a bill amount of 0: nothing was posted for them.");
+  add("Look at", account.count(Outcome::SkippedNotANumber), "skipped record", "skipped records",
+      " with a bill amount that is not read as a number: nothing was posted for them.");
+  add("Look at", account.count(Outcome::PostedAsRead), "record", "records",
+      " posted as read and not as written.");
+  add("Look at", account.count(Outcome::PostedWithWarning), "record", "records",
+      " posted with a warning.");
   add("Import", result.input->unreadRows().size(), "row", "rows",
       " after the first blank row, where reading ended: copy them, under the captions, to a "
       "workbook of their own.");

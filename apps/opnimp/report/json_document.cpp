@@ -40,10 +40,20 @@ Json mappingJson(const std::vector<FieldMapping>& mapping) {
 Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWord) {
   Json list = Json::array();
   for (const Warning& warning : warnings) {
-    list.push_back({{"code", warning.code},
-                    {"text", warning.text},
+    Json readings = Json::array();
+    for (const Misreading& reading : warning.readings) {
+      readings.push_back({{"record", reading.record + 1},
+                          {std::string(placeWord), reading.line},
+                          {"field", orNull(reading.field)},
+                          {"text", reading.text},
+                          {"readAs", reading.readAs}});
+    }
+    list.push_back({{"code", warning.code()},
+                    {"harmful", warning.harmful()},
+                    {"text", warning.text()},
                     {"count", warning.count},
-                    {std::string(placeWord) + "s", warning.lines}});
+                    {std::string(placeWord) + "s", warning.lines},
+                    {"readings", std::move(readings)}});
   }
   return list;
 }

@@ -1,6 +1,7 @@
 #include "apps/opnimp/report/report_parts.h"
 
 #include <algorithm>
+#include <span>
 
 #include "apps/opnimp/cli/printable.h"
 
@@ -16,6 +17,19 @@ std::string placeList(const Warning& warning, std::string_view placeWord) {
     text.append(i == 0 ? "" : ", ").append(std::to_string(warning.lines[i]));
   }
   return warning.count > warning.lines.size() ? text + ", ..." : text;
+}
+
+// More than a person reads of one warning; the JSON report lists all.
+constexpr std::size_t mostReadingsListed = 20;
+
+void writeReadings(const Warning& warning, std::string_view placeWord, std::ostream& out) {
+  for (const Misreading& reading :
+       std::span(warning.readings).first(std::min(warning.readings.size(), mostReadingsListed))) {
+    out << "      " << placeWord << ' ' << reading.line << ": " << printable(sentenceOf(reading))
+        << '\n';
+  }
+  if (warning.readings.size() <= mostReadingsListed) return;
+  out << "      ... and " << grouped(warning.readings.size() - mostReadingsListed) << " more\n";
 }
 
 }  // namespace
@@ -57,8 +71,9 @@ void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeW
   if (warnings.empty()) return;
   out << "\nWarnings\n";
   for (const Warning& warning : warnings) {
-    out << "  " << warning.code << " (" << grouped(warning.count) << placeList(warning, placeWord)
-        << ")\n    " << warning.text << '\n';
+    out << "  " << warning.code() << " (" << grouped(warning.count) << placeList(warning, placeWord)
+        << ")\n    " << (warning.harmful() ? "HARMFUL: " : "") << warning.text() << '\n';
+    writeReadings(warning, placeWord, out);
   }
 }
 

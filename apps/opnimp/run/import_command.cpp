@@ -85,6 +85,7 @@ class ImportCommand {
 
   /// Everything that can fail before anything is posted.
   void prepare() {
+    checkAccepted(arguments().accept);
     folder_ = applicationFolder(arguments().appFolder);
     result_.input = readInput(arguments());
     const DatabaseChoice choice = chooseDatabase(arguments().database);
@@ -139,6 +140,7 @@ class ImportCommand {
     screenRecords_ = screen.RecordCount();
     findWarningsNow();
     requireRecords();
+    requireAccepted();
     endIfInterrupted();
     journal_->begin(result_, database_, screenRecords_, report_, recorder_);
     began_ = true;
@@ -167,6 +169,15 @@ class ImportCommand {
     if (result_.input->count() > 0 || unmapped.empty()) return;
     const std::string fault = result_.input->refusal(kind());
     throw Refused(fault.empty() ? "the file has no records, and " + unmappedText(unmapped) : fault);
+  }
+
+  /// A file that the screen itself refuses is left to it: it says what has to be mended first.
+  void requireAccepted() const {
+    const bool refused = !unmappedFields(result_.mapping, kind().mandatory).empty() ||
+                         !result_.input->refusal(kind()).empty();
+    if (refused) return;
+    const std::string misread = misreadingsText(result_.warnings, arguments());
+    if (!misread.empty()) throw Refused(misread);
   }
 
   void endIfInterrupted() const {
@@ -200,7 +211,7 @@ class ImportCommand {
       result_.refusal = runRefusalText(*report_.refusal(), *result_.input, result_.mapping, kind());
     }
     // Of a refused run, too: the report lists the log lines of the run as a whole.
-    result_.traces = traceRecords(report_, recorder_, result_.input->count());
+    result_.traces = traceRecords(report_, recorder_, result_.warnings, result_.input->count());
     if (!result_.refused()) {
       findAllowedDsTypes();
       result_.account = drawUpAccount({kind(), *result_.input, result_.mapping, result_.traces,

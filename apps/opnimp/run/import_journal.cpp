@@ -50,6 +50,8 @@ void ImportJournal::begin(ImportResult& result, const OpenDatabase& database,
   }
   if (result.isDryRun()) return;
   told_.resize(run.records.size());
+  expected_.resize(run.records.size());
+  addReadings(expected_, result.warnings);
   try {
     run_.emplace(JournalFile(std::move(journal_.file), journal_.index.end), run);
   } catch (const RuntimeError& error) {
@@ -77,6 +79,7 @@ RunStart ImportJournal::describe(const ImportResult& result, const OpenDatabase&
   // What cannot be told is known by how it is named.
   if (run.databaseId.empty()) run.databaseId = result.database;
   run.errorLog = result.errorLog;
+  run.accepted = result.arguments.accept;
   run.mapping = result.mapping;
   run.screenRecords = screenRecords;
   run.records = hashRecords(*result.arguments.kind, *result.input, result.mapping,
@@ -99,7 +102,7 @@ void ImportJournal::listen(ImportReport& report, const Recorder& recorder) {
 
 void ImportJournal::recordEnds(std::size_t record, const ImportReport& report,
                                const Recorder& recorder) {
-  RecordTrace trace;
+  RecordTrace trace = std::move(expected_[record]);
   trace.said = &report.record(record);
   pointTo(trace.calls, recorder.calls(), mark_.calls);
   pointTo(trace.lines, recorder.lines(), mark_.lines);

@@ -53,6 +53,7 @@ class ImportJournal {
   OpenJournal journal_;
   std::optional<RunJournal> run_;  // empty: nothing is written
   Mark mark_;
+  std::vector<RecordTrace> expected_;         // what is read of each record otherwise than written
   std::vector<std::optional<Outcome>> told_;  // by record
   std::size_t begun_ = 0;
   std::string failure_;

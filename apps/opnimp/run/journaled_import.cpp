@@ -73,6 +73,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   const RunStart& start = run_.start;
   result_.arguments.kind = &kindOf(start);
   result_.arguments.file = start.file;
+  result_.arguments.accept = start.accepted;
   result_.database = start.database;
   result_.input = recordsOf(kind(), start.fileBytes);
   result_.mapping = start.mapping;
@@ -97,6 +98,7 @@ void JournaledImport::trace(const RunSummary& summary) {
     throw CannotOpen("the journal " + result_.journal + " contradicts itself about run " +
                      std::to_string(result_.run));
   }
+  addReadings(traces.records, result_.warnings);
   for (const RecordEnd& ended : run_.records) {
     RecordTrace& trace = traces.records.at(ended.record);
     trace.said = &ended.said;

@@ -38,6 +38,16 @@ std::string unmappedText(const std::string& fields) {
          "; rename the column, or use --map \"Field=Column\"";
 }
 
+std::string misreadingsText(const std::vector<Warning>& warnings, const Arguments& arguments) {
+  const auto codes = notAccepted(warnings, arguments.accept);
+  if (codes.empty()) return {};
+  std::string listed;
+  for (const std::string_view code : codes) listed.append(listed.empty() ? "" : ",").append(code);
+  return "what would be posted is not what is written. Correct what the warnings name, or import "
+         "it as it is read, with --accept " +
+         listed;
+}
+
 // In the order in which the user has to mend things: the file, its columns, its values.
 std::string runRefusalText(const Said& refusal, const InputRecords& input,
                            const std::vector<FieldMapping>& mapping, const ImportKind& kind) {

@@ -5,9 +5,10 @@
 #include <vector>
 
 #include "apps/opnimp/audit/import_report.h"
-#include "apps/opnimp/cli/kinds.h"
+#include "apps/opnimp/cli/arguments.h"
 #include "apps/opnimp/records/field_mapping.h"
 #include "apps/opnimp/records/input_records.h"
+#include "apps/opnimp/warnings/warnings.h"
 
 namespace velk {
 
@@ -18,6 +19,10 @@ std::string viewRefusalText(const ImportReport& report, const InputRecords& inpu
 /// Of a file that the screen viewed and did not import.
 std::string runRefusalText(const Said& refusal, const InputRecords& input,
                            const std::vector<FieldMapping>& mapping, const ImportKind& kind);
+
+/// Of a file of which values would be read otherwise than they are written; empty if all of these
+/// are accepted.
+std::string misreadingsText(const std::vector<Warning>& warnings, const Arguments& arguments);
 
 /// Of a file in which no column is mapped to some of the mandatory fields.
 std::string unmappedText(const std::string& fields);

@@ -53,35 +53,20 @@ bool hasDecimalComma(std::string_view text) {
 }  // namespace
 
 // Each check may rely on what those before it exclude.
-WarningText checkAmount(std::string_view cell) {
+std::optional<WarningId> checkAmount(std::string_view cell) {
   const std::string_view text = trim(cell);
   std::string read(text);  // the import reads an amount without its commas
   std::erase(read, ',');
-  if (text.empty()) return {};
-  if (std::ranges::none_of(text, isDigit))
-    return {"amount-not-a-number", "A text without a number reads as 0; a bill of 0 is skipped."};
-  if (isBeyondRange(read))
-    return {"amount-too-large",
-            "An amount is beyond the range of numbers: the import stops at this record. Correct it "
-            "first."};
-  if (hasDecimalComma(text))
-    return {"amount-decimal-comma",
-            "Commas are dropped and only a point marks decimals: \"1.234,50\" reads as 1.2345 and "
-            "\"12,50\" as 1250."};
+  if (text.empty()) return std::nullopt;
+  if (std::ranges::none_of(text, isDigit)) return WarningId::AmountNotANumber;
+  if (isBeyondRange(read)) return WarningId::AmountTooLarge;
+  if (hasDecimalComma(text)) return WarningId::AmountDecimalComma;
   // Most amounts end here: what follows is about those of which only a part is read.
-  if (parseNumber(read)) return {};
-  if (has(read, '('))
-    return {"amount-in-parentheses",
-            "An amount in parentheses reads as 0. Write a negative amount with a minus in front."};
-  if (read.ends_with('-'))
-    return {"amount-trailing-minus",
-            "A minus behind an amount is not seen: it reads as positive. Write it in front."};
-  if (!has("+-.0123456789", read.front()))
-    return {"amount-currency", "An amount with a currency sign or other text in front reads as 0."};
-  if (has(read, ' '))
-    return {"amount-blank-inside", "An amount ends at a blank inside it: 1 234 reads as 1."};
-  return {"amount-partly-read",
-          "Only the number at the start of an amount is read, the rest is ignored."};
+  if (parseNumber(read)) return std::nullopt;
+  if (has(read, '(')) return WarningId::AmountInParentheses;
+  if (read.ends_with('-')) return WarningId::AmountTrailingMinus;
+  if (!has("+-.0123456789", read.front())) return WarningId::AmountCurrency;
+  return has(read, ' ') ? WarningId::AmountBlankInside : WarningId::AmountPartlyRead;
 }
 
 }  // namespace velk

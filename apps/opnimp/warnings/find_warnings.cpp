@@ -1,25 +1,56 @@
 #include "apps/opnimp/warnings/find_warnings.h"
 
+#include <optional>
+
+#include "apps/opnimp/warnings/lost_columns.h"
+#include "apps/opnimp/warnings/master_check.h"
+#include "apps/opnimp/warnings/opening_check.h"
+#include "apps/opnimp/warnings/row_check.h"
 #include "apps/opnimp/warnings/warnings_text.h"
-#include "apps/opnimp/warnings/warnings_values.h"
 #include "apps/opnimp/warnings/warnings_workbook.h"
 
 namespace velk {
 
+namespace {
+
+/// One pass over the records for all that is checked of them.
+void checkRecords(const CheckedFile& file, std::vector<Warning>& warnings) {
+  RowCheck rows(file);
+  OpeningCheck openings(file);
+  // Without a mapping nobody knows which columns contain amounts, dates or names.
+  std::optional<LostColumns> columns;
+  if (!file.mapping.empty()) columns.emplace(file);
+  for (std::size_t position = 0; position < file.input.count(); ++position) {
+    const CheckedRecord record(file, position);
+    // The values of a broken row are not where they belong.
+    if (!rows.check(record, warnings) || !columns) continue;
+    columns->check(record, warnings);
+    if (file.kind.opening != nullptr) {
+      openings.check(record, rows.wasRepeated(), warnings);
+    } else {
+      checkMaster(record, warnings);
+    }
+  }
+  openings.finish(warnings);
+}
+
+}  // namespace
+
 std::vector<Warning> findWarnings(const InputRecords& input, const ImportKind& kind,
                                   const std::vector<FieldMapping>& mapping, int currentYear) {
   std::vector<Warning> warnings;
-  // Without a mapping nobody knows which columns contain amounts, dates or names.
-  const bool mapped = !mapping.empty();
   if (const auto* const workbook = dynamic_cast<const WorkbookRecords*>(&input)) {
     // Such a file is refused as a whole.
     if (!workbook->hasCaptions()) return {};
     warnOfCells(*workbook, warnings);
-    if (mapped) warnOfSalesmen(*workbook, mapping, warnings);
+    if (!mapping.empty()) warnOfSalesmen(*workbook, mapping, warnings);
   } else if (const auto* const csv = dynamic_cast<const CsvRecords*>(&input)) {
     if (csv->isWorkbook()) return {};  // it is refused as a whole
     warnOfText(*csv, kind, warnings);
-    if (mapped) warnOfValues(*csv, kind, mapping, currentYear, warnings);
+    // Quotes count in the titles as in the records: both are separated by one rule.
+    checkRecords(
+        {*csv, kind, mapping, currentYear, isUtf8(csv->bytes()), countFields(csv->header())},
+        warnings);
   }
   return warnings;
 }

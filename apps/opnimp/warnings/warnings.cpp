@@ -1,18 +1,72 @@
 #include "apps/opnimp/warnings/warnings.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 
 namespace velk {
 
-void addWarning(std::vector<Warning>& warnings, const WarningText& warning, std::size_t line) {
-  if (warning.code.empty()) return;
-  auto found = std::ranges::find(warnings, warning.code, &Warning::code);
-  if (found == warnings.end()) found = warnings.insert(found, Warning{warning, 0, {}});
+namespace {
+
+// A row may be of any length, and these texts stand in the middle of sentences.
+constexpr std::size_t longestText = 120;
+constexpr std::string_view acceptsAll = "all";
+
+Warning& counted(std::vector<Warning>& warnings, WarningId id, std::size_t line) {
+  auto found = std::ranges::find(warnings, id, &Warning::id);
+  if (found == warnings.end()) found = warnings.insert(found, Warning{id, 0, {}, {}});
   ++found->count;
   // Several findings of one line count each, but name it once.
   const bool listed = !found->lines.empty() && found->lines.back() == line;
-  if (line == wholeFile || listed || found->lines.size() == mostWarningLines) return;
-  found->lines.push_back(line);
+  if (line != wholeFile && !listed && found->lines.size() < mostWarningLines) {
+    found->lines.push_back(line);
+  }
+  return *found;
+}
+
+}  // namespace
+
+void addWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line) {
+  counted(warnings, id, line);
+}
+
+void addWarning(std::vector<Warning>& warnings, WarningId id, Misreading reading) {
+  counted(warnings, id, reading.line).readings.push_back(std::move(reading));
+}
+
+std::vector<std::string_view> notAccepted(std::span<const Warning> warnings,
+                                          std::span<const std::string> accepted) {
+  std::vector<std::string_view> codes;
+  for (const Warning& warning : warnings) {
+    const bool taken = std::ranges::any_of(accepted, [&](const std::string& code) {
+      return code == acceptsAll || code == warning.code();
+    });
+    if (warning.harmful() && !taken) codes.push_back(warning.code());
+  }
+  return codes;
+}
+
+void checkAccepted(std::span<const std::string> accepted) {
+  for (const std::string& code : accepted) {
+    const auto is = [&](const WarningText& warning) {
+      return warning.harmful && warning.code == code;
+    };
+    if (code == acceptsAll || std::ranges::any_of(allWarnings(), is)) continue;
+    std::string codes;
+    for (const WarningText& warning : allWarnings()) {
+      if (warning.harmful) codes.append(warning.code).append(", ");
+    }
+    throw UsageError("--accept: there is no harmful warning \"" + code + "\"; there is: " + codes +
+                     std::string(acceptsAll));
+  }
+}
+
+std::string sentenceOf(const Misreading& reading) {
+  const std::string written = "\"" + cutTo(reading.text, longestText) + "\"";
+  return (reading.field.empty() ? written : reading.field + " " + written) + " is read as " +
+         cutTo(reading.readAs, longestText);
 }
 
 }  // namespace velk

@@ -1,28 +1,54 @@
-// Things about a file that change nothing in how it is imported, but that its owner would want to
-// know before, because the result is often not what was meant.
+// What the owner of a file would want to know before it is imported. A warning is harmful when
+// what would be posted is not what is written, and else a note.
 #pragma once
 
 #include <cstddef>
+#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include "apps/opnimp/warnings/warning_texts.h"
+
 namespace velk {
 
-/// An empty code says that nothing is wrong.
-struct WarningText {
-  std::string_view code;  ///< for programs
-  std::string_view text;  ///< what it means for the import
+/// One value, or record, that is read otherwise than it is written.
+struct Misreading {
+  std::size_t record = 0;  ///< by its position, from 0
+  std::size_t line = 0;    ///< or row of a sheet
+  std::string field;       ///< its title; empty: the record as a whole
+  std::string text;        ///< as it is written
+  std::string readAs;      ///< what the import makes of it, such as "50000"
+  bool skips = false;      ///< it is a bill that reads as 0, and so skips its record
 };
 
-struct Warning : WarningText {
-  std::size_t count = 0;           ///< how often it was found
-  std::vector<std::size_t> lines;  ///< the first lines, or rows of a sheet; empty: the whole file
+struct Warning {
+  WarningId id;
+  std::size_t count = 0;             ///< how often it was found
+  std::vector<std::size_t> lines;    ///< the first lines, or rows of a sheet; empty: the whole file
+  std::vector<Misreading> readings;  ///< all findings of a harmful one
+
+  std::string_view code() const { return warningText(id).code; }
+  std::string_view text() const { return warningText(id).text; }
+  bool harmful() const { return warningText(id).harmful; }
 };
 
 inline constexpr std::size_t mostWarningLines = 5;
 inline constexpr std::size_t wholeFile = 0;  ///< in place of a line
 
-/// Counts one more finding, unless the code is empty; `line` is wholeFile if it has none.
-void addWarning(std::vector<Warning>& warnings, const WarningText& warning, std::size_t line);
+/// Counts one more finding of a note; `line` is wholeFile if it has none.
+void addWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line);
+/// The same of a harmful warning.
+void addWarning(std::vector<Warning>& warnings, WarningId id, Misreading reading);
+
+/// Codes of the harmful ones that are not accepted; `accepted` holds codes, or "all".
+std::vector<std::string_view> notAccepted(std::span<const Warning> warnings,
+                                          std::span<const std::string> accepted);
+
+/// Raises UsageError for a code that no harmful warning has.
+void checkAccepted(std::span<const std::string> accepted);
+
+/// Such as: Bill Amount "500,00" is read as 50000.
+std::string sentenceOf(const Misreading& reading);
 
 }  // namespace velk

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <set>
+#include <map>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "base/text.h"
+#include "masters/salesman_import.h"
+#include "masters/salesman_workbook.h"
 
 namespace velk {
 
@@ -14,35 +18,27 @@ namespace {
 constexpr std::array<std::string_view, 7> errorValues{"#NULL!", "#DIV/0!", "#VALUE!", "#REF!",
                                                       "#NAME?", "#NUM!",   "#N/A"};
 
-constexpr WarningText rowNotRead{
-    "rows-not-read",
-    "Reading ends at the first row that is blank in columns A to E: a row with data from there on "
-    "is not read. Remove the blank row."};
-constexpr WarningText otherColumns{"other-columns", "Columns after the seventh (G) are not read."};
-constexpr WarningText duplicateSalesman{
-    "duplicate-salesmen",
-    "A row above has this salesman already: both rows are posted, and the later one usually "
-    "replaces the earlier."};
-constexpr WarningText noDsType{"no-ds-type", "A salesman without a DSType is refused."};
+/// What is wrong with a text, and what is made of it.
+struct CellDoubt {
+  WarningId warning;
+  std::string readAs;
+};
 
-WarningText checkCell(std::string_view text) {
-  if (std::ranges::count(errorValues, text) > 0)
-    return {"error-values",
-            "The formula of a cell has no result; what is read is its error, such as #N/A."};
+std::optional<CellDoubt> checkCell(const std::string& text) {
+  if (std::ranges::count(errorValues, text) > 0) {
+    return CellDoubt{WarningId::ErrorValues, "the text " + text};
+  }
   // A text between two quotes loses only these, which its writer expects.
-  if (text.starts_with('"') && (text.size() < 2 || !text.ends_with('"')))
-    return {"leading-quote",
-            "A text that begins with a double quote loses it, and its last character, too."};
-  return {};
+  if (!text.starts_with('"') || (text.size() > 1 && text.ends_with('"'))) return std::nullopt;
+  return CellDoubt{WarningId::LeadingQuote, "\"" + withoutQuotes(text) + "\""};
 }
 
 // YES keeps its meaning in capital letters only, NO in any.
-WarningText checkHandheld(std::string_view value) {
-  if (value.empty() || value == "YES" || equalsIgnoringCase(value, "NO")) return {};
-  if (equalsIgnoringCase(value, "YES"))
-    return {"handheld-yes-becomes-no",
-            "Only YES in capital letters is saved as yes: Yes and yes are saved as No. Write YES."};
-  return {"handheld-becomes-no", "A HandHeld DS value that is neither YES nor NO is saved as No."};
+std::optional<CellDoubt> checkHandheld(std::string_view value) {
+  const std::string saved(savedHandheld(value));
+  if (value.empty() || equalsIgnoringCase(value, saved)) return std::nullopt;
+  const bool yes = equalsIgnoringCase(value, "YES");
+  return CellDoubt{yes ? WarningId::HandheldYesBecomesNo : WarningId::HandheldBecomesNo, saved};
 }
 
 /// A cell as the import reads names and handheld values.
@@ -53,15 +49,21 @@ std::string unquotedAndTrimmed(const std::string& cell) {
 }  // namespace
 
 void warnOfCells(const WorkbookRecords& input, std::vector<Warning>& warnings) {
-  for (const std::size_t row : input.unreadRows()) addWarning(warnings, rowNotRead, row);
+  for (const std::size_t row : input.unreadRows()) {
+    addWarning(warnings, WarningId::RowsNotRead, row);
+  }
   // The pick lists come after these columns; the export itself has written those.
   if (!input.isBlank(1, WorkbookRecords::lastColumn + 1, dsTypeList.listColumn - 1)) {
-    addWarning(warnings, otherColumns, 1);
+    addWarning(warnings, WarningId::OtherColumns, 1);
   }
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t row = input.place(record).line;
     for (const int column : importedSalesmanColumns) {
-      addWarning(warnings, checkCell(input.text(static_cast<int>(row), column)), row);
+      const std::string text = input.text(static_cast<int>(row), column);
+      const auto doubt = checkCell(text);
+      if (!doubt) continue;
+      const std::string caption(salesmanCaptions.at(static_cast<std::size_t>(column) - 1));
+      addWarning(warnings, doubt->warning, Misreading{record, row, caption, text, doubt->readAs});
     }
   }
 }
@@ -69,17 +71,27 @@ void warnOfCells(const WorkbookRecords& input, std::vector<Warning>& warnings) {
 void warnOfSalesmen(const WorkbookRecords& input, const std::vector<FieldMapping>& mapping,
                     std::vector<Warning>& warnings) {
   // In lower case, so that names which differ only in case count as one.
-  std::set<std::string, std::less<>> names;
+  std::map<std::string, std::size_t, std::less<>> rows;
   for (std::size_t record = 0; record < input.count(); ++record) {
     const std::size_t row = input.place(record).line;
     const auto fields = input.fields(record, mappedWidth(mapping));
     const auto cell = [&](std::size_t field) { return mappedCell(fields, mapping, field); };
+    const auto warn = [&](WarningId id, std::size_t field, std::string text, std::string readAs) {
+      addWarning(
+          warnings, id,
+          Misreading{record, row, mapping.at(field).field, std::move(text), std::move(readAs)});
+    };
     const std::string name = unquotedAndTrimmed(cell(salesmanField::Name));
-    const bool repeated = !name.empty() && !names.insert(lowerAscii(name)).second;
-    if (repeated) addWarning(warnings, duplicateSalesman, row);
-    if (cell(salesmanField::DSType).empty()) addWarning(warnings, noDsType, row);
+    const auto [earlier, isNew] = rows.emplace(lowerAscii(name), row);
+    if (!name.empty() && !isNew) {
+      warn(WarningId::DuplicateSalesmen, salesmanField::Name, name,
+           "the salesman of row " + std::to_string(earlier->second));
+    }
+    if (cell(salesmanField::DSType).empty()) addWarning(warnings, WarningId::NoDsType, row);
     const std::string handheld = unquotedAndTrimmed(cell(salesmanField::HandHeldDS));
-    addWarning(warnings, checkHandheld(handheld), row);
+    if (const auto doubt = checkHandheld(handheld)) {
+      warn(doubt->warning, salesmanField::HandHeldDS, handheld, doubt->readAs);
+    }
   }
 }
 

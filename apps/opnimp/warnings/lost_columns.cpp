@@ -1,0 +1,120 @@
+#include "apps/opnimp/warnings/lost_columns.h"
+
+#include <algorithm>
+#include <array>
+
+#include "base/date_reader.h"
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::string_view noDate = "nothing: the document gets the default date";
+constexpr std::string_view noReference = "nothing: the document gets no reference";
+constexpr std::string_view noValue = "nothing";
+
+/// Letters and digits of a title, in lower case: "Bill_No." is "billno".
+std::string plain(std::string_view title) {
+  std::string name;
+  for (const char c : lowerAscii(title)) {
+    if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) name += c;
+  }
+  return name;
+}
+
+bool isReferenceTitle(const std::string& name) {
+  // As people title the number of a document.
+  constexpr std::array<std::string_view, 11> names{"billno",  "billnum", "invoice",  "invno",
+                                                   "voucher", "vchno",   "docno",    "documentno",
+                                                   "docnum",  "docref",  "reference"};
+  const auto contained = [&](std::string_view part) {
+    return name.find(part) != std::string::npos;
+  };
+  // "Invoice Date" and "Invoice Amount" are no numbers of documents.
+  if (contained("date") || contained("amount") || contained("value")) return false;
+  return name.starts_with("ref") || std::ranges::any_of(names, contained);
+}
+
+/// Whether the column has values, and all of them read as dates.
+bool hasDates(const CheckedFile& file, std::size_t column) {
+  bool found = false;
+  for (std::size_t record = 0; record < file.input.count(); ++record) {
+    const auto fields = file.input.fields(record, column + 1);
+    if (column >= fields.size() || trim(fields[column]).empty()) continue;
+    if (!readDate(fields[column], file.currentYear)) return false;
+    found = true;
+  }
+  return found;
+}
+
+bool isUsed(const CheckedFile& file, std::size_t column) {
+  return std::ranges::count(file.mapping, column, &FieldMapping::column) > 0;
+}
+
+}  // namespace
+
+// Only what could be meant for a field that has no other column, or for one that has another.
+LostColumns::LostColumns(const CheckedFile& file) {
+  const std::string header = CodePage::windows1252().decode(file.input.header());
+  std::size_t column = 0;
+  for (const std::string& title : splitLine(header, QuotedComma::Drop)) {
+    if (!isUsed(file, column)) look(file, column, std::string(trim(title)));
+    ++column;
+  }
+}
+
+void LostColumns::look(const CheckedFile& file, std::size_t column, const std::string& title) {
+  const auto twin = std::ranges::find_if(file.mapping, [&](const FieldMapping& entry) {
+    return entry.column && equalsIgnoringCase(trim(entry.title), title);
+  });
+  if (twin != file.mapping.end()) {
+    lost_.push_back({column, title, WarningId::ColumnTwice, {}, twin->column});
+  } else if (file.kind.opening != nullptr) {
+    lookInOpening(file, column, title);
+  } else {
+    lookInMaster(file, column, title);
+  }
+}
+
+// Such files may have columns for other purposes; only dates and references are recognised.
+void LostColumns::lookInOpening(const CheckedFile& file, std::size_t column,
+                                const std::string& title) {
+  const std::string name = plain(title);
+  std::string_view readAs;
+  if (!file.isMapped(openingField::date) &&
+      (name.find("date") != std::string::npos || hasDates(file, column))) {
+    readAs = noDate;
+  } else if (!file.isMapped(openingField::reference) && isReferenceTitle(name)) {
+    readAs = noReference;
+  } else {
+    return;
+  }
+  lost_.push_back({column, title, WarningId::ColumnNotMapped, std::string(readAs), std::nullopt});
+}
+
+// These files have the columns of their kind and no others. One with the name of a field that is
+// not mapped lacks its first value.
+void LostColumns::lookInMaster(const CheckedFile& file, std::size_t column,
+                               const std::string& title) {
+  const bool isField = std::ranges::any_of(file.mapping, [&](const FieldMapping& entry) {
+    return !entry.column && equalsIgnoringCase(trim(entry.field), title);
+  });
+  const WarningId warning = isField ? WarningId::FirstValueEmpty : WarningId::ColumnNotMapped;
+  lost_.push_back({column, title, warning, std::string(noValue), std::nullopt});
+}
+
+void LostColumns::check(const CheckedRecord& record, std::vector<Warning>& warnings) const {
+  const auto cell = [&](std::size_t column) {
+    return column < record.fields.size() ? previewCell(record.fields[column]) : std::string();
+  };
+  for (const Lost& lost : lost_) {
+    std::string text = cell(lost.column);
+    if (lost.instead ? text == cell(*lost.instead) : trim(text).empty()) continue;
+    const std::string readAs = lost.instead ? quotedOrNothing(cell(*lost.instead)) : lost.readAs;
+    addWarning(warnings, lost.warning,
+               Misreading{record.record, record.line(), lost.title, std::move(text), readAs});
+  }
+}
+
+}  // namespace velk

@@ -1,0 +1,33 @@
+// Columns of a file that hold what an import would post, but are not mapped to their field.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "apps/opnimp/warnings/checked_record.h"
+
+namespace velk {
+
+class LostColumns {
+ public:
+  explicit LostColumns(const CheckedFile& file);
+
+  void check(const CheckedRecord& record, std::vector<Warning>& warnings) const;
+
+ private:
+  struct Lost {
+    std::size_t column;
+    std::string title;
+    WarningId warning;
+    std::string readAs;                  ///< what is posted in the place of its values
+    std::optional<std::size_t> instead;  ///< the column of the same title that is used
+  };
+
+  void look(const CheckedFile& file, std::size_t column, const std::string& title);
+  void lookInOpening(const CheckedFile& file, std::size_t column, const std::string& title);
+  void lookInMaster(const CheckedFile& file, std::size_t column, const std::string& title);
+
+  std::vector<Lost> lost_;
+};
+
+}  // namespace velk

@@ -1,0 +1,134 @@
+#include "apps/opnimp/warnings/opening_check.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "apps/opnimp/warnings/amount_check.h"
+#include "apps/opnimp/warnings/date_check.h"
+#include "apps/opnimp/warnings/text_check.h"
+#include "base/errors.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "base/values.h"
+
+namespace velk {
+
+namespace {
+
+/// How many times the next largest sum a party's must be, to be far from all others.
+constexpr double farFromOthers = 50;
+/// With fewer parties there is nothing to compare with.
+constexpr std::size_t fewestParties = 3;
+
+/// As the import reads it; empty beyond the range of numbers, where it stops.
+std::optional<double> amountOf(const CheckedRecord& record, std::size_t field) {
+  try {
+    return leadingNumber(record.read(field));
+  } catch (const RuntimeError&) {
+    return std::nullopt;
+  }
+}
+
+std::string textOf(const std::optional<double>& amount) {
+  return amount ? toText(Value(*amount)) : "no number, and the import stops there";
+}
+
+void checkAmountOf(const CheckedRecord& record, std::size_t field,
+                   const std::optional<double>& amount, std::vector<Warning>& warnings) {
+  std::string text = withoutQuotes(record.written(field));
+  const auto doubt = checkAmount(text);
+  if (!doubt) return;
+  Misreading reading = record.misreading(field, std::move(text), textOf(amount));
+  reading.skips = field == openingField::bill && amount == 0;
+  if (reading.skips) reading.readAs += ", and the record is skipped";
+  addWarning(warnings, *doubt, std::move(reading));
+}
+
+}  // namespace
+
+void OpeningCheck::check(const CheckedRecord& record, bool repeated,
+                         std::vector<Warning>& warnings) {
+  // Databases compare codes without letter case.
+  const std::string party = lowerAscii(trim(record.read(openingField::code)));
+  checkCode(record, warnings);
+  checkText(record, openingField::reference, warnings);
+  // An equal row is a warning already.
+  if (!repeated) checkReference(record, party, warnings);
+  checkDocumentDate(record, warnings);
+  checkAmounts(record, party, warnings);
+}
+
+void OpeningCheck::finish(std::vector<Warning>& warnings) const {
+  for (const Misreading& reading : bothWays_) {
+    if (monthFirst_) {
+      addWarning(warnings, WarningId::DateOrderUncertain, reading);
+    } else {
+      addWarning(warnings, WarningId::DateReadsBothWays, reading.line);
+    }
+  }
+  warnOfSums(warnings);
+}
+
+void OpeningCheck::checkCode(const CheckedRecord& record, std::vector<Warning>& warnings) const {
+  const std::string code = record.read(openingField::code);
+  checkText(record, openingField::code, warnings);
+  if (trim(code) == code) return;
+  addWarning(warnings, WarningId::BlanksAroundCode,
+             record.misreading(openingField::code, code, "\"" + code + "\", blanks included"));
+}
+
+void OpeningCheck::checkReference(const CheckedRecord& record, const std::string& party,
+                                  std::vector<Warning>& warnings) {
+  const std::string reference = record.read(openingField::reference);
+  const std::string key = lowerAscii(trim(reference));
+  if (key.empty()) return;
+  const auto [earlier, isNew] = lines_.emplace(party + '\0' + key, record.line());
+  if (isNew) return;
+  addWarning(warnings, WarningId::SameReference,
+             record.misreading(
+                 openingField::reference, reference,
+                 "a further document beside that of line " + std::to_string(earlier->second)));
+}
+
+void OpeningCheck::checkDocumentDate(const CheckedRecord& record, std::vector<Warning>& warnings) {
+  const std::string text = record.read(openingField::date);
+  // Without a text for invalid dates, the kind raises an error for them, which ends its run.
+  const auto doubt = checkDate(text, file_.currentYear, file_.kind.opening->invalidDate.empty());
+  if (!doubt) return;
+  Misreading reading = record.misreading(openingField::date, text, doubt->readAs);
+  if (doubt->id == WarningId::DateReadsBothWays) {
+    bothWays_.push_back(std::move(reading));
+  } else if (doubt->id == WarningId::DateMonthFirst) {
+    monthFirst_ = true;
+    addWarning(warnings, doubt->id, record.line());
+  } else {
+    addWarning(warnings, doubt->id, std::move(reading));
+  }
+}
+
+void OpeningCheck::checkAmounts(const CheckedRecord& record, const std::string& party,
+                                std::vector<Warning>& warnings) {
+  const auto bill = amountOf(record, openingField::bill);
+  const auto balance = amountOf(record, openingField::balance);
+  checkAmountOf(record, openingField::bill, bill, warnings);
+  checkAmountOf(record, openingField::balance, balance, warnings);
+  if (!bill || !balance) return;
+  if (*bill * *balance < 0) {
+    addWarning(warnings, WarningId::OppositeSigns,
+               record.misreading(openingField::balance, record.read(openingField::balance),
+                                 textOf(-*balance)));
+  }
+  parties_.try_emplace(party, Party{0, record.line()}).first->second.sum += *balance;
+}
+
+void OpeningCheck::warnOfSums(std::vector<Warning>& warnings) const {
+  if (parties_.size() < fewestParties) return;
+  std::vector<Party> parties;
+  for (const auto& [code, party] : parties_) parties.push_back({std::abs(party.sum), party.line});
+  std::ranges::partial_sort(parties, parties.begin() + 2, std::ranges::greater(), &Party::sum);
+  if (parties[1].sum > 0 && parties[0].sum > farFromOthers * parties[1].sum) {
+    addWarning(warnings, WarningId::SumFarFromOthers, parties[0].line);
+  }
+}
+
+}  // namespace velk

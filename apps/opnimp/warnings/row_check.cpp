@@ -1,0 +1,69 @@
+#include "apps/opnimp/warnings/row_check.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+// Doubled quotes count twice and so change nothing.
+bool endsInsideQuotes(std::string_view line) {
+  return std::ranges::count(line, '"') % 2 != 0;
+}
+
+/// What the import takes from a row, field by field.
+std::string valuesRead(const CheckedRecord& row) {
+  std::string values;
+  for (std::size_t field = 0; field < row.file.mapping.size(); ++field) {
+    if (!row.file.isMapped(field)) continue;
+    values.append(values.empty() ? "" : ", ").append(row.file.mapping[field].field);
+    values.append(" ").append(quotedOrNothing(row.read(field)));
+  }
+  return values.empty() ? "no value at all" : values;
+}
+
+std::string textOf(const CheckedRecord& row) {
+  return CodePage::windows1252().decode(row.file.input.bytesOf(row.record));
+}
+
+}  // namespace
+
+bool RowCheck::check(const CheckedRecord& row, std::vector<Warning>& warnings) {
+  const auto [earlier, isNew] = lines_.emplace(input_.bytesOf(row.record), row.line());
+  repeated_ = !isNew;
+  if (repeated_) {
+    addWarning(warnings, WarningId::EqualRows,
+               Misreading{row.record,
+                          row.line(),
+                          {},
+                          textOf(row),
+                          "the row of line " + std::to_string(earlier->second) + " once more"});
+  }
+  const auto fault = faultOf(row);
+  if (!fault) return true;
+  addWarning(warnings, *fault,
+             Misreading{row.record, row.line(), {}, textOf(row), valuesRead(row)});
+  return false;
+}
+
+// Broken quotes and NUL bytes change the number of fields, too, and explain it.
+std::optional<WarningId> RowCheck::faultOf(const CheckedRecord& row) {
+  if (const auto fault = quoteFault(row.record)) return fault;
+  if (input_.bytesOf(row.record).find('\0') != std::string_view::npos) return WarningId::NulBytes;
+  const std::size_t fields = countFields(input_.bytesOf(row.record));
+  if (fields == columns_) return std::nullopt;
+  return fields < columns_ ? WarningId::ShortLines : WarningId::LongLines;
+}
+
+// An open quote here and one more in the next record: most likely one value with a line break.
+std::optional<WarningId> RowCheck::quoteFault(std::size_t record) {
+  const bool isEnd = goesOn_;
+  goesOn_ = false;
+  if (!endsInsideQuotes(input_.bytesOf(record))) return std::nullopt;
+  goesOn_ = !isEnd && record + 1 < input_.count() && endsInsideQuotes(input_.bytesOf(record + 1));
+  return isEnd || goesOn_ ? WarningId::LineBreakInQuotes : WarningId::UnbalancedQuotes;
+}
+
+}  // namespace velk

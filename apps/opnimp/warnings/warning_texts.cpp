@@ -1,0 +1,145 @@
+#include "apps/opnimp/warnings/warning_texts.h"
+
+#include <cstddef>
+#include <iterator>
+
+namespace velk {
+
+namespace {
+
+constexpr bool note = false;
+constexpr bool harmful = true;
+
+// In the order of WarningId.
+constexpr WarningText texts[] = {
+    {"byte-order-mark", note,
+     "The file begins with a byte-order mark, which becomes part of the first title: that column "
+     "is not mapped by its name. Save the file without it, or use --map with #1."},
+    {"utf-16", note,
+     "The file is in UTF-16, of which no title or value is understood. Save it as windows-1252 "
+     "text."},
+    {"utf-8", harmful,
+     "The file looks like UTF-8, but is read as windows-1252: letters beyond ASCII come out as two "
+     "or three others. Save it as windows-1252 (\"ANSI\")."},
+    {"bare-line-feeds", note,
+     "Lines end at carriage return + line feed only: what follows a bare line feed belongs to the "
+     "same record. Save the file with Windows line ends."},
+    {"bare-carriage-returns", note,
+     "Lines end at carriage return + line feed only: a bare carriage return is part of a value. "
+     "Save the file with Windows line ends."},
+    {"nul-bytes", harmful,
+     "A NUL byte splits a field in two. The file may be damaged, or be in UTF-16."},
+    {"undefined-bytes", note,
+     "A byte that windows-1252 does not define is kept as a control character. The file may be in "
+     "another code page."},
+    {"no-records", note, "The file has no records behind its first line."},
+    {"too-many-records", note, "More records than can be imported in one go. Split the file."},
+    {"semicolon-separated", note,
+     "The titles are separated by semicolons; only commas separate. Save the file with commas."},
+    {"tab-separated", note,
+     "The titles are separated by tabs; only commas separate. Save the file with commas."},
+    {"quoted-titles", note,
+     "A title keeps its quotes and so matches no field by name. Remove them, or use --map."},
+    {"blank-titles", note, "A column without a title matches no field; use --map with #N."},
+    {"duplicate-titles", note,
+     "A title stands twice: of two columns that match a field the later is used."},
+    {"column-twice", harmful,
+     "Two columns have the title of one field and different values: the later column is used. "
+     "Rename the other."},
+    {"column-not-mapped", harmful,
+     "A column is not mapped to any field, and its values are not imported. Rename it, or use "
+     "--map."},
+    {"first-value-empty", harmful,
+     "A column is not mapped by its name because the first record has no value in it: none of its "
+     "values is imported. Give that record one, or use --map."},
+    {"short-lines", harmful,
+     "A line has fewer fields than there are titles: the missing ones are empty."},
+    {"long-lines", harmful,
+     "A line has more fields than there are titles: the further ones are left out, and values may "
+     "stand in wrong columns. An amount such as 1,250.00 needs quotes, or no comma."},
+    {"line-break-in-quotes", harmful,
+     "A quoted value seems to go on in the next line. A line break always ends a record: the two "
+     "halves are two records."},
+    {"unbalanced-quotes", harmful,
+     "A quote is missing: the commas behind it do not separate, so that the rest of the line is "
+     "one value."},
+    {"equal-rows", harmful, "A row is there twice, and each is posted. Remove one of them."},
+    {"same-reference", harmful,
+     "A party has the same reference twice, and each record is posted. Remove one of them, or "
+     "correct its reference."},
+    {"quoted-commas", harmful,
+     "A comma inside quotes is dropped from the value: \"Smith, John\" becomes Smith John."},
+    {"leading-quote", harmful,
+     "A text that begins with a double quote loses it, and its last character, too."},
+    {"blanks-around-code", harmful,
+     "A code has blanks around it, and is looked up and posted with them. Remove them."},
+    {"amount-not-a-number", harmful, "A text without a number reads as 0; a bill of 0 is skipped."},
+    {"amount-too-large", harmful,
+     "An amount is beyond the range of numbers: the import stops at this record. Correct it "
+     "first."},
+    {"amount-decimal-comma", harmful,
+     "Commas are dropped and only a point marks decimals: \"1.234,50\" reads as 1.2345 and "
+     "\"12,50\" as 1250."},
+    {"amount-in-parentheses", harmful,
+     "An amount in parentheses reads as 0. Write a negative amount with a minus in front."},
+    {"amount-trailing-minus", harmful,
+     "A minus behind an amount is not seen: it reads as positive. Write it in front."},
+    {"amount-currency", harmful,
+     "An amount with a currency sign or other text in front reads as 0."},
+    {"amount-blank-inside", harmful, "An amount ends at a blank inside it: 1 234 reads as 1."},
+    {"amount-partly-read", harmful,
+     "Only the number at the start of an amount is read, the rest is ignored."},
+    {"opposite-signs", harmful,
+     "Bill amount and balance have opposite signs: the balance is posted with the sign of the "
+     "bill. Give both the same sign."},
+    {"sum-far-from-others", note,
+     "The balances of one party come to more than fifty times those of any other. Look at its "
+     "amounts once more."},
+    {"date-unreadable", harmful,
+     "A date cannot be read: the import stops there, unless the code is unknown. Correct it "
+     "first."},
+    {"date-month-first", note,
+     "A date makes sense only with the month first. Dates are read day first: if the file has the "
+     "month first, those that read both ways are taken wrongly."},
+    {"date-reads-both-ways", note,
+     "A date reads day first and month first; it is taken day first: 03/04/2008 is 3 April."},
+    {"date-order-uncertain", harmful,
+     "A date reads day first and month first and is taken day first, but other dates of this file "
+     "have the month first. Write all dates day first, or with the month by its name."},
+    {"date-without-year", harmful, "A date without a year is taken as one of the current year."},
+    {"date-without-day", harmful, "A date without a day is taken as the first of its month."},
+    {"date-long-past", harmful,
+     "A date lies more than fifty years back. A year of two digits from 30 on is one of the 1900s, "
+     "and programs write a day of 1899 or 1900 for a date that is missing."},
+    {"locality-unknown", harmful,
+     "A Locality that is not Outstation, or Out Station, is taken as local."},
+    {"sale-type-unknown", harmful,
+     "A Sale Type that is not First Sales, or FirstSales, is taken as second sales."},
+    {"rows-not-read", note,
+     "Reading ends at the first row that is blank in columns A to E: a row with data from there on "
+     "is not read. Remove the blank row."},
+    {"other-columns", note, "Columns after the seventh (G) are not read."},
+    {"error-values", harmful,
+     "The formula of a cell has no result; what is read is its error, such as #N/A."},
+    {"duplicate-salesmen", harmful,
+     "A row above has this salesman already: both rows are posted, and the later one usually "
+     "replaces the earlier."},
+    {"no-ds-type", note, "A salesman without a DSType is refused."},
+    {"handheld-yes-becomes-no", harmful,
+     "Only YES in capital letters is saved as yes: Yes and yes are saved as No. Write YES."},
+    {"handheld-becomes-no", harmful,
+     "A HandHeld DS value that is neither YES nor NO is saved as No."},
+};
+static_assert(std::size(texts) == static_cast<std::size_t>(WarningId::HandheldBecomesNo) + 1);
+
+}  // namespace
+
+const WarningText& warningText(WarningId id) {
+  return texts[static_cast<std::size_t>(id)];
+}
+
+std::span<const WarningText> allWarnings() {
+  return texts;
+}
+
+}  // namespace velk
