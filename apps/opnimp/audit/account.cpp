@@ -1,13 +1,10 @@
 #include "apps/opnimp/audit/account.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numeric>
 #include <tuple>
 
 #include "apps/opnimp/cli/printable.h"
-#include "base/errors.h"
-#include "base/numbers.h"
 
 namespace velk {
 
@@ -21,29 +18,11 @@ constexpr std::size_t billParameter = 3;
 constexpr std::size_t balanceParameter = 4;
 constexpr std::size_t entryParameter = 1;
 
-struct FileRecord {
-  std::string code;
-  double bill = 0;
-  double balance = 0;
-};
-
 // A call with a missing or wrong parameter counts as 0 and so appears as a difference.
 double numberAt(const RecordedCall& call, std::size_t parameter) {
   if (parameter >= call.parameters.size()) return 0;
   const double* number = std::get_if<double>(&call.parameters[parameter]);
   return number == nullptr ? 0 : *number;
-}
-
-// An amount of 0 is counted, but belongs to neither side.
-void addTo(Sums& sums, double sign, double bill, double balance) {
-  ++sums.count;
-  if (sign > 0) {
-    sums.billDebit += std::abs(bill);
-    sums.balanceDebit += std::abs(balance);
-  } else if (sign < 0) {
-    sums.billCredit += std::abs(bill);
-    sums.balanceCredit += std::abs(balance);
-  }
 }
 
 class Bookkeeper {
@@ -74,27 +53,14 @@ class Bookkeeper {
            "): " + text);
   }
 
-  /// What the file says of a record; empty for amounts beyond the range of numbers.
-  std::optional<FileRecord> read(std::size_t record) const {
-    // Master data has no amounts, and its codes are not compared.
-    if (basis_.kind.opening == nullptr) return FileRecord{};
-    const auto fields = basis_.input.fields(record, width_);
-    const auto cell = [&](std::size_t field) { return mappedCell(fields, basis_.mapping, field); };
-    try {
-      return FileRecord{cell(openingField::code), leadingNumber(cell(openingField::bill)),
-                        leadingNumber(cell(openingField::balance))};
-    } catch (const RuntimeError&) {
-      return std::nullopt;
-    }
-  }
-
   void addRecord(std::size_t record) {
     const RecordTrace& trace = basis_.traces.records[record];
     Sums& ofOutcome = account_.byOutcome[static_cast<std::size_t>(trace.outcome)];
-    const std::optional<FileRecord> file = read(record);
+    const std::optional<FileAmounts> file =
+        amountsOf(basis_.kind, basis_.input, basis_.mapping, record, width_);
     if (!file) ++account_.unreadable;
     // Counted even then, so that the counts agree, although there is no amount to add.
-    const FileRecord amounts = file.value_or(FileRecord{});
+    const FileAmounts amounts = file.value_or(FileAmounts{});
     for (Sums* sums : {&account_.file, &ofOutcome}) {
       addTo(*sums, amounts.bill, amounts.bill, amounts.balance);
     }
@@ -140,7 +106,7 @@ class Bookkeeper {
 
   /// The first call of a record makes its note, or its bank, vendor or salesman; the second its
   /// entry, or what belongs to those.
-  void addEffects(std::size_t record, const RecordTrace& trace, const FileRecord& file) {
+  void addEffects(std::size_t record, const RecordTrace& trace, const FileAmounts& file) {
     std::size_t position = 0;
     for (const RecordedCall* call : trace.calls) {
       if (call->kind != CallKind::Procedure) continue;
@@ -152,7 +118,7 @@ class Bookkeeper {
 
   /// An opening's document goes by the sign of its bill, and to the party that the file names.
   void checkCall(std::size_t record, const RecordedCall& call, bool isNote,
-                 const FileRecord& file) {
+                 const FileAmounts& file) {
     const OpeningImportKind& opening = *basis_.kind.opening;
     const std::string_view note = file.bill > 0 ? opening.debitNote : opening.creditNote;
     const std::string_view expected = isNote ? note : opening.openingBalance;
@@ -164,7 +130,7 @@ class Bookkeeper {
     }
   }
 
-  void addEffect(const RecordedCall& call, bool isNote, const FileRecord& file) {
+  void addEffect(const RecordedCall& call, bool isNote, const FileAmounts& file) {
     Sums& sums = isNote ? account_.notes : account_.entries;
     if (basis_.kind.opening == nullptr) {
       ++sums.count;

@@ -13,22 +13,12 @@
 #include <vector>
 
 #include "apps/opnimp/audit/outcome.h"
+#include "apps/opnimp/audit/sums.h"
 #include "apps/opnimp/cli/kinds.h"
 #include "apps/opnimp/records/field_mapping.h"
 #include "apps/opnimp/records/input_records.h"
 
 namespace velk {
-
-/// Amounts by side: debit where the bill amount is above 0, credit where it is below. Master data
-/// has none.
-struct Sums {
-  std::size_t count = 0;
-  long double billDebit = 0;
-  long double billCredit = 0;
-  long double balanceDebit = 0;
-  long double balanceCredit = 0;
-  bool operator==(const Sums&) const = default;
-};
 
 struct Account {
   std::size_t fileRecords = 0;

@@ -35,6 +35,13 @@ const std::string acceptHelp =
     "import although values are read otherwise than they are\n"
     "written, as the screens do: codes of the harmful warnings to\n"
     "accept, separated by commas, or all";
+const std::string reportHelp =
+    "write the report as a page to be printed, signed and kept; a\n"
+    "file of that name is never replaced";
+const std::string resumeHelp =
+    "go on with a file behind the last record that a run reached\n"
+    "which broke off; records in doubt go to FILE.check.csv of\n"
+    "--rejects and are not posted again";
 const std::string exportHelp =
     "write all salesmen to an .xls workbook, with drop-down lists of\n"
     "their DS types; a workbook of that name is replaced";
@@ -113,7 +120,8 @@ class CommandLine {
     form.label("Positionals", "Arguments");
     form.label("SUBCOMMAND", "COMMAND");
     app_.set_help_flag("-h,--help", "show how the program or a command is used");
-    app_.set_version_flag("--version", "opnimp " OPNIMP_VERSION "\n", "show the version");
+    app_.set_version_flag("--version", "opnimp " + std::string(programVersion) + "\n",
+                          "show the version");
     app_.footer(footer)->require_subcommand(1);
     addCommands();
   }
@@ -166,6 +174,9 @@ class CommandLine {
     addText({import, runs, report, reversal, rejects}, "--journal", "PATH", arguments_.journal,
             journalHelp);
     addFlag({import}, "--again", arguments_.again, againHelp);
+    addFlag({import}, "--resume", arguments_.resume, resumeHelp);
+    addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
+    addText({report}, "--html", "FILE.html", arguments_.report, reportHelp);
     addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
             "where Error.log is written (default: the current folder)");
     addFlag({import, preview, exporting, runs, report}, "--json", arguments_.json,
@@ -252,6 +263,8 @@ class CommandLine {
 };
 
 }  // namespace
+
+const std::string_view programVersion = OPNIMP_VERSION;
 
 Arguments parseArguments(std::span<const std::string> args) {
   checkValues(args);

@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "apps/opnimp/cli/kinds.h"
@@ -28,10 +29,12 @@ struct Arguments {
   std::vector<MapOption> maps;
   std::vector<std::string> accept;  ///< codes of harmful warnings, or "all"
   std::optional<std::string> rejects;
+  std::optional<std::string> report;
   std::optional<std::string> appFolder;
   std::optional<std::string> journal;
   std::uint64_t run = 0;  ///< the number of one in the journal
   bool again = false;     ///< post what an earlier run posted, too
+  bool resume = false;    ///< go on behind what an earlier run reached
   bool dryRun = false;
   bool json = false;
 };
@@ -39,6 +42,9 @@ struct Arguments {
 /// Reads the arguments that follow the program's name; raises UsageError. The command comes first;
 /// an option's value follows it as the next argument or after "="; "--" ends the options.
 Arguments parseArguments(std::span<const std::string> args);
+
+/// Such as "1.2.3".
+extern const std::string_view programVersion;
 
 /// True when the arguments ask for JSON, even if they make no sense otherwise.
 bool asksForJson(std::span<const std::string> args);

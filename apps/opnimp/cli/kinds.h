@@ -19,6 +19,7 @@ namespace velk {
 /// Positions of an opening balance's values among the fields of its mapping list.
 namespace openingField {
 inline constexpr std::size_t code = 0;
+inline constexpr std::size_t name = 1;
 inline constexpr std::size_t reference = 2;
 inline constexpr std::size_t date = 3;
 inline constexpr std::size_t bill = 4;

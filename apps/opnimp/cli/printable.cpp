@@ -96,4 +96,14 @@ std::string money(long double amount) {
   return text == "-0.00" ? "0.00" : text;
 }
 
+std::string groupedMoney(long double amount) {
+  std::string text = money(amount);
+  const std::size_t point = text.find('.');
+  // An amount too large for a point has an exponent, or too many digits to be read in groups.
+  if (point == std::string::npos || text.find('e') != std::string::npos) return text;
+  const std::size_t first = text.starts_with('-') ? 1 : 0;
+  for (std::size_t at = point; at > first + 3;) text.insert(at -= 3, 1, ',');
+  return text;
+}
+
 }  // namespace velk

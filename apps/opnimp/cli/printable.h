@@ -28,5 +28,7 @@ std::string padLeft(std::string text, std::size_t width);
 std::string counted(std::size_t number, std::string_view one, std::string_view many);
 /// Two decimals, no separators; in 15 digits from 1e15 on.
 std::string money(long double amount);
+/// As money, with a comma before each group of three digits.
+std::string groupedMoney(long double amount);
 
 }  // namespace velk

@@ -185,13 +185,15 @@ void writeRevised(EntryWriter& to, const std::pair<std::size_t, Outcome>& revise
 
 void write(EntryWriter& to, const RunStart& run) {
   to.number(run.number).real(run.time.days);
-  to.text(run.user).text(run.version).text(run.machineStart).text(run.kind).text(run.file);
+  to.text(run.user).text(run.version).text(run.machineStart).text(run.kind);
+  to.text(run.folder).text(run.file);
   writeDigest(to, run.fileHash);
   to.text(run.database).text(run.databaseId).text(run.errorLog);
   writeTexts(to, run.accepted);
   to.list(run.mapping, writeField);
   writeOptional(to, run.screenRecords);
   to.number(run.resumes).number(run.firstRecord);
+  to.list(run.setApart, [](EntryWriter& each, std::size_t record) { each.number(record); });
   to.list(run.records, [](EntryWriter& each, const JournaledRecord& record) {
     each.number(record.line);
     writeDigest(each, record.hash);
@@ -203,7 +205,8 @@ RunStart readRunStart(EntryReader from) {
   RunStart run;
   run.number = from.number();
   run.time = Date{from.real()};
-  for (std::string* text : {&run.user, &run.version, &run.machineStart, &run.kind, &run.file}) {
+  for (std::string* text :
+       {&run.user, &run.version, &run.machineStart, &run.kind, &run.folder, &run.file}) {
     *text = from.text();
   }
   run.fileHash = readDigest(from);
@@ -213,6 +216,7 @@ RunStart readRunStart(EntryReader from) {
   run.screenRecords = readOptional<long long>(from);
   run.resumes = from.number();
   run.firstRecord = from.number();
+  run.setApart = from.list<std::size_t>([](EntryReader& each) { return each.number(); });
   run.records = from.list<JournaledRecord>([](EntryReader& each) {
     JournaledRecord record;
     record.line = each.number();
@@ -250,13 +254,14 @@ RecordEnd readRecordEnd(EntryReader from) {
 }
 
 void write(EntryWriter& to, const RunEnd& run) {
-  to.byte(run.completed ? 1 : 0).text(run.refusal).text(run.brokeOff);
+  to.real(run.time.days).byte(run.completed ? 1 : 0).text(run.refusal).text(run.brokeOff);
   to.list(run.revised, writeRevised);
   to.list(run.strays, writeCall).list(run.lines, writeLine).list(run.messages, writeMessage);
 }
 
 RunEnd readRunEnd(EntryReader from) {
   RunEnd run;
+  run.time = Date{from.real()};
   run.completed = readFlag(from);
   run.refusal = from.text();
   run.brokeOff = from.text();

@@ -29,7 +29,8 @@ struct RunStart {
   std::string version;       ///< of the program
   std::string machineStart;  ///< see native_state.h
   std::string kind;
-  std::string file;  ///< as the user named it
+  std::string folder;  ///< from which it ran: relative paths begin there
+  std::string file;    ///< as the user named it
   Digest fileHash{};
   std::string database;    ///< as shown: without passwords
   std::string databaseId;  ///< the same for the same database, however it is named
@@ -38,13 +39,14 @@ struct RunStart {
   std::vector<FieldMapping> mapping;
   std::optional<long long> screenRecords;  ///< as the screen counted them
   std::uint64_t resumes = 0;               ///< the run that it goes on with; 0: none
-  std::size_t firstRecord = 0;             ///< those before it are none of this run
-  std::vector<JournaledRecord> records;    ///< all of the file
+  std::size_t firstRecord = 0;             ///< of the file; those before it are none of this run
+  std::vector<std::size_t> setApart;       ///< records before it that were left in doubt
+  std::vector<JournaledRecord> records;    ///< of the file from firstRecord on
   std::string fileBytes;                   ///< what was imported, as it was
 };
 
 struct RecordEnd {
-  std::size_t record = 0;  ///< from 0
+  std::size_t record = 0;  ///< of the run, from 0
   Outcome outcome = Outcome::NotReached;
   RecordReport said;
   std::vector<RecordedCall> calls;
@@ -53,6 +55,7 @@ struct RecordEnd {
 };
 
 struct RunEnd {
+  Date time;
   bool completed = false;  ///< the import itself said so
   std::string refusal;     ///< why nothing was imported
   std::string brokeOff;

@@ -60,7 +60,7 @@ std::string recordsText(const std::map<Digest, std::uint64_t>& posted, const Run
   constexpr std::size_t mostNamed = 10;
   std::string places;
   std::size_t count = 0;
-  for (std::size_t i = run.firstRecord; i < run.records.size(); ++i) {
+  for (std::size_t i = 0; i < run.records.size(); ++i) {
     const auto found = posted.find(run.records[i].hash);
     if (found == posted.end() || ++count > mostNamed) continue;
     places.append(count == 1 ? "" : ", ").append(placeWord).append(" ");

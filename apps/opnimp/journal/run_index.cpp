@@ -41,7 +41,6 @@ class IndexBuilder {
     RunSummary& run = index_.runs.emplace_back();
     start.fileBytes = {};
     run.outcomes.resize(start.records.size());
-    run.begun = start.firstRecord;
     run.powerLost = start.machineStart != machineStart_ || machineStart_.empty();
     run.start = std::move(start);
   }
@@ -73,7 +72,7 @@ std::size_t RunSummary::nextRecord() const {
 
 Outcome RunSummary::outcome(std::size_t record) const {
   if (outcomes[record]) return *outcomes[record];
-  const bool doubtful = !ended && record >= start.firstRecord && record < nextRecord();
+  const bool doubtful = !ended && record < nextRecord();
   return doubtful ? Outcome::Unknown : Outcome::NotReached;
 }
 

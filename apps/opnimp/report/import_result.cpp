@@ -31,7 +31,7 @@ std::size_t doubtfulRecords(const Account& account) {
 
 /// Records that somebody has to look at once more, the run having reached them all.
 std::size_t recordsLeft(const ImportResult& result) {
-  return needAttention(result.traces) + result.input->unreadRows().size();
+  return result.setApart.size() + needAttention(result.traces) + result.input->unreadRows().size();
 }
 
 /// A constraint or a text too long: it is the record that has to be corrected.
@@ -85,6 +85,10 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
                        std::string_view many, const std::string& rest) {
     if (count > 0) steps.push_back(std::string(verb) + " " + counted(count, one, many) + rest);
   };
+  add("Look up", result.setApart.size(), "record", "records",
+      " in the database that run " + std::to_string(result.resumes) +
+          " left in doubt, and that this run did not post" + where(result, RejectFiles::Check) +
+          ".");
   // The most dangerous first: a doubtful record that is imported again may be posted twice.
   add("Look up", doubtfulRecords(account), "record", "records",
       " in the database before doing anything else: importing them again could post them twice" +
@@ -143,10 +147,19 @@ std::string stepWithNothingImported(const ImportResult& result) {
 
 ExitStatus ImportResult::status() const {
   if (refused()) return ExitStatus::Refused;
-  // Without the files of --rejects a script cannot go on, even if all else is well.
+  // Without the files of --rejects or --report a script cannot go on, even if all else is well.
   const bool whole = brokeOff.empty() && account.addsUp();
-  if (!whole || !rejectsError.empty()) return ExitStatus::BrokeOff;
+  if (!whole || !rejectsError.empty() || !reportError.empty()) return ExitStatus::BrokeOff;
   return recordsLeft(*this) > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
+}
+
+std::string nameOf(Outcome outcome, const ImportResult& result) {
+  const std::string name(outcomeName(outcome));
+  return result.isDryRun() && isPosted(outcome) ? "would be " + name : name;
+}
+
+std::string effectName(std::string_view becomes, const ImportResult& result) {
+  return std::string(becomes) + (result.isDryRun() ? " to post" : " posted");
 }
 
 std::vector<std::string> nextSteps(const ImportResult& result) {

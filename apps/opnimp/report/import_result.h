@@ -13,6 +13,7 @@
 #include "apps/opnimp/records/field_mapping.h"
 #include "apps/opnimp/records/input_records.h"
 #include "apps/opnimp/warnings/warnings.h"
+#include "base/dates.h"
 
 namespace velk {
 
@@ -30,13 +31,27 @@ struct ImportResult {
   std::string errorLog;                     ///< path of the error log's file
   std::string journal;                      ///< its path; empty: the run is not in one
   std::uint64_t run = 0;                    ///< its number there
+  std::uint64_t resumes = 0;                ///< the run that it goes on with; 0: none
+  std::vector<std::size_t> setApart;        ///< records before its own that were left in doubt
   std::vector<std::string> rejectFiles;     ///< paths written
   std::string rejectsError;                 ///< why they could not be written
+  std::string reportFile;                   ///< path of the page written, if one was
+  std::string reportError;                  ///< why it could not be written
+  std::string user;                         ///< who ran it
+  std::string folder;                       ///< from which it ran: relative paths begin there
+  std::string fileHash;                     ///< SHA-256, in hexadecimal digits
+  Date began;                               ///< local time
+  Date ended;
 
   bool refused() const { return !refusal.empty(); }
   bool isDryRun() const { return arguments.dryRun; }
   ExitStatus status() const;
 };
+
+/// The outcome's name; of what is posted in a dry run, that it would be.
+std::string nameOf(Outcome outcome, const ImportResult& result);
+/// What the calls of records have made, such as "Notes posted".
+std::string effectName(std::string_view becomes, const ImportResult& result);
 
 /// What the user should do now, a sentence each; never empty.
 std::vector<std::string> nextSteps(const ImportResult& result);

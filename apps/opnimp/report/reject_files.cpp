@@ -7,6 +7,7 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/records/file_bytes.h"
+#include "apps/opnimp/records/later_records.h"
 #include "base/errors.h"
 #include "base/text.h"
 #include "platform/native/native_files.h"
@@ -85,6 +86,17 @@ class Claim {
   bool kept_ = false;
 };
 
+/// Both kinds in one file, in the order of the whole file.
+void writeDoubtful(FileSystem& files, const std::string& path, const InputRecords& input,
+                   const std::vector<std::size_t>& doubtful,
+                   std::span<const std::size_t> setApart) {
+  const auto* const later = dynamic_cast<const LaterRecords*>(&input);
+  if (later == nullptr) return input.write(files, path, doubtful);
+  std::vector<std::size_t> records(setApart.begin(), setApart.end());
+  for (const std::size_t record : doubtful) records.push_back(later->first() + record);
+  later->whole().write(files, path, records);
+}
+
 }  // namespace
 
 std::vector<std::string> RejectFiles::touched(const std::string& path, FileFormat format) {
@@ -100,7 +112,8 @@ RejectFiles::RejectFiles(const std::string& path, FileFormat format, bool dryRun
   for (const std::string& target : paths_) attempt(target, [&] { files.openReplacement(target); });
 }
 
-std::vector<std::string> RejectFiles::write(const InputRecords& input, const Traces& traces) const {
+std::vector<std::string> RejectFiles::write(const InputRecords& input, const Traces& traces,
+                                            std::span<const std::size_t> setApart) const {
   NativeFileSystem files;
   std::vector<std::string> written;
   const auto put = [&](const std::string& path, const auto& writeIt) {
@@ -121,7 +134,9 @@ std::vector<std::string> RejectFiles::write(const InputRecords& input, const Tra
   if (dryRun_) return written;
   const auto doubtful = recordsOf(traces, isDoubtful);
   const auto notReached = recordsOf(traces, isNotReached);
-  if (!doubtful.empty()) putRecords(paths_[Check], doubtful);
+  if (!doubtful.empty() || !setApart.empty()) {
+    put(paths_[Check], [&] { writeDoubtful(files, paths_[Check], input, doubtful, setApart); });
+  }
   if (!notReached.empty()) putRecords(paths_[Rest], notReached);
   return written;
 }

@@ -7,6 +7,7 @@
 // .rest.xls for a workbook. Each takes its place only when it is written as a whole.
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -27,8 +28,10 @@ class RejectFiles {
   static std::vector<std::string> touched(const std::string& path, FileFormat format);
 
   /// Writes FILE and its reasons, and the .check and .rest files where there is something for them.
-  /// Answers the paths written. Raises CannotOpen.
-  std::vector<std::string> write(const InputRecords& input, const Traces& traces) const;
+  /// `setApart`: records before those of `input`, for the .check file. Answers the paths written.
+  /// Raises CannotOpen.
+  std::vector<std::string> write(const InputRecords& input, const Traces& traces,
+                                 std::span<const std::size_t> setApart = {}) const;
 
  private:
   std::vector<std::string> paths_;

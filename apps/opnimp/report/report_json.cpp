@@ -150,6 +150,9 @@ Json headJson(const ImportResult& result) {
           {"kind", result.arguments.kind->name},
           {"status", result.status()},
           {"file", result.arguments.file},
+          {"sha256", orNull(result.fileHash)},
+          {"began", formatIso(result.began)},
+          {"user", result.user},
           {"database", result.database},
           {"dryRun", result.isDryRun()},
           {"refused", orNull(result.refusal)},
@@ -158,6 +161,8 @@ Json headJson(const ImportResult& result) {
           {"errorLog", result.errorLog},
           {"journal", orNull(result.journal)},
           {"run", result.run == 0 ? Json() : Json(result.run)},
+          {"resumes", result.resumes == 0 ? Json() : Json(result.resumes)},
+          {"setApart", result.setApart.size()},
           {"mapping", mappingJson(result.mapping)},
           {"warnings", warningsJson(result.warnings, result.input->placeWord())},
           {"log", listOf(result.traces.runLines, lineJson)},
@@ -173,6 +178,8 @@ void writeImportJson(const ImportResult& result, std::ostream& out) {
   writeRecords(result, out);
   std::string tail = textOf({{"account", accountJson(result)},
                              {"rejectFiles", result.rejectFiles},
+                             {"report", orNull(result.reportFile)},
+                             {"reportError", orNull(result.reportError)},
                              {"next", nextSteps(result)}});
   tail.front() = ',';
   out << tail << '\n';

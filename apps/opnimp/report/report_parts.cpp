@@ -9,16 +9,6 @@ namespace velk {
 
 namespace {
 
-// Only the first lines of a warning are kept: dots say that there are more.
-std::string placeList(const Warning& warning, std::string_view placeWord) {
-  if (warning.lines.empty()) return {};
-  std::string text = ", " + std::string(placeWord) + (warning.lines.size() == 1 ? " " : "s ");
-  for (std::size_t i = 0; i < warning.lines.size(); ++i) {
-    text.append(i == 0 ? "" : ", ").append(std::to_string(warning.lines[i]));
-  }
-  return warning.count > warning.lines.size() ? text + ", ..." : text;
-}
-
 // More than a person reads of one warning; the JSON report lists all.
 constexpr std::size_t mostReadingsListed = 20;
 
@@ -33,6 +23,27 @@ void writeReadings(const Warning& warning, std::string_view placeWord, std::ostr
 }
 
 }  // namespace
+
+std::string columnText(const FieldMapping& entry) {
+  if (!entry.column) return "not mapped";
+  return entry.title + " (#" + std::to_string(*entry.column + 1) + ")";
+}
+
+// Only the first lines of a warning are kept: dots say that there are more.
+std::string placesOf(const Warning& warning, std::string_view placeWord) {
+  if (warning.lines.empty()) return {};
+  std::string text(placeWord);
+  text += warning.lines.size() == 1 ? " " : "s ";
+  for (std::size_t i = 0; i < warning.lines.size(); ++i) {
+    text.append(i == 0 ? "" : ", ").append(std::to_string(warning.lines[i]));
+  }
+  return warning.count > warning.lines.size() ? text + ", ..." : text;
+}
+
+std::string unreadableText(const Account& account) {
+  return "Not in the sums: " + counted(account.unreadable, "record", "records") +
+         " with an amount beyond the range of numbers.";
+}
 
 void writeTable(const std::vector<std::vector<std::string>>& rows, std::size_t leftColumns,
                 std::ostream& out) {
@@ -57,12 +68,8 @@ void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out) {
   for (const FieldMapping& entry : mapping) width = std::max(width, textWidth(entry.field));
   out << "\nMapping\n";
   for (const FieldMapping& entry : mapping) {
-    out << "  " << padRight(printable(entry.field), width);
-    if (entry.column) {
-      out << " <- " << printable(entry.title) << " (#" << *entry.column + 1 << ")\n";
-    } else {
-      out << "    not mapped\n";
-    }
+    out << "  " << padRight(printable(entry.field), width) << (entry.column ? " <- " : "    ")
+        << printable(columnText(entry)) << '\n';
   }
 }
 
@@ -71,8 +78,9 @@ void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeW
   if (warnings.empty()) return;
   out << "\nWarnings\n";
   for (const Warning& warning : warnings) {
-    out << "  " << warning.code() << " (" << grouped(warning.count) << placeList(warning, placeWord)
-        << ")\n    " << (warning.harmful() ? "HARMFUL: " : "") << warning.text() << '\n';
+    const std::string places = placesOf(warning, placeWord);
+    out << "  " << warning.code() << " (" << grouped(warning.count) << (places.empty() ? "" : ", ")
+        << places << ")\n    " << (warning.harmful() ? "HARMFUL: " : "") << warning.text() << '\n';
     writeReadings(warning, placeWord, out);
   }
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/opnimp/audit/account.h"
 #include "apps/opnimp/records/field_mapping.h"
 #include "apps/opnimp/warnings/warnings.h"
 
@@ -13,6 +14,13 @@ namespace velk {
 /// Rows of as many cells each, in columns; those from `leftColumns` on hold numbers, to the right.
 void writeTable(const std::vector<std::vector<std::string>>& rows, std::size_t leftColumns,
                 std::ostream& out);
+/// Such as "Amount Due (#3)", or "not mapped".
+std::string columnText(const FieldMapping& entry);
+/// Which lines of the file a warning is of, and how often it was found: "lines 2, 5" or "line 2, 4
+/// times"; empty for the file as a whole. `placeWord`: what the lines are, see InputRecords.
+std::string placesOf(const Warning& warning, std::string_view placeWord);
+/// That amounts are missing in the sums of the account.
+std::string unreadableText(const Account& account);
 void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out);
 /// `placeWord`: what the lines of a warning are, see InputRecords.
 void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,

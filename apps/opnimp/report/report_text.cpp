@@ -53,6 +53,15 @@ class TextReport {
     out_ << "File:     " << printable(result_.arguments.file) << " ("
          << counted(result_.input->count(), "record", "records") << ")\n"
          << "Database: " << printable(result_.database) << '\n';
+    if (!result_.fileHash.empty()) out_ << "SHA-256:  " << result_.fileHash << '\n';
+    if (!result_.journal.empty()) {
+      out_ << "Run:      " << result_.run << ", " << formatIso(result_.began) << ", by "
+           << printable(result_.user) << '\n';
+    }
+    if (result_.resumes != 0) {
+      out_ << "Resumes:  run " << result_.resumes << "; the records that it reached are none of "
+           << "these\n";
+    }
     if (result_.isDryRun()) {
       out_ << "Dry run:  every check ran, no procedure did. What the procedures themselves would "
               "refuse was not tried.\n";
@@ -85,15 +94,9 @@ class TextReport {
       if (!needsAttention(trace) || listed++ >= mostRecordsListed) continue;
       if (listed == 1) out_ << "\nRecords that need attention\n";
       out_ << "  " << result_.input->where(record) << " (record " << record + 1 << ") "
-           << nameOf(trace.outcome) << ": " << printable(reasonOf(trace)) << '\n';
+           << nameOf(trace.outcome, result_) << ": " << printable(reasonOf(trace)) << '\n';
     }
     writeMore(listed, mostRecordsListed);
-  }
-
-  /// In a dry run nothing is posted.
-  std::string nameOf(Outcome outcome) const {
-    const std::string name(outcomeName(outcome));
-    return result_.isDryRun() && isPosted(outcome) ? "would be " + name : name;
   }
 
   static Row rowOf(std::string_view name, const Sums& sums) {
@@ -106,14 +109,11 @@ class TextReport {
         {"", "Count", "Bill debit", "Bill credit", "Balance debit", "Balance credit"}};
     for (std::size_t i = 0; i < outcomeCount; ++i) {
       const Sums& sums = result_.account.byOutcome[i];
-      if (sums.count > 0) rows.push_back(rowOf(nameOf(static_cast<Outcome>(i)), sums));
+      if (sums.count > 0) rows.push_back(rowOf(nameOf(static_cast<Outcome>(i), result_), sums));
     }
     rows.push_back(rowOf("In the file", result_.account.file));
-    const auto effect = [this](std::string_view what) {
-      return std::string(what) + (result_.isDryRun() ? " to post" : " posted");
-    };
-    rows.push_back(rowOf(effect(kind().becomes[0]), result_.account.notes));
-    Row entries = rowOf(effect(kind().becomes[1]), result_.account.entries);
+    rows.push_back(rowOf(effectName(kind().becomes[0], result_), result_.account.notes));
+    Row entries = rowOf(effectName(kind().becomes[1], result_), result_.account.entries);
     entries[2] = entries[3] = "";  // account entries carry the balance only
     rows.push_back(entries);
     return rows;
@@ -131,8 +131,7 @@ class TextReport {
   void writeVerdict() {
     const Account& account = result_.account;
     if (account.unreadable > 0) {
-      out_ << "  Not in the sums: " << counted(account.unreadable, "record", "records")
-           << " with an amount beyond the range of numbers.\n";
+      out_ << "  " << unreadableText(account) << '\n';
     }
     if (account.addsUp()) {
       out_ << "  The account adds up.\n";
@@ -157,6 +156,10 @@ class TextReport {
     }
     if (!result_.rejectsError.empty()) {
       out_ << "Rejects:   " << printable(result_.rejectsError) << '\n';
+    }
+    if (!result_.reportFile.empty()) out_ << "Report:    " << printable(result_.reportFile) << '\n';
+    if (!result_.reportError.empty()) {
+      out_ << "Report:    " << printable(result_.reportError) << '\n';
     }
     for (const std::string& step : nextSteps(result_))
       out_ << "Next:      " << printable(step) << '\n';

@@ -3,13 +3,19 @@
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <numeric>
 #include <optional>
+#include <stdexcept>
 
 #include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/cli/progress.h"
+#include "apps/opnimp/records/later_records.h"
+#include "apps/opnimp/report/import_page.h"
 #include "apps/opnimp/report/reject_files.h"
+#include "apps/opnimp/report/report_file.h"
 #include "apps/opnimp/report/report_json.h"
 #include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/run/database_choice.h"
@@ -19,6 +25,7 @@
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
+#include "apps/opnimp/run/shadow_file.h"
 #include "apps/opnimp/warnings/find_warnings.h"
 #include "base/errors.h"
 
@@ -76,6 +83,7 @@ class ImportCommand {
     }
     progress_.erase();
     evaluate();
+    writeReport();
     return result_;
   }
 
@@ -87,15 +95,18 @@ class ImportCommand {
   void prepare() {
     checkAccepted(arguments().accept);
     folder_ = applicationFolder(arguments().appFolder);
+    result_.user = surroundings_.user();
+    result_.folder = applicationFolder({});
+    result_.began = surroundings_.clock();
     result_.input = readInput(arguments());
     const DatabaseChoice choice = chooseDatabase(arguments().database);
     result_.database = choice.shown;
     // Before the database is opened: a wrong --rejects must not make the default database.
     prepareRejects(choice);
-    journal_.emplace(arguments(), surroundings_, streams_.err);
-    checkWrites({"--journal", journal_->path(), {journal_->path()}}, choice, folder_,
-                arguments().file);
+    prepareReport(choice);
+    prepareJournal(choice);
     database_ = openDatabase(choice, !arguments().database, surroundings_, streams_.err);
+    if (arguments().resume) takeUp();
     // Before a record begins, so that no record is cut in two.
     report_.onRecord = [this](std::size_t record) {
       endIfInterrupted();
@@ -114,12 +125,55 @@ class ImportCommand {
     rejects_.emplace(*path, kind().format, arguments().dryRun);
   }
 
+  void prepareReport(const DatabaseChoice& database) {
+    const std::optional<std::string>& path = arguments().report;
+    if (!path) return;
+    checkWrites({"--report", *path, {*path}}, database, folder_, arguments().file);
+    if (arguments().rejects) {
+      for (const std::string& file : RejectFiles::touched(*arguments().rejects, kind().format)) {
+        if (isSameFile(*path, file)) throw UsageError("--report and --rejects name one file");
+      }
+    }
+    checkReportFile(*path);
+  }
+
+  void prepareJournal(const DatabaseChoice& database) {
+    const std::string path = chooseJournal(arguments().journal, surroundings_);
+    checkWrites({"--journal", path, {path}}, database, folder_, arguments().file);
+    std::vector<std::string> others;
+    if (arguments().rejects) others = RejectFiles::touched(*arguments().rejects, kind().format);
+    if (arguments().report) others.push_back(*arguments().report);
+    for (const std::string& file : others) {
+      if (isSameFile(path, file)) throw UsageError("--journal names a file of another option");
+    }
+    journal_.emplace(path, arguments(), surroundings_, streams_.err);
+  }
+
+  /// Leaves out the records that the run reached which is to be resumed: the screen views the
+  /// others only.
+  void takeUp() {
+    const Resumption resumption = journal_->resumption(result_, database_);
+    if (!resumption.doubtful.empty() && !rejects_) {
+      throw UsageError("run " + std::to_string(resumption.run->number) + " left " +
+                       counted(resumption.doubtful.size(), "record", "records") +
+                       " in doubt: name a file with --rejects FILE; FILE.check.csv takes them");
+    }
+    result_.resumes = resumption.run->number;
+    result_.setApart = resumption.doubtful;
+    result_.input = std::make_unique<LaterRecords>(std::move(result_.input), resumption.next);
+    std::vector<std::size_t> records(result_.input->count());
+    std::iota(records.begin(), records.end(), std::size_t{0});
+    shadow_.emplace(arguments().file);
+    result_.input->write(*shadow_, arguments().file, records);
+  }
+
   void drive() {
     // Declared before the session, so that the screen is gone when the transaction is taken back.
     std::optional<DryRun> dryRun;
     if (arguments().dryRun) dryRun.emplace(database_);
-    ScreenSession session(recorder_, {folder_, surroundings_.clock,
-                                      messagesTo(streams_.err, progress_), !arguments().dryRun});
+    ScreenSession session(recorder_,
+                          {folder_, surroundings_.clock, messagesTo(streams_.err, progress_),
+                           !arguments().dryRun, shadow_ ? &*shadow_ : nullptr});
     result_.errorLog = session.errorLogPath();
     try {
       ImportScreen& screen = session.open(kind(), recorded(recorder_, database_.connection));
@@ -142,7 +196,7 @@ class ImportCommand {
     requireRecords();
     requireAccepted();
     endIfInterrupted();
-    journal_->begin(result_, database_, screenRecords_, report_, recorder_);
+    if (journal_) journal_->begin(result_, database_, screenRecords_, report_, recorder_);
     began_ = true;
     // What the screen said of View and of --map is no answer to Import.
     report_.beginStep();
@@ -218,7 +272,8 @@ class ImportCommand {
                                        screenRecords_, report_.ended()});
       writeRejects();
     }
-    journal_->end(result_, report_.ended());
+    result_.ended = surroundings_.clock();
+    if (journal_) journal_->end(result_, report_.ended());
   }
 
   /// So that the user can correct the salesmen who were refused.
@@ -234,10 +289,23 @@ class ImportCommand {
   void writeRejects() {
     if (!rejects_) return;
     try {
-      result_.rejectFiles = rejects_->write(*result_.input, result_.traces);
+      result_.rejectFiles = rejects_->write(*result_.input, result_.traces, result_.setApart);
     } catch (const CannotOpen& error) {
       // The run is over already: its report must appear in any case.
       result_.rejectsError = error.what();
+    }
+  }
+
+  /// Last of all: it tells what became of the other files.
+  void writeReport() {
+    if (!arguments().report) return;
+    try {
+      writeReportFile(*arguments().report, htmlPage(importPage(result_)));
+      result_.reportFile = *arguments().report;
+    } catch (const std::runtime_error& error) {
+      result_.reportError = error.what();
+    } catch (const std::bad_alloc&) {
+      result_.reportError = "the memory does not hold the report of this file";
     }
   }
 
@@ -247,6 +315,7 @@ class ImportCommand {
   std::string folder_;
   std::optional<RejectFiles> rejects_;
   std::optional<ImportJournal> journal_;
+  std::optional<ShadowFile> shadow_;  // what the screen views of a file that is resumed
   OpenDatabase database_;
   Progress progress_;
   Recorder recorder_;

@@ -7,6 +7,7 @@
 #include "apps/opnimp/journal/record_hash.h"
 #include "apps/opnimp/journal/repetition.h"
 #include "apps/opnimp/records/file_bytes.h"
+#include "apps/opnimp/records/later_records.h"
 #include "platform/native/native_files.h"
 
 namespace velk {
@@ -23,6 +24,20 @@ void pointTo(std::vector<const Item*>& to, const std::vector<Item>& items, std::
   for (; from < items.size(); ++from) to.push_back(&items[from]);
 }
 
+// What cannot be told is known by how it is named.
+std::string identityOf(const ImportResult& result, const OpenDatabase& database) {
+  const std::string id = database.identity ? database.identity(!result.isDryRun()) : "";
+  return id.empty() ? result.database : id;
+}
+
+/// Records are known again by what is mapped: with other columns they would be other ones.
+void requireSameMapping(const RunIndex& index, const RunStart& run) {
+  const RunSummary* const resumed = index.find(run.resumes);
+  if (resumed == nullptr || resumed->start.mapping == run.mapping) return;
+  throw Refused("run " + std::to_string(run.resumes) +
+                ", which is to be resumed, mapped the columns otherwise; give the same --map");
+}
+
 template <class Item>
 std::vector<Item> copies(const std::vector<const Item*>& items) {
   std::vector<Item> copied;
@@ -32,17 +47,18 @@ std::vector<Item> copies(const std::vector<const Item*>& items) {
 
 }  // namespace
 
-ImportJournal::ImportJournal(const Arguments& arguments, const Surroundings& surroundings,
-                             std::ostream& err)
+ImportJournal::ImportJournal(const std::string& path, const Arguments& arguments,
+                             const Surroundings& surroundings, std::ostream& err)
     : surroundings_(surroundings),
-      journal_(openJournal(chooseJournal(arguments.journal, surroundings),
-                           arguments.dryRun ? KeptFor::Reading : KeptFor::Writing, surroundings,
-                           err)) {}
+      journal_(openJournal(path, arguments.dryRun ? KeptFor::Reading : KeptFor::Writing,
+                           surroundings, err)) {}
 
 void ImportJournal::begin(ImportResult& result, const OpenDatabase& database,
                           std::optional<long long> screenRecords, ImportReport& report,
                           const Recorder& recorder) {
   const RunStart run = describe(result, database, screenRecords);
+  result.fileHash = hexText(run.fileHash);
+  requireSameMapping(journal_.index, run);
   // Only opening balances: master data is imported again by design.
   if (result.arguments.kind->opening != nullptr && !result.arguments.again) {
     const std::string refusal = repetitionRefusal(journal_.index, run, result.input->placeWord());
@@ -62,26 +78,38 @@ void ImportJournal::begin(ImportResult& result, const OpenDatabase& database,
   listen(report, recorder);
 }
 
+Resumption ImportJournal::resumption(const ImportResult& result,
+                                     const OpenDatabase& database) const {
+  NativeFileSystem files;
+  return findResumption(journal_.index, {result.arguments.kind->name, identityOf(result, database),
+                                         hashOf(readBytes(files, result.arguments.file))});
+}
+
 RunStart ImportJournal::describe(const ImportResult& result, const OpenDatabase& database,
                                  std::optional<long long> screenRecords) const {
   const auto& runs = journal_.index.runs;
   NativeFileSystem files;
   RunStart run;
   run.number = runs.empty() ? 1 : runs.back().start.number + 1;
-  run.time = surroundings_.clock();
+  run.time = result.began;
+  run.user = result.user;
+  run.version = programVersion;
+  run.folder = result.folder;
   run.machineStart = surroundings_.machineStart;
   run.kind = result.arguments.kind->name;
   run.file = result.arguments.file;
   run.fileBytes = readBytes(files, run.file);
   run.fileHash = hashOf(run.fileBytes);
   run.database = result.database;
-  if (database.identity) run.databaseId = database.identity(!result.isDryRun());
-  // What cannot be told is known by how it is named.
-  if (run.databaseId.empty()) run.databaseId = result.database;
+  run.databaseId = identityOf(result, database);
   run.errorLog = result.errorLog;
   run.accepted = result.arguments.accept;
   run.mapping = result.mapping;
   run.screenRecords = screenRecords;
+  run.resumes = result.resumes;
+  run.setApart = result.setApart;
+  const auto* const later = dynamic_cast<const LaterRecords*>(result.input.get());
+  if (later != nullptr) run.firstRecord = later->first();
   run.records = hashRecords(*result.arguments.kind, *result.input, result.mapping,
                             civilFromDate(run.time).year);
   return run;
@@ -133,7 +161,8 @@ void ImportJournal::end(ImportResult& result, bool completed) {
 // A record that was cut off ends only now; of another one more may be known than when it ended.
 void ImportJournal::writeEnd(const ImportResult& result, bool completed) {
   const Traces& traces = result.traces;
-  RunEnd end{completed,
+  RunEnd end{result.ended,
+             completed,
              result.refusal,
              result.brokeOff,
              {},

@@ -10,6 +10,7 @@
 
 #include "apps/opnimp/audit/import_report.h"
 #include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/journal/resumption.h"
 #include "apps/opnimp/journal/run_journal.h"
 #include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/run/journal_choice.h"
@@ -19,11 +20,13 @@ namespace velk {
 class ImportJournal {
  public:
   /// Opens it; for a dry run, which writes nothing, only to be read. Raises CannotOpen.
-  ImportJournal(const Arguments& arguments, const Surroundings& surroundings, std::ostream& err);
+  ImportJournal(const std::string& path, const Arguments& arguments,
+                const Surroundings& surroundings, std::ostream& err);
   ImportJournal(const ImportJournal&) = delete;
   ImportJournal& operator=(const ImportJournal&) = delete;
 
-  const std::string& path() const { return journal_.path; }
+  /// Where the run goes on that resumes another one. Raises UsageError when there is none.
+  Resumption resumption(const ImportResult& result, const OpenDatabase& database) const;
 
   /// Says that the run begins and from then on listens to `report`; both outlive the object. Raises
   /// Refused for a repetition, CannotOpen when it cannot be written.

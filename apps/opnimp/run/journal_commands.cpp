@@ -6,7 +6,9 @@
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/journal/reversal.h"
 #include "apps/opnimp/records/file_bytes.h"
+#include "apps/opnimp/report/import_page.h"
 #include "apps/opnimp/report/reject_files.h"
+#include "apps/opnimp/report/report_file.h"
 #include "apps/opnimp/report/report_json.h"
 #include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/report/runs_report.h"
@@ -61,7 +63,12 @@ ExitStatus runRuns(const Arguments& arguments, const Streams& streams,
 
 ExitStatus runReport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
+  if (arguments.report) checkReportFile(*arguments.report);
   JournaledImport run(journalOf(arguments, streams, surroundings), arguments.run);
+  if (arguments.report) {
+    writeReportFile(*arguments.report, htmlPage(importPage(run.result())));
+    run.result().reportFile = *arguments.report;
+  }
   (arguments.json ? writeImportJson : writeImportText)(run.result(), streams.out);
   return run.result().status();
 }
@@ -98,7 +105,7 @@ ExitStatus runRejects(const Arguments& arguments, const Streams& streams,
                      " imported nothing: the whole file is still to be imported");
   }
   const RejectFiles files(arguments.file, run.kind().format, false);
-  for (const std::string& path : files.write(*result.input, result.traces)) {
+  for (const std::string& path : files.write(*result.input, result.traces, result.setApart)) {
     streams.out << "Written:   " << printable(path) << '\n';
   }
   return ExitStatus::Posted;

@@ -1,9 +1,11 @@
 #include "apps/opnimp/run/journaled_import.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/records/csv_records.h"
+#include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/records/workbook_records.h"
 #include "apps/opnimp/warnings/find_warnings.h"
 #include "base/errors.h"
@@ -76,10 +78,21 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   result_.arguments.accept = start.accepted;
   result_.database = start.database;
   result_.input = recordsOf(kind(), start.fileBytes);
+  if (start.firstRecord > 0) {
+    const std::size_t first = std::min(start.firstRecord, result_.input->count());
+    result_.input = std::make_unique<LaterRecords>(std::move(result_.input), first);
+  }
+  result_.resumes = start.resumes;
+  result_.setApart = start.setApart;
   result_.mapping = start.mapping;
   result_.warnings =
       findWarnings(*result_.input, kind(), start.mapping, civilFromDate(start.time).year);
   result_.errorLog = start.errorLog;
+  result_.user = start.user;
+  result_.folder = start.folder;
+  result_.fileHash = hexText(start.fileHash);
+  result_.began = start.time;
+  if (run_.end) result_.ended = run_.end->time;
   result_.journal = journal.path;
   result_.run = number;
   if (run_.end) result_.refusal = run_.end->refusal;

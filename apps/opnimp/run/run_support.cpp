@@ -20,17 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Whether both paths lead to the same file; also for files that do not exist yet.
-bool isSameFile(const std::string& a, const std::string& b) {
-  std::error_code error;
-  // The system knows all links to a file; a file that does not exist yet has only its path.
-  if (fs::equivalent(a, b, error) && !error) return true;
-  const fs::path first = fs::weakly_canonical(a, error);
-  if (error) return a == b;
-  const fs::path second = fs::weakly_canonical(b, error);
-  return error ? a == b : first == second;
-}
-
 /// The database's own file and those that the embedded database keeps beside it.
 std::vector<std::string> databaseFiles(const std::string& path) {
   if (path.empty()) return {};
@@ -42,6 +31,16 @@ std::vector<std::string> databaseFiles(const std::string& path) {
 }
 
 }  // namespace
+
+bool isSameFile(const std::string& a, const std::string& b) {
+  std::error_code error;
+  // The system knows all links to a file; a file that does not exist yet has only its path.
+  if (fs::equivalent(a, b, error) && !error) return true;
+  const fs::path first = fs::weakly_canonical(a, error);
+  if (error) return a == b;
+  const fs::path second = fs::weakly_canonical(b, error);
+  return error ? a == b : first == second;
+}
 
 std::string applicationFolder(const std::optional<std::string>& option) {
   std::error_code error;

@@ -23,6 +23,9 @@ std::unique_ptr<const InputRecords> readInput(const Arguments& arguments);
 /// The folder of the error log: absolute, without a separator at its end. Raises CannotOpen.
 std::string applicationFolder(const std::optional<std::string>& option);
 
+/// Whether both paths lead to the same file; also for files that do not exist yet.
+bool isSameFile(const std::string& a, const std::string& b);
+
 struct Writes {
   std::string_view writer;         ///< as the user knows it, such as "--rejects"
   std::string named;               ///< the path that the user gave

@@ -2,6 +2,7 @@
 
 #include "platform/native/native_clock.h"
 #include "platform/native/native_state.h"
+#include "platform/native/native_user.h"
 #include "platform/odbc/odbc_connection.h"
 
 namespace velk {
@@ -9,6 +10,7 @@ namespace velk {
 Surroundings realSurroundings() {
   return {.interrupted = [] { return false; },
           .clock = localNow,
+          .user = userName,
           .openDatabase =
               [](const std::string& connectionString) {
                 // All three members keep the connection alive.

@@ -25,13 +25,15 @@ struct Surroundings {
   std::function<bool()> interrupted;
   /// Local date and time.
   std::function<Date()> clock;
+  /// Who runs the program.
+  std::function<std::string()> user;
   /// Opens a database by its ODBC connection string. Raises RuntimeError.
   std::function<OpenDatabase(const std::string& connectionString)> openDatabase;
   std::string stateFolder;   ///< where programs keep what they remember; empty: there is none
   std::string machineStart;  ///< another text after each start of the machine
 };
 
-/// The machine's own clock and database drivers, and no interrupt.
+/// The machine's own clock, user and database drivers, and no interrupt.
 Surroundings realSurroundings();
 
 }  // namespace velk
