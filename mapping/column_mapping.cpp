@@ -75,7 +75,7 @@ void ImportScreen::mappingList_ColumnClick(std::size_t column) {
 
 // One click on a file column serves one field: the next field needs another click.
 void ImportScreen::mapSelectedColumn(std::size_t clicked) {
-  if (nonEmptyLines_) storeRecordCount(*nonEmptyLines_);
+  if (fileRecords_) storeRecordCount(*fileRecords_);
   if (selection_ != Selection::FileColumn) {
     return refuseMapping(Reason::NoColumnChosen, clicked, rules_.selectFirst);
   }

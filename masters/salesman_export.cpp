@@ -5,6 +5,7 @@
 
 #include "base/errors.h"
 #include "masters/salesman_workbook.h"
+#include "ui/work.h"
 
 namespace velk {
 
@@ -111,6 +112,7 @@ bool SalesmanExport::IsFileInUse(std::string_view fileName) {
 // Whether the desktop opens the file is not asked: it is written by then.
 bool SalesmanExport::ExportToExcel(std::string_view fileName) {
   const WaitCursor wait(screen_.desktop());
+  const Work work(screen_);
   return screen_.trapRoutine("ExportToExcel", [&] {
     try {
       writeWorkbook(fileName);
@@ -130,8 +132,10 @@ void SalesmanExport::writeWorkbook(std::string_view fileName) {
   writeSalesmanCaptions(*sheet);
   writePickList(*sheet, dsTypeList, valuesOf(connection, dsTypesQuery));
   writePickList(*sheet, handheldList, valuesOf(connection, handheldsQuery));
-  forEachRow(connection, salesmenQuery,
-             [&](int row, const Recordset& record) { writeSalesman(*sheet, row, record); });
+  forEachRow(connection, salesmenQuery, [&](int row, const Recordset& record) {
+    writeSalesman(*sheet, row, record);
+    screen_.workProgressed(static_cast<std::size_t>(row) - 1);  // the first is row 2
+  });
   sheet->autoFit(salesmanColumn::Name, salesmanColumn::ExistingDSType);
   sheet->saveAs(fileName);
   madeFile_ = false;

@@ -111,7 +111,7 @@ TEST_CASE("the command line and what it opens decide the exit status") {
       {{"import", kind, in, "--rejects", world.folder.path("r.csv")}, 3, "move it first"},
       {{"import", kind, in + ".rest.csv", "--rejects", in}, 4, "could not be read"},
       {{"import", kind, missing}, 4, "File not found"},
-      {{"import", kind, world.folder.path("")}, 4, "Path/File access error"},
+      {{"import", kind, world.folder.path("")}, 4, "it is a folder"},
       {{"import", kind, in, "--database", missing}, 4, "demo-database"},
       {{"import", kind, in, "--database", notDatabase}, 4, "could not be opened"},
       {{"import", kind, in, "--database", odbc}, 4, "PWD=***"},
@@ -120,6 +120,7 @@ TEST_CASE("the command line and what it opens decide the exit status") {
       {{"demo-database", in}, 4, "Choose another path"},
       {{"preview", kind, in, "--dry-run"}, 3, "not expected: --dry-run"},
   };
+  world.surroundings.database = world.folder.path("any.db");
   for (const auto& row : rows) {
     CAPTURE(row.says);
     const Ran ran = world.run(row.args);
@@ -235,7 +236,9 @@ TEST_CASE("a vendors' run that breaks off says what is posted and leaves the res
       {titles, "V01,,10,5", "V02,31/02/2008,1,1e999", "V03,,-7,-7"},
       {"--json", "--rejects", rejects, "--accept", "date-unreadable,amount-too-large"});
   CHECK(ran.status == 5);
-  CHECK(contains(ran.err, "The import stopped at record 2: Type mismatch. Records before it are"));
+  CHECK(contains(ran.err,
+                 "The import stopped at record 2: Type mismatch: Invalid Date(31/02/2008) for "
+                 "Vendor - V02. Records before it are"));
   const Json report(ran.out);
   CHECK(report.outcomes() == "posted rejected not-reached");
   CHECK(report.at("account.addsUp") == "true");
@@ -281,7 +284,7 @@ TEST_CASE("records of master data that the database refuses are lost on the scre
   CHECK(vendors.status == 1);
   CHECK(contains(vendors.out, "Vendors posted       1\n  Accounts posted      1\n"));
   CHECK(contains(vendors.out, "record 2) failed: sp_insert_Vendors failed"));
-  CHECK(contains(vendors.out, "first-value-empty (1, line 3)"));
+  CHECK(contains(vendors.out, "first-value-empty (1, line 3, in "));
   CHECK(contains(vendors.out, "The account adds up."));
   CHECK(world.ask("select AccountName from VendorAccount where VendorID='N1'") == "New");
 }
@@ -433,19 +436,45 @@ TEST_CASE("a progress line is drawn on a terminal only, and removed") {
   CHECK(ran.err == "\r1 of 2 records\r" + std::string(14, ' ') + "\r");
 }
 
-TEST_CASE("the default database is made on first use, with the sample company") {
-  const TemporaryFolder folder;
-  const auto before = std::filesystem::current_path();
+TEST_CASE("no database is ever chosen or made without a word") {
   RunnerWorld world;
   const std::string in = world.folder.write("in.csv", crlf({openingTitles, good1}));
-  std::filesystem::current_path(folder.path(""));
-  const Ran first = world.run({"import", "customer-opening", in});
-  const Ran second = world.run({"import", "customer-opening", in, "--again"});
+  const std::string secret =
+      world.folder.write("secret", embeddedConnectionString(world.database()) + "\n");
+  const std::string text = world.folder.write("text", "no connection string");
+  const std::string open = world.folder.write("open", "DSN=a;PWD=hunter2");
+  for (const std::string& path : {secret, text}) {
+    std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+  }
+  const struct {
+    std::string environment;
+    int status;
+    std::string_view says;
+  } rows[] = {
+      {"", 3, "OPNIMP_DATABASE"},
+      {open, 4, "chmod 600"},
+      {text, 4, "no connection string"},
+      {world.folder.path("none.db"), 4, "demo-database"},
+      {"Driver=NoSuchDriver;PWD=hunter2", 4, "PWD=***"},
+      {secret, 0, ""},
+      {world.database(), 0, ""},
+  };
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(world.folder.path(""));
+  for (const auto& row : rows) {
+    CAPTURE(row.environment);
+    world.surroundings.database = row.environment;
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"import", "customer-opening", in, "--dry-run"},
+          {"export", "salesman", world.folder.path("out.xls")}}) {
+      const Ran ran = world.run(command);
+      CHECK(ran.status == row.status);
+      CHECK_MESSAGE(contains(ran.err, row.says), ran.err);
+      CHECK_FALSE(contains(ran.out + ran.err, "hunter2"));
+    }
+  }
   std::filesystem::current_path(before);
-  CHECK(first.status == 0);
-  CHECK(first.err == "Made opnimp.db with the sample company.\n");
-  CHECK(second.status == 0);
-  CHECK(second.err.empty());
+  CHECK_FALSE(world.folder.has("opnimp.db"));
 }
 
 TEST_CASE("records that all meet one failure of the database need no correction") {
@@ -454,7 +483,7 @@ TEST_CASE("records that all meet one failure of the database need no correction"
   world.ask("drop table Customer");
   const Ran ran = world.importLines({openingTitles, good1, good2});
   CHECK(ran.status == 1);
-  CHECK(contains(ran.out, "refused every record for one reason (no such table: Customer"));
+  CHECK(contains(ran.out, "refused all that it was asked for one reason (no such table: Customer"));
 }
 
 TEST_CASE("a skipped record with a balance is pointed out") {

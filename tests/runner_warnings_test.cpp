@@ -63,14 +63,15 @@ TEST_CASE("warnings by file") {
   }
 }
 
-TEST_CASE("a warning counts all findings and names the first lines, each once") {
+TEST_CASE("a warning counts the lines and names the first ones, and the fields, each once") {
   std::string bytes = "c,d,b,l\r\n";
   for (int i = 0; i < 8; ++i) bytes += std::to_string(i) + ",,(1),(1)\r\n";
   const std::vector<Warning> found = warningsOf(bytes);
   REQUIRE(found.size() == 1);
-  CHECK(found[0].count == 16);
+  CHECK(found[0].count == 8);
   CHECK(found[0].lines == std::vector<std::size_t>{2, 3, 4, 5, 6});
   CHECK(found[0].readings.size() == 16);
+  CHECK(found[0].fields == std::vector<std::string>{"Bill Amount", "Balance"});
 }
 
 TEST_CASE("amounts as people write them") {
@@ -108,6 +109,9 @@ TEST_CASE("passwords are masked wherever they stand") {
       {"PWD=a=b", "PWD=***"},
       {"DSN=a;PWD=", "DSN=a;PWD=***"},
       {"DSN=a;trailing", "DSN=a;trailing"},
+      {"PWD=ab;cd;UID=b", "PWD=***;UID=b"},
+      {"PWD=ab;c=d;e; Server = s;x=y", "PWD=***; Server = s;x=y"},
+      {"PWD={a}b;c;DSN=a", "PWD=***;DSN=a"},
   };
   for (const auto& row : rows) CHECK(maskPasswords(row.text) == row.masked);
 }

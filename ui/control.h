@@ -12,8 +12,7 @@
 namespace velk {
 
 /// Besides the properties that every bag has: Enabled. Controls are members of their form and
-/// register with it in the order of declaration, which is also the tab order unless the form
-/// arranges them.
+/// register with it in the order of declaration.
 class Control : public PropertyBag {
  public:
   std::string_view typeName() const { return typeName_; }

@@ -176,8 +176,15 @@ std::string DriverConnection::identity(bool mayStore) {
   if (dialect.identityQuery.empty()) {
     return session_.information(SQL_SERVER_NAME) + "/" + session_.information(SQL_DATABASE_NAME);
   }
+  // A database that takes nothing has no id: what writes to it will say why.
   if (mayStore) {
-    for (const std::string_view statement : dialect.makeIdentity) session_.executeNative(statement);
+    trapErrors(
+        [&] {
+          for (const std::string_view statement : dialect.makeIdentity) {
+            session_.executeNative(statement);
+          }
+        },
+        [](const RuntimeError&) {});
   }
   std::string id;
   const auto read = [&] {

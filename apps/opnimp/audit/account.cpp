@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <numeric>
+#include <set>
 #include <tuple>
 
 #include "apps/opnimp/cli/printable.h"
+#include "base/text.h"
 
 namespace velk {
 
@@ -133,7 +135,8 @@ class Bookkeeper {
   void addEffect(const RecordedCall& call, bool isNote, const FileAmounts& file) {
     Sums& sums = isNote ? account_.notes : account_.entries;
     if (basis_.kind.opening == nullptr) {
-      ++sums.count;
+      const bool again = isNote && basis_.kind.sharesFirst && !isNewKey(call);
+      if (!again) ++sums.count;
       return;
     }
     // Only for calls that took effect, so that a failed call is no difference between the totals.
@@ -145,6 +148,12 @@ class Bookkeeper {
       const double entry = numberAt(call, entryParameter);
       addTo(sums, entry == 0 ? file.bill : entry, 0, entry);
     }
+  }
+
+  /// Whether no call before had the first parameter, a code, of this one.
+  bool isNewKey(const RecordedCall& call) {
+    return !call.parameters.empty() &&
+           keys_.insert(lowerAscii(toText(call.parameters.front()))).second;
   }
 
   /// The totals so far, told once, at the record where they part. The same numbers are added up in
@@ -199,6 +208,7 @@ class Bookkeeper {
   Sums fileNotes_;    ///< of the records whose first call took effect
   Sums fileEntries_;  ///< of those whose second one did
   bool totalsDiffer_ = false;
+  std::set<std::string> keys_;  ///< of what first calls saved, where records share it
 };
 
 }  // namespace

@@ -25,7 +25,7 @@ struct Account {
   std::optional<long long> screenRecords;  ///< empty: the screen never viewed the file
   std::array<Sums, outcomeCount> byOutcome;
   Sums file;                   ///< all records
-  Sums notes;                  ///< by the first calls of records that took effect
+  Sums notes;                  ///< by the first calls of records that took effect; each bank once
   Sums entries;                ///< by the second ones; balances only
   std::size_t unreadable = 0;  ///< records with an amount beyond the range of a number: not summed
   std::size_t differenceCount = 0;

@@ -15,6 +15,7 @@ const RecordReport& ImportReport::record(std::size_t position) const {
 void ImportReport::beginStep() {
   refusal_.reset();
   stop_.clear();
+  stopError_.reset();
   lastError_.clear();
 }
 
@@ -23,6 +24,7 @@ void ImportReport::refused(const Finding& why, std::size_t row, std::string_view
 }
 
 void ImportReport::runStopped(const RuntimeError& error, std::string_view text) {
+  stopError_ = error;
   stop_ = "(" + std::to_string(error.number()) + "): " + std::string(text);
   RecordReport* const record = current();
   // An error after the last record stopped the run, but none of the records.

@@ -46,6 +46,7 @@ class ImportReport final : public ImportObserver {
   const std::optional<Said>& refusal() const { return refusal_; }
   /// The error that stopped the run, as the log has it.
   const std::string& stop() const { return stop_; }
+  const std::optional<RuntimeError>& stopError() const { return stopError_; }
   /// The last error that ended a step only, as the log has it.
   const std::string& lastError() const { return lastError_; }
   bool ended() const { return ended_; }
@@ -71,6 +72,7 @@ class ImportReport final : public ImportObserver {
   bool inRecord_ = false;
   std::optional<Said> refusal_;
   std::string stop_;
+  std::optional<RuntimeError> stopError_;
   std::string lastError_;
   bool ended_ = false;
   bool exported_ = false;

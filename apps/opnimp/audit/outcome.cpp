@@ -47,6 +47,12 @@ std::string resultText(const RecordedCall& call) {
          (call.error ? " " + errorText(*call.error) : "");
 }
 
+std::string uncheckedText(const RecordedCall& check) {
+  const std::string type = check.parameters.empty() ? "his type" : toText(check.parameters[0]);
+  return "whether " + type +
+         " is a default value could not be checked, and the salesman is saved all the same";
+}
+
 void add(std::string& reason, std::string_view text) {
   reason.append(reason.empty() ? "" : "; ").append(text);
 }
@@ -125,15 +131,20 @@ bool needsAttention(const RecordTrace& trace) {
          (trace.outcome == Outcome::Skipped && trace.said->warned);
 }
 
+std::size_t needAttention(const Traces& traces) {
+  return static_cast<std::size_t>(std::ranges::count_if(traces.records, needsAttention));
+}
+
 // The recorder's results come first, since they name the procedure; then the import's own words.
 std::string reasonOf(const RecordTrace& trace) {
   std::string reason;
   const bool explained = isRefused(trace.outcome) || isDoubtful(trace.outcome);
   for (const RecordedCall* call : trace.calls) {
     if (call->kind == CallKind::Procedure && explained) add(reason, resultText(*call));
-    if (call->kind != CallKind::Procedure && call->error) {
-      add(reason, "the look-up failed " + errorText(*call->error));
-    }
+    if (call->kind == CallKind::Procedure || !call->error) continue;
+    // The only check of a record is that of a salesman's type, and one that fails lets him pass.
+    if (call->kind == CallKind::Check && isPosted(trace.outcome)) add(reason, uncheckedText(*call));
+    add(reason, "the look-up failed " + errorText(*call->error));
   }
   for (const std::string& text : trace.said->texts) add(reason, text);
   // Of a record that was not even begun, nothing was read.

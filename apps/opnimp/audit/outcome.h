@@ -84,6 +84,9 @@ struct Traces {
 /// Adds to each record what is read of it otherwise than written.
 void addReadings(std::vector<RecordTrace>& records, std::span<const Warning> warnings);
 
+/// How many records need attention.
+std::size_t needAttention(const Traces& traces);
+
 /// Sorts what was warned of, said and recorded by record and finds each outcome.
 Traces traceRecords(const ImportReport& report, const Recorder& recorder,
                     std::span<const Warning> warnings, std::size_t recordCount);

@@ -13,9 +13,10 @@ namespace {
 
 // Line breaks are made by hand: the library indents lines, but does not break them.
 const std::string databaseHelp =
-    "an ODBC connection string, or the path of an embedded database\n"
-    "(default: opnimp.db in the current folder, made with the sample\n"
-    "company on first use)";
+    "an ODBC connection string, or the path of an embedded database;\n"
+    "else the environment variable OPNIMP_DATABASE has one of these,\n"
+    "or the path of a file with a connection string that only its\n"
+    "owner may read, which keeps a password out of process lists";
 const std::string mapHelp =
     "map a column of the file, by its title or as #N for the Nth, to a\n"
     "field; on top of those whose titles match; may be repeated";

@@ -50,6 +50,9 @@ struct ImportKind {
   std::size_t columns = 0;                     ///< that a text must have exactly; 0: any number
   /// The second call is left out when the first has failed.
   bool stopsAtFailure = false;
+  /// Each record's first call saves what further records may name again, such as the bank of a
+  /// branch.
+  bool sharesFirst = false;
   /// A record that is posted again replaces itself, instead of being there twice.
   bool replaces = false;
 };

@@ -1,6 +1,8 @@
 #include "apps/opnimp/records/file_bytes.h"
 
-#include "base/errors.h"
+#include <filesystem>
+#include <system_error>
+
 #include "shared/numbered_files.h"
 
 namespace velk {
@@ -13,6 +15,11 @@ std::string readBytes(FileSystem& files, std::string_view path) {
   // The file may have become shorter since it was opened.
   bytes.resize(file->read(bytes.data(), bytes.size()));
   return bytes;
+}
+
+std::string fileErrorText(const std::string& path, const RuntimeError& error) {
+  std::error_code unknown;
+  return std::filesystem::is_directory(path, unknown) ? "it is a folder" : error.description();
 }
 
 void writeFile(FileSystem& files, std::string_view path, std::string_view bytes) {

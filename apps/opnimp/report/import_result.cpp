@@ -21,10 +21,6 @@ std::size_t skippedWithWarning(const Traces& traces) {
   }));
 }
 
-std::size_t needAttention(const Traces& traces) {
-  return static_cast<std::size_t>(std::ranges::count_if(traces.records, needsAttention));
-}
-
 std::size_t doubtfulRecords(const Account& account) {
   return account.count(Outcome::Partial) + account.count(Outcome::Unknown);
 }
@@ -46,14 +42,16 @@ bool isOfRecord(const RecordedCall& call) {
       [&](ErrorNumber number) { return error.number == static_cast<std::int32_t>(number); });
 }
 
-/// The database's error that every record met, none being posted; empty when there is none, or one
-/// of their own. Then the records need no correction.
+/// The one error of the database that all records met for which it was called, none being posted;
+/// empty when there is none, or one of their own. Then these need no correction.
 std::string commonError(const Traces& traces) {
   std::string common;
   for (const RecordTrace& trace : traces.records) {
     const auto failed = std::ranges::find_if(
         trace.calls, [](const RecordedCall* call) { return call->error.has_value(); });
-    if (!isRefused(trace.outcome) || failed == trace.calls.end()) return {};
+    const bool called = failed != trace.calls.end();
+    if (isSkipped(trace.outcome) || (trace.outcome == Outcome::Rejected && !called)) continue;
+    if (!isRefused(trace.outcome) || !called) return {};
     if (isOfRecord(**failed)) return {};
     const std::string& description = (*failed)->error->description;
     if (!common.empty() && description != common) return {};
@@ -123,8 +121,9 @@ std::string stepAfterDryRun(const ImportResult& result) {
   }
   const std::size_t left = recordsLeft(result);
   if (left > 0) {
-    return "Nothing was posted. Correct " + counted(left, "record", "records") +
-           " that would not be posted, or not wholly, then try again or import without --dry-run.";
+    return "Nothing was posted. Look at " + counted(left, "record", "records") +
+           " that would not be posted, or not without a word, then try again or import without "
+           "--dry-run.";
   }
   return "Nothing was posted. Import without --dry-run; what the database's procedures themselves "
          "would refuse was not tried.";
@@ -139,8 +138,8 @@ std::string stepWithNothingImported(const ImportResult& result) {
   }
   const std::string error = commonError(result.traces);
   if (error.empty()) return {};
-  return "Nothing was imported: the database refused every record for one reason (" + error +
-         "). When that is mended, or with another --database, import the file again.";
+  return "Nothing was imported: the database refused all that it was asked for one reason (" +
+         error + "). When that is mended, or with another --database, import the file again.";
 }
 
 }  // namespace

@@ -53,6 +53,7 @@ Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWo
                     {"text", warning.text()},
                     {"count", warning.count},
                     {std::string(placeWord) + "s", warning.lines},
+                    {"fields", warning.fields},
                     {"readings", std::move(readings)}});
   }
   return list;

@@ -15,74 +15,80 @@ namespace {
 constexpr std::size_t mostColumnsShown = 20;
 constexpr std::size_t widestCell = 24;
 
-void writeColumnsNotUsed(const PreviewResult& preview, std::ostream& out) {
+void writeColumnsNotUsed(const std::vector<FieldMapping>& mapping, const PreviewTable& table,
+                         std::ostream& out) {
   std::string unused;
-  for (std::size_t column = 0; column < std::min(mostColumnsShown, preview.titles.size());
-       ++column) {
-    if (std::ranges::count(preview.mapping, column, &FieldMapping::column) > 0) continue;
-    unused += (unused.empty() ? "" : ", ") + printable(preview.titles[column]) + " (#" +
+  for (std::size_t column = 0; column < std::min(mostColumnsShown, table.titles.size()); ++column) {
+    if (std::ranges::count(mapping, column, &FieldMapping::column) > 0) continue;
+    unused += (unused.empty() ? "" : ", ") + printable(table.titles[column]) + " (#" +
               std::to_string(column + 1) + ")";
   }
   if (!unused.empty()) out << "\nColumns not used: " << unused << '\n';
 }
 
-void writeRows(const PreviewResult& preview, std::ostream& out) {
-  const std::size_t columns = std::min(mostColumnsShown, preview.titles.size());
-  std::vector<std::vector<std::string>> table{preview.titles};
-  table.insert(table.end(), preview.rows.begin(), preview.rows.end());
-  for (std::vector<std::string>& row : table) {
+void writeRows(const PreviewTable& table, std::ostream& out) {
+  const std::size_t columns = std::min(mostColumnsShown, table.titles.size());
+  std::vector<std::vector<std::string>> rows{table.titles};
+  rows.insert(rows.end(), table.rows.begin(), table.rows.end());
+  for (std::vector<std::string>& row : rows) {
     row.resize(columns);
     // Cut last, because escaping makes a cell longer.
     for (std::string& cell : row) cell = cutTo(printable(cell), widestCell);
   }
   out << '\n';
-  writeTable(table, columns, out);
-  if (preview.titles.size() > columns) {
-    out << "  (the first " << columns << " of " << grouped(preview.titles.size()) << " columns)\n";
+  writeTable(rows, columns, out);
+  if (table.titles.size() > columns) {
+    out << "  (the first " << columns << " of " << grouped(table.titles.size()) << " columns)\n";
   }
 }
 
-/// What an import would refuse although the screen shows the file.
-void writeAdvice(const PreviewResult& preview, std::ostream& out) {
-  // The preview itself was refused, and says why.
-  if (preview.mapping.empty()) return;
-  const ImportKind& kind = *preview.arguments.kind;
-  if (const std::string refusal = preview.input->refusal(kind); !refusal.empty()) {
-    out << "\nAn import would be refused: " << printable(refusal) << ".\n";
+/// Whether the screen shows the file, and with the mapping that was asked for.
+bool isShown(const ImportResult& result) {
+  return !result.mapping.empty();
+}
+
+void writeForesight(const ImportResult& result, std::ostream& out) {
+  if (result.refused()) {
+    out << (isShown(result) ? "\nAn import would be refused: " : "\nRefused: ")
+        << printable(result.refusal) << '\n';
+    return;
   }
-  const std::string unmapped = unmappedFields(preview.mapping, kind.mandatory);
-  if (unmapped.empty()) return;
-  out << "\nAn import would be refused: no column is mapped to " << printable(unmapped)
-      << ". Rename the column, or use --map \"Field=Column\".\n";
+  out << "\nAs far as the file tells, an import would end with status "
+      << static_cast<int>(result.status());
+  if (!result.brokeOff.empty()) out << " and break off: " << printable(result.brokeOff);
+  const std::size_t left = needAttention(result.traces);
+  if (left > 0) out << "; " << counted(left, "record needs", "records need") << " attention";
+  out << ".\n";
 }
 
 }  // namespace
 
-void writePreviewText(const PreviewResult& preview, std::ostream& out) {
-  const bool refused = !preview.refusal.empty();
-  out << "File: " << printable(preview.arguments.file) << " ("
-      << counted(preview.input->count(), "record", "records") << ")\n";
-  writeMapping(preview.mapping, out);
-  writeColumnsNotUsed(preview, out);
-  if (!refused) writeRows(preview, out);
-  writeWarnings(preview.warnings, preview.input->placeWord(), out);
-  if (refused) out << "\nRefused: " << printable(preview.refusal) << '\n';
-  writeAdvice(preview, out);
+void writePreviewText(const ImportResult& result, const PreviewTable& table, std::ostream& out) {
+  out << "File: " << printable(result.arguments.file) << " ("
+      << counted(result.input->count(), "record", "records") << ")\n";
+  writeMapping(result.mapping, out);
+  writeColumnsNotUsed(result.mapping, table, out);
+  if (isShown(result)) writeRows(table, out);
+  writeWarnings(result.warnings, result.input->placeWord(), out);
+  writeForesight(result, out);
 }
 
-void writePreviewJson(const PreviewResult& preview, std::ostream& out) {
+void writePreviewJson(const ImportResult& result, const PreviewTable& table, std::ostream& out) {
   // A program must not rely on rows of a file that was refused.
-  const bool shown = preview.refusal.empty();
+  const bool shown = isShown(result);
   out << textOf({{"command", "preview"},
-                 {"kind", preview.arguments.kind->name},
-                 {"status", preview.status()},
-                 {"file", preview.arguments.file},
-                 {"refused", preview.refusal},
-                 {"recordCount", preview.input->count()},
-                 {"mapping", mappingJson(preview.mapping)},
-                 {"warnings", warningsJson(preview.warnings, preview.input->placeWord())},
-                 {"columns", shown ? Json(preview.titles) : Json::array()},
-                 {"rows", shown ? Json(preview.rows) : Json::array()}})
+                 {"kind", result.arguments.kind->name},
+                 {"status", result.status()},
+                 {"file", result.arguments.file},
+                 {"refused", shown ? "" : result.refusal},
+                 {"wouldRefuse", result.refused()},
+                 {"refusal", orNull(result.refusal)},
+                 {"recordCount", result.input->count()},
+                 {"needAttention", needAttention(result.traces)},
+                 {"mapping", mappingJson(result.mapping)},
+                 {"warnings", warningsJson(result.warnings, result.input->placeWord())},
+                 {"columns", shown ? Json(table.titles) : Json::array()},
+                 {"rows", shown ? Json(table.rows) : Json::array()}})
       << '\n';
 }
 

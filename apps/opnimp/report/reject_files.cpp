@@ -24,7 +24,8 @@ void attempt(const std::string& path, Action action) {
   try {
     action();
   } catch (const RuntimeError& error) {
-    throw CannotOpen("the rejects file " + path + " cannot be written: " + error.description() +
+    throw CannotOpen("the rejects file " + path +
+                     " cannot be written: " + fileErrorText(path, error) +
                      ". Check --rejects, its folder and the space there");
   }
 }
@@ -112,17 +113,22 @@ RejectFiles::RejectFiles(const std::string& path, FileFormat format, bool dryRun
   for (const std::string& target : paths_) attempt(target, [&] { files.openReplacement(target); });
 }
 
-std::vector<std::string> RejectFiles::write(const InputRecords& input, const Traces& traces,
-                                            std::span<const std::size_t> setApart) const {
+// Each for itself: one that fails must not cost the others.
+RejectFiles::Written RejectFiles::write(const InputRecords& input, const Traces& traces,
+                                        std::span<const std::size_t> setApart) const {
   NativeFileSystem files;
-  std::vector<std::string> written;
+  Written written;
   const auto put = [&](const std::string& path, const auto& writeIt) {
-    attempt(path, [&] {
-      Claim claim(path);
-      writeIt();
-      claim.keep();
-    });
-    written.push_back(path);
+    try {
+      attempt(path, [&] {
+        Claim claim(path);
+        writeIt();
+        claim.keep();
+      });
+      written.paths.push_back(path);
+    } catch (const CannotOpen& error) {
+      written.failure.append(written.failure.empty() ? "" : "; ").append(error.what());
+    }
   };
   const auto putRecords = [&](const std::string& path, const std::vector<std::size_t>& records) {
     put(path, [&] { input.write(files, path, records); });

@@ -24,14 +24,18 @@ class RejectFiles {
   /// one of them is there already: none is ever replaced.
   RejectFiles(const std::string& path, FileFormat format, bool dryRun);
 
+  struct Written {
+    std::vector<std::string> paths;
+    std::string failure;  ///< of those that could not be; empty: there are none
+  };
+
   /// The paths of all four, by File.
   static std::vector<std::string> touched(const std::string& path, FileFormat format);
 
   /// Writes FILE and its reasons, and the .check and .rest files where there is something for them.
-  /// `setApart`: records before those of `input`, for the .check file. Answers the paths written.
-  /// Raises CannotOpen.
-  std::vector<std::string> write(const InputRecords& input, const Traces& traces,
-                                 std::span<const std::size_t> setApart = {}) const;
+  /// `setApart`: records before those of `input`, for the .check file.
+  Written write(const InputRecords& input, const Traces& traces,
+                std::span<const std::size_t> setApart = {}) const;
 
  private:
   std::vector<std::string> paths_;

@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "apps/opnimp/cli/failures.h"
-#include "base/errors.h"
+#include "apps/opnimp/records/file_bytes.h"
 #include "platform/native/native_files.h"
 
 namespace velk {
@@ -26,7 +26,7 @@ void attempt(const std::string& path, Action action) {
   try {
     action();
   } catch (const RuntimeError& error) {
-    throw CannotOpen("the report " + path + " cannot be written: " + error.description() +
+    throw CannotOpen("the report " + path + " cannot be written: " + fileErrorText(path, error) +
                      ". Check --report, its folder and the space there");
   }
 }

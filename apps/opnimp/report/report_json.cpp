@@ -155,6 +155,7 @@ Json headJson(const ImportResult& result) {
           {"user", result.user},
           {"database", result.database},
           {"dryRun", result.isDryRun()},
+          {"accepted", result.arguments.accept},
           {"refused", orNull(result.refusal)},
           {"brokeOff", orNull(result.brokeOff)},
           {"rejectsError", orNull(result.rejectsError)},

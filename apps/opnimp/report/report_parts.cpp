@@ -31,13 +31,18 @@ std::string columnText(const FieldMapping& entry) {
 
 // Only the first lines of a warning are kept: dots say that there are more.
 std::string placesOf(const Warning& warning, std::string_view placeWord) {
-  if (warning.lines.empty()) return {};
-  std::string text(placeWord);
-  text += warning.lines.size() == 1 ? " " : "s ";
-  for (std::size_t i = 0; i < warning.lines.size(); ++i) {
-    text.append(i == 0 ? "" : ", ").append(std::to_string(warning.lines[i]));
+  std::string text;
+  for (const std::size_t line : warning.lines) {
+    text.append(text.empty() ? "" : ", ").append(std::to_string(line));
   }
-  return warning.count > warning.lines.size() ? text + ", ..." : text;
+  if (!text.empty()) {
+    text = std::string(placeWord) + (warning.lines.size() == 1 ? " " : "s ") + text;
+    if (warning.count > warning.lines.size()) text += ", ...";
+  }
+  for (std::size_t i = 0; i < warning.fields.size(); ++i) {
+    text.append(i > 0 ? ", " : text.empty() ? "in " : ", in ").append(warning.fields[i]);
+  }
+  return text;
 }
 
 std::string unreadableText(const Account& account) {
@@ -80,7 +85,8 @@ void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeW
   for (const Warning& warning : warnings) {
     const std::string places = placesOf(warning, placeWord);
     out << "  " << warning.code() << " (" << grouped(warning.count) << (places.empty() ? "" : ", ")
-        << places << ")\n    " << (warning.harmful() ? "HARMFUL: " : "") << warning.text() << '\n';
+        << printable(places) << ")\n    " << (warning.harmful() ? "HARMFUL: " : "")
+        << warning.text() << '\n';
     writeReadings(warning, placeWord, out);
   }
 }

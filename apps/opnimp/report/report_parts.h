@@ -16,8 +16,8 @@ void writeTable(const std::vector<std::vector<std::string>>& rows, std::size_t l
                 std::ostream& out);
 /// Such as "Amount Due (#3)", or "not mapped".
 std::string columnText(const FieldMapping& entry);
-/// Which lines of the file a warning is of, and how often it was found: "lines 2, 5" or "line 2, 4
-/// times"; empty for the file as a whole. `placeWord`: what the lines are, see InputRecords.
+/// Where a warning was found, such as "lines 2, 5, ..., in Date"; empty for the file as a whole.
+/// `placeWord`: what the lines are, see InputRecords.
 std::string placesOf(const Warning& warning, std::string_view placeWord);
 /// That amounts are missing in the sums of the account.
 std::string unreadableText(const Account& account);

@@ -1,14 +1,23 @@
 #include "apps/opnimp/run/database_choice.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <regex>
+#include <system_error>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "base/errors.h"
+#include "platform/native/native_files.h"
 
 namespace velk {
 
 namespace {
+
+namespace fs = std::filesystem;
+
+/// More than drivers take, and little enough to search.
+constexpr std::size_t longestConnectionString = 8192;
 
 OpenDatabase connect(const DatabaseChoice& choice, const Surroundings& surroundings) {
   try {
@@ -26,6 +35,40 @@ OpenDatabase connect(const DatabaseChoice& choice, const Surroundings& surroundi
   throw CannotOpen("the database " + path + " could not be made: " + why);
 }
 
+[[noreturn]] void cannotTake(const std::string& path, const std::string& why) {
+  throw CannotOpen("OPNIMP_DATABASE: the file " + path + " " + why);
+}
+
+/// The first line of a file with a connection string.
+std::string connectionStringIn(const std::string& path, std::string bytes) {
+  // A password that others can read is none.
+  using enum fs::perms;
+  if ((fs::status(path).permissions() & (group_all | others_all)) != none) {
+    cannotTake(path, "may be read by others than its owner; `chmod 600` it");
+  }
+  bytes.resize(std::min(bytes.find_first_of("\r\n"), bytes.size()));
+  if (bytes.size() > longestConnectionString || bytes.find('=') == std::string::npos) {
+    cannotTake(path, "holds no connection string in its first line");
+  }
+  return bytes;
+}
+
+/// What --database would take.
+std::string fromEnvironment(const std::string& value) {
+  std::error_code error;
+  if (!fs::is_regular_file(value, error)) return value;
+  NativeFileSystem files;
+  try {
+    // An embedded database may be of any size.
+    std::string bytes(longestConnectionString + 1, '\0');
+    bytes.resize(files.openInput(value)->read(bytes.data(), bytes.size()));
+    if (bytes.starts_with("SQLite format 3")) return value;
+    return connectionStringIn(value, std::move(bytes));
+  } catch (const RuntimeError& failure) {
+    cannotTake(value, "could not be read: " + failure.description());
+  }
+}
+
 /// False when such a file is there already.
 bool madeDatabase(const std::string& path) {
   try {
@@ -37,24 +80,24 @@ bool madeDatabase(const std::string& path) {
 
 }  // namespace
 
-DatabaseChoice chooseDatabase(const std::optional<std::string>& option) {
-  const CompanyDatabase database = companyDatabase(option);
+DatabaseChoice chooseDatabase(const std::optional<std::string>& option,
+                              const Surroundings& surroundings) {
+  if (!option && surroundings.database.empty()) {
+    throw UsageError(
+        "no database is named; use --database or the environment variable OPNIMP_DATABASE. "
+        "`opnimp demo-database PATH` makes one to try it on");
+  }
+  const CompanyDatabase database =
+      companyDatabase(option ? *option : fromEnvironment(surroundings.database));
   return {database,
           database.path.empty() ? maskPasswords(database.connectionString) : database.path};
 }
 
-OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault,
-                          const Surroundings& surroundings, std::ostream& err) {
+OpenDatabase openDatabase(const DatabaseChoice& choice, const Surroundings& surroundings) {
+  // It is never made here: a typing error would fill a new sample company.
   if (isMissing(choice)) {
-    // A named file is never made here: a typing error would fill a new sample company.
-    if (!isDefault) {
-      throw CannotOpen("there is no database " + choice.path + "; `opnimp demo-database " +
-                       choice.path + "` makes one with the sample company");
-    }
-    // Another run may have made it in the meantime, which is as good.
-    if (madeDatabase(choice.path)) {
-      err << "Made " << choice.path << " with the sample company.\n";
-    }
+    throw CannotOpen("there is no database " + choice.path + "; `opnimp demo-database " +
+                     choice.path + "` makes one with the sample company");
   }
   return connect(choice, surroundings);
 }
@@ -65,15 +108,20 @@ void makeDemoDatabase(const std::string& path) {
   cannotMake(path, "there is such a file already. Choose another path, or remove it first");
 }
 
-// A value in braces may contain semicolons, and a closing brace when it is doubled. When in doubt,
-// too much is masked: also what only looks like a password inside another value's braces.
+// A value in braces may contain semicolons, and a closing brace when it is doubled. Without braces
+// it must not, and one that does ends where a further keyword of connection strings begins. When in
+// doubt, too much is masked: also what only looks like a password inside another value's braces.
 std::string maskPasswords(std::string_view connectionString) {
-  constexpr std::size_t longest = 8192;  // more than drivers take, and little enough to search
-  if (connectionString.size() > longest) return "***";
-  // After a closing brace, or without one, the rest up to the next semicolon is masked as well:
-  // a password that is quoted wrongly must not show its end.
+  if (connectionString.size() > longestConnectionString) return "***";
+  // After a closing brace, or without one, the rest is masked likewise: a password that is quoted
+  // wrongly must not show its end.
   static const std::regex password(
-      R"(((?:^|;|\{)\s*(?:pwd|password)\s*=)(\{(?:[^}]|\}\})*\}?[^;]*|[^;]*))", std::regex::icase);
+      R"(((?:^|;|\{)\s*(?:pwd|password)\s*=)(?:\{(?:[^}]|\}\})*\}?)?)"
+      R"([^;]*(?:;(?!\s*(?:app|charset|client ?charset|data ?source|database|description|driver)"
+      R"(|dsn|encrypt|file ?dsn|host(?:name)?|initial catalog|language|option|port|protocol|provider)"
+      R"(|pwd|password|server(?:name)?|socket|ssl\w*|sync\w*|tds_version|timeout|trust\w*|uid)"
+      R"(|user(?: ?(?:id|name))?|wsid)\s*=|\s*$)[^;]*)*)",
+      std::regex::icase);
   return std::regex_replace(std::string(connectionString), password, "$1***");
 }
 

@@ -14,13 +14,15 @@ struct DatabaseChoice : CompanyDatabase {
   std::string shown;  ///< fit to be printed: without passwords
 };
 
-/// The database that --database names, or the default one.
-DatabaseChoice chooseDatabase(const std::optional<std::string>& option);
+/// The database that --database names: a connection string, or the path of an embedded database;
+/// else the one of OPNIMP_DATABASE, which may also be the path of a file that holds a connection
+/// string and that only its owner may read. None is ever chosen without a word. Raises UsageError
+/// where neither is given, and CannotOpen for such a file that will not do.
+DatabaseChoice chooseDatabase(const std::optional<std::string>& option,
+                              const Surroundings& surroundings);
 
-/// Opens it. The default database is made with the sample company when it is not there, which `err`
-/// is told. Raises CannotOpen, with what to do next.
-OpenDatabase openDatabase(const DatabaseChoice& choice, bool isDefault,
-                          const Surroundings& surroundings, std::ostream& err);
+/// Opens it. Raises CannotOpen, with what to do next.
+OpenDatabase openDatabase(const DatabaseChoice& choice, const Surroundings& surroundings);
 
 /// Makes the sample company's database in a new file. Raises CannotOpen.
 void makeDemoDatabase(const std::string& path);

@@ -8,6 +8,7 @@
 #include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/report/export_report.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_session.h"
@@ -30,8 +31,8 @@ class Target {
       if (existed_) requireSalesmen();
       files_.openReplacement(path);
     } catch (const RuntimeError& failure) {
-      throw CannotOpen("the file " + path + " could not be written: " + failure.description() +
-                       ". Check the path and its permissions");
+      throw CannotOpen("the file " + path + " could not be written: " +
+                       fileErrorText(path, failure) + ". Check the path and its permissions");
     }
   }
   Target(const Target&) = delete;
@@ -113,12 +114,10 @@ ExitStatus runExport(const Arguments& arguments, const Streams& streams,
                      arguments.file);
   }
   const std::string folder = applicationFolder(arguments.appFolder);
-  const DatabaseChoice choice = chooseDatabase(arguments.database);
+  const DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
   checkWrites({"the export", arguments.file, {arguments.file}}, choice, folder, {});
-  // Before the database is opened: a wrong file name must not make the default database first.
   const Target target(arguments.file);
-  const OpenDatabase database =
-      openDatabase(choice, !arguments.database, surroundings, streams.err);
+  const OpenDatabase database = openDatabase(choice, surroundings);
   // Never drawn, since an export does not count records; the messages only need one to erase.
   Progress progress(streams.err, false);
   Recorder recorder(Recorder::Mode::Post);

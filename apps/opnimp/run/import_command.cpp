@@ -62,13 +62,25 @@ class DryRun {
 class ImportCommand {
  public:
   ImportCommand(const Arguments& arguments, const Streams& streams,
-                const Surroundings& surroundings)
+                const Surroundings& surroundings, Recorder::Mode mode)
       : streams_(streams),
         surroundings_(surroundings),
         progress_(streams.err, streams.errIsTerminal),
-        recorder_(arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post),
-        report_(arguments.dryRun) {
+        recorder_(mode),
+        report_(mode == Recorder::Mode::DryRun) {
     result_.arguments = arguments;
+    result_.arguments.dryRun = report_.isDryRun();
+  }
+
+  void foresee(const Foresight& foresight) {
+    foresight_ = &foresight;
+    folder_ = ".";  // any does, because the error log stays in memory
+    database_ = {foresight.connection, [] {}, [] {}};
+    checkAccepted(arguments().accept);
+    result_.input = readInput(arguments());
+    drive();
+    evaluate();
+    foresight.ended(result_);
   }
 
   // Memory that runs out before the first record was posted is the file's fault; later it is not
@@ -95,17 +107,16 @@ class ImportCommand {
   void prepare() {
     checkAccepted(arguments().accept);
     folder_ = applicationFolder(arguments().appFolder);
-    result_.user = surroundings_.user();
-    result_.folder = applicationFolder({});
-    result_.began = surroundings_.clock();
     result_.input = readInput(arguments());
-    const DatabaseChoice choice = chooseDatabase(arguments().database);
+    const DatabaseChoice choice = chooseDatabase(arguments().database, surroundings_);
     result_.database = choice.shown;
-    // Before the database is opened: a wrong --rejects must not make the default database.
     prepareRejects(choice);
     prepareReport(choice);
     prepareJournal(choice);
-    database_ = openDatabase(choice, !arguments().database, surroundings_, streams_.err);
+    result_.user = surroundings_.user();
+    result_.folder = applicationFolder({});
+    result_.began = surroundings_.clock();
+    database_ = openDatabase(choice, surroundings_);
     if (arguments().resume) takeUp();
     // Before a record begins, so that no record is cut in two.
     report_.onRecord = [this](std::size_t record) {
@@ -171,21 +182,45 @@ class ImportCommand {
     // Declared before the session, so that the screen is gone when the transaction is taken back.
     std::optional<DryRun> dryRun;
     if (arguments().dryRun) dryRun.emplace(database_);
-    ScreenSession session(recorder_,
-                          {folder_, surroundings_.clock, messagesTo(streams_.err, progress_),
-                           !arguments().dryRun, shadow_ ? &*shadow_ : nullptr});
+    ScreenSession session(recorder_, {folder_, surroundings_.clock, messages(), !arguments().dryRun,
+                                      shadow_ ? &*shadow_ : nullptr});
     result_.errorLog = session.errorLogPath();
     try {
       ImportScreen& screen = session.open(kind(), recorded(recorder_, database_.connection));
-      viewAndMap(session, arguments(), *result_.input, report_);
+      view(session, screen);
       import(session, screen);
     } catch (const Refused& refused) {
       result_.refusal = refused.what();
     } catch (const RunEnded& ended) {
       brokeOff(ended);
     }
+    tellOfLog();
     // A run that was refused early has no warnings yet, although they may explain the refusal.
     if (!began_ && result_.warnings.empty()) findWarningsNow();
+  }
+
+  /// Of a foreseen import only what the screen says of the file is shown.
+  MessageHandler messages() {
+    return [this, show = messagesTo(streams_.err, progress_)](const Message& message) {
+      if (foresight_ == nullptr || !began_) show(message);
+    };
+  }
+
+  void view(ScreenSession& session, const ImportScreen& screen) {
+    try {
+      viewAndMap(session, arguments(), *result_.input, report_);
+    } catch (const Refused&) {
+      if (foresight_ != nullptr) foresight_->viewed(screen);
+      throw;
+    }
+    if (foresight_ != nullptr) foresight_->viewed(screen);
+  }
+
+  /// The screen's messages may name the log, which a dry run does not write.
+  void tellOfLog() {
+    if (!arguments().dryRun || recorder_.lines().empty() || recorder_.shown().empty()) return;
+    progress_.erase();
+    streams_.err << "opnimp: a dry run writes no error log; the report has what would be in it.\n";
   }
 
   void import(ScreenSession& session, const ImportScreen& screen) {
@@ -201,6 +236,7 @@ class ImportCommand {
     // What the screen said of View and of --map is no answer to Import.
     report_.beginStep();
     const EventResult event = session.import();
+    requireCompany();
     // The error that stopped the run explains more than the state in which the screen was left.
     if (!report_.stop().empty()) {
       result_.brokeOff = report_.stop();
@@ -209,6 +245,21 @@ class ImportCommand {
     } else if (!report_.ended() && !wasRefused()) {
       result_.brokeOff = "the import did not say how it ended";
     }
+  }
+
+  /// A database without the tables that an import asks before its first record is no company's.
+  void requireCompany() const {
+    const auto& stop = report_.stopError();
+    const bool posted =
+        report_.begun() > 0 ||
+        std::ranges::count(recorder_.calls(), CallKind::Procedure, &RecordedCall::kind) > 0;
+    if (!stop || posted || !isOfSchema(*stop)) return;
+    throw CannotOpen("the database " + result_.database + " is none of this application: " +
+                     stop->description() + "; nothing was imported. Choose another --database");
+  }
+
+  static bool isOfSchema(const RuntimeError& error) {
+    return error.is(ErrorNumber::NoSuchTable) || error.is(ErrorNumber::CommandErrors);
   }
 
   /// The import's word that nothing was posted, as long as nothing seen speaks against it.
@@ -288,12 +339,11 @@ class ImportCommand {
 
   void writeRejects() {
     if (!rejects_) return;
-    try {
-      result_.rejectFiles = rejects_->write(*result_.input, result_.traces, result_.setApart);
-    } catch (const CannotOpen& error) {
-      // The run is over already: its report must appear in any case.
-      result_.rejectsError = error.what();
-    }
+    // One that fails ends nothing: the run is over already, and its report must appear in any case.
+    RejectFiles::Written written =
+        rejects_->write(*result_.input, result_.traces, result_.setApart);
+    result_.rejectFiles = std::move(written.paths);
+    result_.rejectsError = std::move(written.failure);
   }
 
   /// Last of all: it tells what became of the other files.
@@ -321,14 +371,21 @@ class ImportCommand {
   Recorder recorder_;
   ImportReport report_;
   std::optional<long long> screenRecords_;
-  bool began_ = false;  ///< whether anything may have been posted
+  const Foresight* foresight_ = nullptr;  ///< of a preview
+  bool began_ = false;                    ///< whether anything may have been posted
 };
 
 }  // namespace
 
+void foreseeImport(const Arguments& arguments, const Streams& streams,
+                   const Surroundings& surroundings, const Foresight& foresight) {
+  ImportCommand(arguments, streams, surroundings, Recorder::Mode::DryRun).foresee(foresight);
+}
+
 ExitStatus runImport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
-  ImportCommand command(arguments, streams, surroundings);
+  ImportCommand command(arguments, streams, surroundings,
+                        arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post);
   const ImportResult& result = command.run();
   (arguments.json ? writeImportJson : writeImportText)(result, streams.out);
   return result.status();

@@ -105,9 +105,11 @@ ExitStatus runRejects(const Arguments& arguments, const Streams& streams,
                      " imported nothing: the whole file is still to be imported");
   }
   const RejectFiles files(arguments.file, run.kind().format, false);
-  for (const std::string& path : files.write(*result.input, result.traces, result.setApart)) {
+  const RejectFiles::Written written = files.write(*result.input, result.traces, result.setApart);
+  for (const std::string& path : written.paths) {
     streams.out << "Written:   " << printable(path) << '\n';
   }
+  if (!written.failure.empty()) throw CannotOpen(written.failure);
   return ExitStatus::Posted;
 }
 

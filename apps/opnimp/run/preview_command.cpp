@@ -3,13 +3,10 @@
 #include <algorithm>
 #include <new>
 
-#include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/report/preview_report.h"
+#include "apps/opnimp/run/import_command.h"
 #include "apps/opnimp/run/run_support.h"
-#include "apps/opnimp/run/screen_mapping.h"
-#include "apps/opnimp/run/screen_session.h"
-#include "apps/opnimp/warnings/find_warnings.h"
 #include "platform/memory_recordset.h"
 
 namespace velk {
@@ -29,17 +26,29 @@ class PassingCheck final : public Command {
   }
 };
 
-/// What a preview has in the place of a database: the checks that a screen makes at View pass, and
-/// whatever else is executed fails as on a connection that was never opened.
+/// What a preview has in the place of a database: every check and look-up passes, no date is too
+/// late, and the screen has its own colours, as on a connection that was never opened.
 class PreviewConnection final : public ClosedConnection {
  public:
   std::unique_ptr<Command> newCommand() override { return std::make_unique<PassingCheck>(); }
+
+  std::shared_ptr<Recordset> Execute(std::string_view text) override {
+    if (text.find("ColorSettings") != std::string_view::npos) {
+      return ClosedConnection::Execute(text);
+    }
+    // No salesman may have an empty type.
+    const bool asksForNothing = text.find("DSTypeValue = ''") != std::string_view::npos;
+    if (asksForNothing) return std::make_shared<MemoryRecordset>(1, std::vector<Value>{});
+    const bool asksForDate = text.find("OpeningDate") != std::string_view::npos;
+    const Value answer = asksForDate ? Value(Date{lastCalendarDay}) : Value(std::int32_t{1});
+    return std::make_shared<MemoryRecordset>(1, std::vector<Value>{answer});
+  }
 };
 
 // Enough to see whether the columns are the right ones.
 constexpr std::size_t mostRows = 10;
 
-void readTable(const ListView& list, PreviewResult& preview) {
+void readTable(const ListView& list, PreviewTable& preview) {
   for (std::size_t column = 0; column < list.columnCount(); ++column) {
     preview.titles.emplace_back(list.title(column));
   }
@@ -51,44 +60,25 @@ void readTable(const ListView& list, PreviewResult& preview) {
   }
 }
 
-PreviewResult previewOf(const Arguments& arguments, std::ostream& err,
-                        const Surroundings& surroundings) {
-  PreviewResult preview;
-  preview.arguments = arguments;
-  Progress progress(err, false);
-  Recorder recorder(Recorder::Mode::DryRun);  // whatever the screen does, nothing is posted
-  ImportReport report(true);
-  // Any folder does, because the error log stays in memory.
-  ScreenSession session(recorder, {".", surroundings.clock, messagesTo(err, progress), false});
-  preview.input = readInput(arguments);
-  // Null if the screen did not open: then there is no table to read.
-  const ImportScreen* screen = nullptr;
-  try {
-    screen =
-        &session.open(*arguments.kind, recorded(recorder, std::make_shared<PreviewConnection>()));
-    viewAndMap(session, arguments, *preview.input, report);
-    preview.mapping = readMapping(session.screen());
-  } catch (const Refused& refused) {
-    preview.refusal = refused.what();
-  }
-  // After a refused --map, too: the report then lists the columns that the file really has.
-  if (screen != nullptr) readTable(screen->lv, preview);
-  preview.warnings = findWarnings(*preview.input, *arguments.kind, preview.mapping,
-                                  civilFromDate(surroundings.clock()).year);
-  return preview;
-}
-
 }  // namespace
 
 ExitStatus runPreview(const Arguments& arguments, const Streams& streams,
                       const Surroundings& surroundings) {
+  PreviewTable table;
+  ExitStatus status = ExitStatus::Posted;
+  const auto report = [&](const ImportResult& result) {
+    (arguments.json ? writePreviewJson : writePreviewText)(result, table, streams.out);
+    status = result.status();
+  };
   try {
-    const PreviewResult preview = previewOf(arguments, streams.err, surroundings);
-    (arguments.json ? writePreviewJson : writePreviewText)(preview, streams.out);
-    return preview.status();
+    // Without a progress line.
+    foreseeImport(arguments, {streams.out, streams.err, false}, surroundings,
+                  {std::make_shared<PreviewConnection>(),
+                   [&](const ImportScreen& screen) { readTable(screen.lv, table); }, report});
   } catch (const std::bad_alloc&) {
     throw CannotOpen(tooLarge(arguments.file));
   }
+  return status;
 }
 
 }  // namespace velk

@@ -80,9 +80,10 @@ std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
   } catch (const RuntimeError& error) {
     // Reading raises this error for the length only; memory that runs out is std::bad_alloc.
     const bool tooLong = error.is(ErrorNumber::OutOfMemory);
-    throw CannotOpen("the file " + arguments.file + " could not be read: " +
-                     (tooLong ? "it is longer than 2 GB; split it"
-                              : error.description() + ". Check the path and its permissions"));
+    throw CannotOpen(
+        "the file " + arguments.file + " could not be read: " +
+        (tooLong ? "it is longer than 2 GB; split it"
+                 : fileErrorText(arguments.file, error) + ". Check the path and its permissions"));
   }
 }
 

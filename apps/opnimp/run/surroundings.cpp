@@ -1,5 +1,7 @@
 #include "apps/opnimp/run/surroundings.h"
 
+#include <cstdlib>
+
 #include "platform/native/native_clock.h"
 #include "platform/native/native_state.h"
 #include "platform/native/native_user.h"
@@ -8,9 +10,11 @@
 namespace velk {
 
 Surroundings realSurroundings() {
+  const char* const database = std::getenv("OPNIMP_DATABASE");
   return {.interrupted = [] { return false; },
           .clock = localNow,
           .user = userName,
+          .database = database == nullptr ? "" : database,
           .openDatabase =
               [](const std::string& connectionString) {
                 // All three members keep the connection alive.

@@ -27,6 +27,8 @@ struct Surroundings {
   std::function<Date()> clock;
   /// Who runs the program.
   std::function<std::string()> user;
+  /// OPNIMP_DATABASE; empty: it is not set.
+  std::string database{};
   /// Opens a database by its ODBC connection string. Raises RuntimeError.
   std::function<OpenDatabase(const std::string& connectionString)> openDatabase;
   std::string stateFolder;   ///< where programs keep what they remember; empty: there is none

@@ -46,6 +46,7 @@ std::vector<Warning> findWarnings(const InputRecords& input, const ImportKind& k
     if (!mapping.empty()) warnOfSalesmen(*workbook, mapping, warnings);
   } else if (const auto* const csv = dynamic_cast<const CsvRecords*>(&input)) {
     if (csv->isWorkbook()) return {};  // it is refused as a whole
+    if (auto fault = faultOfFile(*csv, kind, mapping)) return {*std::move(fault)};
     warnOfText(*csv, kind, warnings);
     // Quotes count in the titles as in the records: both are separated by one rule.
     checkRecords(

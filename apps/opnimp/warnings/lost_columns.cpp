@@ -10,6 +10,9 @@ namespace velk {
 
 namespace {
 
+/// A hostile header may have thousands of such titles.
+constexpr std::size_t mostLost = 50;
+
 constexpr std::string_view noDate = "nothing: the document gets the default date";
 constexpr std::string_view noReference = "nothing: the document gets no reference";
 constexpr std::string_view noValue = "nothing";
@@ -36,14 +39,20 @@ bool isReferenceTitle(const std::string& name) {
   return name.starts_with("ref") || std::ranges::any_of(names, contained);
 }
 
-/// Whether the column has values, and all of them read as dates.
-bool hasDates(const CheckedFile& file, std::size_t column) {
-  bool found = false;
+/// For each column whether it has values, and all of them read as dates.
+std::vector<bool> dateColumns(const CheckedFile& file) {
+  std::vector<bool> found(file.columns);
+  std::vector<bool> other(file.columns);
   for (std::size_t record = 0; record < file.input.count(); ++record) {
-    const auto fields = file.input.fields(record, column + 1);
-    if (column >= fields.size() || trim(fields[column]).empty()) continue;
-    if (!readDate(fields[column], file.currentYear)) return false;
-    found = true;
+    const auto fields = file.input.fields(record, file.columns);
+    for (std::size_t column = 0; column < fields.size(); ++column) {
+      if (other[column] || trim(fields[column]).empty()) continue;
+      found[column] = true;
+      other[column] = !readDate(fields[column], file.currentYear);
+    }
+  }
+  for (std::size_t column = 0; column < file.columns; ++column) {
+    found[column] = found[column] && !other[column];
   }
   return found;
 }
@@ -56,9 +65,14 @@ bool isUsed(const CheckedFile& file, std::size_t column) {
 
 // Only what could be meant for a field that has no other column, or for one that has another.
 LostColumns::LostColumns(const CheckedFile& file) {
+  const ImportKind& kind = file.kind;
+  // Such a file is refused as a whole.
+  if (kind.columns != 0 && kind.columns != file.columns) return;
+  if (kind.opening != nullptr && !file.isMapped(openingField::date)) dates_ = dateColumns(file);
   const std::string header = CodePage::windows1252().decode(file.input.header());
   std::size_t column = 0;
   for (const std::string& title : splitLine(header, QuotedComma::Drop)) {
+    if (lost_.size() == mostLost) return;
     if (!isUsed(file, column)) look(file, column, std::string(trim(title)));
     ++column;
   }
@@ -83,7 +97,7 @@ void LostColumns::lookInOpening(const CheckedFile& file, std::size_t column,
   const std::string name = plain(title);
   std::string_view readAs;
   if (!file.isMapped(openingField::date) &&
-      (name.find("date") != std::string::npos || hasDates(file, column))) {
+      (name.find("date") != std::string::npos || dates_.at(column))) {
     readAs = noDate;
   } else if (!file.isMapped(openingField::reference) && isReferenceTitle(name)) {
     readAs = noReference;

@@ -27,6 +27,7 @@ class LostColumns {
   void lookInOpening(const CheckedFile& file, std::size_t column, const std::string& title);
   void lookInMaster(const CheckedFile& file, std::size_t column, const std::string& title);
 
+  std::vector<bool> dates_;  // of each column, whether its values are dates; empty: nobody asks
   std::vector<Lost> lost_;
 };
 

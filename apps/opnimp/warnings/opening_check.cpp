@@ -63,7 +63,7 @@ void OpeningCheck::finish(std::vector<Warning>& warnings) const {
     if (monthFirst_) {
       addWarning(warnings, WarningId::DateOrderUncertain, reading);
     } else {
-      addWarning(warnings, WarningId::DateReadsBothWays, reading.line);
+      addWarning(warnings, WarningId::DateReadsBothWays, reading.line, reading.field);
     }
   }
   warnOfSums(warnings);
@@ -93,14 +93,14 @@ void OpeningCheck::checkReference(const CheckedRecord& record, const std::string
 void OpeningCheck::checkDocumentDate(const CheckedRecord& record, std::vector<Warning>& warnings) {
   const std::string text = record.read(openingField::date);
   // Without a text for invalid dates, the kind raises an error for them, which ends its run.
-  const auto doubt = checkDate(text, file_.currentYear, file_.kind.opening->invalidDate.empty());
+  const auto doubt = checkDate(text, file_.currentYear, file_.kind.opening->badDateEndsRun);
   if (!doubt) return;
   Misreading reading = record.misreading(openingField::date, text, doubt->readAs);
   if (doubt->id == WarningId::DateReadsBothWays) {
     bothWays_.push_back(std::move(reading));
   } else if (doubt->id == WarningId::DateMonthFirst) {
     monthFirst_ = true;
-    addWarning(warnings, doubt->id, record.line());
+    addWarning(warnings, doubt->id, record.line(), reading.field);
   } else {
     addWarning(warnings, doubt->id, std::move(reading));
   }
@@ -127,7 +127,8 @@ void OpeningCheck::warnOfSums(std::vector<Warning>& warnings) const {
   for (const auto& [code, party] : parties_) parties.push_back({std::abs(party.sum), party.line});
   std::ranges::partial_sort(parties, parties.begin() + 2, std::ranges::greater(), &Party::sum);
   if (parties[1].sum > 0 && parties[0].sum > farFromOthers * parties[1].sum) {
-    addWarning(warnings, WarningId::SumFarFromOthers, parties[0].line);
+    addWarning(warnings, WarningId::SumFarFromOthers, parties[0].line,
+               file_.mapping.at(openingField::balance).field);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "apps/opnimp/cli/printable.h"
 #include "base/text.h"
 
 namespace velk {
@@ -13,6 +14,9 @@ bool endsInsideQuotes(std::string_view line) {
   return std::ranges::count(line, '"') % 2 != 0;
 }
 
+/// Rows of any length are shown by their beginning.
+constexpr std::size_t longestRow = 500;
+
 /// What the import takes from a row, field by field.
 std::string valuesRead(const CheckedRecord& row) {
   std::string values;
@@ -21,11 +25,11 @@ std::string valuesRead(const CheckedRecord& row) {
     values.append(values.empty() ? "" : ", ").append(row.file.mapping[field].field);
     values.append(" ").append(quotedOrNothing(row.read(field)));
   }
-  return values.empty() ? "no value at all" : values;
+  return values.empty() ? "no value at all" : cutTo(values, longestRow);
 }
 
 std::string textOf(const CheckedRecord& row) {
-  return CodePage::windows1252().decode(row.file.input.bytesOf(row.record));
+  return cutTo(CodePage::windows1252().decode(row.file.input.bytesOf(row.record)), longestRow);
 }
 
 }  // namespace

@@ -38,6 +38,13 @@ constexpr WarningText texts[] = {
      "The titles are separated by semicolons; only commas separate. Save the file with commas."},
     {"tab-separated", note,
      "The titles are separated by tabs; only commas separate. Save the file with commas."},
+    {"bar-separated", note,
+     "The titles are separated by vertical bars; only commas separate. Save the file with commas."},
+    {"separator-line", note,
+     "The first line tells a spreadsheet program which sign separates, and is read as the titles. "
+     "Remove it."},
+    {"lines-above-titles", note,
+     "The titles stand further down; the first line must hold them. Remove the lines above."},
     {"quoted-titles", note,
      "A title keeps its quotes and so matches no field by name. Remove them, or use --map."},
     {"blank-titles", note, "A column without a title matches no field; use --map with #N."},

@@ -21,6 +21,9 @@ enum class WarningId : std::uint8_t {
   TooManyRecords,
   SemicolonSeparated,
   TabSeparated,
+  BarSeparated,
+  SeparatorLine,
+  LinesAboveTitles,
   // Of its titles and columns
   QuotedTitles,
   BlankTitles,

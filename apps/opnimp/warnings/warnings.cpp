@@ -14,26 +14,30 @@ namespace {
 constexpr std::size_t longestText = 120;
 constexpr std::string_view acceptsAll = "all";
 
-Warning& counted(std::vector<Warning>& warnings, WarningId id, std::size_t line) {
+// Several findings of one line count once.
+Warning& counted(std::vector<Warning>& warnings, WarningId id, std::size_t line,
+                 const std::string& field) {
   auto found = std::ranges::find(warnings, id, &Warning::id);
-  if (found == warnings.end()) found = warnings.insert(found, Warning{id, 0, {}, {}});
-  ++found->count;
-  // Several findings of one line count each, but name it once.
-  const bool listed = !found->lines.empty() && found->lines.back() == line;
-  if (line != wholeFile && !listed && found->lines.size() < mostWarningLines) {
+  if (found == warnings.end()) found = warnings.insert(found, Warning{id, 0, 0, {}, {}, {}});
+  const bool isNamed = field.empty() || std::ranges::count(found->fields, field) > 0;
+  if (!isNamed) found->fields.push_back(field);
+  if (line == wholeFile || line != found->lastLine) ++found->count;
+  if (line != wholeFile && line != found->lastLine && found->lines.size() < mostWarningLines) {
     found->lines.push_back(line);
   }
+  found->lastLine = line;
   return *found;
 }
 
 }  // namespace
 
-void addWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line) {
-  counted(warnings, id, line);
+void addWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line,
+                const std::string& field) {
+  counted(warnings, id, line, field);
 }
 
 void addWarning(std::vector<Warning>& warnings, WarningId id, Misreading reading) {
-  counted(warnings, id, reading.line).readings.push_back(std::move(reading));
+  counted(warnings, id, reading.line, reading.field).readings.push_back(std::move(reading));
 }
 
 std::vector<std::string_view> notAccepted(std::span<const Warning> warnings,

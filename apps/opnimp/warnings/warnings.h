@@ -24,8 +24,10 @@ struct Misreading {
 
 struct Warning {
   WarningId id;
-  std::size_t count = 0;             ///< how often it was found
-  std::vector<std::size_t> lines;    ///< the first lines, or rows of a sheet; empty: the whole file
+  std::size_t count = 0;             ///< of lines, or rows, in which it was found
+  std::size_t lastLine = 0;          ///< of them
+  std::vector<std::size_t> lines;    ///< the first of them; empty: it is of the whole file
+  std::vector<std::string> fields;   ///< titles of what it was found in, each once; may be empty
   std::vector<Misreading> readings;  ///< all findings of a harmful one
 
   std::string_view code() const { return warningText(id).code; }
@@ -36,8 +38,10 @@ struct Warning {
 inline constexpr std::size_t mostWarningLines = 5;
 inline constexpr std::size_t wholeFile = 0;  ///< in place of a line
 
-/// Counts one more finding of a note; `line` is wholeFile if it has none.
-void addWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line);
+/// Notes a finding, which come in the order of lines; `line` is wholeFile if it has none. `field`
+/// is a title, or empty.
+void addWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line,
+                const std::string& field = {});
 /// The same of a harmful warning.
 void addWarning(std::vector<Warning>& warnings, WarningId id, Misreading reading);
 

@@ -87,7 +87,9 @@ void warnOfSalesmen(const WorkbookRecords& input, const std::vector<FieldMapping
       warn(WarningId::DuplicateSalesmen, salesmanField::Name, name,
            "the salesman of row " + std::to_string(earlier->second));
     }
-    if (cell(salesmanField::DSType).empty()) addWarning(warnings, WarningId::NoDsType, row);
+    if (cell(salesmanField::DSType).empty()) {
+      addWarning(warnings, WarningId::NoDsType, row, mapping.at(salesmanField::DSType).field);
+    }
     const std::string handheld = unquotedAndTrimmed(cell(salesmanField::HandHeldDS));
     if (const auto doubt = checkHandheld(handheld)) {
       warn(doubt->warning, salesmanField::HandHeldDS, handheld, doubt->readAs);

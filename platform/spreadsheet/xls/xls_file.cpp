@@ -29,14 +29,14 @@ bool isBareSheet(std::string_view file) {
   // A ZIP archive. An .ods begins with a member that spells its type, not compressed.
   if (start.starts_with("PK\x03\x04")) {
     const bool ods = start.find("opendocument.spreadsheet") != std::string_view::npos;
-    refuseAs(ods ? "an .ods workbook under another name" : "an .xlsx workbook under another name");
+    refuseAs(ods ? "an .ods workbook" : "an .xlsx workbook");
   }
   if (isBareSheet(file)) refuseAs("a workbook of version 4.0 or older");
   const std::size_t first = start.find_first_not_of("\xEF\xBB\xBF \t\r\n");
   if (first != std::string_view::npos && start[first] == '<') {
-    refuseAs("a web page or XML document under another name");
+    refuseAs("a web page or XML document");
   }
-  if (start.find('\0') == std::string_view::npos) refuseAs("a text file under another name");
+  if (start.find('\0') == std::string_view::npos) refuseAs("a text file");
   refuse("The file is no workbook");
 }
 

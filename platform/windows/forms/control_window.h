@@ -44,12 +44,13 @@ class ControlWindow {
                 DWORD style, DWORD extendedStyle = 0);
 
   const Scale& scale() const { return scale_; }
+  /// Puts the window where the model has the control.
+  virtual void place() const;
   HFONT font() const { return font_; }
   void showText(Property property) const;
 
  private:
   void enable() const;
-  void place() const;
 
   Control& control_;
   Scale scale_;

@@ -11,6 +11,7 @@
 #include "platform/windows/handles.h"
 #include "platform/windows/module_path.h"
 #include "platform/windows/ole_picture.h"
+#include "platform/windows/pending_input.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -35,7 +36,7 @@ FormWindow::FormWindow(std::shared_ptr<Form> form, std::shared_ptr<void> keep)
     : keep_(std::move(keep)), form_(std::move(form)), scale_(Scale::ofDisplay()) {
   makeWindow();
   try {  // the destructor does not run for an object whose constructor fails
-    makeControls();
+    makeControls(nullptr, handle_);
   } catch (...) {
     destroy();
     throw;
@@ -62,15 +63,20 @@ void FormWindow::makeWindow() {
   applyIcon();
 }
 
-// In the order of declaration, which is that of the Tab key.
-void FormWindow::makeControls() {
-  for (Control* control : form_->controls()) {
-    const ControlWindow* frame =
-        control->container() == nullptr ? nullptr : windowOf(*control->container());
-    const HWND parent = frame == nullptr ? handle_ : frame->handle();
-    if (auto window = makeControlWindow(*control, {parent, scale_, fonts_})) {
-      controls_.push_back(std::move(window));
-    }
+// In the order of the Tab key: as the controls stand on the screen, row by row. Those of a row
+// differ in height, so that only their middles are level.
+void FormWindow::makeControls(const Control* container, HWND parent) {
+  std::vector<Control*> controls(form_->controls().begin(), form_->controls().end());
+  std::erase_if(controls, [&](const Control* c) { return c->container() != container; });
+  std::ranges::stable_sort(controls, {}, [](const Control* control) {
+    const Bounds at = control->bounds();
+    return std::pair(at.top + at.height / 2, at.left);
+  });
+  for (Control* control : controls) {
+    auto window = makeControlWindow(*control, {parent, scale_, fonts_});
+    if (window == nullptr) continue;
+    const HWND handle = controls_.emplace_back(std::move(window))->handle();
+    makeControls(control, handle);
   }
 }
 
@@ -148,6 +154,9 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_ERASEBKGND:
       erase(reinterpret_cast<HDC>(wParam));
       return TRUE;
+    case WM_SYSCOLORCHANGE:
+      showSystemColors();
+      return 0;
     // Windows remembers the focused control for dialogs only.
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) focus_ = GetFocus();
@@ -206,6 +215,15 @@ void FormWindow::erase(HDC dc) const {
   FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
+// Only top windows are told, and a colour of the model may be one of the system's.
+void FormWindow::showSystemColors() const {
+  for (const auto& window : controls_) {
+    SendMessageW(window->handle(), WM_SYSCOLORCHANGE, 0, 0);
+    window->propertyChanged(Property::BackColor);
+  }
+  RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
+}
+
 WindowState FormWindow::state() const {
   if (IsIconic(handle_) != FALSE) return WindowState::Minimised;
   return IsZoomed(handle_) != FALSE ? WindowState::Maximised : WindowState::Normal;
@@ -215,6 +233,9 @@ WindowState FormWindow::state() const {
 // doing.
 void FormWindow::moved(const WINDOWPOS& position) {
   if (applying_ || handle_ == nullptr) return;
+  if ((position.flags & (SWP_SHOWWINDOW | SWP_HIDEWINDOW)) != 0) {
+    form_->userVisible((position.flags & SWP_SHOWWINDOW) != 0);
+  }
   const bool sized = (position.flags & SWP_NOSIZE) == 0;
   if (!sized && state() == form_->windowState()) return;
   RECT outer;
@@ -231,6 +252,8 @@ bool FormWindow::preTranslate(const MSG& message) {
     form_->userKeyDown(static_cast<std::int16_t>(message.wParam), shiftState());
     if (handle_ == nullptr) return true;  // the key has closed the form
   }
+  // A letter alone is no mnemonic: the dialog manager takes it for one where no text is typed.
+  if (message.message == WM_CHAR) return false;
   MSG copy = message;  // the call may change what the host's loop still needs
   return IsDialogMessageW(handle_, &copy) != FALSE;
 }
@@ -267,7 +290,9 @@ void FormWindow::formChanged(Property property) {
     case Property::Icon:
       applyIcon();
       break;
-    case Property::Visible:  // the shell shows and closes windows itself
+    case Property::Visible:
+      applyVisible();
+      break;
     case Property::hWnd:
       break;
     default:
@@ -280,6 +305,17 @@ void FormWindow::formChanged(Property property) {
 void FormWindow::controlChanged(Control& control, Property property) {
   if (ControlWindow* window = windowOf(control)) window->propertyChanged(property);
   changeLater();
+}
+
+void FormWindow::workProgressed(std::size_t done, std::size_t total) {
+  progress_.show(handle_, form_->text(Property::Caption), done, total);
+}
+
+void FormWindow::workEnded() noexcept try {
+  dropPendingInput();
+  progress_.end(handle_, form_->text(Property::Caption));
+} catch (...) {
+  // Without memory the title bar keeps the progress; the work has ended all the same.
 }
 
 // Once for any number of changes, at the next turn of whatever message loop runs: the host's, or
@@ -298,11 +334,20 @@ void FormWindow::flush() {
   if (std::exchange(boundsChanged_, false)) applyBounds();
 }
 
+// A state that was set while the window was hidden would have shown it, so that it is due now.
+void FormWindow::applyVisible() {
+  applying_ = true;
+  ShowWindow(handle_, form_->visible() ? SW_SHOW : SW_HIDE);
+  applying_ = false;
+  boundsChanged_ = true;
+  changeLater();
+}
+
 // The window's place in the maximised and minimised states is Windows' own matter.
 void FormWindow::applyBounds() {
   applying_ = true;
   const WindowState wanted = form_->windowState();
-  if (state() != wanted) {
+  if (state() != wanted && form_->visible()) {
     ShowWindow(handle_, wanted == WindowState::Minimised   ? SW_MINIMIZE
                         : wanted == WindowState::Maximised ? SW_MAXIMIZE
                                                            : SW_RESTORE);

@@ -5,6 +5,7 @@
 #include "platform/windows/floating_point.h"
 #include "platform/windows/forms/form_window.h"
 #include "platform/windows/forms/window_class.h"
+#include "platform/windows/pending_input.h"
 
 namespace velk {
 
@@ -25,7 +26,7 @@ BOOL CALLBACK closeForm(HWND window, LPARAM) noexcept {
 // one would, and what they hold of the host would outlive it.
 LRESULT CALLBACK seeMessage(int code, WPARAM removed, LPARAM lParam) {
   auto& message = *reinterpret_cast<MSG*>(lParam);
-  if (code >= 0 && removed == PM_REMOVE) {
+  if (code >= 0 && removed == PM_REMOVE && !dropsPendingInput()) {
     const MaskedFloatingPoint masked;
     if (message.message == WM_QUIT) {
       EnumThreadWindows(GetCurrentThreadId(), closeForm, 0);
