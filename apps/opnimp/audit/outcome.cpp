@@ -181,6 +181,14 @@ std::string reasonOf(const RecordTrace& trace) {
   return reason;
 }
 
+void addReadings(std::vector<RecordTrace>& records, std::span<const Warning> warnings) {
+  for (const Warning& warning : warnings) {
+    for (const Misreading& reading : warning.readings) {
+      records.at(reading.record).readings.push_back(&reading);
+    }
+  }
+}
+
 // A row beyond the file's records is nobody's: the account shows it as a stray.
 Traces traceRecords(const ImportReport& report, const Recorder& recorder,
                     std::span<const Warning> warnings, std::size_t recordCount) {
@@ -207,11 +215,7 @@ Traces traceRecords(const ImportReport& report, const Recorder& recorder,
     RecordTrace* record = recordAt(message.row);
     (record != nullptr ? record->messages : traces.runMessages).push_back(&message);
   }
-  for (const Warning& warning : warnings) {
-    for (const Misreading& reading : warning.readings) {
-      traces.records.at(reading.record).readings.push_back(&reading);
-    }
-  }
+  addReadings(traces.records, warnings);
   for (std::size_t position = 0; position < recordCount; ++position) {
     RecordTrace& record = traces.records[position];
     // Only now, because an outcome is made from all the calls collected above.
