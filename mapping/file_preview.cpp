@@ -17,6 +17,7 @@ namespace velk {
 void ImportScreen::CmdBrowse_Click() {
   trapRoutine("CmdBrowse_Click", [this] {
     lv.clearColumns();
+    tellNextStep();
     rebuildMappingList(rules_.firstCell.afterBrowse, 0);
     setUpDialog();
     // The path of a file would be a start folder of its own.
@@ -55,7 +56,7 @@ void ImportScreen::forgetFile() {
   lv.clearColumns();
   fileRecords_.reset();
   recordCount_ = 0;
-  selection_ = Selection::None;
+  select(std::nullopt);
 }
 
 bool ImportScreen::loadPreview() {
@@ -80,6 +81,7 @@ void ImportScreen::showPreview(const FileTable& table) {
   for (std::size_t column = 0; column < table.columns.size(); ++column) {
     lv.setColumn(column, 1, table.columns[column]);
   }
+  tellNextStep();
   const auto records = static_cast<std::int64_t>(table.rows);
   fileRecords_ = countOf(table);
   if (records >= rules_.largestRecordCount) refuseTooMany(records);

@@ -32,6 +32,7 @@ ImportScreen::ImportScreen(Velk_ModOpnImp& module, std::string_view name, std::s
   cmdImport.setEnabled(false);
   test.setVisible(false);
   bindEvents();
+  tellNextStep();
 }
 
 void ImportScreen::bindEvents() {

@@ -134,8 +134,6 @@ class ImportScreen : public Form {
   void forgetFile();
 
  private:
-  enum class Selection { None, Used, FileColumn };
-
   void bindEvents();
   std::int64_t countOf(const FileTable& table) const;
   void storeRecordCount(std::int64_t count);
@@ -149,6 +147,9 @@ class ImportScreen : public Form {
   std::string nameOf(std::size_t fileColumn) const;
   void writeNotYet(std::size_t field);
   std::size_t fieldTitled(std::string_view title) const;
+  void select(std::optional<std::size_t> fileColumn);
+  /// Says in the lists' tooltips what to click next.
+  void tellNextStep();
   void mapSelectedColumn(std::size_t clicked);
   void refuseMapping(Reason reason, std::size_t field, std::string_view message);
   void refuseTooMany(std::int64_t count);
@@ -162,9 +163,8 @@ class ImportScreen : public Form {
   std::array<Value, 6> backColors_;
   std::array<Value, 6> foreColors_;
 
-  std::optional<std::int64_t> fileRecords_;  // of the file viewed; empty before View
-  std::size_t selectedColumn_ = 0;
-  Selection selection_ = Selection::None;
+  std::optional<std::int64_t> fileRecords_;    // of the file viewed; empty before View
+  std::optional<std::size_t> selectedColumn_;  // of the file; empty when it was used
   std::optional<std::size_t> targetColumn_;
   std::int32_t recordCount_ = 0;
   ImportRun run_{module_, mappingList, rules_.repeatsPosting};

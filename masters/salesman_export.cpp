@@ -112,7 +112,6 @@ bool SalesmanExport::IsFileInUse(std::string_view fileName) {
 // Whether the desktop opens the file is not asked: it is written by then.
 bool SalesmanExport::ExportToExcel(std::string_view fileName) {
   const WaitCursor wait(screen_.desktop());
-  const Work work(screen_);
   return screen_.trapRoutine("ExportToExcel", [&] {
     try {
       writeWorkbook(fileName);
@@ -126,6 +125,7 @@ bool SalesmanExport::ExportToExcel(std::string_view fileName) {
 }
 
 void SalesmanExport::writeWorkbook(std::string_view fileName) {
+  const Work work(screen_);
   Connection& connection = screen_.connection();
   const auto spreadsheet = screen_.module().platform().createSpreadsheet();
   const auto sheet = spreadsheet->add();

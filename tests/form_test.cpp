@@ -200,5 +200,28 @@ TEST_CASE("properties by name, in any letter case") {
   }
 }
 
+TEST_CASE("the tab order is that on the screen until code sets another") {
+  HeadlessShell shell;
+  struct Rows final : Form {
+    explicit Rows(FormShell& to) : Form(to, "Rows", "", {}) {}
+    void eventFailed(const RuntimeError&) noexcept override {}
+    TextBox low{*this, nullptr, "low", {0, 500, 100, 90}};
+    Frame frame{*this, "frame", {0, 100, 500, 300}, ""};
+    TextBox right{*this, &frame, "right", {200, 20, 100, 100}};
+    TextBox left{*this, &frame, "left", {0, 40, 100, 60}};  // its middle is that of `right`
+  };
+  const auto rows = std::make_shared<Rows>(shell);
+  const auto names = [&] {
+    Texts all;
+    for (const Control* control : rows->tabOrder()) all.push_back(control->name());
+    return all;
+  };
+  CHECK(names() == Texts{"frame", "left", "right", "low"});
+  rows->setTabIndex(rows->low, 1);
+  CHECK(names() == Texts{"frame", "low", "left", "right"});
+  rows->setTabIndex(rows->frame, 99);
+  CHECK(names() == Texts{"low", "left", "right", "frame"});
+}
+
 }  // namespace
 }  // namespace velk

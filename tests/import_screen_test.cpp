@@ -193,6 +193,28 @@ TEST_CASE("mapping by clicks") {
   CHECK(in.world.log().empty());
 }
 
+TEST_CASE("the chosen column is marked, and the lists say what to do next") {
+  TestWorld world;
+  const auto screen = world.openCustomerScreen();
+  const auto says = [&](std::string_view preview, std::string_view mapping) {
+    CHECK(screen->lv.text(Property::ToolTipText).starts_with(preview));
+    CHECK(screen->mappingList.text(Property::ToolTipText).starts_with(mapping));
+  };
+  says("Browse for a file", "Browse for a file");
+  world.view(*screen, "a,b\r\n1,2\r\n");
+  says("Click the title", "To map a field, first");
+  screen->lv.userColumnClick(1);
+  CHECK(screen->lv.chosenColumn() == 1U);
+  says("Now click", "Click the title of the field");
+  screen->mappingList.userColumnClick(2);
+  CHECK_FALSE(screen->lv.chosenColumn());
+  says("Click the title", "To map a field, first");
+  screen->lv.userColumnClick(0);
+  screen->CmdBrowse.userClick();
+  CHECK_FALSE(screen->lv.chosenColumn());
+  says("Browse for a file", "Browse for a file");
+}
+
 TEST_CASE("clicks that fail are logged") {
   Shown in("Date\r\n1");
   in.lv.userColumnClick(1);

@@ -44,7 +44,7 @@ TEST_CASE("each command has a help of its own, with what it takes") {
     std::vector<std::string> args;
     std::string_view says, saysNot;
   } rows[] = {
-      {{"--help"}, "demo-database  ", "--rejects"},
+      {{"--help"}, "demo-database  ", "--dry-run"},
       {{"help", "import"}, "--rejects FILE", "the workbook to write"},
       {{"preview", "--help"}, "bank-branch", "--dry-run"},
       {{"export", "-h", "--json"}, "salesman   ", "bank-branch"},

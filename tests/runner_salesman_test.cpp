@@ -244,9 +244,9 @@ TEST_CASE("long lists are told of, and what no export may do is found") {
 
 TEST_CASE("an export that cannot be says why, and leaves what was there") {
   SalesmanWorld world;
-  const std::string text = world.folder.write("notes.txt", "notes");
+  const std::string text = world.folder.write("notes.xls", "notes");
   const std::string other = world.folder.write("other.xls", workbook({"Item|Price", "x|1"}));
-  const std::string folder = world.folder.path("folder");
+  const std::string folder = world.folder.path("folder.XLS");
   std::filesystem::create_directory(folder);
   const struct {
     std::string path;
@@ -255,8 +255,8 @@ TEST_CASE("an export that cannot be says why, and leaves what was there") {
   } rows[] = {
       {text, 3, "no workbook of salesmen; choose another name"},
       {other, 3, "no workbook of salesmen"},
-      {world.database(), 3, "would write over the database"},
-      {world.folder.path("Error.log"), 3, "would write over the error log"},
+      {world.folder.path("out.txt"), 3, "choose a name that ends in .xls"},
+      {world.database(), 3, "choose a name that ends in .xls"},
       {folder, 4, "could not be written: it is a folder"},
       {world.folder.path("missing/out.xls"), 4, "could not be written"},
       {world.folder.path("new.xls"), 4, "no such table: Salesman"},
@@ -281,6 +281,6 @@ TEST_CASE("an export that cannot be says why, and leaves what was there") {
   CHECK(contains(inUse.out, "was not written: it is open in another program"));
   close(held);
   CHECK(world.folder.read("in.xls") == workbook({salesmanTitles}));
-  CHECK(world.folder.read("notes.txt") == "notes");
+  CHECK(world.folder.read("notes.xls") == "notes");
   CHECK_FALSE(world.folder.has("new.xls"));
 }

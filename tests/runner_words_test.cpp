@@ -95,7 +95,7 @@ TEST_CASE("what cannot be opened is called what it is, and nothing is imported")
        4,
        "it is a folder",
        "Path/File"},
-      {{"export", "salesman", folder + ".xls/..", "--database", db},
+      {{"export", "salesman", folder + "/none/x.xls", "--database", db},
        4,
        "could not be written",
        "Path/File access"},

@@ -11,8 +11,9 @@
 
 namespace velk {
 
-/// Besides the properties that every bag has: Enabled. Controls are members of their form and
-/// register with it in the order of declaration.
+/// Besides the properties that every bag has: Enabled, Tag (the host's own, no one else reads it),
+/// FontName (Arial unless said otherwise), FontSize (in points) and FontBold. Controls are members
+/// of their form and register with it in the order of declaration.
 class Control : public PropertyBag {
  public:
   std::string_view typeName() const { return typeName_; }
@@ -22,6 +23,8 @@ class Control : public PropertyBag {
 
   bool enabled() const { return flag(Property::Enabled); }
   void setEnabled(bool enabled) { setFlag(Property::Enabled, enabled); }
+  /// Enabled and visible, and so is what contains it.
+  bool reachable() const;
   void setFocus() { propertyChanged(Property::Focus); }
 
  protected:
@@ -37,8 +40,6 @@ class Control : public PropertyBag {
   void propertyChanged(Property property) override;
 
  private:
-  bool reachable() const;
-
   Form& form_;
   std::string_view typeName_;
   const Control* container_;

@@ -1,9 +1,11 @@
 #include "ui/form.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
 #include "ui/colors.h"
+#include "ui/tab_order.h"
 
 namespace velk {
 
@@ -11,6 +13,8 @@ Form::Form(FormShell& shell, std::string_view name, std::string_view caption, co
     : PropertyBag(name, design, false), shell_(shell) {
   declare({{Property::Caption, std::string(caption)},
            {Property::BackColor, systemColor::buttonFace},
+           {Property::Enabled, flagTrue},
+           {Property::Tag, ""},
            {Property::WindowState, static_cast<std::int32_t>(WindowState::Normal)},
            {Property::hWnd, 0}});
 }
@@ -20,6 +24,19 @@ void Form::setBounds(const Bounds& bounds) {
   set(Property::Top, bounds.top);
   set(Property::Width, bounds.width);
   set(Property::Height, bounds.height);
+}
+
+std::vector<Control*> Form::tabOrder() const {
+  return tabOrder_.empty() ? orderOnScreen(*this) : tabOrder_;
+}
+
+void Form::setTabIndex(Control& control, std::size_t index) {
+  std::vector<Control*> order = tabOrder();
+  std::erase(order, &control);
+  order.insert(order.begin() + static_cast<std::ptrdiff_t>(std::min(index, order.size())),
+               &control);
+  tabOrder_ = std::move(order);
+  propertyChanged(Property::TabOrder);
 }
 
 void Form::setIcon(std::shared_ptr<const Picture> icon) {

@@ -30,12 +30,16 @@ enum class EventResult {
 enum class WindowState : std::int32_t { Normal = 0, Minimised = 1, Maximised = 2 };
 
 /// A form's events all enter through `dispatch`. Besides the properties that every bag has:
-/// Caption, BackColor, WindowState, hWnd (the handle of its window, 0 without one).
+/// Caption, BackColor, Enabled, Tag, WindowState, hWnd (the handle of its window, 0 without one).
 class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
  public:
   Form(FormShell& shell, std::string_view name, std::string_view caption, const Bounds& design);
 
   std::span<Control* const> controls() const { return controls_; }
+  /// All controls, in the order in which the Tab key reaches those that take it.
+  std::vector<Control*> tabOrder() const;
+  /// Moves a control to another place in that order, from 0 on; a large index means the end.
+  void setTabIndex(Control& control, std::size_t index);
   WindowState windowState() const {
     return static_cast<WindowState>(number(Property::WindowState));
   }
@@ -44,6 +48,8 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   /// picture that is no icon.
   void setIcon(std::shared_ptr<const Picture> icon);
   const std::shared_ptr<const Picture>& icon() const { return icon_; }
+  /// Brings the form to the front, with the keyboard.
+  void setFocus() { propertyChanged(Property::Focus); }
   void setObserver(FormObserver* observer) { observer_ = observer; }
   FormShell& shell() const { return shell_; }
 
@@ -103,6 +109,7 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   FormShell& shell_;
   FormObserver* observer_ = nullptr;
   std::vector<Control*> controls_;
+  std::vector<Control*> tabOrder_;  // empty until code sets it
   std::shared_ptr<const Picture> icon_;
   bool accepting_ = false;
   bool running_ = false;

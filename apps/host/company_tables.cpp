@@ -14,19 +14,22 @@ namespace velk {
 namespace {
 
 // Debit and credit notes in one list, in the order in which a user reads a party's documents.
-CompanyTable openingDocuments(std::string_view name, const std::string& party) {
-  const std::string columns =
-      "', " + party + "ID, DocReference, DocumentDate, Amount, Balance, Narration FROM ";
+CompanyTable openingDocuments(std::string_view name, const std::string& party,
+                              const std::string& parties) {
+  const auto notes = [&](const std::string& note) {
+    return "SELECT '" + note + "', N." + party + "ID, " + party +
+           "Name, DocReference, DocumentDate, Amount, Balance FROM " + party + note +
+           "Note N JOIN " + parties + " P ON P." + party + "ID = N." + party + "ID";
+  };
   return {name,
-          "SELECT 'Debit" + columns + party + "DebitNote UNION ALL SELECT 'Credit" + columns +
-              party + "CreditNote ORDER BY 2, 4",
+          notes("Debit") + " UNION ALL " + notes("Credit") + " ORDER BY 2, 5",
           {{"Note"},
            {party == "Customer" ? "Customer" : "Vendor"},
+           {"Name"},
            {"Reference"},
            {"Date", ColumnKind::Date},
            {"Amount", ColumnKind::Amount},
-           {"Balance", ColumnKind::Amount},
-           {"Narration"}}};
+           {"Balance", ColumnKind::Amount}}};
 }
 
 // The embedded database has no type for dates: they are texts, year first.
@@ -52,12 +55,12 @@ std::string shown(const Value& value, ColumnKind kind) {
 
 std::span<const CompanyTable> companyTables() {
   static const std::array<CompanyTable, 8> tables{{
-      openingDocuments("Customer opening documents", "Customer"),
+      openingDocuments("Customer opening documents", "Customer", "Customer"),
       {"Customer opening balances",
        "SELECT B.CustomerID, CustomerName, OpeningBalance FROM CustomerOpeningBalance B "
        "JOIN Customer C ON C.CustomerID = B.CustomerID ORDER BY 1",
        {{"Customer"}, {"Name"}, {"Opening balance", ColumnKind::Amount}}},
-      openingDocuments("Vendor opening documents", "Vendor"),
+      openingDocuments("Vendor opening documents", "Vendor", "Vendors"),
       {"Vendor opening balances",
        "SELECT B.VendorID, VendorName, OpeningBalance FROM VendorOpeningBalance B "
        "JOIN Vendors V ON V.VendorID = B.VendorID ORDER BY 1",

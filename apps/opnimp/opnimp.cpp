@@ -8,6 +8,7 @@
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/export_command.h"
 #include "apps/opnimp/run/import_command.h"
+#include "apps/opnimp/run/journal_commands.h"
 #include "apps/opnimp/run/preview_command.h"
 
 namespace velk {
@@ -23,6 +24,14 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
       return runPreview(arguments, streams, surroundings);
     case Arguments::Command::Export:
       return runExport(arguments, streams, surroundings);
+    case Arguments::Command::Runs:
+      return runRuns(arguments, streams, surroundings);
+    case Arguments::Command::Report:
+      return runReport(arguments, streams, surroundings);
+    case Arguments::Command::Reversal:
+      return runReversal(arguments, streams, surroundings);
+    case Arguments::Command::Rejects:
+      return runRejects(arguments, streams, surroundings);
     case Arguments::Command::DemoDatabase:
       break;
   }

@@ -12,7 +12,7 @@
 #include <system_error>
 #include <utility>
 
-#include "base/unique_handle.h"
+#include "platform/native/descriptor.h"
 
 namespace velk {
 
@@ -20,37 +20,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr mode_t newFileMode = 0666;  // the user's umask takes away from this
-
-struct DescriptorKind {
-  using Handle = int;
-  static Handle none() { return -1; }  // what open gives when it fails
-  static void close(Handle descriptor) { ::close(descriptor); }
-};
-using Descriptor = UniqueHandle<DescriptorKind>;
-
 // open says ENOENT for a missing file and for a missing folder; the two are different errors here.
 bool folderExists(const fs::path& file) {
   std::error_code ignored;
   return !file.has_parent_path() || fs::exists(file.parent_path(), ignored);
-}
-
-Descriptor openDescriptor(std::string_view path, int flags) {
-  if (path.find('\0') != std::string_view::npos) throw RuntimeError(ErrorNumber::FileNotFound);
-  const std::string name(path);
-  // Without O_NONBLOCK the opening of a pipe would wait for its other end.
-  Descriptor file(::open(name.c_str(), flags | O_CLOEXEC | O_NONBLOCK, newFileMode));
-  if (file) return file;
-  const int failure = errno;
-  if (failure == ENOENT && !folderExists(name)) throw RuntimeError(ErrorNumber::PathNotFound);
-  throw fileError(failure);
-}
-
-struct stat regularFileStatus(const Descriptor& file) {
-  struct stat status {};
-  if (::fstat(file.get(), &status) != 0) throw fileError(errno);
-  if (!S_ISREG(status.st_mode)) throw RuntimeError(ErrorNumber::PathFileAccess);
-  return status;
 }
 
 class NativeInput final : public InputFile {
@@ -161,6 +134,24 @@ void checkReplaceable(const std::string& path) {
 }
 
 }  // namespace
+
+Descriptor openDescriptor(std::string_view path, int flags, mode_t mode) {
+  if (path.find('\0') != std::string_view::npos) throw RuntimeError(ErrorNumber::FileNotFound);
+  const std::string name(path);
+  // Without O_NONBLOCK the opening of a pipe would wait for its other end.
+  Descriptor file(::open(name.c_str(), flags | O_CLOEXEC | O_NONBLOCK, mode));
+  if (file) return file;
+  const int failure = errno;
+  if (failure == ENOENT && !folderExists(name)) throw RuntimeError(ErrorNumber::PathNotFound);
+  throw fileError(failure);
+}
+
+struct stat regularFileStatus(const Descriptor& file) {
+  struct stat status {};
+  if (::fstat(file.get(), &status) != 0) throw fileError(errno);
+  if (!S_ISREG(status.st_mode)) throw RuntimeError(ErrorNumber::PathFileAccess);
+  return status;
+}
 
 RuntimeError fileError(int errorCode) {
   // ENXIO is what opening gives for a pipe that nobody reads, because of O_NONBLOCK.

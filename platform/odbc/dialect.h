@@ -34,6 +34,10 @@ struct Dialect {
   std::span<const std::string_view> openingStatements = {};
   /// Gives what is added to the connection string, as "Name=value"; null if nothing is.
   std::string (*connectionSetting)(const OdbcOptions&) = nullptr;
+  /// Gives the id that is stored in a database, and what stores one where there is none. Empty
+  /// where the names of server and database are enough to know it again.
+  std::string_view identityQuery = {};
+  std::span<const std::string_view> makeIdentity = {};
   /// The first row that fits counts.
   std::span<const NativeError> errors = {};
   std::int32_t errorCodeBits = -1;  ///< of a native code, those that `errors` knows

@@ -32,6 +32,7 @@ class DriverConnection final : public OdbcConnection,
   void rollback() override { endTransaction(SQL_ROLLBACK); }
   void commit() override { endTransaction(SQL_COMMIT); }
   bool isInTransaction() override;
+  std::string identity(bool mayStore) override;
 
   std::shared_ptr<Recordset> run(CommandType type, std::string_view text,
                                  const std::vector<CommandParameter>& parameters);
@@ -213,6 +214,33 @@ bool DriverConnection::isInTransaction() {
   const bool began = trapErrors([this] { session_.executeNative("BEGIN"); }, [](const auto&) {});
   if (began) session_.executeNative("ROLLBACK");
   return !began;
+}
+
+std::string DriverConnection::identity(bool mayStore) {
+  const Dialect& dialect = session_.dialect();
+  if (dialect.identityQuery.empty()) {
+    return session_.information(SQL_SERVER_NAME) + "/" + session_.information(SQL_DATABASE_NAME);
+  }
+  // A database that takes nothing has no id: what writes to it will say why.
+  if (mayStore) {
+    trapErrors(
+        [&] {
+          for (const std::string_view statement : dialect.makeIdentity) {
+            session_.executeNative(statement);
+          }
+        },
+        [](const RuntimeError&) {});
+  }
+  std::string id;
+  const auto read = [&] {
+    const auto row = Execute(dialect.identityQuery);
+    if (!row->isEOF()) id = toText(row->field(0));
+  };
+  // Without the table there is no id.
+  trapErrors(read, [&](const RuntimeError& error) {
+    if (!error.is(ErrorNumber::NoSuchTable)) throw RuntimeError(error);
+  });
+  return id;
 }
 
 // A connection string can neither quote nor contain characters beyond ASCII, but instead of a path

@@ -32,6 +32,10 @@ class OdbcConnection : public Connection {
   virtual void commit() = 0;
   /// Asks the engine: a procedure may have ended the transaction that beginTransaction began.
   virtual bool isInTransaction() = 0;
+  /// The same text for the same database, however it was opened: the names of server and database,
+  /// or an id stored in an embedded one. `mayStore`: stores one where there is none; else the text
+  /// is empty then.
+  virtual std::string identity(bool mayStore) = 0;
 };
 
 /// Opens. Errors: what the driver or the driver manager reports, with the data access library's

@@ -32,7 +32,8 @@ bool mentions(std::string_view connectionString, std::string_view setting) {
 OdbcSession::OdbcSession(std::string_view connectionString, const OdbcOptions& options)
     : environment_(makeEnvironment()), options_(options) {
   connect(std::string(connectionString));
-  dialect_ = &dialectOf(engineName());
+  // Without a name the engine is taken for SQL Server.
+  dialect_ = &dialectOf(information(SQL_DBMS_NAME));
   connectWithSetting(connectionString);
   for (const std::string_view statement : dialect_->openingStatements) executeNative(statement);
 }
@@ -110,12 +111,11 @@ void OdbcSession::cancel() {
   if (running_ != nullptr) SQLCancel(running_);
 }
 
-// Without a name the engine is taken for SQL Server.
-std::string OdbcSession::engineName() const {
-  std::array<char16_t, 128> name{};
+std::string OdbcSession::information(SQLUSMALLINT type) const {
+  std::array<char16_t, 256> name{};
   SQLSMALLINT bytes = 0;
-  const SQLRETURN result = SQLGetInfoW(handle(), SQL_DBMS_NAME, name.data(),
-                                       static_cast<SQLSMALLINT>(sizeof name), &bytes);
+  const SQLRETURN result =
+      SQLGetInfoW(handle(), type, name.data(), static_cast<SQLSMALLINT>(sizeof name), &bytes);
   return SQL_SUCCEEDED(result) ? toUtf8(name.data()) : std::string();
 }
 

@@ -26,6 +26,9 @@ class OdbcSession {
   /// Runs one statement as the engine itself writes it and drops its results.
   void executeNative(std::string_view sql);
 
+  /// One of the names that SQLGetInfo tells; empty if the driver does not.
+  std::string information(SQLUSMALLINT type) const;
+
   /// Passes the success of a call; else keeps its diagnostics and throws them.
   void check(SQLRETURN result) { check(result, SQL_HANDLE_DBC, handle()); }
   void checkStatement(SQLRETURN result, SQLHANDLE statement) {
@@ -60,7 +63,6 @@ class OdbcSession {
   RuntimeError failure(SQLSMALLINT handleType, SQLHANDLE handle);
   void connect(const std::string& connectionString);
   void connectWithSetting(std::string_view connectionString);
-  std::string engineName() const;
 
   EnvironmentHandle environment_;
   ConnectionHandle connection_;

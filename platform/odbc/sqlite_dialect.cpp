@@ -39,6 +39,13 @@ constexpr auto statements = std::to_array<KnownStatement>({
 constexpr auto openingStatements =
     std::to_array<std::string_view>({"PRAGMA foreign_keys = ON", "PRAGMA schema_version"});
 
+// A path says little: files are copied, renamed and put back.
+// The insertion is one statement, so that two programs cannot store two ids.
+constexpr auto makeIdentity = std::to_array<std::string_view>(
+    {"CREATE TABLE IF NOT EXISTS DatabaseIdentity (id TEXT NOT NULL)",
+     "INSERT INTO DatabaseIdentity SELECT lower(hex(randomblob(16))) WHERE NOT EXISTS (SELECT 1 "
+     "FROM DatabaseIdentity)"});
+
 // By the engine's result code.
 // Rows with a message come before the general row of their code, because the first that fits
 // counts.
@@ -72,6 +79,8 @@ constinit const Dialect sqliteDialect{
     .statements = statements,
     .openingStatements = openingStatements,
     .connectionSetting = lockTimeout,
+    .identityQuery = "SELECT id FROM DatabaseIdentity",
+    .makeIdentity = makeIdentity,
     .errors = errors,
     .errorCodeBits = 0xFF,  // extended result codes add higher bits
     .hasProcedureTable = true,

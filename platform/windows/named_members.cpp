@@ -1,6 +1,7 @@
 #include "platform/windows/named_members.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
@@ -8,6 +9,14 @@
 namespace velk {
 
 void NamedMembers::put(DISPID, const Value&) {
+  throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+}
+
+void NamedMembers::putObject(DISPID, IUnknown*) {
+  throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+}
+
+void NamedMembers::call(DISPID, std::span<const Value>) {
   throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
 }
 
@@ -31,22 +40,44 @@ HRESULT NamedMembers::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
   return ids[0] == DISPID_UNKNOWN || count > 1 ? DISP_E_UNKNOWNNAME : S_OK;
 }
 
+namespace {
+
+// They travel last one first.
+std::vector<Value> argumentsOf(const DISPPARAMS& parameters) {
+  std::vector<Value> arguments;
+  for (UINT i = parameters.cArgs; i-- > 0;) {
+    const VARIANT& argument = parameters.rgvarg[i];
+    const bool isLeftOut = argument.vt == VT_ERROR && argument.scode == DISP_E_PARAMNOTFOUND;
+    arguments.push_back(isLeftOut ? Value(Null{}) : toValue(argument));
+  }
+  return arguments;
+}
+
+bool isObject(const VARIANT& argument) {
+  const VARTYPE type = argument.vt == (VT_BYREF | VT_VARIANT) ? argument.pvarVal->vt : argument.vt;
+  const auto plain = static_cast<VARTYPE>(type & ~VT_BYREF);
+  return plain == VT_DISPATCH || plain == VT_UNKNOWN;
+}
+
+}  // namespace
+
 HRESULT NamedMembers::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters,
                              VARIANT* result, EXCEPINFO* exception, UINT*) noexcept {
   if (parameters == nullptr) return E_POINTER;
-  // A new value or one index; no member takes more.
-  if (parameters->cArgs > 1) return DISP_E_BADPARAMCOUNT;
   return guarded(
       [&] {
-        std::optional<Value> argument;
-        if (parameters->cArgs == 1) argument = toValue(parameters->rgvarg[0]);
         // Some callers say method and property at once; only a put is unmistakable.
-        if ((kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
-          put(id, argument.value_or(Null{}));
-        } else {
-          Variant got = get(id, argument);
-          if (result != nullptr) *result = got.release();
+        const bool isPut = (kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+        if (isMethod(id) && !isPut) return call(id, argumentsOf(*parameters));
+        // A new value or one index; no property takes more.
+        if (parameters->cArgs > 1) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+        if (isPut && parameters->cArgs == 1 && isObject(parameters->rgvarg[0])) {
+          return putObject(id, Variant::copyOf(parameters->rgvarg[0]).get().punkVal);
         }
+        const std::vector<Value> arguments = argumentsOf(*parameters);
+        if (isPut) return put(id, arguments.empty() ? Value(Null{}) : arguments[0]);
+        Variant got = get(id, arguments.empty() ? std::nullopt : std::optional(arguments[0]));
+        if (result != nullptr) *result = got.release();
       },
       [&](const RuntimeError& error) { return fillIn(exception, error); });
 }

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "base/errors.h"
@@ -23,6 +24,11 @@ class NamedMembers : public ComObject<IDispatch> {
   virtual Variant get(DISPID member, const std::optional<Value>& index) = 0;
   /// Error 438 for what can't be written.
   virtual void put(DISPID member, const Value& value);
+  /// The same for an object; null is Nothing.
+  virtual void putObject(DISPID member, IUnknown* object);
+  virtual bool isMethod(DISPID /*member*/) const { return false; }
+  /// Arguments in their order, null for those left out. Error 438 for what is no method.
+  virtual void call(DISPID member, std::span<const Value> arguments);
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override;
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override;

@@ -16,6 +16,7 @@ class OlePicture final : public Picture {
   explicit OlePicture(ComPtr<IUnknown> picture) : picture_(std::move(picture)) {}
 
   void requireIcon() const override { icon(); }
+  const ComPtr<IUnknown>& picture() const { return picture_; }
   /// Error 481 when the picture is no icon.
   HICON icon() const;
 

@@ -6,7 +6,10 @@ namespace velk {
 
 namespace {
 
-thread_local bool dropping = false;
+bool& isDropping() {
+  thread_local bool dropping = false;
+  return dropping;
+}
 
 struct MessageRange {
   UINT first;
@@ -20,17 +23,17 @@ constexpr MessageRange inputMessages[] = {
 }  // namespace
 
 void dropPendingInput() noexcept {
-  dropping = true;
+  isDropping() = true;
   MSG message;
   for (const MessageRange& range : inputMessages) {
     while (PeekMessageW(&message, nullptr, range.first, range.last, PM_REMOVE) != FALSE) {
     }
   }
-  dropping = false;
+  isDropping() = false;
 }
 
 bool dropsPendingInput() noexcept {
-  return dropping;
+  return isDropping();
 }
 
 }  // namespace velk

@@ -1,15 +1,19 @@
 #include "platform/windows/screen_object.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/text.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/com_object.h"
 #include "platform/windows/named_members.h"
+#include "platform/windows/ole_picture.h"
 #include "platform/windows/variants.h"
 #include "ui/control.h"
 
@@ -17,12 +21,33 @@ namespace velk {
 
 namespace {
 
-// A form's members: its properties, the collection of its controls, each control.
+// A form's members: its properties, what else platform forms have, the collection of its controls,
+// each control.
 // The numbers stay the same while the form lives, as callers keep them.
 constexpr DISPID firstProperty = 1;  // 0 is DISPID_VALUE
 // Far above the numbers of all properties.
+constexpr DISPID firstOther = 900;
 constexpr DISPID controlsMember = 1000;
 constexpr DISPID firstControl = 1001;
+
+/// Members that are no property of the model, in the order of their numbers.
+enum class Other { Move, SetFocus, Show, Hide, Icon, TabIndex, Font };
+constexpr Other lastMethod = Other::Hide;
+struct OtherMember {
+  std::string_view name;
+  bool ofForm;
+  bool ofControl;
+};
+constexpr OtherMember otherMembers[] = {
+    {"Move", true, true},  {"SetFocus", true, true},  {"Show", true, false}, {"Hide", true, false},
+    {"Icon", true, false}, {"TabIndex", false, true}, {"Font", false, true}};
+
+/// The other member of that number; none for a property or a control.
+std::optional<Other> otherOf(DISPID member) {
+  const DISPID index = member - firstOther;
+  if (index < 0 || index >= static_cast<DISPID>(std::size(otherMembers))) return std::nullopt;
+  return static_cast<Other>(index);
+}
 
 /// The position of the control of that name; the number of controls where there is none.
 std::size_t positionOf(const Form& form, std::string_view name) {
@@ -46,6 +71,11 @@ class BagObject final : public NamedMembers {
     if (property && bag(*form).has(*property)) {
       return firstProperty + static_cast<DISPID>(*property);
     }
+    for (const OtherMember& other : otherMembers) {
+      const bool isHere = control_ != nullptr ? other.ofControl : other.ofForm;
+      if (!isHere || !equalsIgnoringCase(other.name, name)) continue;
+      return firstOther + static_cast<DISPID>(&other - otherMembers);
+    }
     if (control_ != nullptr) return DISPID_UNKNOWN;  // only forms have controls
     if (equalsIgnoringCase(name, "Controls")) return controlsMember;
     const std::size_t position = positionOf(*form, name);
@@ -55,11 +85,28 @@ class BagObject final : public NamedMembers {
   Variant get(DISPID member, const std::optional<Value>& index) override;
   void put(DISPID member, const Value& value) override {
     const auto form = lock(form_);
+    if (otherOf(member) == Other::TabIndex) {
+      const std::int32_t index = toInt32(value);
+      if (index < 0) throw RuntimeError(ErrorNumber::InvalidPropertyValue);
+      return form->setTabIndex(*control_, static_cast<std::size_t>(index));
+    }
     bag(*form).set(propertyOf(member), value);
   }
+  void putObject(DISPID member, IUnknown* object) override {
+    const auto form = lock(form_);
+    if (otherOf(member) != Other::Icon) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+    form->setIcon(object == nullptr ? nullptr : std::make_shared<OlePicture>(object));
+  }
+  bool isMethod(DISPID member) const override {
+    const auto other = otherOf(member);
+    return other && *other <= lastMethod;
+  }
+  void call(DISPID member, std::span<const Value> arguments) override;
+  static Variant other(Form& form, Control* control, Other member);
+  void move(Form& form, std::span<const Value> arguments);
 
   static Property propertyOf(DISPID member) {
-    if (member < firstProperty || member >= controlsMember) {
+    if (member < firstProperty || member >= firstOther) {
       throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
     }
     return static_cast<Property>(member - firstProperty);
@@ -72,18 +119,100 @@ class BagObject final : public NamedMembers {
   Control* control_;
 };
 
+/// A control's font, by the control's own properties.
+class FontObject final : public NamedMembers {
+ public:
+  FontObject(std::weak_ptr<Form> form, Control& control)
+      : form_(std::move(form)), control_(control) {}
+
+ private:
+  static constexpr std::pair<std::string_view, Property> members[] = {
+      {"Name", Property::FontName}, {"Size", Property::FontSize}, {"Bold", Property::FontBold}};
+
+  // The name is the default member.
+  DISPID idOf(std::string_view name) const override {
+    for (const auto& member : members) {
+      if (equalsIgnoringCase(member.first, name)) return static_cast<DISPID>(&member - members);
+    }
+    return DISPID_UNKNOWN;
+  }
+  Variant get(DISPID member, const std::optional<Value>&) override {
+    const auto form = lock(form_);
+    return Variant(control_.get(propertyOf(member)));
+  }
+  void put(DISPID member, const Value& value) override {
+    const auto form = lock(form_);
+    control_.set(propertyOf(member), value);
+  }
+  static Property propertyOf(DISPID member) {
+    if (member >= 0 && member < static_cast<DISPID>(std::size(members))) {
+      return members[member].second;
+    }
+    throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+  }
+
+  std::weak_ptr<Form> form_;
+  Control& control_;
+};
+
+/// What For Each goes through: the controls as they were counted when it began.
+class ControlsEnumerator final : public ComObject<IEnumVARIANT> {
+ public:
+  explicit ControlsEnumerator(std::weak_ptr<Form> form, std::size_t next = 0)
+      : form_(std::move(form)), next_(next) {}
+
+  HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* items, ULONG* fetched) noexcept override {
+    if (items == nullptr) return E_POINTER;
+    ULONG given = 0;
+    const HRESULT result = guarded(
+        [&] {
+          const auto form = lock(form_);
+          for (; given < count && next_ < form->controls().size(); ++given, ++next_) {
+            const auto control = makeObject<BagObject>(form_, form->controls()[next_]);
+            items[given] = Variant(static_cast<IDispatch*>(control.Get())).release();
+          }
+        },
+        toHresult);
+    if (fetched != nullptr) *fetched = given;
+    if (FAILED(result)) return result;
+    return given == count ? S_OK : S_FALSE;
+  }
+  HRESULT STDMETHODCALLTYPE Skip(ULONG count) noexcept override {
+    next_ += count;
+    const auto form = form_.lock();
+    return form != nullptr && next_ <= form->controls().size() ? S_OK : S_FALSE;
+  }
+  HRESULT STDMETHODCALLTYPE Reset() noexcept override {
+    next_ = 0;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) noexcept override {
+    if (copy == nullptr) return E_POINTER;
+    return guarded([&] { *copy = makeObject<ControlsEnumerator>(form_, next_).Detach(); },
+                   toHresult);
+  }
+
+ private:
+  std::weak_ptr<Form> form_;
+  std::size_t next_;
+};
+
 class ControlsObject final : public NamedMembers {
  public:
   explicit ControlsObject(std::weak_ptr<Form> form) : form_(std::move(form)) {}
 
   DISPID idOf(std::string_view name) const override {
     if (equalsIgnoringCase(name, "Item")) return DISPID_VALUE;
+    if (equalsIgnoringCase(name, "_NewEnum")) return DISPID_NEWENUM;
     return equalsIgnoringCase(name, "Count") ? countMember : DISPID_UNKNOWN;
   }
   Variant get(DISPID member, const std::optional<Value>& index) override {
     const auto form = lock(form_);
     if (member == countMember) {
       return Variant(Value(static_cast<std::int32_t>(form->controls().size())));
+    }
+    if (member == DISPID_NEWENUM) {
+      return Variant(static_cast<IUnknown*>(makeObject<ControlsEnumerator>(form_).Get()));
     }
     if (!index) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
     return Variant(makeObject<BagObject>(form_, &item(*form, *index)).Get());
@@ -107,12 +236,57 @@ class ControlsObject final : public NamedMembers {
 
 Variant BagObject::get(DISPID member, const std::optional<Value>& index) {
   const auto form = lock(form_);
+  if (const auto special = otherOf(member)) return other(*form, control_, *special);
   if (member < controlsMember) return Variant(bag(*form).get(propertyOf(member)));
   const auto controls = makeObject<ControlsObject>(form_);
   // Through the collection, so that only one place makes objects of controls.
   if (member >= firstControl) return controls->get(DISPID_VALUE, Value(member - firstControl));
   // "Controls(0)" may arrive as one call, with the index as an argument of "Controls".
   return index ? controls->get(DISPID_VALUE, index) : Variant(controls.Get());
+}
+
+Variant BagObject::other(Form& form, Control* control, Other member) {
+  switch (member) {
+    case Other::Icon: {
+      const auto* icon = dynamic_cast<const OlePicture*>(form.icon().get());
+      IUnknown* picture = icon == nullptr ? nullptr : icon->picture().Get();
+      return Variant(queryInterface<IDispatch>(picture).Get());
+    }
+    case Other::TabIndex: {
+      const auto order = form.tabOrder();
+      const auto place = std::ranges::find(order, control) - order.begin();
+      return Variant(Value(static_cast<std::int32_t>(place)));
+    }
+    case Other::Font:
+      return Variant(makeObject<FontObject>(form.weak_from_this(), *control).Get());
+    default:
+      throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+  }
+}
+
+void BagObject::call(DISPID member, std::span<const Value> arguments) {
+  const auto form = lock(form_);
+  const auto method = otherOf(member);
+  if (method == Other::Move) return move(*form, arguments);
+  if (!arguments.empty()) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+  if (method != Other::SetFocus) return form->setVisible(method == Other::Show);
+  if (control_ == nullptr) return form->setFocus();
+  if (!control_->reachable()) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+  control_->setFocus();
+}
+
+// All are converted before the first one is set.
+void BagObject::move(Form& form, std::span<const Value> arguments) {
+  constexpr Property places[] = {Property::Left, Property::Top, Property::Width, Property::Height};
+  if (arguments.empty() || arguments.size() > std::size(places)) {
+    throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+  }
+  std::vector<std::pair<Property, std::int32_t>> given;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const bool isLeftOut = i > 0 && std::holds_alternative<Null>(arguments[i]);
+    if (!isLeftOut) given.emplace_back(places[i], toInt32(arguments[i]));
+  }
+  for (const auto& [property, value] : given) bag(form).set(property, value);
 }
 
 }  // namespace

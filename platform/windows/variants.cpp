@@ -69,6 +69,12 @@ Variant::Variant(IDispatch* object) : Variant() {
   if (object != nullptr) object->AddRef();
 }
 
+Variant::Variant(IUnknown* object) : Variant() {
+  variant_.vt = VT_UNKNOWN;
+  variant_.punkVal = object;
+  if (object != nullptr) object->AddRef();
+}
+
 template <class Element>
 std::span<Element> Variant::makeArray(VARTYPE type, std::size_t count) {
   SAFEARRAY* const array = SafeArrayCreateVector(type, 0, static_cast<ULONG>(count));

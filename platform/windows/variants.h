@@ -28,6 +28,7 @@ class Variant {
   explicit Variant(bool flag);
   /// An object; a reference is added.
   explicit Variant(IDispatch* object);
+  explicit Variant(IUnknown* object);
   /// Arrays from 0 on, possibly empty: of BSTR, and of VARIANT.
   explicit Variant(const std::vector<std::string>& texts);
   explicit Variant(std::span<const Value> values);

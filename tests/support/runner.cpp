@@ -12,6 +12,7 @@ namespace velk {
 RunnerWorld::RunnerWorld() {
   surroundings.database.clear();  // whatever the machine has
   surroundings.clock = [] { return dateFromCivil({2008, 4, 1}); };
+  surroundings.stateFolder = folder.path("state");
 }
 
 Ran RunnerWorld::run(std::vector<std::string> args) {

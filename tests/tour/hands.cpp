@@ -24,9 +24,22 @@ LRESULT chosenIn(HWND box) {
   return SendMessageW(box, CB_GETCURSEL, 0, 0);
 }
 
-void waitForChoice(HWND box, int place) {
-  waitFor("the choice to be made", [&] {
-    return SendMessageW(box, CB_GETDROPPEDSTATE, 0, 0) == FALSE && chosenIn(box) == place;
+bool isDropped(HWND box) {
+  return SendMessageW(box, CB_GETDROPPEDSTATE, 0, 0) != FALSE;
+}
+
+/// Does it again when that had no effect: a late report of an earlier move makes a drag of a click.
+void tryUntil(std::string_view what, const std::function<bool()>& isSo,
+              const std::function<void()>& tries) {
+  constexpr ULONGLONG betweenTries = 3'000;  // milliseconds
+  ULONGLONG next = 0;
+  waitFor(what, [&] {
+    if (isSo()) return true;
+    if (GetTickCount64() >= next) {
+      tries();
+      next = GetTickCount64() + betweenTries;
+    }
+    return false;
   });
 }
 
@@ -37,16 +50,13 @@ class MouseHands final : public Hands {
   // On the arrow; then on the item, where a user sees it.
   void choose(HWND box, int place) const override {
     const COMBOBOXINFO parts = partsOf(box);
-    click(middleOf(parts.rcButton, box));
-    waitFor("a list of choices to drop",
-            [&] { return IsWindowVisible(parts.hwndList) != FALSE && hasHeight(parts.hwndList); });
-    SendMessageW(parts.hwndList, LB_SETTOPINDEX, 0, 0);
-    const auto height = static_cast<LONG>(SendMessageW(parts.hwndList, LB_GETITEMHEIGHT, 0, 0));
-    POINT item{height, height * place + height / 2};
-    ClientToScreen(parts.hwndList, &item);
-    if (WindowFromPoint(item) != parts.hwndList) notThere("the item in the list that dropped");
-    click(item);
-    waitForChoice(box, place);
+    tryUntil(
+        "the choice to be made", [&] { return !isDropped(box) && chosenIn(box) == place; },
+        [&] {
+          if (!isDropped(box)) click(middleOf(parts.rcButton, box));
+          waitFor("a list of choices to drop", [&] { return hasItems(parts.hwndList); });
+          clickItem(parts.hwndList, place);
+        });
   }
 
   void chooseMenu(HWND window, const MenuChoice& choice) const override {
@@ -62,20 +72,11 @@ class MouseHands final : public Hands {
     click(button != nullptr ? button : childOfClass(dialog, L"Button"));
   }
 
-  // A late report of an earlier move makes a drag of the click: as a user would, it tries again.
   HWND openPopup(HWND list, int field) const override {
-    constexpr ULONGLONG betweenClicks = 3'000;  // milliseconds
-    ULONGLONG next = 0;
-    HWND menu = nullptr;
-    waitFor("the popup menu", [&] {
-      menu = host().shownNow(menuClass);
-      if (menu == nullptr && GetTickCount64() >= next) {
-        click(cellPoint(list, 2, field), Button::Right);
-        next = GetTickCount64() + betweenClicks;
-      }
-      return menu != nullptr;
-    });
-    return menu;
+    tryUntil(
+        "the popup menu", [&] { return host().shownNow(menuClass) != nullptr; },
+        [&] { click(cellPoint(list, 2, field), Button::Right); });
+    return host().ofClass(menuClass);
   }
   void choosePopup(HWND menu) const override { click(menu); }
 
@@ -84,10 +85,18 @@ class MouseHands final : public Hands {
  private:
   static constexpr int menuBarHeight = 20;
 
-  static bool hasHeight(HWND window) {
-    RECT at{};
-    GetWindowRect(window, &at);
-    return at.bottom - at.top > GetSystemMetrics(SM_CYVSCROLL);
+  // A list may be shown and have room for none.
+  static bool hasItems(HWND list) {
+    RECT inside{};
+    GetClientRect(list, &inside);
+    return IsWindowVisible(list) != FALSE && inside.bottom > 0;
+  }
+  static void clickItem(HWND list, int place) {
+    const auto height = static_cast<LONG>(SendMessageW(list, LB_GETITEMHEIGHT, 0, 0));
+    POINT item{height, height * place + height / 2};
+    ClientToScreen(list, &item);
+    if (WindowFromPoint(item) != list) notThere("the item in the list that dropped");
+    click(item);
   }
   int scaled(int size) const { return MulDiv(size, dotsPerInch_, usualDotsPerInch); }
   void pressEnabled(HWND button) const override { click(button); }
@@ -113,13 +122,12 @@ class KeyboardHands final : public Hands {
   void choose(HWND box, int place) const override {
     tabTo(box);
     velk::press(VK_DOWN, VK_MENU);
-    waitFor("a list of choices to drop",
-            [&] { return SendMessageW(box, CB_GETDROPPEDSTATE, 0, 0) != FALSE; });
+    waitFor("a list of choices to drop", [&] { return isDropped(box); });
     const auto chosen = static_cast<int>(chosenIn(box));
     for (int i = chosen; i < place; ++i) velk::press(VK_DOWN);
     for (int i = chosen; i > place; --i) velk::press(VK_UP);
     velk::press(VK_RETURN);
-    waitForChoice(box, place);
+    waitFor("the choice to be made", [&] { return !isDropped(box) && chosenIn(box) == place; });
   }
 
   void chooseMenu(HWND, const MenuChoice& choice) const override {
@@ -151,9 +159,10 @@ class KeyboardHands final : public Hands {
     velk::press(VK_SPACE);
   }
 
+  // From the first column, wherever the keyboard's place in the header was before.
   void chooseField(HWND list, int column) const {
     tabTo(list);
-    velk::press(VK_HOME);
+    for (std::size_t i = columnTitles(list).size(); i > 0; --i) velk::press(VK_LEFT);
     for (int i = 0; i < column; ++i) velk::press(VK_RIGHT);
   }
 };

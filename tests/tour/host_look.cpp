@@ -38,12 +38,13 @@ void checkNamed(HWND window) {
     const std::wstring type = classOf(control);
     if (type != L"ComboBox" && type != L"SysListView32") continue;
     const HWND label = GetWindow(control, GW_HWNDPREV);
-    if (label == nullptr || classOf(label) != L"Static" || textOf(label).empty()) {
-      fail(textShown(control) + " has no name");
-    }
+    waitFor("a name of " + textShown(control), [&] {
+      return label != nullptr && classOf(label) == L"Static" && !textOf(label).empty();
+    });
   }
 }
 
+// No control of the window lies over another.
 void checkApart(HWND window) {
   auto controls = childWindows(window);
   std::erase_if(controls, [](HWND control) { return classOf(control) == L"SysHeader32"; });

@@ -20,10 +20,11 @@ constexpr wchar_t frameClass[] = L"Velk_OpnImp.Frame";
 // Pixels at 96 dots per inch.
 constexpr int buttonBorder = 4;
 constexpr int frameIndent = 9;
-constexpr int headerMargin = 6;
+constexpr int headerMargin = 7;
+constexpr int cellMargin = 6;
 
 // Another process' font cannot be asked: these are the ones that the windows should have.
-UniqueFont fontOf(bool isScreen, int dotsPerInch, bool bold) {
+UniqueFont fontOf(bool isScreen, int dotsPerInch) {
   NONCLIENTMETRICSW metrics{};
   metrics.cbSize = sizeof metrics;
   SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
@@ -35,7 +36,6 @@ UniqueFont fontOf(bool isScreen, int dotsPerInch, bool bold) {
     font.lfHeight = -MulDiv(points, dotsPerInch, 72);
     std::ranges::copy(L"Arial", font.lfFaceName);
   }
-  if (bold) font.lfWeight = FW_BOLD;
   return UniqueFont(CreateFontIndirectW(&font));
 }
 
@@ -53,25 +53,49 @@ int inkWidth(const Picture& picture) {
   return first > last ? 0 : static_cast<int>(last - first + 1);
 }
 
-/// That of a text in Arial which is as wide as the list's own font makes it; 0 for another font.
-int expectedInk(std::wstring_view text, int width) {
-  constexpr int smallest = 6;
-  constexpr int largest = 60;
-  const auto length = static_cast<int>(text.size());
-  for (int height = smallest; height < largest; ++height) {
-    const UniqueFont font(
-        CreateFontW(-height, 0, 0, 0, 0, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, L"Arial"));
-    SIZE size{};
-    const Picture painted = paintedPicture(2 * width, 2 * largest, [&](HDC dc) {
-      const RECT all{0, 0, 2 * width, 2 * largest};
-      const HGDIOBJ before = SelectObject(dc, font.get());
-      GetTextExtentPoint32W(dc, text.data(), length, &size);
-      ExtTextOutW(dc, 2, 2, ETO_OPAQUE, &all, text.data(), static_cast<UINT>(length), nullptr);
-      SelectObject(dc, before);
-    });
-    if (size.cx == width) return inkWidth(painted);
+bool reachesEdge(const Picture& picture) {
+  for (std::size_t i = picture.width - 1; i < picture.pixels.size(); i += picture.width) {
+    if (picture.pixels[i] != picture.pixels.front()) return true;
   }
-  return 0;
+  return false;
+}
+
+SIZE extentIn(HFONT font, std::wstring_view text) {
+  const UniqueDisplayDc display(GetDC(nullptr));
+  const HGDIOBJ before = SelectObject(display.get(), font);
+  SIZE size{};
+  GetTextExtentPoint32W(display.get(), text.data(), static_cast<int>(text.size()), &size);
+  SelectObject(display.get(), before);
+  return size;
+}
+
+/// The font of a screen's list, found by how wide it makes a text; null for another than Arial.
+UniqueFont fontOfList(HWND list, bool bold) {
+  constexpr std::wstring_view sample = L"Customer Name";
+  constexpr int largest = 60;
+  const int width = textWidth(list, sample);
+  const auto make = [](int height, int weight) {
+    return UniqueFont(
+        CreateFontW(-height, 0, 0, 0, weight, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, L"Arial"));
+  };
+  for (int height = 1; height < largest; ++height) {
+    if (extentIn(make(height, FW_NORMAL).get(), sample).cx == width) {
+      return make(height, bold ? FW_BOLD : FW_NORMAL);
+    }
+  }
+  return {};
+}
+
+int expectedInk(std::wstring_view text, HFONT font) {
+  constexpr int beside = 4;
+  const SIZE size = extentIn(font, text);
+  const RECT all{0, 0, size.cx + 2 * beside, size.cy};
+  return inkWidth(paintedPicture(all.right, all.bottom, [&](HDC dc) {
+    const HGDIOBJ before = SelectObject(dc, font);
+    ExtTextOutW(dc, beside, 0, ETO_OPAQUE, &all, text.data(), static_cast<UINT>(text.size()),
+                nullptr);
+    SelectObject(dc, before);
+  }));
 }
 
 class Room {
@@ -79,26 +103,24 @@ class Room {
   Room(HWND root, int dotsPerInch)
       : dotsPerInch_(dotsPerInch),
         isScreen_(classOf(root) == screenClass),
-        plain_(fontOf(isScreen_, dotsPerInch, false)),
-        bold_(fontOf(isScreen_, dotsPerInch, true)) {}
+        font_(fontOf(isScreen_, dotsPerInch)) {}
 
   void check(HWND control);
   const std::string& cut() const { return cut_; }
 
  private:
   int scaled(int size) const { return MulDiv(size, dotsPerInch_, usualDotsPerInch); }
-  SIZE extent(std::wstring_view text, bool bold = false) const;
+  SIZE extent(std::wstring_view text) const { return extentIn(font_.get(), text); }
   void compare(HWND control, std::wstring_view text, SIZE needed, SIZE room);
   void checkText(HWND control, int border, bool hasMnemonic);
   void checkBox(HWND box);
   void checkList(HWND list);
-  void checkColumn(HWND list, int column, std::wstring_view title);
-  void checkInk(HWND list, int column, std::wstring_view title);
+  void checkHeader(HWND list, int column, std::wstring_view title);
+  void checkCells(HWND list, int column);
 
   int dotsPerInch_;
   bool isScreen_;
-  UniqueFont plain_;
-  UniqueFont bold_;
+  UniqueFont font_;
   std::string cut_;
 };
 
@@ -106,15 +128,6 @@ SIZE insideOf(HWND window) {
   RECT inside{};
   GetClientRect(window, &inside);
   return {inside.right, inside.bottom};
-}
-
-SIZE Room::extent(std::wstring_view text, bool bold) const {
-  const UniqueDisplayDc display(GetDC(nullptr));
-  const HGDIOBJ before = SelectObject(display.get(), (bold ? bold_ : plain_).get());
-  SIZE size{};
-  GetTextExtentPoint32W(display.get(), text.data(), static_cast<int>(text.size()), &size);
-  SelectObject(display.get(), before);
-  return size;
 }
 
 void Room::compare(HWND control, std::wstring_view text, SIZE needed, SIZE room) {
@@ -144,44 +157,49 @@ void Room::checkBox(HWND box) {
   }
 }
 
-void Room::checkColumn(HWND list, int column, std::wstring_view title) {
+void Room::checkHeader(HWND list, int column, std::wstring_view title) {
   const auto header = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
   const int width = columnWidth(list, column);
   const LONG height = insideOf(header).cy;
-  if (width == 0 || !IsWindowVisible(header)) return;
-  const auto room = [&](int margin) { return SIZE{width - scaled(margin), height}; };
-  const LONG lineHeight = extent(title).cy;
-  compare(header, title, {textWidth(list, title), lineHeight}, room(2 * headerMargin));
-  if (isScreen_) checkInk(list, column, title);
-  // The first row of a screen's mapping list has texts of the screen's own; all of the host's are.
-  const bool isMapping =
-      isScreen_ && childOfClass(GetAncestor(list, GA_ROOT), L"SysListView32", 1) == list;
-  const int rows = isMapping ? 1 : isScreen_ ? 0 : std::min(rowCount(list), 40);
-  for (int row = 0; row < rows; ++row) {
-    const std::wstring cell = cellText(list, row, column);
-    const int needed = isMapping ? extent(cell, true).cx : textWidth(list, cell);
-    compare(list, cell, {needed, 0}, room(headerMargin));
-  }
+  if (title.empty() || width == 0 || IsWindowVisible(header) == FALSE) return;
+  compare(header, title, {textWidth(list, title), extent(L"X").cy},
+          {width - scaled(headerMargin), height});
+  // It may have room for a text and not paint all of it.
+  const POINT middle = headerPoint(list, column);
+  const UniqueFont font = isScreen_ ? fontOfList(list, false) : UniqueFont();
+  if (!font || WindowFromPoint(middle) != header) return;
+  // Without the lines between the columns and below them.
+  const int half = width / 2 - 1;
+  const LONG up = height / 2 - 2;
+  const Picture shown =
+      displayedIn({middle.x - half, middle.y - up, middle.x + half, middle.y + up});
+  const int ink = inkWidth(shown);
+  // Where the text goes as far as the line, its last pixel is on it.
+  const int expected = expectedInk(title, font.get()) - (reachesEdge(shown) ? 1 : 0);
+  if (ink < expected) compare(header, title, {expected, 0}, {ink, 0});
 }
 
-// A header may have room for a text and not paint all of it.
-void Room::checkInk(HWND list, int column, std::wstring_view title) {
-  const POINT middle = headerPoint(list, column);
-  const auto header = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
-  if (title.empty() || WindowFromPoint(middle) != header) return;
-  // Without the lines between the columns and below them.
-  const int half = columnWidth(list, column) / 2 - 2;
-  const LONG up = insideOf(header).cy / 2 - 2;
-  const int ink =
-      inkWidth(displayedIn({middle.x - half, middle.y - up, middle.x + half, middle.y + up}));
-  const int expected = expectedInk(title, textWidth(list, title));
-  if (ink < expected) compare(header, title, {expected, 0}, {ink, 0});
+// The first row of a screen's mapping list has texts of the screen's own, in bold; all of the
+// host's are.
+void Room::checkCells(HWND list, int column) {
+  constexpr int enoughRows = 40;
+  const int room = columnWidth(list, column) - scaled(cellMargin);
+  const bool isMapping =
+      isScreen_ && childOfClass(GetAncestor(list, GA_ROOT), L"SysListView32", 1) == list;
+  const UniqueFont bold = isMapping ? fontOfList(list, true) : UniqueFont();
+  const int rows = isMapping ? 1 : isScreen_ ? 0 : std::min(rowCount(list), enoughRows);
+  for (int row = 0; row < rows && room > 0; ++row) {
+    const std::wstring cell = cellText(list, row, column);
+    const LONG needed = bold ? extentIn(bold.get(), cell).cx : textWidth(list, cell);
+    compare(list, cell, {needed, 0}, {room, 0});
+  }
 }
 
 void Room::checkList(HWND list) {
   const auto titles = columnTitles(list);
   for (std::size_t i = 0; i < titles.size(); ++i) {
-    checkColumn(list, static_cast<int>(i), titles[i]);
+    checkHeader(list, static_cast<int>(i), titles[i]);
+    checkCells(list, static_cast<int>(i));
   }
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <vector>
 
 #include "apps/host/company_tables.h"
@@ -94,12 +93,12 @@ void Tour::exportSalesmen(HWND screen, const std::wstring& path) {
   const std::wstring exported = places_.pictures + L"salesmen.xls";
   hands_->press(buttonNamed(screen, L"&Export DS"));
   answerFileDialog(exported, "export");
+  // It cannot be read before all of it is written.
   waitFor("the exported file", [&] {
-    std::error_code missing;
-    const auto size = std::filesystem::file_size(exported, missing);
-    return !missing && size > 0;
+    return trapErrors([&] { editSalesmen(fromWide(exported), fromWide(path)); },
+                      [](const RuntimeError&) {});
   });
-  editSalesmen(fromWide(exported), fromWide(path));
+  waitUntilIdle(screen);
 }
 
 // Takes a field's mapping back by its popup menu and maps it anew by two headers.

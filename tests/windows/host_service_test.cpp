@@ -1,6 +1,11 @@
 #include "platform/windows/com_host_service.h"
 
+#include <ocidl.h>
+#include <olectl.h>
+
 #include "platform/windows/screen_object.h"
+#include "tests/windows/open_screen.h"
+#include "tests/windows/seen_text.h"
 #include "tests/windows/server_dll.h"
 #include "tests/windows/service_stub.h"
 #include "ui/controls.h"
@@ -63,11 +68,103 @@ TEST_CASE("a screen as the host reads it") {
     CHECK(ServiceStub::nameOf(memberObject(controls.Get(), "Item", argumentList(key)).Get()) ==
           "TxtFileName");
   }
-  CHECK(errorOf([&] { text(object.Get(), "BorderStyle"); }) == 438);
+  for (const char* none : {"BorderStyle", "Font", "TabIndex"}) {
+    CHECK(errorOf([&] { text(object.Get(), none); }) == 438);
+  }
   const auto button = memberObject(object.Get(), "cmdImport");
   screen.reset();
   CHECK(errorOf([&] { text(object.Get(), "Caption"); }) == 91);
   CHECK(errorOf([&] { text(button.Get(), "Caption"); }) == 91);
+}
+
+/// Whether an icon that the host sets through the object is the screen's, and comes back.
+bool heldIcon(Form& screen, IDispatch* form) {
+  PICTDESC description{};
+  description.cbSizeofstruct = sizeof description;
+  description.picType = PICTYPE_ICON;
+  description.icon.hicon = LoadIconW(nullptr, IDI_WARNING);
+  void* made = nullptr;
+  REQUIRE(SUCCEEDED(OleCreatePictureIndirect(&description, IID_IPictureDisp, FALSE, &made)));
+  const auto picture = adopt(static_cast<IDispatch*>(made));
+  std::vector<Variant> icon;
+  icon.emplace_back(picture.Get());
+  callMember(form, "Icon", DISPATCH_PROPERTYPUT, icon);
+  const LRESULT shown = SendMessageW(Window(screen).handle, WM_GETICON, ICON_BIG, 0);
+  return reinterpret_cast<HICON>(shown) == description.icon.hicon &&
+         memberObject(form, "Icon") == picture;
+}
+
+/// The names of what For Each goes through.
+Texts namesOf(IDispatch* collection) {
+  DISPPARAMS none{};
+  Variant result;
+  REQUIRE(SUCCEEDED(collection->Invoke(DISPID_NEWENUM, IID_NULL, 0,
+                                       DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none,
+                                       result.receive(), nullptr, nullptr)));
+  const auto items = queryInterface<IEnumVARIANT>(result.get().punkVal);
+  REQUIRE(items);
+  Texts names;
+  Variant item;
+  while (items->Next(1, item.receive(), nullptr) == S_OK) {
+    names.push_back(ServiceStub::nameOf(item.get().pdispVal));
+  }
+  return names;
+}
+
+TEST_CASE("windows: a host's hook arranges a screen as forms of the platform are arranged") {
+  OpenScreen in;
+  const auto call = [](IDispatch* of, const char* name, const std::vector<Variant>& with = {}) {
+    return callMember(of, name, DISPATCH_METHOD, with);
+  };
+  const auto read = [](IDispatch* of, const char* name) {
+    return toText(toValue(callMember(of, name, DISPATCH_PROPERTYGET).get()));
+  };
+  const auto write = [](IDispatch* of, const char* name, const Value& value) {
+    callMember(of, name, DISPATCH_PROPERTYPUT, argumentList(value));
+  };
+  ComPtr<IDispatch> form;
+  in.world.host->onReady = [&](Form& ready) {
+    form = screenObject(ready);
+    Texts all;
+    for (const Control* control : ready.controls()) all.push_back(control->name());
+    CHECK(namesOf(memberObject(form.Get(), "Controls").Get()) == all);
+    const auto close = memberObject(form.Get(), "cmdExit");
+    call(close.Get(), "Move", argumentList(1500, 7600, 2000));
+    write(close.Get(), "Tag", "mine");
+    write(close.Get(), "TabIndex", 0);
+    write(memberObject(close.Get(), "Font").Get(), "Bold", -1);
+    write(memberObject(close.Get(), "Font").Get(), "Name", "Courier New");
+    write(memberObject(form.Get(), "CmdBrowse").Get(), "Enabled", 0);
+    call(form.Get(), "Hide");
+  };
+  in.open(customerScreen);
+  const HWND window = in.window.handle;
+  CHECK(IsWindowVisible(window) == FALSE);
+  call(form.Get(), "Show");
+  CHECK(IsWindowVisible(window) != FALSE);
+  const HWND button = in.window.button("C&lose");
+  RECT place{};
+  GetWindowRect(button, &place);
+  MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+  CHECK(place.left == 100);
+  CHECK(place.right == 233);
+  CHECK(faceOf(button) == "Courier New");
+  const auto close = memberObject(form.Get(), "cmdExit");
+  CHECK(read(close.Get(), "Tag") == "mine");
+  CHECK(read(close.Get(), "TabIndex") == "0");
+  CHECK(GetNextDlgTabItem(window, nullptr, FALSE) == button);
+  CHECK(IsWindowEnabled(in.window.button("&Browse")) == FALSE);
+  call(close.Get(), "SetFocus");
+  CHECK(GetFocus() == button);
+  CHECK(errorOf([&] { call(memberObject(form.Get(), "CmdBrowse").Get(), "SetFocus"); }) == 5);
+  write(form.Get(), "Enabled", 0);
+  CHECK(IsWindowEnabled(window) == FALSE);
+  CHECK(heldIcon(*in.screen, form.Get()));
+  for (const char* none : {"ZOrder", "hDC", "Line"}) {
+    CHECK(errorOf([&] { call(form.Get(), none); }) == 438);
+  }
+  CHECK(errorOf([&] { call(close.Get(), "Hide"); }) == 438);
+  CHECK(errorOf([&] { read(memberObject(close.Get(), "Font").Get(), "Weight"); }) == 438);
 }
 
 }  // namespace

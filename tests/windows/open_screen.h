@@ -1,6 +1,7 @@
 // A screen of each kind as a window, on files, messages and a database in memory.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "masters/Velk_frmBankBranch_OpnImp.h"
@@ -33,8 +34,10 @@ struct OpenScreen {
   std::shared_ptr<ImportScreen> screen;
   Window window{HWND{nullptr}};
 
-  void open(ScreenMaker make) {
+  /// `atStart` is what the host does before the screen is shown.
+  void open(ScreenMaker make, const std::function<void(Form&)>& atStart = {}) {
     screen = make(world.module);
+    if (atStart) atStart(*screen);
     screen->initForm(world.database, nullptr);
     window = Window(*screen);
     pump();

@@ -5,61 +5,16 @@
 #include <string>
 
 #include "platform/windows/windows_desktop.h"
-#include "tests/support/sent_input.h"
-#include "tests/windows/open_screen.h"
+#include "tests/windows/input_screen.h"
 
 namespace velk {
 namespace {
-
-/// Runs messages until something is so, for two seconds at most.
-bool pumpUntil(const std::function<bool()>& isSo) {
-  for (const ULONGLONG end = GetTickCount64() + 2000; !isSo() && GetTickCount64() < end;) {
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
-    pump();
-  }
-  return isSo();
-}
-
-void pumpFor(DWORD milliseconds) {
-  const ULONGLONG end = GetTickCount64() + milliseconds;
-  pumpUntil([&] { return GetTickCount64() >= end; });
-}
-
-void sendClick(HWND window, const RECT& inside) {
-  POINT at{(inside.left + inside.right) / 2, (inside.top + inside.bottom) / 2};
-  ClientToScreen(window, &at);
-  SetCursorPos(at.x, at.y);
-  sendMouse(at, MOUSEEVENTF_LEFTDOWN);
-  sendMouse(at, MOUSEEVENTF_LEFTUP);
-}
-
-void sendClick(HWND window) {
-  RECT all{};
-  GetClientRect(window, &all);
-  sendClick(window, all);
-}
-
-void sendPress(WORD key, bool alt = false) {
-  if (alt) sendKey(VK_MENU, 0, 0);
-  sendKey(key, 0, 0);
-  sendKey(key, 0, KEYEVENTF_KEYUP);
-  if (alt) sendKey(VK_MENU, 0, KEYEVENTF_KEYUP);
-}
 
 RECT placeOf(HWND window) {
   RECT place{};
   GetWindowRect(window, &place);
   return place;
 }
-
-/// A screen in front of all others.
-struct InputScreen : OpenScreen {
-  explicit InputScreen(ScreenMaker make) {
-    open(make);
-    SetForegroundWindow(window.handle);
-    pumpFor(50);
-  }
-};
 
 TEST_CASE("windows: the types' list opens by its arrow, and a click chooses") {
   const InputScreen in(masterScreen);
@@ -123,6 +78,19 @@ TEST_CASE("windows: keys and clicks that came in during a run are gone when it e
     CHECK(in.world.messages.size() == (isSilent ? 0 : 1));
     CHECK((isSilent || shown >= 290));
     CHECK(GetFocus() == in.ofClass(L"Edit"));
+  }
+}
+
+TEST_CASE("windows: so they are when a file is viewed or salesmen are exported") {
+  InputScreen in(masterScreen);
+  chooseSalesmen(in.window);
+  in.world.desktop.chooseFile("out.xls");
+  in.screen->cmdview.setEnabled(true);
+  for (const char* work : {"&View", "&Export DS"}) {
+    sendClick(in.window.button("C&lose"));  // as if during the work: it is not taken before
+    SendMessageW(in.window.button(work), BM_CLICK, 0, 0);
+    pumpFor(100);
+    CHECK(in.screen->isOpen());
   }
 }
 

@@ -39,8 +39,8 @@ TEST_CASE("windows: a size or state that code sets is no other than the fixed on
       CAPTURE(&change - changes);
       OpenScreen in;
       in.world.host->onReady = change;
-      in.open(make);
-      for (int when = 0; when < 2; ++when) {  // in the host's hook, and later
+      in.open(make, change);
+      for (int when = 0; when < 2; ++when) {  // in the host's two hooks, and later
         CAPTURE(when);
         const RECT now = in.window.outer();
         CHECK(EqualRect(&now, &fixed) != FALSE);
@@ -70,6 +70,15 @@ TEST_CASE("windows: hosts hide a screen and show it again") {
     CHECK(in.screen->visible() == visible);
   }
   CHECK(in.screen->isOpen());
+}
+
+TEST_CASE("windows: a screen that its host minimises at once is opened so") {
+  OpenScreen in;
+  in.open(customerScreen, [](Form& form) { form.set(Property::WindowState, 1); });
+  CHECK(IsIconic(in.window.handle) != FALSE);
+  ShowWindow(in.window.handle, SW_RESTORE);
+  pump();
+  CHECK(in.screen->bounds() == ImportScreen::fixedBounds);
 }
 
 TEST_CASE("windows: an empty first line takes no record from a file of master data") {

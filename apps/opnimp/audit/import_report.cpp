@@ -63,6 +63,7 @@ void ImportReport::recordEnds(const Posting& posting) {
   // Without a call it remains "begun", which the account reports as a difference.
   if (open && posting.calls > 0) record->fate = RecordReport::Fate::Posted;
   inRecord_ = false;
+  if (onRecordEnd) onRecordEnd(records_.size());
 }
 
 void ImportReport::errorTrapped(const RuntimeError& /*error*/, std::string_view text) {

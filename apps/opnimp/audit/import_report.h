@@ -35,6 +35,8 @@ class ImportReport final : public ImportObserver {
 
   /// Called before each record with its number from 1; what it throws ends the run.
   std::function<void(std::size_t record)> onRecord;
+  /// Called after each record that ended by itself; what it throws ends the run, too.
+  std::function<void(std::size_t record)> onRecordEnd;
 
   /// Of a record by its position from 0; one that was never begun has the default.
   const RecordReport& record(std::size_t position) const;

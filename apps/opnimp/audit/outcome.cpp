@@ -63,17 +63,17 @@ std::string resultText(const RecordedCall& call) {
          (call.error ? " " + errorText(*call.error) : "");
 }
 
+std::string uncheckedText(const RecordedCall& check) {
+  const std::string type = check.parameters.empty() ? "his type" : toText(check.parameters[0]);
+  return "whether " + type +
+         " is a default value could not be checked, and the salesman is saved all the same";
+}
+
 /// In a transaction that was taken back even a call in doubt has changed nothing.
 bool isTakenBack(const RecordTrace& trace) {
   return std::ranges::any_of(trace.calls, [](const RecordedCall* call) {
     return call->kind == CallKind::Procedure && call->changes == Changes::TakenBack;
   });
-}
-
-std::string uncheckedText(const RecordedCall& check) {
-  const std::string type = check.parameters.empty() ? "his type" : toText(check.parameters[0]);
-  return "whether " + type +
-         " is a default value could not be checked, and the salesman is saved all the same";
 }
 
 void add(std::string& reason, std::string_view text) {
@@ -156,7 +156,7 @@ bool needsAttention(const RecordTrace& trace) {
   return isRefused(trace.outcome) || isDoubtful(trace.outcome) ||
          (isPosted(trace.outcome) && trace.outcome != Outcome::Posted) ||
          trace.outcome == Outcome::SkippedNotANumber ||
-         (trace.outcome == Outcome::Skipped && trace.said->warned);
+         (trace.outcome == Outcome::Skipped && (trace.said->warned || !trace.readings.empty()));
 }
 
 std::size_t needAttention(const Traces& traces) {
@@ -179,6 +179,14 @@ std::string reasonOf(const RecordTrace& trace) {
   if (trace.outcome == Outcome::NotReached) return reason;
   for (const Misreading* reading : trace.readings) add(reason, sentenceOf(*reading));
   return reason;
+}
+
+void addReadings(std::vector<RecordTrace>& records, std::span<const Warning> warnings) {
+  for (const Warning& warning : warnings) {
+    for (const Misreading& reading : warning.readings) {
+      records.at(reading.record).readings.push_back(&reading);
+    }
+  }
 }
 
 // A row beyond the file's records is nobody's: the account shows it as a stray.
@@ -207,11 +215,7 @@ Traces traceRecords(const ImportReport& report, const Recorder& recorder,
     RecordTrace* record = recordAt(message.row);
     (record != nullptr ? record->messages : traces.runMessages).push_back(&message);
   }
-  for (const Warning& warning : warnings) {
-    for (const Misreading& reading : warning.readings) {
-      traces.records.at(reading.record).readings.push_back(&reading);
-    }
-  }
+  addReadings(traces.records, warnings);
   for (std::size_t position = 0; position < recordCount; ++position) {
     RecordTrace& record = traces.records[position];
     // Only now, because an outcome is made from all the calls collected above.

@@ -86,6 +86,9 @@ struct Traces {
   std::vector<const RecordedMessage*> runMessages;
 };
 
+/// Adds to each record what is read of it otherwise than written.
+void addReadings(std::vector<RecordTrace>& records, std::span<const Warning> warnings);
+
 /// How many records need attention.
 std::size_t needAttention(const Traces& traces);
 

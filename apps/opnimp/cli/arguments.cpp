@@ -5,6 +5,7 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
+#include "base/numbers.h"
 
 namespace velk {
 
@@ -24,8 +25,13 @@ const std::string rejectsHelp =
     "again; why to FILE.reasons.csv, records to look up to\n"
     "FILE.check.csv, records that were not reached to FILE.rest.csv\n"
     "(for a workbook all but the reasons are workbooks:\n"
-    "FILE.check.xls); a .check or .rest file of an earlier run must\n"
-    "be dealt with and moved away first";
+    "FILE.check.xls); none of them may be there already";
+const std::string journalHelp =
+    "the journal of all runs (default: opnimp/journal in\n"
+    "$XDG_STATE_HOME, else in ~/.local/state)";
+const std::string againHelp =
+    "post opening balances also if an earlier run of the journal\n"
+    "posted them";
 const std::string acceptHelp =
     "import although values are read otherwise than they are\n"
     "written, as the screens do: codes of the harmful warnings to\n"
@@ -33,6 +39,10 @@ const std::string acceptHelp =
 const std::string reportHelp =
     "write the report as a page to be printed, signed and kept; a\n"
     "file of that name is never replaced";
+const std::string resumeHelp =
+    "go on with a file behind the last record that a run reached\n"
+    "which broke off; records in doubt go to FILE.check.csv of\n"
+    "--rejects and are not posted again";
 const std::string exportHelp =
     "write all salesmen to an .xls workbook, with drop-down lists of\n"
     "their DS types; a workbook of that name is replaced";
@@ -86,6 +96,13 @@ MapOption mapOption(const std::string& value) {
   return {value.substr(0, equals), value.substr(equals + 1)};
 }
 
+std::uint64_t runNumber(const std::string& text) {
+  const auto number = exactNumber<std::uint64_t>(text);
+  if (number && *number > 0) return *number;
+  throw UsageError("RUN is the number of a run, such as 12, not \"" + text +
+                   "\"; `opnimp runs` lists them");
+}
+
 /// The library would take the next argument for the value in "--rejects=", even "--dry-run".
 void checkValues(std::span<const std::string> args) {
   const auto end = std::ranges::find(args, "--");
@@ -131,14 +148,25 @@ class CommandLine {
   using Apps = std::initializer_list<CLI::App*>;
 
   void addCommands() {
-    const auto import = add(Command::Import, "import", "the file with the records",
-                            "post the file's records to the database");
-    const auto preview = add(Command::Preview, "preview", "the file with the records",
-                             "show the columns, what maps to what, and the first rows;\n"
-                             "needs no database");
-    const auto exporting = add(Command::Export, "export", "the workbook to write", exportHelp);
-    add(Command::DemoDatabase, "demo-database", "the new file",
-        "make the sample company's embedded database");
+    const auto import = addOfKind(Command::Import, "import", "the file with the records",
+                                  "post the file's records to the database");
+    const auto preview = addOfKind(Command::Preview, "preview", "the file with the records",
+                                   "show the columns, what maps to what, and the first rows;\n"
+                                   "needs no database");
+    const auto exporting =
+        addOfKind(Command::Export, "export", "the workbook to write", exportHelp);
+    addFile(
+        *add(Command::DemoDatabase, "demo-database", "make the sample company's embedded database"),
+        "the new file");
+    const auto runs = add(Command::Runs, "runs", "list the runs of the journal");
+    const auto report = addOfRun(Command::Report, "report", "show the report of a run");
+    const auto reversal = addOfRun(Command::Reversal, "reversal",
+                                   "write the opposite documents of what a run posted of opening\n"
+                                   "balances, to be imported like any other file");
+    addFile(*reversal, "the new file");
+    const auto rejects = addOfRun(Command::Rejects, "rejects",
+                                  "write the records that a run refused, as --rejects does");
+    addFile(*rejects, "the new file; see --rejects of import");
     addText({import, exporting}, "--database", "STRING", arguments_.database, databaseHelp);
     addWait({import, exporting});
     addMap({import, preview});
@@ -148,25 +176,46 @@ class CommandLine {
             "in one transaction, which is taken back if a record is refused,\n"
             "fails, or is not reached");
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
+    addText({import, runs, report, reversal, rejects}, "--journal", "PATH", arguments_.journal,
+            journalHelp);
+    addFlag({import}, "--again", arguments_.again, againHelp);
+    addFlag({import}, "--resume", arguments_.resume, resumeHelp);
     addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
+    addText({report}, "--html", "FILE.html", arguments_.report, reportHelp);
     addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
             "where Error.log is written (default: the current folder)");
-    addFlag({import, preview, exporting}, "--json", arguments_.json,
+    addFlag({import, preview, exporting, runs, report}, "--json", arguments_.json,
             "one JSON document on standard output instead of text");
   }
 
-  CLI::App* add(Command id, const char* name, const char* path, const std::string& what) {
+  CLI::App* add(Command id, const char* name, const std::string& what) {
     CLI::App* const command = app_.add_subcommand(name, what)->group("Commands");
     command->callback([this, id] { arguments_.command = id; });
+    return command;
+  }
+
+  void addFile(CLI::App& command, const char* what) {
+    addText(command, "FILE", "", arguments_.file, what)->required();
+  }
+
+  CLI::App* addOfKind(Command id, const char* name, const char* path, const std::string& what) {
+    CLI::App* const command = add(id, name, what);
     const auto takeKind = [this, id](const std::string& kind) {
       arguments_.kind = kindNamed(kind, id);
     };
-    if (id != Command::DemoDatabase) {
-      command->add_option_function<std::string>("KIND", takeKind, kindsOf(id, true))
-          ->required()
-          ->type_name("");
-    }
-    addText(*command, "FILE", "", arguments_.file, path)->required();
+    command->add_option_function<std::string>("KIND", takeKind, kindsOf(id, true))
+        ->required()
+        ->type_name("");
+    addFile(*command, path);
+    return command;
+  }
+
+  CLI::App* addOfRun(Command id, const char* name, const std::string& what) {
+    CLI::App* const command = add(id, name, what);
+    const auto takeRun = [this](const std::string& text) { arguments_.run = runNumber(text); };
+    command->add_option_function<std::string>("RUN", takeRun, "its number, see `opnimp runs`")
+        ->required()
+        ->type_name("");
     return command;
   }
 

@@ -1,6 +1,7 @@
 // The command line.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -18,7 +19,7 @@ struct MapOption {
 };
 
 struct Arguments {
-  enum class Command { Import, Preview, Export, DemoDatabase };
+  enum class Command { Import, Preview, Export, DemoDatabase, Runs, Report, Reversal, Rejects };
 
   std::string answer;  ///< help or version to print, no command being run; empty otherwise
   Command command = Command::Import;
@@ -31,6 +32,10 @@ struct Arguments {
   std::optional<std::string> report;
   std::optional<std::string> appFolder;
   std::optional<int> waitSeconds;  ///< for one statement
+  std::optional<std::string> journal;
+  std::uint64_t run = 0;  ///< the number of one in the journal
+  bool again = false;     ///< post what an earlier run posted, too
+  bool resume = false;    ///< go on behind what an earlier run reached
   bool dryRun = false;
   bool allOrNothing = false;
   bool json = false;

@@ -13,6 +13,7 @@ struct FieldMapping {
   std::string field;
   std::optional<std::size_t> column;  ///< of the file, from 0; empty: not mapped
   std::string title;                  ///< of that column
+  bool operator==(const FieldMapping&) const = default;
 };
 
 /// How many of a record's first fields hold all that is mapped.

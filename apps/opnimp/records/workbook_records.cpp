@@ -15,8 +15,10 @@ std::string quotedCell(const std::string& text) {
 
 }  // namespace
 
-WorkbookRecords::WorkbookRecords(FileSystem& files, std::string_view path) {
-  const std::string bytes = readBytes(files, path);
+WorkbookRecords::WorkbookRecords(FileSystem& files, std::string_view path)
+    : WorkbookRecords(readBytes(files, path)) {}
+
+WorkbookRecords::WorkbookRecords(std::string_view bytes) {
   try {
     sheet_ = readXls(bytes);
   } catch (const RuntimeError& error) {

@@ -16,6 +16,7 @@ class WorkbookRecords final : public InputRecords {
 
   /// Errors: as readBytes. A file of another format is one that is refused.
   WorkbookRecords(FileSystem& files, std::string_view path);
+  explicit WorkbookRecords(std::string_view bytes);
 
   /// True when the file is a workbook with the captions that it needs.
   bool hasCaptions() const;

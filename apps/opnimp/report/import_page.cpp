@@ -51,7 +51,9 @@ std::vector<HtmlReport::Fact> facts(const ImportResult& result) {
       {"Database", result.database},
       {"Folder", result.folder},
       {"Began", formatIso(result.began)},
-      {"Ended", formatIso(result.ended)},
+      {"Ended", result.ended == Date() ? "" : formatIso(result.ended)},
+      {"Run", result.run == 0 ? "" : std::to_string(result.run)},
+      {"Journal", result.journal},
       {"User", result.user},
       {"Program", "opnimp " + std::string(programVersion)},
       {"Error log", result.isDryRun() ? "not written in a dry run" : result.errorLog}};

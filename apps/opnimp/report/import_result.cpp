@@ -27,7 +27,7 @@ std::size_t doubtfulRecords(const Account& account) {
 
 /// Records that somebody has to look at once more, the run having reached them all.
 std::size_t recordsLeft(const ImportResult& result) {
-  return needAttention(result.traces) + result.input->unreadRows().size();
+  return result.setApart.size() + needAttention(result.traces) + result.input->unreadRows().size();
 }
 
 /// A constraint or a text too long: it is the record that has to be corrected.
@@ -83,6 +83,10 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
                        std::string_view many, const std::string& rest) {
     if (count > 0) steps.push_back(std::string(verb) + " " + counted(count, one, many) + rest);
   };
+  add("Look up", result.setApart.size(), "record", "records",
+      " in the database that run " + std::to_string(result.resumes) +
+          " left in doubt, and that this run did not post" + where(result, RejectFiles::Check) +
+          ".");
   // The most dangerous first: a doubtful record that is imported again may be posted twice.
   add("Look up", doubtfulRecords(account), "record", "records",
       " in the database before doing anything else: importing them again could post them twice" +
@@ -91,7 +95,7 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
       " and import only those again" + where(result, RejectFiles::Rejects) + ".");
   addAllowedDsTypes(result, steps);
   add("Look at", skippedWithWarning(result.traces), "skipped record", "skipped records",
-      " with a balance but a bill amount of 0: nothing was posted for them.");
+      " with a bill amount of 0 and more than that: nothing was posted for them.");
   add("Look at", account.count(Outcome::SkippedNotANumber), "skipped record", "skipped records",
       " with a bill amount that is not read as a number: nothing was posted for them.");
   add("Look at", account.count(Outcome::PostedAsRead), "record", "records",

@@ -1,6 +1,7 @@
 // What an import came to.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -28,6 +29,10 @@ struct ImportResult {
   std::vector<std::string> allowedDsTypes;  ///< looked up when a salesman was rejected
   std::string brokeOff;                     ///< why the run ended early; empty: it did not
   std::string errorLog;                     ///< path of the error log's file
+  std::string journal;                      ///< its path; empty: the run is not in one
+  std::uint64_t run = 0;                    ///< its number there
+  std::uint64_t resumes = 0;                ///< the run that it goes on with; 0: none
+  std::vector<std::size_t> setApart;        ///< records before its own that were left in doubt
   std::vector<std::string> rejectFiles;     ///< paths written
   std::string rejectsError;                 ///< why they could not be written
   std::string reportFile;                   ///< path of the page written, if one was

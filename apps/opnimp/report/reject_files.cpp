@@ -7,6 +7,7 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/records/file_bytes.h"
+#include "apps/opnimp/records/later_records.h"
 #include "base/errors.h"
 #include "base/text.h"
 #include "platform/native/native_files.h"
@@ -59,9 +60,42 @@ bool isNotReached(Outcome outcome) {
 /// Records that nobody has looked at yet must not be written over.
 void requireMoved(const std::string& path) {
   std::error_code error;
-  // A device such as /dev/null may be named again and again.
+  // What is no file cannot be written over, and is refused where it is opened.
   if (!std::filesystem::is_regular_file(path, error)) return;
-  throw UsageError(path + " is from an earlier run; move it first");
+  throw UsageError("there is a file " + path + " already; move it first, or choose another name");
+}
+
+/// A name for a file of this run's own, made for it or not at all.
+class Claim {
+ public:
+  explicit Claim(const std::string& path) : path_(path) {
+    if (NativeFileSystem().openExclusively(path)) return;
+    throw CannotOpen("the rejects file " + path +
+                     " was not written: somebody else has made a file " +
+                     "of that name since the run began");
+  }
+  Claim(const Claim&) = delete;
+  Claim& operator=(const Claim&) = delete;
+  ~Claim() {
+    std::error_code error;
+    if (!kept_) std::filesystem::remove(path_, error);
+  }
+  void keep() { kept_ = true; }
+
+ private:
+  const std::string& path_;
+  bool kept_ = false;
+};
+
+/// Both kinds in one file, in the order of the whole file.
+void writeDoubtful(FileSystem& files, const std::string& path, const InputRecords& input,
+                   const std::vector<std::size_t>& doubtful,
+                   std::span<const std::size_t> setApart) {
+  const auto* const later = dynamic_cast<const LaterRecords*>(&input);
+  if (later == nullptr) return input.write(files, path, doubtful);
+  std::vector<std::size_t> records(setApart.begin(), setApart.end());
+  for (const std::size_t record : doubtful) records.push_back(later->first() + record);
+  later->whole().write(files, path, records);
 }
 
 }  // namespace
@@ -73,24 +107,24 @@ std::vector<std::string> RejectFiles::touched(const std::string& path, FileForma
 
 RejectFiles::RejectFiles(const std::string& path, FileFormat format, bool dryRun)
     : paths_(touched(path, format)), dryRun_(dryRun) {
-  if (dryRun) {
-    requireMoved(paths_[Rejects]);  // what a real run refused must not give way to a trial
-  } else {
-    requireMoved(paths_[Check]);
-    requireMoved(paths_[Rest]);
-  }
+  for (const std::string& target : paths_) requireMoved(target);
   NativeFileSystem files;
   // A replacement that is never closed changes nothing.
   for (const std::string& target : paths_) attempt(target, [&] { files.openReplacement(target); });
 }
 
 // Each for itself: one that fails must not cost the others.
-RejectFiles::Written RejectFiles::write(const InputRecords& input, const Traces& traces) const {
+RejectFiles::Written RejectFiles::write(const InputRecords& input, const Traces& traces,
+                                        std::span<const std::size_t> setApart) const {
   NativeFileSystem files;
   Written written;
   const auto put = [&](const std::string& path, const auto& writeIt) {
     try {
-      attempt(path, writeIt);
+      attempt(path, [&] {
+        Claim claim(path);
+        writeIt();
+        claim.keep();
+      });
       written.paths.push_back(path);
     } catch (const CannotOpen& error) {
       written.failure.append(written.failure.empty() ? "" : "; ").append(error.what());
@@ -99,14 +133,16 @@ RejectFiles::Written RejectFiles::write(const InputRecords& input, const Traces&
   const auto putRecords = [&](const std::string& path, const std::vector<std::size_t>& records) {
     put(path, [&] { input.write(files, path, records); });
   };
-  // Written even if there is no such record: else an earlier run's rejects would remain there.
+  // Written even if there is no such record: that there is none is an answer, too.
   putRecords(paths_[Rejects], recordsOf(traces, isRefused));
   put(paths_[Reasons], [&] { writeFile(files, paths_[Reasons], reasons(input, traces)); });
   // Nothing was posted: there is nothing to look up, and the whole file is still to be imported.
   if (dryRun_) return written;
   const auto doubtful = recordsOf(traces, isDoubtful);
   const auto notReached = recordsOf(traces, isNotReached);
-  if (!doubtful.empty()) putRecords(paths_[Check], doubtful);
+  if (!doubtful.empty() || !setApart.empty()) {
+    put(paths_[Check], [&] { writeDoubtful(files, paths_[Check], input, doubtful, setApart); });
+  }
   if (!notReached.empty()) putRecords(paths_[Rest], notReached);
   return written;
 }

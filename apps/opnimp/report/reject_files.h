@@ -7,6 +7,7 @@
 // .rest.xls for a workbook. Each takes its place only when it is written as a whole.
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -19,8 +20,8 @@ class RejectFiles {
  public:
   enum File : std::size_t { Rejects, Reasons, Check, Rest };
 
-  /// Makes sure that all four can be written; raises CannotOpen. `path` is FILE. UsageError when an
-  /// earlier run's .check or .rest file is there; a dry run, which writes neither, goes on.
+  /// Makes sure that all four can be written; raises CannotOpen. `path` is FILE. UsageError when
+  /// one of them is there already: none is ever replaced.
   RejectFiles(const std::string& path, FileFormat format, bool dryRun);
 
   struct Written {
@@ -32,7 +33,9 @@ class RejectFiles {
   static std::vector<std::string> touched(const std::string& path, FileFormat format);
 
   /// Writes FILE and its reasons, and the .check and .rest files where there is something for them.
-  Written write(const InputRecords& input, const Traces& traces) const;
+  /// `setApart`: records before those of `input`, for the .check file.
+  Written write(const InputRecords& input, const Traces& traces,
+                std::span<const std::size_t> setApart = {}) const;
 
  private:
   std::vector<std::string> paths_;

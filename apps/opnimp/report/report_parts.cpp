@@ -10,7 +10,7 @@ namespace velk {
 namespace {
 
 // More than a person reads of one warning; the JSON report lists all.
-constexpr std::size_t mostReadingsListed = 20;
+constexpr std::size_t mostReadingsListed = 200;
 
 void writeReadings(const Warning& warning, std::string_view placeWord, std::ostream& out) {
   for (const Misreading& reading :

@@ -53,6 +53,15 @@ class TextReport {
     out_ << "File:     " << printable(result_.arguments.file) << " ("
          << counted(result_.input->count(), "record", "records") << ")\n"
          << "Database: " << printable(result_.database) << '\n';
+    if (!result_.fileHash.empty()) out_ << "SHA-256:  " << result_.fileHash << '\n';
+    if (!result_.journal.empty()) {
+      out_ << "Run:      " << result_.run << ", " << formatIso(result_.began) << ", by "
+           << printable(result_.user) << '\n';
+    }
+    if (result_.resumes != 0) {
+      out_ << "Resumes:  run " << result_.resumes << "; the records that it reached are none of "
+           << "these\n";
+    }
     if (result_.isDryRun()) {
       out_ << "Dry run:  every check ran, no procedure did. What the procedures themselves would "
               "refuse was not tried.\n";
@@ -141,6 +150,7 @@ class TextReport {
     }
     out_ << '\n';
     writeErrorLog();
+    writeJournal();
     for (const std::string& path : result_.rejectFiles) {
       out_ << "Written:   " << printable(path) << '\n';
     }
@@ -153,6 +163,12 @@ class TextReport {
     }
     for (const std::string& step : nextSteps(result_))
       out_ << "Next:      " << printable(step) << '\n';
+  }
+
+  void writeJournal() {
+    if (result_.journal.empty()) return;
+    out_ << "Journal:   " << printable(result_.journal) << ", run " << result_.run
+         << "; it knows its own runs only\n";
   }
 
   void writeErrorLog() {

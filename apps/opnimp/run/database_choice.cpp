@@ -43,7 +43,8 @@ OpenDatabase connect(const DatabaseChoice& choice, const Surroundings& surroundi
 std::string connectionStringIn(const std::string& path, std::string bytes) {
   // A password that others can read is none.
   using enum fs::perms;
-  if ((fs::status(path).permissions() & (group_all | others_all)) != none) {
+  std::error_code error;
+  if ((fs::status(path, error).permissions() & (group_all | others_all)) != none) {
     cannotTake(path, "may be read by others than its owner; `chmod 600` it");
   }
   bytes.resize(std::min(bytes.find_first_of("\r\n"), bytes.size()));

@@ -13,6 +13,7 @@
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "base/errors.h"
+#include "base/text.h"
 
 namespace velk {
 
@@ -106,6 +107,11 @@ void drive(ExportOutcome& outcome, ScreenSession& session, ImportReport& report,
 
 ExitStatus runExport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
+  // What it writes is such a workbook, and the import takes no other name for one.
+  if (!lowerAscii(arguments.file).ends_with(".xls")) {
+    throw UsageError("the export writes an .xls workbook: choose a name that ends in .xls, not " +
+                     arguments.file);
+  }
   const std::string folder = applicationFolder(arguments.appFolder);
   DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
   if (arguments.waitSeconds) choice.options.commandTimeoutSeconds = *arguments.waitSeconds;

@@ -3,13 +3,16 @@
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <numeric>
 #include <optional>
 #include <stdexcept>
 
 #include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/cli/progress.h"
+#include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/report/import_page.h"
 #include "apps/opnimp/report/reject_files.h"
 #include "apps/opnimp/report/report_file.h"
@@ -17,10 +20,12 @@
 #include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/ds_types.h"
+#include "apps/opnimp/run/import_journal.h"
 #include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
+#include "apps/opnimp/run/shadow_file.h"
 #include "apps/opnimp/run/watched_run.h"
 #include "apps/opnimp/run/whole_run.h"
 #include "apps/opnimp/warnings/find_warnings.h"
@@ -59,14 +64,13 @@ class DryRun {
 class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
  public:
   ImportCommand(const Arguments& arguments, const Streams& streams,
-                const Surroundings& surroundings, Recorder::Mode mode)
+                const Surroundings& surroundings)
       : streams_(streams),
         surroundings_(surroundings),
         progress_(streams.err, streams.errIsTerminal),
-        recorder_(mode),
-        report_(mode == Recorder::Mode::DryRun) {
+        recorder_(arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post),
+        report_(arguments.dryRun) {
     result_.arguments = arguments;
-    result_.arguments.dryRun = report_.isDryRun();
   }
 
   void foresee(const Foresight& foresight) {
@@ -110,7 +114,12 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     result_.database = choice.shown;
     prepareRejects(choice);
     prepareReport(choice);
+    prepareJournal(choice);
+    result_.user = surroundings_.user();
+    result_.folder = applicationFolder({});
+    result_.began = surroundings_.clock();
     database_ = openDatabase(choice, surroundings_);
+    if (arguments().resume) takeUp();
     // Before a record begins, so that no record is cut in two.
     report_.onRecord = [this](std::size_t record) {
       endIfInterrupted();
@@ -139,9 +148,36 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       }
     }
     checkReportFile(*path);
-    result_.user = surroundings_.user();
-    result_.folder = applicationFolder({});
-    result_.began = surroundings_.clock();
+  }
+
+  void prepareJournal(const DatabaseChoice& database) {
+    const std::string path = chooseJournal(arguments().journal, surroundings_);
+    checkWrites({"--journal", path, {path}}, database, folder_, arguments().file);
+    std::vector<std::string> others;
+    if (arguments().rejects) others = RejectFiles::touched(*arguments().rejects, kind().format);
+    if (arguments().report) others.push_back(*arguments().report);
+    for (const std::string& file : others) {
+      if (isSameFile(path, file)) throw UsageError("--journal names a file of another option");
+    }
+    journal_.emplace(path, arguments(), surroundings_, streams_.err);
+  }
+
+  /// Leaves out the records that the run reached which is to be resumed: the screen views the
+  /// others only.
+  void takeUp() {
+    const Resumption resumption = journal_->resumption(result_, database_);
+    if (!resumption.doubtful.empty() && !rejects_) {
+      throw UsageError("run " + std::to_string(resumption.run->number) + " left " +
+                       counted(resumption.doubtful.size(), "record", "records") +
+                       " in doubt: name a file with --rejects FILE; FILE.check.csv takes them");
+    }
+    result_.resumes = resumption.run->number;
+    result_.setApart = resumption.doubtful;
+    result_.input = std::make_unique<LaterRecords>(std::move(result_.input), resumption.next);
+    std::vector<std::size_t> records(result_.input->count());
+    std::iota(records.begin(), records.end(), std::size_t{0});
+    shadow_.emplace(arguments().file);
+    result_.input->write(*shadow_, arguments().file, records);
   }
 
   /// The run keeps this object for as long as it lives: for ever, if the database never answers.
@@ -160,8 +196,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     if (arguments().dryRun) dryRun.emplace(database_);
     std::optional<WholeRun> whole;
     if (arguments().allOrNothing && !arguments().dryRun) whole.emplace(database_, recorder_);
-    ScreenSession session(recorder_,
-                          {folder_, surroundings_.clock, messages(), !arguments().dryRun});
+    ScreenSession session(recorder_, {folder_, surroundings_.clock, messages(), !arguments().dryRun,
+                                      shadow_ ? &*shadow_ : nullptr});
     result_.errorLog = session.errorLogPath();
     try {
       ImportScreen& screen = session.open(kind(), recorded(recorder_, database_.connection));
@@ -210,6 +246,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     requireRecords();
     requireAccepted();
     endIfInterrupted();
+    if (journal_) journal_->begin(result_, database_, screenRecords_, report_, recorder_);
     began_ = true;
     // What the screen said of View and of --map is no answer to Import.
     report_.beginStep();
@@ -297,6 +334,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       findAllowedDsTypes();
       writeRejects();
     }
+    result_.ended = surroundings_.clock();
+    if (journal_) journal_->end(result_, report_.ended());
   }
 
   void drawUp() {
@@ -321,7 +360,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   void writeRejects() {
     if (!rejects_) return;
     // One that fails ends nothing: the run is over already, and its report must appear in any case.
-    RejectFiles::Written written = rejects_->write(*result_.input, result_.traces);
+    RejectFiles::Written written =
+        rejects_->write(*result_.input, result_.traces, result_.setApart);
     result_.rejectFiles = std::move(written.paths);
     result_.rejectsError = std::move(written.failure);
   }
@@ -329,7 +369,6 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   /// Last of all: it tells what became of the other files.
   void writeReport() {
     if (!arguments().report) return;
-    result_.ended = surroundings_.clock();
     try {
       writeReportFile(*arguments().report, htmlPage(importPage(result_)));
       result_.reportFile = *arguments().report;
@@ -345,6 +384,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   ImportResult result_;
   std::string folder_;
   std::optional<RejectFiles> rejects_;
+  std::optional<ImportJournal> journal_;
+  std::optional<ShadowFile> shadow_;  // what the screen views of a file that is resumed
   OpenDatabase database_;
   Progress progress_;
   Recorder recorder_;
@@ -358,14 +399,14 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
 void foreseeImport(const Arguments& arguments, const Streams& streams,
                    const Surroundings& surroundings, const Foresight& foresight) {
-  ImportCommand(arguments, streams, surroundings, Recorder::Mode::DryRun).foresee(foresight);
+  Arguments dry = arguments;
+  dry.dryRun = true;
+  ImportCommand(dry, streams, surroundings).foresee(foresight);
 }
 
 ExitStatus runImport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
-  const auto command = std::make_shared<ImportCommand>(
-      arguments, streams, surroundings,
-      arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post);
+  const auto command = std::make_shared<ImportCommand>(arguments, streams, surroundings);
   const ImportResult& result = command->run();
   (arguments.json ? writeImportJson : writeImportText)(result, streams.out);
   return result.status();

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "platform/native/native_clock.h"
+#include "platform/native/native_state.h"
 #include "platform/native/native_user.h"
 #include "platform/odbc/odbc_connection.h"
 
@@ -18,13 +19,17 @@ Surroundings realSurroundings() {
               [](const std::string& connectionString, const OdbcOptions& options) {
                 // All members keep the connection alive.
                 const auto connection = openOdbc(connectionString, options);
-                return OpenDatabase{connection,
-                                    [connection] { connection->beginTransaction(); },
-                                    [connection] { connection->rollback(); },
-                                    [connection] { connection->cancel(); },
-                                    [connection] { connection->commit(); },
-                                    [connection] { return connection->isInTransaction(); }};
-              }};
+                return OpenDatabase{
+                    connection,
+                    [connection] { connection->beginTransaction(); },
+                    [connection] { connection->rollback(); },
+                    [connection] { connection->cancel(); },
+                    [connection] { connection->commit(); },
+                    [connection] { return connection->isInTransaction(); },
+                    [connection](bool mayStore) { return connection->identity(mayStore); }};
+              },
+          .stateFolder = stateFolder(),
+          .machineStart = machineStart()};
 }
 
 }  // namespace velk

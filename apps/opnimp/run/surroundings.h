@@ -23,6 +23,8 @@ struct OpenDatabase {
   std::function<void()> commit = nullptr;
   /// Whether the transaction is open still; asks the database.
   std::function<bool()> inTransaction = nullptr;
+  /// See OdbcConnection::identity; empty when it cannot be told.
+  std::function<std::string(bool mayStore)> identity = {};
 };
 
 struct Surroundings {
@@ -37,6 +39,8 @@ struct Surroundings {
   /// Opens a database by its ODBC connection string. Raises RuntimeError.
   std::function<OpenDatabase(const std::string& connectionString, const OdbcOptions& options)>
       openDatabase;
+  std::string stateFolder;   ///< where programs keep what they remember; empty: there is none
+  std::string machineStart;  ///< another text after each start of the machine
 };
 
 /// The machine's own clock, user and database drivers, and no interrupt.

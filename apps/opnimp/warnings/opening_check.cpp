@@ -33,15 +33,25 @@ std::string textOf(const std::optional<double>& amount) {
   return amount ? toText(Value(*amount)) : "no number, and the import stops there";
 }
 
+/// `skips`: the record has a bill that reads as 0.
 void checkAmountOf(const CheckedRecord& record, std::size_t field,
-                   const std::optional<double>& amount, std::vector<Warning>& warnings) {
+                   const std::optional<double>& amount, bool skips,
+                   std::vector<Warning>& warnings) {
   std::string text = withoutQuotes(record.written(field));
   const auto doubt = checkAmount(text);
   if (!doubt) return;
   Misreading reading = record.misreading(field, std::move(text), textOf(amount));
-  reading.skips = field == openingField::bill && amount == 0;
-  if (reading.skips) reading.readAs += ", and the record is skipped";
+  reading.skips = skips;
+  if (skips) reading.readAs += ", and the record is skipped";
   addWarning(warnings, *doubt, std::move(reading));
+}
+
+void checkCode(const CheckedRecord& record, std::vector<Warning>& warnings) {
+  const std::string code = record.read(openingField::code);
+  checkText(record, openingField::code, warnings);
+  if (trim(code) == code) return;
+  addWarning(warnings, WarningId::BlanksAroundCode,
+             record.misreading(openingField::code, code, "\"" + code + "\", blanks included"));
 }
 
 }  // namespace
@@ -67,14 +77,6 @@ void OpeningCheck::finish(std::vector<Warning>& warnings) const {
     }
   }
   warnOfSums(warnings);
-}
-
-void OpeningCheck::checkCode(const CheckedRecord& record, std::vector<Warning>& warnings) const {
-  const std::string code = record.read(openingField::code);
-  checkText(record, openingField::code, warnings);
-  if (trim(code) == code) return;
-  addWarning(warnings, WarningId::BlanksAroundCode,
-             record.misreading(openingField::code, code, "\"" + code + "\", blanks included"));
 }
 
 void OpeningCheck::checkReference(const CheckedRecord& record, const std::string& party,
@@ -110,8 +112,8 @@ void OpeningCheck::checkAmounts(const CheckedRecord& record, const std::string& 
                                 std::vector<Warning>& warnings) {
   const auto bill = amountOf(record, openingField::bill);
   const auto balance = amountOf(record, openingField::balance);
-  checkAmountOf(record, openingField::bill, bill, warnings);
-  checkAmountOf(record, openingField::balance, balance, warnings);
+  checkAmountOf(record, openingField::bill, bill, bill == 0, warnings);
+  checkAmountOf(record, openingField::balance, balance, bill == 0, warnings);
   if (!bill || !balance) return;
   if (*bill * *balance < 0) {
     addWarning(warnings, WarningId::OppositeSigns,

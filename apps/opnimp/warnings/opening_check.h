@@ -25,7 +25,6 @@ class OpeningCheck {
     std::size_t line = 0;  ///< of its first record
   };
 
-  void checkCode(const CheckedRecord& record, std::vector<Warning>& warnings) const;
   void checkReference(const CheckedRecord& record, const std::string& party,
                       std::vector<Warning>& warnings);
   void checkDocumentDate(const CheckedRecord& record, std::vector<Warning>& warnings);

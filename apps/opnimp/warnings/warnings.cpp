@@ -15,8 +15,8 @@ constexpr std::size_t longestText = 120;
 constexpr std::string_view acceptsAll = "all";
 
 // Several findings of one line count once.
-Warning& counted(std::vector<Warning>& warnings, WarningId id, std::size_t line,
-                 const std::string& field) {
+Warning& countedWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line,
+                        const std::string& field) {
   auto found = std::ranges::find(warnings, id, &Warning::id);
   if (found == warnings.end()) found = warnings.insert(found, Warning{id, 0, 0, {}, {}, {}});
   const bool isNamed = field.empty() || std::ranges::count(found->fields, field) > 0;
@@ -29,15 +29,23 @@ Warning& counted(std::vector<Warning>& warnings, WarningId id, std::size_t line,
   return *found;
 }
 
+[[noreturn]] void refuseCode(const std::string& code) {
+  std::string text = "--accept: there is no harmful warning \"" + code + "\"; there is: ";
+  for (const WarningText& warning : allWarnings()) {
+    if (warning.harmful) text.append(warning.code).append(", ");
+  }
+  throw UsageError(text.append(acceptsAll));
+}
+
 }  // namespace
 
 void addWarning(std::vector<Warning>& warnings, WarningId id, std::size_t line,
                 const std::string& field) {
-  counted(warnings, id, line, field);
+  countedWarning(warnings, id, line, field);
 }
 
 void addWarning(std::vector<Warning>& warnings, WarningId id, Misreading reading) {
-  counted(warnings, id, reading.line, reading.field).readings.push_back(std::move(reading));
+  countedWarning(warnings, id, reading.line, reading.field).readings.push_back(std::move(reading));
 }
 
 std::vector<std::string_view> notAccepted(std::span<const Warning> warnings,
@@ -57,13 +65,7 @@ void checkAccepted(std::span<const std::string> accepted) {
     const auto is = [&](const WarningText& warning) {
       return warning.harmful && warning.code == code;
     };
-    if (code == acceptsAll || std::ranges::any_of(allWarnings(), is)) continue;
-    std::string codes;
-    for (const WarningText& warning : allWarnings()) {
-      if (warning.harmful) codes.append(warning.code).append(", ");
-    }
-    throw UsageError("--accept: there is no harmful warning \"" + code + "\"; there is: " + codes +
-                     std::string(acceptsAll));
+    if (code != acceptsAll && std::ranges::none_of(allWarnings(), is)) refuseCode(code);
   }
 }
 

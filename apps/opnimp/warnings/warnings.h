@@ -19,7 +19,7 @@ struct Misreading {
   std::string field;       ///< its title; empty: the record as a whole
   std::string text;        ///< as it is written
   std::string readAs;      ///< what the import makes of it, such as "50000"
-  bool skips = false;      ///< it is a bill that reads as 0, and so skips its record
+  bool skips = false;      ///< it is an amount of a record that is skipped, as its bill reads as 0
 };
 
 struct Warning {

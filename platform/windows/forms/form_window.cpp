@@ -13,6 +13,7 @@
 #include "platform/windows/ole_picture.h"
 #include "platform/windows/pending_input.h"
 #include "platform/windows/wide_text.h"
+#include "ui/tab_order.h"
 
 namespace velk {
 
@@ -36,7 +37,7 @@ FormWindow::FormWindow(std::shared_ptr<Form> form, std::shared_ptr<void> keep)
     : keep_(std::move(keep)), form_(std::move(form)), scale_(Scale::ofDisplay()) {
   makeWindow();
   try {  // the destructor does not run for an object whose constructor fails
-    makeControls(nullptr, handle_);
+    makeControls();
   } catch (...) {
     destroy();
     throw;
@@ -52,8 +53,9 @@ FormWindow::~FormWindow() {
 
 void FormWindow::makeWindow() {
   const Bounds at = scale_.pixels(form_->bounds());
-  // Before the controls are made: the class of lists is not there by itself.
-  const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
+  // Before the controls are made: the classes of lists and tooltips are not there by themselves.
+  const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX),
+                                   ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES};
   InitCommonControlsEx(&lists);
   handle_ = CreateWindowExW(WS_EX_CONTROLPARENT, registeredClass(formClass, procedure),
                             toWide(form_->text(Property::Caption)).c_str(), formStyle, at.left,
@@ -63,25 +65,31 @@ void FormWindow::makeWindow() {
   applyIcon();
 }
 
-// In the order of the Tab key: as the controls stand on the screen, row by row. Those of a row
-// differ in height, so that only their middles are level.
-void FormWindow::makeControls(const Control* container, HWND parent) {
-  std::vector<Control*> controls(form_->controls().begin(), form_->controls().end());
-  std::erase_if(controls, [&](const Control* c) { return c->container() != container; });
-  std::ranges::stable_sort(controls, {}, [](const Control* control) {
-    const Bounds at = control->bounds();
-    return std::pair(at.top + at.height / 2, at.left);
-  });
-  for (Control* control : controls) {
-    auto window = makeControlWindow(*control, {parent, scale_, fonts_});
+// As they stand on the screen, so that each frame is there before what it contains.
+void FormWindow::makeControls() {
+  for (Control* control : orderOnScreen(*form_)) {
+    const ControlWindow* frame =
+        control->container() == nullptr ? nullptr : windowOf(*control->container());
+    const HWND parent = frame == nullptr ? handle_ : frame->handle();
+    if (auto window = makeControlWindow(*control, {parent, scale_, fonts_})) {
+      controls_.push_back(std::move(window));
+    }
+  }
+  applyTabOrder();
+}
+
+// The Tab key goes from the top of the stack of windows to its bottom.
+void FormWindow::applyTabOrder() const {
+  for (const Control* control : form_->tabOrder()) {
+    const ControlWindow* window = windowOf(*control);
     if (window == nullptr) continue;
-    const HWND handle = controls_.emplace_back(std::move(window))->handle();
-    makeControls(control, handle);
+    SetWindowPos(window->handle(), HWND_BOTTOM, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   }
 }
 
 void FormWindow::show() {
-  ShowWindow(handle_, SW_SHOWNORMAL);
+  applyVisible(SW_SHOWNORMAL);
   // The first one in the order of the Tab key; Windows does so for dialogs only.
   SetFocus(GetNextDlgTabItem(handle_, nullptr, FALSE));
 }
@@ -251,6 +259,8 @@ bool FormWindow::preTranslate(const MSG& message) {
   if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) {
     form_->userKeyDown(static_cast<std::int16_t>(message.wParam), shiftState());
     if (handle_ == nullptr) return true;  // the key has closed the form
+    ControlWindow* focused = holding(message.hwnd);
+    if (focused != nullptr && focused->keyDown(message.wParam, shiftState())) return true;
   }
   // A letter alone is no mnemonic: the dialog manager takes it for one where no text is typed.
   if (message.message == WM_CHAR) return false;
@@ -269,10 +279,11 @@ Menu* FormWindow::popup(const Menu& menu) const {
     AppendMenuW(shown.get(), MF_STRING | (item->enabled() ? MF_ENABLED : MF_GRAYED), items.size(),
                 toWide(item->text(Property::Caption)).c_str());
   }
-  POINT pointer{};
-  GetCursorPos(&pointer);
+  POINT at{};
+  GetCursorPos(&at);
+  for (const auto& control : controls_) at = control->menuPlace().value_or(at);
   const BOOL chosen = TrackPopupMenuEx(shown.get(), TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON,
-                                       pointer.x, pointer.y, handle_, nullptr);
+                                       at.x, at.y, handle_, nullptr);
   return chosen <= 0 ? nullptr : items[static_cast<std::size_t>(chosen) - 1];
 }
 
@@ -291,9 +302,19 @@ void FormWindow::formChanged(Property property) {
       applyIcon();
       break;
     case Property::Visible:
-      applyVisible();
+      applyVisible(form_->visible() ? SW_SHOW : SW_HIDE);
+      break;
+    case Property::Enabled:
+      EnableWindow(handle_, form_->flag(Property::Enabled) ? TRUE : FALSE);
+      break;
+    case Property::Focus:
+      SetActiveWindow(handle_);
+      break;
+    case Property::TabOrder:
+      applyTabOrder();
       break;
     case Property::hWnd:
+    case Property::Tag:
       break;
     default:
       // Put off: code sets several of these in a row, and each would resize the window.
@@ -335,9 +356,9 @@ void FormWindow::flush() {
 }
 
 // A state that was set while the window was hidden would have shown it, so that it is due now.
-void FormWindow::applyVisible() {
+void FormWindow::applyVisible(int command) {
   applying_ = true;
-  ShowWindow(handle_, form_->visible() ? SW_SHOW : SW_HIDE);
+  ShowWindow(handle_, command);
   applying_ = false;
   boundsChanged_ = true;
   changeLater();

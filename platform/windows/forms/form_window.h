@@ -44,7 +44,8 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam);
   void makeWindow();
-  void makeControls(const Control* container, HWND parent);
+  void makeControls();
+  void applyTabOrder() const;
   ControlWindow* windowOf(const Control& control) const;
   ControlWindow* holding(HWND window) const;
   void command(WPARAM wParam, HWND control);
@@ -57,7 +58,7 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
   void changeLater();
   void flush();
   void applyBounds();
-  void applyVisible();
+  void applyVisible(int command);
   void applyIcon() const;
   LRESULT defaultHandling(UINT message, WPARAM wParam, LPARAM lParam) const {
     return DefWindowProcW(handle_, message, wParam, lParam);

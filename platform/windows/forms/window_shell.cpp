@@ -20,6 +20,15 @@ BOOL CALLBACK closeForm(HWND window, LPARAM) noexcept {
   return TRUE;
 }
 
+// While a menu is open its own loop takes the messages, with the keys addressed to the window
+// behind.
+bool menuIsOpen() {
+  GUITHREADINFO thread{};
+  thread.cbSize = sizeof thread;
+  return GetGUIThreadInfo(GetCurrentThreadId(), &thread) != FALSE &&
+         (thread.flags & GUI_INMENUMODE) != 0;
+}
+
 // The host's message loop knows nothing of our keyboard: a hook sees each message that it takes.
 // Handling one dispatches it, so the hook is entered anew, and its window may be gone afterwards.
 // With the loop's end the forms close, those with a run in progress when that has ended: later no
@@ -30,7 +39,7 @@ LRESULT CALLBACK seeMessage(int code, WPARAM removed, LPARAM lParam) {
     const MaskedFloatingPoint masked;
     if (message.message == WM_QUIT) {
       EnumThreadWindows(GetCurrentThreadId(), closeForm, 0);
-    } else if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST) {
+    } else if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST && !menuIsOpen()) {
       const auto window = FormWindow::of(message.hwnd);
       if (window != nullptr && window->preTranslate(message)) message.message = WM_NULL;
     }

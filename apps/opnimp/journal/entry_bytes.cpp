@@ -1,0 +1,100 @@
+#include "apps/opnimp/journal/entry_bytes.h"
+
+#include <bit>
+
+#include "base/errors.h"
+
+namespace velk {
+
+namespace {
+
+constexpr unsigned groupBits = 7;
+constexpr std::uint8_t moreFollows = 0x80;
+
+}  // namespace
+
+EntryWriter& EntryWriter::byte(std::uint8_t value) {
+  payload_ += static_cast<char>(value);
+  return *this;
+}
+
+// Seven bits a byte, because most numbers are small.
+EntryWriter& EntryWriter::number(std::uint64_t value) {
+  for (; value >= moreFollows; value >>= groupBits) {
+    byte(static_cast<std::uint8_t>(value | moreFollows));
+  }
+  return byte(static_cast<std::uint8_t>(value));
+}
+
+EntryWriter& EntryWriter::real(double value) {
+  const auto bits = std::bit_cast<std::uint64_t>(value);
+  for (unsigned shift = 0; shift < 64; shift += 8) byte(static_cast<std::uint8_t>(bits >> shift));
+  return *this;
+}
+
+EntryWriter& EntryWriter::text(std::string_view text) {
+  return number(text.size()).bytes(text);
+}
+
+EntryWriter& EntryWriter::bytes(std::string_view bytes) {
+  payload_ += bytes;
+  return *this;
+}
+
+// The kind of value comes first, in the order of Value's alternatives.
+EntryWriter& EntryWriter::value(const Value& value) {
+  byte(static_cast<std::uint8_t>(value.index()));
+  if (const auto* integer = std::get_if<std::int32_t>(&value)) {
+    return number(static_cast<std::uint32_t>(*integer));
+  }
+  if (const auto* number = std::get_if<double>(&value)) return real(*number);
+  if (const auto* date = std::get_if<Date>(&value)) return real(date->days);
+  if (const auto* string = std::get_if<std::string>(&value)) return text(*string);
+  return *this;
+}
+
+std::uint8_t EntryReader::byte() {
+  return static_cast<std::uint8_t>(bytes(1).front());
+}
+
+std::uint64_t EntryReader::number() {
+  std::uint64_t value = 0;
+  for (unsigned shift = 0; shift < 64; shift += groupBits) {
+    const std::uint8_t group = byte();
+    value |= std::uint64_t{group & (moreFollows - 1U)} << shift;
+    if (group < moreFollows) return value;
+  }
+  throw RuntimeError(ErrorNumber::InvalidFileFormat);
+}
+
+double EntryReader::real() {
+  std::uint64_t bits = 0;
+  for (unsigned shift = 0; shift < 64; shift += 8) bits |= std::uint64_t{byte()} << shift;
+  return std::bit_cast<double>(bits);
+}
+
+std::string_view EntryReader::bytes(std::uint64_t count) {
+  if (count > rest_.size()) throw RuntimeError(ErrorNumber::InvalidFileFormat);
+  const std::string_view bytes = rest_.substr(0, static_cast<std::size_t>(count));
+  rest_.remove_prefix(bytes.size());
+  return bytes;
+}
+
+Value EntryReader::value() {
+  switch (byte()) {
+    case 0:
+      return Null();
+    case 1:
+      return static_cast<std::int32_t>(static_cast<std::uint32_t>(number()));
+    case 2:
+      return real();
+    case 3:
+      return Date{real()};
+    case 4:
+      return text();
+    default:
+      throw RuntimeError(ErrorNumber::InvalidFileFormat);
+  }
+}
+
+}  // namespace velk

@@ -1,0 +1,62 @@
+// Values as the bytes of an entry: numbers with their least significant byte first, texts behind
+// their length.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/values.h"
+
+namespace velk {
+
+class EntryWriter {
+ public:
+  EntryWriter& byte(std::uint8_t value);
+  EntryWriter& number(std::uint64_t value);
+  EntryWriter& real(double value);
+  EntryWriter& text(std::string_view text);
+  EntryWriter& bytes(std::string_view bytes);  ///< without a length
+  EntryWriter& value(const Value& value);
+
+  /// The number of the items, and each by `write(*this, item)`.
+  template <class Items, class Write>
+  EntryWriter& list(const Items& items, Write write) {
+    number(items.size());
+    for (const auto& item : items) write(*this, item);
+    return *this;
+  }
+
+  std::string_view payload() const { return payload_; }
+  void clear() { payload_.clear(); }
+
+ private:
+  std::string payload_;
+};
+
+/// Reading beyond the end, or what no writer writes, is error 321.
+class EntryReader {
+ public:
+  explicit EntryReader(std::string_view payload) : rest_(payload) {}
+
+  std::uint8_t byte();
+  std::uint64_t number();
+  double real();
+  std::string text() { return std::string(bytes(number())); }
+  std::string_view bytes(std::uint64_t count);
+  Value value();
+
+  template <class Item, class Read>
+  std::vector<Item> list(Read read) {
+    std::vector<Item> items;
+    for (std::uint64_t count = number(); count > 0; --count) items.push_back(read(*this));
+    return items;
+  }
+
+ private:
+  std::string_view rest_;
+};
+
+}  // namespace velk

@@ -1,0 +1,81 @@
+// What the journal says of a run: how it began, what became of each record, and how it ended.
+// docs/journal.md has the order of the values.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "apps/opnimp/audit/outcome.h"
+#include "apps/opnimp/journal/entry_bytes.h"
+#include "apps/opnimp/journal/sha256.h"
+#include "apps/opnimp/records/field_mapping.h"
+
+namespace velk {
+
+/// A record of the file as the journal knows it.
+struct JournaledRecord {
+  std::size_t line = 0;  ///< or row, as RecordPlace has it
+  Digest hash{};         ///< of what is posted of it (record_hash.h)
+};
+
+struct RunStart {
+  std::uint64_t number = 0;  ///< of the run, from 1
+  Date time;
+  std::string user;
+  std::string version;       ///< of the program
+  std::string machineStart;  ///< see native_state.h
+  std::string kind;
+  std::string folder;  ///< from which it ran: relative paths begin there
+  std::string file;    ///< as the user named it
+  Digest fileHash{};
+  std::string database;    ///< as shown: without passwords
+  std::string databaseId;  ///< the same for the same database, however it is named
+  std::string errorLog;
+  std::vector<std::string> accepted;  ///< codes of harmful warnings
+  std::vector<FieldMapping> mapping;
+  std::optional<long long> screenRecords;  ///< as the screen counted them
+  std::uint64_t resumes = 0;               ///< the run that it goes on with; 0: none
+  std::size_t firstRecord = 0;             ///< of the file; those before it are none of this run
+  std::vector<std::size_t> setApart;       ///< records before it that were left in doubt
+  std::vector<JournaledRecord> records;    ///< of the file from firstRecord on
+  std::string fileBytes;                   ///< what was imported, as it was
+};
+
+struct RecordEnd {
+  std::size_t record = 0;  ///< of the run, from 0
+  Outcome outcome = Outcome::NotReached;
+  RecordReport said;
+  std::vector<RecordedCall> calls;
+  std::vector<RecordedLine> lines;
+  std::vector<RecordedMessage> messages;
+};
+
+struct RunEnd {
+  Date time;
+  bool completed = false;  ///< the import itself said so
+  std::string refusal;     ///< why nothing was imported
+  std::string brokeOff;
+  /// Records whose outcome is not, or not any more, what was said when they ended.
+  std::vector<std::pair<std::size_t, Outcome>> revised;
+  std::vector<RecordedCall> strays;
+  std::vector<RecordedLine> lines;  ///< of the run as a whole
+  std::vector<RecordedMessage> messages;
+};
+
+void write(EntryWriter& to, const RunStart& run);
+void write(EntryWriter& to, const RunEnd& run);
+
+/// The same as a RecordEnd, without copies.
+void writeRecordEnd(EntryWriter& to, std::size_t record, const RecordTrace& trace);
+
+RunStart readRunStart(EntryReader from);
+RecordEnd readRecordEnd(EntryReader from);
+RunEnd readRunEnd(EntryReader from);
+/// Only the record and its outcome.
+std::pair<std::size_t, Outcome> readRecordOutcome(EntryReader& from);
+
+}  // namespace velk

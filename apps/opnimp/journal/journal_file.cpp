@@ -1,0 +1,139 @@
+#include "apps/opnimp/journal/journal_file.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "apps/opnimp/journal/crc32c.h"
+#include "base/errors.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::string_view signature = "OPNIMPJ1";
+constexpr std::size_t numberSize = 4;
+constexpr std::size_t headSize = numberSize + 1;          // length and type
+constexpr std::size_t frameSize = headSize + numberSize;  // and the checksum
+
+void addNumber(std::string& to, std::uint32_t number) {
+  for (std::size_t byte = 0; byte < numberSize; ++byte) {
+    to += static_cast<char>(number >> (8 * byte));
+  }
+}
+
+std::uint32_t numberAt(std::string_view bytes, std::size_t at) {
+  std::uint32_t number = 0;
+  for (std::size_t byte = numberSize; byte-- > 0;) {
+    number = (number << 8) | static_cast<unsigned char>(bytes[at + byte]);
+  }
+  return number;
+}
+
+/// What lies before the reader, read from the file in large pieces.
+class Window {
+ public:
+  Window(const KeptFile& file, std::uint64_t length) : file_(file), length_(length) {}
+
+  std::uint64_t offset() const { return offset_; }
+  std::uint64_t left() const { return length_ - offset_; }
+  void skip(std::uint64_t count) { offset_ += count; }
+
+  /// The next `count` bytes, of which there have to be as many.
+  std::string_view peek(std::size_t count) {
+    if (offset_ < start_ || offset_ + count > start_ + bytes_.size()) fill(count);
+    return std::string_view(bytes_).substr(static_cast<std::size_t>(offset_ - start_), count);
+  }
+
+ private:
+  void fill(std::size_t count) {
+    constexpr std::size_t pieceSize = std::size_t{1} << 20;
+    start_ = offset_;
+    bytes_.resize(
+        static_cast<std::size_t>(std::min<std::uint64_t>(left(), std::max(count, pieceSize))));
+    const std::size_t got = file_.read(start_, bytes_.data(), bytes_.size());
+    // The file may be shorter by now: its missing end must not pass for an entry.
+    std::fill(bytes_.begin() + static_cast<std::ptrdiff_t>(got), bytes_.end(), '\0');
+  }
+
+  const KeptFile& file_;
+  std::uint64_t length_;
+  std::uint64_t offset_ = 0;
+  std::uint64_t start_ = 0;  // of bytes_ in the file
+  std::string bytes_;
+};
+
+/// The whole entry that stands next, its frame included; empty if there is none.
+std::string_view nextEntry(Window& window) {
+  if (window.left() < frameSize) return {};
+  const std::string_view head = window.peek(headSize);
+  const std::size_t length = numberAt(head, 0);
+  const auto type = static_cast<unsigned char>(head[numberSize]);
+  const bool known = type >= static_cast<unsigned char>(EntryType::RunBegun) &&
+                     type <= static_cast<unsigned char>(EntryType::RunEnded);
+  if (!known || window.left() - frameSize < length) return {};
+  const std::string_view entry = window.peek(frameSize + length);
+  const std::string_view checked = entry.substr(0, headSize + length);
+  return crc32c(checked) == numberAt(entry, checked.size()) ? entry : std::string_view();
+}
+
+/// Whether a whole entry stands anywhere before the end.
+bool entryFollows(Window& window) {
+  for (; window.left() >= frameSize; window.skip(1)) {
+    if (!nextEntry(window).empty()) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+// An entry that was being written when the machine stopped is at the end of the file. Anything else
+// that is no entry has been damaged since.
+JournalEnd readEntries(const KeptFile& file, const TakeEntry& take) {
+  Window window(file, file.length());
+  const std::size_t start =
+      static_cast<std::size_t>(std::min<std::uint64_t>(window.left(), signature.size()));
+  if (window.peek(start) != signature.substr(0, start)) {
+    throw RuntimeError(ErrorNumber::InvalidFileFormat);
+  }
+  if (start < signature.size()) return {0, start, false};
+  window.skip(start);
+  for (std::string_view entry = nextEntry(window); !entry.empty(); entry = nextEntry(window)) {
+    const std::size_t size = entry.size();
+    take(static_cast<EntryType>(entry[numberSize]), entry.substr(headSize, size - frameSize));
+    window.skip(size);
+  }
+  JournalEnd end{window.offset(), window.left(), false};
+  window.skip(std::min<std::uint64_t>(1, window.left()));
+  end.damaged = entryFollows(window);
+  return end;
+}
+
+JournalFile::JournalFile(std::unique_ptr<KeptFile> file, const JournalEnd& end)
+    : file_(std::move(file)), length_(end.whole) {
+  if (end.torn > 0) file_->truncate(length_);
+  if (length_ > 0) return;
+  file_->append(signature);
+  length_ = signature.size();
+}
+
+void JournalFile::append(EntryType type, std::string_view payload) {
+  if (payload.size() > std::numeric_limits<std::uint32_t>::max()) {
+    throw RuntimeError(ErrorNumber::OutOfMemory);
+  }
+  entry_.clear();
+  addNumber(entry_, static_cast<std::uint32_t>(payload.size()));
+  entry_ += static_cast<char>(type);
+  entry_ += payload;
+  addNumber(entry_, crc32c(entry_));
+  try {
+    file_->append(entry_);
+  } catch (const RuntimeError&) {
+    // What cannot be undone either is recognised as torn when the file is read again.
+    trapErrors([&] { file_->truncate(length_); }, [](const RuntimeError&) {});
+    throw;
+  }
+  length_ += entry_.size();
+}
+
+}  // namespace velk

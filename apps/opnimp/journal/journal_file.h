@@ -1,0 +1,44 @@
+// The journal as a file of entries, each with its length, its type and a checksum; docs/journal.md
+// tells of the format. What the entries say is not its matter.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/kept_file.h"
+
+namespace velk {
+
+enum class EntryType : std::uint8_t { RunBegun = 1, RecordBegun, RecordEnded, RunEnded };
+
+/// Where the whole entries end, and what follows them.
+struct JournalEnd {
+  std::uint64_t whole = 0;  ///< bytes, the last whole entry included
+  std::uint64_t torn = 0;   ///< bytes behind them: an entry that was cut off
+  bool damaged = false;     ///< whole entries follow the torn ones: no end, but damage
+};
+
+/// Calls `take` with each whole entry in order. Errors: files.h; 321 for a file that is no journal.
+using TakeEntry = std::function<void(EntryType type, std::string_view payload)>;
+JournalEnd readEntries(const KeptFile& file, const TakeEntry& take);
+
+class JournalFile {
+ public:
+  /// Begins to add behind the whole entries that `end` tells of; what is torn goes.
+  JournalFile(std::unique_ptr<KeptFile> file, const JournalEnd& end);
+
+  /// One write. After a failure nothing of it is there, if the disk allows.
+  void append(EntryType type, std::string_view payload);
+  void sync() { file_->sync(); }
+
+ private:
+  std::unique_ptr<KeptFile> file_;
+  std::uint64_t length_;
+  std::string entry_;  // the last one, kept for its memory
+};
+
+}  // namespace velk

@@ -1,0 +1,95 @@
+#include "apps/opnimp/journal/repetition.h"
+
+#include <map>
+#include <set>
+
+#include "apps/opnimp/cli/printable.h"
+
+namespace velk {
+
+namespace {
+
+/// What importing again could post twice.
+bool isInDatabase(Outcome outcome) {
+  return isPosted(outcome) || isDoubtful(outcome);
+}
+
+std::size_t countInDatabase(const RunSummary& run) {
+  std::size_t count = 0;
+  for (std::size_t record = 0; record < run.outcomes.size(); ++record) {
+    if (isInDatabase(run.outcome(record))) ++count;
+  }
+  return count;
+}
+
+/// The runs that a run goes on with, the one before and those before that one.
+std::set<std::uint64_t> resumedRuns(const RunIndex& index, std::uint64_t number) {
+  std::set<std::uint64_t> runs;
+  for (const RunSummary* run = index.find(number); run != nullptr;
+       run = index.find(run->start.resumes)) {
+    if (!runs.insert(run->start.number).second) break;
+  }
+  return runs;
+}
+
+std::string fileText(const RunSummary& run, std::size_t count) {
+  const std::string number = std::to_string(run.start.number);
+  const std::string rest = run.ended
+                               ? "`opnimp rejects " + number + " FILE` writes those that it refused"
+                               : "--resume goes on behind them";
+  return "run " + number + " of " + formatIso(run.start.time) +
+         " posted this file already, or may "
+         "have: " +
+         counted(count, "record", "records") + " of " + grouped(run.outcomes.size()) +
+         ". `opnimp report " + number + "` shows them; " + rest +
+         "; --again posts the whole file once more";
+}
+
+/// Each hash with the first run that posted it.
+std::map<Digest, std::uint64_t> postedRecords(const RunSummary& run,
+                                              std::map<Digest, std::uint64_t> posted) {
+  for (std::size_t record = 0; record < run.outcomes.size(); ++record) {
+    if (!isInDatabase(run.outcome(record))) continue;
+    posted.try_emplace(run.start.records[record].hash, run.start.number);
+  }
+  return posted;
+}
+
+std::string recordsText(const std::map<Digest, std::uint64_t>& posted, const RunStart& run,
+                        std::string_view placeWord) {
+  constexpr std::size_t mostNamed = 10;
+  std::string places;
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < run.records.size(); ++i) {
+    const auto found = posted.find(run.records[i].hash);
+    if (found == posted.end() || ++count > mostNamed) continue;
+    places.append(count == 1 ? "" : ", ").append(placeWord).append(" ");
+    places.append(std::to_string(run.records[i].line)).append(" (run ");
+    places.append(std::to_string(found->second)).append(")");
+  }
+  if (count == 0) return {};
+  return counted(count, "record", "records") + " of this file " + (count == 1 ? "was" : "were") +
+         " posted by an earlier run, or may have been: " + places +
+         (count > mostNamed ? ", ..." : "") +
+         ". `opnimp report RUN` shows them; take them out of the file, or, if they belong there "
+         "once more, import it with --again";
+}
+
+}  // namespace
+
+std::string repetitionRefusal(const RunIndex& index, const RunStart& run,
+                              std::string_view placeWord) {
+  const std::set<std::uint64_t> resumed = resumedRuns(index, run.resumes);
+  std::map<Digest, std::uint64_t> posted;
+  for (const RunSummary& earlier : index.runs) {
+    const RunStart& start = earlier.start;
+    if (start.databaseId != run.databaseId || start.kind != run.kind) continue;
+    if (resumed.contains(start.number)) continue;
+    const std::size_t count = countInDatabase(earlier);
+    if (start.fileHash == run.fileHash && count > 0) return fileText(earlier, count);
+    posted = postedRecords(earlier, std::move(posted));
+  }
+  return recordsText(posted, run, placeWord);
+}
+
+}  // namespace velk

@@ -1,0 +1,30 @@
+// Where a run goes on that takes up a file at which an earlier one broke off.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "apps/opnimp/journal/run_index.h"
+
+namespace velk {
+
+/// A file in a database, as the journal knows it again.
+struct KnownFile {
+  std::string_view kind;
+  std::string databaseId;
+  Digest hash{};
+};
+
+struct Resumption {
+  const RunStart* run = nullptr;      ///< the one that broke off
+  std::size_t next = 0;               ///< the record of the file to go on with
+  std::vector<std::size_t> doubtful;  ///< records before it that are partial or unknown
+};
+
+/// Of the last run of this file that posted anything or may have. Raises UsageError when there is
+/// none, or when it left nothing to go on with.
+Resumption findResumption(const RunIndex& index, const KnownFile& file);
+
+}  // namespace velk

@@ -1,0 +1,114 @@
+#include "apps/opnimp/journal/run_index.h"
+
+#include <algorithm>
+
+#include "base/errors.h"
+
+namespace velk {
+
+namespace {
+
+/// Takes the journal's entries one by one.
+class IndexBuilder {
+ public:
+  IndexBuilder(RunIndex& index, const std::string& machineStart)
+      : index_(index), machineStart_(machineStart) {}
+
+  void take(EntryType type, EntryReader payload) {
+    if (type == EntryType::RunBegun) return begin(readRunStart(payload));
+    RunSummary& run = current();
+    if (type == EntryType::RecordBegun) {
+      run.begun = recordOf(payload.number()) + 1;
+    } else if (type == EntryType::RecordEnded) {
+      setOutcome(readRecordOutcome(payload));
+    } else {
+      end(readRunEnd(payload));
+    }
+  }
+
+ private:
+  RunSummary& current() {
+    if (index_.runs.empty()) throw RuntimeError(ErrorNumber::InvalidFileFormat);
+    return index_.runs.back();
+  }
+
+  std::size_t recordOf(std::uint64_t number) {
+    if (number >= current().outcomes.size()) throw RuntimeError(ErrorNumber::InvalidFileFormat);
+    return static_cast<std::size_t>(number);
+  }
+
+  void begin(RunStart start) {
+    RunSummary& run = index_.runs.emplace_back();
+    start.fileBytes = {};
+    run.outcomes.resize(start.records.size());
+    run.powerLost = start.machineStart != machineStart_ || machineStart_.empty();
+    run.start = std::move(start);
+  }
+
+  void setOutcome(const std::pair<std::size_t, Outcome>& ended) {
+    current().outcomes[recordOf(ended.first)] = ended.second;
+  }
+
+  void end(const RunEnd& end) {
+    std::ranges::for_each(end.revised, [this](const auto& ended) { setOutcome(ended); });
+    RunSummary& run = current();
+    run.ended = true;
+    run.completed = end.completed;
+    run.refused = !end.refusal.empty();
+  }
+
+  RunIndex& index_;
+  const std::string& machineStart_;
+};
+
+}  // namespace
+
+// Whatever was begun when the power failed, and up to a sync's worth of records behind it, may have
+// been posted without a trace here.
+std::size_t RunSummary::nextRecord() const {
+  if (ended || !powerLost) return begun;
+  return std::min(begun + recordsBetweenSyncs, outcomes.size());
+}
+
+Outcome RunSummary::outcome(std::size_t record) const {
+  if (outcomes[record]) return *outcomes[record];
+  const bool doubtful = !ended && record < nextRecord();
+  return doubtful ? Outcome::Unknown : Outcome::NotReached;
+}
+
+const RunSummary* RunIndex::find(std::uint64_t number) const {
+  const auto found =
+      std::ranges::find(runs, number, [](const RunSummary& run) { return run.start.number; });
+  return found == runs.end() ? nullptr : &*found;
+}
+
+RunIndex readIndex(const KeptFile& file, const std::string& machineStart) {
+  RunIndex index;
+  IndexBuilder builder(index, machineStart);
+  // Asked first: a run that ends in between is told as ended.
+  const bool written = file.isWrittenElsewhere();
+  index.end = readEntries(file, [&](EntryType type, std::string_view payload) {
+    builder.take(type, EntryReader(payload));
+  });
+  index.isRunning = written && !index.runs.empty() && !index.runs.back().ended;
+  return index;
+}
+
+JournaledRun readRun(const KeptFile& file, std::uint64_t number) {
+  JournaledRun run;
+  bool within = false;
+  readEntries(file, [&](EntryType type, std::string_view payload) {
+    if (type == EntryType::RunBegun) {
+      // Its number comes first, so that the others need not be read as a whole.
+      within = EntryReader(payload).number() == number;
+      if (within) run.start = readRunStart(EntryReader(payload));
+    } else if (within && type == EntryType::RecordEnded) {
+      run.records.push_back(readRecordEnd(EntryReader(payload)));
+    } else if (within && type == EntryType::RunEnded) {
+      run.end = readRunEnd(EntryReader(payload));
+    }
+  });
+  return run;
+}
+
+}  // namespace velk

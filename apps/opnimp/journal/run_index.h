@@ -1,0 +1,57 @@
+// The runs that a journal tells of, in short, and each of them in full.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apps/opnimp/journal/journal_entries.h"
+#include "apps/opnimp/journal/journal_file.h"
+
+namespace velk {
+
+/// What is not on the disk after a loss of power is at most what these many records made.
+inline constexpr std::size_t recordsBetweenSyncs = 5000;
+
+/// One run without what its calls were.
+struct RunSummary {
+  RunStart start;                                ///< without the file's bytes
+  std::size_t begun = 0;                         ///< the first record that was not begun
+  std::vector<std::optional<Outcome>> outcomes;  ///< by record; empty: it did not end
+  bool ended = false;                            ///< the run said how it ended
+  bool completed = false;
+  bool refused = false;
+  /// The machine was started anew since, so that the journal's end may be lost.
+  bool powerLost = false;
+
+  /// Unknown for a record that was begun and did not end, or of which that may be lost.
+  Outcome outcome(std::size_t record) const;
+  /// The first record that was not begun for certain.
+  std::size_t nextRecord() const;
+};
+
+struct RunIndex {
+  std::vector<RunSummary> runs;  ///< in the order of their numbers
+  JournalEnd end;
+  bool isRunning = false;  ///< the last of them is being written just now
+
+  /// Null when there is none of that number.
+  const RunSummary* find(std::uint64_t number) const;
+};
+
+/// `machineStart`: as it is now. Errors: as readEntries.
+RunIndex readIndex(const KeptFile& file, const std::string& machineStart);
+
+/// One run in full.
+struct JournaledRun {
+  RunStart start;
+  std::vector<RecordEnd> records;  ///< those that ended
+  std::optional<RunEnd> end;
+};
+
+/// Of a run that the index has. Errors: as readEntries.
+JournaledRun readRun(const KeptFile& file, std::uint64_t number);
+
+}  // namespace velk

@@ -1,0 +1,47 @@
+#include "apps/opnimp/journal/run_journal.h"
+
+#include <utility>
+
+#include "apps/opnimp/journal/run_index.h"
+
+namespace velk {
+
+// Synced, so that a loss of power leaves at least the word that the run had begun.
+RunJournal::RunJournal(JournalFile file, const RunStart& run) : file_(std::move(file)) {
+  write(writer_, run);
+  file_.append(EntryType::RunBegun, writer_.payload());
+  sync();
+}
+
+void RunJournal::recordBegins(std::size_t record) {
+  writer_.clear();
+  writer_.number(record);
+  file_.append(EntryType::RecordBegun, writer_.payload());
+  syncWhenDue();
+}
+
+void RunJournal::recordEnds(std::size_t record, const RecordTrace& trace) {
+  writer_.clear();
+  writeRecordEnd(writer_, record, trace);
+  file_.append(EntryType::RecordEnded, writer_.payload());
+}
+
+void RunJournal::runEnds(const RunEnd& end) {
+  writer_.clear();
+  write(writer_, end);
+  file_.append(EntryType::RunEnded, writer_.payload());
+  sync();
+}
+
+// Before a record's calls, so that everything before them is on the disk, and that it begins.
+void RunJournal::syncWhenDue() {
+  if (++sinceSync_ >= recordsBetweenSyncs || Clock::now() - lastSync_ >= timeBetweenSyncs) sync();
+}
+
+void RunJournal::sync() {
+  file_.sync();
+  sinceSync_ = 0;
+  lastSync_ = Clock::now();
+}
+
+}  // namespace velk

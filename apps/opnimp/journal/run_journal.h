@@ -1,0 +1,38 @@
+// Writes a run to the journal while it goes on: that a record begins before its first call, and
+// what became of it before the next one begins.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+
+#include "apps/opnimp/journal/journal_entries.h"
+#include "apps/opnimp/journal/journal_file.h"
+
+namespace velk {
+
+/// A record begins when the last sync is as long ago, or as many records (run_index.h), only after
+/// the next one.
+inline constexpr std::chrono::milliseconds timeBetweenSyncs{1000};
+
+class RunJournal {
+ public:
+  /// Errors here as in all that follows: files.h.
+  RunJournal(JournalFile file, const RunStart& run);
+
+  void recordBegins(std::size_t record);
+  void recordEnds(std::size_t record, const RecordTrace& trace);
+  void runEnds(const RunEnd& end);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void syncWhenDue();
+  void sync();
+
+  JournalFile file_;
+  EntryWriter writer_;
+  std::size_t sinceSync_ = 0;  // records begun
+  Clock::time_point lastSync_;
+};
+
+}  // namespace velk

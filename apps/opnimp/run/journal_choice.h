@@ -1,0 +1,30 @@
+// Which journal a command works on.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+
+#include "apps/opnimp/journal/run_index.h"
+#include "apps/opnimp/run/surroundings.h"
+
+namespace velk {
+
+/// The path that --journal names, or the user's own journal. Raises CannotOpen when there is no
+/// folder for that.
+std::string chooseJournal(const std::optional<std::string>& option,
+                          const Surroundings& surroundings);
+
+struct OpenJournal {
+  std::string path;
+  std::unique_ptr<KeptFile> file;  ///< null: opened for reading, and there is none yet
+  RunIndex index;
+};
+
+/// Opens it and reads what it tells. A journal that is damaged, or that another run writes, is not
+/// opened for writing. Raises CannotOpen; `err` is told of a torn end.
+OpenJournal openJournal(const std::string& path, KeptFor use, const Surroundings& surroundings,
+                        std::ostream& err);
+
+}  // namespace velk

@@ -1,0 +1,116 @@
+#include "apps/opnimp/run/journal_commands.h"
+
+#include <filesystem>
+
+#include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/journal/reversal.h"
+#include "apps/opnimp/records/file_bytes.h"
+#include "apps/opnimp/report/import_page.h"
+#include "apps/opnimp/report/reject_files.h"
+#include "apps/opnimp/report/report_file.h"
+#include "apps/opnimp/report/report_json.h"
+#include "apps/opnimp/report/report_text.h"
+#include "apps/opnimp/report/runs_report.h"
+#include "apps/opnimp/run/journaled_import.h"
+#include "base/errors.h"
+#include "platform/native/native_files.h"
+
+namespace velk {
+
+namespace {
+
+OpenJournal journalOf(const Arguments& arguments, const Streams& streams,
+                      const Surroundings& surroundings) {
+  return openJournal(chooseJournal(arguments.journal, surroundings), KeptFor::Reading, surroundings,
+                     streams.err);
+}
+
+/// New files only, so that nothing is lost by a name that was mistyped.
+void requireNew(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) return;
+  throw UsageError("there is a file " + path + " already; choose another name");
+}
+
+Reversal reversalOf(JournaledImport& run) {
+  const std::string number = "run " + std::to_string(run.start().number);
+  if (run.kind().opening == nullptr) {
+    throw UsageError(number +
+                     " imported master data, which has no opposite: correct the file and "
+                     "import it again");
+  }
+  try {
+    const ImportResult& result = run.result();
+    const Reversal reversal = reverse(result.traces, result.mapping, run.kind().opening->debitNote);
+    if (reversal.count == 0) throw UsageError(number + " posted nothing that could be reversed");
+    return reversal;
+  } catch (const RuntimeError&) {
+    throw CannotOpen(number +
+                     " posted a text that no comma-separated file can hold; nothing was "
+                     "written");
+  }
+}
+
+}  // namespace
+
+ExitStatus runRuns(const Arguments& arguments, const Streams& streams,
+                   const Surroundings& surroundings) {
+  const OpenJournal journal = journalOf(arguments, streams, surroundings);
+  (arguments.json ? writeRunsJson : writeRunsText)(journal.path, journal.index, streams.out);
+  return ExitStatus::Posted;
+}
+
+ExitStatus runReport(const Arguments& arguments, const Streams& streams,
+                     const Surroundings& surroundings) {
+  if (arguments.report) checkReportFile(*arguments.report);
+  JournaledImport run(journalOf(arguments, streams, surroundings), arguments.run);
+  if (arguments.report) {
+    writeReportFile(*arguments.report, htmlPage(importPage(run.result())));
+    run.result().reportFile = *arguments.report;
+  }
+  (arguments.json ? writeImportJson : writeImportText)(run.result(), streams.out);
+  return run.result().status();
+}
+
+ExitStatus runReversal(const Arguments& arguments, const Streams& streams,
+                       const Surroundings& surroundings) {
+  requireNew(arguments.file);
+  JournaledImport run(journalOf(arguments, streams, surroundings), arguments.run);
+  const Reversal reversal = reversalOf(run);
+  try {
+    NativeFileSystem files;
+    writeFile(files, arguments.file, reversal.text);
+  } catch (const RuntimeError& error) {
+    throw CannotOpen("the file " + arguments.file + " could not be written: " +
+                     error.description() + ". Check the path and its permissions");
+  }
+  streams.out << "Written:   " << printable(arguments.file) << " ("
+              << counted(reversal.count, "document", "documents") << ")\n"
+              << "Next:      Import it into the same database, as " << run.kind().name << ".\n";
+  if (reversal.doubtful == 0) return ExitStatus::Posted;
+  streams.out << "Next:      Look up " << counted(reversal.doubtful, "record", "records")
+              << " in the database that may have been posted, and are not in the file: `opnimp "
+                 "rejects "
+              << arguments.run << " FILE` writes them to FILE.check.csv.\n";
+  return ExitStatus::RecordsLeft;
+}
+
+ExitStatus runRejects(const Arguments& arguments, const Streams& streams,
+                      const Surroundings& surroundings) {
+  JournaledImport run(journalOf(arguments, streams, surroundings), arguments.run);
+  const ImportResult& result = run.result();
+  if (result.refused()) {
+    throw UsageError("run " + std::to_string(arguments.run) +
+                     " imported nothing: the whole file is still to be imported");
+  }
+  const RejectFiles files(arguments.file, run.kind().format, false);
+  const RejectFiles::Written written = files.write(*result.input, result.traces, result.setApart);
+  for (const std::string& path : written.paths) {
+    streams.out << "Written:   " << printable(path) << '\n';
+  }
+  if (!written.failure.empty()) throw CannotOpen(written.failure);
+  return ExitStatus::Posted;
+}
+
+}  // namespace velk

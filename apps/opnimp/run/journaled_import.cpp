@@ -1,0 +1,134 @@
+#include "apps/opnimp/run/journaled_import.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/records/csv_records.h"
+#include "apps/opnimp/records/later_records.h"
+#include "apps/opnimp/records/workbook_records.h"
+#include "apps/opnimp/warnings/find_warnings.h"
+#include "base/errors.h"
+
+namespace velk {
+
+namespace {
+
+const RunSummary& summaryOf(const OpenJournal& journal, std::uint64_t number) {
+  const RunSummary* const run = journal.index.find(number);
+  if (run == nullptr) {
+    throw UsageError("the journal " + journal.path + " has no run " + std::to_string(number) +
+                     "; `opnimp runs` lists those that it has");
+  }
+  if (journal.index.isRunning && run == &journal.index.runs.back()) {
+    throw CannotOpen("run " + std::to_string(number) + " is still going on; wait until it ends");
+  }
+  return *run;
+}
+
+const ImportKind& kindOf(const RunStart& start) {
+  const ImportKind* const kind = findKind(start.kind);
+  if (kind != nullptr) return *kind;
+  throw CannotOpen("run " + std::to_string(start.number) + " is of the kind " + start.kind +
+                   ", which this program does not know");
+}
+
+std::unique_ptr<const InputRecords> recordsOf(const ImportKind& kind, const std::string& bytes) {
+  if (kind.format == FileFormat::Workbook) return std::make_unique<WorkbookRecords>(bytes);
+  return std::make_unique<CsvRecords>(bytes);
+}
+
+/// What is said of a record of which only the beginning is known.
+const RecordReport& inDoubt() {
+  static const RecordReport said = [] {
+    RecordReport report;
+    report.fate = RecordReport::Fate::Begun;
+    report.texts = {
+        "the run broke off at this record, or may have: whether it was posted is not "
+        "known"};
+    return report;
+  }();
+  return said;
+}
+
+template <class Item>
+void pointTo(std::vector<const Item*>& to, const std::vector<Item>& items) {
+  for (const Item& item : items) to.push_back(&item);
+}
+
+std::string endOf(const RunSummary& summary, const JournaledRun& run) {
+  if (run.end) return run.end->brokeOff;
+  return summary.powerLost ? "it did not end by itself, and the machine was started anew since: as "
+                             "many records as the journal may have lost are called unknown"
+                           : "it did not end by itself: the program was ended from outside";
+}
+
+}  // namespace
+
+JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t number) {
+  const RunSummary& summary = summaryOf(journal, number);
+  try {
+    run_ = readRun(*journal.file, number);
+  } catch (const RuntimeError& error) {
+    throw CannotOpen("the journal " + journal.path + " could not be read: " + error.description());
+  }
+  const RunStart& start = run_.start;
+  result_.arguments.kind = &kindOf(start);
+  result_.arguments.file = start.file;
+  result_.arguments.accept = start.accepted;
+  result_.database = start.database;
+  result_.input = recordsOf(kind(), start.fileBytes);
+  if (start.firstRecord > 0) {
+    const std::size_t first = std::min(start.firstRecord, result_.input->count());
+    result_.input = std::make_unique<LaterRecords>(std::move(result_.input), first);
+  }
+  result_.resumes = start.resumes;
+  result_.setApart = start.setApart;
+  result_.mapping = start.mapping;
+  result_.warnings =
+      findWarnings(*result_.input, kind(), start.mapping, civilFromDate(start.time).year);
+  result_.errorLog = start.errorLog;
+  result_.user = start.user;
+  result_.folder = start.folder;
+  result_.fileHash = hexText(start.fileHash);
+  result_.began = start.time;
+  if (run_.end) result_.ended = run_.end->time;
+  result_.journal = journal.path;
+  result_.run = number;
+  if (run_.end) result_.refusal = run_.end->refusal;
+  result_.brokeOff = endOf(summary, run_);
+  trace(summary);
+  if (result_.refused()) return;
+  result_.account = drawUpAccount({kind(), *result_.input, start.mapping, result_.traces,
+                                   start.screenRecords, run_.end && run_.end->completed});
+}
+
+void JournaledImport::trace(const RunSummary& summary) {
+  static const RecordReport nothingSaid;
+  Traces& traces = result_.traces;
+  traces.records.resize(result_.input->count());
+  if (traces.records.size() != summary.outcomes.size()) {
+    throw CannotOpen("the journal " + result_.journal + " contradicts itself about run " +
+                     std::to_string(result_.run));
+  }
+  addReadings(traces.records, result_.warnings);
+  for (const RecordEnd& ended : run_.records) {
+    RecordTrace& trace = traces.records.at(ended.record);
+    trace.said = &ended.said;
+    pointTo(trace.calls, ended.calls);
+    pointTo(trace.lines, ended.lines);
+    pointTo(trace.messages, ended.messages);
+  }
+  for (std::size_t record = 0; record < traces.records.size(); ++record) {
+    RecordTrace& trace = traces.records[record];
+    trace.outcome = summary.outcome(record);
+    if (trace.said != nullptr) continue;
+    trace.said = trace.outcome == Outcome::Unknown ? &inDoubt() : &nothingSaid;
+  }
+  if (!run_.end) return;
+  pointTo(traces.strays, run_.end->strays);
+  pointTo(traces.runLines, run_.end->lines);
+  pointTo(traces.runMessages, run_.end->messages);
+}
+
+}  // namespace velk

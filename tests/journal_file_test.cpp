@@ -1,0 +1,140 @@
+// The journal's file: its checksums, and what it makes of an end that was cut off and of damage.
+#include "apps/opnimp/journal/journal_file.h"
+
+#include <tuple>
+
+#include "apps/opnimp/journal/crc32c.h"
+#include "apps/opnimp/journal/sha256.h"
+#include "tests/support/checks.h"
+#include "tests/support/temporary_folder.h"
+#ifdef _WIN32
+#include "platform/windows/windows_kept_file.h"
+#else
+#include "platform/native/native_kept_file.h"
+#endif
+
+using namespace velk;
+
+namespace {
+
+using Entries = std::vector<std::pair<EntryType, std::string>>;
+
+struct Read {
+  Entries entries;
+  JournalEnd end;
+};
+
+Read readAll(const std::string& path) {
+  Read read;
+  read.end = readEntries(
+      *openKept(path, KeptFor::Reading),
+      [&](EntryType type, std::string_view payload) { read.entries.emplace_back(type, payload); });
+  return read;
+}
+
+/// Adds entries to the file as a run does.
+void add(const std::string& path, const Entries& entries) {
+  auto file = openKept(path, KeptFor::Writing);
+  const JournalEnd end = readEntries(*file, [](EntryType, std::string_view) {});
+  JournalFile journal(std::move(file), end);
+  for (const auto& [type, payload] : entries) journal.append(type, payload);
+  journal.sync();
+}
+
+const Entries three{{EntryType::RunBegun, "run"},
+                    {EntryType::RecordBegun, ""},
+                    {EntryType::RecordEnded, std::string(3'000'000, 'x')}};
+
+}  // namespace
+
+TEST_CASE("checksums and hashes are the published ones") {
+  const std::tuple<std::string, std::uint32_t> sums[] = {{"", 0},
+                                                         {"123456789", 0xE3069283},
+                                                         {std::string(32, '\0'), 0x8A9136AA},
+                                                         {std::string(32, '\xFF'), 0x62A8AB43}};
+  for (const auto& [bytes, sum] : sums) CHECK(crc32c(bytes) == sum);
+  const std::tuple<std::string, std::string> hashes[] = {
+      {"", "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
+      {"abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
+      {"abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq",
+       "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1"},
+      {std::string(1'000'000, 'a'),
+       "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0"}};
+  for (const auto& [bytes, hash] : hashes) {
+    CHECK(hexText(Sha256().add(bytes).finish()) == hash);
+    Sha256 split;
+    for (std::size_t at = 0; at < bytes.size(); at += 61) split.add(bytes.substr(at, 61));
+    CHECK(hexText(split.finish()) == hash);
+  }
+}
+
+TEST_CASE("what is appended is read again, by the next program, too") {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("made/on/demand/journal");
+  add(path, three);
+  add(path, {{EntryType::RunEnded, "end"}});
+  const Read read = readAll(path);
+  Entries all = three;
+  all.emplace_back(EntryType::RunEnded, "end");
+  CHECK(read.entries == all);
+  CHECK(read.end.torn == 0);
+}
+
+TEST_CASE("an end that was cut off anywhere loses the last entry only, and is written over") {
+  const TemporaryFolder folder;
+  const Entries two{{EntryType::RunBegun, "the run"}, {EntryType::RecordBegun, "a record"}};
+  add(folder.path("whole"), two);
+  const std::string bytes = folder.read("whole");
+  const std::size_t lastEntry = 4 + 1 + two[1].second.size() + 4;
+  for (std::size_t length = 0; length <= bytes.size(); ++length) {
+    CAPTURE(length);
+    const std::string path = folder.write("cut", bytes.substr(0, length));
+    const Read read = readAll(path);
+    const std::size_t whole = length == bytes.size()               ? 2
+                              : length >= bytes.size() - lastEntry ? 1
+                                                                   : 0;
+    CHECK(read.entries == Entries(two.begin(), two.begin() + static_cast<int>(whole)));
+    CHECK(read.end.whole + read.end.torn == length);
+    CHECK_FALSE(read.end.damaged);
+    add(path, {{EntryType::RunEnded, ""}});
+    CHECK(readAll(path).entries.size() == whole + 1);
+    CHECK(readAll(path).end.torn == 0);
+  }
+  // A loss of power can leave zeros where the entry should be.
+  const std::string zeros = folder.write(
+      "cut", bytes.substr(0, bytes.size() - lastEntry) + std::string(lastEntry + 40, '\0'));
+  CHECK(readAll(zeros).entries.size() == 1);
+  CHECK_FALSE(readAll(zeros).end.damaged);
+}
+
+TEST_CASE("one changed byte is never taken for an entry, and damage is told from an end") {
+  const TemporaryFolder folder;
+  add(folder.path("whole"), {{EntryType::RunBegun, "the run"}, {EntryType::RunEnded, "its end"}});
+  const std::string bytes = folder.read("whole");
+  const std::size_t firstEnd = 8 + 9 + 7;
+  for (std::size_t at = 8; at < bytes.size(); ++at) {
+    CAPTURE(at);
+    std::string changed = bytes;
+    changed[at] = static_cast<char>(changed[at] ^ 0x20);
+    const Read read = readAll(folder.write("changed", changed));
+    CHECK(read.entries.size() == (at < firstEnd ? 0 : 1));
+    CHECK(read.end.damaged == (at < firstEnd));
+  }
+  const std::string other = folder.write("other", "Customer ID,Reference\r\n");
+  CHECK(errorOf([&] { readAll(other); }) == 321);
+  CHECK(errorOf([&] { readAll(folder.path("none")); }) == 53);
+}
+
+TEST_CASE("one program at a time writes, and others read meanwhile") {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("journal");
+  add(path, three);
+  {
+    const auto writer = openKept(path, KeptFor::Writing);
+    CHECK(errorOf([&] { openKept(path, KeptFor::Writing); }) == 70);
+    CHECK(openKept(path, KeptFor::Reading)->isWrittenElsewhere());
+    CHECK(readAll(path).entries == three);
+  }
+  CHECK_FALSE(openKept(path, KeptFor::Reading)->isWrittenElsewhere());
+  CHECK(errorOf([&] { openKept(folder.path(""), KeptFor::Writing); }) != 0);
+}

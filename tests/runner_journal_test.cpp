@@ -1,0 +1,385 @@
+// What the journal knows of runs: that nothing is posted twice, what a run that was killed leaves,
+// and the reports, reversals and rejects that come from it.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <random>
+#include <thread>
+
+#include "apps/opnimp/journal/record_hash.h"
+#include "apps/opnimp/records/csv_records.h"
+#include "apps/opnimp/run/journal_choice.h"
+#include "platform/native/native_kept_file.h"
+#include "tests/support/checks.h"
+#include "tests/support/json_value.h"
+#include "tests/support/runner.h"
+
+using namespace velk;
+
+namespace {
+
+constexpr std::string_view good1 = "C001,A,R1,03/03/2008,100.00,60.00";
+constexpr std::string_view good2 = "C002,B,R2,04/03/2008,-50.25,-20.10";
+constexpr std::string_view good3 = "C003,C,R3,,10.00,10.00";
+constexpr std::string_view unknownCustomer = "C999,X,R4,03/03/2008,1.00,1.00";
+
+std::string documents(RunnerWorld& world) {
+  return world.ask(
+      "select (select count(*) from CustomerDebitNote) || '+' || (select count(*) "
+      "from CustomerCreditNote)");
+}
+
+/// The report of a run, without what it says of the files of rejects.
+std::string reportOf(std::string text) {
+  for (const std::string_view begin : {"Written: ", "Next: "}) {
+    for (std::size_t at = 0; (at = text.find(begin, at)) != std::string::npos;) {
+      text.erase(at, text.find('\n', at) + 1 - at);
+    }
+  }
+  return text;
+}
+
+/// Opening balances of distinct references, enough that a run takes a while.
+std::string longFile(std::size_t records) {
+  std::string text = std::string(openingTitles) + "\r\n";
+  for (std::size_t i = 1; i <= records; ++i) {
+    const std::string number = std::to_string(i);
+    text += "C00" + std::to_string(1 + i % 9) + ",N,R" + number + ",03/03/2008," + number + "," +
+            number + "\r\n";
+  }
+  return text;
+}
+
+/// Imports in a process of its own, which is killed after a while.
+void killedImport(RunnerWorld& world, const std::string& file, const std::vector<std::string>& more,
+                  std::chrono::microseconds after) {
+  world.database();  // made by this process
+  const pid_t child = ::fork();
+  if (child == 0) {
+    world.import(file, more);
+    ::_exit(0);
+  }
+  std::this_thread::sleep_for(after);
+  ::kill(child, SIGKILL);
+  ::waitpid(child, nullptr, 0);
+}
+
+RunIndex indexOf(const RunnerWorld& world) {
+  std::ostringstream err;
+  const std::string path = chooseJournal({}, world.surroundings);
+  return openJournal(path, KeptFor::Reading, world.surroundings, err).index;
+}
+
+/// How many notes there are for the records of longFile from `first` to `last`.
+std::string notes(RunnerWorld& world, std::size_t first, std::size_t last) {
+  return world.ask(
+      "select count(*) from CustomerDebitNote where cast(substr(DocReference, 2) as "
+      "integer) between " +
+      std::to_string(first) + " and " + std::to_string(last));
+}
+
+/// Holds a run's word on each record against the database. Answers how many are in doubt.
+std::size_t checkAgainstDatabase(RunnerWorld& world, const RunSummary& run) {
+  std::size_t doubtful = 0;
+  std::size_t sum = 0;
+  std::size_t inDoubt = 0;
+  for (std::size_t record = 0; record < run.outcomes.size(); ++record) {
+    const std::size_t number = record + 1;
+    const Outcome outcome = run.outcome(record);
+    if (outcome == Outcome::Unknown) {
+      ++doubtful;
+      inDoubt = number;
+    } else if (outcome == Outcome::Posted) {
+      sum += number;
+    }
+  }
+  const std::size_t posted = run.begun - doubtful;
+  CHECK(notes(world, 1, posted) == std::to_string(posted));
+  CHECK(notes(world, run.begun + 1, run.outcomes.size()) == "0");
+  const auto entries = static_cast<std::size_t>(
+      std::stod(world.ask("select ifnull(sum(OpeningBalance), 0) from CustomerOpeningBalance")));
+  CHECK((entries == sum || entries == sum + inDoubt));
+  return doubtful;
+}
+
+}  // namespace
+
+TEST_CASE("what an earlier run posted is refused, and --again posts it") {
+  RunnerWorld world;
+  CHECK(world.importLines({openingTitles, good1, unknownCustomer, good2}).status == 1);
+  const struct {
+    std::vector<std::string_view> lines;
+    std::vector<std::string> more;
+    int status;
+    std::string_view says;
+  } rows[] = {
+      {{openingTitles, good1, unknownCustomer, good2}, {}, 2, "run 1 of 2008-04-01"},
+      {{openingTitles, good1, unknownCustomer, good2}, {"--dry-run"}, 2, "2 records of 3"},
+      // Another file: the same record in another order of columns, written in another way.
+      {{"Balance,Bill Amount,Customer ID,Date,Reference", "5,5,C001,1/3/2008,R9",
+        "60,1e2,C001,3 March 2008,R1"},
+       {},
+       2,
+       "1 record of this file was posted by an earlier run, or may have been: line 3 (run 1)"},
+      {{openingTitles, good3, "C004,D,R4,,5,5", "C004,D,R4,,5,5"}, {"--accept", "all"}, 1, "run 2"},
+      // What was refused is not in the database.
+      {{openingTitles, unknownCustomer}, {}, 1, "run 3"},
+      {{openingTitles, "C001,A,R1,03/03/2008,100.00,60.01"}, {}, 0, "run 4"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.says);
+    std::string text;
+    for (const std::string_view line : row.lines) text.append(line).append("\r\n");
+    const Ran ran = world.import(world.folder.write("in.csv", text), row.more);
+    CHECK(ran.status == row.status);
+    CHECK_MESSAGE(contains(ran.out, row.says), ran.out);
+  }
+  CHECK(documents(world) == "5+1");
+  CHECK(world.importLines({openingTitles, good1}, {"--again"}).status == 0);
+  CHECK(documents(world) == "6+1");
+
+  // The same file means nothing for another database, and another journal knows nothing of it.
+  const std::string file = world.folder.write("in.csv", crlf({openingTitles, good1}));
+  const std::string copy = world.folder.write("moved.db", world.folder.read("company.db"));
+  CHECK(world.import(file, {"--database", copy}).status == 2);
+  const std::string fresh = world.folder.path("fresh.db");
+  CHECK(world.run({"demo-database", fresh}).status == 0);
+  CHECK(world.import(file, {"--database", fresh}).status == 0);
+  CHECK(world.import(file, {"--journal", world.folder.path("other")}).status == 0);
+}
+
+TEST_CASE("master data is imported again by design") {
+  RunnerWorld world;
+  world.kind = "bank-branch";
+  const std::initializer_list<std::string_view> lines{"Bank Code,Bank Name,Branch Code,Branch Name",
+                                                      "B1,Bank,R1,Branch"};
+  CHECK(world.importLines(lines).status == 0);
+  CHECK(world.importLines(lines).status != 2);
+}
+
+TEST_CASE("reports, rejects and the list of runs come from the journal alone") {
+  RunnerWorld world;
+  const std::string rejects = world.folder.path("r.csv");
+  const Ran first = world.importLines(
+      {openingTitles, good1, unknownCustomer, "C002,B,,,1,5", good2}, {"--rejects", rejects});
+  CHECK(first.status == 1);
+  std::filesystem::remove(world.folder.path("in.csv"));
+  std::filesystem::remove(world.database());
+  const Ran report = world.run({"report", "1"});
+  CHECK(report.status == 1);
+  CHECK(contains(reportOf(report.out), reportOf(first.out)));
+  const Json json(world.run({"report", "1", "--json"}).out);
+  CHECK(json.outcomes() == "posted rejected posted-with-warning posted");
+  CHECK(json.at("records[0].calls[1].parameters[0]") == "C001");
+  CHECK(json.at("records[1].log[0].kept") == "file");
+  CHECK(json.at("account.addsUp") == "true");
+  CHECK(world.run({"report", "1", "--html", world.folder.path("page.html")}).status == 1);
+  CHECK(contains(world.folder.read("page.html"), "Customer does not exist for code - C999"));
+  CHECK(world.run({"report", "1", "--html", world.folder.path("page.html")}).status == 3);
+  CHECK(contains(world.run({"runs"}).out, "2 posted, 1 posted with warning, 1 rejected"));
+  const Json runs(world.run({"runs", "--json"}).out);
+  CHECK(runs.at("runs[0].end") == "ended");
+  CHECK(runs.at("runs[0].outcomes.rejected") == "1");
+
+  const std::string later = world.folder.path("later.csv");
+  CHECK(world.run({"rejects", "1", later}).status == 0);
+  CHECK(world.folder.read("later.csv") == world.folder.read("r.csv"));
+  CHECK(world.folder.read("later.csv.reasons.csv") == world.folder.read("r.csv.reasons.csv"));
+}
+
+TEST_CASE("a command that cannot do what it is asked for says why and writes nothing") {
+  RunnerWorld world;
+  world.kind = "bank-branch";
+  CHECK(world.importLines({"Bank Code,Bank Name,Branch Code,Branch Name", "B1,B,R1,B"}).status ==
+        0);
+  const std::string there = world.folder.write("there.csv", "mine");
+  const std::string fresh = world.folder.path("fresh.csv");
+  const std::string other = world.folder.write("other", "Customer ID\r\n");
+  const struct {
+    std::vector<std::string> args;
+    int status;
+    std::string_view says;
+  } rows[] = {
+      {{"report", "0"}, 3, "RUN is the number of a run"},
+      {{"report", "1x"}, 3, "RUN is the number of a run"},
+      {{"report", "2"}, 3, "has no run 2"},
+      {{"report", "1", "--journal", world.folder.path("none")}, 3, "has no run 1"},
+      {{"runs", "--journal", other}, 4, "is no journal"},
+      {{"runs", "--journal", world.folder.path("")}, 4, "could not be read"},
+      {{"reversal", "1", fresh}, 3, "master data, which has no opposite"},
+      {{"reversal", "1", there}, 3, "there is a file"},
+      {{"rejects", "1", there}, 3, "there is a file"},
+      {{"rejects", "7", fresh}, 3, "has no run 7"},
+      {{"rejects", "1", world.folder.path("no/where.csv")}, 4, "cannot be written"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.says);
+    const Ran ran = world.run(row.args);
+    CHECK(ran.status == row.status);
+    CHECK_MESSAGE(contains(ran.err, row.says), ran.err);
+  }
+  CHECK(world.folder.read("there.csv") == "mine");
+  CHECK_FALSE(world.folder.has("fresh.csv"));
+  const Ran none = world.run({"runs", "--journal", world.folder.path("none")});
+  CHECK(none.status == 0);
+  CHECK(contains(none.out, "no runs yet"));
+}
+
+TEST_CASE("a journal that cannot be written lets nothing be posted") {
+  RunnerWorld world;
+  const std::string file = world.folder.write("in.csv", crlf({openingTitles, good1}));
+  const std::string other = world.folder.write("other", "Customer ID\r\n");
+  CHECK(world.import(file, {"--journal", other}).status == 4);
+  CHECK(world.import(file, {"--journal", world.folder.path("")}).status == 4);
+  CHECK(world.import(file, {"--journal", file}).status == 3);
+  CHECK(world.import(file, {"--journal", world.database()}).status == 3);
+  CHECK(world.import(file, {"--journal", "r", "--rejects", "r"}).status == 3);
+  world.surroundings.stateFolder.clear();
+  CHECK(contains(world.import(file).err, "neither XDG_STATE_HOME nor HOME is set"));
+  const std::string journal = world.folder.path("journal");
+  {
+    const auto held = openKept(journal, KeptFor::Writing);
+    const Ran ran = world.import(file, {"--journal", journal});
+    CHECK(ran.status == 4);
+    CHECK(contains(ran.err, "in use by another run"));
+  }
+  CHECK(documents(world) == "0+0");
+  CHECK(world.folder.read("other") == "Customer ID\r\n");
+  CHECK(world.import(file, {"--journal", journal}).status == 0);
+}
+
+TEST_CASE("the opposite documents of a run bring each party back to zero") {
+  RunnerWorld world;
+  const Ran ran = world.importLines({openingTitles, good1, good2, good3, unknownCustomer,
+                                     "C004,\"D \"\"x\"\"\",\"R \"\"5\"\"\",,-8,-7"},
+                                    {"--accept", "all"});
+  CHECK(ran.status == 1);
+  const std::string file = world.folder.path("reversal.csv");
+  const Ran written = world.run({"reversal", "1", file});
+  CHECK_MESSAGE(written.status == 0, written.err);
+  CHECK(contains(written.out, "4 documents"));
+  CHECK(world.ask("select count(*) from CustomerOpeningBalance where OpeningBalance <> 0") == "4");
+  const Ran reversed = world.import(file);
+  CHECK_MESSAGE(reversed.status == 0, reversed.out);
+  CHECK(world.ask("select count(*) from CustomerOpeningBalance") == "4");
+  CHECK(world.ask("select count(*) from CustomerOpeningBalance where OpeningBalance <> 0") == "0");
+  CHECK(documents(world) == "4+4");
+  CHECK(world.ask("select count(*) from (select CustomerID, DocReference, DocumentDate, Amount, "
+                  "Balance from CustomerDebitNote intersect select CustomerID, DocReference, "
+                  "DocumentDate, Amount, Balance from CustomerCreditNote)") == "4");
+  CHECK(world.import(file).status == 2);
+}
+
+TEST_CASE("a rejects file that somebody else has made is never replaced") {
+  RunnerWorld world;
+  const std::string rejects = world.folder.path("r.csv");
+  for (const char* name : {"r.csv", "r.csv.reasons.csv", "r.csv.check.csv", "r.csv.rest.csv"}) {
+    CAPTURE(name);
+    world.folder.write(name, "mine");
+    const Ran ran = world.importLines({openingTitles, unknownCustomer}, {"--rejects", rejects});
+    CHECK(ran.status == 3);
+    CHECK(world.folder.read(name) == "mine");
+    std::filesystem::remove(world.folder.path(name));
+  }
+  // One that appears while the run goes on.
+  world.surroundings.interrupted = [&] {
+    world.folder.write("r.csv", "mine");
+    return false;
+  };
+  const Ran ran = world.importLines({openingTitles, unknownCustomer}, {"--rejects", rejects});
+  CHECK(ran.status == 5);
+  CHECK(contains(ran.out, "since the run began"));
+  CHECK(world.folder.read("r.csv") == "mine");
+}
+
+TEST_CASE("a run killed at any moment leaves one record in doubt at most, and can be resumed") {
+  constexpr std::size_t records = 400;
+  std::mt19937 random{std::random_device()()};
+  std::chrono::microseconds whole{0};
+  {
+    RunnerWorld world;
+    world.database();
+    const std::string file = world.folder.write("in.csv", longFile(records));
+    const auto start = std::chrono::steady_clock::now();
+    CHECK(world.import(file).status == 0);
+    whole = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() -
+                                                                  start);
+  }
+  std::size_t midway = 0;
+  for (int round = 0; round < 100 && midway < 8; ++round) {
+    RunnerWorld world;
+    const std::string file = world.folder.write("in.csv", longFile(records));
+    std::uniform_int_distribution<long long> moment(0, whole.count());
+    killedImport(world, file, {}, std::chrono::microseconds(moment(random)));
+    const RunIndex index = indexOf(world);
+    if (index.runs.empty()) {
+      CHECK(documents(world) == "0+0");
+      continue;
+    }
+    const RunSummary& run = index.runs.back();
+    const std::size_t doubtful = checkAgainstDatabase(world, run);
+    CHECK(doubtful <= 1);
+    if (run.completed) continue;
+    const Ran report = world.run({"report", "1"});
+    CHECK(report.status == 5);
+    CHECK(contains(report.out, "it did not end by itself"));
+    CHECK(contains(report.out, ") unknown: the run broke off") == (doubtful == 1));
+    if (run.begun == 0 || run.begun == records) continue;
+    ++midway;
+    CHECK(world.import(file).status == 2);
+
+    const std::string before = notes(world, 1, run.begun);
+    const Ran resumed = world.import(file, {"--resume", "--rejects", world.folder.path("r.csv")});
+    CHECK_MESSAGE(resumed.status == static_cast<int>(doubtful), resumed.out << resumed.err);
+    CHECK(notes(world, 1, run.begun) == before);
+    CHECK(notes(world, run.begun + 1, records) == std::to_string(records - run.begun));
+    CHECK(world.folder.has("r.csv.check.csv") == (doubtful == 1));
+    if (doubtful == 1) {
+      const std::string number = std::to_string(run.begun);
+      CHECK(contains(world.folder.read("r.csv.check.csv"), ",R" + number + ","));
+    }
+    CHECK(world.import(file, {"--resume"}).status == 3);
+  }
+  CHECK(midway == 8);
+}
+
+TEST_CASE("a resumed run goes on behind the one that broke off, as often as it takes") {
+  RunnerWorld world;
+  const std::string file = world.folder.write("in.csv", longFile(30));
+  CHECK(world.import(file, {"--resume"}).status == 3);
+  for (const char* option : {"--json", "--resume"}) {
+    // Once before the run, and before each record.
+    world.surroundings.interrupted = [left = 11]() mutable { return left-- <= 0; };
+    CHECK(world.import(file, {option}).status == 5);
+  }
+  CHECK(notes(world, 1, 20) == "20");
+  world.surroundings.interrupted = [] { return false; };
+  const Ran other = world.import(file, {"--resume", "--map", "Reference=#2"});
+  CHECK(contains(other.out, "give the same --map"));
+  const Json last(world.import(file, {"--resume", "--json"}).out);
+  CHECK(last.at("status") == "0");
+  CHECK(last.at("resumes") == "2");
+  CHECK(last.at("records[0].line") == "22");
+  CHECK(last.at("account.fileRecords") == "10");
+  CHECK(notes(world, 1, 30) == "30");
+  CHECK(world.ask("select count(*) from CustomerDebitNote") == "30");
+  CHECK(contains(world.run({"report", "3"}).out, "Resumes:  run 2"));
+  world.folder.write("in.csv", longFile(31));
+  CHECK(world.import(file, {"--resume"}).status == 3);
+}
+
+TEST_CASE("after a loss of power all that the journal may have lost is in doubt") {
+  RunSummary run;
+  run.outcomes.resize(recordsBetweenSyncs + 20);
+  run.begun = 10;
+  run.outcomes[8] = Outcome::Posted;
+  CHECK(run.outcome(9) == Outcome::Unknown);
+  CHECK(run.outcome(10) == Outcome::NotReached);
+  run.powerLost = true;
+  CHECK(run.outcome(8) == Outcome::Posted);
+  CHECK(run.outcome(9 + recordsBetweenSyncs) == Outcome::Unknown);
+  CHECK(run.outcome(10 + recordsBetweenSyncs) == Outcome::NotReached);
+  run.ended = true;
+  CHECK(run.outcome(10) == Outcome::NotReached);
+}

@@ -1,0 +1,34 @@
+#include "ui/tab_order.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "ui/control.h"
+
+namespace velk {
+
+namespace {
+
+// Controls of a row differ in height, so that only their middles are level.
+void add(std::vector<Control*>& order, const Form& form, const Control* container) {
+  std::vector<Control*> inside(form.controls().begin(), form.controls().end());
+  std::erase_if(inside, [&](const Control* c) { return c->container() != container; });
+  std::ranges::stable_sort(inside, {}, [](const Control* control) {
+    const Bounds at = control->bounds();
+    return std::pair(at.top + at.height / 2, at.left);
+  });
+  for (Control* control : inside) {
+    order.push_back(control);
+    add(order, form, control);
+  }
+}
+
+}  // namespace
+
+std::vector<Control*> orderOnScreen(const Form& form) {
+  std::vector<Control*> order;
+  add(order, form, nullptr);
+  return order;
+}
+
+}  // namespace velk
