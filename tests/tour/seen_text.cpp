@@ -171,8 +171,12 @@ void Room::checkHeader(HWND list, int column, std::wstring_view title) {
   // Without the lines between the columns and below them.
   const int half = width / 2 - 1;
   const LONG up = height / 2 - 2;
-  const Picture shown =
-      displayedIn({middle.x - half, middle.y - up, middle.x + half, middle.y + up});
+  const RECT area{middle.x - half, middle.y - up, middle.x + half, middle.y + up};
+  // Beyond the display nothing is painted.
+  if (area.right > GetSystemMetrics(SM_CXSCREEN) || area.bottom > GetSystemMetrics(SM_CYSCREEN)) {
+    return;
+  }
+  const Picture shown = displayedIn(area);
   const int ink = inkWidth(shown);
   // Where the text goes as far as the line, its last pixel is on it.
   const int expected = expectedInk(title, font.get()) - (reachesEdge(shown) ? 1 : 0);

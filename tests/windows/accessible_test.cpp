@@ -85,8 +85,7 @@ void ask(HWND window, Walk& walk) {
     walk.notAsked.push_back(type + ": name");
     name = labelOf(window);
   }
-  const std::string key =
-      isNamedByLabel ? "" : control.text(&IAccessible::get_accKeyboardShortcut);
+  const std::string key = isNamedByLabel ? "" : control.text(&IAccessible::get_accKeyboardShortcut);
   walk.told.push_back(type + ": " + name + (key.empty() ? "" : ", " + key));
   const LONG role = control.number(&IAccessible::get_accRole);
   if (role == ROLE_SYSTEM_CLIENT && roleOf(type) != role) {
