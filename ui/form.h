@@ -36,7 +36,7 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   Form(FormShell& shell, std::string_view name, std::string_view caption, const Bounds& design);
 
   std::span<Control* const> controls() const { return controls_; }
-  /// All controls, in the order in which the Tab key reaches those that take it.
+  /// The order in which the Tab key reaches the controls that take it (see tab_order.h).
   std::vector<Control*> tabOrder() const;
   /// Moves a control to another place in that order, from 0 on; a large index means the end.
   void setTabIndex(Control& control, std::size_t index);

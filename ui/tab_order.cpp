@@ -3,16 +3,22 @@
 #include <algorithm>
 #include <utility>
 
-#include "ui/control.h"
+#include "ui/controls.h"
 
 namespace velk {
 
 namespace {
 
+bool hasPlace(const Control* control) {
+  return dynamic_cast<const Menu*>(control) == nullptr &&
+         dynamic_cast<const CommonDialog*>(control) == nullptr;
+}
+
 // Controls of a row differ in height, so that only their middles are level.
 void add(std::vector<Control*>& order, const Form& form, const Control* container) {
   std::vector<Control*> inside(form.controls().begin(), form.controls().end());
-  std::erase_if(inside, [&](const Control* c) { return c->container() != container; });
+  std::erase_if(inside,
+                [&](const Control* c) { return c->container() != container || !hasPlace(c); });
   std::ranges::stable_sort(inside, {}, [](const Control* control) {
     const Bounds at = control->bounds();
     return std::pair(at.top + at.height / 2, at.left);

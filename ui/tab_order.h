@@ -7,7 +7,8 @@
 
 namespace velk {
 
-/// The controls as they stand on the screen, row by row; those of a frame follow it.
+/// The controls as they stand on the screen, row by row; those of a frame follow it. Menus
+/// and dialogs have no place and are not among them.
 std::vector<Control*> orderOnScreen(const Form& form);
 
 }  // namespace velk

@@ -72,7 +72,7 @@ class BagObject final : public NamedMembers {
       return firstProperty + static_cast<DISPID>(*property);
     }
     for (const OtherMember& other : otherMembers) {
-      const bool isHere = control_ != nullptr ? other.ofControl : other.ofForm;
+      const bool isHere = control_ != nullptr ? other.ofControl && isPlaced(*form) : other.ofForm;
       if (!isHere || !equalsIgnoringCase(other.name, name)) continue;
       return firstOther + static_cast<DISPID>(&other - otherMembers);
     }
@@ -102,6 +102,11 @@ class BagObject final : public NamedMembers {
     return other && *other <= lastMethod;
   }
   void call(DISPID member, std::span<const Value> arguments) override;
+  /// False for a menu or a dialog.
+  bool isPlaced(const Form& form) const {
+    const auto order = form.tabOrder();
+    return std::ranges::find(order, control_) != order.end();
+  }
   static Variant other(Form& form, Control* control, Other member);
   void move(Form& form, std::span<const Value> arguments);
 

@@ -164,6 +164,7 @@ TEST_CASE("windows: a host's hook arranges a screen as forms of the platform are
     CHECK(errorOf([&] { call(form.Get(), none); }) == 438);
   }
   CHECK(errorOf([&] { call(close.Get(), "Hide"); }) == 438);
+  CHECK(errorOf([&] { read(memberObject(form.Get(), "subclr").Get(), "TabIndex"); }) == 438);
   CHECK(errorOf([&] { read(memberObject(close.Get(), "Font").Get(), "Weight"); }) == 438);
 }
 
