@@ -5,6 +5,7 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
+#include "base/numbers.h"
 
 namespace velk {
 
@@ -33,6 +34,7 @@ const std::string acceptHelp =
 const std::string reportHelp =
     "write the report as a page to be printed, signed and kept; a\n"
     "file of that name is never replaced";
+const std::string fromLineHelp = "import only the records from line N of the file on";
 const std::string exportHelp =
     "write all salesmen to an .xls workbook, with drop-down lists of\n"
     "their DS types; a workbook of that name is replaced";
@@ -142,6 +144,7 @@ class CommandLine {
     addText({import, exporting}, "--database", "STRING", arguments_.database, databaseHelp);
     addMap({import, preview});
     addAccept({import, preview});
+    addFromLine({import, preview});
     addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
     addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
@@ -183,6 +186,19 @@ class CommandLine {
     for (CLI::App* const command : commands) {
       // Otherwise the library would take "--dry-run=false", and post.
       command->add_flag(name, to, what)->disable_flag_override();
+    }
+  }
+
+  void addFromLine(Apps commands) {
+    const auto take = [this](const std::string& text) {
+      const auto line = exactNumber<std::size_t>(text);
+      if (!line || *line == 0) {
+        throw UsageError("--from-line takes the number of a line, from 1, not \"" + text + "\"");
+      }
+      arguments_.fromLine = *line;
+    };
+    for (CLI::App* const command : commands) {
+      command->add_option_function<std::string>("--from-line", take, fromLineHelp)->type_name("N");
     }
   }
 

@@ -30,6 +30,7 @@ struct Arguments {
   std::optional<std::string> rejects;
   std::optional<std::string> report;
   std::optional<std::string> appFolder;
+  std::size_t fromLine = 1;  ///< of the file, from which on records are imported
   bool dryRun = false;
   bool json = false;
 };

@@ -18,7 +18,7 @@ constexpr std::string_view lineEnd = "\r\n";
 
 // Lines count by line feeds, as in an editor, while only a pair of carriage return and line feed
 // ends a record: one with bare line feeds takes several lines.
-CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
+CsvRecords::CsvRecords(std::string bytes, std::size_t fromLine) : bytes_(std::move(bytes)) {
   std::size_t line = 1;
   for (std::size_t start = 0; start < bytes_.size();) {
     const std::size_t end = std::min(bytes_.find(lineEnd, start), bytes_.size());
@@ -26,7 +26,7 @@ CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
     // The first line is the header even if it is empty; any other empty line is no record.
     if (start == 0) {
       header_ = place;
-    } else if (place.length != 0) {
+    } else if (place.length != 0 && line >= fromLine) {
       records_.push_back(place);
     }
     const std::size_t next = std::min(end + lineEnd.size(), bytes_.size());

@@ -11,7 +11,8 @@ namespace velk {
 
 class CsvRecords final : public InputRecords {
  public:
-  explicit CsvRecords(std::string bytes);
+  /// Records that begin before line `fromLine` are left out.
+  explicit CsvRecords(std::string bytes, std::size_t fromLine = 1);
 
   const std::string& bytes() const { return bytes_; }
   std::string_view header() const { return bytesOf(header_); }

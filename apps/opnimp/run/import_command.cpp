@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <numeric>
 #include <optional>
 #include <stdexcept>
 
@@ -21,6 +22,7 @@
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
+#include "apps/opnimp/run/shadow_file.h"
 #include "apps/opnimp/warnings/find_warnings.h"
 #include "base/errors.h"
 
@@ -145,21 +147,47 @@ class ImportCommand {
     // Declared before the session, so that the screen is gone when the transaction is taken back.
     std::optional<DryRun> dryRun;
     if (arguments().dryRun) dryRun.emplace(database_);
-    ScreenSession session(recorder_,
-                          {folder_, surroundings_.clock, messages(), !arguments().dryRun});
-    result_.errorLog = session.errorLogPath();
     try {
-      ImportScreen& screen = session.open(kind(), recorded(recorder_, database_.connection));
-      view(session, screen);
-      import(session, screen);
+      std::size_t first = 0;
+      do first = driveScreen(first);
+      while (result_.brokeOff.empty() && !wasRefused() && first < result_.input->count());
     } catch (const Refused& refused) {
-      result_.refusal = refused.what();
+      // What earlier screens posted is posted.
+      (report_.begun() == 0 ? result_.refusal : result_.brokeOff) = refused.what();
     } catch (const RunEnded& ended) {
       brokeOff(ended);
     }
     tellOfLog();
     // A run that was refused early has no warnings yet, although they may explain the refusal.
     if (!began_ && result_.warnings.empty()) findWarningsNow();
+  }
+
+  /// Imports as many records from `first` on as a screen takes, and answers which is the next.
+  std::size_t driveScreen(std::size_t first) {
+    const std::size_t end =
+        first + std::min(result_.input->count() - first, kind().largestRecordCount);
+    std::optional<ShadowFile> part = partOf(first, end);
+    ScreenSession session(recorder_, {folder_, surroundings_.clock, messages(), !arguments().dryRun,
+                                      part ? &*part : nullptr});
+    result_.errorLog = session.errorLogPath();
+    recorder_.beginPart(first);
+    report_.beginPart(first);
+    ImportScreen& screen = session.open(kind(), recorded(recorder_, database_.connection));
+    screen.run().setRecordsBefore(first);
+    view(session, screen);
+    import(session, screen, first, end);
+    return end;
+  }
+
+  /// What the screen is to find in the file; empty for all that the file itself holds, so that the
+  /// runner's own reading is checked against the screen's.
+  std::optional<ShadowFile> partOf(std::size_t first, std::size_t end) const {
+    if (first == 0 && end == result_.input->count() && arguments().fromLine == 1) return {};
+    std::vector<std::size_t> records(end - first);
+    std::iota(records.begin(), records.end(), first);
+    std::optional<ShadowFile> part(arguments().file);
+    result_.input->write(*part, arguments().file, records);
+    return part;
   }
 
   /// Of a foreseen import only what the screen says of the file is shown.
@@ -181,18 +209,19 @@ class ImportCommand {
 
   /// The screen's messages may name the log, which a dry run does not write.
   void tellOfLog() {
-    if (!arguments().dryRun || recorder_.lines().empty() || recorder_.shown().empty()) return;
+    if (!arguments().dryRun || foresight_ != nullptr) return;
+    if (recorder_.lines().empty() || recorder_.shown().empty()) return;
     progress_.erase();
     streams_.err << "opnimp: a dry run writes no error log; the report has what would be in it.\n";
   }
 
-  void import(ScreenSession& session, const ImportScreen& screen) {
-    // Both are read now, because the import empties the screen.
-    result_.mapping = readMapping(screen);
-    screenRecords_ = screen.RecordCount();
-    findWarningsNow();
-    requireRecords();
-    requireAccepted();
+  /// Records from `first` to before `end`.
+  void import(ScreenSession& session, const ImportScreen& screen, std::size_t first,
+              std::size_t end) {
+    // Read now, because the import empties the screen.
+    viewedRecords_ += screen.RecordCount();
+    if (end == result_.input->count()) screenRecords_ = viewedRecords_;
+    if (first == 0) prepareRun(readMapping(screen), end);
     endIfInterrupted();
     began_ = true;
     // What the screen said of View and of --map is no answer to Import.
@@ -205,7 +234,31 @@ class ImportCommand {
     } else if (event != EventResult::Handled) {
       result_.brokeOff = "the screen did not take the Import button";
     } else if (!report_.ended() && !wasRefused()) {
-      result_.brokeOff = "the import did not say how it ended";
+      const auto& refusal = report_.refusal();
+      result_.brokeOff = refusal ? refusal->text : "the import did not say how it ended";
+    }
+  }
+
+  /// All that can be known of the file's records before the first screen imports, with `end` as its
+  /// last one.
+  void prepareRun(std::vector<FieldMapping> mapping, std::size_t end) {
+    result_.mapping = std::move(mapping);
+    findWarningsNow();
+    requireRecords();
+    requireAccepted();
+    // Each screen looks at its own records only, when those before are posted.
+    if (end < result_.input->count()) requireValues();
+  }
+
+  void requireValues() const {
+    const std::size_t width = mappedWidth(result_.mapping);
+    for (std::size_t record = 0; record < result_.input->count(); ++record) {
+      const auto fields = result_.input->fields(record, width);
+      for (const std::size_t field : kind().mandatory) {
+        if (!result_.mapping.at(field).column) continue;
+        if (!mappedCell(fields, result_.mapping, field).empty()) continue;
+        throw Refused(valueMissingText(result_.mapping.at(field).field, *result_.input, record));
+      }
     }
   }
 
@@ -324,9 +377,10 @@ class ImportCommand {
   Progress progress_;
   Recorder recorder_;
   ImportReport report_;
-  std::optional<long long> screenRecords_;
-  const Foresight* foresight_ = nullptr;  ///< of a preview
-  bool began_ = false;                    ///< whether anything may have been posted
+  long long viewedRecords_ = 0;             ///< as the screens counted so far
+  std::optional<long long> screenRecords_;  ///< as they counted when all had viewed theirs
+  const Foresight* foresight_ = nullptr;    ///< of a preview
+  bool began_ = false;                      ///< whether anything may have been posted
 };
 
 }  // namespace

@@ -73,10 +73,19 @@ void checkWrites(const Writes& writes, const DatabaseChoice& database, const std
 
 std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
   NativeFileSystem files;
+  const bool isWorkbook = arguments.kind->format == FileFormat::Workbook;
+  if (isWorkbook && arguments.fromLine > 1) {
+    throw UsageError("--from-line is of comma-separated files; a workbook is imported as a whole");
+  }
   try {
-    if (arguments.kind->format == FileFormat::Workbook)
-      return std::make_unique<WorkbookRecords>(files, arguments.file);
-    return std::make_unique<CsvRecords>(readBytes(files, arguments.file));
+    if (isWorkbook) return std::make_unique<WorkbookRecords>(files, arguments.file);
+    auto records =
+        std::make_unique<CsvRecords>(readBytes(files, arguments.file), arguments.fromLine);
+    if (arguments.fromLine > 1 && records->count() == 0) {
+      throw UsageError("--from-line: no record of " + arguments.file + " begins at line " +
+                       grouped(arguments.fromLine) + " or behind it");
+    }
+    return records;
   } catch (const RuntimeError& error) {
     // Reading raises this error for the length only; memory that runs out is std::bad_alloc.
     const bool tooLong = error.is(ErrorNumber::OutOfMemory);

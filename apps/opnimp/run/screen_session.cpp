@@ -10,6 +10,7 @@ namespace velk {
 // The code page is the same on every machine, so that a file means the same everywhere.
 ScreenSession::ScreenSession(Recorder& recorder, const SessionSetup& setup)
     : recorder_(recorder),
+      files_(setup.files == nullptr ? machineFiles_ : *setup.files),
       desktop_(setup.applicationFolder, setup.clock, recorder.messages(setup.showMessage)),
       messages_(recorder.messages(setup.showMessage)),
       platform_{files_,

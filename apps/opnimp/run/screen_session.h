@@ -19,7 +19,8 @@ struct SessionSetup {
   std::string applicationFolder;  ///< without a separator at its end
   std::function<Date()> clock;
   MessageHandler showMessage;
-  bool logToFile = true;  ///< false: the error log stays in memory
+  bool logToFile = true;        ///< false: the error log stays in memory
+  FileSystem* files = nullptr;  ///< that outlive the session; null: the machine's own
 };
 
 class ScreenSession {
@@ -45,7 +46,8 @@ class ScreenSession {
 
  private:
   Recorder& recorder_;
-  NativeFileSystem files_;
+  NativeFileSystem machineFiles_;
+  FileSystem& files_;
   HeadlessDesktop desktop_;
   HeadlessShell shell_;
   MessageHandler messages_;

@@ -33,7 +33,8 @@ constexpr WarningText texts[] = {
      "A byte that windows-1252 does not define is kept as a control character. The file may be in "
      "another code page."},
     {"no-records", note, "The file has no records behind its first line."},
-    {"too-many-records", note, "More records than can be imported in one go. Split the file."},
+    {"too-many-records", note,
+     "More records than a screen takes: they are imported in several runs, one after the other."},
     {"semicolon-separated", note,
      "The titles are separated by semicolons; only commas separate. Save the file with commas."},
     {"tab-separated", note,
