@@ -61,11 +61,30 @@ void ImportScreen::mapIfNamed(std::size_t fileColumn) {
   }
 }
 
+void ImportScreen::select(std::optional<std::size_t> fileColumn) {
+  selectedColumn_ = fileColumn;
+  lv.chooseColumn(fileColumn);
+  tellNextStep();
+}
+
+void ImportScreen::tellNextStep() {
+  constexpr struct {
+    std::string_view preview, mapping;
+  } viewFirst{"Browse for a file and press View.", "Browse for a file and press View."},
+      choose{"Click the title of a column, then the title of its field in the list below.",
+             "To map a field, first click the title of a column in the list above. To unmap a "
+             "field, right-click it."},
+      map{"Now click the title of the field in the list below.",
+          "Click the title of the field that the chosen column is for."};
+  const auto& step = lv.columnCount() == 0 ? viewFirst : lv.chosenColumn() ? map : choose;
+  lv.set(Property::ToolTipText, std::string(step.preview));
+  mappingList.set(Property::ToolTipText, std::string(step.mapping));
+}
+
 void ImportScreen::lv_ColumnClick(std::size_t column) {
   trapRoutine("lv_ColumnClick", [&] {
     lv.title(column);  // a header that does not exist selects nothing
-    selectedColumn_ = column;
-    selection_ = Selection::FileColumn;
+    select(column);
   });
 }
 
@@ -75,16 +94,17 @@ void ImportScreen::mappingList_ColumnClick(std::size_t column) {
 
 // One click on a file column serves one field: the next field needs another click.
 void ImportScreen::mapSelectedColumn(std::size_t clicked) {
-  if (nonEmptyLines_) storeRecordCount(*nonEmptyLines_);
-  if (selection_ != Selection::FileColumn) {
+  if (fileRecords_) storeRecordCount(*fileRecords_);
+  if (!selectedColumn_) {
     return refuseMapping(Reason::NoColumnChosen, clicked, rules_.selectFirst);
   }
-  selection_ = Selection::Used;
+  const std::size_t column = *selectedColumn_;
+  select(std::nullopt);
   const std::size_t field = fieldTitled(mappingList.title(clicked));
-  if (fields_[field].needsValues && lv.hasEmptyCell(selectedColumn_)) {
+  if (fields_[field].needsValues && lv.hasEmptyCell(column)) {
     return refuseMapping(Reason::EmptyValues, field, rules_.hasEmptyValue);
   }
-  mapColumn(selectedColumn_, field);
+  mapColumn(column, field);
 }
 
 void ImportScreen::refuseMapping(Reason reason, std::size_t field, std::string_view message) {

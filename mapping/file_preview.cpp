@@ -1,11 +1,14 @@
 // Browse and View: choosing a file and showing it.
 #include <algorithm>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "mapping/csv_table.h"
 #include "mapping/import_screen.h"
+#include "ui/work.h"
 
 namespace velk {
 
@@ -14,9 +17,12 @@ namespace velk {
 void ImportScreen::CmdBrowse_Click() {
   trapRoutine("CmdBrowse_Click", [this] {
     lv.clearColumns();
+    tellNextStep();
     rebuildMappingList(rules_.firstCell.afterBrowse, 0);
     setUpDialog();
-    CommonDialog1.set(Property::FileName, TxtFileName.value());
+    // The path of a file would be a start folder of its own.
+    const bool startsAnywhere = CommonDialog1.text(Property::InitDir).empty();
+    CommonDialog1.set(Property::FileName, startsAnywhere ? TxtFileName.value() : "");
     try {
       CommonDialog1.ShowOpen();
     } catch (const RuntimeError& error) {
@@ -34,6 +40,7 @@ void ImportScreen::CmdBrowse_Click() {
 // another file, and Import stays disabled until this one is shown whole.
 void ImportScreen::cmdview_Click() {
   const WaitCursor wait(desktop());
+  const Work work(*this);
   trapRoutine("cmdview_Click", [this] {
     forgetFile();
     rebuildMappingList(rules_.firstCell.afterBrowse, 0);
@@ -47,16 +54,19 @@ void ImportScreen::forgetFile() {
   cmdImport.setEnabled(false);
   lv.clearRows();
   lv.clearColumns();
-  nonEmptyLines_.reset();
+  fileRecords_.reset();
   recordCount_ = 0;
-  selection_ = Selection::None;
+  select(std::nullopt);
 }
 
 bool ImportScreen::loadPreview() {
   std::vector<RuntimeError> unquoteFailures;
-  const FileTable table =
-      readCsvTable(module_.ReadFileText(TxtFileName.value()),
-                   [&](const RuntimeError& error) { unquoteFailures.push_back(error); });
+  workProgressed(0);
+  std::string text = module_.ReadFileText(TxtFileName.value());
+  workProgressed(0);
+  const FileTable table = readCsvTable(
+      std::move(text), [&](const RuntimeError& error) { unquoteFailures.push_back(error); });
+  workProgressed(table.rows);
   showPreview(table);
   // Only now: a file with too many records may have a million of them.
   for (const RuntimeError& error : unquoteFailures) module_.logTrapped("", error);
@@ -71,10 +81,18 @@ void ImportScreen::showPreview(const FileTable& table) {
   for (std::size_t column = 0; column < table.columns.size(); ++column) {
     lv.setColumn(column, 1, table.columns[column]);
   }
-  nonEmptyLines_ = table.nonEmptyLines;
+  tellNextStep();
   const auto records = static_cast<std::int64_t>(table.rows);
+  fileRecords_ = countOf(table);
   if (records >= rules_.largestRecordCount) refuseTooMany(records);
-  storeRecordCount(table.nonEmptyLines);
+  storeRecordCount(*fileRecords_);
+}
+
+// On the opening screens an empty first line makes the count one too small, and the last record is
+// left out: that is how files without titles have always been read there.
+std::int64_t ImportScreen::countOf(const FileTable& table) const {
+  if (!rules_.countsLines) return static_cast<std::int64_t>(table.rows);
+  return std::max<std::int64_t>(static_cast<std::int64_t>(table.nonEmptyLines) - 1, 0);
 }
 
 // The count is stored in 16 bits on some screens, and imports add 1 to it: one record less than
@@ -89,11 +107,7 @@ void ImportScreen::refuseTooMany(std::int64_t count) {
   throw RuntimeError(ErrorNumber::Overflow);
 }
 
-// `lines` are those that are not empty; the header line is one of them. An empty header line makes
-// the count one too small, and the last record is left out: that is how files without titles have
-// always been read.
-void ImportScreen::storeRecordCount(std::size_t lines) {
-  const std::int64_t count = std::max<std::int64_t>(static_cast<std::int64_t>(lines) - 1, 0);
+void ImportScreen::storeRecordCount(std::int64_t count) {
   if (count > rules_.largestRecordCount) throw RuntimeError(ErrorNumber::Overflow);
   recordCount_ = static_cast<std::int32_t>(count);
 }

@@ -39,23 +39,26 @@ void ImportRun::found(Verdict verdict, const Finding& why, std::string_view line
 }
 
 std::string ImportRun::stop(const RuntimeError& error) {
-  std::string text = stopText(error);
+  // An import reads beyond the list when Browse or a host has emptied it.
+  const bool listChanged = error.is(ErrorNumber::IndexOutOfBounds);
+  std::string text = stopText(listChanged ? "The list has changed since View. Press View again."
+                                          : error.description());
   observer().runStopped(error, text);
   return text;
 }
 
-std::string ImportRun::stopText(const RuntimeError& error) const {
-  if (!anyBegun_) return error.description();
+std::string ImportRun::stopText(std::string_view description) const {
+  if (!anyBegun_) return std::string(description);
   const std::size_t record = recordsBefore_ + currentRow_ - mappingRow;
   const std::string where = currentRow_ == 0 ? "its end" : "record " + std::to_string(record);
-  std::string text = "The import stopped at " + where + ": " + error.description();
+  std::string text = "The import stopped at " + where + ": " + std::string(description);
   while (text.ends_with('.')) text.pop_back();  // the one that follows is enough
   // A dry run posts nothing, and neither does a run that stops at its first record.
   const bool first = currentRow_ == firstDataRow && recordsBefore_ == 0;
   const bool posted = !first && !observer().isDryRun();
-  return text + (posted ? ". Records before it are posted; importing this file again would post "
-                          "them twice."
-                        : ".");
+  text += posted ? ". Records before it are posted" : "";
+  text += posted && repeatsPosting_ ? "; importing this file again would post them twice." : ".";
+  return text;
 }
 
 std::shared_ptr<Recordset> ImportRun::post(Connection& connection, std::string_view procedure,

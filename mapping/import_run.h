@@ -15,6 +15,7 @@
 #include "mapping/import_observer.h"
 #include "shared/Velk_ModOpnImp.h"
 #include "ui/list_view.h"
+#include "ui/work.h"
 
 namespace velk {
 
@@ -23,9 +24,10 @@ class ImportRun {
   static constexpr std::size_t mappingRow = 1;
   static constexpr std::size_t firstDataRow = 2;
 
-  /// `mappingList` outlives the object.
-  ImportRun(Velk_ModOpnImp& module, const ListView& mappingList)
-      : module_(module), mappingList_(mappingList) {}
+  /// `mappingList` outlives the object. `repeatsPosting`: who imports a file again posts its
+  /// records twice.
+  ImportRun(Velk_ModOpnImp& module, const ListView& mappingList, bool repeatsPosting)
+      : module_(module), mappingList_(mappingList), repeatsPosting_(repeatsPosting) {}
 
   /// Null: nobody listens.
   void setObserver(ImportObserver* observer) { observer_ = observer; }
@@ -46,10 +48,13 @@ class ImportRun {
   /// import stopped; one that comes later, in the same run, stopped the import at its end.
   template <class Record>
   void forEachRecord(std::size_t last, Record&& record) {
+    Form& screen = mappingList_.form();
+    const Work work(screen);
     for (std::size_t row = firstDataRow; row <= last; ++row) {
       beginRecord(row);
       record(row);
       observer().recordEnds(posting_);
+      screen.workProgressed(row - mappingRow, last - mappingRow);
     }
     currentRow_ = 0;
   }
@@ -62,6 +67,8 @@ class ImportRun {
   }
   /// An error ended the run. Answers what the user has to be told: where, and what that means.
   std::string stop(const RuntimeError& error);
+  /// The same as the log has it, with the error's own description.
+  std::string stopText(const RuntimeError& error) const { return stopText(error.description()); }
   void end() const { observer().runEnded(); }
   /// The import is over, one way or the other.
   void leaveRows();
@@ -92,11 +99,12 @@ class ImportRun {
   std::string unquoted(std::string_view field);
 
  private:
-  std::string stopText(const RuntimeError& error) const;
+  std::string stopText(std::string_view description) const;
   void beginRecord(std::size_t row);
 
   Velk_ModOpnImp& module_;
   const ListView& mappingList_;
+  const bool repeatsPosting_;
   ImportObserver* observer_ = nullptr;
   std::size_t recordsBefore_ = 0;
   std::size_t currentRow_ = 0;

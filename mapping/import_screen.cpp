@@ -1,5 +1,6 @@
 #include "mapping/import_screen.h"
 
+#include <cmath>
 #include <utility>
 
 #include "base/errors.h"
@@ -31,6 +32,7 @@ ImportScreen::ImportScreen(Velk_ModOpnImp& module, std::string_view name, std::s
   cmdImport.setEnabled(false);
   test.setVisible(false);
   bindEvents();
+  tellNextStep();
 }
 
 void ImportScreen::bindEvents() {
@@ -39,6 +41,7 @@ void ImportScreen::bindEvents() {
   CmdClear.onClick = [this] { CmdClear_Click(); };
   cmdImport.onClick = [this] {
     const WaitCursor wait(desktop());
+    TxtFileName.setFocus();  // a run disables its button, and the focus would go on to Close
     cmdImport_Click();
     run_.leaveRows();
   };
@@ -80,6 +83,17 @@ void ImportScreen::loadNotYetCaption() {
   notYet_ = toText(module_.hostService().caption("Vorel", "Label", "Not Yet"));
 }
 
+namespace {
+
+// Databases keep the 32 bits of a colour signed or not. A number that is wider is no colour.
+std::int32_t toColor(double number) {
+  constexpr double beyond = 4294967296.0;
+  if (number <= -beyond / 2 - 1 || number >= beyond) return 0;
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(std::llrint(number)));
+}
+
+}  // namespace
+
 // The defaults come first, so that a query that fails still leaves a screen to paint.
 void ImportScreen::InitLoadColors() {
   using namespace systemColor;
@@ -88,11 +102,11 @@ void ImportScreen::InitLoadColors() {
   foreColors_ = {buttonText, buttonText, windowText, windowText, windowText, windowText};
   trapRoutine("InitLoadColors", [this] {
     const auto rows = connection().Execute("Select * From ColorSettings");
-    if (rows == nullptr) return;
+    if (rows == nullptr || rows->State() != stateOpen) return;
     // A colour of 0 means "not chosen" to the application, so black cannot be chosen.
     const auto take = [](Value& color, const Value& field) {
       const double number = Velk_ModOpnImp::ValOrZero(std::string(trim(toText(field))));
-      if (number != 0) color = number;
+      if (const std::int32_t chosen = toColor(number); chosen != 0) color = chosen;
     };
     for (std::size_t row = 0; !rows->isEOF(); ++row, rows->MoveNext()) {
       if (row >= backColors_.size()) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
@@ -141,11 +155,16 @@ void ImportScreen::emptyScreen() {
   cmdview.setEnabled(false);
 }
 
+// What the user mends by himself is no failure of the program.
+void ImportScreen::tellStop(const RuntimeError& error) {
+  const bool isFailure = !error.is(ErrorNumber::IndexOutOfBounds);
+  desktop().messageBox(run_.stop(error), isFailure ? styleCritical : styleExclamation);
+}
+
 void ImportScreen::eventFailed(const RuntimeError& error) noexcept {
   try {
-    const std::string text = run_.stop(error);
-    module_.LogError(text, std::to_string(error.number()));
-    desktop().messageBox(text, styleCritical);
+    module_.LogError(run_.stopText(error), std::to_string(error.number()));
+    tellStop(error);
   } catch (...) {
     // There is no way left to tell the user, and the host has to live on.
   }

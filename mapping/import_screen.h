@@ -82,6 +82,9 @@ class ImportScreen : public Form {
     return run_.trap(name() + " : " + std::string(routine) + " - ", body);
   }
 
+  /// The run is stopped by an error, and the user told.
+  void tellStop(const RuntimeError& error);
+
   /// Shows a file's titles and records in place of what is shown, and keeps their count. Error 6,
   /// which the user is told the reason of, when there are more than can be imported.
   void showPreview(const FileTable& table);
@@ -131,10 +134,9 @@ class ImportScreen : public Form {
   void forgetFile();
 
  private:
-  enum class Selection { None, Used, FileColumn };
-
   void bindEvents();
-  void storeRecordCount(std::size_t lines);
+  std::int64_t countOf(const FileTable& table) const;
+  void storeRecordCount(std::int64_t count);
   /// Removes all rows of the mapping list and adds the mapping row and `dataRows` empty rows.
   void rebuildMappingList(bool notYetInFirstCell, std::size_t dataRows);
   /// Shows a file column's values under a field, and its title in bold in the mapping row.
@@ -145,6 +147,9 @@ class ImportScreen : public Form {
   std::string nameOf(std::size_t fileColumn) const;
   void writeNotYet(std::size_t field);
   std::size_t fieldTitled(std::string_view title) const;
+  void select(std::optional<std::size_t> fileColumn);
+  /// Says in the lists' tooltips what to click next.
+  void tellNextStep();
   void mapSelectedColumn(std::size_t clicked);
   void refuseMapping(Reason reason, std::size_t field, std::string_view message);
   void refuseTooMany(std::int64_t count);
@@ -158,12 +163,11 @@ class ImportScreen : public Form {
   std::array<Value, 6> backColors_;
   std::array<Value, 6> foreColors_;
 
-  std::optional<std::size_t> nonEmptyLines_;  // of the file viewed; empty before View
-  std::size_t selectedColumn_ = 0;
-  Selection selection_ = Selection::None;
+  std::optional<std::int64_t> fileRecords_;    // of the file viewed; empty before View
+  std::optional<std::size_t> selectedColumn_;  // of the file; empty when it was used
   std::optional<std::size_t> targetColumn_;
   std::int32_t recordCount_ = 0;
-  ImportRun run_{module_, mappingList};
+  ImportRun run_{module_, mappingList, rules_.repeatsPosting};
 };
 
 }  // namespace velk

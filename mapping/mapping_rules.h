@@ -35,6 +35,11 @@ struct MappingRules {
   std::string_view furtherCellSuffix;
   /// Record counts are counted in 32 bits and stored in this range; beyond it they overflow.
   std::int32_t largestRecordCount = std::numeric_limits<std::int32_t>::max();
+  /// The count is that of the file's lines that are not empty, without one for the titles, also
+  /// when the titles' own line is empty; else that of the rows.
+  bool countsLines = false;
+  /// Who imports a file again posts its records twice.
+  bool repeatsPosting = false;
 };
 
 }  // namespace velk

@@ -62,7 +62,9 @@ constexpr MappingRules openingRules(std::string_view selectFirst, std::string_vi
           .translatesTitles = true,
           .firstCell = {.afterBrowse = false, .afterAutomaticMapping = false},
           .furtherCellSuffix = "",
-          .largestRecordCount = std::numeric_limits<std::int16_t>::max()};
+          .largestRecordCount = std::numeric_limits<std::int16_t>::max(),
+          .countsLines = true,
+          .repeatsPosting = true};
 }
 
 }  // namespace velk

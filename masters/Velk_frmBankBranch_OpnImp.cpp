@@ -19,6 +19,8 @@ constexpr std::array<TargetField, 4> bankBranchFields{{
 }};
 
 constexpr int vendorWidth = 1245;
+// "Contact Person" has to fit this width, in bold letters, too.
+constexpr double vendorFontSize = 7.5;
 constexpr std::array<TargetField, 10> vendorFields{{
     {"Vendor Code", vendorWidth, "vendor code", true, true},
     {"Vendor Name", vendorWidth, "vendor name", true, true},
@@ -46,6 +48,7 @@ constexpr std::array<TargetField, 6> salesmanFields{{
 struct MasterType {
   std::string_view name;
   std::span<const TargetField> fields;
+  double fontSize;  ///< of the mapping list, in points
   std::string_view dialogTitle;
   std::string_view dialogFilter;
   bool startsInApplicationFolder;
@@ -53,9 +56,9 @@ struct MasterType {
 
 // The two filters differ in one letter, as the dialogs always have.
 constexpr std::array<MasterType, 3> types{{
-    {"Bank & Branch", bankBranchFields, "BankBranch Import", "csv Files (*.csv)|*.csv", false},
-    {"Vendor", vendorFields, "Vendor Import", "csv files (*.csv)|*.csv", false},
-    {"Salesman", salesmanFields, "Salesman Import", workbookFilter, true},
+    {"Bank & Branch", bankBranchFields, 9, "BankBranch Import", "csv Files (*.csv)|*.csv", false},
+    {"Vendor", vendorFields, vendorFontSize, "Vendor Import", "csv files (*.csv)|*.csv", false},
+    {"Salesman", salesmanFields, 9, "Salesman Import", workbookFilter, true},
 }};
 
 std::vector<std::string> typeNames() {
@@ -104,6 +107,7 @@ void Velk_frmBankBranch_OpnImp::Form_Load() {
 void Velk_frmBankBranch_OpnImp::initListView() {
   const MasterType& data = dataOf(type());
   set(Property::Caption, "Import - " + std::string(data.name));
+  mappingList.set(Property::FontSize, data.fontSize);
   setFields(data.fields);
 }
 

@@ -19,7 +19,7 @@ bool FileImport::run() {
     screen_.module().hostService().messageBox("Import Successfull", styleInformation);
     run.end();
   } catch (const RuntimeError& error) {
-    screen_.desktop().messageBox(run.stop(error), styleCritical);
+    screen_.tellStop(error);
   }
   return completed;
 }

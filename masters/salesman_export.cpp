@@ -5,6 +5,7 @@
 
 #include "base/errors.h"
 #include "masters/salesman_workbook.h"
+#include "ui/work.h"
 
 namespace velk {
 
@@ -124,14 +125,17 @@ bool SalesmanExport::ExportToExcel(std::string_view fileName) {
 }
 
 void SalesmanExport::writeWorkbook(std::string_view fileName) {
+  const Work work(screen_);
   Connection& connection = screen_.connection();
   const auto spreadsheet = screen_.module().platform().createSpreadsheet();
   const auto sheet = spreadsheet->add();
   writeSalesmanCaptions(*sheet);
   writePickList(*sheet, dsTypeList, valuesOf(connection, dsTypesQuery));
   writePickList(*sheet, handheldList, valuesOf(connection, handheldsQuery));
-  forEachRow(connection, salesmenQuery,
-             [&](int row, const Recordset& record) { writeSalesman(*sheet, row, record); });
+  forEachRow(connection, salesmenQuery, [&](int row, const Recordset& record) {
+    writeSalesman(*sheet, row, record);
+    screen_.workProgressed(static_cast<std::size_t>(row) - 1);  // the first is row 2
+  });
   sheet->autoFit(salesmanColumn::Name, salesmanColumn::ExistingDSType);
   sheet->saveAs(fileName);
   madeFile_ = false;

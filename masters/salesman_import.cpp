@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "mapping/text_table.h"
 #include "masters/salesman_workbook.h"
+#include "ui/work.h"
 
 namespace velk {
 
@@ -93,10 +94,12 @@ std::optional<FileTable> SalesmanImport::readWorkbook(std::string_view fileName)
   const auto sheet = spreadsheet->open(fileName);
   if (!hasSalesmanCaptions(*sheet)) return std::nullopt;
   TextTable cells(importedSalesmanColumns.size());
+  const Work work(screen_);
   for (int row = 2; row <= maxSheetRows && !endsData(*sheet, row); ++row) {
     for (const int column : importedSalesmanColumns) {
       cells.add(module_.UnquoteField(trimmedCell(*sheet, row, column)));
     }
+    screen_.workProgressed(cells.rows());
   }
   FileTable table;
   for (const int column : importedSalesmanColumns) table.titles.emplace_back(captionOf(column));
@@ -108,9 +111,21 @@ std::optional<FileTable> SalesmanImport::readWorkbook(std::string_view fileName)
 
 // The records
 
+// The run counts as completed even when its summary cannot be shown: the salesmen are saved.
+bool SalesmanImport::ImportSalesmanMaster() {
+  bool completed = false;
+  try {
+    importAll(completed);
+  } catch (const RuntimeError& error) {
+    module_.logTrapped(screen_.name() + " : ImportSalesmanMaster - ", error);
+    screen_.tellStop(error);
+  }
+  return completed;
+}
+
 // The list's own rows are imported, not the record count: the two agree unless a host changed the
 // list.
-bool SalesmanImport::ImportSalesmanMaster() {
+void SalesmanImport::importAll(bool& completed) {
   dsTypes_.reset();
   ImportRun& run = screen_.run();
   const ListView& list = screen_.mappingList;
@@ -118,20 +133,19 @@ bool SalesmanImport::ImportSalesmanMaster() {
   if (run.firstEmptyCell(salesmanField::Name, last)) {
     constexpr std::string_view message = "Salesman Name  Not Mapped";  // with two blanks
     module_.hostService().messageBox(message, styleInformation);
-    run.refuse({Reason::ValueMissing, salesmanField::Name, {}}, message);
-    return false;
+    return run.refuse({Reason::ValueMissing, salesmanField::Name, {}}, message);
   }
   captions_ = {list.title(salesmanField::DSType), list.title(salesmanField::HandHeldDS)};
   std::int32_t processed = 0;
   std::int32_t unprocessed = 0;
   run.forEachRecord(last,
                     [&](std::size_t row) { ++(postSalesman(row) ? processed : unprocessed); });
+  completed = true;
   std::string summary = "Salesman Imported.\r\nProcessed : " + std::to_string(processed) +
                         "\r\nUnProcessed : " + std::to_string(unprocessed) + "\r\n";
   if (unprocessed > 0) summary += " Please check the error log.";
   module_.hostService().messageBox(summary, styleInformation);
   run.end();
-  return true;
 }
 
 // False: the record was refused. Values lose their quotes here although the view took them off

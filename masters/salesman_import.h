@@ -38,6 +38,7 @@ class SalesmanImport {
  private:
   std::optional<FileTable> readWorkbook(std::string_view fileName);
   bool refuseWorkbook(Reason reason, std::string_view message);
+  void importAll(bool& completed);
   bool postSalesman(std::size_t row);
   std::optional<Finding> refusal(std::string_view salesman, const std::string& dsType,
                                  std::string_view cell);

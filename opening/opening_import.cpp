@@ -14,6 +14,8 @@ namespace {
 
 enum Field : std::size_t { Code = 0, Reference = 2, DocDate = 3, BillAmount = 4, Balance = 5 };
 
+constexpr std::string_view invalidDate = "Invalid Date(";
+
 std::string joined(std::string_view a, std::string_view b) {
   return std::string(a).append(b);
 }
@@ -80,8 +82,8 @@ void OpeningImport::importRecord(std::size_t row) {
   const std::optional<Date> date = documentDate(row, note.code);
   if (!date) return;
   note.date = *date;
-  note.bill = leadingNumber(cell(BillAmount));
-  note.balance = leadingNumber(cell(Balance));
+  note.bill = amount(row, BillAmount, note.code);
+  note.balance = amount(row, Balance, note.code);
   if (std::abs(note.bill) < std::abs(note.balance)) {
     // A warning only: the document is posted all the same, and the user finds it by the log.
     const Finding why{Reason::BalanceAboveBill, Balance, std::string(cell(Balance))};
@@ -94,6 +96,26 @@ void OpeningImport::importRecord(std::size_t row) {
   post(note);
 }
 
+// What ends a run is named, so that the user finds it in the file.
+void OpeningImport::stop(ErrorNumber number, std::string_view what, std::string_view text,
+                         std::string_view code) const {
+  throw RuntimeError(number, RuntimeError(number).description() + ": " + ofParty(what, text, code));
+}
+
+double OpeningImport::amount(std::size_t row, std::size_t field, std::string_view code) const {
+  const std::string_view text = screen_.mappingList.cell(row, field);
+  try {
+    return leadingNumber(text);
+  } catch (const RuntimeError&) {  // it is beyond the range of numbers
+    stop(ErrorNumber::Overflow, joined(screen_.fields()[field].title, "("), text, code);
+  }
+}
+
+std::string OpeningImport::ofParty(std::string_view what, std::string_view text,
+                                   std::string_view code) const {
+  return joined(what, text).append(kind_.forParty).append(code);
+}
+
 // Empty if the record was refused for its date. Vendors' dates have no refusal: one that cannot be
 // read ends the run, and what comes before it stays posted.
 std::optional<Date> OpeningImport::documentDate(std::size_t row, std::string_view code) {
@@ -101,7 +123,7 @@ std::optional<Date> OpeningImport::documentDate(std::size_t row, std::string_vie
   if (text.empty()) return Date{transDate_.days - 1};
   const std::optional<DateReading> reading = readDate(text, currentYear_);
   if (!reading) {
-    if (kind_.invalidDate.empty()) throw RuntimeError(ErrorNumber::TypeMismatch);
+    if (kind_.badDateEndsRun) stop(ErrorNumber::TypeMismatch, invalidDate, text, code);
     tell(Verdict::Refused, {Reason::DateUnreadable, DocDate, std::string(text)}, code);
     return std::nullopt;
   }
@@ -145,7 +167,7 @@ std::string OpeningImport::logLine(const Finding& why, std::string_view code) co
     case Reason::UnknownParty:
       return joined(kind_.unknownParty, code);
     case Reason::DateUnreadable:
-      return joined(kind_.invalidDate, why.text).append(kind_.forParty).append(code);
+      return ofParty(invalidDate, why.text, code);
     case Reason::DateTooLate:
       return "You cannot import for the date greater than 1st Transaction Date(" +
              formatDayFirst(transDate_) + joined(kind_.forParty, code);

@@ -6,11 +6,10 @@
 namespace velk {
 
 struct OpeningImportKind {
-  std::string_view idNotMapped;   ///< refusal of the run: a record without a code
-  std::string_view existsQuery;   ///< up to the code; the closing quote follows it
-  std::string_view unknownParty;  ///< log line, the code follows
-  /// Log line, the cell's text follows. Empty: a date that can't be read ends the run, as error 13.
-  std::string_view invalidDate;
+  std::string_view idNotMapped;     ///< refusal of the run: a record without a code
+  std::string_view existsQuery;     ///< up to the code; the closing quote follows it
+  std::string_view unknownParty;    ///< log line, the code follows
+  bool badDateEndsRun = false;      ///< a date that can't be read is error 13, not a refused record
   std::string_view forParty;        ///< end of log lines about a date, the code follows
   std::string_view balanceTooBig;   ///< log line, the code follows
   std::string_view debitNote;       ///< procedure for a bill amount above 0
@@ -28,7 +27,7 @@ inline constexpr OpeningImportKind customerOpening{
     .idNotMapped = "Customer Id is Mandatory.Its not been Mapped",
     .existsQuery = "select count(*) from Customer where CustomerID=N'",
     .unknownParty = "Customer does not exist for code - ",
-    .invalidDate = "Invalid Date(",
+    .badDateEndsRun = false,
     .forParty = ") for Customer - ",
     .balanceTooBig = "Balance is greater than BillAmount for Customer - ",
     .debitNote = "sp_insert_CustDebitNote",
@@ -45,7 +44,7 @@ inline constexpr OpeningImportKind vendorOpening{
     .idNotMapped = "Vendor Id is Mandatory.Its not been Mapped",
     .existsQuery = "select count(*) from Vendors where VendorID='",  // no N before the quote here
     .unknownParty = "Vendor does not exist for code - ",
-    .invalidDate = "",
+    .badDateEndsRun = true,
     .forParty = ") for Vendor - ",
     .balanceTooBig = "Balance is greater than BillAmount for Vendor - ",
     .debitNote = "sp_insert_VendorDebitNote",

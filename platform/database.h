@@ -97,7 +97,11 @@ class Connection {
   /// Everything the driver said about the last failure, first record first; empty where the library
   /// underneath keeps none.
   virtual std::vector<Diagnostic> diagnostics() const { return {}; }
-  /// True once the connection is known to be gone: a call may or may not have taken effect.
+  /// Whether the procedure call that failed last is known to have changed nothing. Where it is not,
+  /// the call may have taken effect, in whole or in part, whatever error it raised.
+  virtual bool changedNothing() const { return false; }
+  /// True once the connection is gone, or given up because nobody knows any more where it stands: a
+  /// call may or may not have taken effect, and nothing more can be asked.
   virtual bool isLost() const { return false; }
 };
 

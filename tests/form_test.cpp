@@ -20,6 +20,10 @@ struct TestForm : Form {
     CHECK(go.userClick() == EventResult::Dropped);
   }
   void Form_KeyDown(std::int16_t key, std::int16_t) override { keys += key; }
+  void Form_Resize() override {
+    ++resizes;
+    set(Property::Width, 100);
+  }
   using Form::acceptEvents;
 
   Frame box{*this, "box", {}, "box"};
@@ -29,6 +33,7 @@ struct TestForm : Form {
   ComboBox combo{*this, nullptr, "combo", {}, {"first", "second"}};
   int clicks = 0;
   int keys = 0;
+  int resizes = 0;
   Texts failures;
 };
 
@@ -124,6 +129,27 @@ TEST_CASE("closing from a handler waits for its end, and the form lives until th
   CHECK(form.other.userClick() == EventResult::Failed);
   CHECK(opened.shell.open().empty());
   CHECK(watch.expired());
+}
+
+TEST_CASE("code that changes the size or the state raises the event, once and in its time") {
+  HeadlessShell shell;
+  const auto form = std::make_shared<TestForm>(shell);
+  form->show();
+  form->set(Property::Height, 7);  // by a host, while the form is set up
+  CHECK(form->resizes == 0);
+  form->acceptEvents();
+  CHECK(form->resizes == 1);
+  form->set(Property::Left, 9);
+  CHECK(form->resizes == 1);
+  form->set(Property::Width, 50);
+  CHECK(form->resizes == 2);
+  CHECK(form->number(Property::Width) == 100);
+  form->other.onClick = [&] {
+    form->set(Property::WindowState, 2);
+    CHECK(form->resizes == 2);
+  };
+  form->other.userClick();
+  CHECK(form->resizes == 3);
 }
 
 TEST_CASE("observers hear what code changed, once, and no echo of the user") {

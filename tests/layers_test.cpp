@@ -23,7 +23,7 @@ const std::map<std::string, Names> foreignHeaders{
     {"platform/odbc", {"sql", "windows.h"}},
     {"platform/windows",
      {"windows.h", "ole2.h", "olectl.h", "ocidl.h", "cderr.h", "commdlg.h", "shellapi.h",
-      "wrl/client.h", "xmmintrin.h", "ado_com.h", "host_service_com.h"}},
+      "shobjidl.h", "wrl/client.h", "xmmintrin.h", "ado_com.h", "host_service_com.h"}},
     {"platform/windows/forms", {"windows.h", "commctrl.h"}},
     {"mapping", {"emmintrin.h"}},
     {"component/com",

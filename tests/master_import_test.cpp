@@ -180,8 +180,8 @@ TEST_CASE("an unexpected error is shown, not logged, and says where the run stop
   };
   CHECK(run.import() == EventResult::Handled);
   CHECK(run.world.messages ==
-        Texts{"box 16: The import stopped at record 2: Index out of bounds. Records before it are "
-              "posted; importing this file again would post them twice."});
+        Texts{"box 48: The import stopped at record 2: The list has changed since View. Press "
+              "View again. Records before it are posted."});
   CHECK(run.world.log().empty());
   CHECK(run.screen->cmdImport.enabled());
   CHECK(run.screen->currentRow() == 0);

@@ -189,17 +189,24 @@ TEST_CASE_FIXTURE(EveryEngine, "odbc: one text with other parameters from call t
   CHECK(name() == "");
 }
 
-TEST_CASE_FIXTURE(EveryEngine, "odbc: a transaction that is taken back") {
+TEST_CASE_FIXTURE(EveryEngine, "odbc: a transaction that is taken back, or kept") {
   insertCode("before");
   connection->rollback();  // without one: nothing
   connection->beginTransaction();
   CHECK(errorOf([&] { connection->beginTransaction(); }) == code(Errors::InvalidProcedureCall));
   insertCode("inside");
   CHECK(rows() == "2");
+  CHECK(connection->isInTransaction());
   connection->rollback();
+  CHECK_FALSE(connection->isInTransaction());
   CHECK(rows() == "1");
   insertCode("after");
-  CHECK(rows() == "2");
+  connection->commit();  // without one: nothing
+  connection->beginTransaction();
+  insertCode("kept");
+  connection->commit();
+  connection->rollback();
+  CHECK(rows() == "3");
 }
 
 TEST_CASE_FIXTURE(EveryEngine, "odbc: a command outlives the caller's connection") {

@@ -191,6 +191,7 @@ TEST_CASE_FIXTURE(ProcedureTable, "embedded: procedures are steps in a table") {
 TEST_CASE_FIXTURE(ProcedureTable, "embedded: a refused step takes the steps before it along") {
   for (int i = 0; i < 2; ++i) {
     CHECK(errorOf([&] { call("sp_two", {"1", Null{}}); }) == code(Errors::IntegrityViolation));
+    CHECK(connection->changedNothing());
     CHECK(rows() == "none");
   }
   connection->beginTransaction();
@@ -201,12 +202,28 @@ TEST_CASE_FIXTURE(ProcedureTable, "embedded: a refused step takes the steps befo
   CHECK(rows() == "1first 2second");
 }
 
+TEST_CASE("embedded: a statement that keeps a part when it fails takes it along, too") {
+  const std::string rows = "INTO u SELECT ? UNION ALL SELECT 1 UNION ALL SELECT 1";
+  for (const auto& [conflict, insert] :
+       {std::pair{"", "INSERT "}, {" ON CONFLICT FAIL", "INSERT "}, {"", "INSERT OR FAIL "}}) {
+    CAPTURE(conflict);
+    CAPTURE(insert);
+    ProcedureTable table;
+    table.connection->Execute(std::string("CREATE TABLE u (a UNIQUE") + conflict + ")");
+    table.add("sp_rows", 1, (insert + rows).c_str(), "1");
+    CHECK(errorOf([&] { table.call("sp_rows", {0}); }) == code(Errors::IntegrityViolation));
+    CHECK(table.connection->changedNothing());
+    CHECK(ask(*table.connection, "SELECT count(*) FROM u") == "0");
+  }
+}
+
 TEST_CASE_FIXTURE(ProcedureTable, "embedded: procedures that cannot be called") {
   const auto refusal = [&](const char* name, std::size_t parameters) -> std::string {
     try {
       call(name, Parameters(parameters, "x"));
     } catch (const RuntimeError& error) {
       CHECK(error.is(Errors::CommandErrors));
+      CHECK(connection->changedNothing());
       return error.description();
     }
     return "called";

@@ -134,8 +134,9 @@ TEST_CASE("a date that cannot be read refuses a customer's record and ends a ven
     Run vendors(vendor);
     CHECK(vendors.import(records) == EventResult::Failed);
     CHECK(vendors.world.messages ==
-          Texts{"box 16: The import stopped at record 2: Type mismatch. Records before it are "
-                "posted; importing this file again would post them twice."});
+          Texts{"box 16: The import stopped at record 2: Type mismatch: Invalid Date(" + cell +
+                ") for Vendor - C. Records before it are posted; importing this file again would "
+                "post them twice."});
     CHECK(vendors.posted() == vendors.note("Debit", "A", "", "31/03/2008", "1", "1"));
     CHECK(rowText(vendors.screen->mappingList, 3) == "C|||" + cell + "|1|9");
     CHECK(vendors.screen->cmdImport.enabled());
@@ -231,8 +232,8 @@ TEST_CASE("an error that no step traps ends the run where it is") {
   Run run(customer);
   CHECK(run.import("A,,,1,1\r\nB,,,1e999,1\r\nC,,,1,1") == EventResult::Failed);
   const std::string text =
-      "The import stopped at record 2: Overflow. Records before it are posted; importing this file "
-      "again would post them twice.";
+      "The import stopped at record 2: Overflow: Bill Amount(1e999) for Customer - B. Records "
+      "before it are posted; importing this file again would post them twice.";
   CHECK(run.world.log() == "(6): " + text + "\n");
   CHECK(run.world.messages == Texts{"box 16: " + text});
   CHECK(run.posted().size() == 2);
@@ -241,7 +242,8 @@ TEST_CASE("an error that no step traps ends the run where it is") {
 
   run.screen->CmdBrowse.userClick();  // the list's records are gone, their count is not
   CHECK(run.screen->cmdImport.userClick() == EventResult::Failed);
-  CHECK(run.world.messages.back() == "box 16: Index out of bounds");
+  CHECK(run.world.messages.back() == "box 48: The list has changed since View. Press View again.");
+  CHECK(run.world.log().ends_with("(35600): Index out of bounds\n"));
 }
 
 TEST_CASE("an error behind the last record says that the records are posted") {

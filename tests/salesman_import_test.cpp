@@ -199,6 +199,21 @@ TEST_CASE("calls that fail") {
   }
 }
 
+TEST_CASE("an error that stops the run is logged under its own tag, and shown") {
+  SalesmanScreen in;
+  in.view({salesmanTitles, "A|||||Retail|", "B|||||Retail|"});
+  in.world.database->onCall = [&](const FakeCall& call) {
+    if (call.text == "sp_save_DsType") in.screen->mappingList.clearRows();
+  };
+  CHECK(in.import() == EventResult::Handled);
+  CHECK(in.world.log() ==
+        "(35600): Velk_frmBankBranch_OpnImp : ImportSalesmanMaster - Index out of bounds\n");
+  CHECK(in.world.messages ==
+        Texts{"box 48: The import stopped at record 2: The list has changed since View. Press "
+              "View again. Records before it are posted."});
+  CHECK(in.screen->cmdImport.enabled());
+}
+
 TEST_CASE("the list of salesmen whose type is no default value") {
   SalesmanScreen in;
   Velk_frmBankBranch_OpnImp& screen = *in.screen;

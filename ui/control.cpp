@@ -8,7 +8,11 @@ Control::Control(Form& form, std::string_view typeName, const Control* container
                  std::optional<ColorPair> colors)
     : PropertyBag(name, bounds, true), form_(form), typeName_(typeName), container_(container) {
   declare({{Property::Enabled, flagTrue}});
-  declare(properties);
+  declare(properties);  // what is declared first stays
+  declare({{Property::Tag, ""},
+           {Property::FontName, "Arial"},
+           {Property::FontSize, 9.0},
+           {Property::FontBold, flagFalse}});
   if (colors) declare({{Property::BackColor, colors->back}, {Property::ForeColor, colors->fore}});
   // The form lists its controls in the order of their declaration until it arranges them.
   form.controls_.push_back(this);

@@ -11,9 +11,9 @@
 
 namespace velk {
 
-/// Besides the properties that every bag has: Enabled. Controls are members of their form and
-/// register with it in the order of declaration, which is also the tab order unless the form
-/// arranges them.
+/// Besides the properties that every bag has: Enabled, Tag (the host's own, no one else reads it),
+/// FontName (Arial unless said otherwise), FontSize (in points) and FontBold. Controls are members
+/// of their form and register with it in the order of declaration.
 class Control : public PropertyBag {
  public:
   std::string_view typeName() const { return typeName_; }

@@ -25,12 +25,11 @@ class Label final : public Control {
                 systemColor::face) {}
 };
 
-/// Caption, FontName, colours. Controls name it as their container.
+/// Caption, colours. Controls name it as their container.
 class Frame final : public Control {
  public:
   Frame(Form& form, std::string_view name, const Bounds& bounds, std::string_view caption)
-      : Control(form, "Frame", nullptr, name, bounds,
-                {{Property::Caption, std::string(caption)}, {Property::FontName, "Arial"}},
+      : Control(form, "Frame", nullptr, name, bounds, {{Property::Caption, std::string(caption)}},
                 systemColor::face) {}
 };
 

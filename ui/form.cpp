@@ -11,6 +11,8 @@ Form::Form(FormShell& shell, std::string_view name, std::string_view caption, co
     : PropertyBag(name, design, false), shell_(shell) {
   declare({{Property::Caption, std::string(caption)},
            {Property::BackColor, systemColor::buttonFace},
+           {Property::Enabled, flagTrue},
+           {Property::Tag, ""},
            {Property::WindowState, static_cast<std::int32_t>(WindowState::Normal)},
            {Property::hWnd, 0}});
 }
@@ -47,6 +49,7 @@ void Form::unload() {
 void Form::acceptEvents() {
   accepting_ = true;
   if (std::exchange(closeRequested_, false)) closeNow();
+  if (std::exchange(resizePending_, false)) resized();
 }
 
 void Form::closeNow() {
@@ -77,7 +80,7 @@ EventResult Form::dispatch(const std::function<void()>& handler) {
 void Form::endRun() {
   running_ = false;
   if (std::exchange(closeRequested_, false)) closeNow();
-  if (std::exchange(resizePending_, false)) dispatch([this] { Form_Resize(); });
+  if (std::exchange(resizePending_, false)) resized();
 }
 
 // The host lives on whatever a handler does: all that the standard library throws becomes an error
@@ -107,13 +110,26 @@ void Form::userResize(WindowState state, const Bounds& outer) {
   setQuietly(Property::Top, outer.top);
   setQuietly(Property::Width, outer.width);
   setQuietly(Property::Height, outer.height);
-  // While a handler runs, dispatch drops the event, and endRun() makes up for it.
-  resizePending_ = running_;
-  dispatch([this] { Form_Resize(); });
+  resized();
+}
+
+// While a handler or the set-up runs, dispatch drops the event; their ends make up for it.
+void Form::resized() {
+  resizePending_ = running_ || !accepting_;
+  dispatch([this] {
+    const struct Resizing {
+      bool& flag;
+      ~Resizing() { flag = false; }
+    } resizing{resizing_ = true};
+    Form_Resize();
+  });
 }
 
 void Form::propertyChanged(Property property) {
   if (observer_ != nullptr) observer_->formChanged(property);
+  const bool sizes = property == Property::Width || property == Property::Height ||
+                     property == Property::WindowState;
+  if (sizes && !resizing_) resized();
 }
 
 }  // namespace velk

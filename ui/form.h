@@ -5,6 +5,7 @@
 // FormObserver what the code changed, and reports through the user... members what the user did.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -29,7 +30,7 @@ enum class EventResult {
 enum class WindowState : std::int32_t { Normal = 0, Minimised = 1, Maximised = 2 };
 
 /// A form's events all enter through `dispatch`. Besides the properties that every bag has:
-/// Caption, BackColor, WindowState, hWnd (the handle of its window, 0 without one).
+/// Caption, BackColor, Enabled, Tag, WindowState, hWnd (the handle of its window, 0 without one).
 class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
  public:
   Form(FormShell& shell, std::string_view name, std::string_view caption, const Bounds& design);
@@ -60,11 +61,23 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   /// to `eventFailed`.
   EventResult dispatch(const std::function<void()>& handler);
 
+  /// While a handler's long work lasts (see work.h): `done` records of `total` are done; 0: nobody
+  /// knows how many there are. Costs next to nothing, so that it can be told record by record.
+  void workProgressed(std::size_t done, std::size_t total = 0) {
+    if (observer_ != nullptr) observer_->workProgressed(done, total);
+  }
+  void workEnded() noexcept {
+    if (observer_ != nullptr) observer_->workEnded();
+  }
+
   void userKeyDown(std::int16_t keyCode, std::int16_t shift);
   /// The user, or the platform, changed the window's state, place or size. The model follows at
-  /// once, also while a handler runs; then the event comes when that has returned. `outer` are the
-  /// bounds of the whole window, and when it is minimised those that it had before.
+  /// once, also while a handler runs or the form is set up; then the event comes when that has
+  /// returned. So it does when code sets size or state. `outer` are the bounds of the whole window,
+  /// and when it is minimised those that it had before.
   void userResize(WindowState state, const Bounds& outer);
+  /// The window was shown or hidden by others. The model follows, without an event.
+  void userVisible(bool visible) { setQuietly(Property::Visible, visible ? flagTrue : flagFalse); }
 
  protected:
   /// Puts the form's controls, all of them, into another order than that of their declaration.
@@ -85,6 +98,7 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   EventResult runGuarded(const std::function<void()>& handler);
   void endRun();
   void closeNow();
+  void resized();
 
   FormShell& shell_;
   FormObserver* observer_ = nullptr;
@@ -95,6 +109,7 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   bool open_ = false;
   bool closeRequested_ = false;
   bool resizePending_ = false;
+  bool resizing_ = false;  ///< what Form_Resize sets is no change of its own
 };
 
 }  // namespace velk

@@ -1,6 +1,7 @@
 // What a form needs of the shell that shows it, and what the shell hears of the form.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "ui/property.h"
@@ -26,6 +27,9 @@ class FormObserver {
   virtual ~FormObserver() = default;
   virtual void formChanged(Property) {}
   virtual void controlChanged(Control&, Property) {}
+  /// A handler that takes its time has done `done` of `total` records; of unknown many if 0.
+  virtual void workProgressed(std::size_t /*done*/, std::size_t /*total*/) {}
+  virtual void workEnded() noexcept {}
 };
 
 /// Where forms appear.

@@ -32,6 +32,7 @@ void ListView::addColumn(std::string_view title, int width) {
 
 void ListView::clearColumns() {
   columns_.clear();
+  chosen_.reset();
   propertyChanged(Property::Columns);
 }
 
@@ -89,6 +90,12 @@ void ListView::setColumn(std::size_t column, std::size_t firstRow,
 
 std::shared_ptr<const TextColumn> ListView::columnCells(std::size_t column) const {
   return at(column).cells;
+}
+
+void ListView::chooseColumn(std::optional<std::size_t> column) {
+  if (column) at(*column);
+  chosen_ = column;
+  propertyChanged(Property::ChosenColumn);
 }
 
 bool ListView::hasEmptyCell(std::size_t column) const {

@@ -5,8 +5,9 @@
 // written on top of it (the mapping row's) are kept apart, so mapping a file column to a field
 // copies nothing.
 //
-// Properties: BackColor, ForeColor, ScrollLeft (how far the list is scrolled to the right). Error
-// 35600 for a row or column that does not exist.
+// Properties: BackColor, ForeColor, ToolTipText (shown where the pointer rests on the list),
+// ScrollLeft (how far the list is scrolled to the right). Error 35600 for a row or column that does
+// not exist.
 #pragma once
 
 #include <cstddef>
@@ -14,6 +15,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,8 +31,8 @@ enum class MouseButton : std::int16_t { Left = 1, Right = 2 };
 class ListView final : public Control {
  public:
   ListView(Form& form, const Control* container, std::string_view name, const Bounds& bounds)
-      : Control(form, "ListView", container, name, bounds, {{Property::ScrollLeft, 0}},
-                systemColor::window) {}
+      : Control(form, "ListView", container, name, bounds,
+                {{Property::ScrollLeft, 0}, {Property::ToolTipText, ""}}, systemColor::window) {}
 
   static constexpr int defaultColumnWidth = 1440;
 
@@ -62,6 +64,10 @@ class ListView final : public Control {
   /// True when any row's cell under the column is empty.
   bool hasEmptyCell(std::size_t column) const;
 
+  /// Marks a column as the one that is chosen, or none.
+  void chooseColumn(std::optional<std::size_t> column);
+  std::optional<std::size_t> chosenColumn() const { return chosen_; }
+
   std::function<void(std::size_t column)> onColumnClick;
   /// A mouse button was released over the list, at `x` from its left edge.
   std::function<void(MouseButton button, int x)> onMouseUp;
@@ -91,6 +97,7 @@ class ListView final : public Control {
 
   std::vector<Column> columns_;
   std::size_t rowCount_ = 0;
+  std::optional<std::size_t> chosen_;
 };
 
 }  // namespace velk

@@ -23,6 +23,10 @@ enum class Property : std::uint8_t {
   CalendarBackColor,
   CalendarForeColor,
   FontName,
+  FontSize,
+  FontBold,
+  Tag,
+  ToolTipText,
   ListIndex,
   ScrollLeft,
   DialogTitle,
@@ -37,6 +41,7 @@ enum class Property : std::uint8_t {
   Icon,
   Columns,
   Rows,
+  ChosenColumn,
   Focus,
 };
 

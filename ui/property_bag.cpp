@@ -12,6 +12,7 @@ namespace {
 // still a number for those who paint with it.
 Value convertLike(const Value& model, const Value& value) {
   if (std::holds_alternative<std::int32_t>(model)) return toInt32(value);
+  if (std::holds_alternative<double>(model)) return toDouble(value);
   if (std::holds_alternative<std::string>(model)) return toText(value);
   return value;
 }

@@ -1,10 +1,12 @@
 #include "apps/host/company_tables.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 
+#include "base/errors.h"
 #include "platform/windows/windows_text.h"
 
 namespace velk {
@@ -12,48 +14,78 @@ namespace velk {
 namespace {
 
 // Debit and credit notes in one list, in the order in which a user reads a party's documents.
-std::string openingDocuments(const std::string& party) {
-  const std::string columns =
-      "', " + party + "ID, DocReference, DocumentDate, Amount, Balance FROM ";
-  return "SELECT 'Debit" + columns + party + "DebitNote UNION ALL SELECT 'Credit" + columns +
-         party + "CreditNote ORDER BY 2, 4";
+CompanyTable openingDocuments(std::string_view name, const std::string& party,
+                              const std::string& parties) {
+  const auto notes = [&](const std::string& note) {
+    return "SELECT '" + note + "', N." + party + "ID, " + party +
+           "Name, DocReference, DocumentDate, Amount, Balance FROM " + party + note +
+           "Note N JOIN " + parties + " P ON P." + party + "ID = N." + party + "ID";
+  };
+  return {name,
+          notes("Debit") + " UNION ALL " + notes("Credit") + " ORDER BY 2, 5",
+          {{"Note"},
+           {party == "Customer" ? "Customer" : "Vendor"},
+           {"Name"},
+           {"Reference"},
+           {"Date", ColumnKind::Date},
+           {"Amount", ColumnKind::Amount},
+           {"Balance", ColumnKind::Amount}}};
 }
 
-std::string shown(const Value& value) {
+// The embedded database has no type for dates: they are texts, year first.
+std::string dateShown(const Value& value) {
+  std::string text = toText(value);
+  if (!isNull(value)) {
+    trapErrors([&] { text = formatDayFirst(toDate(value, 0)); }, [](const RuntimeError&) {});
+  }
+  return text;
+}
+
+std::string shown(const Value& value, ColumnKind kind) {
+  if (kind == ColumnKind::Date) return dateShown(value);
   if (const auto* number = std::get_if<double>(&value)) {
     std::array<char, 320> text{};  // the longest double has 309 digits before its point
     const int length = std::snprintf(text.data(), text.size(), "%.2f", *number);
     return {text.data(), static_cast<std::size_t>(length)};
   }
-  return isNull(value) ? std::string() : toText(value);
+  return toText(value);
 }
 
 }  // namespace
 
 std::span<const CompanyTable> companyTables() {
   static const std::array<CompanyTable, 8> tables{{
-      {"Customer opening documents",
-       openingDocuments("Customer"),
-       {{"Note"}, {"Customer"}, {"Reference"}, {"Date"}, {"Amount", true}, {"Balance", true}}},
+      openingDocuments("Customer opening documents", "Customer", "Customer"),
       {"Customer opening balances",
        "SELECT B.CustomerID, CustomerName, OpeningBalance FROM CustomerOpeningBalance B "
        "JOIN Customer C ON C.CustomerID = B.CustomerID ORDER BY 1",
-       {{"Customer"}, {"Name"}, {"Opening balance", true}}},
-      {"Vendor opening documents",
-       openingDocuments("Vendor"),
-       {{"Note"}, {"Vendor"}, {"Reference"}, {"Date"}, {"Amount", true}, {"Balance", true}}},
+       {{"Customer"}, {"Name"}, {"Opening balance", ColumnKind::Amount}}},
+      openingDocuments("Vendor opening documents", "Vendor", "Vendors"),
       {"Vendor opening balances",
        "SELECT B.VendorID, VendorName, OpeningBalance FROM VendorOpeningBalance B "
        "JOIN Vendors V ON V.VendorID = B.VendorID ORDER BY 1",
-       {{"Vendor"}, {"Name"}, {"Opening balance", true}}},
+       {{"Vendor"}, {"Name"}, {"Opening balance", ColumnKind::Amount}}},
       {"Banks and branches",
        "SELECT K.BankCode, BankName, BranchCode, BranchName FROM BranchMaster R "
        "JOIN BankMaster K ON K.BankCode = R.BankCode ORDER BY 1, 3",
-       {{"Bank"}, {"Name"}, {"Branch"}, {"Name"}}},
+       {{"Bank"}, {"Bank name"}, {"Branch"}, {"Branch name"}}},
       {"Vendors",
-       "SELECT VendorID, VendorName, ContactPerson, Address, Phone, PanNumber FROM Vendors "
-       "ORDER BY 1",
-       {{"Vendor"}, {"Name"}, {"Contact"}, {"Address"}, {"Phone"}, {"Pan number"}}},
+       "SELECT V.VendorID, VendorName, Address, Phone, ContactPerson, "
+       "CASE Locality WHEN 1 THEN 'Local' ELSE 'Outstation' END, "
+       "CASE SaleType WHEN 1 THEN 'First Sales' ELSE 'Second Sales' END, "
+       "TNGST, CST, PanNumber, AccountName FROM Vendors V "
+       "LEFT JOIN VendorAccount A ON A.VendorID = V.VendorID ORDER BY 1",
+       {{"Vendor"},
+        {"Name"},
+        {"Address"},
+        {"Phone"},
+        {"Contact"},
+        {"Locality"},
+        {"Sale type"},
+        {"TNGST"},
+        {"CST"},
+        {"Pan number"},
+        {"Account"}}},
       // The details have a row for each value; the two maxima make columns of them.
       {"Salesmen",
        "SELECT Salesman_name, Address, ResidentialNUmber, MobileNumber, "
@@ -74,7 +106,9 @@ std::vector<TableRow> tableRows(Connection& connection, const CompanyTable& tabl
   const auto result = connection.Execute(table.query);
   for (; !result->isEOF(); result->MoveNext()) {
     TableRow& row = rows.emplace_back();
-    for (std::size_t i = 0; i < table.columns.size(); ++i) row.push_back(shown(result->field(i)));
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+      row.push_back(shown(result->field(i), table.columns[i].kind));
+    }
   }
   result->Close();
   return rows;
@@ -84,11 +118,14 @@ std::vector<TableRow> tableRows(Connection& connection, const CompanyTable& tabl
 std::vector<TableRow> errorLogLines(const std::wstring& path) {
   const CodePage codePage = activeCodePage();
   std::vector<TableRow> lines;
-  std::ifstream log(std::filesystem::path(path), std::ios::binary);
+  const std::filesystem::path file(path);
+  std::ifstream log(file, std::ios::binary);
+  if (!log && std::filesystem::exists(file)) throw RuntimeError(ErrorNumber::PermissionDenied);
   for (std::string line; std::getline(log, line);) {
     if (line.ends_with('\r')) line.pop_back();
     lines.push_back({codePage.decode(line)});
   }
+  std::ranges::reverse(lines);
   return lines;
 }
 

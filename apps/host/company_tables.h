@@ -10,9 +10,11 @@
 
 namespace velk {
 
+enum class ColumnKind { Text, Amount, Date };
+
 struct TableColumn {
   const char* title;
-  bool isAmount = false;
+  ColumnKind kind = ColumnKind::Text;
 };
 
 struct CompanyTable {
@@ -25,10 +27,12 @@ std::span<const CompanyTable> companyTables();
 
 using TableRow = std::vector<std::string>;
 
-/// The rows of a table as texts, doubles with two decimals. Errors: the database's.
+/// The rows of a table as texts: doubles with two decimals, dates day first, as the files have
+/// them. Errors: the database's.
 std::vector<TableRow> tableRows(Connection& connection, const CompanyTable& table);
 
-/// The lines of the component's error log, one cell each; empty if there is no log.
+/// The lines of the component's error log, one cell each, the newest first; empty if there is no
+/// log. Error 70 for a log that cannot be opened.
 std::vector<TableRow> errorLogLines(const std::wstring& path);
 
 }  // namespace velk

@@ -11,7 +11,8 @@ namespace velk {
 namespace {
 
 [[noreturn]] void refuse(const std::string& why) {
-  throw RuntimeError(ErrorNumber::InvalidProcedureCall, why + "; see --help");
+  throw RuntimeError(ErrorNumber::InvalidProcedureCall,
+                     why + "\n\nSee opnimp_host --help for the options.");
 }
 
 }  // namespace

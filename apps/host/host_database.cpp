@@ -1,6 +1,7 @@
 #include "apps/host/host_database.h"
 
 #include "apps/host/ado/ado_connection_object.h"
+#include "apps/host/host_errors.h"
 #include "platform/odbc/odbc_connection.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
@@ -8,6 +9,15 @@
 namespace velk {
 
 namespace {
+
+constexpr std::string_view whatToDo =
+    "Name a database of this system behind --database, or leave the option out for a sample "
+    "company "
+    "in the current folder.";
+
+RuntimeError notOpened(const CompanyDatabase& database, const RuntimeError& error) {
+  return explained(error, "The database cannot be opened: " + shownName(database), whatToDo);
+}
 
 bool isWine() {
   // Wine adds this function; Windows itself has none of that name.
@@ -19,10 +29,18 @@ bool isWine() {
 CompanyDatabase chooseHostDatabase(const std::optional<std::string>& option) {
   CompanyDatabase database = companyDatabase(option);
   if (!isMissing(database)) return database;
-  if (option) throw RuntimeError(ErrorNumber::FileNotFound, "There is no database " + *option);
+  if (option) throw notOpened(database, RuntimeError(ErrorNumber::FileNotFound));
   // The answer does not matter: a database that another program made meanwhile will do as well.
-  makeSampleCompany(database.path);
+  try {
+    makeSampleCompany(database.path);
+  } catch (const RuntimeError& error) {
+    throw notOpened(database, error);
+  }
   return database;
+}
+
+std::string shownName(const CompanyDatabase& database) {
+  return database.path.empty() ? "the one that --database describes" : fullPath(database.path);
 }
 
 bool needsOwnAdo(const CompanyDatabase& database) {
@@ -30,11 +48,15 @@ bool needsOwnAdo(const CompanyDatabase& database) {
 }
 
 ComPtr<_Connection> openHostDatabase(const CompanyDatabase& database, bool ownAdo) {
-  if (ownAdo) return connectionObject(openOdbc(database.connectionString));
-  auto connection = createObject<_Connection>(__uuidof(::Connection));
-  call(connection, &_Connection::Open, Bstr(database.connectionString).get(), nullptr, nullptr,
-       LONG{adConnectUnspecified});
-  return connection;
+  try {
+    if (ownAdo) return connectionObject(openOdbc(database.connectionString));
+    auto connection = createObject<_Connection>(__uuidof(::Connection));
+    call(connection, &_Connection::Open, Bstr(database.connectionString).get(), nullptr, nullptr,
+         LONG{adConnectUnspecified});
+    return connection;
+  } catch (const RuntimeError& error) {
+    throw notOpened(database, error);
+  }
 }
 
 }  // namespace velk

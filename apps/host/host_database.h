@@ -18,8 +18,12 @@ namespace velk {
 /// raises.
 CompanyDatabase chooseHostDatabase(const std::optional<std::string>& option);
 
+/// What a user knows it by: the full path of an embedded database's file. A connection string is
+/// not shown, because it may hold a password.
+std::string shownName(const CompanyDatabase& database);
+
 /// Opens it, with this program's ADO objects or the machine's, which then are also the ones that
-/// the component's commands are made of.
+/// the component's commands are made of. Errors name the database and what to do.
 ComPtr<_Connection> openHostDatabase(const CompanyDatabase& database, bool ownAdo);
 
 /// True when this program's ADO objects have to be used for a database: for an embedded one,

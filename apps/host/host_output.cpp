@@ -1,10 +1,7 @@
 #include "apps/host/host_output.h"
 
-#include <windows.h>
-
 #include <string>
 
-#include "apps/host/main_window.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -19,6 +16,10 @@ void say(std::string_view text) {
       WriteFile(output, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
   // The program was started from the desktop, where no terminal shows the text.
   if (done == FALSE) MessageBoxW(nullptr, toWide(text).c_str(), hostTitle, MB_ICONINFORMATION);
+}
+
+void showError(HWND owner, std::string_view text) {
+  MessageBoxW(owner, toWide(text).c_str(), hostTitle, MB_ICONERROR);
 }
 
 }  // namespace velk

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "apps/host/host_output.h"
 #include "apps/host/main_window.h"
 #include "apps/host/vtable_object.h"
 #include "base/text.h"

@@ -5,7 +5,10 @@
 
 #include <array>
 
+#include "apps/host/host_errors.h"
 #include "platform/windows/com_errors.h"
+#include "platform/windows/module_path.h"
+#include "platform/windows/wide_text.h"
 
 namespace velk {
 
@@ -29,8 +32,12 @@ void openImport(ImportScreenKind kind, _Connection* connection, IPictureDisp* ic
                                                          &_Velk_ClsOpnImp::ImportBankBranchOpening};
   CLSID classId;
   if (FAILED(CLSIDFromProgID(L"Velk_OpnImp.Velk_ClsOpnImp", &classId))) {
-    throw RuntimeError(ErrorNumber::CannotCreateObject,
-                       "Velk_OpnImp.dll or its manifest does not lie beside this program");
+    const RuntimeError error(ErrorNumber::CannotCreateObject);
+    throw explained(error,
+                    "The import screens cannot be opened: Velk_OpnImp.dll or "
+                    "Velk_OpnImp.Assembly.manifest does not lie beside " +
+                        fromWide(modulePath(nullptr)),
+                    "Copy both there, and start the program anew.");
   }
   const auto component = createObject<_Velk_ClsOpnImp>(classId);
   call(component, entryPoints.at(static_cast<std::size_t>(kind)), &connection, &icon);

@@ -9,6 +9,7 @@
 #include "apps/host/class_registration.h"
 #include "apps/host/host_arguments.h"
 #include "apps/host/host_database.h"
+#include "apps/host/host_errors.h"
 #include "apps/host/host_output.h"
 #include "apps/host/host_service_object.h"
 #include "apps/host/import_component.h"
@@ -52,7 +53,8 @@ struct OleThread {
 class Company {
  public:
   Company(const CompanyDatabase& database, bool ownAdo)
-      : connection_(openHostDatabase(database, ownAdo)),
+      : name_(shownName(database)),
+        connection_(openHostDatabase(database, ownAdo)),
         reader_(adoConnection(connection_.Get())),
         icon_(iconPicture(hostIcon())) {}
 
@@ -60,11 +62,32 @@ class Company {
 
   std::vector<TableRow> rows(std::size_t table) const {
     const auto tables = companyTables();
-    return table < tables.size() ? tableRows(*reader_, tables[table])
-                                 : errorLogLines(besideProgram(L"Error.log"));
+    return table < tables.size() ? databaseRows(tables[table]) : logLines();
   }
 
  private:
+  std::vector<TableRow> databaseRows(const CompanyTable& table) const {
+    try {
+      return tableRows(*reader_, table);
+    } catch (const RuntimeError& error) {
+      throw explained(
+          error, '"' + std::string(table.name) + "\" cannot be read from the database: " + name_,
+          "See that it is a database of this system and that no other program keeps it locked; "
+          "then press F5.");
+    }
+  }
+
+  static std::vector<TableRow> logLines() {
+    const std::wstring path = besideProgram(L"Error.log");
+    try {
+      return errorLogLines(path);
+    } catch (const RuntimeError& error) {
+      throw explained(error, "The error log cannot be read: " + fromWide(path),
+                      "Close the program that keeps it open; then press F5.");
+    }
+  }
+
+  std::string name_;
   ComPtr<_Connection> connection_;
   std::shared_ptr<Connection> reader_;
   ComPtr<IPictureDisp> icon_;
@@ -96,7 +119,7 @@ int runProgram() {
     say(arguments.help);
     return 0;
   } catch (...) {
-    say(currentError().description());
+    showError(nullptr, currentError().description());
     return exitNotStarted;
   }
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "apps/host/host_output.h"
 #include "apps/host/host_resources.h"
 #include "base/errors.h"
 #include "platform/windows/com_errors.h"
@@ -15,12 +16,21 @@ namespace {
 
 constexpr wchar_t className[] = L"OpeningImportHost";
 constexpr UINT refreshMessage = WM_APP;
+constexpr DWORD windowStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
+// Sizes are those of a display with so many dots per inch.
+constexpr int usualDotsPerInch = 96;
 constexpr int margin = 8;
 constexpr int lineHeight = 26;
 constexpr int buttonWidth = 150;
+constexpr int labelWidth = 50;
 constexpr int choiceWidth = 230;
-// The columns share this width until the list has a size of its own.
-constexpr int firstListWidth = 900;
+constexpr int smallestListHeight = 120;
+constexpr int besideCellText = 14;
+constexpr SIZE firstSize{940, 560};
+
+int displayDotsPerInch() {
+  return GetDeviceCaps(UniqueDisplayDc(GetDC(nullptr)).get(), LOGPIXELSX);
+}
 
 UniqueFont makeFont() {
   NONCLIENTMETRICSW metrics{};
@@ -48,19 +58,21 @@ HICON hostIcon() {
   return LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(HOST_RESOURCE));
 }
 
-MainWindow::MainWindow(Actions actions) : actions_(std::move(actions)), font_(makeFont()) {
+MainWindow::MainWindow(Actions actions)
+    : actions_(std::move(actions)), dotsPerInch_(displayDotsPerInch()), font_(makeFont()) {
   constexpr INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
   InitCommonControlsEx(&lists);
   registerWindowClass(procedure);
   // Off the corner where the screens open.
-  constexpr RECT at{72, 140, 1012, 700};
-  CreateWindowExW(WS_EX_CONTROLPARENT, className, hostTitle, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                  at.left, at.top, at.right - at.left, at.bottom - at.top, nullptr, nullptr,
+  CreateWindowExW(WS_EX_CONTROLPARENT, className, hostTitle, windowStyle, scaled(72), scaled(140),
+                  scaled(firstSize.cx), scaled(firstSize.cy), nullptr, nullptr,
                   GetModuleHandleW(nullptr), this);
   // The window procedure has set it while the window was made.
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
   ShowWindow(handle_, SW_SHOWNORMAL);
   focusButton(0);
+  // Posted, so that what cannot be read is told as it is later on: over the window.
+  PostMessageW(handle_, WM_COMMAND, MAKEWPARAM(TABLE_CHOICE, CBN_SELCHANGE), 0);
 }
 
 MainWindow::~MainWindow() {
@@ -94,8 +106,7 @@ LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM wParam,
     return self->handle(message, wParam, lParam);
   } catch (...) {
     // No exception crosses Windows.
-    const std::wstring text = toWide(currentError().description());
-    MessageBoxW(window, text.c_str(), hostTitle, MB_ICONERROR);
+    showError(window, currentError().description());
     return 0;
   }
 }
@@ -111,8 +122,16 @@ LRESULT MainWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_ACTIVATE:  // back from a screen, which may have posted something
       if (LOWORD(wParam) != WA_INACTIVE) refreshSoon();
       break;
+    case WM_GETMINMAXINFO: {
+      const SIZE smallest = smallestSize();
+      reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {smallest.cx, smallest.cy};
+      return 0;
+    }
+    case WM_SYSCOLORCHANGE:  // only top windows are told
+      SendMessageW(list_, message, wParam, lParam);
+      break;
     case refreshMessage:
-      refresh();
+      refreshQuietly();
       return 0;
     case WM_COMMAND:
       command(LOWORD(wParam), HIWORD(wParam));
@@ -129,51 +148,81 @@ LRESULT MainWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
   return DefWindowProcW(handle_, message, wParam, lParam);
 }
 
+int MainWindow::scaled(int size) const {
+  return MulDiv(size, dotsPerInch_, usualDotsPerInch);
+}
+
+HWND MainWindow::makeControl(const wchar_t* type, const wchar_t* text, DWORD style, WORD id) {
+  const HWND control = CreateWindowExW(0, type, text, style | WS_CHILD, 0, 0, 0, 0, handle_,
+                                       reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)),
+                                       GetModuleHandleW(nullptr), nullptr);
+  SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
+  return control;
+}
+
+// Screen readers take the name of a box or list from the text that was made before it, shown or
+// not.
 void MainWindow::makeControls() {
-  const auto make = [this](const wchar_t* type, const wchar_t* text, DWORD style, WORD id) {
-    const HWND control = CreateWindowExW(
-        0, type, text, style | WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, handle_,
-        reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
-    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
-    return control;
-  };
   // The titles come from the menu, so that a button and its menu item always read alike.
   for (WORD id = CUSTOMER_COMMAND; id <= MASTERS_COMMAND; ++id) {
     wchar_t title[32];
     GetMenuStringW(GetMenu(handle_), id, title, static_cast<int>(std::size(title)), MF_BYCOMMAND);
-    buttons_.push_back(make(L"BUTTON", title, WS_TABSTOP, id));
+    buttons_.push_back(makeControl(L"BUTTON", title, WS_VISIBLE | WS_TABSTOP, id));
   }
-  choice_ = make(L"COMBOBOX", L"", CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, TABLE_CHOICE);
-  list_ = make(WC_LISTVIEWW, L"",
-               LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL | WS_BORDER | WS_TABSTOP, 0);
+  choiceLabel_ = makeControl(L"STATIC", L"&Table:", WS_VISIBLE | SS_RIGHT | SS_CENTERIMAGE);
+  choice_ = makeControl(L"COMBOBOX", L"", WS_VISIBLE | CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP,
+                        TABLE_CHOICE);
+  listLabel_ = makeControl(L"STATIC", L"", SS_LEFT | SS_NOPREFIX);
+  list_ =
+      makeControl(WC_LISTVIEWW, L"",
+                  WS_VISIBLE | LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL | WS_BORDER | WS_TABSTOP);
   SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
+  table_.attach(list_, scaled(besideCellText));
   // SS_NOPREFIX: an ampersand in an error's text has to be shown, and underlines nothing.
-  status_ = make(L"STATIC", L"", SS_LEFT | SS_NOPREFIX, 0);
+  status_ = makeControl(L"STATIC", L"", WS_VISIBLE | SS_LEFT | SS_NOPREFIX);
+  fillChoice();
+}
+
+void MainWindow::fillChoice() const {
   const auto add = [this](const wchar_t* name) {
     SendMessageW(choice_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
   };
   for (const CompanyTable& table : companyTables()) add(toWide(table.name).c_str());
   add(L"Error log");
-  showTable(0);
+  SendMessageW(choice_, CB_SETCURSEL, 0, 0);
+}
+
+// All of the buttons, the choice and a few rows, but no more than the display has room for.
+SIZE MainWindow::smallestSize() const {
+  const int buttons = static_cast<int>(buttons_.size()) * (buttonWidth + margin);
+  RECT all{0, 0, scaled(margin + buttons + labelWidth + margin + choiceWidth + margin),
+           scaled(4 * margin + 2 * lineHeight + smallestListHeight)};
+  AdjustWindowRectEx(&all, windowStyle, TRUE, WS_EX_CONTROLPARENT);
+  return {std::min<LONG>(all.right - all.left, GetSystemMetrics(SM_CXMAXIMIZED)),
+          std::min<LONG>(all.bottom - all.top, GetSystemMetrics(SM_CYMAXIMIZED))};
 }
 
 void MainWindow::arrange(int width, int height) const {
-  int left = margin;
+  const int gap = scaled(margin);
+  const int line = scaled(lineHeight);
+  int left = gap;
   const auto place = [&](HWND control, int controlWidth, int controlHeight) {
-    SetWindowPos(control, nullptr, left, margin, controlWidth, controlHeight,
+    SetWindowPos(control, nullptr, left, gap, controlWidth, controlHeight,
                  SWP_NOZORDER | SWP_NOACTIVATE);
-    left += controlWidth + margin;
+    left += controlWidth + gap;
   };
-  for (const HWND button : buttons_) place(button, buttonWidth, lineHeight);
-  constexpr int droppedHeight = 300;  // a combo box's height includes its list
-  // At the right edge, but never over the buttons of a narrow window.
-  left = std::max(left, width - choiceWidth - margin);
-  place(choice_, choiceWidth, droppedHeight);
-  constexpr int listTop = 2 * margin + lineHeight;
-  const int statusTop = height - lineHeight + margin / 2;
-  SetWindowPos(list_, nullptr, margin, listTop, width - 2 * margin,
-               statusTop - listTop - margin / 2, SWP_NOZORDER | SWP_NOACTIVATE);
-  SetWindowPos(status_, nullptr, margin, statusTop, width - 2 * margin, lineHeight - margin,
+  for (const HWND button : buttons_) place(button, scaled(buttonWidth), line);
+  // At the right edge, but never over the buttons where the display is narrow.
+  left = std::max(left, width - scaled(labelWidth + choiceWidth) - 2 * gap);
+  RECT choice;  // as high as its font makes it
+  GetWindowRect(choice_, &choice);
+  place(choiceLabel_, scaled(labelWidth), static_cast<int>(choice.bottom - choice.top));
+  place(choice_, scaled(choiceWidth), scaled(300));  // a combo box's height includes its list
+  const int listTop = 2 * gap + line;
+  const int statusTop = height - line + gap / 2;
+  SetWindowPos(list_, nullptr, gap, listTop, width - 2 * gap, statusTop - listTop - gap / 2,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+  SetWindowPos(status_, nullptr, gap, statusTop, width - 2 * gap, line - gap,
                SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -200,64 +249,38 @@ void MainWindow::command(WORD id, WORD code) {
 }
 
 // The list is virtual: it asks for the text of each cell that it paints.
-LRESULT MainWindow::notify(NMHDR& header) {
-  if (header.code != LVN_GETDISPINFOW) return 0;
-  LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(header).item;
-  const auto row = static_cast<std::size_t>(item.iItem);
-  const auto column = static_cast<std::size_t>(item.iSubItem);
-  if ((item.mask & LVIF_TEXT) == 0 || row >= rows_.size() || column >= rows_[row].size()) return 0;
-  const std::wstring text = toWide(rows_[row][column]);
-  // One place is for the NUL at the end.
-  const std::size_t room = static_cast<std::size_t>(item.cchTextMax) - 1;
-  item.pszText[text.copy(item.pszText, room)] = L'\0';
+LRESULT MainWindow::notify(NMHDR& header) const {
+  if (header.code == LVN_GETDISPINFOW) {
+    table_.giveText(reinterpret_cast<NMLVDISPINFOW&>(header).item);
+  }
   return 0;
 }
 
 void MainWindow::showTable(std::size_t table) {
-  static constexpr TableColumn logColumns[] = {{"Line"}};
+  static constexpr TableColumn logColumns[] = {{"Line, the newest first"}};
   shown_ = table;
   SendMessageW(choice_, CB_SETCURSEL, table, 0);
   const auto tables = companyTables();
-  if (table < tables.size()) {
-    showColumns(tables[table].columns);
-  } else {
-    showColumns(logColumns);
-  }
+  const bool isLog = table >= tables.size();
+  SetWindowTextW(listLabel_, isLog ? L"Error log" : toWide(tables[table].name).c_str());
+  table_.showColumns(isLog ? std::span<const TableColumn>(logColumns) : tables[table].columns);
   refresh();
 }
 
-void MainWindow::showColumns(std::span<const TableColumn> columns) {
-  // One by one, because a list has no message that removes all its columns.
-  while (SendMessageW(list_, LVM_DELETECOLUMN, 0, 0) != FALSE) {
-  }
-  RECT inside;
-  GetClientRect(list_, &inside);
-  const int all = inside.right > 0 ? static_cast<int>(inside.right) : firstListWidth;
-  LVCOLUMNW column{};
-  column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
-  // Without room for the vertical scroll bar, a horizontal one would appear with it.
-  column.cx = (all - GetSystemMetrics(SM_CXVSCROLL)) / static_cast<int>(columns.size());
-  for (const TableColumn& shown : columns) {
-    std::wstring title = toWide(shown.title);
-    column.pszText = title.data();
-    column.fmt = shown.isAmount ? LVCFMT_RIGHT : LVCFMT_LEFT;
-    SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(column.iSubItem),
-                 reinterpret_cast<LPARAM>(&column));
-    ++column.iSubItem;
-  }
-}
-
-// A table that cannot be read is no reason to stop the program: the status line says why.
 void MainWindow::refresh() {
   try {
-    rows_ = actions_.rows(shown_);
-    say(std::to_wstring(rows_.size()) + L" rows");
-  } catch (const RuntimeError& error) {
-    rows_.clear();
-    say(toWide("This table cannot be read: " + error.description()));
+    table_.showRows(actions_.rows(shown_));
+  } catch (const RuntimeError&) {
+    table_.showRows({});
+    say(L"This table cannot be read");
+    throw;
   }
-  SendMessageW(list_, LVM_SETITEMCOUNT, rows_.size(), 0);
-  InvalidateRect(list_, nullptr, TRUE);
+  say(std::to_wstring(table_.rowCount()) + L" rows");
+}
+
+// When the window comes to the front: a message box would bring it there again when it closes.
+void MainWindow::refreshQuietly() {
+  trapErrors([this] { refresh(); }, [](const RuntimeError&) {});
 }
 
 // Posted, because an import may be in the middle of its own work when it asks for this.

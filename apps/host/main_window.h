@@ -5,16 +5,14 @@
 #include <windows.h>
 
 #include <functional>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "apps/host/company_tables.h"
+#include "apps/host/table_list.h"
 #include "platform/windows/handles.h"
 
 namespace velk {
-
-inline constexpr wchar_t hostTitle[] = L"Sample accounts";
 
 /// The program's icon; it lives as long as the program.
 HICON hostIcon();
@@ -24,7 +22,7 @@ enum class ImportScreenKind { CustomerOpening, VendorOpening, Masters };
 
 class MainWindow {
  public:
-  /// What either raises is shown to the user.
+  /// What either raises is shown to the user, in a message box.
   struct Actions {
     std::function<void(ImportScreenKind)> openImport;
     /// The rows of a table by its place in companyTables(); after the last table, those of the
@@ -48,24 +46,31 @@ class MainWindow {
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam);
+  int scaled(int size) const;
+  HWND makeControl(const wchar_t* type, const wchar_t* text, DWORD style, WORD id = 0);
   void makeControls();
+  void fillChoice() const;
+  SIZE smallestSize() const;
   void arrange(int width, int height) const;
   void command(WORD id, WORD code);
-  LRESULT notify(NMHDR& header);
+  LRESULT notify(NMHDR& header) const;
   void showTable(std::size_t table);
-  void showColumns(std::span<const TableColumn> columns);
   void refresh();
+  void refreshQuietly();
   void say(const std::wstring& text) const;
 
   Actions actions_;
   HWND handle_ = nullptr;
   std::vector<HWND> buttons_;
+  HWND choiceLabel_ = nullptr;
   HWND choice_ = nullptr;
+  HWND listLabel_ = nullptr;
   HWND list_ = nullptr;
   HWND status_ = nullptr;
+  int dotsPerInch_;
   UniqueFont font_;
   std::size_t shown_ = 0;
-  std::vector<TableRow> rows_;
+  TableList table_;
 };
 
 }  // namespace velk

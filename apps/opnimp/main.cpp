@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <iostream>
 #include <string>
@@ -11,12 +12,14 @@
 namespace {
 
 // A signal handler can reach nothing else. NOLINTNEXTLINE(*-avoid-non-const-global-variables)
-volatile std::sig_atomic_t interruptSeen = 0;
+std::atomic<int> interruptsSeen = 0;
+static_assert(std::atomic<int>::is_always_lock_free);
 
-// The run ends before its next record; a second signal kills at once.
+// An import ends with its account, within seconds; a third signal kills at once what is no import,
+// or does not end.
 extern "C" void onInterrupt(int signalNumber) {
-  interruptSeen = 1;
-  std::signal(signalNumber, SIG_DFL);
+  constexpr int patience = 2;
+  if (++interruptsSeen >= patience) std::signal(signalNumber, SIG_DFL);
 }
 
 // A signal that was ignored at the start stays so, as under nohup.
@@ -35,6 +38,6 @@ int main(int argc, char** argv) {
   // Progress is drawn on a terminal only, so that a file with the messages stays readable.
   velk::Streams streams{std::cout, std::cerr, isatty(STDERR_FILENO) != 0};
   velk::Surroundings surroundings = velk::realSurroundings();
-  surroundings.interrupted = [] { return interruptSeen != 0; };
+  surroundings.interrupted = [] { return interruptsSeen != 0; };
   return velk::runOpnimp(args, streams, surroundings);
 }

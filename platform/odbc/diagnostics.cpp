@@ -86,9 +86,11 @@ RuntimeError toRuntimeError(const std::vector<Diagnostic>& diagnostics) {
   return RuntimeError(numberOf(first), std::string(withoutLayerNames(first.message)));
 }
 
-// Class 08 is about the connection itself.
+// Class 08 is about the connection itself. After class 24 it refuses everything, for ever.
 bool tellsConnectionLost(const std::vector<Diagnostic>& diagnostics) {
-  return std::ranges::any_of(diagnostics, [](auto& d) { return d.state.starts_with("08"); });
+  return std::ranges::any_of(diagnostics, [](const Diagnostic& diagnostic) {
+    return diagnostic.state.starts_with("08") || diagnostic.state.starts_with("24");
+  });
 }
 
 }  // namespace velk

@@ -17,7 +17,8 @@ std::vector<Diagnostic> readDiagnostics(SQLSMALLINT handleType, SQLHANDLE handle
 /// the provider's general failure.
 RuntimeError toRuntimeError(const std::vector<Diagnostic>& diagnostics);
 
-/// True if a record reports that the connection itself has failed (class 08).
+/// True if a record reports that the connection itself has failed (class 08), or a cursor that is
+/// open although every one was closed (class 24).
 bool tellsConnectionLost(const std::vector<Diagnostic>& diagnostics);
 
 }  // namespace velk

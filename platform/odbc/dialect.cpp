@@ -11,7 +11,7 @@ const KnownStatement* findStatement(const Dialect& dialect, std::string_view sha
 
 Diagnostic normalized(const Dialect& dialect, Diagnostic diagnostic) {
   // Any other state is the driver's own finding, and says more than a code.
-  if (diagnostic.state != "HY000") return diagnostic;
+  if (diagnostic.state != "HY000" && diagnostic.state != "01000") return diagnostic;
   const std::int32_t code = diagnostic.native & dialect.errorCodeBits;
   const auto found = std::ranges::find_if(dialect.errors, [&](const NativeError& error) {
     return error.code == code && diagnostic.message.find(error.message) != std::string::npos;

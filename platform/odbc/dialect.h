@@ -20,7 +20,7 @@ struct KnownStatement {
   std::string_view sql;    ///< the engine's; its marks take the literals in their order
 };
 
-/// A failure that the driver reports under the general state HY000 only.
+/// A failure that the driver reports under a general state only, HY000 or 01000.
 struct NativeError {
   std::int32_t code;
   std::string_view state;         ///< what other drivers would report
@@ -41,6 +41,21 @@ struct Dialect {
   bool hasProcedureTable = false;
   /// Put before each step of a procedure that writes.
   std::string_view beforeWriting = {};
+  /// A call of a procedure that the engine refuses, by an error that it has a state for, has
+  /// changed nothing.
+  bool hasAtomicCalls = false;
+  /// Asks how many of the database's definitions let a single statement keep a part of its changes
+  /// when it fails; empty if none can.
+  std::string_view partialDefinitions = {};
+  /// Answers how many transactions the connection is in; empty if the engine refuses BEGIN within
+  /// one instead.
+  std::string_view transactionCount = "SELECT @@TRANCOUNT";
+  /// Answers 0 if the user cannot run the procedure whose name, as a literal, takes the place of
+  /// each mark: it is not there, or the right is missing. Engines that do not understand it are
+  /// asked for their list of procedures only.
+  std::string_view canRun =
+      "SELECT CASE WHEN OBJECT_ID(?) IS NULL AND OBJECT_ID('master..' + ?) IS NULL THEN 0 "
+      "ELSE HAS_PERMS_BY_NAME(?, 'OBJECT', 'EXECUTE') END";
   /// One statement gives one result at most.
   bool hasSingleResults = false;
   /// A cell may contain another kind of value than its column declares.

@@ -7,6 +7,7 @@
 
 #include "base/text.h"
 #include "platform/odbc/driver_path.h"
+#include "platform/odbc/procedure_catalogue.h"
 #include "platform/odbc/statement_shape.h"
 #include "platform/odbc/stored_procedures.h"
 
@@ -24,23 +25,33 @@ class DriverConnection final : public OdbcConnection,
   std::shared_ptr<Recordset> Execute(std::string_view text) override;
   std::unique_ptr<Command> newCommand() override;
   std::vector<Diagnostic> diagnostics() const override { return session_.diagnostics(); }
+  bool changedNothing() const override { return changedNothing_; }
   bool isLost() const override { return session_.isLost(); }
+  void cancel() override { session_.cancel(); }
   void beginTransaction() override;
-  void rollback() override;
+  void rollback() override { endTransaction(SQL_ROLLBACK); }
+  void commit() override { endTransaction(SQL_COMMIT); }
+  bool isInTransaction() override;
 
   std::shared_ptr<Recordset> run(CommandType type, std::string_view text,
                                  const std::vector<CommandParameter>& parameters);
 
  private:
+  std::shared_ptr<Recordset> call(std::string_view name,
+                                  const std::vector<CommandParameter>& parameters);
+  bool isKnownToChangeNothing(std::string_view name, std::size_t parameters,
+                              const RuntimeError& error) const;
   PreparedStatement& kept(std::string_view sql);
   void requireWhole(std::string_view text) const;
   void setInTransaction(bool in);
+  void endTransaction(SQLSMALLINT how);
 
   OdbcSession session_;  // first, because the statements below need it until they are gone
   // By text. Only the system's own statements and calls of procedures, so that it stays small.
   std::map<std::string, PreparedStatement, std::less<>> kept_;
   StoredProcedures procedures_;
   bool inTransaction_ = false;
+  bool changedNothing_ = false;
 };
 
 class OdbcCommand final : public Command {
@@ -131,8 +142,32 @@ std::shared_ptr<Recordset> DriverConnection::run(CommandType type, std::string_v
     requireWhole(text);
     return PreparedStatement(session_, text).execute(parameters);
   }
-  if (session_.dialect().hasProcedureTable) return procedures_.call(text, parameters);
-  return kept(callText(text, parameters.size())).execute(parameters);
+  session_.setSent(OdbcSession::Sent::Nothing);
+  try {
+    return call(text, parameters);
+  } catch (const RuntimeError& error) {
+    changedNothing_ = isKnownToChangeNothing(text, parameters.size(), error);
+    throw;
+  }
+}
+
+std::shared_ptr<Recordset> DriverConnection::call(std::string_view name,
+                                                  const std::vector<CommandParameter>& parameters) {
+  if (session_.dialect().hasProcedureTable) return procedures_.call(name, parameters);
+  return kept(callText(name, parameters.size())).execute(parameters);
+}
+
+// An engine's error says nothing of what came before it within the call. Only an error of the
+// provider in general may be the driver's own, made when the engine was done.
+bool DriverConnection::isKnownToChangeNothing(std::string_view name, std::size_t parameters,
+                                              const RuntimeError& error) const {
+  if (session_.isLost() || session_.sent() == OdbcSession::Sent::Done) return false;
+  if (session_.sent() == OdbcSession::Sent::Nothing) return true;
+  if (session_.dialect().hasAtomicCalls) return !error.is(ErrorNumber::ProviderFailure);
+  // These come from within a call that runs, or from a server that does not answer.
+  const bool ran = error.is(ErrorNumber::IntegrityViolation) ||
+                   error.is(ErrorNumber::DataTruncated) || error.is(ErrorNumber::ProviderTimeout);
+  return !ran && cannotHaveRun(session_, name, parameters);
 }
 
 // Prepared when it is first asked for. If each record's query were prepared anew, an import of
@@ -163,11 +198,21 @@ void DriverConnection::beginTransaction() {
   setInTransaction(true);
 }
 
-void DriverConnection::rollback() {
+void DriverConnection::endTransaction(SQLSMALLINT how) {
   if (!inTransaction_) return;
   // Before the mode is set back, which would commit what is open.
-  session_.check(SQLEndTran(SQL_HANDLE_DBC, session_.handle(), SQL_ROLLBACK));
-  setInTransaction(false);
+  session_.check(SQLEndTran(SQL_HANDLE_DBC, session_.handle(), how));
+  inTransaction_ = false;
+  // It has ended, whatever comes of this.
+  trapErrors([this] { setInTransaction(false); }, [this](const auto&) { session_.giveUp(); });
+}
+
+bool DriverConnection::isInTransaction() {
+  const std::string_view count = session_.dialect().transactionCount;
+  if (!count.empty()) return toText(kept(count).execute({})->field(0)) != "0";
+  const bool began = trapErrors([this] { session_.executeNative("BEGIN"); }, [](const auto&) {});
+  if (began) session_.executeNative("ROLLBACK");
+  return !began;
 }
 
 // A connection string can neither quote nor contain characters beyond ASCII, but instead of a path

@@ -5,7 +5,7 @@
 // a table, too (stored_procedures.h). Every statement commits by itself unless a transaction was
 // begun. All results of a statement are read when it runs.
 //
-// Not to be used by two threads at a time.
+// Not to be used by two threads at a time, but for cancel().
 #pragma once
 
 #include <memory>
@@ -19,11 +19,19 @@ namespace velk {
 
 class OdbcConnection : public Connection {
  public:
-  /// Begins a transaction that can only be taken back. Error 5 inside another one.
+  /// Asks the driver to end the statement that is running; the only member that another thread may
+  /// call. May wait as long as the driver lets nobody else in.
+  virtual void cancel() = 0;
+  /// Begins a transaction. Error 5 inside another one.
   virtual void beginTransaction() = 0;
   /// Takes back everything since beginTransaction; without one, nothing. Closing the connection
   /// does the same.
   virtual void rollback() = 0;
+  /// Keeps everything since beginTransaction; without one, nothing. After an error nobody knows
+  /// whether it is kept.
+  virtual void commit() = 0;
+  /// Asks the engine: a procedure may have ended the transaction that beginTransaction began.
+  virtual bool isInTransaction() = 0;
 };
 
 /// Opens. Errors: what the driver or the driver manager reports, with the data access library's

@@ -79,13 +79,35 @@ void OdbcSession::executeNative(std::string_view sql) {
 }
 
 RuntimeError OdbcSession::failure(SQLSMALLINT handleType, SQLHANDLE handle) {
-  diagnostics_ = readDiagnostics(handleType, handle);
-  for (Diagnostic& diagnostic : diagnostics_) {
-    diagnostic = normalized(*dialect_, std::move(diagnostic));
+  diagnostics_.clear();
+  add(handleType, handle);
+  return toRuntimeError(diagnostics_);
+}
+
+void OdbcSession::add(SQLSMALLINT handleType, SQLHANDLE handle) {
+  for (Diagnostic& diagnostic : readDiagnostics(handleType, handle)) {
+    diagnostics_.push_back(normalized(*dialect_, std::move(diagnostic)));
   }
   // A later failure on a lost connection may name another cause.
-  lost_ = lost_ || tellsConnectionLost(diagnostics_);
-  return toRuntimeError(diagnostics_);
+  lost_ = lost_ || tellsConnectionLost(diagnostics_) || isDead();
+}
+
+// Asked at each failure, because drivers give a lost connection any state.
+bool OdbcSession::isDead() const {
+  SQLULEN dead = SQL_CD_FALSE;  // drivers write 32 bits or 64
+  const SQLRETURN result =
+      SQLGetConnectAttrW(handle(), SQL_ATTR_CONNECTION_DEAD, &dead, SQL_IS_UINTEGER, nullptr);
+  return SQL_SUCCEEDED(result) && static_cast<SQLUINTEGER>(dead) == SQL_CD_TRUE;
+}
+
+void OdbcSession::setRunning(SQLHANDLE statement) {
+  const std::lock_guard lock(runningMutex_);
+  running_ = statement;
+}
+
+void OdbcSession::cancel() {
+  const std::lock_guard lock(runningMutex_);
+  if (running_ != nullptr) SQLCancel(running_);
 }
 
 // Without a name the engine is taken for SQL Server.

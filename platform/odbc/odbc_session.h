@@ -1,6 +1,7 @@
 // One open connection of the database interface, with what all of its statements need.
 #pragma once
 
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,10 +32,28 @@ class OdbcSession {
     check(result, SQL_HANDLE_STMT, statement);
   }
 
+  /// Adds what the statement reports now to the diagnostics of the failure before it.
+  void addDiagnostics(SQLHANDLE statement) { add(SQL_HANDLE_STMT, statement); }
+
   const std::vector<Diagnostic>& diagnostics() const { return diagnostics_; }
   bool isLost() const { return lost_; }
+  /// The connection is in no known state and must not be used any more.
+  void giveUp() { lost_ = true; }
+
+  /// How far the call in hand has come.
+  enum class Sent { Nothing, Asked, Done };
+  Sent sent() const { return sent_; }
+  void setSent(Sent sent) { sent_ = sent; }
+
+  /// The statement that cancel() is to reach; null: none.
+  void setRunning(SQLHANDLE statement);
+  /// Asks the driver to end the statement that is running, from any thread. May wait as long as the
+  /// driver lets nobody else in.
+  void cancel();
 
  private:
+  void add(SQLSMALLINT handleType, SQLHANDLE handle);
+  bool isDead() const;
   void check(SQLRETURN result, SQLSMALLINT handleType, SQLHANDLE handle) {
     if (!SQL_SUCCEEDED(result)) throw failure(handleType, handle);
   }
@@ -49,6 +68,9 @@ class OdbcSession {
   const Dialect* dialect_ = &dialectOf({});
   std::vector<Diagnostic> diagnostics_;
   bool lost_ = false;
+  Sent sent_ = Sent::Nothing;
+  std::mutex runningMutex_;  // held while the handle is in use elsewhere than in its own thread
+  SQLHANDLE running_ = nullptr;
 };
 
 }  // namespace velk

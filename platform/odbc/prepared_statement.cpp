@@ -8,6 +8,24 @@
 
 namespace velk {
 
+namespace {
+
+// The statement can be cancelled as long as this lives.
+class Running {
+ public:
+  Running(OdbcSession& session, SQLHANDLE statement) : session_(session) {
+    session_.setRunning(statement);
+  }
+  ~Running() { session_.setRunning(nullptr); }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+
+ private:
+  OdbcSession& session_;
+};
+
+}  // namespace
+
 PreparedStatement::PreparedStatement(OdbcSession& session, std::string_view sql)
     : session_(session), statement_(session.newStatement()) {
   const std::u16string wide = toUtf16(sql);
@@ -21,7 +39,13 @@ std::shared_ptr<MemoryRecordset> PreparedStatement::execute(
     requirePassable(parameters[i].value);
     buffers_[i].set(parameters[i].value);
   }
-  return readResults(session_, statement_.get(), SQLExecute(statement_.get()));
+  const Running running(session_, statement_.get());
+  session_.setSent(OdbcSession::Sent::Asked);
+  const SQLRETURN executed = SQLExecute(statement_.get());
+  // From here on it has been done, whatever the calls that follow answer.
+  const bool done = SQL_SUCCEEDED(executed) || executed == SQL_NO_DATA;
+  if (done) session_.setSent(OdbcSession::Sent::Done);
+  return readResults(session_, statement_.get(), executed);
 }
 
 // An import runs a statement with the same types again and again. If parameters were bound each

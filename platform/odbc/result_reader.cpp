@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "base/errors.h"
 #include "base/text.h"
 #include "platform/odbc/cell_text.h"
 
@@ -11,11 +12,18 @@ namespace velk {
 namespace {
 
 constexpr std::size_t chunkCharacters = 1024;  // one piece for all but unusually long texts
+constexpr int mostFailures = 100;  // of one statement; a driver that never says "no more" ends here
 
 Date toDate(const SQL_TIMESTAMP_STRUCT& stamp) {
   const double seconds =
       stamp.hour * 3600.0 + stamp.minute * 60.0 + stamp.second + stamp.fraction * 1e-9;
   return dateFromCivil({stamp.year, stamp.month, stamp.day}, seconds / secondsPerDay);
+}
+
+// To some drivers the question itself is wrong when there is nothing more.
+bool hasNothingLeft(const std::vector<Diagnostic>& diagnostics) {
+  return !diagnostics.empty() &&
+         (diagnostics.back().state == "HY010" || diagnostics.back().state == "IM001");
 }
 
 class ResultReader {
@@ -24,23 +32,49 @@ class ResultReader {
       : session_(session), statement_(statement) {}
   ~ResultReader() {
     // A statement that stays prepared cannot be executed again while its cursor is open.
-    if (hasCursor_) SQLFreeStmt(statement_, SQL_CLOSE);
+    if (hasCursor_ && !SQL_SUCCEEDED(SQLFreeStmt(statement_, SQL_CLOSE))) session_.giveUp();
   }
   ResultReader(const ResultReader&) = delete;
   ResultReader& operator=(const ResultReader&) = delete;
 
-  // A statement that touched no row answers "no data", which is a success.
   std::shared_ptr<MemoryRecordset> readAll(SQLRETURN executed) {
-    if (executed != SQL_NO_DATA) check(executed);
-    auto first = readOne();
-    if (session_.dialect().hasSingleResults) return first;
-    hasCursor_ = true;  // closing is what drops results that an error left unread
-    for (auto last = first; last != nullptr;) last = readNext(*last);
-    return first;
+    try {
+      auto first = readFirst(executed);
+      if (session_.dialect().hasSingleResults) return first;
+      hasCursor_ = true;
+      for (auto last = first; last != nullptr;) last = readNext(*last);
+      return first;
+    } catch (const RuntimeError& error) {
+      passOver(error);
+      throw;
+    }
   }
 
  private:
   void check(SQLRETURN result) { session_.checkStatement(result, statement_); }
+
+  // A statement that touched no row answers "no data", which is a success.
+  std::shared_ptr<MemoryRecordset> readFirst(SQLRETURN executed) {
+    if (executed != SQL_NO_DATA) check(executed);
+    return readOne();
+  }
+
+  // The rest of a procedure runs only while its results are asked for, and a result that is left
+  // open keeps every later statement of the connection from running.
+  void passOver(const RuntimeError& error) {
+    hasCursor_ = true;
+    // Nobody knows how long another answer would take; closing has to do.
+    if (error.is(ErrorNumber::ProviderTimeout)) return;
+    for (int failures = 0; !session_.isLost() && failures < mostFailures;) {
+      const SQLRETURN more = SQLMoreResults(statement_);
+      if (more == SQL_NO_DATA) return;
+      if (SQL_SUCCEEDED(more)) continue;
+      ++failures;
+      session_.addDiagnostics(statement_);
+      if (hasNothingLeft(session_.diagnostics())) return;
+    }
+    session_.giveUp();
+  }
 
   std::shared_ptr<MemoryRecordset> readOne() {
     SQLSMALLINT columns = 0;
@@ -131,6 +165,7 @@ class ResultReader {
       before.setNext(next);
       return next;
     } catch (const RuntimeError& error) {
+      passOver(error);
       before.setNextError(error);
       return nullptr;
     }

@@ -78,6 +78,13 @@ constinit const Dialect sqliteDialect{
     // The driver keeps a statement compiled between executions only if it begins as a query may.
     // Without this an import of 10,000 documents takes 40 % longer.
     .beforeWriting = "WITH kept AS (SELECT 1) ",
+    .hasAtomicCalls = true,
+    // ON CONFLICT FAIL of a table, RAISE(FAIL) of a trigger, OR FAIL of these and of procedures.
+    .partialDefinitions =
+        "SELECT count(*) FROM (SELECT sql FROM sqlite_master UNION ALL "
+        "SELECT statement FROM StoredProcedure) WHERE sql LIKE '%FAIL%'",
+    .transactionCount = {},
+    .canRun = {},
     .hasSingleResults = true,
     .hasDynamicTypes = true,
     .endsTextAtNul = true,

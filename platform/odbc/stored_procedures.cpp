@@ -46,14 +46,30 @@ bool writes(std::string_view sql) {
   });
 }
 
+// What is asked while this lives changes nothing, whatever comes of it.
+class OnlyAsking {
+ public:
+  explicit OnlyAsking(OdbcSession& session) : session_(session) {}
+  ~OnlyAsking() { session_.setSent(OdbcSession::Sent::Nothing); }
+  OnlyAsking(const OnlyAsking&) = delete;
+  OnlyAsking& operator=(const OnlyAsking&) = delete;
+
+ private:
+  OdbcSession& session_;
+};
+
 }  // namespace
 
 void StoredProcedures::load() {
+  const OnlyAsking asking(session_);
   PreparedStatement query(
       session_, "SELECT name, statement, arguments FROM StoredProcedure ORDER BY name, step");
   const auto rows = query.execute({});
   // A load that failed may have left some.
   procedures_.clear();
+  const std::string_view partial = session_.dialect().partialDefinitions;
+  keepsParts_ =
+      !partial.empty() && toText(PreparedStatement(session_, partial).execute({})->field(0)) != "0";
   for (; !rows->isEOF(); rows->MoveNext()) addStep(*rows);
   // Last, so that after a failure the next call loads again.
   loaded_ = true;
@@ -90,9 +106,11 @@ std::shared_ptr<MemoryRecordset> StoredProcedures::call(
            std::to_string(procedure.parameterCount) + " parameters; the call has " +
            std::to_string(parameters.size()) + ".");
   }
-  // One statement takes effect as a whole anyway. With a savepoint around each, an import of 10,000
-  // documents would take 25 % longer.
-  if (procedure.steps.size() == 1) return runStep(procedure.steps.front(), parameters);
+  // One statement takes effect as a whole, unless a definition says otherwise. With a savepoint
+  // around each, an import of 10,000 documents would take 25 % longer.
+  if (procedure.steps.size() == 1 && !keepsParts_) {
+    return runStep(procedure.steps.front(), parameters);
+  }
   session_.executeNative("SAVEPOINT procedure_call");
   try {
     auto result = runSteps(procedure, parameters);
@@ -104,14 +122,17 @@ std::shared_ptr<MemoryRecordset> StoredProcedures::call(
   }
 }
 
-// A failure to undo is not reported, so that the error that led to it is.
+// The error that led here is the one to report. With a savepoint that stays open, all that follows
+// would be lost when the connection closes.
 void StoredProcedures::undo() {
-  try {
-    // This alone would leave the savepoint open.
-    session_.executeNative("ROLLBACK TO procedure_call");
-    session_.executeNative("RELEASE procedure_call");
-  } catch (const RuntimeError&) {
-  }
+  trapErrors(
+      [this] {
+        // This alone would leave the savepoint open.
+        session_.executeNative("ROLLBACK TO procedure_call");
+        session_.executeNative("RELEASE procedure_call");
+        session_.setSent(OdbcSession::Sent::Nothing);
+      },
+      [this](const RuntimeError&) { session_.giveUp(); });
 }
 
 std::shared_ptr<MemoryRecordset> StoredProcedures::runStep(

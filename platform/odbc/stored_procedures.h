@@ -52,6 +52,7 @@ class StoredProcedures {
   OdbcSession& session_;
   std::map<std::string, Procedure> procedures_;  // by name in lower case
   bool loaded_ = false;
+  bool keepsParts_ = false;  // a statement that fails may keep a part of its changes
 };
 
 }  // namespace velk

@@ -4,6 +4,7 @@
 
 #include "platform/windows/com_errors.h"
 #include "platform/windows/late_binding.h"
+#include "platform/windows/pending_input.h"
 #include "platform/windows/screen_object.h"
 #include "platform/windows/variants.h"
 #include "platform/windows/wide_text.h"
@@ -64,6 +65,7 @@ class ComHostService final : public HostService {
     // For help file and context, which no message here has.
     const Variant missing = Variant::missing();
     Variant answer;
+    dropPendingInput();  // it would dismiss the message unseen
     call(service_, &IVelkHostService::ShowMessage, Bstr(prompt).get(), Variant(Value(style)).get(),
          title.get(), missing.get(), missing.get(), answer.receive());
     return toValue(answer.get());

@@ -10,6 +10,7 @@
 
 #include "base/errors.h"
 #include "platform/windows/modal_owner.h"
+#include "platform/windows/pending_input.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -48,6 +49,7 @@ std::optional<std::string> WindowsDesktop::askForFile(const FileDialog& dialog) 
   std::wstring path = toWide(dialog.fileName);
   // The dialog writes its answer into the same buffer.
   path.resize(longestPath);
+  dropPendingInput();
   const ModalOwner owner;
   OPENFILENAMEW settings{};
   settings.lStructSize = sizeof settings;

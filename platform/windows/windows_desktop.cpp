@@ -6,6 +6,7 @@
 
 #include "platform/windows/modal_owner.h"
 #include "platform/windows/module_path.h"
+#include "platform/windows/pending_input.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -21,6 +22,7 @@ int showBox(const std::wstring& prompt, const std::wstring& caption, UINT style)
 
 std::int32_t WindowsDesktop::messageBox(std::string_view prompt, std::int32_t style,
                                         std::optional<std::string_view> caption) {
+  dropPendingInput();  // it would dismiss the message unseen
   const std::wstring text = toWide(prompt);
   const std::wstring title = toWide(caption.value_or(libraryName));
   const auto asked = static_cast<UINT>(style);

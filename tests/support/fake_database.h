@@ -52,6 +52,7 @@ class FakeConnection final : public Connection {
   std::optional<RuntimeError> nextError;        ///< NextRecordset raises it
   std::vector<Diagnostic> said;                 ///< by the driver about failures
   bool lost = false;
+  bool nothingChanged = false;  ///< by a call that fails
 
   /// The procedure calls so far, described.
   std::vector<std::string> procedureCalls() const {
@@ -76,6 +77,7 @@ class FakeConnection final : public Connection {
   std::unique_ptr<Command> newCommand() override { return std::make_unique<FakeCommand>(*this); }
   std::vector<Diagnostic> diagnostics() const override { return said; }
   bool isLost() const override { return lost; }
+  bool changedNothing() const override { return nothingChanged; }
 
  private:
   struct FakeRecordset final : Recordset {

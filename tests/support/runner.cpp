@@ -50,13 +50,14 @@ void RunnerWorld::script(std::string_view fates) {
     const char fate = at < fates.size() ? fates[at] : ' ';
     const RuntimeError refused(ErrorNumber::IntegrityViolation, "refused");
     connection.lost = fate == 'X' || fate == 'L';
+    connection.nothingChanged = fate == 'x';
     connection.nextError.reset();
-    if (fate == 'x' || fate == 'X') throw RuntimeError(refused);
+    if (fate == 'x' || fate == 'd' || fate == 'X') throw RuntimeError(refused);
     if (fate == 't') throw RuntimeError(ErrorNumber::ProviderTimeout);
     if (fate == 'm') throw std::bad_alloc();
     if (fate == 'l' || fate == 'L') connection.nextError = refused;
   };
-  surroundings.openDatabase = [scripted](const std::string&) {
+  surroundings.openDatabase = [scripted](const std::string&, const OdbcOptions&) {
     return OpenDatabase{scripted, [] {}, [] {}};
   };
 }

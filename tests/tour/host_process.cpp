@@ -25,13 +25,13 @@ HostProcess::~HostProcess() {
   WaitForSingleObject(process_.get(), patience);
 }
 
-void HostProcess::waitForEnd() const {
+void HostProcess::waitForEnd(DWORD expected) const {
   if (WaitForSingleObject(process_.get(), patience) != WAIT_OBJECT_0) {
     throw RuntimeError(ErrorNumber::InvalidProcedureCall, "The host does not end");
   }
   DWORD status = 0;
   GetExitCodeProcess(process_.get(), &status);
-  if (status == 0) return;
+  if (status == expected) return;
   throw RuntimeError(ErrorNumber::InvalidProcedureCall,
                      "The host ended with status " + std::to_string(status));
 }

@@ -20,8 +20,8 @@ class HostProcess {
 
   DWORD id() const { return id_; }
   /// Waits for the process, which was told to end. Error 5 when it goes on beyond all patience, or
-  /// ends with another status than 0.
-  void waitForEnd() const;
+  /// ends with another status.
+  void waitForEnd(DWORD expected = 0) const;
 
  private:
   UniqueKernelObject process_;

@@ -2,7 +2,9 @@
 #include <ole2.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
+#include <string_view>
 
 #include "platform/windows/com_errors.h"
 #include "tests/tour/tour.h"
@@ -12,20 +14,30 @@ namespace {
 constexpr int exitFailed = 1;
 constexpr int exitUsage = 3;
 
+bool readOptions(std::string_view hands, const char* dots, velk::TourOptions& options) {
+  options.byKeyboard = hands == "keyboard";
+  options.dotsPerInch = std::atoi(dots);
+  return (options.byKeyboard || hands == "mouse") && options.dotsPerInch >= 96 &&
+         options.dotsPerInch <= 192;
+}
+
 }  // namespace
 
 int main(int count, char** words) {
-  if (count != 2) {
+  velk::TourOptions options;
+  const bool isUnderstood = count == 2 || (count == 4 && readOptions(words[2], words[3], options));
+  if (!isUnderstood) {
     std::puts(
-        "opnimp_tour FOLDER: imports a file of each kind by mouse and keyboard into a new\n"
-        "sample company in FOLDER, and saves a picture of every stage there");
+        "opnimp_tour FOLDER [mouse|keyboard DOTS]: imports a file of each kind by mouse or by\n"
+        "keyboard alone into a new sample company in FOLDER, on a display of 96 or as many dots\n"
+        "per inch, and saves a picture of every stage there");
     return exitUsage;
   }
   CoInitialize(nullptr);  // for the imaging component; until the process ends
   try {
     const auto folder = std::filesystem::absolute(words[1]);
     std::filesystem::create_directories(folder);
-    std::puts(velk::runTour(folder.wstring()).c_str());
+    std::puts(velk::runTour(folder.wstring(), options).c_str());
     return 0;
   } catch (...) {
     std::puts(velk::currentError().description().c_str());

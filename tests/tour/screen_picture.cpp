@@ -44,10 +44,7 @@ ComPtr<IWICImagingFactory> imagingFactory() {
 
 }  // namespace
 
-Picture displayedNow(const SeenWindows& windows) {
-  const RECT area = coveredArea(windows);
-  const LONG width = area.right - area.left;
-  const LONG height = area.bottom - area.top;
+Picture paintedPicture(LONG width, LONG height, const std::function<void(HDC)>& paint) {
   BITMAPINFO format{};
   // A negative height: from the top.
   format.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
@@ -58,12 +55,25 @@ Picture displayedNow(const SeenWindows& windows) {
   if (!bitmap) throw RuntimeError(ErrorNumber::OutOfMemory);
   const UniqueMemoryDc memory(CreateCompatibleDC(display.get()));  // goes before what it draws on
   SelectObject(memory.get(), bitmap.get());
-  BitBlt(memory.get(), 0, 0, width, height, display.get(), area.left, area.top, SRCCOPY);
+  paint(memory.get());
   GdiFlush();
   const auto* first = static_cast<const std::uint32_t*>(pixels);
   return {static_cast<std::uint32_t>(width),
           static_cast<std::uint32_t>(height),
           {first, first + static_cast<std::ptrdiff_t>(width) * height}};
+}
+
+Picture displayedIn(const RECT& area) {
+  const LONG width = area.right - area.left;
+  const LONG height = area.bottom - area.top;
+  return paintedPicture(width, height, [&](HDC memory) {
+    const UniqueDisplayDc display(GetDC(nullptr));
+    BitBlt(memory, 0, 0, width, height, display.get(), area.left, area.top, SRCCOPY);
+  });
+}
+
+Picture displayedNow(const SeenWindows& windows) {
+  return displayedIn(coveredArea(windows));
 }
 
 // Two looks that are equal: windows paint in several steps, and some paint without being asked.

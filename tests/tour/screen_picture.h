@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,10 @@ struct Picture {
   bool operator==(const Picture&) const = default;
 };
 
+/// What `paint` paints.
+Picture paintedPicture(LONG width, LONG height, const std::function<void(HDC)>& paint);
+/// A part of the display, as it is now.
+Picture displayedIn(const RECT& area);
 /// The part of the display that the windows cover, as it is now.
 Picture displayedNow(const SeenWindows& windows);
 /// The same once it is all painted and does not change any more.

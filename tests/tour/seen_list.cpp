@@ -17,7 +17,7 @@ namespace {
 template <class Structure>
 struct WithText {
   Structure structure;
-  std::array<wchar_t, 260> text;
+  std::array<wchar_t, 1024> text;
 };
 
 template <class Structure>
@@ -25,12 +25,6 @@ template <class Structure>
 void giveRoom(ForeignStructure<WithText<Structure>>& of) {
   of.copy.structure.pszText = of.there()->text.data();
   of.copy.structure.cchTextMax = static_cast<int>(of.copy.text.size());
-}
-
-POINT middle(const RECT& area, HWND of) {
-  POINT point{(area.left + area.right) / 2, (area.top + area.bottom) / 2};
-  ClientToScreen(of, &point);
-  return point;
 }
 
 }  // namespace
@@ -51,7 +45,7 @@ POINT headerPoint(HWND list, int column) {
   const auto header = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
   ForeignStructure<RECT> area(header);
   area.send(HDM_GETITEMRECT, static_cast<WPARAM>(column));
-  return middle(area.copy, header);
+  return middleOf(area.copy, header);
 }
 
 POINT cellPoint(HWND list, int row, int column) {
@@ -59,7 +53,24 @@ POINT cellPoint(HWND list, int row, int column) {
   area.copy.top = column;  // the question's form: column and part, in place of an area
   area.copy.left = LVIR_LABEL;
   area.send(LVM_GETSUBITEMRECT, static_cast<WPARAM>(row));
-  return middle(area.copy, list);
+  return middleOf(area.copy, list);
+}
+
+COMBOBOXINFO partsOf(HWND box) {
+  ForeignStructure<COMBOBOXINFO> parts(box);
+  parts.copy.cbSize = sizeof parts.copy;
+  if (parts.send(CB_GETCOMBOBOXINFO, 0) == FALSE) notThere("the parts of a box");
+  return parts.copy;
+}
+
+int textWidth(HWND list, std::wstring_view text) {
+  ForeignStructure<std::array<wchar_t, 1024>> there(list);
+  there.copy[text.copy(there.copy.data(), there.copy.size() - 1)] = L'\0';
+  return static_cast<int>(there.send(LVM_GETSTRINGWIDTHW, 0));
+}
+
+int columnWidth(HWND list, int column) {
+  return static_cast<int>(SendMessageW(list, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column), 0));
 }
 
 // A list does not tell how many columns it has: they end where it knows no more.

@@ -73,6 +73,12 @@ HWND SeenWindows::ofClass(std::wstring_view windowClass) const {
                     [&](HWND window) { return classOf(window) == windowClass; });
 }
 
+HWND SeenWindows::shownNow(std::wstring_view windowClass) const {
+  const auto windows = all();
+  const auto found = std::ranges::find(windows, windowClass, classOf);
+  return found == windows.end() ? nullptr : *found;
+}
+
 HWND SeenWindows::messageBoxSaying(std::wstring_view text) const {
   return waitForOne("the message " + fromWide(text), [&](HWND window) {
     return classOf(window) == L"#32770" && GetForegroundWindow() == window &&
@@ -92,6 +98,10 @@ std::wstring textOf(HWND window) {
   const LRESULT length =
       SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
   return {text.data(), static_cast<std::size_t>(length)};
+}
+
+std::string textShown(HWND window) {
+  return fromWide(classOf(window) + L" \"" + textOf(window) + L'"');
 }
 
 std::wstring classOf(HWND window) {
@@ -123,6 +133,12 @@ HWND buttonNamed(HWND parent, std::wstring_view caption) {
   });
   if (found == windows.end()) notThere("the button " + fromWide(caption));
   return *found;
+}
+
+POINT middleOf(const RECT& part, HWND window) {
+  POINT point{(part.left + part.right) / 2, (part.top + part.bottom) / 2};
+  ClientToScreen(window, &point);
+  return point;
 }
 
 HWND focusIn(HWND window) {

@@ -31,6 +31,8 @@ class SeenWindows {
   HWND titled(std::wstring_view title) const;
   /// Waits for a window of this class, such as a dialog or a menu.
   HWND ofClass(std::wstring_view windowClass) const;
+  /// The front window of this class; null if there is none.
+  HWND shownNow(std::wstring_view windowClass) const;
   /// Waits for a message box with this text.
   HWND messageBoxSaying(std::wstring_view text) const;
 
@@ -44,6 +46,8 @@ class SeenWindows {
 std::vector<HWND> childWindows(HWND parent);
 
 std::wstring textOf(HWND window);
+/// To name a window in a message: its class and text.
+std::string textShown(HWND window);
 std::wstring classOf(HWND window);
 
 void waitUntilGone(HWND window);
@@ -53,6 +57,9 @@ void waitUntilIdle(HWND window);
 /// Windows inside a window, the higher ones first. Error 5 when there are not that many.
 HWND childOfClass(HWND parent, std::wstring_view windowClass, std::size_t index = 0);
 HWND buttonNamed(HWND parent, std::wstring_view caption);
+
+/// The middle of a part of a window, on the display.
+POINT middleOf(const RECT& part, HWND window);
 
 /// The window with the keyboard in the thread of a window; null for none.
 HWND focusIn(HWND window);

@@ -3,20 +3,23 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <vector>
 
 #include "apps/host/company_tables.h"
-#include "apps/host/main_window.h"
+#include "apps/host/host_output.h"
 #include "base/errors.h"
 #include "platform/odbc/odbc_connection.h"
 #include "platform/windows/wide_text.h"
 #include "samples/company/sample_company.h"
+#include "tests/tour/display_scale.h"
+#include "tests/tour/hands.h"
+#include "tests/tour/host_look.h"
 #include "tests/tour/host_process.h"
 #include "tests/tour/posted_check.h"
 #include "tests/tour/salesman_edits.h"
 #include "tests/tour/screen_picture.h"
 #include "tests/tour/seen_list.h"
+#include "tests/tour/seen_text.h"
 #include "tests/tour/seen_windows.h"
 #include "tests/tour/tour_imports.h"
 #include "tests/tour/user_input.h"
@@ -27,17 +30,21 @@ namespace {
 
 class Tour {
  public:
-  Tour(const Places& places, const SeenWindows& host) : places_(places), host_(host) {}
+  Tour(const Places& places, const SeenWindows& host, const TourOptions& options)
+      : places_(places),
+        host_(host),
+        dotsPerInch_(options.dotsPerInch),
+        hands_(options.byKeyboard ? keyboardHands(host) : mouseHands(host, dotsPerInch_)) {}
 
   void run();
-  int pictures() const { return pictures_; }
+  /// The texts that were seen cut in each picture; empty if none was.
+  const std::string& cut() const { return cut_; }
 
  private:
   void import(const TourImport& what);
   void browse(HWND screen, const std::wstring& path);
   void exportSalesmen(HWND screen, const std::wstring& path);
   void answerFileDialog(const std::wstring& path, const std::string& pictureName);
-  HWND openPopup(POINT at) const;
   void remap(HWND screen);
   void showTable(std::string_view name);
   void showErrorLog();
@@ -46,51 +53,19 @@ class Tour {
 
   const Places& places_;
   const SeenWindows& host_;
+  int dotsPerInch_;
+  std::unique_ptr<Hands> hands_;
   HWND main_ = nullptr;
+  std::string cut_;
   int pictures_ = 0;
 };
-
-void clickWhenEnabled(HWND button) {
-  waitFor("a button to be enabled", [&] { return IsWindowEnabled(button) != FALSE; });
-  click(button);
-}
-
-// By mouse and keyboard. A click elsewhere would only close the list, so it has to be closed.
-void choose(HWND box, int place) {
-  const auto isDropped = [&] { return SendMessageW(box, CB_GETDROPPEDSTATE, 0, 0) != FALSE; };
-  click(box);
-  waitFor("a list of choices to drop", isDropped);
-  press(VK_HOME);
-  for (int i = 0; i < place; ++i) press(VK_DOWN);
-  press(VK_RETURN);
-  waitFor("the choice to be made",
-          [&] { return !isDropped() && SendMessageW(box, CB_GETCURSEL, 0, 0) == place; });
-}
-
-// A late report of an earlier move makes a drag of the click: as a user would, it tries again.
-HWND Tour::openPopup(POINT at) const {
-  constexpr ULONGLONG betweenClicks = 3'000;  // milliseconds
-  ULONGLONG next = 0;
-  HWND menu = nullptr;
-  waitFor("the popup menu", [&] {
-    const auto windows = host_.all();
-    const auto isMenu = [](HWND window) { return classOf(window) == L"#32768"; };
-    const auto found = std::ranges::find_if(windows, isMenu);
-    if (found != windows.end()) {
-      menu = *found;
-    } else if (GetTickCount64() >= next) {
-      click(at, Button::Right);
-      next = GetTickCount64() + betweenClicks;
-    }
-    return menu != nullptr;
-  });
-  return menu;
-}
 
 void Tour::picture(const std::string& name) {
   std::array<char, 16> number{};
   std::snprintf(number.data(), number.size(), "%02d-", ++pictures_);
   savePicture(takePicture(host_), places_.pictures + toWide(number.data() + name + ".png"));
+  const std::string cut = cutTexts(host_, dotsPerInch_);
+  if (!cut.empty()) cut_ += "\nTexts are cut in " + name + ":" + cut;
 }
 
 // Types the path into the dialog, as the user may instead of clicking through folders.
@@ -102,12 +77,12 @@ void Tour::answerFileDialog(const std::wstring& path, const std::string& picture
   type(path);
   waitFor("the name in the dialog", [&] { return textOf(nameBox()) == path; });
   picture(pictureName);
-  press(VK_RETURN);
+  hands_->confirm(dialog);
   waitUntilGone(dialog);
 }
 
 void Tour::browse(HWND screen, const std::wstring& path) {
-  clickWhenEnabled(buttonNamed(screen, L"&Browse"));
+  hands_->press(buttonNamed(screen, L"&Browse"));
   answerFileDialog(path, "browse");
   const HWND chosen = childOfClass(screen, L"Edit");
   waitFor("the name on the screen", [&] { return textOf(chosen) == path; });
@@ -116,17 +91,17 @@ void Tour::browse(HWND screen, const std::wstring& path) {
 // Exports all salesmen, and leaves them at `path` as a user may have edited them.
 void Tour::exportSalesmen(HWND screen, const std::wstring& path) {
   const std::wstring exported = places_.pictures + L"salesmen.xls";
-  click(buttonNamed(screen, L"&Export DS"));
+  hands_->press(buttonNamed(screen, L"&Export DS"));
   answerFileDialog(exported, "export");
+  // It cannot be read before all of it is written.
   waitFor("the exported file", [&] {
-    std::error_code missing;
-    const auto size = std::filesystem::file_size(exported, missing);
-    return !missing && size > 0;
+    return trapErrors([&] { editSalesmen(fromWide(exported), fromWide(path)); },
+                      [](const RuntimeError&) {});
   });
-  editSalesmen(fromWide(exported), fromWide(path));
+  waitUntilIdle(screen);
 }
 
-// Takes a field's mapping back with the right button and maps it anew by two clicks on headers.
+// Takes a field's mapping back by its popup menu and maps it anew by two headers.
 void Tour::remap(HWND screen) {
   const HWND preview = childOfClass(screen, L"SysListView32", 0);
   const HWND fields = childOfClass(screen, L"SysListView32", 1);
@@ -136,41 +111,42 @@ void Tour::remap(HWND screen) {
     waitFor("the mapping row to change", [&] { return cellText(fields, 0, field) == text; });
   };
   shows(L"Reference");
-  const HWND menu = openPopup(cellPoint(fields, 2, field));
+  const HWND menu = hands_->openPopup(fields, field);
   picture("popup");
-  click(menu);
+  hands_->choosePopup(menu);
   shows(L"Not Yet");
-  click(headerPoint(preview, column));
-  click(headerPoint(fields, field));
+  hands_->chooseColumn(preview, column);
+  picture("column");
+  hands_->chooseColumn(fields, field);
   shows(L"Reference");
 }
 
 void Tour::import(const TourImport& what) {
   const std::string& name = what.picture;
-  click(buttonNamed(main_, what.button));
+  hands_->press(buttonNamed(main_, what.button));
   const HWND screen = host_.titled(what.title);
   picture(name + "-opened");
   if (what.typeTitle != nullptr) {
-    choose(childOfClass(screen, L"ComboBox"), what.type);
+    hands_->choose(childOfClass(screen, L"ComboBox"), what.type);
     host_.titled(what.typeTitle);
   }
   if (what.exports) exportSalesmen(screen, what.file);
   browse(screen, what.file);
-  clickWhenEnabled(buttonNamed(screen, L"&View"));
+  hands_->press(buttonNamed(screen, L"&View"));
   const HWND import = buttonNamed(screen, L"&Import");
   waitFor("the file to be shown", [&] { return IsWindowEnabled(import) != FALSE; });
   picture(name + "-viewed");
   if (what.remaps) remap(screen);
-  click(import);
+  hands_->press(import);
   for (const std::wstring& message : what.messages) {
     const HWND box = host_.messageBoxSaying(message);
     picture(name + "-message");
-    press(VK_RETURN);
+    hands_->confirm(box);
     waitUntilGone(box);
   }
   waitFor("the import to end", [&] { return IsWindowEnabled(import) == FALSE; });
   waitUntilIdle(screen);
-  click(buttonNamed(screen, L"C&lose"));
+  hands_->press(buttonNamed(screen, L"C&lose"));
   waitUntilGone(screen);
   host_.titled(hostTitle);
   showTable(what.table);
@@ -180,7 +156,7 @@ void Tour::import(const TourImport& what) {
 void Tour::showTable(std::string_view name) {
   const auto tables = companyTables();
   const auto shown = std::ranges::find(tables, name, &CompanyTable::name);
-  choose(childOfClass(main_, L"ComboBox"), static_cast<int>(shown - tables.begin()));
+  hands_->choose(childOfClass(main_, L"ComboBox"), static_cast<int>(shown - tables.begin()));
   const HWND list = childOfClass(main_, L"SysListView32");
   std::vector<std::wstring> titles;
   for (const TableColumn& column : shown->columns) titles.push_back(toWide(column.title));
@@ -188,9 +164,7 @@ void Tour::showTable(std::string_view name) {
 }
 
 void Tour::showErrorLog() {
-  press('V', true);
-  host_.ofClass(L"#32768");
-  press('E');
+  hands_->chooseMenu(main_, {.menu = 'V', .menuCenter = 62, .item = 'E', .place = 0, .items = 2});
   const HWND choice = childOfClass(main_, L"ComboBox");
   const auto place = static_cast<LRESULT>(companyTables().size());
   waitFor("the error log to be shown",
@@ -200,9 +174,7 @@ void Tour::showErrorLog() {
 
 // By the menu, as a user may.
 void Tour::exit() {
-  press('I', true);
-  host_.ofClass(L"#32768");
-  press('X');
+  hands_->chooseMenu(main_, {.menu = 'I', .menuCenter = 22, .item = 'X', .place = 4, .items = 5});
 }
 
 void Tour::run() {
@@ -215,24 +187,30 @@ void Tour::run() {
 
 }  // namespace
 
-std::string runTour(const std::wstring& folder) {
+std::string runTour(const std::wstring& folder, const TourOptions& options) {
   const Places places(folder);
   const std::string company = fromWide(places.company);
   createSampleCompany(company);
+  checkErrors(places);
   const std::size_t logged = errorLogLines(places.errorLog).size();
-  const HostProcess host(places.host, L"--database \"" + places.company + L'"');
-  const SeenWindows windows(host.id());
-  Tour tour(places, windows);
-  try {
-    tour.run();
-    host.waitForEnd();
-  } catch (...) {
-    savePicture(displayedNow(windows), places.pictures + L"failed.png");
-    throw;
+  {
+    const DisplayScale scale(options.dotsPerInch);
+    const HostProcess host(places.host, L"--database \"" + places.company + L'"');
+    const SeenWindows windows(host.id());
+    Tour tour(places, windows, options);
+    try {
+      tour.run();
+      host.waitForEnd();
+    } catch (const RuntimeError& error) {
+      savePicture(displayedNow(windows), places.pictures + L"failed.png");
+      throw RuntimeError(error.number(), error.description() + tour.cut());
+    }
+    if (!tour.cut().empty()) throw RuntimeError(ErrorNumber::InvalidProcedureCall, tour.cut());
   }
   checkPosted(embeddedConnectionString(company), errorLogLines(places.errorLog).size() - logged);
-  return "All that the five files hold was posted or is in the error log; " +
-         std::to_string(tour.pictures()) + " pictures show how";
+  // The resolutions between and beyond.
+  checkLook(places, options.dotsPerInch == usualDotsPerInch ? 120 : 192);
+  return "All that the five files hold was posted or is in the error log; pictures show how";
 }
 
 }  // namespace velk

@@ -1,16 +1,21 @@
-// The demonstration host in use: a complete import of each kind, by mouse and keyboard, with a
-// picture of every stage, and a check of what the database holds in the end.
+// The demonstration host in use: a complete import of each kind, by mouse or by keyboard alone,
+// with a picture of every stage, and a check of what the database holds in the end.
 #pragma once
 
 #include <string>
 
 namespace velk {
 
+struct TourOptions {
+  bool byKeyboard = false;
+  int dotsPerInch = 96;
+};
+
 /// Starts the host that lies beside this program, on a new sample company in `folder`, which also
 /// takes the pictures, imports the files from the folder "samples" beside this program, and closes
 /// the host. The text that it returns says what was done. Error 5 when something that should happen
-/// does not, or when the database does not hold what should have been posted; 55 when the folder
-/// holds a company already.
-std::string runTour(const std::wstring& folder);
+/// does not, when a text is cut, or when the database does not hold what should have been posted;
+/// 55 when the folder holds a company already.
+std::string runTour(const std::wstring& folder, const TourOptions& options);
 
 }  // namespace velk

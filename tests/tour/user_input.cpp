@@ -1,44 +1,9 @@
 #include "tests/tour/user_input.h"
 
-#include "base/errors.h"
+#include "tests/support/sent_input.h"
 #include "tests/tour/seen_windows.h"
 
 namespace velk {
-
-namespace {
-
-void send(INPUT input) {
-  if (SendInput(1, &input, sizeof input) == 1) return;
-  throw RuntimeError(ErrorNumber::DeviceIo, "The system takes no input");
-}
-
-// In units of the display's 65536th parts, rounded up so that the pixel comes out.
-LONG part(LONG pixel, int metric) {
-  constexpr LONG parts = 65536;
-  const LONG pixels = GetSystemMetrics(metric);
-  return (pixel * parts + pixels - 1) / pixels;
-}
-
-// Place and button in one, because reports of earlier moves may still be on their way.
-void mouse(POINT at, DWORD button) {
-  INPUT input{};
-  input.type = INPUT_MOUSE;
-  input.mi.dx = part(at.x, SM_CXSCREEN);
-  input.mi.dy = part(at.y, SM_CYSCREEN);
-  input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | button;
-  send(input);
-}
-
-void key(WORD code, WORD character, DWORD flags) {
-  INPUT input{};
-  input.type = INPUT_KEYBOARD;
-  input.ki.wVk = code;
-  input.ki.wScan = character;
-  input.ki.dwFlags = flags;
-  send(input);
-}
-
-}  // namespace
 
 void click(POINT at, Button button) {
   waitFor("the pointer to move", [&] {
@@ -47,8 +12,8 @@ void click(POINT at, Button button) {
     return GetCursorPos(&now) != FALSE && now.x == at.x && now.y == at.y;
   });
   const bool left = button == Button::Left;
-  mouse(at, left ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN);
-  mouse(at, left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP);
+  sendMouse(at, left ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN);
+  sendMouse(at, left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP);
 }
 
 void click(HWND window) {
@@ -57,17 +22,17 @@ void click(HWND window) {
   click({(at.left + at.right) / 2, (at.top + at.bottom) / 2});
 }
 
-void press(WORD code, bool alt) {
-  if (alt) key(VK_MENU, 0, 0);
-  key(code, 0, 0);
-  key(code, 0, KEYEVENTF_KEYUP);
-  if (alt) key(VK_MENU, 0, KEYEVENTF_KEYUP);
+void press(WORD code, WORD held) {
+  if (held != 0) sendKey(held, 0, 0);
+  sendKey(code, 0, 0);
+  sendKey(code, 0, KEYEVENTF_KEYUP);
+  if (held != 0) sendKey(held, 0, KEYEVENTF_KEYUP);
 }
 
 void type(std::wstring_view text) {
   for (const wchar_t character : text) {
-    key(0, character, KEYEVENTF_UNICODE);
-    key(0, character, KEYEVENTF_UNICODE | KEYEVENTF_KEYUP);
+    sendKey(0, character, KEYEVENTF_UNICODE);
+    sendKey(0, character, KEYEVENTF_UNICODE | KEYEVENTF_KEYUP);
   }
 }
 

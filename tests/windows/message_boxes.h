@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <commdlg.h>
+
 #include <functional>
 #include <string>
 #include <utility>
@@ -30,6 +32,8 @@ class MessageBoxes {
   const Texts& shown() const { return shown_; }
   /// What is typed into file dialogs.
   void chooseFile(std::string path) { path_ = std::move(path); }
+  /// The one that the last file dialog started in.
+  const std::string& folder() const { return folder_; }
   std::function<void()> onShown;  ///< runs while a box is shown, before its button is pressed
 
  private:
@@ -48,6 +52,9 @@ class MessageBoxes {
   void answer(HWND box) {
     constexpr int fileName = 0x47C;
     if (GetDlgItem(box, fileName) == nullptr) return answerMessage(box);
+    wchar_t folder[MAX_PATH] = L"";
+    SendMessageW(box, CDM_GETFOLDERPATH, MAX_PATH, reinterpret_cast<LPARAM>(folder));
+    folder_ = fromWide(folder);
     SetDlgItemTextW(box, fileName, toWide(path_).c_str());
     PostMessageW(box, WM_COMMAND, IDOK, 0);
   }
@@ -75,6 +82,7 @@ class MessageBoxes {
   HHOOK hook_;
   Texts shown_;
   std::string path_;
+  std::string folder_;
 };
 
 }  // namespace velk

@@ -5,13 +5,8 @@
 #include <ocidl.h>
 #include <olectl.h>
 
-#include "masters/Velk_frmBankBranch_OpnImp.h"
-#include "opening/Velk_frmVenOpn_OpnImp.h"
-#include "opening/opening_import.h"
-#include "platform/windows/forms/window_shell.h"
 #include "platform/windows/ole_picture.h"
-#include "tests/support/test_world.h"
-#include "tests/windows/screen_windows.h"
+#include "tests/windows/open_screen.h"
 #include "tests/windows/seen_text.h"
 
 namespace velk {
@@ -28,36 +23,28 @@ constexpr Look inBold{L"Arial", fores[2], backs[2], true};
 
 struct ScreenCase {
   std::string caption;
-  std::function<std::shared_ptr<ImportScreen>(Velk_ModOpnImp&)> make;
+  ScreenMaker make;
   std::string dataFrameFace;
   Texts titles;         ///< of the mapping list
   std::string file;     ///< its first column maps by its title to the third field
   Texts previewTitles;  ///< of the file
 };
 
-template <class Screen, const OpeningImportKind& kind>
-std::shared_ptr<ImportScreen> makeScreen(Velk_ModOpnImp& module) {
-  return std::make_shared<Screen>(module, std::make_unique<OpeningImportButton>(kind));
-}
-std::shared_ptr<ImportScreen> makeMasterScreen(Velk_ModOpnImp& module) {
-  return std::make_shared<Velk_frmBankBranch_OpnImp>(module);
-}
-
 const ScreenCase screenCases[] = {
     {"Import Customer Opening",
-     makeScreen<Velk_frmCustOpn_OpnImp, customerOpening>,
+     customerScreen,
      "Arial",
      {"Customer ID", "Party", "Reference", "Date", "Bill Amount", "Balance", "Document Type"},
      "Reference,other\r\nR1,x\r\n",
      {"Reference", "other"}},
     {"Import VendorOpening",
-     makeScreen<Velk_frmVenOpn_OpnImp, vendorOpening>,
+     vendorScreen,
      "Arial",
      {"Vendor ID", "Vendor Name", "Reference", "Date", "Bill Amount", "Balance"},
      "Reference,other\r\nR1,x\r\n",
      {"Reference", "other"}},
     {"Import - Bank & Branch",
-     makeMasterScreen,
+     masterScreen,
      "MS Sans Serif",
      {"Bank Code", "Bank Name", "Branch Code", "Branch Name"},
      "Branch Code,other\r\nR1,x\r\n",

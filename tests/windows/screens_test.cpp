@@ -95,6 +95,7 @@ TEST_CASE("windows: a customer import by mouse") {
   CHECK(window.rows(1) == 0);
   CHECK(IsWindowEnabled(window.button("&Import")) == FALSE);
   CHECK(textOf(inside(window.handle, [](HWND w) { return textOf(w) == "in.csv"; })).empty());
+  CHECK(isOfClass(GetFocus(), L"Edit"));  // not Close, which an Enter too many would press
 }
 
 /// The master screen on the machine's own dialogs and files, over the host's ADO objects.
@@ -148,6 +149,16 @@ TEST_CASE("windows: salesmen exported and imported, and workbooks that others ho
   CHECK(salesmen.boxes.shown().back() ==
         "Salesman Export|File is already open or accessed by some other process. Please close "
         "that Excel File.|OK");
+}
+
+TEST_CASE("windows: salesmen's files are looked for in the application's folder each time") {
+  SalesmenScreen salesmen;
+  salesmen.folder.write("book.xls", "");
+  salesmen.boxes.chooseFile(salesmen.folder.path("book.xls"));
+  for (int i = 0; i < 2; ++i) {
+    Window(*salesmen.screen).click("&Browse");
+    CHECK(salesmen.boxes.folder() == salesmen.desktop.applicationFolder());
+  }
 }
 
 TEST_CASE("windows: the keyboard") {

@@ -16,6 +16,7 @@ struct Look {
   COLORREF fore;
   COLORREF back;
   bool bold = false;
+  double points = 9;
 };
 
 /// Pixels to paint on and to look at.
@@ -70,10 +71,11 @@ class Canvas {
   HGDIOBJ before_ = nullptr;
 };
 
-/// Paints a text of 9 points, an "&" as the underline of what follows; the part that is not
+/// Paints a text, an "&" as the underline of what follows; the part that is not
 /// background.
 inline RECT paintText(const Canvas& canvas, const std::string& text, const Look& look) {
-  const int height = -MulDiv(9, GetDeviceCaps(canvas.dc(), LOGPIXELSY), 72);
+  const int height =
+      -MulDiv(static_cast<int>(look.points * 20), GetDeviceCaps(canvas.dc(), LOGPIXELSY), 1440);
   const HFONT font = CreateFontW(height, 0, 0, 0, look.bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE,
                                  FALSE, DEFAULT_CHARSET, 0, 0, 0, 0, look.face);
   const HGDIOBJ before = SelectObject(canvas.dc(), font);

@@ -88,13 +88,13 @@ class Bookkeeper {
       differAt(record, "the import began it and never said what became of it");
     }
     if (said.fate != Fate::Posted) return;
-    const Posting recorded{seen.made(), seen.failed};
+    const Posting recorded{seen.made(), seen.raised()};
     if (recorded != said.posting) {
       differAt(record, "the import says that it called " + callsText(said.posting) +
                            ", the recorder saw " + callsText(recorded));
     }
     // In such a kind the second call is rightly missing when the first one has failed.
-    const bool endedEarly = basis_.kind.stopsAtFailure && seen.made() == 1 && seen.failed == 1;
+    const bool endedEarly = basis_.kind.stopsAtFailure && seen.made() == 1 && seen.raised() == 1;
     if (seen.made() != basis_.kind.becomes.size() && !endedEarly) {
       differAt(record, callsText(recorded) + " were called where a record needs " +
                            std::to_string(basis_.kind.becomes.size()));

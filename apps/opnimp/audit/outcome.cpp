@@ -22,6 +22,7 @@ constexpr std::array<Name, outcomeCount> names{{
     {"failed", "failed"},
     {"partial", "partial"},
     {"unknown", "unknown"},
+    {"taken back", "taken-back"},
     {"not reached", "not-reached"},
 }};
 
@@ -29,14 +30,29 @@ std::string errorText(const CallError& error) {
   return "(" + std::to_string(error.number) + "): " + error.description;
 }
 
+std::string_view changesText(Changes changes) {
+  switch (changes) {
+    case Changes::Stand:
+      return "";
+    case Changes::TakenBack:
+      return " and was taken back";
+    case Changes::NotKnown:
+      break;
+  }
+  return ", and whether it stays is not known";
+}
+
 std::string resultText(const RecordedCall& call) {
   switch (call.result) {
     case CallResult::Ok:
-      return call.text + " took effect";
+      return std::string(call.text).append(" took effect").append(changesText(call.changes));
     case CallResult::NotRun:
       return call.text + " was not run";
     case CallResult::Failed:
       return call.text + " failed " + errorText(*call.error);
+    case CallResult::InDoubt:
+      return call.text + " failed, and whether it took effect is not known " +
+             errorText(*call.error);
     case CallResult::FailedLate:
       return call.text + " may have taken effect in part, a later statement of it failed " +
              errorText(*call.error);
@@ -51,6 +67,13 @@ std::string uncheckedText(const RecordedCall& check) {
   const std::string type = check.parameters.empty() ? "his type" : toText(check.parameters[0]);
   return "whether " + type +
          " is a default value could not be checked, and the salesman is saved all the same";
+}
+
+/// In a transaction that was taken back even a call in doubt has changed nothing.
+bool isTakenBack(const RecordTrace& trace) {
+  return std::ranges::any_of(trace.calls, [](const RecordedCall* call) {
+    return call->kind == CallKind::Procedure && call->changes == Changes::TakenBack;
+  });
 }
 
 void add(std::string& reason, std::string_view text) {
@@ -85,7 +108,7 @@ bool isSkipped(Outcome outcome) {
 }
 
 bool isEffective(const RecordedCall& call) {
-  return call.kind == CallKind::Procedure &&
+  return call.kind == CallKind::Procedure && call.changes == Changes::Stand &&
          (call.result == CallResult::Ok || call.result == CallResult::NotRun);
 }
 
@@ -96,8 +119,11 @@ Tally tally(const RecordTrace& trace) {
     if (call->kind != CallKind::Procedure) continue;
     t.effective += isEffective(*call) ? 1U : 0U;
     t.failed += call->result == CallResult::Failed ? 1U : 0U;
+    t.inDoubt += call->result == CallResult::InDoubt ? 1U : 0U;
     t.late += call->result == CallResult::FailedLate ? 1U : 0U;
-    t.unknown += call->result == CallResult::Unknown ? 1U : 0U;
+    const bool lost = call->result == CallResult::Ok && call->changes == Changes::NotKnown;
+    t.unknown += lost || call->result == CallResult::Unknown ? 1U : 0U;
+    t.undone += call->result == CallResult::Ok && call->changes == Changes::TakenBack ? 1U : 0U;
   }
   return t;
 }
@@ -106,6 +132,7 @@ Tally tally(const RecordTrace& trace) {
 Outcome outcomeOf(const RecordTrace& trace) {
   using Fate = RecordReport::Fate;
   const Tally t = tally(trace);
+  if (isTakenBack(trace)) return t.undone == t.made() ? Outcome::TakenBack : Outcome::Failed;
   // First, because one call without an answer leaves open what the others mean.
   if (t.unknown > 0) return Outcome::Unknown;
   const Fate fate = trace.said->fate;
@@ -118,8 +145,9 @@ Outcome outcomeOf(const RecordTrace& trace) {
   }
   // Calls that failed late are not among these, since part of them may have taken effect.
   if (t.failed == t.made()) return Outcome::Failed;
+  if (t.raised() == t.made()) return Outcome::Unknown;
   const bool cutShort = fate != Fate::Posted;
-  if (t.failed > 0 || t.late > 0 || cutShort) return Outcome::Partial;
+  if (t.raised() > 0 || t.late > 0 || cutShort) return Outcome::Partial;
   if (!trace.readings.empty()) return Outcome::PostedAsRead;
   return trace.said->warned ? Outcome::PostedWithWarning : Outcome::Posted;
 }

@@ -23,9 +23,10 @@ enum class Outcome {
   Skipped,            ///< zero amount
   SkippedNotANumber,  ///< accepted, although its amount reads as 0
   Rejected,           ///< refused, or stopped by an error, before anything was called that posts it
-  Failed,             ///< no call took effect
-  Partial,            ///< some did
-  Unknown,            ///< a call had no answer
+  Failed,             ///< no call took effect, and that is known
+  Partial,            ///< some did, or a part of one
+  Unknown,            ///< whether any did is not known
+  TakenBack,          ///< posted, and taken back because another record was at fault
   NotReached,         ///< not even looked up
 };
 inline constexpr std::size_t outcomeCount = static_cast<std::size_t>(Outcome::NotReached) + 1;
@@ -56,14 +57,18 @@ struct RecordTrace {
 struct Tally {
   std::size_t effective = 0;
   std::size_t failed = 0;
+  std::size_t inDoubt = 0;
   std::size_t late = 0;
   std::size_t unknown = 0;
+  std::size_t undone = 0;  ///< took effect, and were taken back
 
-  std::size_t made() const { return effective + failed + late + unknown; }
+  std::size_t made() const { return effective + raised() + late + unknown + undone; }
+  /// Those that the import saw fail.
+  std::size_t raised() const { return failed + inDoubt; }
 };
 Tally tally(const RecordTrace& trace);
 
-/// A call that took effect, or would have in a dry run.
+/// A call that took effect for good, or would have in a dry run.
 bool isEffective(const RecordedCall& call);
 
 Outcome outcomeOf(const RecordTrace& trace);

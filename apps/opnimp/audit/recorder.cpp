@@ -42,20 +42,57 @@ MessageHandler Recorder::messages(MessageHandler show) {
 
 std::size_t Recorder::beginCall(CallKind kind, std::string_view text,
                                 std::vector<Value> parameters) {
+  gate_.requireOpen();
   // Noted before the call runs, with the result Unknown, which remains if no answer comes.
   calls_.push_back({row(), kind, std::string(text), std::move(parameters), {}, {}});
   return calls_.size() - 1;
 }
 
-// On a lost connection nobody knows whether the call took effect, whatever the driver says of it.
-void Recorder::callFailed(std::size_t call, CallResult result, const RuntimeError& error,
+void Recorder::callFailed(std::size_t call, const RuntimeError& error,
                           const Connection& connection) {
-  calls_[call].error = CallError{error.number(), error.description(), connection.diagnostics()};
-  if (connection.isLost()) {
-    calls_[call].result = CallResult::Unknown;
-    throw RunEnded{RunEnded::Why::ConnectionLost};
+  RecordedCall& failed = calls_[call];
+  failed.error = CallError{error.number(), error.description(), connection.diagnostics()};
+  failed.result = resultOfFailure(failed, connection);
+  endIfHopeless(error, connection);
+}
+
+// A procedure may end it, and then every later call would stand by itself.
+void Recorder::checkTransaction(std::size_t call) {
+  if (!transactionIsOpen_ || calls_[call].kind != CallKind::Procedure) return;
+  if (gate_.pass(transactionIsOpen_)) return;
+  throw RunEnded{calls_[call].text +
+                 " ended the transaction of --all-or-nothing; what was posted until then may stay"};
+}
+
+void Recorder::settle(Changes changes) {
+  for (RecordedCall& call : calls_) {
+    if (call.kind == CallKind::Procedure) call.changes = changes;
   }
-  calls_[call].result = result;
+}
+
+void Recorder::callRefused(std::size_t call, const RuntimeError& error) {
+  calls_[call].error = CallError{error.number(), error.description(), {}};
+  calls_[call].result = CallResult::Failed;
+}
+
+// On a lost connection nobody knows whether the call took effect, whatever the driver says of it.
+CallResult Recorder::resultOfFailure(const RecordedCall& call, const Connection& connection) const {
+  if (connection.isLost()) return CallResult::Unknown;
+  if (call.result == CallResult::Ok) return CallResult::FailedLate;
+  const bool posts = call.kind == CallKind::Procedure;
+  return posts && !connection.changedNothing() ? CallResult::InDoubt : CallResult::Failed;
+}
+
+void Recorder::endIfHopeless(const RuntimeError& error, const Connection& connection) {
+  // First, because the error is the interrupt's own.
+  gate_.requireOpen();
+  if (connection.isLost()) {
+    throw RunEnded{"the connection to the database was lost: " + error.description()};
+  }
+  if (error.is(ErrorNumber::ProviderTimeout)) {
+    throw RunEnded{"the database did not answer in time (" + error.description() +
+                   "); --wait SECONDS gives it longer"};
+  }
 }
 
 }  // namespace velk

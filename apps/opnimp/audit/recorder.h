@@ -3,16 +3,19 @@
 // import says of itself (import_report.h), and the imports know nothing of it.
 //
 // It also ends a run at once when the connection is gone, so that records which were never looked
-// up are not called unknown customers.
+// up are not called unknown customers; and when the database does not answer in time, since whoever
+// holds a lock would make each call of the rest wait as long.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "apps/opnimp/audit/run_gate.h"
 #include "base/errors.h"
 #include "mapping/import_screen.h"
 #include "platform/database.h"
@@ -30,9 +33,17 @@ enum class CallKind {
 enum class CallResult {
   Unknown,     ///< no answer came: it may or may not have taken effect
   Ok,          ///< it took effect
-  Failed,      ///< it took no effect
+  Failed,      ///< it is known to have taken no effect
+  InDoubt,     ///< it failed, and may have taken effect, in whole or in part
   FailedLate,  ///< a later statement of it failed: part of it may have taken effect
   NotRun,      ///< a dry run only records it
+};
+
+/// What became of the changes of a call.
+enum class Changes {
+  Stand,
+  TakenBack,  ///< with the transaction that it ran in
+  NotKnown,   ///< the transaction was ended by somebody else, or nobody knows how
 };
 
 struct CallError {
@@ -48,6 +59,7 @@ struct RecordedCall {
   std::vector<Value> parameters;
   CallResult result = CallResult::Unknown;
   std::optional<CallError> error;
+  Changes changes = Changes::Stand;
 };
 
 struct RecordedLine {
@@ -91,21 +103,39 @@ class Recorder : private ErrorLog {
   const std::vector<RecordedLine>& lines() const { return lines_; }
   const std::vector<RecordedMessage>& shown() const { return messages_; }
 
+  /// All calls that post run in one transaction from now on. After each of them `isOpen` is asked,
+  /// and the run ended if it is not.
+  void requireTransaction(std::function<bool()> isOpen) { transactionIsOpen_ = std::move(isOpen); }
+  /// What became of that transaction.
+  void settle(Changes changes);
+
+  /// What each call of the database passes.
+  RunGate& gate() { return gate_; }
+
   // For the wrapped connection.
   Mode mode() const { return mode_; }
-  /// Notes that a call begins and answers its position in calls().
+  /// Notes that a call begins and answers its position in calls(). Throws RunEnded if the gate is
+  /// closed.
   std::size_t beginCall(CallKind kind, std::string_view text, std::vector<Value> parameters);
   void setResult(std::size_t call, CallResult result) { calls_[call].result = result; }
-  /// Notes a call's failure. Throws RunEnded, the result being Unknown, when the connection is
-  /// gone.
-  void callFailed(std::size_t call, CallResult result, const RuntimeError& error,
-                  const Connection& connection);
+  /// Notes that a call failed; one whose result is Ok until now, in a later statement of it. Throws
+  /// RunEnded when nothing more can be asked.
+  void callFailed(std::size_t call, const RuntimeError& error, const Connection& connection);
+  /// Throws RunEnded when the call was to post in a transaction, and that is not open any more.
+  void checkTransaction(std::size_t call);
+  /// Notes that a call was refused before anything was sent.
+  void callRefused(std::size_t call, const RuntimeError& error);
 
  private:
   /// Keeps each line, also one that the file does not take.
   void append(std::string_view line) override;
 
+  CallResult resultOfFailure(const RecordedCall& call, const Connection& connection) const;
+  void endIfHopeless(const RuntimeError& error, const Connection& connection);
+
   const Mode mode_;
+  RunGate gate_;
+  std::function<bool()> transactionIsOpen_;  // empty: each call stands by itself
   const ImportScreen* screen_ = nullptr;
   std::size_t before_ = 0;
   std::vector<RecordedCall> calls_;

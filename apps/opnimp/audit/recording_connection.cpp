@@ -23,24 +23,21 @@ template <class Run>
 std::shared_ptr<Recordset> watched(Recorder& recorder, const Connection& connection,
                                    std::size_t call, Run&& execute) {
   std::shared_ptr<Recordset> first;
-  CallResult failure = CallResult::Failed;
   try {
-    first = execute();
+    first = recorder.gate().pass(execute);
     recorder.setResult(call, CallResult::Ok);
     // From here on the first statement has taken effect, and only a later one can fail.
-    failure = CallResult::FailedLate;
     for (auto result = first; result != nullptr;) result = result->NextRecordset();
   } catch (const RuntimeError& error) {
-    recorder.callFailed(call, failure, error, connection);
+    recorder.callFailed(call, error, connection);
     // A late failure is raised where the import itself asks for that result, as without a recorder.
-    if (failure == CallResult::Failed) throw;
+    if (first == nullptr) {
+      recorder.checkTransaction(call);
+      throw;
+    }
   }
+  recorder.checkTransaction(call);
   return first;
-}
-
-/// What a call meets that the driver would not take.
-std::shared_ptr<Recordset> refusal() {
-  throw RuntimeError(ErrorNumber::WrongArgumentType);
 }
 
 class RecordingCommand final : public Command {
@@ -106,7 +103,11 @@ std::shared_ptr<Recordset> RecordingCommand::Execute(std::int32_t options) {
     return watched(recorder_, *connection_, call, [&] { return inner_->Execute(options); });
   }
   // The driver never sees this call: what it would refuse by itself has to be refused here.
-  if (exceedsSize()) return watched(recorder_, *connection_, call, refusal);
+  if (exceedsSize()) {
+    const RuntimeError refusal(ErrorNumber::WrongArgumentType);
+    recorder_.callRefused(call, refusal);
+    throw RuntimeError(refusal);
+  }
   recorder_.setResult(call, CallResult::NotRun);
   return std::make_shared<MemoryRecordset>();  // no rows
 }
@@ -125,6 +126,7 @@ class RecordingConnection final : public Connection {
     return std::make_unique<RecordingCommand>(recorder_, inner_);
   }
   std::vector<Diagnostic> diagnostics() const override { return inner_->diagnostics(); }
+  bool changedNothing() const override { return inner_->changedNothing(); }
   bool isLost() const override { return inner_->isLost(); }
 
  private:

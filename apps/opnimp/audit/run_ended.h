@@ -2,11 +2,12 @@
 // nor the screen's dispatcher take it for a failure of theirs.
 #pragma once
 
+#include <string>
+
 namespace velk {
 
 struct RunEnded {
-  enum class Why { Interrupted, ConnectionLost };
-  Why why;
+  std::string why;  ///< such as "it was interrupted"
 };
 
 }  // namespace velk

@@ -142,10 +142,14 @@ class CommandLine {
     add(Command::DemoDatabase, "demo-database", "the new file",
         "make the sample company's embedded database");
     addText({import, exporting}, "--database", "STRING", arguments_.database, databaseHelp);
+    addWait({import, exporting});
     addMap({import, preview});
     addAccept({import, preview});
     addFromLine({import, preview});
     addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
+    addFlag({import}, "--all-or-nothing", arguments_.allOrNothing,
+            "in one transaction, which is taken back if a record is refused,\n"
+            "fails, or is not reached");
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
     addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
     addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
@@ -199,6 +203,18 @@ class CommandLine {
     };
     for (CLI::App* const command : commands) {
       command->add_option_function<std::string>("--from-line", take, fromLineHelp)->type_name("N");
+    }
+  }
+
+  void addWait(Apps commands) {
+    constexpr int longest = 24 * 60 * 60;
+    for (CLI::App* const command : commands) {
+      command
+          ->add_option("--wait", arguments_.waitSeconds,
+                       "how long one statement may run, or wait for a lock, before\n"
+                       "the run ends (default: 30)")
+          ->type_name("SECONDS")
+          ->check(CLI::Range(1, longest));
     }
   }
 

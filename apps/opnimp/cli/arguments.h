@@ -31,7 +31,9 @@ struct Arguments {
   std::optional<std::string> report;
   std::optional<std::string> appFolder;
   std::size_t fromLine = 1;  ///< of the file, from which on records are imported
+  std::optional<int> waitSeconds;  ///< for one statement
   bool dryRun = false;
+  bool allOrNothing = false;
   bool json = false;
 };
 

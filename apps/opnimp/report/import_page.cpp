@@ -16,7 +16,8 @@ Tone toneOf(Outcome outcome) {
   if (isPosted(outcome)) return Tone::Noted;
   if (isRefused(outcome)) return Tone::Refused;
   if (isDoubtful(outcome)) return Tone::Doubtful;
-  return outcome == Outcome::NotReached ? Tone::Untouched : Tone::Skipped;
+  const bool untouched = outcome == Outcome::NotReached || outcome == Outcome::TakenBack;
+  return untouched ? Tone::Untouched : Tone::Skipped;
 }
 
 Tone toneOf(const ImportResult& result) {

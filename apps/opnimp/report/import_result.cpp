@@ -125,6 +125,21 @@ std::string stepAfterDryRun(const ImportResult& result) {
          "would refuse was not tried.";
 }
 
+/// Empty unless everything was taken back.
+std::string stepAfterTakingBack(const ImportResult& result) {
+  const Account& account = result.account;
+  const bool nothing = account.notes.count + account.entries.count == 0 &&
+                       doubtfulRecords(account) == 0 && account.addsUp();
+  if (account.count(Outcome::TakenBack) == 0 || !nothing) return {};
+  const std::size_t refused = refusedRecords(account);
+  const std::string correct =
+      refused == 0 ? "When the cause is mended"
+                   : "Correct " + counted(refused, "refused record", "refused records") +
+                         " in the file" + where(result, RejectFiles::Rejects) + "; then";
+  return "Nothing stays posted: all of it was taken back. " + correct +
+         " import the whole file again.";
+}
+
 /// Empty when something was imported, or the records have to be corrected.
 std::string stepWithNothingImported(const ImportResult& result) {
   const std::size_t records = result.input->count();
@@ -168,6 +183,7 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
     addAllowedDsTypes(result, steps);
     return steps;
   }
+  if (const std::string step = stepAfterTakingBack(result); !step.empty()) return {step};
   // Only an account that adds up can prove that nothing was imported.
   if (result.account.addsUp()) {
     if (const std::string step = stepWithNothingImported(result); !step.empty()) return {step};
@@ -179,7 +195,8 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
         "importing anything again.");
   }
   addStepsForRecords(result, steps);
-  const bool posted = result.account.notes.count + result.account.entries.count > 0;
+  const bool posted = result.account.notes.count + result.account.entries.count > 0 ||
+                      doubtfulRecords(result.account) > 0;
   // A salesman who is posted again replaces himself, so that no warning is needed.
   if (!steps.empty() && posted && !result.arguments.kind->replaces) {
     steps.emplace_back("Do not import the whole file again: what is posted would be posted twice.");

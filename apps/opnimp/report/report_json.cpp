@@ -15,9 +15,10 @@ namespace velk {
 
 namespace {
 
-// In the order of CallKind, CallResult and RecordedLine::Kept.
+// In the order of CallKind, CallResult, Changes and RecordedLine::Kept.
 constexpr std::array kindCodes{"query", "check", "procedure"};
-constexpr std::array resultCodes{"unknown", "ok", "failed", "failed-late", "not-run"};
+constexpr std::array resultCodes{"unknown", "ok", "failed", "in-doubt", "failed-late", "not-run"};
+constexpr std::array changesCodes{"stand", "taken-back", "not-known"};
 constexpr std::array keptCodes{"memory", "file", "not-written"};
 
 std::string codeOf(std::span<const char* const> codes, auto value) {
@@ -70,6 +71,7 @@ Json callJson(const RecordedCall* call) {
   Json json{{codeOf(kindCodes, call->kind), call->text}};
   if (call->kind != CallKind::Query) json["parameters"] = listOf(call->parameters, valueJson);
   json["result"] = codeOf(resultCodes, call->result);
+  if (call->changes != Changes::Stand) json["changes"] = codeOf(changesCodes, call->changes);
   if (call->error) json["error"] = errorJson(*call->error);
   return json;
 }

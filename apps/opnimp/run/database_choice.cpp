@@ -21,7 +21,7 @@ constexpr std::size_t longestConnectionString = 8192;
 
 OpenDatabase connect(const DatabaseChoice& choice, const Surroundings& surroundings) {
   try {
-    return surroundings.openDatabase(choice.connectionString);
+    return surroundings.openDatabase(choice.connectionString, choice.options);
   } catch (const RuntimeError& error) {
     // Only `shown` is printed: the connection string may contain a password.
     throw CannotOpen(

@@ -11,7 +11,8 @@
 namespace velk {
 
 struct DatabaseChoice : CompanyDatabase {
-  std::string shown;  ///< fit to be printed: without passwords
+  std::string shown;      ///< fit to be printed: without passwords
+  OdbcOptions options{};  ///< how it is opened
 };
 
 /// The database that --database names: a connection string, or the path of an embedded database;

@@ -97,9 +97,8 @@ void drive(ExportOutcome& outcome, ScreenSession& session, ImportReport& report,
     }
   } catch (const Refused& refused) {
     fail(outcome, refused.what());
-  } catch (const RunEnded&) {
-    // Nobody asks for interrupts during an export, so that only a lost connection ends it.
-    fail(outcome, "the connection to the database was lost");
+  } catch (const RunEnded& ended) {
+    fail(outcome, ended.why);
   }
 }
 
@@ -108,7 +107,8 @@ void drive(ExportOutcome& outcome, ScreenSession& session, ImportReport& report,
 ExitStatus runExport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
   const std::string folder = applicationFolder(arguments.appFolder);
-  const DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
+  DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
+  if (arguments.waitSeconds) choice.options.commandTimeoutSeconds = *arguments.waitSeconds;
   checkWrites({"the export", arguments.file, {arguments.file}}, choice, folder, {});
   const Target target(arguments.file);
   const OpenDatabase database = openDatabase(choice, surroundings);

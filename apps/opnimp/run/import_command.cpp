@@ -23,6 +23,8 @@
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "apps/opnimp/run/shadow_file.h"
+#include "apps/opnimp/run/watched_run.h"
+#include "apps/opnimp/run/whole_run.h"
 #include "apps/opnimp/warnings/find_warnings.h"
 #include "base/errors.h"
 
@@ -56,7 +58,7 @@ class DryRun {
   const OpenDatabase& database_;
 };
 
-class ImportCommand {
+class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
  public:
   ImportCommand(const Arguments& arguments, const Streams& streams,
                 const Surroundings& surroundings, Recorder::Mode mode)
@@ -85,7 +87,7 @@ class ImportCommand {
   const ImportResult& run() {
     try {
       prepare();
-      drive();
+      driveWatched();
     } catch (const std::bad_alloc&) {
       if (began_) throw;
       throw CannotOpen(tooLarge(arguments().file));
@@ -105,7 +107,8 @@ class ImportCommand {
     checkAccepted(arguments().accept);
     folder_ = applicationFolder(arguments().appFolder);
     result_.input = readInput(arguments());
-    const DatabaseChoice choice = chooseDatabase(arguments().database, surroundings_);
+    DatabaseChoice choice = chooseDatabase(arguments().database, surroundings_);
+    if (arguments().waitSeconds) choice.options.commandTimeoutSeconds = *arguments().waitSeconds;
     result_.database = choice.shown;
     prepareRejects(choice);
     prepareReport(choice);
@@ -143,10 +146,22 @@ class ImportCommand {
     result_.began = surroundings_.clock();
   }
 
+  /// The run keeps this object for as long as it lives: for ever, if the database never answers.
+  void driveWatched() {
+    const WatchedRun run{[self = shared_from_this()] { self->drive(); }, surroundings_.interrupted,
+                         database_.cancel, recorder_.gate()};
+    if (!runWatched(run)) {
+      result_.brokeOff = "it was interrupted, and the database did not answer any more";
+      if (arguments().allOrNothing) recorder_.settle(Changes::NotKnown);
+    }
+  }
+
   void drive() {
     // Declared before the session, so that the screen is gone when the transaction is taken back.
     std::optional<DryRun> dryRun;
     if (arguments().dryRun) dryRun.emplace(database_);
+    std::optional<WholeRun> whole;
+    if (arguments().allOrNothing && !arguments().dryRun) whole.emplace(database_, recorder_);
     try {
       std::size_t first = 0;
       do first = driveScreen(first);
@@ -155,8 +170,9 @@ class ImportCommand {
       // What earlier screens posted is posted.
       (report_.begun() == 0 ? result_.refusal : result_.brokeOff) = refused.what();
     } catch (const RunEnded& ended) {
-      brokeOff(ended);
+      result_.brokeOff = ended.why;
     }
+    if (whole) settle(*whole);
     tellOfLog();
     // A run that was refused early has no warnings yet, although they may explain the refusal.
     if (!began_ && result_.warnings.empty()) findWarningsNow();
@@ -277,6 +293,20 @@ class ImportCommand {
     return error.is(ErrorNumber::NoSuchTable) || error.is(ErrorNumber::CommandErrors);
   }
 
+  void settle(WholeRun& whole) {
+    bool keep = false;
+    if (result_.brokeOff.empty() && !result_.refused() && !wasRefused()) {
+      drawUp();
+      keep = result_.account.addsUp() &&
+             std::ranges::none_of(result_.traces.records, [](const RecordTrace& trace) {
+               return isRefused(trace.outcome) || isDoubtful(trace.outcome) ||
+                      trace.outcome == Outcome::NotReached;
+             });
+    }
+    const std::string failure = whole.settle(keep);
+    if (result_.brokeOff.empty()) result_.brokeOff = failure;
+  }
+
   /// The import's word that nothing was posted, as long as nothing seen speaks against it.
   bool wasRefused() const {
     return report_.refusal() && report_.begun() == 0 &&
@@ -301,8 +331,9 @@ class ImportCommand {
   }
 
   void endIfInterrupted() const {
-    if (surroundings_.interrupted && surroundings_.interrupted())
-      throw RunEnded{RunEnded::Why::Interrupted};
+    if (surroundings_.interrupted && surroundings_.interrupted()) {
+      throw RunEnded{"it was interrupted"};
+    }
   }
 
   void findWarningsNow() {
@@ -310,30 +341,23 @@ class ImportCommand {
                                     civilFromDate(surroundings_.clock()).year);
   }
 
-  void brokeOff(const RunEnded& ended) {
-    if (ended.why == RunEnded::Why::Interrupted) {
-      result_.brokeOff = "it was interrupted";
-      return;
-    }
-    result_.brokeOff = "the connection to the database was lost";
-    const auto& calls = recorder_.calls();
-    if (!calls.empty() && calls.back().error) {
-      result_.brokeOff += ": " + calls.back().error->description;
-    }
-  }
-
   void evaluate() {
     if (wasRefused() && !result_.refused()) {
       result_.refusal = runRefusalText(*report_.refusal(), *result_.input, result_.mapping, kind());
     }
-    // Of a refused run, too: the report lists the log lines of the run as a whole.
-    result_.traces = traceRecords(report_, recorder_, result_.warnings, result_.input->count());
+    drawUp();
     if (!result_.refused()) {
       findAllowedDsTypes();
-      result_.account = drawUpAccount({kind(), *result_.input, result_.mapping, result_.traces,
-                                       screenRecords_, report_.ended()});
       writeRejects();
     }
+  }
+
+  void drawUp() {
+    // Of a refused run, too: the report lists the log lines of the run as a whole.
+    result_.traces = traceRecords(report_, recorder_, result_.warnings, result_.input->count());
+    if (result_.refused()) return;
+    result_.account = drawUpAccount(
+        {kind(), *result_.input, result_.mapping, result_.traces, screenRecords_, report_.ended()});
   }
 
   /// So that the user can correct the salesmen who were refused.
@@ -341,7 +365,8 @@ class ImportCommand {
     const bool rejected = std::ranges::any_of(result_.traces.records, [](const RecordTrace& trace) {
       return trace.outcome == Outcome::Rejected;
     });
-    if (kind().type != MasterType::Salesman || !rejected) return;
+    // After a run that broke off the database may not answer.
+    if (kind().type != MasterType::Salesman || !rejected || !result_.brokeOff.empty()) return;
     // Not on the recorded connection, since this look-up is no part of the run.
     result_.allowedDsTypes = allowedDsTypes(*database_.connection);
   }
@@ -392,9 +417,10 @@ void foreseeImport(const Arguments& arguments, const Streams& streams,
 
 ExitStatus runImport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
-  ImportCommand command(arguments, streams, surroundings,
-                        arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post);
-  const ImportResult& result = command.run();
+  const auto command = std::make_shared<ImportCommand>(
+      arguments, streams, surroundings,
+      arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post);
+  const ImportResult& result = command->run();
   (arguments.json ? writeImportJson : writeImportText)(result, streams.out);
   return result.status();
 }

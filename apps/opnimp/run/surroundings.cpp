@@ -15,11 +15,15 @@ Surroundings realSurroundings() {
           .user = userName,
           .database = database == nullptr ? "" : database,
           .openDatabase =
-              [](const std::string& connectionString) {
-                // All three members keep the connection alive.
-                const auto connection = openOdbc(connectionString);
-                return OpenDatabase{connection, [connection] { connection->beginTransaction(); },
-                                    [connection] { connection->rollback(); }};
+              [](const std::string& connectionString, const OdbcOptions& options) {
+                // All members keep the connection alive.
+                const auto connection = openOdbc(connectionString, options);
+                return OpenDatabase{connection,
+                                    [connection] { connection->beginTransaction(); },
+                                    [connection] { connection->rollback(); },
+                                    [connection] { connection->cancel(); },
+                                    [connection] { connection->commit(); },
+                                    [connection] { return connection->isInTransaction(); }};
               }};
 }
 

@@ -93,7 +93,7 @@ void OpeningCheck::checkReference(const CheckedRecord& record, const std::string
 void OpeningCheck::checkDocumentDate(const CheckedRecord& record, std::vector<Warning>& warnings) {
   const std::string text = record.read(openingField::date);
   // Without a text for invalid dates, the kind raises an error for them, which ends its run.
-  const auto doubt = checkDate(text, file_.currentYear, file_.kind.opening->invalidDate.empty());
+  const auto doubt = checkDate(text, file_.currentYear, file_.kind.opening->badDateEndsRun);
   if (!doubt) return;
   Misreading reading = record.misreading(openingField::date, text, doubt->readAs);
   if (doubt->id == WarningId::DateReadsBothWays) {

@@ -17,10 +17,7 @@ DWORD styleOf(const Control& control, DWORD style) {
 
 ControlWindow::ControlWindow(Control& control, const ControlPlace& place,
                              const wchar_t* windowClass, DWORD style, DWORD extendedStyle)
-    : control_(control),
-      scale_(place.scale),
-      font_(place.fonts.get(control.has(Property::FontName) ? control.text(Property::FontName)
-                                                            : Fonts::standard)) {
+    : control_(control), scale_(place.scale), fonts_(place.fonts) {
   const Bounds at = scale_.pixels(control_.bounds());
   const std::wstring caption =
       control.has(Property::Caption) ? toWide(control.text(Property::Caption)) : std::wstring();
@@ -29,7 +26,11 @@ ControlWindow::ControlWindow(Control& control, const ControlPlace& place,
                       at.top, at.width, at.height, place.parent, nullptr, thisModule(), nullptr);
   if (handle_ == nullptr) throw RuntimeError(ErrorNumber::OutOfMemory);
   // A new window has the old system font.
-  SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
+  SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(font()), FALSE);
+}
+
+HFONT ControlWindow::font() const {
+  return fonts_.of(control_);
 }
 
 void ControlWindow::propertyChanged(Property property) {
@@ -45,6 +46,11 @@ void ControlWindow::propertyChanged(Property property) {
     case Property::Width:
     case Property::Height:
       return place();
+    case Property::FontName:
+    case Property::FontSize:
+    case Property::FontBold:
+      SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(font()), TRUE);
+      return;
     case Property::Caption:
       return showText(property);
     case Property::Focus:

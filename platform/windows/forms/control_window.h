@@ -5,6 +5,9 @@
 
 #include <commctrl.h>
 
+#include <cstdint>
+#include <optional>
+
 #include "platform/windows/forms/fonts.h"
 #include "platform/windows/forms/scale.h"
 #include "ui/control.h"
@@ -33,6 +36,10 @@ class ControlWindow {
   virtual void command(UINT /*code*/) {}
   /// A WM_NOTIFY; the answer to it.
   virtual LRESULT notify(NMHDR& /*header*/) { return 0; }
+  /// A key went down with the focus here, `shift` as Form::userKeyDown has it. True: it was used.
+  virtual bool keyDown(WPARAM /*key*/, std::int16_t /*shift*/) { return false; }
+  /// Where a menu appears that the control asks for by the keyboard, on the display.
+  virtual std::optional<POINT> menuPlace() const { return std::nullopt; }
   /// Sets the colours of `dc` and answers the brush of the background; null: the system's.
   HBRUSH color(HDC dc) const;
   /// Shows what was put off while code changed the model.
@@ -44,16 +51,18 @@ class ControlWindow {
                 DWORD style, DWORD extendedStyle = 0);
 
   const Scale& scale() const { return scale_; }
-  HFONT font() const { return font_; }
+  /// Puts the window where the model has the control.
+  virtual void place() const;
+  Fonts& fonts() const { return fonts_; }
+  HFONT font() const;
   void showText(Property property) const;
 
  private:
   void enable() const;
-  void place() const;
 
   Control& control_;
   Scale scale_;
-  HFONT font_;
+  Fonts& fonts_;
   HWND handle_;
 };
 

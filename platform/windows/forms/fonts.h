@@ -3,22 +3,20 @@
 
 #include <map>
 #include <string>
-#include <string_view>
-#include <utility>
+#include <tuple>
 
 #include "platform/windows/handles.h"
+#include "ui/control.h"
 
 namespace velk {
 
 class Fonts {
  public:
-  static constexpr std::string_view standard = "Arial";
-
-  /// Lives as long as this object.
-  HFONT get(std::string_view name, bool bold = false);
+  /// That of a control's texts, or its bold form. Lives as long as this object.
+  HFONT of(const Control& control, bool bold = false);
 
  private:
-  std::map<std::pair<std::string, bool>, UniqueFont> made_;
+  std::map<std::tuple<std::string, int, bool>, UniqueFont> made_;
 };
 
 }  // namespace velk

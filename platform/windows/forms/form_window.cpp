@@ -11,6 +11,7 @@
 #include "platform/windows/handles.h"
 #include "platform/windows/module_path.h"
 #include "platform/windows/ole_picture.h"
+#include "platform/windows/pending_input.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -35,7 +36,7 @@ FormWindow::FormWindow(std::shared_ptr<Form> form, std::shared_ptr<void> keep)
     : keep_(std::move(keep)), form_(std::move(form)), scale_(Scale::ofDisplay()) {
   makeWindow();
   try {  // the destructor does not run for an object whose constructor fails
-    makeControls();
+    makeControls(nullptr, handle_);
   } catch (...) {
     destroy();
     throw;
@@ -51,8 +52,9 @@ FormWindow::~FormWindow() {
 
 void FormWindow::makeWindow() {
   const Bounds at = scale_.pixels(form_->bounds());
-  // Before the controls are made: the class of lists is not there by itself.
-  const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
+  // Before the controls are made: the classes of lists and tooltips are not there by themselves.
+  const INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX),
+                                   ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES};
   InitCommonControlsEx(&lists);
   handle_ = CreateWindowExW(WS_EX_CONTROLPARENT, registeredClass(formClass, procedure),
                             toWide(form_->text(Property::Caption)).c_str(), formStyle, at.left,
@@ -62,20 +64,25 @@ void FormWindow::makeWindow() {
   applyIcon();
 }
 
-// In the order of declaration, which is that of the Tab key.
-void FormWindow::makeControls() {
-  for (Control* control : form_->controls()) {
-    const ControlWindow* frame =
-        control->container() == nullptr ? nullptr : windowOf(*control->container());
-    const HWND parent = frame == nullptr ? handle_ : frame->handle();
-    if (auto window = makeControlWindow(*control, {parent, scale_, fonts_})) {
-      controls_.push_back(std::move(window));
-    }
+// In the order of the Tab key: as the controls stand on the screen, row by row. Those of a row
+// differ in height, so that only their middles are level.
+void FormWindow::makeControls(const Control* container, HWND parent) {
+  std::vector<Control*> controls(form_->controls().begin(), form_->controls().end());
+  std::erase_if(controls, [&](const Control* c) { return c->container() != container; });
+  std::ranges::stable_sort(controls, {}, [](const Control* control) {
+    const Bounds at = control->bounds();
+    return std::pair(at.top + at.height / 2, at.left);
+  });
+  for (Control* control : controls) {
+    auto window = makeControlWindow(*control, {parent, scale_, fonts_});
+    if (window == nullptr) continue;
+    const HWND handle = controls_.emplace_back(std::move(window))->handle();
+    makeControls(control, handle);
   }
 }
 
 void FormWindow::show() {
-  ShowWindow(handle_, SW_SHOWNORMAL);
+  applyVisible(SW_SHOWNORMAL);
   // The first one in the order of the Tab key; Windows does so for dialogs only.
   SetFocus(GetNextDlgTabItem(handle_, nullptr, FALSE));
 }
@@ -148,6 +155,9 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_ERASEBKGND:
       erase(reinterpret_cast<HDC>(wParam));
       return TRUE;
+    case WM_SYSCOLORCHANGE:
+      showSystemColors();
+      return 0;
     // Windows remembers the focused control for dialogs only.
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) focus_ = GetFocus();
@@ -206,6 +216,15 @@ void FormWindow::erase(HDC dc) const {
   FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
+// Only top windows are told, and a colour of the model may be one of the system's.
+void FormWindow::showSystemColors() const {
+  for (const auto& window : controls_) {
+    SendMessageW(window->handle(), WM_SYSCOLORCHANGE, 0, 0);
+    window->propertyChanged(Property::BackColor);
+  }
+  RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
+}
+
 WindowState FormWindow::state() const {
   if (IsIconic(handle_) != FALSE) return WindowState::Minimised;
   return IsZoomed(handle_) != FALSE ? WindowState::Maximised : WindowState::Normal;
@@ -215,6 +234,9 @@ WindowState FormWindow::state() const {
 // doing.
 void FormWindow::moved(const WINDOWPOS& position) {
   if (applying_ || handle_ == nullptr) return;
+  if ((position.flags & (SWP_SHOWWINDOW | SWP_HIDEWINDOW)) != 0) {
+    form_->userVisible((position.flags & SWP_SHOWWINDOW) != 0);
+  }
   const bool sized = (position.flags & SWP_NOSIZE) == 0;
   if (!sized && state() == form_->windowState()) return;
   RECT outer;
@@ -230,7 +252,11 @@ bool FormWindow::preTranslate(const MSG& message) {
   if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) {
     form_->userKeyDown(static_cast<std::int16_t>(message.wParam), shiftState());
     if (handle_ == nullptr) return true;  // the key has closed the form
+    ControlWindow* focused = holding(message.hwnd);
+    if (focused != nullptr && focused->keyDown(message.wParam, shiftState())) return true;
   }
+  // A letter alone is no mnemonic: the dialog manager takes it for one where no text is typed.
+  if (message.message == WM_CHAR) return false;
   MSG copy = message;  // the call may change what the host's loop still needs
   return IsDialogMessageW(handle_, &copy) != FALSE;
 }
@@ -246,10 +272,11 @@ Menu* FormWindow::popup(const Menu& menu) const {
     AppendMenuW(shown.get(), MF_STRING | (item->enabled() ? MF_ENABLED : MF_GRAYED), items.size(),
                 toWide(item->text(Property::Caption)).c_str());
   }
-  POINT pointer{};
-  GetCursorPos(&pointer);
+  POINT at{};
+  GetCursorPos(&at);
+  for (const auto& control : controls_) at = control->menuPlace().value_or(at);
   const BOOL chosen = TrackPopupMenuEx(shown.get(), TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON,
-                                       pointer.x, pointer.y, handle_, nullptr);
+                                       at.x, at.y, handle_, nullptr);
   return chosen <= 0 ? nullptr : items[static_cast<std::size_t>(chosen) - 1];
 }
 
@@ -267,7 +294,9 @@ void FormWindow::formChanged(Property property) {
     case Property::Icon:
       applyIcon();
       break;
-    case Property::Visible:  // the shell shows and closes windows itself
+    case Property::Visible:
+      applyVisible(form_->visible() ? SW_SHOW : SW_HIDE);
+      break;
     case Property::hWnd:
       break;
     default:
@@ -280,6 +309,17 @@ void FormWindow::formChanged(Property property) {
 void FormWindow::controlChanged(Control& control, Property property) {
   if (ControlWindow* window = windowOf(control)) window->propertyChanged(property);
   changeLater();
+}
+
+void FormWindow::workProgressed(std::size_t done, std::size_t total) {
+  progress_.show(handle_, form_->text(Property::Caption), done, total);
+}
+
+void FormWindow::workEnded() noexcept try {
+  dropPendingInput();
+  progress_.end(handle_, form_->text(Property::Caption));
+} catch (...) {
+  // Without memory the title bar keeps the progress; the work has ended all the same.
 }
 
 // Once for any number of changes, at the next turn of whatever message loop runs: the host's, or
@@ -298,11 +338,20 @@ void FormWindow::flush() {
   if (std::exchange(boundsChanged_, false)) applyBounds();
 }
 
+// A state that was set while the window was hidden would have shown it, so that it is due now.
+void FormWindow::applyVisible(int command) {
+  applying_ = true;
+  ShowWindow(handle_, command);
+  applying_ = false;
+  boundsChanged_ = true;
+  changeLater();
+}
+
 // The window's place in the maximised and minimised states is Windows' own matter.
 void FormWindow::applyBounds() {
   applying_ = true;
   const WindowState wanted = form_->windowState();
-  if (state() != wanted) {
+  if (state() != wanted && form_->visible()) {
     ShowWindow(handle_, wanted == WindowState::Minimised   ? SW_MINIMIZE
                         : wanted == WindowState::Maximised ? SW_MAXIMIZE
                                                            : SW_RESTORE);

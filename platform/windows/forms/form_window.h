@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/windows/forms/control_window.h"
+#include "platform/windows/forms/progress_display.h"
 #include "ui/controls.h"
 
 namespace velk {
@@ -36,23 +37,27 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
 
   void formChanged(Property property) override;
   void controlChanged(Control& control, Property property) override;
+  void workProgressed(std::size_t done, std::size_t total) override;
+  void workEnded() noexcept override;
 
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam);
   void makeWindow();
-  void makeControls();
+  void makeControls(const Control* container, HWND parent);
   ControlWindow* windowOf(const Control& control) const;
   ControlWindow* holding(HWND window) const;
   void command(WPARAM wParam, HWND control);
   LRESULT notify(NMHDR& header) const;
   LRESULT color(UINT message, WPARAM wParam, LPARAM lParam) const;
   void erase(HDC dc) const;
+  void showSystemColors() const;
   void moved(const WINDOWPOS& position);
   WindowState state() const;
   void changeLater();
   void flush();
   void applyBounds();
+  void applyVisible(int command);
   void applyIcon() const;
   LRESULT defaultHandling(UINT message, WPARAM wParam, LPARAM lParam) const {
     return DefWindowProcW(handle_, message, wParam, lParam);
@@ -65,6 +70,7 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
   HWND handle_ = nullptr;
   std::vector<std::unique_ptr<ControlWindow>> controls_;
   HWND focus_ = nullptr;  ///< the control to come back to when the window is activated again
+  ProgressDisplay progress_;
   bool boundsChanged_ = false;
   bool flushPosted_ = false;
   bool applying_ = false;

@@ -6,7 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "platform/windows/forms/header_window.h"
 #include "platform/windows/forms/paint_pause.h"
+#include "platform/windows/forms/tooltip.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -23,9 +25,11 @@ class ListWindow final : public ControlWindow {
   ListWindow(ListView& list, const ControlPlace& place)
       : ControlWindow(list, place, WC_LISTVIEWW, listStyle, WS_EX_CLIENTEDGE),
         list_(list),
-        bold_(place.fonts.get(Fonts::standard, true)) {
+        header_(headerOf(handle()), place.scale, headerLook()),
+        tooltip_({handle(), header_.handle()}) {
     SendMessageW(handle(), LVM_SETEXTENDEDLISTVIEWSTYLE, lookAndFeel, lookAndFeel);
     showColors();
+    tooltip_.setText(list_.text(Property::ToolTipText));
     flush();
   }
 
@@ -39,6 +43,10 @@ class ListWindow final : public ControlWindow {
       case Property::Rows:
         rowsChanged_ = true;
         return;
+      case Property::ChosenColumn:
+        return header_.paintAnew();
+      case Property::ToolTipText:
+        return tooltip_.setText(list_.text(Property::ToolTipText));
       case Property::BackColor:
       case Property::ForeColor:
         showColors();
@@ -58,12 +66,17 @@ class ListWindow final : public ControlWindow {
       case LVN_ODFINDITEMW:  // typing in the list selects nothing
         return nothingFound;
       case LVN_COLUMNCLICK:
-        readGeometry();
-        list_.userColumnClick(
-            static_cast<std::size_t>(reinterpret_cast<NMLISTVIEW&>(header).iSubItem));
+        current_ = reinterpret_cast<NMLISTVIEW&>(header).iSubItem;
+        clickCurrent();
+        return 0;
+      case NM_SETFOCUS:
+      case NM_KILLFOCUS:
+        header_.paintAnew();  // the focus rectangle comes or goes
         return 0;
       case NM_RCLICK:
-        if (header.hwndFrom == handle()) rightClicked(reinterpret_cast<NMITEMACTIVATE&>(header));
+        if (header.hwndFrom == handle()) {
+          rightClicked(reinterpret_cast<NMITEMACTIVATE&>(header).ptAction.x);
+        }
         return 0;
       case NM_CUSTOMDRAW:
         return header.hwndFrom == handle() ? draw(reinterpret_cast<NMLVCUSTOMDRAW&>(header))
@@ -72,6 +85,29 @@ class ListWindow final : public ControlWindow {
         return 0;
     }
   }
+
+  bool keyDown(WPARAM key, std::int16_t shift) override {
+    constexpr std::int16_t shiftAlone = 1;
+    if ((key == VK_APPS && shift == 0) || (key == VK_F10 && shift == shiftAlone)) {
+      openMenu();
+      return true;
+    }
+    if (shift != 0 || shown_.empty()) return false;
+    switch (key) {
+      case VK_LEFT:
+        moveCurrent(-1);
+        return true;
+      case VK_RIGHT:
+        moveCurrent(1);
+        return true;
+      case VK_RETURN:
+        clickCurrent();
+        return true;
+      default:
+        return false;
+    }
+  }
+  std::optional<POINT> menuPlace() const override { return menuPlace_; }
 
   // Painting is paused only where more than the rows' texts changes: a pause paints all of the list
   // anew, while a new count alone leaves the header as it is.
@@ -96,6 +132,7 @@ class ListWindow final : public ControlWindow {
       shown_.pop_back();
       SendMessageW(handle(), LVM_DELETECOLUMN, shown_.size(), 0);
     }
+    if (current_ >= static_cast<int>(list_.columnCount())) current_ = 0;
     for (std::size_t i = 0; i < list_.columnCount(); ++i) {
       const Column column{list_.title(i), scale().pixels(list_.width(i))};
       if (i >= shown_.size() || shown_[i] != column) showColumn(i, column);
@@ -156,8 +193,9 @@ class ListWindow final : public ControlWindow {
       case CDDS_ITEMPREPAINT:
         return hasBold(row) ? CDRF_NOTIFYSUBITEMDRAW : CDRF_DODEFAULT;
       case CDDS_ITEMPREPAINT | CDDS_SUBITEM:
-        SelectObject(what.nmcd.hdc,
-                     isBold(row, static_cast<std::size_t>(what.iSubItem)) ? bold_ : font());
+        SelectObject(what.nmcd.hdc, isBold(row, static_cast<std::size_t>(what.iSubItem))
+                                        ? fonts().of(list_, true)
+                                        : font());
         return CDRF_NEWFONT;
       default:
         return CDRF_DODEFAULT;
@@ -168,6 +206,26 @@ class ListWindow final : public ControlWindow {
     return row <= list_.rowCount() && column < list_.columnCount() && list_.isBold(row, column);
   }
 
+  HeaderLook headerLook() {
+    return {.title =
+                [this](int column) {
+                  const auto index = static_cast<std::size_t>(column);
+                  return index < shown_.size() ? shown_[index].first : std::string();
+                },
+            .chosen =
+                [this] {
+                  const auto chosen = list_.chosenColumn();
+                  return chosen ? std::optional(static_cast<int>(*chosen)) : std::nullopt;
+                },
+            .current =
+                [this] { return GetFocus() == handle() ? std::optional(current_) : std::nullopt; },
+            .rightClicked =
+                [this](POINT at) {
+                  MapWindowPoints(header_.handle(), handle(), &at, 1);
+                  rightClicked(at.x);
+                }};
+  }
+
   bool hasBold(std::size_t row) const {
     for (std::size_t column = 0; column < list_.columnCount(); ++column) {
       if (isBold(row, column)) return true;
@@ -175,9 +233,60 @@ class ListWindow final : public ControlWindow {
     return false;
   }
 
-  void rightClicked(const NMITEMACTIVATE& click) {
+  void rightClicked(int x) {
     readGeometry();
-    list_.userMouseUp(MouseButton::Right, scale().twips(click.ptAction.x));
+    list_.userMouseUp(MouseButton::Right, scale().twips(x));
+  }
+
+  // The current column is the keyboard's place in the header.
+
+  void clickCurrent() {
+    readGeometry();
+    header_.paintAnew();
+    list_.userColumnClick(static_cast<std::size_t>(current_));
+  }
+
+  // Past columns without a width, which nobody sees.
+  void moveCurrent(int step) {
+    const auto isColumn = [&](int c) {
+      return c >= 0 && static_cast<std::size_t>(c) < shown_.size();
+    };
+    const auto isHidden = [&](int c) {
+      const RECT place = header_.placeOf(c);
+      return place.right <= place.left;
+    };
+    int next = current_ + step;
+    while (isColumn(next) && isHidden(next)) next += step;
+    if (!isColumn(next)) return;
+    current_ = next;
+    scrollToCurrent();
+    header_.paintAnew();
+  }
+
+  RECT currentPlace() const {
+    RECT place = header_.placeOf(current_);
+    MapWindowPoints(header_.handle(), handle(), reinterpret_cast<POINT*>(&place), 2);
+    return place;
+  }
+
+  void scrollToCurrent() const {
+    const RECT place = currentPlace();
+    RECT seen;
+    GetClientRect(handle(), &seen);
+    const LONG behind = std::min(place.left, std::max(0L, place.right - seen.right));
+    SendMessageW(handle(), LVM_SCROLL, static_cast<WPARAM>(place.left < 0 ? place.left : behind),
+                 0);
+  }
+
+  void openMenu() {
+    if (shown_.empty()) return;
+    scrollToCurrent();
+    const RECT place = currentPlace();
+    POINT below{place.left, place.bottom};
+    ClientToScreen(handle(), &below);
+    menuPlace_ = below;
+    rightClicked((place.left + place.right) / 2);
+    menuPlace_.reset();
   }
 
   // Column widths and the scroll position are the user's; the model needs them for a click only.
@@ -190,17 +299,20 @@ class ListWindow final : public ControlWindow {
     }
     // The header moves to the left as the list scrolls, so its place tells how far.
     POINT origin{};
-    MapWindowPoints(header(), handle(), &origin, 1);
+    MapWindowPoints(header_.handle(), handle(), &origin, 1);
     list_.userScroll(scale().twips(-origin.x));
   }
 
-  HWND header() const {
-    return reinterpret_cast<HWND>(SendMessageW(handle(), LVM_GETHEADER, 0, 0));
+  static HWND headerOf(HWND list) {
+    return reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
   }
 
   ListView& list_;
-  HFONT bold_;
+  HeaderWindow header_;
+  Tooltip tooltip_;
   std::vector<Column> shown_;
+  int current_ = 0;
+  std::optional<POINT> menuPlace_;  ///< while a key opens the menu
   bool columnsChanged_ = true;
   bool rowsChanged_ = true;
 };

@@ -1,5 +1,6 @@
 #include "platform/windows/forms/window_factory.h"
 
+#include "platform/windows/module_path.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -71,6 +72,7 @@ class ComboWindow final : public ControlWindow {
     for (const std::string& item : box.items()) {
       SendMessageW(handle(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(toWide(item).c_str()));
     }
+    ComboWindow::place();
     showChoice();
   }
   void propertyChanged(Property property) override {
@@ -86,6 +88,16 @@ class ComboWindow final : public ControlWindow {
   }
 
  private:
+  // The height of this kind of window is that of the box with its list; the box alone is as high
+  // as its font asks for.
+  void place() const override {
+    const Bounds at = scale().pixels(box_.bounds());
+    const auto item = static_cast<int>(SendMessageW(handle(), CB_GETITEMHEIGHT, 0, 0));
+    const int list =
+        item * static_cast<int>(box_.items().size()) + 2 * GetSystemMetrics(SM_CYBORDER);
+    SetWindowPos(handle(), nullptr, at.left, at.top, at.width, at.height + list,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+  }
   // CB_SETCURSEL sends no notification, so this needs no guard as the text box does.
   void showChoice() const {
     SendMessageW(handle(), CB_SETCURSEL, static_cast<WPARAM>(box_.index()), 0);
@@ -93,6 +105,15 @@ class ComboWindow final : public ControlWindow {
 
   ComboBox& box_;
 };
+
+// Screen readers take the name of a box from the text that was made before it, shown or not. The
+// screens show none there: what a box is for stands on its frame.
+void nameBox(const Control& box, HWND parent) {
+  const Control* frame = box.container();
+  if (frame == nullptr) return;
+  CreateWindowExW(0, L"STATIC", toWide(frame->text(Property::Caption)).c_str(),
+                  WS_CHILD | SS_NOPREFIX, 0, 0, 0, 0, parent, nullptr, thisModule(), nullptr);
+}
 
 template <class Model, class Window>
 std::unique_ptr<ControlWindow> make(Control& control, const ControlPlace& place) {
@@ -105,6 +126,9 @@ std::unique_ptr<ControlWindow> make(Control& control, const ControlPlace& place)
 std::unique_ptr<ControlWindow> makeControlWindow(Control& control, const ControlPlace& place) {
   if (auto* frame = dynamic_cast<Frame*>(&control)) return makeFrameWindow(*frame, place);
   if (auto* list = dynamic_cast<ListView*>(&control)) return makeListWindow(*list, place);
+  const bool isBox =
+      dynamic_cast<TextBox*>(&control) != nullptr || dynamic_cast<ComboBox*>(&control) != nullptr;
+  if (isBox) nameBox(control, place.parent);
   for (const auto maker : {make<Label, LabelWindow>, make<CommandButton, ButtonWindow>,
                            make<TextBox, TextBoxWindow>, make<ComboBox, ComboWindow>}) {
     if (auto window = maker(control, place)) return window;

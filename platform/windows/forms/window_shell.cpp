@@ -5,6 +5,7 @@
 #include "platform/windows/floating_point.h"
 #include "platform/windows/forms/form_window.h"
 #include "platform/windows/forms/window_class.h"
+#include "platform/windows/pending_input.h"
 
 namespace velk {
 
@@ -19,17 +20,26 @@ BOOL CALLBACK closeForm(HWND window, LPARAM) noexcept {
   return TRUE;
 }
 
+// While a menu is open its own loop takes the messages, with the keys addressed to the window
+// behind.
+bool menuIsOpen() {
+  GUITHREADINFO thread{};
+  thread.cbSize = sizeof thread;
+  return GetGUIThreadInfo(GetCurrentThreadId(), &thread) != FALSE &&
+         (thread.flags & GUI_INMENUMODE) != 0;
+}
+
 // The host's message loop knows nothing of our keyboard: a hook sees each message that it takes.
 // Handling one dispatches it, so the hook is entered anew, and its window may be gone afterwards.
 // With the loop's end the forms close, those with a run in progress when that has ended: later no
 // one would, and what they hold of the host would outlive it.
 LRESULT CALLBACK seeMessage(int code, WPARAM removed, LPARAM lParam) {
   auto& message = *reinterpret_cast<MSG*>(lParam);
-  if (code >= 0 && removed == PM_REMOVE) {
+  if (code >= 0 && removed == PM_REMOVE && !dropsPendingInput()) {
     const MaskedFloatingPoint masked;
     if (message.message == WM_QUIT) {
       EnumThreadWindows(GetCurrentThreadId(), closeForm, 0);
-    } else if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST) {
+    } else if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST && !menuIsOpen()) {
       const auto window = FormWindow::of(message.hwnd);
       if (window != nullptr && window->preTranslate(message)) message.message = WM_NULL;
     }

@@ -1,0 +1,35 @@
+#include "apps/opnimp/audit/run_gate.h"
+
+#include "apps/opnimp/audit/run_ended.h"
+
+namespace velk {
+
+void RunGate::requireOpen() {
+  const std::lock_guard lock(mutex_);
+  if (!why_.empty()) throw RunEnded{why_};
+}
+
+void RunGate::close(std::string why) {
+  const std::lock_guard lock(mutex_);
+  why_ = std::move(why);
+}
+
+bool RunGate::takeOver() {
+  const std::lock_guard lock(mutex_);
+  takenOver_ = inCall_;
+  return takenOver_;
+}
+
+void RunGate::enter() {
+  const std::lock_guard lock(mutex_);
+  inCall_ = true;
+}
+
+void RunGate::leave() {
+  std::unique_lock lock(mutex_);
+  // The account is being written, or is: what the call brings comes too late.
+  never_.wait(lock, [this] { return !takenOver_; });
+  inCall_ = false;
+}
+
+}  // namespace velk

@@ -1,0 +1,55 @@
+// Lets another thread draw up the account of a run that waits for a database which does not answer.
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <utility>
+
+namespace velk {
+
+class RunGate {
+ public:
+  RunGate() = default;
+  RunGate(const RunGate&) = delete;
+  RunGate& operator=(const RunGate&) = delete;
+
+  /// For the run: throws RunEnded once the gate is closed.
+  void requireOpen();
+
+  /// For the run: makes one call of the database, and does not come back from it once the other
+  /// thread has taken over.
+  template <class Call>
+  auto pass(Call&& call) {
+    const Within within(*this);
+    return std::forward<Call>(call)();
+  }
+
+  /// For the other thread: the run is to end before its next call, and why.
+  void close(std::string why);
+  /// For the other thread: true if the run is within a call, which it then never leaves, so that
+  /// everything else of it stands still.
+  bool takeOver();
+
+ private:
+  class Within {
+   public:
+    explicit Within(RunGate& gate) : gate_(gate) { gate_.enter(); }
+    ~Within() { gate_.leave(); }
+    Within(const Within&) = delete;
+    Within& operator=(const Within&) = delete;
+
+   private:
+    RunGate& gate_;
+  };
+  void enter();
+  void leave();
+
+  std::mutex mutex_;
+  std::condition_variable never_;
+  bool inCall_ = false;
+  bool takenOver_ = false;
+  std::string why_;  // empty: open
+};
+
+}  // namespace velk

@@ -1,0 +1,22 @@
+// Keeps a run that waits for a database from keeping the user waiting.
+#pragma once
+
+#include <functional>
+
+#include "apps/opnimp/audit/run_gate.h"
+
+namespace velk {
+
+struct WatchedRun {
+  std::function<void()> work;         ///< what it uses has to live as long as it
+  std::function<bool()> interrupted;  ///< asked from another thread than the work's; may be empty
+  std::function<void()> cancel;       ///< ends the statement that is running; may be empty
+  RunGate& gate;
+};
+
+/// Runs the work in a thread of its own and waits for it. After an interrupt it may end by itself,
+/// then its gate is closed and its statement cancelled. False if even that did not end it within
+/// two seconds: it stands within a call and never leaves it. What the work throws is thrown here.
+bool runWatched(const WatchedRun& run);
+
+}  // namespace velk

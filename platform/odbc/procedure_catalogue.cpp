@@ -1,0 +1,110 @@
+#include "platform/odbc/procedure_catalogue.h"
+
+#include <array>
+#include <optional>
+
+#include "base/text.h"
+
+namespace velk {
+namespace {
+
+// Places in the answers of the catalogue's functions.
+constexpr SQLUSMALLINT nameColumn = 3;
+constexpr SQLUSMALLINT parameterKindColumn = 5;
+
+std::optional<std::string> textAt(SQLHANDLE statement, SQLUSMALLINT column) {
+  std::array<char16_t, 256> text{};
+  SQLLEN bytes = 0;
+  const SQLRETURN result =
+      SQLGetData(statement, column, SQL_C_WCHAR, text.data(), sizeof text, &bytes);
+  if (!SQL_SUCCEEDED(result) || bytes == SQL_NULL_DATA) return std::nullopt;
+  return toUtf8(text.data());
+}
+
+std::optional<SQLINTEGER> numberAt(SQLHANDLE statement, SQLUSMALLINT column) {
+  SQLINTEGER number = 0;
+  SQLLEN indicator = 0;
+  const SQLRETURN result =
+      SQLGetData(statement, column, SQL_C_SLONG, &number, sizeof number, &indicator);
+  if (!SQL_SUCCEEDED(result) || indicator == SQL_NULL_DATA) return std::nullopt;
+  return number;
+}
+
+bool listsProcedures(SQLHANDLE connection) {
+  std::array<char16_t, 8> answer{};
+  SQLSMALLINT bytes = 0;
+  return SQL_SUCCEEDED(
+             SQLGetInfoW(connection, SQL_PROCEDURES, answer.data(), sizeof answer, &bytes)) &&
+         answer[0] == u'Y';
+}
+
+/// Calls `take` for each row about the procedure; false if the list broke off. The function's
+/// pattern finds others, too, and some engines add a version: "name;1".
+template <class Take>
+bool forEachRow(SQLHANDLE statement, std::string_view procedure, Take&& take) {
+  for (SQLRETURN fetched; (fetched = SQLFetch(statement)) != SQL_NO_DATA;) {
+    if (!SQL_SUCCEEDED(fetched)) return false;
+    const std::optional<std::string> name = textAt(statement, nameColumn);
+    if (!name) return false;
+    if (equalsIgnoringCase(std::string_view(*name).substr(0, name->find(';')), procedure)) take();
+  }
+  return true;
+}
+
+bool isUnlisted(const OdbcSession& session, std::string_view procedure) {
+  if (!listsProcedures(session.handle())) return false;
+  const StatementHandle statement = session.newStatement();
+  const std::u16string name = toUtf16(procedure);
+  std::size_t found = 0;
+  return SQL_SUCCEEDED(SQLProceduresW(statement.get(), nullptr, 0, nullptr, 0,
+                                      wideText(name.c_str()), SQL_NTS)) &&
+         forEachRow(statement.get(), procedure, [&] { ++found; }) && found == 0;
+}
+
+// Too few are no proof, because the catalogue does not tell which ones have a default value.
+bool hasTooMany(const OdbcSession& session, std::string_view procedure, std::size_t passed) {
+  const StatementHandle statement = session.newStatement();
+  const std::u16string name = toUtf16(procedure);
+  std::size_t rows = 0;
+  std::size_t taken = 0;
+  const auto count = [&] {
+    ++rows;
+    const auto kind = numberAt(statement.get(), parameterKindColumn);
+    if (kind != SQL_RETURN_VALUE && kind != SQL_RESULT_COL) ++taken;
+  };
+  return SQL_SUCCEEDED(SQLProcedureColumnsW(statement.get(), nullptr, 0, nullptr, 0,
+                                            wideText(name.c_str()), SQL_NTS, nullptr, 0)) &&
+         forEachRow(statement.get(), procedure, count) && rows > 0 && passed > taken;
+}
+
+std::string withName(std::string_view query, std::string_view procedure) {
+  std::string literal = "'";
+  for (const char c : procedure) literal.append(c == '\'' ? 2 : 1, c);
+  literal += '\'';
+  std::string text;
+  for (const char c : query) c == '?' ? text.append(literal) : text.append(1, c);
+  return text;
+}
+
+/// The answer of the engine's own query; empty if it does not understand it.
+std::optional<bool> maybeRunnable(const OdbcSession& session, std::string_view procedure) {
+  if (session.dialect().canRun.empty()) return std::nullopt;
+  const StatementHandle statement = session.newStatement();
+  const std::u16string query = toUtf16(withName(session.dialect().canRun, procedure));
+  if (!SQL_SUCCEEDED(SQLExecDirectW(statement.get(), wideText(query.c_str()), SQL_NTS)) ||
+      !SQL_SUCCEEDED(SQLFetch(statement.get()))) {
+    return std::nullopt;
+  }
+  return numberAt(statement.get(), 1) != 0;
+}
+
+}  // namespace
+
+bool cannotHaveRun(const OdbcSession& session, std::string_view procedure,
+                   std::size_t parameterCount) {
+  const std::optional<bool> runnable = maybeRunnable(session, procedure);
+  const bool barred = runnable ? !*runnable : isUnlisted(session, procedure);
+  return barred || hasTooMany(session, procedure, parameterCount);
+}
+
+}  // namespace velk

@@ -1,0 +1,239 @@
+// What the runner says of a run in which servers and drivers fail, held against what was done.
+#include <doctest/doctest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <sstream>
+#include <thread>
+
+#include "tests/support/json_value.h"
+#include "tests/support/runner.h"
+
+using namespace velk;
+
+namespace {
+
+constexpr std::string_view records[] = {"C001,A,R1,03/03/2008,100.00,60.00",
+                                        "C002,B,R2,04/03/2008,-50.00,-20.00",
+                                        "C003,C,R3,,10.00,10.00"};
+
+/// Over the failing driver, which does as the settings say.
+struct FaultWorld : RunnerWorld {
+  std::string ledger() const { return folder.has("ledger") ? folder.read("ledger") : ""; }
+  std::string connection(const std::string& settings) const {
+    return std::string("Driver=" OPNIMP_FAULTS ";Ledger=") + folder.path("ledger") + ";" + settings;
+  }
+  Ran importAll(const std::string& settings, std::vector<std::string> more = {"--json"}) {
+    more.insert(more.end(),
+                {"--database", connection(settings), "--rejects", folder.path("r.csv")});
+    return importLines({openingTitles, records[0], records[1], records[2]}, std::move(more));
+  }
+  /// How many changes of the record at a position are there to stay.
+  std::size_t changes(std::size_t record) const {
+    std::size_t count = 0;
+    std::istringstream lines(ledger());
+    for (std::string line; std::getline(lines, line);) {
+      count += contains(line, " C00" + std::to_string(record + 1)) ? 1U : 0U;
+    }
+    return count;
+  }
+  /// Nothing is said to be absent that is there, and nothing to be there that is not.
+  void checkTruth(const Ran& ran) const {
+    const Json report(ran.out);
+    CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
+    for (std::size_t i = 0; i < std::size(records); ++i) {
+      const std::string outcome = report.at("records[" + std::to_string(i) + "].outcome");
+      CAPTURE(i);
+      CAPTURE(outcome);
+      if (outcome == "posted") CHECK(changes(i) == 2);
+      if (outcome == "failed" || outcome == "rejected" || outcome == "not-reached" ||
+          outcome == "taken-back")
+        CHECK(changes(i) == 0);
+      CHECK_FALSE((contains(folder.read("r.csv"), records[i]) && changes(i) > 0));
+      const bool doubtful = outcome == "partial" || outcome == "unknown";
+      const std::string check = folder.has("r.csv.check.csv") ? folder.read("r.csv.check.csv") : "";
+      CHECK(contains(check, records[i]) == doubtful);
+      if (doubtful) CHECK_FALSE(contains(ran.out, "import the file again"));
+    }
+  }
+};
+
+}  // namespace
+
+TEST_CASE("faults: only what is known is said") {
+  const struct {
+    std::string settings;
+    std::string_view outcomes;
+    int status;
+  } rows[] = {
+      {"", "posted posted posted", 0},
+      {"Faults=r", "partial posted posted", 1},
+      {"Faults=rr", "unknown posted posted", 1},
+      {"Faults=aa;State=42000", "unknown posted posted", 1},
+      {"Faults=..aa;State=40001", "posted unknown posted", 1},
+      {"Faults=..nn;State=42000", "posted unknown posted", 1},
+      {"Faults=nn;State=40001", "unknown posted posted", 1},
+      {"Faults=nn;State=HY001", "unknown posted posted", 1},
+      {"Faults=...n;State=HY001", "posted partial posted", 1},
+      {"Faults=l;State=23000", "partial posted posted", 1},
+      {"Faults=a;State=HYT00", "unknown not-reached not-reached", 5},
+      {"Faults=..n;State=HYT00", "posted unknown not-reached", 5},
+      {"Faults=...t", "posted partial not-reached", 5},
+      // The procedure, the right, a parameter: missing by the catalogue's answer only.
+      {"Faults=bb;State=42000;Catalogue=missing", "failed posted posted", 1},
+      {"Faults=bb;State=42000;Catalogue=noright", "failed posted posted", 1},
+      {"Faults=bb;State=42000;Catalogue=few", "failed posted posted", 1},
+      {"Faults=bb;State=42000;Catalogue=list", "failed posted posted", 1},
+      {"Faults=bb;State=42000;Catalogue=none", "unknown posted posted", 1},
+      {"Faults=nn;State=42000;Catalogue=missing", "unknown posted posted", 1},
+      // What is left behind.
+      {"Faults=cc", "unknown posted posted", 1},
+      {"Faults=s", "unknown not-reached not-reached", 5},
+      {"Faults=..e", "posted unknown not-reached", 5},
+      {"Faults=...e", "posted unknown not-reached", 5},
+      {"Faults=d;State=42000", "unknown not-reached not-reached", 5},
+      {"Faults=..d;State=HY000", "posted unknown not-reached", 5},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.settings);
+    FaultWorld world;
+    const Ran ran = world.importAll(row.settings);
+    CHECK(Json(ran.out).outcomes() == row.outcomes);
+    CHECK(ran.status == row.status);
+    world.checkTruth(ran);
+  }
+}
+
+TEST_CASE("faults: all or nothing") {
+  const struct {
+    std::string settings;
+    std::string_view outcomes;
+    int status;
+    std::string_view rejects;
+  } rows[] = {
+      {"", "posted posted posted", 0, ""},
+      {"Faults=..r", "taken-back failed taken-back", 1, records[1]},
+      {"Faults=..bb;State=42000;Catalogue=none", "taken-back failed taken-back", 1, records[1]},
+      {"Faults=....l;State=42000", "taken-back taken-back failed", 1, records[2]},
+      {"Faults=..t", "taken-back failed not-reached", 5, records[1]},
+      // The procedure commits: what it posted stays, and all before it.
+      {"Faults=..k", "unknown unknown not-reached", 5, ""},
+      {"Faults=.....k", "unknown unknown unknown", 5, ""},
+      {"Faults=..d;State=42000", "unknown unknown not-reached", 5, ""},
+      {"Faults=..s", "unknown unknown not-reached", 5, ""},
+      {"Commit=refused", "unknown unknown unknown", 5, ""},
+      {"Commit=lost", "unknown unknown unknown", 5, ""},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.settings);
+    FaultWorld world;
+    const Ran ran = world.importAll(row.settings, {"--json", "--all-or-nothing"});
+    CHECK(Json(ran.out).outcomes() == row.outcomes);
+    CHECK(ran.status == row.status);
+    CHECK(world.folder.read("r.csv") ==
+          (row.rejects.empty() ? crlf({openingTitles}) : crlf({openingTitles, row.rejects})));
+    world.checkTruth(ran);
+  }
+}
+
+TEST_CASE("faults: all or nothing in the embedded database") {
+  const auto count = [](RunnerWorld& world) {
+    return world.ask("select count(*) from CustomerOpeningBalance");
+  };
+  RunnerWorld world;
+  const Ran good = world.importLines({openingTitles, records[0]}, {"--all-or-nothing"});
+  CHECK(good.status == 0);
+  CHECK(count(world) == "1");
+  const Ran bad = world.importLines({openingTitles, records[1], "C999,A,R,,1,1", records[2]},
+                                    {"--all-or-nothing"});
+  CHECK(bad.status == 1);
+  CHECK(contains(bad.out, "taken back          2"));
+  CHECK(contains(bad.out, "Nothing stays posted: all of it was taken back. Correct 1 refused"));
+  CHECK(count(world) == "1");
+  world.ask(
+      "create trigger stop before insert on CustomerOpeningBalance when new.CustomerID = 'C003' "
+      "begin select raise(rollback, 'stopped'); end");
+  const Ran ended = world.importLines({openingTitles, records[1], records[2], records[0]},
+                                      {"--all-or-nothing", "--json"});
+  CHECK(ended.status == 5);
+  CHECK(contains(Json(ended.out).at("brokeOff"), "ended the transaction"));
+  CHECK(Json(ended.out).outcomes() == "unknown unknown not-reached");
+  CHECK(count(world) == "1");
+}
+
+TEST_CASE("faults: a procedure runs to its end behind a refused statement") {
+  FaultWorld world;
+  world.importAll("Faults=..c");
+  CHECK(contains(world.ledger(), "sp_insert_CustCreditNote C002 rest\n"));
+  CHECK(world.changes(2) == 2);
+  CHECK_FALSE(contains(world.folder.read("Error.log"), "does not exist"));
+}
+
+TEST_CASE("faults: a database that does not answer is left with an account") {
+  const auto self = std::this_thread::get_id();
+  for (const char* fault : {"Faults=h", "Faults=H", "Faults=..H"}) {
+    CAPTURE(fault);
+    FaultWorld world;
+    // Only to who waits for the run, so that it does not end between two records.
+    world.surroundings.interrupted = [self] { return std::this_thread::get_id() == self; };
+    const auto start = std::chrono::steady_clock::now();
+    const Ran ran = world.importAll(fault);
+    CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(2));
+    CHECK(ran.status == 5);
+    CHECK(contains(Json(ran.out).at("brokeOff"), "it was interrupted"));
+    CHECK(contains(Json(ran.out).outcomes(), "unknown not-reached"));
+    world.checkTruth(ran);
+  }
+}
+
+TEST_CASE("faults: a second signal does not cost the account") {
+  FaultWorld world;
+  const std::string in =
+      world.folder.write("in.csv", crlf({openingTitles, records[0], records[1], records[2]}));
+  const std::string out = world.folder.path("out.txt");
+  const std::string script = "'" OPNIMP_PROGRAM "' import customer-opening '" + in +
+                             "' --app-folder '" + world.folder.path("") + "' --database '" +
+                             world.connection("Faults=..H") + "' >'" + out +
+                             "' 2>&1 & p=$!; sleep 0.3; kill -TERM $p; sleep 0.3; kill -TERM $p; "
+                             "wait $p; test $? = 5";
+  CHECK(std::system(script.c_str()) == 0);
+  const std::string report = world.folder.read("out.txt");
+  CHECK_MESSAGE(contains(report, "The account adds up."), report);
+  CHECK(contains(report, "it was interrupted, and the database did not answer any more"));
+}
+
+TEST_CASE("faults: a held lock ends the run after one time-out") {
+  RunnerWorld world;
+  const auto holder = openOdbc(embeddedConnectionString(world.database()));
+  holder->beginTransaction();
+  holder->Execute("update Setup set OpeningDate = OpeningDate");
+  const auto start = std::chrono::steady_clock::now();
+  const Ran ran =
+      world.importLines({openingTitles, records[0], records[1], records[2]},
+                        {"--json", "--wait", "1", "--rejects", world.folder.path("r.csv")});
+  CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(5));
+  CHECK(ran.status == 5);
+  CHECK(Json(ran.out).outcomes() == "failed not-reached not-reached");
+  CHECK(contains(Json(ran.out).at("brokeOff"), "--wait SECONDS"));
+  holder->rollback();
+  for (const char* part : {"r.csv", "r.csv.rest.csv"}) {
+    CHECK(world.import(world.folder.path(part)).status == 0);
+  }
+  CHECK(world.ask("select count(*) from CustomerOpeningBalance") == "3");
+}
+
+TEST_CASE("faults: a call of the embedded database that cannot be undone ends the run") {
+  RunnerWorld world;
+  world.ask("delete from StoredProcedure where name = 'sp_insert_CustCreditNote'");
+  // Its own savepoint gone, another one is left open: what is posted then is lost at the end.
+  world.ask(
+      "insert into StoredProcedure (name, step, statement, arguments) "
+      "select 'sp_insert_CustCreditNote', column1, column2, column3 from (values "
+      "(1, 'RELEASE procedure_call', ''), (2, 'SAVEPOINT stray', ''), (3, 'SELECT ?', '6'), "
+      "(4, 'INSERT INTO Setup (NoSuchColumn) VALUES (1)', ''))");
+  const Ran ran =
+      world.importLines({openingTitles, records[0], records[1], records[2]}, {"--json"});
+  CHECK(ran.status == 5);
+  CHECK(Json(ran.out).outcomes() == "posted unknown not-reached");
+  CHECK(world.ask("select count(*) from CustomerOpeningBalance") == "1");
+}
