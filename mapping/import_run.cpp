@@ -49,12 +49,13 @@ std::string ImportRun::stop(const RuntimeError& error) {
 
 std::string ImportRun::stopText(std::string_view description) const {
   if (!anyBegun_) return std::string(description);
-  const std::string where =
-      currentRow_ == 0 ? "its end" : "record " + std::to_string(currentRow_ - mappingRow);
+  const std::size_t record = recordsBefore_ + currentRow_ - mappingRow;
+  const std::string where = currentRow_ == 0 ? "its end" : "record " + std::to_string(record);
   std::string text = "The import stopped at " + where + ": " + std::string(description);
   while (text.ends_with('.')) text.pop_back();  // the one that follows is enough
   // A dry run posts nothing, and neither does a run that stops at its first record.
-  const bool posted = currentRow_ != firstDataRow && !observer().isDryRun();
+  const bool first = currentRow_ == firstDataRow && recordsBefore_ == 0;
+  const bool posted = !first && !observer().isDryRun();
   text += posted ? ". Records before it are posted" : "";
   text += posted && repeatsPosting_ ? "; importing this file again would post them twice." : ".";
   return text;

@@ -33,6 +33,9 @@ class ImportRun {
   void setObserver(ImportObserver* observer) { observer_ = observer; }
   ImportObserver& observer() const;
 
+  /// How many records of a longer file were in earlier runs. What tells of a stop counts them.
+  void setRecordsBefore(std::size_t count) { recordsBefore_ = count; }
+
   /// The row of the mapping list that the import stands on; 0 outside its loops.
   std::size_t currentRow() const { return currentRow_; }
 
@@ -103,6 +106,7 @@ class ImportRun {
   const ListView& mappingList_;
   const bool repeatsPosting_;
   ImportObserver* observer_ = nullptr;
+  std::size_t recordsBefore_ = 0;
   std::size_t currentRow_ = 0;
   Posting posting_;
   bool anyBegun_ = false;

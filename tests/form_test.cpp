@@ -1,4 +1,5 @@
 #include "ui/form.h"
+#include "ui/tab_order.h"
 
 #include <new>
 #include <stdexcept>
@@ -213,13 +214,13 @@ TEST_CASE("the tab order is that on the screen until code sets another") {
   const auto rows = std::make_shared<Rows>(shell);
   const auto names = [&] {
     Texts all;
-    for (const Control* control : rows->tabOrder()) all.push_back(control->name());
+    for (const Control* control : tabOrder(*rows)) all.push_back(control->name());
     return all;
   };
   CHECK(names() == Texts{"frame", "left", "right", "low"});
-  rows->setTabIndex(rows->low, 1);
+  setTabIndex(*rows, rows->low, 1);
   CHECK(names() == Texts{"frame", "low", "left", "right"});
-  rows->setTabIndex(rows->frame, 99);
+  setTabIndex(*rows, rows->frame, 99);
   CHECK(names() == Texts{"low", "left", "right", "frame"});
 }
 

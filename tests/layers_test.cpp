@@ -24,7 +24,7 @@ const std::map<std::string, Names> foreignHeaders{
     {"platform/windows",
      {"windows.h", "ole2.h", "olectl.h", "ocidl.h", "cderr.h", "commdlg.h", "shellapi.h",
       "shobjidl.h", "wrl/client.h", "xmmintrin.h", "ado_com.h", "host_service_com.h"}},
-    {"platform/windows/forms", {"windows.h", "commctrl.h"}},
+    {"platform/windows/forms", {"windows.h", "commctrl.h", "uxtheme.h", "vssym32.h"}},
     {"mapping", {"emmintrin.h"}},
     {"component/com",
      {"windows.h", "ole2.h", "olectl.h", "initguid.h", "ado_com.h", "Velk_OpnImp_com.h"}},

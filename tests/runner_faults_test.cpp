@@ -154,7 +154,7 @@ TEST_CASE("faults: all or nothing in the embedded database") {
       "create trigger stop before insert on CustomerOpeningBalance when new.CustomerID = 'C003' "
       "begin select raise(rollback, 'stopped'); end");
   const Ran ended = world.importLines({openingTitles, records[1], records[2], records[0]},
-                                      {"--all-or-nothing", "--json"});
+                                      {"--all-or-nothing", "--again", "--json"});
   CHECK(ended.status == 5);
   CHECK(contains(Json(ended.out).at("brokeOff"), "ended the transaction"));
   CHECK(Json(ended.out).outcomes() == "unknown unknown not-reached");
@@ -192,7 +192,8 @@ TEST_CASE("faults: a second signal does not cost the account") {
       world.folder.write("in.csv", crlf({openingTitles, records[0], records[1], records[2]}));
   const std::string out = world.folder.path("out.txt");
   const std::string script = "'" OPNIMP_PROGRAM "' import customer-opening '" + in +
-                             "' --app-folder '" + world.folder.path("") + "' --database '" +
+                             "' --app-folder '" + world.folder.path("") + "' --journal '" +
+                             world.folder.path("journal") + "' --database '" +
                              world.connection("Faults=..H") + "' >'" + out +
                              "' 2>&1 & p=$!; sleep 0.3; kill -TERM $p; sleep 0.3; kill -TERM $p; "
                              "wait $p; test $? = 5";

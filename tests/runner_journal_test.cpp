@@ -355,7 +355,7 @@ TEST_CASE("a resumed run goes on behind the one that broke off, as often as it t
   }
   CHECK(notes(world, 1, 20) == "20");
   world.surroundings.interrupted = [] { return false; };
-  const Ran other = world.import(file, {"--resume", "--map", "Reference=#2"});
+  const Ran other = world.import(file, {"--resume", "--map", "Reference=#2", "--accept", "all"});
   CHECK(contains(other.out, "give the same --map"));
   const Json last(world.import(file, {"--resume", "--json"}).out);
   CHECK(last.at("status") == "0");

@@ -205,8 +205,8 @@ TEST_CASE("what only looks harmful is not") {
        "C001,\"Caf\xC3\xA9, x\",R1,03/02/2008,1,1,,", "C002,,R1,,\"1,15,300.00\",\"90,000\",N,1/5",
        "C003,,R1,,-2,-2,\"a,b\","});
   CHECK(ran.status == 0);
-  CHECK(contains(ran.out, "date-reads-both-ways ("));
-  CHECK(contains(ran.out, "sum-far-from-others ("));
+  CHECK(contains(ran.out, "date-reads-both-ways (1, line 2, in Date)"));
+  CHECK(contains(ran.out, "sum-far-from-others (1, line 3, in Balance)"));
   CHECK_FALSE(contains(ran.out, "HARMFUL"));
 }
 

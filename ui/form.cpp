@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "ui/colors.h"
-#include "ui/tab_order.h"
 
 namespace velk {
 
@@ -26,15 +25,7 @@ void Form::setBounds(const Bounds& bounds) {
   set(Property::Height, bounds.height);
 }
 
-std::vector<Control*> Form::tabOrder() const {
-  return tabOrder_.empty() ? orderOnScreen(*this) : tabOrder_;
-}
-
-void Form::setTabIndex(Control& control, std::size_t index) {
-  std::vector<Control*> order = tabOrder();
-  std::erase(order, &control);
-  order.insert(order.begin() + static_cast<std::ptrdiff_t>(std::min(index, order.size())),
-               &control);
+void Form::setTabOrder(std::vector<Control*> order) {
   tabOrder_ = std::move(order);
   propertyChanged(Property::TabOrder);
 }

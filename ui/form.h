@@ -36,10 +36,9 @@ class Form : public PropertyBag, public std::enable_shared_from_this<Form> {
   Form(FormShell& shell, std::string_view name, std::string_view caption, const Bounds& design);
 
   std::span<Control* const> controls() const { return controls_; }
-  /// The order in which the Tab key reaches the controls that take it (see tab_order.h).
-  std::vector<Control*> tabOrder() const;
-  /// Moves a control to another place in that order, from 0 on; a large index means the end.
-  void setTabIndex(Control& control, std::size_t index);
+  /// The order of the Tab key that code has set; empty: none. See tab_order.h.
+  const std::vector<Control*>& ownTabOrder() const { return tabOrder_; }
+  void setTabOrder(std::vector<Control*> order);
   WindowState windowState() const {
     return static_cast<WindowState>(number(Property::WindowState));
   }

@@ -37,4 +37,16 @@ std::vector<Control*> orderOnScreen(const Form& form) {
   return order;
 }
 
+std::vector<Control*> tabOrder(const Form& form) {
+  return form.ownTabOrder().empty() ? orderOnScreen(form) : form.ownTabOrder();
+}
+
+void setTabIndex(Form& form, Control& control, std::size_t index) {
+  std::vector<Control*> order = tabOrder(form);
+  std::erase(order, &control);
+  order.insert(order.begin() + static_cast<std::ptrdiff_t>(std::min(index, order.size())),
+               &control);
+  form.setTabOrder(std::move(order));
+}
+
 }  // namespace velk

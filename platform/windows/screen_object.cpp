@@ -16,6 +16,7 @@
 #include "platform/windows/ole_picture.h"
 #include "platform/windows/variants.h"
 #include "ui/control.h"
+#include "ui/tab_order.h"
 
 namespace velk {
 
@@ -88,7 +89,7 @@ class BagObject final : public NamedMembers {
     if (otherOf(member) == Other::TabIndex) {
       const std::int32_t index = toInt32(value);
       if (index < 0) throw RuntimeError(ErrorNumber::InvalidPropertyValue);
-      return form->setTabIndex(*control_, static_cast<std::size_t>(index));
+      return setTabIndex(*form, *control_, static_cast<std::size_t>(index));
     }
     bag(*form).set(propertyOf(member), value);
   }
@@ -104,7 +105,7 @@ class BagObject final : public NamedMembers {
   void call(DISPID member, std::span<const Value> arguments) override;
   /// False for a menu or a dialog.
   bool isPlaced(const Form& form) const {
-    const auto order = form.tabOrder();
+    const auto order = tabOrder(form);
     return std::ranges::find(order, control_) != order.end();
   }
   static Variant other(Form& form, Control* control, Other member);
@@ -258,7 +259,7 @@ Variant BagObject::other(Form& form, Control* control, Other member) {
       return Variant(queryInterface<IDispatch>(picture).Get());
     }
     case Other::TabIndex: {
-      const auto order = form.tabOrder();
+      const auto order = tabOrder(form);
       const auto place = std::ranges::find(order, control) - order.begin();
       return Variant(Value(static_cast<std::int32_t>(place)));
     }

@@ -18,10 +18,6 @@ namespace {
 constexpr DWORD shared = FILE_SHARE_READ | FILE_SHARE_WRITE;
 
 /// Raises the failure of the Win32 call that gave this.
-void require(BOOL succeeded) {
-  if (succeeded == FALSE) throw fileError(GetLastError());
-}
-
 std::wstring fullPath(const std::wstring& name) {
   // The first call answers the length with the NUL, the second one without it.
   std::wstring full(GetFullPathNameW(name.c_str(), 0, nullptr, nullptr), L'\0');
@@ -72,7 +68,7 @@ class WindowsInput final : public InputFile {
  public:
   explicit WindowsInput(FileHandle file) : file_(std::move(file)) {
     LARGE_INTEGER size{};
-    require(GetFileSizeEx(file_.get(), &size));
+    requireFileCall(GetFileSizeEx(file_.get(), &size));
     length_ = static_cast<std::uint64_t>(size.QuadPart);
   }
 
@@ -82,7 +78,7 @@ class WindowsInput final : public InputFile {
     std::size_t done = 0;
     while (done < count) {
       DWORD got = 0;
-      require(ReadFile(file_.get(), to + done, atMostOneCall(count - done), &got, nullptr));
+      requireFileCall(ReadFile(file_.get(), to + done, atMostOneCall(count - done), &got, nullptr));
       // No bytes and no error: the end of the file.
       if (got == 0) break;
       done += got;
@@ -90,7 +86,9 @@ class WindowsInput final : public InputFile {
     return done;
   }
 
-  void rewind() override { require(SetFilePointerEx(file_.get(), {}, nullptr, FILE_BEGIN)); }
+  void rewind() override {
+    requireFileCall(SetFilePointerEx(file_.get(), {}, nullptr, FILE_BEGIN));
+  }
 
  private:
   FileHandle file_;
@@ -104,7 +102,8 @@ class WindowsOutput final : public OutputFile {
   void write(std::string_view bytes) override {
     while (!bytes.empty()) {
       DWORD written = 0;
-      require(WriteFile(file_.get(), bytes.data(), atMostOneCall(bytes.size()), &written, nullptr));
+      requireFileCall(
+          WriteFile(file_.get(), bytes.data(), atMostOneCall(bytes.size()), &written, nullptr));
       // A full disk may show as a short count without an error.
       if (written == 0) throw RuntimeError(ErrorNumber::DiskFull);
       bytes.remove_prefix(written);
@@ -112,10 +111,10 @@ class WindowsOutput final : public OutputFile {
   }
 
   /// Waits until the disk has it; Windows alone may lose it with the power.
-  void flush() { require(FlushFileBuffers(file_.get())); }
+  void flush() { requireFileCall(FlushFileBuffers(file_.get())); }
 
   void close() override {
-    if (file_) require(CloseHandle(file_.release()));
+    if (file_) requireFileCall(CloseHandle(file_.release()));
   }
 
  private:
@@ -196,6 +195,10 @@ RuntimeError fileError(std::uint32_t errorCode) {
   return RuntimeError(found == std::end(known) ? ErrorNumber::DeviceIo : found->second);
 }
 
+void requireFileCall(bool succeeded) {
+  if (!succeeded) throw fileError(GetLastError());
+}
+
 std::string absolutePath(std::string_view path) {
   return fromWide(fullPath(toWide(path)));
 }
@@ -214,7 +217,7 @@ void FileReplacement::moveInPlace() {
   // WRITE_THROUGH: the call returns after the disk has the move, too.
   constexpr DWORD inPlace = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
   const std::wstring from = acceptablePath(path_);
-  require(MoveFileExW(from.c_str(), acceptablePath(target_).c_str(), inPlace));
+  requireFileCall(MoveFileExW(from.c_str(), acceptablePath(target_).c_str(), inPlace));
 }
 
 std::unique_ptr<InputFile> WindowsFileSystem::openInput(std::string_view path) {
@@ -246,7 +249,7 @@ bool WindowsFileSystem::openExclusively(std::string_view path) {
 }
 
 void WindowsFileSystem::remove(std::string_view path) {
-  require(DeleteFileW(acceptablePath(path).c_str()));
+  requireFileCall(DeleteFileW(acceptablePath(path).c_str()));
 }
 
 }  // namespace velk

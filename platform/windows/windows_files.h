@@ -45,4 +45,7 @@ std::string absolutePath(std::string_view path);
 /// The runtime error for a Win32 error code of a file operation.
 RuntimeError fileError(std::uint32_t errorCode);
 
+/// Raises the same for the thread's last error unless a call succeeded.
+void requireFileCall(bool succeeded);
+
 }  // namespace velk

@@ -16,10 +16,6 @@ namespace velk {
 
 namespace {
 
-void require(BOOL succeeded) {
-  if (succeeded == FALSE) throw fileError(GetLastError());
-}
-
 /// Where a call reads, writes or locks.
 OVERLAPPED placeAt(std::uint64_t offset) {
   OVERLAPPED place{};
@@ -48,7 +44,7 @@ class WindowsKeptFile final : public KeptFile {
 
   std::uint64_t length() const override {
     LARGE_INTEGER size{};
-    require(GetFileSizeEx(file_.get(), &size));
+    requireFileCall(GetFileSizeEx(file_.get(), &size));
     return static_cast<std::uint64_t>(size.QuadPart);
   }
 
@@ -59,7 +55,7 @@ class WindowsKeptFile final : public KeptFile {
       DWORD got = 0;
       const BOOL read = ReadFile(file_.get(), to + done, oneCall(count - done), &got, &place);
       if (read == FALSE && GetLastError() == ERROR_HANDLE_EOF) break;
-      require(read);
+      requireFileCall(read);
       if (got == 0) break;
       done += got;
     }
@@ -77,20 +73,21 @@ class WindowsKeptFile final : public KeptFile {
     while (!bytes.empty()) {
       OVERLAPPED place = placeAt(length());
       DWORD written = 0;
-      require(WriteFile(file_.get(), bytes.data(), oneCall(bytes.size()), &written, &place));
+      requireFileCall(
+          WriteFile(file_.get(), bytes.data(), oneCall(bytes.size()), &written, &place));
       // A full disk may show as a short count without an error.
       if (written == 0) throw RuntimeError(ErrorNumber::DiskFull);
       bytes.remove_prefix(written);
     }
   }
 
-  void sync() override { require(FlushFileBuffers(file_.get())); }
+  void sync() override { requireFileCall(FlushFileBuffers(file_.get())); }
 
   void truncate(std::uint64_t length) override {
     LARGE_INTEGER end{};
     end.QuadPart = static_cast<LONGLONG>(length);
-    require(SetFilePointerEx(file_.get(), end, nullptr, FILE_BEGIN));
-    require(SetEndOfFile(file_.get()));
+    requireFileCall(SetFilePointerEx(file_.get(), end, nullptr, FILE_BEGIN));
+    requireFileCall(SetEndOfFile(file_.get()));
   }
 
  private:

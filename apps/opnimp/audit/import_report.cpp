@@ -12,6 +12,12 @@ const RecordReport& ImportReport::record(std::size_t position) const {
   return position < records_.size() ? records_[position] : notBegun;
 }
 
+void ImportReport::beginPart(std::size_t before) {
+  before_ = before;
+  ended_ = false;
+  inRecord_ = false;
+}
+
 void ImportReport::beginStep() {
   refusal_.reset();
   stop_.clear();
@@ -20,7 +26,7 @@ void ImportReport::beginStep() {
 }
 
 void ImportReport::refused(const Finding& why, std::size_t row, std::string_view text) {
-  refusal_ = Said{why, std::string(text), row};
+  refusal_ = Said{why, std::string(text), row == 0 ? 0 : before_ + row};
 }
 
 void ImportReport::runStopped(const RuntimeError& error, std::string_view text) {
@@ -37,11 +43,11 @@ void ImportReport::runStopped(const RuntimeError& error, std::string_view text) 
 void ImportReport::recordBegins(std::size_t row) {
   // What onRecord throws ends the run between two records, so that none is current meanwhile.
   inRecord_ = false;
-  if (row != records_.size() + ImportRun::firstDataRow) {
+  if (before_ + row != records_.size() + ImportRun::firstDataRow) {
     throw std::logic_error("the import takes its records out of order");
   }
   // Row 1 is the mapping itself, so that this counts records from 1.
-  if (onRecord) onRecord(row - ImportRun::mappingRow);
+  if (onRecord) onRecord(before_ + row - ImportRun::mappingRow);
   records_.emplace_back().fate = RecordReport::Fate::Begun;
   inRecord_ = true;
 }

@@ -33,6 +33,9 @@ class ImportReport final : public ImportObserver {
  public:
   explicit ImportReport(bool dryRun) : dryRun_(dryRun) {}
 
+  /// What follows are the records behind the first `before` ones, on a screen of their own.
+  void beginPart(std::size_t before);
+
   /// Called before each record with its number from 1; what it throws ends the run.
   std::function<void(std::size_t record)> onRecord;
   /// Called after each record that ended by itself; what it throws ends the run, too.
@@ -69,6 +72,7 @@ class ImportReport final : public ImportObserver {
 
   bool dryRun_;
   std::vector<RecordReport> records_;  // those begun, in order
+  std::size_t before_ = 0;             // how many records were on earlier screens
   bool inRecord_ = false;
   std::optional<Said> refusal_;
   std::string stop_;

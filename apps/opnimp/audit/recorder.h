@@ -85,9 +85,14 @@ class Recorder : private ErrorLog {
 
   /// Stamps from now on with the screen's current row, until endSession.
   void watch(const ImportScreen& screen) { screen_ = &screen; }
+  /// What follows are the records behind the first `before` ones, on a screen of their own.
+  void beginPart(std::size_t before) { before_ = before; }
   /// The screen and the error log's file are about to go.
   void endSession();
-  std::size_t row() const { return screen_ == nullptr ? 0 : screen_->currentRow(); }
+  std::size_t row() const {
+    const std::size_t row = screen_ == nullptr ? 0 : screen_->currentRow();
+    return row == 0 ? 0 : before_ + row;
+  }
 
   /// The error log to hand to the module; lines go on to `file`, or stay in memory with null.
   ErrorLog& log(ErrorLog* file);
@@ -132,6 +137,7 @@ class Recorder : private ErrorLog {
   RunGate gate_;
   std::function<bool()> transactionIsOpen_;  // empty: each call stands by itself
   const ImportScreen* screen_ = nullptr;
+  std::size_t before_ = 0;
   std::vector<RecordedCall> calls_;
   std::vector<RecordedLine> lines_;
   std::vector<RecordedMessage> messages_;

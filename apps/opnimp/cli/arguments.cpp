@@ -43,6 +43,7 @@ const std::string resumeHelp =
     "go on with a file behind the last record that a run reached\n"
     "which broke off; records in doubt go to FILE.check.csv of\n"
     "--rejects and are not posted again";
+const std::string fromLineHelp = "import only the records from line N of the file on";
 const std::string exportHelp =
     "write all salesmen to an .xls workbook, with drop-down lists of\n"
     "their DS types; a workbook of that name is replaced";
@@ -171,6 +172,7 @@ class CommandLine {
     addWait({import, exporting});
     addMap({import, preview});
     addAccept({import, preview});
+    addFromLine({import, preview});
     addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
     addFlag({import}, "--all-or-nothing", arguments_.allOrNothing,
             "in one transaction, which is taken back if a record is refused,\n"
@@ -180,6 +182,8 @@ class CommandLine {
             journalHelp);
     addFlag({import}, "--again", arguments_.again, againHelp);
     addFlag({import}, "--resume", arguments_.resume, resumeHelp);
+    // A run that is resumed goes on where it broke off.
+    import->get_option("--resume")->excludes("--from-line");
     addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
     addText({report}, "--html", "FILE.html", arguments_.report, reportHelp);
     addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
@@ -236,6 +240,19 @@ class CommandLine {
     for (CLI::App* const command : commands) {
       // Otherwise the library would take "--dry-run=false", and post.
       command->add_flag(name, to, what)->disable_flag_override();
+    }
+  }
+
+  void addFromLine(Apps commands) {
+    const auto take = [this](const std::string& text) {
+      const auto line = exactNumber<std::size_t>(text);
+      if (!line || *line == 0) {
+        throw UsageError("--from-line takes the number of a line, from 1, not \"" + text + "\"");
+      }
+      arguments_.fromLine = *line;
+    };
+    for (CLI::App* const command : commands) {
+      command->add_option_function<std::string>("--from-line", take, fromLineHelp)->type_name("N");
     }
   }
 

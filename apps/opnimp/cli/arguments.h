@@ -31,6 +31,7 @@ struct Arguments {
   std::optional<std::string> rejects;
   std::optional<std::string> report;
   std::optional<std::string> appFolder;
+  std::size_t fromLine = 1;        ///< of the file, from which on records are imported
   std::optional<int> waitSeconds;  ///< for one statement
   std::optional<std::string> journal;
   std::uint64_t run = 0;  ///< the number of one in the journal

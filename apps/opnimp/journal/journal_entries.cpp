@@ -192,6 +192,7 @@ void write(EntryWriter& to, const RunStart& run) {
   writeTexts(to, run.accepted);
   to.list(run.mapping, writeField);
   writeOptional(to, run.screenRecords);
+  to.byte(run.oneTransaction ? 1 : 0);
   to.number(run.resumes).number(run.firstRecord);
   to.list(run.setApart, [](EntryWriter& each, std::size_t record) { each.number(record); });
   to.list(run.records, [](EntryWriter& each, const JournaledRecord& record) {
@@ -214,6 +215,7 @@ RunStart readRunStart(EntryReader from) {
   run.accepted = readTexts(from);
   run.mapping = from.list<FieldMapping>(readField);
   run.screenRecords = readOptional<long long>(from);
+  run.oneTransaction = readFlag(from);
   run.resumes = from.number();
   run.firstRecord = from.number();
   run.setApart = from.list<std::size_t>([](EntryReader& each) { return each.number(); });

@@ -38,6 +38,7 @@ struct RunStart {
   std::vector<std::string> accepted;  ///< codes of harmful warnings
   std::vector<FieldMapping> mapping;
   std::optional<long long> screenRecords;  ///< as the screen counted them
+  bool oneTransaction = false;             ///< nothing stays posted if it breaks off
   std::uint64_t resumes = 0;               ///< the run that it goes on with; 0: none
   std::size_t firstRecord = 0;             ///< of the file; those before it are none of this run
   std::vector<std::size_t> setApart;       ///< records before it that were left in doubt

@@ -71,7 +71,11 @@ std::size_t RunSummary::nextRecord() const {
 }
 
 Outcome RunSummary::outcome(std::size_t record) const {
-  if (outcomes[record]) return *outcomes[record];
+  // Whether the transaction was kept is known only when the run has ended.
+  const bool open = !ended && start.oneTransaction;
+  if (outcomes[record]) {
+    return open && isPosted(*outcomes[record]) ? Outcome::Unknown : *outcomes[record];
+  }
   const bool doubtful = !ended && record < nextRecord();
   return doubtful ? Outcome::Unknown : Outcome::NotReached;
 }

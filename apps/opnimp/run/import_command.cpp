@@ -93,6 +93,9 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     } catch (const std::bad_alloc&) {
       if (began_) throw;
       throw CannotOpen(tooLarge(arguments().file));
+    } catch (const CannotOpen& failure) {
+      if (began_) endInJournal(failure.what());
+      throw;
     }
     progress_.erase();
     evaluate();
@@ -174,10 +177,6 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     result_.resumes = resumption.run->number;
     result_.setApart = resumption.doubtful;
     result_.input = std::make_unique<LaterRecords>(std::move(result_.input), resumption.next);
-    std::vector<std::size_t> records(result_.input->count());
-    std::iota(records.begin(), records.end(), std::size_t{0});
-    shadow_.emplace(arguments().file);
-    result_.input->write(*shadow_, arguments().file, records);
   }
 
   /// The run keeps this object for as long as it lives: for ever, if the database never answers.
@@ -196,15 +195,13 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     if (arguments().dryRun) dryRun.emplace(database_);
     std::optional<WholeRun> whole;
     if (arguments().allOrNothing && !arguments().dryRun) whole.emplace(database_, recorder_);
-    ScreenSession session(recorder_, {folder_, surroundings_.clock, messages(), !arguments().dryRun,
-                                      shadow_ ? &*shadow_ : nullptr});
-    result_.errorLog = session.errorLogPath();
     try {
-      ImportScreen& screen = session.open(kind(), recorded(recorder_, database_.connection));
-      view(session, screen);
-      import(session, screen);
+      std::size_t first = 0;
+      do first = driveScreen(first);
+      while (result_.brokeOff.empty() && !wasRefused() && first < result_.input->count());
     } catch (const Refused& refused) {
-      result_.refusal = refused.what();
+      // What earlier screens posted is posted.
+      (report_.begun() == 0 ? result_.refusal : result_.brokeOff) = refused.what();
     } catch (const RunEnded& ended) {
       result_.brokeOff = ended.why;
     }
@@ -212,6 +209,35 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     tellOfLog();
     // A run that was refused early has no warnings yet, although they may explain the refusal.
     if (!began_ && result_.warnings.empty()) findWarningsNow();
+  }
+
+  /// Imports as many records from `first` on as a screen takes, and answers which is the next.
+  std::size_t driveScreen(std::size_t first) {
+    const std::size_t end =
+        first + std::min(result_.input->count() - first, kind().largestRecordCount);
+    std::optional<ShadowFile> part = partOf(first, end);
+    ScreenSession session(recorder_, {folder_, surroundings_.clock, messages(), !arguments().dryRun,
+                                      part ? &*part : nullptr});
+    result_.errorLog = session.errorLogPath();
+    recorder_.beginPart(first);
+    report_.beginPart(first);
+    ImportScreen& screen = session.open(kind(), recorded(recorder_, database_.connection));
+    screen.run().setRecordsBefore(first);
+    view(session, screen);
+    import(session, screen, first, end);
+    return end;
+  }
+
+  /// What the screen is to find in the file; empty for all that the file itself holds, so that the
+  /// runner's own reading is checked against the screen's.
+  std::optional<ShadowFile> partOf(std::size_t first, std::size_t end) const {
+    const bool isLater = dynamic_cast<const LaterRecords*>(result_.input.get()) != nullptr;
+    if (first == 0 && end == result_.input->count() && !isLater) return {};
+    std::vector<std::size_t> records(end - first);
+    std::iota(records.begin(), records.end(), first);
+    std::optional<ShadowFile> part(arguments().file);
+    result_.input->write(*part, arguments().file, records);
+    return part;
   }
 
   /// Of a foreseen import only what the screen says of the file is shown.
@@ -233,20 +259,23 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
   /// The screen's messages may name the log, which a dry run does not write.
   void tellOfLog() {
-    if (!arguments().dryRun || recorder_.lines().empty() || recorder_.shown().empty()) return;
+    if (!arguments().dryRun || foresight_ != nullptr) return;
+    if (recorder_.lines().empty() || recorder_.shown().empty()) return;
     progress_.erase();
     streams_.err << "opnimp: a dry run writes no error log; the report has what would be in it.\n";
   }
 
-  void import(ScreenSession& session, const ImportScreen& screen) {
-    // Both are read now, because the import empties the screen.
-    result_.mapping = readMapping(screen);
-    screenRecords_ = screen.RecordCount();
-    findWarningsNow();
-    requireRecords();
-    requireAccepted();
+  /// Records from `first` to before `end`.
+  void import(ScreenSession& session, const ImportScreen& screen, std::size_t first,
+              std::size_t end) {
+    // Read now, because the import empties the screen.
+    viewedRecords_ += screen.RecordCount();
+    if (end == result_.input->count()) screenRecords_ = viewedRecords_;
+    if (first == 0) prepareRun(readMapping(screen), end);
     endIfInterrupted();
-    if (journal_) journal_->begin(result_, database_, screenRecords_, report_, recorder_);
+    if (journal_ && first == 0) {
+      journal_->begin(result_, database_, screenRecords_, report_, recorder_);
+    }
     began_ = true;
     // What the screen said of View and of --map is no answer to Import.
     report_.beginStep();
@@ -258,7 +287,31 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     } else if (event != EventResult::Handled) {
       result_.brokeOff = "the screen did not take the Import button";
     } else if (!report_.ended() && !wasRefused()) {
-      result_.brokeOff = "the import did not say how it ended";
+      const auto& refusal = report_.refusal();
+      result_.brokeOff = refusal ? refusal->text : "the import did not say how it ended";
+    }
+  }
+
+  /// All that can be known of the file's records before the first screen imports, with `end` as its
+  /// last one.
+  void prepareRun(std::vector<FieldMapping> mapping, std::size_t end) {
+    result_.mapping = std::move(mapping);
+    findWarningsNow();
+    requireRecords();
+    requireAccepted();
+    // Each screen looks at its own records only, when those before are posted.
+    if (end < result_.input->count()) requireValues();
+  }
+
+  void requireValues() const {
+    const std::size_t width = mappedWidth(result_.mapping);
+    for (std::size_t record = 0; record < result_.input->count(); ++record) {
+      const auto fields = result_.input->fields(record, width);
+      for (const std::size_t field : kind().mandatory) {
+        if (!result_.mapping.at(field).column) continue;
+        if (!mappedCell(fields, result_.mapping, field).empty()) continue;
+        throw Refused(valueMissingText(result_.mapping.at(field).field, *result_.input, record));
+      }
     }
   }
 
@@ -325,6 +378,13 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
                                     civilFromDate(surroundings_.clock()).year);
   }
 
+  void endInJournal(std::string_view why) {
+    result_.brokeOff = why;
+    result_.ended = surroundings_.clock();
+    drawUp();
+    if (journal_) journal_->end(result_, report_.ended());
+  }
+
   void evaluate() {
     if (wasRefused() && !result_.refused()) {
       result_.refusal = runRefusalText(*report_.refusal(), *result_.input, result_.mapping, kind());
@@ -385,14 +445,14 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   std::string folder_;
   std::optional<RejectFiles> rejects_;
   std::optional<ImportJournal> journal_;
-  std::optional<ShadowFile> shadow_;  // what the screen views of a file that is resumed
   OpenDatabase database_;
   Progress progress_;
   Recorder recorder_;
   ImportReport report_;
-  std::optional<long long> screenRecords_;
-  const Foresight* foresight_ = nullptr;  ///< of a preview
-  bool began_ = false;                    ///< whether anything may have been posted
+  long long viewedRecords_ = 0;             ///< as the screens counted so far
+  std::optional<long long> screenRecords_;  ///< as they counted when all had viewed theirs
+  const Foresight* foresight_ = nullptr;    ///< of a preview
+  bool began_ = false;                      ///< whether anything may have been posted
 };
 
 }  // namespace

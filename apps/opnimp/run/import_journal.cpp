@@ -106,6 +106,7 @@ RunStart ImportJournal::describe(const ImportResult& result, const OpenDatabase&
   run.accepted = result.arguments.accept;
   run.mapping = result.mapping;
   run.screenRecords = screenRecords;
+  run.oneTransaction = result.arguments.allOrNothing;
   run.resumes = result.resumes;
   run.setApart = result.setApart;
   const auto* const later = dynamic_cast<const LaterRecords*>(result.input.get());
@@ -145,7 +146,7 @@ template <class Write>
 void ImportJournal::orEndRun(Write write) {
   trapErrors(write, [this](const RuntimeError& error) {
     failure_ = cannotWrite(journal_.path, error);
-    throw RunEnded{"the journal could not be written"};
+    throw RunEnded{failure_};
   });
 }
 

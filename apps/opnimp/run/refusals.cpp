@@ -1,27 +1,14 @@
 #include "apps/opnimp/run/refusals.h"
 
-#include "apps/opnimp/cli/printable.h"
 #include "mapping/import_run.h"
 
 namespace velk {
-
-namespace {
-
-std::string tooManyText(const ImportKind& kind, std::size_t count) {
-  return "the file has " + grouped(count) + " records, but at most " +
-         grouped(kind.largestRecordCount) + " can be imported in one go; split the file";
-}
-
-}  // namespace
 
 // What is wrong with the file itself is told first: it explains whatever else did not go.
 std::string viewRefusalText(const ImportReport& report, const InputRecords& input,
                             const ImportKind& kind) {
   if (std::string fault = input.refusal(kind); !fault.empty()) return fault;
   const auto& refusal = report.refusal();
-  if (refusal && refusal->why.reason == Reason::TooManyRecords) {
-    return tooManyText(kind, refusal->why.count);
-  }
   if (refusal && refusal->why.reason == Reason::CaptionMismatch) {
     return "the database does not know the caption \"DSType\" of the DS types: is it the right "
            "database?";
@@ -36,6 +23,12 @@ std::string viewRefusalText(const ImportReport& report, const InputRecords& inpu
 std::string unmappedText(const std::string& fields) {
   return "no column of the file is mapped to " + fields +
          "; rename the column, or use --map \"Field=Column\"";
+}
+
+std::string valueMissingText(const std::string& field, const InputRecords& input,
+                             std::size_t record) {
+  return field + " is empty in " + input.where(record) + " (record " + std::to_string(record + 1) +
+         "); it must not be empty in any record";
 }
 
 std::string misreadingsText(const std::vector<Warning>& warnings, const Arguments& arguments) {
@@ -55,9 +48,8 @@ std::string runRefusalText(const Said& refusal, const InputRecords& input,
   const std::string unmapped = unmappedFields(mapping, kind.mandatory);
   if (!unmapped.empty()) return unmappedText(unmapped);
   if (refusal.why.reason != Reason::ValueMissing) return refusal.text;
-  const std::size_t record = refusal.row - ImportRun::firstDataRow;
-  return mapping.at(refusal.why.field.value()).field + " is empty in " + input.where(record) +
-         " (record " + std::to_string(record + 1) + "); it must not be empty in any record";
+  return valueMissingText(mapping.at(refusal.why.field.value()).field, input,
+                          refusal.row - ImportRun::firstDataRow);
 }
 
 }  // namespace velk

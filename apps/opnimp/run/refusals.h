@@ -20,6 +20,10 @@ std::string viewRefusalText(const ImportReport& report, const InputRecords& inpu
 std::string runRefusalText(const Said& refusal, const InputRecords& input,
                            const std::vector<FieldMapping>& mapping, const ImportKind& kind);
 
+/// Of a file with a record that lacks the value of a mandatory field.
+std::string valueMissingText(const std::string& field, const InputRecords& input,
+                             std::size_t record);
+
 /// Of a file of which values would be read otherwise than they are written; empty if all of these
 /// are accepted.
 std::string misreadingsText(const std::vector<Warning>& warnings, const Arguments& arguments);

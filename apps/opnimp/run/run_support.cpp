@@ -7,6 +7,7 @@
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/records/file_bytes.h"
+#include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/records/workbook_records.h"
 #include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/screen_mapping.h"
@@ -28,6 +29,17 @@ std::vector<std::string> databaseFiles(const std::string& path) {
   const fs::path followed = fs::weakly_canonical(path, error);
   const std::string real = error ? path : followed.string();
   return {real, real + "-wal", real + "-shm", real + "-journal"};
+}
+
+std::unique_ptr<const InputRecords> fromLine(std::unique_ptr<const InputRecords> whole,
+                                             const Arguments& arguments) {
+  if (arguments.fromLine == 1) return whole;
+  std::size_t first = 0;
+  while (first < whole->count() && whole->place(first).line < arguments.fromLine) ++first;
+  if (first < whole->count()) return std::make_unique<LaterRecords>(std::move(whole), first);
+  throw UsageError("--from-line: no record of " + arguments.file + " begins at " +
+                   std::string(whole->placeWord()) + " " + grouped(arguments.fromLine) +
+                   " or behind it");
 }
 
 }  // namespace
@@ -74,9 +86,10 @@ void checkWrites(const Writes& writes, const DatabaseChoice& database, const std
 std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
   NativeFileSystem files;
   try {
-    if (arguments.kind->format == FileFormat::Workbook)
-      return std::make_unique<WorkbookRecords>(files, arguments.file);
-    return std::make_unique<CsvRecords>(readBytes(files, arguments.file));
+    if (arguments.kind->format == FileFormat::Workbook) {
+      return fromLine(std::make_unique<WorkbookRecords>(files, arguments.file), arguments);
+    }
+    return fromLine(std::make_unique<CsvRecords>(readBytes(files, arguments.file)), arguments);
   } catch (const RuntimeError& error) {
     // Reading raises this error for the length only; memory that runs out is std::bad_alloc.
     const bool tooLong = error.is(ErrorNumber::OutOfMemory);

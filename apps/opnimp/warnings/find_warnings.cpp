@@ -1,7 +1,9 @@
 #include "apps/opnimp/warnings/find_warnings.h"
 
 #include <optional>
+#include <utility>
 
+#include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/warnings/lost_columns.h"
 #include "apps/opnimp/warnings/master_check.h"
 #include "apps/opnimp/warnings/opening_check.h"
@@ -34,10 +36,32 @@ void checkRecords(const CheckedFile& file, std::vector<Warning>& warnings) {
   openings.finish(warnings);
 }
 
+/// Of a run that leaves out the records before `first`: what was found in them is nothing to it,
+/// and the others count from there.
+std::vector<Warning> foundFrom(std::size_t first, std::vector<Warning> found) {
+  std::vector<Warning> warnings;
+  for (Warning& warning : found) {
+    if (warning.readings.empty()) {
+      warnings.push_back(std::move(warning));
+      continue;
+    }
+    for (Misreading& reading : warning.readings) {
+      if (reading.record < first) continue;
+      reading.record -= first;
+      addWarning(warnings, warning.id, std::move(reading));
+    }
+  }
+  return warnings;
+}
+
 }  // namespace
 
 std::vector<Warning> findWarnings(const InputRecords& input, const ImportKind& kind,
                                   const std::vector<FieldMapping>& mapping, int currentYear) {
+  // The whole file first: a row can be equal to one that is left out.
+  if (const auto* const later = dynamic_cast<const LaterRecords*>(&input)) {
+    return foundFrom(later->first(), findWarnings(later->whole(), kind, mapping, currentYear));
+  }
   std::vector<Warning> warnings;
   if (const auto* const workbook = dynamic_cast<const WorkbookRecords*>(&input)) {
     // Such a file is refused as a whole.

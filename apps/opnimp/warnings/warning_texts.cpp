@@ -33,7 +33,8 @@ constexpr WarningText texts[] = {
      "A byte that windows-1252 does not define is kept as a control character. The file may be in "
      "another code page."},
     {"no-records", noted, "The file has no records behind its first line."},
-    {"too-many-records", noted, "More records than can be imported in one go. Split the file."},
+    {"too-many-records", noted,
+     "More records than a screen takes: they are imported in several runs, one after the other."},
     {"semicolon-separated", noted,
      "The titles are separated by semicolons; only commas separate. Save the file with commas."},
     {"tab-separated", noted,

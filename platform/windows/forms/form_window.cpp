@@ -80,7 +80,7 @@ void FormWindow::makeControls() {
 
 // The Tab key goes from the top of the stack of windows to its bottom.
 void FormWindow::applyTabOrder() const {
-  for (const Control* control : form_->tabOrder()) {
+  for (const Control* control : tabOrder(*form_)) {
     const ControlWindow* window = windowOf(*control);
     if (window == nullptr) continue;
     SetWindowPos(window->handle(), HWND_BOTTOM, 0, 0, 0, 0,
