@@ -204,13 +204,15 @@ TEST_CASE_FIXTURE(ProcedureTable, "embedded: a refused step takes the steps befo
 
 TEST_CASE("embedded: a statement that keeps a part when it fails takes it along, too") {
   const std::string rows = "INTO u SELECT ? UNION ALL SELECT 1 UNION ALL SELECT 1";
-  for (const auto& [conflict, insert] :
-       {std::pair{"", "INSERT "}, {" ON CONFLICT FAIL", "INSERT "}, {"", "INSERT OR FAIL "}}) {
-    CAPTURE(conflict);
-    CAPTURE(insert);
+  const struct {
+    std::string conflict, insert;
+  } cases[] = {{"", "INSERT "}, {" ON CONFLICT FAIL", "INSERT "}, {"", "INSERT OR FAIL "}};
+  for (const auto& row : cases) {
+    CAPTURE(row.conflict);
+    CAPTURE(row.insert);
     ProcedureTable table;
-    table.connection->Execute(std::string("CREATE TABLE u (a UNIQUE") + conflict + ")");
-    table.add("sp_rows", 1, (insert + rows).c_str(), "1");
+    table.connection->Execute("CREATE TABLE u (a UNIQUE" + row.conflict + ")");
+    table.add("sp_rows", 1, (row.insert + rows).c_str(), "1");
     CHECK(errorOf([&] { table.call("sp_rows", {0}); }) == code(Errors::IntegrityViolation));
     CHECK(table.connection->changedNothing());
     CHECK(ask(*table.connection, "SELECT count(*) FROM u") == "0");

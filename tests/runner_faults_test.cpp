@@ -13,9 +13,9 @@ using namespace velk;
 
 namespace {
 
-constexpr std::string_view records[] = {"C001,A,R1,03/03/2008,100.00,60.00",
-                                        "C002,B,R2,04/03/2008,-50.00,-20.00",
-                                        "C003,C,R3,,10.00,10.00"};
+constexpr std::string_view openings[] = {"C001,A,R1,03/03/2008,100.00,60.00",
+                                         "C002,B,R2,04/03/2008,-50.00,-20.00",
+                                         "C003,C,R3,,10.00,10.00"};
 
 /// Over the failing driver, which does as the settings say.
 struct FaultWorld : RunnerWorld {
@@ -26,7 +26,7 @@ struct FaultWorld : RunnerWorld {
   Ran importAll(const std::string& settings, std::vector<std::string> more = {"--json"}) {
     more.insert(more.end(),
                 {"--database", connection(settings), "--rejects", folder.path("r.csv")});
-    return importLines({openingTitles, records[0], records[1], records[2]}, std::move(more));
+    return importLines({openingTitles, openings[0], openings[1], openings[2]}, std::move(more));
   }
   /// How many changes of the record at a position are there to stay.
   std::size_t changes(std::size_t record) const {
@@ -41,7 +41,7 @@ struct FaultWorld : RunnerWorld {
   void checkTruth(const Ran& ran) const {
     const Json report(ran.out);
     CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
-    for (std::size_t i = 0; i < std::size(records); ++i) {
+    for (std::size_t i = 0; i < std::size(openings); ++i) {
       const std::string outcome = report.at("records[" + std::to_string(i) + "].outcome");
       CAPTURE(i);
       CAPTURE(outcome);
@@ -49,10 +49,10 @@ struct FaultWorld : RunnerWorld {
       if (outcome == "failed" || outcome == "rejected" || outcome == "not-reached" ||
           outcome == "taken-back")
         CHECK(changes(i) == 0);
-      CHECK_FALSE((contains(folder.read("r.csv"), records[i]) && changes(i) > 0));
+      CHECK_FALSE((contains(folder.read("r.csv"), openings[i]) && changes(i) > 0));
       const bool doubtful = outcome == "partial" || outcome == "unknown";
       const std::string check = folder.has("r.csv.check.csv") ? folder.read("r.csv.check.csv") : "";
-      CHECK(contains(check, records[i]) == doubtful);
+      CHECK(contains(check, openings[i]) == doubtful);
       if (doubtful) CHECK_FALSE(contains(ran.out, "import the file again"));
     }
   }
@@ -112,10 +112,10 @@ TEST_CASE("faults: all or nothing") {
     std::string_view rejects;
   } rows[] = {
       {"", "posted posted posted", 0, ""},
-      {"Faults=..r", "taken-back failed taken-back", 1, records[1]},
-      {"Faults=..bb;State=42000;Catalogue=none", "taken-back failed taken-back", 1, records[1]},
-      {"Faults=....l;State=42000", "taken-back taken-back failed", 1, records[2]},
-      {"Faults=..t", "taken-back failed not-reached", 5, records[1]},
+      {"Faults=..r", "taken-back failed taken-back", 1, openings[1]},
+      {"Faults=..bb;State=42000;Catalogue=none", "taken-back failed taken-back", 1, openings[1]},
+      {"Faults=....l;State=42000", "taken-back taken-back failed", 1, openings[2]},
+      {"Faults=..t", "taken-back failed not-reached", 5, openings[1]},
       // The procedure commits: what it posted stays, and all before it.
       {"Faults=..k", "unknown unknown not-reached", 5, ""},
       {"Faults=.....k", "unknown unknown unknown", 5, ""},
@@ -141,10 +141,10 @@ TEST_CASE("faults: all or nothing in the embedded database") {
     return world.ask("select count(*) from CustomerOpeningBalance");
   };
   RunnerWorld world;
-  const Ran good = world.importLines({openingTitles, records[0]}, {"--all-or-nothing"});
+  const Ran good = world.importLines({openingTitles, openings[0]}, {"--all-or-nothing"});
   CHECK(good.status == 0);
   CHECK(count(world) == "1");
-  const Ran bad = world.importLines({openingTitles, records[1], "C999,A,R,,1,1", records[2]},
+  const Ran bad = world.importLines({openingTitles, openings[1], "C999,A,R,,1,1", openings[2]},
                                     {"--all-or-nothing"});
   CHECK(bad.status == 1);
   CHECK(contains(bad.out, "taken back          2"));
@@ -153,7 +153,7 @@ TEST_CASE("faults: all or nothing in the embedded database") {
   world.ask(
       "create trigger stop before insert on CustomerOpeningBalance when new.CustomerID = 'C003' "
       "begin select raise(rollback, 'stopped'); end");
-  const Ran ended = world.importLines({openingTitles, records[1], records[2], records[0]},
+  const Ran ended = world.importLines({openingTitles, openings[1], openings[2], openings[0]},
                                       {"--all-or-nothing", "--again", "--json"});
   CHECK(ended.status == 5);
   CHECK(contains(Json(ended.out).at("brokeOff"), "ended the transaction"));
@@ -189,7 +189,7 @@ TEST_CASE("faults: a database that does not answer is left with an account") {
 TEST_CASE("faults: a second signal does not cost the account") {
   FaultWorld world;
   const std::string in =
-      world.folder.write("in.csv", crlf({openingTitles, records[0], records[1], records[2]}));
+      world.folder.write("in.csv", crlf({openingTitles, openings[0], openings[1], openings[2]}));
   const std::string out = world.folder.path("out.txt");
   const std::string script = "'" OPNIMP_PROGRAM "' import customer-opening '" + in +
                              "' --app-folder '" + world.folder.path("") + "' --journal '" +
@@ -210,7 +210,7 @@ TEST_CASE("faults: a held lock ends the run after one time-out") {
   holder->Execute("update Setup set OpeningDate = OpeningDate");
   const auto start = std::chrono::steady_clock::now();
   const Ran ran =
-      world.importLines({openingTitles, records[0], records[1], records[2]},
+      world.importLines({openingTitles, openings[0], openings[1], openings[2]},
                         {"--json", "--wait", "1", "--rejects", world.folder.path("r.csv")});
   CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(5));
   CHECK(ran.status == 5);
@@ -233,7 +233,7 @@ TEST_CASE("faults: a call of the embedded database that cannot be undone ends th
       "(1, 'RELEASE procedure_call', ''), (2, 'SAVEPOINT stray', ''), (3, 'SELECT ?', '6'), "
       "(4, 'INSERT INTO Setup (NoSuchColumn) VALUES (1)', ''))");
   const Ran ran =
-      world.importLines({openingTitles, records[0], records[1], records[2]}, {"--json"});
+      world.importLines({openingTitles, openings[0], openings[1], openings[2]}, {"--json"});
   CHECK(ran.status == 5);
   CHECK(Json(ran.out).outcomes() == "posted unknown not-reached");
   CHECK(world.ask("select count(*) from CustomerOpeningBalance") == "1");

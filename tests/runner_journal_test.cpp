@@ -19,10 +19,10 @@ using namespace velk;
 
 namespace {
 
-constexpr std::string_view good1 = "C001,A,R1,03/03/2008,100.00,60.00";
-constexpr std::string_view good2 = "C002,B,R2,04/03/2008,-50.25,-20.10";
-constexpr std::string_view good3 = "C003,C,R3,,10.00,10.00";
-constexpr std::string_view unknownCustomer = "C999,X,R4,03/03/2008,1.00,1.00";
+constexpr std::string_view firstGood = "C001,A,R1,03/03/2008,100.00,60.00";
+constexpr std::string_view secondGood = "C002,B,R2,04/03/2008,-50.25,-20.10";
+constexpr std::string_view thirdGood = "C003,C,R3,,10.00,10.00";
+constexpr std::string_view strangersRecord = "C999,X,R4,03/03/2008,1.00,1.00";
 
 std::string documents(RunnerWorld& world) {
   return world.ask(
@@ -107,24 +107,27 @@ std::size_t checkAgainstDatabase(RunnerWorld& world, const RunSummary& run) {
 
 TEST_CASE("what an earlier run posted is refused, and --again posts it") {
   RunnerWorld world;
-  CHECK(world.importLines({openingTitles, good1, unknownCustomer, good2}).status == 1);
+  CHECK(world.importLines({openingTitles, firstGood, strangersRecord, secondGood}).status == 1);
   const struct {
     std::vector<std::string_view> lines;
     std::vector<std::string> more;
     int status;
     std::string_view says;
   } rows[] = {
-      {{openingTitles, good1, unknownCustomer, good2}, {}, 2, "run 1 of 2008-04-01"},
-      {{openingTitles, good1, unknownCustomer, good2}, {"--dry-run"}, 2, "2 records of 3"},
+      {{openingTitles, firstGood, strangersRecord, secondGood}, {}, 2, "run 1 of 2008-04-01"},
+      {{openingTitles, firstGood, strangersRecord, secondGood}, {"--dry-run"}, 2, "2 records of 3"},
       // Another file: the same record in another order of columns, written in another way.
       {{"Balance,Bill Amount,Customer ID,Date,Reference", "5,5,C001,1/3/2008,R9",
         "60,1e2,C001,3 March 2008,R1"},
        {},
        2,
        "1 record of this file was posted by an earlier run, or may have been: line 3 (run 1)"},
-      {{openingTitles, good3, "C004,D,R4,,5,5", "C004,D,R4,,5,5"}, {"--accept", "all"}, 1, "run 2"},
+      {{openingTitles, thirdGood, "C004,D,R4,,5,5", "C004,D,R4,,5,5"},
+       {"--accept", "all"},
+       1,
+       "run 2"},
       // What was refused is not in the database.
-      {{openingTitles, unknownCustomer}, {}, 1, "run 3"},
+      {{openingTitles, strangersRecord}, {}, 1, "run 3"},
       {{openingTitles, "C001,A,R1,03/03/2008,100.00,60.01"}, {}, 0, "run 4"},
   };
   for (const auto& row : rows) {
@@ -136,11 +139,11 @@ TEST_CASE("what an earlier run posted is refused, and --again posts it") {
     CHECK_MESSAGE(contains(ran.out, row.says), ran.out);
   }
   CHECK(documents(world) == "5+1");
-  CHECK(world.importLines({openingTitles, good1}, {"--again"}).status == 0);
+  CHECK(world.importLines({openingTitles, firstGood}, {"--again"}).status == 0);
   CHECK(documents(world) == "6+1");
 
   // The same file means nothing for another database, and another journal knows nothing of it.
-  const std::string file = world.folder.write("in.csv", crlf({openingTitles, good1}));
+  const std::string file = world.folder.write("in.csv", crlf({openingTitles, firstGood}));
   const std::string copy = world.folder.write("moved.db", world.folder.read("company.db"));
   CHECK(world.import(file, {"--database", copy}).status == 2);
   const std::string fresh = world.folder.path("fresh.db");
@@ -161,8 +164,9 @@ TEST_CASE("master data is imported again by design") {
 TEST_CASE("reports, rejects and the list of runs come from the journal alone") {
   RunnerWorld world;
   const std::string rejects = world.folder.path("r.csv");
-  const Ran first = world.importLines(
-      {openingTitles, good1, unknownCustomer, "C002,B,,,1,5", good2}, {"--rejects", rejects});
+  const Ran first =
+      world.importLines({openingTitles, firstGood, strangersRecord, "C002,B,,,1,5", secondGood},
+                        {"--rejects", rejects});
   CHECK(first.status == 1);
   std::filesystem::remove(world.folder.path("in.csv"));
   std::filesystem::remove(world.database());
@@ -228,7 +232,7 @@ TEST_CASE("a command that cannot do what it is asked for says why and writes not
 
 TEST_CASE("a journal that cannot be written lets nothing be posted") {
   RunnerWorld world;
-  const std::string file = world.folder.write("in.csv", crlf({openingTitles, good1}));
+  const std::string file = world.folder.write("in.csv", crlf({openingTitles, firstGood}));
   const std::string other = world.folder.write("other", "Customer ID\r\n");
   CHECK(world.import(file, {"--journal", other}).status == 4);
   CHECK(world.import(file, {"--journal", world.folder.path("")}).status == 4);
@@ -251,9 +255,10 @@ TEST_CASE("a journal that cannot be written lets nothing be posted") {
 
 TEST_CASE("the opposite documents of a run bring each party back to zero") {
   RunnerWorld world;
-  const Ran ran = world.importLines({openingTitles, good1, good2, good3, unknownCustomer,
-                                     "C004,\"D \"\"x\"\"\",\"R \"\"5\"\"\",,-8,-7"},
-                                    {"--accept", "all"});
+  const Ran ran =
+      world.importLines({openingTitles, firstGood, secondGood, thirdGood, strangersRecord,
+                         "C004,\"D \"\"x\"\"\",\"R \"\"5\"\"\",,-8,-7"},
+                        {"--accept", "all"});
   CHECK(ran.status == 1);
   const std::string file = world.folder.path("reversal.csv");
   const Ran written = world.run({"reversal", "1", file});
@@ -277,7 +282,7 @@ TEST_CASE("a rejects file that somebody else has made is never replaced") {
   for (const char* name : {"r.csv", "r.csv.reasons.csv", "r.csv.check.csv", "r.csv.rest.csv"}) {
     CAPTURE(name);
     world.folder.write(name, "mine");
-    const Ran ran = world.importLines({openingTitles, unknownCustomer}, {"--rejects", rejects});
+    const Ran ran = world.importLines({openingTitles, strangersRecord}, {"--rejects", rejects});
     CHECK(ran.status == 3);
     CHECK(world.folder.read(name) == "mine");
     std::filesystem::remove(world.folder.path(name));
@@ -287,7 +292,7 @@ TEST_CASE("a rejects file that somebody else has made is never replaced") {
     world.folder.write("r.csv", "mine");
     return false;
   };
-  const Ran ran = world.importLines({openingTitles, unknownCustomer}, {"--rejects", rejects});
+  const Ran ran = world.importLines({openingTitles, strangersRecord}, {"--rejects", rejects});
   CHECK(ran.status == 5);
   CHECK(contains(ran.out, "since the run began"));
   CHECK(world.folder.read("r.csv") == "mine");

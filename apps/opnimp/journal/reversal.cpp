@@ -13,14 +13,12 @@ namespace velk {
 
 namespace {
 
-constexpr std::string_view lineEnd = "\r\n";
-
 // The fields of a document, in the order of the first parameters of its note.
-constexpr std::array fields{openingField::code, openingField::reference, openingField::date,
-                            openingField::bill, openingField::balance};
+constexpr std::array reversedFields{openingField::code, openingField::reference, openingField::date,
+                                    openingField::bill, openingField::balance};
 constexpr std::size_t firstAmount = 3;
 
-using Cells = std::array<std::string, fields.size()>;
+using Cells = std::array<std::string, reversedFields.size()>;
 
 /// The shortest digits that read as the same number.
 std::string digits(double amount) {
@@ -41,12 +39,13 @@ std::string quoted(std::string text) {
 std::string lineOf(const Cells& cells) {
   std::string line;
   for (const std::string& cell : cells) line.append(line.empty() ? "" : ",").append(quoted(cell));
-  return CodePage::windows1252().encode(line).append(lineEnd);
+  return CodePage::windows1252().encode(line).append(csvLineEnd);
 }
 
 /// The cells of the opposite document. The note carries its amounts without a sign.
 Cells opposite(const RecordedCall& note, std::string_view debitNote) {
-  if (note.parameters.size() < fields.size()) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+  if (note.parameters.size() < reversedFields.size())
+    throw RuntimeError(ErrorNumber::InvalidProcedureCall);
   Cells cells;
   for (std::size_t i = 0; i < cells.size(); ++i) {
     const Value& value = note.parameters[i];
@@ -66,7 +65,7 @@ void requireReadable(const std::string& text, const std::vector<Cells>& document
   const CsvRecords read(text);
   bool same = read.count() == documents.size();
   for (std::size_t i = 0; same && i < documents.size(); ++i) {
-    same = std::ranges::equal(read.fields(i, fields.size()), documents[i]);
+    same = std::ranges::equal(read.fields(i, reversedFields.size()), documents[i]);
   }
   if (!same) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
 }
@@ -77,7 +76,7 @@ Reversal reverse(const Traces& traces, const std::vector<FieldMapping>& mapping,
                  std::string_view debitNote) {
   Reversal reversal;
   Cells titles;
-  std::ranges::transform(fields, titles.begin(),
+  std::ranges::transform(reversedFields, titles.begin(),
                          [&](std::size_t field) { return mapping.at(field).field; });
   reversal.text = lineOf(titles);
   std::vector<Cells> documents;

@@ -10,18 +10,12 @@
 
 namespace velk {
 
-namespace {
-
-constexpr std::string_view lineEnd = "\r\n";
-
-}  // namespace
-
 // Lines count by line feeds, as in an editor, while only a pair of carriage return and line feed
 // ends a record: one with bare line feeds takes several lines.
 CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
   std::size_t line = 1;
   for (std::size_t start = 0; start < bytes_.size();) {
-    const std::size_t end = std::min(bytes_.find(lineEnd, start), bytes_.size());
+    const std::size_t end = std::min(bytes_.find(csvLineEnd, start), bytes_.size());
     const RecordPlace place{start, end - start, line};
     // The first line is the header even if it is empty; any other empty line is no record.
     if (start == 0) {
@@ -29,7 +23,7 @@ CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
     } else if (place.length != 0) {
       records_.push_back(place);
     }
-    const std::size_t next = std::min(end + lineEnd.size(), bytes_.size());
+    const std::size_t next = std::min(end + csvLineEnd.size(), bytes_.size());
     line += static_cast<std::size_t>(std::count(bytes_.data() + start, bytes_.data() + next, '\n'));
     start = next;
   }
@@ -76,8 +70,8 @@ std::string CsvRecords::refusal(const ImportKind& kind) const {
 // The bytes are copied as they are: nothing that the user did not correct may change.
 void CsvRecords::write(FileSystem& files, std::string_view path,
                        std::span<const std::size_t> records) const {
-  std::string text = std::string(header()).append(lineEnd);
-  for (const std::size_t record : records) text.append(bytesOf(record)).append(lineEnd);
+  std::string text = std::string(header()).append(csvLineEnd);
+  for (const std::size_t record : records) text.append(bytesOf(record)).append(csvLineEnd);
   writeFile(files, path, text);
 }
 

@@ -9,6 +9,9 @@
 
 namespace velk {
 
+/// What ends a line of such a file.
+inline constexpr std::string_view csvLineEnd = "\r\n";
+
 class CsvRecords final : public InputRecords {
  public:
   explicit CsvRecords(std::string bytes);

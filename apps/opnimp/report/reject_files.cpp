@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/records/later_records.h"
 #include "base/errors.h"
@@ -15,8 +16,6 @@
 namespace velk {
 
 namespace {
-
-constexpr std::string_view lineEnd = "\r\n";
 
 /// Does what may fail for the file at `path`.
 template <class Action>
@@ -42,12 +41,12 @@ std::string reasons(const InputRecords& input, const Traces& traces) {
   std::string placeTitle(input.placeWord());
   placeTitle.replace(0, 1, upperAscii(placeTitle.substr(0, 1)));
   std::ostringstream text;
-  text << "Record," << placeTitle << ",Outcome,Reason" << lineEnd;
+  text << "Record," << placeTitle << ",Outcome,Reason" << csvLineEnd;
   for (std::size_t record = 0; record < traces.records.size(); ++record) {
     const RecordTrace& trace = traces.records[record];
     if (!isRefused(trace.outcome) && !isDoubtful(trace.outcome)) continue;
     text << record + 1 << ',' << input.place(record).line << ',' << outcomeName(trace.outcome)
-         << ',' << std::quoted(reasonOf(trace), '"', '"') << lineEnd;
+         << ',' << std::quoted(reasonOf(trace), '"', '"') << csvLineEnd;
   }
   // In the code page of all the comma-separated files that are imported.
   return CodePage::windows1252().encode(text.str());
