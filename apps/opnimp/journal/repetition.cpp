@@ -34,7 +34,8 @@ std::set<std::uint64_t> resumedRuns(const RunIndex& index, std::uint64_t number)
 
 std::string fileText(const RunSummary& run, std::size_t count) {
   const std::string number = std::to_string(run.start.number);
-  const std::string rest = run.ended
+  const bool reachedAll = run.outcome(run.outcomes.size() - 1) != Outcome::NotReached;
+  const std::string rest = reachedAll && run.ended
                                ? "`opnimp rejects " + number + " FILE` writes those that it refused"
                                : "--resume goes on behind them";
   return "run " + number + " of " + formatIso(run.start.time) +

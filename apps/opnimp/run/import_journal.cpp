@@ -24,12 +24,6 @@ void pointTo(std::vector<const Item*>& to, const std::vector<Item>& items, std::
   for (; from < items.size(); ++from) to.push_back(&items[from]);
 }
 
-// What cannot be told is known by how it is named.
-std::string identityOf(const ImportResult& result, const OpenDatabase& database) {
-  const std::string id = database.identity ? database.identity(!result.isDryRun()) : "";
-  return id.empty() ? result.database : id;
-}
-
 /// Records are known again by what is mapped: with other columns they would be other ones.
 void requireSameMapping(const RunIndex& index, const RunStart& run) {
   const RunSummary* const resumed = index.find(run.resumes);
@@ -53,10 +47,15 @@ ImportJournal::ImportJournal(const std::string& path, const Arguments& arguments
       journal_(openJournal(path, arguments.dryRun ? KeptFor::Reading : KeptFor::Writing,
                            surroundings, err)) {}
 
-void ImportJournal::begin(ImportResult& result, const OpenDatabase& database,
-                          std::optional<long long> screenRecords, ImportReport& report,
-                          const Recorder& recorder) {
-  const RunStart run = describe(result, database, screenRecords);
+// What cannot be told is known by how it is named.
+void ImportJournal::identify(const ImportResult& result, const OpenDatabase& database) {
+  databaseId_ = database.identity ? database.identity(!result.isDryRun()) : "";
+  if (databaseId_.empty()) databaseId_ = result.database;
+}
+
+void ImportJournal::begin(ImportResult& result, std::optional<long long> screenRecords,
+                          ImportReport& report, const Recorder& recorder) {
+  const RunStart run = describe(result, screenRecords);
   result.fileHash = hexText(run.fileHash);
   requireSameMapping(journal_.index, run);
   // Only opening balances: master data is imported again by design.
@@ -78,14 +77,13 @@ void ImportJournal::begin(ImportResult& result, const OpenDatabase& database,
   listen(report, recorder);
 }
 
-Resumption ImportJournal::resumption(const ImportResult& result,
-                                     const OpenDatabase& database) const {
+Resumption ImportJournal::resumption(const ImportResult& result) const {
   NativeFileSystem files;
-  return findResumption(journal_.index, {result.arguments.kind->name, identityOf(result, database),
+  return findResumption(journal_.index, {result.arguments.kind->name, databaseId_,
                                          hashOf(readBytes(files, result.arguments.file))});
 }
 
-RunStart ImportJournal::describe(const ImportResult& result, const OpenDatabase& database,
+RunStart ImportJournal::describe(const ImportResult& result,
                                  std::optional<long long> screenRecords) const {
   const auto& runs = journal_.index.runs;
   NativeFileSystem files;
@@ -101,7 +99,7 @@ RunStart ImportJournal::describe(const ImportResult& result, const OpenDatabase&
   run.fileBytes = readBytes(files, run.file);
   run.fileHash = hashOf(run.fileBytes);
   run.database = result.database;
-  run.databaseId = identityOf(result, database);
+  run.databaseId = databaseId_;
   run.errorLog = result.errorLog;
   run.accepted = result.arguments.accept;
   run.mapping = result.mapping;
