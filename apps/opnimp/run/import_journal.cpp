@@ -35,6 +35,7 @@ void requireSameMapping(const RunIndex& index, const RunStart& run) {
 template <class Item>
 std::vector<Item> copies(const std::vector<const Item*>& items) {
   std::vector<Item> copied;
+  copied.reserve(items.size());
   for (const Item* item : items) copied.push_back(*item);
   return copied;
 }
