@@ -51,7 +51,7 @@ std::string absolutePath(std::string_view path);
 FileHandle openOnDisk(std::string_view path, DWORD access, DWORD disposition,
                       DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE);
 
-/// As much of it as one call of Windows takes, which has a 32-bit count.
+/// The count for one call of Windows, which takes 32 bits of it: a bigger file takes several.
 DWORD atMostOneCall(std::size_t count);
 
 /// The runtime error for a Win32 error code of a file operation.
