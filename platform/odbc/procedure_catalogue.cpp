@@ -69,7 +69,7 @@ bool hasTooMany(const OdbcSession& session, std::string_view procedure, std::siz
   std::size_t taken = 0;
   const auto count = [&] {
     ++rows;
-    switch (numberAt(statement.get(), parameterKindColumn)) {
+    switch (numberAt(statement.get(), parameterKindColumn).value_or(SQL_PARAM_INPUT)) {
       case SQL_RETURN_VALUE:
       case SQL_RESULT_COL:
         break;
