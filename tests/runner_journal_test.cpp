@@ -65,6 +65,12 @@ void killedImport(RunnerWorld& world, const std::string& file, const std::vector
   ::waitpid(child, nullptr, 0);
 }
 
+/// Cuts off the journal's last entry, as if the last run had been killed before it ended.
+void loseEnd(const RunnerWorld& world) {
+  const std::string path = chooseJournal({}, world.surroundings);
+  std::filesystem::resize_file(path, std::filesystem::file_size(path) - 1);
+}
+
 RunIndex indexOf(const RunnerWorld& world) {
   std::ostringstream err;
   const std::string path = chooseJournal({}, world.surroundings);
@@ -190,6 +196,44 @@ TEST_CASE("reports, rejects and the list of runs come from the journal alone") {
   CHECK(world.run({"rejects", "1", later}).status == 0);
   CHECK(world.folder.read("later.csv") == world.folder.read("r.csv"));
   CHECK(world.folder.read("later.csv.reasons.csv") == world.folder.read("r.csv.reasons.csv"));
+}
+
+TEST_CASE("the journal's report of a run has the run's own account") {
+  const struct {
+    std::vector<std::string_view> lines;
+    std::vector<std::string> more;
+    std::string_view outcomes;
+  } rows[] = {
+      {{firstGood, strangersRecord, secondGood}, {}, "posted rejected posted"},
+      {{firstGood, strangersRecord, secondGood},
+       {"--all-or-nothing"},
+       "taken-back rejected taken-back"},
+      {{firstGood, secondGood}, {"--all-or-nothing"}, "posted posted"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.outcomes);
+    RunnerWorld world;
+    std::string text = std::string(openingTitles) + "\r\n";
+    for (const std::string_view line : row.lines) text.append(line).append("\r\n");
+    std::vector<std::string> options = row.more;
+    options.emplace_back("--json");
+    const Json told(world.import(world.folder.write("in.csv", text), options).out);
+    CHECK(told.outcomes() == row.outcomes);
+    const Json kept(world.run({"report", "1", "--json"}).out);
+    for (const char* part : {"status", "account", "records", "next"}) {
+      CHECK(kept.at(part) == told.at(part));
+    }
+  }
+}
+
+TEST_CASE("whether a whole run that was killed was kept is not known") {
+  RunnerWorld world;
+  const std::string file = world.folder.write("in.csv", crlf({openingTitles, firstGood}));
+  CHECK(world.import(file, {"--all-or-nothing"}).status == 0);
+  loseEnd(world);
+  const Json report(world.run({"report", "1", "--json"}).out);
+  CHECK(report.outcomes() == "unknown");
+  CHECK(report.at("account.notes.count") == "0");
 }
 
 TEST_CASE("a command that cannot do what it is asked for says why and writes nothing") {

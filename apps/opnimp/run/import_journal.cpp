@@ -53,10 +53,9 @@ ImportJournal::ImportJournal(const std::string& path, const Arguments& arguments
       journal_(openJournal(path, arguments.dryRun ? KeptFor::Reading : KeptFor::Writing,
                            surroundings, err)) {}
 
-void ImportJournal::begin(ImportResult& result, const OpenDatabase& database,
-                          std::optional<long long> screenRecords, ImportReport& report,
+void ImportJournal::begin(ImportResult& result, const OpenDatabase& database, ImportReport& report,
                           const Recorder& recorder) {
-  const RunStart run = describe(result, database, screenRecords);
+  const RunStart run = describe(result, database);
   result.fileHash = hexText(run.fileHash);
   requireSameMapping(journal_.index, run);
   // Only opening balances: master data is imported again by design.
@@ -85,8 +84,7 @@ Resumption ImportJournal::resumption(const ImportResult& result,
                                          hashOf(readBytes(files, result.arguments.file))});
 }
 
-RunStart ImportJournal::describe(const ImportResult& result, const OpenDatabase& database,
-                                 std::optional<long long> screenRecords) const {
+RunStart ImportJournal::describe(const ImportResult& result, const OpenDatabase& database) const {
   const auto& runs = journal_.index.runs;
   NativeFileSystem files;
   RunStart run;
@@ -105,7 +103,6 @@ RunStart ImportJournal::describe(const ImportResult& result, const OpenDatabase&
   run.errorLog = result.errorLog;
   run.accepted = result.arguments.accept;
   run.mapping = result.mapping;
-  run.screenRecords = screenRecords;
   run.oneTransaction = result.arguments.allOrNothing;
   run.resumes = result.resumes;
   run.setApart = result.setApart;
@@ -150,9 +147,9 @@ void ImportJournal::orEndRun(Write write) {
   });
 }
 
-void ImportJournal::end(ImportResult& result, bool completed) {
+void ImportJournal::end(ImportResult& result, const Ending& ending) {
   if (!run_) return;
-  trapErrors([&] { writeEnd(result, completed); },
+  trapErrors([&] { writeEnd(result, ending); },
              [&](const RuntimeError& error) { failure_ = cannotWrite(journal_.path, error); });
   if (!failure_.empty()) {
     result.brokeOff = failure_ + ". What the run did after that is in this report only";
@@ -160,10 +157,12 @@ void ImportJournal::end(ImportResult& result, bool completed) {
 }
 
 // A record that was cut off ends only now; of another one more may be known than when it ended.
-void ImportJournal::writeEnd(const ImportResult& result, bool completed) {
+void ImportJournal::writeEnd(const ImportResult& result, const Ending& ending) {
   const Traces& traces = result.traces;
   RunEnd end{result.ended,
-             completed,
+             ending.completed,
+             ending.screenRecords,
+             ending.changes,
              result.refusal,
              result.brokeOff,
              {},
