@@ -176,6 +176,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     }
     result_.resumes = resumption.run->number;
     result_.setApart = resumption.doubtful;
+    result_.refusedBefore = resumption.refused;
     result_.input = std::make_unique<LaterRecords>(std::move(result_.input), resumption.next);
   }
 

@@ -84,6 +84,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   }
   result_.resumes = start.resumes;
   result_.setApart = start.setApart;
+  result_.refusedBefore = refusedBefore(journal.index, start.resumes);
   result_.mapping = start.mapping;
   result_.warnings =
       findWarnings(*result_.input, kind(), start.mapping, civilFromDate(start.time).year);
