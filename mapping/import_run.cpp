@@ -1,5 +1,7 @@
 #include "mapping/import_run.h"
 
+#include <utility>
+
 #include "shared/csv_text.h"
 
 namespace velk {
@@ -30,6 +32,7 @@ void ImportRun::beginRecord(std::size_t row) {
 void ImportRun::leaveRows() {
   currentRow_ = 0;
   anyBegun_ = false;
+  cause_.clear();
 }
 
 // The log has the line before anybody else hears of it: whatever happens then, nothing is lost.
@@ -38,11 +41,17 @@ void ImportRun::found(Verdict verdict, const Finding& why, std::string_view line
   observer().recordFound(verdict, why, line);
 }
 
+void ImportRun::raise(ErrorNumber number, std::string cause) {
+  cause_ = std::move(cause);
+  throw RuntimeError(number);
+}
+
 std::string ImportRun::stop(const RuntimeError& error) {
   // An import reads beyond the list when Browse or a host has emptied it.
   const bool listChanged = error.is(ErrorNumber::IndexOutOfBounds);
-  std::string text = stopText(listChanged ? "The list has changed since View. Press View again."
-                                          : error.description());
+  const std::string what =
+      listChanged ? "The list has changed since View. Press View again." : error.description();
+  std::string text = stopText(cause_.empty() ? what : what + ": " + cause_);
   observer().runStopped(error, text);
   return text;
 }

@@ -65,6 +65,9 @@ class ImportRun {
   void refuse(const Finding& why, std::string_view message) const {
     observer().refused(why, currentRow_, message);
   }
+  /// Raises an error that ends the run; `cause` names what it is about in the file. The user is
+  /// told both, the log has the error's own description.
+  [[noreturn]] void raise(ErrorNumber number, std::string cause);
   /// An error ended the run. Answers what the user has to be told: where, and what that means.
   std::string stop(const RuntimeError& error);
   /// The same as the log has it, with the error's own description.
@@ -110,6 +113,7 @@ class ImportRun {
   std::size_t currentRow_ = 0;
   Posting posting_;
   bool anyBegun_ = false;
+  std::string cause_;
 };
 
 }  // namespace velk

@@ -41,9 +41,11 @@ void ImportScreen::bindEvents() {
   CmdClear.onClick = [this] { CmdClear_Click(); };
   cmdImport.onClick = [this] {
     const WaitCursor wait(desktop());
-    TxtFileName.setFocus();  // a run disables its button, and the focus would go on to Close
     cmdImport_Click();
     run_.leaveRows();
+    // A run that ended has disabled its button, and the focus went on to Close. After a refusal it
+    // stays where the user has to correct something.
+    if (!cmdImport.enabled()) TxtFileName.setFocus();
   };
   cmdExit.onClick = [this] { trapRoutine("cmdExit_Click", [this] { unload(); }); };
   lv.onColumnClick = [this](std::size_t column) { lv_ColumnClick(column); };

@@ -96,18 +96,13 @@ void OpeningImport::importRecord(std::size_t row) {
   post(note);
 }
 
-// What ends a run is named, so that the user finds it in the file.
-void OpeningImport::stop(ErrorNumber number, std::string_view what, std::string_view text,
-                         std::string_view code) const {
-  throw RuntimeError(number, RuntimeError(number).description() + ": " + ofParty(what, text, code));
-}
-
-double OpeningImport::amount(std::size_t row, std::size_t field, std::string_view code) const {
+double OpeningImport::amount(std::size_t row, std::size_t field, std::string_view code) {
   const std::string_view text = screen_.mappingList.cell(row, field);
   try {
     return leadingNumber(text);
   } catch (const RuntimeError&) {  // it is beyond the range of numbers
-    stop(ErrorNumber::Overflow, joined(screen_.fields()[field].title, "("), text, code);
+    const std::string name = joined(screen_.fields()[field].title, "(");
+    run_.raise(ErrorNumber::Overflow, ofParty(name, text, code));
   }
 }
 
@@ -123,7 +118,9 @@ std::optional<Date> OpeningImport::documentDate(std::size_t row, std::string_vie
   if (text.empty()) return Date{transDate_.days - 1};
   const std::optional<DateReading> reading = readDate(text, currentYear_);
   if (!reading) {
-    if (kind_.badDateEndsRun) stop(ErrorNumber::TypeMismatch, invalidDate, text, code);
+    if (kind_.badDateEndsRun) {
+      run_.raise(ErrorNumber::TypeMismatch, ofParty(invalidDate, text, code));
+    }
     tell(Verdict::Refused, {Reason::DateUnreadable, DocDate, std::string(text)}, code);
     return std::nullopt;
   }

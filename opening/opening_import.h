@@ -50,9 +50,7 @@ class OpeningImport {
   void sayCompleted();
   void show(std::string_view message, std::int32_t style);
   void importRecord(std::size_t row);
-  [[noreturn]] void stop(ErrorNumber number, std::string_view what, std::string_view text,
-                         std::string_view code) const;
-  double amount(std::size_t row, std::size_t field, std::string_view code) const;
+  double amount(std::size_t row, std::size_t field, std::string_view code);
   std::string ofParty(std::string_view what, std::string_view text, std::string_view code) const;
   std::optional<Date> documentDate(std::size_t row, std::string_view code);
   void post(const Note& note);

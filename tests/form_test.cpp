@@ -1,6 +1,7 @@
 #include "ui/form.h"
 #include "ui/tab_order.h"
 
+#include <cmath>
 #include <new>
 #include <stdexcept>
 
@@ -182,6 +183,9 @@ TEST_CASE("properties that a bag has not, and values of another kind") {
   CHECK(errorOf([&] { form.set(Property::Icon, 1); }) == 438);
   CHECK(errorOf([&] { form.go.set(Property::Left, std::string("wide")); }) == 13);
   CHECK(errorOf([&] { form.combo.setIndex(2); }) == 380);
+  for (const double size : {HUGE_VAL, std::nan("")}) {
+    CHECK(errorOf([&] { form.go.set(Property::FontSize, size); }) == 380);
+  }
   form.go.set(Property::Left, std::string(" 77 "));
   CHECK(form.go.number(Property::Left) == 77);
 }

@@ -231,11 +231,13 @@ TEST_CASE("existence queries that fail mean that there is no such customer") {
 TEST_CASE("an error that no step traps ends the run where it is") {
   Run run(customer);
   CHECK(run.import("A,,,1,1\r\nB,,,1e999,1\r\nC,,,1,1") == EventResult::Failed);
-  const std::string text =
-      "The import stopped at record 2: Overflow: Bill Amount(1e999) for Customer - B. Records "
-      "before it are posted; importing this file again would post them twice.";
-  CHECK(run.world.log() == "(6): " + text + "\n");
-  CHECK(run.world.messages == Texts{"box 16: " + text});
+  const std::string start = "The import stopped at record 2: Overflow";
+  const std::string end =
+      ". Records before it are posted; importing this file again would post them twice.";
+  CHECK(run.world.log() == "(6): " + start + end + "\n");
+  // The user is also told which cell it was.
+  CHECK(run.world.messages ==
+        Texts{"box 16: " + start + ": Bill Amount(1e999) for Customer - B" + end});
   CHECK(run.posted().size() == 2);
   CHECK(run.screen->cmdImport.enabled());
   CHECK(run.screen->currentRow() == 0);

@@ -1,5 +1,6 @@
 #include "ui/property_bag.h"
 
+#include <cmath>
 #include <utility>
 
 #include "base/errors.h"
@@ -12,7 +13,11 @@ namespace {
 // still a number for those who paint with it.
 Value convertLike(const Value& model, const Value& value) {
   if (std::holds_alternative<std::int32_t>(model)) return toInt32(value);
-  if (std::holds_alternative<double>(model)) return toDouble(value);
+  if (std::holds_alternative<double>(model)) {
+    const double number = toDouble(value);
+    if (!std::isfinite(number)) throw RuntimeError(ErrorNumber::InvalidPropertyValue);
+    return number;
+  }
   if (std::holds_alternative<std::string>(model)) return toText(value);
   return value;
 }

@@ -32,6 +32,64 @@ CompanyTable openingDocuments(std::string_view name, const std::string& party,
            {"Balance", ColumnKind::Amount}}};
 }
 
+CompanyTable customerBalances() {
+  return {"Customer opening balances",
+          "SELECT B.CustomerID, CustomerName, OpeningBalance FROM CustomerOpeningBalance B "
+          "JOIN Customer C ON C.CustomerID = B.CustomerID ORDER BY 1",
+          {{"Customer"}, {"Name"}, {"Opening balance", ColumnKind::Amount}}};
+}
+
+CompanyTable vendorBalances() {
+  return {"Vendor opening balances",
+          "SELECT B.VendorID, VendorName, OpeningBalance FROM VendorOpeningBalance B "
+          "JOIN Vendors V ON V.VendorID = B.VendorID ORDER BY 1",
+          {{"Vendor"}, {"Name"}, {"Opening balance", ColumnKind::Amount}}};
+}
+
+CompanyTable banksAndBranches() {
+  return {"Banks and branches",
+          "SELECT K.BankCode, BankName, BranchCode, BranchName FROM BranchMaster R "
+          "JOIN BankMaster K ON K.BankCode = R.BankCode ORDER BY 1, 3",
+          {{"Bank"}, {"Bank name"}, {"Branch"}, {"Branch name"}}};
+}
+
+CompanyTable vendors() {
+  return {"Vendors",
+          "SELECT V.VendorID, VendorName, Address, Phone, ContactPerson, "
+          "CASE Locality WHEN 1 THEN 'Local' ELSE 'Outstation' END, "
+          "CASE SaleType WHEN 1 THEN 'First Sales' ELSE 'Second Sales' END, "
+          "TNGST, CST, PanNumber, AccountName FROM Vendors V "
+          "LEFT JOIN VendorAccount A ON A.VendorID = V.VendorID ORDER BY 1",
+          {{"Vendor"},
+           {"Name"},
+           {"Address"},
+           {"Phone"},
+           {"Contact"},
+           {"Locality"},
+           {"Sale type"},
+           {"TNGST"},
+           {"CST"},
+           {"Pan number"},
+           {"Account"}}};
+}
+
+// The details have a row for each value; the two maxima make columns of them.
+CompanyTable salesmen() {
+  return {"Salesmen",
+          "SELECT Salesman_name, Address, ResidentialNUmber, MobileNumber, "
+          "max(CASE WHEN DSTypeCtlPos = 1 THEN DSTypeValue END), "
+          "max(CASE WHEN DSTypeCtlPos = 2 THEN DSTypeValue END) FROM Salesman "
+          "LEFT JOIN DStype_Details USING (SalesmanID) LEFT JOIN DSType_Master USING (DSTypeID) "
+          "GROUP BY SalesmanID ORDER BY 1",
+          {{"Salesman"}, {"Address"}, {"Telephone"}, {"Mobile"}, {"DS type"}, {"Handheld"}}};
+}
+
+CompanyTable customers() {
+  return {"Customers",
+          "SELECT CustomerID, CustomerName, Address, City, Phone FROM Customer ORDER BY 1",
+          {{"Customer"}, {"Name"}, {"Address"}, {"City"}, {"Phone"}}};
+}
+
 // The embedded database has no type for dates: they are texts, year first.
 std::string dateShown(const Value& value) {
   std::string text = toText(value);
@@ -54,50 +112,15 @@ std::string shown(const Value& value, ColumnKind kind) {
 }  // namespace
 
 std::span<const CompanyTable> companyTables() {
-  static const std::array<CompanyTable, 8> tables{{
+  static const CompanyTable tables[] = {
       openingDocuments("Customer opening documents", "Customer", "Customer"),
-      {"Customer opening balances",
-       "SELECT B.CustomerID, CustomerName, OpeningBalance FROM CustomerOpeningBalance B "
-       "JOIN Customer C ON C.CustomerID = B.CustomerID ORDER BY 1",
-       {{"Customer"}, {"Name"}, {"Opening balance", ColumnKind::Amount}}},
+      customerBalances(),
       openingDocuments("Vendor opening documents", "Vendor", "Vendors"),
-      {"Vendor opening balances",
-       "SELECT B.VendorID, VendorName, OpeningBalance FROM VendorOpeningBalance B "
-       "JOIN Vendors V ON V.VendorID = B.VendorID ORDER BY 1",
-       {{"Vendor"}, {"Name"}, {"Opening balance", ColumnKind::Amount}}},
-      {"Banks and branches",
-       "SELECT K.BankCode, BankName, BranchCode, BranchName FROM BranchMaster R "
-       "JOIN BankMaster K ON K.BankCode = R.BankCode ORDER BY 1, 3",
-       {{"Bank"}, {"Bank name"}, {"Branch"}, {"Branch name"}}},
-      {"Vendors",
-       "SELECT V.VendorID, VendorName, Address, Phone, ContactPerson, "
-       "CASE Locality WHEN 1 THEN 'Local' ELSE 'Outstation' END, "
-       "CASE SaleType WHEN 1 THEN 'First Sales' ELSE 'Second Sales' END, "
-       "TNGST, CST, PanNumber, AccountName FROM Vendors V "
-       "LEFT JOIN VendorAccount A ON A.VendorID = V.VendorID ORDER BY 1",
-       {{"Vendor"},
-        {"Name"},
-        {"Address"},
-        {"Phone"},
-        {"Contact"},
-        {"Locality"},
-        {"Sale type"},
-        {"TNGST"},
-        {"CST"},
-        {"Pan number"},
-        {"Account"}}},
-      // The details have a row for each value; the two maxima make columns of them.
-      {"Salesmen",
-       "SELECT Salesman_name, Address, ResidentialNUmber, MobileNumber, "
-       "max(CASE WHEN DSTypeCtlPos = 1 THEN DSTypeValue END), "
-       "max(CASE WHEN DSTypeCtlPos = 2 THEN DSTypeValue END) FROM Salesman "
-       "LEFT JOIN DStype_Details USING (SalesmanID) LEFT JOIN DSType_Master USING (DSTypeID) "
-       "GROUP BY SalesmanID ORDER BY 1",
-       {{"Salesman"}, {"Address"}, {"Telephone"}, {"Mobile"}, {"DS type"}, {"Handheld"}}},
-      {"Customers",
-       "SELECT CustomerID, CustomerName, Address, City, Phone FROM Customer ORDER BY 1",
-       {{"Customer"}, {"Name"}, {"Address"}, {"City"}, {"Phone"}}},
-  }};
+      vendorBalances(),
+      banksAndBranches(),
+      vendors(),
+      salesmen(),
+      customers()};
   return tables;
 }
 

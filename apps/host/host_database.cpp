@@ -5,6 +5,7 @@
 #include "platform/odbc/odbc_connection.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/wide_text.h"
+#include "platform/windows/windows_files.h"
 
 namespace velk {
 
@@ -40,7 +41,7 @@ CompanyDatabase chooseHostDatabase(const std::optional<std::string>& option) {
 }
 
 std::string shownName(const CompanyDatabase& database) {
-  return database.path.empty() ? "the one that --database describes" : fullPath(database.path);
+  return database.path.empty() ? "the one that --database describes" : absolutePath(database.path);
 }
 
 bool needsOwnAdo(const CompanyDatabase& database) {

@@ -12,7 +12,4 @@ namespace velk {
 RuntimeError explained(const RuntimeError& error, std::string_view whatFailed,
                        std::string_view whatToDo);
 
-/// A file's name with all of its folders.
-std::string fullPath(const std::string& path);
-
 }  // namespace velk

@@ -1,6 +1,7 @@
 #include "apps/host/table_list.h"
 
 #include <algorithm>
+#include <climits>
 #include <numeric>
 
 #include "platform/windows/wide_text.h"
@@ -80,7 +81,8 @@ void TableList::fitColumns() const {
   const int left = room - std::accumulate(widths.begin(), widths.end(), 0);
   const int share = std::max(0, left / static_cast<int>(widths.size()));
   for (std::size_t i = 0; i < widths.size(); ++i) {
-    SendMessageW(list_, LVM_SETCOLUMNWIDTH, i, MAKELPARAM(widths[i] + share, 0));
+    const int width = std::min(widths[i] + share, SHRT_MAX);  // the message has 16 bits for it
+    SendMessageW(list_, LVM_SETCOLUMNWIDTH, i, MAKELPARAM(width, 0));
   }
 }
 

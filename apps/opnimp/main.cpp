@@ -31,8 +31,9 @@ void catchSignal(int signalNumber) {
 
 int main(int argc, char** argv) {
   for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) catchSignal(signalNumber);
-  // A message that nobody reads any more must not kill the program between two calls of a record.
-  std::signal(SIGPIPE, SIG_IGN);
+  // Neither a message that nobody reads any more nor a file that may grow no longer must kill the
+  // program between two calls of a record.
+  for (const int signalNumber : {SIGPIPE, SIGXFSZ}) std::signal(signalNumber, SIG_IGN);
   // A caller may start a program without any argument, even without its name.
   const std::vector<std::string> args(argv + std::min(argc, 1), argv + argc);
   // Progress is drawn on a terminal only, so that a file with the messages stays readable.

@@ -18,7 +18,7 @@ std::string environment(const char* name) {
 
 // A relative path has no meaning there, and is to be ignored.
 std::string stateFolder() {
-  const std::string state = environment("XDG_STATE_HOME");
+  std::string state = environment("XDG_STATE_HOME");
   if (state.starts_with('/')) return state;
   const std::string home = environment("HOME");
   return home.starts_with('/') ? home + "/.local/state" : std::string();

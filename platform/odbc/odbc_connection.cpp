@@ -219,7 +219,9 @@ bool DriverConnection::isInTransaction() {
 std::string DriverConnection::identity(bool mayStore) {
   const Dialect& dialect = session_.dialect();
   if (dialect.identityQuery.empty()) {
-    return session_.information(SQL_SERVER_NAME) + "/" + session_.information(SQL_DATABASE_NAME);
+    const std::string server = session_.information(SQL_SERVER_NAME);
+    const std::string database = session_.information(SQL_DATABASE_NAME);
+    return server.empty() || database.empty() ? "" : server + "/" + database;
   }
   // A database that takes nothing has no id: what writes to it will say why.
   if (mayStore) {

@@ -69,8 +69,13 @@ bool hasTooMany(const OdbcSession& session, std::string_view procedure, std::siz
   std::size_t taken = 0;
   const auto count = [&] {
     ++rows;
-    const auto kind = numberAt(statement.get(), parameterKindColumn);
-    if (kind != SQL_RETURN_VALUE && kind != SQL_RESULT_COL) ++taken;
+    switch (numberAt(statement.get(), parameterKindColumn)) {
+      case SQL_RETURN_VALUE:
+      case SQL_RESULT_COL:
+        break;
+      default:
+        ++taken;
+    }
   };
   return SQL_SUCCEEDED(SQLProcedureColumnsW(statement.get(), nullptr, 0, nullptr, 0,
                                             wideText(name.c_str()), SQL_NTS, nullptr, 0)) &&

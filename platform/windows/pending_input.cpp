@@ -1,6 +1,6 @@
 #include "platform/windows/pending_input.h"
 
-#include <windows.h>
+#include <utility>
 
 namespace velk {
 
@@ -23,13 +23,15 @@ constexpr MessageRange inputMessages[] = {
 }  // namespace
 
 void dropPendingInput() noexcept {
-  isDropping() = true;
+  const bool outer = std::exchange(isDropping(), true);
+  KeptQuit quit;
   MSG message;
   for (const MessageRange& range : inputMessages) {
     while (PeekMessageW(&message, nullptr, range.first, range.last, PM_REMOVE) != FALSE) {
+      quit.saw(message);
     }
   }
-  isDropping() = false;
+  isDropping() = outer;
 }
 
 bool dropsPendingInput() noexcept {

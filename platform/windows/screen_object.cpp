@@ -43,13 +43,6 @@ constexpr OtherMember otherMembers[] = {
     {"Move", true, true},  {"SetFocus", true, true},  {"Show", true, false}, {"Hide", true, false},
     {"Icon", true, false}, {"TabIndex", false, true}, {"Font", false, true}};
 
-/// The other member of that number; none for a property or a control.
-std::optional<Other> otherOf(DISPID member) {
-  const DISPID index = member - firstOther;
-  if (index < 0 || index >= static_cast<DISPID>(std::size(otherMembers))) return std::nullopt;
-  return static_cast<Other>(index);
-}
-
 /// The position of the control of that name; the number of controls where there is none.
 std::size_t positionOf(const Form& form, std::string_view name) {
   const auto found = std::ranges::find_if(form.controls(), [&](const Control* control) {
@@ -73,9 +66,9 @@ class BagObject final : public NamedMembers {
       return firstProperty + static_cast<DISPID>(*property);
     }
     for (const OtherMember& other : otherMembers) {
-      const bool isHere = control_ != nullptr ? other.ofControl && isPlaced(*form) : other.ofForm;
-      if (!isHere || !equalsIgnoringCase(other.name, name)) continue;
-      return firstOther + static_cast<DISPID>(&other - otherMembers);
+      if (!equalsIgnoringCase(other.name, name)) continue;
+      const DISPID member = firstOther + static_cast<DISPID>(&other - otherMembers);
+      if (otherHere(*form, member)) return member;
     }
     if (control_ != nullptr) return DISPID_UNKNOWN;  // only forms have controls
     if (equalsIgnoringCase(name, "Controls")) return controlsMember;
@@ -86,7 +79,7 @@ class BagObject final : public NamedMembers {
   Variant get(DISPID member, const std::optional<Value>& index) override;
   void put(DISPID member, const Value& value) override {
     const auto form = lock(form_);
-    if (otherOf(member) == Other::TabIndex) {
+    if (otherHere(*form, member) == Other::TabIndex) {
       const std::int32_t index = toInt32(value);
       if (index < 0) throw RuntimeError(ErrorNumber::InvalidPropertyValue);
       return setTabIndex(*form, *control_, static_cast<std::size_t>(index));
@@ -95,14 +88,24 @@ class BagObject final : public NamedMembers {
   }
   void putObject(DISPID member, IUnknown* object) override {
     const auto form = lock(form_);
-    if (otherOf(member) != Other::Icon) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
+    if (otherHere(*form, member) != Other::Icon)
+      throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
     form->setIcon(object == nullptr ? nullptr : std::make_shared<OlePicture>(object));
   }
   bool isMethod(DISPID member) const override {
-    const auto other = otherOf(member);
+    const auto other = otherHere(*lock(form_), member);
     return other && *other <= lastMethod;
   }
   void call(DISPID member, std::span<const Value> arguments) override;
+  /// The other member of that number if this object has it: callers may use a number of another.
+  std::optional<Other> otherHere(const Form& form, DISPID member) const {
+    constexpr DISPID behind = firstOther + static_cast<DISPID>(std::size(otherMembers));
+    if (member < firstOther || member >= behind) return std::nullopt;
+    const DISPID index = member - firstOther;
+    const OtherMember& other = otherMembers[index];
+    const bool isHere = control_ != nullptr ? other.ofControl && isPlaced(form) : other.ofForm;
+    return isHere ? std::optional(static_cast<Other>(index)) : std::nullopt;
+  }
   /// False for a menu or a dialog.
   bool isPlaced(const Form& form) const {
     const auto order = tabOrder(form);
@@ -170,6 +173,7 @@ class ControlsEnumerator final : public ComObject<IEnumVARIANT> {
   HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* items, ULONG* fetched) noexcept override {
     if (items == nullptr) return E_POINTER;
     ULONG given = 0;
+    const std::size_t before = next_;
     const HRESULT result = guarded(
         [&] {
           const auto form = lock(form_);
@@ -179,14 +183,20 @@ class ControlsEnumerator final : public ComObject<IEnumVARIANT> {
           }
         },
         toHresult);
+    if (FAILED(result)) {  // all or nothing: the caller frees what he was told of only
+      std::for_each_n(items, given, [](VARIANT& item) { VariantClear(&item); });
+      given = 0;
+      next_ = before;
+    }
     if (fetched != nullptr) *fetched = given;
     if (FAILED(result)) return result;
     return given == count ? S_OK : S_FALSE;
   }
   HRESULT STDMETHODCALLTYPE Skip(ULONG count) noexcept override {
-    next_ += count;
     const auto form = form_.lock();
-    return form != nullptr && next_ <= form->controls().size() ? S_OK : S_FALSE;
+    const std::size_t left = form == nullptr ? 0 : form->controls().size() - next_;
+    next_ += std::min<std::size_t>(count, left);
+    return count <= left ? S_OK : S_FALSE;
   }
   HRESULT STDMETHODCALLTYPE Reset() noexcept override {
     next_ = 0;
@@ -194,6 +204,7 @@ class ControlsEnumerator final : public ComObject<IEnumVARIANT> {
   }
   HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) noexcept override {
     if (copy == nullptr) return E_POINTER;
+    *copy = nullptr;
     return guarded([&] { *copy = makeObject<ControlsEnumerator>(form_, next_).Detach(); },
                    toHresult);
   }
@@ -242,8 +253,10 @@ class ControlsObject final : public NamedMembers {
 
 Variant BagObject::get(DISPID member, const std::optional<Value>& index) {
   const auto form = lock(form_);
-  if (const auto special = otherOf(member)) return other(*form, control_, *special);
-  if (member < controlsMember) return Variant(bag(*form).get(propertyOf(member)));
+  if (const auto special = otherHere(*form, member)) return other(*form, control_, *special);
+  // Only forms have controls.
+  if (control_ != nullptr || member < controlsMember)
+    return Variant(bag(*form).get(propertyOf(member)));
   const auto controls = makeObject<ControlsObject>(form_);
   // Through the collection, so that only one place makes objects of controls.
   if (member >= firstControl) return controls->get(DISPID_VALUE, Value(member - firstControl));
@@ -272,7 +285,8 @@ Variant BagObject::other(Form& form, Control* control, Other member) {
 
 void BagObject::call(DISPID member, std::span<const Value> arguments) {
   const auto form = lock(form_);
-  const auto method = otherOf(member);
+  const auto method = otherHere(*form, member);
+  if (!method) throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
   if (method == Other::Move) return move(*form, arguments);
   if (!arguments.empty()) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
   if (method != Other::SetFocus) return form->setVisible(method == Other::Show);

@@ -1,23 +1,16 @@
 #include "platform/windows/windows_files.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <atomic>
 #include <limits>
 #include <utility>
 
-#include "platform/windows/handles.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
 
 namespace {
 
-// Without FILE_SHARE_DELETE no one can rename or remove a file while it is open here.
-constexpr DWORD shared = FILE_SHARE_READ | FILE_SHARE_WRITE;
-
-/// Raises the failure of the Win32 call that gave this.
 std::wstring fullPath(const std::wstring& name) {
   // The first call answers the length with the NUL, the second one without it.
   std::wstring full(GetFullPathNameW(name.c_str(), 0, nullptr, nullptr), L'\0');
@@ -38,30 +31,6 @@ std::wstring acceptablePath(std::string_view name) {
 bool isFolder(const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
-FileHandle openFile(std::string_view path, DWORD access, DWORD disposition,
-                    DWORD sharing = shared) {
-  // Windows would take the part before a NUL and open another file.
-  if (path.find('\0') != std::string_view::npos) throw RuntimeError(ErrorNumber::FileNotFound);
-  const std::wstring name = acceptablePath(path);
-  FileHandle file(CreateFileW(name.c_str(), access, sharing, nullptr, disposition,
-                              FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) {
-    const DWORD failure = GetLastError();  // before the next call replaces it
-    // Windows refuses a folder with the same code as a protected file.
-    if (isFolder(name)) throw RuntimeError(ErrorNumber::PathFileAccess);
-    throw fileError(failure);
-  }
-  // Names such as "CON" and "NUL" open like files, too.
-  if (GetFileType(file.get()) != FILE_TYPE_DISK) throw RuntimeError(ErrorNumber::PathFileAccess);
-  return file;
-}
-
-// One call of Windows takes a 32-bit count; so a bigger file takes several.
-DWORD atMostOneCall(std::size_t count) {
-  constexpr std::size_t most = std::size_t{1} << 30U;
-  return static_cast<DWORD>(std::min(count, most));
 }
 
 class WindowsInput final : public InputFile {
@@ -139,14 +108,14 @@ std::string freeNameBeside(std::string_view path, std::string_view ending) {
 void checkReplaceable(std::string_view path) {
   const std::wstring name = acceptablePath(path);
   if (GetFileAttributesW(name.c_str()) == INVALID_FILE_ATTRIBUTES) return;
-  openFile(path, GENERIC_WRITE, OPEN_EXISTING);
+  openOnDisk(path, GENERIC_WRITE, OPEN_EXISTING);
 }
 
 class WindowsReplacement final : public OutputFile {
  public:
   explicit WindowsReplacement(std::string_view path)
       : replacement_(path, ".new"),
-        file_(openFile(replacement_.path(), GENERIC_WRITE, CREATE_NEW)) {}
+        file_(openOnDisk(replacement_.path(), GENERIC_WRITE, CREATE_NEW)) {}
 
   void write(std::string_view bytes) override { file_.write(bytes); }
 
@@ -203,6 +172,29 @@ std::string absolutePath(std::string_view path) {
   return fromWide(fullPath(toWide(path)));
 }
 
+// Without FILE_SHARE_DELETE no one can rename or remove a file while it is open here.
+FileHandle openOnDisk(std::string_view path, DWORD access, DWORD disposition, DWORD sharing) {
+  // Windows would take the part before a NUL and open another file.
+  if (path.find('\0') != std::string_view::npos) throw RuntimeError(ErrorNumber::FileNotFound);
+  const std::wstring name = acceptablePath(path);
+  FileHandle file(CreateFileW(name.c_str(), access, sharing, nullptr, disposition,
+                              FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file) {
+    const DWORD failure = GetLastError();  // before the next call replaces it
+    // Windows refuses a folder with the same code as a protected file.
+    if (isFolder(name)) throw RuntimeError(ErrorNumber::PathFileAccess);
+    throw fileError(failure);
+  }
+  // Names such as "CON" and "NUL" open like files, too.
+  if (GetFileType(file.get()) != FILE_TYPE_DISK) throw RuntimeError(ErrorNumber::PathFileAccess);
+  return file;
+}
+
+DWORD atMostOneCall(std::size_t count) {
+  constexpr std::size_t most = std::size_t{1} << 30U;
+  return static_cast<DWORD>(std::min(count, most));
+}
+
 FileReplacement::FileReplacement(std::string_view path, std::string_view ending)
     : target_(path), path_(freeNameBeside(path, ending)) {
   checkReplaceable(path);
@@ -221,14 +213,14 @@ void FileReplacement::moveInPlace() {
 }
 
 std::unique_ptr<InputFile> WindowsFileSystem::openInput(std::string_view path) {
-  return std::make_unique<WindowsInput>(openFile(path, GENERIC_READ, OPEN_EXISTING));
+  return std::make_unique<WindowsInput>(openOnDisk(path, GENERIC_READ, OPEN_EXISTING));
 }
 
 std::unique_ptr<OutputFile> WindowsFileSystem::openAppend(std::string_view path) {
   // Without the right to write elsewhere every write goes to the end, even when another process
   // writes to the file at the same time.
   constexpr DWORD appendOnly = FILE_APPEND_DATA | SYNCHRONIZE;
-  return std::make_unique<WindowsOutput>(openFile(path, appendOnly, OPEN_ALWAYS));
+  return std::make_unique<WindowsOutput>(openOnDisk(path, appendOnly, OPEN_ALWAYS));
 }
 
 std::unique_ptr<OutputFile> WindowsFileSystem::openReplacement(std::string_view path) {
@@ -240,10 +232,10 @@ bool WindowsFileSystem::openExclusively(std::string_view path) {
   constexpr DWORD alone = 0;
   try {
     // First as a new file: only so the answer tells whether this call has made it.
-    openFile(path, access, CREATE_NEW, alone);
+    openOnDisk(path, access, CREATE_NEW, alone);
     return true;
   } catch (const RuntimeError&) {
-    openFile(path, access, OPEN_EXISTING, alone);
+    openOnDisk(path, access, OPEN_EXISTING, alone);
     return false;
   }
 }

@@ -1,12 +1,16 @@
 // The machine's files, through Win32.
 #pragma once
 
+#include <windows.h>
+
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "base/errors.h"
 #include "platform/files.h"
+#include "platform/windows/handles.h"
 
 namespace velk {
 
@@ -41,6 +45,14 @@ class FileReplacement {
 
 /// The full path, which begins with the drive or share.
 std::string absolutePath(std::string_view path);
+
+/// Opens a file on disk, shared for reading and writing unless said otherwise. Error 75 for
+/// a folder, a device or a pipe, 53 for a name with a NUL in it.
+FileHandle openOnDisk(std::string_view path, DWORD access, DWORD disposition,
+                      DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE);
+
+/// The count for one call of Windows, which takes 32 bits of it: a bigger file takes several.
+DWORD atMostOneCall(std::size_t count);
 
 /// The runtime error for a Win32 error code of a file operation.
 RuntimeError fileError(std::uint32_t errorCode);

@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -53,7 +52,7 @@ class WindowsKeptFile final : public KeptFile {
     while (done < count) {
       OVERLAPPED place = placeAt(offset + done);
       DWORD got = 0;
-      const BOOL read = ReadFile(file_.get(), to + done, oneCall(count - done), &got, &place);
+      const BOOL read = ReadFile(file_.get(), to + done, atMostOneCall(count - done), &got, &place);
       if (read == FALSE && GetLastError() == ERROR_HANDLE_EOF) break;
       requireFileCall(read);
       if (got == 0) break;
@@ -74,7 +73,7 @@ class WindowsKeptFile final : public KeptFile {
       OVERLAPPED place = placeAt(length());
       DWORD written = 0;
       requireFileCall(
-          WriteFile(file_.get(), bytes.data(), oneCall(bytes.size()), &written, &place));
+          WriteFile(file_.get(), bytes.data(), atMostOneCall(bytes.size()), &written, &place));
       // A full disk may show as a short count without an error.
       if (written == 0) throw RuntimeError(ErrorNumber::DiskFull);
       bytes.remove_prefix(written);
@@ -91,32 +90,20 @@ class WindowsKeptFile final : public KeptFile {
   }
 
  private:
-  static DWORD oneCall(std::size_t count) {
-    return static_cast<DWORD>(std::min(count, std::size_t{1} << 30));
-  }
-
   FileHandle file_;
 };
-
-FileHandle openFile(const std::wstring& path, DWORD access, DWORD disposition) {
-  FileHandle file(CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                              disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) throw fileError(GetLastError());
-  return file;
-}
 
 }  // namespace
 
 // A folder of the user's profile is the user's only, and so is what is made in it.
 std::unique_ptr<KeptFile> openKept(const std::string& path, KeptFor use) {
-  const std::wstring name = toWide(path);
   if (use == KeptFor::Reading) {
-    return std::make_unique<WindowsKeptFile>(openFile(name, GENERIC_READ, OPEN_EXISTING));
+    return std::make_unique<WindowsKeptFile>(openOnDisk(path, GENERIC_READ, OPEN_EXISTING));
   }
   std::error_code ignored;  // a folder that is missing still is told by the next call
-  std::filesystem::create_directories(std::filesystem::path(name).parent_path(), ignored);
-  auto file =
-      std::make_unique<WindowsKeptFile>(openFile(name, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
+  std::filesystem::create_directories(std::filesystem::path(toWide(path)).parent_path(), ignored);
+  auto file = std::make_unique<WindowsKeptFile>(
+      openOnDisk(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
   file->lock();
   return file;
 }

@@ -294,7 +294,7 @@ TEST_CASE("bad hosts: a window is destroyed, or the loop ended, while a message 
     void (*end)(HWND);
     std::size_t left;  // a loop that ends takes the other screen along
   } rows[] = {{[](HWND screen) { DestroyWindow(screen); }, 1},
-              {[](HWND) { PostQuitMessage(0); }, 0}};
+              {[](HWND) { PostQuitMessage(7); }, 0}};
   for (const auto& row : rows) {
     inAnotherApartment([&] {
       CAPTURE(row.left);
@@ -303,6 +303,9 @@ TEST_CASE("bad hosts: a window is destroyed, or the loop ended, while a message 
       const HWND screen = host.open(vendors);
       host.boxes.onShown = [&] { row.end(screen); };
       host.import(screen);
+      MSG next{};
+      const BOOL ends = PeekMessageW(&next, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+      CHECK((ends != FALSE && next.wParam == 7) == (row.left == 0));  // for the host's own loop
       pump();
       CHECK(host.boxes.shown().size() == 1);
       CHECK(host.database.procedureCalls().size() == 4);

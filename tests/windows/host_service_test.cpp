@@ -111,6 +111,25 @@ Texts namesOf(IDispatch* collection) {
   return names;
 }
 
+/// What an object answers to the number that another one gave for a member.
+std::int32_t errorOfNumber(IDispatch* asked, IDispatch* other, const char* name, WORD kind) {
+  std::wstring wide = toWide(name);
+  LPOLESTR names = wide.data();
+  DISPID id = DISPID_UNKNOWN;
+  REQUIRE(other->GetIDsOfNames(IID_NULL, &names, 1, 0, &id) == S_OK);
+  VARIANT value{};
+  value.vt = VT_I4;
+  DISPPARAMS one{.rgvarg = &value, .rgdispidNamedArgs = nullptr, .cArgs = 1, .cNamedArgs = 0};
+  DISPPARAMS none{};
+  const bool isPut = kind == DISPATCH_PROPERTYPUT;
+  Variant result;
+  EXCEPINFO error{};
+  const HRESULT answer =
+      asked->Invoke(id, IID_NULL, 0, kind, isPut ? &one : &none, result.receive(), &error, nullptr);
+  SysFreeString(error.bstrDescription);
+  return answer == DISP_E_EXCEPTION ? HRESULT_CODE(error.scode) : 0;
+}
+
 TEST_CASE("windows: a host's hook arranges a screen as forms of the platform are arranged") {
   OpenScreen in;
   const auto call = [](IDispatch* of, const char* name, const std::vector<Variant>& with = {}) {
@@ -166,6 +185,25 @@ TEST_CASE("windows: a host's hook arranges a screen as forms of the platform are
   CHECK(errorOf([&] { call(close.Get(), "Hide"); }) == 438);
   CHECK(errorOf([&] { read(memberObject(form.Get(), "subclr").Get(), "TabIndex"); }) == 438);
   CHECK(errorOf([&] { read(memberObject(close.Get(), "Font").Get(), "Weight"); }) == 438);
+  const auto menu = memberObject(form.Get(), "subclr");
+  constexpr WORD get = DISPATCH_PROPERTYGET;
+  const struct {
+    IDispatch* asked;
+    IDispatch* other;
+    const char* name;
+    WORD kind;
+  } rows[] = {{form.Get(), close.Get(), "TabIndex", DISPATCH_PROPERTYPUT},
+              {form.Get(), close.Get(), "TabIndex", get},
+              {form.Get(), close.Get(), "Font", get},
+              {menu.Get(), close.Get(), "TabIndex", get},
+              {close.Get(), form.Get(), "Icon", get},
+              {close.Get(), form.Get(), "Hide", DISPATCH_METHOD},
+              {close.Get(), form.Get(), "Controls", get}};
+  for (const auto& row : rows) {
+    CAPTURE(row.name);
+    CHECK(errorOfNumber(row.asked, row.other, row.name, row.kind) == 438);
+  }
+  CHECK(IsWindowVisible(window) != FALSE);
 }
 
 }  // namespace

@@ -158,6 +158,20 @@ std::string shownTip() {
   return text;
 }
 
+// A tip that does not come on a loaded machine comes when the pointer enters once more.
+bool tellsAt(HWND window, POINT at, const std::string& says) {
+  ClientToScreen(window, &at);
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    for (const POINT to : {POINT{1, 1}, at}) {
+      SetCursorPos(to.x, to.y);
+      sendMouse(to, 0);
+      if (!pumpUntil([&] { return shownTip() == (to.x == at.x ? says : ""); })) break;
+      if (to.x == at.x) return true;
+    }
+  }
+  return false;
+}
+
 TEST_CASE("windows: a tooltip of the lists says what to click next") {
   const MappingScreen in;
   const struct {
@@ -175,15 +189,7 @@ TEST_CASE("windows: a tooltip of the lists says what to click next") {
     CAPTURE(row.says);
     if (row.chooses) in.window.clickHeader(0, 1);
     for (const HWND over : {in.header[row.list], in.window.list(row.list)}) {
-      POINT away{1, 1};
-      SetCursorPos(away.x, away.y);
-      sendMouse(away, 0);
-      pumpUntil([] { return shownTip().empty(); });
-      POINT at{40, over == in.header[row.list] ? 8 : 60};
-      ClientToScreen(over, &at);
-      SetCursorPos(at.x, at.y);
-      sendMouse(at, 0);
-      CHECK(pumpUntil([&] { return shownTip() == row.says; }));
+      CHECK(tellsAt(over, {40, over == in.header[row.list] ? 8 : 60}, row.says));
     }
   }
 }

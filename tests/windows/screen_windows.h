@@ -21,6 +21,8 @@ namespace velk {
 inline void pump() {
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+    // As every inner loop has to: the end is meant for the outermost.
+    if (message.message == WM_QUIT) return PostQuitMessage(static_cast<int>(message.wParam));
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }

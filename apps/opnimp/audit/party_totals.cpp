@@ -29,6 +29,7 @@ std::vector<PartyTotals> partyTotals(const ImportKind& kind, const InputRecords&
     addTo(party.posted, amounts.bill, amounts.bill, amounts.balance);
   }
   std::vector<PartyTotals> list;
+  list.reserve(parties.size());
   for (auto& entry : parties) list.push_back(std::move(entry.second));
   return list;
 }

@@ -81,7 +81,7 @@ void Recorder::callRefused(std::size_t call, const RuntimeError& error) {
 }
 
 // On a lost connection nobody knows whether the call took effect, whatever the driver says of it.
-CallResult Recorder::resultOfFailure(const RecordedCall& call, const Connection& connection) const {
+CallResult Recorder::resultOfFailure(const RecordedCall& call, const Connection& connection) {
   if (connection.isLost()) return CallResult::Unknown;
   if (call.result == CallResult::Ok) return CallResult::FailedLate;
   const bool posts = call.kind == CallKind::Procedure;

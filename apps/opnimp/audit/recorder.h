@@ -134,7 +134,7 @@ class Recorder : private ErrorLog {
   /// Keeps each line, also one that the file does not take.
   void append(std::string_view line) override;
 
-  CallResult resultOfFailure(const RecordedCall& call, const Connection& connection) const;
+  static CallResult resultOfFailure(const RecordedCall& call, const Connection& connection);
   void endIfHopeless(const RuntimeError& error, const Connection& connection);
 
   const Mode mode_;

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
@@ -159,15 +160,13 @@ class CommandLine {
     addFile(
         *add(Command::DemoDatabase, "demo-database", "make the sample company's embedded database"),
         "the new file");
-    const auto runs = add(Command::Runs, "runs", "list the runs of the journal");
-    const auto report = addOfRun(Command::Report, "report", "show the report of a run");
-    const auto reversal = addOfRun(Command::Reversal, "reversal",
-                                   "write the opposite documents of what a run posted of opening\n"
-                                   "balances, to be imported like any other file");
-    addFile(*reversal, "the new file");
-    const auto rejects = addOfRun(Command::Rejects, "rejects",
-                                  "write the records that a run refused, as --rejects does");
-    addFile(*rejects, "the new file; see --rejects of import");
+    addRecordOptions(import, preview, exporting);
+    const auto [runs, report] = addJournalCommands(import);
+    addFlag({import, preview, exporting, runs, report}, "--json", arguments_.json,
+            "one JSON document on standard output instead of text");
+  }
+
+  void addRecordOptions(CLI::App* import, CLI::App* preview, CLI::App* exporting) {
     addText({import, exporting}, "--database", "STRING", arguments_.database, databaseHelp);
     addWait({import, exporting});
     addMap({import, preview});
@@ -178,18 +177,30 @@ class CommandLine {
             "in one transaction, which is taken back if a record is refused,\n"
             "fails, or is not reached");
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
+    addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
+    addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
+            "where Error.log is written (default: the current folder)");
+  }
+
+  /// Answers those that can write JSON.
+  std::array<CLI::App*, 2> addJournalCommands(CLI::App* import) {
+    const auto runs = add(Command::Runs, "runs", "list the runs of the journal");
+    const auto report = addOfRun(Command::Report, "report", "show the report of a run");
+    addText({report}, "--html", "FILE.html", arguments_.report, reportHelp);
+    const auto reversal = addOfRun(Command::Reversal, "reversal",
+                                   "write the opposite documents of what a run posted of opening\n"
+                                   "balances, to be imported like any other file");
+    addFile(*reversal, "the new file");
+    const auto rejects = addOfRun(Command::Rejects, "rejects",
+                                  "write the records that a run refused, as --rejects does");
+    addFile(*rejects, "the new file; see --rejects of import");
     addText({import, runs, report, reversal, rejects}, "--journal", "PATH", arguments_.journal,
             journalHelp);
     addFlag({import}, "--again", arguments_.again, againHelp);
     addFlag({import}, "--resume", arguments_.resume, resumeHelp);
     // A run that is resumed goes on where it broke off.
     import->get_option("--resume")->excludes("--from-line");
-    addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
-    addText({report}, "--html", "FILE.html", arguments_.report, reportHelp);
-    addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
-            "where Error.log is written (default: the current folder)");
-    addFlag({import, preview, exporting, runs, report}, "--json", arguments_.json,
-            "one JSON document on standard output instead of text");
+    return {runs, report};
   }
 
   CLI::App* add(Command id, const char* name, const std::string& what) {

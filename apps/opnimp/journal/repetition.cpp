@@ -34,7 +34,8 @@ std::set<std::uint64_t> resumedRuns(const RunIndex& index, std::uint64_t number)
 
 std::string fileText(const RunSummary& run, std::size_t count) {
   const std::string number = std::to_string(run.start.number);
-  const std::string rest = run.ended
+  const bool reachedAll = run.outcome(run.outcomes.size() - 1) != Outcome::NotReached;
+  const std::string rest = reachedAll && run.ended
                                ? "`opnimp rejects " + number + " FILE` writes those that it refused"
                                : "--resume goes on behind them";
   return "run " + number + " of " + formatIso(run.start.time) +
@@ -60,11 +61,11 @@ std::string recordsText(const std::map<Digest, std::uint64_t>& posted, const Run
   constexpr std::size_t mostNamed = 10;
   std::string places;
   std::size_t count = 0;
-  for (std::size_t i = 0; i < run.records.size(); ++i) {
-    const auto found = posted.find(run.records[i].hash);
+  for (const JournaledRecord& record : run.records) {
+    const auto found = posted.find(record.hash);
     if (found == posted.end() || ++count > mostNamed) continue;
     places.append(count == 1 ? "" : ", ").append(placeWord).append(" ");
-    places.append(std::to_string(run.records[i].line)).append(" (run ");
+    places.append(std::to_string(record.line)).append(" (run ");
     places.append(std::to_string(found->second)).append(")");
   }
   if (count == 0) return {};

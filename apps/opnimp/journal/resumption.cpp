@@ -8,9 +8,13 @@ namespace velk {
 
 namespace {
 
-/// The first record that the run did not reach, by its place in the run.
+/// The first record that the run did not reach, by its place in the run. One that was taken back
+/// has reached none: nothing of it stays.
 std::size_t firstNotReached(const RunSummary& run) {
   std::size_t next = run.outcomes.size();
+  for (std::size_t record = 0; record < next; ++record) {
+    if (run.outcome(record) == Outcome::TakenBack) return 0;
+  }
   while (next > 0 && run.outcome(next - 1) == Outcome::NotReached) --next;
   return next;
 }

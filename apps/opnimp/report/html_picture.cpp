@@ -31,7 +31,7 @@ std::string percent(double share) {
 /// A rectangle of a tone, from `start` on, both being parts of the whole width.
 std::string rectangle(Tone tone, double start, double width) {
   const std::string place =
-      "x=\"" + percent(start) + "\" width=\"" + percent(width) + "\" height=\"100%\"";
+      "x=\"" + percent(start) + "\" width=\"" + percent(width) + R"(" height="100%")";
   const std::string name(toneClass(tone));
   std::string text = "<rect class=\"" + name + "\" " + place + "/>";
   if (tone == Tone::Refused || tone == Tone::Doubtful) {
@@ -64,7 +64,7 @@ std::string outcomePicture(const std::vector<Slice>& slices) {
   if (records == 0) return {};
   double whole = 0;  // more than 1 when small slices are widened
   for (const Slice& slice : slices) whole += widthOf(slice, records);
-  std::string text = "<svg class=\"picture\" role=\"img\" aria-label=\"" + html(label) + "\">";
+  std::string text = R"(<svg class="picture" role="img" aria-label=")" + html(label) + "\">";
   text += patterns;
   double start = 0;
   for (const Slice& slice : slices) {
@@ -73,14 +73,15 @@ std::string outcomePicture(const std::vector<Slice>& slices) {
     start += width;
     if (start < 1 - 1e-9) {
       const std::string x = percent(start);
-      text += "<line class=\"stroke\" x1=\"" + x + "\" x2=\"" + x + "\" y2=\"100%\"/>";
+      text.append(R"(<line class="stroke" x1=")").append(x).append(R"(" x2=")").append(x);
+      text += R"(" y2="100%"/>)";
     }
   }
   return text + "</svg>\n";
 }
 
 std::string pictureKey(Tone tone) {
-  return "<svg class=\"key\" aria-hidden=\"true\">" + rectangle(tone, 0, 1) + "</svg>";
+  return R"(<svg class="key" aria-hidden="true">)" + rectangle(tone, 0, 1) + "</svg>";
 }
 
 }  // namespace velk

@@ -128,6 +128,7 @@ class Page {
     if (remarks.empty()) return;
     element("h2", heading);
     std::vector<Row> rows;
+    rows.reserve(remarks.size());
     for (const auto& [where, what, text] : remarks) {
       rows.push_back(columns.size() == 3 ? Row{{where, what, text}} : Row{{where, text}});
     }

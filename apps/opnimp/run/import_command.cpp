@@ -122,13 +122,11 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     result_.folder = applicationFolder({});
     result_.began = surroundings_.clock();
     database_ = openDatabase(choice, surroundings_);
-    if (arguments().resume) takeUp();
     // Before a record begins, so that no record is cut in two.
     report_.onRecord = [this](std::size_t record) {
       endIfInterrupted();
       progress_.show(record);
     };
-    progress_.setTotal(result_.input->count());
   }
 
   /// The rejects must not take the place of what they come from.
@@ -168,7 +166,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   /// Leaves out the records that the run reached which is to be resumed: the screen views the
   /// others only.
   void takeUp() {
-    const Resumption resumption = journal_->resumption(result_, database_);
+    const Resumption resumption = journal_->resumption(result_);
     if (!resumption.doubtful.empty() && !rejects_) {
       throw UsageError("run " + std::to_string(resumption.run->number) + " left " +
                        counted(resumption.doubtful.size(), "record", "records") +
@@ -191,11 +189,17 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   }
 
   void drive() {
+    RunGate& gate = recorder_.gate();
+    if (journal_) gate.pass([&] { journal_->identify(result_, database_); });
+    if (arguments().resume) takeUp();
+    progress_.setTotal(result_.input->count());
     // Declared before the session, so that the screen is gone when the transaction is taken back.
     std::optional<DryRun> dryRun;
-    if (arguments().dryRun) dryRun.emplace(database_);
+    if (arguments().dryRun) gate.pass([&] { dryRun.emplace(database_); });
     std::optional<WholeRun> whole;
-    if (arguments().allOrNothing && !arguments().dryRun) whole.emplace(database_, recorder_);
+    if (arguments().allOrNothing && !arguments().dryRun) {
+      gate.pass([&] { whole.emplace(database_, recorder_); });
+    }
     try {
       std::size_t first = 0;
       do first = driveScreen(first);
@@ -224,7 +228,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     report_.beginPart(first);
     ImportScreen& screen = session.open(kind(), recorded(recorder_, database_.connection));
     screen.run().setRecordsBefore(first);
-    view(session, screen);
+    view(session, screen, first == 0);
     import(session, screen, first, end);
     return end;
   }
@@ -248,14 +252,16 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     };
   }
 
-  void view(ScreenSession& session, const ImportScreen& screen) {
+  /// A preview shows the first screen.
+  void view(ScreenSession& session, const ImportScreen& screen, bool isFirst) {
+    const bool isForeseen = foresight_ != nullptr && isFirst;
     try {
       viewAndMap(session, arguments(), *result_.input, report_);
     } catch (const Refused&) {
-      if (foresight_ != nullptr) foresight_->viewed(screen);
+      if (isForeseen) foresight_->viewed(screen);
       throw;
     }
-    if (foresight_ != nullptr) foresight_->viewed(screen);
+    if (isForeseen) foresight_->viewed(screen);
   }
 
   /// The screen's messages may name the log, which a dry run does not write.
@@ -275,7 +281,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     if (first == 0) prepareRun(readMapping(screen), end);
     endIfInterrupted();
     if (journal_ && first == 0) {
-      journal_->begin(result_, database_, report_, recorder_);
+      journal_->begin(result_, report_, recorder_);
     }
     began_ = true;
     // What the screen said of View and of --map is no answer to Import.

@@ -24,12 +24,6 @@ void pointTo(std::vector<const Item*>& to, const std::vector<Item>& items, std::
   for (; from < items.size(); ++from) to.push_back(&items[from]);
 }
 
-// What cannot be told is known by how it is named.
-std::string identityOf(const ImportResult& result, const OpenDatabase& database) {
-  const std::string id = database.identity ? database.identity(!result.isDryRun()) : "";
-  return id.empty() ? result.database : id;
-}
-
 /// Records are known again by what is mapped: with other columns they would be other ones.
 void requireSameMapping(const RunIndex& index, const RunStart& run) {
   const RunSummary* const resumed = index.find(run.resumes);
@@ -41,6 +35,7 @@ void requireSameMapping(const RunIndex& index, const RunStart& run) {
 template <class Item>
 std::vector<Item> copies(const std::vector<const Item*>& items) {
   std::vector<Item> copied;
+  copied.reserve(items.size());
   for (const Item* item : items) copied.push_back(*item);
   return copied;
 }
@@ -53,9 +48,14 @@ ImportJournal::ImportJournal(const std::string& path, const Arguments& arguments
       journal_(openJournal(path, arguments.dryRun ? KeptFor::Reading : KeptFor::Writing,
                            surroundings, err)) {}
 
-void ImportJournal::begin(ImportResult& result, const OpenDatabase& database, ImportReport& report,
-                          const Recorder& recorder) {
-  const RunStart run = describe(result, database);
+// What cannot be told is known by how it is named.
+void ImportJournal::identify(const ImportResult& result, const OpenDatabase& database) {
+  databaseId_ = database.identity ? database.identity(!result.isDryRun()) : "";
+  if (databaseId_.empty()) databaseId_ = result.database;
+}
+
+void ImportJournal::begin(ImportResult& result, ImportReport& report, const Recorder& recorder) {
+  const RunStart run = describe(result);
   result.fileHash = hexText(run.fileHash);
   requireSameMapping(journal_.index, run);
   // Only opening balances: master data is imported again by design.
@@ -77,14 +77,13 @@ void ImportJournal::begin(ImportResult& result, const OpenDatabase& database, Im
   listen(report, recorder);
 }
 
-Resumption ImportJournal::resumption(const ImportResult& result,
-                                     const OpenDatabase& database) const {
+Resumption ImportJournal::resumption(const ImportResult& result) const {
   NativeFileSystem files;
-  return findResumption(journal_.index, {result.arguments.kind->name, identityOf(result, database),
+  return findResumption(journal_.index, {result.arguments.kind->name, databaseId_,
                                          hashOf(readBytes(files, result.arguments.file))});
 }
 
-RunStart ImportJournal::describe(const ImportResult& result, const OpenDatabase& database) const {
+RunStart ImportJournal::describe(const ImportResult& result) const {
   const auto& runs = journal_.index.runs;
   NativeFileSystem files;
   RunStart run;
@@ -99,7 +98,7 @@ RunStart ImportJournal::describe(const ImportResult& result, const OpenDatabase&
   run.fileBytes = readBytes(files, run.file);
   run.fileHash = hashOf(run.fileBytes);
   run.database = result.database;
-  run.databaseId = identityOf(result, database);
+  run.databaseId = databaseId_;
   run.errorLog = result.errorLog;
   run.accepted = result.arguments.accept;
   run.mapping = result.mapping;

@@ -25,13 +25,16 @@ class ImportJournal {
   ImportJournal(const ImportJournal&) = delete;
   ImportJournal& operator=(const ImportJournal&) = delete;
 
+  /// Asks which database it is, and stores an id in one that has none. First of all, and before a
+  /// transaction begins, which would take the id back with it. Raises RuntimeError.
+  void identify(const ImportResult& result, const OpenDatabase& database);
+
   /// Where the run goes on that resumes another one. Raises UsageError when there is none.
-  Resumption resumption(const ImportResult& result, const OpenDatabase& database) const;
+  Resumption resumption(const ImportResult& result) const;
 
   /// Says that the run begins and from then on listens to `report`; both outlive the object. Raises
   /// Refused for a repetition, CannotOpen when it cannot be written.
-  void begin(ImportResult& result, const OpenDatabase& database, ImportReport& report,
-             const Recorder& recorder);
+  void begin(ImportResult& result, ImportReport& report, const Recorder& recorder);
   /// What is known of a run only when it has ended, and is not in its result.
   struct Ending {
     bool completed = false;
@@ -49,7 +52,7 @@ class ImportJournal {
     std::size_t messages = 0;
   };
 
-  RunStart describe(const ImportResult& result, const OpenDatabase& database) const;
+  RunStart describe(const ImportResult& result) const;
   void listen(ImportReport& report, const Recorder& recorder);
   void recordEnds(std::size_t record, const ImportReport& report, const Recorder& recorder);
   void writeEnd(const ImportResult& result, const Ending& ending);
@@ -58,6 +61,7 @@ class ImportJournal {
 
   const Surroundings& surroundings_;
   OpenJournal journal_;
+  std::string databaseId_;
   std::optional<RunJournal> run_;  // empty: nothing is written
   Mark mark_;
   std::vector<RecordTrace> expected_;         // what is read of each record otherwise than written

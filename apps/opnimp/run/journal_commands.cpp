@@ -42,7 +42,7 @@ Reversal reversalOf(JournaledImport& run) {
   }
   try {
     const ImportResult& result = run.result();
-    const Reversal reversal = reverse(result.traces, result.mapping, run.kind().opening->debitNote);
+    Reversal reversal = reverse(result.traces, result.mapping, run.kind().opening->debitNote);
     if (reversal.count == 0) throw UsageError(number + " posted nothing that could be reversed");
     return reversal;
   } catch (const RuntimeError&) {

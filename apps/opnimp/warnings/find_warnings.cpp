@@ -38,9 +38,10 @@ void checkRecords(const CheckedFile& file, std::vector<Warning>& warnings) {
 
 /// Of a run that leaves out the records before `first`: what was found in them is nothing to it,
 /// and the others count from there.
-std::vector<Warning> foundFrom(std::size_t first, std::vector<Warning> found) {
+std::vector<Warning> foundFrom(std::size_t first, bool isLong, std::vector<Warning> found) {
   std::vector<Warning> warnings;
   for (Warning& warning : found) {
+    if (warning.id == WarningId::TooManyRecords && !isLong) continue;
     if (warning.readings.empty()) {
       warnings.push_back(std::move(warning));
       continue;
@@ -60,7 +61,8 @@ std::vector<Warning> findWarnings(const InputRecords& input, const ImportKind& k
                                   const std::vector<FieldMapping>& mapping, int currentYear) {
   // The whole file first: a row can be equal to one that is left out.
   if (const auto* const later = dynamic_cast<const LaterRecords*>(&input)) {
-    return foundFrom(later->first(), findWarnings(later->whole(), kind, mapping, currentYear));
+    return foundFrom(later->first(), later->count() > kind.largestRecordCount,
+                     findWarnings(later->whole(), kind, mapping, currentYear));
   }
   std::vector<Warning> warnings;
   if (const auto* const workbook = dynamic_cast<const WorkbookRecords*>(&input)) {

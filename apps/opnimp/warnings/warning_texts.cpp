@@ -34,7 +34,8 @@ constexpr WarningText texts[] = {
      "another code page."},
     {"no-records", noted, "The file has no records behind its first line."},
     {"too-many-records", noted,
-     "More records than a screen takes: they are imported in several runs, one after the other."},
+     "More records than a screen takes: they are imported on several screens, one after the "
+     "other."},
     {"semicolon-separated", noted,
      "The titles are separated by semicolons; only commas separate. Save the file with commas."},
     {"tab-separated", noted,

@@ -50,6 +50,7 @@ void ControlWindow::propertyChanged(Property property) {
     case Property::FontSize:
     case Property::FontBold:
       SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(font()), TRUE);
+      InvalidateRect(handle_, nullptr, TRUE);  // not every class paints anew by itself
       return;
     case Property::Caption:
       return showText(property);

@@ -6,6 +6,8 @@
 #include <commctrl.h>
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 
 #include "platform/windows/forms/fonts.h"
@@ -19,6 +21,8 @@ struct ControlPlace {
   HWND parent;
   Scale scale;
   Fonts& fonts;
+  /// Keeps the form's window, with those of all controls, while a handler runs that may close it.
+  std::function<std::shared_ptr<void>()> keep;
 };
 
 class ControlWindow {

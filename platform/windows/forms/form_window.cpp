@@ -67,11 +67,12 @@ void FormWindow::makeWindow() {
 
 // As they stand on the screen, so that each frame is there before what it contains.
 void FormWindow::makeControls() {
+  const auto keep = [this] { return weak_from_this().lock(); };
   for (Control* control : orderOnScreen(*form_)) {
     const ControlWindow* frame =
         control->container() == nullptr ? nullptr : windowOf(*control->container());
     const HWND parent = frame == nullptr ? handle_ : frame->handle();
-    if (auto window = makeControlWindow(*control, {parent, scale_, fonts_})) {
+    if (auto window = makeControlWindow(*control, {parent, scale_, fonts_, keep})) {
       controls_.push_back(std::move(window));
     }
   }
@@ -172,11 +173,8 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SETFOCUS:
       if (focus_ != nullptr && IsChild(handle_, focus_) != FALSE) SetFocus(focus_);
       return 0;
-    case WM_WINDOWPOSCHANGED: {
-      const LRESULT answer = defaultHandling(message, wParam, lParam);
-      moved(*reinterpret_cast<const WINDOWPOS*>(lParam));
-      return answer;
-    }
+    case WM_WINDOWPOSCHANGED:
+      return positionChanged(wParam, lParam);
     case WM_DESTROY:  // by the host, or with the end of its thread
       destroy();
       [[fallthrough]];
@@ -237,6 +235,12 @@ WindowState FormWindow::state() const {
   return IsZoomed(handle_) != FALSE ? WindowState::Maximised : WindowState::Normal;
 }
 
+LRESULT FormWindow::positionChanged(WPARAM wParam, LPARAM lParam) {
+  const LRESULT answer = defaultHandling(WM_WINDOWPOSCHANGED, wParam, lParam);
+  moved(*reinterpret_cast<const WINDOWPOS*>(lParam));
+  return answer;
+}
+
 // A move alone is no event, as it changes neither size nor state; what code does is no user's
 // doing.
 void FormWindow::moved(const WINDOWPOS& position) {
@@ -291,6 +295,8 @@ Menu* FormWindow::popup(const Menu& menu) const {
 
 void FormWindow::formChanged(Property property) {
   if (handle_ == nullptr) return;
+  // A host may close the form as it is shown or activated.
+  const auto alive = weak_from_this().lock();
   switch (property) {
     case Property::Caption:
       SetWindowTextW(handle_, toWide(form_->text(Property::Caption)).c_str());
@@ -324,6 +330,7 @@ void FormWindow::formChanged(Property property) {
 }
 
 void FormWindow::controlChanged(Control& control, Property property) {
+  const auto alive = weak_from_this().lock();  // a focus that moves runs handlers
   if (ControlWindow* window = windowOf(control)) window->propertyChanged(property);
   changeLater();
 }

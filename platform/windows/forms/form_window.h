@@ -53,6 +53,7 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
   LRESULT color(UINT message, WPARAM wParam, LPARAM lParam) const;
   void erase(HDC dc) const;
   void showSystemColors() const;
+  LRESULT positionChanged(WPARAM wParam, LPARAM lParam);
   void moved(const WINDOWPOS& position);
   WindowState state() const;
   void changeLater();

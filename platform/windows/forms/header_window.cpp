@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "platform/windows/floating_point.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -36,6 +37,9 @@ HeaderWindow::~HeaderWindow() {
 LRESULT CALLBACK HeaderWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   auto* self = reinterpret_cast<HeaderWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   if (self == nullptr) return bySystem(window, message, wParam, lParam);
+  const MaskedFloatingPoint masked;
+  // A click on a title runs a handler, which may close the form.
+  const auto alive = self->look_.keep();
   try {
     if (message == WM_ERASEBKGND) return TRUE;  // all of it is painted
     if (message == WM_PAINT) return self->paint(), 0;
@@ -44,11 +48,11 @@ LRESULT CALLBACK HeaderWindow::procedure(HWND window, UINT message, WPARAM wPara
       SetWindowLongPtrW(window, GWLP_USERDATA, 0);
       return bySystem(window, message, wParam, lParam);
     }
-    // A click on a title runs a handler, which may close the form and end this object.
     self->seen(message, lParam);
   } catch (...) {
     // No exception crosses Windows; the next painting tries again.
   }
+  if (IsWindow(window) == FALSE) return 0;
   return bySystem(window, message, wParam, lParam);
 }
 

@@ -8,6 +8,7 @@
 #include <commctrl.h>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -21,6 +22,8 @@ struct HeaderLook {
   std::function<std::optional<int>()> chosen;   ///< in the colours of selected text
   std::function<std::optional<int>()> current;  ///< with a focus rectangle
   std::function<void(POINT at)> rightClicked;   ///< in the header's own pixels
+  /// Keeps what the others belong to while they run.
+  std::function<std::shared_ptr<void>()> keep;
 };
 
 class HeaderWindow {

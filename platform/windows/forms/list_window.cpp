@@ -1,6 +1,7 @@
 #include "platform/windows/forms/window_factory.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -25,7 +26,7 @@ class ListWindow final : public ControlWindow {
   ListWindow(ListView& list, const ControlPlace& place)
       : ControlWindow(list, place, WC_LISTVIEWW, listStyle, WS_EX_CLIENTEDGE),
         list_(list),
-        header_(headerOf(handle()), place.scale, headerLook()),
+        header_(headerOf(handle()), place.scale, headerLook(place)),
         tooltip_({handle(), header_.handle()}) {
     SendMessageW(handle(), LVM_SETEXTENDEDLISTVIEWSTYLE, lookAndFeel, lookAndFeel);
     showColors();
@@ -206,7 +207,7 @@ class ListWindow final : public ControlWindow {
     return row <= list_.rowCount() && column < list_.columnCount() && list_.isBold(row, column);
   }
 
-  HeaderLook headerLook() {
+  HeaderLook headerLook(const ControlPlace& place) {
     return {.title =
                 [this](int column) {
                   const auto index = static_cast<std::size_t>(column);
@@ -223,7 +224,8 @@ class ListWindow final : public ControlWindow {
                 [this](POINT at) {
                   MapWindowPoints(header_.handle(), handle(), &at, 1);
                   rightClicked(at.x);
-                }};
+                },
+            .keep = place.keep};
   }
 
   bool hasBold(std::size_t row) const {
@@ -284,9 +286,11 @@ class ListWindow final : public ControlWindow {
     const RECT place = currentPlace();
     POINT below{place.left, place.bottom};
     ClientToScreen(handle(), &below);
+    // Not for a later menu, however this one ends.
+    const std::unique_ptr<std::optional<POINT>, void (*)(std::optional<POINT>*)> shownHere(
+        &menuPlace_, [](std::optional<POINT>* shown) { shown->reset(); });
     menuPlace_ = below;
     rightClicked((place.left + place.right) / 2);
-    menuPlace_.reset();
   }
 
   // Column widths and the scroll position are the user's; the model needs them for a click only.

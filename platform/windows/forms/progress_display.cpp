@@ -1,6 +1,7 @@
 #include "platform/windows/forms/progress_display.h"
 
 #include "base/numbers.h"
+#include "platform/windows/pending_input.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -11,8 +12,10 @@ namespace {
 void paintWhatIsDue() {
   constexpr int mostWindows = 100;  // a host's window that never gets done must not hold the run
   MSG message;
+  KeptQuit quit;
   for (int i = 0; i < mostWindows; ++i) {
     if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_PAINT) == FALSE) return;
+    quit.saw(message);
     DispatchMessageW(&message);
   }
 }

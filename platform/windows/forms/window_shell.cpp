@@ -29,6 +29,15 @@ bool menuIsOpen() {
          (thread.flags & GUI_INMENUMODE) != 0;
 }
 
+void handleRemoved(MSG& message) {
+  if (message.message == WM_QUIT) {
+    EnumThreadWindows(GetCurrentThreadId(), closeForm, 0);
+  } else if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST && !menuIsOpen()) {
+    const auto window = FormWindow::of(message.hwnd);
+    if (window != nullptr && window->preTranslate(message)) message.message = WM_NULL;
+  }
+}
+
 // The host's message loop knows nothing of our keyboard: a hook sees each message that it takes.
 // Handling one dispatches it, so the hook is entered anew, and its window may be gone afterwards.
 // With the loop's end the forms close, those with a run in progress when that has ended: later no
@@ -37,11 +46,10 @@ LRESULT CALLBACK seeMessage(int code, WPARAM removed, LPARAM lParam) {
   auto& message = *reinterpret_cast<MSG*>(lParam);
   if (code >= 0 && removed == PM_REMOVE && !dropsPendingInput()) {
     const MaskedFloatingPoint masked;
-    if (message.message == WM_QUIT) {
-      EnumThreadWindows(GetCurrentThreadId(), closeForm, 0);
-    } else if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST && !menuIsOpen()) {
-      const auto window = FormWindow::of(message.hwnd);
-      if (window != nullptr && window->preTranslate(message)) message.message = WM_NULL;
+    try {
+      handleRemoved(message);
+    } catch (...) {
+      // No exception crosses Windows: what a handler lets out was told to the user before.
     }
   }
   return CallNextHookEx(nullptr, code, removed, lParam);
