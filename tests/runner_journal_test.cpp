@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <random>
 #include <thread>
 
@@ -63,6 +65,34 @@ void killedImport(RunnerWorld& world, const std::string& file, const std::vector
   std::this_thread::sleep_for(after);
   ::kill(child, SIGKILL);
   ::waitpid(child, nullptr, 0);
+}
+
+/// Cuts off the journal's last entries, as if the last run had been killed before them.
+void loseEntries(const RunnerWorld& world, std::size_t count) {
+  const std::string path = chooseJournal({}, world.surroundings);
+  std::ifstream in(path, std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+  std::vector<std::size_t> starts;
+  for (std::size_t at = 8; at < bytes.size();) {
+    starts.push_back(at);
+    std::size_t length = 0;
+    for (std::size_t i = 4; i-- > 0;)
+      length = length * 256 + static_cast<unsigned char>(bytes[at + i]);
+    at += length + 9;
+  }
+  std::filesystem::resize_file(path, starts.at(starts.size() - count));
+}
+
+/// Imports as many records, and is then interrupted.
+Ran interruptedImport(RunnerWorld& world, const std::string& file, std::size_t records,
+                      const std::vector<std::string>& more) {
+  // Asked once before the run, and before each record.
+  world.surroundings.interrupted = [left = static_cast<int>(records) + 1]() mutable {
+    return left-- <= 0;
+  };
+  const Ran ran = world.import(file, more);
+  world.surroundings.interrupted = [] { return false; };
+  return ran;
 }
 
 RunIndex indexOf(const RunnerWorld& world) {
@@ -190,6 +220,44 @@ TEST_CASE("reports, rejects and the list of runs come from the journal alone") {
   CHECK(world.run({"rejects", "1", later}).status == 0);
   CHECK(world.folder.read("later.csv") == world.folder.read("r.csv"));
   CHECK(world.folder.read("later.csv.reasons.csv") == world.folder.read("r.csv.reasons.csv"));
+}
+
+TEST_CASE("the journal's report of a run has the run's own account") {
+  const struct {
+    std::vector<std::string_view> lines;
+    std::vector<std::string> more;
+    std::string_view outcomes;
+  } rows[] = {
+      {{firstGood, strangersRecord, secondGood}, {}, "posted rejected posted"},
+      {{firstGood, strangersRecord, secondGood},
+       {"--all-or-nothing"},
+       "taken-back rejected taken-back"},
+      {{firstGood, secondGood}, {"--all-or-nothing"}, "posted posted"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.outcomes);
+    RunnerWorld world;
+    std::string text = std::string(openingTitles) + "\r\n";
+    for (const std::string_view line : row.lines) text.append(line).append("\r\n");
+    std::vector<std::string> options = row.more;
+    options.emplace_back("--json");
+    const Json told(world.import(world.folder.write("in.csv", text), options).out);
+    CHECK(told.outcomes() == row.outcomes);
+    const Json kept(world.run({"report", "1", "--json"}).out);
+    for (const char* part : {"status", "account", "records", "next"}) {
+      CHECK(kept.at(part) == told.at(part));
+    }
+  }
+}
+
+TEST_CASE("whether a whole run that was killed was kept is not known") {
+  RunnerWorld world;
+  const std::string file = world.folder.write("in.csv", crlf({openingTitles, firstGood}));
+  CHECK(world.import(file, {"--all-or-nothing"}).status == 0);
+  loseEntries(world, 1);
+  const Json report(world.run({"report", "1", "--json"}).out);
+  CHECK(report.outcomes() == "unknown");
+  CHECK(report.at("account.notes.count") == "0");
 }
 
 TEST_CASE("a command that cannot do what it is asked for says why and writes nothing") {
@@ -372,6 +440,61 @@ TEST_CASE("a resumed run goes on behind the one that broke off, as often as it t
   CHECK(contains(world.run({"report", "3"}).out, "Resumes:  run 2"));
   world.folder.write("in.csv", longFile(31));
   CHECK(world.import(file, {"--resume"}).status == 3);
+}
+
+TEST_CASE("what runs that were killed left is told by each run that goes on with them") {
+  RunnerWorld world;
+  const std::string file =
+      world.folder.write("in.csv", crlf({openingTitles, firstGood, strangersRecord, secondGood,
+                                         thirdGood, "C004,D,R5,,5,5", "C004,D,R6,,5,5"}));
+  CHECK(interruptedImport(world, file, 3, {}).status == 5);
+  loseEntries(world, 2);  // and what became of the last record
+  const auto resume = [&](const char* rejects) {
+    return std::vector<std::string>{"--resume", "--json", "--rejects", world.folder.path(rejects)};
+  };
+  CHECK(interruptedImport(world, file, 1, resume("second.csv")).status == 5);
+  loseEntries(world, 1);
+  const Json last(world.import(file, resume("third.csv")).out);
+  CHECK(last.at("status") == "1");
+  CHECK(last.at("setApart") == "1");
+  CHECK(contains(world.folder.read("third.csv.check.csv"), secondGood));
+  CHECK(last.at("refusedBefore") == R"([{"run":1,"records":1}])");
+  CHECK(last.at("part") == R"({"line":6,"records":2,"of":6})");
+  CHECK(contains(last.at("next[1]"), "Run 1 refused 1 record: `opnimp rejects 1 FILE`"));
+  const Json kept(world.run({"report", "3", "--json"}).out);
+  for (const char* part : {"status", "setApart", "refusedBefore", "part", "records"}) {
+    CHECK(kept.at(part) == last.at(part));
+  }
+  constexpr std::string_view partly = "2 of 6 records of the file, from line 6 on";
+  CHECK(contains(world.run({"report", "3", "--html", world.folder.path("page.html")}).out, partly));
+  CHECK(contains(world.folder.read("page.html"), partly));
+}
+
+TEST_CASE("what a part of a file is to be imported with again") {
+  const struct {
+    std::vector<std::string> more;
+    std::size_t records;  // before it is interrupted
+    std::string_view next;
+  } rows[] = {
+      {{"--resume"}, 0, "import the file with --resume again"},
+      {{"--resume", "--all-or-nothing"}, 1, "import the file with --resume again"},
+      {{"--resume", "--all-or-nothing"}, 9, "import the file with --from-line 3 again"},
+      {{"--resume", "--map", "Reference=#2", "--accept", "all"}, 9, "--resume again; if the file"},
+      {{"--from-line", "3"}, 0, "import the file with --from-line 3 again"},
+      {{"--from-line", "3", "--all-or-nothing"}, 9, "import the file with --from-line 3 again"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.next);
+    RunnerWorld world;
+    const std::string file = world.folder.write(
+        "in.csv", crlf({openingTitles, firstGood, secondGood, strangersRecord, thirdGood}));
+    if (row.more[0] == "--resume") CHECK(interruptedImport(world, file, 1, {}).status == 5);
+    const Ran ran = interruptedImport(world, file, row.records, row.more);
+    CHECK_MESSAGE(contains(ran.out, row.next), ran.out);
+    for (const char* whole :
+         {"import the file again", "import the whole file again", "import it again"})
+      CHECK_FALSE(contains(ran.out, whole));
+  }
 }
 
 TEST_CASE("after a loss of power all that the journal may have lost is in doubt") {

@@ -29,6 +29,7 @@ TEST_CASE("what a screen does not take comes on the next, with one account and o
   CHECK(report.at("account.addsUp") == "true");
   CHECK(report.at("account.fileRecords") == "32769");
   CHECK(report.at("account.screenRecords") == "32769");
+  CHECK(Json(world.run({"report", "1", "--json"}).out).at("account") == report.at("account"));
   CHECK(report.at("account.outcomes.posted.count") == "3");
   CHECK(report.at("account.outcomes.skipped.count") == "32765");
   CHECK(report.at("records[32767].outcome") == "rejected");

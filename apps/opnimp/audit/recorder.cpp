@@ -64,10 +64,15 @@ void Recorder::checkTransaction(std::size_t call) {
                  " ended the transaction of --all-or-nothing; what was posted until then may stay"};
 }
 
-void Recorder::settle(Changes changes) {
-  for (RecordedCall& call : calls_) {
+void settleCalls(std::vector<RecordedCall>& calls, Changes changes) {
+  for (RecordedCall& call : calls) {
     if (call.kind == CallKind::Procedure) call.changes = changes;
   }
+}
+
+void Recorder::settle(Changes changes) {
+  changes_ = changes;
+  settleCalls(calls_, changes);
 }
 
 void Recorder::callRefused(std::size_t call, const RuntimeError& error) {

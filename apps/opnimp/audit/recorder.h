@@ -75,6 +75,9 @@ struct RecordedMessage {
   Message message;
 };
 
+/// Says of all calls that post what became of their changes.
+void settleCalls(std::vector<RecordedCall>& calls, Changes changes);
+
 class Recorder : private ErrorLog {
  public:
   enum class Mode { Post, DryRun };
@@ -108,6 +111,7 @@ class Recorder : private ErrorLog {
   void requireTransaction(std::function<bool()> isOpen) { transactionIsOpen_ = std::move(isOpen); }
   /// What became of that transaction.
   void settle(Changes changes);
+  Changes changes() const { return changes_; }
 
   /// What each call of the database passes.
   RunGate& gate() { return gate_; }
@@ -138,6 +142,7 @@ class Recorder : private ErrorLog {
   std::function<bool()> transactionIsOpen_;  // empty: each call stands by itself
   const ImportScreen* screen_ = nullptr;
   std::size_t before_ = 0;
+  Changes changes_ = Changes::Stand;  // of the calls that post
   std::vector<RecordedCall> calls_;
   std::vector<RecordedLine> lines_;
   std::vector<RecordedMessage> messages_;

@@ -191,7 +191,6 @@ void write(EntryWriter& to, const RunStart& run) {
   to.text(run.database).text(run.databaseId).text(run.errorLog);
   writeTexts(to, run.accepted);
   to.list(run.mapping, writeField);
-  writeOptional(to, run.screenRecords);
   to.byte(run.oneTransaction ? 1 : 0);
   to.number(run.resumes).number(run.firstRecord);
   to.list(run.setApart, [](EntryWriter& each, std::size_t record) { each.number(record); });
@@ -214,7 +213,6 @@ RunStart readRunStart(EntryReader from) {
   for (std::string* text : {&run.database, &run.databaseId, &run.errorLog}) *text = from.text();
   run.accepted = readTexts(from);
   run.mapping = from.list<FieldMapping>(readField);
-  run.screenRecords = readOptional<long long>(from);
   run.oneTransaction = readFlag(from);
   run.resumes = from.number();
   run.firstRecord = from.number();
@@ -256,7 +254,10 @@ RecordEnd readRecordEnd(EntryReader from) {
 }
 
 void write(EntryWriter& to, const RunEnd& run) {
-  to.real(run.time.days).byte(run.completed ? 1 : 0).text(run.refusal).text(run.brokeOff);
+  to.real(run.time.days).byte(run.completed ? 1 : 0);
+  writeOptional(to, run.screenRecords);
+  writeEnum(to, run.changes);
+  to.text(run.refusal).text(run.brokeOff);
   to.list(run.revised, writeRevised);
   to.list(run.strays, writeCall).list(run.lines, writeLine).list(run.messages, writeMessage);
 }
@@ -265,6 +266,8 @@ RunEnd readRunEnd(EntryReader from) {
   RunEnd run;
   run.time = Date{from.real()};
   run.completed = readFlag(from);
+  run.screenRecords = readOptional<long long>(from);
+  run.changes = readEnum(from, Changes::NotKnown);
   run.refusal = from.text();
   run.brokeOff = from.text();
   run.revised = from.list<std::pair<std::size_t, Outcome>>(readRecordOutcome);

@@ -37,13 +37,12 @@ struct RunStart {
   std::string errorLog;
   std::vector<std::string> accepted;  ///< codes of harmful warnings
   std::vector<FieldMapping> mapping;
-  std::optional<long long> screenRecords;  ///< as the screen counted them
-  bool oneTransaction = false;             ///< nothing stays posted if it breaks off
-  std::uint64_t resumes = 0;               ///< the run that it goes on with; 0: none
-  std::size_t firstRecord = 0;             ///< of the file; those before it are none of this run
-  std::vector<std::size_t> setApart;       ///< records before it that were left in doubt
-  std::vector<JournaledRecord> records;    ///< of the file from firstRecord on
-  std::string fileBytes;                   ///< what was imported, as it was
+  bool oneTransaction = false;           ///< nothing stays posted if it breaks off
+  std::uint64_t resumes = 0;             ///< the run that it goes on with; 0: none
+  std::size_t firstRecord = 0;           ///< of the file; those before it are none of this run
+  std::vector<std::size_t> setApart;     ///< records before it that were left in doubt
+  std::vector<JournaledRecord> records;  ///< of the file from firstRecord on
+  std::string fileBytes;                 ///< what was imported, as it was
 };
 
 struct RecordEnd {
@@ -57,8 +56,10 @@ struct RecordEnd {
 
 struct RunEnd {
   Date time;
-  bool completed = false;  ///< the import itself said so
-  std::string refusal;     ///< why nothing was imported
+  bool completed = false;                  ///< the import itself said so
+  std::optional<long long> screenRecords;  ///< as the screens counted them
+  Changes changes = Changes::Stand;        ///< of all calls that post
+  std::string refusal;                     ///< why nothing was imported
   std::string brokeOff;
   /// Records whose outcome is not, or not any more, what was said when they ended.
   std::vector<std::pair<std::size_t, Outcome>> revised;

@@ -19,7 +19,28 @@ std::size_t firstNotReached(const RunSummary& run) {
   return next;
 }
 
+std::size_t countRefused(const RunSummary& run) {
+  std::size_t count = 0;
+  for (std::size_t record = 0; record < run.outcomes.size(); ++record) {
+    if (isRefused(run.outcome(record))) ++count;
+  }
+  return count;
+}
+
 }  // namespace
+
+std::vector<RefusedBefore> refusedBefore(const RunIndex& index, std::uint64_t number) {
+  std::vector<RefusedBefore> refused;
+  const RunSummary* run = index.find(number);
+  while (run != nullptr) {
+    const std::size_t count = run->ended ? 0 : countRefused(*run);
+    if (count > 0) refused.push_back({run->start.number, count});
+    // A run goes on with earlier ones only: whatever a journal says, this ends.
+    const bool hasEarlier = run->start.resumes < run->start.number;
+    run = hasEarlier ? index.find(run->start.resumes) : nullptr;
+  }
+  return refused;
+}
 
 Resumption findResumption(const RunIndex& index, const KnownFile& file) {
   const auto found = std::find_if(index.runs.rbegin(), index.runs.rend(), [&](const auto& run) {
@@ -39,7 +60,8 @@ Resumption findResumption(const RunIndex& index, const KnownFile& file) {
                      "there is nothing to go on with. `opnimp rejects " + number +
                      " FILE` writes those that it refused or left in doubt");
   }
-  Resumption resumption{&found->start, found->start.firstRecord + reached, {}};
+  Resumption resumption{&found->start, found->start.firstRecord + reached, found->start.setApart,
+                        refusedBefore(index, found->start.number)};
   for (std::size_t record = 0; record < reached; ++record) {
     if (!isDoubtful(found->outcome(record))) continue;
     resumption.doubtful.push_back(found->start.firstRecord + record);

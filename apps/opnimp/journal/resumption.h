@@ -17,11 +17,21 @@ struct KnownFile {
   Digest hash{};
 };
 
+/// What a run refused that was ended from outside, and so told nobody of.
+struct RefusedBefore {
+  std::uint64_t run = 0;
+  std::size_t records = 0;
+};
+
 struct Resumption {
   const RunStart* run = nullptr;      ///< the one that broke off
   std::size_t next = 0;               ///< the record of the file to go on with
   std::vector<std::size_t> doubtful;  ///< records before it that are partial or unknown
+  std::vector<RefusedBefore> refused;
 };
+
+/// Of the run of that number and all that it goes on with, the latest first.
+std::vector<RefusedBefore> refusedBefore(const RunIndex& index, std::uint64_t number);
 
 /// Of the last run of this file that posted anything or may have. Raises UsageError when there is
 /// none, or when it left nothing to go on with.

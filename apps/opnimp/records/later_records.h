@@ -37,4 +37,10 @@ class LaterRecords final : public InputRecords {
   std::size_t first_;
 };
 
+/// Null unless these are records of a file of which others stand before them.
+inline const LaterRecords* asPart(const InputRecords& input) {
+  const auto* const later = dynamic_cast<const LaterRecords*>(&input);
+  return later != nullptr && later->first() > 0 && later->count() > 0 ? later : nullptr;
+}
+
 }  // namespace velk

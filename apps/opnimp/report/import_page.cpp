@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/report/report_parts.h"
 #include "base/dates.h"
 
@@ -47,12 +48,14 @@ std::string verdict(const ImportResult& result) {
 std::vector<HtmlReport::Fact> facts(const ImportResult& result) {
   std::vector<HtmlReport::Fact> facts{
       {"File", result.arguments.file},
+      {"Records", asPart(*result.input) == nullptr ? "" : recordsText(*result.input)},
       {"SHA-256", result.fileHash},
       {"Database", result.database},
       {"Folder", result.folder},
       {"Began", formatIso(result.began)},
       {"Ended", result.ended == Date() ? "" : formatIso(result.ended)},
       {"Run", result.run == 0 ? "" : std::to_string(result.run)},
+      {"Resumes", result.resumes == 0 ? "" : "run " + std::to_string(result.resumes)},
       {"Journal", result.journal},
       {"User", result.user},
       {"Program", "opnimp " + std::string(programVersion)},

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/report/reject_files.h"
 #include "base/errors.h"
 
@@ -27,7 +28,14 @@ std::size_t doubtfulRecords(const Account& account) {
 
 /// Records that somebody has to look at once more, the run having reached them all.
 std::size_t recordsLeft(const ImportResult& result) {
-  return result.setApart.size() + needAttention(result.traces) + result.input->unreadRows().size();
+  return needAttention(result.traces) + result.input->unreadRows().size();
+}
+
+/// The same of the runs that it goes on with.
+std::size_t leftBefore(const ImportResult& result) {
+  std::size_t left = result.setApart.size();
+  for (const RefusedBefore& refused : result.refusedBefore) left += refused.records;
+  return left;
 }
 
 /// A constraint or a text too long: it is the record that has to be corrected.
@@ -77,16 +85,44 @@ void addAllowedDsTypes(const ImportResult& result, std::vector<std::string>& ste
   steps.emplace_back("The DS types that salesmen may be given: " + types + ".");
 }
 
+void addStepsForEarlierRuns(const ImportResult& result, std::vector<std::string>& steps) {
+  if (!result.setApart.empty()) {
+    // No file of such records is written for a run that can have posted nothing.
+    const bool written = !result.refused() && !result.isDryRun();
+    const std::string command = "`opnimp rejects " + std::to_string(result.resumes) + " FILE`";
+    steps.push_back(
+        "Look up " + counted(result.setApart.size(), "record", "records") +
+        " in the database that the runs before this one left in doubt, and that it "
+        "did not post" +
+        (written ? where(result, RejectFiles::Check) : "; " + command + " writes them to a file") +
+        ".");
+  }
+  for (const RefusedBefore& refused : result.refusedBefore) {
+    const std::string run = std::to_string(refused.run);
+    steps.push_back("Run " + run + " refused " + counted(refused.records, "record", "records") +
+                    ": `opnimp rejects " + run + " FILE` writes them to a file.");
+  }
+}
+
+enum class FileStays { Same, Corrected };
+
+/// What to import again, `file` being its name in the sentence.
+// A corrected file is another one, of which there is no run to resume.
+std::string importAgain(const ImportResult& result, std::string_view file, FileStays stays) {
+  const LaterRecords* const part = asPart(*result.input);
+  if (result.resumes != 0 && stays == FileStays::Same) {
+    return "import the file with --resume again";
+  }
+  if (part == nullptr) return "import " + std::string(file) + " again";
+  return "import the file with --from-line " + std::to_string(part->place(0).line) + " again";
+}
+
 void addStepsForRecords(const ImportResult& result, std::vector<std::string>& steps) {
   const Account& account = result.account;
   const auto add = [&](std::string_view verb, std::size_t count, std::string_view one,
                        std::string_view many, const std::string& rest) {
     if (count > 0) steps.push_back(std::string(verb) + " " + counted(count, one, many) + rest);
   };
-  add("Look up", result.setApart.size(), "record", "records",
-      " in the database that run " + std::to_string(result.resumes) +
-          " left in doubt, and that this run did not post" + where(result, RejectFiles::Check) +
-          ".");
   // The most dangerous first: a doubtful record that is imported again may be posted twice.
   add("Look up", doubtfulRecords(account), "record", "records",
       " in the database before doing anything else: importing them again could post them twice" +
@@ -140,21 +176,44 @@ std::string stepAfterTakingBack(const ImportResult& result) {
       refused == 0 ? "When the cause is mended"
                    : "Correct " + counted(refused, "refused record", "refused records") +
                          " in the file" + where(result, RejectFiles::Rejects) + "; then";
-  return "Nothing stays posted: all of it was taken back. " + correct +
-         " import the whole file again.";
+  return "Nothing stays posted: all of it was taken back. " + correct + " " +
+         importAgain(result, "the whole file",
+                     refused == 0 ? FileStays::Same : FileStays::Corrected) +
+         ".";
 }
 
 /// Empty when something was imported, or the records have to be corrected.
 std::string stepWithNothingImported(const ImportResult& result) {
+  const std::string again = importAgain(result, "the file", FileStays::Same) + ".";
   const std::size_t records = result.input->count();
   if (records > 0 && result.account.count(Outcome::NotReached) == records) {
-    return "Nothing was imported. When the cause is mended, or with another --database, import the "
-           "file again.";
+    return "Nothing was imported. When the cause is mended, or with another --database, " + again;
   }
   const std::string error = commonError(result.traces);
   if (error.empty()) return {};
   return "Nothing was imported: the database refused all that it was asked for one reason (" +
-         error + "). When that is mended, or with another --database, import the file again.";
+         error + "). When that is mended, or with another --database, " + again;
+}
+
+std::string stepAfterRefusal(const ImportResult& result) {
+  const std::string corrected = importAgain(result, "it", FileStays::Corrected);
+  if (result.resumes == 0) {
+    return "Nothing was imported. Correct the file or the mapping (`opnimp preview` shows both) "
+           "and " +
+           corrected + ".";
+  }
+  return "Nothing was imported. Correct the mapping (`opnimp preview` shows it) and " +
+         importAgain(result, "it", FileStays::Same) + "; if the file has to be corrected, " +
+         corrected + ".";
+}
+
+/// Empty if the records have to be gone through one by one.
+std::string stepForAll(const ImportResult& result) {
+  if (result.refused()) return stepAfterRefusal(result);
+  if (result.isDryRun()) return stepAfterDryRun(result);
+  const std::string step = stepAfterTakingBack(result);
+  // Only an account that adds up can prove that nothing was imported.
+  return step.empty() && result.account.addsUp() ? stepWithNothingImported(result) : step;
 }
 
 }  // namespace
@@ -164,7 +223,15 @@ ExitStatus ImportResult::status() const {
   // Without the files of --rejects or --report a script cannot go on, even if all else is well.
   const bool whole = brokeOff.empty() && account.addsUp();
   if (!whole || !rejectsError.empty() || !reportError.empty()) return ExitStatus::BrokeOff;
-  return recordsLeft(*this) > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
+  return recordsLeft(*this) + leftBefore(*this) > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
+}
+
+std::string recordsText(const InputRecords& input) {
+  const LaterRecords* const part = asPart(input);
+  if (part == nullptr) return counted(input.count(), "record", "records");
+  return grouped(input.count()) + " of " + counted(part->whole().count(), "record", "records") +
+         " of the file, from " + std::string(input.placeWord()) + " " +
+         std::to_string(part->place(0).line) + " on";
 }
 
 std::string nameOf(Outcome outcome, const ImportResult& result) {
@@ -177,22 +244,13 @@ std::string effectName(std::string_view becomes, const ImportResult& result) {
 }
 
 std::vector<std::string> nextSteps(const ImportResult& result) {
-  if (result.refused()) {
-    return {
-        "Nothing was imported. Correct the file or the mapping (`opnimp preview` shows both) "
-        "and import it again."};
-  }
-  if (result.isDryRun()) {
-    std::vector<std::string> steps{stepAfterDryRun(result)};
-    addAllowedDsTypes(result, steps);
+  std::vector<std::string> steps;
+  addStepsForEarlierRuns(result, steps);
+  if (const std::string step = stepForAll(result); !step.empty()) {
+    steps.push_back(step);
+    if (result.isDryRun()) addAllowedDsTypes(result, steps);
     return steps;
   }
-  if (const std::string step = stepAfterTakingBack(result); !step.empty()) return {step};
-  // Only an account that adds up can prove that nothing was imported.
-  if (result.account.addsUp()) {
-    if (const std::string step = stepWithNothingImported(result); !step.empty()) return {step};
-  }
-  std::vector<std::string> steps;
   if (!result.account.addsUp()) {
     steps.emplace_back(
         "Do not rely on this import: compare the database with the file before "

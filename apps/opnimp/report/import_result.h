@@ -10,6 +10,7 @@
 #include "apps/opnimp/audit/outcome.h"
 #include "apps/opnimp/cli/arguments.h"
 #include "apps/opnimp/cli/exit_status.h"
+#include "apps/opnimp/journal/resumption.h"
 #include "apps/opnimp/records/field_mapping.h"
 #include "apps/opnimp/records/input_records.h"
 #include "apps/opnimp/warnings/warnings.h"
@@ -33,14 +34,15 @@ struct ImportResult {
   std::uint64_t run = 0;                    ///< its number there
   std::uint64_t resumes = 0;                ///< the run that it goes on with; 0: none
   std::vector<std::size_t> setApart;        ///< records before its own that were left in doubt
-  std::vector<std::string> rejectFiles;     ///< paths written
-  std::string rejectsError;                 ///< why they could not be written
-  std::string reportFile;                   ///< path of the page written, if one was
-  std::string reportError;                  ///< why it could not be written
-  std::string user;                         ///< who ran it
-  std::string folder;                       ///< from which it ran: relative paths begin there
-  std::string fileHash;                     ///< SHA-256, in hexadecimal digits
-  Date began;                               ///< local time
+  std::vector<RefusedBefore> refusedBefore;  ///< by the runs that it goes on with
+  std::vector<std::string> rejectFiles;      ///< paths written
+  std::string rejectsError;                  ///< why they could not be written
+  std::string reportFile;                    ///< path of the page written, if one was
+  std::string reportError;                   ///< why it could not be written
+  std::string user;                          ///< who ran it
+  std::string folder;                        ///< from which it ran: relative paths begin there
+  std::string fileHash;                      ///< SHA-256, in hexadecimal digits
+  Date began;                                ///< local time
   Date ended;
 
   bool refused() const { return !refusal.empty(); }
@@ -52,6 +54,9 @@ struct ImportResult {
 std::string nameOf(Outcome outcome, const ImportResult& result);
 /// What the calls of records have made, such as "Notes posted".
 std::string effectName(std::string_view becomes, const ImportResult& result);
+
+/// How many records the run is of, and of which part of the file.
+std::string recordsText(const InputRecords& input);
 
 /// What the user should do now, a sentence each; never empty.
 std::vector<std::string> nextSteps(const ImportResult& result);

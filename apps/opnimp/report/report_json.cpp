@@ -8,6 +8,7 @@
 #include <span>
 #include <utility>
 
+#include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/report/json_document.h"
 #include "base/text.h"
 
@@ -147,29 +148,44 @@ void writeRecords(const ImportResult& result, std::ostream& out) {
   out << ']';
 }
 
+/// Null for a run of the whole file.
+Json partJson(const InputRecords& input) {
+  const LaterRecords* const part = asPart(input);
+  if (part == nullptr) return nullptr;
+  return {{std::string(part->placeWord()), part->place(0).line},
+          {"records", part->count()},
+          {"of", part->whole().count()}};
+}
+
 Json headJson(const ImportResult& result) {
-  return {{"command", "import"},
-          {"kind", result.arguments.kind->name},
-          {"status", result.status()},
-          {"file", result.arguments.file},
-          {"sha256", orNull(result.fileHash)},
-          {"began", formatIso(result.began)},
-          {"user", result.user},
-          {"database", result.database},
-          {"dryRun", result.isDryRun()},
-          {"accepted", result.arguments.accept},
-          {"refused", orNull(result.refusal)},
-          {"brokeOff", orNull(result.brokeOff)},
-          {"rejectsError", orNull(result.rejectsError)},
-          {"errorLog", result.errorLog},
-          {"journal", orNull(result.journal)},
-          {"run", result.run == 0 ? Json() : Json(result.run)},
-          {"resumes", result.resumes == 0 ? Json() : Json(result.resumes)},
-          {"setApart", result.setApart.size()},
-          {"mapping", mappingJson(result.mapping)},
-          {"warnings", warningsJson(result.warnings, result.input->placeWord())},
-          {"log", listOf(result.traces.runLines, lineJson)},
-          {"messages", listOf(result.traces.runMessages, messageJson)}};
+  return {
+      {"command", "import"},
+      {"kind", result.arguments.kind->name},
+      {"status", result.status()},
+      {"file", result.arguments.file},
+      {"sha256", orNull(result.fileHash)},
+      {"began", formatIso(result.began)},
+      {"user", result.user},
+      {"database", result.database},
+      {"dryRun", result.isDryRun()},
+      {"accepted", result.arguments.accept},
+      {"refused", orNull(result.refusal)},
+      {"brokeOff", orNull(result.brokeOff)},
+      {"rejectsError", orNull(result.rejectsError)},
+      {"errorLog", result.errorLog},
+      {"journal", orNull(result.journal)},
+      {"run", result.run == 0 ? Json() : Json(result.run)},
+      {"resumes", result.resumes == 0 ? Json() : Json(result.resumes)},
+      {"setApart", result.setApart.size()},
+      {"refusedBefore", listOf(result.refusedBefore,
+                               [](const RefusedBefore& refused) {
+                                 return Json{{"run", refused.run}, {"records", refused.records}};
+                               })},
+      {"part", partJson(*result.input)},
+      {"mapping", mappingJson(result.mapping)},
+      {"warnings", warningsJson(result.warnings, result.input->placeWord())},
+      {"log", listOf(result.traces.runLines, lineJson)},
+      {"messages", listOf(result.traces.runMessages, messageJson)}};
 }
 
 }  // namespace

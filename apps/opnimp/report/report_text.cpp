@@ -50,8 +50,8 @@ class TextReport {
   const ImportKind& kind() const { return *result_.arguments.kind; }
 
   void writeHead() {
-    out_ << "File:     " << printable(result_.arguments.file) << " ("
-         << counted(result_.input->count(), "record", "records") << ")\n"
+    out_ << "File:     " << printable(result_.arguments.file) << " (" << recordsText(*result_.input)
+         << ")\n"
          << "Database: " << printable(result_.database) << '\n';
     if (!result_.fileHash.empty()) out_ << "SHA-256:  " << result_.fileHash << '\n';
     if (!result_.journal.empty()) {

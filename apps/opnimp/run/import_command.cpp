@@ -174,6 +174,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     }
     result_.resumes = resumption.run->number;
     result_.setApart = resumption.doubtful;
+    result_.refusedBefore = resumption.refused;
     result_.input = std::make_unique<LaterRecords>(std::move(result_.input), resumption.next);
   }
 
@@ -280,7 +281,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     if (first == 0) prepareRun(readMapping(screen), end);
     endIfInterrupted();
     if (journal_ && first == 0) {
-      journal_->begin(result_, screenRecords_, report_, recorder_);
+      journal_->begin(result_, report_, recorder_);
     }
     began_ = true;
     // What the screen said of View and of --map is no answer to Import.
@@ -388,7 +389,12 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     result_.brokeOff = why;
     result_.ended = surroundings_.clock();
     drawUp();
-    if (journal_) journal_->end(result_, report_.ended());
+    endJournal();
+  }
+
+  void endJournal() {
+    if (!journal_) return;
+    journal_->end(result_, {report_.ended(), screenRecords_, recorder_.changes()});
   }
 
   void evaluate() {
@@ -401,7 +407,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       writeRejects();
     }
     result_.ended = surroundings_.clock();
-    if (journal_) journal_->end(result_, report_.ended());
+    endJournal();
   }
 
   void drawUp() {

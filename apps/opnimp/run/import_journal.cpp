@@ -54,9 +54,8 @@ void ImportJournal::identify(const ImportResult& result, const OpenDatabase& dat
   if (databaseId_.empty()) databaseId_ = result.database;
 }
 
-void ImportJournal::begin(ImportResult& result, std::optional<long long> screenRecords,
-                          ImportReport& report, const Recorder& recorder) {
-  const RunStart run = describe(result, screenRecords);
+void ImportJournal::begin(ImportResult& result, ImportReport& report, const Recorder& recorder) {
+  const RunStart run = describe(result);
   result.fileHash = hexText(run.fileHash);
   requireSameMapping(journal_.index, run);
   // Only opening balances: master data is imported again by design.
@@ -84,8 +83,7 @@ Resumption ImportJournal::resumption(const ImportResult& result) const {
                                          hashOf(readBytes(files, result.arguments.file))});
 }
 
-RunStart ImportJournal::describe(const ImportResult& result,
-                                 std::optional<long long> screenRecords) const {
+RunStart ImportJournal::describe(const ImportResult& result) const {
   const auto& runs = journal_.index.runs;
   NativeFileSystem files;
   RunStart run;
@@ -104,7 +102,6 @@ RunStart ImportJournal::describe(const ImportResult& result,
   run.errorLog = result.errorLog;
   run.accepted = result.arguments.accept;
   run.mapping = result.mapping;
-  run.screenRecords = screenRecords;
   run.oneTransaction = result.arguments.allOrNothing;
   run.resumes = result.resumes;
   run.setApart = result.setApart;
@@ -149,9 +146,9 @@ void ImportJournal::orEndRun(Write write) {
   });
 }
 
-void ImportJournal::end(ImportResult& result, bool completed) {
+void ImportJournal::end(ImportResult& result, const Ending& ending) {
   if (!run_) return;
-  trapErrors([&] { writeEnd(result, completed); },
+  trapErrors([&] { writeEnd(result, ending); },
              [&](const RuntimeError& error) { failure_ = cannotWrite(journal_.path, error); });
   if (!failure_.empty()) {
     result.brokeOff = failure_ + ". What the run did after that is in this report only";
@@ -159,10 +156,12 @@ void ImportJournal::end(ImportResult& result, bool completed) {
 }
 
 // A record that was cut off ends only now; of another one more may be known than when it ended.
-void ImportJournal::writeEnd(const ImportResult& result, bool completed) {
+void ImportJournal::writeEnd(const ImportResult& result, const Ending& ending) {
   const Traces& traces = result.traces;
   RunEnd end{result.ended,
-             completed,
+             ending.completed,
+             ending.screenRecords,
+             ending.changes,
              result.refusal,
              result.brokeOff,
              {},

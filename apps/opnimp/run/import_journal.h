@@ -34,10 +34,15 @@ class ImportJournal {
 
   /// Says that the run begins and from then on listens to `report`; both outlive the object. Raises
   /// Refused for a repetition, CannotOpen when it cannot be written.
-  void begin(ImportResult& result, std::optional<long long> screenRecords, ImportReport& report,
-             const Recorder& recorder);
+  void begin(ImportResult& result, ImportReport& report, const Recorder& recorder);
+  /// What is known of a run only when it has ended, and is not in its result.
+  struct Ending {
+    bool completed = false;
+    std::optional<long long> screenRecords;
+    Changes changes = Changes::Stand;
+  };
   /// Says how it ended, and of the records that it had no word of. A failure becomes the run's.
-  void end(ImportResult& result, bool completed);
+  void end(ImportResult& result, const Ending& ending);
 
  private:
   /// Where the recorder stood when a record began.
@@ -47,10 +52,10 @@ class ImportJournal {
     std::size_t messages = 0;
   };
 
-  RunStart describe(const ImportResult& result, std::optional<long long> screenRecords) const;
+  RunStart describe(const ImportResult& result) const;
   void listen(ImportReport& report, const Recorder& recorder);
   void recordEnds(std::size_t record, const ImportReport& report, const Recorder& recorder);
-  void writeEnd(const ImportResult& result, bool completed);
+  void writeEnd(const ImportResult& result, const Ending& ending);
   template <class Write>
   void orEndRun(Write write);
 

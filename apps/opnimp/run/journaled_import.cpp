@@ -84,6 +84,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   }
   result_.resumes = start.resumes;
   result_.setApart = start.setApart;
+  result_.refusedBefore = refusedBefore(journal.index, start.resumes);
   result_.mapping = start.mapping;
   result_.warnings =
       findWarnings(*result_.input, kind(), start.mapping, civilFromDate(start.time).year);
@@ -97,10 +98,20 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   result_.run = number;
   if (run_.end) result_.refusal = run_.end->refusal;
   result_.brokeOff = endOf(summary, run_);
+  settle();
   trace(summary);
   if (result_.refused()) return;
   result_.account = drawUpAccount({kind(), *result_.input, start.mapping, result_.traces,
-                                   start.screenRecords, run_.end && run_.end->completed});
+                                   run_.end ? run_.end->screenRecords : std::nullopt,
+                                   run_.end && run_.end->completed});
+}
+
+/// Calls are written down before it is known whether their transaction is kept.
+void JournaledImport::settle() {
+  const Changes open = run_.start.oneTransaction ? Changes::NotKnown : Changes::Stand;
+  const Changes changes = run_.end ? run_.end->changes : open;
+  for (RecordEnd& record : run_.records) settleCalls(record.calls, changes);
+  if (run_.end) settleCalls(run_.end->strays, changes);
 }
 
 void JournaledImport::trace(const RunSummary& summary) {

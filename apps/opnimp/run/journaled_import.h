@@ -22,6 +22,7 @@ class JournaledImport {
   ImportResult& result() { return result_; }
 
  private:
+  void settle();
   void trace(const RunSummary& summary);
 
   JournaledRun run_;
