@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <vector>
 
 #include "apps/host/company_tables.h"
@@ -93,11 +94,13 @@ void Tour::exportSalesmen(HWND screen, const std::wstring& path) {
   const std::wstring exported = places_.pictures + L"salesmen.xls";
   hands_->press(buttonNamed(screen, L"&Export DS"));
   answerFileDialog(exported, "export");
-  // It cannot be read before all of it is written.
+  // Only its size is asked for until it is complete: a file that is open cannot be replaced.
   waitFor("the exported file", [&] {
-    return trapErrors([&] { editSalesmen(fromWide(exported), fromWide(path)); },
-                      [](const RuntimeError&) {});
+    std::error_code missing;
+    const auto size = std::filesystem::file_size(exported, missing);
+    return !missing && size > 0;
   });
+  editSalesmen(fromWide(exported), fromWide(path));
   waitUntilIdle(screen);
 }
 
