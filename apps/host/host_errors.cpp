@@ -2,11 +2,11 @@
 
 namespace velk {
 
-RuntimeError explained(const RuntimeError& error, std::string_view whatFailed,
-                       std::string_view whatToDo) {
+RuntimeError explained(const RuntimeError& cause, std::string_view whatFailed,
+                       std::string_view remedy) {
   std::string story(whatFailed);
-  story.append("\n\n").append(error.description()).append("\n\n").append(whatToDo);
-  return {error.number(), story};
+  story.append("\n\n").append(cause.description()).append("\n\n").append(remedy);
+  return {cause.number(), story};
 }
 
 }  // namespace velk

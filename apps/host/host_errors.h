@@ -9,7 +9,7 @@
 namespace velk {
 
 /// The error with the whole story in its description, a paragraph each.
-RuntimeError explained(const RuntimeError& error, std::string_view whatFailed,
-                       std::string_view whatToDo);
+RuntimeError explained(const RuntimeError& cause, std::string_view whatFailed,
+                       std::string_view remedy);
 
 }  // namespace velk

@@ -126,8 +126,14 @@ void Tour::remap(HWND screen) {
 
 void Tour::import(const TourImport& what) {
   const std::string& name = what.picture;
-  hands_->press(buttonNamed(main_, what.button));
-  const HWND screen = host_.titled(what.title);
+  const auto open = [&] {
+    hands_->press(buttonNamed(main_, what.button));
+    return host_.titled(what.title);
+  };
+  HWND screen = nullptr;
+  // On a loaded machine a click can get lost while the host comes to the front: a user clicks
+  // again.
+  if (!trapErrors([&] { screen = open(); }, [](const RuntimeError&) {})) screen = open();
   picture(name + "-opened");
   if (what.typeTitle != nullptr) {
     hands_->choose(childOfClass(screen, L"ComboBox"), what.type);

@@ -99,8 +99,9 @@ void addStepsForEarlierRuns(const ImportResult& result, std::vector<std::string>
   }
   for (const RefusedBefore& refused : result.refusedBefore) {
     const std::string run = std::to_string(refused.run);
-    steps.push_back("Run " + run + " refused " + counted(refused.records, "record", "records") +
-                    ": `opnimp rejects " + run + " FILE` writes them to a file.");
+    std::string step = "Run " + run + " refused ";
+    step.append(counted(refused.records, "record", "records")).append(": `opnimp rejects ");
+    steps.push_back(step.append(run).append(" FILE` writes them to a file."));
   }
 }
 
