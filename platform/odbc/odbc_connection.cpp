@@ -38,6 +38,8 @@ class DriverConnection final : public OdbcConnection,
                                  const std::vector<CommandParameter>& parameters);
 
  private:
+  /// Empty where none is stored.
+  std::string storedIdentity();
   std::shared_ptr<Recordset> call(std::string_view name,
                                   const std::vector<CommandParameter>& parameters);
   bool isKnownToChangeNothing(std::string_view name, std::size_t parameters,
@@ -223,23 +225,27 @@ std::string DriverConnection::identity(bool mayStore) {
     const std::string database = session_.information(SQL_DATABASE_NAME);
     return server.empty() || database.empty() ? "" : server + "/" + database;
   }
-  // A database that takes nothing has no id: what writes to it will say why.
-  if (mayStore) {
-    trapErrors(
-        [&] {
-          for (const std::string_view statement : dialect.makeIdentity) {
-            session_.executeNative(statement);
-          }
-        },
-        [](const RuntimeError&) {});
-  }
+  std::string id = storedIdentity();
+  if (!id.empty() || !mayStore) return id;
+  const auto store = [&] {
+    for (const std::string_view statement : dialect.makeIdentity) session_.executeNative(statement);
+  };
+  trapErrors(store, [](const RuntimeError& error) {
+    // One that is locked takes it later, and would pass for another database then. One that takes
+    // nothing has no id: what writes to it will say why.
+    if (error.is(ErrorNumber::ProviderTimeout)) throw RuntimeError(error);
+  });
+  return storedIdentity();
+}
+
+std::string DriverConnection::storedIdentity() {
   std::string id;
   const auto read = [&] {
-    const auto row = Execute(dialect.identityQuery);
+    const auto row = Execute(session_.dialect().identityQuery);
     if (!row->isEOF()) id = toText(row->field(0));
   };
   // Without the table there is no id.
-  trapErrors(read, [&](const RuntimeError& error) {
+  trapErrors(read, [](const RuntimeError& error) {
     if (!error.is(ErrorNumber::NoSuchTable)) throw RuntimeError(error);
   });
   return id;

@@ -86,6 +86,12 @@ struct Traces {
   std::vector<const RecordedMessage*> runMessages;
 };
 
+/// Adds pointers to the items from a position on.
+template <class Item>
+void pointTo(std::vector<const Item*>& to, const std::vector<Item>& items, std::size_t from = 0) {
+  for (; from < items.size(); ++from) to.push_back(&items[from]);
+}
+
 /// Adds to each record what is read of it otherwise than written.
 void addReadings(std::vector<RecordTrace>& records, std::span<const Warning> warnings);
 

@@ -127,6 +127,9 @@ class Recorder : private ErrorLog {
   void callFailed(std::size_t call, const RuntimeError& error, const Connection& connection);
   /// Throws RunEnded when the call was to post in a transaction, and that is not open any more.
   void checkTransaction(std::size_t call);
+  /// Throws RunEnded after an error that leaves no sense in a further call: an interrupt, a lost
+  /// connection, a database that did not answer in time.
+  void endIfHopeless(const RuntimeError& error, const Connection& connection);
   /// Notes that a call was refused before anything was sent.
   void callRefused(std::size_t call, const RuntimeError& error);
 
@@ -135,7 +138,6 @@ class Recorder : private ErrorLog {
   void append(std::string_view line) override;
 
   static CallResult resultOfFailure(const RecordedCall& call, const Connection& connection);
-  void endIfHopeless(const RuntimeError& error, const Connection& connection);
 
   const Mode mode_;
   RunGate gate_;

@@ -1,7 +1,8 @@
 #include "apps/opnimp/journal/repetition.h"
 
+#include <algorithm>
 #include <map>
-#include <set>
+#include <vector>
 
 #include "apps/opnimp/cli/printable.h"
 
@@ -12,24 +13,6 @@ namespace {
 /// What importing again could post twice.
 bool isInDatabase(Outcome outcome) {
   return isPosted(outcome) || isDoubtful(outcome);
-}
-
-std::size_t countInDatabase(const RunSummary& run) {
-  std::size_t count = 0;
-  for (std::size_t record = 0; record < run.outcomes.size(); ++record) {
-    if (isInDatabase(run.outcome(record))) ++count;
-  }
-  return count;
-}
-
-/// The runs that a run goes on with, the one before and those before that one.
-std::set<std::uint64_t> resumedRuns(const RunIndex& index, std::uint64_t number) {
-  std::set<std::uint64_t> runs;
-  for (const RunSummary* run = index.find(number); run != nullptr;
-       run = index.find(run->start.resumes)) {
-    if (!runs.insert(run->start.number).second) break;
-  }
-  return runs;
 }
 
 std::string fileText(const RunSummary& run, std::size_t count) {
@@ -47,16 +30,16 @@ std::string fileText(const RunSummary& run, std::size_t count) {
 }
 
 /// Each hash with the first run that posted it.
-std::map<Digest, std::uint64_t> postedRecords(const RunSummary& run,
-                                              std::map<Digest, std::uint64_t> posted) {
+using PostedRecords = std::map<Digest, std::uint64_t>;
+
+void addPosted(const RunSummary& run, PostedRecords& posted) {
   for (std::size_t record = 0; record < run.outcomes.size(); ++record) {
     if (!isInDatabase(run.outcome(record))) continue;
     posted.try_emplace(run.start.records[record].hash, run.start.number);
   }
-  return posted;
 }
 
-std::string recordsText(const std::map<Digest, std::uint64_t>& posted, const RunStart& run,
+std::string recordsText(const PostedRecords& posted, const RunStart& run,
                         std::string_view placeWord) {
   constexpr std::size_t mostNamed = 10;
   std::string places;
@@ -80,15 +63,15 @@ std::string recordsText(const std::map<Digest, std::uint64_t>& posted, const Run
 
 std::string repetitionRefusal(const RunIndex& index, const RunStart& run,
                               std::string_view placeWord) {
-  const std::set<std::uint64_t> resumed = resumedRuns(index, run.resumes);
-  std::map<Digest, std::uint64_t> posted;
+  const std::vector<const RunSummary*> resumed = index.chain(run.resumes);
+  PostedRecords posted;
   for (const RunSummary& earlier : index.runs) {
     const RunStart& start = earlier.start;
     if (start.databaseId != run.databaseId || start.kind != run.kind) continue;
-    if (resumed.contains(start.number)) continue;
-    const std::size_t count = countInDatabase(earlier);
+    if (std::ranges::count(resumed, &earlier) > 0) continue;
+    const std::size_t count = earlier.count(isInDatabase);
     if (start.fileHash == run.fileHash && count > 0) return fileText(earlier, count);
-    posted = postedRecords(earlier, std::move(posted));
+    addPosted(earlier, posted);
   }
   return recordsText(posted, run, placeWord);
 }

@@ -11,33 +11,19 @@ namespace {
 /// The first record that the run did not reach, by its place in the run. One that was taken back
 /// has reached none: nothing of it stays.
 std::size_t firstNotReached(const RunSummary& run) {
+  if (run.count([](Outcome outcome) { return outcome == Outcome::TakenBack; }) > 0) return 0;
   std::size_t next = run.outcomes.size();
-  for (std::size_t record = 0; record < next; ++record) {
-    if (run.outcome(record) == Outcome::TakenBack) return 0;
-  }
   while (next > 0 && run.outcome(next - 1) == Outcome::NotReached) --next;
   return next;
-}
-
-std::size_t countRefused(const RunSummary& run) {
-  std::size_t count = 0;
-  for (std::size_t record = 0; record < run.outcomes.size(); ++record) {
-    if (isRefused(run.outcome(record))) ++count;
-  }
-  return count;
 }
 
 }  // namespace
 
 std::vector<RefusedBefore> refusedBefore(const RunIndex& index, std::uint64_t number) {
   std::vector<RefusedBefore> refused;
-  const RunSummary* run = index.find(number);
-  while (run != nullptr) {
-    const std::size_t count = run->ended ? 0 : countRefused(*run);
+  for (const RunSummary* run : index.chain(number)) {
+    const std::size_t count = run->ended ? 0 : run->count(isRefused);
     if (count > 0) refused.push_back({run->start.number, count});
-    // A run goes on with earlier ones only: whatever a journal says, this ends.
-    const bool hasEarlier = run->start.resumes < run->start.number;
-    run = hasEarlier ? index.find(run->start.resumes) : nullptr;
   }
   return refused;
 }

@@ -80,10 +80,30 @@ Outcome RunSummary::outcome(std::size_t record) const {
   return doubtful ? Outcome::Unknown : Outcome::NotReached;
 }
 
+std::size_t RunSummary::count(bool (*isOfSort)(Outcome)) const {
+  std::size_t count = 0;
+  for (std::size_t record = 0; record < outcomes.size(); ++record) {
+    if (isOfSort(outcome(record))) ++count;
+  }
+  return count;
+}
+
 const RunSummary* RunIndex::find(std::uint64_t number) const {
   const auto found =
       std::ranges::find(runs, number, [](const RunSummary& run) { return run.start.number; });
   return found == runs.end() ? nullptr : &*found;
+}
+
+std::vector<const RunSummary*> RunIndex::chain(std::uint64_t number) const {
+  std::vector<const RunSummary*> chain;
+  const RunSummary* run = find(number);
+  while (run != nullptr) {
+    chain.push_back(run);
+    // A run goes on with earlier ones only: whatever a journal says, this ends.
+    const bool hasEarlier = run->start.resumes < run->start.number;
+    run = hasEarlier ? find(run->start.resumes) : nullptr;
+  }
+  return chain;
 }
 
 RunIndex readIndex(const KeptFile& file, const std::string& machineStart) {

@@ -28,6 +28,8 @@ struct RunSummary {
 
   /// Unknown for a record that was begun and did not end, or of which that may be lost.
   Outcome outcome(std::size_t record) const;
+  /// How many records have an outcome of a sort.
+  std::size_t count(bool (*isOfSort)(Outcome)) const;
   /// The first record that was not begun for certain.
   std::size_t nextRecord() const;
 };
@@ -39,6 +41,8 @@ struct RunIndex {
 
   /// Null when there is none of that number.
   const RunSummary* find(std::uint64_t number) const;
+  /// That run and all that it goes on with, the latest first.
+  std::vector<const RunSummary*> chain(std::uint64_t number) const;
 };
 
 /// `machineStart`: as it is now. Errors: as readEntries.

@@ -16,7 +16,7 @@ class CsvRecords final : public InputRecords {
  public:
   explicit CsvRecords(std::string bytes);
 
-  const std::string& bytes() const { return bytes_; }
+  std::string_view bytes() const override { return bytes_; }
   std::string_view header() const { return bytesOf(header_); }
   std::string_view bytesOf(std::size_t record) const { return bytesOf(records_[record]); }
   /// True if it is no text at all, but of the .xls or .xlsx format.

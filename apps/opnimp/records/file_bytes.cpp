@@ -22,6 +22,13 @@ std::string fileErrorText(const std::string& path, const RuntimeError& error) {
   return std::filesystem::is_directory(path, unknown) ? "it is a folder" : error.description();
 }
 
+void requireNoFile(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return;
+  throw UsageError("there is a file " + path +
+                   " already, and it is never replaced; move it first, or choose another name");
+}
+
 void writeFile(FileSystem& files, std::string_view path, std::string_view bytes) {
   const auto file = files.openReplacement(path);
   file->write(bytes);

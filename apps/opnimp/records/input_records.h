@@ -39,6 +39,8 @@ class InputRecords {
 
   /// Why a file of this kind is refused for what it is or for its columns; empty when it is not.
   virtual std::string refusal(const ImportKind& kind) const = 0;
+  /// The whole file.
+  virtual std::string_view bytes() const = 0;
   /// Rows that contain data and are no records, since reading ends before them.
   virtual std::vector<std::size_t> unreadRows() const { return {}; }
 

@@ -10,7 +10,7 @@ namespace velk {
 
 class LaterRecords final : public InputRecords {
  public:
-  /// `first` is no greater than the number of records.
+  /// `first` is above 0, and below the number of records.
   LaterRecords(std::unique_ptr<const InputRecords> whole, std::size_t first)
       : whole_(std::move(whole)), first_(first) {}
 
@@ -25,6 +25,7 @@ class LaterRecords final : public InputRecords {
   }
   std::string refusal(const ImportKind& kind) const override { return whole_->refusal(kind); }
   std::vector<std::size_t> unreadRows() const override { return whole_->unreadRows(); }
+  std::string_view bytes() const override { return whole_->bytes(); }
   void write(FileSystem& files, std::string_view path,
              std::span<const std::size_t> records) const override {
     std::vector<std::size_t> shifted(records.begin(), records.end());
@@ -39,8 +40,7 @@ class LaterRecords final : public InputRecords {
 
 /// Null unless these are records of a file of which others stand before them.
 inline const LaterRecords* asPart(const InputRecords& input) {
-  const auto* const later = dynamic_cast<const LaterRecords*>(&input);
-  return later != nullptr && later->first() > 0 && later->count() > 0 ? later : nullptr;
+  return dynamic_cast<const LaterRecords*>(&input);
 }
 
 }  // namespace velk

@@ -1,5 +1,7 @@
 #include "apps/opnimp/records/workbook_records.h"
 
+#include <utility>
+
 #include "apps/opnimp/records/file_bytes.h"
 #include "base/errors.h"
 #include "base/text.h"
@@ -18,9 +20,9 @@ std::string quotedCell(const std::string& text) {
 WorkbookRecords::WorkbookRecords(FileSystem& files, std::string_view path)
     : WorkbookRecords(readBytes(files, path)) {}
 
-WorkbookRecords::WorkbookRecords(std::string_view bytes) {
+WorkbookRecords::WorkbookRecords(std::string bytes) : bytes_(std::move(bytes)) {
   try {
-    sheet_ = readXls(bytes);
+    sheet_ = readXls(bytes_);
   } catch (const RuntimeError& error) {
     // Not passed on: a file of another format can be read, but is refused.
     damage_ = error.description();

@@ -16,7 +16,7 @@ class WorkbookRecords final : public InputRecords {
 
   /// Errors: as readBytes. A file of another format is one that is refused.
   WorkbookRecords(FileSystem& files, std::string_view path);
-  explicit WorkbookRecords(std::string_view bytes);
+  explicit WorkbookRecords(std::string bytes);
 
   /// True when the file is a workbook with the captions that it needs.
   bool hasCaptions() const;
@@ -33,6 +33,7 @@ class WorkbookRecords final : public InputRecords {
   std::vector<std::string> fields(std::size_t record, std::size_t most) const override;
   std::string refusal(const ImportKind& kind) const override;
   std::vector<std::size_t> unreadRows() const override;
+  std::string_view bytes() const override { return bytes_; }
   /// A workbook with the seven columns, all cells being texts, and with the file's pick lists.
   void write(FileSystem& files, std::string_view path,
              std::span<const std::size_t> records) const override;
@@ -43,6 +44,7 @@ class WorkbookRecords final : public InputRecords {
   std::size_t countRecords() const;
   std::string captionFaults() const;
 
+  std::string bytes_;
   std::unique_ptr<WorksheetReader> sheet_;  // null: the file is no workbook
   std::string damage_;                      // why it is none
   std::size_t count_ = 0;

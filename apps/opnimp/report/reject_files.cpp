@@ -17,16 +17,9 @@ namespace velk {
 
 namespace {
 
-/// Does what may fail for the file at `path`.
 template <class Action>
-void attempt(const std::string& path, Action action) {
-  try {
-    action();
-  } catch (const RuntimeError& error) {
-    throw CannotOpen("the rejects file " + path +
-                     " cannot be written: " + fileErrorText(path, error) +
-                     ". Check --rejects, its folder and the space there");
-  }
+void writingRejects(const std::string& path, Action action) {
+  writing("the rejects file", path, "--rejects", action);
 }
 
 std::vector<std::size_t> recordsOf(const Traces& traces, bool (*chosen)(Outcome)) {
@@ -56,14 +49,6 @@ bool isNotReached(Outcome outcome) {
   return outcome == Outcome::NotReached;
 }
 
-/// Records that nobody has looked at yet must not be written over.
-void requireMoved(const std::string& path) {
-  std::error_code error;
-  // What is no file cannot be written over, and is refused where it is opened.
-  if (!std::filesystem::is_regular_file(path, error)) return;
-  throw UsageError("there is a file " + path + " already; move it first, or choose another name");
-}
-
 /// A name for a file of this run's own, made for it or not at all.
 class Claim {
  public:
@@ -90,7 +75,7 @@ class Claim {
 void writeDoubtful(FileSystem& files, const std::string& path, const InputRecords& input,
                    const std::vector<std::size_t>& doubtful,
                    std::span<const std::size_t> setApart) {
-  const auto* const later = dynamic_cast<const LaterRecords*>(&input);
+  const LaterRecords* const later = asPart(input);
   if (later == nullptr) return input.write(files, path, doubtful);
   std::vector<std::size_t> records(setApart.begin(), setApart.end());
   for (const std::size_t record : doubtful) records.push_back(later->first() + record);
@@ -106,10 +91,12 @@ std::vector<std::string> RejectFiles::touched(const std::string& path, FileForma
 
 RejectFiles::RejectFiles(const std::string& path, FileFormat format, bool dryRun)
     : paths_(touched(path, format)), dryRun_(dryRun) {
-  for (const std::string& target : paths_) requireMoved(target);
+  // Records that nobody has looked at yet must not be written over.
+  for (const std::string& target : paths_) requireNoFile(target);
   NativeFileSystem files;
   // A replacement that is never closed changes nothing.
-  for (const std::string& target : paths_) attempt(target, [&] { files.openReplacement(target); });
+  for (const std::string& target : paths_)
+    writingRejects(target, [&] { files.openReplacement(target); });
 }
 
 // Each for itself: one that fails must not cost the others.
@@ -119,7 +106,7 @@ RejectFiles::Written RejectFiles::write(const InputRecords& input, const Traces&
   Written written;
   const auto put = [&](const std::string& path, const auto& writeIt) {
     try {
-      attempt(path, [&] {
+      writingRejects(path, [&] {
         Claim claim(path);
         writeIt();
         claim.keep();

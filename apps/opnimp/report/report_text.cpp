@@ -176,6 +176,8 @@ class TextReport {
       out_ << "Error log: not written in a dry run\n";
       return;
     }
+    // A run that ended before its screen opened has none.
+    if (result_.errorLog.empty()) return;
     out_ << "Error log: " << printable(result_.errorLog) << '\n';
     const Lines unwritten = unwrittenLines(result_.traces);
     if (unwritten.empty()) return;

@@ -115,9 +115,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     DatabaseChoice choice = chooseDatabase(arguments().database, surroundings_);
     if (arguments().waitSeconds) choice.options.commandTimeoutSeconds = *arguments().waitSeconds;
     result_.database = choice.shown;
-    prepareRejects(choice);
-    prepareReport(choice);
-    prepareJournal(choice);
+    prepareOutputs(choice);
     result_.user = surroundings_.user();
     result_.folder = applicationFolder({});
     result_.began = surroundings_.clock();
@@ -129,38 +127,21 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     };
   }
 
-  /// The rejects must not take the place of what they come from.
-  void prepareRejects(const DatabaseChoice& database) {
-    const std::optional<std::string>& path = arguments().rejects;
-    if (!path) return;
-    checkWrites({"--rejects", *path, RejectFiles::touched(*path, kind().format)}, database, folder_,
-                arguments().file);
-    // Tried before the run, because after it the refused records would have no place to go.
-    rejects_.emplace(*path, kind().format, arguments().dryRun);
-  }
-
-  void prepareReport(const DatabaseChoice& database) {
-    const std::optional<std::string>& path = arguments().report;
-    if (!path) return;
-    checkWrites({"--report", *path, {*path}}, database, folder_, arguments().file);
-    if (arguments().rejects) {
-      for (const std::string& file : RejectFiles::touched(*arguments().rejects, kind().format)) {
-        if (isSameFile(*path, file)) throw UsageError("--report and --rejects name one file");
-      }
+  /// What is written must not take the place of what it comes from, nor of each other.
+  void prepareOutputs(const DatabaseChoice& database) {
+    const std::string journal = chooseJournal(arguments().journal, surroundings_);
+    const std::optional<std::string>& rejects = arguments().rejects;
+    const std::optional<std::string>& report = arguments().report;
+    std::vector<Writes> writes{{"--journal", journal, {journal}}};
+    if (rejects) {
+      writes.push_back({"--rejects", *rejects, RejectFiles::touched(*rejects, kind().format)});
     }
-    checkReportFile(*path);
-  }
-
-  void prepareJournal(const DatabaseChoice& database) {
-    const std::string path = chooseJournal(arguments().journal, surroundings_);
-    checkWrites({"--journal", path, {path}}, database, folder_, arguments().file);
-    std::vector<std::string> others;
-    if (arguments().rejects) others = RejectFiles::touched(*arguments().rejects, kind().format);
-    if (arguments().report) others.push_back(*arguments().report);
-    for (const std::string& file : others) {
-      if (isSameFile(path, file)) throw UsageError("--journal names a file of another option");
-    }
-    journal_.emplace(path, arguments(), surroundings_, streams_.err);
+    if (report) writes.push_back({"--report", *report, {*report}});
+    checkWrites(writes, database, folder_, arguments().file);
+    // Tried before the run, because after it what they are for would have no place to go.
+    if (rejects) rejects_.emplace(*rejects, kind().format, arguments().dryRun);
+    if (report) checkReportFile(*report);
+    journal_.emplace(journal, arguments(), surroundings_, streams_.err);
   }
 
   /// Leaves out the records that the run reached which is to be resumed: the screen views the
@@ -175,6 +156,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     result_.resumes = resumption.run->number;
     result_.setApart = resumption.doubtful;
     result_.refusedBefore = resumption.refused;
+    if (resumption.next == 0) return;
     result_.input = std::make_unique<LaterRecords>(std::move(result_.input), resumption.next);
   }
 
@@ -189,21 +171,20 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   }
 
   void drive() {
-    RunGate& gate = recorder_.gate();
-    if (journal_) gate.pass([&] { journal_->identify(result_, database_); });
-    if (arguments().resume) takeUp();
-    progress_.setTotal(result_.input->count());
-    // Declared before the session, so that the screen is gone when the transaction is taken back.
+    // Declared first, so that the screen is gone when the transaction is taken back.
     std::optional<DryRun> dryRun;
-    if (arguments().dryRun) gate.pass([&] { dryRun.emplace(database_); });
     std::optional<WholeRun> whole;
-    if (arguments().allOrNothing && !arguments().dryRun) {
-      gate.pass([&] { whole.emplace(database_, recorder_); });
-    }
     try {
-      std::size_t first = 0;
-      do first = driveScreen(first);
-      while (result_.brokeOff.empty() && !wasRefused() && first < result_.input->count());
+      if (journal_) identify();
+      if (arguments().resume) takeUp();
+      progress_.setTotal(result_.input->count());
+      RunGate& gate = recorder_.gate();
+      if (arguments().dryRun) {
+        gate.pass([&] { dryRun.emplace(database_); });
+      } else if (arguments().allOrNothing) {
+        gate.pass([&] { whole.emplace(database_, recorder_); });
+      }
+      driveScreens();
     } catch (const Refused& refused) {
       // What earlier screens posted is posted.
       (report_.begun() == 0 ? result_.refusal : result_.brokeOff) = refused.what();
@@ -214,6 +195,23 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     tellOfLog();
     // A run that was refused early has no warnings yet, although they may explain the refusal.
     if (!began_ && result_.warnings.empty()) findWarningsNow();
+  }
+
+  /// A database of which it is not known which one it is could take the same records twice.
+  void identify() {
+    const auto ask = [this] { journal_->identify(result_, database_); };
+    trapErrors([&] { recorder_.gate().pass(ask); },
+               [this](const RuntimeError& error) {
+                 recorder_.endIfHopeless(error, *database_.connection);
+                 throw CannotOpen("the database " + result_.database +
+                                  " could not be told from others: " + error.description());
+               });
+  }
+
+  void driveScreens() {
+    std::size_t first = 0;
+    do first = driveScreen(first);
+    while (result_.brokeOff.empty() && !wasRefused() && first < result_.input->count());
   }
 
   /// Imports as many records from `first` on as a screen takes, and answers which is the next.
@@ -236,8 +234,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   /// What the screen is to find in the file; empty for all that the file itself holds, so that the
   /// runner's own reading is checked against the screen's.
   std::optional<ShadowFile> partOf(std::size_t first, std::size_t end) const {
-    const bool isLater = dynamic_cast<const LaterRecords*>(result_.input.get()) != nullptr;
-    if (first == 0 && end == result_.input->count() && !isLater) return {};
+    const bool isWhole = end - first == result_.input->count() && asPart(*result_.input) == nullptr;
+    if (isWhole) return {};
     std::vector<std::size_t> records(end - first);
     std::iota(records.begin(), records.end(), first);
     std::optional<ShadowFile> part(arguments().file);

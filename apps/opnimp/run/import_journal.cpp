@@ -6,9 +6,7 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/journal/record_hash.h"
 #include "apps/opnimp/journal/repetition.h"
-#include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/records/later_records.h"
-#include "platform/native/native_files.h"
 
 namespace velk {
 
@@ -16,12 +14,6 @@ namespace {
 
 std::string cannotWrite(const std::string& path, const RuntimeError& error) {
   return "the journal " + path + " could not be written: " + error.description();
-}
-
-/// What came since a mark.
-template <class Item>
-void pointTo(std::vector<const Item*>& to, const std::vector<Item>& items, std::size_t from) {
-  for (; from < items.size(); ++from) to.push_back(&items[from]);
 }
 
 /// Records are known again by what is mapped: with other columns they would be other ones.
@@ -78,14 +70,12 @@ void ImportJournal::begin(ImportResult& result, ImportReport& report, const Reco
 }
 
 Resumption ImportJournal::resumption(const ImportResult& result) const {
-  NativeFileSystem files;
-  return findResumption(journal_.index, {result.arguments.kind->name, databaseId_,
-                                         hashOf(readBytes(files, result.arguments.file))});
+  return findResumption(journal_.index,
+                        {result.arguments.kind->name, databaseId_, hashOf(result.input->bytes())});
 }
 
 RunStart ImportJournal::describe(const ImportResult& result) const {
   const auto& runs = journal_.index.runs;
-  NativeFileSystem files;
   RunStart run;
   run.number = runs.empty() ? 1 : runs.back().start.number + 1;
   run.time = result.began;
@@ -95,7 +85,7 @@ RunStart ImportJournal::describe(const ImportResult& result) const {
   run.machineStart = surroundings_.machineStart;
   run.kind = result.arguments.kind->name;
   run.file = result.arguments.file;
-  run.fileBytes = readBytes(files, run.file);
+  run.fileBytes = result.input->bytes();
   run.fileHash = hashOf(run.fileBytes);
   run.database = result.database;
   run.databaseId = databaseId_;
@@ -105,7 +95,7 @@ RunStart ImportJournal::describe(const ImportResult& result) const {
   run.oneTransaction = result.arguments.allOrNothing;
   run.resumes = result.resumes;
   run.setApart = result.setApart;
-  const auto* const later = dynamic_cast<const LaterRecords*>(result.input.get());
+  const LaterRecords* const later = asPart(*result.input);
   if (later != nullptr) run.firstRecord = later->first();
   run.records = hashRecords(*result.arguments.kind, *result.input, result.mapping,
                             civilFromDate(run.time).year);

@@ -1,7 +1,5 @@
 #include "apps/opnimp/run/journal_commands.h"
 
-#include <filesystem>
-
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/journal/reversal.h"
@@ -24,13 +22,6 @@ OpenJournal journalOf(const Arguments& arguments, const Streams& streams,
                       const Surroundings& surroundings) {
   return openJournal(chooseJournal(arguments.journal, surroundings), KeptFor::Reading, surroundings,
                      streams.err);
-}
-
-/// New files only, so that nothing is lost by a name that was mistyped.
-void requireNew(const std::string& path) {
-  std::error_code error;
-  if (!std::filesystem::exists(path, error)) return;
-  throw UsageError("there is a file " + path + " already; choose another name");
 }
 
 Reversal reversalOf(JournaledImport& run) {
@@ -75,16 +66,12 @@ ExitStatus runReport(const Arguments& arguments, const Streams& streams,
 
 ExitStatus runReversal(const Arguments& arguments, const Streams& streams,
                        const Surroundings& surroundings) {
-  requireNew(arguments.file);
+  requireNoFile(arguments.file);
   JournaledImport run(journalOf(arguments, streams, surroundings), arguments.run);
   const Reversal reversal = reversalOf(run);
-  try {
-    NativeFileSystem files;
-    writeFile(files, arguments.file, reversal.text);
-  } catch (const RuntimeError& error) {
-    throw CannotOpen("the file " + arguments.file + " could not be written: " +
-                     error.description() + ". Check the path and its permissions");
-  }
+  NativeFileSystem files;
+  writing("the file", arguments.file, "its name",
+          [&] { writeFile(files, arguments.file, reversal.text); });
   streams.out << "Written:   " << printable(arguments.file) << " ("
               << counted(reversal.count, "document", "documents") << ")\n"
               << "Next:      Import it into the same database, as " << run.kind().name << ".\n";

@@ -51,11 +51,6 @@ const RecordReport& inDoubt() {
   return said;
 }
 
-template <class Item>
-void pointTo(std::vector<const Item*>& to, const std::vector<Item>& items) {
-  for (const Item& item : items) to.push_back(&item);
-}
-
 std::string endOf(const RunSummary& summary, const JournaledRun& run) {
   if (run.end) return run.end->brokeOff;
   return summary.powerLost ? "it did not end by itself, and the machine was started anew since: as "
@@ -73,14 +68,16 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
     throw CannotOpen("the journal " + journal.path + " could not be read: " + error.description());
   }
   const RunStart& start = run_.start;
+  result_.journal = journal.path;
+  result_.run = number;
   result_.arguments.kind = &kindOf(start);
   result_.arguments.file = start.file;
   result_.arguments.accept = start.accepted;
   result_.database = start.database;
   result_.input = recordsOf(kind(), start.fileBytes);
   if (start.firstRecord > 0) {
-    const std::size_t first = std::min(start.firstRecord, result_.input->count());
-    result_.input = std::make_unique<LaterRecords>(std::move(result_.input), first);
+    requireAgreement(start.firstRecord < result_.input->count());
+    result_.input = std::make_unique<LaterRecords>(std::move(result_.input), start.firstRecord);
   }
   result_.resumes = start.resumes;
   result_.setApart = start.setApart;
@@ -94,8 +91,6 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   result_.fileHash = hexText(start.fileHash);
   result_.began = start.time;
   if (run_.end) result_.ended = run_.end->time;
-  result_.journal = journal.path;
-  result_.run = number;
   if (run_.end) result_.refusal = run_.end->refusal;
   result_.brokeOff = endOf(summary, run_);
   settle();
@@ -104,6 +99,12 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   result_.account = drawUpAccount({kind(), *result_.input, start.mapping, result_.traces,
                                    run_.end ? run_.end->screenRecords : std::nullopt,
                                    run_.end && run_.end->completed});
+}
+
+void JournaledImport::requireAgreement(bool agrees) const {
+  if (agrees) return;
+  throw CannotOpen("the journal " + result_.journal + " contradicts itself about run " +
+                   std::to_string(result_.run));
 }
 
 /// Calls are written down before it is known whether their transaction is kept.
@@ -118,10 +119,7 @@ void JournaledImport::trace(const RunSummary& summary) {
   static const RecordReport nothingSaid;
   Traces& traces = result_.traces;
   traces.records.resize(result_.input->count());
-  if (traces.records.size() != summary.outcomes.size()) {
-    throw CannotOpen("the journal " + result_.journal + " contradicts itself about run " +
-                     std::to_string(result_.run));
-  }
+  requireAgreement(traces.records.size() == summary.outcomes.size());
   addReadings(traces.records, result_.warnings);
   for (const RecordEnd& ended : run_.records) {
     RecordTrace& trace = traces.records.at(ended.record);

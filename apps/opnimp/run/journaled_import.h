@@ -22,6 +22,7 @@ class JournaledImport {
   ImportResult& result() { return result_; }
 
  private:
+  void requireAgreement(bool agrees) const;
   void settle();
   void trace(const RunSummary& summary);
 

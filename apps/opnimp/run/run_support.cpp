@@ -1,5 +1,6 @@
 #include "apps/opnimp/run/run_support.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -36,14 +37,14 @@ std::unique_ptr<const InputRecords> fromLine(std::unique_ptr<const InputRecords>
   if (arguments.fromLine == 1) return whole;
   std::size_t first = 0;
   while (first < whole->count() && whole->place(first).line < arguments.fromLine) ++first;
+  if (first == 0 && whole->count() > 0) return whole;
   if (first < whole->count()) return std::make_unique<LaterRecords>(std::move(whole), first);
   throw UsageError("--from-line: no record of " + arguments.file + " begins at " +
                    std::string(whole->placeWord()) + " " + grouped(arguments.fromLine) +
                    " or behind it");
 }
 
-}  // namespace
-
+/// Whether both paths lead to the same file; also for files that do not exist yet.
 bool isSameFile(const std::string& a, const std::string& b) {
   std::error_code error;
   // The system knows all links to a file; a file that does not exist yet has only its path.
@@ -53,6 +54,15 @@ bool isSameFile(const std::string& a, const std::string& b) {
   const fs::path second = fs::weakly_canonical(b, error);
   return error ? a == b : first == second;
 }
+
+bool haveSameFile(const Writes& a, const Writes& b) {
+  return std::ranges::any_of(a.paths, [&](const std::string& path) {
+    return std::ranges::any_of(b.paths,
+                               [&](const std::string& other) { return isSameFile(path, other); });
+  });
+}
+
+}  // namespace
 
 std::string applicationFolder(const std::optional<std::string>& option) {
   std::error_code error;
@@ -81,6 +91,18 @@ void checkWrites(const Writes& writes, const DatabaseChoice& database, const std
   // Protected even if it does not exist yet, because the run may create it.
   protect(folder + pathSeparator + "Error.log", "the error log");
   for (const std::string& file : databaseFiles(database.path)) protect(file, "the database");
+}
+
+void checkWrites(const std::vector<Writes>& several, const DatabaseChoice& database,
+                 const std::string& folder, const std::string& input) {
+  for (std::size_t i = 0; i < several.size(); ++i) {
+    checkWrites(several[i], database, folder, input);
+    for (std::size_t j = 0; j < i; ++j) {
+      if (!haveSameFile(several[i], several[j])) continue;
+      throw UsageError(std::string(several[i].writer).append(" and ").append(several[j].writer) +
+                       " name one file");
+    }
+  }
 }
 
 std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {

@@ -23,9 +23,6 @@ std::unique_ptr<const InputRecords> readInput(const Arguments& arguments);
 /// The folder of the error log: absolute, without a separator at its end. Raises CannotOpen.
 std::string applicationFolder(const std::optional<std::string>& option);
 
-/// Whether both paths lead to the same file; also for files that do not exist yet.
-bool isSameFile(const std::string& a, const std::string& b);
-
 struct Writes {
   std::string_view writer;         ///< as the user knows it, such as "--rejects"
   std::string named;               ///< the path that the user gave
@@ -34,6 +31,9 @@ struct Writes {
 /// Raises UsageError when one of them is the database, the error log or the file to import.
 void checkWrites(const Writes& writes, const DatabaseChoice& database, const std::string& folder,
                  const std::string& input);
+/// The same of several, of which no two may name one file.
+void checkWrites(const std::vector<Writes>& several, const DatabaseChoice& database,
+                 const std::string& folder, const std::string& input);
 
 /// That nothing was done, since the memory does not hold the file.
 std::string tooLarge(const std::string& path);

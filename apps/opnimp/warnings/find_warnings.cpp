@@ -60,7 +60,7 @@ std::vector<Warning> foundFrom(std::size_t first, bool isLong, std::vector<Warni
 std::vector<Warning> findWarnings(const InputRecords& input, const ImportKind& kind,
                                   const std::vector<FieldMapping>& mapping, int currentYear) {
   // The whole file first: a row can be equal to one that is left out.
-  if (const auto* const later = dynamic_cast<const LaterRecords*>(&input)) {
+  if (const LaterRecords* const later = asPart(input)) {
     return foundFrom(later->first(), later->count() > kind.largestRecordCount,
                      findWarnings(later->whole(), kind, mapping, currentYear));
   }
