@@ -114,12 +114,11 @@ std::optional<FileTable> SalesmanImport::readWorkbook(std::string_view fileName)
 // The run counts as completed even when its summary cannot be shown: the salesmen are saved.
 bool SalesmanImport::ImportSalesmanMaster() {
   bool completed = false;
-  try {
-    importAll(completed);
-  } catch (const RuntimeError& error) {
-    module_.logTrapped(screen_.name() + " : ImportSalesmanMaster - ", error);
-    screen_.tellStop(error);
-  }
+  trapErrors([&] { importAll(completed); },
+             [this](const RuntimeError& error) {
+               module_.logTrapped(screen_.name() + " : ImportSalesmanMaster - ", error);
+               screen_.tellStop(error);
+             });
   return completed;
 }
 

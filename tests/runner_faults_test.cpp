@@ -13,9 +13,7 @@ using namespace velk;
 
 namespace {
 
-constexpr std::string_view openings[] = {"C001,A,R1,03/03/2008,100.00,60.00",
-                                         "C002,B,R2,04/03/2008,-50.00,-20.00",
-                                         "C003,C,R3,,10.00,10.00"};
+constexpr std::string_view openings[] = {good1, good2, good3};
 
 /// Over the failing driver, which does as the settings say.
 struct FaultWorld : RunnerWorld {

@@ -11,11 +11,6 @@ using namespace velk;
 
 namespace {
 
-constexpr std::string_view good1 = "C001,A,R1,03/03/2008,100.00,60.00";
-constexpr std::string_view good2 = "C002,B,R2,04/03/2008,-50.00,-20.00";
-constexpr std::string_view good3 = "C003,C,R3,,10.00,10.00";
-constexpr std::string_view unknownCustomer = "C999,X,R4,03/03/2008,1.00,1.00";
-
 std::string posted(RunnerWorld& world) {
   return world.ask("select count(*) from CustomerDebitNote") + "+" +
          world.ask("select count(*) from CustomerCreditNote") + "+" +
