@@ -27,18 +27,28 @@ constexpr std::string_view salesmenQuery =
     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),'No') from Salesman S order by "
     "Salesman_name";
 
-/// Runs `take` for each record of a query with the sheet's row for it, from row 2.
+/// Runs `take` for each record of a query with the sheet's row for it, from row 2. Error 9 when
+/// there are more of `what` than rows.
 template <class Take>
-void forEachRow(Connection& connection, std::string_view query, Take&& take) {
+void forEachRow(Connection& connection, std::string_view query, std::string_view what,
+                Take&& take) {
   const auto records = connection.Execute(query);
-  for (int row = 2; !records->isEOF(); records->MoveNext()) take(row++, *records);
+  for (int row = 2; !records->isEOF(); records->MoveNext()) {
+    if (row > maxSheetRows) {
+      throw RuntimeError(
+          ErrorNumber::SubscriptOutOfRange,
+          "A worksheet has room for 65,535 " + std::string(what) + ", and the database has more");
+    }
+    take(row++, *records);
+  }
   records->Close();
 }
 
 // Read whole before the sheet is written: the list's range needs the number of its last row.
-std::vector<std::string> valuesOf(Connection& connection, std::string_view query) {
+std::vector<std::string> valuesOf(Connection& connection, std::string_view query,
+                                  std::string_view what) {
   std::vector<std::string> values;
-  forEachRow(connection, query,
+  forEachRow(connection, query, what,
              [&](int, const Recordset& record) { values.push_back(toText(record.field(0))); });
   return values;
 }
@@ -130,9 +140,13 @@ void SalesmanExport::writeWorkbook(std::string_view fileName) {
   const auto spreadsheet = screen_.module().platform().createSpreadsheet();
   const auto sheet = spreadsheet->add();
   writeSalesmanCaptions(*sheet);
-  writePickList(*sheet, dsTypeList, valuesOf(connection, dsTypesQuery));
-  writePickList(*sheet, handheldList, valuesOf(connection, handheldsQuery));
-  forEachRow(connection, salesmenQuery, [&](int row, const Recordset& record) {
+  // A telephone number that is filled in later keeps its leading zeros.
+  for (const int column : {salesmanColumn::ResNumber, salesmanColumn::MobNumber}) {
+    sheet->setTextColumn(column);
+  }
+  writePickList(*sheet, dsTypeList, valuesOf(connection, dsTypesQuery, "DS types"));
+  writePickList(*sheet, handheldList, valuesOf(connection, handheldsQuery, "handheld values"));
+  forEachRow(connection, salesmenQuery, "salesmen", [&](int row, const Recordset& record) {
     writeSalesman(*sheet, row, record);
     screen_.workProgressed(static_cast<std::size_t>(row) - 1);  // the first is row 2
   });

@@ -40,6 +40,41 @@ void closeIfOpen(const std::shared_ptr<Recordset>& reply) {
   if (reply != nullptr && reply->State() == stateOpen) reply->Close();
 }
 
+/// "C3".
+std::string cellName(int row, int column) {
+  return static_cast<char>('A' + column - 1) + std::to_string(row);
+}
+
+/// What the preview cannot show of a workbook, but a user has to know.
+class Remarks {
+ public:
+  explicit Remarks(const WorksheetReader& sheet) : sheet_(sheet) {}
+
+  void look(int row, int column) {
+    if (sheet_.nature(row, column) != CellNature::NoResult) return;
+    if (uncalculated_++ == 0) first_ = cellName(row, column);
+  }
+
+  /// Empty when there is nothing to say.
+  std::string text() const {
+    std::string text;
+    if (const std::string name = sheet_.hiddenName(); !name.empty()) {
+      text = "The first worksheet, \"" + name + "\", is the one that is read, and it is hidden.";
+    }
+    if (uncalculated_ == 0) return text;
+    if (!text.empty()) text += "\r\n";
+    return text + "The workbook does not contain the results of " + std::to_string(uncalculated_) +
+           " formula(s), the first in cell " + first_ +
+           ": they are read as empty or 0. Open it in a spreadsheet program, save it there, and "
+           "press View again.";
+  }
+
+ private:
+  const WorksheetReader& sheet_;
+  std::size_t uncalculated_ = 0;
+  std::string first_;
+};
+
 std::string logLine(std::string_view salesman, const Finding& why) {
   std::string line(salesman);
   switch (why.reason) {
@@ -64,7 +99,11 @@ std::string_view savedHandheld(std::string_view value) {
 // empty.
 bool SalesmanImport::ImportExcelData(std::string_view fileName) {
   try {
-    const std::optional<FileTable> table = readWorkbook(fileName);
+    std::string remarks;
+    const std::optional<FileTable> table = readWorkbook(fileName, remarks);
+    if (!remarks.empty()) {
+      screen_.desktop().messageBox(remarks, styleExclamation, importTitle);
+    }
     if (!table) {
       constexpr std::string_view message = "Unable to import, Invalid Excel file format";
       screen_.desktop().messageBox(message, styleInformation, importTitle);
@@ -88,19 +127,25 @@ bool SalesmanImport::refuseWorkbook(Reason reason, std::string_view message) {
   return false;
 }
 
-/// Empty for a workbook without the salesmen's captions.
-std::optional<FileTable> SalesmanImport::readWorkbook(std::string_view fileName) {
+/// Empty for a workbook without the salesmen's captions. `remarks` are what the preview cannot
+/// show.
+std::optional<FileTable> SalesmanImport::readWorkbook(std::string_view fileName,
+                                                      std::string& remarks) {
   const auto spreadsheet = module_.platform().createSpreadsheet();
   const auto sheet = spreadsheet->open(fileName, salesmanColumns());
+  Remarks found(*sheet);
+  remarks = found.text();
   if (!hasSalesmanCaptions(*sheet)) return std::nullopt;
   TextTable cells(importedSalesmanColumns.size());
   const Work work(screen_);
   for (int row = 2; row <= maxSheetRows && !endsData(*sheet, row); ++row) {
     for (const int column : importedSalesmanColumns) {
       cells.add(module_.UnquoteField(trimmedCell(*sheet, row, column)));
+      found.look(row, column);
     }
     screen_.workProgressed(cells.rows());
   }
+  remarks = found.text();
   FileTable table;
   for (const int column : importedSalesmanColumns) table.titles.emplace_back(captionOf(column));
   table.rows = cells.rows();

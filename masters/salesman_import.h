@@ -36,7 +36,7 @@ class SalesmanImport {
                       const std::string& handheld);
 
  private:
-  std::optional<FileTable> readWorkbook(std::string_view fileName);
+  std::optional<FileTable> readWorkbook(std::string_view fileName, std::string& remarks);
   bool refuseWorkbook(Reason reason, std::string_view message);
   void importAll(bool& completed);
   bool postSalesman(std::size_t row);

@@ -67,6 +67,8 @@ class WorksheetWriter {
   /// In characters of the default font, 0 to 255.
   virtual void setColumnWidth(int number, double characters) = 0;
   virtual void hideColumn(int number) = 0;
+  /// What a user types into empty cells of the column stays a text, too.
+  virtual void setTextColumn(int number) = 0;
   /// Fits the width of some columns to the texts that they have now.
   virtual void autoFit(int firstColumn, int lastColumn) = 0;
   /// Saves the workbook in the .xls format; nothing else may be done with it then. A file of that

@@ -80,8 +80,32 @@ TEST_CASE("the look of the workbook, and its lists") {
   CHECK(columns[5].starts_with("\5\0\5\0\xB6\x1E"s));
   CHECK(columns[6].starts_with("\6\0\6\0\xB6\x1E"s));
   for (const std::size_t i : {0U, 4U, 7U, 8U}) CHECK(columns[i][8] == (i > 6 ? 1 : 0));
+  // Format 16, text, in what is typed into the columns of telephone numbers.
+  for (const std::size_t i : {1U, 2U, 3U, 4U}) CHECK(columns[i][6] == (i / 2 == 1 ? 16 : 15));
   const Texts blanks = recordsOf(file, xls::Record::Blank);
   CHECK(std::count(blanks.begin(), blanks.end(), "\0\0\7\0\x11\0"s) == 1);  // bold up to H1
+}
+
+TEST_CASE("more than a worksheet has rows") {
+  for (const std::string_view what : {"DS types", "salesmen"}) {
+    Salesmen out;
+    const bool types = what == "DS types";
+    const Value name(std::string("A"));
+    const std::vector<Value> record(types ? 1 : 6, name);
+    std::vector<std::vector<Value>> records(65535, record);
+    const std::string query = types ? dsTypesQuery : salesmenQuery;
+    out.world.database->answerRows(query, records);
+    out.exportTo("out.xls");
+    CHECK(out.world.messages.empty());
+    records.push_back(record);
+    out.world.database->answerRows(query, records);
+    out.exportTo("out.xls");
+    CHECK(out.world.messages ==
+          Texts{"box 16: Unable to export the Salesman information [Salesman Import]"});
+    CHECK(out.world.log() ==
+          "(9): Velk_frmBankBranch_OpnImp : ExportToExcel - A worksheet has room for 65,535 " +
+              std::string(what) + ", and the database has more\n");
+  }
 }
 
 TEST_CASE("exports that fail, and what is left of the file") {

@@ -1,5 +1,6 @@
 // Salesmen from workbooks, and the rules for their DS types.
 #include "tests/support/salesmen.h"
+#include "tests/support/workbook_seeds.h"
 
 namespace velk {
 namespace {
@@ -86,6 +87,30 @@ TEST_CASE("files that are no workbooks, and a wrong caption in the database") {
   CHECK(rowsOf(in.screen->lstCust) == Texts{notYet});  // nothing of the file before
   in.view({salesmanTitles, "A"});
   CHECK(in.screen->cmdImport.enabled());
+}
+
+TEST_CASE("what the preview of a workbook cannot show is told") {
+  const std::string hidden =
+      "box 48: The first worksheet, \"Old\", is the one that is read, and it is hidden.";
+  const std::string uncalculated =
+      "The workbook does not contain the results of 1 formula(s), the first in cell ";
+  const struct {
+    std::string_view seed;
+    Texts messages;  // how they begin
+  } rows[] = {{"poi_formulas.xls", {hidden + "\r\n" + uncalculated + "B4: they are"}},
+              {"writeexcel.xls", {"box 48: " + uncalculated + "A14"}},
+              {"poi.xls", {}},
+              {"libreoffice.xls", {invalidFile}}};
+  for (const auto& row : rows) {
+    CAPTURE(row.seed);
+    SalesmanScreen in;
+    in.world.view(*in.screen, workbookSeed(row.seed));
+    CHECK(in.screen->cmdImport.enabled() == (row.messages != Texts{invalidFile}));
+    REQUIRE(in.world.messages.size() == row.messages.size());
+    for (std::size_t i = 0; i < row.messages.size(); ++i) {
+      CHECK_MESSAGE(in.world.messages[i].starts_with(row.messages[i]), in.world.messages[i]);
+    }
+  }
 }
 
 TEST_CASE("salesmen as they are posted") {

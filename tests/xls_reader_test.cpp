@@ -160,6 +160,21 @@ TEST_CASE("cells of every kind") {
         Texts{"aä!", "Z", "2", "1", "2", "TRUE", "#REF!", "2", "text", "FALSE", "#NUM!"});
 }
 
+TEST_CASE("of columns that nobody wants the first row is kept") {
+  Stream stream = globals().sheetEntry().next().begin(0x10);
+  for (const char row : {'\0', '\1'}) {
+    for (const char column : {'\0', '\1', '\2'}) {
+      const std::string text = "\1\0\0x"s;
+      stream.add(Record::Label, std::string{row, 0, column, 0, 0, 0} + text);
+    }
+  }
+  stream.add(Record::MulRk, "\1\0\1\0\0\0\6\0\0\0\0\0\x0A\0\0\0\2\0"sv);
+  const SheetContents sheet = readWorkbook(stream.add(Record::Eof, "").bytes, ColumnSet(2));
+  CHECK(rowOf(sheet, 0) == Texts{"x", "x", "x"});
+  CHECK(sheet.text(1, 0) + sheet.text(1, 1) + sheet.text(1, 2) == "1");
+  CHECK(sheet.numbers.size() == 1);
+}
+
 TEST_CASE("shared texts across records") {
   Stream stream = globals().sheetEntry();
   stream.add(Record::SharedStrings, "\0\0\0\0\4\0\0\0\6\0\0ab"sv)
@@ -259,6 +274,11 @@ TEST_CASE("files that are refused") {
       {"an .xlsx workbook", "PK\x03\x04 [Content_Types].xml"},
       {"an .ods workbook", "PK\x03\x04 mimetypeapplication/vnd.oasis.opendocument.spreadsheet"},
       {"version 4.0", "\x09\x04\x06\0\0\0\x10\0\0\0"s},
+      {"without the compound file", "\x09\x08\x08\0\0\5\x10\0\0\0\0\0"s},
+      {"without the compound file", workbookSeed("xlwt.stream")},
+      {"in UTF-16", "\xFF\xFES\0"s},
+      {"in UTF-16", "S\0a\0l\0e\0s\0"s},
+      {"in UTF-16", "\0S\0a\0l\0e"s},
       {"no workbook", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR"s},
       {"within its header", file.substr(0, 100)},
       {"impossible size", patched(file, headerSectorShift, 5)},

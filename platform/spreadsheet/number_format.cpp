@@ -66,6 +66,8 @@ class NumberFormat::Compiler {
     sections_.emplace_back();
     while (!code_.empty()) readToken();
     for (Section& section : sections_) {
+      // Which section a number takes is not for its sign to say then, nor who writes the minus.
+      if (conditional_) section.general = true;
       // A slash is a fraction unless the section turns out to be a date.
       const bool fraction = section.slash && !section.date;
       section.general = section.general || fraction || section.tokens.empty();
@@ -153,7 +155,7 @@ class NumberFormat::Compiler {
     // "[$EUR-407]": the language after the dash does not show.
     if (first == '$') return addLiterals(inside.substr(1, inside.find('-') - 1));
     if (contains("<>=", first)) {
-      sections_.back().general = true;
+      conditional_ = true;
     } else if (inside.find_first_not_of("hHmMsS") == std::string_view::npos) {
       sections_.back().date = true;
       for (std::size_t i = 0; i < inside.size(); ++i) add(Part::Elapsed, first);
@@ -162,6 +164,7 @@ class NumberFormat::Compiler {
 
   std::string_view code_;
   std::vector<Section>& sections_;
+  bool conditional_ = false;
 };
 
 /// A number in a section of digits.

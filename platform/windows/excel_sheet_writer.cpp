@@ -85,6 +85,7 @@ class ExcelSheetWriter final : public WorksheetWriter {
   }
 
   void hideColumn(int number) override { columns(number, number).put("Hidden", true); }
+  void setTextColumn(int number) override { columns(number, number).put("NumberFormat", "@"); }
   void autoFit(int firstColumn, int lastColumn) override {
     // First, because the application measures what its own cells contain.
     writeTexts();

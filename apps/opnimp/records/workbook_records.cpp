@@ -81,10 +81,14 @@ std::string WorkbookRecords::captionFaults() const {
 std::string WorkbookRecords::refusal(const ImportKind& /*kind*/) const {
   // From the whole file to the single row: each check relies on those before it.
   if (sheet_ == nullptr) return damage_;
-  if (rowCount() == 0) return "the first worksheet of the workbook is blank";
+  const std::string hidden = hiddenName();
+  const std::string which =
+      "the first worksheet" + (hidden.empty() ? "" : ", the hidden \"" + hidden + "\",");
+  if (rowCount() == 0) return which + " of the workbook is blank";
   if (std::string faults = captionFaults(); !faults.empty()) {
-    return "the captions in row 1 of the first worksheet are not those of a salesman workbook: " +
-           faults + "; `opnimp export salesman` writes a workbook that has them";
+    return "the captions in row 1 of " + which +
+           " are not those of a salesman workbook: " + faults +
+           "; `opnimp export salesman` writes a workbook that has them";
   }
   if (count_ > 0) return {};
   return "the workbook has no salesmen: row 2, where the first one must stand, is blank in columns "

@@ -24,6 +24,9 @@ class WorkbookRecords final : public InputRecords {
   /// A cell's text, trimmed. Rows and columns count from 1.
   std::string text(int row, int column) const;
   bool isBlank(int row, int from, int to) const;
+  CellNature nature(int row, int column) const { return sheet_->nature(row, column); }
+  /// As WorksheetReader::hiddenName().
+  std::string hiddenName() const { return sheet_ == nullptr ? "" : sheet_->hiddenName(); }
   /// The values of a pick list, as the export wrote them.
   std::vector<std::string> valuesOf(const PickList& list) const;
 

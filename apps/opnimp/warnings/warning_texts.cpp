@@ -131,6 +131,12 @@ constexpr WarningText texts[] = {
     {"other-columns", noted, "Columns after the seventh (G) are not read."},
     {"error-values", isHarmful,
      "The formula of a cell has no result; what is read is its error, such as #N/A."},
+    {"uncalculated-formulas", isHarmful,
+     "The workbook does not contain the result of a formula: the cell is read as empty or 0. Open "
+     "it in a spreadsheet program and save it there."},
+    {"hidden-sheet", isHarmful,
+     "The first worksheet, which is the one that is read, is hidden. Show it and look at it, or "
+     "move the right one to the front."},
     {"duplicate-salesmen", isHarmful,
      "A row above has this salesman already: both rows are posted, and the later one usually "
      "replaces the earlier."},

@@ -65,6 +65,8 @@ enum class WarningId : std::uint8_t {
   RowsNotRead,
   OtherColumns,
   ErrorValues,
+  UncalculatedFormulas,
+  HiddenSheet,
   DuplicateSalesmen,
   NoDsType,
   HandheldYesBecomesNo,

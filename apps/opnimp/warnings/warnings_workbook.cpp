@@ -1,7 +1,5 @@
 #include "apps/opnimp/warnings/warnings_workbook.h"
 
-#include <algorithm>
-#include <array>
 #include <map>
 #include <optional>
 #include <string>
@@ -15,18 +13,16 @@ namespace velk {
 
 namespace {
 
-constexpr std::array<std::string_view, 7> errorValues{"#NULL!", "#DIV/0!", "#VALUE!", "#REF!",
-                                                      "#NAME?", "#NUM!",   "#N/A"};
-
 /// What is wrong with a text, and what is made of it.
 struct CellDoubt {
   WarningId warning;
   std::string readAs;
 };
 
-std::optional<CellDoubt> checkCell(const std::string& text) {
-  if (std::ranges::count(errorValues, text) > 0) {
-    return CellDoubt{WarningId::ErrorValues, "the text " + text};
+std::optional<CellDoubt> checkCell(const std::string& text, CellNature nature) {
+  if (nature == CellNature::Error) return CellDoubt{WarningId::ErrorValues, "the text " + text};
+  if (nature == CellNature::NoResult) {
+    return CellDoubt{WarningId::UncalculatedFormulas, "\"" + text + "\""};
   }
   // A text between two quotes loses only these, which its writer expects.
   if (!text.starts_with('"') || (text.size() > 1 && text.ends_with('"'))) return std::nullopt;
@@ -49,6 +45,9 @@ std::string unquotedAndTrimmed(const std::string& cell) {
 }  // namespace
 
 void warnOfCells(const WorkbookRecords& input, std::vector<Warning>& warnings) {
+  if (const std::string name = input.hiddenName(); !name.empty()) {
+    addWarning(warnings, WarningId::HiddenSheet, wholeFile, name);
+  }
   for (const std::size_t row : input.unreadRows()) {
     addWarning(warnings, WarningId::RowsNotRead, row);
   }
@@ -60,7 +59,7 @@ void warnOfCells(const WorkbookRecords& input, std::vector<Warning>& warnings) {
     const std::size_t row = input.place(record).line;
     for (const int column : importedSalesmanColumns) {
       const std::string text = input.text(static_cast<int>(row), column);
-      const auto doubt = checkCell(text);
+      const auto doubt = checkCell(text, input.nature(static_cast<int>(row), column));
       if (!doubt) continue;
       const std::string caption(salesmanCaptions.at(static_cast<std::size_t>(column) - 1));
       addWarning(warnings, doubt->warning, Misreading{record, row, caption, text, doubt->readAs});

@@ -20,6 +20,7 @@ struct ListValidation {
 struct SheetColumn {
   std::optional<double> width;  ///< in characters
   bool hidden = false;
+  bool text = false;  ///< its empty cells take texts
 };
 
 struct SheetModel {

@@ -153,7 +153,8 @@ class WorkbookWriter {
     constexpr double usualWidth = 8.43;
     const auto position = static_cast<std::size_t>(number);
     records_.begin(Record::ColumnInfo).u16(position).u16(position);
-    records_.u16(storedWidth(column.width.value_or(usualWidth))).u16(defaultFormat);
+    records_.u16(storedWidth(column.width.value_or(usualWidth)));
+    records_.u16(column.text ? textFormat : defaultFormat);
     records_.u16(column.hidden ? 1 : 0).u16(0);
   }
 

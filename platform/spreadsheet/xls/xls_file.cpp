@@ -22,6 +22,25 @@ bool isBareSheet(std::string_view file) {
          (file[1] == '\0' || file[1] == '\x02' || file[1] == '\x04');
 }
 
+/// The stream of a version 5.0 to 2003, not in a compound file: a BOF record of 8 or 16 bytes.
+bool isBareStream(std::string_view file) {
+  constexpr std::string_view begin5("\x09\x08\x08\x00\x00\x05", 6);
+  constexpr std::string_view begin8("\x09\x08\x10\x00\x00\x06", 6);
+  return file.starts_with(begin5) || file.starts_with(begin8);
+}
+
+/// With its byte-order mark, or with a NUL in each of its first characters.
+bool isUtf16(std::string_view file) {
+  if (file.starts_with("\xFF\xFE") || file.starts_with("\xFE\xFF")) return true;
+  constexpr std::size_t looked = 8;
+  if (file.size() < looked) return false;
+  const bool littleEndian = file[1] == '\0';
+  for (std::size_t i = 0; i < looked; ++i) {
+    if ((file[i] == '\0') != ((i % 2 == 1) == littleEndian)) return false;
+  }
+  return true;
+}
+
 [[noreturn]] void refuseOther(std::string_view file) {
   constexpr std::size_t looked = 4096;  // the kind of a file shows at its start
   const std::string_view start = file.substr(0, looked);
@@ -32,6 +51,8 @@ bool isBareSheet(std::string_view file) {
     refuseAs(ods ? "an .ods workbook" : "an .xlsx workbook");
   }
   if (isBareSheet(file)) refuseAs("a workbook of version 4.0 or older");
+  if (isBareStream(file)) refuseAs("a workbook without the compound file that belongs around it");
+  if (isUtf16(file)) refuseAs("a text file in UTF-16");
   const std::size_t first = start.find_first_not_of("\xEF\xBB\xBF \t\r\n");
   if (first != std::string_view::npos && start[first] == '<') {
     refuseAs("a web page or XML document");

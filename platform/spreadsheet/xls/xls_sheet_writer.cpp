@@ -49,6 +49,7 @@ class XlsSheetWriter final : public WorksheetWriter {
   }
 
   void hideColumn(int number) override { column(number).hidden = true; }
+  void setTextColumn(int number) override { column(number).text = true; }
 
   void autoFit(int firstColumn, int lastColumn) override {
     const CellRange range = fileRange({1, firstColumn, 1, lastColumn});
