@@ -79,13 +79,13 @@ void DsTypeRules::reset() {
 // Quotes in the value are not doubled, so that a value with one makes the query fail and counts as
 // not found. The blank at the end is part of the text that databases know.
 DsTypeCheck DsTypeRules::IsvalidateDSType(std::string_view value) {
-  constexpr std::string_view start =
-      "Select Active From DsType_Master Where DSTypeName = 'DSType' and DSTypeValue = '";
-  constexpr std::string_view end = "' and DSTypeCtlPos = 1 and OCGtype = ";
   DsTypeCheck result = DsTypeCheck::NotFound;
   screen_.trapRoutine("IsvalidateDSType", [&] {
-    const auto reply = screen_.connection().Execute(
-        std::string(start).append(value).append(end).append(groupInForce).append(" "));
+    const auto reply = screen_.connection().Execute(std::string(dsTypeQueryStart)
+                                                        .append(value)
+                                                        .append(dsTypeQueryEnd)
+                                                        .append(groupInForce)
+                                                        .append(" "));
     if (reply == nullptr || reply->isEOF()) return;
     const bool active = Velk_ModOpnImp::ValOrZero(reply->field(0)) >= 1;
     result = active ? DsTypeCheck::Valid : DsTypeCheck::Inactive;

@@ -15,6 +15,11 @@ inline constexpr std::string_view groupInForce =
     "(Select flag from tbl_velk_Configabstract where ScreenCode = 'OCGDS' and ScreenName "
     "='OperationalCategoryGroup')";
 
+/// The look-up of a DS type: the value stands between these as it is, then follows the group.
+inline constexpr std::string_view dsTypeQueryStart =
+    "Select Active From DsType_Master Where DSTypeName = 'DSType' and DSTypeValue = '";
+inline constexpr std::string_view dsTypeQueryEnd = "' and DSTypeCtlPos = 1 and OCGtype = ";
+
 enum class DsTypeCheck : std::int16_t { Valid, NotFound, Inactive };
 
 class DsTypeRules {

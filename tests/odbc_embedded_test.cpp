@@ -219,6 +219,50 @@ TEST_CASE("embedded: a statement that keeps a part when it fails takes it along,
   }
 }
 
+TEST_CASE_FIXTURE(ProcedureTable, "embedded: no procedure and no trigger leaves the database") {
+  const std::string file = database.path("made");
+  const std::string write = "blob_export('x', '" + file + "')";
+  const std::string twoStatements = "has more than one statement";
+  const std::string another =
+      "is no statement that begins with SELECT, INSERT, UPDATE, DELETE or WITH";
+  const std::string beyond = "reaches beyond the database";
+  const std::pair<std::string, std::string> rows[] = {
+      {"ATTACH '" + file + "' AS x", another},
+      {"VACUUM INTO '" + file + "'", another},
+      {"PRAGMA writable_schema = ON", another},
+      {"/* SELECT */ ATTACH 'x' AS x", another},
+      {"-- SELECT\nDETACH x", another},
+      {"", another},
+      {"SELECTED", another},
+      {"SELECT 1; DELETE FROM t", twoStatements},
+      {"SELECT ';'; /* ; */ DELETE FROM t", twoStatements},
+      {"SELECT 1 -- ;\n; DELETE FROM t", twoStatements},
+      {"SELECT Load_Extension('x')", beyond},
+      {"SELECT \"load_extension\"('x')", beyond},
+      {"SELECT " + write, beyond},
+      {"select ';', \"a;b\" from (select 1 as \"a;b\")", ""},
+      {" /* a */ INSERT INTO t VALUES ('a;', 'b')", ""},
+      {"WITH a AS (SELECT 1) SELECT * FROM a ; ", ""}};
+  for (const auto& [statement, fault] : rows) {
+    CAPTURE(statement);
+    ProcedureTable table;
+    table.add("sp_step", 7, statement.c_str(), "");
+    std::string description;
+    trapErrors([&] { table.call("sp_step", {}); },
+               [&](const RuntimeError& error) { description = error.description(); });
+    CHECK(description ==
+          (fault.empty() ? "" : "Step 7 of stored procedure 'sp_step' " + fault + "."));
+  }
+  for (const std::string& action : {write, std::string("load_extension('x')")}) {
+    CAPTURE(action);
+    ProcedureTable table;
+    table.connection->Execute("CREATE TRIGGER r AFTER INSERT ON t BEGIN SELECT " + action +
+                              "; END");
+    CHECK(errorOf([&] { table.call("sp_swap", {"A", "B"}); }) != 0);
+  }
+  CHECK_FALSE(std::filesystem::exists(file));
+}
+
 TEST_CASE_FIXTURE(ProcedureTable, "embedded: procedures that cannot be called") {
   const auto refusal = [&](const char* name, std::size_t parameters) -> std::string {
     try {

@@ -235,12 +235,11 @@ TEST_CASE("faults: a held lock ends the run after one time-out") {
 TEST_CASE("faults: a call of the embedded database that cannot be undone ends the run") {
   RunnerWorld world;
   world.ask("delete from StoredProcedure where name = 'sp_insert_CustCreditNote'");
-  // Its own savepoint gone, another one is left open: what is posted then is lost at the end.
+  // It takes the whole transaction back, and the call's savepoint with it.
   world.ask(
       "insert into StoredProcedure (name, step, statement, arguments) "
       "select 'sp_insert_CustCreditNote', column1, column2, column3 from (values "
-      "(1, 'RELEASE procedure_call', ''), (2, 'SAVEPOINT stray', ''), (3, 'SELECT ?', '6'), "
-      "(4, 'INSERT INTO Setup (NoSuchColumn) VALUES (1)', ''))");
+      "(1, 'SELECT ?', '6'), (2, 'INSERT OR ROLLBACK INTO Customer SELECT * FROM Customer', ''))");
   const Ran ran =
       world.importLines({openingTitles, openings[0], openings[1], openings[2]}, {"--json"});
   CHECK(ran.status == 5);

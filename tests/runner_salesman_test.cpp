@@ -6,6 +6,8 @@
 #include <filesystem>
 
 #include "apps/opnimp/audit/export_result.h"
+#include "apps/opnimp/audit/pasted_value.h"
+#include "masters/ds_type_rules.h"
 #include "platform/native/native_files.h"
 #include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "tests/support/json_value.h"
@@ -129,6 +131,35 @@ TEST_CASE("a text that no procedure takes is of the record, in a dry run, too") 
     CHECK(ran.status == 1);
     CHECK_MESSAGE(contains(ran.out, dry ? "Look at 1 record that would not" : "Correct 1 refused"),
                   ran.out);
+  }
+}
+
+TEST_CASE("a value with a quote is not pasted into a query") {
+  const std::pair<std::string, bool> queries[] = {
+      {"select count(*) from Customer where CustomerID=N'C001'", false},
+      {"select count(*) from Customer where CustomerID=N'O'Brien'", true},
+      {"select count(*) from Customer where CustomerID=N'x''", true},
+      {"select count(*) from Vendors where VendorID='x'; delete from Vendors; --'", true},
+      {std::string(dsTypeQueryStart) + "Retail" + std::string(dsTypeQueryEnd) + "'x'", false},
+      {std::string(dsTypeQueryStart) + "x" + std::string(dsTypeQueryEnd) + "1; --" +
+           std::string(dsTypeQueryEnd) + "'x'",
+       true},
+      {"SELECT TOP 1 'x' FROM Setup", false}};
+  for (const auto& [query, pastes] : queries) {
+    CAPTURE(query);
+    CHECK(pastesQuote(query) == pastes);
+  }
+  // All three are true, whatever the type.
+  for (const std::string type : {"x' or '1'='1", "x' or 1=1 --", "x'; delete from Salesman; --"}) {
+    CAPTURE(type);
+    SalesmanWorld world;
+    const Ran ran = world.importRows({salesmanTitles, "A|||||" + type + "|", good});
+    CHECK(ran.status == 1);
+    CHECK(world.ask("select count(*) from Salesman where Salesman_name = 'A'") == "0");
+    const std::string log = world.folder.read("Error.log");
+    CHECK_MESSAGE(contains(log, "IsvalidateDSType - The value has a quote in it"), log);
+    CHECK(contains(log, "A - Salesman(s) DSType not found in the DS Master : " + type));
+    CHECK_MESSAGE(contains(ran.out, "has a quote in it"), ran.out);
   }
 }
 

@@ -6,6 +6,7 @@
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "platform/odbc/procedure_step.h"
 
 namespace velk {
 namespace {
@@ -40,7 +41,7 @@ std::vector<std::size_t> parseArguments(std::string_view list, std::string_view 
 
 // Whether a step needs what the dialect puts before statements that write.
 bool writes(std::string_view sql) {
-  constexpr std::array<std::string_view, 4> words{"INSERT", "UPDATE", "DELETE", "REPLACE"};
+  constexpr std::array<std::string_view, 3> words{"INSERT", "UPDATE", "DELETE"};
   return std::ranges::any_of(words, [&](std::string_view word) {
     return equalsIgnoringCase(sql.substr(0, word.size()), word);
   });
@@ -63,7 +64,7 @@ class OnlyAsking {
 void StoredProcedures::load() {
   const OnlyAsking asking(session_);
   PreparedStatement query(
-      session_, "SELECT name, statement, arguments FROM StoredProcedure ORDER BY name, step");
+      session_, "SELECT name, step, statement, arguments FROM StoredProcedure ORDER BY name, step");
   const auto rows = query.execute({});
   // A load that failed may have left some.
   procedures_.clear();
@@ -78,7 +79,11 @@ void StoredProcedures::load() {
 void StoredProcedures::addStep(const Recordset& row) {
   const std::string name = toText(row.field(0));
   Procedure& procedure = procedures_[lowerAscii(name)];
-  Step step{toText(row.field(1)), parseArguments(toText(row.field(2)), name), nullptr};
+  Step step{toText(row.field(2)), parseArguments(toText(row.field(3)), name), nullptr};
+  if (const std::string_view fault = faultOfStep(step.sql); !fault.empty()) {
+    refuse("Step " + toText(row.field(1)) + " of stored procedure " + quoted(name) + " " +
+           std::string(fault) + ".");
+  }
   if (writes(step.sql)) step.sql.insert(0, session_.dialect().beforeWriting);
   for (const std::size_t argument : step.arguments) {
     procedure.parameterCount = std::max(procedure.parameterCount, argument + 1);

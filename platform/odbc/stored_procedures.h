@@ -5,8 +5,9 @@
 // A row is one step. `statement` is in the engine's own SQL, with "?" marks, and `arguments`
 // lists for each mark the number (from 1) of the parameter it takes, separated by
 // commas. The steps run in ascending order. Each step that returns rows gives a result of the call.
-// The steps of a call take effect together or not at all. Names compare without regard to letter
-// case.
+// A step is one statement of those that procedure_step.h allows: a database that comes from
+// elsewhere is not to reach beyond its own file. The steps of a call take effect together or not at
+// all. Names compare without regard to letter case.
 #pragma once
 
 #include <map>

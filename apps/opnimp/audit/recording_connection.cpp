@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "apps/opnimp/audit/pasted_value.h"
 #include "base/errors.h"
 #include "base/text.h"
 #include "platform/memory_recordset.h"
@@ -119,6 +120,7 @@ class RecordingConnection final : public Connection {
 
   std::shared_ptr<Recordset> Execute(std::string_view text) override {
     const std::size_t call = recorder_.beginCall(CallKind::Query, text, {});
+    if (pastesQuote(text)) refuse(call);
     return watched(recorder_, *inner_, call, [&] { return inner_->Execute(text); });
   }
   // Commands come from connections only: with this wrapper no call remains unseen.
@@ -130,6 +132,16 @@ class RecordingConnection final : public Connection {
   bool isLost() const override { return inner_->isLost(); }
 
  private:
+  /// As the engine answers a text that is not SQL, so that the import refuses the record as it
+  /// always does.
+  [[noreturn]] void refuse(std::size_t call) {
+    const RuntimeError refusal(ErrorNumber::CommandErrors,
+                               "The value has a quote in it, which would end it in the query: the "
+                               "query is not sent");
+    recorder_.callRefused(call, refusal);
+    throw RuntimeError(refusal);
+  }
+
   Recorder& recorder_;
   std::shared_ptr<Connection> inner_;
 };
