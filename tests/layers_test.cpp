@@ -33,7 +33,7 @@ const std::map<std::string, Names> foreignHeaders{
       "host_service_com.h", "Velk_OpnImp_com.h", "unused_members.h", "CLI/"}},
     {"apps/opnimp/cli", {"CLI/"}},
     {"apps/opnimp/report", {"nlohmann/"}},
-    {"apps/opnimp", {"unistd.h"}},
+    {"apps/opnimp", {"sys/resource.h", "unistd.h"}},
 };
 
 struct Room {

@@ -103,6 +103,21 @@ TEST_CASE("opening exclusively") {
   CHECK(errorOf([&] { files.openExclusively(folder.path("none/book.xls")); }) == 76);
 }
 
+TEST_CASE("nothing is written through a symbolic link") {
+  const TemporaryFolder folder;
+  NativeFileSystem files;
+  const std::string target = folder.write("target", "theirs");
+  const std::string link = folder.path("link");
+  std::filesystem::create_symlink("target", link);
+  CHECK(errorOf([&] { files.openAppend(link); }) == 75);
+  CHECK(errorOf([&] { openKept(link, KeptFor::Writing); }) == 75);
+  const auto replacement = files.openReplacement(link);
+  replacement->write("ours");
+  replacement->close();  // takes the link's place
+  CHECK(folder.read("link") == "ours");
+  CHECK(folder.read("target") == "theirs");
+}
+
 TEST_CASE("what does not open") {
   const TemporaryFolder folder;
   folder.write("file", "");

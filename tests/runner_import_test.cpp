@@ -82,6 +82,7 @@ TEST_CASE("the command line and what it opens decide the exit status") {
     std::string_view says;
   } rows[] = {
       {{}, 3, "--help"},
+      {{"preview", kind, odbc}, 4, "PWD=***"},
       {{"import"}, 3, "KIND is required"},
       {{"import", kind}, 3, "FILE is required"},
       {{"import", "no-such-kind", in}, 3, "customer-opening"},

@@ -112,6 +112,13 @@ TEST_CASE("passwords are masked wherever they stand") {
       {"PWD=ab;cd;UID=b", "PWD=***;UID=b"},
       {"PWD=ab;c=d;e; Server = s;x=y", "PWD=***; Server = s;x=y"},
       {"PWD={a}b;c;DSN=a", "PWD=***;DSN=a"},
+      {"DSN=a;TLSKEYPWD=x;UID=b", "DSN=a;TLSKEYPWD=***;UID=b"},
+      {"KeystoreSecret={x;y};DSN=a", "KeystoreSecret=***;DSN=a"},
+      {"pqopt={sslpassword=x};DSN=a", "pqopt=***;DSN=a"},
+      {"PASSWORD2=x;Access Token = y;DSN=a", "PASSWORD2=***;Access Token =***;DSN=a"},
+      {"ClientCertificate=file:a,password:x", "ClientCertificate=***"},
+      {"cannot open the file Driver=x;PWD=y", "cannot open the file Driver=x;PWD=***"},
+      {"there is no file PWD=y;DSN=a", "there is no file PWD=***;DSN=a"},
   };
   for (const auto& row : rows) CHECK(maskPasswords(row.text) == row.masked);
 }

@@ -1,3 +1,4 @@
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -30,6 +31,9 @@ void catchSignal(int signalNumber) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Memory may hold the password of a database, so it is never written to a core dump.
+  constexpr rlimit none{0, 0};
+  setrlimit(RLIMIT_CORE, &none);
   for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) catchSignal(signalNumber);
   // Neither a message that nobody reads any more nor a file that may grow no longer must kill the
   // program between two calls of a record.

@@ -40,7 +40,9 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
   return ExitStatus::Posted;
 }
 
-int fail(ExitStatus status, const std::string& text, bool json, Streams& streams) {
+int fail(ExitStatus status, const std::string& why, bool json, Streams& streams) {
+  // What was given in the wrong place may be a connection string.
+  const std::string text = maskPasswords(why);
   streams.err << "opnimp: " << printable(text) << ".\n";
   if (json) writeErrorDocument(status, text, streams.out);
   return static_cast<int>(status);

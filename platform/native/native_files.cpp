@@ -175,7 +175,8 @@ std::unique_ptr<InputFile> NativeFileSystem::openInput(std::string_view path) {
 }
 
 std::unique_ptr<OutputFile> NativeFileSystem::openAppend(std::string_view path) {
-  return std::make_unique<NativeOutput>(openDescriptor(path, O_WRONLY | O_APPEND | O_CREAT));
+  return std::make_unique<NativeOutput>(
+      openDescriptor(path, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW));
 }
 
 std::unique_ptr<OutputFile> NativeFileSystem::openReplacement(std::string_view path) {

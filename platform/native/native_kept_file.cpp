@@ -117,7 +117,7 @@ std::unique_ptr<KeptFile> openKept(const std::string& path, KeptFor use) {
   makeFolders(folder);
   constexpr mode_t ownersOnly = 0600;
   auto file = std::make_unique<NativeKeptFile>(
-      openDescriptor(path, O_RDWR | O_APPEND | O_CREAT, ownersOnly));
+      openDescriptor(path, O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW, ownersOnly));
   if (file->length() == 0) syncFolder(folder);
   file->lock();
   return file;

@@ -50,6 +50,8 @@ struct Excel : FakeExcel {
                                                   {"Range(C1:C1).NumberFormat", "0.00E+00"},
                                                   {"Range(C2:C3).NumberFormat", "m/d/yyyy"},
                                                   {"Workbook.Date1904", "False"},
+                                                  {"Worksheets(1).Visible", 0},
+                                                  {"Worksheets(1).Name", "Old"},
                                                   {"Application.Version", "16.0"},
                                                   {"Application.ReferenceStyle", 1},
                                                   {"Range(B2:B2).Value2", "tis"}};
@@ -75,6 +77,7 @@ void read(const std::string& path) {
   }
   CHECK(sheet->text(5, 1).empty());
   CHECK(sheet->text(1, 4).empty());
+  CHECK(sheet->hiddenName() == "Old");
 }
 
 void write(const std::string& path) {
@@ -89,6 +92,7 @@ void write(const std::string& path) {
   sheet->addListValidation({2, 6, 1000, 6}, {2, 250, 3, 250});
   sheet->setColumnWidth(6, 30);
   sheet->hideColumn(250);
+  sheet->setTextColumn(3);
   sheet->autoFit(1, 5);
   sheet->setText(2, 2, "'tis");
   sheet->setText(4096 + 2, 2, std::string(912, 'x'));
@@ -126,8 +130,8 @@ TEST_CASE("the application opens and reads a sheet") {
               "Application.AutomationSecurity=3", "Workbooks.Open(0,True,,?,,True,,,,False)",
               "Rows.Count", "Columns.Count", "UsedRange.Row", "UsedRange.Column",
               "Range(A1:C4).Value2", "Range(C1:C3).NumberFormat", "Range(C1:C1).NumberFormat",
-              "Workbook.Date1904", "Range(C2:C3).NumberFormat", "Workbook.Close(False)",
-              "Application.Quit"});
+              "Workbook.Date1904", "Range(C2:C3).NumberFormat", "Worksheets(1).Visible",
+              "Worksheets(1).Name", "Workbook.Close(False)", "Application.Quit"});
 }
 
 TEST_CASE("a sheet with more rows than an .xls file holds is refused, not cut") {
@@ -135,7 +139,9 @@ TEST_CASE("a sheet with more rows than an .xls file holds is refused, not cut") 
   folder.write("Zoë.xls", "old");
   Excel excel;
   excel.answers["Rows.Count"] = value(65537);
-  CHECK(errorOf([&] { createExcelSpreadsheet()->open(folder.path("Zoë.xls"), ColumnSet().set()); }) == 321);
+  CHECK(errorOf([&] {
+          createExcelSpreadsheet()->open(folder.path("Zoë.xls"), ColumnSet().set());
+        }) == 321);
   CHECK(excel.calls.back() == "Application.Quit");
 }
 
@@ -155,6 +161,7 @@ TEST_CASE("the application writes a sheet") {
                              "Range(F2:F1000).Add(3,1,1,=$IP$2:$IP$3)",
                              "Range(F1:F1).ColumnWidth=30",
                              "Range(IP1:IP1).Hidden=True",
+                             "Range(C1:C1).NumberFormat=@",
                              "Range(A1:A3).NumberFormat=@",
                              "Range(A1:A3).Value2=[Salesman][][007]",
                              "Range(B1:B1).NumberFormat=@",

@@ -59,9 +59,26 @@ Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWo
   return list;
 }
 
+// JSON lets them pass, but a terminal takes them for commands, as it takes ESC.
 std::string textOf(Json json) {
   makeValid(json);
-  return json.dump();
+  const std::string plain = json.dump();
+  std::string text;
+  text.reserve(plain.size());
+  for (std::size_t i = 0; i < plain.size(); ++i) {
+    const bool isC1 = plain[i] == '\xC2' && static_cast<unsigned char>(plain[i + 1]) < 0xA0;
+    if (isC1) {
+      constexpr std::string_view digits = "0123456789abcdef";
+      const auto unit = static_cast<unsigned char>(plain[++i]);
+      text.append("\\u00") += digits[unit >> 4U];
+      text += digits[unit & 0xFU];
+    } else if (plain[i] == '\x7F') {
+      text += "\\u007f";
+    } else {
+      text += plain[i];
+    }
+  }
+  return text;
 }
 
 void writeErrorDocument(ExitStatus status, const std::string& text, std::ostream& out) {

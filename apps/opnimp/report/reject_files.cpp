@@ -30,6 +30,12 @@ std::vector<std::size_t> recordsOf(const Traces& traces, bool (*chosen)(Outcome)
   return records;
 }
 
+/// A reason may begin with a text of the file, which a spreadsheet would take for a formula.
+std::string asNoFormula(std::string text) {
+  if (text.find_first_of("=+-@\t\r") == 0) text.insert(0, "'");
+  return text;
+}
+
 std::string reasons(const InputRecords& input, const Traces& traces) {
   std::string placeTitle(input.placeWord());
   placeTitle.replace(0, 1, upperAscii(placeTitle.substr(0, 1)));
@@ -39,7 +45,7 @@ std::string reasons(const InputRecords& input, const Traces& traces) {
     const RecordTrace& trace = traces.records[record];
     if (!isRefused(trace.outcome) && !isDoubtful(trace.outcome)) continue;
     text << record + 1 << ',' << input.place(record).line << ',' << outcomeName(trace.outcome)
-         << ',' << std::quoted(reasonOf(trace), '"', '"') << csvLineEnd;
+         << ',' << std::quoted(asNoFormula(reasonOf(trace)), '"', '"') << csvLineEnd;
   }
   // In the code page of all the comma-separated files that are imported.
   return CodePage::windows1252().encode(text.str());

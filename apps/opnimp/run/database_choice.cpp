@@ -109,6 +109,8 @@ void makeDemoDatabase(const std::string& path) {
   cannotMake(path, "there is such a file already. Choose another path, or remove it first");
 }
 
+// A key is a secret's if its name holds such a part: drivers have PWD, PASSWORD2, TLSKEYPWD,
+// KeystoreSecret, pqopt and more, and a further one costs only a value that nobody needs to see.
 // A value in braces may contain semicolons, and a closing brace when it is doubled. Without braces
 // it must not, and one that does ends where a further keyword of connection strings begins. When in
 // doubt, too much is masked: also what only looks like a password inside another value's braces.
@@ -117,7 +119,8 @@ std::string maskPasswords(std::string_view connectionString) {
   // After a closing brace, or without one, the rest is masked likewise: a password that is quoted
   // wrongly must not show its end.
   static const std::regex password(
-      R"(((?:^|;|\{)\s*(?:pwd|password)\s*=)(?:\{(?:[^}]|\}\})*\}?)?)"
+      R"(((?:^|;|\{)[^;={}]*(?:pwd|pass|secret|token|pqopt|credential|clientcert)[^;={}]*=))"
+      R"(\s*(?:\{(?:[^}]|\}\})*\}?)?)"
       R"([^;]*(?:;(?!\s*(?:app|charset|client ?charset|data ?source|database|description|driver)"
       R"(|dsn|encrypt|file ?dsn|host(?:name)?|initial catalog|language|option|port|protocol|provider)"
       R"(|pwd|password|server(?:name)?|socket|ssl\w*|sync\w*|tds_version|timeout|trust\w*|uid)"
