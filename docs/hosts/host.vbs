@@ -1,7 +1,8 @@
-' A host in VBScript. It opens the customers' opening balances on a database that ADO opens, and arranges the
-' screen in the hooks of its service object:
+' A host in VBScript: opens the customers' opening balances, and arranges the screen in the hooks of its service
+' object, OpeningHost.Service. That has the interface of platform/windows/host_service.idl, which a script cannot
+' have, and hands each call on to the object in its Handler.
 '   cscript //nologo host.vbs CONNECTION-STRING FILE
-' A script's message loop is that of a message box: while the box is shown the screen works.
+' The screen lives in the message loop of the box that is shown at the end.
 Option Explicit
 
 Class Hooks
@@ -44,7 +45,7 @@ Class Hooks
     CaptionText = key
   End Function
 
-  ' Without a box, as nobody may sit before a script.
+  ' To the console instead of a box.
   Public Function ShowMessage(prompt, style)
     WScript.Echo "Message " & style & ": " & prompt
     ShowMessage = vbOK
@@ -64,7 +65,6 @@ Class Hooks
 End Class
 
 Dim service, handler, connection, component
-' A class that a script cannot be: it has the interface of platform/windows/host_service.idl and hands each call on.
 Set service = WScript.CreateObject("OpeningHost.Service")
 Set handler = New Hooks
 handler.File = WScript.Arguments(1)
