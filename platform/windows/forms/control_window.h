@@ -12,7 +12,7 @@
 #include <string_view>
 
 #include "platform/windows/forms/fonts.h"
-#include "platform/windows/forms/scale.h"
+#include "platform/windows/scale.h"
 #include "ui/control.h"
 
 namespace velk {
