@@ -14,7 +14,7 @@ namespace {
 // A connection to each engine in its turn, with an empty table for the suite.
 struct EveryEngine {
   ScratchDatabase database;
-  std::shared_ptr<OdbcConnection> connection;
+  std::shared_ptr<OwnConnection> connection;
 
   EveryEngine() {
     SUBCASE("embedded") {
