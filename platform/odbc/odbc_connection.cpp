@@ -137,7 +137,7 @@ std::shared_ptr<Recordset> DriverConnection::Execute(std::string_view text) {
       return PreparedStatement(session_, shape->text).execute(asParameters(shape->literals));
     }
   }
-  return PreparedStatement(session_, text).execute({});
+  return PreparedStatement::executeOnce(session_, text);
 }
 
 std::unique_ptr<Command> DriverConnection::newCommand() {

@@ -72,6 +72,25 @@ void runScript(OdbcConnection& connection, const std::string& path, std::string 
   send();
 }
 
+/// In the connection string's own database, which is there for this: nothing else can be dropped
+/// without the right to make databases.
+void dropCompany(OdbcConnection& connection) {
+  for (const auto& [kind, file] : {std::pair("PROCEDURE", "2_procedures"), {"TABLE", "1_tables"}}) {
+    const std::string script =
+        fileText(std::string(OPNIMP_SOURCE_DIR "/samples/company/sqlserver/") + file + ".sql");
+    const std::regex creation(std::string("CREATE ") + kind + " (\\w+)");
+    std::vector<std::string> names;
+    for (std::sregex_iterator found(script.begin(), script.end(), creation), end; found != end;
+         ++found) {
+      names.push_back((*found)[1]);
+    }
+    // What refers to a table goes before it.
+    for (auto name = names.rbegin(); name != names.rend(); ++name) {
+      connection.Execute("IF OBJECT_ID('" + *name + "') IS NOT NULL DROP " + kind + " " + *name);
+    }
+  }
+}
+
 /// With other values for some of its settings.
 std::string with(std::string connectionString, std::initializer_list<const char*> settings) {
   for (const std::string setting : settings) {
@@ -99,8 +118,7 @@ EngineCompany::EngineCompany(const TestEngine& engine, const std::string& folder
   std::string owner = engine.connectionString;
   database_ = owner;
   if (name == "sqlserver") {
-    // A connection string's own database, which is taken to be there for this.
-    for (const char* kind : {"PROCEDURE", "TABLE"}) (void)kind;
+    dropCompany(*openOdbc(owner));
   } else {
     const auto administrator = openOdbc(owner);
     administrator->Execute("DROP DATABASE IF EXISTS company");

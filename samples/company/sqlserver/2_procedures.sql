@@ -1,5 +1,6 @@
 -- The procedures of the sample company, for SQL Server 2008 and later. Each statement of theirs takes effect
 -- by itself, so that what can be refused is looked at first. They count rows, print and return rows.
+GO
 
 -- Each document's number is answered.
 CREATE PROCEDURE sp_insert_CustDebitNote
