@@ -12,15 +12,15 @@ namespace velk {
 
 namespace {
 
-using Row = std::vector<std::string>;
+using TextRow = std::vector<std::string>;
 
-Row rowOf(std::string_view name, const Sums& sums) {
+TextRow rowOf(std::string_view name, const Sums& sums) {
   return {std::string(name),      grouped(sums.count),      money(sums.billDebit),
           money(sums.billCredit), money(sums.balanceDebit), money(sums.balanceCredit)};
 }
 
-std::vector<Row> rowsOf(const Account& account, const Arguments& arguments, std::string_view file) {
-  std::vector<Row> rows{
+std::vector<TextRow> rowsOf(const Account& account, const Arguments& arguments, std::string_view file) {
+  std::vector<TextRow> rows{
       {"", "Count", "Bill debit", "Bill credit", "Balance debit", "Balance credit"}};
   for (std::size_t i = 0; i < outcomeCount; ++i) {
     const Sums& sums = account.byOutcome[i];
@@ -29,12 +29,12 @@ std::vector<Row> rowsOf(const Account& account, const Arguments& arguments, std:
   rows.push_back(rowOf(file, account.file));
   const auto& becomes = arguments.kind->becomes;
   rows.push_back(rowOf(effectName(becomes[0], arguments), account.notes));
-  Row entries = rowOf(effectName(becomes[1], arguments), account.entries);
+  TextRow entries = rowOf(effectName(becomes[1], arguments), account.entries);
   entries[2] = entries[3] = "";  // account entries carry the balance only
   rows.push_back(entries);
   // Master data has counts, but no amounts.
   if (arguments.kind->opening == nullptr) {
-    std::ranges::for_each(rows, [](Row& row) { row.resize(2); });
+    std::ranges::for_each(rows, [](TextRow& row) { row.resize(2); });
   }
   return rows;
 }
