@@ -18,7 +18,7 @@ namespace {
 
 /// Every cell of every row, dates day first whatever the engine keeps them in; in an order of their
 /// own where the query has none, as engines order texts otherwise.
-std::string dump(OdbcConnection& connection, std::string_view query, std::size_t columns) {
+std::string dump(OwnConnection& connection, std::string_view query, std::size_t columns) {
   Texts lines;
   for (const auto rows = connection.Execute(query); !rows->isEOF(); rows->MoveNext()) {
     std::string& line = lines.emplace_back();
@@ -34,7 +34,7 @@ std::string dump(OdbcConnection& connection, std::string_view query, std::size_t
   return text;
 }
 
-std::string tablesOf(OdbcConnection& connection) {
+std::string tablesOf(OwnConnection& connection) {
   std::string text;
   for (const std::string party : {"Customer", "Vendor"}) {
     for (const std::string kind : {"Debit", "Credit"}) {

@@ -7,8 +7,6 @@
 namespace velk {
 namespace {
 
-constexpr std::string_view bankTitles = "Bank Code,Bank Name,Branch Code,Branch Name";
-
 std::string write(const RunnerWorld& world, const std::string& name,
                   std::initializer_list<std::string_view> records) {
   return world.folder.write(name, crlf({openingTitles}) + crlf(records));
@@ -19,10 +17,6 @@ Ran importFiles(RunnerWorld& world, std::vector<std::string> files,
                 std::vector<std::string> more = {}) {
   more.insert(more.begin(), files.begin() + 1, files.end());
   return world.import(files.front(), std::move(more));
-}
-
-std::string debits(RunnerWorld& world) {
-  return world.ask("select count(*) from CustomerDebitNote");
 }
 
 TEST_CASE("files of one call are runs of their own, with one account and the worst status") {

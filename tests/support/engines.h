@@ -33,12 +33,12 @@ class EngineCompany {
   /// For --database: an embedded file, or the connection string of an account that may only import.
   const std::string& database() const { return database_; }
   /// The administrator's.
-  const std::shared_ptr<OdbcConnection>& connection() const { return connection_; }
+  const std::shared_ptr<OwnConnection>& connection() const { return connection_; }
   std::string ask(std::string_view query) const;
 
  private:
   std::string database_;
-  std::shared_ptr<OdbcConnection> connection_;
+  std::shared_ptr<OwnConnection> connection_;
 };
 
 }  // namespace velk

@@ -75,6 +75,10 @@ std::string RunnerWorld::ask(std::string_view query) {
   return velk::ask(*openOdbc(embeddedConnectionString(database())), query);
 }
 
+std::string debits(RunnerWorld& world) {
+  return world.ask("select count(*) from CustomerDebitNote");
+}
+
 std::string crlf(std::initializer_list<std::string_view> lines) {
   std::string text;
   for (const std::string_view line : lines) text.append(line).append("\r\n");
