@@ -19,7 +19,8 @@ TextRow rowOf(std::string_view name, const Sums& sums) {
           money(sums.billCredit), money(sums.balanceDebit), money(sums.balanceCredit)};
 }
 
-std::vector<TextRow> rowsOf(const Account& account, const Arguments& arguments, std::string_view file) {
+std::vector<TextRow> rowsOf(const Account& account, const Arguments& arguments,
+                            std::string_view file) {
   std::vector<TextRow> rows{
       {"", "Count", "Bill debit", "Bill credit", "Balance debit", "Balance credit"}};
   for (std::size_t i = 0; i < outcomeCount; ++i) {
