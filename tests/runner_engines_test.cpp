@@ -105,7 +105,7 @@ struct EngineWorld : RunnerWorld {
   void tellTables() { story.push_back(tablesOf(*company.connection())); }
 };
 
-const std::string sampleFiles = OPNIMP_SOURCE_DIR "/sampleFiles/";
+const std::string sampleFiles = OPNIMP_SOURCE_DIR "/samples/";
 
 Texts storyOn(const TestEngine& engine) {
   EngineWorld world(engine);
