@@ -43,22 +43,29 @@ std::optional<Texts> read(Read&& what) {
   return cells;
 }
 
+// With sanitizers, which slow this down twentyfold, one case of so many is tried.
+constexpr std::size_t stride = OPNIMP_SANITIZED ? 23 : 1;
+
 /// A seed, and what is done to it.
 struct Patient {
   std::string_view name;
   Bytes file = workbookSeed(name);
   Bytes stream = Bytes(workbookStream(file).view());
   Texts cells = cellsOf(stream);
+  mutable std::size_t tried = 0;
 
   void checkFile(const Bytes& damaged, std::size_t at) const {
-    check(at, read([&] { return cellsOfFile(damaged); }));
+    check(at, [&] { return cellsOfFile(damaged); });
   }
   void checkStream(const Bytes& damaged, std::size_t at) const {
-    check(at, read([&] { return cellsOf(damaged); }));
+    check(at, [&] { return cellsOf(damaged); });
   }
 
  private:
-  void check(std::size_t at, const std::optional<Texts>& found) const {
+  template <class Read>
+  void check(std::size_t at, Read&& damaged) const {
+    if (tried++ % stride != 0) return;
+    const std::optional<Texts> found = read(damaged);
     if (!found || *found == cells) return;
     FAIL_CHECK(name << " reads with other cells, damaged at " << at);
   }
