@@ -28,7 +28,7 @@ RECT placeOf(HWND window) {
 }
 
 void checkUncut(const SeenWindows& host, int dotsPerInch) {
-  const std::string cut = cutTexts(host, dotsPerInch);
+  const std::string cut = SeenTexts(host, dotsPerInch).cut(takePicture(host));
   if (!cut.empty()) fail("Cut at " + std::to_string(dotsPerInch) + " dots per inch:" + cut);
 }
 
