@@ -92,7 +92,7 @@ void Tour::browse(HWND screen, const std::wstring& path) {
 
 // Exports all salesmen, and leaves them at `path` as a user may have edited them.
 void Tour::exportSalesmen(HWND screen, const std::wstring& path) {
-  const std::wstring exported = places_.pictures + L"salesmen.xls";
+  const std::wstring exported = places_.programs + L"salesmen.xls";
   hands_->press(buttonNamed(screen, L"&Export DS"));
   answerFileDialog(exported, "export");
   // Only its size is asked for until it is complete: a file that is open cannot be replaced.
