@@ -1,12 +1,10 @@
-// How any database behaves through the connection. Always run on the embedded database, and on the
-// one that OPNIMP_TEST_ODBC names by a connection string (its user has to be allowed to make a
-// table).
+// How any database behaves through the connection: the embedded one, the servers of the tests' own,
+// and what OPNIMP_TEST_SQLSERVER names by a connection string.
 #include <doctest/doctest.h>
-
-#include <cstdlib>
 
 #include "base/errors.h"
 #include "tests/support/database_calls.h"
+#include "tests/support/engines.h"
 
 namespace velk {
 namespace {
@@ -14,21 +12,22 @@ namespace {
 // A connection to each engine in its turn, with an empty table for the suite.
 struct EveryEngine {
   ScratchDatabase database;
-  std::shared_ptr<OdbcConnection> connection;
+  std::shared_ptr<OwnConnection> connection;
+  const TestEngine* engine = nullptr;
 
   EveryEngine() {
-    SUBCASE("embedded") {
-      connection = database.open();
-    }
-    if (const char* other = std::getenv("OPNIMP_TEST_ODBC")) {
-      SUBCASE("OPNIMP_TEST_ODBC") {
-        connection = openOdbc(other);
+    for (const TestEngine& each : testEngines()) {
+      SUBCASE(each.name) {
+        engine = &each;
       }
     }
+    REQUIRE(engine != nullptr);
+    connection = engine->isEmbedded() ? database.open() : openOdbc(engine->connectionString);
     connection->Execute("DROP TABLE IF EXISTS odbc_suite");
     connection->Execute(
-        "CREATE TABLE odbc_suite (Code varchar(20) NOT NULL PRIMARY KEY, Name nvarchar(2048) NULL,"
-        " Pieces int NULL, Amount float NULL, Made datetime NULL)");
+        std::string("CREATE TABLE odbc_suite (Code varchar(20) NOT NULL PRIMARY KEY, Name ") +
+        engine->textType + "(2048) NULL, Pieces int NULL, Amount double precision NULL, Made " +
+        engine->dateType + " NULL)");
   }
   void run(std::string_view statement, const Parameters& parameters) {
     runCommand(*connection, statement, parameters);
@@ -90,7 +89,8 @@ TEST_CASE_FIXTURE(EveryEngine, "odbc: values there and back") {
       {"4", "\xF0\x9F\x98\x80 beyond the first plane", 7, 123456.78, Date{-1.25}},
       {"5", repeated("x", 2048), 1, 1e-9, Date{2958465}},
       {"6", repeated("é", 2048), 1, 1.0, Date{0}},
-      {"7",
+      {"7", " ends with a blank ", 1, 0.25, Date{39538}},
+      {"8",
        Null{},
        {Null{}, DataType::Integer},
        {Null{}, DataType::Double},
@@ -106,6 +106,15 @@ TEST_CASE_FIXTURE(EveryEngine, "odbc: values there and back") {
       CHECK((back->field(i) == row[i].value));
     }
   }
+}
+
+// One that a driver rounds to 15 digits would not be their sum.
+TEST_CASE_FIXTURE(EveryEngine, "odbc: a number keeps its last bit") {
+  for (const auto& [key, amount] : {std::pair("a", 0.1), {"b", 0.2}, {"sum", 0.1 + 0.2}}) {
+    run("INSERT INTO odbc_suite (Code, Amount) VALUES (?, ?)", {key, amount});
+  }
+  CHECK(ask("SELECT count(*) FROM odbc_suite a, odbc_suite b, odbc_suite s WHERE a.Code = 'a' AND "
+            "b.Code = 'b' AND s.Code = 'sum' AND a.Amount + b.Amount = s.Amount") == "1");
 }
 
 TEST_CASE_FIXTURE(EveryEngine, "odbc: a text longer than a parameter is refused, never cut") {
@@ -164,11 +173,10 @@ TEST_CASE_FIXTURE(EveryEngine, "odbc: refusals have their numbers and leave all 
       FAIL("not refused");
     } catch (const RuntimeError& error) {
       CHECK(error.number() == code(row.number));
-      CHECK(error.description().find('[') == std::string::npos);
+      CHECK(error.description().find_first_of("[\n") == std::string::npos);
       CHECK_FALSE(error.description().empty());
     }
     REQUIRE_FALSE(connection->diagnostics().empty());
-    CHECK(connection->diagnostics().front().message.find('[') == 0);
     CHECK_FALSE(connection->isLost());
     CHECK(rows() == "1");
   }

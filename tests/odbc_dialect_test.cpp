@@ -80,8 +80,10 @@ TEST_CASE("dialects: texts that must not be taken for a known statement") {
 }
 
 TEST_CASE("dialects: each known statement has a mark for each literal") {
-  for (const Dialect* dialect : {&sqliteDialect}) {
-    for (const KnownStatement& statement : dialect->statements) {
+  for (const char* engine : {"SQLite", "PostgreSQL", "MariaDB"}) {
+    CHECK(dialectOf(engine).statements.size() == sqliteDialect.statements.size());
+    for (const KnownStatement& statement : dialectOf(engine).statements) {
+      CHECK(findStatement(sqliteDialect, statement.shape) != nullptr);
       CAPTURE(statement.shape);
       CHECK(std::ranges::count(statement.shape, '?') == std::ranges::count(statement.sql, '?'));
     }

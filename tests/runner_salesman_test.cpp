@@ -34,17 +34,7 @@ struct SalesmanWorld : RunnerWorld {
         "(DSTypeID) join Salesman using (SalesmanID) where Salesman_name='" +
         salesman + "'");
   }
-  /// A sheet that the runner wrote, as rows of seven cells.
-  Texts rowsOf(std::string_view name) const {
-    NativeFileSystem files;
-    const auto sheet = XlsSpreadsheet(files).open(folder.path(name));
-    Texts rows;
-    for (int row = 1; row <= sheet->rowCount(); ++row) {
-      std::string& text = rows.emplace_back(sheet->text(row, 1));
-      for (int column = 2; column <= 7; ++column) text += "|" + sheet->text(row, column);
-    }
-    return rows;
-  }
+  Texts rowsOf(std::string_view name) const { return sheetRows(folder.path(name)); }
 };
 
 const std::string good = "New Man|=1+1|00123|0099|x|Retail|YES";

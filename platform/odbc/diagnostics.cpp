@@ -15,14 +15,18 @@ constexpr SQLSMALLINT messageCapacity = std::numeric_limits<SQLSMALLINT>::max();
 constexpr SQLSMALLINT longestMessage = messageCapacity - 1;  // before the final NUL
 constexpr SQLSMALLINT maxRecords = 64;  // a driver that never says "no more" must not hang us
 
-// "[Vendor][Driver][Server]text": users are shown the text only.
-std::string_view withoutLayerNames(std::string_view message) {
+// "[Vendor][Driver][Server]text": users are shown the text only, and in one line, as the error log
+// has a line for each error.
+std::string shownText(std::string_view message) {
   while (!message.empty() && message.front() == '[') {
     const std::size_t end = message.find(']');
     if (end == std::string_view::npos) break;
     message.remove_prefix(end + 1);
   }
-  return trim(message);
+  std::string text(trim(message));
+  std::ranges::replace_if(
+      text, [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  return text;
 }
 
 ErrorNumber numberOf(const Diagnostic& diagnostic) {
@@ -83,7 +87,7 @@ RuntimeError toRuntimeError(const std::vector<Diagnostic>& diagnostics) {
   }
   // ODBC ranks the records of a failure: the first matters most.
   const Diagnostic& first = diagnostics.front();
-  return RuntimeError(numberOf(first), std::string(withoutLayerNames(first.message)));
+  return RuntimeError(numberOf(first), shownText(first.message));
 }
 
 // Class 08 is about the connection itself. After class 24 it refuses everything, for ever.

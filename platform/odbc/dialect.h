@@ -20,11 +20,12 @@ struct KnownStatement {
   std::string_view sql;    ///< the engine's; its marks take the literals in their order
 };
 
-/// A failure that the driver reports under a general state only, HY000 or 01000.
+/// A failure that the driver reports otherwise than others do.
 struct NativeError {
-  std::int32_t code;
-  std::string_view state;         ///< what other drivers would report
-  std::string_view message = {};  ///< a part of the driver's text; empty if the code says enough
+  std::int32_t code;               ///< the engine's own; 0: any
+  std::string_view state;          ///< what other drivers would report
+  std::string_view message = {};   ///< a part of the driver's text; empty if the code says enough
+  std::string_view reported = {};  ///< the driver's state; empty for a general one, HY000 or 01000
 };
 
 /// The default values describe SQL Server.
@@ -41,6 +42,12 @@ struct Dialect {
   /// The first row that fits counts.
   std::span<const NativeError> errors = {};
   std::int32_t errorCodeBits = -1;  ///< of a native code, those that `errors` knows
+  /// What stands around the name and the marks of a call.
+  std::string_view callBefore = "{call ";
+  std::string_view callAfter = "}";
+  /// Answers what stands before them for the procedure whose name, as a literal, takes the place of
+  /// the mark; empty if it is the same for all.
+  std::string_view callBeforeQuery = {};
   /// Procedures are statements in a table of the database (stored_procedures.h).
   bool hasProcedureTable = false;
   /// Put before each step of a procedure that writes.
@@ -48,11 +55,16 @@ struct Dialect {
   /// A call of a procedure that the engine refuses, by an error that it has a state for, has
   /// changed nothing.
   bool hasAtomicCalls = false;
+  /// Answers 1 if the same holds for the procedure whose name takes the place of the mark; empty if
+  /// it holds for all or for none.
+  std::string_view hasAtomicCallsQuery = {};
   /// Asks how many of the database's definitions let a single statement keep a part of its changes
   /// when it fails; empty if none can.
   std::string_view partialDefinitions = {};
-  /// Answers how many transactions the connection is in; empty if the engine refuses BEGIN within
-  /// one instead.
+  /// Run as the first statement of each transaction, so that transactionCount can tell it.
+  std::string_view transactionMark = {};
+  /// Answers how many transactions the connection is in, 0 for none; empty if the engine refuses
+  /// BEGIN within one instead.
   std::string_view transactionCount = "SELECT @@TRANCOUNT";
   /// Answers 0 if the user cannot run the procedure whose name, as a literal, takes the place of
   /// each mark: it is not there, or the right is missing. Engines that do not understand it are

@@ -1,8 +1,13 @@
 #include "platform/odbc/engines.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
+#include <utility>
 
 #include "base/text.h"
+#include "platform/odbc/mariadb_dialect.h"
+#include "platform/odbc/postgresql_dialect.h"
 #include "platform/odbc/sqlite_dialect.h"
 
 namespace velk {
@@ -23,7 +28,11 @@ constexpr auto lostConnections = std::to_array<NativeError>({
 const Dialect& dialectOf(std::string_view engineName) {
   // For every other name, too: its statements are sent as they are.
   static constexpr Dialect sqlServer{.errors = lostConnections};
-  return equalsIgnoringCase(engineName, "SQLite") ? sqliteDialect : sqlServer;
+  static constexpr std::pair<std::string_view, const Dialect*> others[] = {
+      {"SQLite", &sqliteDialect}, {"PostgreSQL", &postgresqlDialect}, {"MariaDB", &mariadbDialect}};
+  const auto* const found = std::ranges::find_if(
+      others, [&](const auto& row) { return equalsIgnoringCase(engineName, row.first); });
+  return found == std::end(others) ? sqlServer : *found->second;
 }
 
 }  // namespace velk

@@ -15,7 +15,7 @@ namespace velk {
 namespace {
 
 // A connection through the driver of any engine.
-class DriverConnection final : public OdbcConnection,
+class DriverConnection final : public OwnConnection,
                                public std::enable_shared_from_this<DriverConnection> {
  public:
   DriverConnection(std::string_view connectionString, const OdbcOptions& options)
@@ -45,12 +45,14 @@ class DriverConnection final : public OdbcConnection,
   bool isKnownToChangeNothing(std::string_view name, std::size_t parameters,
                               const RuntimeError& error) const;
   PreparedStatement& kept(std::string_view sql);
+  PreparedStatement& procedure(std::string_view name, std::size_t parameters);
   void requireWhole(std::string_view text) const;
   void setInTransaction(bool in);
   void endTransaction(SQLSMALLINT how);
 
   OdbcSession session_;  // first, because the statements below need it until they are gone
-  // By text. Only the system's own statements and calls of procedures, so that it stays small.
+  // By text, calls by name and number of parameters. Only the system's own statements and calls of
+  // procedures, so that it stays small.
   std::map<std::string, PreparedStatement, std::less<>> kept_;
   StoredProcedures procedures_;
   bool inTransaction_ = false;
@@ -92,11 +94,15 @@ std::shared_ptr<Recordset> OdbcCommand::Execute(std::int32_t) {
   return connection_->run(type_, text_, parameters_);
 }
 
-// "{call name(?, ?)}", the interface's own way to call a procedure.
-std::string callText(std::string_view name, std::size_t parameterCount) {
-  std::string text = std::string("{call ").append(name);
+// "{call name(?, ?)}", the interface's own way to call a procedure, or the engine's.
+std::string callText(std::string before, std::string_view name, std::size_t parameterCount,
+                     std::string_view after) {
+  std::string text = std::move(before.append(name));
   for (std::size_t i = 0; i < parameterCount; ++i) text += i == 0 ? "(?" : ", ?";
-  return text.append(parameterCount == 0 ? "}" : ")}");
+  // Only the interface's own way knows calls without parentheses.
+  if (parameterCount == 0 && after.empty()) text += '(';
+  if (parameterCount > 0 || after.empty()) text += ')';
+  return text.append(after);
 }
 
 // A literal may be longer than a parameter: in the statement's own text it would have no limit.
@@ -131,7 +137,7 @@ std::shared_ptr<Recordset> DriverConnection::Execute(std::string_view text) {
       return PreparedStatement(session_, shape->text).execute(asParameters(shape->literals));
     }
   }
-  return PreparedStatement(session_, text).execute({});
+  return PreparedStatement::executeOnce(session_, text);
 }
 
 std::unique_ptr<Command> DriverConnection::newCommand() {
@@ -157,16 +163,37 @@ std::shared_ptr<Recordset> DriverConnection::run(CommandType type, std::string_v
 std::shared_ptr<Recordset> DriverConnection::call(std::string_view name,
                                                   const std::vector<CommandParameter>& parameters) {
   if (session_.dialect().hasProcedureTable) return procedures_.call(name, parameters);
-  return kept(callText(name, parameters.size())).execute(parameters);
+  return procedure(name, parameters.size()).execute(parameters);
 }
 
-// An engine's error says nothing of what came before it within the call. Only an error of the
-// provider in general may be the driver's own, made when the engine was done.
+// Prepared when it is first called.
+PreparedStatement& DriverConnection::procedure(std::string_view name, std::size_t parameters) {
+  const std::string key = std::string(name).append("/").append(std::to_string(parameters));
+  const auto found = kept_.find(key);
+  if (found != kept_.end()) return found->second;
+  const std::string text =
+      callText(callBefore(session_, name), name, parameters, session_.dialect().callAfter);
+  return kept_.try_emplace(key, session_, text).first->second;
+}
+
+// Whether the engine itself has refused a statement: the classes are those of the driver and its
+// manager, and of the connection, which may have been lost when the engine was done.
+bool isOfEngine(const std::vector<Diagnostic>& diagnostics) {
+  if (diagnostics.empty()) return false;
+  const std::string& state = diagnostics.front().state;
+  const std::string_view others[] = {"HY", "IM", "01", "08", "24", "57P"};
+  return state == "HYT00" || std::ranges::none_of(others, [&](std::string_view start) {
+           return state.starts_with(start);
+         });
+}
+
+// An engine's error says nothing of what came before it within the call, unless its calls are
+// atomic.
 bool DriverConnection::isKnownToChangeNothing(std::string_view name, std::size_t parameters,
                                               const RuntimeError& error) const {
   if (session_.isLost() || session_.sent() == OdbcSession::Sent::Done) return false;
   if (session_.sent() == OdbcSession::Sent::Nothing) return true;
-  if (session_.dialect().hasAtomicCalls) return !error.is(ErrorNumber::ProviderFailure);
+  if (hasAtomicCalls(session_, name)) return isOfEngine(session_.diagnostics());
   // These come from within a call that runs, or from a server that does not answer.
   const bool ran = error.is(ErrorNumber::IntegrityViolation) ||
                    error.is(ErrorNumber::DataTruncated) || error.is(ErrorNumber::ProviderTimeout);
@@ -199,6 +226,8 @@ void DriverConnection::setInTransaction(bool in) {
 void DriverConnection::beginTransaction() {
   if (inTransaction_) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
   setInTransaction(true);
+  const std::string_view mark = session_.dialect().transactionMark;
+  if (!mark.empty()) session_.executeNative(mark);
 }
 
 void DriverConnection::endTransaction(SQLSMALLINT how) {
@@ -267,8 +296,8 @@ std::string fileAddress(std::string_view path) {
 
 }  // namespace
 
-std::shared_ptr<OdbcConnection> openOdbc(std::string_view connectionString,
-                                         const OdbcOptions& options) {
+std::shared_ptr<OwnConnection> openOdbc(std::string_view connectionString,
+                                        const OdbcOptions& options) {
   return std::make_shared<DriverConnection>(connectionString, options);
 }
 

@@ -24,6 +24,18 @@ class Running {
   OdbcSession& session_;
 };
 
+/// Executes, and reads all results.
+template <class Execute>
+std::shared_ptr<MemoryRecordset> run(OdbcSession& session, SQLHANDLE statement, Execute&& execute) {
+  const Running running(session, statement);
+  session.setSent(OdbcSession::Sent::Asked);
+  const SQLRETURN executed = execute();
+  // From here on it has been done, whatever the calls that follow answer.
+  const bool done = SQL_SUCCEEDED(executed) || executed == SQL_NO_DATA;
+  if (done) session.setSent(OdbcSession::Sent::Done);
+  return readResults(session, statement, executed);
+}
+
 }  // namespace
 
 PreparedStatement::PreparedStatement(OdbcSession& session, std::string_view sql)
@@ -39,13 +51,17 @@ std::shared_ptr<MemoryRecordset> PreparedStatement::execute(
     requirePassable(parameters[i].value);
     buffers_[i].set(parameters[i].value);
   }
-  const Running running(session_, statement_.get());
-  session_.setSent(OdbcSession::Sent::Asked);
-  const SQLRETURN executed = SQLExecute(statement_.get());
-  // From here on it has been done, whatever the calls that follow answer.
-  const bool done = SQL_SUCCEEDED(executed) || executed == SQL_NO_DATA;
-  if (done) session_.setSent(OdbcSession::Sent::Done);
-  return readResults(session_, statement_.get(), executed);
+  return run(session_, statement_.get(), [&] { return SQLExecute(statement_.get()); });
+}
+
+std::shared_ptr<MemoryRecordset> PreparedStatement::executeOnce(OdbcSession& session,
+                                                                std::string_view sql) {
+  const StatementHandle statement = session.newStatement();
+  const std::u16string wide = toUtf16(sql);
+  return run(session, statement.get(), [&] {
+    return SQLExecDirectW(statement.get(), wideText(wide.data()),
+                          static_cast<SQLINTEGER>(wide.size()));
+  });
 }
 
 // An import runs a statement with the same types again and again. If parameters were bound each

@@ -17,6 +17,10 @@ class PreparedStatement {
   /// Errors: what the driver reports about the text; some drivers report it only on execution.
   PreparedStatement(OdbcSession& session, std::string_view sql);
 
+  /// Runs a text without parameters that is run once: nothing is prepared, which would be a further
+  /// question to a server. Errors: what the driver reports.
+  static std::shared_ptr<MemoryRecordset> executeOnce(OdbcSession& session, std::string_view sql);
+
   /// Runs with one parameter for each mark and reads all results. Any number of times. Error 3421
   /// for a type or a value that cannot be bound; else what the driver reports.
   std::shared_ptr<MemoryRecordset> execute(const std::vector<CommandParameter>& parameters);

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "base/text.h"
+#include "platform/odbc/prepared_statement.h"
 
 namespace velk {
 namespace {
@@ -91,25 +92,40 @@ std::string withName(std::string_view query, std::string_view procedure) {
   return text;
 }
 
-/// The answer of the engine's own query; empty if it does not understand it.
-std::optional<bool> maybeRunnable(const OdbcSession& session, std::string_view procedure) {
-  if (session.dialect().canRun.empty()) return std::nullopt;
+/// The number that a query of the dialect answers about the procedure; empty if there is no such
+/// query, or if the engine does not understand it.
+std::optional<SQLINTEGER> answer(const OdbcSession& session, std::string_view query,
+                                 std::string_view procedure) {
+  if (query.empty()) return std::nullopt;
   const StatementHandle statement = session.newStatement();
-  const std::u16string query = toUtf16(withName(session.dialect().canRun, procedure));
-  if (!SQL_SUCCEEDED(SQLExecDirectW(statement.get(), wideText(query.c_str()), SQL_NTS)) ||
+  const std::u16string text = toUtf16(withName(query, procedure));
+  if (!SQL_SUCCEEDED(SQLExecDirectW(statement.get(), wideText(text.c_str()), SQL_NTS)) ||
       !SQL_SUCCEEDED(SQLFetch(statement.get()))) {
     return std::nullopt;
   }
-  return numberAt(statement.get(), 1) != 0;
+  return numberAt(statement.get(), 1);
 }
 
 }  // namespace
 
 bool cannotHaveRun(const OdbcSession& session, std::string_view procedure,
                    std::size_t parameterCount) {
-  const std::optional<bool> runnable = maybeRunnable(session, procedure);
-  const bool barred = runnable ? !*runnable : isUnlisted(session, procedure);
+  const auto runnable = answer(session, session.dialect().canRun, procedure);
+  const bool barred = runnable ? *runnable == 0 : isUnlisted(session, procedure);
   return barred || hasTooMany(session, procedure, parameterCount);
+}
+
+bool hasAtomicCalls(const OdbcSession& session, std::string_view procedure) {
+  const Dialect& dialect = session.dialect();
+  return dialect.hasAtomicCalls || answer(session, dialect.hasAtomicCallsQuery, procedure) == 1;
+}
+
+std::string callBefore(OdbcSession& session, std::string_view procedure) {
+  const Dialect& dialect = session.dialect();
+  if (dialect.callBeforeQuery.empty()) return std::string(dialect.callBefore);
+  const OnlyAsking asking(session);
+  PreparedStatement query(session, withName(dialect.callBeforeQuery, procedure));
+  return toText(query.execute({})->field(0));
 }
 
 }  // namespace velk

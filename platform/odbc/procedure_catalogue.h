@@ -1,7 +1,9 @@
-// What the database's catalogue says of a procedure whose call has failed.
+// What the database's catalogue says of a procedure: how it is called, and what a call that has
+// failed can have done.
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "platform/odbc/odbc_session.h"
@@ -14,5 +16,12 @@ namespace velk {
 /// the catalogue does not answer. The session's diagnostics stay as they are.
 bool cannotHaveRun(const OdbcSession& session, std::string_view procedure,
                    std::size_t parameterCount);
+
+/// True if a call that the engine refuses has changed nothing, as the dialect or, by its query, the
+/// catalogue says.
+bool hasAtomicCalls(const OdbcSession& session, std::string_view procedure);
+
+/// What stands before the procedure's name in a call. Errors: what the driver reports.
+std::string callBefore(OdbcSession& session, std::string_view procedure);
 
 }  // namespace velk

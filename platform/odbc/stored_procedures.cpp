@@ -46,18 +46,6 @@ bool writes(std::string_view sql) {
   });
 }
 
-// What is asked while this lives changes nothing, whatever comes of it.
-class OnlyAsking {
- public:
-  explicit OnlyAsking(OdbcSession& session) : session_(session) {}
-  ~OnlyAsking() { session_.setSent(OdbcSession::Sent::Nothing); }
-  OnlyAsking(const OnlyAsking&) = delete;
-  OnlyAsking& operator=(const OnlyAsking&) = delete;
-
- private:
-  OdbcSession& session_;
-};
-
 }  // namespace
 
 void StoredProcedures::load() {

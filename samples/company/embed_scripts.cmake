@@ -1,14 +1,13 @@
-# Writes OUTPUT, a source file with the statements of SCRIPTS, in the order of the scripts' names. A line
-# with only "GO" in it ends each statement. Comments are left out: the driver would take the quotation
-# marks and semicolons in them for the statement's.
-list(SORT SCRIPTS)
+# Writes OUTPUT, a source file with the statements of SCRIPTS, in their order. A semicolon at the end of a line
+# ends each statement. Comments are left out: the driver would take the quotation marks and semicolons in
+# them for the statement's.
 set(source "#include \"samples/company/sample_company.h\"\n\nnamespace velk {\nnamespace {\n\n")
 string(APPEND source "constexpr std::string_view statements[] = {\n")
 foreach(script IN LISTS SCRIPTS)
   file(READ ${script} text)
   string(REGEX REPLACE " *--[^\n]*" "" text "${text}")
-  string(REGEX REPLACE "^\n+|\nGO\n*$" "" text "${text}")
-  string(REPLACE "\nGO\n" ")script\",\n    R\"script(" text "${text}")
+  string(REGEX REPLACE "^\n+|;\n*$" "" text "${text}")
+  string(REGEX REPLACE ";\n+" ")script\",\n    R\"script(" text "${text}")
   string(APPEND source "    R\"script(${text})script\",\n")
 endforeach()
 string(APPEND source "};\n\n}  // namespace\n\n")

@@ -1,5 +1,6 @@
 #include "tests/support/salesmen.h"
 
+#include "platform/native/native_files.h"
 #include "platform/spreadsheet/xls/xls_spreadsheet.h"
 
 namespace velk {
@@ -47,6 +48,17 @@ std::string workbook(const Texts& rows) {
   }
   sheet->saveAs("book.xls");
   return files.contents["book.xls"];
+}
+
+Texts sheetRows(const std::string& path) {
+  NativeFileSystem files;
+  const auto sheet = XlsSpreadsheet(files).open(path, ColumnSet().set());
+  Texts rows;
+  for (int row = 1; row <= sheet->rowCount(); ++row) {
+    std::string& text = rows.emplace_back(sheet->text(row, 1));
+    for (int column = 2; column <= 7; ++column) text += "|" + sheet->text(row, column);
+  }
+  return rows;
 }
 
 }  // namespace velk

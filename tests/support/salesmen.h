@@ -28,5 +28,7 @@ inline const std::string salesmanTitles =
 
 /// The bytes of an .xls file with these rows.
 std::string workbook(const Texts& rows);
+/// The sheet of an .xls file, as rows of seven cells with "|" between.
+Texts sheetRows(const std::string& path);
 
 }  // namespace velk

@@ -19,7 +19,8 @@ namespace fs = std::filesystem;
 /// More than drivers take, and little enough to search.
 constexpr std::size_t longestConnectionString = 8192;
 
-OpenDatabase connect(const DatabaseChoice& choice, const Surroundings& surroundings) {
+std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
+                                       const Surroundings& surroundings) {
   try {
     return surroundings.openDatabase(choice.connectionString, choice.options);
   } catch (const RuntimeError& error) {
@@ -94,7 +95,8 @@ DatabaseChoice chooseDatabase(const std::optional<std::string>& option,
           database.path.empty() ? maskPasswords(database.connectionString) : database.path};
 }
 
-OpenDatabase openDatabase(const DatabaseChoice& choice, const Surroundings& surroundings) {
+std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,
+                                            const Surroundings& surroundings) {
   // It is never made here: a typing error would fill a new sample company.
   if (isMissing(choice)) {
     throw CannotOpen("there is no database " + choice.path + "; `opnimp demo-database " +

@@ -1,0 +1,66 @@
+#include "platform/odbc/mariadb_dialect.h"
+
+#include <array>
+
+namespace velk {
+namespace {
+
+// The names of tables are those of files: their letter case counts.
+constexpr auto mariadbStatements = std::to_array<KnownStatement>({
+    {"SELECT TOP 1 OpeningDate FROM Setup", "SELECT OpeningDate FROM Setup LIMIT 1"},
+    {"SELECT GETDATE()", "SELECT now()"},
+    {"select count(*) from Customer where CustomerID=N?",
+     "select count(*) from Customer where CustomerID=?"},
+    {"select count(*) from Vendors where VendorID=?",
+     "select count(*) from Vendors where VendorID=?"},
+    {"Select Active From DsType_Master Where DSTypeName = ? and DSTypeValue = ? and DSTypeCtlPos = "
+     "1 and OCGtype = (Select flag from tbl_velk_Configabstract where ScreenCode = ? and "
+     "ScreenName =?) ",
+     "Select Active From DSType_Master Where DSTypeName = ? and DSTypeValue = ? and DSTypeCtlPos = "
+     "1 and OCGtype = (Select flag from tbl_velk_configabstract where ScreenCode = ? and "
+     "ScreenName = ?)"},
+    {"select S.Salesman_name,Address,ResidentialNUmber,MobileNumber,(select DM.DSTypeValue from "
+     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID  and "
+     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=1),isnull((select DM.DSTypeValue from "
+     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID  and "
+     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),?) from Salesman S order by Salesman_name",
+     "select S.Salesman_name,Address,ResidentialNUmber,MobileNumber,(select DM.DSTypeValue from "
+     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID and "
+     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=1),ifnull((select DM.DSTypeValue from "
+     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID and "
+     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),?) from Salesman S order by Salesman_name"},
+});
+
+constexpr auto mariadbErrors = std::to_array<NativeError>({
+    {1205, "HYT00"},               // lock wait time-out
+    {1969, "HYT00", {}, "70100"},  // the statement's time limit
+    {1317, "HYT00", {}, "70100"},  // interrupted
+    {1927, "08S01", {}, "70100"},  // the connection was killed
+    {1053, "08S01", {}, "08S01"},  // the server is going down
+    {2006, "08S01"},               // gone away
+    {2013, "08S01"},               // lost during a query
+    {2055, "08S01"},
+    {1142, "42501", {}, "42000"},  // rights: a table, a column, a procedure, a database
+    {1143, "42501", {}, "42000"},
+    {1370, "42501", {}, "42000"},
+    {1044, "42501", {}, "42000"},
+    {1227, "42501", {}, "42000"},
+    {1290, "42501"},  // the server is read-only
+});
+
+}  // namespace
+
+constinit const Dialect mariadbDialect{
+    .statements = mariadbStatements,
+    .identityQuery = "SELECT concat(@@server_uid, '/', database())",
+    .errors = mariadbErrors,
+    .callBefore = "CALL ",
+    .callAfter = {},
+    .transactionCount = "SELECT @@in_transaction",
+    // Only those that the user has some right to are listed.
+    .canRun =
+        "SELECT count(*) FROM information_schema.routines WHERE routine_schema = database() "
+        "AND routine_name = ?",
+};
+
+}  // namespace velk

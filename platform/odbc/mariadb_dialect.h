@@ -1,0 +1,10 @@
+// MariaDB, through its own driver.
+#pragma once
+
+#include "platform/odbc/dialect.h"
+
+namespace velk {
+
+extern const Dialect mariadbDialect;
+
+}  // namespace velk

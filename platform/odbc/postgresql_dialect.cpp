@@ -1,0 +1,73 @@
+#include "platform/odbc/postgresql_dialect.h"
+
+#include <array>
+
+namespace velk {
+namespace {
+
+// The N of a literal would make it a type of its own, whose trailing blanks do not count.
+constexpr auto postgresqlStatements = std::to_array<KnownStatement>({
+    {"SELECT TOP 1 OpeningDate FROM Setup", "SELECT OpeningDate FROM Setup LIMIT 1"},
+    {"SELECT GETDATE()", "SELECT localtimestamp"},
+    {"select count(*) from Customer where CustomerID=N?",
+     "select count(*) from Customer where CustomerID=?"},
+    {"select count(*) from Vendors where VendorID=?",
+     "select count(*) from Vendors where VendorID=?"},
+    {"Select Active From DsType_Master Where DSTypeName = ? and DSTypeValue = ? and DSTypeCtlPos = "
+     "1 and OCGtype = (Select flag from tbl_velk_Configabstract where ScreenCode = ? and "
+     "ScreenName =?) ",
+     "Select Active From DsType_Master Where DSTypeName = ? and DSTypeValue = ? and DSTypeCtlPos = "
+     "1 and OCGtype = (Select flag from tbl_velk_Configabstract where ScreenCode = ? and "
+     "ScreenName = ?)"},
+    {"select S.Salesman_name,Address,ResidentialNUmber,MobileNumber,(select DM.DSTypeValue from "
+     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID  and "
+     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=1),isnull((select DM.DSTypeValue from "
+     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID  and "
+     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),?) from Salesman S order by Salesman_name",
+     "select S.Salesman_name,Address,ResidentialNUmber,MobileNumber,(select DM.DSTypeValue from "
+     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID and "
+     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=1),coalesce((select DM.DSTypeValue from "
+     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID and "
+     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),?) from Salesman S order by Salesman_name"},
+});
+
+constexpr auto postgresqlErrors = std::to_array<NativeError>({
+    {0, "HYT00", {}, "57014"},  // cancelled, by the statement's time limit too
+    {0, "HYT00", {}, "55P03"},  // lock not available in time
+    {0, "42S02", {}, "42P01"},  // no such table
+    {0, "08S01", {}, "57P01"},  // shut down, crashed, starting
+    {0, "08S01", {}, "57P02"},
+    {0, "08S01", {}, "57P03"},
+    {0, "28000", {}, "28P01"},
+});
+
+}  // namespace
+
+constinit const Dialect postgresqlDialect{
+    .statements = postgresqlStatements,
+    // A copy that was restored elsewhere is another database; one that took over as a standby is
+    // not.
+    .identityQuery =
+        "SELECT system_identifier || '/' || current_database() FROM pg_control_system()",
+    .errors = postgresqlErrors,
+    .callBefore = "CALL ",
+    .callAfter = {},
+    .callBeforeQuery =
+        "SELECT CASE WHEN bool_and(prokind = 'f') THEN 'SELECT * FROM ' ELSE 'CALL ' "
+        "END FROM pg_proc WHERE proname = lower(?) AND pg_function_is_visible(oid)",
+    // Only a procedure may commit what it has done so far, and neither one that runs with its
+    // owner's rights nor one with settings of its own may.
+    .hasAtomicCallsQuery =
+        "SELECT CASE WHEN bool_and(prokind = 'f' OR prosecdef OR proconfig IS NOT NULL) THEN 1 "
+        "ELSE 0 END FROM pg_proc WHERE proname = lower(?) AND pg_function_is_visible(oid)",
+    // A setting that the transaction takes along when it ends.
+    .transactionMark = "SELECT set_config('opnimp.transaction', '1', true)",
+    .transactionCount =
+        "SELECT CASE WHEN current_setting('opnimp.transaction', true) = '1' THEN 1 ELSE 0 END",
+    .canRun =
+        "SELECT count(*)::int FROM pg_proc WHERE proname = lower(?) AND "
+        "pg_function_is_visible(oid) AND has_function_privilege(oid, 'EXECUTE')",
+    .endsTextAtNul = true,
+};
+
+}  // namespace velk
