@@ -169,8 +169,7 @@ void Room::checkHeader(HWND list, int column, std::wstring_view title, HFONT fon
   const int width = columnWidth(list, column);
   const LONG height = insideOf(header).cy;
   if (title.empty() || width == 0 || IsWindowVisible(header) == FALSE) return;
-  compare(header, title, {extentIn(font, title).cx, extent(L"X").cy},
-          {width - scaled(headerMargin), height});
+  compare(header, title, extentIn(font, title), {width - scaled(headerMargin), height});
   // It may have room for a text and not paint all of it.
   const POINT middle = headerPoint(list, column);
   if (!isScreen_ || WindowFromPoint(middle) != header) return;
