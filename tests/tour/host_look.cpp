@@ -28,7 +28,7 @@ RECT placeOf(HWND window) {
 }
 
 void checkUncut(const SeenWindows& host, int dotsPerInch) {
-  const std::string cut = cutTexts(host, dotsPerInch);
+  const std::string cut = SeenTexts(host, dotsPerInch).cut(takePicture(host));
   if (!cut.empty()) fail("Cut at " + std::to_string(dotsPerInch) + " dots per inch:" + cut);
 }
 
@@ -115,11 +115,11 @@ void checkLook(const Places& places, int dotsPerInch) {
 }
 
 void checkErrors(const Places& places) {
-  const std::wstring absent = places.pictures + L"absent.db";
+  const std::wstring absent = places.programs + L"absent.db";
   const HostProcess unopened(places.host, L"--database \"" + absent + L'"');
   confirmError(SeenWindows(unopened.id()), {absent, L"--database"});
   unopened.waitForEnd(4);
-  const std::wstring strange = places.pictures + L"strange.db";
+  const std::wstring strange = places.programs + L"strange.db";
   std::ofstream(std::filesystem::path(strange)).close();  // a database without any table
   const HostProcess unread(places.host, L"--database \"" + strange + L'"');
   const SeenWindows host(unread.id());

@@ -29,8 +29,8 @@ int main(int count, char** words) {
   if (!isUnderstood) {
     std::puts(
         "opnimp_tour FOLDER [mouse|keyboard DOTS]: imports a file of each kind by mouse or by\n"
-        "keyboard alone into a new sample company in FOLDER, on a display of 96 or as many dots\n"
-        "per inch, and saves a picture of every stage there");
+        "keyboard alone into a new sample company beside this program, on a display of 96 or as\n"
+        "many dots per inch, and saves a picture of every stage in FOLDER");
     return exitUsage;
   }
   CoInitialize(nullptr);  // for the imaging component; until the process ends

@@ -58,22 +58,36 @@ Picture paintedPicture(LONG width, LONG height, const std::function<void(HDC)>& 
   paint(memory.get());
   GdiFlush();
   const auto* first = static_cast<const std::uint32_t*>(pixels);
-  return {static_cast<std::uint32_t>(width),
+  return {{},
+          static_cast<std::uint32_t>(width),
           static_cast<std::uint32_t>(height),
           {first, first + static_cast<std::ptrdiff_t>(width) * height}};
 }
 
-Picture displayedIn(const RECT& area) {
-  const LONG width = area.right - area.left;
-  const LONG height = area.bottom - area.top;
-  return paintedPicture(width, height, [&](HDC memory) {
-    const UniqueDisplayDc display(GetDC(nullptr));
-    BitBlt(memory, 0, 0, width, height, display.get(), area.left, area.top, SRCCOPY);
-  });
+Picture Picture::part(RECT area) const {
+  const RECT all{at.x, at.y, at.x + static_cast<LONG>(width), at.y + static_cast<LONG>(height)};
+  if (IntersectRect(&area, &area, &all) == FALSE) return {};
+  Picture found{{area.left, area.top},
+                static_cast<std::uint32_t>(area.right - area.left),
+                static_cast<std::uint32_t>(area.bottom - area.top),
+                {}};
+  for (LONG y = area.top - at.y; y < area.bottom - at.y; ++y) {
+    const auto first = pixels.begin() + y * static_cast<std::ptrdiff_t>(width) + area.left - at.x;
+    found.pixels.insert(found.pixels.end(), first, first + found.width);
+  }
+  return found;
 }
 
 Picture displayedNow(const SeenWindows& windows) {
-  return displayedIn(coveredArea(windows));
+  const RECT area = coveredArea(windows);
+  const LONG width = area.right - area.left;
+  const LONG height = area.bottom - area.top;
+  Picture picture = paintedPicture(width, height, [&](HDC memory) {
+    const UniqueDisplayDc display(GetDC(nullptr));
+    BitBlt(memory, 0, 0, width, height, display.get(), area.left, area.top, SRCCOPY);
+  });
+  picture.at = {area.left, area.top};
+  return picture;
 }
 
 // Two looks that are equal: windows paint in several steps, and some paint without being asked.

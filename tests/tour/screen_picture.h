@@ -1,6 +1,8 @@
 // Pictures of what another program shows.
 #pragma once
 
+#include <windows.h>
+
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -11,18 +13,21 @@
 namespace velk {
 
 struct Picture {
+  POINT at{};  ///< of its upper left corner on the display
   std::uint32_t width = 0;
   std::uint32_t height = 0;
   /// Row by row from the top left: blue, green, red and an unused byte, from the lowest byte on.
   std::vector<std::uint32_t> pixels;
 
-  bool operator==(const Picture&) const = default;
+  bool operator==(const Picture& other) const {
+    return width == other.width && height == other.height && pixels == other.pixels;
+  }
+  /// What it shows of a part of the display.
+  Picture part(RECT area) const;
 };
 
 /// What `paint` paints.
 Picture paintedPicture(LONG width, LONG height, const std::function<void(HDC)>& paint);
-/// A part of the display, as it is now.
-Picture displayedIn(const RECT& area);
 /// The part of the display that the windows cover, as it is now.
 Picture displayedNow(const SeenWindows& windows);
 /// The same once it is all painted and does not change any more.

@@ -29,12 +29,16 @@ void giveRoom(ForeignStructure<WithText<Structure>>& of) {
 
 }  // namespace
 
-std::wstring cellText(HWND list, int row, int column) {
+std::vector<std::wstring> cellTexts(HWND list, int column, int rows) {
   ForeignStructure<WithText<LVITEMW>> cell(list);
-  cell.copy.structure.iSubItem = column;
-  giveRoom(cell);
-  cell.send(LVM_GETITEMTEXTW, static_cast<WPARAM>(row));
-  return cell.copy.text.data();
+  std::vector<std::wstring> texts;
+  for (int row = 0; row < rows; ++row) {
+    cell.copy.structure.iSubItem = column;
+    giveRoom(cell);
+    cell.send(LVM_GETITEMTEXTW, static_cast<WPARAM>(row));
+    texts.emplace_back(cell.copy.text.data());
+  }
+  return texts;
 }
 
 int rowCount(HWND list) {

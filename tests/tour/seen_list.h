@@ -10,7 +10,8 @@
 
 namespace velk {
 
-std::wstring cellText(HWND list, int row, int column);
+/// Those of the first rows of a column.
+std::vector<std::wstring> cellTexts(HWND list, int column, int rows);
 int rowCount(HWND list);
 /// In the middle of a column's header, and of a cell, on the display.
 POINT headerPoint(HWND list, int column);

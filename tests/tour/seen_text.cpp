@@ -69,23 +69,6 @@ SIZE extentIn(HFONT font, std::wstring_view text) {
   return size;
 }
 
-/// The font of a screen's list, found by how wide it makes a text; null for another than Arial.
-UniqueFont fontOfList(HWND list, bool bold) {
-  constexpr std::wstring_view sample = L"Customer Name";
-  constexpr int largest = 60;
-  const int width = textWidth(list, sample);
-  const auto make = [](int height, int weight) {
-    return UniqueFont(
-        CreateFontW(-height, 0, 0, 0, weight, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, L"Arial"));
-  };
-  for (int height = 1; height < largest; ++height) {
-    if (extentIn(make(height, FW_NORMAL).get(), sample).cx == width) {
-      return make(height, bold ? FW_BOLD : FW_NORMAL);
-    }
-  }
-  return {};
-}
-
 int expectedInk(std::wstring_view text, HFONT font) {
   constexpr int beside = 4;
   const SIZE size = extentIn(font, text);
@@ -100,8 +83,9 @@ int expectedInk(std::wstring_view text, HFONT font) {
 
 class Room {
  public:
-  Room(HWND root, int dotsPerInch)
+  Room(HWND root, int dotsPerInch, const Picture& now)
       : dotsPerInch_(dotsPerInch),
+        now_(now),
         isScreen_(classOf(root) == screenClass),
         font_(fontOf(isScreen_, dotsPerInch)) {}
 
@@ -115,10 +99,12 @@ class Room {
   void checkText(HWND control, int border, bool hasMnemonic);
   void checkBox(HWND box);
   void checkList(HWND list);
-  void checkHeader(HWND list, int column, std::wstring_view title);
-  void checkCells(HWND list, int column);
+  void checkHeader(HWND list, int column, std::wstring_view title, HFONT font);
+  void checkCells(HWND list, int column, HFONT font);
+  UniqueFont fontOfList(HWND list) const;
 
   int dotsPerInch_;
+  const Picture& now_;
   bool isScreen_;
   UniqueFont font_;
   std::string cut_;
@@ -157,53 +143,72 @@ void Room::checkBox(HWND box) {
   }
 }
 
-void Room::checkHeader(HWND list, int column, std::wstring_view title) {
+UniqueFont copyOf(HFONT font, LONG height, LONG weight) {
+  LOGFONTW as{};
+  GetObjectW(font, sizeof as, &as);
+  as.lfHeight = height != 0 ? height : as.lfHeight;
+  as.lfWeight = weight != 0 ? weight : as.lfWeight;
+  return UniqueFont(CreateFontIndirectW(&as));
+}
+
+// The window's own in the size in which a text is as wide as the list says; null where none is.
+UniqueFont Room::fontOfList(HWND list) const {
+  constexpr std::wstring_view sample = L"Customer Name";
+  constexpr int largest = 60;
+  const int width = textWidth(list, sample);
+  if (extent(sample).cx == width) return copyOf(font_.get(), 0, 0);
+  for (int height = 1; height < largest; ++height) {
+    UniqueFont font = copyOf(font_.get(), -height, 0);
+    if (extentIn(font.get(), sample).cx == width) return font;
+  }
+  return {};
+}
+
+void Room::checkHeader(HWND list, int column, std::wstring_view title, HFONT font) {
   const auto header = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
   const int width = columnWidth(list, column);
   const LONG height = insideOf(header).cy;
   if (title.empty() || width == 0 || IsWindowVisible(header) == FALSE) return;
-  compare(header, title, {textWidth(list, title), extent(L"X").cy},
-          {width - scaled(headerMargin), height});
+  compare(header, title, extentIn(font, title), {width - scaled(headerMargin), height});
   // It may have room for a text and not paint all of it.
   const POINT middle = headerPoint(list, column);
-  const UniqueFont font = isScreen_ ? fontOfList(list, false) : UniqueFont();
-  if (!font || WindowFromPoint(middle) != header) return;
-  // Without the lines between the columns and below them.
-  const int half = width / 2 - 1;
-  const LONG up = height / 2 - 2;
+  if (!isScreen_ || WindowFromPoint(middle) != header) return;
+  // Without the lines around it, and that of the focus.
+  constexpr int inset = 3;
+  const int half = width / 2 - inset;
+  const LONG up = height / 2 - inset;
   const RECT area{middle.x - half, middle.y - up, middle.x + half, middle.y + up};
+  const Picture shown = now_.part(area);
   // Beyond the display nothing is painted.
-  if (area.right > GetSystemMetrics(SM_CXSCREEN) || area.bottom > GetSystemMetrics(SM_CYSCREEN)) {
-    return;
-  }
-  const Picture shown = displayedIn(area);
+  if (static_cast<LONG>(shown.width) < area.right - area.left) return;
   const int ink = inkWidth(shown);
-  // Where the text goes as far as the line, its last pixel is on it.
-  const int expected = expectedInk(title, font.get()) - (reachesEdge(shown) ? 1 : 0);
+  // Where the text goes as far as the lines, its last pixels are on them.
+  const int expected = expectedInk(title, font) - (reachesEdge(shown) ? inset : 0);
   if (ink < expected) compare(header, title, {expected, 0}, {ink, 0});
 }
 
 // The first row of a screen's mapping list has texts of the screen's own, in bold; all of the
 // host's are.
-void Room::checkCells(HWND list, int column) {
+void Room::checkCells(HWND list, int column, HFONT font) {
   constexpr int enoughRows = 40;
   const int room = columnWidth(list, column) - scaled(cellMargin);
   const bool isMapping =
       isScreen_ && childOfClass(GetAncestor(list, GA_ROOT), L"SysListView32", 1) == list;
-  const UniqueFont bold = isMapping ? fontOfList(list, true) : UniqueFont();
+  const UniqueFont bold = isMapping ? copyOf(font, 0, FW_BOLD) : UniqueFont();
   const int rows = isMapping ? 1 : isScreen_ ? 0 : std::min(rowCount(list), enoughRows);
-  for (int row = 0; row < rows && room > 0; ++row) {
-    const std::wstring cell = cellText(list, row, column);
-    const LONG needed = bold ? extentIn(bold.get(), cell).cx : textWidth(list, cell);
-    compare(list, cell, {needed, 0}, {room, 0});
+  if (room <= 0) return;
+  for (const std::wstring& cell : cellTexts(list, column, rows)) {
+    compare(list, cell, {extentIn(bold ? bold.get() : font, cell).cx, 0}, {room, 0});
   }
 }
 
 void Room::checkList(HWND list) {
   const auto titles = columnTitles(list);
+  const UniqueFont font = fontOfList(list);
+  if (!font) return compare(list, L"a font that is not the window's", {1, 1}, {0, 0});
   for (std::size_t i = 0; i < titles.size(); ++i) {
-    checkHeader(list, static_cast<int>(i), titles[i]);
-    checkCells(list, static_cast<int>(i));
+    checkHeader(list, static_cast<int>(i), titles[i], font.get());
+    checkCells(list, static_cast<int>(i), font.get());
   }
 }
 
@@ -219,14 +224,35 @@ void Room::check(HWND control) {
 
 }  // namespace
 
-std::string cutTexts(const SeenWindows& host, int dotsPerInch) {
+bool SeenTexts::looksNew(HWND control, const std::vector<HWND>& inFront, const Picture& now) {
+  RECT at{};
+  GetWindowRect(control, &at);
+  const bool isCovered = std::ranges::any_of(inFront, [&](HWND front) {
+    RECT area{};
+    GetWindowRect(front, &area);
+    return IntersectRect(&area, &area, &at) != FALSE;
+  });
+  Picture look = now.part(at);
+  const auto [known, isFirst] = looks_.try_emplace(control);
+  // Behind a window only what has never been seen: all else is seen again when that has gone.
+  const bool isNew = isFirst || (!isCovered && look != known->second);
+  if (isNew) known->second = isCovered ? Picture{} : std::move(look);
+  return isNew;
+}
+
+std::string SeenTexts::cut(const Picture& now) {
   std::string cut;
-  for (const HWND root : host.all()) {
-    if (classOf(root) != screenClass && classOf(root) != hostClass) continue;
-    if (IsIconic(root) != FALSE) continue;
-    Room room(root, dotsPerInch);
-    for (const HWND control : childWindows(root)) room.check(control);
-    cut += room.cut();
+  std::vector<HWND> inFront;
+  for (const HWND root : host_.all()) {
+    const bool isOurs = classOf(root) == screenClass || classOf(root) == hostClass;
+    if (isOurs && IsIconic(root) == FALSE) {
+      Room room(root, dotsPerInch_, now);
+      for (const HWND control : childWindows(root)) {
+        if (looksNew(control, inFront, now)) room.check(control);
+      }
+      cut += room.cut();
+    }
+    inFront.push_back(root);
   }
   return cut;
 }

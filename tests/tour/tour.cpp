@@ -34,8 +34,8 @@ class Tour {
   Tour(const Places& places, const SeenWindows& host, const TourOptions& options)
       : places_(places),
         host_(host),
-        dotsPerInch_(options.dotsPerInch),
-        hands_(options.byKeyboard ? keyboardHands(host) : mouseHands(host, dotsPerInch_)) {}
+        texts_(host, options.dotsPerInch),
+        hands_(options.byKeyboard ? keyboardHands(host) : mouseHands(host, options.dotsPerInch)) {}
 
   void run();
   /// The texts that were seen cut in each picture; empty if none was.
@@ -54,7 +54,7 @@ class Tour {
 
   const Places& places_;
   const SeenWindows& host_;
-  int dotsPerInch_;
+  SeenTexts texts_;
   std::unique_ptr<Hands> hands_;
   HWND main_ = nullptr;
   std::string cut_;
@@ -64,8 +64,9 @@ class Tour {
 void Tour::picture(const std::string& name) {
   std::array<char, 16> number{};
   std::snprintf(number.data(), number.size(), "%02d-", ++pictures_);
-  savePicture(takePicture(host_), places_.pictures + toWide(number.data() + name + ".png"));
-  const std::string cut = cutTexts(host_, dotsPerInch_);
+  const Picture now = takePicture(host_);
+  savePicture(now, places_.pictures + toWide(number.data() + name + ".png"));
+  const std::string cut = texts_.cut(now);
   if (!cut.empty()) cut_ += "\nTexts are cut in " + name + ":" + cut;
 }
 
@@ -91,7 +92,7 @@ void Tour::browse(HWND screen, const std::wstring& path) {
 
 // Exports all salesmen, and leaves them at `path` as a user may have edited them.
 void Tour::exportSalesmen(HWND screen, const std::wstring& path) {
-  const std::wstring exported = places_.pictures + L"salesmen.xls";
+  const std::wstring exported = places_.programs + L"salesmen.xls";
   hands_->press(buttonNamed(screen, L"&Export DS"));
   answerFileDialog(exported, "export");
   // Only its size is asked for until it is complete: a file that is open cannot be replaced.
@@ -111,7 +112,7 @@ void Tour::remap(HWND screen) {
   const int field = columnTitled(fields, L"Reference");
   const int column = columnTitled(preview, L"Reference");
   const auto shows = [&](const wchar_t* text) {
-    waitFor("the mapping row to change", [&] { return cellText(fields, 0, field) == text; });
+    waitFor("the mapping row to change", [&] { return cellTexts(fields, field, 1).at(0) == text; });
   };
   shows(L"Reference");
   const HWND menu = hands_->openPopup(fields, field);

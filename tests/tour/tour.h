@@ -11,11 +11,11 @@ struct TourOptions {
   int dotsPerInch = 96;
 };
 
-/// Starts the host that lies beside this program, on a new sample company in `folder`, which also
-/// takes the pictures, imports the files from the folder "samples" beside this program, and closes
-/// the host. The text that it returns says what was done. Error 5 when something that should happen
-/// does not, when a text is cut, or when the database does not hold what should have been posted;
-/// 55 when the folder holds a company already.
+/// Starts the host that lies beside this program, on a new sample company there, imports the files
+/// from the folder "samples" beside it, and closes the host. The pictures go to `folder`. The text
+/// that it returns says what was done. Error 5 when something that should happen does not, when a
+/// text is cut, or when the database does not hold what should have been posted; 55 when the folder
+/// holds a company already.
 std::string runTour(const std::wstring& folder, const TourOptions& options);
 
 }  // namespace velk

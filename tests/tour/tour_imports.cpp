@@ -44,7 +44,7 @@ std::vector<TourImport> tourImports(const Places& places) {
           {.picture = "salesmen",
            .type = 2,
            .typeTitle = L"Import - Salesman",
-           .file = places.pictures + L"salesmen-edited.xls",
+           .file = places.programs + L"salesmen-edited.xls",
            .exports = true,
            .messages = {L"Salesman Imported.\r\nProcessed : 7\r\nUnProcessed : 1\r\n Please check "
                         L"the error log."},

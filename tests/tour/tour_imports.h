@@ -13,11 +13,11 @@ struct Places {
   explicit Places(const std::wstring& pictureFolder);
 
   std::wstring pictures;
-  std::wstring programs;  ///< the folder of this program
+  std::wstring programs;  ///< the folder of this program, where all else is written
   std::wstring host = programs + L"opnimp_host.exe";
   std::wstring samples = programs + L"samples\\";
   std::wstring errorLog = programs + L"Error.log";
-  std::wstring company = pictures + L"company.db";
+  std::wstring company = programs + L"company.db";
 };
 
 /// One import: where it is opened (by itself, the master screen), what is chosen, what the user is
