@@ -326,6 +326,7 @@ TEST_CASE("what becomes of records when calls fail") {
       {customers, "......t", "posted unknown not-reached", 5, 2},
       {customers, "......l", "posted partial posted", 1, 2},
       {customers, ".......l", "posted partial posted", 1, 2},
+      {customers, ".....m", "posted not-reached not-reached", 5, 0},
       {customers, "......m", "posted unknown not-reached", 5, 2},
       {customers, "X", "not-reached not-reached not-reached", 5, 0},
       {customers, ".....X", "posted not-reached not-reached", 5, 0},

@@ -24,13 +24,14 @@ constexpr std::size_t lengthSize = 8;  // of the length that ends the last block
 using Words = std::array<std::uint32_t, K.size()>;
 
 // The most significant byte comes first.
+std::uint32_t wordAt(const unsigned char* bytes) {
+  return (std::uint32_t{bytes[0]} << 24) | (std::uint32_t{bytes[1]} << 16) |
+         (std::uint32_t{bytes[2]} << 8) | bytes[3];
+}
+
 Words schedule(const unsigned char* block) {
-  Words w{};
-  for (std::size_t i = 0; i < 16; ++i) {
-    for (std::size_t byte = 0; byte < wordSize; ++byte) {
-      w[i] = (w[i] << 8) | block[i * wordSize + byte];
-    }
-  }
+  Words w;
+  for (std::size_t i = 0; i < 16; ++i) w[i] = wordAt(block + i * wordSize);
   for (std::size_t i = 16; i < w.size(); ++i) {
     const std::uint32_t a = w[i - 15];
     const std::uint32_t b = w[i - 2];
@@ -42,35 +43,48 @@ Words schedule(const unsigned char* block) {
 
 }  // namespace
 
+// Eight steps at a time: after them each variable has its own value again, so that none is moved.
 void Sha256::takeBlock(const unsigned char* block) {
   const Words w = schedule(block);
   auto [a, b, c, d, e, f, g, h] = state_;
-  for (std::size_t i = 0; i < w.size(); ++i) {
-    const std::uint32_t t1 = h + (std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25)) +
-                             ((e & f) ^ (~e & g)) + K[i] + w[i];
-    const std::uint32_t t2 =
-        (std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22)) + ((a & b) ^ (a & c) ^ (b & c));
-    h = g;
-    g = f;
-    f = e;
-    e = d + t1;
-    d = c;
-    c = b;
-    b = a;
-    a = t1 + t2;
+  std::size_t i = 0;
+  const auto step = [&](std::uint32_t a_, std::uint32_t b_, std::uint32_t c_, std::uint32_t& d_,
+                        std::uint32_t e_, std::uint32_t f_, std::uint32_t g_, std::uint32_t& h_) {
+    h_ += (std::rotr(e_, 6) ^ std::rotr(e_, 11) ^ std::rotr(e_, 25)) + (g_ ^ (e_ & (f_ ^ g_))) +
+          K[i] + w[i];
+    d_ += h_;
+    h_ +=
+        (std::rotr(a_, 2) ^ std::rotr(a_, 13) ^ std::rotr(a_, 22)) + ((a_ & b_) | (c_ & (a_ | b_)));
+    ++i;
+  };
+  while (i < w.size()) {
+    step(a, b, c, d, e, f, g, h);
+    step(h, a, b, c, d, e, f, g);
+    step(g, h, a, b, c, d, e, f);
+    step(f, g, h, a, b, c, d, e);
+    step(e, f, g, h, a, b, c, d);
+    step(d, e, f, g, h, a, b, c);
+    step(c, d, e, f, g, h, a, b);
+    step(b, c, d, e, f, g, h, a);
   }
   const std::array<std::uint32_t, 8> sums{a, b, c, d, e, f, g, h};
-  for (std::size_t i = 0; i < sums.size(); ++i) state_[i] += sums[i];
+  for (std::size_t k = 0; k < sums.size(); ++k) state_[k] += sums[k];
 }
 
+// Whole blocks are taken where they stand.
 Sha256& Sha256::add(std::string_view bytes) {
   while (!bytes.empty()) {
     const std::size_t used = length_ % blockSize;
     const std::size_t count = std::min(bytes.size(), blockSize - used);
-    std::copy_n(bytes.data(), count, block_.begin() + static_cast<std::ptrdiff_t>(used));
+    const auto* const next = reinterpret_cast<const unsigned char*>(bytes.data());
+    if (count == blockSize) {
+      takeBlock(next);
+    } else {
+      std::copy_n(next, count, block_.begin() + static_cast<std::ptrdiff_t>(used));
+      if (used + count == blockSize) takeBlock(block_.data());
+    }
     length_ += count;
     bytes.remove_prefix(count);
-    if (length_ % blockSize == 0) takeBlock(block_.data());
   }
   return *this;
 }
@@ -78,12 +92,12 @@ Sha256& Sha256::add(std::string_view bytes) {
 Digest Sha256::finish() {
   const std::uint64_t bits = length_ * 8;
   // A bit that is set, zeros, and the length at the end of a block.
-  add("\x80");
-  while (length_ % blockSize != blockSize - lengthSize) add(std::string_view("\0", 1));
-  for (std::size_t byte = lengthSize; byte-- > 0;) {
-    const auto value = static_cast<char>(bits >> (8 * byte));
-    add({&value, 1});
+  std::array<char, blockSize + lengthSize> padding{'\x80'};
+  const std::size_t zeros = (2 * blockSize - lengthSize - 1 - length_ % blockSize) % blockSize;
+  for (std::size_t byte = 0; byte < lengthSize; ++byte) {
+    padding[1 + zeros + byte] = static_cast<char>(bits >> (8 * (lengthSize - 1 - byte)));
   }
+  add({padding.data(), 1 + zeros + lengthSize});
   Digest digest{};
   for (std::size_t i = 0; i < digest.size(); ++i) {
     digest[i] = static_cast<unsigned char>(state_[i / wordSize] >> (24 - 8 * (i % wordSize)));
