@@ -128,6 +128,16 @@ TEST_CASE("a call that broke off is taken up with the same files") {
   CHECK(contains(again.err, "reached all records of these files"));
 }
 
+TEST_CASE("a database that is no company's gets nothing, not even an id") {
+  RunnerWorld world;
+  const std::string a = write(world, "a.csv", {good1});
+  const std::string empty = world.folder.write("empty.db", "");
+  const Ran ran = importFiles(world, {a, write(world, "b.csv", {good3})}, {"--database", empty});
+  CHECK(ran.status == 4);
+  CHECK(contains(ran.err, "is none of this application"));
+  CHECK(world.folder.read("empty.db").empty());
+}
+
 TEST_CASE("options that make no sense with several files are told, and nothing is done") {
   RunnerWorld world;
   const std::string a = write(world, "a.csv", {good1});
