@@ -110,6 +110,8 @@ TEST_CASE("the command line and what it opens decide the exit status") {
       {{"import", kind, missing}, 4, "File not found"},
       {{"import", kind, world.folder.path("")}, 4, "it is a folder"},
       {{"import", kind, in, "--database", missing}, 4, "demo-database"},
+      {{"import", kind, in, "--database", world.folder.path("")}, 4, "opened: it is a folder"},
+      {{"runs", "--journal", world.folder.path("")}, 4, "read: it is a folder"},
       {{"import", kind, in, "--database", notDatabase}, 4, "could not be opened"},
       {{"import", kind, in, "--database", odbc}, 4, "PWD=***"},
       {{"import", kind, in, "--app-folder", missing}, 4, "--app-folder"},
