@@ -6,7 +6,6 @@ namespace velk {
 
 namespace {
 
-constexpr std::size_t wordSize = 4;
 constexpr std::size_t lengthSize = 8;  // of the length that ends the last block
 
 /// The fastest that there is.
@@ -47,7 +46,8 @@ Digest Sha256::finish() {
   add({padding.data(), 1 + zeros + lengthSize});
   Digest digest{};
   for (std::size_t i = 0; i < digest.size(); ++i) {
-    digest[i] = static_cast<unsigned char>(state_[i / wordSize] >> (24 - 8 * (i % wordSize)));
+    digest[i] =
+        static_cast<unsigned char>(state_[i / sha256WordSize] >> (24 - 8 * (i % sha256WordSize)));
   }
   return digest;
 }

@@ -21,8 +21,6 @@ constexpr std::array<std::uint32_t, 64> K{
     0x19A4C116, 0x1E376C08, 0x2748774C, 0x34B0BCB5, 0x391C0CB3, 0x4ED8AA4A, 0x5B9CCA4F, 0x682E6FF3,
     0x748F82EE, 0x78A5636F, 0x84C87814, 0x8CC70208, 0x90BEFFFA, 0xA4506CEB, 0xBEF9A3F7, 0xC67178F2};
 
-constexpr std::size_t wordSize = 4;
-
 using Words = std::array<std::uint32_t, K.size()>;
 
 // The most significant byte comes first.
@@ -33,7 +31,7 @@ std::uint32_t wordAt(const unsigned char* bytes) {
 
 Words schedule(const unsigned char* block) {
   Words w;
-  for (std::size_t i = 0; i < 16; ++i) w[i] = wordAt(block + i * wordSize);
+  for (std::size_t i = 0; i < 16; ++i) w[i] = wordAt(block + i * sha256WordSize);
   for (std::size_t i = 16; i < w.size(); ++i) {
     const std::uint32_t a = w[i - 15];
     const std::uint32_t b = w[i - 2];
@@ -99,7 +97,7 @@ __attribute__((target("sha,sse4.1"))) void takeByInstructions(Sha256State& state
     } else {
       const __m128i last = w[(i + 3) % 4];
       now = _mm_sha256msg1_epu32(now, w[(i + 1) % 4]);
-      now = _mm_add_epi32(now, _mm_alignr_epi8(last, w[(i + 2) % 4], wordSize));
+      now = _mm_add_epi32(now, _mm_alignr_epi8(last, w[(i + 2) % 4], sha256WordSize));
       now = _mm_sha256msg2_epu32(now, last);
     }
     const __m128i sum = _mm_add_epi32(now, load(&K[i * 4]));

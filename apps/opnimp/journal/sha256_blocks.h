@@ -8,6 +8,7 @@
 namespace velk {
 
 inline constexpr std::size_t sha256BlockSize = 64;
+inline constexpr std::size_t sha256WordSize = 4;
 using Sha256State = std::array<std::uint32_t, 8>;
 using TakeSha256Block = void (*)(Sha256State& state, const unsigned char* block);
 
