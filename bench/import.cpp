@@ -1,10 +1,13 @@
 // Ours: a click on Import, the file having been viewed and mapped.
 //
-//   bench_import KIND COMPANY FILE FOLDER [recorded]
+//   bench_import KIND COMPANY FILE FOLDER [recorded|traced|journaled]
 //
 // KIND is one of the runner's: customer-opening, bank-branch or vendor. With "recorded", the
-// runner's recorder and report take part.
+// runner's recorder and report take part; with "traced", what became of each record is found out,
+// too; with "journaled", the run is written to a new journal besides, its records being hashed and
+// the file synced as often as the runner does it.
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -12,6 +15,9 @@
 #include "apps/opnimp/audit/import_report.h"
 #include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/cli/kinds.h"
+#include "apps/opnimp/run/file_journal.h"
+#include "apps/opnimp/run/run_support.h"
+#include "apps/opnimp/run/screen_mapping.h"
 #include "bench/company_copy.h"
 #include "bench/headless_screen.h"
 #include "bench/measurement.h"
@@ -40,42 +46,98 @@ std::size_t postedRecords(const ImportKind& kind, Connection& connection) {
                                                            : "SELECT count(*) FROM BranchMaster");
 }
 
+enum class Watched { No, Recorded, Traced, Journaled };
+
+/// The runner's part in an import.
+class Watch {
+ public:
+  Watch(const ImportKind& kind, const char* file, Watched how) : how_(how) {
+    result_.arguments.kind = &kind;
+    result_.arguments.file = file;
+    result_.input = readInput(result_.arguments);
+  }
+
+  std::shared_ptr<Connection> connection(const std::shared_ptr<OwnConnection>& database) {
+    if (how_ == Watched::No) return database;
+    return recorded(recorder_, database);
+  }
+  MessageHandler messages(MessageHandler show) {
+    return how_ == Watched::No ? show : recorder_.messages(std::move(show));
+  }
+  ErrorLog* log() { return how_ == Watched::No ? nullptr : &recorder_.log(nullptr); }
+  void watch(ImportScreen& screen) {
+    if (how_ == Watched::No) return;
+    recorder_.watch(screen);
+    screen.run().setObserver(&report_);
+  }
+
+  void begin(const ImportScreen& screen, OwnConnection& database, const std::string& folder) {
+    if (how_ != Watched::Journaled) return;
+    const std::string path = folder + "/journal";
+    std::filesystem::remove(path);
+    all_.emplace(path, result_.arguments, surroundings_, std::cerr);
+    all_->identify(database, "company");
+    result_.mapping = readMapping(screen);
+    journal_.emplace(*all_, result_, surroundings_);
+    journal_->begin(result_, report_, recorder_);
+  }
+  void end() {
+    if (how_ < Watched::Traced) return;
+    result_.traces = traceRecords(report_, recorder_, {}, result_.input->count());
+    if (journal_) journal_->end(result_, {true, std::nullopt, Changes::Stand});
+    require(result_.brokeOff.empty(), "the journal could not be written");
+  }
+
+ private:
+  Watched how_;
+  Surroundings surroundings_ = realSurroundings();
+  RunGate gate_;
+  Recorder recorder_{Recorder::Mode::Post, gate_};
+  ImportReport report_{false};
+  ImportResult result_;
+  std::optional<ImportJournal> all_;
+  std::optional<FileJournal> journal_;
+};
+
 void measure(const ImportKind& kind, const std::string& company, const char* file,
-             const char* folder, bool watched) {
+             const char* folder, Watched how) {
   const CompanyCopy copy(company, folder);
-  const std::shared_ptr<Connection> database = openOdbc(embeddedConnectionString(copy.path()));
-  MessageHandler messages = [](const Message& m) { std::cerr << m.prompt << '\n'; };
-  std::optional<Recorder> recorder;
-  if (watched) messages = recorder.emplace(Recorder::Mode::Post).messages(std::move(messages));
-  HeadlessScreen screen(folder, watched ? recorded(*recorder, database) : database, messages,
-                        watched ? &recorder->log(nullptr) : nullptr, kind.open);
+  const std::shared_ptr<OwnConnection> database = openOdbc(embeddedConnectionString(copy.path()));
+  Watch runner(kind, file, how);
+  HeadlessScreen screen(folder, runner.connection(database),
+                        runner.messages([](const Message& m) { std::cerr << m.prompt << '\n'; }),
+                        runner.log(), kind.open);
   if (kind.type) {
     dynamic_cast<Velk_frmBankBranch_OpnImp&>(screen.form())
         .cboType.userChoose(static_cast<int>(*kind.type));
   }
-  ImportReport report(false);
-  if (watched) {
-    recorder->watch(screen.form());
-    screen.form().run().setObserver(&report);
-  }
+  runner.watch(screen.form());
   screen.browse(file);
   screen.form().cmdview.userClick();
 
   Stopwatch watch;
+  runner.begin(screen.form(), *database, folder);
   const EventResult result = screen.form().cmdImport.userClick();
+  runner.end();
   watch.stop();
   require(result == EventResult::Handled, "the import broke off");
   watch.report(postedRecords(kind, *database));
+}
+
+Watched watchedAs(std::string_view name) {
+  if (name == "recorded") return Watched::Recorded;
+  if (name == "traced") return Watched::Traced;
+  require(name == "journaled", "usage: bench_import ... [recorded|traced|journaled]");
+  return Watched::Journaled;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   return runMeasurement([&] {
-    require(argc == 5 || (argc == 6 && argv[5] == std::string_view("recorded")),
-            "usage: bench_import KIND COMPANY FILE FOLDER [recorded]");
+    require(argc == 5 || argc == 6, "usage: bench_import KIND COMPANY FILE FOLDER [HOW]");
     const ImportKind* kind = findKind(argv[1]);
     require(kind != nullptr, "there is no such kind");
-    measure(*kind, argv[2], argv[3], argv[4], argc == 6);
+    measure(*kind, argv[2], argv[3], argv[4], argc == 6 ? watchedAs(argv[5]) : Watched::No);
   });
 }

@@ -9,6 +9,11 @@
 namespace velk {
 
 std::size_t markFields(char* line, std::size_t length, QuotedComma quotedComma) {
+  // Most lines have no quotes, and then every comma separates.
+  if (length == 0 || std::memchr(line, '"', length) == nullptr) {
+    std::transform(line, line + length, line, [](char c) { return c == ',' ? fieldEnd : c; });
+    return length;
+  }
   bool quoted = false;
   char* to = line;
   for (const char* from = line; from != line + length; ++from) {

@@ -92,6 +92,20 @@ TEST_CASE("checksums and hashes are the published ones") {
   }
 }
 
+TEST_CASE("the processor's own instructions take a block as the plain way does") {
+  const TakeSha256Block fast = sha256BlockOfProcessor();
+  if (fast == nullptr) return;
+  Sha256State plain{1, 2, 3, 4, 5, 6, 7, 0xFFFFFFFF};
+  Sha256State own = plain;
+  std::array<unsigned char, sha256BlockSize> block{};
+  for (int round = 0; round < 200; ++round) {
+    block[static_cast<std::size_t>(round) % block.size()] += static_cast<unsigned char>(77 + round);
+    takeSha256BlockPlainly(plain, block.data());
+    fast(own, block.data());
+    REQUIRE(own == plain);
+  }
+}
+
 TEST_CASE("what is appended is read again, by the next program, too") {
   const TemporaryFolder folder;
   const std::string path = folder.path("made/on/demand/journal");

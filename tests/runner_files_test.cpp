@@ -7,27 +7,27 @@
 namespace velk {
 namespace {
 
-std::string write(const RunnerWorld& world, const std::string& name,
-                  std::initializer_list<std::string_view> records) {
+std::string openings(const RunnerWorld& world, const std::string& name,
+                     std::initializer_list<std::string_view> records) {
   return world.folder.write(name, crlf({openingTitles}) + crlf(records));
 }
 
 /// Imports the files in one call.
-Ran importFiles(RunnerWorld& world, std::vector<std::string> files,
-                std::vector<std::string> more = {}) {
+Ran importAll(RunnerWorld& world, std::vector<std::string> files,
+              std::vector<std::string> more = {}) {
   more.insert(more.begin(), files.begin() + 1, files.end());
   return world.import(files.front(), std::move(more));
 }
 
 TEST_CASE("files of one call are runs of their own, with one account and the worst status") {
   RunnerWorld world;
-  const std::vector<std::string> files{write(world, "a.csv", {good1, good2}),
-                                       write(world, "b.csv", {unknownCustomer, good3}),
-                                       write(world, "c.csv", {"C004,D,R5,,7,7"})};
-  const Json dry(importFiles(world, files, {"--dry-run", "--json"}).out);
+  const std::vector<std::string> files{openings(world, "a.csv", {good1, good2}),
+                                       openings(world, "b.csv", {unknownCustomer, good3}),
+                                       openings(world, "c.csv", {"C004,D,R5,,7,7"})};
+  const Json dry(importAll(world, files, {"--dry-run", "--json"}).out);
   CHECK(dry.at("status") == "1");
   CHECK(debits(world) == "0");
-  const Ran ran = importFiles(
+  const Ran ran = importAll(
       world, files,
       {"--json", "--rejects", world.folder.path("r.csv"), "--report", world.folder.path("p.html")});
   const Json call(ran.out);
@@ -63,12 +63,12 @@ TEST_CASE("a file that is refused keeps all others from being posted") {
   for (const auto& row : rows) {
     CAPTURE(row.second);
     RunnerWorld world;
-    const std::string old = write(world, "old.csv", {"C004,D,Old,,7,7"});
+    const std::string old = openings(world, "old.csv", {"C004,D,Old,,7,7"});
     CHECK(world.import(old).status == 0);
-    const std::vector<std::string> files{write(world, "a.csv", {good1, good2}),
-                                         write(world, "b.csv", {row.second})};
+    const std::vector<std::string> files{openings(world, "a.csv", {good1, good2}),
+                                         openings(world, "b.csv", {row.second})};
     for (const std::vector<std::string>& more : {{"--dry-run"}, std::vector<std::string>{}}) {
-      const Ran ran = importFiles(world, files, more);
+      const Ran ran = importAll(world, files, more);
       CHECK(ran.status == 2);
       CHECK_MESSAGE(contains(ran.out, row.says), ran.out);
       CHECK(contains(ran.out, "nothing of it was imported, since " + files[1] + " is refused"));
@@ -83,33 +83,34 @@ TEST_CASE("a file that is refused keeps all others from being posted") {
 TEST_CASE(
     "what two files share is posted twice only with --again, and zero amounts are no matter") {
   RunnerWorld world;
-  const std::string a = write(world, "a.csv", {good1, "C002,B,Z,,0,0"});
-  CHECK(importFiles(world, {a, write(world, "b.csv", {"C002,B,Z,,0,0"})}).status == 0);
-  CHECK(importFiles(world, {a, write(world, "c.csv", {good1})}, {"--again"}).status == 0);
+  const std::string a = openings(world, "a.csv", {good1, "C002,B,Z,,0,0"});
+  CHECK(importAll(world, {a, openings(world, "b.csv", {"C002,B,Z,,0,0"})}).status == 0);
+  CHECK(importAll(world, {a, openings(world, "c.csv", {good1})}, {"--again"}).status == 0);
   CHECK(debits(world) == "3");
   world.kind = "bank-branch";
-  const std::string banks = world.folder.write("banks.csv", crlf({bankTitles, "B1,Bank,X1,One"}));
-  const std::string more = world.folder.write("more.csv", crlf({bankTitles, "B1,Bank,X2,Two"}));
-  const Json call(importFiles(world, {banks, more}, {"--json"}).out);
+  constexpr std::string_view titles = "Bank Code,Bank Name,Branch Code,Branch Name";
+  const std::string banks = world.folder.write("banks.csv", crlf({titles, "B1,Bank,X1,One"}));
+  const std::string more = world.folder.write("more.csv", crlf({titles, "B1,Bank,X2,Two"}));
+  const Json call(importAll(world, {banks, more}, {"--json"}).out);
   CHECK(call.at("account.banks.count") == "1");
   CHECK(call.at("account.branches.count") == "2");
 }
 
 TEST_CASE("a call that broke off is taken up with the same files") {
   RunnerWorld world;
-  const std::vector<std::string> files{write(world, "a.csv", {good1, unknownCustomer}),
-                                       write(world, "b.csv", {good2, "C004,D,R5,,5,5", good3}),
-                                       write(world, "c.csv", {"C005,E,R6,,6,6"})};
-  CHECK(importFiles(world, files, {"--resume"}).status == 3);
+  const std::vector<std::string> files{openings(world, "a.csv", {good1, unknownCustomer}),
+                                       openings(world, "b.csv", {good2, "C004,D,R5,,5,5", good3}),
+                                       openings(world, "c.csv", {"C005,E,R6,,6,6"})};
+  CHECK(importAll(world, files, {"--resume"}).status == 3);
   // Asked before each file and each record.
   world.surroundings.interrupted = [left = 5]() mutable { return left-- <= 0; };
-  const Ran broken = importFiles(world, files);
+  const Ran broken = importAll(world, files);
   CHECK(broken.status == 5);
   CHECK(contains(broken.out, "it was not begun, since the import ended at " + files[1]));
   CHECK(contains(broken.out, "Then import the same files with --resume"));
   CHECK_MESSAGE(debits(world) == "1", broken.out);
   world.surroundings.interrupted = [] { return false; };
-  const Json call(importFiles(world, files, {"--resume", "--json"}).out);
+  const Json call(importAll(world, files, {"--resume", "--json"}).out);
   CHECK(call.at("status") == "0");
   CHECK(call.at("files[0].passedOver") == "true");
   CHECK(call.at("files[0].account") == "null");
@@ -117,15 +118,25 @@ TEST_CASE("a call that broke off is taken up with the same files") {
   CHECK(call.at("files[2].resumes") == "null");
   CHECK(call.at("account.fileRecords") == "3");
   CHECK(debits(world) == "4");
-  const Ran again = importFiles(world, files, {"--resume"});
+  const Ran again = importAll(world, files, {"--resume"});
   CHECK(again.status == 3);
   CHECK(contains(again.err, "reached all records of these files"));
 }
 
+TEST_CASE("a database that is no company's gets nothing, not even an id") {
+  RunnerWorld world;
+  const std::string a = openings(world, "a.csv", {good1});
+  const std::string empty = world.folder.write("empty.db", "");
+  const Ran ran = importAll(world, {a, openings(world, "b.csv", {good3})}, {"--database", empty});
+  CHECK(ran.status == 4);
+  CHECK(contains(ran.err, "is none of this application"));
+  CHECK(world.folder.read("empty.db").empty());
+}
+
 TEST_CASE("options that make no sense with several files are told, and nothing is done") {
   RunnerWorld world;
-  const std::string a = write(world, "a.csv", {good1});
-  const std::string b = write(world, "b.csv", {good3});
+  const std::string a = openings(world, "a.csv", {good1});
+  const std::string b = openings(world, "b.csv", {good3});
   const struct {
     std::vector<std::string> files, more;
     int status;
@@ -144,7 +155,7 @@ TEST_CASE("options that make no sense with several files are told, and nothing i
     std::vector<std::string> files = row.files;
     if (row.says.find("write over") != std::string_view::npos)
       files.push_back(world.folder.path("x.2.csv"));
-    const Ran ran = importFiles(world, files, row.more);
+    const Ran ran = importAll(world, files, row.more);
     CHECK(ran.status == row.status);
     CHECK_MESSAGE(contains(ran.err, row.says), ran.err);
   }

@@ -43,8 +43,11 @@ constexpr auto openingStatements = std::to_array<std::string_view>(
 
 // A path says little: files are copied, renamed and put back.
 // The insertion is one statement, so that two programs cannot store two ids.
+// First a look at the procedures: a database without them is some other application's, and nothing
+// is made in it.
 constexpr auto makeIdentity = std::to_array<std::string_view>(
-    {"CREATE TABLE IF NOT EXISTS DatabaseIdentity (id TEXT NOT NULL)",
+    {"SELECT 1 FROM StoredProcedure LIMIT 0",
+     "CREATE TABLE IF NOT EXISTS DatabaseIdentity (id TEXT NOT NULL)",
      "INSERT INTO DatabaseIdentity SELECT lower(hex(randomblob(16))) WHERE NOT EXISTS (SELECT 1 "
      "FROM DatabaseIdentity)"});
 

@@ -35,7 +35,8 @@ void ImportReport::runStopped(const RuntimeError& error, std::string_view text) 
   RecordReport* const record = current();
   // An error after the last record stopped the run, but none of the records.
   if (record == nullptr || record->fate != RecordReport::Fate::Begun) return;
-  record->fate = RecordReport::Fate::Stopped;
+  // Memory that ran out is no fault of the record: without a call it was not even looked up.
+  if (!error.is(ErrorNumber::OutOfMemory)) record->fate = RecordReport::Fate::Stopped;
   record->texts.push_back(stop_);
 }
 

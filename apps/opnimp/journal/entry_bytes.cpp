@@ -1,44 +1,21 @@
 #include "apps/opnimp/journal/entry_bytes.h"
 
+#include <array>
 #include <bit>
 
 #include "base/errors.h"
 
 namespace velk {
 
-namespace {
-
-constexpr unsigned groupBits = 7;
-constexpr std::uint8_t moreFollows = 0x80;
-
-}  // namespace
-
-EntryWriter& EntryWriter::byte(std::uint8_t value) {
-  payload_ += static_cast<char>(value);
-  return *this;
-}
-
-// Seven bits a byte, because most numbers are small.
-EntryWriter& EntryWriter::number(std::uint64_t value) {
-  for (; value >= moreFollows; value >>= groupBits) {
-    byte(static_cast<std::uint8_t>(value | moreFollows));
-  }
-  return byte(static_cast<std::uint8_t>(value));
-}
-
 EntryWriter& EntryWriter::real(double value) {
   const auto bits = std::bit_cast<std::uint64_t>(value);
-  for (unsigned shift = 0; shift < 64; shift += 8) byte(static_cast<std::uint8_t>(bits >> shift));
-  return *this;
+  std::array<char, sizeof bits> bytes{};
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(bits >> (8 * i));
+  return this->bytes({bytes.data(), bytes.size()});
 }
 
 EntryWriter& EntryWriter::text(std::string_view text) {
   return number(text.size()).bytes(text);
-}
-
-EntryWriter& EntryWriter::bytes(std::string_view bytes) {
-  payload_ += bytes;
-  return *this;
 }
 
 // The kind of value comes first, in the order of Value's alternatives.

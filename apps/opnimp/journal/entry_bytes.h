@@ -12,13 +12,30 @@
 
 namespace velk {
 
+/// Of a number: how many bits a byte has of it, and the mark of one that is not the last.
+inline constexpr unsigned groupBits = 7;
+inline constexpr std::uint8_t moreFollows = 0x80;
+
 class EntryWriter {
  public:
-  EntryWriter& byte(std::uint8_t value);
-  EntryWriter& number(std::uint64_t value);
+  EntryWriter& byte(std::uint8_t value) {
+    payload_ += static_cast<char>(value);
+    return *this;
+  }
+  /// Seven bits a byte, because most numbers are small.
+  EntryWriter& number(std::uint64_t value) {
+    for (; value >= moreFollows; value >>= groupBits) {
+      byte(static_cast<std::uint8_t>(value | moreFollows));
+    }
+    return byte(static_cast<std::uint8_t>(value));
+  }
   EntryWriter& real(double value);
   EntryWriter& text(std::string_view text);
-  EntryWriter& bytes(std::string_view bytes);  ///< without a length
+  /// Without a length.
+  EntryWriter& bytes(std::string_view bytes) {
+    payload_ += bytes;
+    return *this;
+  }
   EntryWriter& value(const Value& value);
 
   /// The number of the items, and each by `write(*this, item)`.

@@ -42,7 +42,7 @@ Digest readDigest(EntryReader& from) {
 }
 
 void writeDigest(EntryWriter& to, const Digest& digest) {
-  for (const unsigned char byte : digest) to.byte(byte);
+  to.bytes({reinterpret_cast<const char*>(digest.data()), digest.size()});
 }
 
 // 0: none, else one more.

@@ -1,6 +1,7 @@
 #include "apps/opnimp/journal/journal_file.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <utility>
 
@@ -17,9 +18,9 @@ constexpr std::size_t headSize = numberSize + 1;          // length and type
 constexpr std::size_t frameSize = headSize + numberSize;  // and the checksum
 
 void addNumber(std::string& to, std::uint32_t number) {
-  for (std::size_t byte = 0; byte < numberSize; ++byte) {
-    to += static_cast<char>(number >> (8 * byte));
-  }
+  std::array<char, numberSize> bytes{};
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(number >> (8 * i));
+  to.append(bytes.data(), bytes.size());
 }
 
 std::uint32_t numberAt(std::string_view bytes, std::size_t at) {

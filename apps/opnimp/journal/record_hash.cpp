@@ -1,6 +1,8 @@
 #include "apps/opnimp/journal/record_hash.h"
 
+#include <cmath>
 #include <string>
+#include <utility>
 
 #include "base/date_reader.h"
 #include "base/errors.h"
@@ -11,29 +13,28 @@ namespace velk {
 namespace {
 
 // What cannot be read counts as it is written: no such record is posted.
-std::string readAmount(std::string text) {
-  trapErrors([&] { text = toText(leadingNumber(text)); }, [](const RuntimeError&) {});
-  return text;
+Value readAmount(std::string text) {
+  Value amount;
+  const bool read = trapErrors([&] { amount = leadingNumber(text); }, [](const RuntimeError&) {});
+  return read ? amount : Value(std::move(text));
 }
 
-std::string readDay(std::string text, int currentYear) {
+Value readDay(std::string text, int currentYear) {
   const auto reading = readDate(text, currentYear);
-  return reading ? formatDayFirst(reading->date) : std::move(text);
+  return reading ? Value(Date{std::trunc(reading->date.days)}) : Value(std::move(text));
 }
 
-/// The values that are posted, in the order of their fields.
-std::vector<std::string> postedValues(const ImportKind& kind,
-                                      const std::vector<std::string>& fields,
-                                      const std::vector<FieldMapping>& mapping, int currentYear) {
+/// Writes the values that are posted, in the order of their fields.
+void writePosted(EntryWriter& to, const ImportKind& kind, const std::vector<std::string>& fields,
+                 const std::vector<FieldMapping>& mapping, int currentYear) {
   const auto cell = [&](std::size_t field) { return mappedCell(fields, mapping, field); };
-  std::vector<std::string> values;
   if (kind.opening != nullptr) {
-    return {cell(openingField::code), cell(openingField::reference),
-            readDay(cell(openingField::date), currentYear), readAmount(cell(openingField::bill)),
-            readAmount(cell(openingField::balance))};
+    to.text(cell(openingField::code)).text(cell(openingField::reference));
+    to.value(readDay(cell(openingField::date), currentYear));
+    to.value(readAmount(cell(openingField::bill))).value(readAmount(cell(openingField::balance)));
+    return;
   }
-  for (std::size_t field = 0; field < mapping.size(); ++field) values.push_back(cell(field));
-  return values;
+  for (std::size_t field = 0; field < mapping.size(); ++field) to.text(cell(field));
 }
 
 }  // namespace
@@ -52,10 +53,7 @@ std::vector<JournaledRecord> hashRecords(const ImportKind& kind, const InputReco
   EntryWriter writer;
   for (std::size_t record = 0; record < input.count(); ++record) {
     writer.clear();
-    const auto fields = input.fields(record, width);
-    for (const std::string& value : postedValues(kind, fields, mapping, currentYear)) {
-      writer.text(value);
-    }
+    writePosted(writer, kind, input.fields(record, width), mapping, currentYear);
     records.push_back({input.place(record).line, hashOf(writer.payload())});
   }
   return records;

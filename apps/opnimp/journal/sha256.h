@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "apps/opnimp/journal/sha256_blocks.h"
+
 namespace velk {
 
 using Digest = std::array<unsigned char, 32>;
@@ -18,13 +20,9 @@ class Sha256 {
   Digest finish();
 
  private:
-  static constexpr std::size_t blockSize = 64;
-
-  void takeBlock(const unsigned char* block);
-
-  std::array<std::uint32_t, 8> state_{0x6A09E667, 0xBB67AE85, 0x3C6EF372, 0xA54FF53A,
-                                      0x510E527F, 0x9B05688C, 0x1F83D9AB, 0x5BE0CD19};
-  std::array<unsigned char, blockSize> block_{};  // the bytes that fill no block yet
+  Sha256State state_{0x6A09E667, 0xBB67AE85, 0x3C6EF372, 0xA54FF53A,
+                     0x510E527F, 0x9B05688C, 0x1F83D9AB, 0x5BE0CD19};
+  std::array<unsigned char, sha256BlockSize> block_{};  // the bytes that fill no block yet
   std::uint64_t length_ = 0;
 };
 

@@ -46,6 +46,8 @@ std::vector<std::string> CsvRecords::split(std::size_t record, QuotedComma quote
   std::string line = CodePage::windows1252().decode(bytesOf(record));
   line.resize(markFields(line.data(), line.size(), quotedComma));
   std::vector<std::string> fields;
+  constexpr std::size_t usual = 8;
+  fields.reserve(std::min(most, usual));
   for (std::size_t start = 0; fields.size() < most && start <= line.size();) {
     const std::size_t end = std::min(line.find(fieldEnd, start), line.size());
     fields.push_back(line.substr(start, end - start));

@@ -45,6 +45,12 @@ std::string verdict(const ImportResult& result) {
   return text + (result.account.addsUp() ? "The account adds up." : "The account does not add up.");
 }
 
+std::string joined(const std::vector<std::string>& texts) {
+  std::string all;
+  for (const std::string& text : texts) all.append(all.empty() ? "" : ", ").append(text);
+  return all;
+}
+
 std::vector<HtmlReport::Fact> facts(const ImportResult& result) {
   std::vector<HtmlReport::Fact> facts{
       {"File", result.arguments.file},
@@ -59,8 +65,9 @@ std::vector<HtmlReport::Fact> facts(const ImportResult& result) {
       {"Journal", result.journal},
       {"User", result.user},
       {"Program", "opnimp " + std::string(programVersion)},
+      {"Accepted", joined(result.arguments.accept)},
       {"Error log", result.isDryRun() ? "not written in a dry run" : result.errorLog}};
-  for (const std::string& path : result.rejectFiles) facts.push_back({"Written", path});
+  facts.push_back({"Written", joined(result.rejectFiles)});
   if (!result.rejectsError.empty()) facts.push_back({"Rejects", result.rejectsError});
   std::erase_if(facts, [](const HtmlReport::Fact& fact) { return fact.value.empty(); });
   return facts;

@@ -7,6 +7,7 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/records/file_bytes.h"
 #include "base/errors.h"
 #include "platform/native/native_files.h"
 
@@ -25,10 +26,11 @@ std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
     return surroundings.openDatabase(choice.connectionString, choice.options);
   } catch (const RuntimeError& error) {
     // Only `shown` is printed: the connection string may contain a password.
-    throw CannotOpen(
-        "the database " + choice.shown + " could not be opened: " + error.description() +
-        (choice.path.empty() ? ". Check the connection string, and that its driver is installed"
-                             : ". `opnimp demo-database PATH` makes an embedded database"));
+    throw CannotOpen("the database " + choice.shown +
+                     " could not be opened: " + fileErrorText(choice.path, error) +
+                     (choice.path.empty()
+                          ? ". Check the connection string, and that its driver is installed"
+                          : ". `opnimp demo-database PATH` makes an embedded database"));
   }
 }
 

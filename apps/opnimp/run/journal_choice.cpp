@@ -2,6 +2,7 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/records/file_bytes.h"
 #include "base/errors.h"
 #include "platform/files.h"
 #include "platform/native/native_kept_file.h"
@@ -20,7 +21,7 @@ namespace {
                      "wait until that run ends, or choose another with --journal");
   }
   throw CannotOpen("the journal " + path + " could not be " +
-                   (use == KeptFor::Writing ? "written: " : "read: ") + error.description() +
+                   (use == KeptFor::Writing ? "written: " : "read: ") + fileErrorText(path, error) +
                    ". Check the path and its permissions, or choose another with --journal");
 }
 
