@@ -9,6 +9,7 @@
 #include <array>
 #include <csignal>
 
+#include "platform/native/native_kept_file.h"
 #include "tests/support/checks.h"
 #include "tests/support/runner.h"
 

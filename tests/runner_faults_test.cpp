@@ -2,7 +2,9 @@
 #include <doctest/doctest.h>
 
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
+#include <regex>
 #include <sstream>
 #include <thread>
 
@@ -230,6 +232,30 @@ TEST_CASE("faults: a held lock ends the run after one time-out") {
     CHECK(world.import(world.folder.path(part)).status == 0);
   }
   CHECK(world.ask("select count(*) from CustomerOpeningBalance") == "3");
+}
+
+TEST_CASE("faults: a secret stands in no list of processes, and in no core dump") {
+  RunnerWorld world;
+  world.importLines({openingTitles, good1});
+  const auto holder = openOdbc(embeddedConnectionString(world.database()));
+  holder->beginTransaction();
+  holder->Execute("update Setup set OpeningDate = OpeningDate");
+  // While it waits for the lock it is looked at from outside.
+  const std::string connection = embeddedConnectionString(world.database()) + ";PWD=hunter2";
+  const std::string command =
+      "ulimit -c $(ulimit -Hc); HOME=" + world.folder.path("") + " OPNIMP_DATABASE='" + connection +
+      "' " + OPNIMP_PROGRAM + " import customer-opening " +
+      world.folder.write("s.csv", crlf({openingTitles, good2})) + " --wait 4 --app-folder " +
+      world.folder.path("") +
+      " >/dev/null 2>&1 & sleep 0.7; cat /proc/$!/limits /proc/$!/cmdline; wait";
+  FILE* const pipe = ::popen(command.c_str(), "r");
+  REQUIRE(pipe != nullptr);
+  std::string seen(65536, '\0');
+  seen.resize(std::fread(seen.data(), 1, seen.size(), pipe));
+  ::pclose(pipe);
+  CHECK_MESSAGE(std::regex_search(seen, std::regex("Max core file size +0 +0 ")), seen);
+  CHECK(contains(seen, "s.csv"));
+  CHECK_FALSE(contains(seen, "hunter2"));
 }
 
 TEST_CASE("faults: a call of the embedded database that cannot be undone ends the run") {

@@ -3,7 +3,9 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
+#include <regex>
 
 #include "apps/opnimp/warnings/warnings.h"
 #include "tests/support/json_value.h"
@@ -220,6 +222,29 @@ TEST_CASE("a salesman saved although his type could not be checked is told as su
                          "posted with warning: whether Wholesale is a default value could not be "
                          "checked, and the salesman is saved all the same"),
                 ran.out);
+}
+
+TEST_CASE("docs/threats.md names tests that there are") {
+  const auto textOf = [](const std::filesystem::path& path) {
+    std::ifstream in(path);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  };
+  const std::filesystem::path root = OPNIMP_SOURCE_DIR;
+  std::string tests;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root / "tests")) {
+    if (entry.path().extension() == ".cpp") tests += textOf(entry.path());
+  }
+  const std::string text = textOf(root / "docs/threats.md");
+  const std::regex named("\"([^\"]+)\"|`(tests/fuzz/[^`]+|scripts/[^`]+)`");
+  for (auto name = std::sregex_iterator(text.begin(), text.end(), named);
+       name != std::sregex_iterator(); ++name) {
+    CAPTURE(name->str());
+    const bool isTest = (*name)[1].matched;
+    CHECK((isTest ? contains(tests, name->str() + ") {")
+                  : std::filesystem::exists(root / (*name)[2].str())));
+  }
+  // A claim that something cannot be done has its test beside it.
+  CHECK_FALSE(std::regex_search(text, std::regex("\\| cannot[^|]*\\| *\\|")));
 }
 
 TEST_CASE("docs/warnings.md has a row for each warning") {

@@ -115,7 +115,7 @@ TEST_CASE("passwords are masked wherever they stand") {
       {"DSN=a;TLSKEYPWD=x;UID=b", "DSN=a;TLSKEYPWD=***;UID=b"},
       {"KeystoreSecret={x;y};DSN=a", "KeystoreSecret=***;DSN=a"},
       {"pqopt={sslpassword=x};DSN=a", "pqopt=***;DSN=a"},
-      {"PASSWORD2=x;Access Token = y;DSN=a", "PASSWORD2=***;Access Token =***;DSN=a"},
+      {"PASSWORD2=x;Access Token = y;DSN=a", "PASSWORD2=***;DSN=a"},
       {"ClientCertificate=file:a,password:x", "ClientCertificate=***"},
       {"cannot open the file Driver=x;PWD=y", "cannot open the file Driver=x;PWD=***"},
       {"there is no file PWD=y;DSN=a", "there is no file PWD=***;DSN=a"},
