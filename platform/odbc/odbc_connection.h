@@ -38,8 +38,7 @@ class OdbcConnection : public Connection {
   virtual std::string identity(bool mayStore) = 0;
 };
 
-/// Opens. Errors: what the driver or the driver manager reports, with the data access library's
-/// numbers.
+/// Opens. Errors: CannotConnect, with the data access library's numbers.
 std::shared_ptr<OdbcConnection> openOdbc(std::string_view connectionString,
                                          const OdbcOptions& options = {});
 
