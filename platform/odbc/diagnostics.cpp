@@ -23,10 +23,10 @@ std::string shownText(std::string_view message) {
     if (end == std::string_view::npos) break;
     message.remove_prefix(end + 1);
   }
-  std::string text(trim(message));
+  std::string text(message);
   std::ranges::replace_if(
-      text, [](char c) { return c == '\r' || c == '\n'; }, ' ');
-  return text;
+      text, [](char c) { return c == '\r' || c == '\n' || c == '\t'; }, ' ');
+  return std::string(trim(text));
 }
 
 ErrorNumber numberOf(const Diagnostic& diagnostic) {

@@ -33,6 +33,9 @@ struct Dialect {
   std::span<const KnownStatement> statements = {};
   /// Run on each new connection.
   std::span<const std::string_view> openingStatements = {};
+  /// Gives a statement that is run on each new connection, for a driver that leaves its time limits
+  /// to the engine; null if it does not.
+  std::string (*timeLimit)(const OdbcOptions&) = nullptr;
   /// Gives what is added to the connection string, as "Name=value"; null if nothing is.
   std::string (*connectionSetting)(const OdbcOptions&) = nullptr;
   /// Gives the id that is stored in a database, and what stores one where there is none. Empty
@@ -74,6 +77,9 @@ struct Dialect {
       "ELSE HAS_PERMS_BY_NAME(?, 'OBJECT', 'EXECUTE') END";
   /// One statement gives one result at most.
   bool hasSingleResults = false;
+  /// An error ends the results of a call. Drivers need not be asked for more; one crashes when it
+  /// is.
+  bool endsResultsByError = false;
   /// A cell may contain another kind of value than its column declares.
   bool hasDynamicTypes = false;
   /// A text ends at its first NUL character, so that one with a NUL cannot be passed.

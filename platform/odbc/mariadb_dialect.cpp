@@ -1,5 +1,6 @@
 #include "platform/odbc/mariadb_dialect.h"
 
+#include <algorithm>
 #include <array>
 
 namespace velk {
@@ -33,14 +34,12 @@ constexpr auto mariadbStatements = std::to_array<KnownStatement>({
 
 constexpr auto mariadbErrors = std::to_array<NativeError>({
     {1205, "HYT00"},               // lock wait time-out
-    {1969, "HYT00", {}, "70100"},  // the statement's time limit
-    {1317, "HYT00", {}, "70100"},  // interrupted
-    {1927, "08S01", {}, "70100"},  // the connection was killed
-    {1053, "08S01", {}, "08S01"},  // the server is going down
+    {1969, "HYT00", {}, "HY018"},  // the statement's time limit
+    {1317, "HYT00", {}, "HY018"},  // cancelled
+    {1927, "08S01", {}, "HY018"},  // the connection was killed
     {2006, "08S01"},               // gone away
     {2013, "08S01"},               // lost during a query
-    {2055, "08S01"},
-    {1142, "42501", {}, "42000"},  // rights: a table, a column, a procedure, a database
+    {1142, "42501", {}, "42000"},  // rights: to a table, a column, a procedure, a database
     {1143, "42501", {}, "42000"},
     {1370, "42501", {}, "42000"},
     {1044, "42501", {}, "42000"},
@@ -48,10 +47,22 @@ constexpr auto mariadbErrors = std::to_array<NativeError>({
     {1290, "42501"},  // the server is read-only
 });
 
+// By themselves the engine waits 50 seconds for a row, a day for a table, and for ever for all
+// else.
+std::string timeLimit(const OdbcOptions& options) {
+  // To the waits 0 is no time at all.
+  constexpr int year = 31'536'000;
+  const int seconds = options.commandTimeoutSeconds;
+  const std::string wait = std::to_string(seconds <= 0 ? year : std::min(seconds, year));
+  return "SET SESSION innodb_lock_wait_timeout = " + wait + ", lock_wait_timeout = " + wait +
+         ", max_statement_time = " + wait;
+}
+
 }  // namespace
 
 constinit const Dialect mariadbDialect{
     .statements = mariadbStatements,
+    .timeLimit = timeLimit,
     .identityQuery = "SELECT concat(@@server_uid, '/', database())",
     .errors = mariadbErrors,
     .callBefore = "CALL ",
@@ -61,6 +72,7 @@ constinit const Dialect mariadbDialect{
     .canRun =
         "SELECT count(*) FROM information_schema.routines WHERE routine_schema = database() "
         "AND routine_name = ?",
+    .endsResultsByError = true,
 };
 
 }  // namespace velk

@@ -15,8 +15,7 @@
 
 namespace velk {
 
-/// Opens. Errors: what the driver or the driver manager reports, with the data access library's
-/// numbers.
+/// Opens. Errors: CannotConnect, with the data access library's numbers.
 std::shared_ptr<OwnConnection> openOdbc(std::string_view connectionString,
                                         const OdbcOptions& options = {});
 

@@ -8,7 +8,7 @@ struct OdbcOptions {
   /// for ever.
   int commandTimeoutSeconds = 30;
   /// How long opening may take where the driver has such a limit; 0 waits for ever.
-  int loginTimeoutSeconds = 15;
+  int loginTimeoutSeconds = 8;
 };
 
 }  // namespace velk

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "base/text.h"
+#include "platform/odbc/cannot_connect.h"
 
 namespace velk {
 namespace {
@@ -31,11 +32,17 @@ bool mentions(std::string_view connectionString, std::string_view setting) {
 
 OdbcSession::OdbcSession(std::string_view connectionString, const OdbcOptions& options)
     : environment_(makeEnvironment()), options_(options) {
+  trapErrors([&] { open(connectionString); },
+             [this](const RuntimeError& error) { throw CannotConnect(error, diagnostics_); });
+}
+
+void OdbcSession::open(std::string_view connectionString) {
   connect(std::string(connectionString));
   // Without a name the engine is taken for SQL Server.
   dialect_ = &dialectOf(information(SQL_DBMS_NAME));
   connectWithSetting(connectionString);
   for (const std::string_view statement : dialect_->openingStatements) executeNative(statement);
+  if (dialect_->timeLimit != nullptr) executeNative(dialect_->timeLimit(options_));
 }
 
 // Only a connected driver can name its engine, but it reads the setting only when connecting: so a

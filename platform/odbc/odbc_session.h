@@ -14,7 +14,7 @@ namespace velk {
 
 class OdbcSession {
  public:
-  /// Opens. Errors: what the driver or its manager reports.
+  /// Opens. Errors: CannotConnect.
   OdbcSession(std::string_view connectionString, const OdbcOptions& options);
 
   const Dialect& dialect() const { return *dialect_; }
@@ -61,6 +61,7 @@ class OdbcSession {
     if (!SQL_SUCCEEDED(result)) throw failure(handleType, handle);
   }
   RuntimeError failure(SQLSMALLINT handleType, SQLHANDLE handle);
+  void open(std::string_view connectionString);
   void connect(const std::string& connectionString);
   void connectWithSetting(std::string_view connectionString);
 

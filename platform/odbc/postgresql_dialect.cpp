@@ -67,6 +67,7 @@ constinit const Dialect postgresqlDialect{
     .canRun =
         "SELECT count(*)::int FROM pg_proc WHERE proname = lower(?) AND "
         "pg_function_is_visible(oid) AND has_function_privilege(oid, 'EXECUTE')",
+    .endsResultsByError = true,
     .endsTextAtNul = true,
 };
 

@@ -64,7 +64,7 @@ class ResultReader {
   void passOver(const RuntimeError& error) {
     hasCursor_ = true;
     // Nobody knows how long another answer would take; closing has to do.
-    if (error.is(ErrorNumber::ProviderTimeout)) return;
+    if (error.is(ErrorNumber::ProviderTimeout) || session_.dialect().endsResultsByError) return;
     for (int failures = 0; !session_.isLost() && failures < mostFailures;) {
       const SQLRETURN more = SQLMoreResults(statement_);
       if (more == SQL_NO_DATA) return;

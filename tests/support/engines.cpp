@@ -111,22 +111,23 @@ EngineCompany::EngineCompany(const TestEngine& engine, const std::string& folder
   if (engine.isEmbedded()) {
     database_ = folder + "company.db";
     createSampleCompany(database_);
-    connection_ = openOdbc(embeddedConnectionString(database_));
+    owner_ = embeddedConnectionString(database_);
+    reconnect();
     return;
   }
   const std::string name = engine.name;
-  std::string owner = engine.connectionString;
-  database_ = owner;
+  owner_ = engine.connectionString;
+  database_ = owner_;
   if (name == "sqlserver") {
-    dropCompany(*openOdbc(owner));
+    dropCompany(*openOdbc(owner_));
   } else {
-    const auto administrator = openOdbc(owner);
+    const auto administrator = openOdbc(owner_);
     administrator->Execute("DROP DATABASE IF EXISTS company");
     administrator->Execute("CREATE DATABASE company");
-    owner = with(owner, {"Database=company"});
-    database_ = with(owner, {"UID=opnimp_import", "PWD=change-me"});
+    owner_ = with(owner_, {"Database=company"});
+    database_ = with(owner_, {"UID=opnimp_import", "PWD=change-me"});
   }
-  connection_ = openOdbc(owner);
+  reconnect();
   runScript(*connection_, name + "/1_tables.sql", engine.delimiter);
   runScript(*connection_, "data.sql", engine.delimiter);
   runScript(*connection_, name + "/2_procedures.sql", engine.delimiter);

@@ -34,9 +34,12 @@ class EngineCompany {
   const std::string& database() const { return database_; }
   /// The administrator's.
   const std::shared_ptr<OwnConnection>& connection() const { return connection_; }
+  /// Opens it anew: the server was ended.
+  void reconnect() { connection_ = openOdbc(owner_); }
   std::string ask(std::string_view query) const;
 
  private:
+  std::string owner_;
   std::string database_;
   std::shared_ptr<OwnConnection> connection_;
 };

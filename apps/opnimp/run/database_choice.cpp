@@ -1,15 +1,21 @@
 #include "apps/opnimp/run/database_choice.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <future>
 #include <regex>
 #include <system_error>
+#include <thread>
+#include <utility>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/records/file_bytes.h"
+#include "apps/opnimp/run/connection_advice.h"
 #include "base/errors.h"
 #include "platform/native/native_files.h"
+#include "platform/odbc/cannot_connect.h"
 
 namespace velk {
 
@@ -20,17 +26,34 @@ namespace fs = std::filesystem;
 /// More than drivers take, and little enough to search.
 constexpr std::size_t longestConnectionString = 8192;
 
-std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
-                                       const Surroundings& surroundings) {
+constexpr std::chrono::seconds longestConnecting{9};
+
+/// Beside the caller: some drivers wait for ever for a server that takes a connection and then says
+/// nothing.
+std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice, const Surroundings& surroundings) {
+  // With what it needs, as it may outlive the caller.
+  std::packaged_task<std::shared_ptr<OwnConnection>()> task([open = surroundings.openDatabase, choice] {
+    return open(choice.connectionString, choice.options);
+  });
+  std::future<std::shared_ptr<OwnConnection>> opened = task.get_future();
+  std::thread(std::move(task)).detach();
+  if (opened.wait_for(longestConnecting) == std::future_status::timeout) {
+    throw CannotConnect(RuntimeError(ErrorNumber::ProviderTimeout, "There was no answer in time"),
+                        {{"HYT01", 0, {}}});
+  }
+  return opened.get();
+}
+
+std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice, const Surroundings& surroundings) {
   try {
-    return surroundings.openDatabase(choice.connectionString, choice.options);
+    // A file is there at once, but may be locked for as long as --wait says.
+    const bool isFile = !choice.path.empty();
+    return isFile ? surroundings.openDatabase(choice.connectionString, choice.options)
+                  : openInTime(choice, surroundings);
   } catch (const RuntimeError& error) {
     // Only `shown` is printed: the connection string may contain a password.
-    throw CannotOpen("the database " + choice.shown +
-                     " could not be opened: " + fileErrorText(choice.path, error) +
-                     (choice.path.empty()
-                          ? ". Check the connection string, and that its driver is installed"
-                          : ". `opnimp demo-database PATH` makes an embedded database"));
+    throw CannotOpen("the database " + choice.shown + " could not be opened: " +
+                     fileErrorText(choice.path, error) + ". " + adviceOn(choice, error));
   }
 }
 

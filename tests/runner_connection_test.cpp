@@ -1,0 +1,105 @@
+// Connection strings of every wrong kind: one sentence that says what to change, soon, and no
+// password.
+#include <arpa/inet.h>
+#include <doctest/doctest.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <regex>
+
+#include "tests/support/checks.h"
+#include "tests/support/engines.h"
+#include "tests/support/runner.h"
+
+namespace velk {
+namespace {
+
+/// That all went as it should: status 4 within 10 seconds, with this advice.
+void checkRefused(const std::string& connectionString, std::string_view advice) {
+  CAPTURE(connectionString);
+  RunnerWorld world;
+  const auto start = std::chrono::steady_clock::now();
+  const Ran ran = world.importLines({openingTitles, good1}, {"--database", connectionString});
+  CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(10));
+  CHECK(ran.status == 4);
+  CHECK_MESSAGE(contains(ran.err, advice), ran.err);
+  CHECK_FALSE(contains(ran.out + ran.err, "s3cret"));
+}
+
+TEST_CASE("connections: strings that no server sees") {
+  const std::pair<const char*, const char*> rows[] = {
+      {"Driver=no such driver;Server=x;UID=u;PWD=s3cret", "Name a driver that is installed"},
+      {"DSN=no such source;PWD=s3cret", "Name a data source that is set up"},
+      {"Server=x;Database=y;UID=u;PWD=s3cret", "Begin the connection string with Driver=NAME"},
+      {"Provider=SQLOLEDB;Data Source=x;Initial Catalog=y;User ID=u;Password=s3cret",
+       "This connection string is ADO's"},
+  };
+  for (const auto& [string, advice] : rows) checkRefused(string, advice);
+}
+
+/// A port of this machine that takes connections and never says a word.
+class SilentServer {
+ public:
+  SilentServer() {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* const any = reinterpret_cast<sockaddr*>(&address);
+    REQUIRE(::bind(socket_, any, size) == 0);
+    REQUIRE(::listen(socket_, 8) == 0);
+    REQUIRE(::getsockname(socket_, any, &size) == 0);
+    port_ = ntohs(address.sin_port);
+  }
+  SilentServer(const SilentServer&) = delete;
+  SilentServer& operator=(const SilentServer&) = delete;
+  ~SilentServer() { ::close(socket_); }
+  std::string port() const { return std::to_string(port_); }
+
+ private:
+  int socket_ = ::socket(AF_INET, SOCK_STREAM, 0);
+  int port_ = 0;
+};
+
+TEST_CASE("connections: servers that do not let in") {
+  for (const TestEngine& engine : testEngines()) {
+    const std::string name = engine.name;
+    if (engine.isEmbedded() || name == "sqlserver") continue;
+    CAPTURE(name);
+    const std::string good =
+        std::regex_replace(engine.connectionString, std::regex("PWD=[^;]*"), "PWD=s3cret");
+    const auto with = [&](const std::string& string, const char* setting, const char* value) {
+      return std::regex_replace(string, std::regex(std::string(setting) + "=[^;]*"),
+                                std::string(setting) + "=" + value);
+    };
+    checkRefused(good, "Correct the user and the password");
+    checkRefused(with(good, "UID", "nobody"), "Correct the user and the password");
+    checkRefused(with(engine.connectionString, "Database", "nothing"), "Correct Database=");
+    checkRefused(with(good, "Server", "no-such-host.invalid"), "no host of that name");
+    checkRefused(with(good, "Port", "1"), "start the server there");
+    checkRefused(good + (name == "mariadb" ? ";SSLVERIFY=1" : ";SSLmode=require"), "encryption");
+
+    const EngineCompany company(engine, {});
+    company.connection()->Execute(name == "mariadb"
+                                      ? "ALTER USER opnimp_import WITH MAX_USER_CONNECTIONS 1"
+                                      : "ALTER ROLE opnimp_import CONNECTION LIMIT 1");
+    const auto only = openOdbc(company.database());
+    checkRefused(company.database(), "limit of connections");
+    company.connection()->Execute(name == "mariadb"
+                                      ? "ALTER USER opnimp_import WITH MAX_USER_CONNECTIONS 0"
+                                      : "ALTER ROLE opnimp_import CONNECTION LIMIT -1");
+  }
+}
+
+TEST_CASE("connections: a server that says nothing") {
+  const SilentServer server;
+  for (const TestEngine& engine : testEngines()) {
+    if (std::string_view(engine.name) != "mariadb") continue;  // the others' drivers have a limit
+    checkRefused("Driver=MariaDB Unicode;Server=127.0.0.1;UID=u;PWD=s3cret;Port=" + server.port(),
+                 "start the server there");
+  }
+}
+
+}  // namespace
+}  // namespace velk
