@@ -12,10 +12,12 @@ namespace velk {
 
 namespace {
 
-constexpr std::string_view driverAdvice = "Name a driver that is installed; `odbcinst -q -d` lists them";
+constexpr std::string_view driverAdvice =
+    "Name a driver that is installed; `odbcinst -q -d` lists them";
 constexpr std::string_view sourceAdvice =
     "Name a data source that is set up; `odbcinst -q -s` lists them";
-constexpr std::string_view noDriverAdvice = "Begin the connection string with Driver=NAME or DSN=NAME";
+constexpr std::string_view noDriverAdvice =
+    "Begin the connection string with Driver=NAME or DSN=NAME";
 constexpr std::string_view adoAdvice =
     "This connection string is ADO's; ODBC's names a driver instead of a provider: "
     "Driver=NAME;Server=HOST;Database=NAME;UID=USER;PWD=PASSWORD";

@@ -30,11 +30,13 @@ constexpr std::chrono::seconds longestConnecting{9};
 
 /// Beside the caller: some drivers wait for ever for a server that takes a connection and then says
 /// nothing.
-std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice, const Surroundings& surroundings) {
+std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
+                                          const Surroundings& surroundings) {
   // With what it needs, as it may outlive the caller.
-  std::packaged_task<std::shared_ptr<OwnConnection>()> task([open = surroundings.openDatabase, choice] {
-    return open(choice.connectionString, choice.options);
-  });
+  std::packaged_task<std::shared_ptr<OwnConnection>()> task(
+      [open = surroundings.openDatabase, choice] {
+        return open(choice.connectionString, choice.options);
+      });
   std::future<std::shared_ptr<OwnConnection>> opened = task.get_future();
   std::thread(std::move(task)).detach();
   if (opened.wait_for(longestConnecting) == std::future_status::timeout) {
@@ -44,7 +46,8 @@ std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice, const Su
   return opened.get();
 }
 
-std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice, const Surroundings& surroundings) {
+std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
+                                       const Surroundings& surroundings) {
   try {
     // A file is there at once, but may be locked for as long as --wait says.
     const bool isFile = !choice.path.empty();
