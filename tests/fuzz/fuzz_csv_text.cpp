@@ -30,6 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       joined.append(",").append(field);
     }
     require(text.empty() || joined.substr(1) == text);
+    require(velk::countFields(text) == velk::splitLine(text, velk::QuotedComma::Keep).size());
   }
   return 0;
 }

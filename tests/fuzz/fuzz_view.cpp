@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "apps/opnimp/records/csv_records.h"
 #include "base/dates.h"
@@ -71,9 +73,16 @@ void import(unsigned kind, std::string_view content) {
   World world;
   const auto screen = world.open(kind);
   world.files.contents[fileName] = content;
-  world.desktop.chooseFile(fileName);
-  screen->CmdBrowse.userClick();
+  for (const auto& choice : {std::optional<std::string>(), std::optional<std::string>(fileName)}) {
+    world.desktop.chooseFile(choice);
+    screen->CmdBrowse.userClick();
+  }
   screen->cmdview.userClick();
+  for (std::size_t column = 0; column < 12; ++column) {
+    screen->mappingList.userColumnClick(column);  // before a column is chosen, and after
+    screen->lv.userColumnClick(column);
+    screen->mappingList.userColumnClick(column);
+  }
   screen->cmdImport.userClick();
 }
 
@@ -99,10 +108,17 @@ void readRecords(std::string_view content) {
     // Of lines without fields.
   }
   const CsvRecords records{std::string(content)};
+  std::vector<std::size_t> all;
   for (std::size_t record = 0; record < records.count(); ++record) {
     if (records.place(record).offset + records.place(record).length > content.size()) std::abort();
     static_cast<void>(records.fields(record, 12));
+    static_cast<void>(records.writtenFields(record, 12));
+    all.push_back(record);
   }
+  for (const ImportKind& kind : importKinds()) static_cast<void>(records.refusal(kind));
+  records.write(world.files, "copy.csv", all);
+  const CsvRecords copy(world.files.contents["copy.csv"]);
+  if (copy.count() != records.count()) std::abort();
 }
 
 }  // namespace

@@ -17,18 +17,18 @@ struct Lengths {
 
 constexpr std::uint16_t limit = maxRecordLength;
 
-constexpr Lengths fixed(unsigned type, unsigned length) {
+consteval Lengths fixed(unsigned type, unsigned length) {
   const auto only = static_cast<std::uint16_t>(length);
   return {static_cast<std::uint16_t>(type), only, only, 0};
 }
 
 /// A front, and any number of equal parts.
-constexpr Lengths listed(unsigned type, unsigned front, unsigned part) {
+consteval Lengths listed(unsigned type, unsigned front, unsigned part) {
   return {static_cast<std::uint16_t>(type), static_cast<std::uint16_t>(front), limit,
           static_cast<std::uint16_t>(part)};
 }
 
-constexpr Lengths cell(Record type, unsigned value) {
+consteval Lengths cell(Record type, unsigned value) {
   constexpr unsigned rowColumnAndFormat = 6;
   return fixed(static_cast<unsigned>(type), rowColumnAndFormat + value);
 }
