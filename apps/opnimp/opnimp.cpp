@@ -40,9 +40,20 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
   return ExitStatus::Posted;
 }
 
-int fail(ExitStatus status, const std::string& why, bool json, Streams& streams) {
-  // What was given in the wrong place may be a connection string.
-  const std::string text = maskPasswords(why);
+/// Without the secrets of a connection string that was given in the wrong place.
+std::string masked(std::string text, std::span<const std::string> args) {
+  for (const std::string& arg : args) {
+    const std::string shown = maskPasswords(arg);
+    if (shown == arg) continue;
+    for (auto at = text.find(arg); at != std::string::npos; at = text.find(arg, at)) {
+      text.replace(at, arg.size(), shown);
+      at += shown.size();
+    }
+  }
+  return text;
+}
+
+int fail(ExitStatus status, const std::string& text, bool json, Streams& streams) {
   streams.err << "opnimp: " << printable(text) << ".\n";
   if (json) writeErrorDocument(status, text, streams.out);
   return static_cast<int>(status);
@@ -73,12 +84,12 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
                     : "the report could not be written",
                 false, streams);
   } catch (const UsageError& error) {
-    return fail(ExitStatus::Usage, error.what(), json, streams);
+    return fail(ExitStatus::Usage, masked(error.what(), args), json, streams);
   } catch (const CannotOpen& error) {
-    return fail(ExitStatus::CannotOpen, error.what(), json, streams);
+    return fail(ExitStatus::CannotOpen, masked(error.what(), args), json, streams);
   } catch (const std::exception& error) {
     return fail(ExitStatus::BrokeOff,
-                std::string("an unexpected error ended the program: ") + error.what() +
+                "an unexpected error ended the program: " + masked(error.what(), args) +
                     ". Look up in the database what was posted",
                 json, streams);
   }

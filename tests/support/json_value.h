@@ -6,13 +6,15 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "apps/opnimp/report/json_document.h"
+
 namespace velk {
 
 class Json {
  public:
   /// The test fails unless this is one document in valid UTF-8 that gives no key twice.
   explicit Json(const std::string& text) : document_(nlohmann::ordered_json::parse(text)) {
-    REQUIRE(document_.dump() + "\n" == text);
+    REQUIRE(textOf(document_) + "\n" == text);
   }
 
   /// What is found at a path such as "records[0].outcome": a text as it is, all else as JSON has

@@ -76,8 +76,8 @@ bool hasKeyword(const std::string& lowered, std::string_view name) {
   return (";" + lowered).find(std::string(";").append(name).append("=")) != std::string::npos;
 }
 
-std::string_view adviceOn(const std::string& connectionString,
-                          const std::vector<Diagnostic>& said) {
+std::string_view adviceAfter(const std::string& connectionString,
+                             const std::vector<Diagnostic>& said) {
   const std::string lowered = lowerAscii(connectionString);
   if (hasKeyword(lowered, "provider")) return adoAdvice;
   const auto names = [&](std::string_view name) { return hasKeyword(lowered, name); };
@@ -91,12 +91,10 @@ std::string_view adviceOn(const std::string& connectionString,
 
 }  // namespace
 
-std::string adviceOn(const DatabaseChoice& choice, const RuntimeError& error) {
-  if (!choice.path.empty()) return "`opnimp demo-database PATH` makes an embedded database";
+std::string adviceOn(const std::string& connectionString, const RuntimeError& error) {
   const auto* failure = dynamic_cast<const CannotConnect*>(&error);
-  return std::string(adviceOn(choice.connectionString, failure == nullptr
-                                                           ? std::vector<Diagnostic>{}
-                                                           : failure->diagnostics()));
+  const auto said = failure == nullptr ? std::vector<Diagnostic>{} : failure->diagnostics();
+  return std::string(adviceAfter(connectionString, said));
 }
 
 }  // namespace velk

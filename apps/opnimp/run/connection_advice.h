@@ -1,14 +1,13 @@
-// What to change when a database cannot be opened.
+// What to change when a connection string does not open a database.
 #pragma once
 
 #include <string>
 
-#include "apps/opnimp/run/database_choice.h"
 #include "base/errors.h"
 
 namespace velk {
 
 /// One sentence, by what the connection string has and by what the driver reported.
-std::string adviceOn(const DatabaseChoice& choice, const RuntimeError& error);
+std::string adviceOn(const std::string& connectionString, const RuntimeError& error);
 
 }  // namespace velk

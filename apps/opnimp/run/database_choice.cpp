@@ -55,8 +55,11 @@ std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
                   : openInTime(choice, surroundings);
   } catch (const RuntimeError& error) {
     // Only `shown` is printed: the connection string may contain a password.
-    throw CannotOpen("the database " + choice.shown + " could not be opened: " +
-                     fileErrorText(choice.path, error) + ". " + adviceOn(choice, error));
+    throw CannotOpen("the database " + choice.shown +
+                     " could not be opened: " + fileErrorText(choice.path, error) + ". " +
+                     (choice.path.empty()
+                          ? adviceOn(choice.connectionString, error)
+                          : "`opnimp demo-database PATH` makes an embedded database"));
   }
 }
 
