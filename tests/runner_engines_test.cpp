@@ -96,7 +96,7 @@ struct EngineWorld : RunnerWorld {
     const Ran ran = import(file, arguments);
     CAPTURE(file);
     CAPTURE(ran.err);
-    const Json report(ran.out);
+    const JsonValue report(ran.out);
     CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
     CHECK_FALSE(contains(ran.out + ran.err, "change-me"));
     story.push_back(file + " " + std::to_string(ran.status) + " " + asEmbedded(report.outcomes()));
@@ -120,14 +120,15 @@ Texts storyOn(const TestEngine& engine) {
                          "2,A,R,,1,1",
                          "c001,A,,,0.1,0.1", "C001,A," + std::string(256, 'x') + ",,1,1",
                          "C001,A," + std::string(2049, 'x') + ",,1,1"}));
-  const std::vector<std::string> files[] = {{"customer-opening", texts},
-                                            {"customer-opening", sampleFiles + "customer_opening.csv"},
-                                            {"customer-opening", sampleFiles + "codepage.csv"},
-                                            {"customer-opening", sampleFiles + "sql_quotes.csv"},
-                                            {"vendor-opening", sampleFiles + "vendor_opening.csv"},
-                                            {"bank-branch", sampleFiles + "bank_branch.csv"},
-                                            {"vendor", sampleFiles + "vendor.csv"},
-                                            {"salesman", sampleFiles + "salesman.xls"}};
+  const std::vector<std::string> files[] = {
+      {"customer-opening", texts},
+      {"customer-opening", sampleFiles + "customer_opening.csv"},
+      {"customer-opening", sampleFiles + "codepage.csv"},
+      {"customer-opening", sampleFiles + "sql_quotes.csv"},
+      {"vendor-opening", sampleFiles + "vendor_opening.csv"},
+      {"bank-branch", sampleFiles + "bank_branch.csv"},
+      {"vendor", sampleFiles + "vendor.csv"},
+      {"salesman", sampleFiles + "salesman.xls"}};
   for (std::vector<std::string> file : files) {
     file.emplace_back("--dry-run");
     world.tellImport(file);

@@ -10,10 +10,10 @@
 
 namespace velk {
 
-class Json {
+class JsonValue {
  public:
   /// The test fails unless this is one document in valid UTF-8 that gives no key twice.
-  explicit Json(const std::string& text) : document_(nlohmann::ordered_json::parse(text)) {
+  explicit JsonValue(const std::string& text) : document_(nlohmann::ordered_json::parse(text)) {
     REQUIRE(textOf(document_) + "\n" == text);
   }
 
