@@ -140,9 +140,9 @@ TEST_CASE("a value with a quote is not pasted into a query") {
            std::string(dsTypeQueryEnd) + "'x'",
        true},
       {"SELECT TOP 1 'x' FROM Setup", false}};
-  for (const auto& [query, pastes] : queries) {
-    CAPTURE(query);
-    CHECK(pastesQuote(query) == pastes);
+  for (const auto& row : queries) {
+    CAPTURE(row.first);
+    CHECK(pastesQuote(row.first) == row.second);
   }
   // All three are true, whatever the type.
   for (const std::string type : {"x' or '1'='1", "x' or 1=1 --", "x'; delete from Salesman; --"}) {
