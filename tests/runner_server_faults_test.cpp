@@ -312,7 +312,7 @@ Seen look(World& world, const Scenario& scenario) {
   return seen;
 }
 
-void checkTruth(const JsonValue& report, const Scenario& scenario, const Seen& before,
+void checkTruth(const Json& report, const Scenario& scenario, const Seen& before,
                 const Seen& after) {
   for (int i = 0; i < 3; ++i) {
     const std::string outcome = report.at("records[" + std::to_string(i) + "].outcome");
@@ -351,7 +351,7 @@ void play(World& world, const Scenario& scenario) {
   holder.reset();
   if (scenario.ends) world.restart();
   if (std::string_view(scenario.name) == "restarted") world.company.reconnect();
-  const JsonValue report(ran.out);
+  const Json report(ran.out);
   const bool first = std::string_view(world.engine.name) == "postgresql";
   CHECK_MESSAGE(report.outcomes() == std::string(first ? scenario.outcomes : scenario.otherwise),
                 ran.out.substr(ran.out.find("\"records\"")));
