@@ -14,7 +14,7 @@ namespace {
 std::size_t read(const char* path) {
   constexpr int columns = 7;
   NativeFileSystem files;
-  const auto sheet = XlsSpreadsheet(files).open(path);
+  const auto sheet = XlsSpreadsheet(files).open(path, ColumnSet().set());
   const int rows = sheet->rowCount();
   std::size_t bytes = 0;
   for (int row = 1; row <= rows; ++row) {

@@ -91,7 +91,7 @@ bool SalesmanImport::refuseWorkbook(Reason reason, std::string_view message) {
 /// Empty for a workbook without the salesmen's captions.
 std::optional<FileTable> SalesmanImport::readWorkbook(std::string_view fileName) {
   const auto spreadsheet = module_.platform().createSpreadsheet();
-  const auto sheet = spreadsheet->open(fileName);
+  const auto sheet = spreadsheet->open(fileName, salesmanColumns());
   if (!hasSalesmanCaptions(*sheet)) return std::nullopt;
   TextTable cells(importedSalesmanColumns.size());
   const Work work(screen_);

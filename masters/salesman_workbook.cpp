@@ -2,6 +2,15 @@
 
 namespace velk {
 
+ColumnSet salesmanColumns() {
+  ColumnSet columns;
+  for (std::size_t i = 0; i < salesmanCaptions.size(); ++i) columns.set(i);
+  for (const PickList& list : {dsTypeList, handheldList}) {
+    columns.set(static_cast<std::size_t>(list.listColumn) - 1);
+  }
+  return columns;
+}
+
 // Bold goes one column further than the captions, as in all workbooks written before.
 void writeSalesmanCaptions(WorksheetWriter& sheet) {
   constexpr CellRange boldCells{1, 1, 1, 8};

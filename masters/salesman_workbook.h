@@ -44,6 +44,9 @@ inline constexpr PickList handheldList{salesmanColumn::HandHeldDS, 251};
 /// Later rows have no pick list, however many there are.
 inline constexpr int lastPickRow = 1000;
 
+/// All that an import looks at: seven columns and the lists behind them.
+ColumnSet salesmanColumns();
+
 /// Writes the captions, bold.
 void writeSalesmanCaptions(WorksheetWriter& sheet);
 /// Writes a list with its caption, and makes it the pick list of its column.

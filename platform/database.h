@@ -105,6 +105,30 @@ class Connection {
   virtual bool isLost() const { return false; }
 };
 
+/// A connection that nobody else uses: it may be kept in a transaction, and be asked which database
+/// it leads to. The defaults are those of one that changes nothing. Not to be used by two threads
+/// at a time, but for cancel().
+class OwnConnection : public Connection {
+ public:
+  /// Asks the driver to end the statement that is running; the only member that another thread may
+  /// call. May wait as long as the driver lets nobody else in.
+  virtual void cancel() {}
+  /// Begins a transaction. Error 5 inside another one.
+  virtual void beginTransaction() {}
+  /// Takes back everything since beginTransaction; without one, nothing. Closing the connection
+  /// does the same.
+  virtual void rollback() {}
+  /// Keeps everything since beginTransaction; without one, nothing. After an error nobody knows
+  /// whether it is kept.
+  virtual void commit() {}
+  /// Asks the engine: a procedure may have ended the transaction that beginTransaction began.
+  virtual bool isInTransaction() { return false; }
+  /// The same text for the same database, however it was opened: the names of server and database,
+  /// or an id stored in an embedded one. `mayStore`: stores one where there is none; else the text
+  /// is empty then, as where nothing can be told.
+  virtual std::string identity(bool /*mayStore*/) { return {}; }
+};
+
 /// A connection that was never opened: whatever is executed is error 3709.
 class ClosedConnection : public Connection {
  public:

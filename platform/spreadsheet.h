@@ -7,6 +7,7 @@
 // started, or the application's own.
 #pragma once
 
+#include <bitset>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -16,6 +17,16 @@ namespace velk {
 /// The grid of a worksheet in the .xls format.
 inline constexpr int maxSheetRows = 65536;
 inline constexpr int maxSheetColumns = 256;
+
+/// Columns of a worksheet; the position is the number less one.
+using ColumnSet = std::bitset<maxSheetColumns>;
+
+/// What stands behind a cell's text.
+enum class CellNature {
+  Plain,
+  Error,     ///< one that a formula came to, such as #N/A; not a text that reads so
+  NoResult,  ///< a formula that was never calculated: its text is 0 or empty
+};
 
 /// From one cell to another, both included.
 struct CellRange {
@@ -34,6 +45,10 @@ class WorksheetReader {
   /// What a user sees in the cell with the column wide enough; empty for a blank cell. A number in
   /// a general, text or exponent format comes as its digits: 9876543210, never 9.88E+09.
   virtual std::string text(int row, int column) const = 0;
+  /// An application that calculates formulas itself need not tell.
+  virtual CellNature nature(int /*row*/, int /*column*/) const { return CellNature::Plain; }
+  /// The sheet's name if it is hidden from users, else empty.
+  virtual std::string hiddenName() const = 0;
 };
 
 /// The first worksheet of a new workbook.
@@ -63,7 +78,8 @@ class WorksheetWriter {
 class Spreadsheet {
  public:
   virtual ~Spreadsheet() = default;
-  virtual std::unique_ptr<WorksheetReader> open(std::string_view path) = 0;
+  /// Of columns that are not wanted only the first row need be read; the rest may show as blank.
+  virtual std::unique_ptr<WorksheetReader> open(std::string_view path, const ColumnSet& wanted) = 0;
   virtual std::unique_ptr<WorksheetWriter> add() = 0;
 };
 

@@ -188,6 +188,13 @@ TEST_CASE("properties that a bag has not, and values of another kind") {
   }
   form.go.set(Property::Left, std::string(" 77 "));
   CHECK(form.go.number(Property::Left) == 77);
+  for (const Value& on : {Value(1), Value(-1), Value("true"), Value("True"), Value(0.5)}) {
+    form.go.set(Property::Enabled, Value("False"));
+    CHECK_FALSE(form.go.enabled());
+    form.go.set(Property::Enabled, on);
+    CHECK(form.go.number(Property::Enabled) == PropertyBag::flagTrue);
+  }
+  CHECK(errorOf([&] { form.go.set(Property::Enabled, Value("yes")); }) == 13);
 }
 
 TEST_CASE("properties by name, in any letter case") {

@@ -37,9 +37,33 @@ void add(const std::string& path, const Entries& entries) {
   auto file = openKept(path, KeptFor::Writing);
   const JournalEnd end = readEntries(*file, [](EntryType, std::string_view) {});
   JournalFile journal(std::move(file), end);
-  for (const auto& [type, payload] : entries) journal.append(type, payload);
+  for (const auto& [type, payload] : entries) journal.write(type, payload);
   journal.sync();
 }
+
+/// A file whose disk can be full.
+class FillingFile final : public KeptFile {
+ public:
+  explicit FillingFile(std::string path) : file_(openKept(path, KeptFor::Writing)) {}
+  bool full = false;
+  int writes = 0;
+
+  std::uint64_t length() const override { return file_->length(); }
+  std::size_t read(std::uint64_t offset, char* to, std::size_t count) const override {
+    return file_->read(offset, to, count);
+  }
+  bool isWrittenElsewhere() const override { return file_->isWrittenElsewhere(); }
+  void append(std::string_view bytes) override {
+    ++writes;
+    file_->append(full ? bytes.substr(0, 12) : bytes);
+    if (full) throw RuntimeError(ErrorNumber::DiskFull);
+  }
+  void sync() override { file_->sync(); }
+  void truncate(std::uint64_t length) override { file_->truncate(length); }
+
+ private:
+  std::unique_ptr<KeptFile> file_;
+};
 
 const Entries three{{EntryType::RunBegun, "run"},
                     {EntryType::RecordBegun, ""},
@@ -78,6 +102,24 @@ TEST_CASE("what is appended is read again, by the next program, too") {
   all.emplace_back(EntryType::RunEnded, "end");
   CHECK(read.entries == all);
   CHECK(read.end.torn == 0);
+}
+
+TEST_CASE("what waits goes with the next entry, or, if that fails, with the one after it") {
+  const TemporaryFolder folder;
+  auto filling = std::make_unique<FillingFile>(folder.path("journal"));
+  FillingFile& file = *filling;
+  JournalFile journal(std::move(filling), {});
+  file.writes = 0;
+  journal.add(EntryType::RecordEnded, "first");
+  CHECK(readAll(folder.path("journal")).entries.empty());
+  file.full = true;
+  CHECK(errorOf([&] { journal.write(EntryType::RecordBegun, "never begun"); }) == 61);
+  CHECK(readAll(folder.path("journal")).end.torn == 0);
+  file.full = false;
+  journal.write(EntryType::RunEnded, "end");
+  CHECK(file.writes == 2);
+  CHECK(readAll(folder.path("journal")).entries ==
+        Entries{{EntryType::RecordEnded, "first"}, {EntryType::RunEnded, "end"}});
 }
 
 TEST_CASE("an end that was cut off anywhere loses the last entry only, and is written over") {

@@ -183,7 +183,7 @@ TEST_CASE("the layer check refuses what it should") {
       {"ui/form.cpp", "\"platform/desktop.h\""},
       {"shared/csv_text.cpp", "\"mapping/csv_table.h\""},
       {"mapping/csv_table.cpp", "<windows.h>"},
-      {"platform/windows/variants.cpp", "\"platform/windows/forms/scale.h\""},
+      {"platform/windows/variants.cpp", "\"platform/windows/forms/tooltip.h\""},
       {"platform/headless/headless_desktop.cpp", "<sys/stat.h>"},
       {"apps/opnimp/warnings/warnings.cpp", "\"apps/opnimp/audit/account.h\""},
       {"masters/vendor_import.cpp", "\"tests/support/checks.h\""}};

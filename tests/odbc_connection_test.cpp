@@ -12,7 +12,7 @@ namespace {
 // A connection to each engine in its turn, with an empty table for the suite.
 struct EveryEngine {
   ScratchDatabase database;
-  std::shared_ptr<OdbcConnection> connection;
+  std::shared_ptr<OwnConnection> connection;
   const TestEngine* engine = nullptr;
 
   EveryEngine() {

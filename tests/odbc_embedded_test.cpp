@@ -147,7 +147,7 @@ TEST_CASE("embedded: what is pasted into the system's queries") {
 
 struct ProcedureTable {
   ScratchDatabase database;
-  std::shared_ptr<OdbcConnection> connection = database.open();
+  std::shared_ptr<OwnConnection> connection = database.open();
 
   ProcedureTable() {
     connection->Execute("CREATE TABLE t (a TEXT NOT NULL, b TEXT)");

@@ -18,7 +18,7 @@ namespace {
 
 /// Every cell of every row, dates day first whatever the engine keeps them in; in an order of their
 /// own where the query has none, as engines order texts otherwise.
-std::string dump(OdbcConnection& connection, std::string_view query, std::size_t columns) {
+std::string dump(OwnConnection& connection, std::string_view query, std::size_t columns) {
   Texts lines;
   for (const auto rows = connection.Execute(query); !rows->isEOF(); rows->MoveNext()) {
     std::string& line = lines.emplace_back();
@@ -34,7 +34,7 @@ std::string dump(OdbcConnection& connection, std::string_view query, std::size_t
   return text;
 }
 
-std::string tablesOf(OdbcConnection& connection) {
+std::string tablesOf(OwnConnection& connection) {
   std::string text;
   for (const std::string party : {"Customer", "Vendor"}) {
     for (const std::string kind : {"Debit", "Credit"}) {
@@ -105,7 +105,7 @@ struct EngineWorld : RunnerWorld {
   void tellTables() { story.push_back(tablesOf(*company.connection())); }
 };
 
-const std::string samples = OPNIMP_SOURCE_DIR "/samples/";
+const std::string sampleFiles = OPNIMP_SOURCE_DIR "/samples/";
 
 Texts storyOn(const TestEngine& engine) {
   EngineWorld world(engine);
@@ -120,14 +120,15 @@ Texts storyOn(const TestEngine& engine) {
                          "2,A,R,,1,1",
                          "c001,A,,,0.1,0.1", "C001,A," + std::string(256, 'x') + ",,1,1",
                          "C001,A," + std::string(2049, 'x') + ",,1,1"}));
-  const std::vector<std::string> files[] = {{"customer-opening", texts},
-                                            {"customer-opening", samples + "customer_opening.csv"},
-                                            {"customer-opening", samples + "codepage.csv"},
-                                            {"customer-opening", samples + "sql_quotes.csv"},
-                                            {"vendor-opening", samples + "vendor_opening.csv"},
-                                            {"bank-branch", samples + "bank_branch.csv"},
-                                            {"vendor", samples + "vendor.csv"},
-                                            {"salesman", samples + "salesman.xls"}};
+  const std::vector<std::string> files[] = {
+      {"customer-opening", texts},
+      {"customer-opening", sampleFiles + "customer_opening.csv"},
+      {"customer-opening", sampleFiles + "codepage.csv"},
+      {"customer-opening", sampleFiles + "sql_quotes.csv"},
+      {"vendor-opening", sampleFiles + "vendor_opening.csv"},
+      {"bank-branch", sampleFiles + "bank_branch.csv"},
+      {"vendor", sampleFiles + "vendor.csv"},
+      {"salesman", sampleFiles + "salesman.xls"}};
   for (std::vector<std::string> file : files) {
     file.emplace_back("--dry-run");
     world.tellImport(file);
@@ -173,7 +174,7 @@ TEST_CASE("engines: a run that was interrupted is resumed, and nothing is posted
   for (const TestEngine& engine : testEngines()) {
     CAPTURE(std::string(engine.name));
     EngineWorld world(engine);
-    const std::string file = samples + "customer_opening.csv";
+    const std::string file = sampleFiles + "customer_opening.csv";
     world.surroundings.interrupted = [left = 8]() mutable { return left-- <= 0; };
     world.tellImport({"customer-opening", file});
     world.surroundings.interrupted = [] { return false; };

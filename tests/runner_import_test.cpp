@@ -85,7 +85,7 @@ TEST_CASE("the command line and what it opens decide the exit status") {
       {{"import"}, 3, "KIND is required"},
       {{"import", kind}, 3, "FILE is required"},
       {{"import", "no-such-kind", in}, 3, "customer-opening"},
-      {{"import", kind, in, "more"}, 3, "not expected: more"},
+      {{"demo-database", in, "more"}, 3, "not expected: more"},
       {{"import", kind, in, "--database"}, 3, "missing"},
       {{"import", kind, in, "--rejects=", "--dry-run"}, 3, "needs a value"},
       {{"import", kind, in, "--wait", "0"}, 3, "--wait"},

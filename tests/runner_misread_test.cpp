@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::string_view vendorTitles =
     "Vendor Code,Vendor Name,Address,Phone,Contact Person,Locality,Sale Type,TNGST,CST,Pan Number";
-constexpr std::string_view bankTitles = "Bank Code,Bank Name,Branch Code,Branch Name";
 
 /// A file of two records, the first being well.
 struct Misread {

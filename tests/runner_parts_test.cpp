@@ -15,10 +15,6 @@ std::string longFile(const RunnerWorld& world, std::initializer_list<std::string
   return world.folder.write("long.csv", bytes + crlf(more));
 }
 
-std::string debits(RunnerWorld& world) {
-  return world.ask("select count(*) from CustomerDebitNote");
-}
-
 TEST_CASE("what a screen does not take comes on the next, with one account and one file of each") {
   RunnerWorld world;
   const std::string in =

@@ -199,6 +199,25 @@ TEST_CASE("a resumed run goes on behind the one that broke off, as often as it t
   CHECK(world.import(file, {"--resume"}).status == 3);
 }
 
+TEST_CASE("a file is taken up behind what all its runs reached, and not behind records left out") {
+  RunnerWorld world;
+  const std::string file = world.folder.write("in.csv", longFile(6));
+  CHECK(interruptedImport(world, file, 2, {}).status == 5);
+  CHECK(world.import(file, {"--from-line", "6", "--again"}).status == 0);
+  const Ran gap = world.import(file, {"--resume"});
+  CHECK(gap.status == 3);
+  CHECK_MESSAGE(contains(gap.err, "from line 4 to line 5"), gap.err);
+  CHECK(interruptedImport(world, file, 1, {"--from-line", "4", "--again"}).status == 5);
+  CHECK(contains(world.import(file, {"--resume"}).err, "from line 5 to line 5"));
+  // From its first record on once more: what was before does not count.
+  CHECK(interruptedImport(world, file, 4, {"--again"}).status == 5);
+  CHECK(contains(world.import(file, {"--resume"}).out, "posted this file already"));
+  const Json last(world.import(file, {"--resume", "--again", "--json"}).out);
+  CHECK(last.at("resumes") == "4");
+  CHECK(last.at("records[0].line") == "6");
+  CHECK(last.at("account.fileRecords") == "2");
+}
+
 TEST_CASE("what runs that were killed left is told by each run that goes on with them") {
   RunnerWorld world;
   const std::string file =

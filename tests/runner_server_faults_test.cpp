@@ -16,10 +16,10 @@ namespace velk {
 namespace {
 
 /// Tells before each call of a procedure which one it is, from 1.
-class WatchedConnection final : public Connection {
+class WatchedConnection final : public OwnConnection {
  public:
   using Before = std::function<void(int call)>;
-  WatchedConnection(std::shared_ptr<Connection> inner, Before before)
+  WatchedConnection(std::shared_ptr<OwnConnection> inner, Before before)
       : inner_(std::move(inner)), before_(std::move(before)) {}
 
   std::shared_ptr<Recordset> Execute(std::string_view text) override {
@@ -32,9 +32,11 @@ class WatchedConnection final : public Connection {
   std::vector<Diagnostic> diagnostics() const override { return inner_->diagnostics(); }
   bool changedNothing() const override { return inner_->changedNothing(); }
   bool isLost() const override { return inner_->isLost(); }
+  std::string identity(bool mayStore) override { return inner_->identity(mayStore); }
+  bool isInTransaction() override { return inner_->isInTransaction(); }
 
  private:
-  std::shared_ptr<Connection> inner_;
+  std::shared_ptr<OwnConnection> inner_;
   Before before_;
   int calls_ = -1;  // a screen makes one that it never runs
 };
@@ -110,11 +112,9 @@ struct ServerWorld : RunnerWorld {
     change(faultyCompany);
     surroundings.openDatabase = [this, open = surroundings.openDatabase](
                                     const std::string& string, const OdbcOptions& options) {
-      OpenDatabase opened = open(string, options);
-      opened.connection = std::make_shared<WatchedConnection>(opened.connection, [this](int call) {
+      return std::make_shared<WatchedConnection>(open(string, options), [this](int call) {
         if (before) before(call);
       });
-      return opened;
     };
   }
   const TestEngine& engine;
@@ -190,7 +190,7 @@ void rival(World& world, const std::string& first, const std::string& second) {
 }
 
 /// Another session that holds what the statements lock until the run is over.
-std::shared_ptr<OdbcConnection> holder;
+std::shared_ptr<OwnConnection> holder;
 void hold(World& world, std::initializer_list<const char*> statements) {
   world.company.reconnect();
   holder = world.company.connection();

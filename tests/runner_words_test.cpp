@@ -123,8 +123,8 @@ TEST_CASE("a database that takes nothing is to be mended, and not the records") 
   RunnerWorld world;
   const auto open = world.surroundings.openDatabase;
   world.surroundings.openDatabase = [&](const std::string& connection, const OdbcOptions& options) {
-    OpenDatabase database = open(connection, options);
-    database.connection->Execute("PRAGMA query_only=ON");
+    auto database = open(connection, options);
+    database->Execute("PRAGMA query_only=ON");
     return database;
   };
   const Ran ran = world.importLines({openingTitles, good, wrong, "C002,,,,2,2", "C003,,,,0,0"});

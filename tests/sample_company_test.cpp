@@ -13,7 +13,7 @@ namespace {
 
 struct Company {
   ScratchDatabase folder;
-  std::shared_ptr<OdbcConnection> connection;
+  std::shared_ptr<OwnConnection> connection;
 
   Company() {
     createSampleCompany(folder.path("company.db"));

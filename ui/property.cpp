@@ -51,4 +51,10 @@ std::optional<Property> propertyNamed(std::string_view name) {
   return static_cast<Property>(found - names);
 }
 
+bool isFlag(Property property) {
+  constexpr Property flags[] = {Property::Enabled, Property::Visible, Property::FontBold,
+                                Property::CancelError};
+  return std::ranges::find(flags, property) != std::end(flags);
+}
+
 }  // namespace velk

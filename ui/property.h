@@ -49,4 +49,7 @@ enum class Property : std::uint8_t {
 /// For those who know a property only by its name, which is found in any letter case.
 std::optional<Property> propertyNamed(std::string_view name);
 
+/// True for one that is either true or false.
+bool isFlag(Property property);
+
 }  // namespace velk

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/errors.h"
+#include "base/text.h"
 
 namespace velk {
 
@@ -20,6 +21,15 @@ Value convertLike(const Value& model, const Value& value) {
   }
   if (std::holds_alternative<std::string>(model)) return toText(value);
   return value;
+}
+
+// A Boolean travels as its text.
+std::int32_t toFlag(const Value& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    if (equalsIgnoringCase(*text, "True")) return PropertyBag::flagTrue;
+    if (equalsIgnoringCase(*text, "False")) return PropertyBag::flagFalse;
+  }
+  return toDouble(value) != 0 ? PropertyBag::flagTrue : PropertyBag::flagFalse;
 }
 
 }  // namespace
@@ -41,7 +51,8 @@ const Value& PropertyBag::get(Property property) const {
 
 bool PropertyBag::setQuietly(Property property, const Value& value) {
   // get() refuses a property that does not exist, before [] would create it.
-  Value converted = convertLike(get(property), value);
+  const Value& before = get(property);
+  Value converted = isFlag(property) ? Value(toFlag(value)) : convertLike(before, value);
   Value& held = values_[property];
   if (converted == held) return false;
   held = std::move(converted);

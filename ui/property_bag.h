@@ -31,8 +31,9 @@ class PropertyBag {
 
   /// Error 438 where there is no such property; so in all that follow.
   const Value& get(Property property) const;
-  /// The value is converted to the kind that the property holds (number or text); errors 13, 6 and
-  /// 94 as toInt32. Tells propertyChanged only when the value became another.
+  /// The value is converted to the kind that the property holds (number, text, or flag: every
+  /// number but 0 is true, and "True" and "False" are understood); errors 13, 6 and 94 as toInt32.
+  /// Tells propertyChanged only when the value became another.
   void set(Property property, const Value& value);
   bool has(Property property) const { return values_.contains(property); }
 

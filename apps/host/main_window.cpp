@@ -17,8 +17,8 @@ namespace {
 constexpr wchar_t className[] = L"OpeningImportHost";
 constexpr UINT refreshMessage = WM_APP;
 constexpr DWORD windowStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
-// Sizes are those of a display with so many dots per inch.
-constexpr int usualDotsPerInch = 96;
+// Sizes are pixels of a display with 96 dots per inch.
+constexpr int twipsPerSize = 15;
 constexpr int margin = 8;
 constexpr int lineHeight = 26;
 constexpr int buttonWidth = 150;
@@ -27,10 +27,6 @@ constexpr int choiceWidth = 230;
 constexpr int smallestListHeight = 120;
 constexpr int besideCellText = 14;
 constexpr SIZE firstSize{940, 560};
-
-int displayDotsPerInch() {
-  return GetDeviceCaps(UniqueDisplayDc(GetDC(nullptr)).get(), LOGPIXELSX);
-}
 
 UniqueFont makeFont() {
   NONCLIENTMETRICSW metrics{};
@@ -58,8 +54,7 @@ HICON hostIcon() {
   return LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(HOST_RESOURCE));
 }
 
-MainWindow::MainWindow(Actions actions)
-    : actions_(std::move(actions)), dotsPerInch_(displayDotsPerInch()), font_(makeFont()) {
+MainWindow::MainWindow(Actions actions) : actions_(std::move(actions)), font_(makeFont()) {
   constexpr INITCOMMONCONTROLSEX lists{sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
   InitCommonControlsEx(&lists);
   registerWindowClass(procedure);
@@ -149,7 +144,7 @@ LRESULT MainWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 int MainWindow::scaled(int size) const {
-  return MulDiv(size, dotsPerInch_, usualDotsPerInch);
+  return scale_.pixels(size * twipsPerSize);
 }
 
 HWND MainWindow::makeControl(const wchar_t* type, const wchar_t* text, DWORD style, WORD id) {

@@ -11,6 +11,7 @@
 #include "apps/host/company_tables.h"
 #include "apps/host/table_list.h"
 #include "platform/windows/handles.h"
+#include "platform/windows/scale.h"
 
 namespace velk {
 
@@ -67,7 +68,7 @@ class MainWindow {
   HWND listLabel_ = nullptr;
   HWND list_ = nullptr;
   HWND status_ = nullptr;
-  int dotsPerInch_;
+  Scale scale_ = Scale::ofDisplay();
   UniqueFont font_;
   std::size_t shown_ = 0;
   TableList table_;

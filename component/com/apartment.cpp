@@ -6,6 +6,9 @@
 #include <mutex>
 
 #include "base/errors.h"
+#include "component/com/server.h"
+#include "base/errors.h"
+#include "component/com/server.h"
 #include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "platform/windows/com_errors.h"
 #include "platform/windows/com_host_service.h"

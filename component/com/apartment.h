@@ -7,9 +7,9 @@
 #include <cstdint>
 #include <memory>
 
-#include "component/com/server.h"
 #include "platform/windows/com_pointer.h"
 #include "platform/windows/forms/window_shell.h"
+#include "platform/windows/module_lock.h"
 #include "platform/windows/windows_desktop.h"
 #include "platform/windows/windows_files.h"
 #include "shared/Velk_ModOpnImp.h"
@@ -44,7 +44,7 @@ class Apartment : public std::enable_shared_from_this<Apartment> {
   /// The installed spreadsheet application, or the system's own reader and writer.
   std::unique_ptr<Spreadsheet> createSpreadsheet();
 
-  ServerLock lock_;
+  ModuleLock lock_;
   Thread thread_;
   WindowsFileSystem files_;
   WindowsDesktop desktop_;

@@ -7,28 +7,7 @@
 #include "component/com/registration.h"
 #include "component/com/server.h"
 #include "platform/windows/class_factory.h"
-
-namespace velk {
-
-namespace {
-
-/// The factory, too, keeps the DLL loaded: a host may hold one and make its objects later.
-class ServerFactory final : public ClassFactory {
- public:
-  using ClassFactory::ClassFactory;
-
-  HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) noexcept override {
-    lock != FALSE ? ServerLock::acquire() : ServerLock::release();
-    return S_OK;
-  }
-
- private:
-  ServerLock lock_;
-};
-
-}  // namespace
-
-}  // namespace velk
+#include "platform/windows/module_lock.h"
 
 STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
   if (object == nullptr) return E_POINTER;
@@ -38,13 +17,13 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
   const auto create = [&] {
     using namespace velk;
     // QueryInterface adds the caller's reference; that of makeObject ends with this line.
-    check(makeObject<ServerFactory>(clsOpnImpObject)->QueryInterface(iid, object));
+    check(makeObject<ClassFactory>(clsOpnImpObject)->QueryInterface(iid, object));
   };
   return velk::guarded(create, velk::toHresult);
 }
 
 STDAPI DllCanUnloadNow() {
-  if (velk::serverInUse()) return S_FALSE;
+  if (velk::moduleInUse()) return S_FALSE;
   // COM lets go after this answer; with a reference of its own the DLL would stay for ever.
   velk::letGo();
   return S_OK;

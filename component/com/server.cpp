@@ -10,31 +10,17 @@ namespace velk {
 
 namespace {
 
-// One count for the process, because the process asks whether the DLL may go.
-// NOLINTBEGIN(*-avoid-non-const-global-variables)
-std::atomic<long> locks{0};
+// NOLINTNEXTLINE(*-avoid-non-const-global-variables)
 std::atomic<bool> kept{false};
-// NOLINTEND(*-avoid-non-const-global-variables)
 
 }  // namespace
-
-void ServerLock::acquire() {
-  ++locks;
-}
-void ServerLock::release() {
-  --locks;
-}
-
-bool serverInUse() {
-  return locks != 0;
-}
 
 void keepLoaded() {
   // One reference is enough, however many screens open.
   if (kept.exchange(true)) return;
   HMODULE self = nullptr;
   const BOOL held = GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                                       reinterpret_cast<LPCWSTR>(&locks), &self);
+                                       reinterpret_cast<LPCWSTR>(&kept), &self);
   // letGo must not give back a reference that was never taken.
   if (held == FALSE) kept = false;
 }

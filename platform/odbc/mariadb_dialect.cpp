@@ -7,7 +7,7 @@ namespace velk {
 namespace {
 
 // The names of tables are those of files: their letter case counts.
-constexpr auto statements = std::to_array<KnownStatement>({
+constexpr auto mariadbStatements = std::to_array<KnownStatement>({
     {"SELECT TOP 1 OpeningDate FROM Setup", "SELECT OpeningDate FROM Setup LIMIT 1"},
     {"SELECT GETDATE()", "SELECT now()"},
     {"select count(*) from Customer where CustomerID=N?",
@@ -32,7 +32,7 @@ constexpr auto statements = std::to_array<KnownStatement>({
      "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),?) from Salesman S order by Salesman_name"},
 });
 
-constexpr auto errors = std::to_array<NativeError>({
+constexpr auto mariadbErrors = std::to_array<NativeError>({
     {1205, "HYT00"},               // lock wait time-out
     {1969, "HYT00", {}, "HY018"},  // the statement's time limit
     {1317, "HYT00", {}, "HY018"},  // cancelled
@@ -61,10 +61,10 @@ std::string timeLimit(const OdbcOptions& options) {
 }  // namespace
 
 constinit const Dialect mariadbDialect{
-    .statements = statements,
+    .statements = mariadbStatements,
     .timeLimit = timeLimit,
     .identityQuery = "SELECT concat(@@server_uid, '/', database())",
-    .errors = errors,
+    .errors = mariadbErrors,
     .callBefore = "CALL ",
     .callAfter = {},
     .transactionCount = "SELECT @@in_transaction",

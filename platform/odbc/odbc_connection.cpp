@@ -15,7 +15,7 @@ namespace velk {
 namespace {
 
 // A connection through the driver of any engine.
-class DriverConnection final : public OdbcConnection,
+class DriverConnection final : public OwnConnection,
                                public std::enable_shared_from_this<DriverConnection> {
  public:
   DriverConnection(std::string_view connectionString, const OdbcOptions& options)
@@ -296,8 +296,8 @@ std::string fileAddress(std::string_view path) {
 
 }  // namespace
 
-std::shared_ptr<OdbcConnection> openOdbc(std::string_view connectionString,
-                                         const OdbcOptions& options) {
+std::shared_ptr<OwnConnection> openOdbc(std::string_view connectionString,
+                                        const OdbcOptions& options) {
   return std::make_shared<DriverConnection>(connectionString, options);
 }
 

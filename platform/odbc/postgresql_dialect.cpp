@@ -6,7 +6,7 @@ namespace velk {
 namespace {
 
 // The N of a literal would make it a type of its own, whose trailing blanks do not count.
-constexpr auto statements = std::to_array<KnownStatement>({
+constexpr auto postgresqlStatements = std::to_array<KnownStatement>({
     {"SELECT TOP 1 OpeningDate FROM Setup", "SELECT OpeningDate FROM Setup LIMIT 1"},
     {"SELECT GETDATE()", "SELECT localtimestamp"},
     {"select count(*) from Customer where CustomerID=N?",
@@ -31,7 +31,7 @@ constexpr auto statements = std::to_array<KnownStatement>({
      "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),?) from Salesman S order by Salesman_name"},
 });
 
-constexpr auto errors = std::to_array<NativeError>({
+constexpr auto postgresqlErrors = std::to_array<NativeError>({
     {0, "HYT00", {}, "57014"},  // cancelled, by the statement's time limit too
     {0, "HYT00", {}, "55P03"},  // lock not available in time
     {0, "42S02", {}, "42P01"},  // no such table
@@ -44,12 +44,12 @@ constexpr auto errors = std::to_array<NativeError>({
 }  // namespace
 
 constinit const Dialect postgresqlDialect{
-    .statements = statements,
+    .statements = postgresqlStatements,
     // A copy that was restored elsewhere is another database; one that took over as a standby is
     // not.
     .identityQuery =
         "SELECT system_identifier || '/' || current_database() FROM pg_control_system()",
-    .errors = errors,
+    .errors = postgresqlErrors,
     .callBefore = "CALL ",
     .callAfter = {},
     .callBeforeQuery =

@@ -8,6 +8,7 @@
 
 #include "platform/windows/com_errors.h"
 #include "platform/windows/com_object.h"
+#include "platform/windows/module_lock.h"
 
 namespace velk {
 
@@ -25,7 +26,10 @@ class ClassFactory : public ComObject<IClassFactory> {
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
     return guarded([&] { check(make_()->QueryInterface(iid, object)); }, toHresult);
   }
-  HRESULT STDMETHODCALLTYPE LockServer(BOOL) noexcept override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) noexcept override {
+    lock != FALSE ? ModuleLock::acquire() : ModuleLock::release();
+    return S_OK;
+  }
 
  private:
   Make make_;

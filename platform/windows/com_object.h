@@ -7,11 +7,13 @@
 #include <type_traits>
 
 #include "platform/windows/com_pointer.h"
+#include "platform/windows/module_lock.h"
 
 namespace velk {
 
 /// An object with these interfaces; the first one is its IUnknown. A dual interface answers for
-/// IDispatch, too. It begins with one reference and deletes itself with the last.
+/// IDispatch, too. It begins with one reference and deletes itself with the last;
+/// until then it keeps its module loaded.
 template <class First, class... Others>
 class ComObject : public First, public Others... {
  public:
@@ -46,6 +48,7 @@ class ComObject : public First, public Others... {
     return true;
   }
 
+  [[no_unique_address]] ModuleLock lock_;
   std::atomic<ULONG> references_{1};
 };
 

@@ -95,6 +95,12 @@ class ExcelSheetReader final : public WorksheetReader {
     return 0;
   }
 
+  std::string hiddenName() const override {
+    constexpr int visible = -1;  // xlSheetVisible
+    if (integer(sheet_.get("Visible")) == visible) return {};
+    return toText(toValue(sheet_.get("Name").get()));
+  }
+
   std::string text(int row, int column) const override {
     checkCell(row, column);
     if (row > used_.lastRow || column > used_.lastColumn) return {};

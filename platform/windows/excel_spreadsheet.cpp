@@ -18,7 +18,8 @@ class ExcelSpreadsheet final : public Spreadsheet {
     application_.object().putIfKnown("AutomationSecurity", macrosDisabled);
   }
 
-  std::unique_ptr<WorksheetReader> open(std::string_view path) override {
+  std::unique_ptr<WorksheetReader> open(std::string_view path,
+                                        const ColumnSet& /*wanted*/) override {
     WindowsFileSystem().openInput(path);  // for its errors: the application has one number for all
     return excelSheetReader(ExcelWorkbook(openReadOnly(absolutePath(path))));
   }

@@ -10,11 +10,11 @@
 #include <vector>
 
 #include "base/text.h"
-#include "platform/windows/com_errors.h"
-#include "platform/windows/com_object.h"
+#include "platform/windows/controls_object.h"
+#include "platform/windows/font_object.h"
 #include "platform/windows/named_members.h"
 #include "platform/windows/ole_picture.h"
-#include "platform/windows/variants.h"
+#include "platform/windows/property_variant.h"
 #include "ui/control.h"
 #include "ui/tab_order.h"
 
@@ -42,14 +42,6 @@ struct OtherMember {
 constexpr OtherMember otherMembers[] = {
     {"Move", true, true},  {"SetFocus", true, true},  {"Show", true, false}, {"Hide", true, false},
     {"Icon", true, false}, {"TabIndex", false, true}, {"Font", false, true}};
-
-/// The position of the control of that name; the number of controls where there is none.
-std::size_t positionOf(const Form& form, std::string_view name) {
-  const auto found = std::ranges::find_if(form.controls(), [&](const Control* control) {
-    return equalsIgnoringCase(control->name(), name);
-  });
-  return static_cast<std::size_t>(found - form.controls().begin());
-}
 
 /// The form, or one of its controls.
 class BagObject final : public NamedMembers {
@@ -128,136 +120,17 @@ class BagObject final : public NamedMembers {
   Control* control_;
 };
 
-/// A control's font, by the control's own properties.
-class FontObject final : public NamedMembers {
- public:
-  FontObject(std::weak_ptr<Form> form, Control& control)
-      : form_(std::move(form)), control_(control) {}
-
- private:
-  static constexpr std::pair<std::string_view, Property> members[] = {
-      {"Name", Property::FontName}, {"Size", Property::FontSize}, {"Bold", Property::FontBold}};
-
-  // The name is the default member.
-  DISPID idOf(std::string_view name) const override {
-    for (const auto& member : members) {
-      if (equalsIgnoringCase(member.first, name)) return static_cast<DISPID>(&member - members);
-    }
-    return DISPID_UNKNOWN;
-  }
-  Variant get(DISPID member, const std::optional<Value>&) override {
-    const auto form = lock(form_);
-    return Variant(control_.get(propertyOf(member)));
-  }
-  void put(DISPID member, const Value& value) override {
-    const auto form = lock(form_);
-    control_.set(propertyOf(member), value);
-  }
-  static Property propertyOf(DISPID member) {
-    if (member >= 0 && member < static_cast<DISPID>(std::size(members))) {
-      return members[member].second;
-    }
-    throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
-  }
-
-  std::weak_ptr<Form> form_;
-  Control& control_;
-};
-
-/// What For Each goes through: the controls as they were counted when it began.
-class ControlsEnumerator final : public ComObject<IEnumVARIANT> {
- public:
-  explicit ControlsEnumerator(std::weak_ptr<Form> form, std::size_t next = 0)
-      : form_(std::move(form)), next_(next) {}
-
-  HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* items, ULONG* fetched) noexcept override {
-    if (items == nullptr) return E_POINTER;
-    ULONG given = 0;
-    const std::size_t before = next_;
-    const HRESULT result = guarded(
-        [&] {
-          const auto form = lock(form_);
-          for (; given < count && next_ < form->controls().size(); ++given, ++next_) {
-            const auto control = makeObject<BagObject>(form_, form->controls()[next_]);
-            items[given] = Variant(static_cast<IDispatch*>(control.Get())).release();
-          }
-        },
-        toHresult);
-    if (FAILED(result)) {  // all or nothing: the caller frees what he was told of only
-      std::for_each_n(items, given, [](VARIANT& item) { VariantClear(&item); });
-      given = 0;
-      next_ = before;
-    }
-    if (fetched != nullptr) *fetched = given;
-    if (FAILED(result)) return result;
-    return given == count ? S_OK : S_FALSE;
-  }
-  HRESULT STDMETHODCALLTYPE Skip(ULONG count) noexcept override {
-    const auto form = form_.lock();
-    const std::size_t left = form == nullptr ? 0 : form->controls().size() - next_;
-    next_ += std::min<std::size_t>(count, left);
-    return count <= left ? S_OK : S_FALSE;
-  }
-  HRESULT STDMETHODCALLTYPE Reset() noexcept override {
-    next_ = 0;
-    return S_OK;
-  }
-  HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) noexcept override {
-    if (copy == nullptr) return E_POINTER;
-    *copy = nullptr;
-    return guarded([&] { *copy = makeObject<ControlsEnumerator>(form_, next_).Detach(); },
-                   toHresult);
-  }
-
- private:
-  std::weak_ptr<Form> form_;
-  std::size_t next_;
-};
-
-class ControlsObject final : public NamedMembers {
- public:
-  explicit ControlsObject(std::weak_ptr<Form> form) : form_(std::move(form)) {}
-
-  DISPID idOf(std::string_view name) const override {
-    if (equalsIgnoringCase(name, "Item")) return DISPID_VALUE;
-    if (equalsIgnoringCase(name, "_NewEnum")) return DISPID_NEWENUM;
-    return equalsIgnoringCase(name, "Count") ? countMember : DISPID_UNKNOWN;
-  }
-  Variant get(DISPID member, const std::optional<Value>& index) override {
-    const auto form = lock(form_);
-    if (member == countMember) {
-      return Variant(Value(static_cast<std::int32_t>(form->controls().size())));
-    }
-    if (member == DISPID_NEWENUM) {
-      return Variant(static_cast<IUnknown*>(makeObject<ControlsEnumerator>(form_).Get()));
-    }
-    if (!index) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
-    return Variant(makeObject<BagObject>(form_, &item(*form, *index)).Get());
-  }
-
- private:
-  static constexpr DISPID countMember = 1;
-
-  static Control& item(const Form& form, const Value& index) {
-    // A negative index becomes a very large position, which is refused below, too.
-    const auto* name = std::get_if<std::string>(&index);
-    const auto position =
-        name != nullptr ? positionOf(form, *name) : static_cast<std::size_t>(toInt32(index));
-    if (position < form.controls().size()) return *form.controls()[position];
-    throw RuntimeError(name != nullptr ? ErrorNumber::NoSuchPropertyOrMethod
-                                       : ErrorNumber::SubscriptOutOfRange);
-  }
-
-  std::weak_ptr<Form> form_;
-};
+ComPtr<IDispatch> controlObject(const std::weak_ptr<Form>& form, Control& control) {
+  return makeObject<BagObject>(form, &control);
+}
 
 Variant BagObject::get(DISPID member, const std::optional<Value>& index) {
   const auto form = lock(form_);
   if (const auto special = otherHere(*form, member)) return other(*form, control_, *special);
   // Only forms have controls.
   if (control_ != nullptr || member < controlsMember)
-    return Variant(bag(*form).get(propertyOf(member)));
-  const auto controls = makeObject<ControlsObject>(form_);
+    return propertyVariant(bag(*form), propertyOf(member));
+  const auto controls = controlsObject(form_, controlObject);
   // Through the collection, so that only one place makes objects of controls.
   if (member >= firstControl) return controls->get(DISPID_VALUE, Value(member - firstControl));
   // "Controls(0)" may arrive as one call, with the index as an argument of "Controls".
@@ -277,7 +150,7 @@ Variant BagObject::other(Form& form, Control* control, Other member) {
       return Variant(Value(static_cast<std::int32_t>(place)));
     }
     case Other::Font:
-      return Variant(makeObject<FontObject>(form.weak_from_this(), *control).Get());
+      return Variant(fontObject(form.weak_from_this(), *control).Get());
     default:
       throw RuntimeError(ErrorNumber::NoSuchPropertyOrMethod);
   }

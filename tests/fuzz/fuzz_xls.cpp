@@ -15,8 +15,10 @@ namespace {
 
 void read(std::string_view bytes) {
   using namespace velk::xls;
+  const velk::ColumnSet all = velk::ColumnSet().set();
   const bool isFile = CompoundFile::recognises(bytes);
-  const SheetContents sheet = isFile ? readWorkbook(workbookStream(bytes)) : readWorkbook(bytes);
+  const SheetContents sheet =
+      isFile ? readWorkbook(workbookStream(bytes).view(), all) : readWorkbook(bytes, all);
   for (const auto& row : sheet.cells.rows()) {
     for (std::size_t i = 0; i < row.size(); ++i) {
       if (i > 0 && row[i - 1].column >= row[i].column) std::abort();

@@ -50,7 +50,7 @@ std::vector<TestEngine> present() {
 
 /// Runs a script as the engine's own shell does: each statement ends with the delimiter, at the end
 /// of a line; without one the whole is sent at once.
-void runScript(OdbcConnection& connection, const std::string& path, std::string delimiter) {
+void runScript(OwnConnection& connection, const std::string& path, std::string delimiter) {
   std::istringstream lines(fileText(std::string(OPNIMP_SOURCE_DIR "/samples/company/") + path));
   std::string statement;
   const auto send = [&] {
@@ -74,7 +74,7 @@ void runScript(OdbcConnection& connection, const std::string& path, std::string 
 
 /// In the connection string's own database, which is there for this: nothing else can be dropped
 /// without the right to make databases.
-void dropCompany(OdbcConnection& connection) {
+void dropCompany(OwnConnection& connection) {
   for (const auto& [kind, file] : {std::pair("PROCEDURE", "2_procedures"), {"TABLE", "1_tables"}}) {
     const std::string script =
         fileText(std::string(OPNIMP_SOURCE_DIR "/samples/company/sqlserver/") + file + ".sql");

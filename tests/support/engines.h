@@ -33,7 +33,7 @@ class EngineCompany {
   /// For --database: an embedded file, or the connection string of an account that may only import.
   const std::string& database() const { return database_; }
   /// The administrator's.
-  const std::shared_ptr<OdbcConnection>& connection() const { return connection_; }
+  const std::shared_ptr<OwnConnection>& connection() const { return connection_; }
   /// Opens it anew: the server was ended.
   void reconnect() { connection_ = openOdbc(owner_); }
   std::string ask(std::string_view query) const;
@@ -41,7 +41,7 @@ class EngineCompany {
  private:
   std::string owner_;
   std::string database_;
-  std::shared_ptr<OdbcConnection> connection_;
+  std::shared_ptr<OwnConnection> connection_;
 };
 
 }  // namespace velk

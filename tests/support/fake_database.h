@@ -42,7 +42,7 @@ inline std::string described(const FakeCall& call) {
   return text;
 }
 
-class FakeConnection final : public Connection {
+class FakeConnection final : public OwnConnection {
  public:
   std::vector<FakeCall> calls;
   std::function<void(const FakeCall&)> onCall;  ///< runs before the call is answered

@@ -59,7 +59,7 @@ void RunnerWorld::script(std::string_view fates) {
     if (fate == 'l' || fate == 'L') connection.nextError = refused;
   };
   surroundings.openDatabase = [scripted](const std::string&, const OdbcOptions&) {
-    return OpenDatabase{scripted, [] {}, [] {}};
+    return scripted;
   };
 }
 
@@ -73,6 +73,10 @@ const std::string& RunnerWorld::database() {
 
 std::string RunnerWorld::ask(std::string_view query) {
   return velk::ask(*openOdbc(embeddedConnectionString(database())), query);
+}
+
+std::string debits(RunnerWorld& world) {
+  return world.ask("select count(*) from CustomerDebitNote");
 }
 
 std::string crlf(std::initializer_list<std::string_view> lines) {

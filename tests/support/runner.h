@@ -55,11 +55,15 @@ inline bool contains(std::string_view text, std::string_view part) {
 /// The titles that map by themselves.
 inline constexpr std::string_view openingTitles =
     "Customer ID,Customer Name,Reference,Date,Bill Amount,Balance";
-/// Records under them that the sample company takes, and one whose customer it has not.
+inline constexpr std::string_view bankTitles = "Bank Code,Bank Name,Branch Code,Branch Name";
+/// Records under openingTitles that the sample company takes, and one whose customer it has not.
 inline constexpr std::string_view good1 = "C001,A,R1,03/03/2008,100.00,60.00";
 inline constexpr std::string_view good2 = "C002,B,R2,04/03/2008,-50.00,-20.00";
 inline constexpr std::string_view good3 = "C003,C,R3,,10.00,10.00";
 inline constexpr std::string_view unknownCustomer = "C999,X,R4,03/03/2008,1.00,1.00";
+
+/// How many debit notes the sample company has of its customers.
+std::string debits(RunnerWorld& world);
 
 /// The lines, each followed by carriage return + line feed.
 std::string crlf(std::initializer_list<std::string_view> lines);

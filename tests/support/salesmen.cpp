@@ -52,7 +52,7 @@ std::string workbook(const Texts& rows) {
 
 Texts sheetRows(const std::string& path) {
   NativeFileSystem files;
-  const auto sheet = XlsSpreadsheet(files).open(path);
+  const auto sheet = XlsSpreadsheet(files).open(path, ColumnSet().set());
   Texts rows;
   for (int row = 1; row <= sheet->rowCount(); ++row) {
     std::string& text = rows.emplace_back(sheet->text(row, 1));

@@ -17,7 +17,7 @@ class ScratchDatabase {
 
   std::string path(std::string_view name = "scratch.db") const { return folder_.path(name); }
 
-  std::shared_ptr<OdbcConnection> open(const OdbcOptions& options = {}) const {
+  std::shared_ptr<OwnConnection> open(const OdbcOptions& options = {}) const {
     return openOdbc(embeddedConnectionString(path()), options);
   }
 

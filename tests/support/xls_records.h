@@ -11,9 +11,9 @@ namespace velk::xls {
 
 /// The payloads of the records of a kind, in the globals and the first sheet of an .xls file.
 inline Texts recordsOf(std::string_view file, Record wanted) {
-  const std::string stream = workbookStream(file);
+  const StreamBytes stream = workbookStream(file);
   Texts found;
-  RecordReader reader(stream, 0);
+  RecordReader reader(stream.view(), 0);
   for (int ends = 0; ends < 2; ends += reader.type() == Record::Eof ? 1 : 0) {
     reader.next();
     if (reader.type() == wanted) found.emplace_back(reader.payload());

@@ -21,7 +21,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 3> edits{
 void editSalesmen(std::string_view from, std::string_view to) {
   WindowsFileSystem files;
   XlsSpreadsheet spreadsheet(files);
-  const auto old = spreadsheet.open(from);
+  const auto old = spreadsheet.open(from, ColumnSet().set());
   const auto sheet = spreadsheet.add();
   for (int row = 1; row <= old->rowCount(); ++row) {
     for (int column = 1; column <= static_cast<int>(salesmanCaptions.size()); ++column) {

@@ -315,6 +315,22 @@ TEST_CASE("bad hosts: a window is destroyed, or the loop ended, while a message 
   }
 }
 
+TEST_CASE("bad hosts: an object of a control is kept beyond its screen") {
+  static ComPtr<IDispatch> kept;
+  ServiceStub service;
+  service.on(&IVelkHostService::ScreenReady, [](void*, IDispatch* screen, VARIANT_BOOL) {
+    kept = memberObject(memberObject(screen, "cmdExit").Get(), "Font");
+    return S_OK;
+  });
+  Host host;
+  host.open(customers);
+  closeScreens();
+  host.object.Reset();
+  CHECK(host.dll.call("DllCanUnloadNow") == S_FALSE);
+  CHECK(errorOf([] { callMember(kept.Get(), "Size", DISPATCH_PROPERTYGET); }) == 91);
+  kept.Reset();
+}
+
 TEST_CASE("bad hosts: COM is ended with a screen open") {
   std::filesystem::remove(logFile());
   std::thread([] {

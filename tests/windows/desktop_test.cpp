@@ -1,5 +1,6 @@
 #include "platform/windows/windows_desktop.h"
 
+#include "platform/windows/pending_input.h"
 #include "tests/windows/message_boxes.h"
 #include "tests/windows/server_dll.h"
 
@@ -22,6 +23,18 @@ TEST_CASE("message boxes") {
   CHECK(boxes.shown()[1] == "Velk_OpnImp||OK");
   CHECK(boxes.shown()[2] == "Velk_OpnImp|?|Yes|No|Cancel");
   CHECK(boxes.shown().size() == 9);
+}
+
+TEST_CASE("windows: dropped input is gone, the request to end the loop is not") {
+  pump();
+  PostQuitMessage(9);
+  PostThreadMessageW(GetCurrentThreadId(), WM_KEYDOWN, VK_RETURN, 1);
+  dropPendingInput();
+  MSG message{};
+  CHECK(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE);
+  CHECK(message.message == WM_QUIT);
+  CHECK(message.wParam == 9);
+  CHECK(PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE) == FALSE);
 }
 
 TEST_CASE("while a message is shown the thread's windows take no input") {

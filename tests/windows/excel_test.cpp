@@ -61,7 +61,7 @@ struct Excel : FakeExcel {
 void read(const std::string& path) {
   const auto spreadsheet = createExcelSpreadsheet();
   REQUIRE(spreadsheet != nullptr);
-  const auto sheet = spreadsheet->open(path);
+  const auto sheet = spreadsheet->open(path, ColumnSet().set());
   const int rows = sheet->rowCount();
   CHECK(rows == 3);
   const char* const texts[3][3] = {
@@ -117,7 +117,7 @@ TEST_CASE("the application opens and reads a sheet") {
   const TemporaryFolder folder;
   const std::string path = folder.path("Zoë.xls");
   Excel excel;
-  CHECK(errorOf([&] { createExcelSpreadsheet()->open(path); }) == 53);
+  CHECK(errorOf([&] { createExcelSpreadsheet()->open(path, ColumnSet().set()); }) == 53);
   folder.write("Zoë.xls", "old");
   excel.calls.clear();
   read(path);
@@ -135,7 +135,7 @@ TEST_CASE("a sheet with more rows than an .xls file holds is refused, not cut") 
   folder.write("Zoë.xls", "old");
   Excel excel;
   excel.answers["Rows.Count"] = value(65537);
-  CHECK(errorOf([&] { createExcelSpreadsheet()->open(folder.path("Zoë.xls")); }) == 321);
+  CHECK(errorOf([&] { createExcelSpreadsheet()->open(folder.path("Zoë.xls"), ColumnSet().set()); }) == 321);
   CHECK(excel.calls.back() == "Application.Quit");
 }
 

@@ -94,15 +94,87 @@ bool heldIcon(Form& screen, IDispatch* form) {
          memberObject(form, "Icon") == picture;
 }
 
-/// The names of what For Each goes through.
-Texts namesOf(IDispatch* collection) {
+ComPtr<IEnumVARIANT> enumerated(IDispatch* collection) {
   DISPPARAMS none{};
   Variant result;
   REQUIRE(SUCCEEDED(collection->Invoke(DISPID_NEWENUM, IID_NULL, 0,
                                        DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none,
                                        result.receive(), nullptr, nullptr)));
-  const auto items = queryInterface<IEnumVARIANT>(result.get().punkVal);
+  auto items = queryInterface<IEnumVARIANT>(result.get().punkVal);
   REQUIRE(items);
+  return items;
+}
+
+struct Step {
+  enum { Next, Skip, Reset, Clone } act;
+  ULONG count;
+  HRESULT answer;
+  Texts names;
+};
+
+/// The names that a step gives; `items` goes on as the step's copy where it makes one.
+Texts namesAfter(const Step& step, ComPtr<IEnumVARIANT>& items) {
+  VARIANT given[4]{};
+  ULONG fetched = 0;
+  ComPtr<IEnumVARIANT> copy;
+  HRESULT answer = S_OK;
+  switch (step.act) {
+    case Step::Next:
+      answer = items->Next(step.count, given, &fetched);
+      break;
+    case Step::Skip:
+      answer = items->Skip(step.count);
+      break;
+    case Step::Reset:
+      answer = items->Reset();
+      break;
+    case Step::Clone:
+      answer = items->Clone(copy.GetAddressOf());
+      std::swap(items, copy);
+  }
+  CHECK(answer == step.answer);
+  Texts names;
+  for (ULONG i = 0; i < fetched; ++i) {
+    names.push_back(ServiceStub::nameOf(given[i].pdispVal));
+    VariantClear(&given[i]);
+  }
+  return names;
+}
+
+TEST_CASE("For Each goes through the controls by any steps") {
+  HeadlessShell shell;
+  auto screen = std::make_shared<Screen>(shell);
+  const auto object = screenObject(*screen);
+  auto items = enumerated(memberObject(object.Get(), "Controls").Get());
+  const Step steps[] = {{Step::Next, 1, S_OK, {"TxtFileName"}},
+                        {Step::Clone, 0, S_OK, {}},
+                        {Step::Next, 3, S_FALSE, {"cmdImport"}},
+                        {Step::Next, 1, S_FALSE, {}},
+                        {Step::Skip, 1, S_FALSE, {}},
+                        {Step::Reset, 0, S_OK, {}},
+                        {Step::Skip, 0, S_OK, {}},
+                        {Step::Next, 2, S_OK, {"TxtFileName", "cmdImport"}},
+                        {Step::Reset, 0, S_OK, {}},
+                        {Step::Skip, 1, S_OK, {}},
+                        {Step::Next, 1, S_OK, {"cmdImport"}}};
+  for (const Step& step : steps) {
+    CAPTURE(&step - steps);
+    CHECK(namesAfter(step, items) == step.names);
+  }
+  CHECK(items->Next(1, nullptr, nullptr) == E_POINTER);
+  CHECK(items->Clone(nullptr) == E_POINTER);
+  items->Reset();
+  screen.reset();
+  VARIANT none{};
+  ULONG fetched = 7;
+  CHECK(FAILED(items->Next(1, &none, &fetched)));
+  CHECK(fetched == 0);
+  CHECK(items->Skip(1) == S_FALSE);
+}
+
+/// The names of what For Each goes through.
+Texts namesOf(IDispatch* collection) {
+  const auto items = enumerated(collection);
   Texts names;
   Variant item;
   while (items->Next(1, item.receive(), nullptr) == S_OK) {
@@ -151,7 +223,8 @@ TEST_CASE("windows: a host's hook arranges a screen as forms of the platform are
     call(close.Get(), "Move", argumentList(1500, 7600, 2000));
     write(close.Get(), "Tag", "mine");
     write(close.Get(), "TabIndex", 0);
-    write(memberObject(close.Get(), "Font").Get(), "Bold", -1);
+    callMember(memberObject(close.Get(), "Font").Get(), "Bold", DISPATCH_PROPERTYPUT,
+               argumentList(true));
     write(memberObject(close.Get(), "Font").Get(), "Name", "Courier New");
     write(memberObject(form.Get(), "CmdBrowse").Get(), "Enabled", 0);
     call(form.Get(), "Hide");
@@ -169,6 +242,7 @@ TEST_CASE("windows: a host's hook arranges a screen as forms of the platform are
   CHECK(place.right == 233);
   CHECK(faceOf(button) == "Courier New");
   const auto close = memberObject(form.Get(), "cmdExit");
+  CHECK(read(memberObject(close.Get(), "Font").Get(), "Bold") == "True");
   CHECK(read(close.Get(), "Tag") == "mine");
   CHECK(read(close.Get(), "TabIndex") == "0");
   CHECK(GetNextDlgTabItem(window, nullptr, FALSE) == button);

@@ -11,8 +11,8 @@
 namespace velk {
 
 /// Runs messages until something is so, for two seconds at most.
-inline bool pumpUntil(const std::function<bool()>& isSo) {
-  for (const ULONGLONG end = GetTickCount64() + 2000; !isSo() && GetTickCount64() < end;) {
+inline bool pumpUntil(const std::function<bool()>& isSo, DWORD milliseconds = 2000) {
+  for (const ULONGLONG end = GetTickCount64() + milliseconds; !isSo() && GetTickCount64() < end;) {
     MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
     pump();
   }

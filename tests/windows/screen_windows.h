@@ -126,10 +126,10 @@ inline BOOL CALLBACK collectScreen(HWND window, LPARAM to) {
   return TRUE;
 }
 
-/// The screens that this thread shows.
-inline std::vector<HWND> openScreens() {
+/// The screens that a thread shows.
+inline std::vector<HWND> openScreens(DWORD thread = GetCurrentThreadId()) {
   std::vector<HWND> screens;
-  EnumThreadWindows(GetCurrentThreadId(), collectScreen, reinterpret_cast<LPARAM>(&screens));
+  EnumThreadWindows(thread, collectScreen, reinterpret_cast<LPARAM>(&screens));
   return screens;
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <set>
 #include <tuple>
 
 #include "apps/opnimp/cli/printable.h"
@@ -153,7 +152,7 @@ class Bookkeeper {
   /// Whether no call before had the first parameter, a code, of this one.
   bool isNewKey(const RecordedCall& call) {
     return !call.parameters.empty() &&
-           keys_.insert(lowerAscii(toText(call.parameters.front()))).second;
+           account_.keys.insert(lowerAscii(toText(call.parameters.front()))).second;
   }
 
   /// The totals so far, told once, at the record where they part. The same numbers are added up in
@@ -208,10 +207,27 @@ class Bookkeeper {
   Sums fileNotes_;    ///< of the records whose first call took effect
   Sums fileEntries_;  ///< of those whose second one did
   bool totalsDiffer_ = false;
-  std::set<std::string> keys_;  ///< of what first calls saved, where records share it
 };
 
 }  // namespace
+
+Account& Account::operator+=(const Account& more) {
+  fileRecords += more.fileRecords;
+  if (more.screenRecords) screenRecords = screenRecords.value_or(0) + *more.screenRecords;
+  for (std::size_t i = 0; i < outcomeCount; ++i) byOutcome[i] += more.byOutcome[i];
+  file += more.file;
+  notes += more.notes;
+  entries += more.entries;
+  // What both files share was saved once.
+  keys.insert(more.keys.begin(), more.keys.end());
+  if (!keys.empty()) notes.count = keys.size();
+  unreadable += more.unreadable;
+  differenceCount += more.differenceCount;
+  for (const std::string& difference : more.differences) {
+    if (differences.size() < mostDifferencesKept) differences.push_back(difference);
+  }
+  return *this;
+}
 
 Account drawUpAccount(const AccountBasis& basis) {
   return Bookkeeper(basis).drawUp();

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,10 @@ struct Account {
   std::size_t differenceCount = 0;
   std::vector<std::string> differences;  ///< the first ones, a sentence each
 
+  std::set<std::string> keys;  ///< of what first calls saved, where records share it
+
+  /// Adds the account of another file of the same kind.
+  Account& operator+=(const Account& more);
   bool addsUp() const { return differenceCount == 0; }
   std::size_t count(Outcome outcome) const {
     return byOutcome[static_cast<std::size_t>(outcome)].count;

@@ -53,7 +53,7 @@ void Recorder::callFailed(std::size_t call, const RuntimeError& error,
   RecordedCall& failed = calls_[call];
   failed.error = CallError{error.number(), error.description(), connection.diagnostics()};
   failed.result = resultOfFailure(failed, connection);
-  endIfHopeless(error, connection);
+  endIfHopeless(error, connection, gate_);
 }
 
 // A procedure may end it, and then every later call would stand by itself.
@@ -88,9 +88,9 @@ CallResult Recorder::resultOfFailure(const RecordedCall& call, const Connection&
   return posts && !connection.changedNothing() ? CallResult::InDoubt : CallResult::Failed;
 }
 
-void Recorder::endIfHopeless(const RuntimeError& error, const Connection& connection) {
+void endIfHopeless(const RuntimeError& error, const Connection& connection, RunGate& gate) {
   // First, because the error is the interrupt's own.
-  gate_.requireOpen();
+  gate.requireOpen();
   if (connection.isLost()) {
     throw RunEnded{"the connection to the database was lost: " + error.description()};
   }

@@ -78,11 +78,16 @@ struct RecordedMessage {
 /// Says of all calls that post what became of their changes.
 void settleCalls(std::vector<RecordedCall>& calls, Changes changes);
 
+/// Throws RunEnded after an error that leaves no sense in a further call: an interrupt, a lost
+/// connection, a database that did not answer in time.
+void endIfHopeless(const RuntimeError& error, const Connection& connection, RunGate& gate);
+
 class Recorder : private ErrorLog {
  public:
   enum class Mode { Post, DryRun };
 
-  explicit Recorder(Mode mode) : mode_(mode) {}
+  /// Each call of the database passes the gate, which outlives the recorder.
+  Recorder(Mode mode, RunGate& gate) : mode_(mode), gate_(gate) {}
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
 
@@ -113,7 +118,6 @@ class Recorder : private ErrorLog {
   void settle(Changes changes);
   Changes changes() const { return changes_; }
 
-  /// What each call of the database passes.
   RunGate& gate() { return gate_; }
 
   // For the wrapped connection.
@@ -127,9 +131,6 @@ class Recorder : private ErrorLog {
   void callFailed(std::size_t call, const RuntimeError& error, const Connection& connection);
   /// Throws RunEnded when the call was to post in a transaction, and that is not open any more.
   void checkTransaction(std::size_t call);
-  /// Throws RunEnded after an error that leaves no sense in a further call: an interrupt, a lost
-  /// connection, a database that did not answer in time.
-  void endIfHopeless(const RuntimeError& error, const Connection& connection);
   /// Notes that a call was refused before anything was sent.
   void callRefused(std::size_t call, const RuntimeError& error);
 
@@ -140,7 +141,7 @@ class Recorder : private ErrorLog {
   static CallResult resultOfFailure(const RecordedCall& call, const Connection& connection);
 
   const Mode mode_;
-  RunGate gate_;
+  RunGate& gate_;
   std::function<bool()> transactionIsOpen_;  // empty: each call stands by itself
   const ImportScreen* screen_ = nullptr;
   std::size_t before_ = 0;

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <filesystem>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
@@ -43,8 +44,18 @@ const std::string reportHelp =
 const std::string resumeHelp =
     "go on with a file behind the last record that a run reached\n"
     "which broke off; records in doubt go to FILE.check.csv of\n"
-    "--rejects and are not posted again";
-const std::string fromLineHelp = "import only the records from line N of the file on";
+    "--rejects and are not posted again; of several files those that\n"
+    "are done are passed over";
+const std::string fromLineHelp =
+    "import only the records from line N of the file on; takes one file";
+const std::string wholeHelp =
+    "in one transaction, which is taken back if a record is refused,\n"
+    "fails, or is not reached; takes one file";
+const std::string filesHelp =
+    "the file with the records; several are imported one after the\n"
+    "other with one account, and nothing of any if one is refused;\n"
+    "--rejects r.csv and --report p.html then write r.1.csv, r.2.csv,\n"
+    "p.1.html and so on";
 const std::string exportHelp =
     "write all salesmen to an .xls workbook, with drop-down lists of\n"
     "their DS types; a workbook of that name is replaced";
@@ -114,6 +125,26 @@ void checkValues(std::span<const std::string> args) {
   if (empty != end) throw UsageError(*empty + " needs a value");
 }
 
+/// What makes no sense with more than one file.
+void checkSeveral(const Arguments& arguments) {
+  if (arguments.files.size() < 2) return;
+  if (arguments.fromLine != 1) {
+    throw UsageError("--from-line is of one file: import that by itself");
+  }
+  if (arguments.allOrNothing) {
+    throw UsageError(
+        "--all-or-nothing is of one file: what is posted of the files before it would stay. Import "
+        "each by itself");
+  }
+}
+
+/// "rejects.2.csv" of "rejects.csv".
+std::string numbered(const std::string& path, std::size_t number) {
+  std::filesystem::path named(path);
+  const std::string extension = named.extension().string();
+  return named.replace_extension("." + std::to_string(number) + extension).string();
+}
+
 class CommandLine {
  public:
   CommandLine() {
@@ -150,13 +181,14 @@ class CommandLine {
   using Apps = std::initializer_list<CLI::App*>;
 
   void addCommands() {
-    const auto import = addOfKind(Command::Import, "import", "the file with the records",
-                                  "post the file's records to the database");
-    const auto preview = addOfKind(Command::Preview, "preview", "the file with the records",
+    const auto import =
+        addOfKind(Command::Import, "import", "post the file's records to the database");
+    const auto preview = addOfKind(Command::Preview, "preview",
                                    "show the columns, what maps to what, and the first rows;\n"
                                    "needs no database");
-    const auto exporting =
-        addOfKind(Command::Export, "export", "the workbook to write", exportHelp);
+    addFiles({import, preview});
+    const auto exporting = addOfKind(Command::Export, "export", exportHelp);
+    addFile(*exporting, "the workbook to write");
     addFile(
         *add(Command::DemoDatabase, "demo-database", "make the sample company's embedded database"),
         "the new file");
@@ -173,9 +205,7 @@ class CommandLine {
     addAccept({import, preview});
     addFromLine({import, preview});
     addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
-    addFlag({import}, "--all-or-nothing", arguments_.allOrNothing,
-            "in one transaction, which is taken back if a record is refused,\n"
-            "fails, or is not reached");
+    addFlag({import}, "--all-or-nothing", arguments_.allOrNothing, wholeHelp);
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
     addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
     addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
@@ -213,7 +243,13 @@ class CommandLine {
     addText(command, "FILE", "", arguments_.file, what)->required();
   }
 
-  CLI::App* addOfKind(Command id, const char* name, const char* path, const std::string& what) {
+  void addFiles(Apps commands) {
+    for (CLI::App* const command : commands) {
+      addText(*command, "FILE", "...", arguments_.files, filesHelp)->required();
+    }
+  }
+
+  CLI::App* addOfKind(Command id, const char* name, const std::string& what) {
     CLI::App* const command = add(id, name, what);
     const auto takeKind = [this, id](const std::string& kind) {
       arguments_.kind = kindNamed(kind, id);
@@ -221,7 +257,6 @@ class CommandLine {
     command->add_option_function<std::string>("KIND", takeKind, kindsOf(id, true))
         ->required()
         ->type_name("");
-    addFile(*command, path);
     return command;
   }
 
@@ -313,7 +348,21 @@ const std::string_view programVersion = OPNIMP_VERSION;
 
 Arguments parseArguments(std::span<const std::string> args) {
   checkValues(args);
-  return CommandLine().parse({args.begin(), args.end()});
+  Arguments arguments = CommandLine().parse({args.begin(), args.end()});
+  checkSeveral(arguments);
+  return arguments;
+}
+
+std::vector<Arguments> eachFile(const Arguments& arguments) {
+  std::vector<Arguments> each(arguments.files.size(), arguments);
+  for (std::size_t i = 0; i < each.size(); ++i) {
+    each[i].file = arguments.files[i];
+    if (each.size() == 1) continue;
+    for (auto* output : {&each[i].rejects, &each[i].report}) {
+      if (*output) *output = numbered(**output, i + 1);
+    }
+  }
+  return each;
 }
 
 // By hand, because it must be known even if the arguments cannot be parsed.

@@ -24,7 +24,8 @@ struct Arguments {
   std::string answer;  ///< help or version to print, no command being run; empty otherwise
   Command command = Command::Import;
   const ImportKind* kind = nullptr;
-  std::string file;  ///< to import, preview or export to, or the database to make
+  std::string file;  ///< to export to, the database to make; of eachFile the one to import
+  std::vector<std::string> files;  ///< to import or preview
   std::optional<std::string> database;
   std::vector<MapOption> maps;
   std::vector<std::string> accept;  ///< codes of harmful warnings, or "all"
@@ -45,6 +46,10 @@ struct Arguments {
 /// Reads the arguments that follow the program's name; raises UsageError. The command comes first;
 /// an option's value follows it as the next argument or after "="; "--" ends the options.
 Arguments parseArguments(std::span<const std::string> args);
+
+/// What the arguments ask for with each of their files. Of several, each has files of --rejects and
+/// --report of its own, with its number before the extension: rejects.2.csv.
+std::vector<Arguments> eachFile(const Arguments& arguments);
 
 /// Such as "1.2.3".
 extern const std::string_view programVersion;

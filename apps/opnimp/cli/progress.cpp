@@ -13,7 +13,7 @@ void Progress::show(std::size_t record) {
   const auto now = std::chrono::steady_clock::now();
   if (now < nextDraw_) return;
   nextDraw_ = now + interval;
-  const std::string text = grouped(record) + " of " + grouped(total_) + " records";
+  const std::string text = grouped(before_ + record) + " of " + grouped(total_) + " records";
   // The blanks cover what remains of a longer line.
   err_ << '\r' << padRight(text, drawnWidth_) << std::flush;
   drawnWidth_ = text.size();  // all ASCII, so a byte is a character

@@ -15,6 +15,8 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
 
   void setTotal(std::size_t total) { total_ = total; }
+  /// As many records were before those that are shown from now on.
+  void setBefore(std::size_t before) { before_ = before; }
   /// Draws the line, a few times a second at most.
   void show(std::size_t record);
   /// Removes the line, so that other text can be written in its place.
@@ -24,6 +26,7 @@ class Progress {
   std::ostream& err_;
   const bool enabled_;
   std::size_t total_ = 0;
+  std::size_t before_ = 0;
   std::size_t drawnWidth_ = 0;
   std::chrono::steady_clock::time_point nextDraw_{};
 };

@@ -117,23 +117,30 @@ JournalFile::JournalFile(std::unique_ptr<KeptFile> file, const JournalEnd& end)
   length_ = signature.size();
 }
 
-void JournalFile::append(EntryType type, std::string_view payload) {
+void JournalFile::add(EntryType type, std::string_view payload) {
   if (payload.size() > std::numeric_limits<std::uint32_t>::max()) {
     throw RuntimeError(ErrorNumber::OutOfMemory);
   }
-  entry_.clear();
-  addNumber(entry_, static_cast<std::uint32_t>(payload.size()));
-  entry_ += static_cast<char>(type);
-  entry_ += payload;
-  addNumber(entry_, crc32c(entry_));
+  const std::size_t start = pending_.size();
+  addNumber(pending_, static_cast<std::uint32_t>(payload.size()));
+  pending_ += static_cast<char>(type);
+  pending_ += payload;
+  addNumber(pending_, crc32c(std::string_view(pending_).substr(start)));
+}
+
+void JournalFile::write(EntryType type, std::string_view payload) {
+  const std::size_t before = pending_.size();
+  add(type, payload);
   try {
-    file_->append(entry_);
+    file_->append(pending_);
   } catch (const RuntimeError&) {
+    pending_.resize(before);
     // What cannot be undone either is recognised as torn when the file is read again.
     trapErrors([&] { file_->truncate(length_); }, [](const RuntimeError&) {});
     throw;
   }
-  length_ += entry_.size();
+  length_ += pending_.size();
+  pending_.clear();
 }
 
 }  // namespace velk

@@ -31,14 +31,17 @@ class JournalFile {
   /// Begins to add behind the whole entries that `end` tells of; what is torn goes.
   JournalFile(std::unique_ptr<KeptFile> file, const JournalEnd& end);
 
-  /// One write. After a failure nothing of it is there, if the disk allows.
-  void append(EntryType type, std::string_view payload);
+  /// Adds an entry that is written with the next one.
+  void add(EntryType type, std::string_view payload);
+  /// Writes it, and what was added before it, in one write. After a failure nothing of all that is
+  /// there, if the disk allows, and this entry is forgotten.
+  void write(EntryType type, std::string_view payload);
   void sync() { file_->sync(); }
 
  private:
   std::unique_ptr<KeptFile> file_;
   std::uint64_t length_;
-  std::string entry_;  // the last one, kept for its memory
+  std::string pending_;  // entries that are not written yet
 };
 
 }  // namespace velk

@@ -1,8 +1,6 @@
 #include "apps/opnimp/journal/repetition.h"
 
 #include <algorithm>
-#include <map>
-#include <vector>
 
 #include "apps/opnimp/cli/printable.h"
 
@@ -29,51 +27,95 @@ std::string fileText(const RunSummary& run, std::size_t count) {
          "; --again posts the whole file once more";
 }
 
-/// Each hash with the first run that posted it.
-using PostedRecords = std::map<Digest, std::uint64_t>;
+/// Names the first of the records of which `whereElse` has a text; empty if it has none of any.
+std::string placesText(const std::vector<JournaledRecord>& records, std::string_view placeWord,
+                       const std::function<std::string(const Digest&)>& whereElse,
+                       std::size_t& count) {
+  constexpr std::size_t mostNamed = 10;
+  std::string places;
+  for (const JournaledRecord& record : records) {
+    const std::string elsewhere = whereElse(record.hash);
+    if (elsewhere.empty() || ++count > mostNamed) continue;
+    places.append(count == 1 ? "" : ", ").append(placeWord).append(" ");
+    places.append(std::to_string(record.line)).append(" (").append(elsewhere).append(")");
+  }
+  return places + (count > mostNamed ? ", ..." : "");
+}
 
-void addPosted(const RunSummary& run, PostedRecords& posted) {
+/// The records of the run that is about to begin, each with the first run that posted it; 0: none.
+// Looked for in the journal, which may be long, and not the other way round.
+using PostedBy = std::unordered_map<Digest, std::uint64_t, HashOfDigest>;
+
+void addPosted(const RunSummary& run, PostedBy& records) {
   for (std::size_t record = 0; record < run.outcomes.size(); ++record) {
-    if (!isInDatabase(run.outcome(record))) continue;
-    posted.try_emplace(run.start.records[record].hash, run.start.number);
+    const auto found = records.find(run.start.records[record].hash);
+    if (found == records.end() || found->second != 0) continue;
+    if (isInDatabase(run.outcome(record))) found->second = run.start.number;
   }
 }
 
-std::string recordsText(const PostedRecords& posted, const RunStart& run,
-                        std::string_view placeWord) {
-  constexpr std::size_t mostNamed = 10;
-  std::string places;
+std::string recordsText(const PostedBy& posted, const RunStart& run, std::string_view placeWord) {
   std::size_t count = 0;
-  for (const JournaledRecord& record : run.records) {
-    const auto found = posted.find(record.hash);
-    if (found == posted.end() || ++count > mostNamed) continue;
-    places.append(count == 1 ? "" : ", ").append(placeWord).append(" ");
-    places.append(std::to_string(record.line)).append(" (run ");
-    places.append(std::to_string(found->second)).append(")");
-  }
+  const std::string places = placesText(
+      run.records, placeWord,
+      [&](const Digest& hash) {
+        const std::uint64_t number = posted.at(hash);
+        return number == 0 ? "" : "run " + std::to_string(number);
+      },
+      count);
   if (count == 0) return {};
   return counted(count, "record", "records") + " of this file " + (count == 1 ? "was" : "were") +
          " posted by an earlier run, or may have been: " + places +
-         (count > mostNamed ? ", ..." : "") +
          ". `opnimp report RUN` shows them; take them out of the file, or, if they belong there "
          "once more, import it with --again";
 }
 
 }  // namespace
 
+std::size_t HashOfDigest::operator()(const Digest& digest) const {
+  std::size_t hash = 0;
+  for (std::size_t i = 0; i < sizeof hash; ++i) hash = (hash << 8) | digest[i];
+  return hash;
+}
+
 std::string repetitionRefusal(const RunIndex& index, const RunStart& run,
                               std::string_view placeWord) {
-  const std::vector<const RunSummary*> resumed = index.chain(run.resumes);
-  PostedRecords posted;
+  const std::vector<const RunSummary*> resumed = index.takenUp(run.resumes);
+  PostedBy posted;
+  for (const JournaledRecord& record : run.records) posted.try_emplace(record.hash, 0);
   for (const RunSummary& earlier : index.runs) {
     const RunStart& start = earlier.start;
     if (start.databaseId != run.databaseId || start.kind != run.kind) continue;
     if (std::ranges::count(resumed, &earlier) > 0) continue;
-    const std::size_t count = earlier.count(isInDatabase);
-    if (start.fileHash == run.fileHash && count > 0) return fileText(earlier, count);
+    if (start.fileHash == run.fileHash) {
+      const std::size_t count = earlier.count(isInDatabase);
+      if (count > 0) return fileText(earlier, count);
+    }
     addPosted(earlier, posted);
   }
   return recordsText(posted, run, placeWord);
+}
+
+std::string FilesOfCall::add(std::string_view file, const std::vector<JournaledRecord>& records,
+                             std::string_view placeWord) {
+  std::size_t count = 0;
+  const std::string places = placesText(
+      records, placeWord,
+      [&](const Digest& hash) {
+        const auto found = records_.find(hash);
+        if (found == records_.end()) return std::string();
+        return std::string(placeWord) + " " + std::to_string(found->second.line) + " of " +
+               std::string(found->second.file);
+      },
+      count);
+  for (const JournaledRecord& record : records) {
+    records_.try_emplace(record.hash, Place{file, record.line});
+  }
+  if (count == 0) return {};
+  return counted(count, "record", "records") + " of this file " + (count == 1 ? "is" : "are") +
+         " in another one of this call, too: " + places +
+         ". Take them out of one of the files, or, if they belong there once more, import with "
+         "--again";
 }
 
 }  // namespace velk

@@ -24,17 +24,19 @@ struct RefusedBefore {
 };
 
 struct Resumption {
-  const RunStart* run = nullptr;      ///< the one that broke off
+  std::uint64_t run = 0;              ///< the last one that reached a record; 0: none did
   std::size_t next = 0;               ///< the record of the file to go on with
   std::vector<std::size_t> doubtful;  ///< records before it that are partial or unknown
   std::vector<RefusedBefore> refused;
+  /// Records before `next` that no run reached, up to the next one that was reached; 0: none.
+  std::size_t gapFirst = 0;
+  std::size_t gapEnd = 0;
 };
 
 /// Of the run of that number and all that it goes on with, the latest first.
 std::vector<RefusedBefore> refusedBefore(const RunIndex& index, std::uint64_t number);
 
-/// Of the last run of this file that posted anything or may have. Raises UsageError when there is
-/// none, or when it left nothing to go on with.
+/// By all runs of this file that go on with each other.
 Resumption findResumption(const RunIndex& index, const KnownFile& file);
 
 }  // namespace velk

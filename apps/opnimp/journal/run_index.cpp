@@ -61,6 +61,17 @@ class IndexBuilder {
   const std::string& machineStart_;
 };
 
+bool isOfSameFile(const RunSummary& a, const RunSummary& b) {
+  return a.start.kind == b.start.kind && a.start.databaseId == b.start.databaseId &&
+         a.start.fileHash == b.start.fileHash;
+}
+
+/// Whether they reached the same records of their file.
+bool overlap(const RunSummary& a, const RunSummary& b) {
+  const std::size_t first = std::max(a.start.firstRecord, b.start.firstRecord);
+  return first < std::min(a.start.firstRecord + a.reached(), b.start.firstRecord + b.reached());
+}
+
 }  // namespace
 
 // Whatever was begun when the power failed, and up to a sync's worth of records behind it, may have
@@ -68,6 +79,13 @@ class IndexBuilder {
 std::size_t RunSummary::nextRecord() const {
   if (ended || !powerLost) return begun;
   return std::min(begun + recordsBetweenSyncs, outcomes.size());
+}
+
+std::size_t RunSummary::reached() const {
+  if (count([](Outcome outcome) { return outcome == Outcome::TakenBack; }) > 0) return 0;
+  std::size_t reached = outcomes.size();
+  while (reached > 0 && outcome(reached - 1) == Outcome::NotReached) --reached;
+  return reached;
 }
 
 Outcome RunSummary::outcome(std::size_t record) const {
@@ -94,16 +112,19 @@ const RunSummary* RunIndex::find(std::uint64_t number) const {
   return found == runs.end() ? nullptr : &*found;
 }
 
-std::vector<const RunSummary*> RunIndex::chain(std::uint64_t number) const {
-  std::vector<const RunSummary*> chain;
-  const RunSummary* run = find(number);
-  while (run != nullptr) {
-    chain.push_back(run);
-    // A run goes on with earlier ones only: whatever a journal says, this ends.
-    const bool hasEarlier = run->start.resumes < run->start.number;
-    run = hasEarlier ? find(run->start.resumes) : nullptr;
+std::vector<const RunSummary*> RunIndex::takenUp(std::uint64_t number) const {
+  std::vector<const RunSummary*> taken;
+  const RunSummary* const last = find(number);
+  if (last == nullptr) return taken;
+  for (const RunSummary* run = last;; --run) {
+    if (isOfSameFile(*run, *last)) {
+      if (std::ranges::any_of(taken, [&](const auto* later) { return overlap(*run, *later); })) {
+        return taken;
+      }
+      taken.push_back(run);
+    }
+    if (run == runs.data()) return taken;
   }
-  return chain;
 }
 
 RunIndex readIndex(const KeptFile& file, const std::string& machineStart) {

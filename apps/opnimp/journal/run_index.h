@@ -32,6 +32,9 @@ struct RunSummary {
   std::size_t count(bool (*isOfSort)(Outcome)) const;
   /// The first record that was not begun for certain.
   std::size_t nextRecord() const;
+  /// How many of its first records it reached, or may have. None if they were taken back: nothing
+  /// of it stays.
+  std::size_t reached() const;
 };
 
 struct RunIndex {
@@ -41,8 +44,9 @@ struct RunIndex {
 
   /// Null when there is none of that number.
   const RunSummary* find(std::uint64_t number) const;
-  /// That run and all that it goes on with, the latest first.
-  std::vector<const RunSummary*> chain(std::uint64_t number) const;
+  /// That run and all of the same file before it that it goes on with, the latest first: up to one
+  /// that reached records which a later one reached again, as --again makes it.
+  std::vector<const RunSummary*> takenUp(std::uint64_t number) const;
 };
 
 /// `machineStart`: as it is now. Errors: as readEntries.

@@ -1,35 +1,34 @@
 #include "apps/opnimp/journal/run_journal.h"
 
-#include <utility>
-
 #include "apps/opnimp/journal/run_index.h"
 
 namespace velk {
 
 // Synced, so that a loss of power leaves at least the word that the run had begun.
-RunJournal::RunJournal(JournalFile file, const RunStart& run) : file_(std::move(file)) {
+RunJournal::RunJournal(JournalFile& file, const RunStart& run) : file_(file) {
   write(writer_, run);
-  file_.append(EntryType::RunBegun, writer_.payload());
+  file_.write(EntryType::RunBegun, writer_.payload());
   sync();
 }
 
 void RunJournal::recordBegins(std::size_t record) {
   writer_.clear();
   writer_.number(record);
-  file_.append(EntryType::RecordBegun, writer_.payload());
+  file_.write(EntryType::RecordBegun, writer_.payload());
   syncWhenDue();
 }
 
+// Written with what follows, which is the next record's beginning or the run's end: one write less.
 void RunJournal::recordEnds(std::size_t record, const RecordTrace& trace) {
   writer_.clear();
   writeRecordEnd(writer_, record, trace);
-  file_.append(EntryType::RecordEnded, writer_.payload());
+  file_.add(EntryType::RecordEnded, writer_.payload());
 }
 
 void RunJournal::runEnds(const RunEnd& end) {
   writer_.clear();
   write(writer_, end);
-  file_.append(EntryType::RunEnded, writer_.payload());
+  file_.write(EntryType::RunEnded, writer_.payload());
   sync();
 }
 

@@ -17,9 +17,11 @@ inline constexpr std::chrono::milliseconds timeBetweenSyncs{1000};
 class RunJournal {
  public:
   /// Errors here as in all that follows: files.h.
-  RunJournal(JournalFile file, const RunStart& run);
+  /// The file lives as long.
+  RunJournal(JournalFile& file, const RunStart& run);
 
   void recordBegins(std::size_t record);
+  /// It is written before the next record begins.
   void recordEnds(std::size_t record, const RecordTrace& trace);
   void runEnds(const RunEnd& end);
 
@@ -29,7 +31,7 @@ class RunJournal {
   void syncWhenDue();
   void sync();
 
-  JournalFile file_;
+  JournalFile& file_;
   EntryWriter writer_;
   std::size_t sinceSync_ = 0;  // records begun
   Clock::time_point lastSync_;

@@ -22,7 +22,7 @@ WorkbookRecords::WorkbookRecords(FileSystem& files, std::string_view path)
 
 WorkbookRecords::WorkbookRecords(std::string bytes) : bytes_(std::move(bytes)) {
   try {
-    sheet_ = readXls(bytes_);
+    sheet_ = readXls(bytes_, salesmanColumns());
   } catch (const RuntimeError& error) {
     // Not passed on: a file of another format can be read, but is refused.
     damage_ = error.description();

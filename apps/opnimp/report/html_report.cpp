@@ -25,7 +25,7 @@ struct Column {
   Kind kind = Kind::Text;
 };
 using Columns = std::vector<Column>;
-constexpr auto number = Column::Kind::Number;
+constexpr auto numeric = Column::Kind::Number;
 constexpr auto longText = Column::Kind::LongText;
 
 struct Row {
@@ -35,7 +35,7 @@ struct Row {
 };
 
 std::string_view classOf(Column::Kind kind) {
-  if (kind == number) return " class=\"number\"";
+  if (kind == numeric) return " class=\"number\"";
   return kind == longText ? " class=\"text\"" : "";
 }
 
@@ -91,11 +91,11 @@ class Page {
 
   /// The columns of a count and of the amounts that belong to it.
   Columns withSums(Columns columns) const {
-    columns.push_back({"Count", number});
+    columns.push_back({"Count", numeric});
     if (!report_.hasAmounts) return columns;
     for (const std::string_view title :
          {"Bill debit", "Bill credit", "Balance debit", "Balance credit"}) {
-      columns.push_back({title, number});
+      columns.push_back({title, numeric});
     }
     return columns;
   }
@@ -149,10 +149,10 @@ class Page {
     rows.back().isSum = true;
     writeTable({{"Code"},
                 {"Name"},
-                {"Records", number},
-                {"Posted", number},
-                {"Balance in the file", number},
-                {"Balance posted", number}},
+                {"Records", numeric},
+                {"Posted", numeric},
+                {"Balance in the file", numeric},
+                {"Balance posted", numeric}},
                rows);
     element("p", "Balances are debit less credit.", "soft");
   }

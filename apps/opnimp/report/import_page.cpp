@@ -72,12 +72,13 @@ void addAccount(const ImportResult& result, HtmlReport& page) {
   for (std::size_t i = 0; i < outcomeCount; ++i) {
     const auto outcome = static_cast<Outcome>(i);
     if (account.byOutcome[i].count == 0) continue;
-    page.outcomes.push_back({nameOf(outcome, result), toneOf(outcome), account.byOutcome[i], true});
+    page.outcomes.push_back(
+        {nameOf(outcome, result.arguments), toneOf(outcome), account.byOutcome[i], true});
   }
   page.file = account.file;
   const auto& becomes = result.arguments.kind->becomes;
-  page.effects = {{effectName(becomes[0], result), {}, account.notes, true},
-                  {effectName(becomes[1], result), {}, account.entries, false}};
+  page.effects = {{effectName(becomes[0], result.arguments), {}, account.notes, true},
+                  {effectName(becomes[1], result.arguments), {}, account.entries, false}};
   page.balance = account.addsUp() ? "The account adds up: what was posted, call by call, is what "
                                     "the file says of these records."
                                   : "The account does not add up:";
@@ -90,7 +91,8 @@ void addAttention(const ImportResult& result, HtmlReport& page) {
   const auto& records = result.traces.records;
   for (std::size_t record = 0; record < records.size(); ++record) {
     if (!needsAttention(records[record])) continue;
-    page.attention.push_back({result.input->where(record), nameOf(records[record].outcome, result),
+    page.attention.push_back({result.input->where(record),
+                              nameOf(records[record].outcome, result.arguments),
                               reasonOf(records[record])});
   }
   for (const std::size_t row : result.input->unreadRows()) {

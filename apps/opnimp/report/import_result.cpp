@@ -88,7 +88,7 @@ void addAllowedDsTypes(const ImportResult& result, std::vector<std::string>& ste
 void addStepsForEarlierRuns(const ImportResult& result, std::vector<std::string>& steps) {
   if (!result.setApart.empty()) {
     // No file of such records is written for a run that can have posted nothing.
-    const bool written = !result.refused() && !result.isDryRun();
+    const bool written = !result.refused() && !result.isDryRun() && !result.passedOver;
     const std::string command = "`opnimp rejects " + std::to_string(result.resumes) + " FILE`";
     steps.push_back(
         "Look up " + counted(result.setApart.size(), "record", "records") +
@@ -197,6 +197,9 @@ std::string stepWithNothingImported(const ImportResult& result) {
 }
 
 std::string stepAfterRefusal(const ImportResult& result) {
+  if (result.refusedWithAnother) {
+    return "Nothing was imported. Import it with the others when that file is corrected.";
+  }
   const std::string corrected = importAgain(result, "it", FileStays::Corrected);
   if (result.resumes == 0) {
     return "Nothing was imported. Correct the file or the mapping (`opnimp preview` shows both) "
@@ -221,10 +224,12 @@ std::string stepForAll(const ImportResult& result) {
 
 ExitStatus ImportResult::status() const {
   if (refused()) return ExitStatus::Refused;
+  const std::size_t before = leftBefore(*this);
+  if (passedOver) return before > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
   // Without the files of --rejects or --report a script cannot go on, even if all else is well.
   const bool whole = brokeOff.empty() && account.addsUp();
   if (!whole || !rejectsError.empty() || !reportError.empty()) return ExitStatus::BrokeOff;
-  return recordsLeft(*this) + leftBefore(*this) > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
+  return recordsLeft(*this) + before > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
 }
 
 std::string recordsText(const InputRecords& input) {
@@ -235,18 +240,22 @@ std::string recordsText(const InputRecords& input) {
          std::to_string(part->place(0).line) + " on";
 }
 
-std::string nameOf(Outcome outcome, const ImportResult& result) {
+std::string nameOf(Outcome outcome, const Arguments& arguments) {
   const std::string name(outcomeName(outcome));
-  return result.isDryRun() && isPosted(outcome) ? "would be " + name : name;
+  return arguments.dryRun && isPosted(outcome) ? "would be " + name : name;
 }
 
-std::string effectName(std::string_view becomes, const ImportResult& result) {
-  return std::string(becomes) + (result.isDryRun() ? " to post" : " posted");
+std::string effectName(std::string_view becomes, const Arguments& arguments) {
+  return std::string(becomes) + (arguments.dryRun ? " to post" : " posted");
 }
 
 std::vector<std::string> nextSteps(const ImportResult& result) {
   std::vector<std::string> steps;
   addStepsForEarlierRuns(result, steps);
+  if (result.passedOver) {
+    if (steps.empty()) steps.emplace_back("Nothing is left to do.");
+    return steps;
+  }
   if (const std::string step = stepForAll(result); !step.empty()) {
     steps.push_back(step);
     if (result.isDryRun()) addAllowedDsTypes(result, steps);

@@ -27,12 +27,14 @@ struct ImportResult {
   Traces traces;
   Account account;                          ///< empty when the run was refused
   std::string refusal;                      ///< why nothing was imported; empty: it was not refused
+  bool refusedWithAnother = false;          ///< and not for what the file itself is
   std::vector<std::string> allowedDsTypes;  ///< looked up when a salesman was rejected
   std::string brokeOff;                     ///< why the run ended early; empty: it did not
   std::string errorLog;                     ///< path of the error log's file
   std::string journal;                      ///< its path; empty: the run is not in one
   std::uint64_t run = 0;                    ///< its number there
   std::uint64_t resumes = 0;                ///< the run that it goes on with; 0: none
+  bool passedOver = false;                  ///< that run had reached all: there is none of its own
   std::vector<std::size_t> setApart;        ///< records before its own that were left in doubt
   std::vector<RefusedBefore> refusedBefore;  ///< by the runs that it goes on with
   std::vector<std::string> rejectFiles;      ///< paths written
@@ -51,9 +53,9 @@ struct ImportResult {
 };
 
 /// The outcome's name; of what is posted in a dry run, that it would be.
-std::string nameOf(Outcome outcome, const ImportResult& result);
+std::string nameOf(Outcome outcome, const Arguments& arguments);
 /// What the calls of records have made, such as "Notes posted".
-std::string effectName(std::string_view becomes, const ImportResult& result);
+std::string effectName(std::string_view becomes, const Arguments& arguments);
 
 /// How many records the run is of, and of which part of the file.
 std::string recordsText(const InputRecords& input);

@@ -61,34 +61,60 @@ void writeForesight(const ImportResult& result, std::ostream& out) {
   out << ".\n";
 }
 
-}  // namespace
-
-void writePreviewText(const ImportResult& result, const PreviewTable& table, std::ostream& out) {
+void writeText(const FilePreview& file, std::ostream& out) {
+  const ImportResult& result = file.result;
   out << "File: " << printable(result.arguments.file) << " ("
       << counted(result.input->count(), "record", "records") << ")\n";
   writeMapping(result.mapping, out);
-  writeColumnsNotUsed(result.mapping, table, out);
-  if (isShown(result)) writeRows(table, out);
+  writeColumnsNotUsed(result.mapping, file.table, out);
+  if (isShown(result)) writeRows(file.table, out);
   writeWarnings(result.warnings, result.input->placeWord(), out);
   writeForesight(result, out);
 }
 
-void writePreviewJson(const ImportResult& result, const PreviewTable& table, std::ostream& out) {
+Json documentOf(const FilePreview& file) {
+  const ImportResult& result = file.result;
   // A program must not rely on rows of a file that was refused.
   const bool shown = isShown(result);
+  return {{"command", "preview"},
+          {"kind", result.arguments.kind->name},
+          {"status", result.status()},
+          {"file", result.arguments.file},
+          {"refused", shown ? "" : result.refusal},
+          {"wouldRefuse", result.refused()},
+          {"refusal", orNull(result.refusal)},
+          {"recordCount", result.input->count()},
+          {"needAttention", needAttention(result.traces)},
+          {"mapping", mappingJson(result.mapping)},
+          {"warnings", warningsJson(result.warnings, result.input->placeWord())},
+          {"columns", shown ? Json(file.table.titles) : Json::array()},
+          {"rows", shown ? Json(file.table.rows) : Json::array()}};
+}
+
+}  // namespace
+
+void writePreviewText(const std::vector<FilePreview>& files, ExitStatus status, std::ostream& out) {
+  for (const FilePreview& file : files) {
+    writeText(file, out);
+    if (files.size() > 1) out << '\n';
+  }
+  if (files.size() == 1) return;
+  out << "As far as the files tell, an import of all " << files.size() << " would end with status "
+      << static_cast<int>(status) << ".\n";
+}
+
+void writePreviewJson(const std::vector<FilePreview>& files, ExitStatus status, std::ostream& out) {
+  if (files.size() == 1) {
+    out << textOf(documentOf(files.front())) << '\n';
+    return;
+  }
+  Json documents = Json::array();
+  for (const FilePreview& file : files) documents.push_back(documentOf(file));
   out << textOf({{"command", "preview"},
-                 {"kind", result.arguments.kind->name},
-                 {"status", result.status()},
-                 {"file", result.arguments.file},
-                 {"refused", shown ? "" : result.refusal},
-                 {"wouldRefuse", result.refused()},
-                 {"refusal", orNull(result.refusal)},
-                 {"recordCount", result.input->count()},
-                 {"needAttention", needAttention(result.traces)},
-                 {"mapping", mappingJson(result.mapping)},
-                 {"warnings", warningsJson(result.warnings, result.input->placeWord())},
-                 {"columns", shown ? Json(table.titles) : Json::array()},
-                 {"rows", shown ? Json(table.rows) : Json::array()}})
+                 {"kind", files.front().result.arguments.kind->name},
+                 {"status", status},
+                 {"wouldRefuse", status == ExitStatus::Refused},
+                 {"files", std::move(documents)}})
       << '\n';
 }
 

@@ -15,8 +15,13 @@ struct PreviewTable {
   std::vector<std::vector<std::string>> rows;  ///< the first ones, a cell for each title
 };
 
-/// `result`: what an import would come to, as far as the file tells.
-void writePreviewText(const ImportResult& result, const PreviewTable& table, std::ostream& out);
-void writePreviewJson(const ImportResult& result, const PreviewTable& table, std::ostream& out);
+struct FilePreview {
+  const ImportResult& result;  ///< what an import would come to, as far as the file tells
+  const PreviewTable& table;
+};
+
+/// Of one file or of several, which an import would end with `status`.
+void writePreviewText(const std::vector<FilePreview>& files, ExitStatus status, std::ostream& out);
+void writePreviewJson(const std::vector<FilePreview>& files, ExitStatus status, std::ostream& out);
 
 }  // namespace velk

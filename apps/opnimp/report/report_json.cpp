@@ -117,10 +117,7 @@ Json sumsJson(const Sums& sums, bool amounts) {
   return json;
 }
 
-Json accountJson(const ImportResult& result) {
-  if (result.refused()) return nullptr;
-  const Account& account = result.account;
-  const ImportKind& kind = *result.arguments.kind;
+Json accountJson(const Account& account, const ImportKind& kind) {
   const bool amounts = kind.opening != nullptr;
   Json outcomes;
   for (std::size_t i = 0; i < outcomeCount; ++i) {
@@ -176,6 +173,7 @@ Json headJson(const ImportResult& result) {
       {"journal", orNull(result.journal)},
       {"run", result.run == 0 ? Json() : Json(result.run)},
       {"resumes", result.resumes == 0 ? Json() : Json(result.resumes)},
+      {"passedOver", result.passedOver},
       {"setApart", result.setApart.size()},
       {"refusedBefore", listOf(result.refusedBefore,
                                [](const RefusedBefore& refused) {
@@ -188,20 +186,47 @@ Json headJson(const ImportResult& result) {
       {"messages", listOf(result.traces.runMessages, messageJson)}};
 }
 
-}  // namespace
-
-void writeImportJson(const ImportResult& result, std::ostream& out) {
+/// The document without a line end.
+void writeFile(const ImportResult& result, std::ostream& out) {
   std::string head = textOf(headJson(result));
   head.back() = ',';  // in place of the closing brace: the object goes on
   out << head;
   writeRecords(result, out);
-  std::string tail = textOf({{"account", accountJson(result)},
-                             {"rejectFiles", result.rejectFiles},
-                             {"report", orNull(result.reportFile)},
-                             {"reportError", orNull(result.reportError)},
-                             {"next", nextSteps(result)}});
+  const bool hasAccount = !result.refused() && !result.passedOver;
+  std::string tail = textOf(
+      {{"account", hasAccount ? accountJson(result.account, *result.arguments.kind) : Json()},
+       {"rejectFiles", result.rejectFiles},
+       {"report", orNull(result.reportFile)},
+       {"reportError", orNull(result.reportError)},
+       {"next", nextSteps(result)}});
   tail.front() = ',';
-  out << tail << '\n';
+  out << tail;
+}
+
+}  // namespace
+
+void writeImportJson(const ImportResult& result, std::ostream& out) {
+  writeFile(result, out);
+  out << '\n';
+}
+
+void writeFilesJson(const FilesResult& call, std::ostream& out) {
+  const ImportKind& kind = *call.arguments().kind;
+  std::string head = textOf({{"command", "import"},
+                             {"kind", kind.name},
+                             {"status", call.status()},
+                             {"dryRun", call.arguments().dryRun}});
+  head.back() = ',';
+  out << head << "\"files\":[";
+  for (std::size_t i = 0; i < call.files().size(); ++i) {
+    out << (i == 0 ? "" : ",");
+    writeFile(*call.files()[i], out);
+  }
+  std::string tail =
+      textOf({{"account", call.refused() ? Json() : accountJson(call.account(), kind)},
+              {"next", call.nextSteps()}});
+  tail.front() = ',';
+  out << ']' << tail << '\n';
 }
 
 }  // namespace velk

@@ -67,6 +67,10 @@ void writeTable(const std::vector<std::vector<std::string>>& rows, std::size_t l
   }
 }
 
+void writeMore(std::size_t count, std::size_t shown, std::ostream& out) {
+  if (count > shown) out << "  ... and " << grouped(count - shown) << " more\n";
+}
+
 void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out) {
   if (mapping.empty()) return;
   std::size_t width = 0;

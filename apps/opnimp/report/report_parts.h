@@ -21,6 +21,8 @@ std::string columnText(const FieldMapping& entry);
 std::string placesOf(const Warning& warning, std::string_view placeWord);
 /// That amounts are missing in the sums of the account.
 std::string unreadableText(const Account& account);
+/// How many items of a list there are beyond those shown; nothing if there are none.
+void writeMore(std::size_t count, std::size_t shown, std::ostream& out);
 void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out);
 /// `placeWord`: what the lines of a warning are, see InputRecords.
 void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,

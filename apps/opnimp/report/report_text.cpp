@@ -1,8 +1,11 @@
 #include "apps/opnimp/report/report_text.h"
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/report/account_text.h"
 #include "apps/opnimp/report/report_parts.h"
 
 namespace velk {
@@ -13,7 +16,6 @@ namespace {
 constexpr std::size_t mostRecordsListed = 200;
 constexpr std::size_t mostLinesListed = 50;
 
-using Row = std::vector<std::string>;
 using Lines = std::vector<const RecordedLine*>;
 
 /// The log lines that did not get into the error log's file.
@@ -37,18 +39,21 @@ class TextReport {
     writeWarnings(result_.warnings, result_.input->placeWord(), out_);
     // Before the records, and in a refused run, too: these lines may explain all that follows.
     writeRunLines();
-    if (result_.refused()) {
+    if (result_.passedOver) {
+      out_ << "\nPassed over: run " << result_.resumes
+           << " reached all its records, or may have; `opnimp report " << result_.resumes
+           << "` shows them\n";
+    } else if (result_.refused()) {
       out_ << "\nRefused: " << printable(result_.refusal) << '\n';
     } else {
       writeRecords();
-      writeAccount();
+      out_ << "\nAccount\n";
+      writeAccount(result_.account, result_.arguments, "In the file", out_);
     }
     writeEnd();
   }
 
  private:
-  const ImportKind& kind() const { return *result_.arguments.kind; }
-
   void writeHead() {
     out_ << "File:     " << printable(result_.arguments.file) << " (" << recordsText(*result_.input)
          << ")\n"
@@ -58,7 +63,7 @@ class TextReport {
       out_ << "Run:      " << result_.run << ", " << formatIso(result_.began) << ", by "
            << printable(result_.user) << '\n';
     }
-    if (result_.resumes != 0) {
+    if (result_.resumes != 0 && !result_.passedOver) {
       out_ << "Resumes:  run " << result_.resumes << "; the records that it reached are none of "
            << "these\n";
     }
@@ -78,11 +83,7 @@ class TextReport {
     for (std::size_t i = 0; i < std::min(lines.size(), mostLinesListed); ++i) {
       out_ << "  " << printable(lines[i]->text) << '\n';
     }
-    writeMore(lines.size(), mostLinesListed);
-  }
-
-  void writeMore(std::size_t count, std::size_t most) {
-    if (count > most) out_ << "  ... and " << grouped(count - most) << " more\n";
+    writeMore(lines.size(), mostLinesListed, out_);
   }
 
   void writeRecords() {
@@ -94,54 +95,10 @@ class TextReport {
       if (!needsAttention(trace) || listed++ >= mostRecordsListed) continue;
       if (listed == 1) out_ << "\nRecords that need attention\n";
       out_ << "  " << result_.input->where(record) << " (record " << record + 1 << ") "
-           << nameOf(trace.outcome, result_) << ": " << printable(reasonOf(trace)) << '\n';
+           << nameOf(trace.outcome, result_.arguments) << ": " << printable(reasonOf(trace))
+           << '\n';
     }
-    writeMore(listed, mostRecordsListed);
-  }
-
-  static Row rowOf(std::string_view name, const Sums& sums) {
-    return {std::string(name),      grouped(sums.count),      money(sums.billDebit),
-            money(sums.billCredit), money(sums.balanceDebit), money(sums.balanceCredit)};
-  }
-
-  std::vector<Row> accountRows() const {
-    std::vector<Row> rows{
-        {"", "Count", "Bill debit", "Bill credit", "Balance debit", "Balance credit"}};
-    for (std::size_t i = 0; i < outcomeCount; ++i) {
-      const Sums& sums = result_.account.byOutcome[i];
-      if (sums.count > 0) rows.push_back(rowOf(nameOf(static_cast<Outcome>(i), result_), sums));
-    }
-    rows.push_back(rowOf("In the file", result_.account.file));
-    rows.push_back(rowOf(effectName(kind().becomes[0], result_), result_.account.notes));
-    Row entries = rowOf(effectName(kind().becomes[1], result_), result_.account.entries);
-    entries[2] = entries[3] = "";  // account entries carry the balance only
-    rows.push_back(entries);
-    return rows;
-  }
-
-  void writeAccount() {
-    std::vector<Row> rows = accountRows();
-    // Master data has counts, but no amounts.
-    if (kind().opening == nullptr) std::ranges::for_each(rows, [](Row& row) { row.resize(2); });
-    out_ << "\nAccount\n";
-    writeTable(rows, 1, out_);
-    writeVerdict();
-  }
-
-  void writeVerdict() {
-    const Account& account = result_.account;
-    if (account.unreadable > 0) {
-      out_ << "  " << unreadableText(account) << '\n';
-    }
-    if (account.addsUp()) {
-      out_ << "  The account adds up.\n";
-      return;
-    }
-    out_ << "  THE ACCOUNT DOES NOT ADD UP:\n";
-    for (const std::string& difference : account.differences) {
-      out_ << "  " << printable(difference) << '\n';
-    }
-    writeMore(account.differenceCount, account.differences.size());
+    writeMore(listed, mostRecordsListed, out_);
   }
 
   void writeEnd() {
@@ -194,6 +151,28 @@ class TextReport {
 
 void writeImportText(const ImportResult& result, std::ostream& out) {
   TextReport(result, out).write();
+}
+
+void writeFilesText(const FilesResult& call, std::ostream& out) {
+  const std::size_t count = call.files().size();
+  std::vector<std::vector<std::string>> rows{{"File", "Status", "Run", "Records"}};
+  for (const ImportResult* file : call.files()) {
+    out << "== File " << rows.size() << " of " << count << " ==\n";
+    writeImportText(*file, out);
+    out << '\n';
+    rows.push_back({printable(file->arguments.file),
+                    std::to_string(static_cast<int>(file->status())),
+                    file->run == 0 ? "-" : std::to_string(file->run),
+                    file->passedOver ? "passed over" : grouped(file->input->count())});
+  }
+  out << "== All " << count << " files ==\n";
+  writeTable(rows, 1, out);
+  if (!call.refused()) {
+    out << "\nAccount of all files\n";
+    writeAccount(call.account(), call.arguments(), "In the files", out);
+  }
+  out << '\n';
+  for (const std::string& step : call.nextSteps()) out << "Next:      " << step << '\n';
 }
 
 }  // namespace velk

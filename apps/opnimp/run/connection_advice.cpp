@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "base/text.h"
-#include "platform/odbc/cannot_connect.h"
 
 namespace velk {
 
@@ -74,8 +74,10 @@ bool hasKeyword(const std::string& lowered, std::string_view name) {
   return (";" + lowered).find(std::string(";").append(name).append("=")) != std::string::npos;
 }
 
-std::string_view adviceOn(const std::string& connectionString,
-                          const std::vector<Diagnostic>& said) {
+}  // namespace
+
+std::string_view connectionAdvice(std::string_view connectionString,
+                                  const std::vector<Diagnostic>& said) {
   const std::string lowered = lowerAscii(connectionString);
   if (hasKeyword(lowered, "provider")) return ado;
   const auto names = [&](std::string_view name) { return hasKeyword(lowered, name); };
@@ -85,16 +87,6 @@ std::string_view adviceOn(const std::string& connectionString,
     if (std::ranges::any_of(said, fitting)) return advice.text;
   }
   return any;
-}
-
-}  // namespace
-
-std::string adviceOn(const DatabaseChoice& choice, const RuntimeError& error) {
-  if (!choice.path.empty()) return "`opnimp demo-database PATH` makes an embedded database";
-  const auto* failure = dynamic_cast<const CannotConnect*>(&error);
-  return std::string(adviceOn(choice.connectionString, failure == nullptr
-                                                           ? std::vector<Diagnostic>{}
-                                                           : failure->diagnostics()));
 }
 
 }  // namespace velk

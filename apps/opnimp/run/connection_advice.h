@@ -1,14 +1,16 @@
 // What to change when a database cannot be opened.
 #pragma once
 
-#include <string>
+#include <string_view>
+#include <vector>
 
-#include "apps/opnimp/run/database_choice.h"
-#include "base/errors.h"
+#include "platform/database.h"
 
 namespace velk {
 
-/// One sentence, by what the connection string has and by what the driver reported.
-std::string adviceOn(const DatabaseChoice& choice, const RuntimeError& error);
+/// One sentence without its full stop, by what the connection string has and by what its driver
+/// said.
+std::string_view connectionAdvice(std::string_view connectionString,
+                                  const std::vector<Diagnostic>& said);
 
 }  // namespace velk

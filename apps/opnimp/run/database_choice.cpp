@@ -29,12 +29,14 @@ constexpr std::chrono::seconds longestConnecting{9};
 
 /// Beside the caller: some drivers wait for ever for a server that takes a connection and then says
 /// nothing.
-OpenDatabase openInTime(const DatabaseChoice& choice, const Surroundings& surroundings) {
+std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
+                                          const Surroundings& surroundings) {
   // With what it needs, as it may outlive the caller.
-  std::packaged_task<OpenDatabase()> task([open = surroundings.openDatabase, choice] {
-    return open(choice.connectionString, choice.options);
-  });
-  std::future<OpenDatabase> opened = task.get_future();
+  std::packaged_task<std::shared_ptr<OwnConnection>()> task(
+      [open = surroundings.openDatabase, choice] {
+        return open(choice.connectionString, choice.options);
+      });
+  auto opened = task.get_future();
   std::thread(std::move(task)).detach();
   if (opened.wait_for(longestConnecting) == std::future_status::timeout) {
     throw CannotConnect(RuntimeError(ErrorNumber::ProviderTimeout, "There was no answer in time"),
@@ -43,7 +45,16 @@ OpenDatabase openInTime(const DatabaseChoice& choice, const Surroundings& surrou
   return opened.get();
 }
 
-OpenDatabase connect(const DatabaseChoice& choice, const Surroundings& surroundings) {
+std::string advice(const DatabaseChoice& choice, const RuntimeError& error) {
+  if (!choice.path.empty()) return "`opnimp demo-database PATH` makes an embedded database";
+  const auto* failure = dynamic_cast<const CannotConnect*>(&error);
+  return std::string(connectionAdvice(choice.connectionString, failure == nullptr
+                                                                   ? std::vector<Diagnostic>{}
+                                                                   : failure->diagnostics()));
+}
+
+std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
+                                       const Surroundings& surroundings) {
   try {
     // A file is there at once, but may be locked for as long as --wait says.
     const bool isFile = !choice.path.empty();
@@ -51,8 +62,8 @@ OpenDatabase connect(const DatabaseChoice& choice, const Surroundings& surroundi
                   : openInTime(choice, surroundings);
   } catch (const RuntimeError& error) {
     // Only `shown` is printed: the connection string may contain a password.
-    throw CannotOpen("the database " + choice.shown + " could not be opened: " +
-                     error.description() + ". " + adviceOn(choice, error));
+    throw CannotOpen("the database " + choice.shown +
+                     " could not be opened: " + error.description() + ". " + advice(choice, error));
   }
 }
 
@@ -119,7 +130,8 @@ DatabaseChoice chooseDatabase(const std::optional<std::string>& option,
           database.path.empty() ? maskPasswords(database.connectionString) : database.path};
 }
 
-OpenDatabase openDatabase(const DatabaseChoice& choice, const Surroundings& surroundings) {
+std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,
+                                            const Surroundings& surroundings) {
   // It is never made here: a typing error would fill a new sample company.
   if (isMissing(choice)) {
     throw CannotOpen("there is no database " + choice.path + "; `opnimp demo-database " +

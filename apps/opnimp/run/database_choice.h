@@ -23,7 +23,8 @@ DatabaseChoice chooseDatabase(const std::optional<std::string>& option,
                               const Surroundings& surroundings);
 
 /// Opens it. Raises CannotOpen, with what to do next.
-OpenDatabase openDatabase(const DatabaseChoice& choice, const Surroundings& surroundings);
+std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,
+                                            const Surroundings& surroundings);
 
 /// Makes the sample company's database in a new file. Raises CannotOpen.
 void makeDemoDatabase(const std::string& path);

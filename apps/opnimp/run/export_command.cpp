@@ -115,18 +115,19 @@ ExitStatus runExport(const Arguments& arguments, const Streams& streams,
   const std::string folder = applicationFolder(arguments.appFolder);
   DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
   if (arguments.waitSeconds) choice.options.commandTimeoutSeconds = *arguments.waitSeconds;
-  checkWrites({"the export", arguments.file, {arguments.file}}, choice, folder, {});
+  checkWrites({{"the export", arguments.file, {arguments.file}}}, choice, folder, {});
   const Target target(arguments.file);
-  const OpenDatabase database = openDatabase(choice, surroundings);
+  const auto database = openDatabase(choice, surroundings);
   // Never drawn, since an export does not count records; the messages only need one to erase.
   Progress progress(streams.err, false);
-  Recorder recorder(Recorder::Mode::Post);
+  RunGate gate;
+  Recorder recorder(Recorder::Mode::Post, gate);
   ImportReport report(false);
   ScreenSession session(recorder,
                         {folder, surroundings.clock, messagesTo(streams.err, progress), true});
   ExportOutcome outcome{
       .arguments = arguments, .database = choice.shown, .errorLog = session.errorLogPath()};
-  drive(outcome, session, report, recorded(recorder, database.connection));
+  drive(outcome, session, report, recorded(recorder, database));
   outcome.logged = !recorder.lines().empty();
   (arguments.json ? writeExportJson : writeExportText)(outcome, streams.out);
   return outcome.status;

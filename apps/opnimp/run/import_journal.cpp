@@ -2,71 +2,20 @@
 
 #include <utility>
 
-#include "apps/opnimp/audit/run_ended.h"
-#include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/journal/record_hash.h"
-#include "apps/opnimp/journal/repetition.h"
-#include "apps/opnimp/records/later_records.h"
 
 namespace velk {
 
-namespace {
-
-std::string cannotWrite(const std::string& path, const RuntimeError& error) {
-  return "the journal " + path + " could not be written: " + error.description();
-}
-
-/// Records are known again by what is mapped: with other columns they would be other ones.
-void requireSameMapping(const RunIndex& index, const RunStart& run) {
-  const RunSummary* const resumed = index.find(run.resumes);
-  if (resumed == nullptr || resumed->start.mapping == run.mapping) return;
-  throw Refused("run " + std::to_string(run.resumes) +
-                ", which is to be resumed, mapped the columns otherwise; give the same --map");
-}
-
-template <class Item>
-std::vector<Item> copies(const std::vector<const Item*>& items) {
-  std::vector<Item> copied;
-  copied.reserve(items.size());
-  for (const Item* item : items) copied.push_back(*item);
-  return copied;
-}
-
-}  // namespace
-
 ImportJournal::ImportJournal(const std::string& path, const Arguments& arguments,
                              const Surroundings& surroundings, std::ostream& err)
-    : surroundings_(surroundings),
-      journal_(openJournal(path, arguments.dryRun ? KeptFor::Reading : KeptFor::Writing,
-                           surroundings, err)) {}
+    : isRead_(arguments.dryRun),
+      journal_(openJournal(path, isRead_ ? KeptFor::Reading : KeptFor::Writing, surroundings, err)),
+      nextRun_(journal_.index.runs.empty() ? 1 : journal_.index.runs.back().start.number + 1) {}
 
 // What cannot be told is known by how it is named.
-void ImportJournal::identify(const ImportResult& result, const OpenDatabase& database) {
-  databaseId_ = database.identity ? database.identity(!result.isDryRun()) : "";
-  if (databaseId_.empty()) databaseId_ = result.database;
-}
-
-void ImportJournal::begin(ImportResult& result, ImportReport& report, const Recorder& recorder) {
-  const RunStart run = describe(result);
-  result.fileHash = hexText(run.fileHash);
-  requireSameMapping(journal_.index, run);
-  // Only opening balances: master data is imported again by design.
-  if (result.arguments.kind->opening != nullptr && !result.arguments.again) {
-    const std::string refusal = repetitionRefusal(journal_.index, run, result.input->placeWord());
-    if (!refusal.empty()) throw Refused(refusal);
-  }
-  if (result.isDryRun()) return;
-  told_.resize(run.records.size());
-  expected_.resize(run.records.size());
-  addReadings(expected_, result.warnings);
-  try {
-    run_.emplace(JournalFile(std::move(journal_.file), journal_.index.end), run);
-  } catch (const RuntimeError& error) {
-    throw CannotOpen(cannotWrite(journal_.path, error) + "; nothing was imported");
-  }
-  result.journal = journal_.path;
-  result.run = run.number;
-  listen(report, recorder);
+void ImportJournal::identify(OwnConnection& database, const std::string& shown) {
+  databaseId_ = database.identity(!isRead_);
+  if (databaseId_.empty()) databaseId_ = shown;
 }
 
 Resumption ImportJournal::resumption(const ImportResult& result) const {
@@ -74,99 +23,9 @@ Resumption ImportJournal::resumption(const ImportResult& result) const {
                         {result.arguments.kind->name, databaseId_, hashOf(result.input->bytes())});
 }
 
-RunStart ImportJournal::describe(const ImportResult& result) const {
-  const auto& runs = journal_.index.runs;
-  RunStart run;
-  run.number = runs.empty() ? 1 : runs.back().start.number + 1;
-  run.time = result.began;
-  run.user = result.user;
-  run.version = programVersion;
-  run.folder = result.folder;
-  run.machineStart = surroundings_.machineStart;
-  run.kind = result.arguments.kind->name;
-  run.file = result.arguments.file;
-  run.fileBytes = result.input->bytes();
-  run.fileHash = hashOf(run.fileBytes);
-  run.database = result.database;
-  run.databaseId = databaseId_;
-  run.errorLog = result.errorLog;
-  run.accepted = result.arguments.accept;
-  run.mapping = result.mapping;
-  run.oneTransaction = result.arguments.allOrNothing;
-  run.resumes = result.resumes;
-  run.setApart = result.setApart;
-  const LaterRecords* const later = asPart(*result.input);
-  if (later != nullptr) run.firstRecord = later->first();
-  run.records = hashRecords(*result.arguments.kind, *result.input, result.mapping,
-                            civilFromDate(run.time).year);
-  return run;
-}
-
-// Whoever listens already may end the run before the record: then it does not begin.
-void ImportJournal::listen(ImportReport& report, const Recorder& recorder) {
-  report.onRecord = [this, &recorder, before = std::move(report.onRecord)](std::size_t record) {
-    if (before) before(record);
-    mark_ = {recorder.calls().size(), recorder.lines().size(), recorder.shown().size()};
-    orEndRun([&] { run_->recordBegins(record - 1); });
-    begun_ = record;
-  };
-  report.onRecordEnd = [this, &report, &recorder](std::size_t record) {
-    orEndRun([&] { recordEnds(record - 1, report, recorder); });
-  };
-}
-
-void ImportJournal::recordEnds(std::size_t record, const ImportReport& report,
-                               const Recorder& recorder) {
-  RecordTrace trace = std::move(expected_[record]);
-  trace.said = &report.record(record);
-  pointTo(trace.calls, recorder.calls(), mark_.calls);
-  pointTo(trace.lines, recorder.lines(), mark_.lines);
-  pointTo(trace.messages, recorder.shown(), mark_.messages);
-  trace.outcome = outcomeOf(trace);
-  run_->recordEnds(record, trace);
-  told_[record] = trace.outcome;
-}
-
-// A run that cannot be written down does not go on.
-template <class Write>
-void ImportJournal::orEndRun(Write write) {
-  trapErrors(write, [this](const RuntimeError& error) {
-    failure_ = cannotWrite(journal_.path, error);
-    throw RunEnded{failure_};
-  });
-}
-
-void ImportJournal::end(ImportResult& result, const Ending& ending) {
-  if (!run_) return;
-  trapErrors([&] { writeEnd(result, ending); },
-             [&](const RuntimeError& error) { failure_ = cannotWrite(journal_.path, error); });
-  if (!failure_.empty()) {
-    result.brokeOff = failure_ + ". What the run did after that is in this report only";
-  }
-}
-
-// A record that was cut off ends only now; of another one more may be known than when it ended.
-void ImportJournal::writeEnd(const ImportResult& result, const Ending& ending) {
-  const Traces& traces = result.traces;
-  RunEnd end{result.ended,
-             ending.completed,
-             ending.screenRecords,
-             ending.changes,
-             result.refusal,
-             result.brokeOff,
-             {},
-             copies(traces.strays),
-             copies(traces.runLines),
-             copies(traces.runMessages)};
-  for (std::size_t record = 0; record < begun_; ++record) {
-    const RecordTrace& trace = traces.records[record];
-    if (!told_[record]) {
-      run_->recordEnds(record, trace);
-    } else if (*told_[record] != trace.outcome) {
-      end.revised.emplace_back(record, trace.outcome);
-    }
-  }
-  run_->runEnds(end);
+JournalFile& ImportJournal::file() {
+  if (!file_) file_.emplace(std::move(journal_.file), journal_.index.end);
+  return *file_;
 }
 
 }  // namespace velk

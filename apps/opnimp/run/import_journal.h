@@ -1,19 +1,17 @@
-// The journal of one import: refuses what an earlier run posted, and writes down this one.
+// The journal as one call of the import uses it: opened once, for the runs of all its files.
 #pragma once
 
 #include <cstdint>
-#include <exception>
 #include <optional>
 #include <ostream>
 #include <string>
-#include <vector>
 
-#include "apps/opnimp/audit/import_report.h"
-#include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/cli/arguments.h"
+#include "apps/opnimp/journal/journal_file.h"
 #include "apps/opnimp/journal/resumption.h"
-#include "apps/opnimp/journal/run_journal.h"
 #include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/run/journal_choice.h"
+#include "platform/database.h"
 
 namespace velk {
 
@@ -25,49 +23,28 @@ class ImportJournal {
   ImportJournal(const ImportJournal&) = delete;
   ImportJournal& operator=(const ImportJournal&) = delete;
 
-  /// Asks which database it is, and stores an id in one that has none. First of all, and before a
-  /// transaction begins, which would take the id back with it. Raises RuntimeError.
-  void identify(const ImportResult& result, const OpenDatabase& database);
+  /// Asks which database it is, and stores an id in one that has none, unless nothing may be
+  /// written. First of all, and before a transaction begins, which would take the id back with it.
+  /// `shown` is how the database is named. Raises RuntimeError.
+  void identify(OwnConnection& database, const std::string& shown);
 
-  /// Where the run goes on that resumes another one. Raises UsageError when there is none.
+  const std::string& path() const { return journal_.path; }
+  /// As it was before the call.
+  const RunIndex& index() const { return journal_.index; }
+  const std::string& databaseId() const { return databaseId_; }
+  /// Where a run of this file would go on.
   Resumption resumption(const ImportResult& result) const;
 
-  /// Says that the run begins and from then on listens to `report`; both outlive the object. Raises
-  /// Refused for a repetition, CannotOpen when it cannot be written.
-  void begin(ImportResult& result, ImportReport& report, const Recorder& recorder);
-  /// What is known of a run only when it has ended, and is not in its result.
-  struct Ending {
-    bool completed = false;
-    std::optional<long long> screenRecords;
-    Changes changes = Changes::Stand;
-  };
-  /// Says how it ended, and of the records that it had no word of. A failure becomes the run's.
-  void end(ImportResult& result, const Ending& ending);
+  std::uint64_t nextRun() { return nextRun_++; }
+  /// To add a run to, the last one having ended. Raises RuntimeError.
+  JournalFile& file();
 
  private:
-  /// Where the recorder stood when a record began.
-  struct Mark {
-    std::size_t calls = 0;
-    std::size_t lines = 0;
-    std::size_t messages = 0;
-  };
-
-  RunStart describe(const ImportResult& result) const;
-  void listen(ImportReport& report, const Recorder& recorder);
-  void recordEnds(std::size_t record, const ImportReport& report, const Recorder& recorder);
-  void writeEnd(const ImportResult& result, const Ending& ending);
-  template <class Write>
-  void orEndRun(Write write);
-
-  const Surroundings& surroundings_;
+  bool isRead_;  // and not written
   OpenJournal journal_;
   std::string databaseId_;
-  std::optional<RunJournal> run_;  // empty: nothing is written
-  Mark mark_;
-  std::vector<RecordTrace> expected_;         // what is read of each record otherwise than written
-  std::vector<std::optional<Outcome>> told_;  // by record
-  std::size_t begun_ = 0;
-  std::string failure_;
+  std::uint64_t nextRun_;
+  std::optional<JournalFile> file_;
 };
 
 }  // namespace velk

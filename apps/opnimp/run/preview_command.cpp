@@ -1,7 +1,9 @@
 #include "apps/opnimp/run/preview_command.h"
 
 #include <algorithm>
+#include <map>
 #include <new>
+#include <vector>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/report/preview_report.h"
@@ -28,13 +30,13 @@ class PassingCheck final : public Command {
 
 /// What a preview has in the place of a database: every check and look-up passes, no date is too
 /// late, and the screen has its own colours, as on a connection that was never opened.
-class PreviewConnection final : public ClosedConnection {
+class PreviewConnection final : public OwnConnection {
  public:
   std::unique_ptr<Command> newCommand() override { return std::make_unique<PassingCheck>(); }
 
   std::shared_ptr<Recordset> Execute(std::string_view text) override {
     if (text.find("ColorSettings") != std::string_view::npos) {
-      return ClosedConnection::Execute(text);
+      return ClosedConnection().Execute(text);
     }
     // No salesman may have an empty type.
     const bool asksForNothing = text.find("DSTypeValue = ''") != std::string_view::npos;
@@ -64,19 +66,25 @@ void readTable(const ListView& list, PreviewTable& preview) {
 
 ExitStatus runPreview(const Arguments& arguments, const Streams& streams,
                       const Surroundings& surroundings) {
-  PreviewTable table;
+  std::map<std::string, PreviewTable> tables;
   ExitStatus status = ExitStatus::Posted;
-  const auto report = [&](const ImportResult& result) {
-    (arguments.json ? writePreviewJson : writePreviewText)(result, table, streams.out);
-    status = result.status();
+  const auto show = [&](const FilesResult& call) {
+    status = call.status();
+    std::vector<FilePreview> files;
+    for (const ImportResult* result : call.files()) {
+      files.push_back({*result, tables[result->arguments.file]});
+    }
+    (arguments.json ? writePreviewJson : writePreviewText)(files, status, streams.out);
+  };
+  const auto viewed = [&](const std::string& file, const ImportScreen& screen) {
+    readTable(screen.lv, tables[file]);
   };
   try {
     // Without a progress line.
     foreseeImport(arguments, {streams.out, streams.err, false}, surroundings,
-                  {std::make_shared<PreviewConnection>(),
-                   [&](const ImportScreen& screen) { readTable(screen.lv, table); }, report});
+                  {std::make_shared<PreviewConnection>(), viewed, show});
   } catch (const std::bad_alloc&) {
-    throw CannotOpen(tooLarge(arguments.file));
+    throw CannotOpen(tooLarge(arguments.files.back()));
   }
   return status;
 }

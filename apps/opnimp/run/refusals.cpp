@@ -1,24 +1,11 @@
 #include "apps/opnimp/run/refusals.h"
 
+#include "apps/opnimp/cli/failures.h"
 #include "mapping/import_run.h"
 
 namespace velk {
 
-// What is wrong with the file itself is told first: it explains whatever else did not go.
-std::string viewRefusalText(const ImportReport& report, const InputRecords& input,
-                            const ImportKind& kind) {
-  if (std::string fault = input.refusal(kind); !fault.empty()) return fault;
-  const auto& refusal = report.refusal();
-  if (refusal && refusal->why.reason == Reason::CaptionMismatch) {
-    return "the database does not know the caption \"DSType\" of the DS types: is it the right "
-           "database?";
-  }
-  // From the most exact word to the least: a refusal, the end of the run, the end of one step.
-  const std::string& said = refusal                 ? refusal->text
-                            : report.stop().empty() ? report.lastError()
-                                                    : report.stop();
-  return "the file could not be viewed" + (said.empty() ? "" : ": " + said);
-}
+namespace {
 
 std::string unmappedText(const std::string& fields) {
   return "no column of the file is mapped to " + fields +
@@ -41,6 +28,36 @@ std::string misreadingsText(const std::vector<Warning>& warnings, const Argument
          listed;
 }
 
+void requireValues(const ImportResult& result) {
+  const InputRecords& input = *result.input;
+  const std::size_t width = mappedWidth(result.mapping);
+  for (std::size_t record = 0; record < input.count(); ++record) {
+    const auto fields = input.fields(record, width);
+    for (const std::size_t field : result.arguments.kind->mandatory) {
+      if (!mappedCell(fields, result.mapping, field).empty()) continue;
+      throw Refused(valueMissingText(result.mapping.at(field).field, input, record));
+    }
+  }
+}
+
+}  // namespace
+
+// What is wrong with the file itself is told first: it explains whatever else did not go.
+std::string viewRefusalText(const ImportReport& report, const InputRecords& input,
+                            const ImportKind& kind) {
+  if (std::string fault = input.refusal(kind); !fault.empty()) return fault;
+  const auto& refusal = report.refusal();
+  if (refusal && refusal->why.reason == Reason::CaptionMismatch) {
+    return "the database does not know the caption \"DSType\" of the DS types: is it the right "
+           "database?";
+  }
+  // From the most exact word to the least: a refusal, the end of the run, the end of one step.
+  const std::string& said = refusal                 ? refusal->text
+                            : report.stop().empty() ? report.lastError()
+                                                    : report.stop();
+  return "the file could not be viewed" + (said.empty() ? "" : ": " + said);
+}
+
 // In the order in which the user has to mend things: the file, its columns, its values.
 std::string runRefusalText(const Said& refusal, const InputRecords& input,
                            const std::vector<FieldMapping>& mapping, const ImportKind& kind) {
@@ -50,6 +67,28 @@ std::string runRefusalText(const Said& refusal, const InputRecords& input,
   if (refusal.why.reason != Reason::ValueMissing) return refusal.text;
   return valueMissingText(mapping.at(refusal.why.field.value()).field, input,
                           refusal.row - ImportRun::firstDataRow);
+}
+
+// With no record to look at, the screen imports a file that lacks mandatory columns.
+void requireImportable(const ImportResult& result) {
+  const InputRecords& input = *result.input;
+  const ImportKind& kind = *result.arguments.kind;
+  const std::string fault = input.refusal(kind);
+  const std::string unmapped = unmappedFields(result.mapping, kind.mandatory);
+  if (input.count() == 0 && !unmapped.empty()) {
+    throw Refused(fault.empty() ? "the file has no records, and " + unmappedText(unmapped) : fault);
+  }
+  if (!unmapped.empty() || !fault.empty()) return;
+  const std::string misread = misreadingsText(result.warnings, result.arguments);
+  if (!misread.empty()) throw Refused(misread);
+}
+
+void requireWhole(const ImportResult& result) {
+  const ImportKind& kind = *result.arguments.kind;
+  if (const std::string fault = result.input->refusal(kind); !fault.empty()) throw Refused(fault);
+  const std::string unmapped = unmappedFields(result.mapping, kind.mandatory);
+  if (!unmapped.empty()) throw Refused(unmappedText(unmapped));
+  requireValues(result);
 }
 
 }  // namespace velk

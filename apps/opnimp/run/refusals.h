@@ -5,10 +5,9 @@
 #include <vector>
 
 #include "apps/opnimp/audit/import_report.h"
-#include "apps/opnimp/cli/arguments.h"
 #include "apps/opnimp/records/field_mapping.h"
 #include "apps/opnimp/records/input_records.h"
-#include "apps/opnimp/warnings/warnings.h"
+#include "apps/opnimp/report/import_result.h"
 
 namespace velk {
 
@@ -20,15 +19,13 @@ std::string viewRefusalText(const ImportReport& report, const InputRecords& inpu
 std::string runRefusalText(const Said& refusal, const InputRecords& input,
                            const std::vector<FieldMapping>& mapping, const ImportKind& kind);
 
-/// Of a file with a record that lacks the value of a mandatory field.
-std::string valueMissingText(const std::string& field, const InputRecords& input,
-                             std::size_t record);
+/// Raises Refused when values would be read otherwise than they are written, not all of these being
+/// accepted, or when there are neither records nor mandatory columns. A file that the screen itself
+/// refuses is left to it: it says what has to be mended first.
+void requireImportable(const ImportResult& result);
 
-/// Of a file of which values would be read otherwise than they are written; empty if all of these
-/// are accepted.
-std::string misreadingsText(const std::vector<Warning>& warnings, const Arguments& arguments);
-
-/// Of a file in which no column is mapped to some of the mandatory fields.
-std::string unmappedText(const std::string& fields);
+/// Raises Refused for what the screen itself would refuse at Import: too late if something was
+/// posted by then.
+void requireWhole(const ImportResult& result);
 
 }  // namespace velk

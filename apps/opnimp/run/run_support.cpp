@@ -62,6 +62,14 @@ bool haveSameFile(const Writes& a, const Writes& b) {
   });
 }
 
+void protect(const std::string& file, const char* what, const Writes& writes) {
+  for (const std::string& path : writes.paths) {
+    if (!isSameFile(path, file)) continue;
+    throw UsageError(std::string(writes.writer) + " would write over " + what +
+                     ": choose another name than " + writes.named);
+  }
+}
+
 }  // namespace
 
 std::string applicationFolder(const std::optional<std::string>& option) {
@@ -77,30 +85,29 @@ std::string applicationFolder(const std::optional<std::string>& option) {
   return text;
 }
 
-void checkWrites(const Writes& writes, const DatabaseChoice& database, const std::string& folder,
-                 const std::string& input) {
-  const auto protect = [&](const std::string& file, const char* what) {
-    for (const std::string& path : writes.paths) {
-      if (!isSameFile(path, file)) continue;
-      throw UsageError(std::string(writes.writer) + " would write over " + what +
-                       ": choose another name than " + writes.named);
-    }
-  };
-  // An export has no file to import.
-  if (!input.empty()) protect(input, "the file to import");
-  // Protected even if it does not exist yet, because the run may create it.
-  protect(folder + pathSeparator + "Error.log", "the error log");
-  for (const std::string& file : databaseFiles(database.path)) protect(file, "the database");
-}
-
 void checkWrites(const std::vector<Writes>& several, const DatabaseChoice& database,
-                 const std::string& folder, const std::string& input) {
+                 const std::string& folder, const std::vector<std::string>& inputs) {
   for (std::size_t i = 0; i < several.size(); ++i) {
-    checkWrites(several[i], database, folder, input);
+    for (const std::string& input : inputs) protect(input, "the file to import", several[i]);
+    // Protected even if it does not exist yet, because the run may create it.
+    protect(folder + pathSeparator + "Error.log", "the error log", several[i]);
+    for (const std::string& file : databaseFiles(database.path)) {
+      protect(file, "the database", several[i]);
+    }
     for (std::size_t j = 0; j < i; ++j) {
       if (!haveSameFile(several[i], several[j])) continue;
       throw UsageError(std::string(several[i].writer).append(" and ").append(several[j].writer) +
                        " name one file");
+    }
+  }
+}
+
+void requireDistinct(const std::vector<std::string>& inputs) {
+  for (std::size_t i = 0; i < inputs.size(); ++i) {
+    for (std::size_t j = 0; j < i; ++j) {
+      if (!isSameFile(inputs[i], inputs[j])) continue;
+      throw UsageError(inputs[j] + " and " + inputs[i] +
+                       " name one file, which would be imported twice");
     }
   }
 }

@@ -28,12 +28,13 @@ struct Writes {
   std::string named;               ///< the path that the user gave
   std::vector<std::string> paths;  ///< all that are written
 };
-/// Raises UsageError when one of them is the database, the error log or the file to import.
-void checkWrites(const Writes& writes, const DatabaseChoice& database, const std::string& folder,
-                 const std::string& input);
-/// The same of several, of which no two may name one file.
+/// Raises UsageError when one of them is the database, the error log or one of the files to import,
+/// or when two of them name one file.
 void checkWrites(const std::vector<Writes>& several, const DatabaseChoice& database,
-                 const std::string& folder, const std::string& input);
+                 const std::string& folder, const std::vector<std::string>& inputs);
+
+/// Raises UsageError when two paths name one file.
+void requireDistinct(const std::vector<std::string>& inputs);
 
 /// That nothing was done, since the memory does not hold the file.
 std::string tooLarge(const std::string& path);

@@ -17,16 +17,7 @@ Surroundings realSurroundings() {
           .database = database == nullptr ? "" : database,
           .openDatabase =
               [](const std::string& connectionString, const OdbcOptions& options) {
-                // All members keep the connection alive.
-                const auto connection = openOdbc(connectionString, options);
-                return OpenDatabase{
-                    connection,
-                    [connection] { connection->beginTransaction(); },
-                    [connection] { connection->rollback(); },
-                    [connection] { connection->cancel(); },
-                    [connection] { connection->commit(); },
-                    [connection] { return connection->isInTransaction(); },
-                    [connection](bool mayStore) { return connection->identity(mayStore); }};
+                return openOdbc(connectionString, options);
               },
           .stateFolder = stateFolder(),
           .machineStart = machineStart()};

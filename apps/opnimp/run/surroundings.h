@@ -12,21 +12,6 @@
 
 namespace velk {
 
-/// An open database. A run that may have to be taken back calls `begin` before its first call, and
-/// `takeBack` or `commit` after its last. Another thread may `cancel` the statement that is
-/// running.
-struct OpenDatabase {
-  std::shared_ptr<Connection> connection;
-  std::function<void()> begin;
-  std::function<void()> takeBack;
-  std::function<void()> cancel = nullptr;
-  std::function<void()> commit = nullptr;
-  /// Whether the transaction is open still; asks the database.
-  std::function<bool()> inTransaction = nullptr;
-  /// See OdbcConnection::identity; empty when it cannot be told.
-  std::function<std::string(bool mayStore)> identity = {};
-};
-
 struct Surroundings {
   /// True once the user asked the run to end. Asked from two threads.
   std::function<bool()> interrupted;
@@ -37,7 +22,8 @@ struct Surroundings {
   /// OPNIMP_DATABASE; empty: it is not set.
   std::string database{};
   /// Opens a database by its ODBC connection string. Raises RuntimeError.
-  std::function<OpenDatabase(const std::string& connectionString, const OdbcOptions& options)>
+  std::function<std::shared_ptr<OwnConnection>(const std::string& connectionString,
+                                               const OdbcOptions& options)>
       openDatabase;
   std::string stateFolder;   ///< where programs keep what they remember; empty: there is none
   std::string machineStart;  ///< another text after each start of the machine

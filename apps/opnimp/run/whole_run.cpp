@@ -7,13 +7,13 @@
 
 namespace velk {
 
-WholeRun::WholeRun(const OpenDatabase& database, Recorder& recorder)
+WholeRun::WholeRun(OwnConnection& database, Recorder& recorder)
     : database_(database), recorder_(recorder) {
   try {
-    database_.begin();
+    database_.beginTransaction();
     // Some drivers begin only with the first statement: what counts here is that there is an
     // answer.
-    database_.inTransaction();
+    database_.isInTransaction();
   } catch (const RuntimeError& error) {
     throw CannotOpen("the database takes no --all-or-nothing: " + error.description());
   }
@@ -34,7 +34,7 @@ std::string WholeRun::settle(bool keep) {
 // If there is no answer, it is not known to be open.
 bool WholeRun::isOpen() const {
   bool open = false;
-  trapErrors([&] { open = database_.inTransaction(); }, [](const RuntimeError&) {});
+  trapErrors([&] { open = database_.isInTransaction(); }, [](const RuntimeError&) {});
   return open;
 }
 
@@ -55,7 +55,7 @@ WholeRun::End WholeRun::commit() {
 
 WholeRun::End WholeRun::takeBack() {
   const bool open = !hasPosted() || isOpen();
-  const bool takenBack = trapErrors([&] { database_.takeBack(); }, [](const RuntimeError&) {});
+  const bool takenBack = trapErrors([&] { database_.rollback(); }, [](const RuntimeError&) {});
   if (open && takenBack) return {Changes::TakenBack, {}};
   return {Changes::NotKnown, "what was posted could not be taken back for certain"};
 }

@@ -13,7 +13,7 @@ class WholeRun {
  public:
   /// Begins it, and has the recorder look after each call whether it is open. Raises CannotOpen if
   /// the database has no transactions, or cannot tell.
-  WholeRun(const OpenDatabase& database, Recorder& recorder);
+  WholeRun(OwnConnection& database, Recorder& recorder);
   /// Takes back what is not settled.
   ~WholeRun();
   WholeRun(const WholeRun&) = delete;
@@ -33,7 +33,7 @@ class WholeRun {
   bool isOpen() const;
   bool hasPosted() const;
 
-  const OpenDatabase& database_;
+  OwnConnection& database_;
   Recorder& recorder_;
   bool settled_ = false;
 };

@@ -48,28 +48,40 @@ std::uint32_t SectorSpace::next(std::uint32_t sector) const {
   return next_[sector];
 }
 
-std::string SectorSpace::chain(std::uint32_t first, std::optional<std::uint64_t> size) const {
-  // Before anything is reserved: the size is whatever the file claims.
+std::vector<std::uint32_t> SectorSpace::sectorsOf(std::uint32_t first) const {
+  std::vector<std::uint32_t> numbers;
+  for (std::uint32_t number = first; number != endOfChain; number = next(number)) {
+    if (number >= count()) damaged("a sector lies behind its end");
+    if (numbers.size() == count()) damaged(cyclic);
+    numbers.push_back(number);
+  }
+  return numbers;
+}
+
+StreamBytes SectorSpace::chain(std::uint32_t first, std::optional<std::uint64_t> size) const {
+  // Before anything else: the size is whatever the file claims.
   if (size.value_or(0) > sectors_.size()) damaged("a stream is longer than the file");
+  if (size == 0) return StreamBytes(std::string());
+  const std::vector<std::uint32_t> numbers = sectorsOf(first);
+  const std::size_t length = size ? static_cast<std::size_t>(*size) : numbers.size() * sectorSize_;
+  if (numbers.size() != (length + sectorSize_ - 1) / sectorSize_) {
+    damaged("a stream has more or fewer sectors than its length");
+  }
+  // Nearly always; then hundreds of megabytes need not be copied.
+  const auto isNext = [](std::uint32_t a, std::uint32_t b) { return a + 1 != b; };
+  const bool isOnePiece = std::ranges::adjacent_find(numbers, isNext) == numbers.end();
+  if (isOnePiece && first * sectorSize_ + length <= sectors_.size()) {
+    return StreamBytes(sectors_.substr(first * sectorSize_, length));
+  }
   std::string bytes;
-  bytes.reserve(static_cast<std::size_t>(size.value_or(0)));
-  std::size_t steps = 0;
-  std::uint32_t number = first;
-  while (size ? bytes.size() < *size : number < firstSpecialSector) {
-    const std::size_t wanted =
-        size ? std::min(sectorSize_, static_cast<std::size_t>(*size) - bytes.size()) : sectorSize_;
+  bytes.reserve(length);
+  for (const std::uint32_t number : numbers) {
+    const std::size_t wanted = std::min(sectorSize_, length - bytes.size());
     const std::string_view data = sector(number);
     if (data.size() < wanted) damaged("it ends too early");
     bytes.append(data.substr(0, wanted));
-    number = next(number);
-    if (++steps > count()) damaged(cyclic);
   }
-  // A circle can have enough bytes for the stream, but they would be the wrong ones.
-  while (number < next_.size()) {
-    number = next_[number];
-    if (++steps > count()) damaged(cyclic);
-  }
-  return bytes;
+  return StreamBytes(std::move(bytes));
 }
 
 bool CompoundFile::recognises(std::string_view bytes) {
@@ -81,7 +93,9 @@ CompoundFile::CompoundFile(std::string_view bytes)
     : sectorSize_(sectorSizeOf(bytes)),
       sectors_(bytes.substr(std::min(sectorSize_, bytes.size())), sectorSize_) {
   const std::string_view header = bytes.substr(0, headerSize);
-  miniCutoff_ = loadNumber<std::uint32_t>(header.data() + headerMiniCutoff);
+  if (loadNumber<std::uint32_t>(header.data() + headerMiniCutoff) != miniCutoff) {
+    damaged("its header says otherwise where short streams are");
+  }
   // In this order: each part is found with the help of the one before.
   readTable(header);
   readDirectory(loadNumber<std::uint32_t>(header.data() + headerFirstDirectory));
@@ -113,9 +127,10 @@ void CompoundFile::addTableSectors(std::string_view numbers) {
 }
 
 void CompoundFile::readDirectory(std::uint32_t first) {
-  const std::string directory = sectors_.chain(first);
+  const StreamBytes chain = sectors_.chain(first);
+  const std::string_view directory = chain.view();
   for (std::size_t at = 0; at + entrySize <= directory.size(); at += entrySize) {
-    const std::string_view bytes = std::string_view(directory).substr(at, entrySize);
+    const std::string_view bytes = directory.substr(at, entrySize);
     Entry& entry = entries_.emplace_back();
     entry.name = nameOf(bytes);
     FieldReader fields(bytes.substr(entryType));
@@ -136,8 +151,8 @@ void CompoundFile::readMiniStream(std::uint32_t firstTableSector) {
   if (entries_[0].size == 0) return;
   // The chain of the root entry contains the mini sectors.
   miniBytes_ = sectors_.chain(entries_[0].first, entries_[0].size);
-  mini_ = SectorSpace(miniBytes_, miniSectorSize);
-  mini_.appendToTable(sectors_.chain(firstTableSector));
+  mini_ = SectorSpace(miniBytes_.view(), miniSectorSize);
+  mini_.appendToTable(sectors_.chain(firstTableSector).view());
 }
 
 /// Goes through the tree below the root in any order: not every writer sorts it as it should be,
@@ -158,10 +173,12 @@ const CompoundFile::Entry* CompoundFile::find(std::string_view name) const {
   return nullptr;
 }
 
-std::optional<std::string> CompoundFile::stream(std::string_view name) const {
+std::optional<StreamBytes> CompoundFile::stream(std::string_view name) const {
   const Entry* const entry = find(name);
   if (entry == nullptr) return std::nullopt;
-  return (entry->size < miniCutoff_ ? mini_ : sectors_).chain(entry->first, entry->size);
+  if (entry->size >= miniCutoff) return sectors_.chain(entry->first, entry->size);
+  // Mini sectors may have been gathered, and then are gone with this object.
+  return StreamBytes(std::string(mini_.chain(entry->first, entry->size).view()));
 }
 
 }  // namespace velk::xls

@@ -9,9 +9,23 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velk::xls {
+
+/// A stream of the file: where its sectors follow each other a part of the file, else gathered.
+class StreamBytes {
+ public:
+  explicit StreamBytes(std::string_view inFile) : inFile_(inFile) {}
+  explicit StreamBytes(std::string gathered) : gathered_(std::move(gathered)) {}
+
+  std::string_view view() const { return inFile_.data() == nullptr ? gathered_ : inFile_; }
+
+ private:
+  std::string_view inFile_;
+  std::string gathered_;
+};
 
 /// Equal sectors and the table that tells which one follows which.
 class SectorSpace {
@@ -25,11 +39,13 @@ class SectorSpace {
   void appendToTable(std::string_view entries);
   std::size_t tableSize() const { return next_.size(); }
 
-  /// The bytes of the chain that begins with a sector: `size` of them, or all.
-  std::string chain(std::uint32_t first, std::optional<std::uint64_t> size = std::nullopt) const;
+  /// The bytes of the chain that begins with a sector: `size` of them, or all. Damage unless the
+  /// chain has as many sectors as it takes, and an end.
+  StreamBytes chain(std::uint32_t first, std::optional<std::uint64_t> size = std::nullopt) const;
 
  private:
   std::uint32_t next(std::uint32_t sector) const;
+  std::vector<std::uint32_t> sectorsOf(std::uint32_t first) const;
 
   std::string_view sectors_;
   std::size_t sectorSize_;
@@ -47,7 +63,7 @@ class CompoundFile {
   CompoundFile& operator=(const CompoundFile&) = delete;
 
   /// A stream of the root storage; its name has any letter case. Empty when there is none.
-  std::optional<std::string> stream(std::string_view name) const;
+  std::optional<StreamBytes> stream(std::string_view name) const;
 
  private:
   struct Entry {
@@ -69,9 +85,8 @@ class CompoundFile {
   std::size_t sectorSize_;
   SectorSpace sectors_;
   std::vector<Entry> entries_;
-  std::string miniBytes_;
+  StreamBytes miniBytes_{std::string_view()};
   SectorSpace mini_{{}, 64};
-  std::uint32_t miniCutoff_ = 0;
 };
 
 }  // namespace velk::xls

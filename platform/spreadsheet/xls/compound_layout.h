@@ -12,13 +12,15 @@ inline constexpr std::string_view signature{"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 
 inline constexpr std::size_t headerSize = 512;
 inline constexpr std::size_t headerSectorShift = 30;  // the size of sectors as a power of two
 inline constexpr std::size_t headerFirstDirectory = 48;
-inline constexpr std::size_t headerMiniCutoff = 56;  // shorter streams are in mini sectors
+inline constexpr std::size_t headerMiniCutoff = 56;
 inline constexpr std::size_t headerFirstMiniTable = 60;
 inline constexpr std::size_t headerFirstTableList = 68;
 inline constexpr std::size_t headerTableLists = 72;
 inline constexpr std::size_t headerTable = 76;  // the first 109 sectors of the sector table
 
 inline constexpr std::size_t miniSectorSize = 64;
+/// Shorter streams are in mini sectors; the header of every file says so.
+inline constexpr std::uint32_t miniCutoff = 4096;
 
 /// Numbers from here on name no sector.
 inline constexpr std::uint32_t firstSpecialSector = 0xFFFFFFFA;

@@ -16,7 +16,6 @@ constexpr std::size_t sectorSize = 512;
 constexpr std::size_t numbersInSector = sectorSize / 4;
 constexpr std::size_t numbersInHeader = (headerSize - headerTable) / 4;
 // The format allows no other value.
-constexpr std::size_t miniCutoff = 4096;
 
 std::uint32_t sectorsFor(std::size_t items, std::size_t itemsInSector) {
   return static_cast<std::uint32_t>((items + itemsInSector - 1) / itemsInSector);
@@ -95,7 +94,7 @@ std::string header(const Layout& at) {
   appendNumber(bytes, at.tableSectors);
   appendNumber(bytes, at.directory);
   appendNumber(bytes, std::uint32_t{0});  // no transactions
-  appendNumber(bytes, static_cast<std::uint32_t>(miniCutoff));
+  appendNumber(bytes, miniCutoff);
   appendNumber(bytes, at.isMini ? at.miniTable : endOfChain);
   appendNumber(bytes, at.table - at.miniTable);
   appendNumber(bytes, at.listSectors > 0 ? at.lists() : endOfChain);

@@ -47,6 +47,10 @@ class FieldReader {
     return taken;
   }
   std::size_t left() const { return bytes_.size(); }
+  /// Damage when there is more than was read.
+  void finish() const {
+    if (left() > 0) damaged("a record is too long");
+  }
 
  private:
   template <std::unsigned_integral T>

@@ -53,8 +53,7 @@ void ContinuedReader::skip(std::size_t count) {
   }
 }
 
-void ContinuedReader::appendText(std::string& to) {
-  const std::size_t length = u16();
+void ContinuedReader::appendText(std::string& to, std::size_t length) {
   const unsigned flags = u8();
   // Both counts precede the characters; what they count follows them.
   const std::size_t runs = (flags & textHasRuns) != 0 ? u16() : 0;

@@ -15,6 +15,8 @@ enum class Record : std::uint16_t {
   Formula = 0x0006,
   Bof2 = 0x0009,  // how sheets of versions 2, 3 and 4 begin
   Eof = 0x000A,
+  Header = 0x0014,
+  Footer = 0x0015,
   DateMode = 0x0022,
   FilePass = 0x002F,
   Font = 0x0031,
@@ -24,6 +26,7 @@ enum class Record : std::uint16_t {
   ColumnInfo = 0x007D,
   BoundSheet = 0x0085,
   MulRk = 0x00BD,
+  MulBlank = 0x00BE,
   RString = 0x00D6,
   ExtendedFormat = 0x00E0,
   SharedStrings = 0x00FC,
@@ -58,18 +61,24 @@ inline constexpr std::uint8_t textIsWide = 0x01;  // UTF-16; else the lower byte
 inline constexpr std::uint8_t textHasPhonetics = 0x04;
 inline constexpr std::uint8_t textHasRuns = 0x08;
 
+/// Damage when a record is longer than any may be, or, having a fixed layout, of another length.
+/// What is too long hides the records behind it, which may be rows. Records that end with a text, a
+/// formula or parts of their own are for their reader to check.
+void checkLength(Record type, std::size_t length);
+
 /// Goes through a stream record by record.
 class RecordReader {
  public:
   RecordReader(std::string_view stream, std::size_t at) : stream_(stream), at_(at) {}
 
-  /// Takes the next record. Damage when the stream ends before it does.
+  /// Takes the next record. Damage when the stream ends before it does, and as checkLength().
   void next() {
     if (stream_.size() - at_ < recordHeaderSize) damaged("its records have no end");
     type_ = peek();
     const auto length = loadNumber<std::uint16_t>(stream_.data() + at_ + 2);
     at_ += recordHeaderSize;
     if (stream_.size() - at_ < length) damaged("a record is longer than the rest");
+    checkLength(type_, length);
     payload_ = stream_.substr(at_, length);
     at_ += length;
   }
@@ -95,6 +104,10 @@ class ContinuedReader {
   explicit ContinuedReader(RecordReader& records) : records_(records), left_(records.payload()) {}
 
   bool atEnd() const { return left_.empty() && !records_.continues(); }
+  /// Damage when there is more than was read.
+  void finish() const {
+    if (!atEnd()) damaged("a record is too long");
+  }
   std::uint8_t u8();
   std::uint16_t u16();
   std::uint32_t u32();
@@ -102,10 +115,13 @@ class ContinuedReader {
 
   /// Appends a text as UTF-8. The runs of fonts and the phonetic part that may follow it are passed
   /// over.
-  void appendText(std::string& to);
+  void appendText(std::string& to) { appendText(to, u16()); }
+  /// The same for a text whose length takes one byte.
+  void appendShortText(std::string& to) { appendText(to, u8()); }
 
  private:
   void advance();
+  void appendText(std::string& to, std::size_t length);
   void appendCharacters(std::string& to, std::size_t length, bool wide);
 
   RecordReader& records_;

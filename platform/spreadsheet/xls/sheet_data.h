@@ -36,7 +36,8 @@ class TextPool {
 };
 
 struct Cell {
-  enum class Kind : std::uint8_t { Blank, Text, Number, Boolean, Error };
+  /// The last two are of formulas whose result the file does not have: blank, or a number.
+  enum class Kind : std::uint8_t { Blank, Text, Number, Boolean, Error, NoResult, NoNumber };
 
   std::uint16_t row;
   std::uint8_t column;

@@ -42,7 +42,7 @@ bool isBareSheet(std::string_view file) {
 
 }  // namespace
 
-std::string workbookStream(std::string_view file) {
+StreamBytes workbookStream(std::string_view file) {
   if (!CompoundFile::recognises(file)) refuseOther(file);
   const CompoundFile compound(file);
   if (auto stream = compound.stream("Workbook")) return std::move(*stream);

@@ -24,37 +24,39 @@ class XlsSheetReader final : public WorksheetReader {
     checkCell(row, column);
     return contents_.text(static_cast<std::size_t>(row) - 1, static_cast<std::size_t>(column) - 1);
   }
+  CellNature nature(int row, int column) const override {
+    checkCell(row, column);
+    return contents_.nature(static_cast<std::size_t>(row) - 1,
+                            static_cast<std::size_t>(column) - 1);
+  }
+  std::string hiddenName() const override { return contents_.hiddenName; }
 
  private:
   xls::SheetContents contents_;
 };
 
-/// The file's workbook; the bytes of the file itself are gone when it is there.
-std::string streamOf(InputFile& file) {
+std::string bytesOf(InputFile& file) {
   if (file.length() >= maxLength) throw RuntimeError(ErrorNumber::OutOfMemory);
-  return refusingWithoutMemory([&] {
-    std::string bytes(static_cast<std::size_t>(file.length()), '\0');
-    bytes.resize(file.read(bytes.data(), bytes.size()));
-    return xls::workbookStream(bytes);
-  });
-}
-
-std::unique_ptr<WorksheetReader> readStream(const std::string& stream) {
-  return std::make_unique<XlsSheetReader>(xls::readWorkbook(stream));
+  std::string bytes(static_cast<std::size_t>(file.length()), '\0');
+  bytes.resize(file.read(bytes.data(), bytes.size()));
+  return bytes;
 }
 
 }  // namespace
 
-std::unique_ptr<WorksheetReader> XlsSpreadsheet::open(std::string_view path) {
-  return readStream(streamOf(*files_.openInput(path)));
+std::unique_ptr<WorksheetReader> XlsSpreadsheet::open(std::string_view path,
+                                                      const ColumnSet& wanted) {
+  const auto file = files_.openInput(path);
+  return refusingWithoutMemory([&] { return readXls(bytesOf(*file), wanted); });
 }
 
 std::unique_ptr<WorksheetWriter> XlsSpreadsheet::add() {
   return xls::newXlsSheet(files_);
 }
 
-std::unique_ptr<WorksheetReader> readXls(std::string_view file) {
-  return readStream(xls::workbookStream(file));
+std::unique_ptr<WorksheetReader> readXls(std::string_view file, const ColumnSet& wanted) {
+  const xls::StreamBytes stream = xls::workbookStream(file);
+  return std::make_unique<XlsSheetReader>(xls::readWorkbook(stream.view(), wanted));
 }
 
 }  // namespace velk

@@ -16,7 +16,7 @@ class XlsSpreadsheet final : public Spreadsheet {
   explicit XlsSpreadsheet(FileSystem& files) : files_(files) {}
 
   /// Files of 1 GB or more are error 7. Formulas show the result that was last saved.
-  std::unique_ptr<WorksheetReader> open(std::string_view path) override;
+  std::unique_ptr<WorksheetReader> open(std::string_view path, const ColumnSet& wanted) override;
   std::unique_ptr<WorksheetWriter> add() override;
 
  private:
@@ -24,6 +24,6 @@ class XlsSpreadsheet final : public Spreadsheet {
 };
 
 /// The same from a file's bytes.
-std::unique_ptr<WorksheetReader> readXls(std::string_view file);
+std::unique_ptr<WorksheetReader> readXls(std::string_view file, const ColumnSet& wanted);
 
 }  // namespace velk

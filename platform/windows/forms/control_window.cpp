@@ -29,6 +29,21 @@ ControlWindow::ControlWindow(Control& control, const ControlPlace& place,
   SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(font()), FALSE);
 }
 
+void ControlWindow::nameBy(std::string_view caption) {
+  if (label_ == nullptr) {
+    label_ = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | SS_NOPREFIX, 0, 0, 0, 0,
+                             GetParent(handle_), nullptr, thisModule(), nullptr);
+  }
+  SetWindowTextW(label_, toWide(caption).c_str());
+}
+
+void ControlWindow::putLast() const {
+  for (const HWND window : {label_, handle_}) {
+    if (window == nullptr) continue;
+    SetWindowPos(window, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  }
+}
+
 HFONT ControlWindow::font() const {
   return fonts_.of(control_);
 }

@@ -9,9 +9,10 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include "platform/windows/forms/fonts.h"
-#include "platform/windows/forms/scale.h"
+#include "platform/windows/scale.h"
 #include "ui/control.h"
 
 namespace velk {
@@ -32,6 +33,11 @@ class ControlWindow {
   ControlWindow& operator=(const ControlWindow&) = delete;
 
   HWND handle() const { return handle_; }
+  /// Screen readers take the name of a box from the text before it, shown or not. The screens show
+  /// none there, so that this makes one.
+  void nameBy(std::string_view caption);
+  /// Below all other windows of its parent: the Tab key comes here after them.
+  void putLast() const;
   Control& control() const { return control_; }
 
   /// A property has changed in the model.
@@ -68,6 +74,7 @@ class ControlWindow {
   Scale scale_;
   Fonts& fonts_;
   HWND handle_;
+  HWND label_ = nullptr;
 };
 
 /// The number that Windows paints for a colour of the model.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/windows/forms/scale.h"
+#include "platform/windows/scale.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {

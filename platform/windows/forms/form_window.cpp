@@ -76,16 +76,23 @@ void FormWindow::makeControls() {
       controls_.push_back(std::move(window));
     }
   }
+  nameBoxes();
   applyTabOrder();
 }
 
 // The Tab key goes from the top of the stack of windows to its bottom.
 void FormWindow::applyTabOrder() const {
   for (const Control* control : tabOrder(*form_)) {
-    const ControlWindow* window = windowOf(*control);
-    if (window == nullptr) continue;
-    SetWindowPos(window->handle(), HWND_BOTTOM, 0, 0, 0, 0,
-                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    if (const ControlWindow* window = windowOf(*control)) window->putLast();
+  }
+}
+
+// What a box is for stands on its frame.
+void FormWindow::nameBoxes() const {
+  for (const auto& window : controls_) {
+    const Control& control = window->control();
+    const bool isBox = control.has(Property::Text) && control.container() != nullptr;
+    if (isBox) window->nameBy(control.container()->text(Property::Caption));
   }
 }
 
@@ -332,6 +339,7 @@ void FormWindow::formChanged(Property property) {
 void FormWindow::controlChanged(Control& control, Property property) {
   const auto alive = weak_from_this().lock();  // a focus that moves runs handlers
   if (ControlWindow* window = windowOf(control)) window->propertyChanged(property);
+  if (property == Property::Caption) nameBoxes();
   changeLater();
 }
 

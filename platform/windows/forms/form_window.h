@@ -45,6 +45,7 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
   LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam);
   void makeWindow();
   void makeControls();
+  void nameBoxes() const;
   void applyTabOrder() const;
   ControlWindow* windowOf(const Control& control) const;
   ControlWindow* holding(HWND window) const;

@@ -23,6 +23,8 @@ LRESULT bySystem(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 
 }  // namespace
 
+// Not by SetWindowSubclass: older common controls export it by its number only, and a DLL that
+// imports it by name would not load there.
 HeaderWindow::HeaderWindow(HWND header, Scale scale, HeaderLook look)
     : handle_(header), scale_(scale), look_(std::move(look)) {
   SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));

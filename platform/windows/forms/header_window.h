@@ -12,7 +12,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/windows/forms/scale.h"
+#include "platform/windows/scale.h"
 
 namespace velk {
 

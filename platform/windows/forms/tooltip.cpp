@@ -1,7 +1,7 @@
 #include "platform/windows/forms/tooltip.h"
 
-#include "platform/windows/forms/scale.h"
 #include "platform/windows/module_path.h"
+#include "platform/windows/scale.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {

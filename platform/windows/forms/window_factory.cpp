@@ -1,6 +1,5 @@
 #include "platform/windows/forms/window_factory.h"
 
-#include "platform/windows/module_path.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -106,15 +105,6 @@ class ComboWindow final : public ControlWindow {
   ComboBox& box_;
 };
 
-// Screen readers take the name of a box from the text that was made before it, shown or not. The
-// screens show none there: what a box is for stands on its frame.
-void nameBox(const Control& box, HWND parent) {
-  const Control* frame = box.container();
-  if (frame == nullptr) return;
-  CreateWindowExW(0, L"STATIC", toWide(frame->text(Property::Caption)).c_str(),
-                  WS_CHILD | SS_NOPREFIX, 0, 0, 0, 0, parent, nullptr, thisModule(), nullptr);
-}
-
 template <class Model, class Window>
 std::unique_ptr<ControlWindow> make(Control& control, const ControlPlace& place) {
   auto* model = dynamic_cast<Model*>(&control);
@@ -126,9 +116,6 @@ std::unique_ptr<ControlWindow> make(Control& control, const ControlPlace& place)
 std::unique_ptr<ControlWindow> makeControlWindow(Control& control, const ControlPlace& place) {
   if (auto* frame = dynamic_cast<Frame*>(&control)) return makeFrameWindow(*frame, place);
   if (auto* list = dynamic_cast<ListView*>(&control)) return makeListWindow(*list, place);
-  const bool isBox =
-      dynamic_cast<TextBox*>(&control) != nullptr || dynamic_cast<ComboBox*>(&control) != nullptr;
-  if (isBox) nameBox(control, place.parent);
   for (const auto maker : {make<Label, LabelWindow>, make<CommandButton, ButtonWindow>,
                            make<TextBox, TextBoxWindow>, make<ComboBox, ComboWindow>}) {
     if (auto window = maker(control, place)) return window;

@@ -1,4 +1,4 @@
-#include "platform/windows/forms/scale.h"
+#include "platform/windows/scale.h"
 
 #include "platform/windows/handles.h"
 

@@ -1,0 +1,20 @@
+#include "apps/opnimp/run/dry_run.h"
+
+#include "apps/opnimp/cli/failures.h"
+#include "base/errors.h"
+
+namespace velk {
+
+DryRun::DryRun(OwnConnection& database) : database_(database) {
+  trapErrors([&] { database_.beginTransaction(); },
+             [](const RuntimeError& error) {
+               throw CannotOpen("the database takes no dry run: " + error.description());
+             });
+}
+
+// What fails is taken back when the connection closes.
+DryRun::~DryRun() {
+  trapErrors([&] { database_.rollback(); }, [](const RuntimeError&) {});
+}
+
+}  // namespace velk

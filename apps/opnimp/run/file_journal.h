@@ -1,0 +1,61 @@
+// What one import of a file has to do with the journal: it is refused if an earlier run posted the
+// same, and written down as a run of its own.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apps/opnimp/audit/import_report.h"
+#include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/journal/run_journal.h"
+#include "apps/opnimp/report/import_result.h"
+#include "apps/opnimp/run/import_journal.h"
+
+namespace velk {
+
+class FileJournal {
+ public:
+  /// Describes the run that is about to begin. Raises Refused for a repetition.
+  FileJournal(ImportJournal& journal, ImportResult& result, const Surroundings& surroundings);
+  FileJournal(const FileJournal&) = delete;
+  FileJournal& operator=(const FileJournal&) = delete;
+
+  /// Says that the run begins and from then on listens to `report`; both outlive the object. Raises
+  /// CannotOpen when it cannot be written. Of a dry run nothing is.
+  void begin(ImportResult& result, ImportReport& report, const Recorder& recorder);
+  /// What is known of a run only when it has ended, and is not in its result.
+  struct Ending {
+    bool completed = false;
+    std::optional<long long> screenRecords;
+    Changes changes = Changes::Stand;
+  };
+  /// Says how it ended, and of the records that it had no word of. A failure becomes the run's.
+  /// Nothing if the run did not begin.
+  void end(ImportResult& result, const Ending& ending);
+
+ private:
+  /// Where the recorder stood when a record began.
+  struct Mark {
+    std::size_t calls = 0;
+    std::size_t lines = 0;
+    std::size_t messages = 0;
+  };
+
+  void listen(ImportReport& report, const Recorder& recorder);
+  void recordEnds(std::size_t record, const ImportReport& report, const Recorder& recorder);
+  void writeEnd(const ImportResult& result, const Ending& ending);
+  template <class Write>
+  void orEndRun(Write write);
+
+  ImportJournal& journal_;
+  RunStart start_;
+  std::optional<RunJournal> run_;  // empty: nothing is written
+  Mark mark_;
+  std::vector<RecordTrace> expected_;         // what is read of each record otherwise than written
+  std::vector<std::optional<Outcome>> told_;  // by record
+  std::size_t begun_ = 0;
+  std::string failure_;
+};
+
+}  // namespace velk

@@ -1,0 +1,33 @@
+// What the files of one call of the import share.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "apps/opnimp/audit/run_gate.h"
+#include "apps/opnimp/cli/progress.h"
+#include "apps/opnimp/cli/streams.h"
+#include "apps/opnimp/run/import_journal.h"
+#include "apps/opnimp/run/surroundings.h"
+#include "mapping/import_screen.h"
+#include "platform/database.h"
+
+namespace velk {
+
+struct ImportCall {
+  const Streams& streams;
+  const Surroundings& surroundings;
+  bool hasSeveralFiles = false;
+  Progress progress{streams.err, streams.errIsTerminal};
+  RunGate gate{};        ///< that each call of the database passes
+  std::string folder{};  ///< of the error log
+  std::shared_ptr<OwnConnection> database{};
+  std::optional<ImportJournal> journal{};  ///< empty: a foreseen import knows of no runs
+  /// Of a foreseen import, which shows no message of the import: gets the screen when it shows a
+  /// file and its mapping, also where it refuses a mapping.
+  std::function<void(const std::string& file, const ImportScreen&)> viewed{};
+};
+
+}  // namespace velk

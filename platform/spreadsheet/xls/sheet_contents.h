@@ -1,0 +1,35 @@
+// What is read of a workbook: the first worksheet's cells, and the formats in which their numbers
+// show.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/spreadsheet.h"
+#include "platform/spreadsheet/number_format.h"
+#include "platform/spreadsheet/xls/sheet_data.h"
+
+namespace velk::xls {
+
+/// Rows and columns count from 0.
+struct SheetContents {
+  struct Number {
+    double value;
+    std::uint16_t cellFormat;
+  };
+
+  std::string hiddenName;  ///< the sheet's, if users do not see it
+  TextPool texts;
+  CellTable cells;
+  std::vector<Number> numbers;
+  std::vector<NumberFormat> formats{NumberFormat(builtInFormat(0))};  ///< the general one first
+  std::vector<std::uint16_t> cellFormats;                             ///< positions in `formats`
+  bool from1904 = false;  ///< dates count from 1904, not 1900
+
+  std::string text(std::size_t row, std::size_t column) const;
+  CellNature nature(std::size_t row, std::size_t column) const;
+};
+
+}  // namespace velk::xls
