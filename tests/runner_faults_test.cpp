@@ -93,6 +93,10 @@ TEST_CASE("faults: only what is known is said") {
       {"Faults=...e", "posted unknown not-reached", 5},
       {"Faults=d;State=42000", "unknown not-reached not-reached", 5},
       {"Faults=..d;State=HY000", "posted unknown not-reached", 5},
+      // A transaction that a procedure leaves open, found at once, and at the end.
+      {"Faults=o", "unknown not-reached not-reached", 5},
+      {"Faults=...o", "posted partial not-reached", 5},
+      {"Faults=....o", "unknown unknown unknown", 5},
   };
   for (const auto& row : rows) {
     CAPTURE(row.settings);
@@ -133,6 +137,27 @@ TEST_CASE("faults: all or nothing") {
     CHECK(world.folder.read("r.csv") ==
           (row.rejects.empty() ? crlf({openingTitles}) : crlf({openingTitles, row.rejects})));
     world.checkTruth(ran);
+  }
+}
+
+TEST_CASE("faults: a date that the engine cannot hold") {
+  FaultWorld world;
+  const Ran ran = world.importLines(
+      {openingTitles, openings[0], "C002,B,R2,31/12/1752,1,1", "C003,C,R3,01/01/1753,1,1"},
+      {"--accept", "all", "--database", world.connection("")});
+  CHECK(ran.status == 2);
+  CHECK(contains(ran.out + ran.err, "no date before 01/01/1753: line 3 (31/12/1752); correct"));
+  CHECK(world.ledger().empty());
+}
+
+TEST_CASE("faults: a dry run says what the catalogue knows") {
+  for (const auto& [catalogue, outcomes] :
+       {std::pair("", "posted posted posted"), {"missing", "failed failed failed"}}) {
+    CAPTURE(catalogue);
+    FaultWorld world;
+    const Ran ran = world.importAll(std::string("Catalogue=") + catalogue, {"--json", "--dry-run"});
+    CHECK(Json(ran.out).outcomes() == outcomes);
+    CHECK(world.ledger().empty());
   }
 }
 

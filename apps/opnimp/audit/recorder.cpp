@@ -58,10 +58,28 @@ void Recorder::callFailed(std::size_t call, const RuntimeError& error,
 
 // A procedure may end it, and then every later call would stand by itself.
 void Recorder::checkTransaction(std::size_t call) {
-  if (!transactionIsOpen_ || calls_[call].kind != CallKind::Procedure) return;
-  if (gate_.pass(transactionIsOpen_)) return;
+  if (calls_[call].kind != CallKind::Procedure) return;
+  if (left_) {
+    const bool failed = calls_[call].result != CallResult::Ok;
+    endIfLeft(gate_.pass([&] { return left_->afterCall(failed); }));
+  }
+  if (!transactionIsOpen_ || gate_.pass(transactionIsOpen_)) return;
   throw RunEnded{calls_[call].text +
                  " ended the transaction of --all-or-nothing; what was posted until then may stay"};
+}
+
+void Recorder::lookForLeft() {
+  if (left_) endIfLeft(gate_.pass([&] { return left_->atEnd(); }));
+}
+
+// Of an earlier call it is not known which one, and what was said of them may be lost.
+void Recorder::endIfLeft(LeftTransactions::Found found) {
+  using Found = LeftTransactions::Found;
+  if (found == Found::Nothing) return;
+  if (found == Found::OfThisCall) calls_.back().result = CallResult::InDoubt;
+  if (found == Found::OfAnEarlierCall) settle(Changes::NotKnown);
+  throw RunEnded{(found == Found::OfThisCall ? calls_.back().text : std::string("a procedure")) +
+                 " left a transaction open, in which what is posted may be lost; correct it first"};
 }
 
 void settleCalls(std::vector<RecordedCall>& calls, Changes changes) {

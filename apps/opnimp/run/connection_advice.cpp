@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "base/text.h"
-#include "platform/odbc/cannot_connect.h"
 
 namespace velk {
 
@@ -76,8 +76,10 @@ bool hasKeyword(const std::string& lowered, std::string_view name) {
   return (";" + lowered).find(std::string(";").append(name).append("=")) != std::string::npos;
 }
 
-std::string_view adviceAfter(const std::string& connectionString,
-                             const std::vector<Diagnostic>& said) {
+}  // namespace
+
+std::string_view connectionAdvice(std::string_view connectionString,
+                                  const std::vector<Diagnostic>& said) {
   const std::string lowered = lowerAscii(connectionString);
   if (hasKeyword(lowered, "provider")) return adoAdvice;
   const auto names = [&](std::string_view name) { return hasKeyword(lowered, name); };
@@ -87,14 +89,6 @@ std::string_view adviceAfter(const std::string& connectionString,
     if (std::ranges::any_of(said, fitting)) return advice.text;
   }
   return anyAdvice;
-}
-
-}  // namespace
-
-std::string adviceOn(const std::string& connectionString, const RuntimeError& error) {
-  const auto* failure = dynamic_cast<const CannotConnect*>(&error);
-  const auto said = failure == nullptr ? std::vector<Diagnostic>{} : failure->diagnostics();
-  return std::string(adviceAfter(connectionString, said));
 }
 
 }  // namespace velk
