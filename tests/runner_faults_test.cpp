@@ -151,12 +151,12 @@ TEST_CASE("faults: a date that the engine cannot hold") {
 }
 
 TEST_CASE("faults: a dry run says what the catalogue knows") {
-  for (const auto& [catalogue, outcomes] :
-       {std::pair("", "posted posted posted"), {"missing", "failed failed failed"}}) {
-    CAPTURE(catalogue);
+  for (const auto& row : {std::pair("Catalogue=", "posted posted posted"),
+                          {"Catalogue=missing", "failed failed failed"}}) {
+    CAPTURE(row.first);
     FaultWorld world;
-    const Ran ran = world.importAll(std::string("Catalogue=") + catalogue, {"--json", "--dry-run"});
-    CHECK(Json(ran.out).outcomes() == outcomes);
+    const Ran ran = world.importAll(row.first, {"--json", "--dry-run"});
+    CHECK(Json(ran.out).outcomes() == row.second);
     CHECK(world.ledger().empty());
   }
 }

@@ -1,5 +1,6 @@
 #include "apps/opnimp/audit/recorder.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "apps/opnimp/audit/run_ended.h"
@@ -61,7 +62,7 @@ void Recorder::checkTransaction(std::size_t call) {
   if (calls_[call].kind != CallKind::Procedure) return;
   if (left_) {
     const bool failed = calls_[call].result != CallResult::Ok;
-    endIfLeft(gate_.pass([&] { return left_->afterCall(failed); }));
+    endIfLeft(gate_.pass([&] { return left_->afterCall(failed); }), calls_[call]);
   }
   if (!transactionIsOpen_ || gate_.pass(transactionIsOpen_)) return;
   throw RunEnded{calls_[call].text +
@@ -69,17 +70,25 @@ void Recorder::checkTransaction(std::size_t call) {
 }
 
 void Recorder::lookForLeft() {
-  if (left_) endIfLeft(gate_.pass([&] { return left_->atEnd(); }));
+  const auto last =
+      std::ranges::find(calls_.rbegin(), calls_.rend(), CallKind::Procedure, &RecordedCall::kind);
+  if (!left_ || last == calls_.rend()) return;
+  endIfLeft(gate_.pass([&] { return left_->atEnd(); }), *last);
 }
 
 // Of an earlier call it is not known which one, and what was said of them may be lost.
-void Recorder::endIfLeft(LeftTransactions::Found found) {
+void Recorder::endIfLeft(LeftTransactions::Found found, RecordedCall& last) {
   using Found = LeftTransactions::Found;
   if (found == Found::Nothing) return;
-  if (found == Found::OfThisCall) calls_.back().result = CallResult::InDoubt;
-  if (found == Found::OfAnEarlierCall) settle(Changes::NotKnown);
-  throw RunEnded{(found == Found::OfThisCall ? calls_.back().text : std::string("a procedure")) +
-                 " left a transaction open, in which what is posted may be lost; correct it first"};
+  const std::string what = " left a transaction open, in which what is posted may be lost";
+  if (found == Found::OfThisCall) {
+    last.result = CallResult::InDoubt;
+    last.error =
+        CallError{static_cast<std::int32_t>(ErrorNumber::ProviderFailure), "it" + what, {}};
+    throw RunEnded{last.text + what};
+  }
+  settle(Changes::NotKnown);
+  throw RunEnded{"a procedure" + what};
 }
 
 void settleCalls(std::vector<RecordedCall>& calls, Changes changes) {

@@ -145,7 +145,7 @@ class Recorder : private ErrorLog {
   /// Keeps each line, also one that the file does not take.
   void append(std::string_view line) override;
 
-  void endIfLeft(LeftTransactions::Found found);
+  void endIfLeft(LeftTransactions::Found found, RecordedCall& last);
   static CallResult resultOfFailure(const RecordedCall& call, const Connection& connection);
 
   const Mode mode_;
