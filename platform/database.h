@@ -100,8 +100,8 @@ class Connection {
   /// Whether the procedure call that failed last is known to have changed nothing. Where it is not,
   /// the call may have taken effect, in whole or in part, whatever error it raised.
   virtual bool changedNothing() const { return false; }
-  /// Whether a call of the procedure with as many parameters is known to be refused: it is not there,
-  /// takes fewer, or may not be run. Asks once for each.
+  /// Whether a call of the procedure with as many parameters is known to be refused: it is not
+  /// there, takes fewer, or may not be run. Asks once for each.
   virtual bool isRefused(std::string_view /*procedure*/, std::size_t /*parameters*/) {
     return false;
   }
