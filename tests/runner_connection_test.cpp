@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <regex>
+#include <thread>
 
 #include "tests/support/checks.h"
 #include "tests/support/engines.h"
@@ -90,6 +91,34 @@ TEST_CASE("connections: servers that do not let in") {
                                       ? "ALTER USER opnimp_import WITH MAX_USER_CONNECTIONS 0"
                                       : "ALTER ROLE opnimp_import CONNECTION LIMIT -1");
   }
+}
+
+TEST_CASE("connections: an interrupt, and a lock on the file, end the opening soon") {
+  static RunnerWorld world;  // an opening that was given up still uses it
+  world.database();
+  const auto run = [](const std::string& database) {
+    const auto start = std::chrono::steady_clock::now();
+    const Ran ran =
+        world.importLines({openingTitles, good1}, {"--database", database, "--wait", "1"});
+    CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(6));
+    CHECK(ran.status == 5);
+    return ran.out;
+  };
+  const auto holder = openOdbc(embeddedConnectionString(world.database()));
+  holder->Execute("PRAGMA journal_mode=delete");
+  holder->Execute("BEGIN EXCLUSIVE");
+  CHECK(contains(run(world.database()), "--wait SECONDS"));
+  CHECK(contains(run("Driver=SQLite3;Database=" + world.database()), "--wait SECONDS"));
+  holder->Execute("ROLLBACK");
+  CHECK(debits(world) == "0");
+
+  world.surroundings.interrupted = [] { return true; };
+  world.surroundings.openDatabase = [open = world.surroundings.openDatabase](
+                                        const std::string& string, const OdbcOptions& options) {
+    std::this_thread::sleep_for(std::chrono::seconds(4));  // as drivers wait for an answer
+    return open(string, options);
+  };
+  CHECK(contains(run(world.database()), "it was interrupted"));
 }
 
 TEST_CASE("connections: a server that says nothing") {

@@ -35,4 +35,12 @@ const Dialect& dialectOf(std::string_view engineName) {
   return found == std::end(others) ? sqlServer : *found->second;
 }
 
+const Dialect* embeddedDialectIn(std::string_view connectionString) {
+  const std::string lowered = ";" + lowerAscii(connectionString);
+  for (const std::string_view driver : {";driver=sqlite", ";driver={sqlite"}) {
+    if (lowered.find(driver) != std::string::npos) return &sqliteDialect;
+  }
+  return nullptr;
+}
+
 }  // namespace velk

@@ -8,4 +8,8 @@ namespace velk {
 /// The dialect for what a driver calls its engine; SQL Server's for a name that is not known.
 const Dialect& dialectOf(std::string_view engineName);
 
+/// The embedded engine's dialect if the connection string names its driver; else null. Other
+/// drivers tell when they are connected.
+const Dialect* embeddedDialectIn(std::string_view connectionString);
+
 }  // namespace velk

@@ -37,21 +37,26 @@ OdbcSession::OdbcSession(std::string_view connectionString, const OdbcOptions& o
 }
 
 void OdbcSession::open(std::string_view connectionString) {
-  connect(std::string(connectionString));
-  // Without a name the engine is taken for SQL Server.
-  dialect_ = &dialectOf(information(SQL_DBMS_NAME));
-  connectWithSetting(connectionString);
+  if (const Dialect* const embedded = embeddedDialectIn(connectionString)) {
+    dialect_ = embedded;
+    connect(withSetting(connectionString));
+  } else {
+    connect(std::string(connectionString));
+    // Without a name the engine is taken for SQL Server.
+    dialect_ = &dialectOf(information(SQL_DBMS_NAME));
+    if (dialect_->connectionSetting != nullptr) connect(withSetting(connectionString));
+  }
   for (const std::string_view statement : dialect_->openingStatements) executeNative(statement);
   if (dialect_->timeLimit != nullptr) executeNative(dialect_->timeLimit(options_));
 }
 
-// Only a connected driver can name its engine, but it reads the setting only when connecting: so a
-// connection that needs it is made twice.
-void OdbcSession::connectWithSetting(std::string_view connectionString) {
-  if (dialect_->connectionSetting == nullptr) return;
+// Drivers read it only when connecting, and mostly only a connected one can name its engine: such a
+// connection is made twice.
+std::string OdbcSession::withSetting(std::string_view connectionString) const {
   const std::string setting = dialect_->connectionSetting(options_);
-  if (mentions(connectionString, setting)) return;
-  connect(std::string(connectionString).append(";").append(setting).append(";"));
+  std::string text(connectionString);
+  if (!mentions(connectionString, setting)) text.append(";").append(setting).append(";");
+  return text;
 }
 
 void OdbcSession::connect(const std::string& connectionString) {

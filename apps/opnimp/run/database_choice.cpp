@@ -9,6 +9,7 @@
 #include <thread>
 #include <utility>
 
+#include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/records/file_bytes.h"
@@ -16,6 +17,7 @@
 #include "base/errors.h"
 #include "platform/native/native_files.h"
 #include "platform/odbc/cannot_connect.h"
+#include "platform/odbc/engines.h"
 
 namespace velk {
 
@@ -56,12 +58,16 @@ std::string advice(const DatabaseChoice& choice, const RuntimeError& error) {
 
 std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
                                        const Surroundings& surroundings) {
+  const bool isEmbedded = embeddedDialectIn(choice.connectionString) != nullptr;
   try {
     // A file is there at once, but may be locked for as long as --wait says.
-    const bool isFile = !choice.path.empty();
-    return isFile ? surroundings.openDatabase(choice.connectionString, choice.options)
-                  : openInTime(choice, surroundings);
+    return isEmbedded ? surroundings.openDatabase(choice.connectionString, choice.options)
+                      : openInTime(choice, surroundings);
   } catch (const RuntimeError& error) {
+    if (isEmbedded && error.is(ErrorNumber::ProviderTimeout)) {
+      throw RunEnded{"the database " + choice.shown + " did not answer in time (" +
+                     error.description() + "); --wait SECONDS gives it longer"};
+    }
     // Only `shown` is printed: the connection string may contain a password.
     throw CannotOpen("the database " + choice.shown + " could not be opened: " +
                      fileErrorText(choice.path, error) + ". " + advice(choice, error));

@@ -22,7 +22,7 @@ struct DatabaseChoice : CompanyDatabase {
 DatabaseChoice chooseDatabase(const std::optional<std::string>& option,
                               const Surroundings& surroundings);
 
-/// Opens it. Raises CannotOpen, with what to do next.
+/// Opens it. Raises CannotOpen, with what to do next; RunEnded where an embedded one is locked.
 std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,
                                             const Surroundings& surroundings);
 

@@ -103,6 +103,15 @@ void drive(ExportOutcome& outcome, ScreenSession& session, ImportReport& report,
   }
 }
 
+std::shared_ptr<OwnConnection> openUnlocked(const DatabaseChoice& choice,
+                                            const Surroundings& surroundings) {
+  try {
+    return openDatabase(choice, surroundings);
+  } catch (const RunEnded& ended) {
+    throw CannotOpen(ended.why);
+  }
+}
+
 }  // namespace
 
 ExitStatus runExport(const Arguments& arguments, const Streams& streams,
@@ -117,7 +126,7 @@ ExitStatus runExport(const Arguments& arguments, const Streams& streams,
   if (arguments.waitSeconds) choice.options.commandTimeoutSeconds = *arguments.waitSeconds;
   checkWrites({{"the export", arguments.file, {arguments.file}}}, choice, folder, {});
   const Target target(arguments.file);
-  const auto database = openDatabase(choice, surroundings);
+  const auto database = openUnlocked(choice, surroundings);
   // Never drawn, since an export does not count records; the messages only need one to erase.
   Progress progress(streams.err, false);
   RunGate gate;

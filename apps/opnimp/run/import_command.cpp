@@ -1,7 +1,9 @@
 #include "apps/opnimp/run/import_command.h"
 
 #include <algorithm>
+#include <atomic>
 #include <deque>
+#include <memory>
 #include <new>
 #include <utility>
 #include <vector>
@@ -78,7 +80,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     checkOutputs(journal, choice);
     for (SingleImport& file : files_) file.prepare(choice.shown);
     call_.journal.emplace(journal, arguments_, call_.surroundings, call_.streams.err);
-    call_.database = openDatabase(choice, call_.surroundings);
+    database_ = std::move(choice);
   }
 
   /// What is written must not take the place of what it comes from, nor of each other.
@@ -94,13 +96,14 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   void driveWatched() {
     const WatchedRun run{[self = shared_from_this()] { self->drive(); },
                          call_.surroundings.interrupted,
-                         [database = call_.database] { database->cancel(); }, call_.gate};
+                         [self = shared_from_this()] { self->cancel(); }, call_.gate};
     if (!runWatched(run)) files_[current_].giveUp();
   }
 
   void drive() {
     std::optional<DryRun> dryRun;
     try {
+      if (!call_.database) openDatabase();
       if (call_.journal) identify();
       if (arguments_.resume) resume();
       if (arguments_.dryRun) {
@@ -111,6 +114,17 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     }
     openFiles();
     importFiles();
+  }
+
+  /// Within the run that is watched, since a server may not answer, and a file be locked.
+  void openDatabase() {
+    call_.gate.pass([&] { call_.database = velk::openDatabase(database_, call_.surroundings); });
+    cancellable_ = call_.database;
+  }
+
+  /// From another thread than the run's.
+  void cancel() {
+    if (const std::shared_ptr<OwnConnection> database = cancellable_) database->cancel();
   }
 
   /// A database of which it is not known which one it is could take the same records twice.
@@ -233,6 +247,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
   const Arguments arguments_;
   ImportCall call_;
+  DatabaseChoice database_;
+  std::atomic<std::shared_ptr<OwnConnection>> cancellable_;
   std::deque<SingleImport> files_;  // which stay where they are
   std::size_t current_ = 0;         // the one that is being worked on
 };
