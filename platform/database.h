@@ -100,6 +100,11 @@ class Connection {
   /// Whether the procedure call that failed last is known to have changed nothing. Where it is not,
   /// the call may have taken effect, in whole or in part, whatever error it raised.
   virtual bool changedNothing() const { return false; }
+  /// Whether a call of the procedure with as many parameters is known to be refused: it is not
+  /// there, takes fewer, or may not be run. Asks once for each.
+  virtual bool isRefused(std::string_view /*procedure*/, std::size_t /*parameters*/) {
+    return false;
+  }
   /// True once the connection is gone, or given up because nobody knows any more where it stands: a
   /// call may or may not have taken effect, and nothing more can be asked.
   virtual bool isLost() const { return false; }
@@ -123,6 +128,10 @@ class OwnConnection : public Connection {
   virtual void commit() {}
   /// Asks the engine: a procedure may have ended the transaction that beginTransaction began.
   virtual bool isInTransaction() { return false; }
+  /// Whether a procedure can begin a transaction and leave it open without an error.
+  virtual bool canLeaveTransactions() const { return false; }
+  /// The first day that a document can have in the database.
+  virtual Date earliestDate() const { return Date{-1e9}; }
   /// The same text for the same database, however it was opened: the names of server and database,
   /// or an id stored in an embedded one. `mayStore`: stores one where there is none; else the text
   /// is empty then, as where nothing can be told.

@@ -243,7 +243,9 @@ TEST_CASE_FIXTURE(ProcedureTable, "embedded: no procedure and no trigger leaves 
       {"select ';', \"a;b\" from (select 1 as \"a;b\")", ""},
       {" /* a */ INSERT INTO t VALUES ('a;', 'b')", ""},
       {"WITH a AS (SELECT 1) SELECT * FROM a ; ", ""}};
-  for (const auto& [statement, fault] : rows) {
+  for (const auto& row : rows) {
+    const std::string& statement = row.first;
+    const std::string& fault = row.second;
     CAPTURE(statement);
     ProcedureTable table;
     table.add("sp_step", 7, statement.c_str(), "");

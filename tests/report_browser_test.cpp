@@ -103,7 +103,7 @@ struct Browser {
     return folder.read("out");
   }
 
-  JsonValue seen(const std::string& options) const {
+  Json seen(const std::string& options) const {
     std::string dom = run("--dump-dom " + options, "measure.html");
     const std::size_t begin = dom.find("BEGIN") + 5;
     dom = dom.substr(begin, dom.find("END") - begin);
@@ -113,7 +113,7 @@ struct Browser {
         dom.replace(at, std::string_view(mark).size(), sign);
       }
     }
-    return JsonValue(dom + "\n");
+    return Json(dom + "\n");
   }
 };
 
@@ -121,7 +121,7 @@ TEST_CASE("the page on a narrow and a wide screen, light and dark") {
   if (lacksBrowser()) return;
   const Browser browser(hostileReport());
   for (const bool dark : {false, true}) {
-    const JsonValue seen =
+    const Json seen =
         browser.seen(std::string("--blink-settings=preferredColorScheme=") + (dark ? "0" : "1"));
     for (const std::string frame : {"narrow.", "wide."}) {
       CAPTURE(dark);

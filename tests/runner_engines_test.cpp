@@ -96,7 +96,7 @@ struct EngineWorld : RunnerWorld {
     const Ran ran = import(file, arguments);
     CAPTURE(file);
     CAPTURE(ran.err);
-    const JsonValue report(ran.out);
+    const Json report(ran.out);
     CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
     CHECK_FALSE(contains(ran.out + ran.err, "change-me"));
     story.push_back(file + " " + std::to_string(ran.status) + " " + asEmbedded(report.outcomes()));

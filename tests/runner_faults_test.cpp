@@ -39,7 +39,7 @@ struct FaultWorld : RunnerWorld {
   }
   /// Nothing is said to be absent that is there, and nothing to be there that is not.
   void checkTruth(const Ran& ran) const {
-    const JsonValue report(ran.out);
+    const Json report(ran.out);
     CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
     for (std::size_t i = 0; i < std::size(openings); ++i) {
       const std::string outcome = report.at("records[" + std::to_string(i) + "].outcome");
@@ -93,12 +93,16 @@ TEST_CASE("faults: only what is known is said") {
       {"Faults=...e", "posted unknown not-reached", 5},
       {"Faults=d;State=42000", "unknown not-reached not-reached", 5},
       {"Faults=..d;State=HY000", "posted unknown not-reached", 5},
+      // A transaction that a procedure leaves open, found at once, and at the end.
+      {"Faults=o", "unknown not-reached not-reached", 5},
+      {"Faults=...o", "posted partial not-reached", 5},
+      {"Faults=....o", "unknown unknown unknown", 5},
   };
   for (const auto& row : rows) {
     CAPTURE(row.settings);
     FaultWorld world;
     const Ran ran = world.importAll(row.settings);
-    CHECK(JsonValue(ran.out).outcomes() == row.outcomes);
+    CHECK(Json(ran.out).outcomes() == row.outcomes);
     CHECK(ran.status == row.status);
     world.checkTruth(ran);
   }
@@ -128,11 +132,32 @@ TEST_CASE("faults: all or nothing") {
     CAPTURE(row.settings);
     FaultWorld world;
     const Ran ran = world.importAll(row.settings, {"--json", "--all-or-nothing"});
-    CHECK(JsonValue(ran.out).outcomes() == row.outcomes);
+    CHECK(Json(ran.out).outcomes() == row.outcomes);
     CHECK(ran.status == row.status);
     CHECK(world.folder.read("r.csv") ==
           (row.rejects.empty() ? crlf({openingTitles}) : crlf({openingTitles, row.rejects})));
     world.checkTruth(ran);
+  }
+}
+
+TEST_CASE("faults: a date that the engine cannot hold") {
+  FaultWorld world;
+  const Ran ran = world.importLines(
+      {openingTitles, openings[0], "C002,B,R2,31/12/1752,1,1", "C003,C,R3,01/01/1753,1,1"},
+      {"--accept", "all", "--database", world.connection("")});
+  CHECK(ran.status == 2);
+  CHECK(contains(ran.out + ran.err, "no date before 01/01/1753: line 3 (31/12/1752); correct"));
+  CHECK(world.ledger().empty());
+}
+
+TEST_CASE("faults: a dry run says what the catalogue knows") {
+  for (const auto& row : {std::pair("Catalogue=", "posted posted posted"),
+                          {"Catalogue=missing", "failed failed failed"}}) {
+    CAPTURE(row.first);
+    FaultWorld world;
+    const Ran ran = world.importAll(row.first, {"--json", "--dry-run"});
+    CHECK(Json(ran.out).outcomes() == row.second);
+    CHECK(world.ledger().empty());
   }
 }
 
@@ -156,8 +181,8 @@ TEST_CASE("faults: all or nothing in the embedded database") {
   const Ran ended = world.importLines({openingTitles, openings[1], openings[2], openings[0]},
                                       {"--all-or-nothing", "--again", "--json"});
   CHECK(ended.status == 5);
-  CHECK(contains(JsonValue(ended.out).at("brokeOff"), "ended the transaction"));
-  CHECK(JsonValue(ended.out).outcomes() == "unknown unknown not-reached");
+  CHECK(contains(Json(ended.out).at("brokeOff"), "ended the transaction"));
+  CHECK(Json(ended.out).outcomes() == "unknown unknown not-reached");
   CHECK(count(world) == "1");
 }
 
@@ -180,8 +205,8 @@ TEST_CASE("faults: a database that does not answer is left with an account") {
     const Ran ran = world.importAll(fault);
     CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(2));
     CHECK(ran.status == 5);
-    CHECK(contains(JsonValue(ran.out).at("brokeOff"), "it was interrupted"));
-    CHECK(contains(JsonValue(ran.out).outcomes(), "unknown not-reached"));
+    CHECK(contains(Json(ran.out).at("brokeOff"), "it was interrupted"));
+    CHECK(contains(Json(ran.out).outcomes(), "unknown not-reached"));
     world.checkTruth(ran);
   }
 }
@@ -214,7 +239,7 @@ TEST_CASE("faults: a held lock ends the run after one time-out") {
   lock();
   const Ran first = world.importLines({openingTitles, openings[0]}, {"--json", "--wait", "1"});
   CHECK(first.status == 5);
-  CHECK(JsonValue(first.out).outcomes() == "not-reached");
+  CHECK(Json(first.out).outcomes() == "not-reached");
   holder->rollback();
   world.importLines({openingTitles});
 
@@ -225,8 +250,8 @@ TEST_CASE("faults: a held lock ends the run after one time-out") {
                         {"--json", "--wait", "1", "--rejects", world.folder.path("r.csv")});
   CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(5));
   CHECK(ran.status == 5);
-  CHECK(JsonValue(ran.out).outcomes() == "failed not-reached not-reached");
-  CHECK(contains(JsonValue(ran.out).at("brokeOff"), "--wait SECONDS"));
+  CHECK(Json(ran.out).outcomes() == "failed not-reached not-reached");
+  CHECK(contains(Json(ran.out).at("brokeOff"), "--wait SECONDS"));
   holder->rollback();
   for (const char* part : {"r.csv", "r.csv.rest.csv"}) {
     CHECK(world.import(world.folder.path(part)).status == 0);
@@ -269,6 +294,6 @@ TEST_CASE("faults: a call of the embedded database that cannot be undone ends th
   const Ran ran =
       world.importLines({openingTitles, openings[0], openings[1], openings[2]}, {"--json"});
   CHECK(ran.status == 5);
-  CHECK(JsonValue(ran.out).outcomes() == "posted unknown not-reached");
+  CHECK(Json(ran.out).outcomes() == "posted unknown not-reached");
   CHECK(world.ask("select count(*) from CustomerOpeningBalance") == "1");
 }

@@ -24,13 +24,13 @@ TEST_CASE("files of one call are runs of their own, with one account and the wor
   const std::vector<std::string> files{openings(world, "a.csv", {good1, good2}),
                                        openings(world, "b.csv", {unknownCustomer, good3}),
                                        openings(world, "c.csv", {"C004,D,R5,,7,7"})};
-  const JsonValue dry(importAll(world, files, {"--dry-run", "--json"}).out);
+  const Json dry(importAll(world, files, {"--dry-run", "--json"}).out);
   CHECK(dry.at("status") == "1");
   CHECK(debits(world) == "0");
   const Ran ran = importAll(
       world, files,
       {"--json", "--rejects", world.folder.path("r.csv"), "--report", world.folder.path("p.html")});
-  const JsonValue call(ran.out);
+  const Json call(ran.out);
   CHECK(ran.status == 1);
   CHECK(call.at("status") == "1");
   CHECK(call.at("files[1].status") == "1");
@@ -44,7 +44,7 @@ TEST_CASE("files of one call are runs of their own, with one account and the wor
   CHECK(world.folder.has("r.1.csv"));
   CHECK_FALSE(world.folder.has("r.csv"));
   CHECK(contains(world.folder.read("p.3.html"), "c.csv"));
-  CHECK(JsonValue(world.run({"report", "2", "--json"}).out).at("account") ==
+  CHECK(Json(world.run({"report", "2", "--json"}).out).at("account") ==
         call.at("files[1].account"));
   CHECK(contains(world.run({"runs"}).out, "c.csv"));
 }
@@ -91,7 +91,7 @@ TEST_CASE(
   constexpr std::string_view titles = "Bank Code,Bank Name,Branch Code,Branch Name";
   const std::string banks = world.folder.write("banks.csv", crlf({titles, "B1,Bank,X1,One"}));
   const std::string more = world.folder.write("more.csv", crlf({titles, "B1,Bank,X2,Two"}));
-  const JsonValue call(importAll(world, {banks, more}, {"--json"}).out);
+  const Json call(importAll(world, {banks, more}, {"--json"}).out);
   CHECK(call.at("account.banks.count") == "1");
   CHECK(call.at("account.branches.count") == "2");
 }
@@ -110,7 +110,7 @@ TEST_CASE("a call that broke off is taken up with the same files") {
   CHECK(contains(broken.out, "Then import the same files with --resume"));
   CHECK_MESSAGE(debits(world) == "1", broken.out);
   world.surroundings.interrupted = [] { return false; };
-  const JsonValue call(importAll(world, files, {"--resume", "--json"}).out);
+  const Json call(importAll(world, files, {"--resume", "--json"}).out);
   CHECK(call.at("status") == "0");
   CHECK(call.at("files[0].passedOver") == "true");
   CHECK(call.at("files[0].account") == "null");

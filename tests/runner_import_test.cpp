@@ -188,7 +188,7 @@ TEST_CASE("a dry run checks everything and changes nothing") {
   const Ran ran = world.importLines({openingTitles, good1, unknownCustomer, "C002,B,,,1,5"},
                                     {"--dry-run", "--json", "--rejects", rejects});
   CHECK(ran.status == 1);
-  const JsonValue report(ran.out);
+  const Json report(ran.out);
   CHECK(report.outcomes() == "posted rejected posted-with-warning");
   CHECK(report.at("run") == "null");
   CHECK_FALSE(world.folder.has("state"));
@@ -232,7 +232,7 @@ TEST_CASE("a vendors' run that breaks off says what is posted and leaves the res
   CHECK(contains(ran.err,
                  "The import stopped at record 2: Type mismatch: Invalid Date(31/02/2008) for "
                  "Vendor - V02. Records before it are"));
-  const JsonValue report(ran.out);
+  const Json report(ran.out);
   CHECK(report.outcomes() == "posted rejected not-reached");
   CHECK(report.at("account.addsUp") == "true");
   CHECK(report.at("account.unreadable") == "1");
@@ -260,7 +260,7 @@ TEST_CASE("records of master data that the database refuses are lost on the scre
       world.importLines({titles, "O'B,\" O'B \",O1,Main", known}, {"--json", "--rejects", rejects});
   CHECK(again.status == 1);
   CHECK(again.err == "Import Successfull\n");
-  const JsonValue report(again.out);
+  const Json report(again.out);
   CHECK(report.outcomes() == "posted partial");
   CHECK(report.at("account.addsUp") == "true");
   CHECK(report.at("account.banks.count") == "2");
@@ -359,7 +359,7 @@ TEST_CASE("what becomes of records when calls fail") {
     const Ran ran = world.importLines(
         {row.file.titles, records[1], records[2], records[3]},
         {"--json", "--database", "DSN=any", "--rejects", world.folder.path("r.csv")});
-    const JsonValue report(ran.out);
+    const Json report(ran.out);
     CHECK(report.outcomes() == row.outcomes);
     CHECK(ran.status == row.status);
     CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
@@ -375,7 +375,7 @@ TEST_CASE("the JSON report carries calls, errors with all diagnostics, and messa
   world.script("...d");
   const Ran ran = world.importLines({openingTitles, "C001,\x80\"\"\\\x01,R,03/03/2008,100,60"},
                                     {"--json", "--database", "DSN=any;PWD=hunter2"});
-  const JsonValue report(ran.out);
+  const Json report(ran.out);
   CHECK(report.at("database") == "DSN=any;PWD=***");
   CHECK(report.at("records[0].line") == "2");
   CHECK(report.at("records[0].calls[1].procedure") == "sp_insert_CustDebitNote");
@@ -387,7 +387,7 @@ TEST_CASE("the JSON report carries calls, errors with all diagnostics, and messa
   const Ran banks = world.importLines({"Bank Code,Bank Name,Branch Code,Branch Name", "1,2,3,4"},
                                       {"--json", "--database", "DSN=any"});
   CHECK(banks.err == "Import Successfull\n");
-  CHECK(JsonValue(banks.out).at("messages[0].prompt") == "Import Successfull");
+  CHECK(Json(banks.out).at("messages[0].prompt") == "Import Successfull");
 }
 
 TEST_CASE("a log that cannot be written loses nothing") {

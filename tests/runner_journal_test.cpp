@@ -96,7 +96,7 @@ TEST_CASE("reports, rejects and the list of runs come from the journal alone") {
   const Ran report = world.run({"report", "1"});
   CHECK(report.status == 1);
   CHECK(contains(reportOf(report.out), reportOf(first.out)));
-  const JsonValue json(world.run({"report", "1", "--json"}).out);
+  const Json json(world.run({"report", "1", "--json"}).out);
   CHECK(json.outcomes() == "posted rejected posted-with-warning posted");
   CHECK(json.at("records[0].calls[1].parameters[0]") == "C001");
   CHECK(json.at("records[1].log[0].kept") == "file");
@@ -105,7 +105,7 @@ TEST_CASE("reports, rejects and the list of runs come from the journal alone") {
   CHECK(contains(world.folder.read("page.html"), "Customer does not exist for code - C999"));
   CHECK(world.run({"report", "1", "--html", world.folder.path("page.html")}).status == 3);
   CHECK(contains(world.run({"runs"}).out, "2 posted, 1 posted with warning, 1 rejected"));
-  const JsonValue runs(world.run({"runs", "--json"}).out);
+  const Json runs(world.run({"runs", "--json"}).out);
   CHECK(runs.at("runs[0].end") == "ended");
   CHECK(runs.at("runs[0].outcomes.rejected") == "1");
 
@@ -134,9 +134,9 @@ TEST_CASE("the journal's report of a run has the run's own account") {
     for (const std::string_view line : row.lines) text.append(line).append("\r\n");
     std::vector<std::string> options = row.more;
     options.emplace_back("--json");
-    const JsonValue told(world.import(world.folder.write("in.csv", text), options).out);
+    const Json told(world.import(world.folder.write("in.csv", text), options).out);
     CHECK(told.outcomes() == row.outcomes);
-    const JsonValue kept(world.run({"report", "1", "--json"}).out);
+    const Json kept(world.run({"report", "1", "--json"}).out);
     for (const char* part : {"status", "account", "records", "next"}) {
       CHECK(kept.at(part) == told.at(part));
     }

@@ -97,7 +97,7 @@ const Misread banks[] = {
 };
 
 /// The place of the only harmful warning among a report's warnings.
-std::string harmfulOf(const JsonValue& report) {
+std::string harmfulOf(const Json& report) {
   for (int i = 0;; ++i) {
     const std::string path = "warnings[" + std::to_string(i) + "]";
     if (report.at(path + ".harmful") == "true") return path;
@@ -110,7 +110,7 @@ void check(const Misread& row, const std::string& kind) {
   world.kind = kind;
   const Ran refused = world.importLines({row.titles, row.first, row.second}, {"--json"});
   CHECK(refused.status == 2);
-  const JsonValue report(refused.out);
+  const Json report(refused.out);
   const std::string warning = harmfulOf(report);
   CHECK(report.at(warning + ".code") == row.code);
   const std::string reading = warning + ".readings[0]";
@@ -124,7 +124,7 @@ void check(const Misread& row, const std::string& kind) {
   const Ran accepted = world.importLines({row.titles, row.first, row.second},
                                          {"--json", "--accept", std::string(row.code)});
   CHECK_MESSAGE(accepted.status == 1, accepted.out);
-  CHECK(JsonValue(accepted.out).outcomes() == row.outcomes);
+  CHECK(Json(accepted.out).outcomes() == row.outcomes);
 }
 
 }  // namespace
@@ -175,7 +175,7 @@ TEST_CASE("a preview and a dry run have the status that the import would have") 
     const Ran shown = world.run(preview);
     CHECK(shown.status == row.status);
     if (row.status != 3) {
-      CHECK(JsonValue(shown.out).at("wouldRefuse") == (row.status == 2 ? "true" : "false"));
+      CHECK(Json(shown.out).at("wouldRefuse") == (row.status == 2 ? "true" : "false"));
     }
     std::vector<std::string> dry = row.more;
     dry.emplace_back("--dry-run");

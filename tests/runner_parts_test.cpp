@@ -20,12 +20,12 @@ TEST_CASE("what a screen does not take comes on the next, with one account and o
   const std::string in =
       longFile(world, {"C002,,Last,,5,5", "", "NOPE,,X,,3,3", "C003,,Y,03/04/2007,1,1"});
   const std::string rejects = world.folder.path("r.csv");
-  const JsonValue report(world.import(in, {"--rejects", rejects, "--json"}).out);
+  const Json report(world.import(in, {"--rejects", rejects, "--json"}).out);
   CHECK(report.at("status") == "1");
   CHECK(report.at("account.addsUp") == "true");
   CHECK(report.at("account.fileRecords") == "32769");
   CHECK(report.at("account.screenRecords") == "32769");
-  CHECK(JsonValue(world.run({"report", "1", "--json"}).out).at("account") == report.at("account"));
+  CHECK(Json(world.run({"report", "1", "--json"}).out).at("account") == report.at("account"));
   CHECK(report.at("account.outcomes.posted.count") == "3");
   CHECK(report.at("account.outcomes.skipped.count") == "32765");
   CHECK(report.at("records[32767].outcome") == "rejected");

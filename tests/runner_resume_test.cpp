@@ -118,7 +118,7 @@ TEST_CASE("whether a whole run that was killed was kept is not known") {
   const std::string file = world.folder.write("in.csv", crlf({openingTitles, good1}));
   CHECK(world.import(file, {"--all-or-nothing"}).status == 0);
   loseEntries(world, 1);
-  const JsonValue report(world.run({"report", "1", "--json"}).out);
+  const Json report(world.run({"report", "1", "--json"}).out);
   CHECK(report.outcomes() == "unknown");
   CHECK(report.at("account.notes.count") == "0");
 }
@@ -187,7 +187,7 @@ TEST_CASE("a resumed run goes on behind the one that broke off, as often as it t
   world.surroundings.interrupted = [] { return false; };
   const Ran other = world.import(file, {"--resume", "--map", "Reference=#2", "--accept", "all"});
   CHECK(contains(other.out, "give the same --map"));
-  const JsonValue last(world.import(file, {"--resume", "--json"}).out);
+  const Json last(world.import(file, {"--resume", "--json"}).out);
   CHECK(last.at("status") == "0");
   CHECK(last.at("resumes") == "2");
   CHECK(last.at("records[0].line") == "22");
@@ -212,7 +212,7 @@ TEST_CASE("a file is taken up behind what all its runs reached, and not behind r
   // From its first record on once more: what was before does not count.
   CHECK(interruptedImport(world, file, 4, {"--again"}).status == 5);
   CHECK(contains(world.import(file, {"--resume"}).out, "posted this file already"));
-  const JsonValue last(world.import(file, {"--resume", "--again", "--json"}).out);
+  const Json last(world.import(file, {"--resume", "--again", "--json"}).out);
   CHECK(last.at("resumes") == "4");
   CHECK(last.at("records[0].line") == "6");
   CHECK(last.at("account.fileRecords") == "2");
@@ -230,14 +230,14 @@ TEST_CASE("what runs that were killed left is told by each run that goes on with
   };
   CHECK(interruptedImport(world, file, 1, resume("second.csv")).status == 5);
   loseEntries(world, 1);
-  const JsonValue last(world.import(file, resume("third.csv")).out);
+  const Json last(world.import(file, resume("third.csv")).out);
   CHECK(last.at("status") == "1");
   CHECK(last.at("setApart") == "1");
   CHECK(contains(world.folder.read("third.csv.check.csv"), good2));
   CHECK(last.at("refusedBefore") == R"([{"run":1,"records":1}])");
   CHECK(last.at("part") == R"({"line":6,"records":2,"of":6})");
   CHECK(contains(last.at("next[1]"), "Run 1 refused 1 record: `opnimp rejects 1 FILE`"));
-  const JsonValue kept(world.run({"report", "3", "--json"}).out);
+  const Json kept(world.run({"report", "3", "--json"}).out);
   for (const char* part : {"status", "setApart", "refusedBefore", "part", "records"}) {
     CHECK(kept.at(part) == last.at(part));
   }

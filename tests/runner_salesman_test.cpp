@@ -52,7 +52,7 @@ TEST_CASE("salesmen are saved, the refused ones go to a workbook that imports ag
       world.importRows({salesmanTitles, good, unknown, "Anil Kamble|||1||\"Wholesale\"|Yes"},
                        {"--json", "--rejects", rejects, "--accept", "handheld-yes-becomes-no"});
   CHECK(ran.status == 1);
-  const JsonValue report(ran.out);
+  const Json report(ran.out);
   CHECK(report.outcomes() == "posted rejected posted-as-read");
   CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
   CHECK(report.at("account.ds-types.count") == "2");
@@ -105,7 +105,7 @@ TEST_CASE("what becomes of salesmen when calls fail") {
     const Ran ran = world.importRows(
         {salesmanTitles, good, second},
         {"--json", "--database", "DSN=any", "--rejects", world.folder.path("r.xls")});
-    const JsonValue report(ran.out);
+    const Json report(ran.out);
     CHECK(report.outcomes() == row.outcomes);
     CHECK(ran.status == row.status);
     CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
@@ -140,9 +140,9 @@ TEST_CASE("a value with a quote is not pasted into a query") {
            std::string(dsTypeQueryEnd) + "'x'",
        true},
       {"SELECT TOP 1 'x' FROM Setup", false}};
-  for (const auto& [query, pastes] : queries) {
-    CAPTURE(query);
-    CHECK(pastesQuote(query) == pastes);
+  for (const auto& row : queries) {
+    CAPTURE(row.first);
+    CHECK(pastesQuote(row.first) == row.second);
   }
   // All three are true, whatever the type.
   for (const std::string type : {"x' or '1'='1", "x' or 1=1 --", "x'; delete from Salesman; --"}) {
@@ -245,7 +245,7 @@ TEST_CASE("an export tells what it wrote, and imports again") {
   CHECK(ran.err.empty());
   CHECK(world.rowsOf("out.xls")[1] ==
         "Anil Kamble|14 Ganesh Peth, Pune|020-24450011|9822011223|Retail|Retail|YES");
-  const JsonValue report(world.exportTo(out, {"--json"}).out);
+  const Json report(world.exportTo(out, {"--json"}).out);
   CHECK(report.at("salesmen") == "8");
   CHECK(report.at("dsTypes[4]") == "Wholesale");
   CHECK(report.at("handheldValues[1]") == "YES");

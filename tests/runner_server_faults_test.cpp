@@ -38,6 +38,7 @@ class WatchedConnection final : public OwnConnection {
   void commit() override { inner_->commit(); }
   bool isInTransaction() override { return inner_->isInTransaction(); }
   std::string identity(bool mayStore) override { return inner_->identity(mayStore); }
+  bool canLeaveTransactions() const override { return inner_->canLeaveTransactions(); }
 
  private:
   std::shared_ptr<OwnConnection> inner_;
@@ -110,6 +111,17 @@ const std::map<std::string, std::vector<const char*>> commitsWithin{
       "Balance, Narration) VALUES (party, reference, made, amount, balance, ''); COMMIT;"
       " RAISE EXCEPTION 'behind it'; END $$"}},
     {"mariadb", {}}};
+
+/// One that begins a transaction and does not end it, where procedures can.
+const std::map<std::string, std::vector<const char*>> leavesTransaction{
+    {"postgresql", {}},
+    {"mariadb",
+     {"DROP PROCEDURE sp_insert_CustCreditNote",
+      "CREATE PROCEDURE sp_insert_CustCreditNote(party text, reference text, made datetime, amount "
+      "double, balance double, narration text) BEGIN START TRANSACTION; INSERT INTO "
+      "CustomerCreditNote (CustomerID, DocReference, DocumentDate, Amount, Balance, Narration) "
+      "VALUES (party, reference, made, amount, balance, ''); END",
+      "GRANT EXECUTE ON PROCEDURE sp_insert_CustCreditNote TO opnimp_import"}}};
 
 struct ServerWorld : RunnerWorld {
   explicit ServerWorld(const TestEngine& on) : engine(on), company(on, folder.path("")) {
@@ -282,6 +294,11 @@ const Scenario scenarios[] = {
        if (call == 1) world.change(commitsWithin);
      },
      "posted unknown posted", "posted partial posted", 1},
+    {"left-open", "", "-20",
+     [](World& world, int call) {
+       if (call == 1) world.change(leavesTransaction);
+     },
+     "posted partial posted", "posted unknown not-reached", 1},
 };
 
 std::string recordOf(const Scenario& scenario, int i) {
@@ -312,7 +329,7 @@ Seen look(World& world, const Scenario& scenario) {
   return seen;
 }
 
-void checkTruth(const JsonValue& report, const Scenario& scenario, const Seen& before,
+void checkTruth(const Json& report, const Scenario& scenario, const Seen& before,
                 const Seen& after) {
   for (int i = 0; i < 3; ++i) {
     const std::string outcome = report.at("records[" + std::to_string(i) + "].outcome");
@@ -351,11 +368,11 @@ void play(World& world, const Scenario& scenario) {
   holder.reset();
   if (scenario.ends) world.restart();
   if (std::string_view(scenario.name) == "restarted") world.company.reconnect();
-  const JsonValue report(ran.out);
+  const Json report(ran.out);
   const bool first = std::string_view(world.engine.name) == "postgresql";
   CHECK_MESSAGE(report.outcomes() == std::string(first ? scenario.outcomes : scenario.otherwise),
-                ran.out.substr(ran.out.find("\"records\"")));
-  CHECK(ran.status == scenario.status);
+                ran.out);
+  CHECK(ran.status == (contains(report.outcomes(), "not-reached") ? 5 : scenario.status));
   CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
   const Seen after = look(world, scenario);
   checkTruth(report, scenario, before, after);

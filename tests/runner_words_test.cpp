@@ -36,7 +36,7 @@ TEST_CASE("a file of which nothing is understood has one warning, with the line 
   for (const auto& row : rows) {
     RunnerWorld world;
     const std::string in = world.folder.write("in.csv", row.bytes);
-    const JsonValue preview(world.run({"preview", std::string(row.kind), in, "--json"}).out);
+    const Json preview(world.run({"preview", std::string(row.kind), in, "--json"}).out);
     CAPTURE(row.code);
     CHECK(preview.at("warnings[0].code") == row.code);
     CHECK(preview.at("warnings[0].lines") == row.places);
@@ -63,11 +63,11 @@ TEST_CASE("a dry run says that the log which a message names is not written") {
 TEST_CASE("a bank counts once, its branches each") {
   RunnerWorld world;
   world.kind = "bank-branch";
-  const JsonValue report(world
-                             .importLines({"Bank Code,Bank Name,Branch Code,Branch Name",
-                                           "B1,One,R1,a", "b1,One,R2,b", "B2,Two,R1,c"},
-                                          {"--json"})
-                             .out);
+  const Json report(world
+                        .importLines({"Bank Code,Bank Name,Branch Code,Branch Name", "B1,One,R1,a",
+                                      "b1,One,R2,b", "B2,Two,R1,c"},
+                                     {"--json"})
+                        .out);
   CHECK(report.at("account.banks.count") == "2");
   CHECK(report.at("account.branches.count") == "3");
   CHECK(report.at("account.addsUp") == "true");

@@ -86,6 +86,34 @@ TEST_CASE("the look of the workbook, and its lists") {
   CHECK(std::count(blanks.begin(), blanks.end(), "\0\0\7\0\x11\0"s) == 1);  // bold up to H1
 }
 
+TEST_CASE("what the export asks for, and how wide its columns become") {
+  using namespace std::string_literals;
+  Salesmen out;
+  const std::string longName(60, 'W');
+  out.world.database->answerRows(salesmenQuery,
+                                 {{longName, Null(), Null(), Null(), Null(), Null()}});
+  out.screen->CommonDialog1.set(Property::FileName, std::string("before.xls"));
+  out.exportTo("out.xls");
+  const CommonDialog& dialog = out.screen->CommonDialog1;
+  CHECK(dialog.text(Property::DialogTitle) == "Salesman Export");
+  CHECK(dialog.text(Property::Filter) == "Excel Spreadsheets (*.xls)|*.xls");
+  CHECK(dialog.text(Property::InitDir) == "/app");
+  // As wide as the longest name, which the caption is not: fitted when all texts were there.
+  const std::string width =
+      recordsOf(out.world.files.contents["out.xls"], xls::Record::ColumnInfo)[0].substr(5, 1);
+  CHECK(static_cast<unsigned char>(width[0]) > 60);
+}
+
+TEST_CASE("a file that somebody has filled meanwhile is not removed by an export that fails") {
+  Salesmen out;
+  out.world.database->onCall = [&](const FakeCall&) {
+    out.world.files.contents["out.xls"] = "theirs";
+  };
+  out.world.database->fail("select S", ErrorNumber::ObjectNotSet, "no");
+  out.exportTo("out.xls");
+  CHECK(out.world.files.contents["out.xls"] == "theirs");
+}
+
 TEST_CASE("more than a worksheet has rows") {
   for (const std::string_view what : {"DS types", "salesmen"}) {
     Salesmen out;

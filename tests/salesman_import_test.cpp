@@ -205,6 +205,38 @@ TEST_CASE("salesmen that are refused one by one") {
   CHECK(in.screen->dsTypes().notDefaultList() == ",B");
 }
 
+TEST_CASE("a type is active from 1 on, and each run forgets what the one before found") {
+  const std::string typeQuery =
+      "Select Active From DsType_Master Where DSTypeName = 'DSType' and DSTypeValue = 'Retail'";
+  const std::pair<Value, int> rows[] = {{Null{}, 0}, {0.5, 0}, {1, 1},
+                                        {2, 1},      {-1, 0},  {std::string("1"), 1}};
+  SalesmanScreen in;
+  for (const auto& row : rows) {
+    CAPTURE(toText(row.first));
+    in.world.database->answerRows(typeQuery, {{row.first}});
+    in.view({salesmanTitles, "A|||||Retail|"});
+    in.world.messages.clear();
+    in.import();
+    CHECK(in.world.messages == Texts{summary(row.second, 1 - row.second)});
+  }
+  for (const auto& [type, found] : {std::pair("Van", true), std::pair("Retail", false)}) {
+    in.view({salesmanTitles, std::string("A|||||") + type + "|"});
+    in.import();
+    CHECK(in.screen->dsTypes().notDefaultFound() == found);
+    CHECK(in.screen->dsTypes().notDefaultList() == (found ? ",A" : ""));
+  }
+}
+
+TEST_CASE("a worksheet is read to its last row") {
+  SalesmanScreen in;
+  Texts rows(65536, "A");
+  rows.front() = salesmanTitles;
+  rows.back() = "Last";
+  in.view(rows);
+  CHECK(in.screen->RecordCount() == 65535);
+  CHECK(rowText(in.screen->lstCust, 65536) == "Last|||||");
+}
+
 TEST_CASE("one salesman without a name stops the import before anything is saved") {
   SalesmanScreen in;
   in.view({salesmanTitles, "A|||||Retail|"});

@@ -16,6 +16,19 @@ namespace {
 
 using Bytes = std::string;
 
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool isSanitized = true;
+#elif defined(__has_feature)
+constexpr bool isSanitized = __has_feature(address_sanitizer);
+#else
+constexpr bool isSanitized = false;
+#endif
+
+/// Of so many cases one is tried where all of them would take minutes, unless time does not matter.
+std::size_t oneOf(std::size_t cases) {
+  return std::getenv("OPNIMP_LONG") == nullptr ? cases : 1;
+}
+
 Texts cellsOf(std::string_view stream) {
   const SheetContents sheet = readWorkbook(stream, ColumnSet().set());
   Texts texts{sheet.hiddenName};
@@ -38,8 +51,11 @@ std::optional<Texts> read(Read&& what) {
   const auto start = std::chrono::steady_clock::now();
   std::optional<Texts> cells;
   const std::int32_t error = errorOf([&] { cells = what(); });
-  REQUIRE((error == 0 || error == static_cast<std::int32_t>(ErrorNumber::InvalidFileFormat)));
-  REQUIRE(std::chrono::steady_clock::now() - start < std::chrono::seconds(2));
+  // No assertions of the framework: half a million of them take longer than all the reading.
+  if (error != 0 && error != static_cast<std::int32_t>(ErrorNumber::InvalidFileFormat)) {
+    FAIL("error " << error);
+  }
+  if (std::chrono::steady_clock::now() - start > std::chrono::seconds(2)) FAIL("too slow");
   return cells;
 }
 
@@ -73,7 +89,11 @@ struct Patient {
 
 template <class Damage>
 void forEachSeed(Damage damage) {
-  for (const std::string_view name : workbookSeeds) damage(Patient{name});
+  for (const std::string_view name : workbookSeeds) {
+    const Patient seed{name};
+    REQUIRE(seed.cells.size() > 10);
+    damage(seed);
+  }
 }
 
 std::uint32_t numberAt(const Bytes& file, std::size_t at) {
@@ -108,7 +128,7 @@ TEST_CASE("headers, tables and directories, byte by byte") {
       starts.push_back((sector + 1) * std::size_t{512});
     }
     for (const std::size_t start : starts) {
-      for (std::size_t at = start; at < start + 512; ++at) {
+      for (std::size_t at = start; at < start + 512; at += isSanitized ? oneOf(11) : 1) {
         for (const char byte : {'\0', '\1', '\x7F', '\x80', '\xFF'}) {
           Bytes damaged = seed.file;
           damaged[at] = byte;
@@ -127,7 +147,7 @@ TEST_CASE("sectors that lead to any other") {
       if (table >= firstSpecialSector) continue;
       const std::size_t entries = table == miniTable ? 128 : sectors;
       for (std::size_t entry = 0; entry < entries; ++entry) {
-        for (std::uint32_t to = 0; to < entries; ++to) {
+        for (std::size_t to = 0; to < entries; to += isSanitized ? oneOf(13) : 1) {
           const std::size_t at = (table + 1) * std::size_t{512} + entry * 4;
           Bytes damaged = seed.file;
           for (std::size_t i = 0; i < 4; ++i) damaged[at + i] = static_cast<char>(to >> 8 * i);
@@ -170,8 +190,6 @@ TEST_CASE("lengths of records") {
         Bytes damaged = seed.stream;
         damaged[starts[i] + 2] = static_cast<char>(other);
         damaged[starts[i] + 3] = static_cast<char>(other >> 8);
-        CAPTURE(other);
-        CAPTURE(loadNumber<std::uint16_t>(damaged.data() + starts[i]));
         seed.checkStream(damaged, starts[i]);
       }
     }
@@ -180,9 +198,8 @@ TEST_CASE("lengths of records") {
 
 // What a byte among the cells says cannot be known; but whatever it is, reading ends well.
 TEST_CASE("any byte of a stream") {
-  const bool thorough = std::getenv("OPNIMP_LONG") != nullptr;
-  forEachSeed([&](const Patient& seed) {
-    for (std::size_t at = 0; at < seed.stream.size(); at += thorough ? 1 : 7) {
+  forEachSeed([](const Patient& seed) {
+    for (std::size_t at = 0; at < seed.stream.size(); at += oneOf(isSanitized ? 67 : 7)) {
       for (const char byte : {'\0', '\1', '\x7F', '\x80', '\xFF'}) {
         Bytes damaged = seed.stream;
         damaged[at] = byte;

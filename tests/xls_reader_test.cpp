@@ -209,7 +209,7 @@ TEST_CASE("streams that are refused") {
       {"version 5.0/95", Stream().add(Record::Bof4, "\0\0\x10\0"sv)},
       {"do not begin", Stream().add(Record::Label, "")},
       {"not listed", Stream().begin(0x10)},
-      {"password", globals().add(Record::FilePass, "")},
+      {"its structure is protected", globals().add(Record::FilePass, "")},
       {"no worksheet", globals().add(Record::Eof, "")},
       {"no worksheet", globals().sheetEntry(2).add(Record::Eof, "")},
       {"no end", globals()},

@@ -11,8 +11,6 @@ namespace velk {
 
 namespace {
 
-constexpr const char* defaultPath = "opnimp.db";
-
 bool exists(const std::string& path) {
   std::error_code error;
   // As UTF-8: a path of plain characters would be in the code page on Windows.
@@ -21,8 +19,7 @@ bool exists(const std::string& path) {
 
 }  // namespace
 
-CompanyDatabase companyDatabase(const std::optional<std::string>& option) {
-  const std::string text = option.value_or(defaultPath);
+CompanyDatabase companyDatabase(const std::string& text) {
   // A file whose name holds "=" is still a file.
   if (text.find('=') != std::string::npos && !exists(text)) return {text, {}};
   return {embeddedConnectionString(text), text};

@@ -1,7 +1,6 @@
 // The database that a program of this system works on, as its user names it.
 #pragma once
 
-#include <optional>
 #include <string>
 
 namespace velk {
@@ -12,9 +11,9 @@ struct CompanyDatabase {
 };
 
 /// What --database means: the path of an embedded database, or, where it contains "=" and no file
-/// has that name, an ODBC connection string. Without it, opnimp.db in the current folder. Error 52
-/// for a path that an embedded database cannot have.
-CompanyDatabase companyDatabase(const std::optional<std::string>& option);
+/// has that name, an ODBC connection string. Error 52 for a path that an embedded database cannot
+/// have.
+CompanyDatabase companyDatabase(const std::string& text);
 
 /// True for an embedded database whose file is not there.
 bool isMissing(const CompanyDatabase& database);

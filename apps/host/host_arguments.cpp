@@ -25,7 +25,7 @@ HostArguments readHostArguments(std::vector<std::string> words) {
   program
       .add_option("--database", arguments.database,
                   "an ODBC connection string, or the path of an embedded database\n"
-                  "(default: opnimp.db in the current folder, made with the sample\n"
+                  "(default: opnimp.db beside this program, made with the sample\n"
                   "company on first use)")
       ->type_name("STRING");
   program.add_flag("--own-ado", arguments.ownAdo,

@@ -4,6 +4,7 @@
 #include "apps/host/host_errors.h"
 #include "platform/odbc/odbc_connection.h"
 #include "platform/windows/com_errors.h"
+#include "platform/windows/module_path.h"
 #include "platform/windows/wide_text.h"
 #include "platform/windows/windows_files.h"
 
@@ -13,11 +14,16 @@ namespace {
 
 constexpr std::string_view whatToDo =
     "Name a database of this system behind --database, or leave the option out for a sample "
-    "company "
-    "in the current folder.";
+    "company beside this program.";
 
 RuntimeError notOpened(const CompanyDatabase& database, const RuntimeError& error) {
   return explained(error, "The database cannot be opened: " + shownName(database), whatToDo);
+}
+
+/// Beside the program: what lies in the current folder may be somebody else's.
+std::string sampleDatabase() {
+  const std::wstring program = modulePath(nullptr);
+  return fromWide(std::wstring_view(program).substr(0, program.rfind(L'\\') + 1)) + "opnimp.db";
 }
 
 bool isWine() {
@@ -28,7 +34,7 @@ bool isWine() {
 }  // namespace
 
 CompanyDatabase chooseHostDatabase(const std::optional<std::string>& option) {
-  CompanyDatabase database = companyDatabase(option);
+  CompanyDatabase database = companyDatabase(option.value_or(sampleDatabase()));
   if (!isMissing(database)) return database;
   if (option) throw notOpened(database, RuntimeError(ErrorNumber::FileNotFound));
   // The answer does not matter: a database that another program made meanwhile will do as well.

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/dates.h"
 #include "platform/database.h"
 #include "platform/odbc/odbc_options.h"
 
@@ -27,6 +28,9 @@ struct NativeError {
   std::string_view message = {};   ///< a part of the driver's text; empty if the code says enough
   std::string_view reported = {};  ///< the driver's state; empty for a general one, HY000 or 01000
 };
+
+/// Before every date that can be read.
+inline constexpr Date anyDate{-1e9};
 
 /// The default values describe SQL Server.
 struct Dialect {
@@ -64,6 +68,10 @@ struct Dialect {
   /// Asks how many of the database's definitions let a single statement keep a part of its changes
   /// when it fails; empty if none can.
   std::string_view partialDefinitions = {};
+  /// A procedure can begin a transaction and leave it open.
+  bool canLeaveTransactions = true;
+  /// The first day of the type that documents' dates have.
+  Date earliestDate = Date{-53688};  // 1 January 1753
   /// Run as the first statement of each transaction, so that transactionCount can tell it.
   std::string_view transactionMark = {};
   /// Answers how many transactions the connection is in, 0 for none; empty if the engine refuses

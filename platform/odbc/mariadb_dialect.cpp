@@ -67,6 +67,7 @@ constinit const Dialect mariadbDialect{
     .errors = mariadbErrors,
     .callBefore = "CALL ",
     .callAfter = {},
+    .earliestDate = anyDate,
     .transactionCount = "SELECT @@in_transaction",
     // Only those that the user has some right to are listed.
     .canRun =

@@ -26,12 +26,15 @@ class DriverConnection final : public OwnConnection,
   std::unique_ptr<Command> newCommand() override;
   std::vector<Diagnostic> diagnostics() const override { return session_.diagnostics(); }
   bool changedNothing() const override { return changedNothing_; }
+  bool isRefused(std::string_view procedure, std::size_t parameters) override;
   bool isLost() const override { return session_.isLost(); }
   void cancel() override { session_.cancel(); }
   void beginTransaction() override;
   void rollback() override { endTransaction(SQL_ROLLBACK); }
   void commit() override { endTransaction(SQL_COMMIT); }
   bool isInTransaction() override;
+  bool canLeaveTransactions() const override { return session_.dialect().canLeaveTransactions; }
+  Date earliestDate() const override { return session_.dialect().earliestDate; }
   std::string identity(bool mayStore) override;
 
   std::shared_ptr<Recordset> run(CommandType type, std::string_view text,
@@ -55,6 +58,7 @@ class DriverConnection final : public OwnConnection,
   // procedures, so that it stays small.
   std::map<std::string, PreparedStatement, std::less<>> kept_;
   StoredProcedures procedures_;
+  std::map<std::string, bool, std::less<>> refused_;
   bool inTransaction_ = false;
   bool changedNothing_ = false;
 };
@@ -164,6 +168,15 @@ std::shared_ptr<Recordset> DriverConnection::call(std::string_view name,
                                                   const std::vector<CommandParameter>& parameters) {
   if (session_.dialect().hasProcedureTable) return procedures_.call(name, parameters);
   return procedure(name, parameters.size()).execute(parameters);
+}
+
+bool DriverConnection::isRefused(std::string_view procedure, std::size_t parameters) {
+  // A table of procedures is looked at by the call itself.
+  if (session_.dialect().hasProcedureTable) return false;
+  const auto found = refused_.find(procedure);
+  if (found != refused_.end()) return found->second;
+  return refused_.emplace(std::string(procedure), cannotHaveRun(session_, procedure, parameters))
+      .first->second;
 }
 
 // Prepared when it is first called.

@@ -61,6 +61,8 @@ constinit const Dialect postgresqlDialect{
         "SELECT CASE WHEN bool_and(prokind = 'f' OR prosecdef OR proconfig IS NOT NULL) THEN 1 "
         "ELSE 0 END FROM pg_proc WHERE proname = lower(?) AND pg_function_is_visible(oid)",
     // A setting that the transaction takes along when it ends.
+    .canLeaveTransactions = false,
+    .earliestDate = anyDate,
     .transactionMark = "SELECT set_config('opnimp.transaction', '1', true)",
     .transactionCount =
         "SELECT CASE WHEN current_setting('opnimp.transaction', true) = '1' THEN 1 ELSE 0 END",

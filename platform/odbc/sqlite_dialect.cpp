@@ -97,6 +97,8 @@ constinit const Dialect sqliteDialect{
     .partialDefinitions =
         "SELECT count(*) FROM (SELECT sql FROM sqlite_master UNION ALL "
         "SELECT statement FROM StoredProcedure) WHERE sql LIKE '%FAIL%'",
+    .canLeaveTransactions = false,
+    .earliestDate = anyDate,
     .transactionCount = {},
     .canRun = {},
     .hasSingleResults = true,

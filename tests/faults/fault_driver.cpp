@@ -40,7 +40,8 @@ struct Fault {
     IsDead,
     Hangs,
     HangsForEver,
-    Ends
+    Ends,
+    LeavesTransaction
   } then = Then::GoesOn;
 };
 
@@ -63,6 +64,7 @@ Fault faultOf(char letter) {
       {'h', {false, At::Execute, {"HY008"}, Then::Hangs}},
       {'H', {false, At::Execute, {"HY008"}, Then::HangsForEver}},
       {'k', {true, At::Nowhere, {}, Then::Ends}},
+      {'o', {true, At::Nowhere, {}, Then::LeavesTransaction}},
   };
   const auto found = faults.find(letter);
   return found == faults.end() ? Fault{true} : found->second;
@@ -94,7 +96,8 @@ struct Database final : Object {
     const std::size_t at = calls++;
     return faultOf(at < letters.size() ? letters[at] : '.');
   }
-  bool inTransaction() const { return !autocommit && !ended; }
+  bool left = false;  // one open, by a procedure
+  bool inTransaction() const { return left || (!autocommit && !ended); }
   void change(const Text& line) {
     uncommitted.push_back(line);
     if (!inTransaction()) end(true);
@@ -174,6 +177,7 @@ SQLRETURN Statement::ask() {
 SQLRETURN Statement::call() {
   using Then = Fault::Then;
   fault = database.nextFault();
+  database.left = database.left || fault.then == Then::LeavesTransaction;
   if (fault.takesEffect) database.change(line(""));
   cancelled = false;
   const bool hangs = fault.then == Then::Hangs || fault.then == Then::HangsForEver;

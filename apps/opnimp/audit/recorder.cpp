@@ -1,5 +1,6 @@
 #include "apps/opnimp/audit/recorder.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "apps/opnimp/audit/run_ended.h"
@@ -58,10 +59,36 @@ void Recorder::callFailed(std::size_t call, const RuntimeError& error,
 
 // A procedure may end it, and then every later call would stand by itself.
 void Recorder::checkTransaction(std::size_t call) {
-  if (!transactionIsOpen_ || calls_[call].kind != CallKind::Procedure) return;
-  if (gate_.pass(transactionIsOpen_)) return;
+  if (calls_[call].kind != CallKind::Procedure) return;
+  if (left_) {
+    const bool failed = calls_[call].result != CallResult::Ok;
+    endIfLeft(gate_.pass([&] { return left_->afterCall(failed); }), calls_[call]);
+  }
+  if (!transactionIsOpen_ || gate_.pass(transactionIsOpen_)) return;
   throw RunEnded{calls_[call].text +
                  " ended the transaction of --all-or-nothing; what was posted until then may stay"};
+}
+
+void Recorder::lookForLeft() {
+  const auto last =
+      std::ranges::find(calls_.rbegin(), calls_.rend(), CallKind::Procedure, &RecordedCall::kind);
+  if (!left_ || last == calls_.rend()) return;
+  endIfLeft(gate_.pass([&] { return left_->atEnd(); }), *last);
+}
+
+// Of an earlier call it is not known which one, and what was said of them may be lost.
+void Recorder::endIfLeft(LeftTransactions::Found found, RecordedCall& last) {
+  using Found = LeftTransactions::Found;
+  if (found == Found::Nothing) return;
+  const std::string what = " left a transaction open, in which what is posted may be lost";
+  if (found == Found::OfThisCall) {
+    last.result = CallResult::InDoubt;
+    last.error =
+        CallError{static_cast<std::int32_t>(ErrorNumber::ProviderFailure), "it" + what, {}};
+    throw RunEnded{last.text + what};
+  }
+  settle(Changes::NotKnown);
+  throw RunEnded{"a procedure" + what};
 }
 
 void settleCalls(std::vector<RecordedCall>& calls, Changes changes) {

@@ -15,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/opnimp/audit/left_transactions.h"
 #include "apps/opnimp/audit/run_gate.h"
 #include "base/errors.h"
 #include "mapping/import_screen.h"
@@ -114,6 +115,11 @@ class Recorder : private ErrorLog {
   /// All calls that post run in one transaction from now on. After each of them `isOpen` is asked,
   /// and the run ended if it is not.
   void requireTransaction(std::function<bool()> isOpen) { transactionIsOpen_ = std::move(isOpen); }
+  /// All calls stand by themselves, unless a procedure leaves a transaction open: `isOpen` asks.
+  /// The run is ended then, and what may be lost is in doubt.
+  void watchForLeft(std::function<bool()> isOpen) { left_.emplace(std::move(isOpen)); }
+  /// Looks once more behind the last call; throws RunEnded.
+  void lookForLeft();
   /// What became of that transaction.
   void settle(Changes changes);
   Changes changes() const { return changes_; }
@@ -129,7 +135,8 @@ class Recorder : private ErrorLog {
   /// Notes that a call failed; one whose result is Ok until now, in a later statement of it. Throws
   /// RunEnded when nothing more can be asked.
   void callFailed(std::size_t call, const RuntimeError& error, const Connection& connection);
-  /// Throws RunEnded when the call was to post in a transaction, and that is not open any more.
+  /// Throws RunEnded when the call was to post in a transaction, and that is not open any more, or
+  /// when it was not, and one is.
   void checkTransaction(std::size_t call);
   /// Notes that a call was refused before anything was sent.
   void callRefused(std::size_t call, const RuntimeError& error);
@@ -138,11 +145,13 @@ class Recorder : private ErrorLog {
   /// Keeps each line, also one that the file does not take.
   void append(std::string_view line) override;
 
+  void endIfLeft(LeftTransactions::Found found, RecordedCall& last);
   static CallResult resultOfFailure(const RecordedCall& call, const Connection& connection);
 
   const Mode mode_;
   RunGate& gate_;
   std::function<bool()> transactionIsOpen_;  // empty: each call stands by itself
+  std::optional<LeftTransactions> left_;
   const ImportScreen* screen_ = nullptr;
   std::size_t before_ = 0;
   Changes changes_ = Changes::Stand;  // of the calls that post

@@ -103,11 +103,17 @@ std::shared_ptr<Recordset> RecordingCommand::Execute(std::int32_t options) {
   if (kind != CallKind::Procedure || recorder_.mode() != Recorder::Mode::DryRun) {
     return watched(recorder_, *connection_, call, [&] { return inner_->Execute(options); });
   }
-  // The driver never sees this call: what it would refuse by itself has to be refused here.
-  if (exceedsSize()) {
-    const RuntimeError refusal(ErrorNumber::WrongArgumentType);
+  // The driver never sees this call: what it would refuse by itself has to be refused here, and
+  // what the database's catalogue knows.
+  const auto refuse = [&](const RuntimeError& refusal) {
     recorder_.callRefused(call, refusal);
     throw RuntimeError(refusal);
+  };
+  if (exceedsSize()) refuse(RuntimeError(ErrorNumber::WrongArgumentType));
+  if (recorder_.gate().pass([&] { return connection_->isRefused(text_, values_.size()); })) {
+    refuse(RuntimeError(ErrorNumber::CommandErrors, "The database has no procedure " + text_ +
+                                                        " with " + std::to_string(values_.size()) +
+                                                        " parameters that this user may run"));
   }
   recorder_.setResult(call, CallResult::NotRun);
   return std::make_shared<MemoryRecordset>();  // no rows
@@ -129,6 +135,9 @@ class RecordingConnection final : public Connection {
   }
   std::vector<Diagnostic> diagnostics() const override { return inner_->diagnostics(); }
   bool changedNothing() const override { return inner_->changedNothing(); }
+  bool isRefused(std::string_view procedure, std::size_t parameters) override {
+    return inner_->isRefused(procedure, parameters);
+  }
   bool isLost() const override { return inner_->isLost(); }
 
  private:

@@ -3,32 +3,31 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "base/text.h"
-#include "platform/odbc/cannot_connect.h"
 
 namespace velk {
 
 namespace {
 
-constexpr std::string_view driverAdvice =
+constexpr std::string_view noSuchDriver =
     "Name a driver that is installed; `odbcinst -q -d` lists them";
-constexpr std::string_view sourceAdvice =
+constexpr std::string_view noSuchSource =
     "Name a data source that is set up; `odbcinst -q -s` lists them";
-constexpr std::string_view noDriverAdvice =
-    "Begin the connection string with Driver=NAME or DSN=NAME";
-constexpr std::string_view adoAdvice =
+constexpr std::string_view noDriver = "Begin the connection string with Driver=NAME or DSN=NAME";
+constexpr std::string_view adoString =
     "This connection string is ADO's; ODBC's names a driver instead of a provider: "
     "Driver=NAME;Server=HOST;Database=NAME;UID=USER;PWD=PASSWORD";
-constexpr std::string_view hostAdvice = "Correct Server=: no host of that name is known";
-constexpr std::string_view serverAdvice = "Correct Server= and Port=, or start the server there";
-constexpr std::string_view databaseAdvice = "Correct Database=, or give the user the right to it";
-constexpr std::string_view loginAdvice = "Correct the user and the password, UID= and PWD=";
-constexpr std::string_view encryptionAdvice =
+constexpr std::string_view unknownHost = "Correct Server=: no host of that name is known";
+constexpr std::string_view noServer = "Correct Server= and Port=, or start the server there";
+constexpr std::string_view noDatabase = "Correct Database=, or give the user the right to it";
+constexpr std::string_view wrongLogin = "Correct the user and the password, UID= and PWD=";
+constexpr std::string_view otherEncryption =
     "Ask for encryption as the server has it, or set it up there";
-constexpr std::string_view limitAdvice = "Try later, or raise the server's limit of connections";
-constexpr std::string_view anyAdvice =
+constexpr std::string_view tooMany = "Try later, or raise the server's limit of connections";
+constexpr std::string_view anyOther =
     "Correct the connection string: Server=, Port=, Database=, UID=, PWD=";
 
 struct Advice {
@@ -40,30 +39,30 @@ struct Advice {
 
 // The first row that fits one of the records counts.
 constexpr auto advices = std::to_array<Advice>({
-    {"01000", 0, "Can't open lib", driverAdvice},
-    {"IM003", 0, {}, driverAdvice},
-    {"IM002", 0, {}, sourceAdvice},
-    {"08001", 101, "host name", hostAdvice},
-    {"08001", 101, "SSL", encryptionAdvice},
-    {"08001", 101, "too many", limitAdvice},
-    {"08001", 101, "connection slots", limitAdvice},
-    {"08001", 101, "password", loginAdvice},
-    {"08001", 101, "FATAL:  role", loginAdvice},
-    {"08001", 101, "FATAL:  database", databaseAdvice},
-    {"HY000", 2005, {}, hostAdvice},
-    {"HY000", 2026, {}, encryptionAdvice},
-    {"08", 1040, {}, limitAdvice},
-    {"42000", 1203, {}, limitAdvice},
-    {"42000", 1226, {}, limitAdvice},
-    {"42000", 1044, {}, databaseAdvice},
-    {"42000", 1049, {}, databaseAdvice},
-    {"42000", 4060, {}, databaseAdvice},
-    {"01000", 20013, {}, hostAdvice},
-    {"28", 0, {}, loginAdvice},
-    {"HY000", 2002, {}, serverAdvice},
-    {"HY000", 2003, {}, serverAdvice},
-    {"08", 0, {}, serverAdvice},
-    {"HYT", 0, {}, serverAdvice},
+    {"01000", 0, "Can't open lib", noSuchDriver},
+    {"IM003", 0, {}, noSuchDriver},
+    {"IM002", 0, {}, noSuchSource},
+    {"08001", 101, "host name", unknownHost},
+    {"08001", 101, "SSL", otherEncryption},
+    {"08001", 101, "too many", tooMany},
+    {"08001", 101, "connection slots", tooMany},
+    {"08001", 101, "password", wrongLogin},
+    {"08001", 101, "FATAL:  role", wrongLogin},
+    {"08001", 101, "FATAL:  database", noDatabase},
+    {"HY000", 2005, {}, unknownHost},
+    {"HY000", 2026, {}, otherEncryption},
+    {"08", 1040, {}, tooMany},
+    {"42000", 1203, {}, tooMany},
+    {"42000", 1226, {}, tooMany},
+    {"42000", 1044, {}, noDatabase},
+    {"42000", 1049, {}, noDatabase},
+    {"42000", 4060, {}, noDatabase},
+    {"01000", 20013, {}, unknownHost},
+    {"28", 0, {}, wrongLogin},
+    {"HY000", 2002, {}, noServer},
+    {"HY000", 2003, {}, noServer},
+    {"08", 0, {}, noServer},
+    {"HYT", 0, {}, noServer},
 });
 
 bool fits(const Advice& advice, const Diagnostic& said) {
@@ -76,25 +75,19 @@ bool hasKeyword(const std::string& lowered, std::string_view name) {
   return (";" + lowered).find(std::string(";").append(name).append("=")) != std::string::npos;
 }
 
-std::string_view adviceAfter(const std::string& connectionString,
-                             const std::vector<Diagnostic>& said) {
+}  // namespace
+
+std::string_view connectionAdvice(std::string_view connectionString,
+                                  const std::vector<Diagnostic>& said) {
   const std::string lowered = lowerAscii(connectionString);
-  if (hasKeyword(lowered, "provider")) return adoAdvice;
+  if (hasKeyword(lowered, "provider")) return adoString;
   const auto names = [&](std::string_view name) { return hasKeyword(lowered, name); };
-  if (std::ranges::none_of(std::array{"driver", "dsn", "filedsn"}, names)) return noDriverAdvice;
+  if (std::ranges::none_of(std::array{"driver", "dsn", "filedsn"}, names)) return noDriver;
   for (const Advice& advice : advices) {
     const auto fitting = [&](const Diagnostic& one) { return fits(advice, one); };
     if (std::ranges::any_of(said, fitting)) return advice.text;
   }
-  return anyAdvice;
-}
-
-}  // namespace
-
-std::string adviceOn(const std::string& connectionString, const RuntimeError& error) {
-  const auto* failure = dynamic_cast<const CannotConnect*>(&error);
-  const auto said = failure == nullptr ? std::vector<Diagnostic>{} : failure->diagnostics();
-  return std::string(adviceAfter(connectionString, said));
+  return anyOther;
 }
 
 }  // namespace velk

@@ -1,13 +1,16 @@
 // What to change when a connection string does not open a database.
 #pragma once
 
-#include <string>
+#include <string_view>
+#include <vector>
 
-#include "base/errors.h"
+#include "platform/database.h"
 
 namespace velk {
 
-/// One sentence, by what the connection string has and by what the driver reported.
-std::string adviceOn(const std::string& connectionString, const RuntimeError& error);
+/// One sentence without its full stop, by what the connection string has and by what its driver
+/// said.
+std::string_view connectionAdvice(std::string_view connectionString,
+                                  const std::vector<Diagnostic>& said);
 
 }  // namespace velk

@@ -37,13 +37,21 @@ std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
       [open = surroundings.openDatabase, choice] {
         return open(choice.connectionString, choice.options);
       });
-  std::future<std::shared_ptr<OwnConnection>> opened = task.get_future();
+  auto opened = task.get_future();
   std::thread(std::move(task)).detach();
   if (opened.wait_for(longestConnecting) == std::future_status::timeout) {
     throw CannotConnect(RuntimeError(ErrorNumber::ProviderTimeout, "There was no answer in time"),
                         {{"HYT01", 0, {}}});
   }
   return opened.get();
+}
+
+std::string advice(const DatabaseChoice& choice, const RuntimeError& error) {
+  if (!choice.path.empty()) return "`opnimp demo-database PATH` makes an embedded database";
+  const auto* failure = dynamic_cast<const CannotConnect*>(&error);
+  return std::string(connectionAdvice(choice.connectionString, failure == nullptr
+                                                                   ? std::vector<Diagnostic>{}
+                                                                   : failure->diagnostics()));
 }
 
 std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
@@ -55,11 +63,8 @@ std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
                   : openInTime(choice, surroundings);
   } catch (const RuntimeError& error) {
     // Only `shown` is printed: the connection string may contain a password.
-    throw CannotOpen("the database " + choice.shown +
-                     " could not be opened: " + fileErrorText(choice.path, error) + ". " +
-                     (choice.path.empty()
-                          ? adviceOn(choice.connectionString, error)
-                          : "`opnimp demo-database PATH` makes an embedded database"));
+    throw CannotOpen("the database " + choice.shown + " could not be opened: " +
+                     fileErrorText(choice.path, error) + ". " + advice(choice, error));
   }
 }
 

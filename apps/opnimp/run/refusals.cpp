@@ -1,6 +1,10 @@
 #include "apps/opnimp/run/refusals.h"
 
+#include <cstddef>
+#include <string>
+
 #include "apps/opnimp/cli/failures.h"
+#include "base/date_reader.h"
 #include "mapping/import_run.h"
 
 namespace velk {
@@ -81,6 +85,24 @@ void requireImportable(const ImportResult& result) {
   if (!unmapped.empty() || !fault.empty()) return;
   const std::string misread = misreadingsText(result.warnings, result.arguments);
   if (!misread.empty()) throw Refused(misread);
+}
+
+void requireDates(const ImportResult& result, Date earliest, int currentYear) {
+  if (result.arguments.kind->opening == nullptr) return;
+  const std::size_t width = mappedWidth(result.mapping);
+  std::string found;
+  std::size_t count = 0;
+  for (std::size_t record = 0; record < result.input->count(); ++record) {
+    const std::string text =
+        mappedCell(result.input->fields(record, width), result.mapping, openingField::date);
+    const auto reading = readDate(text, currentYear);
+    if (!reading || !(reading->date < earliest)) continue;
+    if (++count == 1) found = result.input->where(record) + " (" + text + ")";
+  }
+  if (count == 0) return;
+  throw Refused("the database holds no date before " + formatDayFirst(earliest) + ": " + found +
+                (count == 1 ? "" : " and " + std::to_string(count - 1) + " more") +
+                "; correct the dates");
 }
 
 void requireWhole(const ImportResult& result) {

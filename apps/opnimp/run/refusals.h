@@ -8,6 +8,7 @@
 #include "apps/opnimp/records/field_mapping.h"
 #include "apps/opnimp/records/input_records.h"
 #include "apps/opnimp/report/import_result.h"
+#include "base/dates.h"
 
 namespace velk {
 
@@ -23,6 +24,9 @@ std::string runRefusalText(const Said& refusal, const InputRecords& input,
 /// accepted, or when there are neither records nor mandatory columns. A file that the screen itself
 /// refuses is left to it: it says what has to be mended first.
 void requireImportable(const ImportResult& result);
+
+/// Raises Refused for documents that are dated before the first day that the database can hold.
+void requireDates(const ImportResult& result, Date earliest, int currentYear);
 
 /// Raises Refused for what the screen itself would refuse at Import: too late if something was
 /// posted by then.

@@ -101,6 +101,12 @@ void SingleImport::open() {
   tryTo([this] {
     if (arguments().allOrNothing && !arguments().dryRun) {
       recorder_.gate().pass([this] { whole_.emplace(*call_.database, recorder_); });
+    } else if (!arguments().dryRun && call_.database->canLeaveTransactions()) {
+      recorder_.watchForLeft([database = call_.database] {
+        bool open = false;  // nor if there is no answer: the next call has none either
+        trapErrors([&] { open = database->isInTransaction(); }, [](const RuntimeError&) {});
+        return open;
+      });
     }
     openPart(0);
     prepareRun();
@@ -119,6 +125,7 @@ void SingleImport::import() {
       openPart(partEnd_);
       importPart();
     }
+    recorder_.lookForLeft();
   });
   close();
 }
@@ -179,6 +186,8 @@ void SingleImport::prepareRun() {
   result_.mapping = readMapping(session_->screen());
   findWarningsNow();
   requireImportable(result_);
+  requireDates(result_, call_.database->earliestDate(),
+               civilFromDate(call_.surroundings.clock()).year);
   // Each screen looks at its own records only, when those before are posted.
   if (partEnd_ < count() || call_.hasSeveralFiles) requireWhole(result_);
 }

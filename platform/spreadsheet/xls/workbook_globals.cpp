@@ -52,7 +52,9 @@ class GlobalsReader {
     ContinuedReader parts(records_);
     switch (records_.type()) {
       case Record::FilePass:
-        refuse("The workbook is protected with a password; save it without one");
+        refuse(
+            "The workbook is encrypted: it has a password, or its structure is protected, which "
+            "encrypts it even if it opens without one; take off both, and save it again");
       case Record::DateMode:
         contents_.from1904 = fields.u16() != 0;
         break;
