@@ -26,6 +26,8 @@ constexpr Description descriptions[] = {
     {ErrorNumber::InvalidPropertyValue, "Invalid property value"},
     {ErrorNumber::CannotCreateObject, "ActiveX component can't create object"},
     {ErrorNumber::NoSuchPropertyOrMethod, "Object doesn't support this property or method"},
+    {ErrorNumber::WrongNumberOfArguments,
+     "Wrong number of arguments or invalid property assignment"},
     {ErrorNumber::InvalidPicture, "Invalid picture"},
     {ErrorNumber::CancelSelected, "Cancel was selected."},
     {ErrorNumber::IndexOutOfBounds, "Index out of bounds"},

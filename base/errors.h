@@ -39,6 +39,7 @@ enum class ErrorNumber : std::int32_t {
   InvalidPropertyValue = 380,
   CannotCreateObject = 429,
   NoSuchPropertyOrMethod = 438,
+  WrongNumberOfArguments = 450,
   InvalidPicture = 481,
   NoCurrentRecord = 3021,
   ItemNotFound = 3265,

@@ -82,9 +82,8 @@ void ImportScreen::showPreview(const FileTable& table) {
     lv.setColumn(column, 1, table.columns[column]);
   }
   tellNextStep();
-  const auto records = static_cast<std::int64_t>(table.rows);
   fileRecords_ = countOf(table);
-  if (records >= rules_.largestRecordCount) refuseTooMany(records);
+  if (*fileRecords_ >= rules_.largestRecordCount) refuseTooMany(*fileRecords_);
   storeRecordCount(*fileRecords_);
 }
 

@@ -142,8 +142,12 @@ void Velk_frmBankBranch_OpnImp::setUpDialog() {
 
 bool Velk_frmBankBranch_OpnImp::loadPreview() {
   if (type() != Type::Salesman) return ImportScreen::loadPreview();
-  if (!ImportExcelData(trim(TxtFileName.value()))) return false;
-  if (dsTypes_.ChkForValidDSTypeName() != 0) return true;
+  std::string remarks;
+  if (!ImportExcelData(trim(TxtFileName.value()), remarks)) return false;
+  if (dsTypes_.ChkForValidDSTypeName() != 0) {
+    salesmen_.tellRemarks(remarks);  // only now: a View that is refused says why, and no more
+    return true;
+  }
   constexpr std::string_view message = "DSCaption name mismatch";
   desktop().messageBox(message, styleInformation, "Vorel");
   // The user is told the same when the database could not be asked; who listens can tell the two.

@@ -46,7 +46,9 @@ class Velk_frmBankBranch_OpnImp final : public ImportScreen {
   }
   void ImportVendorMaster() { importCompleted_ = vendors_.run(); }
   void ImportVendor(VendorRecord& vendor) { vendors_.ImportVendor(vendor); }
-  bool ImportExcelData(std::string_view fileName) { return salesmen_.ImportExcelData(fileName); }
+  bool ImportExcelData(std::string_view fileName, std::string& remarks) {
+    return salesmen_.ImportExcelData(fileName, remarks);
+  }
   void ImportSalesmanMaster() { importCompleted_ = salesmen_.ImportSalesmanMaster(); }
   void ImportSalesman(const std::string& name, const std::string& address,
                       const std::string& residentialNumber, const std::string& mobileNumber,

@@ -50,9 +50,11 @@ class Remarks {
  public:
   explicit Remarks(const WorksheetReader& sheet) : sheet_(sheet) {}
 
-  void look(int row, int column) {
-    if (sheet_.nature(row, column) != CellNature::NoResult) return;
-    if (uncalculated_++ == 0) first_ = cellName(row, column);
+  void look(int row, int firstColumn, int lastColumn) {
+    for (int column = firstColumn; column <= lastColumn; ++column) {
+      if (sheet_.nature(row, column) != CellNature::NoResult) continue;
+      if (uncalculated_++ == 0) first_ = cellName(row, column);
+    }
   }
 
   /// Empty when there is nothing to say.
@@ -97,13 +99,9 @@ std::string_view savedHandheld(std::string_view value) {
 
 // Captions are checked before anything is shown: a workbook of another kind leaves the preview
 // empty.
-bool SalesmanImport::ImportExcelData(std::string_view fileName) {
+bool SalesmanImport::ImportExcelData(std::string_view fileName, std::string& remarks) {
   try {
-    std::string remarks;
     const std::optional<FileTable> table = readWorkbook(fileName, remarks);
-    if (!remarks.empty()) {
-      screen_.desktop().messageBox(remarks, styleExclamation, importTitle);
-    }
     if (!table) {
       constexpr std::string_view message = "Unable to import, Invalid Excel file format";
       screen_.desktop().messageBox(message, styleInformation, importTitle);
@@ -122,26 +120,31 @@ bool SalesmanImport::ImportExcelData(std::string_view fileName) {
   }
 }
 
+void SalesmanImport::tellRemarks(std::string_view remarks) {
+  if (!remarks.empty()) screen_.desktop().messageBox(remarks, styleExclamation, importTitle);
+}
+
 bool SalesmanImport::refuseWorkbook(Reason reason, std::string_view message) {
   screen_.run().refuse({reason, std::nullopt, {}}, message);
   return false;
 }
 
-/// Empty for a workbook without the salesmen's captions. `remarks` are what the preview cannot
-/// show.
+/// Empty for a workbook without the salesmen's captions.
 std::optional<FileTable> SalesmanImport::readWorkbook(std::string_view fileName,
                                                       std::string& remarks) {
   const auto spreadsheet = module_.platform().createSpreadsheet();
   const auto sheet = spreadsheet->open(fileName, salesmanColumns());
   Remarks found(*sheet);
-  remarks = found.text();
   if (!hasSalesmanCaptions(*sheet)) return std::nullopt;
   TextTable cells(importedSalesmanColumns.size());
   const Work work(screen_);
-  for (int row = 2; row <= maxSheetRows && !endsData(*sheet, row); ++row) {
+  for (int row = 2; row <= maxSheetRows; ++row) {
+    // First: formulas without results end the data, too.
+    found.look(row, salesmanColumn::Name, salesmanColumn::ExistingDSType);
+    if (endsData(*sheet, row)) break;
+    found.look(row, salesmanColumn::DSType, salesmanColumn::HandHeldDS);
     for (const int column : importedSalesmanColumns) {
       cells.add(module_.UnquoteField(trimmedCell(*sheet, row, column)));
-      found.look(row, column);
     }
     screen_.workProgressed(cells.rows());
   }

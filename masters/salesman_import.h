@@ -25,8 +25,9 @@ class SalesmanImport {
   SalesmanImport& operator=(const SalesmanImport&) = delete;
 
   /// Shows a workbook's rows in the preview. False: there is nothing to import, and the user knows
-  /// why.
-  bool ImportExcelData(std::string_view fileName);
+  /// why. `remarks` are what the preview cannot show.
+  bool ImportExcelData(std::string_view fileName, std::string& remarks);
+  void tellRemarks(std::string_view remarks);
   /// Imports the salesmen of the mapping list. True when the run reached its end.
   bool ImportSalesmanMaster();
   /// Saves one salesman and his types. Errors are logged.

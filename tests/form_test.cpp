@@ -2,6 +2,7 @@
 #include "ui/tab_order.h"
 
 #include <cmath>
+#include <limits>
 #include <new>
 #include <stdexcept>
 
@@ -217,7 +218,8 @@ TEST_CASE("the tab order is that on the screen until code sets another") {
   struct Rows final : Form {
     explicit Rows(FormShell& to) : Form(to, "Rows", "", {}) {}
     void eventFailed(const RuntimeError&) noexcept override {}
-    TextBox low{*this, nullptr, "low", {0, 500, 100, 90}};
+    // As far down as a host can put it.
+    TextBox low{*this, nullptr, "low", {0, std::numeric_limits<int>::max(), 100, 90}};
     Frame frame{*this, "frame", {0, 100, 500, 300}, ""};
     TextBox right{*this, &frame, "right", {200, 20, 100, 100}};
     TextBox left{*this, &frame, "left", {0, 40, 100, 60}};  // its middle is that of `right`

@@ -272,12 +272,20 @@ TEST_CASE("record counts at the end of their range") {
     std::int32_t records, count;
     Texts messages;
     std::string log;
+    std::string title = "x";
   } rows[] = {{32'766, 32'766, {"host 0: Customer Id is Mandatory.Its not been Mapped"}, ""},
+              // Behind an empty first line one more fits, in no column.
+              {32'767,
+               32'766,
+               {"host 0: You have to select from customer list",
+                "host 0: Customer Id is Mandatory.Its not been Mapped"},
+               "(35600): " + tag + "lv_ColumnClick - Index out of bounds\n",
+               ""},
               {32'767, 0, {tooMany("32,767")}, viewing + clearing},
               {32'768, 0, {tooMany("32,768")}, viewing + "Error in Mapping the Field\n"}};
   for (const auto& row : rows) {
     CAPTURE(row.records);
-    std::string content = "x\r\n";
+    std::string content = row.title + "\r\n";
     for (std::int32_t i = 0; i < row.records; ++i) content += "r\r\n";
     Shown in(content);
     CHECK(in.screen->RecordCount() == row.count);

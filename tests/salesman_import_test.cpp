@@ -1,4 +1,8 @@
 // Salesmen from workbooks, and the rules for their DS types.
+#include "platform/spreadsheet/xls/compound_writer.h"
+#include "platform/spreadsheet/xls/records.h"
+#include "platform/spreadsheet/xls/xls_file.h"
+#include "tests/support/memory_files.h"
 #include "tests/support/salesmen.h"
 #include "tests/support/workbook_seeds.h"
 
@@ -89,23 +93,52 @@ TEST_CASE("files that are no workbooks, and a wrong caption in the database") {
   CHECK(in.screen->cmdImport.enabled());
 }
 
+/// A workbook of these rows, and texts in column A that formulas would come to, by row.
+std::string withFormulas(const Texts& rows, std::initializer_list<char> formulas) {
+  using namespace std::literals;
+  const std::string file = workbook(rows);
+  std::string stream(xls::workbookStream(file).view());
+  const std::string end = "\x0A\0\0\0"s;
+  stream.resize(stream.rfind(end));
+  for (const char row : formulas) {
+    stream += "\x06\0\x17\0"s + static_cast<char>(row - 1) + "\0\0\0\0\0"s +
+              "\3\0\0\0\0\0\xFF\xFF"s + "\0\0\0\0\0\0\1\0\1"s;
+  }
+  MemoryFiles files;
+  xls::writeCompoundFile(*files.openAppend("book.xls"), stream + end);
+  return files.contents["book.xls"];
+}
+
 TEST_CASE("what the preview of a workbook cannot show is told") {
   const std::string hidden =
       "box 48: The first worksheet, \"Old\", is the one that is read, and it is hidden.";
   const std::string uncalculated =
       "The workbook does not contain the results of 1 formula(s), the first in cell ";
+  const std::string notFound = "host 0: Unable to import, Data not found";
+  const std::string mismatch = "box 64: DSCaption name mismatch [Vorel]";
+  const Texts three{salesmanTitles, "A", "", "C"};
+  const std::string endedByFormula = withFormulas(three, {3});
   const struct {
-    std::string_view seed;
+    std::string file;
     Texts messages;  // how they begin
-  } rows[] = {{"poi_formulas.xls", {hidden + "\r\n" + uncalculated + "B4: they are"}},
-              {"writeexcel.xls", {"box 48: " + uncalculated + "A14"}},
-              {"poi.xls", {}},
-              {"libreoffice.xls", {invalidFile}}};
+    int caption = 1;
+  } rows[] = {{workbookSeed("poi_formulas.xls"), {hidden + "\r\n" + uncalculated + "B4: they are"}},
+              {workbookSeed("writeexcel.xls"), {"box 48: " + uncalculated + "A14"}},
+              {workbookSeed("poi.xls"), {}},
+              {endedByFormula, {"box 48: " + uncalculated + "A3"}},
+              // A View that is refused says why, and that alone.
+              {workbookSeed("libreoffice.xls"), {invalidFile}},
+              {withFormulas({salesmanTitles}, {2}), {notFound}},
+              {workbookSeed("poi_formulas.xls"), {mismatch}, 0},
+              {endedByFormula, {mismatch}, 0}};
   for (const auto& row : rows) {
-    CAPTURE(row.seed);
+    CAPTURE(row.messages);
     SalesmanScreen in;
-    in.world.view(*in.screen, workbookSeed(row.seed));
-    CHECK(in.screen->cmdImport.enabled() == (row.messages != Texts{invalidFile}));
+    in.world.database->answerRows("sp_Check_DSCaption", {{row.caption}});
+    in.world.view(*in.screen, row.file);
+    const bool refused = row.messages == Texts{invalidFile} || row.messages == Texts{notFound} ||
+                         row.messages == Texts{mismatch};
+    CHECK(in.screen->cmdImport.enabled() == !refused);
     REQUIRE(in.world.messages.size() == row.messages.size());
     for (std::size_t i = 0; i < row.messages.size(); ++i) {
       CHECK_MESSAGE(in.world.messages[i].starts_with(row.messages[i]), in.world.messages[i]);

@@ -21,7 +21,8 @@ void add(std::vector<Control*>& order, const Form& form, const Control* containe
                 [&](const Control* c) { return c->container() != container || !hasPlace(c); });
   std::ranges::stable_sort(inside, {}, [](const Control* control) {
     const Bounds at = control->bounds();
-    return std::pair(at.top + at.height / 2, at.left);
+    // Wide: a host may have put it at the end of what a number holds.
+    return std::pair(static_cast<long long>(at.top) + at.height / 2, at.left);
   });
   for (Control* control : inside) {
     order.push_back(control);

@@ -33,6 +33,7 @@ class MenuObject final : public NamedMembers {
     // Item is the default member, so that cmdMainMenu(0) means cmdMainMenu.Item(0).
     return level_ == Level::Array ? DISPID_VALUE : 1;
   }
+  bool takesIndex(DISPID) const override { return level_ != Level::Button; }
   Variant get(DISPID, const std::optional<Value>& index) override {
     if (level_ == Level::Button) {
       window_.focusButton(button_);

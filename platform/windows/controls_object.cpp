@@ -28,6 +28,7 @@ class ControlsObject final : public NamedMembers {
     if (equalsIgnoringCase(name, "_NewEnum")) return DISPID_NEWENUM;
     return equalsIgnoringCase(name, "Count") ? countMember : DISPID_UNKNOWN;
   }
+  bool takesIndex(DISPID member) const override { return member == DISPID_VALUE; }
   Variant get(DISPID member, const std::optional<Value>& index) override {
     const auto form = lock(form_);
     if (member == countMember) {

@@ -21,13 +21,15 @@ ModalOwner::ModalOwner() : window_(GetActiveWindow()) {
   EnumThreadWindows(GetCurrentThreadId(), addInput, reinterpret_cast<LPARAM>(&disabled_));
   // Windows lists them from top to bottom, so the first one is the topmost.
   if (window_ == nullptr && !disabled_.empty()) window_ = disabled_.front();
-  // The dialog itself disables its owner and enables it at its end.
+  // The dialog itself disables its owner and enables it at its end, disabled before or not.
+  ownerStaysDisabled_ = window_ != nullptr && IsWindowEnabled(window_) == FALSE;
   std::erase(disabled_, window_);
   for (const HWND other : disabled_) EnableWindow(other, FALSE);
 }
 
 ModalOwner::~ModalOwner() {
   for (const HWND other : disabled_) EnableWindow(other, TRUE);
+  if (ownerStaysDisabled_) EnableWindow(window_, FALSE);
 }
 
 }  // namespace velk

@@ -21,6 +21,7 @@ class ModalOwner {
 
  private:
   HWND window_ = nullptr;
+  bool ownerStaysDisabled_ = false;
   std::vector<HWND> disabled_;
 };
 

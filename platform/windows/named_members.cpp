@@ -70,7 +70,8 @@ HRESULT NamedMembers::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* par
         const bool isPut = (kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
         if (isMethod(id) && !isPut) return call(id, argumentsOf(*parameters));
         // A new value or one index; no property takes more.
-        if (parameters->cArgs > 1) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+        const UINT most = isPut || takesIndex(id) ? 1 : 0;
+        if (parameters->cArgs > most) throw RuntimeError(ErrorNumber::WrongNumberOfArguments);
         if (isPut && parameters->cArgs == 1 && isObject(parameters->rgvarg[0])) {
           return putObject(id, Variant::copyOf(parameters->rgvarg[0]).get().punkVal);
         }

@@ -20,8 +20,11 @@ class NamedMembers : public ComObject<IDispatch> {
   /// The member of that name, which is found in any letter case; DISPID_VALUE for the one that a
   /// call without a name means, DISPID_UNKNOWN where there is none.
   virtual DISPID idOf(std::string_view name) const = 0;
-  /// `index` is the argument of the call, if there was one. Error 438 for a member that is none.
+  /// `index` is the argument of the call, if there was one and the member takes it. Error 438 for a
+  /// member that is none.
   virtual Variant get(DISPID member, const std::optional<Value>& index) = 0;
+  /// A call of another member with an index is error 450.
+  virtual bool takesIndex(DISPID /*member*/) const { return false; }
   /// Error 438 for what can't be written.
   virtual void put(DISPID member, const Value& value);
   /// The same for an object; null is Nothing.

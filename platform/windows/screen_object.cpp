@@ -68,6 +68,7 @@ class BagObject final : public NamedMembers {
     return position < form->controls().size() ? firstControl + static_cast<DISPID>(position)
                                               : DISPID_UNKNOWN;
   }
+  bool takesIndex(DISPID member) const override { return member == controlsMember; }
   Variant get(DISPID member, const std::optional<Value>& index) override;
   void put(DISPID member, const Value& value) override {
     const auto form = lock(form_);

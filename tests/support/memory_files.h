@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -31,6 +32,7 @@ class MemoryFiles final : public FileSystem {
   ErrorNumber error = ErrorNumber::DeviceIo;
   std::optional<std::uint64_t> claimedLength;  ///< instead of the true one
   int open = 0;
+  std::function<void()> onRead;  ///< runs before each reading
 
   std::unique_ptr<InputFile> openInput(std::string_view path) override {
     check(Call::OpenInput);
@@ -61,6 +63,7 @@ class MemoryFiles final : public FileSystem {
     std::uint64_t length() const override { return files.claimedLength.value_or(bytes.size()); }
     std::size_t read(char* to, std::size_t count) override {
       files.check(Call::Read);
+      if (files.onRead) files.onRead();
       const std::size_t n = std::min(count, bytes.size() - at);
       std::copy_n(bytes.data() + at, n, to);
       at += n;

@@ -44,22 +44,23 @@ struct Accessible {
         SUCCEEDED(AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), accessible,
                                              reinterpret_cast<void**>(object.GetAddressOf()))));
   }
-  std::string text(HRESULT (STDMETHODCALLTYPE IAccessible::*member)(VARIANT, BSTR*)) const {
+  std::string text(HRESULT (STDMETHODCALLTYPE IAccessible::*member)(VARIANT, BSTR*),
+                   LONG item = CHILDID_SELF) const {
     BSTR answer = nullptr;
-    (object.Get()->*member)(self(), &answer);
+    (object.Get()->*member)(child(item), &answer);
     const std::string text = Bstr::textOf(answer);
     SysFreeString(answer);
     return text;
   }
   LONG number(HRESULT (STDMETHODCALLTYPE IAccessible::*member)(VARIANT, VARIANT*)) const {
     VARIANT answer{};
-    (object.Get()->*member)(self(), &answer);
+    (object.Get()->*member)(child(CHILDID_SELF), &answer);
     return answer.lVal;
   }
-  static VARIANT self() {
+  static VARIANT child(LONG item) {
     VARIANT child{};
     child.vt = VT_I4;
-    child.lVal = CHILDID_SELF;
+    child.lVal = item;
     return child;
   }
 
@@ -100,6 +101,25 @@ void ask(HWND window, Walk& walk) {
   CHECK(isUnavailable == (IsWindowEnabled(window) == FALSE));
 }
 
+/// The first title of a list and the first text of its cells.
+void askItems(HWND list, Walk& walk) {
+  const auto header = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
+  wchar_t title[64] = L"", cell[64] = L"";
+  HDITEMW column{};
+  column.mask = HDI_TEXT;
+  column.pszText = title;
+  column.cchTextMax = 64;
+  LVITEMW item{};
+  item.pszText = cell;
+  item.cchTextMax = 64;
+  SendMessageW(header, HDM_GETITEMW, 0, reinterpret_cast<LPARAM>(&column));
+  SendMessageW(list, LVM_GETITEMTEXTW, 0, reinterpret_cast<LPARAM>(&item));
+  for (const auto& [window, text] : {std::pair(header, title), std::pair(list, cell)}) {
+    const std::string name = Accessible(window).text(&IAccessible::get_accName, 1);
+    if (name != fromWide(text)) walk.notAsked.push_back(classOf(window) + ": names of items");
+  }
+}
+
 /// All that the keyboard can go to.
 void walkInside(HWND window, Walk& walk) {
   for (HWND child = GetWindow(window, GW_CHILD); child != nullptr;
@@ -107,7 +127,11 @@ void walkInside(HWND window, Walk& walk) {
     if (IsWindowVisible(child) == FALSE) continue;
     CAPTURE(textOf(child));
     if ((GetWindowLongW(child, GWL_STYLE) & WS_TABSTOP) != 0) ask(child, walk);
-    if (!isOfClass(child, WC_LISTVIEWW)) walkInside(child, walk);
+    if (isOfClass(child, WC_LISTVIEWW)) {
+      askItems(child, walk);
+    } else {
+      walkInside(child, walk);
+    }
   }
 }
 
@@ -146,6 +170,7 @@ TEST_CASE("windows: each control of each screen has a name and a role") {
     TestWorld world{&shell};
     const auto screen = what.make(world.module);
     screen->initForm(world.database, nullptr);
+    world.view(*screen, "a title\r\na text\r\n");
     pump();
     Walk walk;
     walkInside(Window(*screen).handle, walk);

@@ -261,6 +261,7 @@ struct MenuWindow final : NamedMembers {
     const auto* found = std::find(std::begin(members), std::end(members), name);
     return found == std::end(members) ? DISPID_UNKNOWN : static_cast<DISPID>(found - members);
   }
+  bool takesIndex(DISPID) const override { return true; }
   Variant get(DISPID member, const std::optional<Value>& index) override {
     asked.push_back(std::string(members[member]) + (index ? " " + toText(*index) : ""));
     if (member == 2) SetFocus(button);

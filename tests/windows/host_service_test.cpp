@@ -245,6 +245,13 @@ TEST_CASE("windows: a host's hook arranges a screen as forms of the platform are
   CHECK(read(memberObject(close.Get(), "Font").Get(), "Bold") == "True");
   CHECK(read(close.Get(), "Tag") == "mine");
   CHECK(read(close.Get(), "TabIndex") == "0");
+  for (const char* member : {"Caption", "Visible", "cmdExit", "Icon"}) {
+    CAPTURE(member);
+    const auto indexed = [&] {
+      callMember(form.Get(), member, DISPATCH_PROPERTYGET, argumentList(1));
+    };
+    CHECK(errorOf(indexed) == 450);
+  }
   CHECK(GetNextDlgTabItem(window, nullptr, FALSE) == button);
   CHECK(IsWindowEnabled(in.window.button("&Browse")) == FALSE);
   call(close.Get(), "SetFocus");

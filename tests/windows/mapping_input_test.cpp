@@ -97,14 +97,45 @@ TEST_CASE("windows: the chosen file column is marked until it is mapped, an ampe
   CHECK(pumpUntil([&] { return !in.showsChosen("Ref"); }));
 }
 
+/// What screen readers are told of the headers' columns while this lives: "list focus column" or
+/// "list choice column", counted from 0.
+class ToldOfColumns {
+ public:
+  explicit ToldOfColumns(const MappingScreen& screen)
+      : hook_(SetWinEventHook(EVENT_OBJECT_FOCUS, EVENT_OBJECT_SELECTION, nullptr, note,
+                              GetCurrentProcessId(), GetCurrentThreadId(), WINEVENT_OUTOFCONTEXT)) {
+    told.clear();
+    headers_ = screen.header;
+  }
+  ~ToldOfColumns() { UnhookWinEvent(hook_); }
+  ToldOfColumns(const ToldOfColumns&) = delete;
+  ToldOfColumns& operator=(const ToldOfColumns&) = delete;
+
+  static inline Texts told;
+
+ private:
+  static void CALLBACK note(HWINEVENTHOOK, DWORD event, HWND window, LONG, LONG child, DWORD,
+                            DWORD) {
+    for (const int list : {0, 1}) {
+      if (window != headers_[list]) continue;
+      told.push_back(std::to_string(list) + (event == EVENT_OBJECT_FOCUS ? " focus " : " choice ") +
+                     std::to_string(child - 1));
+    }
+  }
+  static inline const HWND* headers_ = nullptr;
+  HWINEVENTHOOK hook_;
+};
+
 TEST_CASE("windows: mapping and unmapping by the keyboard alone") {
   const MappingScreen in;
+  const ToldOfColumns toldOf(in);
   SetFocus(in.window.list(0));
   constexpr WORD keys[] = {VK_RIGHT, VK_RETURN, VK_TAB, VK_RIGHT, VK_RIGHT, VK_RETURN};
   for (const WORD key : keys) {
     sendPress(key);
     pumpFor(30);
   }
+  CHECK(toldOf.told == Texts{"0 focus 1", "0 choice 1", "1 focus 1", "1 focus 2"});
   CHECK(in.window.cell(1, 1, 2) == "R&D");
   CHECK(in.window.cell(1, 2, 2) == "x");
   const std::function<void()> openings[] = {[] { sendPress(VK_APPS); },

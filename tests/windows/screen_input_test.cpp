@@ -1,11 +1,17 @@
 // Screens under a real mouse and a real keyboard.
 #include <windows.h>
 
+#include <shobjidl.h>
+
 #include <functional>
 #include <string>
 
+#include "apps/host/class_registration.h"
+#include "masters/salesman_workbook.h"
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "platform/windows/windows_desktop.h"
 #include "tests/windows/input_screen.h"
+#include "tests/windows/stub_object.h"
 
 namespace velk {
 namespace {
@@ -182,6 +188,104 @@ TEST_CASE("windows: a long run repaints, takes no input and shows how far it is"
   CHECK(title.ends_with(" of 1,500 records - Import Customer Opening"));
   CHECK(in.screen->isOpen());
   CHECK(textOf(in.window.handle) == "Import Customer Opening");
+}
+
+TEST_CASE("windows: a user who comes back finds the focus on a control that takes keys") {
+  const struct {
+    const char* away;  ///< where the focus is when the user goes
+    std::function<void(ImportScreen&)> meanwhile;
+    const char* back;  ///< empty: the file name
+  } rows[] = {{"&Clear", [](ImportScreen&) {}, "&Clear"},
+              {"&Clear", [](ImportScreen& screen) { screen.CmdClear.setEnabled(false); }, "C&lose"},
+              {"&Clear", [](ImportScreen& screen) { screen.CmdClear.setVisible(false); }, "C&lose"},
+              {"&Clear", [](ImportScreen& screen) { screen.TxtFileName.setFocus(); }, ""}};
+  for (const auto& row : rows) {
+    CAPTURE(&row - rows);
+    InputScreen in(customerScreen);
+    SetFocus(in.window.button(row.away));
+    // As another program's window is told of, which the thread's own windows are not.
+    SendMessageW(in.window.handle, WM_ACTIVATE, WA_INACTIVE, 0);
+    SetFocus(nullptr);
+    row.meanwhile(*in.screen);
+    SetFocus(nullptr);
+    SetFocus(in.window.handle);
+    CHECK(GetFocus() == (*row.back == 0 ? in.ofClass(L"Edit") : in.window.button(row.back)));
+  }
+}
+
+/// The texts that title bars of screens are given while this lives.
+class Titles {
+ public:
+  Titles() {
+    seen.clear();
+    hook_ = SetWindowsHookExW(WH_CALLWNDPROC, note, nullptr, GetCurrentThreadId());
+  }
+  ~Titles() { UnhookWindowsHookEx(hook_); }
+  Titles(const Titles&) = delete;
+  Titles& operator=(const Titles&) = delete;
+
+  static inline Texts seen;
+
+ private:
+  static LRESULT CALLBACK note(int code, WPARAM sender, LPARAM details) {
+    const auto& message = *reinterpret_cast<const CWPSTRUCT*>(details);
+    if (code == HC_ACTION && message.message == WM_SETTEXT &&
+        isOfClass(message.hwnd, L"Velk_OpnImp.Form")) {
+      seen.push_back(fromWide(reinterpret_cast<const wchar_t*>(message.lParam)));
+    }
+    return CallNextHookEx(nullptr, code, sender, details);
+  }
+  HHOOK hook_;
+};
+
+/// Takes the place of the taskbar: keeps what it is to show.
+struct FakeTaskbar : StubObject<ITaskbarList3> {
+  FakeTaskbar() {
+    shown.clear();
+    on(&ITaskbarList3::HrInit, [](void*) { return S_OK; });
+    on(&ITaskbarList3::SetProgressState, [](void*, HWND, TBPFLAG state) {
+      shown.push_back("state " + std::to_string(state));
+      return S_OK;
+    });
+    on(&ITaskbarList3::SetProgressValue, [](void*, HWND, ULONGLONG done, ULONGLONG all) {
+      shown.push_back(std::to_string(done) + " of " + std::to_string(all));
+      return S_OK;
+    });
+  }
+  static inline Texts shown;
+
+ private:
+  ClassRegistration registered_{CLSID_TaskbarList, [this] { return ComPtr<IUnknown>(get()); }};
+};
+
+std::string salesmenWorkbook(const Texts& names) {
+  MemoryFiles files;
+  const auto sheet = XlsSpreadsheet(files).add();
+  int column = 0;
+  for (const std::string_view caption : salesmanCaptions) sheet->setText(1, ++column, caption);
+  int row = 1;
+  for (const std::string& name : names) sheet->setText(++row, 1, name);
+  sheet->saveAs("salesmen.xls");
+  return files.contents["salesmen.xls"];
+}
+
+TEST_CASE("windows: View and a salesmen's run show on the taskbar how far they are") {
+  constexpr DWORD longEnough = 150;  // milliseconds
+  const FakeTaskbar taskbar;
+  InputScreen in(masterScreen);
+  in.world.files.onRead = [] { Sleep(longEnough); };
+  in.world.view(*in.screen, "Bank Code\r\nA\r\n");
+  CHECK(taskbar.shown == Texts{"state " + std::to_string(TBPF_INDETERMINATE), "state 0"});
+  in.world.files.onRead = nullptr;
+  chooseSalesmen(in.window);
+  in.world.database->answerRows("sp_Check_DSCaption", {{1}});
+  in.world.view(*in.screen, salesmenWorkbook({"A", "B"}));
+  FakeTaskbar::shown.clear();
+  const Titles titles;
+  in.world.database->onCall = [](const FakeCall&) { Sleep(longEnough); };
+  in.window.click("&Import");
+  CHECK(taskbar.shown == Texts{"2 of 2", "state 0"});
+  CHECK(titles.seen == Texts{"2 of 2 records - Import - Salesman", "Import - Salesman"});
 }
 
 }  // namespace

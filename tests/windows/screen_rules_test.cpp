@@ -139,5 +139,19 @@ TEST_CASE("windows: users are told what to do in words of theirs") {
   }
 }
 
+TEST_CASE("windows: a stop on the screen of master data is no warning of posting twice") {
+  OpenScreen in;
+  in.open(masterScreen);
+  in.world.view(*in.screen,
+                "Bank Code,Bank Name,Branch Code,Branch Name\r\nA,B,C,D\r\nE,F,G,H\r\n");
+  in.world.database->onCall = [&](const FakeCall& call) {
+    if (call.text == "sp_insert_branch") in.screen->mappingList.clearRows();
+  };
+  in.window.click("&Import");
+  CHECK(in.world.messages ==
+        Texts{"box 48: The import stopped at record 2: The list has changed since View. Press "
+              "View again. Records before it are posted."});
+}
+
 }  // namespace
 }  // namespace velk

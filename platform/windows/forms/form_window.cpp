@@ -178,7 +178,7 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
       if (LOWORD(wParam) == WA_INACTIVE) focus_ = GetFocus();
       return defaultHandling(message, wParam, lParam);
     case WM_SETFOCUS:
-      if (focus_ != nullptr && IsChild(handle_, focus_) != FALSE) SetFocus(focus_);
+      takeFocusBack();
       return 0;
     case WM_WINDOWPOSCHANGED:
       return positionChanged(wParam, lParam);
@@ -194,6 +194,13 @@ LRESULT FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     default:
       return defaultHandling(message, wParam, lParam);
   }
+}
+
+// A run may have disabled the control meanwhile: a window that is disabled gets no keys.
+void FormWindow::takeFocusBack() const {
+  if (focus_ == nullptr || IsChild(handle_, focus_) == FALSE) return;
+  const bool takesKeys = IsWindowEnabled(focus_) != FALSE && IsWindowVisible(focus_) != FALSE;
+  SetFocus(takesKeys ? focus_ : GetNextDlgTabItem(handle_, focus_, FALSE));
 }
 
 void FormWindow::command(WPARAM wParam, HWND control) {
@@ -338,7 +345,10 @@ void FormWindow::formChanged(Property property) {
 
 void FormWindow::controlChanged(Control& control, Property property) {
   const auto alive = weak_from_this().lock();  // a focus that moves runs handlers
-  if (ControlWindow* window = windowOf(control)) window->propertyChanged(property);
+  ControlWindow* const window = windowOf(control);
+  // First: while the user is in another program it is for when he comes back.
+  if (window != nullptr && property == Property::Focus) focus_ = window->handle();
+  if (window != nullptr) window->propertyChanged(property);
   if (property == Property::Caption) nameBoxes();
   changeLater();
 }

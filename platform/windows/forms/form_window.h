@@ -49,6 +49,7 @@ class FormWindow final : public FormObserver, public std::enable_shared_from_thi
   void applyTabOrder() const;
   ControlWindow* windowOf(const Control& control) const;
   ControlWindow* holding(HWND window) const;
+  void takeFocusBack() const;
   void command(WPARAM wParam, HWND control);
   LRESULT notify(NMHDR& header) const;
   LRESULT color(UINT message, WPARAM wParam, LPARAM lParam) const;

@@ -1,5 +1,6 @@
 #include "platform/windows/forms/window_factory.h"
 
+#include "platform/windows/floating_point.h"
 #include "platform/windows/forms/window_class.h"
 #include "platform/windows/wide_text.h"
 
@@ -24,6 +25,7 @@ class FrameWindow final : public ControlWindow {
     const auto* frame = reinterpret_cast<FrameWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     // Null while CreateWindow runs: the constructor has not set it yet.
     if (frame == nullptr) return DefWindowProcW(window, message, wParam, lParam);
+    const MaskedFloatingPoint masked;
     switch (message) {
       case WM_ERASEBKGND:
         frame->erase(reinterpret_cast<HDC>(wParam));

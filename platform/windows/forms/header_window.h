@@ -36,6 +36,10 @@ class HeaderWindow {
   HWND handle() const { return handle_; }
   /// Empty for a column that does not exist.
   RECT placeOf(int column) const;
+  /// What happened to a column, for screen readers: an EVENT_OBJECT_... number.
+  void tell(DWORD event, int column) const {
+    NotifyWinEvent(event, handle_, OBJID_CLIENT, column + 1);  // CHILDID_SELF is 0
+  }
   void paintAnew() const { InvalidateRect(handle_, nullptr, FALSE); }
 
  private:

@@ -45,6 +45,9 @@ class ListWindow final : public ControlWindow {
         rowsChanged_ = true;
         return;
       case Property::ChosenColumn:
+        if (const auto chosen = list_.chosenColumn()) {
+          header_.tell(EVENT_OBJECT_SELECTION, static_cast<int>(*chosen));
+        }
         return header_.paintAnew();
       case Property::ToolTipText:
         return tooltip_.setText(list_.text(Property::ToolTipText));
@@ -263,6 +266,7 @@ class ListWindow final : public ControlWindow {
     current_ = next;
     scrollToCurrent();
     header_.paintAnew();
+    header_.tell(EVENT_OBJECT_FOCUS, current_);
   }
 
   RECT currentPlace() const {
