@@ -123,6 +123,24 @@ TEST_CASE("a call that broke off is taken up with the same files") {
   CHECK(contains(again.err, "reached all records of these files"));
 }
 
+TEST_CASE("nothing of any file is posted if one is refused, also when opening one breaks off") {
+  std::size_t broken = 0;
+  for (std::size_t call = 0; call < 12; ++call) {
+    CAPTURE(call);
+    RunnerWorld world;
+    world.script(std::string(call, '.') + "L");
+    const std::string a = openings(world, "a.csv", {good1});
+    const Ran ran = importAll(world, {a, openings(world, "b.csv", {good1})}, {"--json"});
+    CHECK(ran.status >= 2);
+    if (ran.out.empty()) continue;
+    const Json told(ran.out);
+    CHECK(told.at("files[0].run") == "null");
+    CHECK(told.at("files[1].run") == "null");
+    if (told.at("status") == "5") ++broken;
+  }
+  CHECK(broken > 0);
+}
+
 TEST_CASE("a database that is no company's gets nothing, not even an id") {
   RunnerWorld world;
   const std::string a = openings(world, "a.csv", {good1});

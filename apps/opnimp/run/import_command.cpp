@@ -66,6 +66,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       current_ = files_.size();
       files_.emplace_back(each, call_);
     }
+    current_ = 0;
   }
 
   /// Everything that can fail before anything is posted.
@@ -110,7 +111,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       return files_.front().breakOff(ended.why);
     }
     openFiles();
-    importFiles();
+    if (std::ranges::none_of(files_, hasEnded)) importFiles();
   }
 
   /// A database of which it is not known which one it is could take the same records twice.
@@ -147,8 +148,10 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   }
 
   static bool isPassedOver(const SingleImport& file) { return file.result().passedOver; }
+  static bool hasEnded(const SingleImport& file) { return file.hasEnded(); }
 
-  /// All files are looked at before anything of the first one is posted.
+  /// All files are looked at before anything of the first one is posted. One that breaks off ends
+  /// the call: nobody knows what those behind it would have been refused for.
   void openFiles() {
     std::size_t total = 0;
     for (current_ = 0; current_ < files_.size(); ++current_) {
@@ -189,7 +192,6 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     for (current_ = 0; current_ < files_.size(); ++current_) {
       SingleImport& file = files_[current_];
       if (isPassedOver(file)) continue;
-      if (file.hasEnded()) return;
       call_.progress.setBefore(before);
       before += file.result().input->count();
       import(file);
