@@ -123,6 +123,30 @@ TEST_CASE("a call that broke off is taken up with the same files") {
   CHECK(contains(again.err, "reached all records of these files"));
 }
 
+TEST_CASE("what --from-line left out is never said to be reached, and keeps the status from 0") {
+  RunnerWorld world;
+  const std::string a = openings(world, "a.csv", {good1, good2, good3});
+  CHECK(world.import(a, {"--from-line", "4"}).status == 0);
+  CHECK(contains(world.import(a, {"--resume"}).err, "all records of the file from line 4 on"));
+  const std::string b = openings(world, "b.csv", {"C004,D,R5,,7,7", "C005,E,R6,,6,6"});
+  const Ran passed = importAll(world, {a, b}, {"--resume"});
+  CHECK(passed.status == 1);
+  CHECK(contains(passed.out, "run 1 reached all its records from line 4 on, or may have"));
+  CHECK(contains(passed.out, "Look at the first 2 records of the file: run 1 and those"));
+  CHECK(contains(importAll(world, {a, b}, {"--resume"}).err, "(" + a + " from line 4 on)"));
+
+  world.surroundings.interrupted = [left = 2]() mutable { return left-- <= 0; };
+  const std::string c =
+      openings(world, "c.csv", {"C004,D,R7,,7,7", "C005,E,R8,,6,6", "C006,F,R9,,6,6"});
+  CHECK(world.import(c, {"--from-line", "3"}).status == 5);
+  world.surroundings.interrupted = [] { return false; };
+  const Json rest(world.import(c, {"--resume", "--json"}).out);
+  CHECK(rest.at("status") == "1");
+  CHECK(rest.at("leftOut") == "1");
+  CHECK(rest.at("account.fileRecords") == "1");
+  CHECK(Json(world.run({"report", rest.at("run"), "--json"}).out).at("next") == rest.at("next"));
+}
+
 TEST_CASE("nothing of any file is posted if one is refused, also when opening one breaks off") {
   std::size_t broken = 0;
   for (std::size_t call = 0; call < 12; ++call) {

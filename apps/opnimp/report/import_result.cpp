@@ -33,7 +33,7 @@ std::size_t recordsLeft(const ImportResult& result) {
 
 /// The same of the runs that it goes on with.
 std::size_t leftBefore(const ImportResult& result) {
-  std::size_t left = result.setApart.size();
+  std::size_t left = result.setApart.size() + result.leftOut;
   for (const RefusedBefore& refused : result.refusedBefore) left += refused.records;
   return left;
 }
@@ -86,6 +86,12 @@ void addAllowedDsTypes(const ImportResult& result, std::vector<std::string>& ste
 }
 
 void addStepsForEarlierRuns(const ImportResult& result, std::vector<std::string>& steps) {
+  if (result.leftOut > 0) {
+    steps.push_back("Look at the first " + counted(result.leftOut, "record", "records") +
+                    " of the file: run " + std::to_string(result.resumes) +
+                    " and those that it goes on with reached the file" + fromText(result) +
+                    " only. Copy those that are still to be imported to a file of their own.");
+  }
   if (!result.setApart.empty()) {
     // No file of such records is written for a run that can have posted nothing.
     const bool written = !result.refused() && !result.isDryRun() && !result.passedOver;
@@ -230,6 +236,12 @@ ExitStatus ImportResult::status() const {
   const bool whole = brokeOff.empty() && account.addsUp();
   if (!whole || !rejectsError.empty() || !reportError.empty()) return ExitStatus::BrokeOff;
   return recordsLeft(*this) + before > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
+}
+
+std::string fromText(const ImportResult& result) {
+  if (result.leftOut == 0) return {};
+  const LaterRecords* const part = asPart(*result.input);
+  return " from " + (part == nullptr ? *result.input : part->whole()).where(result.leftOut) + " on";
 }
 
 std::string recordsText(const InputRecords& input) {

@@ -136,15 +136,28 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
                        " now, in this database; `opnimp runs` lists those that it has");
     }
     if (!std::ranges::all_of(files_, isPassedOver)) return;
-    const std::string number = std::to_string(files_.front().result().resumes);
+    const ImportResult& first = files_.front().result();
+    const std::string number = std::to_string(first.resumes);
     if (several) {
       throw UsageError("--resume: earlier runs, such as run " + number +
-                       ", reached all records of these files, or may have; there is nothing to go "
-                       "on with. `opnimp runs` lists them");
+                       ", reached all records of these files" + leftOutText() +
+                       ", or may have; there is nothing to go on with. `opnimp runs` lists them");
     }
-    throw UsageError("--resume: run " + number + " reached all records of the file, or may have; " +
+    throw UsageError("--resume: run " + number + " reached all records of the file" +
+                     fromText(first) + ", or may have; " +
                      "there is nothing to go on with. `opnimp rejects " + number +
                      " FILE` writes those that it refused or left in doubt");
+  }
+
+  /// " (a.csv from line 4 on)".
+  std::string leftOutText() const {
+    std::string text;
+    for (const SingleImport& file : files_) {
+      const std::string from = fromText(file.result());
+      if (from.empty()) continue;
+      text.append(text.empty() ? " (" : ", ").append(file.result().arguments.file).append(from);
+    }
+    return text.empty() ? text : text + ")";
   }
 
   static bool isPassedOver(const SingleImport& file) { return file.result().passedOver; }

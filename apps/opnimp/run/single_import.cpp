@@ -73,6 +73,7 @@ void SingleImport::resume(const Resumption& resumption) {
                      ", but later ones: copy them to a file of their own and import that");
   }
   result_.resumes = resumption.run;
+  result_.leftOut = resumption.first;
   result_.setApart = resumption.doubtful;
   result_.refusedBefore = resumption.refused;
   result_.passedOver = resumption.next == count();
