@@ -34,7 +34,6 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     call_.database = foresight.database;
     readFiles();
     drive();
-    evaluate();
     foresight.ended(result());
   }
 
@@ -52,7 +51,6 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       throw;
     }
     call_.progress.erase();
-    evaluate();
     // Last of all: it tells what became of the other files.
     for (SingleImport& file : files_) ImportOutputs::writeReport(file.result());
     return result();
@@ -96,10 +94,17 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     const WatchedRun run{[self = shared_from_this()] { self->drive(); },
                          call_.surroundings.interrupted,
                          [database = call_.database] { database->cancel(); }, call_.gate};
-    if (!runWatched(run)) files_[current_].giveUp();
+    if (runWatched(run)) return;
+    files_[current_].giveUp();
+    evaluate();
   }
 
   void drive() {
+    post();
+    evaluate();
+  }
+
+  void post() {
     std::optional<DryRun> dryRun;
     try {
       if (call_.journal) identify();
@@ -229,14 +234,17 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     return std::ranges::any_of(files_, [](const SingleImport& file) { return file.began(); });
   }
 
+  /// Once more for those that it did not come to, if the database does not answer here either.
   void evaluate() {
     for (SingleImport& file : files_) {
-      if (file.isEvaluated()) continue;
-      if (!file.began() && !file.hasEnded() && !isPassedOver(file)) {
-        file.breakOff("it was not begun, since the import ended at " +
-                      files_[current_].result().arguments.file);
-      }
-      file.evaluate();
+      if (file.began() || file.hasEnded() || isPassedOver(file)) continue;
+      file.breakOff("it was not begun, since the import ended at " +
+                    files_[current_].result().arguments.file);
+    }
+    for (std::size_t i = 0; i < files_.size(); ++i) {
+      if (files_[i].isEvaluated()) continue;
+      current_ = i;
+      files_[i].evaluate();
     }
   }
 
