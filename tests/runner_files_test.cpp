@@ -58,6 +58,7 @@ TEST_CASE("a file that is refused keeps all others from being posted") {
       {"C003,C,R3,,10.00,(1.00)", "with --accept amount-in-parentheses"},
       {"C003,C,R3,,10.00,", "Balance is empty in line 2 (record 1)"},
       {good2, "line 2 (line 3 of "},
+      {"c002,B,r2,04/03/2008,-50.00,-20.00", "line 2 (line 3 of "},
       {"C004,D,Old,,7,7", "run 1 of 2008-04-01 00:00:00 posted this file already", false},
   };
   for (const auto& row : rows) {
@@ -108,6 +109,10 @@ TEST_CASE("a call that broke off is taken up with the same files") {
   CHECK(broken.status == 5);
   CHECK(contains(broken.out, "it was not begun, since the import ended at " + files[1]));
   CHECK(contains(broken.out, "Then import the same files with --resume"));
+  CHECK(contains(broken.out, "Leave 2 records that the run did not reach"));
+  for (const char* otherWay : {"Next:      Import", "import the file", "--from-line"}) {
+    CHECK_MESSAGE(!contains(broken.out, otherWay), broken.out);
+  }
   CHECK_MESSAGE(debits(world) == "1", broken.out);
   world.surroundings.interrupted = [] { return false; };
   const Json call(importAll(world, files, {"--resume", "--json"}).out);

@@ -111,11 +111,17 @@ void addStepsForEarlierRuns(const ImportResult& result, std::vector<std::string>
   }
 }
 
+/// Then what to import again is told once, of the call: it knows what became of the others.
+bool isOneOfSeveral(const ImportResult& result) {
+  return result.arguments.files.size() > 1;
+}
+
 enum class FileStays { Same, Corrected };
 
 /// What to import again, `file` being its name in the sentence.
 // A corrected file is another one, of which there is no run to resume.
 std::string importAgain(const ImportResult& result, std::string_view file, FileStays stays) {
+  if (isOneOfSeveral(result)) return "import all files again, as is told of them together";
   const LaterRecords* const part = asPart(*result.input);
   if (result.resumes != 0 && stays == FileStays::Same) {
     return "import the file with --resume again";
@@ -148,8 +154,14 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
   add("Import", result.input->unreadRows().size(), "row", "rows",
       " after the first blank row, where reading ended: copy them, under the captions, to a "
       "workbook of their own.");
-  add("Import", account.count(Outcome::NotReached), "record", "records",
-      " that the run did not reach" + where(result, RejectFiles::Rest) + ".");
+  const std::size_t notReached = account.count(Outcome::NotReached);
+  if (isOneOfSeveral(result)) {
+    add("Leave", notReached, "record", "records",
+        " that the run did not reach to what is told of all files together.");
+  } else {
+    add("Import", notReached, "record", "records",
+        " that the run did not reach" + where(result, RejectFiles::Rest) + ".");
+  }
 }
 
 std::string stepAfterDryRun(const ImportResult& result) {
@@ -205,6 +217,10 @@ std::string stepWithNothingImported(const ImportResult& result) {
 std::string stepAfterRefusal(const ImportResult& result) {
   if (result.refusedWithAnother) {
     return "Nothing was imported. Import it with the others when that file is corrected.";
+  }
+  if (result.repeats) {
+    return "Nothing was imported. Why it was refused says how to go on; with --again everything "
+           "named there would be posted a second time.";
   }
   const std::string corrected = importAgain(result, "it", FileStays::Corrected);
   if (result.resumes == 0) {

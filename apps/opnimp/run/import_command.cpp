@@ -200,7 +200,9 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       const ImportResult& result = file.result();
       const std::string refusal =
           known.add(result.arguments.file, file.recordsToPost(), result.input->placeWord());
-      if (!refusal.empty()) file.refuse(refusal);
+      if (refusal.empty()) continue;
+      file.refuse(refusal);
+      file.result().repeats = true;
     }
   }
 
