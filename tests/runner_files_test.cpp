@@ -58,6 +58,7 @@ TEST_CASE("a file that is refused keeps all others from being posted") {
       {"C003,C,R3,,10.00,(1.00)", "with --accept amount-in-parentheses"},
       {"C003,C,R3,,10.00,", "Balance is empty in line 2 (record 1)"},
       {good2, "line 2 (line 3 of "},
+      {"c002,B,r2,04/03/2008,-50.00,-20.00", "line 2 (line 3 of "},
       {"C004,D,Old,,7,7", "run 1 of 2008-04-01 00:00:00 posted this file already", false},
   };
   for (const auto& row : rows) {
@@ -108,6 +109,10 @@ TEST_CASE("a call that broke off is taken up with the same files") {
   CHECK(broken.status == 5);
   CHECK(contains(broken.out, "it was not begun, since the import ended at " + files[1]));
   CHECK(contains(broken.out, "Then import the same files with --resume"));
+  CHECK(contains(broken.out, "Leave 2 records that the run did not reach"));
+  for (const char* otherWay : {"Next:      Import", "import the file", "--from-line"}) {
+    CHECK_MESSAGE(!contains(broken.out, otherWay), broken.out);
+  }
   CHECK_MESSAGE(debits(world) == "1", broken.out);
   world.surroundings.interrupted = [] { return false; };
   const Json call(importAll(world, files, {"--resume", "--json"}).out);
@@ -121,6 +126,48 @@ TEST_CASE("a call that broke off is taken up with the same files") {
   const Ran again = importAll(world, files, {"--resume"});
   CHECK(again.status == 3);
   CHECK(contains(again.err, "reached all records of these files"));
+}
+
+TEST_CASE("what --from-line left out is never said to be reached, and keeps the status from 0") {
+  RunnerWorld world;
+  const std::string a = openings(world, "a.csv", {good1, good2, good3});
+  CHECK(world.import(a, {"--from-line", "4"}).status == 0);
+  CHECK(contains(world.import(a, {"--resume"}).err, "all records of the file from line 4 on"));
+  const std::string b = openings(world, "b.csv", {"C004,D,R5,,7,7", "C005,E,R6,,6,6"});
+  const Ran passed = importAll(world, {a, b}, {"--resume"});
+  CHECK(passed.status == 1);
+  CHECK(contains(passed.out, "run 1 reached all its records from line 4 on, or may have"));
+  CHECK(contains(passed.out, "Look at the first 2 records of the file: run 1 and those"));
+  CHECK(contains(importAll(world, {a, b}, {"--resume"}).err, "(" + a + " from line 4 on)"));
+
+  world.surroundings.interrupted = [left = 2]() mutable { return left-- <= 0; };
+  const std::string c =
+      openings(world, "c.csv", {"C004,D,R7,,7,7", "C005,E,R8,,6,6", "C006,F,R9,,6,6"});
+  CHECK(world.import(c, {"--from-line", "3"}).status == 5);
+  world.surroundings.interrupted = [] { return false; };
+  const Json rest(world.import(c, {"--resume", "--json"}).out);
+  CHECK(rest.at("status") == "1");
+  CHECK(rest.at("leftOut") == "1");
+  CHECK(rest.at("account.fileRecords") == "1");
+  CHECK(Json(world.run({"report", rest.at("run"), "--json"}).out).at("next") == rest.at("next"));
+}
+
+TEST_CASE("nothing of any file is posted if one is refused, also when opening one breaks off") {
+  std::size_t broken = 0;
+  for (std::size_t call = 0; call < 12; ++call) {
+    CAPTURE(call);
+    RunnerWorld world;
+    world.script(std::string(call, '.') + "L");
+    const std::string a = openings(world, "a.csv", {good1});
+    const Ran ran = importAll(world, {a, openings(world, "b.csv", {good1})}, {"--json"});
+    CHECK(ran.status >= 2);
+    if (ran.out.empty()) continue;
+    const Json told(ran.out);
+    CHECK(told.at("files[0].run") == "null");
+    CHECK(told.at("files[1].run") == "null");
+    if (told.at("status") == "5") ++broken;
+  }
+  CHECK(broken > 0);
 }
 
 TEST_CASE("a database that is no company's gets nothing, not even an id") {

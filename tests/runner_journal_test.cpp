@@ -42,6 +42,10 @@ TEST_CASE("what an earlier run posted is refused, and --again posts it") {
     std::string_view says;
   } rows[] = {
       {{openingTitles, good1, unknownCustomer, secondGood}, {}, 2, "run 1 of 2008-04-01"},
+      {{openingTitles, good1, unknownCustomer, secondGood},
+       {},
+       2,
+       "--again everything named there"},
       {{openingTitles, good1, unknownCustomer, secondGood}, {"--dry-run"}, 2, "2 records of 3"},
       // Another file: the same record in another order of columns, written in another way.
       {{"Balance,Bill Amount,Customer ID,Date,Reference", "5,5,C001,1/3/2008,R9",
@@ -49,6 +53,10 @@ TEST_CASE("what an earlier run posted is refused, and --again posts it") {
        {},
        2,
        "1 record of this file was posted by an earlier run, or may have been: line 3 (run 1)"},
+      {{openingTitles, "c001 ,A, r1,03/03/2008,100.00,60.00"},
+       {"--accept", "all"},
+       2,
+       "line 2 (run 1)"},
       {{openingTitles, good3, "C004,D,R4,,5,5", "C004,D,R4,,5,5"}, {"--accept", "all"}, 1, "run 2"},
       // What was refused is not in the database.
       {{openingTitles, unknownCustomer}, {}, 1, "run 3"},
@@ -161,6 +169,7 @@ TEST_CASE("a command that cannot do what it is asked for says why and writes not
       {{"report", "2"}, 3, "has no run 2"},
       {{"report", "1", "--journal", world.folder.path("none")}, 3, "has no run 1"},
       {{"runs", "--journal", other}, 4, "is no journal"},
+      {{"runs", "--journal", world.folder.path("none")}, 4, "there is no journal"},
       {{"runs", "--journal", world.folder.path("")}, 4, "could not be read"},
       {{"reversal", "1", fresh}, 3, "master data, which has no opposite"},
       {{"reversal", "1", there}, 3, "there is a file"},
@@ -176,9 +185,25 @@ TEST_CASE("a command that cannot do what it is asked for says why and writes not
   }
   CHECK(world.folder.read("there.csv") == "mine");
   CHECK_FALSE(world.folder.has("fresh.csv"));
-  const Ran none = world.run({"runs", "--journal", world.folder.path("none")});
+}
+
+TEST_CASE("the list of runs says of a journal that it is damaged, or not there yet") {
+  RunnerWorld world;
+  const Ran none = world.run({"runs"});
   CHECK(none.status == 0);
-  CHECK(contains(none.out, "no runs yet"));
+  CHECK(contains(none.out, "has no runs yet"));
+  CHECK(world.importLines({openingTitles, good1}).status == 0);
+  std::string bytes = world.folder.read("state/opnimp/journal");
+  const std::string whole = bytes;
+  bytes[20] = static_cast<char>(bytes[20] ^ 1);
+  const Ran first = world.run({"runs", "--journal", world.folder.write("first", bytes)});
+  CHECK(first.status == 4);
+  CHECK(contains(first.out, "is damaged: no run of it can be read"));
+  CHECK(contains(first.err, "it is damaged"));
+  const Ran second =
+      world.run({"runs", "--journal", world.folder.write("second", whole + bytes.substr(8))});
+  CHECK(second.status == 4);
+  CHECK(contains(second.out, "1 posted"));
 }
 
 TEST_CASE("a journal that cannot be written lets nothing be posted") {

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <thread>
 
 #include "apps/opnimp/audit/export_result.h"
 #include "apps/opnimp/audit/pasted_value.h"
@@ -115,6 +116,22 @@ TEST_CASE("what becomes of salesmen when calls fail") {
     CHECK_MESSAGE(contains(ran.out, std::string("they are in ") + world.folder.path(row.file)),
                   ran.out);
   }
+}
+
+TEST_CASE("a database that hangs behind the last record does not cost the account") {
+  SalesmanWorld world;
+  world.script("...xh");
+  world.surroundings.interrupted = [self = std::this_thread::get_id()] {
+    return std::this_thread::get_id() == self;
+  };
+  const Ran ran =
+      world.importRows({salesmanTitles, good}, {"--json", "--rejects", world.folder.path("r.xls")});
+  CHECK(ran.status == 5);
+  const Json report(ran.out);
+  CHECK(report.outcomes() == "rejected");
+  CHECK(report.at("account.addsUp") == "true");
+  CHECK(world.rowsOf("r.xls")[1] == good);
+  CHECK(Json(world.run({"report", "1", "--json"}).out).at("brokeOff") == report.at("brokeOff"));
 }
 
 TEST_CASE("a text that no procedure takes is of the record, in a dry run, too") {

@@ -141,10 +141,12 @@ TEST_CASE("a file of --rejects that fails does not keep the others from being wr
     std::filesystem::create_directory(rejects);  // after it was tried
     return clock();
   };
-  const Ran ran = world.importLines({openingTitles, wrong}, {"--rejects", rejects});
+  const Ran ran = world.importLines({openingTitles, wrong, "C\x1B[2J,X,R9,03/03/2008,1.00,1.00"},
+                                    {"--rejects", rejects, "--accept", "all"});
   CHECK(ran.status == 5);
   CHECK_MESSAGE(contains(ran.out, "r.csv cannot be written: it is a folder"), ran.out);
   CHECK(contains(world.folder.read("r.csv.reasons.csv"), "Invalid Date(never)"));
+  CHECK(contains(world.folder.read("r.csv.reasons.csv"), "for code - C\\x1B[2J"));
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
 #include "tests/support/runner.h"
 
 #include <algorithm>
+#include <chrono>
 #include <new>
 #include <sstream>
+#include <thread>
 
 #include "samples/company/sample_company.h"
 #include "tests/support/fake_database.h"
@@ -55,6 +57,7 @@ void RunnerWorld::script(std::string_view fates) {
     connection.nextError.reset();
     if (fate == 'x' || fate == 'd' || fate == 'X') throw RuntimeError(refused);
     if (fate == 't') throw RuntimeError(ErrorNumber::ProviderTimeout);
+    if (fate == 'h') std::this_thread::sleep_for(std::chrono::hours(1));
     if (fate == 'm') throw std::bad_alloc();
     if (fate == 'l' || fate == 'L') connection.nextError = refused;
   };

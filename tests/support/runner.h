@@ -35,8 +35,8 @@ class RunnerWorld {
 
   /// Puts one that knows all customers, vendors and DS types in the place of every database. Each
   /// call, query or procedure, has a letter in `fates`: x refused, d refused, but nobody knows
-  /// whether it took effect, t timed out, m out of memory, l its second statement is refused; X and
-  /// L: so, and the connection is lost. All others work.
+  /// whether it took effect, t timed out, m out of memory, h never comes back, l its second
+  /// statement is refused; X and L: so, and the connection is lost. All others work.
   void script(std::string_view fates);
 
   /// The sample company's database; a fresh one at first use.

@@ -53,7 +53,9 @@ const std::string wholeHelp =
     "fails, or is not reached; takes one file";
 const std::string filesHelp =
     "the file with the records; several are imported one after the\n"
-    "other with one account, and nothing of any if one is refused;\n"
+    "other with one account, and nothing of any if one is refused";
+const std::string numberedHelp =
+    ";\n"
     "--rejects r.csv and --report p.html then write r.1.csv, r.2.csv,\n"
     "p.1.html and so on";
 const std::string exportHelp =
@@ -186,7 +188,8 @@ class CommandLine {
     const auto preview = addOfKind(Command::Preview, "preview",
                                    "show the columns, what maps to what, and the first rows;\n"
                                    "needs no database");
-    addFiles({import, preview});
+    addFiles(*import, filesHelp + numberedHelp);
+    addFiles(*preview, filesHelp);
     const auto exporting = addOfKind(Command::Export, "export", exportHelp);
     addFile(*exporting, "the workbook to write");
     addFile(
@@ -243,10 +246,8 @@ class CommandLine {
     addText(command, "FILE", "", arguments_.file, what)->required();
   }
 
-  void addFiles(Apps commands) {
-    for (CLI::App* const command : commands) {
-      addText(*command, "FILE", "...", arguments_.files, filesHelp)->required();
-    }
+  void addFiles(CLI::App& command, const std::string& what) {
+    addText(command, "FILE", "...", arguments_.files, what)->required();
   }
 
   CLI::App* addOfKind(Command id, const char* name, const std::string& what) {

@@ -7,6 +7,7 @@
 #include "base/date_reader.h"
 #include "base/errors.h"
 #include "base/numbers.h"
+#include "base/text.h"
 
 namespace velk {
 
@@ -24,12 +25,18 @@ Value readDay(std::string text, int currentYear) {
   return reading ? Value(Date{std::trunc(reading->date.days)}) : Value(std::move(text));
 }
 
+// Databases compare codes without letter case, and many without the blanks at the end. In capitals,
+// as most codes are written.
+std::string keyOf(const std::string& text) {
+  return upperAscii(trim(text));
+}
+
 /// Writes the values that are posted, in the order of their fields.
 void writePosted(EntryWriter& to, const ImportKind& kind, const std::vector<std::string>& fields,
                  const std::vector<FieldMapping>& mapping, int currentYear) {
   const auto cell = [&](std::size_t field) { return mappedCell(fields, mapping, field); };
   if (kind.opening != nullptr) {
-    to.text(cell(openingField::code)).text(cell(openingField::reference));
+    to.text(keyOf(cell(openingField::code))).text(keyOf(cell(openingField::reference)));
     to.value(readDay(cell(openingField::date), currentYear));
     to.value(readAmount(cell(openingField::bill))).value(readAmount(cell(openingField::balance)));
     return;

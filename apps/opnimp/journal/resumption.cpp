@@ -1,6 +1,7 @@
 #include "apps/opnimp/journal/resumption.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace velk {
 
@@ -21,7 +22,7 @@ void add(const RunSummary& run, Resumption& resumption) {
   const std::size_t first = run.start.firstRecord;
   const std::size_t reached = run.reached();
   if (reached == 0) return;
-  // What stands before the first of all was left out by the user's choice.
+  // What stands before the first of all is told by itself: it may be none of this import.
   if (resumption.next > 0 && resumption.next < first && resumption.gapEnd == 0) {
     resumption.gapFirst = resumption.next;
     resumption.gapEnd = first;
@@ -43,11 +44,21 @@ std::vector<RefusedBefore> refusedBefore(const RunIndex& index, std::uint64_t nu
   return refused;
 }
 
+std::size_t firstReached(const RunIndex& index, std::uint64_t number) {
+  std::optional<std::size_t> first;
+  for (const RunSummary* run : index.takenUp(number)) {
+    const std::size_t begin = run->start.firstRecord;
+    if (run->reached() > 0) first = std::min(first.value_or(begin), begin);
+  }
+  return first.value_or(0);
+}
+
 Resumption findResumption(const RunIndex& index, const KnownFile& file) {
   const RunSummary* const last = lastRunOf(index, file);
   if (last == nullptr) return {};
   Resumption resumption;
   resumption.run = last->start.number;
+  resumption.first = firstReached(index, resumption.run);
   resumption.refused = refusedBefore(index, resumption.run);
   std::vector<const RunSummary*> runs = index.takenUp(resumption.run);
   std::ranges::stable_sort(runs, {}, [](const auto* run) { return run->start.firstRecord; });

@@ -34,8 +34,8 @@ std::vector<std::string> FilesResult::nextSteps() const {
       return {"Go through what is left to do of each file above."};
     case ExitStatus::Refused:
       return {
-          "Nothing was imported of any file. Correct what is refused, then import all of "
-          "them again."};
+          "Nothing was imported of any file. Correct what is refused, and leave out what is posted "
+          "already, then import all of them again."};
     default:
       break;
   }

@@ -33,7 +33,7 @@ std::size_t recordsLeft(const ImportResult& result) {
 
 /// The same of the runs that it goes on with.
 std::size_t leftBefore(const ImportResult& result) {
-  std::size_t left = result.setApart.size();
+  std::size_t left = result.setApart.size() + result.leftOut;
   for (const RefusedBefore& refused : result.refusedBefore) left += refused.records;
   return left;
 }
@@ -86,6 +86,12 @@ void addAllowedDsTypes(const ImportResult& result, std::vector<std::string>& ste
 }
 
 void addStepsForEarlierRuns(const ImportResult& result, std::vector<std::string>& steps) {
+  if (result.leftOut > 0) {
+    steps.push_back("Look at the first " + counted(result.leftOut, "record", "records") +
+                    " of the file: run " + std::to_string(result.resumes) +
+                    " and those that it goes on with reached the file" + fromText(result) +
+                    " only. Copy those that are still to be imported to a file of their own.");
+  }
   if (!result.setApart.empty()) {
     // No file of such records is written for a run that can have posted nothing.
     const bool written = !result.refused() && !result.isDryRun() && !result.passedOver;
@@ -105,11 +111,17 @@ void addStepsForEarlierRuns(const ImportResult& result, std::vector<std::string>
   }
 }
 
+/// Then what to import again is told once, of the call: it knows what became of the others.
+bool isOneOfSeveral(const ImportResult& result) {
+  return result.arguments.files.size() > 1;
+}
+
 enum class FileStays { Same, Corrected };
 
 /// What to import again, `file` being its name in the sentence.
 // A corrected file is another one, of which there is no run to resume.
 std::string importAgain(const ImportResult& result, std::string_view file, FileStays stays) {
+  if (isOneOfSeveral(result)) return "import all files again, as is told of them together";
   const LaterRecords* const part = asPart(*result.input);
   if (result.resumes != 0 && stays == FileStays::Same) {
     return "import the file with --resume again";
@@ -142,8 +154,14 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
   add("Import", result.input->unreadRows().size(), "row", "rows",
       " after the first blank row, where reading ended: copy them, under the captions, to a "
       "workbook of their own.");
-  add("Import", account.count(Outcome::NotReached), "record", "records",
-      " that the run did not reach" + where(result, RejectFiles::Rest) + ".");
+  const std::size_t notReached = account.count(Outcome::NotReached);
+  if (isOneOfSeveral(result)) {
+    add("Leave", notReached, "record", "records",
+        " that the run did not reach to what is told of all files together.");
+  } else {
+    add("Import", notReached, "record", "records",
+        " that the run did not reach" + where(result, RejectFiles::Rest) + ".");
+  }
 }
 
 std::string stepAfterDryRun(const ImportResult& result) {
@@ -200,6 +218,10 @@ std::string stepAfterRefusal(const ImportResult& result) {
   if (result.refusedWithAnother) {
     return "Nothing was imported. Import it with the others when that file is corrected.";
   }
+  if (result.repeats) {
+    return "Nothing was imported. Why it was refused says how to go on; with --again everything "
+           "named there would be posted a second time.";
+  }
   const std::string corrected = importAgain(result, "it", FileStays::Corrected);
   if (result.resumes == 0) {
     return "Nothing was imported. Correct the file or the mapping (`opnimp preview` shows both) "
@@ -230,6 +252,12 @@ ExitStatus ImportResult::status() const {
   const bool whole = brokeOff.empty() && account.addsUp();
   if (!whole || !rejectsError.empty() || !reportError.empty()) return ExitStatus::BrokeOff;
   return recordsLeft(*this) + before > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
+}
+
+std::string fromText(const ImportResult& result) {
+  if (result.leftOut == 0) return {};
+  const LaterRecords* const part = asPart(*result.input);
+  return " from " + (part == nullptr ? *result.input : part->whole()).where(result.leftOut) + " on";
 }
 
 std::string recordsText(const InputRecords& input) {

@@ -27,6 +27,7 @@ struct ImportResult {
   Traces traces;
   Account account;                          ///< empty when the run was refused
   std::string refusal;                      ///< why nothing was imported; empty: it was not refused
+  bool repeats = false;                     ///< it was refused for what is posted twice
   bool refusedWithAnother = false;          ///< and not for what the file itself is
   std::vector<std::string> allowedDsTypes;  ///< looked up when a salesman was rejected
   std::string brokeOff;                     ///< why the run ended early; empty: it did not
@@ -36,6 +37,7 @@ struct ImportResult {
   std::uint64_t resumes = 0;                ///< the run that it goes on with; 0: none
   bool passedOver = false;                  ///< that run had reached all: there is none of its own
   std::vector<std::size_t> setApart;        ///< records before its own that were left in doubt
+  std::size_t leftOut = 0;                  ///< first records that those runs did not reach either
   std::vector<RefusedBefore> refusedBefore;  ///< by the runs that it goes on with
   std::vector<std::string> rejectFiles;      ///< paths written
   std::string rejectsError;                  ///< why they could not be written
@@ -52,6 +54,8 @@ struct ImportResult {
   ExitStatus status() const;
 };
 
+/// Where the runs began that it goes on with: " from line 4 on"; empty for the first record.
+std::string fromText(const ImportResult& result);
 /// The outcome's name; of what is posted in a dry run, that it would be.
 std::string nameOf(Outcome outcome, const Arguments& arguments);
 /// What the calls of records have made, such as "Notes posted".

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/records/later_records.h"
@@ -32,7 +33,7 @@ std::vector<std::size_t> recordsOf(const Traces& traces, bool (*chosen)(Outcome)
 
 /// A reason may begin with a text of the file, which a spreadsheet would take for a formula.
 std::string asNoFormula(std::string text) {
-  if (text.find_first_of("=+-@\t\r") == 0) text.insert(0, "'");
+  if (text.find_first_of("=+-@") == 0) text.insert(0, "'");
   return text;
 }
 
@@ -45,7 +46,7 @@ std::string reasons(const InputRecords& input, const Traces& traces) {
     const RecordTrace& trace = traces.records[record];
     if (!isRefused(trace.outcome) && !isDoubtful(trace.outcome)) continue;
     text << record + 1 << ',' << input.place(record).line << ',' << outcomeName(trace.outcome)
-         << ',' << std::quoted(asNoFormula(reasonOf(trace)), '"', '"') << csvLineEnd;
+         << ',' << std::quoted(asNoFormula(printable(reasonOf(trace))), '"', '"') << csvLineEnd;
   }
   // In the code page of all the comma-separated files that are imported.
   return CodePage::windows1252().encode(text.str());

@@ -175,6 +175,7 @@ Json headJson(const ImportResult& result) {
       {"resumes", result.resumes == 0 ? Json() : Json(result.resumes)},
       {"passedOver", result.passedOver},
       {"setApart", result.setApart.size()},
+      {"leftOut", result.leftOut},
       {"refusedBefore", listOf(result.refusedBefore,
                                [](const RefusedBefore& refused) {
                                  return Json{{"run", refused.run}, {"records", refused.records}};

@@ -40,8 +40,8 @@ class TextReport {
     // Before the records, and in a refused run, too: these lines may explain all that follows.
     writeRunLines();
     if (result_.passedOver) {
-      out_ << "\nPassed over: run " << result_.resumes
-           << " reached all its records, or may have; `opnimp report " << result_.resumes
+      out_ << "\nPassed over: run " << result_.resumes << " reached all its records"
+           << fromText(result_) << ", or may have; `opnimp report " << result_.resumes
            << "` shows them\n";
     } else if (result_.refused()) {
       out_ << "\nRefused: " << printable(result_.refusal) << '\n';

@@ -56,7 +56,8 @@ void forEachRun(const RunIndex& index, Take take) {
 
 void writeRunsText(const std::string& journal, const RunIndex& index, std::ostream& out) {
   if (index.runs.empty()) {
-    out << "The journal " << printable(journal) << " has no runs yet.\n";
+    out << "The journal " << printable(journal)
+        << (index.end.damaged ? " is damaged: no run of it can be read.\n" : " has no runs yet.\n");
     return;
   }
   std::vector<std::vector<std::string>> rows{

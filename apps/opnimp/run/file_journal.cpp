@@ -69,7 +69,9 @@ FileJournal::FileJournal(ImportJournal& journal, ImportResult& result,
   // Only opening balances: master data is imported again by design.
   if (result.arguments.kind->opening == nullptr || result.arguments.again) return;
   const std::string refusal = repetitionRefusal(journal.index(), start_, result.input->placeWord());
-  if (!refusal.empty()) throw Refused(refusal);
+  if (refusal.empty()) return;
+  result.repeats = true;
+  throw Refused(refusal);
 }
 
 void FileJournal::begin(ImportResult& result, ImportReport& report, const Recorder& recorder) {

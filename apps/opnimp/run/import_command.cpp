@@ -36,7 +36,6 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     call_.database = foresight.database;
     readFiles();
     drive();
-    evaluate();
     foresight.ended(result());
   }
 
@@ -54,7 +53,6 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       throw;
     }
     call_.progress.erase();
-    evaluate();
     // Last of all: it tells what became of the other files.
     for (SingleImport& file : files_) ImportOutputs::writeReport(file.result());
     return result();
@@ -68,6 +66,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       current_ = files_.size();
       files_.emplace_back(each, call_);
     }
+    current_ = 0;
   }
 
   /// Everything that can fail before anything is posted.
@@ -97,10 +96,17 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     const WatchedRun run{[self = shared_from_this()] { self->drive(); },
                          call_.surroundings.interrupted,
                          [self = shared_from_this()] { self->cancel(); }, call_.gate};
-    if (!runWatched(run)) files_[current_].giveUp();
+    if (runWatched(run)) return;
+    files_[current_].giveUp();
+    evaluate();
   }
 
   void drive() {
+    post();
+    evaluate();
+  }
+
+  void post() {
     std::optional<DryRun> dryRun;
     try {
       if (!call_.database) openDatabase();
@@ -113,7 +119,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       return files_.front().breakOff(ended.why);
     }
     openFiles();
-    importFiles();
+    if (std::ranges::none_of(files_, hasEnded)) importFiles();
   }
 
   /// Within the run that is watched, since a server may not answer, and a file be locked.
@@ -149,20 +155,35 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
                        " now, in this database; `opnimp runs` lists those that it has");
     }
     if (!std::ranges::all_of(files_, isPassedOver)) return;
-    const std::string number = std::to_string(files_.front().result().resumes);
+    const ImportResult& first = files_.front().result();
+    const std::string number = std::to_string(first.resumes);
     if (several) {
       throw UsageError("--resume: earlier runs, such as run " + number +
-                       ", reached all records of these files, or may have; there is nothing to go "
-                       "on with. `opnimp runs` lists them");
+                       ", reached all records of these files" + leftOutText() +
+                       ", or may have; there is nothing to go on with. `opnimp runs` lists them");
     }
-    throw UsageError("--resume: run " + number + " reached all records of the file, or may have; " +
+    throw UsageError("--resume: run " + number + " reached all records of the file" +
+                     fromText(first) + ", or may have; " +
                      "there is nothing to go on with. `opnimp rejects " + number +
                      " FILE` writes those that it refused or left in doubt");
   }
 
-  static bool isPassedOver(const SingleImport& file) { return file.result().passedOver; }
+  /// " (a.csv from line 4 on)".
+  std::string leftOutText() const {
+    std::string text;
+    for (const SingleImport& file : files_) {
+      const std::string from = fromText(file.result());
+      if (from.empty()) continue;
+      text.append(text.empty() ? " (" : ", ").append(file.result().arguments.file).append(from);
+    }
+    return text.empty() ? text : text + ")";
+  }
 
-  /// All files are looked at before anything of the first one is posted.
+  static bool isPassedOver(const SingleImport& file) { return file.result().passedOver; }
+  static bool hasEnded(const SingleImport& file) { return file.hasEnded(); }
+
+  /// All files are looked at before anything of the first one is posted. One that breaks off ends
+  /// the call: nobody knows what those behind it would have been refused for.
   void openFiles() {
     std::size_t total = 0;
     for (current_ = 0; current_ < files_.size(); ++current_) {
@@ -193,7 +214,9 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       const ImportResult& result = file.result();
       const std::string refusal =
           known.add(result.arguments.file, file.recordsToPost(), result.input->placeWord());
-      if (!refusal.empty()) file.refuse(refusal);
+      if (refusal.empty()) continue;
+      file.refuse(refusal);
+      file.result().repeats = true;
     }
   }
 
@@ -203,7 +226,6 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     for (current_ = 0; current_ < files_.size(); ++current_) {
       SingleImport& file = files_[current_];
       if (isPassedOver(file)) continue;
-      if (file.hasEnded()) return;
       call_.progress.setBefore(before);
       before += file.result().input->count();
       import(file);
@@ -228,14 +250,17 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     return std::ranges::any_of(files_, [](const SingleImport& file) { return file.began(); });
   }
 
+  /// Once more for those that it did not come to, if the database does not answer here either.
   void evaluate() {
     for (SingleImport& file : files_) {
-      if (file.isEvaluated()) continue;
-      if (!file.began() && !file.hasEnded() && !isPassedOver(file)) {
-        file.breakOff("it was not begun, since the import ended at " +
-                      files_[current_].result().arguments.file);
-      }
-      file.evaluate();
+      if (file.began() || file.hasEnded() || isPassedOver(file)) continue;
+      file.breakOff("it was not begun, since the import ended at " +
+                    files_[current_].result().arguments.file);
+    }
+    for (std::size_t i = 0; i < files_.size(); ++i) {
+      if (files_[i].isEvaluated()) continue;
+      current_ = i;
+      files_[i].evaluate();
     }
   }
 

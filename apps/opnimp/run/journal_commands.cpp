@@ -48,8 +48,11 @@ Reversal reversalOf(JournaledImport& run) {
 ExitStatus runRuns(const Arguments& arguments, const Streams& streams,
                    const Surroundings& surroundings) {
   const OpenJournal journal = journalOf(arguments, streams, surroundings);
+  if (!journal.file && arguments.journal) {
+    throw CannotOpen("there is no journal " + journal.path + "; choose another with --journal");
+  }
   (arguments.json ? writeRunsJson : writeRunsText)(journal.path, journal.index, streams.out);
-  return ExitStatus::Posted;
+  return journal.index.end.damaged ? ExitStatus::CannotOpen : ExitStatus::Posted;
 }
 
 ExitStatus runReport(const Arguments& arguments, const Streams& streams,

@@ -81,6 +81,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   }
   result_.resumes = start.resumes;
   result_.setApart = start.setApart;
+  result_.leftOut = firstReached(journal.index, start.resumes);
   result_.refusedBefore = refusedBefore(journal.index, start.resumes);
   result_.mapping = start.mapping;
   result_.warnings =

@@ -73,6 +73,7 @@ void SingleImport::resume(const Resumption& resumption) {
                      ", but later ones: copy them to a file of their own and import that");
   }
   result_.resumes = resumption.run;
+  result_.leftOut = resumption.first;
   result_.setApart = resumption.doubtful;
   result_.refusedBefore = resumption.refused;
   result_.passedOver = resumption.next == count();
@@ -243,6 +244,7 @@ void SingleImport::settle() {
   }
   const std::string failure = whole_->settle(keep);
   if (result_.brokeOff.empty()) result_.brokeOff = failure;
+  whole_.reset();
 }
 
 /// The screen's messages may name the log, which a dry run does not write.
@@ -275,7 +277,7 @@ void SingleImport::refuseWith(const std::string& file) {
 
 void SingleImport::giveUp() {
   result_.brokeOff = "it was interrupted, and the database did not answer any more";
-  if (arguments().allOrNothing) recorder_.settle(Changes::NotKnown);
+  if (whole_) recorder_.settle(Changes::NotKnown);
 }
 
 void SingleImport::endInJournal(std::string_view why) {
@@ -291,8 +293,11 @@ void SingleImport::endJournal() {
 }
 
 void SingleImport::evaluate() {
+  if (!result_.passedOver) writeAccount();
   evaluated_ = true;
-  if (result_.passedOver) return;
+}
+
+void SingleImport::writeAccount() {
   if (wasRefused() && !result_.refused()) {
     result_.refusal = runRefusalText(*report_.refusal(), *result_.input, result_.mapping, kind());
   }

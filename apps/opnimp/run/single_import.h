@@ -38,7 +38,7 @@ class SingleImport {
   /// Posts the records. Raises CannotOpen.
   void import();
   /// What became of the records: into the journal, the rejects and the result. Once for each file,
-  /// whatever became of the import.
+  /// whatever became of the import; asks the database, if the file did not break off.
   void evaluate();
   bool isEvaluated() const { return evaluated_; }
 
@@ -83,6 +83,7 @@ class SingleImport {
   void settle();
   void tellOfLog();
   void findWarningsNow();
+  void writeAccount();
   void drawUp();
   void findAllowedDsTypes();
   void endJournal();
@@ -93,7 +94,7 @@ class SingleImport {
   Recorder recorder_;
   ImportReport report_;
   std::optional<FileJournal> journal_;
-  std::optional<WholeRun> whole_;
+  std::optional<WholeRun> whole_;  ///< until it is known what became of the transaction
   // The part whose screen is open: records in a row, as many as it takes.
   std::size_t partEnd_ = 0;             ///< the record behind its last one
   std::optional<ShadowFile> contents_;  ///< of a part that is not the whole file
