@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "platform/odbc/connection_string.h"
 #include "platform/odbc/mariadb_dialect.h"
 #include "platform/odbc/postgresql_dialect.h"
 #include "platform/odbc/sqlite_dialect.h"
@@ -36,11 +37,7 @@ const Dialect& dialectOf(std::string_view engineName) {
 }
 
 const Dialect* embeddedDialectIn(std::string_view connectionString) {
-  const std::string lowered = ";" + lowerAscii(connectionString);
-  for (const std::string_view driver : {";driver=sqlite", ";driver={sqlite"}) {
-    if (lowered.find(driver) != std::string::npos) return &sqliteDialect;
-  }
-  return nullptr;
+  return hasKeyword(connectionString, "driver", "sqlite") ? &sqliteDialect : nullptr;
 }
 
 }  // namespace velk

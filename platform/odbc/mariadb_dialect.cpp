@@ -3,33 +3,22 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/odbc/system_statements.h"
+
 namespace velk {
 namespace {
 
 // The names of tables are those of files: their letter case counts.
 constexpr auto mariadbStatements = std::to_array<KnownStatement>({
-    {"SELECT TOP 1 OpeningDate FROM Setup", "SELECT OpeningDate FROM Setup LIMIT 1"},
-    {"SELECT GETDATE()", "SELECT now()"},
-    {"select count(*) from Customer where CustomerID=N?",
-     "select count(*) from Customer where CustomerID=?"},
-    {"select count(*) from Vendors where VendorID=?",
-     "select count(*) from Vendors where VendorID=?"},
-    {"Select Active From DsType_Master Where DSTypeName = ? and DSTypeValue = ? and DSTypeCtlPos = "
-     "1 and OCGtype = (Select flag from tbl_velk_Configabstract where ScreenCode = ? and "
-     "ScreenName =?) ",
+    {shape::openingDate, standard::openingDate},
+    {shape::now, "SELECT now()"},
+    {shape::customerExists, standard::customerExists},
+    {shape::vendorExists, shape::vendorExists},
+    {shape::dsType,
      "Select Active From DSType_Master Where DSTypeName = ? and DSTypeValue = ? and DSTypeCtlPos = "
      "1 and OCGtype = (Select flag from tbl_velk_configabstract where ScreenCode = ? and "
      "ScreenName = ?)"},
-    {"select S.Salesman_name,Address,ResidentialNUmber,MobileNumber,(select DM.DSTypeValue from "
-     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID  and "
-     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=1),isnull((select DM.DSTypeValue from "
-     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID  and "
-     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),?) from Salesman S order by Salesman_name",
-     "select S.Salesman_name,Address,ResidentialNUmber,MobileNumber,(select DM.DSTypeValue from "
-     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID and "
-     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=1),ifnull((select DM.DSTypeValue from "
-     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID and "
-     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),?) from Salesman S order by Salesman_name"},
+    {shape::salesmen, standard::salesmen},
 });
 
 constexpr auto mariadbErrors = std::to_array<NativeError>({

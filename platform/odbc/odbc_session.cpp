@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "platform/odbc/cannot_connect.h"
+#include "platform/odbc/connection_string.h"
 
 namespace velk {
 namespace {
@@ -19,13 +20,6 @@ EnvironmentHandle makeEnvironment() {
 SQLPOINTER secondsArgument(int seconds) {
   // 0 means no limit to ODBC.
   return integerArgument(static_cast<std::uintptr_t>(seconds < 0 ? 0 : seconds));
-}
-
-/// True when the connection string has a value for the setting's name already.
-bool mentions(std::string_view connectionString, std::string_view setting) {
-  // With the separator, so that a setting is not found at the end of a longer name.
-  const std::string name = ";" + lowerAscii(setting.substr(0, setting.find('=') + 1));
-  return (";" + lowerAscii(connectionString)).find(name) != std::string::npos;
 }
 
 }  // namespace
@@ -55,7 +49,8 @@ void OdbcSession::open(std::string_view connectionString) {
 std::string OdbcSession::withSetting(std::string_view connectionString) const {
   const std::string setting = dialect_->connectionSetting(options_);
   std::string text(connectionString);
-  if (!mentions(connectionString, setting)) text.append(";").append(setting).append(";");
+  const bool isSet = hasKeyword(connectionString, setting.substr(0, setting.find('=')));
+  if (!isSet) text.append(";").append(setting).append(";");
   return text;
 }
 

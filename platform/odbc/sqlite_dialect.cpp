@@ -4,34 +4,20 @@
 #include <array>
 #include <limits>
 
+#include "platform/odbc/system_statements.h"
+
 namespace velk {
 namespace {
 
 // A statement that an import sends for each record has a row even if the engine understands it as
 // it is: only the statements of rows have their literals bound and stay prepared.
 constexpr auto statements = std::to_array<KnownStatement>({
-    {"SELECT TOP 1 OpeningDate FROM Setup", "SELECT OpeningDate FROM Setup LIMIT 1"},
-    {"SELECT GETDATE()", "SELECT datetime('now','localtime')"},
-    {"select count(*) from Customer where CustomerID=N?",
-     "select count(*) from Customer where CustomerID=?"},
-    {"select count(*) from Vendors where VendorID=?",
-     "select count(*) from Vendors where VendorID=?"},
-    {"Select Active From DsType_Master Where DSTypeName = ? and DSTypeValue = ? and DSTypeCtlPos = "
-     "1 and OCGtype = (Select flag from tbl_velk_Configabstract where ScreenCode = ? and "
-     "ScreenName =?) ",
-     "Select Active From DsType_Master Where DSTypeName = ? and DSTypeValue = ? and DSTypeCtlPos = "
-     "1 and OCGtype = (Select flag from tbl_velk_Configabstract where ScreenCode = ? and "
-     "ScreenName = ?)"},
-    {"select S.Salesman_name,Address,ResidentialNUmber,MobileNumber,(select DM.DSTypeValue from "
-     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID  and "
-     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=1),isnull((select DM.DSTypeValue from "
-     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID  and "
-     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),?) from Salesman S order by Salesman_name",
-     "select S.Salesman_name,Address,ResidentialNUmber,MobileNumber,(select DM.DSTypeValue from "
-     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID and "
-     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=1),ifnull((select DM.DSTypeValue from "
-     "DSType_Master DM,DStype_Details DD where DD.DSTypeID=DM.DSTypeID and "
-     "DD.SalesmanID=S.SalesmanID and DM.DSTypeCtlPos=2),?) from Salesman S order by Salesman_name"},
+    {shape::openingDate, standard::openingDate},
+    {shape::now, "SELECT datetime('now','localtime')"},
+    {shape::customerExists, standard::customerExists},
+    {shape::vendorExists, shape::vendorExists},
+    {shape::dsType, standard::dsType},
+    {shape::salesmen, standard::salesmen},
 });
 
 // Foreign keys are checked only on connections that ask for it.

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/text.h"
+#include "platform/odbc/connection_string.h"
 
 namespace velk {
 
@@ -71,17 +71,12 @@ bool fits(const Advice& advice, const Diagnostic& said) {
          said.message.find(advice.part) != std::string::npos;
 }
 
-bool hasKeyword(const std::string& lowered, std::string_view name) {
-  return (";" + lowered).find(std::string(";").append(name).append("=")) != std::string::npos;
-}
-
 }  // namespace
 
 std::string_view connectionAdvice(std::string_view connectionString,
                                   const std::vector<Diagnostic>& said) {
-  const std::string lowered = lowerAscii(connectionString);
-  if (hasKeyword(lowered, "provider")) return adoString;
-  const auto names = [&](std::string_view name) { return hasKeyword(lowered, name); };
+  if (hasKeyword(connectionString, "provider")) return adoString;
+  const auto names = [&](std::string_view name) { return hasKeyword(connectionString, name); };
   if (std::ranges::none_of(std::array{"driver", "dsn", "filedsn"}, names)) return noDriver;
   for (const Advice& advice : advices) {
     const auto fitting = [&](const Diagnostic& one) { return fits(advice, one); };
