@@ -268,8 +268,8 @@ TEST_CASE("faults: a secret stands in no list of processes, and in no core dump"
   // While it waits for the lock it is looked at from outside.
   const std::string connection = embeddedConnectionString(world.database()) + ";PWD=hunter2";
   const std::string command =
-      "ulimit -c $(ulimit -Hc); HOME=" + world.folder.path("") + " OPNIMP_DATABASE='" + connection +
-      "' " + OPNIMP_PROGRAM + " import customer-opening " +
+      "ulimit -c $(ulimit -Hc); XDG_STATE_HOME=" + world.folder.path("") + " OPNIMP_DATABASE='" +
+      connection + "' " + OPNIMP_PROGRAM + " import customer-opening " +
       world.folder.write("s.csv", crlf({openingTitles, good2})) + " --wait 4 --app-folder " +
       world.folder.path("") +
       " >/dev/null 2>&1 & sleep 0.7; cat /proc/$!/limits /proc/$!/cmdline; wait";
