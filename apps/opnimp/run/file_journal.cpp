@@ -113,12 +113,15 @@ void FileJournal::listen(ImportReport& report, const Recorder& recorder) {
 
 void FileJournal::recordEnds(std::size_t record, const ImportReport& report,
                              const Recorder& recorder) {
-  const auto readings = std::ranges::equal_range(readings_, record, {}, &Misreading::record);
   trace_.said = &report.record(record);
   trace_.calls.clear();
   trace_.lines.clear();
   trace_.messages.clear();
-  trace_.readings.assign(readings.begin(), readings.end());
+  trace_.readings.clear();
+  auto reading = std::ranges::lower_bound(readings_, record, {}, &Misreading::record);
+  for (; reading != readings_.end() && (*reading)->record == record; ++reading) {
+    trace_.readings.push_back(*reading);
+  }
   pointTo(trace_.calls, recorder.calls(), mark_.calls);
   pointTo(trace_.lines, recorder.lines(), mark_.lines);
   pointTo(trace_.messages, recorder.shown(), mark_.messages);
