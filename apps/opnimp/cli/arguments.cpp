@@ -41,6 +41,13 @@ const std::string acceptHelp =
 const std::string reportHelp =
     "write the report as a page to be printed, signed and kept; a\n"
     "file of that name is never replaced";
+const std::string metricsHelp =
+    "write what the call came to for a monitoring system, as\n"
+    "OpenMetrics text; replaces what the last call wrote";
+const std::string logFormatHelp =
+    "json: one JSON object a line on standard error for all that is\n"
+    "told while the command runs (default: text)";
+constexpr std::string_view logFormatOption = "--log-format";
 const std::string resumeHelp =
     "go on with a file behind the last record that a run reached\n"
     "which broke off; records in doubt go to FILE.check.csv of\n"
@@ -199,6 +206,7 @@ class CommandLine {
     const auto [runs, report] = addJournalCommands(import);
     addFlag({import, preview, exporting, runs, report}, "--json", arguments_.json,
             "one JSON document on standard output instead of text");
+    addLogFormat({import, preview, exporting});
   }
 
   void addRecordOptions(CLI::App* import, CLI::App* preview, CLI::App* exporting) {
@@ -211,6 +219,7 @@ class CommandLine {
     addFlag({import}, "--all-or-nothing", arguments_.allOrNothing, wholeHelp);
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
     addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
+    addText({import}, "--metrics", "FILE", arguments_.metrics, metricsHelp);
     addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
             "where Error.log is written (default: the current folder)");
   }
@@ -315,6 +324,15 @@ class CommandLine {
     }
   }
 
+  void addLogFormat(Apps commands) {
+    const auto take = [this](const std::string& format) { arguments_.jsonLog = format == "json"; };
+    for (CLI::App* const command : commands) {
+      command->add_option_function<std::string>(std::string(logFormatOption), take, logFormatHelp)
+          ->type_name("FORMAT")
+          ->check(CLI::Validator(CLI::IsMember({"text", "json"})).description(""));
+    }
+  }
+
   void addMap(Apps commands) {
     const auto take = [this](const std::vector<std::string>& values) {
       std::ranges::transform(values, std::back_inserter(arguments_.maps), mapOption);
@@ -370,6 +388,14 @@ std::vector<Arguments> eachFile(const Arguments& arguments) {
 bool asksForJson(std::span<const std::string> args) {
   const auto end = std::ranges::find(args, "--");
   return std::find(args.begin(), end, "--json") != end;
+}
+
+bool asksForJsonLog(std::span<const std::string> args) {
+  const auto end = std::ranges::find(args, "--");
+  const std::string option(logFormatOption);
+  const auto split = std::find(args.begin(), end, option);
+  return std::find(args.begin(), end, option + "=json") != end ||
+         (end - split > 1 && split[1] == "json");
 }
 
 }  // namespace velk

@@ -31,6 +31,7 @@ struct Arguments {
   std::vector<std::string> accept;  ///< codes of harmful warnings, or "all"
   std::optional<std::string> rejects;
   std::optional<std::string> report;
+  std::optional<std::string> metrics;
   std::optional<std::string> appFolder;
   std::size_t fromLine = 1;        ///< of the file, from which on records are imported
   std::optional<int> waitSeconds;  ///< for one statement
@@ -41,6 +42,7 @@ struct Arguments {
   bool dryRun = false;
   bool allOrNothing = false;
   bool json = false;
+  bool jsonLog = false;  ///< on standard error
 };
 
 /// Reads the arguments that follow the program's name; raises UsageError. The command comes first;
@@ -56,5 +58,7 @@ extern const std::string_view programVersion;
 
 /// True when the arguments ask for JSON, even if they make no sense otherwise.
 bool asksForJson(std::span<const std::string> args);
+/// The same of what is told on standard error.
+bool asksForJsonLog(std::span<const std::string> args);
 
 }  // namespace velk

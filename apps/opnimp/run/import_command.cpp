@@ -12,6 +12,7 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/journal/repetition.h"
+#include "apps/opnimp/report/metrics.h"
 #include "apps/opnimp/report/report_json.h"
 #include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/run/database_choice.h"
@@ -28,7 +29,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
  public:
   ImportCommand(Arguments arguments, const Streams& streams, const Surroundings& surroundings)
       : arguments_(std::move(arguments)),
-        call_{streams, surroundings, arguments_.files.size() > 1} {}
+        call_{Events(streams, arguments_.jsonLog), surroundings, arguments_.files.size() > 1} {}
 
   void foresee(const Foresight& foresight) {
     call_.viewed = foresight.viewed;
@@ -39,6 +40,22 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     foresight.ended(result());
   }
 
+  /// Writes the file of --metrics, whatever comes of the run.
+  FilesResult runMeasured() {
+    try {
+      const FilesResult call = run();
+      writeMetrics(call.status());
+      return call;
+    } catch (const UsageError&) {
+      writeMetrics(ExitStatus::Usage);
+      throw;
+    } catch (const CannotOpen&) {
+      writeMetrics(ExitStatus::CannotOpen);
+      throw;
+    }
+  }
+
+ private:
   // Memory that runs out before the first record was posted is the files' fault; later it is not
   // known what was posted, and the program ends with that word.
   FilesResult run() {
@@ -52,13 +69,26 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       if (hasBegun()) files_[current_].endInJournal(failure.what());
       throw;
     }
-    call_.progress.erase();
+    call_.events.progress().erase();
     // Last of all: it tells what became of the other files.
-    for (SingleImport& file : files_) ImportOutputs::writeReport(file.result());
+    for (SingleImport& file : files_) {
+      ImportOutputs::writeReport(file.result());
+      file.tellOfEnd();
+    }
     return result();
   }
 
- private:
+  /// What became of the call as a whole; nothing if it ended before it was known that the file may
+  /// be written.
+  void writeMetrics(ExitStatus status) {
+    if (!metrics_) return;
+    try {
+      metrics_->write(metricsText(result(), status));
+    } catch (const CannotOpen& failure) {
+      call_.events.notice(failure.what() + std::string("."));
+    }
+  }
+
   void readFiles() {
     checkAccepted(arguments_.accept);
     requireDistinct(arguments_.files);
@@ -78,13 +108,17 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     const std::string journal = chooseJournal(arguments_.journal, call_.surroundings);
     checkOutputs(journal, choice);
     for (SingleImport& file : files_) file.prepare(choice.shown);
-    call_.journal.emplace(journal, arguments_, call_.surroundings, call_.streams.err);
+    if (arguments_.metrics) metrics_.emplace(*arguments_.metrics);
+    call_.journal.emplace(journal, arguments_, call_.surroundings, call_.events);
     database_ = std::move(choice);
   }
 
   /// What is written must not take the place of what it comes from, nor of each other.
   void checkOutputs(const std::string& journal, const DatabaseChoice& database) const {
     std::vector<Writes> writes{{"--journal", journal, {journal}}};
+    if (const auto& metrics = arguments_.metrics) {
+      writes.push_back({"--metrics", *metrics, {*metrics}});
+    }
     for (const SingleImport& file : files_) {
       std::ranges::move(outputsOf(file.result().arguments), std::back_inserter(writes));
     }
@@ -194,7 +228,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       if (!file.result().brokeOff.empty()) return;
     }
     current_ = 0;
-    call_.progress.setTotal(total);
+    call_.events.progress().setTotal(total);
     refuseRepeated();
     const auto refused = std::ranges::find_if(
         files_, [](const SingleImport& file) { return file.result().refused(); });
@@ -226,7 +260,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     for (current_ = 0; current_ < files_.size(); ++current_) {
       SingleImport& file = files_[current_];
       if (isPassedOver(file)) continue;
-      call_.progress.setBefore(before);
+      call_.events.progress().setBefore(before);
       before += file.result().input->count();
       import(file);
       if (current_ + 1 == files_.size()) return;
@@ -272,6 +306,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
   const Arguments arguments_;
   ImportCall call_;
+  std::optional<MetricsFile> metrics_;
   DatabaseChoice database_;
   std::atomic<std::shared_ptr<OwnConnection>> cancellable_;
   std::deque<SingleImport> files_;  // which stay where they are
@@ -290,7 +325,7 @@ void foreseeImport(const Arguments& arguments, const Streams& streams,
 ExitStatus runImport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
   const auto command = std::make_shared<ImportCommand>(arguments, streams, surroundings);
-  const FilesResult call = command->run();
+  const FilesResult call = command->runMeasured();
   if (call.files().size() > 1) {
     (arguments.json ? writeFilesJson : writeFilesText)(call, streams.out);
     return call.status();

@@ -2,6 +2,7 @@
 // as they take, then what became of them.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -49,6 +50,8 @@ class SingleImport {
   void refuseWith(const std::string& file);
   /// The database does not answer any more.
   void giveUp();
+  /// Last of all.
+  void tellOfEnd();
   /// Writes into the journal, if it is there, that the import ended so.
   void endInJournal(std::string_view why);
 
@@ -69,6 +72,7 @@ class SingleImport {
   /// Does what may be refused, or end the run.
   template <class Steps>
   void tryTo(Steps steps);
+  void beginJournal();
   void openPart(std::size_t first);
   void importPart();
   void fillContents(std::size_t first);
@@ -101,6 +105,8 @@ class SingleImport {
   std::optional<ScreenSession> session_;
   long long viewedRecords_ = 0;             ///< as the screens counted so far
   std::optional<long long> screenRecords_;  ///< as they counted when all had viewed theirs
+  std::size_t toldRecords_ = 0;             ///< as events, if they have something to tell
+  std::chrono::steady_clock::time_point start_;
   bool began_ = false;
   bool evaluated_ = false;
 };
