@@ -9,6 +9,7 @@
 #include "apps/opnimp/run/export_command.h"
 #include "apps/opnimp/run/import_command.h"
 #include "apps/opnimp/run/journal_commands.h"
+#include "apps/opnimp/run/lock_holders.h"
 #include "apps/opnimp/run/preview_command.h"
 
 namespace velk {
@@ -32,6 +33,8 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
       return runReversal(arguments, streams, surroundings);
     case Arguments::Command::Rejects:
       return runRejects(arguments, streams, surroundings);
+    case Arguments::Command::LockHolders:
+      return tellLockHolders(arguments, streams, surroundings);
     case Arguments::Command::DemoDatabase:
       break;
   }

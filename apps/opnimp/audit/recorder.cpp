@@ -123,7 +123,7 @@ void endIfHopeless(const RuntimeError& error, const Connection& connection, RunG
   }
   if (error.is(ErrorNumber::ProviderTimeout)) {
     throw RunEnded{"the database did not answer in time (" + error.description() +
-                   "); --wait SECONDS gives it longer"};
+                   "); --wait SECONDS or --lock-wait SECONDS gives it longer"};
   }
 }
 

@@ -202,6 +202,9 @@ class CommandLine {
     addFile(
         *add(Command::DemoDatabase, "demo-database", "make the sample company's embedded database"),
         "the new file");
+    addText(*add(Command::LockHolders, lockHoldersCommand.data(), "")->group(""), "SESSION", "",
+            arguments_.session, "")
+        ->required();
     addRecordOptions(import, preview, exporting);
     const auto [runs, report] = addJournalCommands(import);
     addFlag({import, preview, exporting, runs, report}, "--json", arguments_.json,
@@ -313,14 +316,28 @@ class CommandLine {
   }
 
   void addWait(Apps commands) {
-    constexpr int longest = 24 * 60 * 60;
+    constexpr int day = 24 * 60 * 60;
+    struct Wait {
+      const char* name;
+      std::optional<int>& seconds;
+      int longest;
+      const char* what;
+    };
+    const Wait waits[] = {{"--wait", arguments_.waitSeconds, day,
+                           "how long one statement may run, or wait for a lock, before\n"
+                           "the run ends, from 1 to 86400 (default: 30)"},
+                          {"--lock-wait", arguments_.lockWaitSeconds, day,
+                           "how much of that it may wait for a lock, from 1 to 86400\n"
+                           "(default: all of it)"},
+                          {"--connect-wait", arguments_.connectWaitSeconds, 600,
+                           "how long the database may take to open, from 1 to 600\n"
+                           "(default: 8)"}};
     for (CLI::App* const command : commands) {
-      command
-          ->add_option("--wait", arguments_.waitSeconds,
-                       "how long one statement may run, or wait for a lock, before\n"
-                       "the run ends (default: 30)")
-          ->type_name("SECONDS")
-          ->check(CLI::Range(1, longest));
+      for (const Wait& wait : waits) {
+        command->add_option(wait.name, wait.seconds, wait.what)
+            ->type_name("SECONDS")
+            ->check(CLI::Range(1, wait.longest).description(""));
+      }
     }
   }
 
@@ -364,6 +381,7 @@ class CommandLine {
 }  // namespace
 
 const std::string_view programVersion = OPNIMP_VERSION;
+const std::string_view lockHoldersCommand = "lock-holders";
 
 Arguments parseArguments(std::span<const std::string> args) {
   checkValues(args);

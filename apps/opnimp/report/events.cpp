@@ -84,6 +84,25 @@ void Events::recordEnds(const ImportResult& run, std::size_t record, const Recor
                   {"reason", reasonOf(trace)}});
 }
 
+void Events::waits(const ImportResult& run, std::optional<std::size_t> record,
+                   const LockHolders& holders) {
+  if (asJson_) {
+    return tell("waits", {{"file", run.arguments.file},
+                          {"record", record ? Json(*record + 1) : Json()},
+                          {"holders", holders.names},
+                          {"missingRight", orNull(holders.missingRight)}});
+  }
+  const std::string who = record ? "record " + grouped(*record + 1) : "the run";
+  if (holders.names.empty()) {
+    return notice(who + " has waited for the database for a second; only with the right " +
+                  holders.missingRight + " would that tell whether for a lock, and for whose.");
+  }
+  std::string names;
+  for (const std::string& name : holders.names)
+    names.append(names.empty() ? "" : "; ").append(name);
+  notice(who + " waits for a lock. It is held by " + names + ".");
+}
+
 void Events::runEnds(const ImportResult& run) {
   if (!asJson_) return;
   if (!run.brokeOff.empty()) {

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <nlohmann/json_fwd.hpp>
+#include <optional>
 #include <string_view>
 
 #include "apps/opnimp/cli/exit_status.h"
@@ -34,6 +35,10 @@ class Events {
   void runBegins(const ImportResult& run);
   /// Of a record that needs attention.
   void recordEnds(const ImportResult& run, std::size_t record, const RecordTrace& trace);
+  /// Of a record, counted from 0, or of the database as a whole: what it waits for. For people,
+  /// too.
+  void waits(const ImportResult& run, std::optional<std::size_t> record,
+             const LockHolders& holders);
   /// Also why it broke off, before it.
   void runEnds(const ImportResult& run);
 

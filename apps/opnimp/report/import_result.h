@@ -51,7 +51,8 @@ struct ImportResult {
   Date began;                                ///< local time
   Date ended;
   CallFigures calls;
-  double seconds = 0;  ///< from the first record to the account
+  std::size_t lockWaits = 0;  ///< that were told of while it ran
+  double seconds = 0;         ///< from the first record to the account
 
   bool refused() const { return !refusal.empty(); }
   bool isDryRun() const { return arguments.dryRun; }

@@ -123,7 +123,7 @@ ExitStatus runExport(const Arguments& arguments, const Streams& streams,
   }
   const std::string folder = applicationFolder(arguments.appFolder);
   DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
-  if (arguments.waitSeconds) choice.options.commandTimeoutSeconds = *arguments.waitSeconds;
+  choice.options = openingOptions(arguments);
   checkWrites({{"the export", arguments.file, {arguments.file}}}, choice, folder, {});
   const Target target(arguments.file);
   const auto database = openUnlocked(choice, surroundings);

@@ -1,7 +1,6 @@
 #include "apps/opnimp/run/import_command.h"
 
 #include <algorithm>
-#include <atomic>
 #include <deque>
 #include <memory>
 #include <new>
@@ -17,6 +16,8 @@
 #include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/dry_run.h"
+#include "apps/opnimp/run/lock_holders.h"
+#include "apps/opnimp/run/lock_watch.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/single_import.h"
 #include "apps/opnimp/run/watched_run.h"
@@ -104,7 +105,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     call_.folder = applicationFolder(arguments_.appFolder);
     readFiles();
     DatabaseChoice choice = chooseDatabase(arguments_.database, call_.surroundings);
-    if (arguments_.waitSeconds) choice.options.commandTimeoutSeconds = *arguments_.waitSeconds;
+    choice.options = openingOptions(arguments_);
     const std::string journal = chooseJournal(arguments_.journal, call_.surroundings);
     checkOutputs(journal, choice);
     for (SingleImport& file : files_) file.prepare(choice.shown);
@@ -127,12 +128,26 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
   /// The run keeps this object for as long as it lives: for ever, if the database never answers.
   void driveWatched() {
-    const WatchedRun run{[self = shared_from_this()] { self->drive(); },
-                         call_.surroundings.interrupted,
-                         [self = shared_from_this()] { self->cancel(); }, call_.gate};
+    LockWatch locks(
+        call_.gate, [this] { return lockQuestion(); },
+        [this](const LockHolders& holders) { tellWait(holders); });
+    const WatchedRun run{
+        [self = shared_from_this()] { self->drive(); }, call_.surroundings.interrupted,
+        [self = shared_from_this()] { self->cancel(); }, call_.gate, [&locks] { locks.look(); }};
     if (runWatched(run)) return;
     files_[current_].giveUp();
     evaluate();
+  }
+
+  /// What the run itself cannot ask while it waits.
+  LockQuestion lockQuestion() const {
+    return lockHoldersQuestion(database_, session_, call_.surroundings.program);
+  }
+
+  void tellWait(const LockHolders& holders) {
+    ImportResult& result = files_[current_].result();
+    if (!holders.names.empty()) ++result.lockWaits;
+    call_.events.waits(result, files_[current_].recordInHand(), holders);
   }
 
   void drive() {
@@ -158,13 +173,20 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
   /// Within the run that is watched, since a server may not answer, and a file be locked.
   void openDatabase() {
-    call_.gate.pass([&] { call_.database = velk::openDatabase(database_, call_.surroundings); });
-    cancellable_ = call_.database;
+    auto opened =
+        call_.gate.pass([&] { return velk::openDatabase(database_, call_.surroundings); });
+    // Outside of the call: while the run is within one, another thread may look at both.
+    call_.database = std::move(opened);
+    const auto ask = [&] { return call_.database->session(); };
+    // Without it, it stays unknown who keeps the run waiting.
+    trapErrors([&] { session_ = call_.gate.pass(ask); }, [](const RuntimeError&) {});
   }
 
   /// From another thread than the run's.
   void cancel() {
-    if (const std::shared_ptr<OwnConnection> database = cancellable_) database->cancel();
+    std::shared_ptr<OwnConnection> database;
+    call_.gate.duringCall([&](auto /*began*/) { database = call_.database; });
+    if (database) database->cancel();
   }
 
   /// A database of which it is not known which one it is could take the same records twice.
@@ -308,7 +330,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   ImportCall call_;
   std::optional<MetricsFile> metrics_;
   DatabaseChoice database_;
-  std::atomic<std::shared_ptr<OwnConnection>> cancellable_;
+  std::string session_;             // of the connection
   std::deque<SingleImport> files_;  // which stay where they are
   std::size_t current_ = 0;         // the one that is being worked on
 };

@@ -59,6 +59,10 @@ class SingleImport {
   bool began() const { return began_; }
   /// Whether the rest of the call may go on.
   bool hasEnded() const { return result_.refused() || !result_.brokeOff.empty(); }
+  /// From 0; empty before the first one. Of a run that stands still.
+  std::optional<std::size_t> recordInHand() const {
+    return report_.begun() == 0 ? std::nullopt : std::optional(report_.begun() - 1);
+  }
   const ImportResult& result() const { return result_; }
   ImportResult& result() { return result_; }
   /// To know those records of opening balances again that will not be skipped for an amount of 0.
