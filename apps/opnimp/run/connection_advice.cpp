@@ -31,9 +31,10 @@ constexpr std::string_view otherEncryption =
 constexpr std::string_view postgresqlEncryption =
     "The server does not let the user in from here without encryption: add SSLmode=require, or "
     "SSLmode=verify-full to be sure of the server, or have its pg_hba.conf let him in";
-constexpr std::string_view mariadbEncryption =
-    "The server insists on encryption: add FORCETLS=1, or SSLVERIFY=1 and SSLCA=FILE to be sure of "
-    "the server";
+// The server denies access alike for a wrong password and for a lack of encryption.
+constexpr std::string_view mariadbLogin =
+    "Correct the user and the password, UID= and PWD=; if they are right, the server insists on "
+    "encryption: add FORCETLS=1, or SSLVERIFY=1 and SSLCA=FILE to be sure of the server";
 constexpr std::string_view tooMany = "Try later, or raise the server's limit of connections";
 constexpr std::string_view anyOther =
     "Correct the connection string: Server=, Port=, Database=, UID=, PWD=";
@@ -60,7 +61,7 @@ constexpr auto advices = std::to_array<Advice>({
     {"08001", 101, "FATAL:  database", noDatabase},
     {"HY000", 2005, {}, unknownHost},
     {"HY000", 2026, {}, otherEncryption},
-    {"", 3159, {}, mariadbEncryption},
+    {"28000", 1045, {}, mariadbLogin},
     {"08", 1040, {}, tooMany},
     {"42000", 1203, {}, tooMany},
     {"42000", 1226, {}, tooMany},
