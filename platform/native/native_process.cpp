@@ -49,9 +49,9 @@ pid_t started(std::vector<std::string> command, const std::string& variable, int
 }
 
 /// Reads to the end; false if that does not come in time.
-bool readAll(int pipe, std::string& output, std::chrono::milliseconds longest) {
+bool readAll(int pipe, std::string& output, std::chrono::milliseconds limit) {
   using Clock = std::chrono::steady_clock;
-  const Clock::time_point end = Clock::now() + longest;
+  const Clock::time_point end = Clock::now() + limit;
   std::array<char, 4096> bytes{};
   for (;;) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
@@ -67,7 +67,7 @@ bool readAll(int pipe, std::string& output, std::chrono::milliseconds longest) {
 }  // namespace
 
 std::optional<Answer> answerOf(const std::vector<std::string>& command, const std::string& variable,
-                               std::chrono::milliseconds longest) {
+                               std::chrono::milliseconds limit) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) return std::nullopt;
   const Descriptor reading(ends[0]);
@@ -76,7 +76,7 @@ std::optional<Answer> answerOf(const std::vector<std::string>& command, const st
   if (process == 0) return std::nullopt;
   writing = Descriptor();
   Answer answer;
-  const bool whole = readAll(reading.get(), answer.output, longest);
+  const bool whole = readAll(reading.get(), answer.output, limit);
   if (!whole) ::kill(process, SIGKILL);
   int status = 0;
   while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {

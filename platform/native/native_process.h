@@ -17,6 +17,6 @@ struct Answer {
 /// nothing to read; what it writes to standard error is dropped. It is ended when it takes longer.
 /// Empty if it did not answer in time, or not at all.
 std::optional<Answer> answerOf(const std::vector<std::string>& command, const std::string& variable,
-                               std::chrono::milliseconds longest);
+                               std::chrono::milliseconds limit);
 
 }  // namespace velk
