@@ -147,12 +147,8 @@ std::string tooLarge(const std::string& path) {
          " is too large for the memory there is; nothing was imported. Split it";
 }
 
-MessageHandler messagesTo(std::ostream& err, Progress& progress) {
-  return [&err, &progress](const Message& message) {
-    // Otherwise the message would begin in the middle of the progress line.
-    progress.erase();
-    err << printableLines(message.prompt) << '\n' << std::flush;
-  };
+MessageHandler messagesTo(Events& events) {
+  return [&events](const Message& message) { events.message(message.prompt); };
 }
 
 void viewAndMap(ScreenSession& session, const Arguments& arguments, const InputRecords& input,
