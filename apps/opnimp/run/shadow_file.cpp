@@ -16,7 +16,7 @@ class ShadowInput final : public InputFile {
     at_ += read;
     return read;
   }
-  void rewind() override { at_ = 0; }
+  void seek(std::uint64_t offset) override { at_ = static_cast<std::size_t>(offset); }
 
  private:
   const std::string& contents_;
