@@ -1,10 +1,12 @@
 // Each call on each file that a command touches fails in turn, as full disks, quotas, rights and
 // broken devices make it.
 #include <doctest/doctest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <fstream>
 #include <set>
 #include <sstream>
 
@@ -12,6 +14,7 @@
 #include "tests/support/checks.h"
 #include "tests/support/json_value.h"
 #include "tests/support/program.h"
+#include "tests/support/salesmen.h"
 
 namespace velk {
 namespace {
@@ -295,6 +298,68 @@ TEST_CASE("file faults: whatever fails, nothing is claimed that is not so") {
       runDisturbed(story, call + 1, fault, usual);
     }
   }
+}
+
+TEST_CASE("file faults: an import goes by the file as it was when it was read") {
+  using Change = void (*)(const std::string&);
+  const std::pair<std::string, Change> changes[] = {
+      {"cut", [](const std::string& path) { fs::resize_file(path, fs::file_size(path) / 2); }},
+      {"deleted", [](const std::string& path) { fs::remove(path); }},
+      {"replaced", [](const std::string& path) { std::ofstream(path) << "C003,C\r\nC004,D\r\n"; }}};
+  const std::pair<std::string, std::string> files[] = {
+      {"in.csv", crlf({openingTitles, good1, good2})},
+      {"in.xls", workbook({salesmanTitles, "One|||||Retail|", "Two|||||Retail|"})}};
+  for (const auto& change : changes) {
+    CAPTURE(change.first);
+    for (const auto& input : files) {
+      CAPTURE(input.first);
+      // The clock is looked at before View, and between View and Import.
+      for (int moment = 1; moment <= 4; ++moment) {
+        CAPTURE(moment);
+        RunnerWorld world;
+        if (input.first == "in.xls") world.kind = "salesman";
+        const std::string file = world.folder.write(input.first, input.second);
+        world.surroundings.clock = [&, left = moment, clock = world.surroundings.clock]() mutable {
+          if (--left == 0) change.second(file);
+          return clock();
+        };
+        const Ran ran = world.import(file, {"--json"});
+        CHECK_MESSAGE(Json(ran.out).outcomes() == "posted posted", ran.out);
+        CHECK(ran.status == 0);
+      }
+    }
+  }
+}
+
+TEST_CASE("file faults: folders that let nothing be written") {
+  RunnerWorld world;
+  const std::string file =
+      world.folder.write("in.csv", crlf({openingTitles, good1, unknownCustomer}));
+  const std::string locked = world.folder.path("locked");
+  fs::create_directory(locked);
+  fs::permissions(locked, fs::perms::owner_read | fs::perms::others_read | fs::perms::others_exec);
+  for (const std::string& open : {world.folder.path(""), world.database()}) {
+    fs::permissions(open, fs::perms::all);
+  }
+  const uid_t user = geteuid();
+  if (user == 0 && seteuid(65534) != 0) return;  // nobody
+  const std::pair<const char*, int> rows[] = {
+      {"--journal", 4}, {"--rejects", 4}, {"--report", 4}, {"--app-folder", 1}};
+  for (const auto& row : rows) {
+    CAPTURE(row.first);
+    const std::string named = locked + (row.second == 1 ? "" : "/x");
+    std::vector<std::string> args{"import", world.kind, file, "--database", world.database()};
+    args.insert(args.end(), {row.first, named});
+    if (row.second != 1) args.insert(args.end(), {"--app-folder", world.folder.path(".")});
+    const Ran ran = world.run(args);
+    CAPTURE(ran.err);
+    CHECK(ran.status == row.second);
+    if (row.second == 1) CHECK(contains(ran.out, "could not take 1 line (Permission denied)"));
+    if (row.second == 4) CHECK(contains(ran.err, named + " "));
+    CHECK(debits(world) == (row.second == 1 ? "1" : "0"));
+  }
+  if (user == 0) REQUIRE(seteuid(0) == 0);
+  CHECK(fs::is_empty(locked));
 }
 
 }  // namespace velk
