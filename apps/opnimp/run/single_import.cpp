@@ -81,7 +81,8 @@ void SingleImport::resume(const Resumption& resumption) {
   if (!resumption.doubtful.empty() && !outputs_->hasRejects()) {
     throw UsageError("run " + std::to_string(resumption.run) + " left " +
                      counted(resumption.doubtful.size(), "record", "records") + " of " +
-                     arguments().file + " in doubt: name a file with --rejects FILE; FILE.check.csv takes them");
+                     arguments().file +
+                     " in doubt: name a file with --rejects FILE; FILE.check.csv takes them");
   }
   result_.input = std::make_unique<LaterRecords>(std::move(result_.input), resumption.next);
 }
