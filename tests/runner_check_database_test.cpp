@@ -88,6 +88,36 @@ TEST_CASE("check-database: what each kind finds, and what the account may too mu
   }
 }
 
+TEST_CASE("check-database: a preview tells of texts that a procedure would cut") {
+  for (const TestEngine& engine : testEngines()) {
+    if (std::string_view(engine.name) != "mariadb") continue;  // others keep no lengths
+    RunnerWorld world;
+    const EngineCompany company(engine, {});
+    for (const char* statement :
+         {"DROP PROCEDURE sp_insert_CustDebitNote",
+          "CREATE PROCEDURE sp_insert_CustDebitNote(a text, reference varchar(4), c datetime, d "
+          "double, e double, f text) SELECT 1",
+          "GRANT EXECUTE ON PROCEDURE sp_insert_CustDebitNote TO opnimp_import"}) {
+      company.connection()->Execute(statement);
+    }
+    const std::string file = world.folder.write(
+        "in.csv", crlf({openingTitles, "C001,A,abcd,03/03/2008,1.00,1.00",
+                        "C001,A,abcde,03/03/2008,1.00,1.00", "C001,A,abcde,03/03/2008,-1.00,0"}));
+    const auto preview = [&](std::vector<std::string> more) {
+      more.insert(more.begin(), {"preview", world.kind, file, "--accept", "all"});
+      return world.run(more);
+    };
+    const Ran told = preview({"--json", "--database", company.database()});
+    const Json json(told.out);
+    CHECK(json.at("longValues") ==
+          R"([{"record":2,"line":3,"procedure":"sp_insert_CustDebitNote","parameter":"reference",)"
+          R"("takes":4,"length":5}])");
+    CHECK(contains(preview({"--database", company.database()}).out,
+                   "line 3: 5 characters for reference of sp_insert_CustDebitNote, which takes 4"));
+    CHECK(Json(preview({"--json"}).out).at("longValues") == "[]");
+  }
+}
+
 TEST_CASE("check-database: what it looks for is what imports ask and call") {
   const std::string banks = std::string(bankTitles) + "\r\nB,B,C,C\r\n";
   const std::string vendors =

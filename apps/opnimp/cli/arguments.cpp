@@ -233,7 +233,9 @@ class CommandLine {
                         CLI::App* checking) {
     addText({import, exporting, checking}, "--database", "STRING", arguments_.database,
             databaseHelp);
-    addWait({import, exporting, checking});
+    addText({preview}, "--database", "STRING", arguments_.database,
+            "whose procedures are asked how long texts may be; else none is");
+    addWait({import, preview, exporting, checking});
     addMap({import, preview});
     addAccept({import, preview});
     addFromLine({import, preview});
