@@ -149,7 +149,7 @@ void SingleImport::openPart(std::size_t first) {
   partEnd_ = first + std::min(count() - first, kind().largestRecordCount);
   fillContents(first);
   session_.emplace(recorder_, SessionSetup{call_.folder, call_.surroundings.clock, messages(),
-                                           !arguments().dryRun, contents_ ? &*contents_ : nullptr});
+                                           !arguments().dryRun, &*contents_});
   result_.errorLog = session_->errorLogPath();
   recorder_.beginPart(first);
   report_.beginPart(first);
@@ -161,15 +161,14 @@ void SingleImport::openPart(std::size_t first) {
   if (partEnd_ == count()) screenRecords_ = viewedRecords_;
 }
 
-/// What the screen is to find in the file; nothing for all that the file itself holds, so that the
-/// runner's own reading is checked against the screen's.
+/// What the screen is to find in the file: the bytes that the runner has read, whatever became of
+/// the file since. All of them where it may, so that the one reading is checked against the other.
 void SingleImport::fillContents(std::size_t first) {
-  contents_.reset();
+  contents_.emplace(arguments().file, result_.input->bytes());
   const bool isWhole = partEnd_ - first == count() && asPart(*result_.input) == nullptr;
   if (isWhole) return;
   std::vector<std::size_t> records(partEnd_ - first);
   std::iota(records.begin(), records.end(), first);
-  contents_.emplace(arguments().file);
   result_.input->write(*contents_, arguments().file, records);
 }
 

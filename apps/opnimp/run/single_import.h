@@ -104,8 +104,8 @@ class SingleImport {
   std::optional<FileJournal> journal_;
   std::optional<WholeRun> whole_;  ///< until it is known what became of the transaction
   // The part whose screen is open: records in a row, as many as it takes.
-  std::size_t partEnd_ = 0;             ///< the record behind its last one
-  std::optional<ShadowFile> contents_;  ///< of a part that is not the whole file
+  std::size_t partEnd_ = 0;  ///< the record behind its last one
+  std::optional<ShadowFile> contents_;
   std::optional<ScreenSession> session_;
   long long viewedRecords_ = 0;             ///< as the screens counted so far
   std::optional<long long> screenRecords_;  ///< as they counted when all had viewed theirs
