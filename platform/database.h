@@ -110,6 +110,23 @@ class Connection {
   virtual bool isLost() const { return false; }
 };
 
+/// A parameter of a procedure, as the engine's catalogue has it.
+struct CatalogueParameter {
+  std::string name;  ///< empty where it is not told, as the type
+  std::string type;
+  std::int32_t length = 0;  ///< of a text, the longest that it takes; 0: not told
+};
+
+/// What an engine tells of a database and of the user's rights to it; empty what it does not.
+struct DatabaseFacts {
+  std::string engine;    ///< and its version
+  std::string encoding;  ///< of texts in the database
+  std::string noCount;   ///< ON, or OFF: statements tell how many rows they changed
+  /// Rights that an import does not need, and that do harm when a text becomes a statement; such
+  /// as "to write the table Setup".
+  std::vector<std::string> excessRights;
+};
+
 /// Who keeps a session waiting.
 struct LockHolders {
   /// Such as "session 4711 of user clerk"; empty where it waits for no lock.
@@ -144,6 +161,11 @@ class OwnConnection : public Connection {
   /// or an id stored in an embedded one. `mayStore`: stores one where there is none; else the text
   /// is empty then, as where nothing can be told.
   virtual std::string identity(bool /*mayStore*/) { return {}; }
+  virtual DatabaseFacts facts() { return {}; }
+  /// Of a procedure that may be called; empty where the catalogue does not tell.
+  virtual std::vector<CatalogueParameter> parametersOf(std::string_view /*procedure*/) {
+    return {};
+  }
   /// What another connection knows this one by; empty where the engine tells nothing of locks.
   virtual std::string session() { return {}; }
   /// Who holds the locks that another connection waits for at this moment.

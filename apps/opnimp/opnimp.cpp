@@ -5,6 +5,7 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/report/events.h"
 #include "apps/opnimp/report/json_document.h"
+#include "apps/opnimp/run/check_database.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/export_command.h"
 #include "apps/opnimp/run/import_command.h"
@@ -33,6 +34,8 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
       return runReversal(arguments, streams, surroundings);
     case Arguments::Command::Rejects:
       return runRejects(arguments, streams, surroundings);
+    case Arguments::Command::CheckDatabase:
+      return checkDatabase(arguments, streams, surroundings);
     case Arguments::Command::LockHolders:
       return tellLockHolders(arguments, streams, surroundings);
     case Arguments::Command::DemoDatabase:

@@ -76,6 +76,14 @@ struct Dialect {
   Date earliestDate = Date{-53688};  // 1 January 1753
   /// Run as the first statement of each transaction, so that transactionCount can tell it.
   std::string_view transactionMark = {};
+  /// Answers how texts are encoded in the database.
+  std::string_view encodingQuery = {};
+  /// Answers ON where statements do not tell how many rows they changed.
+  std::string_view noCountQuery = {};
+  /// Each answers, in a text a row, rights of the user that an import does not need.
+  std::span<const std::string_view> excessRights = {};
+  /// The catalogue keeps the lengths of parameters.
+  bool keepsParameterLengths = true;
   /// Answers what knows the connection among all of the server; empty if nothing tells of locks.
   std::string_view sessionQuery = {};
   /// Each answers, in a text a row, who holds the locks that the session waits for whose id takes

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <utility>
 
@@ -36,6 +37,8 @@ class DriverConnection final : public OwnConnection,
   bool canLeaveTransactions() const override { return session_.dialect().canLeaveTransactions; }
   Date earliestDate() const override { return session_.dialect().earliestDate; }
   std::string identity(bool mayStore) override;
+  DatabaseFacts facts() override;
+  std::vector<CatalogueParameter> parametersOf(std::string_view procedure) override;
   std::string session() override;
   LockHolders lockHolders(std::string_view session) override;
 
@@ -43,6 +46,8 @@ class DriverConnection final : public OwnConnection,
                                  const std::vector<CommandParameter>& parameters);
 
  private:
+  /// Each row's first field; nothing if the engine refuses the query, or there is none.
+  std::vector<std::string> texts(std::string_view query);
   /// Empty where none is stored.
   std::string storedIdentity();
   std::shared_ptr<Recordset> call(std::string_view name,
@@ -173,8 +178,7 @@ std::shared_ptr<Recordset> DriverConnection::call(std::string_view name,
 }
 
 bool DriverConnection::isRefused(std::string_view procedure, std::size_t parameters) {
-  // A table of procedures is looked at by the call itself.
-  if (session_.dialect().hasProcedureTable) return false;
+  if (session_.dialect().hasProcedureTable) return !procedures_.takes(procedure, parameters);
   const auto found = refused_.find(procedure);
   if (found != refused_.end()) return found->second;
   return refused_.emplace(std::string(procedure), cannotHaveRun(session_, procedure, parameters))
@@ -280,6 +284,39 @@ std::string DriverConnection::identity(bool mayStore) {
     if (error.is(ErrorNumber::ProviderTimeout)) throw RuntimeError(error);
   });
   return storedIdentity();
+}
+
+std::vector<std::string> DriverConnection::texts(std::string_view query) {
+  std::vector<std::string> all;
+  if (query.empty()) return all;
+  const auto read = [&] {
+    for (const auto rows = Execute(query); !rows->isEOF(); rows->MoveNext()) {
+      all.push_back(toText(rows->field(0)));
+    }
+  };
+  trapErrors(read, [](const RuntimeError&) {});
+  return all;
+}
+
+DatabaseFacts DriverConnection::facts() {
+  const Dialect& dialect = session_.dialect();
+  const auto first = [this](std::string_view query) {
+    const std::vector<std::string> all = texts(query);
+    return all.empty() ? std::string() : all.front();
+  };
+  DatabaseFacts facts;
+  facts.engine = session_.information(SQL_DBMS_NAME) + " " + session_.information(SQL_DBMS_VER);
+  facts.encoding = first(dialect.encodingQuery);
+  facts.noCount = first(dialect.noCountQuery);
+  for (const std::string_view query : dialect.excessRights) {
+    std::ranges::move(texts(query), std::back_inserter(facts.excessRights));
+  }
+  return facts;
+}
+
+std::vector<CatalogueParameter> DriverConnection::parametersOf(std::string_view procedure) {
+  if (session_.dialect().hasProcedureTable) return {};
+  return catalogueParameters(session_, procedure);
 }
 
 std::string DriverConnection::session() {

@@ -24,6 +24,20 @@ constexpr auto postgresqlLockHolders = std::to_array<std::string_view>(
      "'YYYY-MM-DD HH24:MI:SS')) FROM pg_stat_activity "
      "WHERE pid = ANY (pg_blocking_pids(CAST(? AS integer))) ORDER BY pid"});
 
+constexpr auto postgresqlExcessRights = std::to_array<std::string_view>(
+    {"SELECT 'to do everything, as a superuser' FROM pg_roles WHERE rolname = current_user AND "
+     "rolsuper",
+     "SELECT 'to run programs or reach files of the server, as a member of ' || rolname "
+     "FROM pg_roles WHERE rolname IN ('pg_execute_server_program', 'pg_read_server_files', "
+     "'pg_write_server_files') AND pg_has_role(oid, 'MEMBER') ORDER BY rolname",
+     "SELECT 'to make tables and procedures in the schema ' || nspname FROM pg_namespace WHERE "
+     "nspname !~ '^pg_' AND nspname <> 'information_schema' AND has_schema_privilege(oid, "
+     "'CREATE') ORDER BY nspname",
+     "SELECT 'to write the table ' || relname FROM pg_class c JOIN pg_namespace n ON n.oid = "
+     "relnamespace WHERE relkind IN ('r', 'p') AND nspname !~ '^pg_' AND nspname <> "
+     "'information_schema' AND has_table_privilege(c.oid, 'INSERT, UPDATE, DELETE, TRUNCATE') "
+     "ORDER BY relname"});
+
 constexpr auto postgresqlErrors = std::to_array<NativeError>({
     {0, "HYT00", {}, "57014"},  // cancelled, by the statement's time limit too
     {0, "HYT00", {}, "55P03"},  // lock not available in time
@@ -65,6 +79,9 @@ constinit const Dialect postgresqlDialect{
     .canLeaveTransactions = false,
     .earliestDate = anyDate,
     .transactionMark = "SELECT set_config('opnimp.transaction', '1', true)",
+    .encodingQuery = "SHOW server_encoding",
+    .excessRights = postgresqlExcessRights,
+    .keepsParameterLengths = false,
     .sessionQuery = "SELECT pg_backend_pid()",
     .lockHolders = postgresqlLockHolders,
     .transactionCount =

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/odbc/odbc_session.h"
 
@@ -16,6 +17,10 @@ namespace velk {
 /// the catalogue does not answer. The session's diagnostics stay as they are.
 bool cannotHaveRun(const OdbcSession& session, std::string_view procedure,
                    std::size_t parameterCount);
+
+/// What the catalogue tells of a procedure's parameters; empty where it does not.
+std::vector<CatalogueParameter> catalogueParameters(const OdbcSession& session,
+                                                    std::string_view procedure);
 
 /// True if a call that the engine refuses has changed nothing, as the dialect or, by its query, the
 /// catalogue says.

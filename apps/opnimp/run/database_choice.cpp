@@ -156,6 +156,15 @@ std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,
   return connect(choice, surroundings);
 }
 
+std::shared_ptr<OwnConnection> openUnlocked(const DatabaseChoice& choice,
+                                            const Surroundings& surroundings) {
+  try {
+    return openDatabase(choice, surroundings);
+  } catch (const RunEnded& ended) {
+    throw CannotOpen(ended.why);
+  }
+}
+
 void makeDemoDatabase(const std::string& path) {
   // Here a file that exists is an error, because the user asked for a new one.
   if (madeDatabase(path)) return;

@@ -103,15 +103,6 @@ void drive(ExportOutcome& outcome, ScreenSession& session, ImportReport& report,
   }
 }
 
-std::shared_ptr<OwnConnection> openUnlocked(const DatabaseChoice& choice,
-                                            const Surroundings& surroundings) {
-  try {
-    return openDatabase(choice, surroundings);
-  } catch (const RunEnded& ended) {
-    throw CannotOpen(ended.why);
-  }
-}
-
 }  // namespace
 
 ExitStatus runExport(const Arguments& arguments, const Streams& streams,

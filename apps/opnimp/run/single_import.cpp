@@ -80,7 +80,8 @@ void SingleImport::resume(const Resumption& resumption) {
   if (resumption.next == 0 || result_.passedOver) return;
   if (!resumption.doubtful.empty() && !outputs_->hasRejects()) {
     throw UsageError("run " + std::to_string(resumption.run) + " left " +
-                     counted(resumption.doubtful.size(), "record", "records") +
+                     counted(resumption.doubtful.size(), "record", "records") + " of " +
+                     arguments().file +
                      " in doubt: name a file with --rejects FILE; FILE.check.csv takes them");
   }
   result_.input = std::make_unique<LaterRecords>(std::move(result_.input), resumption.next);
@@ -352,8 +353,13 @@ void SingleImport::findAllowedDsTypes() {
 // An amount that cannot be read is none of 0.
 std::vector<JournaledRecord> SingleImport::recordsToPost() const {
   const InputRecords& input = *result_.input;
-  const std::vector<JournaledRecord> all =
-      hashRecords(kind(), input, result_.mapping, civilFromDate(call_.surroundings.clock()).year);
+  // A foreseen import has no journal that knows them.
+  std::vector<JournaledRecord> computed;
+  if (!journal_) {
+    computed =
+        hashRecords(kind(), input, result_.mapping, civilFromDate(call_.surroundings.clock()).year);
+  }
+  const std::vector<JournaledRecord>& all = journal_ ? journal_->records() : computed;
   const std::size_t width = mappedWidth(result_.mapping);
   std::vector<JournaledRecord> records;
   for (std::size_t record = 0; record < all.size(); ++record) {
