@@ -1,6 +1,7 @@
 #include "apps/opnimp/opnimp.h"
 
 #include <exception>
+#include <new>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
@@ -10,6 +11,7 @@
 #include "apps/opnimp/run/import_command.h"
 #include "apps/opnimp/run/journal_commands.h"
 #include "apps/opnimp/run/preview_command.h"
+#include "base/errors.h"
 
 namespace velk {
 
@@ -53,6 +55,15 @@ std::string masked(std::string text, std::span<const std::string> args) {
   return text;
 }
 
+int failWithoutMemory(bool json, Streams& streams) {
+  constexpr ExitStatus status = ExitStatus::BrokeOff;
+  streams.err << "opnimp: " << memoryRanOut << ".\n";
+  if (json) {
+    ignoringFailure([&] { writeErrorDocument(status, std::string(memoryRanOut), streams.out); });
+  }
+  return static_cast<int>(status);
+}
+
 int fail(ExitStatus status, const std::string& text, bool json, Streams& streams) {
   streams.err << "opnimp: " << printable(text) << ".\n";
   if (json) writeErrorDocument(status, text, streams.out);
@@ -87,6 +98,8 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
     return fail(ExitStatus::Usage, masked(error.what(), args), json, streams);
   } catch (const CannotOpen& error) {
     return fail(ExitStatus::CannotOpen, masked(error.what(), args), json, streams);
+  } catch (const std::bad_alloc&) {
+    return failWithoutMemory(json, streams);
   } catch (const std::exception& error) {
     return fail(ExitStatus::BrokeOff,
                 "an unexpected error ended the program: " + masked(error.what(), args) +

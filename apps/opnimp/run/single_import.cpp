@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <numeric>
 #include <utility>
 
@@ -95,6 +96,9 @@ void SingleImport::tryTo(Steps steps) {
     (report_.begun() == 0 ? result_.refusal : result_.brokeOff) = refused.what();
   } catch (const RunEnded& ended) {
     result_.brokeOff = ended.why;
+  } catch (const std::bad_alloc&) {
+    if (!began_) throw;
+    result_.brokeOff = "the memory ran out";
   }
 }
 
