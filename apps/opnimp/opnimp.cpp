@@ -4,14 +4,14 @@
 #include <new>
 
 #include "apps/opnimp/cli/failures.h"
-#include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/report/events.h"
 #include "apps/opnimp/report/json_document.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/export_command.h"
 #include "apps/opnimp/run/import_command.h"
 #include "apps/opnimp/run/journal_commands.h"
+#include "apps/opnimp/run/lock_holders.h"
 #include "apps/opnimp/run/preview_command.h"
-#include "base/errors.h"
 
 namespace velk {
 
@@ -34,6 +34,8 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
       return runReversal(arguments, streams, surroundings);
     case Arguments::Command::Rejects:
       return runRejects(arguments, streams, surroundings);
+    case Arguments::Command::LockHolders:
+      return tellLockHolders(arguments, streams, surroundings);
     case Arguments::Command::DemoDatabase:
       break;
   }
@@ -55,17 +57,19 @@ std::string masked(std::string text, std::span<const std::string> args) {
   return text;
 }
 
-int failWithoutMemory(bool json, Streams& streams) {
+int failWithoutMemory(bool json, Events& events, Streams& streams) {
   constexpr ExitStatus status = ExitStatus::BrokeOff;
-  streams.err << "opnimp: " << memoryRanOut << ".\n";
-  if (json) {
-    ignoringFailure([&] { writeErrorDocument(status, std::string(memoryRanOut), streams.out); });
+  try {
+    events.failure(status, memoryRanOut);
+    if (json) writeErrorDocument(status, std::string(memoryRanOut), streams.out);
+  } catch (const std::bad_alloc&) {
+    streams.err << "opnimp: " << memoryRanOut << ".\n";  // which needs none
   }
   return static_cast<int>(status);
 }
 
-int fail(ExitStatus status, const std::string& text, bool json, Streams& streams) {
-  streams.err << "opnimp: " << printable(text) << ".\n";
+int fail(ExitStatus status, const std::string& text, bool json, Events& events, Streams& streams) {
+  events.failure(status, text);
   if (json) writeErrorDocument(status, text, streams.out);
   return static_cast<int>(status);
 }
@@ -76,6 +80,7 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
               const Surroundings& surroundings) {
   // Asked first: also a command line that makes no sense is answered in the format it asks for.
   const bool json = asksForJson(args);
+  Events events(streams, asksForJsonLog(args));
   try {
     const Arguments arguments = parseArguments(args);
     streams.out << arguments.answer;
@@ -93,18 +98,18 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
                 ran ? "the import ran, but its report could not be written; look up in the "
                       "database what was posted before importing again"
                     : "the report could not be written",
-                false, streams);
+                false, events, streams);
   } catch (const UsageError& error) {
-    return fail(ExitStatus::Usage, masked(error.what(), args), json, streams);
+    return fail(ExitStatus::Usage, masked(error.what(), args), json, events, streams);
   } catch (const CannotOpen& error) {
-    return fail(ExitStatus::CannotOpen, masked(error.what(), args), json, streams);
+    return fail(ExitStatus::CannotOpen, masked(error.what(), args), json, events, streams);
   } catch (const std::bad_alloc&) {
-    return failWithoutMemory(json, streams);
+    return failWithoutMemory(json, events, streams);
   } catch (const std::exception& error) {
     return fail(ExitStatus::BrokeOff,
                 "an unexpected error ended the program: " + masked(error.what(), args) +
                     ". Look up in the database what was posted",
-                json, streams);
+                json, events, streams);
   }
 }
 

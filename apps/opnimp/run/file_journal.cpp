@@ -1,5 +1,6 @@
 #include "apps/opnimp/run/file_journal.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "apps/opnimp/audit/run_ended.h"
@@ -30,6 +31,13 @@ std::vector<Item> copies(const std::vector<const Item*>& items) {
   copied.reserve(items.size());
   for (const Item* item : items) copied.push_back(*item);
   return copied;
+}
+
+std::vector<const Misreading*> readingsByRecord(std::span<const Warning> warnings) {
+  std::vector<const Misreading*> readings;
+  for (const Warning& warning : warnings) pointTo(readings, warning.readings);
+  std::ranges::stable_sort(readings, {}, &Misreading::record);
+  return readings;
 }
 
 RunStart describe(const ImportJournal& journal, const ImportResult& result,
@@ -75,10 +83,14 @@ FileJournal::FileJournal(ImportJournal& journal, ImportResult& result,
 }
 
 void FileJournal::begin(ImportResult& result, ImportReport& report, const Recorder& recorder) {
-  if (result.isDryRun()) return;
   told_.resize(start_.records.size());
-  expected_.resize(start_.records.size());
-  addReadings(expected_, result.warnings);
+  readings_ = readingsByRecord(result.warnings);
+  if (!result.isDryRun()) writeBegin(result);
+  start_ = {};  // it is long
+  listen(report, recorder);
+}
+
+void FileJournal::writeBegin(ImportResult& result) {
   start_.number = journal_.nextRun();
   try {
     run_.emplace(journal_.file(), start_);
@@ -87,8 +99,6 @@ void FileJournal::begin(ImportResult& result, ImportReport& report, const Record
   }
   result.journal = journal_.path();
   result.run = start_.number;
-  start_ = {};  // it is long
-  listen(report, recorder);
 }
 
 // Whoever listens already may end the run before the record: then it does not begin.
@@ -96,24 +106,32 @@ void FileJournal::listen(ImportReport& report, const Recorder& recorder) {
   report.onRecord = [this, &recorder, before = std::move(report.onRecord)](std::size_t record) {
     if (before) before(record);
     mark_ = {recorder.calls().size(), recorder.lines().size(), recorder.shown().size()};
-    orEndRun([&] { run_->recordBegins(record - 1); });
+    if (run_) orEndRun([&] { run_->recordBegins(record - 1); });
     begun_ = record;
   };
   report.onRecordEnd = [this, &report, &recorder](std::size_t record) {
-    orEndRun([&] { recordEnds(record - 1, report, recorder); });
+    recordEnds(record - 1, report, recorder);
   };
 }
 
 void FileJournal::recordEnds(std::size_t record, const ImportReport& report,
                              const Recorder& recorder) {
-  RecordTrace trace = std::move(expected_[record]);
-  trace.said = &report.record(record);
-  pointTo(trace.calls, recorder.calls(), mark_.calls);
-  pointTo(trace.lines, recorder.lines(), mark_.lines);
-  pointTo(trace.messages, recorder.shown(), mark_.messages);
-  trace.outcome = outcomeOf(trace);
-  run_->recordEnds(record, trace);
-  told_[record] = trace.outcome;
+  trace_.said = &report.record(record);
+  trace_.calls.clear();
+  trace_.lines.clear();
+  trace_.messages.clear();
+  trace_.readings.clear();
+  auto reading = std::ranges::lower_bound(readings_, record, {}, &Misreading::record);
+  for (; reading != readings_.end() && (*reading)->record == record; ++reading) {
+    trace_.readings.push_back(*reading);
+  }
+  pointTo(trace_.calls, recorder.calls(), mark_.calls);
+  pointTo(trace_.lines, recorder.lines(), mark_.lines);
+  pointTo(trace_.messages, recorder.shown(), mark_.messages);
+  trace_.outcome = outcomeOf(trace_);
+  if (run_) orEndRun([&] { run_->recordEnds(record, trace_); });
+  told_[record] = trace_.outcome;
+  if (onEnd) onEnd(record, trace_);
 }
 
 // A run that cannot be written down does not go on.

@@ -59,7 +59,7 @@ void SingleImport::prepare(const std::string& database) {
   // Before a record begins, so that no record is cut in two.
   report_.onRecord = [this](std::size_t record) {
     endIfInterrupted();
-    call_.progress.show(record);
+    call_.events.progress().show(record);
   };
 }
 
@@ -96,6 +96,7 @@ void SingleImport::tryTo(Steps steps) {
     (report_.begun() == 0 ? result_.refusal : result_.brokeOff) = refused.what();
   } catch (const RunEnded& ended) {
     result_.brokeOff = ended.why;
+    result_.connectionLost = ended.connectionLost;
   } catch (const std::bad_alloc&) {
     if (!began_) throw;
     result_.brokeOff = "the memory ran out";
@@ -123,8 +124,9 @@ void SingleImport::open() {
 void SingleImport::import() {
   tryTo([this] {
     endIfInterrupted();
-    if (journal_) journal_->begin(result_, report_, recorder_);
+    if (journal_) beginJournal();
     began_ = true;
+    start_ = std::chrono::steady_clock::now();
     importPart();
     while (partEnd_ < count() && !hasEnded() && !wasRefused()) {
       openPart(partEnd_);
@@ -133,6 +135,15 @@ void SingleImport::import() {
     recorder_.lookForLeft();
   });
   close();
+}
+
+void SingleImport::beginJournal() {
+  journal_->onEnd = [this](std::size_t record, const RecordTrace& trace) {
+    call_.events.recordEnds(result_, record, trace);
+    toldRecords_ = record + 1;
+  };
+  journal_->begin(result_, report_, recorder_);
+  call_.events.runBegins(result_);
 }
 
 /// With as many records from `first` on as a screen takes.
@@ -166,7 +177,7 @@ void SingleImport::fillContents(std::size_t first) {
 
 /// Of a foreseen import only what the screen says of the file is shown.
 MessageHandler SingleImport::messages() {
-  return [this, show = messagesTo(call_.streams.err, call_.progress)](const Message& message) {
+  return [this, show = messagesTo(call_.events)](const Message& message) {
     if (!call_.viewed || !began_) show(message);
   };
 }
@@ -254,9 +265,7 @@ void SingleImport::settle() {
 void SingleImport::tellOfLog() {
   if (!arguments().dryRun || call_.viewed) return;
   if (recorder_.lines().empty() || recorder_.shown().empty()) return;
-  call_.progress.erase();
-  call_.streams.err
-      << "opnimp: a dry run writes no error log; the report has what would be in it.\n";
+  call_.events.notice("a dry run writes no error log; the report has what would be in it.");
 }
 
 void SingleImport::findWarningsNow() {
@@ -298,6 +307,17 @@ void SingleImport::endJournal() {
 void SingleImport::evaluate() {
   if (!result_.passedOver) writeAccount();
   evaluated_ = true;
+  if (!began_) return;
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start_;
+  result_.seconds = took.count();
+}
+
+/// The record that was cut off ends only now.
+void SingleImport::tellOfEnd() {
+  for (; toldRecords_ < report_.begun(); ++toldRecords_) {
+    call_.events.recordEnds(result_, toldRecords_, result_.traces.records[toldRecords_]);
+  }
+  call_.events.runEnds(result_);
 }
 
 void SingleImport::writeAccount() {
@@ -316,6 +336,7 @@ void SingleImport::writeAccount() {
 void SingleImport::drawUp() {
   // Of a refused run, too: the report lists the log lines of the run as a whole.
   result_.traces = traceRecords(report_, recorder_, result_.warnings, count());
+  result_.calls = figuresOf(recorder_);
   if (result_.refused()) return;
   result_.account = drawUpAccount(
       {kind(), *result_.input, result_.mapping, result_.traces, screenRecords_, report_.ended()});
