@@ -127,11 +127,8 @@ std::vector<CommandParameter> asParameters(std::vector<std::string>& literals) {
 }
 
 DriverConnection::~DriverConnection() {
-  try {
-    rollback();
-  } catch (const RuntimeError&) {
-    // The engine takes it back when the connection goes.
-  }
+  // What fails is taken back when the connection goes.
+  ignoringFailure([&] { rollback(); });
 }
 
 // A known statement is the system's own, so that its literals can be bound without reading it any

@@ -69,12 +69,12 @@ class Claim {
   Claim& operator=(const Claim&) = delete;
   ~Claim() {
     std::error_code error;
-    if (!kept_) std::filesystem::remove(path_, error);
+    if (!kept_) std::filesystem::remove(path_, error);  // which needs no memory
   }
   void keep() { kept_ = true; }
 
  private:
-  const std::string& path_;
+  const std::filesystem::path path_;
   bool kept_ = false;
 };
 
@@ -115,7 +115,7 @@ RejectFiles::Written RejectFiles::write(const InputRecords& input, const Traces&
     try {
       writingRejects(path, [&] {
         Claim claim(path);
-        writeIt();
+        refusingWithoutMemory(writeIt);
         claim.keep();
       });
       written.paths.push_back(path);

@@ -57,15 +57,15 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   }
 
  private:
-  // Memory that runs out before the first record was posted is the files' fault; later it is not
-  // known what was posted, and the program ends with that word.
+  // Memory that runs out before the first record was posted is the files' fault; later the account
+  // is drawn up once more, with what has been freed since.
   FilesResult run() {
     try {
       prepare();
       driveWatched();
     } catch (const std::bad_alloc&) {
-      if (hasBegun()) throw;
-      throw CannotOpen(tooLarge(arguments_.files[current_]));
+      if (!hasBegun()) throw CannotOpen(tooLarge(arguments_.files[current_]));
+      evaluate();
     } catch (const CannotOpen& failure) {
       if (hasBegun()) files_[current_].endInJournal(failure.what());
       throw;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <numeric>
 #include <utility>
 
@@ -97,6 +98,9 @@ void SingleImport::tryTo(Steps steps) {
   } catch (const RunEnded& ended) {
     result_.brokeOff = ended.why;
     result_.connectionLost = ended.connectionLost;
+  } catch (const std::bad_alloc&) {
+    if (!began_) throw;
+    result_.brokeOff = "the memory ran out";
   }
 }
 
