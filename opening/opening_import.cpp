@@ -141,17 +141,12 @@ void OpeningImport::post(const Note& note) {
                                                     {std::abs(note.bill), DataType::Double},
                                                     {balance, DataType::Double},
                                                     {narration, DataType::VarChar}}};
-  call(debit ? kind_.debitNote : kind_.creditNote, document);
   // The account entry follows a note that failed, too: whether it did is not looked at, and the
   // accounts of companies that imported so rest on it.
   const std::array<ProcedureParameter, 2> account{
       {{note.code, DataType::VarChar}, {debit ? balance : -balance, DataType::Double}}};
-  call(kind_.openingBalance, account);
-}
-
-void OpeningImport::call(std::string_view procedure,
-                         std::span<const ProcedureParameter> parameters) {
-  Velk_ModOpnImp::GetDataRecordset(run_.post(screen_.connection(), procedure, parameters));
+  run_.postBoth(screen_.connection(), {debit ? kind_.debitNote : kind_.creditNote, document},
+                {kind_.openingBalance, account});
 }
 
 void OpeningImport::tell(Verdict verdict, const Finding& why, std::string_view code) {

@@ -15,6 +15,30 @@
 namespace velk {
 namespace {
 
+/// Tells before each call of a pair; of calls that are sent together before the first.
+class WatchedPair final : public CallPair {
+ public:
+  WatchedPair(std::unique_ptr<CallPair> inner, std::function<void()> tell)
+      : inner_(std::move(inner)), tell_(std::move(tell)) {}
+
+  std::shared_ptr<Recordset> first() override {
+    tell_();
+    hasToldBoth_ = inner_->isSentTogether();
+    if (hasToldBoth_) tell_();
+    return inner_->first();
+  }
+  std::shared_ptr<Recordset> second() override {
+    if (!hasToldBoth_) tell_();
+    return inner_->second();
+  }
+  bool isSentTogether() const override { return inner_->isSentTogether(); }
+
+ private:
+  std::unique_ptr<CallPair> inner_;
+  std::function<void()> tell_;
+  bool hasToldBoth_ = false;
+};
+
 /// Tells before each call of a procedure which one it is, from 1.
 class WatchedConnection final : public OwnConnection {
  public:
@@ -28,6 +52,11 @@ class WatchedConnection final : public OwnConnection {
   std::unique_ptr<Command> newCommand() override {
     before_(++calls_);  // the system makes a command for each call
     return inner_->newCommand();
+  }
+  std::unique_ptr<CallPair> postBoth(const ProcedureCall& first,
+                                     const ProcedureCall& second) override {
+    return std::make_unique<WatchedPair>(inner_->postBoth(first, second),
+                                         [this] { before_(++calls_); });
   }
   std::vector<Diagnostic> diagnostics() const override { return inner_->diagnostics(); }
   bool changedNothing() const override { return inner_->changedNothing(); }

@@ -47,6 +47,13 @@ std::string timeLimit(const OdbcOptions& options) {
          ", max_statement_time = " + wait;
 }
 
+// A block that is no transaction: each of its statements commits by itself.
+constexpr PairedCallsDialect mariadbPairs{
+    .before = "BEGIN NOT ATOMIC ",
+    .between = "; SELECT ?; ",
+    .after = "; END",
+};
+
 }  // namespace
 
 constinit const Dialect mariadbDialect{
@@ -56,6 +63,8 @@ constinit const Dialect mariadbDialect{
     .errors = mariadbErrors,
     .callBefore = "CALL ",
     .callAfter = {},
+    .pairedCalls = &mariadbPairs,
+    .readOnlyStatement = "SET SESSION TRANSACTION READ ONLY",
     .earliestDate = anyDate,
     .transactionCount = "SELECT @@in_transaction",
     // Only those that the user has some right to are listed.

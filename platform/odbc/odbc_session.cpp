@@ -42,6 +42,8 @@ void OdbcSession::open(std::string_view connectionString) {
   }
   for (const std::string_view statement : dialect_->openingStatements) executeNative(statement);
   if (dialect_->timeLimit != nullptr) executeNative(dialect_->timeLimit(options_));
+  const std::string_view readOnly = dialect_->readOnlyStatement;
+  if (options_.readOnly && !readOnly.empty()) executeNative(readOnly);
 }
 
 // Drivers read it only when connecting, and mostly only a connected one can name its engine: such a
@@ -115,6 +117,7 @@ void OdbcSession::setRunning(SQLHANDLE statement) {
 
 void OdbcSession::cancel() {
   const std::lock_guard lock(runningMutex_);
+  wasCancelled_ = true;
   if (running_ != nullptr) SQLCancel(running_);
 }
 

@@ -40,6 +40,7 @@ struct Arguments {
   bool resume = false;    ///< go on behind what an earlier run reached
   bool dryRun = false;
   bool allOrNothing = false;
+  bool oneByOne = false;  ///< each question to the database by itself
   bool json = false;
 };
 

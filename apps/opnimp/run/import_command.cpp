@@ -75,6 +75,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     readFiles();
     DatabaseChoice choice = chooseDatabase(arguments_.database, call_.surroundings);
     if (arguments_.waitSeconds) choice.options.commandTimeoutSeconds = *arguments_.waitSeconds;
+    choice.options.oneByOne = arguments_.oneByOne;
     const std::string journal = chooseJournal(arguments_.journal, call_.surroundings);
     checkOutputs(journal, choice);
     for (SingleImport& file : files_) file.prepare(choice.shown);
