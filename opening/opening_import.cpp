@@ -168,10 +168,10 @@ std::string OpeningImport::logLine(const Finding& why, std::string_view code) co
   }
 }
 
-// The code is pasted as it is. One with a quote in it makes the query fail, and counts as unknown.
+// A query that fails, as for a code with a quote in it, counts as unknown.
 bool OpeningImport::partyExists(std::string_view code) {
   try {
-    const auto reply = screen_.connection().Execute(joined(kind_.existsQuery, code).append("'"));
+    const auto reply = screen_.connection().Execute(partyQuery(kind_, code));
     const bool exists = Velk_ModOpnImp::ValOrZero(reply->field(0)) > 0;
     reply->Close();
     return exists;

@@ -43,6 +43,12 @@ std::unique_ptr<CallPair> Connection::postBoth(const ProcedureCall& first,
   return std::make_unique<OneByOne>(*this, first, second);
 }
 
+std::vector<Value> OwnConnection::askTogether(std::span<const std::string> queries) {
+  std::vector<Value> answers;
+  for (const std::string& query : queries) answers.push_back(Execute(query)->field(0));
+  return answers;
+}
+
 std::shared_ptr<Recordset> runProcedure(Connection& connection, const ProcedureCall& call,
                                         Purpose purpose) {
   const std::unique_ptr<Command> command = connection.newCommand();

@@ -150,6 +150,8 @@ std::shared_ptr<Recordset> runProcedure(Connection& connection, const ProcedureC
 /// at a time, but for cancel().
 class OwnConnection : public Connection {
  public:
+  /// The one cell that each of the queries answers, in as few messages as the connection can.
+  virtual std::vector<Value> askTogether(std::span<const std::string> queries);
   /// Asks the driver to end the statement that is running; the only member that another thread may
   /// call. May wait as long as the driver lets nobody else in.
   virtual void cancel() {}

@@ -67,6 +67,9 @@ class WatchedConnection final : public OwnConnection {
   void commit() override { inner_->commit(); }
   bool isInTransaction() override { return inner_->isInTransaction(); }
   std::string identity(bool mayStore) override { return inner_->identity(mayStore); }
+  std::vector<Value> askTogether(std::span<const std::string> queries) override {
+    return inner_->askTogether(queries);
+  }
   bool canLeaveTransactions() const override { return inner_->canLeaveTransactions(); }
 
  private:

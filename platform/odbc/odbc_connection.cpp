@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "platform/odbc/call_text.h"
 #include "platform/odbc/driver_path.h"
+#include "platform/odbc/joint_query.h"
 #include "platform/odbc/paired_calls.h"
 #include "platform/odbc/procedure_catalogue.h"
 #include "platform/odbc/statement_shape.h"
@@ -35,6 +36,7 @@ class DriverConnection final : public OwnConnection,
   bool changedNothing() const override { return changedNothing_; }
   bool isRefused(std::string_view procedure, std::size_t parameters) override;
   bool isLost() const override { return session_.isLost(); }
+  std::vector<Value> askTogether(std::span<const std::string> queries) override;
   void cancel() override { session_.cancel(); }
   void beginTransaction() override;
   void rollback() override { endTransaction(SQL_ROLLBACK); }
@@ -140,6 +142,15 @@ std::shared_ptr<Recordset> DriverConnection::Execute(std::string_view text) {
     }
   }
   return PreparedStatement::executeOnce(session_, text);
+}
+
+std::vector<Value> DriverConnection::askTogether(std::span<const std::string> queries) {
+  JointQuery joint = jointQuery(session_.dialect(), queries);
+  const auto row = joint.isKnown ? kept(joint.sql).execute(asParameters(joint.literals))
+                                 : PreparedStatement::executeOnce(session_, joint.sql);
+  std::vector<Value> answers;
+  for (std::size_t i = 0; i < queries.size(); ++i) answers.push_back(row->field(i));
+  return answers;
 }
 
 std::unique_ptr<Command> DriverConnection::newCommand() {

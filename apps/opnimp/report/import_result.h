@@ -31,6 +31,8 @@ struct ImportResult {
   bool refusedWithAnother = false;          ///< and not for what the file itself is
   std::vector<std::string> allowedDsTypes;  ///< looked up when a salesman was rejected
   std::string brokeOff;                     ///< why the run ended early; empty: it did not
+  std::string noLookAhead;                  ///< why its look-ups were not asked ahead; empty: they
+                                            ///< were, or were not to be
   std::string errorLog;                     ///< path of the error log's file
   std::string journal;                      ///< its path; empty: the run is not in one
   std::uint64_t run = 0;                    ///< its number there

@@ -127,11 +127,33 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   void openDatabase() {
     call_.gate.pass([&] { call_.database = velk::openDatabase(database_, call_.surroundings); });
     cancellable_ = call_.database;
+    if (mayLookAhead()) call_.gate.pass([&] { openBeside(); });
+  }
+
+  /// Within a transaction only its own connection sees what is posted. An embedded database answers
+  /// without a message.
+  bool mayLookAhead() const {
+    return LookAhead::isFor(*arguments_.kind) && database_.path.empty() && !arguments_.oneByOne &&
+           !arguments_.dryRun && !arguments_.allOrNothing;
+  }
+
+  /// The server may have no connection left, or the user no right to a second one.
+  void openBeside() {
+    DatabaseChoice choice = database_;
+    choice.options.readOnly = true;
+    try {
+      call_.beside.connection = velk::openDatabase(choice, call_.surroundings);
+      cancellableBeside_ = call_.beside.connection;
+    } catch (const CannotOpen& failure) {
+      call_.beside.failure = failure.what();
+    }
   }
 
   /// From another thread than the run's.
   void cancel() {
-    if (const std::shared_ptr<OwnConnection> database = cancellable_) database->cancel();
+    for (const auto* cancellable : {&cancellableBeside_, &cancellable_}) {
+      if (const std::shared_ptr<OwnConnection> database = *cancellable) database->cancel();
+    }
   }
 
   /// A database of which it is not known which one it is could take the same records twice.
@@ -275,6 +297,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   ImportCall call_;
   DatabaseChoice database_;
   std::atomic<std::shared_ptr<OwnConnection>> cancellable_;
+  std::atomic<std::shared_ptr<OwnConnection>> cancellableBeside_;
   std::deque<SingleImport> files_;  // which stay where they are
   std::size_t current_ = 0;         // the one that is being worked on
 };
