@@ -61,7 +61,9 @@ void RunnerWorld::script(std::string_view fates) {
     if (fate == 'm') throw std::bad_alloc();
     if (fate == 'l' || fate == 'L') connection.nextError = refused;
   };
-  surroundings.openDatabase = [scripted](const std::string&, const OdbcOptions&) {
+  surroundings.openDatabase = [scripted](const std::string&, const OdbcOptions& options) {
+    // The script is of one connection.
+    if (options.readOnly) throw RuntimeError(ErrorNumber::ProviderFailure, "no second connection");
     return scripted;
   };
 }
