@@ -144,6 +144,13 @@ class Connection {
 /// Runs a procedure as a command of the connection. Raises what the command raises.
 std::shared_ptr<Recordset> runProcedure(Connection& connection, const ProcedureCall& call,
                                         Purpose purpose);
+/// Who keeps a session waiting.
+struct LockHolders {
+  /// Such as "session 4711 of user clerk"; empty where it waits for no lock.
+  std::vector<std::string> names;
+  /// The right without which the engine does not tell all; empty where the user has it.
+  std::string missingRight;
+};
 
 /// A connection that nobody else uses: it may be kept in a transaction, and be asked which database
 /// it leads to. The defaults are those of one that changes nothing. Not to be used by two threads
@@ -173,6 +180,10 @@ class OwnConnection : public Connection {
   /// or an id stored in an embedded one. `mayStore`: stores one where there is none; else the text
   /// is empty then, as where nothing can be told.
   virtual std::string identity(bool /*mayStore*/) { return {}; }
+  /// What another connection knows this one by; empty where the engine tells nothing of locks.
+  virtual std::string session() { return {}; }
+  /// Who holds the locks that another connection waits for at this moment.
+  virtual LockHolders lockHolders(std::string_view /*session*/) { return {}; }
 };
 
 /// A connection that was never opened: whatever is executed is error 3709.

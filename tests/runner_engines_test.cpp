@@ -102,7 +102,8 @@ struct EngineWorld : RunnerWorld {
     const Json report(ran.out);
     CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
     CHECK_FALSE(contains(ran.out + ran.err, "change-me"));
-    story.push_back(file + " " + std::to_string(ran.status) + " " + asEmbedded(report.outcomes()));
+    story.push_back(file.substr(file.rfind('/') + 1) + " " + std::to_string(ran.status) + " " +
+                    asEmbedded(report.outcomes()));
     tellLog();
   }
   void tellTables() { story.push_back(tablesOf(*company.connection())); }

@@ -261,8 +261,6 @@ const Scenario scenarios[] = {
      "posted unknown posted", 1},
     {"entry-refused", "", "-0.5", [](World&, int) {}, "posted partial posted",
      "posted partial posted", 1},
-    {"entry-slow", "", "-0.25", [](World&, int) {}, "posted partial not-reached",
-     "posted partial not-reached", 5},
     {"killed-in-entry", "", "-0.25",
      [](World& world, int call) {
        if (call == 3) later(world, [&world] { world.server("halt", "KILL"); });

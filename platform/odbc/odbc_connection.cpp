@@ -45,6 +45,8 @@ class DriverConnection final : public OwnConnection,
   bool canLeaveTransactions() const override { return session_.dialect().canLeaveTransactions; }
   Date earliestDate() const override { return session_.dialect().earliestDate; }
   std::string identity(bool mayStore) override;
+  std::string session() override;
+  LockHolders lockHolders(std::string_view session) override;
 
   std::shared_ptr<Recordset> run(CommandType type, std::string_view text,
                                  const std::vector<CommandParameter>& parameters);
@@ -301,6 +303,28 @@ std::string DriverConnection::identity(bool mayStore) {
     if (error.is(ErrorNumber::ProviderTimeout)) throw RuntimeError(error);
   });
   return storedIdentity();
+}
+
+std::string DriverConnection::session() {
+  const std::string_view query = session_.dialect().sessionQuery;
+  return query.empty() ? "" : toText(Execute(query)->field(0));
+}
+
+LockHolders DriverConnection::lockHolders(std::string_view session) {
+  LockHolders holders;
+  for (const std::string_view query : session_.dialect().lockHolders) {
+    const auto ask = [&] {
+      for (const auto rows = kept(query).execute({{.value = std::string(session)}}); !rows->isEOF();
+           rows->MoveNext()) {
+        holders.names.push_back(toText(rows->field(0)));
+      }
+    };
+    trapErrors(ask, [&](const RuntimeError&) {
+      holders.missingRight = session_.dialect().lockHoldersRight;
+    });
+    if (!holders.names.empty()) break;
+  }
+  return holders;
 }
 
 std::string DriverConnection::storedIdentity() {

@@ -1,5 +1,6 @@
 #include "apps/opnimp/audit/recording_connection.h"
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <utility>
@@ -19,6 +20,18 @@ CallKind kindOf(CommandType type, Purpose purpose) {
   return purpose == Purpose::Ask ? CallKind::Check : CallKind::Procedure;
 }
 
+template <class Run>
+auto timed(Recorder& recorder, std::size_t call, Run&& run) {
+  struct Timer {
+    Recorder& recorder;
+    const std::size_t call;
+    const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    ~Timer() { recorder.addTime(call, std::chrono::steady_clock::now() - start); }
+  };
+  const Timer timer{recorder, call};
+  return run();
+}
+
 std::vector<Value> valuesOf(const ProcedureCall& call) {
   std::vector<Value> values;
   for (const ProcedureParameter& parameter : call.parameters) values.push_back(parameter.value);
@@ -33,7 +46,7 @@ std::shared_ptr<Recordset> watched(Recorder& recorder, const Connection& connect
                                    std::size_t call, Run&& execute) {
   std::shared_ptr<Recordset> first;
   try {
-    first = execute();
+    first = timed(recorder, call, execute);
     recorder.setResult(call, CallResult::Ok);
     // From here on the first statement has taken effect, and only a later one can fail.
     for (auto result = first; result != nullptr;) result = result->NextRecordset();

@@ -28,10 +28,8 @@ namespace fs = std::filesystem;
 /// More than drivers take, and little enough to search.
 constexpr std::size_t longestConnectionString = 8192;
 
-constexpr std::chrono::seconds longestConnecting{9};
-
 /// Beside the caller: some drivers wait for ever for a server that takes a connection and then says
-/// nothing.
+/// nothing. The driver's own word is better: it gets a moment for it.
 std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
                                           const Surroundings& surroundings) {
   // With what it needs, as it may outlive the caller.
@@ -41,7 +39,8 @@ std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
       });
   auto opened = task.get_future();
   std::thread(std::move(task)).detach();
-  if (opened.wait_for(longestConnecting) == std::future_status::timeout) {
+  const std::chrono::seconds longest{choice.options.loginTimeoutSeconds + 1};
+  if (opened.wait_for(longest) == std::future_status::timeout) {
     throw CannotConnect(RuntimeError(ErrorNumber::ProviderTimeout, "There was no answer in time"),
                         {{"HYT01", 0, {}}});
   }
@@ -66,7 +65,8 @@ std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
   } catch (const RuntimeError& error) {
     if (isEmbedded && error.is(ErrorNumber::ProviderTimeout)) {
       throw RunEnded{"the database " + choice.shown + " did not answer in time (" +
-                     error.description() + "); --wait SECONDS gives it longer"};
+                     error.description() +
+                     "); --wait SECONDS or --lock-wait SECONDS gives it longer"};
     }
     // Only `shown` is printed: the connection string may contain a password.
     throw CannotOpen("the database " + choice.shown + " could not be opened: " +
@@ -135,6 +135,16 @@ DatabaseChoice chooseDatabase(const std::optional<std::string>& option,
       companyDatabase(option ? *option : fromEnvironment(surroundings.database));
   return {database,
           database.path.empty() ? maskPasswords(database.connectionString) : database.path};
+}
+
+OdbcOptions openingOptions(const Arguments& arguments) {
+  OdbcOptions options;
+  options.commandTimeoutSeconds = arguments.waitSeconds.value_or(options.commandTimeoutSeconds);
+  options.lockTimeoutSeconds = arguments.lockWaitSeconds.value_or(options.lockTimeoutSeconds);
+  options.loginTimeoutSeconds = arguments.connectWaitSeconds.value_or(options.loginTimeoutSeconds);
+  options.oneByOne = arguments.oneByOne;
+  options.readOnly = arguments.command != Arguments::Command::Import || arguments.dryRun;
+  return options;
 }
 
 std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "apps/database/company_database.h"
+#include "apps/opnimp/cli/arguments.h"
 #include "apps/opnimp/run/surroundings.h"
 
 namespace velk {
@@ -21,6 +22,9 @@ struct DatabaseChoice : CompanyDatabase {
 /// where neither is given, and CannotOpen for such a file that will not do.
 DatabaseChoice chooseDatabase(const std::optional<std::string>& option,
                               const Surroundings& surroundings);
+
+/// How a command opens it: only import, without --dry-run, changes anything.
+OdbcOptions openingOptions(const Arguments& arguments);
 
 /// Opens it. Raises CannotOpen, with what to do next; RunEnded where an embedded one is locked.
 std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,

@@ -123,17 +123,15 @@ ExitStatus runExport(const Arguments& arguments, const Streams& streams,
   }
   const std::string folder = applicationFolder(arguments.appFolder);
   DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
-  if (arguments.waitSeconds) choice.options.commandTimeoutSeconds = *arguments.waitSeconds;
+  choice.options = openingOptions(arguments);
   checkWrites({{"the export", arguments.file, {arguments.file}}}, choice, folder, {});
   const Target target(arguments.file);
   const auto database = openUnlocked(choice, surroundings);
-  // Never drawn, since an export does not count records; the messages only need one to erase.
-  Progress progress(streams.err, false);
+  Events events(streams, arguments.jsonLog);
   RunGate gate;
   Recorder recorder(Recorder::Mode::Post, gate);
   ImportReport report(false);
-  ScreenSession session(recorder,
-                        {folder, surroundings.clock, messagesTo(streams.err, progress), true});
+  ScreenSession session(recorder, {folder, surroundings.clock, messagesTo(events), true});
   ExportOutcome outcome{
       .arguments = arguments, .database = choice.shown, .errorLog = session.errorLogPath()};
   drive(outcome, session, report, recorded(recorder, database));

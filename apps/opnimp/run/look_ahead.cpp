@@ -52,7 +52,7 @@ class AnsweredConnection final : public Connection {
 std::shared_ptr<Recordset> LookAhead::answer(std::string_view query) {
   const std::size_t row = screen_ == nullptr ? 0 : screen_->currentRow();
   // What a run asks as a whole is asked in its turn.
-  if (row == 0 || beside_.connection == nullptr || !isFor(kind_)) return nullptr;
+  if (row == 0 || !beside_.isAsked() || !isFor(kind_)) return nullptr;
   if (row >= endRow_) ask(row);
   const auto found = answers_.find(query);
   if (found == answers_.end() || !isYes(found->second)) return nullptr;
@@ -83,7 +83,7 @@ void LookAhead::ask(std::size_t firstRow) {
       },
       [&](const RuntimeError& error) {
         answers_.clear();
-        beside_ = {nullptr, error.description()};
+        beside_.failure = error.description();
       });
 }
 

@@ -24,8 +24,10 @@ namespace velk {
 
 /// The second connection of a call.
 struct Beside {
-  std::shared_ptr<OwnConnection> connection{};  ///< null: there is none, or none any more
-  std::string failure{};                        ///< why, where there was to be one
+  std::shared_ptr<OwnConnection> connection{};  ///< null: there is none
+  std::string failure{};                        ///< why not, or why it is asked nothing any more
+
+  bool isAsked() const { return connection != nullptr && failure.empty(); }
 };
 
 /// Of the records of one screen.

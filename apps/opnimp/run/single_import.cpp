@@ -58,7 +58,7 @@ void SingleImport::prepare(const std::string& database) {
   // Before a record begins, so that no record is cut in two.
   report_.onRecord = [this](std::size_t record) {
     endIfInterrupted();
-    call_.progress.show(record);
+    call_.events.progress().show(record);
   };
 }
 
@@ -95,6 +95,7 @@ void SingleImport::tryTo(Steps steps) {
     (report_.begun() == 0 ? result_.refusal : result_.brokeOff) = refused.what();
   } catch (const RunEnded& ended) {
     result_.brokeOff = ended.why;
+    result_.connectionLost = ended.connectionLost;
   }
 }
 
@@ -119,8 +120,9 @@ void SingleImport::open() {
 void SingleImport::import() {
   tryTo([this] {
     endIfInterrupted();
-    if (journal_) journal_->begin(result_, report_, recorder_);
+    if (journal_) beginJournal();
     began_ = true;
+    start_ = std::chrono::steady_clock::now();
     importPart();
     while (partEnd_ < count() && !hasEnded() && !wasRefused()) {
       openPart(partEnd_);
@@ -131,13 +133,22 @@ void SingleImport::import() {
   close();
 }
 
+void SingleImport::beginJournal() {
+  journal_->onEnd = [this](std::size_t record, const RecordTrace& trace) {
+    call_.events.recordEnds(result_, record, trace);
+    toldRecords_ = record + 1;
+  };
+  journal_->begin(result_, report_, recorder_);
+  call_.events.runBegins(result_);
+}
+
 /// With as many records from `first` on as a screen takes.
 void SingleImport::openPart(std::size_t first) {
   session_.reset();
   partEnd_ = first + std::min(count() - first, kind().largestRecordCount);
   fillContents(first);
   session_.emplace(recorder_, SessionSetup{call_.folder, call_.surroundings.clock, messages(),
-                                           !arguments().dryRun, contents_ ? &*contents_ : nullptr});
+                                           !arguments().dryRun, &*contents_});
   result_.errorLog = session_->errorLogPath();
   recorder_.beginPart(first);
   report_.beginPart(first);
@@ -153,21 +164,20 @@ void SingleImport::openPart(std::size_t first) {
   if (partEnd_ == count()) screenRecords_ = viewedRecords_;
 }
 
-/// What the screen is to find in the file; nothing for all that the file itself holds, so that the
-/// runner's own reading is checked against the screen's.
+/// What the screen is to find in the file: the bytes that the runner has read, whatever became of
+/// the file since. All of them where it may, so that the one reading is checked against the other.
 void SingleImport::fillContents(std::size_t first) {
-  contents_.reset();
+  contents_.emplace(arguments().file, result_.input->bytes());
   const bool isWhole = partEnd_ - first == count() && asPart(*result_.input) == nullptr;
   if (isWhole) return;
   std::vector<std::size_t> records(partEnd_ - first);
   std::iota(records.begin(), records.end(), first);
-  contents_.emplace(arguments().file);
   result_.input->write(*contents_, arguments().file, records);
 }
 
 /// Of a foreseen import only what the screen says of the file is shown.
 MessageHandler SingleImport::messages() {
-  return [this, show = messagesTo(call_.streams.err, call_.progress)](const Message& message) {
+  return [this, show = messagesTo(call_.events)](const Message& message) {
     if (!call_.viewed || !began_) show(message);
   };
 }
@@ -255,9 +265,7 @@ void SingleImport::settle() {
 void SingleImport::tellOfLog() {
   if (!arguments().dryRun || call_.viewed) return;
   if (recorder_.lines().empty() || recorder_.shown().empty()) return;
-  call_.progress.erase();
-  call_.streams.err
-      << "opnimp: a dry run writes no error log; the report has what would be in it.\n";
+  call_.events.notice("a dry run writes no error log; the report has what would be in it.");
 }
 
 void SingleImport::findWarningsNow() {
@@ -299,6 +307,17 @@ void SingleImport::endJournal() {
 void SingleImport::evaluate() {
   if (!result_.passedOver) writeAccount();
   evaluated_ = true;
+  if (!began_) return;
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start_;
+  result_.seconds = took.count();
+}
+
+/// The record that was cut off ends only now.
+void SingleImport::tellOfEnd() {
+  for (; toldRecords_ < report_.begun(); ++toldRecords_) {
+    call_.events.recordEnds(result_, toldRecords_, result_.traces.records[toldRecords_]);
+  }
+  call_.events.runEnds(result_);
 }
 
 void SingleImport::writeAccount() {
@@ -318,6 +337,7 @@ void SingleImport::writeAccount() {
 void SingleImport::drawUp() {
   // Of a refused run, too: the report lists the log lines of the run as a whole.
   result_.traces = traceRecords(report_, recorder_, result_.warnings, count());
+  result_.calls = figuresOf(recorder_);
   if (result_.refused()) return;
   result_.account = drawUpAccount(
       {kind(), *result_.input, result_.mapping, result_.traces, screenRecords_, report_.ended()});

@@ -25,7 +25,10 @@ struct Surroundings {
   std::function<std::shared_ptr<OwnConnection>(const std::string& connectionString,
                                                const OdbcOptions& options)>
       openDatabase;
-  std::string stateFolder;   ///< where programs keep what they remember; empty: there is none
+  std::string stateFolder;  ///< where programs keep what they remember; empty: there is none
+  /// The program itself, to ask the database what the run cannot ask while it waits; empty: such
+  /// things stay unknown.
+  std::string program{};
   std::string machineStart;  ///< another text after each start of the machine
 };
 
