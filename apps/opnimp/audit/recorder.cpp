@@ -99,15 +99,15 @@ void Recorder::endIfLeft(LeftTransactions::Found found, std::size_t first, std::
     settle(Changes::NotKnown);
     throw RunEnded{"a procedure" + what};
   }
-  std::string names;
+  std::string callNames;
   for (std::size_t call = first; call <= last; ++call) {
-    names += (call == first ? "" : " or ") + calls_[call].text;
+    callNames += (call == first ? "" : " or ") + calls_[call].text;
     calls_[call].result = CallResult::InDoubt;
     calls_[call].error = CallError{static_cast<std::int32_t>(ErrorNumber::ProviderFailure),
                                    (first == last ? "it" : "one of two calls") + what,
                                    {}};
   }
-  throw RunEnded{names + what};
+  throw RunEnded{callNames + what};
 }
 
 void settleCalls(std::vector<RecordedCall>& calls, Changes changes) {
