@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -86,6 +87,31 @@ class Command {
   virtual std::shared_ptr<Recordset> Execute(std::int32_t options) = 0;
 };
 
+/// One parameter of a stored procedure.
+struct ProcedureParameter {
+  Value value;
+  DataType type = DataType::VarChar;
+};
+
+/// A stored procedure and what it is called with, by position.
+struct ProcedureCall {
+  std::string_view name;
+  std::span<const ProcedureParameter> parameters;
+};
+
+/// Two calls that post one record. Each is to be asked for once, in their order, and answers or
+/// raises what its own Execute would.
+class CallPair {
+ public:
+  virtual ~CallPair() = default;
+  virtual std::shared_ptr<Recordset> first() = 0;
+  /// Whatever came of the first one.
+  virtual std::shared_ptr<Recordset> second() = 0;
+  /// Before first(): whether it sends both calls in one message. After it: whether the second one
+  /// was sent, as far as is known.
+  virtual bool isSentTogether() const { return false; }
+};
+
 class Connection {
  public:
   virtual ~Connection() = default;
@@ -93,6 +119,11 @@ class Connection {
   /// Runs a text query. Never null on success.
   virtual std::shared_ptr<Recordset> Execute(std::string_view text) = 0;
   virtual std::unique_ptr<Command> newCommand() = 0;
+  /// Two calls that post, of which the second follows a first one that failed, too. One after the
+  /// other, unless the connection knows how to send both at once with the same effect. What the
+  /// calls refer to, and the connection, have to outlive the pair.
+  virtual std::unique_ptr<CallPair> postBoth(const ProcedureCall& first,
+                                             const ProcedureCall& second);
 
   /// Everything the driver said about the last failure, first record first; empty where the library
   /// underneath keeps none.
@@ -127,6 +158,9 @@ struct DatabaseFacts {
   std::vector<std::string> excessRights;
 };
 
+/// Runs a procedure as a command of the connection. Raises what the command raises.
+std::shared_ptr<Recordset> runProcedure(Connection& connection, const ProcedureCall& call,
+                                        Purpose purpose);
 /// Who keeps a session waiting.
 struct LockHolders {
   /// Such as "session 4711 of user clerk"; empty where it waits for no lock.
@@ -140,6 +174,8 @@ struct LockHolders {
 /// at a time, but for cancel().
 class OwnConnection : public Connection {
  public:
+  /// The one cell that each of the queries answers, in as few messages as the connection can.
+  virtual std::vector<Value> askTogether(std::span<const std::string> queries);
   /// Asks the driver to end the statement that is running; the only member that another thread may
   /// call. May wait as long as the driver lets nobody else in.
   virtual void cancel() {}

@@ -70,6 +70,13 @@ std::string timeLimit(const OdbcOptions& options) {
          ", max_statement_time = " + std::to_string(statement);
 }
 
+// A block that is no transaction: each of its statements commits by itself.
+constexpr PairedCallsDialect mariadbPairs{
+    .before = "BEGIN NOT ATOMIC ",
+    .between = "; SELECT ?; ",
+    .after = "; END",
+};
+
 }  // namespace
 
 constinit const Dialect mariadbDialect{
@@ -80,6 +87,7 @@ constinit const Dialect mariadbDialect{
     .errors = mariadbErrors,
     .callBefore = "CALL ",
     .callAfter = {},
+    .pairedCalls = &mariadbPairs,
     .earliestDate = anyDate,
     .encodingQuery = "SELECT @@character_set_database",
     .excessRights = mariadbExcessRights,

@@ -7,7 +7,10 @@
 #include <utility>
 
 #include "base/text.h"
+#include "platform/odbc/call_text.h"
 #include "platform/odbc/driver_path.h"
+#include "platform/odbc/joint_query.h"
+#include "platform/odbc/paired_calls.h"
 #include "platform/odbc/procedure_catalogue.h"
 #include "platform/odbc/statement_shape.h"
 #include "platform/odbc/stored_procedures.h"
@@ -20,15 +23,21 @@ class DriverConnection final : public OwnConnection,
                                public std::enable_shared_from_this<DriverConnection> {
  public:
   DriverConnection(std::string_view connectionString, const OdbcOptions& options)
-      : session_(connectionString, options), procedures_(session_) {}
+      : session_(connectionString, options),
+        sendsPairs_(!options.oneByOne),
+        procedures_(session_),
+        pairs_(session_) {}
   ~DriverConnection() override;
 
   std::shared_ptr<Recordset> Execute(std::string_view text) override;
   std::unique_ptr<Command> newCommand() override;
+  std::unique_ptr<CallPair> postBoth(const ProcedureCall& first,
+                                     const ProcedureCall& second) override;
   std::vector<Diagnostic> diagnostics() const override { return session_.diagnostics(); }
   bool changedNothing() const override { return changedNothing_; }
   bool isRefused(std::string_view procedure, std::size_t parameters) override;
   bool isLost() const override { return session_.isLost(); }
+  std::vector<Value> askTogether(std::span<const std::string> queries) override;
   void cancel() override { session_.cancel(); }
   void beginTransaction() override;
   void rollback() override { endTransaction(SQL_ROLLBACK); }
@@ -64,7 +73,9 @@ class DriverConnection final : public OwnConnection,
   // By text, calls by name and number of parameters. Only the system's own statements and calls of
   // procedures, so that it stays small.
   std::map<std::string, PreparedStatement, std::less<>> kept_;
+  const bool sendsPairs_;
   StoredProcedures procedures_;
+  PairedCalls pairs_;
   std::map<std::string, bool, std::less<>> refused_;
   bool inTransaction_ = false;
   bool changedNothing_ = false;
@@ -105,17 +116,6 @@ std::shared_ptr<Recordset> OdbcCommand::Execute(std::int32_t) {
   return connection_->run(type_, text_, parameters_);
 }
 
-// "{call name(?, ?)}", the interface's own way to call a procedure, or the engine's.
-std::string callText(std::string before, std::string_view name, std::size_t parameterCount,
-                     std::string_view after) {
-  std::string text = std::move(before.append(name));
-  for (std::size_t i = 0; i < parameterCount; ++i) text += i == 0 ? "(?" : ", ?";
-  // Only the interface's own way knows calls without parentheses.
-  if (parameterCount == 0 && after.empty()) text += '(';
-  if (parameterCount > 0 || after.empty()) text += ')';
-  return text.append(after);
-}
-
 // A literal may be longer than a parameter: in the statement's own text it would have no limit.
 std::vector<CommandParameter> asParameters(std::vector<std::string>& literals) {
   std::vector<CommandParameter> parameters;
@@ -148,9 +148,32 @@ std::shared_ptr<Recordset> DriverConnection::Execute(std::string_view text) {
   return PreparedStatement::executeOnce(session_, text);
 }
 
+std::vector<Value> DriverConnection::askTogether(std::span<const std::string> queries) {
+  JointQuery joint = jointQuery(session_.dialect(), queries);
+  const auto row = joint.isKnown ? kept(joint.sql).execute(asParameters(joint.literals))
+                                 : PreparedStatement::executeOnce(session_, joint.sql);
+  std::vector<Value> answers;
+  for (std::size_t i = 0; i < queries.size(); ++i) answers.push_back(row->field(i));
+  return answers;
+}
+
 std::unique_ptr<Command> DriverConnection::newCommand() {
   // A command keeps its connection open, even if the caller lets go of it first.
   return std::make_unique<OdbcCommand>(shared_from_this());
+}
+
+// Within a transaction no call has a commit of its own.
+std::unique_ptr<CallPair> DriverConnection::postBoth(const ProcedureCall& first,
+                                                     const ProcedureCall& second) {
+  const bool mayPair = sendsPairs_ && !inTransaction_ && !session_.isLost();
+  PreparedStatement* const statement = mayPair ? pairs_.find(first, second) : nullptr;
+  if (statement == nullptr) return Connection::postBoth(first, second);
+  PairOwner owner{
+      [this](const ProcedureCall& call) { return runProcedure(*this, call, Purpose::Post); },
+      [this](const ProcedureCall& call, const RuntimeError& error) {
+        return changedNothing_ = isKnownToChangeNothing(call.name, call.parameters.size(), error);
+      }};
+  return pairOf(pairs_, *statement, session_, std::move(owner), first, second);
 }
 
 std::shared_ptr<Recordset> DriverConnection::run(CommandType type, std::string_view text,

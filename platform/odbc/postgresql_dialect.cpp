@@ -48,6 +48,25 @@ constexpr auto postgresqlErrors = std::to_array<NativeError>({
     {0, "28000", {}, "28P01"},
 });
 
+// Only a procedure can commit what it has done so far. The setting is committed along with it.
+// One of several procedures of a name is chosen by the types of what it is called with, which are
+// others here: such a name has no pairs.
+constexpr PairedCallsDialect postgresqlPairs{
+    .before = "BEGIN ",
+    .between = "; PERFORM set_config('opnimp.reached', ?, false); COMMIT; ",
+    .after = "; END",
+    .reachedQuery = "SELECT current_setting('opnimp.reached', true)",
+    .signatureQuery =
+        "SELECT CASE WHEN provariadic <> 0 OR prokind NOT IN ('f', 'p') OR prokind = 'p' AND "
+        "proargmodes IS NOT NULL THEN -1 ELSE pronargs END, "
+        "CASE prokind WHEN 'f' THEN 'PERFORM * FROM ' ELSE 'CALL ' END, "
+        "(SELECT string_agg(format_type(t, NULL), ', ' ORDER BY n) FROM unnest(proargtypes) WITH "
+        "ORDINALITY AS a(t, n)) "
+        "FROM pg_proc WHERE proname = lower(?) AND pg_function_is_visible(oid)",
+    .procedure = "pg_temp.opnimp_pair_",
+    .makeProcedure = "CREATE PROCEDURE ?(?) LANGUAGE plpgsql AS $pair$ ? $pair$",
+    .markType = "text",
+};
 // The driver itself has a limit for statements.
 std::string lockLimit(const OdbcOptions& options) {
   const int seconds = options.lockTimeoutSeconds;
@@ -70,6 +89,7 @@ constinit const Dialect postgresqlDialect{
     .callBeforeQuery =
         "SELECT CASE WHEN bool_and(prokind = 'f') THEN 'SELECT * FROM ' ELSE 'CALL ' "
         "END FROM pg_proc WHERE proname = lower(?) AND pg_function_is_visible(oid)",
+    .pairedCalls = &postgresqlPairs,
     // Only a procedure may commit what it has done so far, and neither one that runs with its
     // owner's rights nor one with settings of its own may.
     .hasAtomicCallsQuery =

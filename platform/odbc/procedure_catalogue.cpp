@@ -105,22 +105,13 @@ bool hasTooMany(const OdbcSession& session, std::string_view procedure, std::siz
   return listed && passed > listed->size();
 }
 
-std::string withName(std::string_view query, std::string_view procedure) {
-  std::string literal = "'";
-  for (const char c : procedure) literal.append(c == '\'' ? 2 : 1, c);
-  literal += '\'';
-  std::string text;
-  for (const char c : query) c == '?' ? text.append(literal) : text.append(1, c);
-  return text;
-}
-
 /// The number that a query of the dialect answers about the procedure; empty if there is no such
 /// query, or if the engine does not understand it.
 std::optional<SQLINTEGER> answer(const OdbcSession& session, std::string_view query,
                                  std::string_view procedure) {
   if (query.empty()) return std::nullopt;
   const StatementHandle statement = session.newStatement();
-  const std::u16string text = toUtf16(withName(query, procedure));
+  const std::u16string text = toUtf16(withProcedure(query, procedure));
   if (!SQL_SUCCEEDED(SQLExecDirectW(statement.get(), wideText(text.c_str()), SQL_NTS)) ||
       !SQL_SUCCEEDED(SQLFetch(statement.get()))) {
     return std::nullopt;
@@ -129,6 +120,15 @@ std::optional<SQLINTEGER> answer(const OdbcSession& session, std::string_view qu
 }
 
 }  // namespace
+
+std::string withProcedure(std::string_view query, std::string_view procedure) {
+  std::string literal = "'";
+  for (const char c : procedure) literal.append(c == '\'' ? 2 : 1, c);
+  literal += '\'';
+  std::string text;
+  for (const char c : query) c == '?' ? text.append(literal) : text.append(1, c);
+  return text;
+}
 
 bool cannotHaveRun(const OdbcSession& session, std::string_view procedure,
                    std::size_t parameterCount) {
@@ -151,7 +151,7 @@ std::string callBefore(OdbcSession& session, std::string_view procedure) {
   const Dialect& dialect = session.dialect();
   if (dialect.callBeforeQuery.empty()) return std::string(dialect.callBefore);
   const OnlyAsking asking(session);
-  PreparedStatement query(session, withName(dialect.callBeforeQuery, procedure));
+  PreparedStatement query(session, withProcedure(dialect.callBeforeQuery, procedure));
   return toText(query.execute({})->field(0));
 }
 

@@ -11,6 +11,9 @@
 
 namespace velk {
 
+/// A query of the dialect about a procedure, with the name as a literal in the place of each mark.
+std::string withProcedure(std::string_view query, std::string_view procedure);
+
 /// True if the catalogue shows that the call cannot have begun: the procedure is not there, the
 /// user has no right to run it, or it takes fewer parameters than were passed. The call's own error
 /// cannot show that, because a procedure that calls another one fails with the same. False where

@@ -58,6 +58,9 @@ const std::string fromLineHelp =
 const std::string wholeHelp =
     "in one transaction, which is taken back if a record is refused,\n"
     "fails, or is not reached; takes one file";
+const std::string oneByOneHelp =
+    "ask the database each question by itself: no look-up ahead of\n"
+    "its record, no two calls in one message";
 const std::string filesHelp =
     "the file with the records; several are imported one after the\n"
     "other with one account, and nothing of any if one is refused";
@@ -241,6 +244,7 @@ class CommandLine {
     addFromLine({import, preview});
     addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
     addFlag({import}, "--all-or-nothing", arguments_.allOrNothing, wholeHelp);
+    addFlag({import}, "--one-by-one", arguments_.oneByOne, oneByOneHelp);
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
     addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
     addText({import}, "--metrics", "FILE", arguments_.metrics, metricsHelp);

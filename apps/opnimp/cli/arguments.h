@@ -56,6 +56,7 @@ struct Arguments {
   bool resume = false;    ///< go on behind what an earlier run reached
   bool dryRun = false;
   bool allOrNothing = false;
+  bool oneByOne = false;  ///< each question to the database by itself
   bool json = false;
   bool jsonLog = false;  ///< on standard error
 };

@@ -142,6 +142,7 @@ OdbcOptions openingOptions(const Arguments& arguments) {
   options.commandTimeoutSeconds = arguments.waitSeconds.value_or(options.commandTimeoutSeconds);
   options.lockTimeoutSeconds = arguments.lockWaitSeconds.value_or(options.lockTimeoutSeconds);
   options.loginTimeoutSeconds = arguments.connectWaitSeconds.value_or(options.loginTimeoutSeconds);
+  options.oneByOne = arguments.oneByOne;
   options.readOnly = arguments.command != Arguments::Command::Import || arguments.dryRun;
   return options;
 }

@@ -157,7 +157,11 @@ void SingleImport::openPart(std::size_t first) {
   result_.errorLog = session_->errorLogPath();
   recorder_.beginPart(first);
   report_.beginPart(first);
-  ImportScreen& screen = session_->open(kind(), recorded(recorder_, call_.database));
+  lookAhead_.emplace(call_.beside, kind());
+  // What is answered ahead is recorded like any other answer.
+  ImportScreen& screen =
+      session_->open(kind(), recorded(recorder_, answeredAhead(*lookAhead_, call_.database)));
+  lookAhead_->follow(&screen);
   screen.run().setRecordsBefore(first);
   view(first == 0);
   // Read now, because the import empties the screen.
@@ -322,6 +326,7 @@ void SingleImport::tellOfEnd() {
 }
 
 void SingleImport::writeAccount() {
+  result_.noLookAhead = call_.beside.failure;
   if (wasRefused() && !result_.refused()) {
     result_.refusal = runRefusalText(*report_.refusal(), *result_.input, result_.mapping, kind());
   }
