@@ -162,6 +162,9 @@ TEST_CASE("a run killed at any moment leaves one record in doubt at most, and ca
     CHECK(world.import(file).status == 2);
 
     const std::string before = notes(world, 1, run.begun);
+    if (doubtful == 1) {
+      CHECK(contains(world.import(file, {"--resume"}).err, "1 record of " + file + " in doubt"));
+    }
     const Ran resumed = world.import(file, {"--resume", "--rejects", world.folder.path("r.csv")});
     CHECK_MESSAGE(resumed.status == static_cast<int>(doubtful), resumed.out << resumed.err);
     CHECK(notes(world, 1, run.begun) == before);

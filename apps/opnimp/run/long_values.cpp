@@ -17,12 +17,13 @@ class Catalogue {
   explicit Catalogue(OwnConnection& database) : database_(database) {}
 
   const std::vector<CatalogueParameter>& parametersOf(const std::string& procedure) {
-    const auto [found, isNew] = known_.try_emplace(procedure);
+    const bool isNew = !known_.contains(procedure);
+    std::vector<CatalogueParameter>& parameters = known_[procedure];
     if (isNew) {
-      trapErrors([&] { found->second = database_.parametersOf(procedure); },
+      trapErrors([&] { parameters = database_.parametersOf(procedure); },
                  [](const RuntimeError&) {});
     }
-    return found->second;
+    return parameters;
   }
 
  private:
