@@ -206,6 +206,7 @@ Ran runWith(const Story& story, const TemporaryFolder& folder, SystemFaults sett
   CHECK((ran.status >= 0 || (ofOthers && settings["FAULT_CALLS"] == "malloc")));
   CHECK(ran.status <= 5);
   for (const std::string& name : namesIn(folder)) {
+    CAPTURE(name);
     CHECK_FALSE((name.starts_with("~") || contains(name, ".new-")));
   }
   return ran;
