@@ -109,7 +109,7 @@ class Watch {
     if (how_ != Watched::Journaled) return;
     const std::string path = folder + "/journal";
     std::filesystem::remove(path);
-    all_.emplace(path, result_.arguments, surroundings_, std::cerr);
+    all_.emplace(path, result_.arguments, surroundings_, events_);
     all_->identify(database, "company");
     result_.mapping = readMapping(screen);
     journal_.emplace(*all_, result_, surroundings_);
@@ -127,6 +127,7 @@ class Watch {
   Beside beside_;
   LookAhead ahead_;
   Surroundings surroundings_ = realSurroundings();
+  Events events_{{std::cout, std::cerr, false}, false};
   RunGate gate_;
   Recorder recorder_{Recorder::Mode::Post, gate_};
   ImportReport report_{false};

@@ -155,7 +155,7 @@ std::string PairedCalls::makeProcedure(const ProcedureCall& first, const Procedu
     signature->MoveNext();
     if (!signature->isEOF()) return {};
   }
-  const std::string name = std::string(dialect.procedure) + std::to_string(statements_.size());
+  std::string name = std::string(dialect.procedure) + std::to_string(statements_.size());
   const std::array making{name, types[0] + ", " + std::string(dialect.markType) + ", " + types[1],
                           numbered(asOne(dialect, calls[0], calls[1]))};
   session_.executeNative(filled(dialect.makeProcedure, making));
@@ -201,7 +201,7 @@ PairedCalls::End PairedCalls::endOf(const std::shared_ptr<MemoryRecordset>& answ
   if (before == nullptr)
     end.first = noRows();
   else
-    static_cast<MemoryRecordset&>(*before).setNext(nullptr);
+    dynamic_cast<MemoryRecordset&>(*before).setNext(nullptr);
   trapErrors([&] { end.second = result->NextRecordset(); },
              [&](const RuntimeError& error) { end.secondError = error; });
   if (end.second == nullptr) end.second = noRows();
