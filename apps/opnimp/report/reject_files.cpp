@@ -1,9 +1,12 @@
 #include "apps/opnimp/report/reject_files.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <iomanip>
+#include <optional>
 #include <sstream>
 #include <system_error>
+#include <utility>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
@@ -108,15 +111,20 @@ RejectFiles::RejectFiles(const std::string& path, FileFormat format, bool dryRun
 
 // Each for itself: one that fails must not cost the others.
 RejectFiles::Written RejectFiles::write(const InputRecords& input, const Traces& traces,
-                                        std::span<const std::size_t> setApart) const {
+                                        std::span<const std::size_t> setApart) {
   NativeFileSystem files;
   Written written;
   const auto put = [&](const std::string& path, const auto& writeIt) {
     try {
       writingRejects(path, [&] {
-        Claim claim(path);
+        std::string name = path;  // before the file is there: to remember it takes memory
+        own_.reserve(paths_.size());
+        std::optional<Claim> claim;
+        if (std::ranges::find(own_, path) == own_.end()) claim.emplace(path);
         refusingWithoutMemory(writeIt);
-        claim.keep();
+        if (!claim) return;
+        claim->keep();
+        own_.push_back(std::move(name));
       });
       written.paths.push_back(path);
     } catch (const CannotOpen& error) {
