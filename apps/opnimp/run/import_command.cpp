@@ -44,7 +44,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   /// Writes the file of --metrics, whatever comes of the run.
   FilesResult runMeasured() {
     try {
-      const FilesResult call = run();
+      FilesResult call = run();
       writeMetrics(call.status());
       return call;
     } catch (const UsageError&) {
