@@ -487,7 +487,7 @@ SQLRETURN SQLProcedureColumnsW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR
     const auto row = [&](int kind) {
       return std::vector<Text>{"", "", narrow(name, length) + ";1", "p", std::to_string(kind)};
     };
-    std::vector<std::vector<Text>> rows(catalogue == "few" ? 1 : 6, row(SQL_PARAM_INPUT));
+    std::vector<std::vector<Text>> rows(catalogue == "few" ? 1 : 32, row(SQL_PARAM_INPUT));
     rows.push_back(row(SQL_RETURN_VALUE));
     statement.answer(std::move(rows));
     return SQL_SUCCESS;
