@@ -488,7 +488,7 @@ SQLRETURN SQLProcedureColumnsW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR
       return std::vector<Text>{
           "", "", narrow(name, length) + ";1", "p", std::to_string(kind), "12", "varchar", "100"};
     };
-    std::vector<std::vector<Text>> rows(catalogue == "few" ? 1 : 6, row(SQL_PARAM_INPUT));
+    std::vector<std::vector<Text>> rows(catalogue == "few" ? 1 : 32, row(SQL_PARAM_INPUT));
     rows.push_back(row(SQL_RETURN_VALUE));
     statement.answer(std::move(rows));
     return SQL_SUCCESS;

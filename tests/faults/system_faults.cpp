@@ -230,6 +230,13 @@ int ftruncate(int file, off_t length) noexcept {
 }
 int ftruncate64(int file, off_t length) noexcept __attribute__((alias("ftruncate")));
 
+int fallocate(int file, int mode, off_t at, off_t length) {
+  return fails("allocate", file)
+             ? -1
+             : static_cast<int>(::syscall(SYS_fallocate, file, mode, at, length));
+}
+int fallocate64(int file, int mode, off_t at, off_t length) __attribute__((alias("fallocate")));
+
 // A descriptor is gone even if closing it reports an error.
 int close(int file) {
   const bool failed = fails("close", file);
