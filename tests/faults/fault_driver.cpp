@@ -485,8 +485,9 @@ SQLRETURN SQLProcedureColumnsW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR
     const Text& catalogue = statement.database.settings["Catalogue"];
     if (catalogue == "none") return statement.fail({"HYC00"});
     const auto row = [&](int kind) {
+      const std::string type = std::to_string(SQL_VARCHAR);
       return std::vector<Text>{
-          "", "", narrow(name, length) + ";1", "p", std::to_string(kind), "12", "varchar", "100"};
+          "", "", narrow(name, length) + ";1", "p", std::to_string(kind), type, "varchar", "2048"};
     };
     std::vector<std::vector<Text>> rows(catalogue == "few" ? 1 : 32, row(SQL_PARAM_INPUT));
     rows.push_back(row(SQL_RETURN_VALUE));
