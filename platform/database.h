@@ -136,6 +136,11 @@ class OwnConnection : public Connection {
   /// or an id stored in an embedded one. `mayStore`: stores one where there is none; else the text
   /// is empty then, as where nothing can be told.
   virtual std::string identity(bool /*mayStore*/) { return {}; }
+  /// Why the server takes no changes now, although it answers; empty if it takes them.
+  virtual std::string whyNotReady() { return {}; }
+  /// Of two servers of one database: the same text if the second one has all that the first one
+  /// confirmed. Of one that takes changes.
+  virtual std::string history() { return {}; }
 };
 
 /// A connection that was never opened: whatever is executed is error 3709.

@@ -46,6 +46,12 @@ struct Dialect {
   /// where the names of server and database are enough to know it again.
   std::string_view identityQuery = {};
   std::span<const std::string_view> makeIdentity = {};
+  /// Answers why the server takes no changes now, an empty text if it takes them; empty if that is
+  /// not known.
+  std::string_view notReadyQuery = {};
+  /// Answers the same text on another server of the same database only if that has all that this
+  /// one confirmed; empty if each of them has.
+  std::string_view historyQuery = {};
   /// The first row that fits counts.
   std::span<const NativeError> errors = {};
   std::int32_t errorCodeBits = -1;  ///< of a native code, those that `errors` knows

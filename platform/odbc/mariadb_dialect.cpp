@@ -52,7 +52,19 @@ std::string timeLimit(const OdbcOptions& options) {
 constinit const Dialect mariadbDialect{
     .statements = mariadbStatements,
     .timeLimit = timeLimit,
-    .identityQuery = "SELECT concat(@@server_uid, '/', database())",
+    // The nodes of a cluster are one database. One that has never joined it is none.
+    .identityQuery =
+        "SELECT concat(CASE coalesce(max(variable_value), '') WHEN '' THEN @@server_uid WHEN "
+        "'00000000-0000-0000-0000-000000000000' THEN NULL ELSE max(variable_value) END, '/', "
+        "database()) FROM information_schema.global_status WHERE variable_name = "
+        "'WSREP_CLUSTER_STATE_UUID'",
+    // Only from this view, which a node answers that is cut off from its cluster.
+    .notReadyQuery =
+        "SELECT CASE WHEN max(variable_name = 'WSREP_CLUSTER_STATE_UUID' AND variable_value <> '') "
+        "= 1 AND max(variable_name = 'WSREP_READY' AND variable_value = 'ON') = 0 THEN "
+        "'it is not in its cluster now' WHEN @@read_only THEN 'it is read-only' ELSE '' END FROM "
+        "information_schema.global_status WHERE variable_name IN ('WSREP_CLUSTER_STATE_UUID', "
+        "'WSREP_READY')",
     .errors = mariadbErrors,
     .callBefore = "CALL ",
     .callAfter = {},

@@ -36,11 +36,15 @@ class DriverConnection final : public OwnConnection,
   bool canLeaveTransactions() const override { return session_.dialect().canLeaveTransactions; }
   Date earliestDate() const override { return session_.dialect().earliestDate; }
   std::string identity(bool mayStore) override;
+  std::string whyNotReady() override { return answer(session_.dialect().notReadyQuery); }
+  std::string history() override { return answer(session_.dialect().historyQuery); }
 
   std::shared_ptr<Recordset> run(CommandType type, std::string_view text,
                                  const std::vector<CommandParameter>& parameters);
 
  private:
+  /// The first field of the first row as text; empty without a row, or without a query.
+  std::string answer(std::string_view query);
   /// Empty where none is stored.
   std::string storedIdentity();
   std::shared_ptr<Recordset> call(std::string_view name,
@@ -280,12 +284,15 @@ std::string DriverConnection::identity(bool mayStore) {
   return storedIdentity();
 }
 
+std::string DriverConnection::answer(std::string_view query) {
+  if (query.empty()) return {};
+  const auto row = Execute(query);
+  return row->isEOF() ? "" : toText(row->field(0));
+}
+
 std::string DriverConnection::storedIdentity() {
   std::string id;
-  const auto read = [&] {
-    const auto row = Execute(session_.dialect().identityQuery);
-    if (!row->isEOF()) id = toText(row->field(0));
-  };
+  const auto read = [&] { id = answer(session_.dialect().identityQuery); };
   // Without the table there is no id.
   trapErrors(read, [](const RuntimeError& error) {
     if (!error.is(ErrorNumber::NoSuchTable)) throw RuntimeError(error);

@@ -35,6 +35,16 @@ constinit const Dialect postgresqlDialect{
     // not.
     .identityQuery =
         "SELECT system_identifier || '/' || current_database() FROM pg_control_system()",
+    .notReadyQuery =
+        "SELECT CASE WHEN pg_is_in_recovery() THEN 'it is a standby, which takes no changes' WHEN "
+        "current_setting('default_transaction_read_only') = 'on' THEN 'it is read-only' ELSE '' "
+        "END",
+    // A standby that takes over begins a new line of changes; a server that confirms them before
+    // they are on its disk may lose some whenever it is ended.
+    .historyQuery =
+        "SELECT substr(pg_walfile_name(pg_current_wal_lsn()), 1, 8) || CASE WHEN "
+        "current_setting('synchronous_commit') = 'off' THEN '/' || pg_postmaster_start_time() ELSE "
+        "'' END",
     .errors = postgresqlErrors,
     .callBefore = "CALL ",
     .callAfter = {},

@@ -52,7 +52,8 @@ class FakeConnection final : public OwnConnection {
   std::optional<RuntimeError> nextError;        ///< NextRecordset raises it
   std::vector<Diagnostic> said;                 ///< by the driver about failures
   bool lost = false;
-  bool nothingChanged = false;  ///< by a call that fails
+  bool nothingChanged = false;            ///< by a call that fails
+  std::string notReady, confirmed, name;  ///< whyNotReady, history and identity
 
   /// The procedure calls so far, described.
   std::vector<std::string> procedureCalls() const {
@@ -78,6 +79,9 @@ class FakeConnection final : public OwnConnection {
   std::vector<Diagnostic> diagnostics() const override { return said; }
   bool isLost() const override { return lost; }
   bool changedNothing() const override { return nothingChanged; }
+  std::string whyNotReady() override { return notReady; }
+  std::string history() override { return confirmed; }
+  std::string identity(bool /*mayStore*/) override { return name; }
 
  private:
   struct FakeRecordset final : Recordset {

@@ -154,6 +154,14 @@ Json partJson(const InputRecords& input) {
           {"of", part->whole().count()}};
 }
 
+Json changeJson(const HostChange& change) {
+  return {{"record", change.record},
+          {"from", change.from},
+          {"to", change.to},
+          {"why", change.why},
+          {"found", orNull(change.found)}};
+}
+
 Json headJson(const ImportResult& result) {
   return {
       {"command", "import"},
@@ -168,6 +176,7 @@ Json headJson(const ImportResult& result) {
       {"accepted", result.arguments.accept},
       {"refused", orNull(result.refusal)},
       {"brokeOff", orNull(result.brokeOff)},
+      {"hostChanges", listOf(result.hostChanges, changeJson)},
       {"rejectsError", orNull(result.rejectsError)},
       {"errorLog", result.errorLog},
       {"journal", orNull(result.journal)},

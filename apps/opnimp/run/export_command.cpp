@@ -10,6 +10,7 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/report/export_report.h"
+#include "apps/opnimp/run/database_hosts.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "base/errors.h"
@@ -103,10 +104,9 @@ void drive(ExportOutcome& outcome, ScreenSession& session, ImportReport& report,
   }
 }
 
-std::shared_ptr<OwnConnection> openUnlocked(const DatabaseChoice& choice,
-                                            const Surroundings& surroundings) {
+std::shared_ptr<OwnConnection> openUnlocked(DatabaseHosts& hosts) {
   try {
-    return openDatabase(choice, surroundings);
+    return hosts.open();
   } catch (const RunEnded& ended) {
     throw CannotOpen(ended.why);
   }
@@ -122,20 +122,23 @@ ExitStatus runExport(const Arguments& arguments, const Streams& streams,
                      arguments.file);
   }
   const std::string folder = applicationFolder(arguments.appFolder);
-  DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
-  if (arguments.waitSeconds) choice.options.commandTimeoutSeconds = *arguments.waitSeconds;
-  checkWrites({{"the export", arguments.file, {arguments.file}}}, choice, folder, {});
+  std::vector<DatabaseChoice> choices = chooseDatabases(arguments.databases, surroundings);
+  for (DatabaseChoice& choice : choices) {
+    if (arguments.waitSeconds) choice.options.commandTimeoutSeconds = *arguments.waitSeconds;
+  }
+  checkWrites({{"the export", arguments.file, {arguments.file}}}, choices.front(), folder, {});
   const Target target(arguments.file);
-  const auto database = openUnlocked(choice, surroundings);
+  RunGate gate;
+  DatabaseHosts hosts(std::move(choices), surroundings, gate);
+  const auto database = openUnlocked(hosts);
   // Never drawn, since an export does not count records; the messages only need one to erase.
   Progress progress(streams.err, false);
-  RunGate gate;
   Recorder recorder(Recorder::Mode::Post, gate);
   ImportReport report(false);
   ScreenSession session(recorder,
                         {folder, surroundings.clock, messagesTo(streams.err, progress), true});
   ExportOutcome outcome{
-      .arguments = arguments, .database = choice.shown, .errorLog = session.errorLogPath()};
+      .arguments = arguments, .database = hosts.shown(), .errorLog = session.errorLogPath()};
   drive(outcome, session, report, recorded(recorder, database));
   outcome.logged = !recorder.lines().empty();
   (arguments.json ? writeExportJson : writeExportText)(outcome, streams.out);

@@ -1,5 +1,6 @@
 #include "apps/opnimp/run/file_journal.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "apps/opnimp/audit/run_ended.h"
@@ -97,7 +98,7 @@ void FileJournal::listen(ImportReport& report, const Recorder& recorder) {
     if (before) before(record);
     mark_ = {recorder.calls().size(), recorder.lines().size(), recorder.shown().size()};
     orEndRun([&] { run_->recordBegins(record - 1); });
-    begun_ = record;
+    begun_ = std::max(begun_, record);
   };
   report.onRecordEnd = [this, &report, &recorder](std::size_t record) {
     orEndRun([&] { recordEnds(record - 1, report, recorder); });
@@ -106,7 +107,7 @@ void FileJournal::listen(ImportReport& report, const Recorder& recorder) {
 
 void FileJournal::recordEnds(std::size_t record, const ImportReport& report,
                              const Recorder& recorder) {
-  RecordTrace trace = std::move(expected_[record]);
+  RecordTrace trace = expected_[record];
   trace.said = &report.record(record);
   pointTo(trace.calls, recorder.calls(), mark_.calls);
   pointTo(trace.lines, recorder.lines(), mark_.lines);
@@ -114,6 +115,12 @@ void FileJournal::recordEnds(std::size_t record, const ImportReport& report,
   trace.outcome = outcomeOf(trace);
   run_->recordEnds(record, trace);
   told_[record] = trace.outcome;
+}
+
+void FileJournal::beginAgain(std::size_t record) {
+  if (!run_) return;
+  orEndRun([&] { run_->recordBegins(record); });
+  std::fill(told_.begin() + static_cast<std::ptrdiff_t>(record), told_.end(), std::nullopt);
 }
 
 // A run that cannot be written down does not go on.

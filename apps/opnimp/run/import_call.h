@@ -9,6 +9,7 @@
 #include "apps/opnimp/audit/run_gate.h"
 #include "apps/opnimp/cli/progress.h"
 #include "apps/opnimp/cli/streams.h"
+#include "apps/opnimp/run/database_hosts.h"
 #include "apps/opnimp/run/import_journal.h"
 #include "apps/opnimp/run/surroundings.h"
 #include "mapping/import_screen.h"
@@ -23,6 +24,7 @@ struct ImportCall {
   Progress progress{streams.err, streams.errIsTerminal};
   RunGate gate{};        ///< that each call of the database passes
   std::string folder{};  ///< of the error log
+  std::optional<DatabaseHosts> hosts{};  ///< empty: a foreseen import has none
   std::shared_ptr<OwnConnection> database{};
   std::optional<ImportJournal> journal{};  ///< empty: a foreseen import knows of no runs
   /// Of a foreseen import, which shows no message of the import: gets the screen when it shows a

@@ -1,7 +1,6 @@
 #include "apps/opnimp/run/import_command.h"
 
 #include <algorithm>
-#include <atomic>
 #include <deque>
 #include <memory>
 #include <new>
@@ -73,13 +72,16 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   void prepare() {
     call_.folder = applicationFolder(arguments_.appFolder);
     readFiles();
-    DatabaseChoice choice = chooseDatabase(arguments_.database, call_.surroundings);
-    if (arguments_.waitSeconds) choice.options.commandTimeoutSeconds = *arguments_.waitSeconds;
+    std::vector<DatabaseChoice> hosts = chooseDatabases(arguments_.databases, call_.surroundings);
+    for (DatabaseChoice& host : hosts) {
+      if (arguments_.waitSeconds) host.options.commandTimeoutSeconds = *arguments_.waitSeconds;
+    }
     const std::string journal = chooseJournal(arguments_.journal, call_.surroundings);
-    checkOutputs(journal, choice);
-    for (SingleImport& file : files_) file.prepare(choice.shown);
+    // Only an embedded one, which is by itself, has a file.
+    checkOutputs(journal, hosts.front());
+    call_.hosts.emplace(std::move(hosts), call_.surroundings, call_.gate);
+    for (SingleImport& file : files_) file.prepare(call_.hosts->shown());
     call_.journal.emplace(journal, arguments_, call_.surroundings, call_.streams.err);
-    database_ = std::move(choice);
   }
 
   /// What is written must not take the place of what it comes from, nor of each other.
@@ -95,7 +97,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   void driveWatched() {
     const WatchedRun run{[self = shared_from_this()] { self->drive(); },
                          call_.surroundings.interrupted,
-                         [self = shared_from_this()] { self->cancel(); }, call_.gate};
+                         [self = shared_from_this()] { self->call_.hosts->cancel(); }, call_.gate};
     if (runWatched(run)) return;
     files_[current_].giveUp();
     evaluate();
@@ -109,7 +111,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   void post() {
     std::optional<DryRun> dryRun;
     try {
-      if (!call_.database) openDatabase();
+      // Within the run that is watched, since a server may not answer, and a file be locked.
+      if (!call_.database) call_.database = call_.hosts->open();
       if (call_.journal) identify();
       if (arguments_.resume) resume();
       if (arguments_.dryRun) {
@@ -122,20 +125,10 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     if (std::ranges::none_of(files_, hasEnded)) importFiles();
   }
 
-  /// Within the run that is watched, since a server may not answer, and a file be locked.
-  void openDatabase() {
-    call_.gate.pass([&] { call_.database = velk::openDatabase(database_, call_.surroundings); });
-    cancellable_ = call_.database;
-  }
-
-  /// From another thread than the run's.
-  void cancel() {
-    if (const std::shared_ptr<OwnConnection> database = cancellable_) database->cancel();
-  }
-
   /// A database of which it is not known which one it is could take the same records twice.
   void identify() {
-    const std::string& shown = files_.front().result().database;
+    const std::string& shown = call_.hosts->shown();
+    for (SingleImport& file : files_) file.result().database = shown;
     const auto ask = [&] { call_.journal->identify(*call_.database, shown); };
     trapErrors([&] { call_.gate.pass(ask); },
                [&](const RuntimeError& error) {
@@ -143,6 +136,9 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
                  throw CannotOpen("the database " + shown +
                                   " could not be told from others: " + error.description());
                });
+    if (call_.hosts->areSeveral()) {
+      call_.hosts->requireSame(call_.journal->databaseId(), call_.streams.err);
+    }
   }
 
   void resume() {
@@ -272,8 +268,6 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
   const Arguments arguments_;
   ImportCall call_;
-  DatabaseChoice database_;
-  std::atomic<std::shared_ptr<OwnConnection>> cancellable_;
   std::deque<SingleImport> files_;  // which stay where they are
   std::size_t current_ = 0;         // the one that is being worked on
 };

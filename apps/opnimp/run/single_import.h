@@ -9,6 +9,7 @@
 
 #include "apps/opnimp/audit/import_report.h"
 #include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/run/file_journal.h"
 #include "apps/opnimp/run/import_call.h"
@@ -69,6 +70,14 @@ class SingleImport {
   /// Does what may be refused, or end the run.
   template <class Steps>
   void tryTo(Steps steps);
+  /// Posts them from `first` on, on a new screen unless it is empty.
+  void importRecords(std::optional<std::size_t> first);
+  /// At another host, after what ended the run: answers the record to begin with. Throws RunEnded
+  /// where that is not possible.
+  std::size_t goOn(const RunEnded& ended);
+  bool canGoOn() const;
+  void beginAgain(const struct GoingOn& going, const HostChange& change);
+  void watchDatabase();
   void openPart(std::size_t first);
   void importPart();
   void fillContents(std::size_t first);
@@ -99,8 +108,10 @@ class SingleImport {
   std::size_t partEnd_ = 0;             ///< the record behind its last one
   std::optional<ShadowFile> contents_;  ///< of a part that is not the whole file
   std::optional<ScreenSession> session_;
+  std::size_t viewedEnd_ = 0;               ///< the record behind the last that one viewed
   long long viewedRecords_ = 0;             ///< as the screens counted so far
   std::optional<long long> screenRecords_;  ///< as they counted when all had viewed theirs
+  std::optional<std::size_t> wentOnAt_;     ///< the record, when the last host was lost
   bool began_ = false;
   bool evaluated_ = false;
 };

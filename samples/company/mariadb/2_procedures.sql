@@ -138,4 +138,22 @@ BEGIN
     AND OCGtype = (SELECT flag FROM tbl_velk_configabstract WHERE ScreenCode = 'OCGDS');
 END //
 
+-- How many documents such a note has made: asked only when a connection was lost within it.
+CREATE PROCEDURE opnimp_count_documents(
+  note varchar(2048), party varchar(2048), reference varchar(2048), made datetime, billed double,
+  due double)
+BEGIN
+  SELECT count(*) FROM (
+    SELECT 'sp_insert_CustDebitNote' AS maker, CustomerID AS code, DocReference, DocumentDate, Amount, Balance
+    FROM CustomerDebitNote UNION ALL
+    SELECT 'sp_insert_CustCreditNote', CustomerID, DocReference, DocumentDate, Amount, Balance
+    FROM CustomerCreditNote UNION ALL
+    SELECT 'sp_insert_VendorDebitNote', VendorID, DocReference, DocumentDate, Amount, Balance
+    FROM VendorDebitNote UNION ALL
+    SELECT 'sp_insert_VendorCreditNote', VendorID, DocReference, DocumentDate, Amount, Balance
+    FROM VendorCreditNote) AS documents
+  WHERE maker = note AND code = party AND DocReference = reference AND DocumentDate = date(made)
+    AND Amount = billed AND Balance = due;
+END //
+
 DELIMITER ;

@@ -145,3 +145,21 @@ LANGUAGE sql STABLE SECURITY DEFINER SET search_path FROM CURRENT AS $$
   WHERE DSTypeName = 'DSType' AND DSTypeValue = value AND DSTypeCtlPos = 1
     AND OCGtype = (SELECT flag FROM tbl_velk_configabstract WHERE ScreenCode = 'OCGDS');
 $$;
+
+-- How many documents such a note has made: asked only when a connection was lost within it.
+CREATE FUNCTION opnimp_count_documents(
+  note text, party text, reference text, made timestamp, billed double precision, due double precision)
+RETURNS integer
+LANGUAGE sql STABLE SECURITY DEFINER SET search_path FROM CURRENT AS $$
+  SELECT count(*)::integer FROM (
+    SELECT 'sp_insert_CustDebitNote' AS maker, CustomerID, DocReference, DocumentDate, Amount, Balance
+    FROM CustomerDebitNote UNION ALL
+    SELECT 'sp_insert_CustCreditNote', CustomerID, DocReference, DocumentDate, Amount, Balance
+    FROM CustomerCreditNote UNION ALL
+    SELECT 'sp_insert_VendorDebitNote', VendorID, DocReference, DocumentDate, Amount, Balance
+    FROM VendorDebitNote UNION ALL
+    SELECT 'sp_insert_VendorCreditNote', VendorID, DocReference, DocumentDate, Amount, Balance
+    FROM VendorCreditNote) AS documents (maker, code, cited, dated, bill, rest)
+  WHERE maker = note AND code = party AND cited = reference AND dated = made::date AND bill = billed
+    AND rest = due;
+$$;
