@@ -108,6 +108,8 @@ class Connection {
   /// True once the connection is gone, or given up because nobody knows any more where it stands: a
   /// call may or may not have taken effect, and nothing more can be asked.
   virtual bool isLost() const { return false; }
+  /// How often a call was made again that had met another session's change and was taken back.
+  virtual std::size_t repeatedCalls() const { return 0; }
 };
 
 /// A connection that nobody else uses: it may be kept in a transaction, and be asked which database

@@ -65,6 +65,15 @@ constinit const Dialect mariadbDialect{
         "'it is not in its cluster now' WHEN @@read_only THEN 'it is read-only' ELSE '' END FROM "
         "information_schema.global_status WHERE variable_name IN ('WSREP_CLUSTER_STATE_UUID', "
         "'WSREP_READY')",
+    // What another node has committed is there before a look-up is answered. The second setting of
+    // the mode commits.
+    .cluster = {.isNode = "SELECT count(*) FROM information_schema.global_status WHERE "
+                          "variable_name = 'WSREP_CLUSTER_STATE_UUID' AND variable_value <> ''",
+                .opening = "SET SESSION wsrep_sync_wait = 1",
+                .begin = "SET @opnimp_before = WSREP_LAST_WRITTEN_GTID(), autocommit = 0",
+                .commit = "SET autocommit = 1",
+                .rollback = "ROLLBACK",
+                .committedNothing = "SELECT @opnimp_before = WSREP_LAST_WRITTEN_GTID()"},
     .errors = mariadbErrors,
     .callBefore = "CALL ",
     .callAfter = {},

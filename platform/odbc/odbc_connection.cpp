@@ -19,7 +19,9 @@ class DriverConnection final : public OwnConnection,
                                public std::enable_shared_from_this<DriverConnection> {
  public:
   DriverConnection(std::string_view connectionString, const OdbcOptions& options)
-      : session_(connectionString, options), procedures_(session_) {}
+      : session_(connectionString, options), procedures_(session_) {
+    joinCluster();
+  }
   ~DriverConnection() override;
 
   std::shared_ptr<Recordset> Execute(std::string_view text) override;
@@ -28,6 +30,7 @@ class DriverConnection final : public OwnConnection,
   bool changedNothing() const override { return changedNothing_; }
   bool isRefused(std::string_view procedure, std::size_t parameters) override;
   bool isLost() const override { return session_.isLost(); }
+  std::size_t repeatedCalls() const override { return repeatedCalls_; }
   void cancel() override { session_.cancel(); }
   void beginTransaction() override;
   void rollback() override { endTransaction(SQL_ROLLBACK); }
@@ -43,6 +46,10 @@ class DriverConnection final : public OwnConnection,
                                  const std::vector<CommandParameter>& parameters);
 
  private:
+  void joinCluster();
+  std::shared_ptr<Recordset> callOnNode(std::string_view name,
+                                        const std::vector<CommandParameter>& parameters);
+  bool takeBack();
   /// The first field of the first row as text; empty without a row, or without a query.
   std::string answer(std::string_view query);
   /// Empty where none is stored.
@@ -65,6 +72,9 @@ class DriverConnection final : public OwnConnection,
   std::map<std::string, bool, std::less<>> refused_;
   bool inTransaction_ = false;
   bool changedNothing_ = false;
+  bool isOnNode_ = false;    // of a cluster
+  bool isTakenBack_ = false;  // the call that failed, and nothing of it was committed
+  std::size_t repeatedCalls_ = 0;
 };
 
 class OdbcCommand final : public Command {
@@ -160,6 +170,7 @@ std::shared_ptr<Recordset> DriverConnection::run(CommandType type, std::string_v
     return PreparedStatement(session_, text).execute(parameters);
   }
   session_.setSent(OdbcSession::Sent::Nothing);
+  isTakenBack_ = false;
   try {
     return call(text, parameters);
   } catch (const RuntimeError& error) {
@@ -171,7 +182,53 @@ std::shared_ptr<Recordset> DriverConnection::run(CommandType type, std::string_v
 std::shared_ptr<Recordset> DriverConnection::call(std::string_view name,
                                                   const std::vector<CommandParameter>& parameters) {
   if (session_.dialect().hasProcedureTable) return procedures_.call(name, parameters);
+  if (isOnNode_ && !inTransaction_) return callOnNode(name, parameters);
   return procedure(name, parameters.size()).execute(parameters);
+}
+
+// A server that does not understand the question is no node.
+void DriverConnection::joinCluster() {
+  const ClusterStatements& cluster = session_.dialect().cluster;
+  trapErrors([&] { isOnNode_ = answer(cluster.isNode) == "1"; }, [](const RuntimeError&) {});
+  if (isOnNode_) session_.executeNative(cluster.opening);
+}
+
+// The whole call runs in one transaction: one that met another node's change is made again, if the
+// procedure itself has committed nothing.
+std::shared_ptr<Recordset> DriverConnection::callOnNode(
+    std::string_view name, const std::vector<CommandParameter>& parameters) {
+  constexpr int mostTries = 5;
+  const ClusterStatements& cluster = session_.dialect().cluster;
+  for (int tries = 1;; ++tries) {
+    bool met = false;
+    session_.executeNative(cluster.begin);
+    try {
+      const auto results = procedure(name, parameters.size()).execute(parameters);
+      session_.executeNative(cluster.commit);
+      return results;
+    } catch (const RuntimeError&) {
+      const std::vector<Diagnostic> said = session_.diagnostics();
+      met = !said.empty() && said.front().state == "40001";
+      isTakenBack_ = !session_.isLost() && takeBack();
+      session_.setDiagnostics(said);
+      if (!isTakenBack_ || !met || tries == mostTries) throw;
+    }
+    ++repeatedCalls_;
+  }
+}
+
+/// Whether nothing of the call that failed is there for certain.
+bool DriverConnection::takeBack() {
+  const ClusterStatements& cluster = session_.dialect().cluster;
+  bool nothing = false;
+  trapErrors(
+      [&] {
+        session_.executeNative(cluster.rollback);
+        session_.executeNative(cluster.commit);
+        nothing = answer(cluster.committedNothing) == "1";
+      },
+      [this](const RuntimeError&) { session_.giveUp(); });
+  return nothing;
 }
 
 bool DriverConnection::isRefused(std::string_view procedure, std::size_t parameters) {
@@ -208,7 +265,9 @@ bool isOfEngine(const std::vector<Diagnostic>& diagnostics) {
 // atomic.
 bool DriverConnection::isKnownToChangeNothing(std::string_view name, std::size_t parameters,
                                               const RuntimeError& error) const {
-  if (session_.isLost() || session_.sent() == OdbcSession::Sent::Done) return false;
+  if (session_.isLost()) return false;
+  if (isTakenBack_) return true;
+  if (session_.sent() == OdbcSession::Sent::Done) return false;
   if (session_.sent() == OdbcSession::Sent::Nothing) return true;
   if (hasAtomicCalls(session_, name)) return isOfEngine(session_.diagnostics());
   // These come from within a call that runs, or from a server that does not answer.

@@ -40,6 +40,7 @@ struct ImportResult {
   bool refusedWithAnother = false;          ///< and not for what the file itself is
   std::vector<std::string> allowedDsTypes;  ///< looked up when a salesman was rejected
   std::vector<HostChange> hostChanges;
+  std::size_t repeatedCalls = 0;  ///< that had met another session's change and were taken back
   std::string brokeOff;                      ///< why the run ended early; empty: it did not
   std::string errorLog;                      ///< path of the error log's file
   std::string journal;                       ///< its path; empty: the run is not in one

@@ -176,6 +176,7 @@ Json headJson(const ImportResult& result) {
       {"accepted", result.arguments.accept},
       {"refused", orNull(result.refusal)},
       {"brokeOff", orNull(result.brokeOff)},
+      {"repeatedCalls", result.repeatedCalls},
       {"hostChanges", listOf(result.hostChanges, changeJson)},
       {"rejectsError", orNull(result.rejectsError)},
       {"errorLog", result.errorLog},

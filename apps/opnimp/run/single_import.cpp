@@ -127,6 +127,7 @@ void SingleImport::import() {
     endIfInterrupted();
     if (journal_) journal_->begin(result_, report_, recorder_);
     began_ = true;
+    repeatedBefore_ = call_.database->repeatedCalls();
     std::optional<std::size_t> first;
     for (bool done = false; !done;) {
       try {
@@ -137,7 +138,14 @@ void SingleImport::import() {
       }
     }
   });
+  countRepeated();
   close();
+}
+
+void SingleImport::countRepeated() {
+  const std::size_t all = call_.database->repeatedCalls();
+  result_.repeatedCalls += all - repeatedBefore_;
+  repeatedBefore_ = all;
 }
 
 void SingleImport::importRecords(std::optional<std::size_t> first) {
@@ -164,8 +172,10 @@ std::size_t SingleImport::goOn(const RunEnded& ended) {
   HostChange change;
   change.from = call_.hosts->shown();
   change.why = ended.why;
+  countRepeated();
   try {
     call_.database = call_.hosts->openNext();
+    repeatedBefore_ = 0;
     DocumentLookup lookup(*call_.database, kind(), recorder_.gate());
     const GoingOn going = findGoingOn({recorder_, report_, call_.hosts->hasAllConfirmed(),
                                        !call_.hasSeveralFiles && result_.resumes == 0},

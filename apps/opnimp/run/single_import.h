@@ -76,6 +76,7 @@ class SingleImport {
   /// where that is not possible.
   std::size_t goOn(const RunEnded& ended);
   bool canGoOn() const;
+  void countRepeated();
   void beginAgain(const struct GoingOn& going, const HostChange& change);
   void watchDatabase();
   void openPart(std::size_t first);
@@ -111,6 +112,7 @@ class SingleImport {
   std::size_t viewedEnd_ = 0;               ///< the record behind the last that one viewed
   long long viewedRecords_ = 0;             ///< as the screens counted so far
   std::optional<long long> screenRecords_;  ///< as they counted when all had viewed theirs
+  std::size_t repeatedBefore_ = 0;          ///< calls of the connection that are counted already
   std::optional<std::size_t> wentOnAt_;     ///< the record, when the last host was lost
   bool began_ = false;
   bool evaluated_ = false;
