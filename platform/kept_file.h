@@ -22,7 +22,9 @@ class KeptFile {
   /// True when somebody else has it open for writing; of no use to who writes it.
   virtual bool isWrittenElsewhere() const = 0;
 
-  /// Adds all of it in one call of the system or throws. After a failure a part may be there.
+  /// Adds all of it in one call of the system or throws, or puts it where it outlives the program
+  /// without one. After a failure a part may be there; after the end of a program that was killed
+  /// zeros may follow, room for what it did not add any more.
   virtual void append(std::string_view bytes) = 0;
   /// Waits until the disk has everything.
   virtual void sync() = 0;

@@ -33,12 +33,12 @@ Read readAll(const std::string& path) {
 }
 
 /// Adds entries to the file as a run does.
-void add(const std::string& path, const Entries& entries) {
+void add(const std::string& path, const Entries& entries, bool synced = false) {
   auto file = openKept(path, KeptFor::Writing);
   const JournalEnd end = readEntries(*file, [](EntryType, std::string_view) {});
   JournalFile journal(std::move(file), end);
   for (const auto& [type, payload] : entries) journal.write(type, payload);
-  journal.sync();
+  if (synced) journal.sync();
 }
 
 /// A file whose disk can be full.
@@ -76,7 +76,10 @@ TEST_CASE("checksums and hashes are the published ones") {
                                                          {"123456789", 0xE3069283},
                                                          {std::string(32, '\0'), 0x8A9136AA},
                                                          {std::string(32, '\xFF'), 0x62A8AB43}};
-  for (const auto& [bytes, sum] : sums) CHECK(crc32c(bytes) == sum);
+  for (const auto& [bytes, sum] : sums) {
+    CHECK(crc32c(bytes) == sum);
+    CHECK(crc32cPlainly(bytes) == sum);
+  }
   const std::tuple<std::string, std::string> hashes[] = {
       {"", "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
       {"abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
@@ -150,22 +153,29 @@ TEST_CASE("an end that was cut off anywhere loses the last entry only, and is wr
                               : length >= bytes.size() - lastEntry ? 1
                                                                    : 0;
     CHECK(read.entries == Entries(two.begin(), two.begin() + static_cast<int>(whole)));
-    CHECK(read.end.whole + read.end.torn == length);
+    CHECK((read.end.torn > 0) == (read.end.whole < length));
     CHECK_FALSE(read.end.damaged);
     add(path, {{EntryType::RunEnded, ""}});
     CHECK(readAll(path).entries.size() == whole + 1);
     CHECK(readAll(path).end.torn == 0);
   }
-  // A loss of power can leave zeros where the entry should be.
-  const std::string zeros = folder.write(
-      "cut", bytes.substr(0, bytes.size() - lastEntry) + std::string(lastEntry + 40, '\0'));
-  CHECK(readAll(zeros).entries.size() == 1);
-  CHECK_FALSE(readAll(zeros).end.damaged);
+  // A program that is killed leaves the room for what it would have added.
+  const std::string zeros = folder.write("cut", bytes + std::string(40'000, '\0'));
+  CHECK(readAll(zeros).end.torn == 0);
+  add(zeros, {{EntryType::RunEnded, ""}});
+  CHECK(readAll(zeros).entries.size() == 3);
+  const std::string room = folder.write("room", std::string(40'000, '\0'));
+  CHECK(readAll(room).entries.empty());
+  add(room, two);
+  CHECK(readAll(room).entries == two);
+  CHECK(folder.read("cut").size() == bytes.size() + lastEntry - two[1].second.size());
 }
 
 TEST_CASE("one changed byte is never taken for an entry, and damage is told from an end") {
   const TemporaryFolder folder;
-  add(folder.path("whole"), {{EntryType::RunBegun, "the run"}, {EntryType::RunEnded, "its end"}});
+  add(folder.path("whole"), {{EntryType::RunBegun, "the run"}}, true);
+  const std::size_t mark = folder.read("whole").size();
+  add(folder.path("whole"), {{EntryType::RunEnded, "its end"}});
   const std::string bytes = folder.read("whole");
   const std::size_t firstEnd = 8 + 9 + 7;
   for (std::size_t at = 8; at < bytes.size(); ++at) {
@@ -175,10 +185,33 @@ TEST_CASE("one changed byte is never taken for an entry, and damage is told from
     const Read read = readAll(folder.write("changed", changed));
     CHECK(read.entries.size() == (at < firstEnd ? 0 : 1));
     CHECK(read.end.damaged == (at < firstEnd));
+    CHECK((read.end.torn > 0) == (read.end.whole < bytes.size()));
   }
+  CHECK(mark > firstEnd);
   const std::string other = folder.write("other", "Customer ID,Reference\r\n");
   CHECK(errorOf([&] { readAll(other); }) == 321);
+  CHECK(errorOf([&] { readAll(folder.write("disc", std::string(600, '\0') + "CD001")); }) == 321);
   CHECK(errorOf([&] { readAll(folder.path("none")); }) == 53);
+}
+
+TEST_CASE("a loss of power may lose any part of what was not synced, and that is no damage") {
+  const TemporaryFolder folder;
+  Entries entries{{EntryType::RunBegun, std::string(3'000, 'r')}};
+  add(folder.path("whole"), entries, true);
+  const std::size_t synced = folder.read("whole").size();
+  constexpr std::size_t markSize = 4 + 1 + 4;
+  const Entries later(40, {EntryType::RecordEnded, std::string(90, 'x')});
+  add(folder.path("whole"), later);
+  const std::string bytes = folder.read("whole");
+  for (std::size_t sector = 0; sector < bytes.size(); sector += 512) {
+    CAPTURE(sector);
+    std::string lost = bytes;
+    lost.replace(sector, std::min<std::size_t>(512, bytes.size() - sector), 512, '\0');
+    if (sector < 8) continue;  // the signature is synced before anything else
+    const Read read = readAll(folder.write("lost", lost));
+    CHECK(read.end.damaged == (sector + 512 <= synced - markSize));
+    CHECK(read.end.whole <= std::max<std::size_t>(sector, 8));
+  }
 }
 
 TEST_CASE("one program at a time writes, and others read meanwhile") {

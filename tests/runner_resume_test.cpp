@@ -45,14 +45,15 @@ void killedImport(RunnerWorld& world, const std::string& file, const std::vector
   ::waitpid(child, nullptr, 0);
 }
 
-/// Cuts off the journal's last entries, as if the last run had been killed before them.
+/// Cuts off the journal's last entries, marks of syncs not counted, as if the last run had been
+/// killed before them.
 void loseEntries(const RunnerWorld& world, std::size_t count) {
   const std::string path = chooseJournal({}, world.surroundings);
   std::ifstream in(path, std::ios::binary);
   const std::string bytes{std::istreambuf_iterator<char>(in), {}};
   std::vector<std::size_t> starts;
   for (std::size_t at = 8; at < bytes.size();) {
-    starts.push_back(at);
+    if (bytes[at + 4] != static_cast<char>(EntryType::Synced)) starts.push_back(at);
     std::size_t length = 0;
     for (std::size_t i = 4; i-- > 0;)
       length = length * 256 + static_cast<unsigned char>(bytes[at + i]);

@@ -7,9 +7,11 @@
 #include <cerrno>
 #include <filesystem>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include "platform/native/descriptor.h"
+#include "platform/native/mapped_room.h"
 #include "platform/native/native_files.h"
 
 namespace velk {
@@ -39,6 +41,7 @@ ssize_t retried(Call call) {
 class NativeKeptFile final : public KeptFile {
  public:
   explicit NativeKeptFile(Descriptor file) : file_(std::move(file)) {}
+  ~NativeKeptFile() override { giveRoomBack(); }
 
   /// A lock of the open file, not of the process: a second one in this process is refused, too.
   void lock() {
@@ -70,23 +73,44 @@ class NativeKeptFile final : public KeptFile {
   }
 
   void append(std::string_view bytes) override {
+    if (!end_) end_ = length();
+    if (room_.put(file_, *end_, bytes)) {
+      *end_ += bytes.size();
+      return;
+    }
+    giveRoomBack();
     while (!bytes.empty()) {
       // More than one call only where the disk is about to be full, or for gigabytes.
-      bytes.remove_prefix(static_cast<std::size_t>(
-          retried([&] { return ::write(file_.get(), bytes.data(), bytes.size()); })));
+      const auto written = static_cast<std::size_t>(retried([&] {
+        return ::pwrite(file_.get(), bytes.data(), bytes.size(), static_cast<off_t>(*end_));
+      }));
+      *end_ += written;
+      bytes.remove_prefix(written);
     }
   }
 
+  // The pages of the room count as written with the file's others.
   void sync() override {
     retried([&] { return ::fdatasync(file_.get()); });
   }
 
   void truncate(std::uint64_t length) override {
+    room_.leave();
     retried([&] { return ::ftruncate(file_.get(), static_cast<off_t>(length)); });
+    end_ = length;
   }
 
  private:
+  /// Zeros that stay behind because this fails are known as such when the file is read.
+  void giveRoomBack() {
+    if (!end_) return;
+    room_.leave();
+    trapErrors([&] { truncate(*end_); }, [](const RuntimeError&) {});
+  }
+
   Descriptor file_;
+  MappedRoom room_;
+  std::optional<std::uint64_t> end_;  // of what was appended; empty: nothing was
 };
 
 /// The folders that are missing above a file, for their user only.
@@ -117,7 +141,7 @@ std::unique_ptr<KeptFile> openKept(const std::string& path, KeptFor use) {
   makeFolders(folder);
   constexpr mode_t ownersOnly = 0600;
   auto file = std::make_unique<NativeKeptFile>(
-      openDescriptor(path, O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW, ownersOnly));
+      openDescriptor(path, O_RDWR | O_CREAT | O_NOFOLLOW, ownersOnly));
   if (file->length() == 0) syncFolder(folder);
   file->lock();
   return file;

@@ -72,7 +72,7 @@ class DriverConnection final : public OwnConnection,
   std::map<std::string, bool, std::less<>> refused_;
   bool inTransaction_ = false;
   bool changedNothing_ = false;
-  bool isOnNode_ = false;    // of a cluster
+  bool isOnNode_ = false;     // of a cluster
   bool isTakenBack_ = false;  // the call that failed, and nothing of it was committed
   std::size_t repeatedCalls_ = 0;
 };

@@ -41,7 +41,9 @@ class OdbcSession {
 
   const std::vector<Diagnostic>& diagnostics() const { return diagnostics_; }
   /// Those of an earlier failure, what was asked since being of no account.
-  void setDiagnostics(std::vector<Diagnostic> diagnostics) { diagnostics_ = std::move(diagnostics); }
+  void setDiagnostics(std::vector<Diagnostic> diagnostics) {
+    diagnostics_ = std::move(diagnostics);
+  }
   bool isLost() const { return lost_; }
   /// The connection is in no known state and must not be used any more.
   void giveUp() { lost_ = true; }

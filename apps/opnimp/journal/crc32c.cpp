@@ -2,6 +2,11 @@
 
 #include <array>
 #include <cstddef>
+#include <cstring>
+#ifdef __x86_64__
+#include <cpuid.h>
+#include <immintrin.h>
+#endif
 
 namespace velk {
 
@@ -31,23 +36,68 @@ constexpr Table makeTable() {
 
 constexpr Table table = makeTable();
 
-}  // namespace
+/// Takes the bytes into the remainder so far.
+using Take = std::uint32_t (*)(std::uint32_t remainder, std::string_view bytes);
 
-std::uint32_t crc32c(std::string_view bytes) {
+std::uint32_t takePlainly(std::uint32_t remainder, std::string_view bytes) {
   const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
-  std::uint32_t value = ~0U;
   for (; bytes.size() >= sliceCount; bytes.remove_prefix(sliceCount)) {
     std::uint32_t next = 0;
     for (std::size_t i = 0; i < sliceCount; ++i) {
-      const std::uint32_t mixed = i < 4 ? (value >> (8 * i)) & 0xFF : 0;
+      const std::uint32_t mixed = i < 4 ? (remainder >> (8 * i)) & 0xFF : 0;
       next ^= table[sliceCount - 1 - i][at(i) ^ mixed];
     }
-    value = next;
+    remainder = next;
   }
   for (std::size_t i = 0; i < bytes.size(); ++i) {
-    value = (value >> 8) ^ table[0][(value ^ at(i)) & 0xFF];
+    remainder = (remainder >> 8) ^ table[0][(remainder ^ at(i)) & 0xFF];
   }
-  return ~value;
+  return remainder;
+}
+
+#ifdef __x86_64__
+
+__attribute__((target("sse4.2"))) std::uint32_t takeByInstruction(std::uint32_t remainder,
+                                                                  std::string_view bytes) {
+  std::uint64_t wide = remainder;
+  for (; bytes.size() >= sizeof wide; bytes.remove_prefix(sizeof wide)) {
+    std::uint64_t next = 0;
+    std::memcpy(&next, bytes.data(), sizeof next);
+    wide = _mm_crc32_u64(wide, next);
+  }
+  remainder = static_cast<std::uint32_t>(wide);
+  for (const char byte : bytes) {
+    remainder = _mm_crc32_u8(remainder, static_cast<unsigned char>(byte));
+  }
+  return remainder;
+}
+
+// The bit of the processor's own description.
+bool hasInstruction() {
+  constexpr unsigned sse42 = 1U << 20;
+  unsigned eax = 0;
+  unsigned ebx = 0;
+  unsigned ecx = 0;
+  unsigned edx = 0;
+  return __get_cpuid(1, &eax, &ebx, &ecx, &edx) != 0 && (ecx & sse42) != 0;
+}
+
+const Take take = hasInstruction() ? takeByInstruction : takePlainly;
+
+#else
+
+constexpr Take take = takePlainly;
+
+#endif
+
+}  // namespace
+
+std::uint32_t crc32c(std::string_view bytes) {
+  return ~take(~0U, bytes);
+}
+
+std::uint32_t crc32cPlainly(std::string_view bytes) {
+  return ~takePlainly(~0U, bytes);
 }
 
 }  // namespace velk

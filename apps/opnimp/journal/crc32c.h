@@ -6,6 +6,8 @@
 
 namespace velk {
 
+/// By the processor's own instruction where it has one.
 std::uint32_t crc32c(std::string_view bytes);
+std::uint32_t crc32cPlainly(std::string_view bytes);
 
 }  // namespace velk

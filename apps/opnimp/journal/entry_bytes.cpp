@@ -7,6 +7,16 @@
 
 namespace velk {
 
+EntryWriter& EntryWriter::longNumber(std::uint64_t value) {
+  std::array<char, (64 + groupBits - 1) / groupBits> groups{};
+  std::size_t count = 0;
+  for (; value >= moreFollows; value >>= groupBits) {
+    groups[count++] = static_cast<char>(value | moreFollows);
+  }
+  groups[count++] = static_cast<char>(value);
+  return bytes({groups.data(), count});
+}
+
 EntryWriter& EntryWriter::real(double value) {
   const auto bits = std::bit_cast<std::uint64_t>(value);
   std::array<char, sizeof bits> bytes{};

@@ -24,10 +24,8 @@ class EntryWriter {
   }
   /// Seven bits a byte, because most numbers are small.
   EntryWriter& number(std::uint64_t value) {
-    for (; value >= moreFollows; value >>= groupBits) {
-      byte(static_cast<std::uint8_t>(value | moreFollows));
-    }
-    return byte(static_cast<std::uint8_t>(value));
+    if (value < moreFollows) return byte(static_cast<std::uint8_t>(value));
+    return longNumber(value);
   }
   EntryWriter& real(double value);
   EntryWriter& text(std::string_view text);
@@ -48,8 +46,12 @@ class EntryWriter {
 
   std::string_view payload() const { return payload_; }
   void clear() { payload_.clear(); }
+  /// Makes room for as many bytes.
+  void reserve(std::size_t count) { payload_.reserve(count); }
 
  private:
+  EntryWriter& longNumber(std::uint64_t value);
+
   std::string payload_;
 };
 

@@ -184,6 +184,8 @@ void writeRevised(EntryWriter& to, const std::pair<std::size_t, Outcome>& revise
 }  // namespace
 
 void write(EntryWriter& to, const RunStart& run) {
+  constexpr std::size_t aboutRest = 4096;
+  to.reserve(run.fileBytes.size() + run.records.size() * sizeof(JournaledRecord) + aboutRest);
   to.number(run.number).real(run.time.days);
   to.text(run.user).text(run.version).text(run.machineStart).text(run.kind);
   to.text(run.folder).text(run.file);

@@ -64,6 +64,13 @@ class Window {
   std::string bytes_;
 };
 
+bool isOnlyRoom(Window& window) {
+  for (; window.left() > 0; window.skip(1)) {
+    if (window.peek(1).front() != '\0') return false;
+  }
+  return true;
+}
+
 /// The whole entry that stands next, its frame included; empty if there is none.
 std::string_view nextEntry(Window& window) {
   if (window.left() < frameSize) return {};
@@ -71,50 +78,63 @@ std::string_view nextEntry(Window& window) {
   const std::size_t length = numberAt(head, 0);
   const auto type = static_cast<unsigned char>(head[numberSize]);
   const bool known = type >= static_cast<unsigned char>(EntryType::RunBegun) &&
-                     type <= static_cast<unsigned char>(EntryType::RunEnded);
+                     type <= static_cast<unsigned char>(EntryType::Synced);
   if (!known || window.left() - frameSize < length) return {};
   const std::string_view entry = window.peek(frameSize + length);
   const std::string_view checked = entry.substr(0, headSize + length);
   return crc32c(checked) == numberAt(entry, checked.size()) ? entry : std::string_view();
 }
 
-/// Whether a whole entry stands anywhere before the end.
-bool entryFollows(Window& window) {
-  for (; window.left() >= frameSize; window.skip(1)) {
-    if (!nextEntry(window).empty()) return true;
+EntryType typeOf(std::string_view entry) {
+  return static_cast<EntryType>(entry[numberSize]);
+}
+
+std::string_view payloadOf(std::string_view entry) {
+  return entry.substr(headSize, entry.size() - frameSize);
+}
+
+bool isMark(std::string_view entry) {
+  return !entry.empty() && typeOf(entry) == EntryType::Synced;
+}
+
+// What was not synced yet may be lost in any order, and whole entries may follow. A mark behind
+// what is no entry says that it was there once.
+JournalEnd readEnd(Window& window) {
+  JournalEnd end{window.offset()};
+  for (; window.left() > 0; window.skip(1)) {
+    if (window.peek(1).front() != '\0') end.torn = window.offset() + 1 - end.whole;
+    if (isMark(nextEntry(window))) end.damaged = true;
   }
-  return false;
+  return end;
 }
 
 }  // namespace
 
-// An entry that was being written when the machine stopped is at the end of the file. Anything else
-// that is no entry has been damaged since.
 JournalEnd readEntries(const KeptFile& file, const TakeEntry& take) {
   Window window(file, file.length());
   const std::size_t start =
       static_cast<std::size_t>(std::min<std::uint64_t>(window.left(), signature.size()));
   if (window.peek(start) != signature.substr(0, start)) {
+    // Room that a program had made when it was killed; any other content is somebody else's.
+    if (isOnlyRoom(window)) return {};
     throw RuntimeError(ErrorNumber::InvalidFileFormat);
   }
   if (start < signature.size()) return {0, start, false};
   window.skip(start);
   for (std::string_view entry = nextEntry(window); !entry.empty(); entry = nextEntry(window)) {
     const std::size_t size = entry.size();
-    take(static_cast<EntryType>(entry[numberSize]), entry.substr(headSize, size - frameSize));
+    if (typeOf(entry) != EntryType::Synced) take(typeOf(entry), payloadOf(entry));
     window.skip(size);
   }
-  JournalEnd end{window.offset(), window.left(), false};
-  window.skip(std::min<std::uint64_t>(1, window.left()));
-  end.damaged = entryFollows(window);
-  return end;
+  return readEnd(window);
 }
 
 JournalFile::JournalFile(std::unique_ptr<KeptFile> file, const JournalEnd& end)
     : file_(std::move(file)), length_(end.whole) {
-  if (end.torn > 0) file_->truncate(length_);
+  if (file_->length() > length_) file_->truncate(length_);
   if (length_ > 0) return;
   file_->append(signature);
+  file_->sync();
   length_ = signature.size();
 }
 
@@ -142,6 +162,12 @@ void JournalFile::write(EntryType type, std::string_view payload) {
   }
   length_ += pending_.size();
   pending_.clear();
+}
+
+// A mark that cannot be written is missed only when the file is damaged, too.
+void JournalFile::sync() {
+  file_->sync();
+  trapErrors([&] { write(EntryType::Synced, {}); }, [](const RuntimeError&) {});
 }
 
 }  // namespace velk

@@ -13,16 +13,17 @@
 
 namespace velk {
 
-enum class EntryType : std::uint8_t { RunBegun = 1, RecordBegun, RecordEnded, RunEnded };
+enum class EntryType : std::uint8_t { RunBegun = 1, RecordBegun, RecordEnded, RunEnded, Synced };
 
 /// Where the whole entries end, and what follows them.
 struct JournalEnd {
   std::uint64_t whole = 0;  ///< bytes, the last whole entry included
-  std::uint64_t torn = 0;   ///< bytes behind them: an entry that was cut off
-  bool damaged = false;     ///< whole entries follow the torn ones: no end, but damage
+  std::uint64_t torn = 0;   ///< bytes behind them, zeros at the end not counted
+  bool damaged = false;     ///< the torn bytes had been on the disk whole: no end, but damage
 };
 
-/// Calls `take` with each whole entry in order. Errors: files.h; 321 for a file that is no journal.
+/// Calls `take` with each whole entry in order, but not for the marks of what was synced. Errors:
+/// files.h; 321 for a file that is no journal.
 using TakeEntry = std::function<void(EntryType type, std::string_view payload)>;
 JournalEnd readEntries(const KeptFile& file, const TakeEntry& take);
 
@@ -36,7 +37,8 @@ class JournalFile {
   /// Writes it, and what was added before it, in one write. After a failure nothing of all that is
   /// there, if the disk allows, and this entry is forgotten.
   void write(EntryType type, std::string_view payload);
-  void sync() { file_->sync(); }
+  /// Waits until the disk has all that was written, and marks that it has.
+  void sync();
 
  private:
   std::unique_ptr<KeptFile> file_;

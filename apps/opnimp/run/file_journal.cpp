@@ -33,6 +33,13 @@ std::vector<Item> copies(const std::vector<const Item*>& items) {
   return copied;
 }
 
+std::vector<const Misreading*> readingsByRecord(std::span<const Warning> warnings) {
+  std::vector<const Misreading*> readings;
+  for (const Warning& warning : warnings) pointTo(readings, warning.readings);
+  std::ranges::stable_sort(readings, {}, &Misreading::record);
+  return readings;
+}
+
 RunStart describe(const ImportJournal& journal, const ImportResult& result,
                   const Surroundings& surroundings) {
   RunStart run;
@@ -78,8 +85,7 @@ FileJournal::FileJournal(ImportJournal& journal, ImportResult& result,
 void FileJournal::begin(ImportResult& result, ImportReport& report, const Recorder& recorder) {
   if (result.isDryRun()) return;
   told_.resize(start_.records.size());
-  expected_.resize(start_.records.size());
-  addReadings(expected_, result.warnings);
+  readings_ = readingsByRecord(result.warnings);
   start_.number = journal_.nextRun();
   try {
     run_.emplace(journal_.file(), start_);
@@ -107,14 +113,21 @@ void FileJournal::listen(ImportReport& report, const Recorder& recorder) {
 
 void FileJournal::recordEnds(std::size_t record, const ImportReport& report,
                              const Recorder& recorder) {
-  RecordTrace trace = expected_[record];
-  trace.said = &report.record(record);
-  pointTo(trace.calls, recorder.calls(), mark_.calls);
-  pointTo(trace.lines, recorder.lines(), mark_.lines);
-  pointTo(trace.messages, recorder.shown(), mark_.messages);
-  trace.outcome = outcomeOf(trace);
-  run_->recordEnds(record, trace);
-  told_[record] = trace.outcome;
+  trace_.said = &report.record(record);
+  trace_.calls.clear();
+  trace_.lines.clear();
+  trace_.messages.clear();
+  trace_.readings.clear();
+  auto reading = std::ranges::lower_bound(readings_, record, {}, &Misreading::record);
+  for (; reading != readings_.end() && (*reading)->record == record; ++reading) {
+    trace_.readings.push_back(*reading);
+  }
+  pointTo(trace_.calls, recorder.calls(), mark_.calls);
+  pointTo(trace_.lines, recorder.lines(), mark_.lines);
+  pointTo(trace_.messages, recorder.shown(), mark_.messages);
+  trace_.outcome = outcomeOf(trace_);
+  run_->recordEnds(record, trace_);
+  told_[record] = trace_.outcome;
 }
 
 void FileJournal::beginAgain(std::size_t record) {

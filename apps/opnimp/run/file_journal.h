@@ -54,7 +54,8 @@ class FileJournal {
   RunStart start_;
   std::optional<RunJournal> run_;  // empty: nothing is written
   Mark mark_;
-  std::vector<RecordTrace> expected_;         // what is read of each record otherwise than written
+  std::vector<const Misreading*> readings_;   // in the order of their records
+  RecordTrace trace_;                         // of the record that ends; its lists keep their room
   std::vector<std::optional<Outcome>> told_;  // by record
   std::size_t begun_ = 0;
   std::string failure_;

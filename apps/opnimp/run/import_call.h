@@ -22,8 +22,8 @@ struct ImportCall {
   const Surroundings& surroundings;
   bool hasSeveralFiles = false;
   Progress progress{streams.err, streams.errIsTerminal};
-  RunGate gate{};        ///< that each call of the database passes
-  std::string folder{};  ///< of the error log
+  RunGate gate{};                        ///< that each call of the database passes
+  std::string folder{};                  ///< of the error log
   std::optional<DatabaseHosts> hosts{};  ///< empty: a foreseen import has none
   std::shared_ptr<OwnConnection> database{};
   std::optional<ImportJournal> journal{};  ///< empty: a foreseen import knows of no runs
