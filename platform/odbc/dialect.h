@@ -33,7 +33,7 @@ struct NativeError {
 /// and is taken back then.
 struct ClusterStatements {
   std::string_view isNode = {};   ///< answers 1 on a node; empty if there are no such clusters
-  std::string_view opening = {};  ///< run on each new connection
+  std::string_view opening = {};  ///< run on each new connection to one that takes changes
   /// What stands around the call of a procedure, which runs in one transaction by that.
   std::string_view begin = {};
   std::string_view commit = {};

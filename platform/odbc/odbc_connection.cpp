@@ -190,14 +190,14 @@ std::shared_ptr<Recordset> DriverConnection::call(std::string_view name,
 void DriverConnection::joinCluster() {
   const ClusterStatements& cluster = session_.dialect().cluster;
   trapErrors([&] { isOnNode_ = answer(cluster.isNode) == "1"; }, [](const RuntimeError&) {});
-  if (isOnNode_) session_.executeNative(cluster.opening);
+  if (isOnNode_ && whyNotReady().empty()) session_.executeNative(cluster.opening);
 }
 
 // The whole call runs in one transaction: one that met another node's change is made again, if the
 // procedure itself has committed nothing.
 std::shared_ptr<Recordset> DriverConnection::callOnNode(
     std::string_view name, const std::vector<CommandParameter>& parameters) {
-  constexpr int mostTries = 5;
+  constexpr int mostTries = 10;
   const ClusterStatements& cluster = session_.dialect().cluster;
   for (int tries = 1;; ++tries) {
     bool met = false;

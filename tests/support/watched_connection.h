@@ -38,6 +38,7 @@ class WatchedConnection final : public OwnConnection {
     return inner_->isRefused(procedure, parameters);
   }
   std::string whyNotReady() override { return inner_->whyNotReady(); }
+  std::size_t repeatedCalls() const override { return inner_->repeatedCalls(); }
   std::string history() override { return inner_->history(); }
 
  private:

@@ -143,17 +143,24 @@ CREATE PROCEDURE opnimp_count_documents(
   note varchar(2048), party varchar(2048), reference varchar(2048), made datetime, billed double,
   due double)
 BEGIN
-  SELECT count(*) FROM (
-    SELECT 'sp_insert_CustDebitNote' AS maker, CustomerID AS code, DocReference, DocumentDate, Amount, Balance
-    FROM CustomerDebitNote UNION ALL
-    SELECT 'sp_insert_CustCreditNote', CustomerID, DocReference, DocumentDate, Amount, Balance
-    FROM CustomerCreditNote UNION ALL
-    SELECT 'sp_insert_VendorDebitNote', VendorID, DocReference, DocumentDate, Amount, Balance
-    FROM VendorDebitNote UNION ALL
-    SELECT 'sp_insert_VendorCreditNote', VendorID, DocReference, DocumentDate, Amount, Balance
-    FROM VendorCreditNote) AS documents
-  WHERE maker = note AND code = party AND DocReference = reference AND DocumentDate = date(made)
-    AND Amount = billed AND Balance = due;
+  SELECT CASE note
+    WHEN 'sp_insert_CustDebitNote' THEN (
+      SELECT count(*) FROM CustomerDebitNote
+      WHERE CustomerID = party AND DocReference = reference AND DocumentDate = date(made)
+        AND Amount = billed AND Balance = due)
+    WHEN 'sp_insert_CustCreditNote' THEN (
+      SELECT count(*) FROM CustomerCreditNote
+      WHERE CustomerID = party AND DocReference = reference AND DocumentDate = date(made)
+        AND Amount = billed AND Balance = due)
+    WHEN 'sp_insert_VendorDebitNote' THEN (
+      SELECT count(*) FROM VendorDebitNote
+      WHERE VendorID = party AND DocReference = reference AND DocumentDate = date(made)
+        AND Amount = billed AND Balance = due)
+    WHEN 'sp_insert_VendorCreditNote' THEN (
+      SELECT count(*) FROM VendorCreditNote
+      WHERE VendorID = party AND DocReference = reference AND DocumentDate = date(made)
+        AND Amount = billed AND Balance = due)
+  END;
 END //
 
 DELIMITER ;

@@ -151,15 +151,22 @@ CREATE FUNCTION opnimp_count_documents(
   note text, party text, reference text, made timestamp, billed double precision, due double precision)
 RETURNS integer
 LANGUAGE sql STABLE SECURITY DEFINER SET search_path FROM CURRENT AS $$
-  SELECT count(*)::integer FROM (
-    SELECT 'sp_insert_CustDebitNote' AS maker, CustomerID, DocReference, DocumentDate, Amount, Balance
-    FROM CustomerDebitNote UNION ALL
-    SELECT 'sp_insert_CustCreditNote', CustomerID, DocReference, DocumentDate, Amount, Balance
-    FROM CustomerCreditNote UNION ALL
-    SELECT 'sp_insert_VendorDebitNote', VendorID, DocReference, DocumentDate, Amount, Balance
-    FROM VendorDebitNote UNION ALL
-    SELECT 'sp_insert_VendorCreditNote', VendorID, DocReference, DocumentDate, Amount, Balance
-    FROM VendorCreditNote) AS documents (maker, code, cited, dated, bill, rest)
-  WHERE maker = note AND code = party AND cited = reference AND dated = made::date AND bill = billed
-    AND rest = due;
+  SELECT CASE note
+    WHEN 'sp_insert_CustDebitNote' THEN (
+      SELECT count(*) FROM CustomerDebitNote
+      WHERE CustomerID = party AND DocReference = reference AND DocumentDate = made::date
+        AND Amount = billed AND Balance = due)
+    WHEN 'sp_insert_CustCreditNote' THEN (
+      SELECT count(*) FROM CustomerCreditNote
+      WHERE CustomerID = party AND DocReference = reference AND DocumentDate = made::date
+        AND Amount = billed AND Balance = due)
+    WHEN 'sp_insert_VendorDebitNote' THEN (
+      SELECT count(*) FROM VendorDebitNote
+      WHERE VendorID = party AND DocReference = reference AND DocumentDate = made::date
+        AND Amount = billed AND Balance = due)
+    WHEN 'sp_insert_VendorCreditNote' THEN (
+      SELECT count(*) FROM VendorCreditNote
+      WHERE VendorID = party AND DocReference = reference AND DocumentDate = made::date
+        AND Amount = billed AND Balance = due)
+  END::integer;
 $$;
