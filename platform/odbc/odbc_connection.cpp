@@ -193,6 +193,11 @@ void DriverConnection::joinCluster() {
   if (isOnNode_ && whyNotReady().empty()) session_.executeNative(cluster.opening);
 }
 
+/// What a later statement of the call met is thrown: in a transaction of ours nothing of it stays.
+void raiseLateError(std::shared_ptr<Recordset> result) {
+  while (result != nullptr) result = result->NextRecordset();
+}
+
 // The whole call runs in one transaction: one that met another node's change is made again, if the
 // procedure itself has committed nothing.
 std::shared_ptr<Recordset> DriverConnection::callOnNode(
@@ -204,6 +209,7 @@ std::shared_ptr<Recordset> DriverConnection::callOnNode(
     session_.executeNative(cluster.begin);
     try {
       const auto results = procedure(name, parameters.size()).execute(parameters);
+      raiseLateError(results);
       session_.executeNative(cluster.commit);
       return results;
     } catch (const RuntimeError&) {
