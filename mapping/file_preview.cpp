@@ -1,5 +1,6 @@
 // Browse and View: choosing a file and showing it.
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -7,6 +8,7 @@
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "mapping/csv_table.h"
+#include "mapping/file_survey.h"
 #include "mapping/import_screen.h"
 #include "ui/work.h"
 
@@ -62,15 +64,32 @@ void ImportScreen::forgetFile() {
 bool ImportScreen::loadPreview() {
   std::vector<RuntimeError> unquoteFailures;
   workProgressed(0);
+  surveyFirst(surveyIfLong);
   std::string text = module_.ReadFileText(TxtFileName.value());
   workProgressed(0);
-  const FileTable table = readCsvTable(
-      std::move(text), [&](const RuntimeError& error) { unquoteFailures.push_back(error); });
+  FileTable table;
+  try {
+    table = readCsvTable(std::move(text),
+                         [&](const RuntimeError& error) { unquoteFailures.push_back(error); });
+  } catch (const RuntimeError& error) {
+    // Most likely it has too many records, and then the user is told their number.
+    if (error.is(ErrorNumber::OutOfMemory)) surveyFirst(surveyFile);
+    throw;
+  }
   workProgressed(table.rows);
   showPreview(table);
   // Only now: a file with too many records may have a million of them.
   for (const RuntimeError& error : unquoteFailures) module_.logTrapped("", error);
   return true;
+}
+
+// What goes wrong with the file here is told by the reading of it.
+template <class Survey>
+void ImportScreen::surveyFirst(Survey survey) {
+  std::optional<FileSurvey> found;
+  trapErrors([&] { found = survey(module_.platform().files, TxtFileName.value()); },
+             [](const RuntimeError&) {});
+  if (found) refuseLongFile(*found);
 }
 
 void ImportScreen::showPreview(const FileTable& table) {
@@ -82,16 +101,29 @@ void ImportScreen::showPreview(const FileTable& table) {
     lv.setColumn(column, 1, table.columns[column]);
   }
   tellNextStep();
-  fileRecords_ = countOf(table);
+  fileRecords_ = countOf(static_cast<std::int64_t>(table.rows),
+                         static_cast<std::int64_t>(table.nonEmptyLines));
   if (*fileRecords_ >= rules_.largestRecordCount) refuseTooMany(*fileRecords_);
   storeRecordCount(*fileRecords_);
 }
 
 // On the opening screens an empty first line makes the count one too small, and the last record is
 // left out: that is how files without titles have always been read there.
-std::int64_t ImportScreen::countOf(const FileTable& table) const {
-  if (!rules_.countsLines) return static_cast<std::int64_t>(table.rows);
-  return std::max<std::int64_t>(static_cast<std::int64_t>(table.nonEmptyLines) - 1, 0);
+std::int64_t ImportScreen::countOf(std::int64_t rows, std::int64_t nonEmptyLines) const {
+  return rules_.countsLines ? std::max<std::int64_t>(nonEmptyLines - 1, 0) : rows;
+}
+
+// Its rows are not shown: they could be too many to keep.
+void ImportScreen::refuseLongFile(const FileSurvey& survey) {
+  if (survey.longestLine > maxLineLength) {
+    refuseFile({Reason::LongLine, std::nullopt, {}, 0},
+               "A line of the file is longer than " + grouped(maxLineLength >> 20) +
+                   " MB: it is no list of records. Check how it was saved.");
+    throw RuntimeError(ErrorNumber::OutOfMemory);
+  }
+  const std::int64_t rows = survey.nonEmptyLines - (survey.titlesEmpty ? 0 : 1);
+  const std::int64_t count = countOf(rows, survey.nonEmptyLines);
+  if (count >= rules_.largestRecordCount) refuseTooMany(count);
 }
 
 // The count is stored in 16 bits on some screens, and imports add 1 to it: one record less than
@@ -101,9 +133,13 @@ void ImportScreen::refuseTooMany(std::int64_t count) {
                            " records; at most " +
                            grouped(static_cast<std::size_t>(rules_.largestRecordCount) - 1) +
                            " can be imported in one go. Split the file.";
-  module_.hostService().messageBox(text, styleExclamation);
-  run_.refuse({Reason::TooManyRecords, std::nullopt, {}, static_cast<std::size_t>(count)}, text);
+  refuseFile({Reason::TooManyRecords, std::nullopt, {}, static_cast<std::size_t>(count)}, text);
   throw RuntimeError(ErrorNumber::Overflow);
+}
+
+void ImportScreen::refuseFile(const Finding& why, const std::string& text) {
+  module_.hostService().messageBox(text, styleExclamation);
+  run_.refuse(why, text);
 }
 
 void ImportScreen::storeRecordCount(std::int64_t count) {

@@ -32,6 +32,7 @@ enum class Reason : std::uint8_t {
   WrongColumns,  ///< the file has another number of columns than its kind
   // View refuses a file.
   TooManyRecords,
+  LongLine,         ///< a line is longer than any list of records has
   WrongCaptions,    ///< a workbook's first row does not hold the captions of its kind
   NoRecords,        ///< a workbook without data
   UnreadableFile,   ///< the file cannot be opened, or is no workbook

@@ -20,6 +20,7 @@
 #include <string_view>
 #include <utility>
 
+#include "mapping/file_survey.h"
 #include "mapping/file_table.h"
 #include "mapping/import_run.h"
 #include "mapping/mapping_rules.h"
@@ -135,7 +136,7 @@ class ImportScreen : public Form {
 
  private:
   void bindEvents();
-  std::int64_t countOf(const FileTable& table) const;
+  std::int64_t countOf(std::int64_t rows, std::int64_t nonEmptyLines) const;
   void storeRecordCount(std::int64_t count);
   /// Removes all rows of the mapping list and adds the mapping row and `dataRows` empty rows.
   void rebuildMappingList(bool notYetInFirstCell, std::size_t dataRows);
@@ -152,7 +153,11 @@ class ImportScreen : public Form {
   void tellNextStep();
   void mapSelectedColumn(std::size_t clicked);
   void refuseMapping(Reason reason, std::size_t field, std::string_view message);
+  template <class Survey>
+  void surveyFirst(Survey survey);
+  void refuseLongFile(const FileSurvey& survey);
   void refuseTooMany(std::int64_t count);
+  void refuseFile(const Finding& why, const std::string& text);
 
   Velk_ModOpnImp& module_;
   const MappingRules& rules_;

@@ -112,6 +112,14 @@ class Connection {
   virtual std::size_t repeatedCalls() const { return 0; }
 };
 
+/// Who keeps a session waiting.
+struct LockHolders {
+  /// Such as "session 4711 of user clerk"; empty where it waits for no lock.
+  std::vector<std::string> names;
+  /// The right without which the engine does not tell all; empty where the user has it.
+  std::string missingRight;
+};
+
 /// A connection that nobody else uses: it may be kept in a transaction, and be asked which database
 /// it leads to. The defaults are those of one that changes nothing. Not to be used by two threads
 /// at a time, but for cancel().
@@ -143,6 +151,10 @@ class OwnConnection : public Connection {
   /// Of two servers of one database: the same text if the second one has all that the first one
   /// confirmed. Of one that takes changes.
   virtual std::string history() { return {}; }
+  /// What another connection knows this one by; empty where the engine tells nothing of locks.
+  virtual std::string session() { return {}; }
+  /// Who holds the locks that another connection waits for at this moment.
+  virtual LockHolders lockHolders(std::string_view /*session*/) { return {}; }
 };
 
 /// A connection that was never opened: whatever is executed is error 3709.

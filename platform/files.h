@@ -26,7 +26,8 @@ class InputFile {
   virtual std::uint64_t length() const = 0;
   /// Reads up to `count` bytes to `to`; fewer only at the end, 0 at the end.
   virtual std::size_t read(char* to, std::size_t count) = 0;
-  virtual void rewind() = 0;
+  /// The next reading begins there; not behind the end.
+  virtual void seek(std::uint64_t offset) = 0;
 };
 
 class OutputFile {

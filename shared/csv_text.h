@@ -16,6 +16,9 @@ namespace velk {
 /// What becomes of a comma inside quotes.
 enum class QuotedComma { Keep, Drop };
 
+/// In bytes: no list of records has longer lines. A file with one is refused before it is split.
+inline constexpr std::size_t maxLineLength = std::size_t{16} << 20;
+
 inline constexpr char fieldEnd = '\0';
 
 /// Writes fieldEnd in the place of every separating comma and returns the line's new length, which

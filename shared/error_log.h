@@ -18,7 +18,7 @@ class ErrorLog {
 };
 
 /// The file. It is opened and closed for every line, so that the log is complete on disk after
-/// each, even if the import then fails.
+/// each, even if the import then fails. A last line that a full disk cut off gets its end first.
 class FileErrorLog final : public ErrorLog {
  public:
   FileErrorLog(NumberedFiles& files, const Desktop& desktop) : files_(files), desktop_(desktop) {}
@@ -29,6 +29,7 @@ class FileErrorLog final : public ErrorLog {
  private:
   NumberedFiles& files_;
   const Desktop& desktop_;
+  bool mayBeTorn_ = true;
 };
 
 }  // namespace velk

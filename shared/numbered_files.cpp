@@ -88,7 +88,7 @@ std::string NumberedFiles::lineInput(std::int16_t number) {
 
 void NumberedFiles::rewind(std::int16_t number) {
   Input& in = input(number);
-  in.file->rewind();
+  in.file->seek(0);
   // The bytes in the buffer come from another place of the file.
   in.next = in.end = 0;
 }
@@ -117,6 +117,19 @@ std::string NumberedFiles::readText(Input& input) const {
     left -= count;
   }
   return text;
+}
+
+// What cannot be read is taken as it is.
+bool NumberedFiles::endsWithinLine(std::string_view path) const {
+  char last = '\n';
+  const auto look = [&] {
+    const auto file = files_.openInput(path);
+    if (file->length() == 0) return;
+    file->seek(file->length() - 1);
+    file->read(&last, 1);
+  };
+  trapErrors(look, [](const RuntimeError&) {});
+  return last != '\n';
 }
 
 void NumberedFiles::printLine(std::int16_t number, std::string_view text) {

@@ -47,6 +47,8 @@ class NumberedFiles {
   /// has become shorter.
   std::string readAll(std::int16_t number);
 
+  /// Whether the file's last line has no end: what was written last was cut off.
+  bool endsWithinLine(std::string_view path) const;
   /// Appends the text and a carriage return and line feed.
   void printLine(std::int16_t number, std::string_view text);
 

@@ -1,6 +1,8 @@
 #include <random>
 
+#include "mapping/file_survey.h"
 #include "tests/support/checks.h"
+#include "tests/support/memory_files.h"
 #include "tests/support/slow_table.h"
 
 namespace velk {
@@ -18,6 +20,25 @@ TEST_CASE("random texts give what the slow way gives") {
     CAPTURE(text);
     REQUIRE((quickly(text) == slowly(text)));
   }
+}
+
+TEST_CASE("a file is counted as it is split, wherever its pieces end") {
+  MemoryFiles files;
+  for (const std::string start : {"", "\r\n", "t\r\n"}) {
+    for (std::size_t length = 65'525; length < 65'540; ++length) {
+      CAPTURE(length);
+      const std::string line = start + std::string(length, 'x') + "\r";
+      for (const char* const end : {"", "\r", "\n", "\n\r\n", "\n\n\r\na", "\r\n\r\na\r\n\r"}) {
+        files.contents["in.csv"] = line + end;
+        const FileSurvey found = surveyFile(files, "in.csv");
+        const FileTable table = readCsvTable(line + end, [](const RuntimeError&) {});
+        CHECK(found.nonEmptyLines == static_cast<std::int64_t>(table.nonEmptyLines));
+        CHECK(found.nonEmptyLines - (found.titlesEmpty ? 0 : 1) ==
+              static_cast<std::int64_t>(table.rows));
+      }
+    }
+  }
+  CHECK_FALSE(surveyIfLong(files, "in.csv"));
 }
 
 TEST_CASE("texts that are empty or ask for too much memory are refused") {

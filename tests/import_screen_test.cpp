@@ -1,5 +1,6 @@
 #include "mapping/import_screen.h"
 
+#include "mapping/csv_table.h"
 #include "tests/support/test_world.h"
 
 namespace velk {
@@ -295,6 +296,37 @@ TEST_CASE("record counts at the end of their range") {
     in.screen->cmdImport.userClick();
     CHECK(in.world.messages == row.messages);
     CHECK(in.world.log() == row.log);
+  }
+}
+
+TEST_CASE("a long file is counted, not kept, and one long line refuses it early") {
+  std::string many = "x\r\n\r\n";
+  for (int i = 0; i < 40'000; ++i) many += "r\r\n";
+  struct Case {
+    std::string content, message, log;
+  };
+  const Case rows[] = {
+      {many,
+       "The file has 40,000 records; at most 32,766 can be imported in one go. "
+       "Split the file.",
+       "(6): " + tag + "cmdview_Click - Overflow\n"},
+      {"x\r\n" + std::string(maxLineLength + 1, 'r') + many,
+       "A line of the file is longer than 16 MB: it is no list of records. Check how it "
+       "was saved.",
+       "(7): " + tag + "cmdview_Click - Out of memory\n"}};
+  // Short, but with more cells than are kept.
+  std::string wide(maxColumns - 1, ',');
+  for (int i = 0; i < 40'000; ++i) wide += "\r\nr";
+  const std::string tooMany = rows[0].message;
+  for (const auto& row : {rows[0], rows[1], Case{wide, tooMany, rows[0].log}}) {
+    Shown in("x\r\nr\r\n");
+    in.world.files.contents["in.csv"] = row.content;
+    if (row.content != wide) in.world.files.claimedLength = std::uint64_t{1} << 30;
+    in.screen->cmdview.userClick();
+    CHECK(in.world.messages == Texts{"host 48: " + row.message});
+    CHECK(in.world.log() == row.log);
+    CHECK(in.screen->lv.rowCount() == 0);
+    CHECK_FALSE(in.screen->cmdImport.enabled());
   }
 }
 

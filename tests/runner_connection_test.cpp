@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <regex>
 #include <thread>
 
@@ -25,7 +26,9 @@ void checkRefused(const std::string& connectionString, std::string_view advice) 
   CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(10));
   CHECK(ran.status == 4);
   CHECK_MESSAGE(contains(ran.err, advice), ran.err);
-  CHECK_FALSE(contains(ran.out + ran.err, "s3cret"));
+  for (const char* password : {"s3cret", "change-me"}) {
+    CHECK_FALSE(contains(ran.out + ran.err, password));
+  }
 }
 
 TEST_CASE("connections: strings that no server sees") {
@@ -90,6 +93,33 @@ TEST_CASE("connections: servers that do not let in") {
     company.connection()->Execute(name == "mariadb"
                                       ? "ALTER USER opnimp_import WITH MAX_USER_CONNECTIONS 0"
                                       : "ALTER ROLE opnimp_import CONNECTION LIMIT -1");
+  }
+}
+
+/// A server's connection string lacks what makes the driver encrypt.
+TEST_CASE("connections: servers that insist on encryption say what to add, and then take records") {
+  const std::pair<const char*, const char*> settings[] = {{"postgresql", "SSLmode=require"},
+                                                          {"mariadb", "FORCETLS=1"}};
+  for (const TestEngine& engine : testEngines()) {
+    for (const auto& [name, setting] : settings) {
+      if (std::string_view(engine.name) != name) continue;
+      EngineCompany company(engine, {});
+      const auto server = [name = std::string(name)](const std::string& command) {
+        const std::string line = OPNIMP_SOURCE_DIR "/scripts/test-servers " + command + " " +
+                                 std::getenv("OPNIMP_TEST_SERVERS") + " " + name;
+        REQUIRE(std::system(line.c_str()) == 0);
+      };
+      server("encrypt");
+      checkRefused(company.database(), std::string("add ") + setting);
+      RunnerWorld world;
+      const Ran ran = world.importLines({openingTitles, good1},
+                                        {"--database", company.database() + ";" + setting});
+      CHECK_MESSAGE(ran.status == 0, ran.err);
+      server("halt");
+      server("run");
+      company.reconnect();
+      CHECK(company.ask("SELECT count(*) FROM CustomerDebitNote") == "1");
+    }
   }
 }
 

@@ -77,7 +77,8 @@ Ran interruptedImport(RunnerWorld& world, const std::string& file, std::size_t r
 RunIndex indexOf(const RunnerWorld& world) {
   std::ostringstream err;
   const std::string path = chooseJournal({}, world.surroundings);
-  return openJournal(path, KeptFor::Reading, world.surroundings, err).index;
+  Events events(Streams{err, err}, false);
+  return openJournal(path, KeptFor::Reading, world.surroundings, events).index;
 }
 
 /// How many notes there are for the records of longFile from `first` to `last`.

@@ -43,6 +43,7 @@ int main(int argc, char** argv) {
   // Progress is drawn on a terminal only, so that a file with the messages stays readable.
   velk::Streams streams{std::cout, std::cerr, isatty(STDERR_FILENO) != 0};
   velk::Surroundings surroundings = velk::realSurroundings();
+  surroundings.program = "/proc/self/exe";
   surroundings.interrupted = [] { return interruptsSeen != 0; };
   return velk::runOpnimp(args, streams, surroundings);
 }

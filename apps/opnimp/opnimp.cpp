@@ -3,12 +3,13 @@
 #include <exception>
 
 #include "apps/opnimp/cli/failures.h"
-#include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/report/events.h"
 #include "apps/opnimp/report/json_document.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/export_command.h"
 #include "apps/opnimp/run/import_command.h"
 #include "apps/opnimp/run/journal_commands.h"
+#include "apps/opnimp/run/lock_holders.h"
 #include "apps/opnimp/run/preview_command.h"
 
 namespace velk {
@@ -32,6 +33,8 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
       return runReversal(arguments, streams, surroundings);
     case Arguments::Command::Rejects:
       return runRejects(arguments, streams, surroundings);
+    case Arguments::Command::LockHolders:
+      return tellLockHolders(arguments, streams, surroundings);
     case Arguments::Command::DemoDatabase:
       break;
   }
@@ -53,8 +56,8 @@ std::string masked(std::string text, std::span<const std::string> args) {
   return text;
 }
 
-int fail(ExitStatus status, const std::string& text, bool json, Streams& streams) {
-  streams.err << "opnimp: " << printable(text) << ".\n";
+int fail(ExitStatus status, const std::string& text, bool json, Events& events, Streams& streams) {
+  events.failure(status, text);
   if (json) writeErrorDocument(status, text, streams.out);
   return static_cast<int>(status);
 }
@@ -65,6 +68,7 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
               const Surroundings& surroundings) {
   // Asked first: also a command line that makes no sense is answered in the format it asks for.
   const bool json = asksForJson(args);
+  Events events(streams, asksForJsonLog(args));
   try {
     const Arguments arguments = parseArguments(args);
     streams.out << arguments.answer;
@@ -82,16 +86,16 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
                 ran ? "the import ran, but its report could not be written; look up in the "
                       "database what was posted before importing again"
                     : "the report could not be written",
-                false, streams);
+                false, events, streams);
   } catch (const UsageError& error) {
-    return fail(ExitStatus::Usage, masked(error.what(), args), json, streams);
+    return fail(ExitStatus::Usage, masked(error.what(), args), json, events, streams);
   } catch (const CannotOpen& error) {
-    return fail(ExitStatus::CannotOpen, masked(error.what(), args), json, streams);
+    return fail(ExitStatus::CannotOpen, masked(error.what(), args), json, events, streams);
   } catch (const std::exception& error) {
     return fail(ExitStatus::BrokeOff,
                 "an unexpected error ended the program: " + masked(error.what(), args) +
                     ". Look up in the database what was posted",
-                json, streams);
+                json, events, streams);
   }
 }
 

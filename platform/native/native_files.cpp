@@ -4,10 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <filesystem>
-#include <iterator>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -19,12 +17,6 @@ namespace velk {
 namespace {
 
 namespace fs = std::filesystem;
-
-// open says ENOENT for a missing file and for a missing folder; the two are different errors here.
-bool folderExists(const fs::path& file) {
-  std::error_code ignored;
-  return !file.has_parent_path() || fs::exists(file.parent_path(), ignored);
-}
 
 class NativeInput final : public InputFile {
  public:
@@ -38,17 +30,15 @@ class NativeInput final : public InputFile {
     std::size_t done = 0;
     while (done < count) {
       // May give less than asked for, long before the end of the file.
-      const ssize_t n = ::read(file_.get(), to + done, count - done);
-      if (n < 0 && errno == EINTR) continue;
-      if (n < 0) throw fileError(errno);
+      const ssize_t n = required([&] { return ::read(file_.get(), to + done, count - done); });
       if (n == 0) break;
       done += static_cast<std::size_t>(n);
     }
     return done;
   }
 
-  void rewind() override {
-    if (::lseek(file_.get(), 0, SEEK_SET) < 0) throw fileError(errno);
+  void seek(std::uint64_t offset) override {
+    required([&] { return ::lseek(file_.get(), static_cast<off_t>(offset), SEEK_SET); });
   }
 
  private:
@@ -62,16 +52,15 @@ class NativeOutput : public OutputFile {
 
   void write(std::string_view bytes) override {
     while (!bytes.empty()) {
-      const ssize_t n = ::write(file_.get(), bytes.data(), bytes.size());
-      if (n < 0 && errno == EINTR) continue;
-      if (n < 0) throw fileError(errno);
-      bytes.remove_prefix(static_cast<std::size_t>(n));
+      bytes.remove_prefix(static_cast<std::size_t>(
+          required([&] { return ::write(file_.get(), bytes.data(), bytes.size()); })));
     }
   }
 
   void close() override {
-    // Released first, because a descriptor is gone even if closing it reports an error.
-    if (file_ && ::close(file_.release()) != 0) throw fileError(errno);
+    // Released first, because a descriptor is gone even if closing it reports an error; after a
+    // signal nothing else is wrong.
+    if (file_ && ::close(file_.release()) != 0 && errno != EINTR) throw fileError(errno);
   }
 
  protected:
@@ -105,9 +94,9 @@ class NativeReplacement final : public NativeOutput {
     if (moved_) return;
     // Waits until the disk has it; otherwise a crash could leave an empty file in the old one's
     // place.
-    if (::fsync(file_.get()) != 0) throw fileError(errno);
+    required([&] { return ::fsync(file_.get()); });
     NativeOutput::close();
-    if (::rename(name_.c_str(), path_.c_str()) != 0) throw fileError(errno);
+    required([&] { return ::rename(name_.c_str(), path_.c_str()); });
     moved_ = true;
   }
 
@@ -135,41 +124,6 @@ void checkReplaceable(const std::string& path) {
 
 }  // namespace
 
-Descriptor openDescriptor(std::string_view path, int flags, mode_t mode) {
-  if (path.find('\0') != std::string_view::npos) throw RuntimeError(ErrorNumber::FileNotFound);
-  const std::string name(path);
-  // Without O_NONBLOCK the opening of a pipe would wait for its other end.
-  Descriptor file(::open(name.c_str(), flags | O_CLOEXEC | O_NONBLOCK, mode));
-  if (file) return file;
-  const int failure = errno;
-  if (failure == ENOENT && !folderExists(name)) throw RuntimeError(ErrorNumber::PathNotFound);
-  throw fileError(failure);
-}
-
-struct stat regularFileStatus(const Descriptor& file) {
-  struct stat status {};
-  if (::fstat(file.get(), &status) != 0) throw fileError(errno);
-  if (!S_ISREG(status.st_mode)) throw RuntimeError(ErrorNumber::PathFileAccess);
-  return status;
-}
-
-RuntimeError fileError(int errorCode) {
-  // ENXIO is what opening gives for a pipe that nobody reads, because of O_NONBLOCK.
-  static constexpr std::pair<int, ErrorNumber> known[] = {
-      {ENOENT, ErrorNumber::FileNotFound},     {ENOTDIR, ErrorNumber::PathNotFound},
-      {EACCES, ErrorNumber::PermissionDenied}, {EPERM, ErrorNumber::PermissionDenied},
-      {EBUSY, ErrorNumber::PermissionDenied},  {ETXTBSY, ErrorNumber::PermissionDenied},
-      {EISDIR, ErrorNumber::PathFileAccess},   {EROFS, ErrorNumber::PathFileAccess},
-      {ELOOP, ErrorNumber::PathFileAccess},    {ENXIO, ErrorNumber::PathFileAccess},
-      {EINVAL, ErrorNumber::PathFileAccess},   {ENAMETOOLONG, ErrorNumber::BadFileNameOrNumber},
-      {EMFILE, ErrorNumber::TooManyFiles},     {ENFILE, ErrorNumber::TooManyFiles},
-      {ENOSPC, ErrorNumber::DiskFull},         {EDQUOT, ErrorNumber::DiskFull},
-      {EFBIG, ErrorNumber::DiskFull},          {ENOMEM, ErrorNumber::OutOfMemory}};
-  const auto* const found =
-      std::ranges::find(known, errorCode, &std::pair<int, ErrorNumber>::first);
-  return RuntimeError(found == std::end(known) ? ErrorNumber::DeviceIo : found->second);
-}
-
 std::unique_ptr<InputFile> NativeFileSystem::openInput(std::string_view path) {
   return std::make_unique<NativeInput>(openDescriptor(path, O_RDONLY));
 }
@@ -189,7 +143,8 @@ bool NativeFileSystem::openExclusively(std::string_view path) {
   checkReplaceable(name);
   // Making it tells at once whether the file is new; asking first would leave a gap.
   constexpr int makeNew = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
-  if (Descriptor(::open(name.c_str(), makeNew, newFileMode))) return true;
+  const auto make = [&] { return ::open(name.c_str(), makeNew, newFileMode); };
+  if (Descriptor(unlessInterrupted(make))) return true;
   const Descriptor file = openDescriptor(path, O_RDWR);
   // A lock of the open file, not of the process: another screen of this process is refused, too.
   // Length 0 reaches to the end of the file, however far that is. Closing ends the lock.

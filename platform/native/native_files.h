@@ -1,7 +1,6 @@
 // The machine's own files, through POSIX calls.
 #pragma once
 
-#include "base/errors.h"
 #include "platform/files.h"
 
 namespace velk {
@@ -16,8 +15,5 @@ class NativeFileSystem final : public FileSystem {
   bool openExclusively(std::string_view path) override;
   void remove(std::string_view path) override;
 };
-
-/// The runtime error for an errno of a file operation.
-RuntimeError fileError(int errorCode);
 
 }  // namespace velk

@@ -12,7 +12,6 @@
 
 #include "platform/native/descriptor.h"
 #include "platform/native/mapped_room.h"
-#include "platform/native/native_files.h"
 
 namespace velk {
 
@@ -26,16 +25,6 @@ struct flock writersLock() {
   lock.l_start = std::numeric_limits<off_t>::max() - 1;
   lock.l_len = 1;
   return lock;
-}
-
-/// Passes the result of a call, trying again when a signal came between.
-template <class Call>
-ssize_t retried(Call call) {
-  for (;;) {
-    const ssize_t result = call();
-    if (result >= 0) return result;
-    if (errno != EINTR) throw fileError(errno);
-  }
 }
 
 class NativeKeptFile final : public KeptFile {
@@ -58,7 +47,7 @@ class NativeKeptFile final : public KeptFile {
   std::size_t read(std::uint64_t offset, char* to, std::size_t count) const override {
     std::size_t done = 0;
     while (done < count) {
-      const ssize_t n = retried([&] {
+      const ssize_t n = required([&] {
         return ::pread(file_.get(), to + done, count - done, static_cast<off_t>(offset + done));
       });
       if (n == 0) break;
@@ -81,7 +70,7 @@ class NativeKeptFile final : public KeptFile {
     giveRoomBack();
     while (!bytes.empty()) {
       // More than one call only where the disk is about to be full, or for gigabytes.
-      const auto written = static_cast<std::size_t>(retried([&] {
+      const auto written = static_cast<std::size_t>(required([&] {
         return ::pwrite(file_.get(), bytes.data(), bytes.size(), static_cast<off_t>(*end_));
       }));
       *end_ += written;
@@ -91,12 +80,12 @@ class NativeKeptFile final : public KeptFile {
 
   // The pages of the room count as written with the file's others.
   void sync() override {
-    retried([&] { return ::fdatasync(file_.get()); });
+    required([&] { return ::fdatasync(file_.get()); });
   }
 
   void truncate(std::uint64_t length) override {
     room_.leave();
-    retried([&] { return ::ftruncate(file_.get(), static_cast<off_t>(length)); });
+    required([&] { return ::ftruncate(file_.get(), static_cast<off_t>(length)); });
     end_ = length;
   }
 
@@ -125,7 +114,8 @@ void makeFolders(const std::filesystem::path& folder) {
 
 /// A new file's name is on the disk only when its folder is.
 void syncFolder(const std::filesystem::path& folder) {
-  const Descriptor opened(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC));
+  const Descriptor opened(unlessInterrupted(
+      [&] { return ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC); }));
   if (opened) ::fsync(opened.get());
 }
 

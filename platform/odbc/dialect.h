@@ -50,9 +50,11 @@ struct Dialect {
   std::span<const KnownStatement> statements = {};
   /// Run on each new connection.
   std::span<const std::string_view> openingStatements = {};
-  /// Gives a statement that is run on each new connection, for a driver that leaves its time limits
-  /// to the engine; null if it does not.
+  /// Gives a statement that is run on each new connection, for time limits that the driver leaves
+  /// to the engine, empty if there are none; null if it leaves none.
   std::string (*timeLimit)(const OdbcOptions&) = nullptr;
+  /// Run on each new connection that is to change nothing; empty if the engine cannot refuse it.
+  std::string_view readOnly = {};
   /// Gives what is added to the connection string, as "Name=value"; null if nothing is.
   std::string (*connectionSetting)(const OdbcOptions&) = nullptr;
   /// Gives the id that is stored in a database, and what stores one where there is none. Empty
@@ -94,6 +96,13 @@ struct Dialect {
   Date earliestDate = Date{-53688};  // 1 January 1753
   /// Run as the first statement of each transaction, so that transactionCount can tell it.
   std::string_view transactionMark = {};
+  /// Answers what knows the connection among all of the server; empty if nothing tells of locks.
+  std::string_view sessionQuery = {};
+  /// Each answers, in a text a row, who holds the locks that the session waits for whose id takes
+  /// the place of the mark. One that is refused, or has no answer, leaves it to the next.
+  std::span<const std::string_view> lockHolders = {};
+  /// The right that these queries need.
+  std::string_view lockHoldersRight = {};
   /// Answers how many transactions the connection is in, 0 for none; empty if the engine refuses
   /// BEGIN within one instead.
   std::string_view transactionCount = "SELECT @@TRANCOUNT";

@@ -15,20 +15,27 @@ namespace velk {
 
 namespace {
 
-// Of the driver's library for its network protocol, which reports a lost connection so: as a mere
-// warning, or under the general state.
-constexpr auto lostConnections = std::to_array<NativeError>({
+// Those from 20000 on are of the driver's library for its network protocol, which reports a lost
+// connection so: as a mere warning, or under the general state.
+constexpr auto sqlServerErrors = std::to_array<NativeError>({
+    {1222, "HYT00"},  // the time to wait for a lock
+    {1222, "HYT00", {}, "42000"},
     {20004, "08S01", "Read from the server failed"},
     {20006, "08S01", "Write to the server failed"},
     {20017, "08S01", "Unexpected EOF"},
     {20047, "08S01", "dead"},
 });
 
+std::string sqlServerLockLimit(const OdbcOptions& options) {
+  const int seconds = options.lockTimeoutSeconds;
+  return seconds <= 0 ? "" : "SET LOCK_TIMEOUT " + std::to_string(std::int64_t{seconds} * 1000);
+}
+
 }  // namespace
 
 const Dialect& dialectOf(std::string_view engineName) {
   // For every other name, too: its statements are sent as they are.
-  static constexpr Dialect sqlServer{.errors = lostConnections};
+  static constexpr Dialect sqlServer{.timeLimit = sqlServerLockLimit, .errors = sqlServerErrors};
   static constexpr std::pair<std::string_view, const Dialect*> others[] = {
       {"SQLite", &sqliteDialect}, {"PostgreSQL", &postgresqlDialect}, {"MariaDB", &mariadbDialect}};
   const auto* const found = std::ranges::find_if(

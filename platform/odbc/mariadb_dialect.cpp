@@ -21,6 +21,18 @@ constexpr auto mariadbStatements = std::to_array<KnownStatement>({
     {shape::salesmen, standard::salesmen},
 });
 
+// The first one knows of rows, and needs a right; the second that there is a lock on a table.
+constexpr auto mariadbLockHolders = std::to_array<std::string_view>(
+    {"SELECT concat('session ', b.trx_mysql_thread_id, coalesce(concat(' of user ', p.user, ' from "
+     "', p.host), ''), ', in a transaction since ', b.trx_started) "
+     "FROM information_schema.innodb_trx w "
+     "JOIN information_schema.innodb_lock_waits l ON l.requesting_trx_id = w.trx_id "
+     "JOIN information_schema.innodb_trx b ON b.trx_id = l.blocking_trx_id "
+     "LEFT JOIN information_schema.processlist p ON p.id = b.trx_mysql_thread_id "
+     "WHERE w.trx_mysql_thread_id = ?",
+     "SELECT concat('a session that the server does not name (', state, ')') "
+     "FROM information_schema.processlist WHERE id = ? AND state LIKE 'Waiting for%lock'"});
+
 constexpr auto mariadbErrors = std::to_array<NativeError>({
     {1205, "HYT00"},               // lock wait time-out
     {1969, "HYT00", {}, "HY018"},  // the statement's time limit
@@ -40,11 +52,12 @@ constexpr auto mariadbErrors = std::to_array<NativeError>({
 // else.
 std::string timeLimit(const OdbcOptions& options) {
   // To the waits 0 is no time at all.
-  constexpr int year = 31'536'000;
-  const int seconds = options.commandTimeoutSeconds;
-  const std::string wait = std::to_string(seconds <= 0 ? year : std::min(seconds, year));
+  static constexpr int year = 31'536'000;
+  const auto limit = [](int seconds) { return seconds <= 0 ? year : std::min(seconds, year); };
+  const int statement = limit(options.commandTimeoutSeconds);
+  const std::string wait = std::to_string(std::min(statement, limit(options.lockTimeoutSeconds)));
   return "SET SESSION innodb_lock_wait_timeout = " + wait + ", lock_wait_timeout = " + wait +
-         ", max_statement_time = " + wait;
+         ", max_statement_time = " + std::to_string(statement);
 }
 
 }  // namespace
@@ -52,6 +65,7 @@ std::string timeLimit(const OdbcOptions& options) {
 constinit const Dialect mariadbDialect{
     .statements = mariadbStatements,
     .timeLimit = timeLimit,
+    .readOnly = "SET SESSION TRANSACTION READ ONLY",
     // The nodes of a cluster are one database. One that has never joined it is none.
     .identityQuery =
         "SELECT concat(CASE coalesce(max(variable_value), '') WHEN '' THEN @@server_uid WHEN "
@@ -78,6 +92,9 @@ constinit const Dialect mariadbDialect{
     .callBefore = "CALL ",
     .callAfter = {},
     .earliestDate = anyDate,
+    .sessionQuery = "SELECT connection_id()",
+    .lockHolders = mariadbLockHolders,
+    .lockHoldersRight = "PROCESS",
     .transactionCount = "SELECT @@in_transaction",
     // Only those that the user has some right to are listed.
     .canRun =

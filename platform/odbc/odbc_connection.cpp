@@ -41,6 +41,8 @@ class DriverConnection final : public OwnConnection,
   std::string identity(bool mayStore) override;
   std::string whyNotReady() override { return answer(session_.dialect().notReadyQuery); }
   std::string history() override { return answer(session_.dialect().historyQuery); }
+  std::string session() override { return answer(session_.dialect().sessionQuery); }
+  LockHolders lockHolders(std::string_view session) override;
 
   std::shared_ptr<Recordset> run(CommandType type, std::string_view text,
                                  const std::vector<CommandParameter>& parameters);
@@ -353,6 +355,23 @@ std::string DriverConnection::answer(std::string_view query) {
   if (query.empty()) return {};
   const auto row = Execute(query);
   return row->isEOF() ? "" : toText(row->field(0));
+}
+
+LockHolders DriverConnection::lockHolders(std::string_view session) {
+  LockHolders holders;
+  for (const std::string_view query : session_.dialect().lockHolders) {
+    const auto ask = [&] {
+      for (const auto rows = kept(query).execute({{.value = std::string(session)}}); !rows->isEOF();
+           rows->MoveNext()) {
+        holders.names.push_back(toText(rows->field(0)));
+      }
+    };
+    trapErrors(ask, [&](const RuntimeError&) {
+      holders.missingRight = session_.dialect().lockHoldersRight;
+    });
+    if (!holders.names.empty()) break;
+  }
+  return holders;
 }
 
 std::string DriverConnection::storedIdentity() {

@@ -41,7 +41,9 @@ void OdbcSession::open(std::string_view connectionString) {
     if (dialect_->connectionSetting != nullptr) connect(withSetting(connectionString));
   }
   for (const std::string_view statement : dialect_->openingStatements) executeNative(statement);
-  if (dialect_->timeLimit != nullptr) executeNative(dialect_->timeLimit(options_));
+  const std::string limit = dialect_->timeLimit == nullptr ? "" : dialect_->timeLimit(options_);
+  if (!limit.empty()) executeNative(limit);
+  if (options_.readOnly && !dialect_->readOnly.empty()) executeNative(dialect_->readOnly);
 }
 
 // Drivers read it only when connecting, and mostly only a connected one can name its engine: such a

@@ -17,6 +17,13 @@ constexpr auto postgresqlStatements = std::to_array<KnownStatement>({
     {shape::salesmen, standard::salesmen},
 });
 
+// What follows the user is shown only of sessions of one's own, or with the role pg_read_all_stats.
+constexpr auto postgresqlLockHolders = std::to_array<std::string_view>(
+    {"SELECT concat('session ', pid, ' of user ' || usename, ' (' || nullif(application_name, '') "
+     "|| ')', ' from ' || host(client_addr), ', in a transaction since ' || to_char(xact_start, "
+     "'YYYY-MM-DD HH24:MI:SS')) FROM pg_stat_activity "
+     "WHERE pid = ANY (pg_blocking_pids(CAST(? AS integer))) ORDER BY pid"});
+
 constexpr auto postgresqlErrors = std::to_array<NativeError>({
     {0, "HYT00", {}, "57014"},  // cancelled, by the statement's time limit too
     {0, "HYT00", {}, "55P03"},  // lock not available in time
@@ -27,10 +34,18 @@ constexpr auto postgresqlErrors = std::to_array<NativeError>({
     {0, "28000", {}, "28P01"},
 });
 
+// The driver itself has a limit for statements.
+std::string lockLimit(const OdbcOptions& options) {
+  const int seconds = options.lockTimeoutSeconds;
+  return seconds <= 0 ? "" : "SET lock_timeout = '" + std::to_string(seconds) + "s'";
+}
+
 }  // namespace
 
 constinit const Dialect postgresqlDialect{
     .statements = postgresqlStatements,
+    .timeLimit = lockLimit,
+    .readOnly = "SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY",
     // A copy that was restored elsewhere is another database; one that took over as a standby is
     // not.
     .identityQuery =
@@ -60,6 +75,8 @@ constinit const Dialect postgresqlDialect{
     .canLeaveTransactions = false,
     .earliestDate = anyDate,
     .transactionMark = "SELECT set_config('opnimp.transaction', '1', true)",
+    .sessionQuery = "SELECT pg_backend_pid()",
+    .lockHolders = postgresqlLockHolders,
     .transactionCount =
         "SELECT CASE WHEN current_setting('opnimp.transaction', true) = '1' THEN 1 ELSE 0 END",
     .canRun =

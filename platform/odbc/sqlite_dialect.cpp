@@ -59,9 +59,12 @@ constexpr auto errors = std::to_array<NativeError>({
 // twice and waits up to the limit each time, so it gets half of what a statement may take.
 std::string lockTimeout(const OdbcOptions& options) {
   // A command without a limit waits for a lock without one, too.
-  constexpr std::int64_t forEver = std::numeric_limits<int>::max();
-  const std::int64_t wait = std::int64_t{options.commandTimeoutSeconds} * 1000 / 2;
-  return "Timeout=" + std::to_string(wait <= 0 ? forEver : std::min(wait, forEver));
+  static constexpr std::int64_t forEver = std::numeric_limits<int>::max();
+  const auto limit = [](int seconds) {
+    return seconds <= 0 ? forEver : std::min(std::int64_t{seconds} * 1000 / 2, forEver);
+  };
+  return "Timeout=" + std::to_string(std::min(limit(options.commandTimeoutSeconds),
+                                              limit(options.lockTimeoutSeconds)));
 }
 
 }  // namespace
@@ -69,6 +72,7 @@ std::string lockTimeout(const OdbcOptions& options) {
 constinit const Dialect sqliteDialect{
     .statements = statements,
     .openingStatements = openingStatements,
+    .readOnly = "PRAGMA query_only = ON",
     .connectionSetting = lockTimeout,
     .identityQuery = "SELECT id FROM DatabaseIdentity",
     .makeIdentity = makeIdentity,

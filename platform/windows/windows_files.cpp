@@ -55,8 +55,10 @@ class WindowsInput final : public InputFile {
     return done;
   }
 
-  void rewind() override {
-    requireFileCall(SetFilePointerEx(file_.get(), {}, nullptr, FILE_BEGIN));
+  void seek(std::uint64_t offset) override {
+    LARGE_INTEGER to{};
+    to.QuadPart = static_cast<LONGLONG>(offset);
+    requireFileCall(SetFilePointerEx(file_.get(), to, nullptr, FILE_BEGIN));
   }
 
  private:

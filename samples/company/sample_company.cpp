@@ -10,6 +10,7 @@
 
 #include "base/errors.h"
 #include "base/text.h"
+#include "base/values.h"
 #include "platform/odbc/odbc_connection.h"
 
 namespace velk {
@@ -59,15 +60,15 @@ class UnfinishedDatabase {
 
 void fill(const std::string& path) {
   const auto connection = openOdbc(embeddedConnectionString(path));
-  // Neither can be set within a transaction. The mode stays with the file: in it, who reads keeps
-  // nobody from writing.
-  connection->Execute("PRAGMA journal_mode = WAL");
-  connection->Execute("PRAGMA synchronous = NORMAL");
   connection->Execute("BEGIN");
   for (const std::string_view statement : sampleCompanyStatements()) {
     connection->Execute(statement);
   }
   connection->Execute("COMMIT");
+  // The mode stays with the file: in it, who reads keeps nobody from writing. Last of all, because
+  // in it the file is complete only after the connection's end, whose failures nobody hears of.
+  const auto mode = connection->Execute("PRAGMA journal_mode = WAL");
+  if (toText(mode->field(0)) != "wal") throw RuntimeError(ErrorNumber::ProviderFailure);
 }
 
 // A name that no other run uses, because another may be making the same database just now.

@@ -4,13 +4,16 @@
 //
 // The connection string says what happens:
 //   Ledger=PATH   "procedure code" for each change that is there to stay
-//   Faults=...c   a letter for each call of a procedure in its turn (faultOf); none: it works
+//   Faults=...c   a letter for each call of a procedure in its turn (faultOf); none: it works. Also
+//                 the environment's FAULT_LETTERS, so that a database that has failed and one that
+//                 fails no more have one name
 //   Commit=       how a commit fails: refused, or done, but lost before the answer
 //   State=42000   what a failure is reported as where its letter does not say
 //   Catalogue=    what it says of procedures: missing, noright, few (parameters), list (the engine
 //                 has only its list, without the procedure), none (no answer at all)
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <string>
@@ -249,6 +252,9 @@ SQLRETURN SQLDriverConnectW(SQLHDBC handle, SQLHWND, SQLWCHAR* in, SQLSMALLINT l
       databaseOf(handle).settings[rest.substr(0, equals)] =
           rest.substr(equals + 1, end - equals - 1);
     }
+  }
+  if (const char* const letters = std::getenv("FAULT_LETTERS")) {
+    databaseOf(handle).settings["Faults"] = letters;
   }
   return SQL_SUCCESS;
 }

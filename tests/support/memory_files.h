@@ -69,7 +69,7 @@ class MemoryFiles final : public FileSystem {
       at += n;
       return n;
     }
-    void rewind() override { at = 0; }
+    void seek(std::uint64_t offset) override { at = static_cast<std::size_t>(offset); }
     MemoryFiles& files;
     std::string bytes;
     std::size_t at = 0;

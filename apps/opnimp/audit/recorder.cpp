@@ -133,11 +133,11 @@ void endIfHopeless(const RuntimeError& error, const Connection& connection, RunG
   // First, because the error is the interrupt's own.
   gate.requireOpen();
   if (connection.isLost()) {
-    throw RunEnded{"the connection to the database was lost: " + error.description()};
+    throw RunEnded{"the connection to the database was lost: " + error.description(), true};
   }
   if (error.is(ErrorNumber::ProviderTimeout)) {
     throw RunEnded{"the database did not answer in time (" + error.description() +
-                   "); --wait SECONDS gives it longer"};
+                   "); --wait SECONDS or --lock-wait SECONDS gives it longer"};
   }
 }
 

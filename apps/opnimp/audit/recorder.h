@@ -7,6 +7,7 @@
 // holds a lock would make each call of the rest wait as long.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -15,6 +16,7 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/opnimp/audit/call_times.h"
 #include "apps/opnimp/audit/left_transactions.h"
 #include "apps/opnimp/audit/run_gate.h"
 #include "base/errors.h"
@@ -30,6 +32,7 @@ enum class CallKind {
   Check,      ///< a procedure that only answers a question; it runs in a dry run, too
   Procedure,  ///< all others: they post
 };
+inline constexpr std::size_t callKindCount = 3;
 
 enum class CallResult {
   Unknown,     ///< no answer came: it may or may not have taken effect
@@ -39,6 +42,7 @@ enum class CallResult {
   FailedLate,  ///< a later statement of it failed: part of it may have taken effect
   NotRun,      ///< a dry run only records it
 };
+inline constexpr std::size_t callResultCount = static_cast<std::size_t>(CallResult::NotRun) + 1;
 
 /// What became of the changes of a call.
 enum class Changes {
@@ -137,6 +141,11 @@ class Recorder : private ErrorLog {
   /// closed.
   std::size_t beginCall(CallKind kind, std::string_view text, std::vector<Value> parameters);
   void setResult(std::size_t call, CallResult result) { calls_[call].result = result; }
+  /// How long the database took for it.
+  void addTime(std::size_t call, CallTimes::Duration took) {
+    times_[static_cast<std::size_t>(calls_[call].kind)].add(took);
+  }
+  const CallTimes& times(std::size_t kind) const { return times_[kind]; }
   /// Notes that a call failed; one whose result is Ok until now, in a later statement of it. Throws
   /// RunEnded when nothing more can be asked.
   void callFailed(std::size_t call, const RuntimeError& error, const Connection& connection);
@@ -161,6 +170,7 @@ class Recorder : private ErrorLog {
   std::size_t before_ = 0;
   Changes changes_ = Changes::Stand;  // of the calls that post
   std::vector<RecordedCall> calls_;
+  std::array<CallTimes, callKindCount> times_;
   std::vector<RecordedLine> lines_;
   std::vector<RecordedMessage> messages_;
   ErrorLog* file_ = nullptr;  // of the error log

@@ -1,5 +1,6 @@
 #include "apps/opnimp/audit/recording_connection.h"
 
+#include <chrono>
 #include <string>
 #include <utility>
 
@@ -17,6 +18,18 @@ CallKind kindOf(CommandType type, Purpose purpose) {
   return purpose == Purpose::Ask ? CallKind::Check : CallKind::Procedure;
 }
 
+template <class Run>
+auto timed(Recorder& recorder, std::size_t call, Run&& run) {
+  struct Timer {
+    Recorder& recorder;
+    const std::size_t call;
+    const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    ~Timer() { recorder.addTime(call, std::chrono::steady_clock::now() - start); }
+  };
+  const Timer timer{recorder, call};
+  return run();
+}
+
 /// Runs one call and records how it ended. A later statement of it may have failed without anybody
 /// asking: all results are asked for here, so that the account knows. Connections that the runner
 /// uses read results at once and give them again.
@@ -25,7 +38,7 @@ std::shared_ptr<Recordset> watched(Recorder& recorder, const Connection& connect
                                    std::size_t call, Run&& execute) {
   std::shared_ptr<Recordset> first;
   try {
-    first = recorder.gate().pass(execute);
+    first = timed(recorder, call, [&] { return recorder.gate().pass(execute); });
     recorder.setResult(call, CallResult::Ok);
     // From here on the first statement has taken effect, and only a later one can fail.
     for (auto result = first; result != nullptr;) result = result->NextRecordset();

@@ -8,6 +8,7 @@ namespace velk {
 
 struct RunEnded {
   std::string why;  ///< such as "it was interrupted"
+  bool connectionLost = false;
 };
 
 }  // namespace velk

@@ -23,6 +23,7 @@ bool RunGate::takeOver() {
 void RunGate::enter() {
   const std::lock_guard lock(mutex_);
   inCall_ = true;
+  began_ = std::chrono::steady_clock::now();
 }
 
 void RunGate::leave() {

@@ -1,6 +1,7 @@
 // Lets another thread draw up the account of a run that waits for a database which does not answer.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <string>
@@ -27,6 +28,15 @@ class RunGate {
 
   /// For the other thread: the run is to end before its next call, and why.
   void close(std::string why);
+  using Time = std::chrono::steady_clock::time_point;
+  /// For the other thread: `look` gets the time at which the call began that the run is within,
+  /// and does not leave meanwhile; false if it is within none.
+  template <class Look>
+  bool duringCall(Look&& look) {
+    const std::lock_guard lock(mutex_);
+    if (inCall_) std::forward<Look>(look)(began_);
+    return inCall_;
+  }
   /// For the other thread: true if the run is within a call, which it then never leaves, so that
   /// everything else of it stands still.
   bool takeOver();
@@ -48,6 +58,7 @@ class RunGate {
   std::mutex mutex_;
   std::condition_variable never_;
   bool inCall_ = false;
+  Time began_;
   bool takenOver_ = false;
   std::string why_;  // empty: open
 };

@@ -43,6 +43,13 @@ const std::string acceptHelp =
 const std::string reportHelp =
     "write the report as a page to be printed, signed and kept; a\n"
     "file of that name is never replaced";
+const std::string metricsHelp =
+    "write what the call came to for a monitoring system, as\n"
+    "OpenMetrics text; replaces what the last call wrote";
+const std::string logFormatHelp =
+    "json: one JSON object a line on standard error for all that is\n"
+    "told while the command runs (default: text)";
+constexpr std::string_view logFormatOption = "--log-format";
 const std::string resumeHelp =
     "go on with a file behind the last record that a run reached\n"
     "which broke off; records in doubt go to FILE.check.csv of\n"
@@ -197,10 +204,14 @@ class CommandLine {
     addFile(
         *add(Command::DemoDatabase, "demo-database", "make the sample company's embedded database"),
         "the new file");
+    addText(*add(Command::LockHolders, lockHoldersCommand.data(), "")->group(""), "SESSION", "",
+            arguments_.session, "")
+        ->required();
     addRecordOptions(import, preview, exporting);
     const auto [runs, report] = addJournalCommands(import);
     addFlag({import, preview, exporting, runs, report}, "--json", arguments_.json,
             "one JSON document on standard output instead of text");
+    addLogFormat({import, preview, exporting});
   }
 
   void addRecordOptions(CLI::App* import, CLI::App* preview, CLI::App* exporting) {
@@ -217,6 +228,7 @@ class CommandLine {
     addFlag({import}, "--all-or-nothing", arguments_.allOrNothing, wholeHelp);
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
     addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
+    addText({import}, "--metrics", "FILE", arguments_.metrics, metricsHelp);
     addText({import, exporting}, "--app-folder", "DIR", arguments_.appFolder,
             "where Error.log is written (default: the current folder)");
   }
@@ -310,14 +322,37 @@ class CommandLine {
   }
 
   void addWait(Apps commands) {
-    constexpr int longest = 24 * 60 * 60;
+    constexpr int day = 24 * 60 * 60;
+    struct Wait {
+      const char* name;
+      std::optional<int>& seconds;
+      int longest;
+      const char* what;
+    };
+    const Wait waits[] = {{"--wait", arguments_.waitSeconds, day,
+                           "how long one statement may run, or wait for a lock, before\n"
+                           "the run ends, from 1 to 86400 (default: 30)"},
+                          {"--lock-wait", arguments_.lockWaitSeconds, day,
+                           "how much of that it may wait for a lock, from 1 to 86400\n"
+                           "(default: all of it)"},
+                          {"--connect-wait", arguments_.connectWaitSeconds, 600,
+                           "how long the database may take to open, from 1 to 600\n"
+                           "(default: 8)"}};
     for (CLI::App* const command : commands) {
-      command
-          ->add_option("--wait", arguments_.waitSeconds,
-                       "how long one statement may run, or wait for a lock, before\n"
-                       "the run ends (default: 30)")
-          ->type_name("SECONDS")
-          ->check(CLI::Range(1, longest));
+      for (const Wait& wait : waits) {
+        command->add_option(wait.name, wait.seconds, wait.what)
+            ->type_name("SECONDS")
+            ->check(CLI::Range(1, wait.longest).description(""));
+      }
+    }
+  }
+
+  void addLogFormat(Apps commands) {
+    const auto take = [this](const std::string& format) { arguments_.jsonLog = format == "json"; };
+    for (CLI::App* const command : commands) {
+      command->add_option_function<std::string>(std::string(logFormatOption), take, logFormatHelp)
+          ->type_name("FORMAT")
+          ->check(CLI::Validator(CLI::IsMember({"text", "json"})).description(""));
     }
   }
 
@@ -352,6 +387,7 @@ class CommandLine {
 }  // namespace
 
 const std::string_view programVersion = OPNIMP_VERSION;
+const std::string_view lockHoldersCommand = "lock-holders";
 
 Arguments parseArguments(std::span<const std::string> args) {
   checkValues(args);
@@ -376,6 +412,14 @@ std::vector<Arguments> eachFile(const Arguments& arguments) {
 bool asksForJson(std::span<const std::string> args) {
   const auto end = std::ranges::find(args, "--");
   return std::find(args.begin(), end, "--json") != end;
+}
+
+bool asksForJsonLog(std::span<const std::string> args) {
+  const auto end = std::ranges::find(args, "--");
+  const std::string option(logFormatOption);
+  const auto split = std::find(args.begin(), end, option);
+  return std::find(args.begin(), end, option + "=json") != end ||
+         (end - split > 1 && split[1] == "json");
 }
 
 }  // namespace velk

@@ -19,28 +19,43 @@ struct MapOption {
 };
 
 struct Arguments {
-  enum class Command { Import, Preview, Export, DemoDatabase, Runs, Report, Reversal, Rejects };
+  enum class Command {
+    Import,
+    Preview,
+    Export,
+    DemoDatabase,
+    Runs,
+    Report,
+    Reversal,
+    Rejects,
+    LockHolders
+  };
 
   std::string answer;  ///< help or version to print, no command being run; empty otherwise
   Command command = Command::Import;
   const ImportKind* kind = nullptr;
   std::string file;  ///< to export to, the database to make; of eachFile the one to import
-  std::vector<std::string> files;  ///< to import or preview
+  std::vector<std::string> files;      ///< to import or preview
   std::vector<std::string> databases;  ///< the hosts of one; empty: the environment names it
   std::vector<MapOption> maps;
   std::vector<std::string> accept;  ///< codes of harmful warnings, or "all"
   std::optional<std::string> rejects;
   std::optional<std::string> report;
+  std::optional<std::string> metrics;
   std::optional<std::string> appFolder;
-  std::size_t fromLine = 1;        ///< of the file, from which on records are imported
-  std::optional<int> waitSeconds;  ///< for one statement
+  std::size_t fromLine = 1;               ///< of the file, from which on records are imported
+  std::optional<int> waitSeconds;         ///< for one statement
+  std::optional<int> lockWaitSeconds;     ///< of these, for locks
+  std::optional<int> connectWaitSeconds;  ///< for the database to open
   std::optional<std::string> journal;
+  std::string session;    ///< of the database, that waits for a lock
   std::uint64_t run = 0;  ///< the number of one in the journal
   bool again = false;     ///< post what an earlier run posted, too
   bool resume = false;    ///< go on behind what an earlier run reached
   bool dryRun = false;
   bool allOrNothing = false;
   bool json = false;
+  bool jsonLog = false;  ///< on standard error
 };
 
 /// Reads the arguments that follow the program's name; raises UsageError. The command comes first;
@@ -54,7 +69,13 @@ std::vector<Arguments> eachFile(const Arguments& arguments);
 /// Such as "1.2.3".
 extern const std::string_view programVersion;
 
+/// The command that the program runs of itself, to learn who holds the locks that a session of
+/// OPNIMP_DATABASE waits for. It is in no help.
+extern const std::string_view lockHoldersCommand;
+
 /// True when the arguments ask for JSON, even if they make no sense otherwise.
 bool asksForJson(std::span<const std::string> args);
+/// The same of what is told on standard error.
+bool asksForJsonLog(std::span<const std::string> args);
 
 }  // namespace velk

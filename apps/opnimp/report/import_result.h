@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "apps/opnimp/audit/account.h"
+#include "apps/opnimp/audit/call_figures.h"
 #include "apps/opnimp/audit/outcome.h"
 #include "apps/opnimp/cli/arguments.h"
 #include "apps/opnimp/cli/exit_status.h"
@@ -42,6 +43,7 @@ struct ImportResult {
   std::vector<HostChange> hostChanges;
   std::size_t repeatedCalls = 0;      ///< that had met another session's change and were taken back
   std::string brokeOff;               ///< why the run ended early; empty: it did not
+  bool connectionLost = false;        ///< that is why
   std::string errorLog;               ///< path of the error log's file
   std::string journal;                ///< its path; empty: the run is not in one
   std::uint64_t run = 0;              ///< its number there
@@ -59,6 +61,9 @@ struct ImportResult {
   std::string fileHash;                      ///< SHA-256, in hexadecimal digits
   Date began;                                ///< local time
   Date ended;
+  CallFigures calls;
+  std::size_t lockWaits = 0;  ///< that were told of while it ran
+  double seconds = 0;         ///< from the first record to the account
 
   bool refused() const { return !refusal.empty(); }
   bool isDryRun() const { return arguments.dryRun; }

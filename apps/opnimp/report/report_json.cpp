@@ -16,9 +16,7 @@ namespace velk {
 
 namespace {
 
-// In the order of CallKind, CallResult, Changes and RecordedLine::Kept.
-constexpr std::array kindCodes{"query", "check", "procedure"};
-constexpr std::array resultCodes{"unknown", "ok", "failed", "in-doubt", "failed-late", "not-run"};
+// In the order of Changes and RecordedLine::Kept.
 constexpr std::array changesCodes{"stand", "taken-back", "not-known"};
 constexpr std::array keptCodes{"memory", "file", "not-written"};
 
@@ -69,9 +67,9 @@ Json errorJson(const CallError& error) {
 
 // The key is the kind of call, its value the statement or the name of the procedure.
 Json callJson(const RecordedCall* call) {
-  Json json{{codeOf(kindCodes, call->kind), call->text}};
+  Json json{{std::string(codeOf(call->kind)), call->text}};
   if (call->kind != CallKind::Query) json["parameters"] = listOf(call->parameters, valueJson);
-  json["result"] = codeOf(resultCodes, call->result);
+  json["result"] = codeOf(call->result);
   if (call->changes != Changes::Stand) json["changes"] = codeOf(changesCodes, call->changes);
   if (call->error) json["error"] = errorJson(*call->error);
   return json;

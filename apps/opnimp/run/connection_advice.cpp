@@ -22,10 +22,19 @@ constexpr std::string_view adoString =
     "Driver=NAME;Server=HOST;Database=NAME;UID=USER;PWD=PASSWORD";
 constexpr std::string_view unknownHost = "Correct Server=: no host of that name is known";
 constexpr std::string_view noServer = "Correct Server= and Port=, or start the server there";
+constexpr std::string_view slowServer =
+    "Correct Server= and Port=, or start the server there; --connect-wait SECONDS gives it longer";
 constexpr std::string_view noDatabase = "Correct Database=, or give the user the right to it";
 constexpr std::string_view wrongLogin = "Correct the user and the password, UID= and PWD=";
 constexpr std::string_view otherEncryption =
     "Ask for encryption as the server has it, or set it up there";
+constexpr std::string_view postgresqlEncryption =
+    "The server does not let the user in from here without encryption: add SSLmode=require, or "
+    "SSLmode=verify-full to be sure of the server, or have its pg_hba.conf let him in";
+// The server denies access alike for a wrong password and for a lack of encryption.
+constexpr std::string_view mariadbLogin =
+    "Correct the user and the password, UID= and PWD=; if they are right, the server insists on "
+    "encryption: add FORCETLS=1, or SSLVERIFY=1 and SSLCA=FILE to be sure of the server";
 constexpr std::string_view tooMany = "Try later, or raise the server's limit of connections";
 constexpr std::string_view anyOther =
     "Correct the connection string: Server=, Port=, Database=, UID=, PWD=";
@@ -43,6 +52,7 @@ constexpr auto advices = std::to_array<Advice>({
     {"IM003", 0, {}, noSuchDriver},
     {"IM002", 0, {}, noSuchSource},
     {"08001", 101, "host name", unknownHost},
+    {"08001", 101, "no encryption", postgresqlEncryption},
     {"08001", 101, "SSL", otherEncryption},
     {"08001", 101, "too many", tooMany},
     {"08001", 101, "connection slots", tooMany},
@@ -51,6 +61,7 @@ constexpr auto advices = std::to_array<Advice>({
     {"08001", 101, "FATAL:  database", noDatabase},
     {"HY000", 2005, {}, unknownHost},
     {"HY000", 2026, {}, otherEncryption},
+    {"28000", 1045, {}, mariadbLogin},
     {"08", 1040, {}, tooMany},
     {"42000", 1203, {}, tooMany},
     {"42000", 1226, {}, tooMany},
@@ -62,7 +73,7 @@ constexpr auto advices = std::to_array<Advice>({
     {"HY000", 2002, {}, noServer},
     {"HY000", 2003, {}, noServer},
     {"08", 0, {}, noServer},
-    {"HYT", 0, {}, noServer},
+    {"HYT", 0, {}, slowServer},
 });
 
 bool fits(const Advice& advice, const Diagnostic& said) {

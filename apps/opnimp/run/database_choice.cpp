@@ -30,10 +30,8 @@ namespace fs = std::filesystem;
 constexpr std::size_t longestConnectionString = 8192;
 constexpr std::size_t mostHosts = 16;
 
-constexpr std::chrono::seconds longestConnecting{9};
-
 /// Beside the caller: some drivers wait for ever for a server that takes a connection and then says
-/// nothing.
+/// nothing. The driver's own word is better: it gets a moment for it.
 std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
                                           const Surroundings& surroundings) {
   // With what it needs, as it may outlive the caller.
@@ -43,7 +41,8 @@ std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
       });
   auto opened = task.get_future();
   std::thread(std::move(task)).detach();
-  if (opened.wait_for(longestConnecting) == std::future_status::timeout) {
+  const std::chrono::seconds longest{choice.options.loginTimeoutSeconds + 1};
+  if (opened.wait_for(longest) == std::future_status::timeout) {
     throw CannotConnect(RuntimeError(ErrorNumber::ProviderTimeout, "There was no answer in time"),
                         {{"HYT01", 0, {}}});
   }
@@ -68,7 +67,8 @@ std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
   } catch (const RuntimeError& error) {
     if (isEmbedded && error.is(ErrorNumber::ProviderTimeout)) {
       throw RunEnded{"the database " + choice.shown + " did not answer in time (" +
-                     error.description() + "); --wait SECONDS gives it longer"};
+                     error.description() +
+                     "); --wait SECONDS or --lock-wait SECONDS gives it longer"};
     }
     // Only `shown` is printed: the connection string may contain a password.
     throw CannotOpen("the database " + choice.shown + " could not be opened: " +
@@ -154,6 +154,15 @@ std::vector<DatabaseChoice> chooseDatabases(const std::vector<std::string>& opti
   if (hosts.size() == 1 || embedded == hosts.end()) return hosts;
   throw UsageError("the embedded database " + embedded->shown +
                    " has no further host: several --database are the servers of one database");
+}
+
+OdbcOptions openingOptions(const Arguments& arguments) {
+  OdbcOptions options;
+  options.commandTimeoutSeconds = arguments.waitSeconds.value_or(options.commandTimeoutSeconds);
+  options.lockTimeoutSeconds = arguments.lockWaitSeconds.value_or(options.lockTimeoutSeconds);
+  options.loginTimeoutSeconds = arguments.connectWaitSeconds.value_or(options.loginTimeoutSeconds);
+  options.readOnly = arguments.command != Arguments::Command::Import || arguments.dryRun;
+  return options;
 }
 
 std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "apps/database/company_database.h"
+#include "apps/opnimp/cli/arguments.h"
 #include "apps/opnimp/run/surroundings.h"
 
 namespace velk {
@@ -24,6 +25,9 @@ struct DatabaseChoice : CompanyDatabase {
 /// do.
 std::vector<DatabaseChoice> chooseDatabases(const std::vector<std::string>& options,
                                             const Surroundings& surroundings);
+
+/// How a command opens it: only import, without --dry-run, changes anything.
+OdbcOptions openingOptions(const Arguments& arguments);
 
 /// Opens it. Raises CannotOpen, with what to do next; RunEnded where an embedded one is locked.
 std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,

@@ -6,7 +6,6 @@
 
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
-#include "apps/opnimp/cli/printable.h"
 #include "base/errors.h"
 
 namespace velk {
@@ -46,15 +45,15 @@ std::shared_ptr<OwnConnection> DatabaseHosts::open() {
   throw CannotOpen(why);
 }
 
-void DatabaseHosts::requireSame(std::string identity, std::ostream& err) {
+void DatabaseHosts::requireSame(std::string identity, Events& events) {
   identity_ = std::move(identity);
   for (const DatabaseChoice& host : hosts_) {
-    if (&host != &hosts_[current_]) look(host, err);
+    if (&host != &hosts_[current_]) look(host, events);
   }
 }
 
 // One that is not ready answers mostly which database it is: a standby, say.
-void DatabaseHosts::look(const DatabaseChoice& host, std::ostream& err) {
+void DatabaseHosts::look(const DatabaseChoice& host, Events& events) {
   std::string identity;
   try {
     const auto opened = openHost(host);
@@ -64,8 +63,7 @@ void DatabaseHosts::look(const DatabaseChoice& host, std::ostream& err) {
       if (!ready && identity.empty()) identity = identity_;
     });
   } catch (const CannotOpen& failure) {
-    err << "opnimp: " << printable(failure.what()) << "; the run goes on without it.\n";
-    return;
+    return events.notice(failure.what() + std::string("; the run goes on without it."));
   } catch (const RuntimeError& error) {
     cannotUse(host, error.description());
   }
@@ -73,6 +71,7 @@ void DatabaseHosts::look(const DatabaseChoice& host, std::ostream& err) {
 }
 
 std::shared_ptr<OwnConnection> DatabaseHosts::openNext() {
+  session_.clear();
   const auto end = std::chrono::steady_clock::now() + surroundings_.hostPatience;
   for (;;) {
     std::string why;
@@ -121,6 +120,11 @@ void DatabaseHosts::use(const std::shared_ptr<OwnConnection>& opened) {
     history_ = std::move(history);
   }
   connection_ = opened;
+  std::string session;
+  // Without it, it stays unknown who keeps the run waiting.
+  trapErrors([&] { session = gate_.pass([&] { return opened->session(); }); },
+             [](const RuntimeError&) {});
+  session_ = std::move(session);
 }
 
 void DatabaseHosts::pause() const {
@@ -130,7 +134,9 @@ void DatabaseHosts::pause() const {
 }
 
 void DatabaseHosts::cancel() {
-  if (const std::shared_ptr<OwnConnection> connection = connection_) connection->cancel();
+  std::shared_ptr<OwnConnection> connection;
+  gate_.duringCall([&](auto /*began*/) { connection = connection_; });
+  if (connection) connection->cancel();
 }
 
 }  // namespace velk

@@ -2,12 +2,12 @@
 // one of them, and goes on at another when that one is lost.
 #pragma once
 
-#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "apps/opnimp/audit/run_gate.h"
+#include "apps/opnimp/report/events.h"
 #include "apps/opnimp/run/database_choice.h"
 
 namespace velk {
@@ -18,29 +18,33 @@ class DatabaseHosts {
   DatabaseHosts(std::vector<DatabaseChoice> hosts, const Surroundings& surroundings, RunGate& gate);
 
   bool areSeveral() const { return hosts_.size() > 1; }
-  /// The one that is worked on, or was last, fit to be printed.
-  const std::string& shown() const { return hosts_[current_].shown; }
+  /// The one that is worked on, or was last. While the run is within a call, another thread may ask
+  /// for it.
+  const DatabaseChoice& current() const { return hosts_[current_]; }
+  const std::string& shown() const { return current().shown; }
+  /// What another connection knows the run's by; empty if that is not known.
+  const std::string& session() const { return session_; }
 
   /// Opens the first one that takes changes, an only one as it is. Raises CannotOpen, and RunEnded
   /// as openDatabase does.
   std::shared_ptr<OwnConnection> open();
-  /// Looks at the others: they have to be the same database, as far as they answer. `err` is told
-  /// of those that do not. Raises CannotOpen.
-  void requireSame(std::string identity, std::ostream& err);
+  /// Looks at the others: they have to be the same database, as far as they answer. Tells of those
+  /// that do not. Raises CannotOpen.
+  void requireSame(std::string identity, Events& events);
   /// Opens the next one that takes changes, after the one that was lost; waits for one. Raises
   /// RunEnded when none is there in time.
   std::shared_ptr<OwnConnection> openNext();
   /// Whether the one that openNext opened has all that the one before it confirmed.
   bool hasAllConfirmed() const { return hasAllConfirmed_; }
 
-  /// Ends the statement that is running; from any thread.
+  /// Ends the statement that is running; from another thread.
   void cancel();
 
  private:
   std::shared_ptr<OwnConnection> openHost(const DatabaseChoice& host);
   std::shared_ptr<OwnConnection> openReady(const DatabaseChoice& host);
   void use(const std::shared_ptr<OwnConnection>& opened);
-  void look(const DatabaseChoice& host, std::ostream& err);
+  void look(const DatabaseChoice& host, Events& events);
   void pause() const;
 
   const std::vector<DatabaseChoice> hosts_;
@@ -50,7 +54,8 @@ class DatabaseHosts {
   std::string identity_;  // empty until requireSame
   std::string history_;
   bool hasAllConfirmed_ = true;
-  std::atomic<std::shared_ptr<OwnConnection>> connection_;
+  std::string session_;
+  std::shared_ptr<OwnConnection> connection_;
 };
 
 }  // namespace velk

@@ -123,20 +123,16 @@ ExitStatus runExport(const Arguments& arguments, const Streams& streams,
   }
   const std::string folder = applicationFolder(arguments.appFolder);
   std::vector<DatabaseChoice> choices = chooseDatabases(arguments.databases, surroundings);
-  for (DatabaseChoice& choice : choices) {
-    if (arguments.waitSeconds) choice.options.commandTimeoutSeconds = *arguments.waitSeconds;
-  }
+  for (DatabaseChoice& choice : choices) choice.options = openingOptions(arguments);
   checkWrites({{"the export", arguments.file, {arguments.file}}}, choices.front(), folder, {});
   const Target target(arguments.file);
   RunGate gate;
   DatabaseHosts hosts(std::move(choices), surroundings, gate);
   const auto database = openUnlocked(hosts);
-  // Never drawn, since an export does not count records; the messages only need one to erase.
-  Progress progress(streams.err, false);
+  Events events(streams, arguments.jsonLog);
   Recorder recorder(Recorder::Mode::Post, gate);
   ImportReport report(false);
-  ScreenSession session(recorder,
-                        {folder, surroundings.clock, messagesTo(streams.err, progress), true});
+  ScreenSession session(recorder, {folder, surroundings.clock, messagesTo(events), true});
   ExportOutcome outcome{
       .arguments = arguments, .database = hosts.shown(), .errorLog = session.errorLogPath()};
   drive(outcome, session, report, recorded(recorder, database));

@@ -83,9 +83,14 @@ FileJournal::FileJournal(ImportJournal& journal, ImportResult& result,
 }
 
 void FileJournal::begin(ImportResult& result, ImportReport& report, const Recorder& recorder) {
-  if (result.isDryRun()) return;
   told_.resize(start_.records.size());
   readings_ = readingsByRecord(result.warnings);
+  if (!result.isDryRun()) writeBegin(result);
+  start_ = {};  // it is long
+  listen(report, recorder);
+}
+
+void FileJournal::writeBegin(ImportResult& result) {
   start_.number = journal_.nextRun();
   try {
     run_.emplace(journal_.file(), start_);
@@ -94,8 +99,6 @@ void FileJournal::begin(ImportResult& result, ImportReport& report, const Record
   }
   result.journal = journal_.path();
   result.run = start_.number;
-  start_ = {};  // it is long
-  listen(report, recorder);
 }
 
 // Whoever listens already may end the run before the record: then it does not begin.
@@ -103,11 +106,11 @@ void FileJournal::listen(ImportReport& report, const Recorder& recorder) {
   report.onRecord = [this, &recorder, before = std::move(report.onRecord)](std::size_t record) {
     if (before) before(record);
     mark_ = {recorder.calls().size(), recorder.lines().size(), recorder.shown().size()};
-    orEndRun([&] { run_->recordBegins(record - 1); });
+    if (run_) orEndRun([&] { run_->recordBegins(record - 1); });
     begun_ = std::max(begun_, record);
   };
   report.onRecordEnd = [this, &report, &recorder](std::size_t record) {
-    orEndRun([&] { recordEnds(record - 1, report, recorder); });
+    recordEnds(record - 1, report, recorder);
   };
 }
 
@@ -126,8 +129,9 @@ void FileJournal::recordEnds(std::size_t record, const ImportReport& report,
   pointTo(trace_.lines, recorder.lines(), mark_.lines);
   pointTo(trace_.messages, recorder.shown(), mark_.messages);
   trace_.outcome = outcomeOf(trace_);
-  run_->recordEnds(record, trace_);
+  if (run_) orEndRun([&] { run_->recordEnds(record, trace_); });
   told_[record] = trace_.outcome;
+  if (onEnd) onEnd(record, trace_);
 }
 
 void FileJournal::beginAgain(std::size_t record) {

@@ -2,6 +2,7 @@
 // same, and written down as a run of its own.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,6 +21,9 @@ class FileJournal {
   FileJournal(ImportJournal& journal, ImportResult& result, const Surroundings& surroundings);
   FileJournal(const FileJournal&) = delete;
   FileJournal& operator=(const FileJournal&) = delete;
+
+  /// Called when a record has ended, with what was said and seen of it; of a dry run, too.
+  std::function<void(std::size_t record, const RecordTrace& trace)> onEnd;
 
   /// Says that the run begins and from then on listens to `report`; both outlive the object. Raises
   /// CannotOpen when it cannot be written. Of a dry run nothing is.
@@ -44,6 +48,7 @@ class FileJournal {
     std::size_t messages = 0;
   };
 
+  void writeBegin(ImportResult& result);
   void listen(ImportReport& report, const Recorder& recorder);
   void recordEnds(std::size_t record, const ImportReport& report, const Recorder& recorder);
   void writeEnd(const ImportResult& result, const Ending& ending);

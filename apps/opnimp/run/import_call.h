@@ -7,8 +7,7 @@
 #include <string>
 
 #include "apps/opnimp/audit/run_gate.h"
-#include "apps/opnimp/cli/progress.h"
-#include "apps/opnimp/cli/streams.h"
+#include "apps/opnimp/report/events.h"
 #include "apps/opnimp/run/database_hosts.h"
 #include "apps/opnimp/run/import_journal.h"
 #include "apps/opnimp/run/surroundings.h"
@@ -18,10 +17,9 @@
 namespace velk {
 
 struct ImportCall {
-  const Streams& streams;
+  Events events;
   const Surroundings& surroundings;
   bool hasSeveralFiles = false;
-  Progress progress{streams.err, streams.errIsTerminal};
   RunGate gate{};                        ///< that each call of the database passes
   std::string folder{};                  ///< of the error log
   std::optional<DatabaseHosts> hosts{};  ///< empty: a foreseen import has none

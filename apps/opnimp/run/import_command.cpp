@@ -11,10 +11,13 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/journal/repetition.h"
+#include "apps/opnimp/report/metrics.h"
 #include "apps/opnimp/report/report_json.h"
 #include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/dry_run.h"
+#include "apps/opnimp/run/lock_holders.h"
+#include "apps/opnimp/run/lock_watch.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/single_import.h"
 #include "apps/opnimp/run/watched_run.h"
@@ -27,7 +30,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
  public:
   ImportCommand(Arguments arguments, const Streams& streams, const Surroundings& surroundings)
       : arguments_(std::move(arguments)),
-        call_{streams, surroundings, arguments_.files.size() > 1} {}
+        call_{Events(streams, arguments_.jsonLog), surroundings, arguments_.files.size() > 1} {}
 
   void foresee(const Foresight& foresight) {
     call_.viewed = foresight.viewed;
@@ -38,6 +41,22 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     foresight.ended(result());
   }
 
+  /// Writes the file of --metrics, whatever comes of the run.
+  FilesResult runMeasured() {
+    try {
+      const FilesResult call = run();
+      writeMetrics(call.status());
+      return call;
+    } catch (const UsageError&) {
+      writeMetrics(ExitStatus::Usage);
+      throw;
+    } catch (const CannotOpen&) {
+      writeMetrics(ExitStatus::CannotOpen);
+      throw;
+    }
+  }
+
+ private:
   // Memory that runs out before the first record was posted is the files' fault; later it is not
   // known what was posted, and the program ends with that word.
   FilesResult run() {
@@ -51,13 +70,26 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       if (hasBegun()) files_[current_].endInJournal(failure.what());
       throw;
     }
-    call_.progress.erase();
+    call_.events.progress().erase();
     // Last of all: it tells what became of the other files.
-    for (SingleImport& file : files_) ImportOutputs::writeReport(file.result());
+    for (SingleImport& file : files_) {
+      ImportOutputs::writeReport(file.result());
+      file.tellOfEnd();
+    }
     return result();
   }
 
- private:
+  /// What became of the call as a whole; nothing if it ended before it was known that the file may
+  /// be written.
+  void writeMetrics(ExitStatus status) {
+    if (!metrics_) return;
+    try {
+      metrics_->write(metricsText(result(), status));
+    } catch (const CannotOpen& failure) {
+      call_.events.notice(failure.what() + std::string("."));
+    }
+  }
+
   void readFiles() {
     checkAccepted(arguments_.accept);
     requireDistinct(arguments_.files);
@@ -73,20 +105,22 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     call_.folder = applicationFolder(arguments_.appFolder);
     readFiles();
     std::vector<DatabaseChoice> hosts = chooseDatabases(arguments_.databases, call_.surroundings);
-    for (DatabaseChoice& host : hosts) {
-      if (arguments_.waitSeconds) host.options.commandTimeoutSeconds = *arguments_.waitSeconds;
-    }
+    for (DatabaseChoice& host : hosts) host.options = openingOptions(arguments_);
     const std::string journal = chooseJournal(arguments_.journal, call_.surroundings);
     // Only an embedded one, which is by itself, has a file.
     checkOutputs(journal, hosts.front());
     call_.hosts.emplace(std::move(hosts), call_.surroundings, call_.gate);
     for (SingleImport& file : files_) file.prepare(call_.hosts->shown());
-    call_.journal.emplace(journal, arguments_, call_.surroundings, call_.streams.err);
+    if (arguments_.metrics) metrics_.emplace(*arguments_.metrics);
+    call_.journal.emplace(journal, arguments_, call_.surroundings, call_.events);
   }
 
   /// What is written must not take the place of what it comes from, nor of each other.
   void checkOutputs(const std::string& journal, const DatabaseChoice& database) const {
     std::vector<Writes> writes{{"--journal", journal, {journal}}};
+    if (const auto& metrics = arguments_.metrics) {
+      writes.push_back({"--metrics", *metrics, {*metrics}});
+    }
     for (const SingleImport& file : files_) {
       std::ranges::move(outputsOf(file.result().arguments), std::back_inserter(writes));
     }
@@ -95,12 +129,28 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
   /// The run keeps this object for as long as it lives: for ever, if the database never answers.
   void driveWatched() {
+    LockWatch locks(
+        call_.gate, [this] { return lockQuestion(); },
+        [this](const LockHolders& holders) { tellWait(holders); });
     const WatchedRun run{[self = shared_from_this()] { self->drive(); },
                          call_.surroundings.interrupted,
-                         [self = shared_from_this()] { self->call_.hosts->cancel(); }, call_.gate};
+                         [self = shared_from_this()] { self->call_.hosts->cancel(); }, call_.gate,
+                         [&locks] { locks.look(); }};
     if (runWatched(run)) return;
     files_[current_].giveUp();
     evaluate();
+  }
+
+  /// What the run itself cannot ask while it waits.
+  LockQuestion lockQuestion() const {
+    return lockHoldersQuestion(call_.hosts->current(), call_.hosts->session(),
+                               call_.surroundings.program);
+  }
+
+  void tellWait(const LockHolders& holders) {
+    ImportResult& result = files_[current_].result();
+    if (!holders.names.empty()) ++result.lockWaits;
+    call_.events.waits(result, files_[current_].recordInHand(), holders);
   }
 
   void drive() {
@@ -137,7 +187,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
                                   " could not be told from others: " + error.description());
                });
     if (call_.hosts->areSeveral()) {
-      call_.hosts->requireSame(call_.journal->databaseId(), call_.streams.err);
+      call_.hosts->requireSame(call_.journal->databaseId(), call_.events);
     }
   }
 
@@ -190,7 +240,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       if (!file.result().brokeOff.empty()) return;
     }
     current_ = 0;
-    call_.progress.setTotal(total);
+    call_.events.progress().setTotal(total);
     refuseRepeated();
     const auto refused = std::ranges::find_if(
         files_, [](const SingleImport& file) { return file.result().refused(); });
@@ -222,7 +272,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     for (current_ = 0; current_ < files_.size(); ++current_) {
       SingleImport& file = files_[current_];
       if (isPassedOver(file)) continue;
-      call_.progress.setBefore(before);
+      call_.events.progress().setBefore(before);
       before += file.result().input->count();
       import(file);
       if (current_ + 1 == files_.size()) return;
@@ -268,6 +318,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
   const Arguments arguments_;
   ImportCall call_;
+  std::optional<MetricsFile> metrics_;
   std::deque<SingleImport> files_;  // which stay where they are
   std::size_t current_ = 0;         // the one that is being worked on
 };
@@ -284,7 +335,7 @@ void foreseeImport(const Arguments& arguments, const Streams& streams,
 ExitStatus runImport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings) {
   const auto command = std::make_shared<ImportCommand>(arguments, streams, surroundings);
-  const FilesResult call = command->run();
+  const FilesResult call = command->runMeasured();
   if (call.files().size() > 1) {
     (arguments.json ? writeFilesJson : writeFilesText)(call, streams.out);
     return call.status();

@@ -7,9 +7,10 @@
 namespace velk {
 
 ImportJournal::ImportJournal(const std::string& path, const Arguments& arguments,
-                             const Surroundings& surroundings, std::ostream& err)
+                             const Surroundings& surroundings, Events& events)
     : isRead_(arguments.dryRun),
-      journal_(openJournal(path, isRead_ ? KeptFor::Reading : KeptFor::Writing, surroundings, err)),
+      journal_(
+          openJournal(path, isRead_ ? KeptFor::Reading : KeptFor::Writing, surroundings, events)),
       nextRun_(journal_.index.runs.empty() ? 1 : journal_.index.runs.back().start.number + 1) {}
 
 // What cannot be told is known by how it is named.

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <ostream>
 #include <string>
 
 #include "apps/opnimp/cli/arguments.h"
@@ -19,7 +18,7 @@ class ImportJournal {
  public:
   /// Opens it; for a dry run, which writes nothing, only to be read. Raises CannotOpen.
   ImportJournal(const std::string& path, const Arguments& arguments,
-                const Surroundings& surroundings, std::ostream& err);
+                const Surroundings& surroundings, Events& events);
   ImportJournal(const ImportJournal&) = delete;
   ImportJournal& operator=(const ImportJournal&) = delete;
 

@@ -33,13 +33,13 @@ void requireWhole(const OpenJournal& journal) {
                    "--journal` with its new name still shows the runs before the damage");
 }
 
-void tellTorn(const OpenJournal& journal, KeptFor use, std::ostream& err) {
+void tellTorn(const OpenJournal& journal, KeptFor use, Events& events) {
   const std::uint64_t torn = journal.index.end.torn;
   if (torn == 0 || (use == KeptFor::Reading && journal.index.isRunning)) return;
-  err << "opnimp: the last " << counted(torn, "byte", "bytes") << " of the journal "
-      << printable(journal.path)
-      << (journal.index.end.damaged ? " cannot be read: it is damaged.\n"
-                                    : " are an entry that was cut off, and are passed over.\n");
+  events.notice("the last " + counted(torn, "byte", "bytes") + " of the journal " + journal.path +
+                (journal.index.end.damaged
+                     ? " cannot be read: it is damaged."
+                     : " are an entry that was cut off, and are passed over."));
 }
 
 }  // namespace
@@ -56,7 +56,7 @@ std::string chooseJournal(const std::optional<std::string>& option,
 }
 
 OpenJournal openJournal(const std::string& path, KeptFor use, const Surroundings& surroundings,
-                        std::ostream& err) {
+                        Events& events) {
   OpenJournal journal{path, nullptr, {}};
   try {
     journal.file = openKept(path, use);
@@ -66,7 +66,7 @@ OpenJournal openJournal(const std::string& path, KeptFor use, const Surroundings
     if (!missing || use == KeptFor::Writing) cannotOpen(path, error, use);
   }
   if (use == KeptFor::Writing) requireWhole(journal);
-  tellTorn(journal, use, err);
+  tellTorn(journal, use, events);
   return journal;
 }
 

@@ -3,10 +3,10 @@
 
 #include <memory>
 #include <optional>
-#include <ostream>
 #include <string>
 
 #include "apps/opnimp/journal/run_index.h"
+#include "apps/opnimp/report/events.h"
 #include "apps/opnimp/run/surroundings.h"
 
 namespace velk {
@@ -23,8 +23,8 @@ struct OpenJournal {
 };
 
 /// Opens it and reads what it tells. A journal that is damaged, or that another run writes, is not
-/// opened for writing. Raises CannotOpen; `err` is told of a torn end.
+/// opened for writing. Raises CannotOpen; a torn end is told.
 OpenJournal openJournal(const std::string& path, KeptFor use, const Surroundings& surroundings,
-                        std::ostream& err);
+                        Events& events);
 
 }  // namespace velk

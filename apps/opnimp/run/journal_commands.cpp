@@ -20,8 +20,9 @@ namespace {
 
 OpenJournal journalOf(const Arguments& arguments, const Streams& streams,
                       const Surroundings& surroundings) {
+  Events events(streams, false);
   return openJournal(chooseJournal(arguments.journal, surroundings), KeptFor::Reading, surroundings,
-                     streams.err);
+                     events);
 }
 
 Reversal reversalOf(JournaledImport& run) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 #include "apps/opnimp/cli/failures.h"
@@ -14,7 +15,9 @@
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "base/errors.h"
+#include "mapping/file_survey.h"
 #include "platform/native/native_files.h"
+#include "shared/csv_text.h"
 
 namespace velk {
 
@@ -70,6 +73,15 @@ void protect(const std::string& file, const char* what, const Writes& writes) {
   }
 }
 
+/// Before a gigabyte of one line is read.
+void refuseLongLine(FileSystem& files, const std::string& path) {
+  const std::optional<FileSurvey> survey = surveyIfLong(files, path);
+  if (!survey || survey->longestLine <= maxLineLength) return;
+  throw CannotOpen("the file " + path + " has a line of more than " +
+                   std::to_string(maxLineLength >> 20) +
+                   " MB: it is no list of records. Check how it was saved");
+}
+
 }  // namespace
 
 std::string applicationFolder(const std::optional<std::string>& option) {
@@ -118,6 +130,7 @@ std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
     if (arguments.kind->format == FileFormat::Workbook) {
       return fromLine(std::make_unique<WorkbookRecords>(files, arguments.file), arguments);
     }
+    refuseLongLine(files, arguments.file);
     return fromLine(std::make_unique<CsvRecords>(readBytes(files, arguments.file)), arguments);
   } catch (const RuntimeError& error) {
     // Reading raises this error for the length only; memory that runs out is std::bad_alloc.
@@ -134,12 +147,8 @@ std::string tooLarge(const std::string& path) {
          " is too large for the memory there is; nothing was imported. Split it";
 }
 
-MessageHandler messagesTo(std::ostream& err, Progress& progress) {
-  return [&err, &progress](const Message& message) {
-    // Otherwise the message would begin in the middle of the progress line.
-    progress.erase();
-    err << printableLines(message.prompt) << '\n' << std::flush;
-  };
+MessageHandler messagesTo(Events& events) {
+  return [&events](const Message& message) { events.message(message.prompt); };
 }
 
 void viewAndMap(ScreenSession& session, const Arguments& arguments, const InputRecords& input,

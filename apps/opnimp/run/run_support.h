@@ -9,9 +9,8 @@
 
 #include "apps/opnimp/audit/import_report.h"
 #include "apps/opnimp/cli/arguments.h"
-#include "apps/opnimp/cli/progress.h"
-#include "apps/opnimp/cli/streams.h"
 #include "apps/opnimp/records/input_records.h"
+#include "apps/opnimp/report/events.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "platform/headless/message.h"
 
@@ -39,8 +38,8 @@ void requireDistinct(const std::vector<std::string>& inputs);
 /// That nothing was done, since the memory does not hold the file.
 std::string tooLarge(const std::string& path);
 
-/// Writes each message to `err`, word for word.
-MessageHandler messagesTo(std::ostream& err, Progress& progress);
+/// Tells each message, word for word.
+MessageHandler messagesTo(Events& events);
 
 /// Views the file and maps by hand what the arguments say, the screen telling `report` what becomes
 /// of it from then on. Raises Refused.

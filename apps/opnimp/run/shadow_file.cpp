@@ -8,7 +8,7 @@ namespace {
 
 class ShadowInput final : public InputFile {
  public:
-  explicit ShadowInput(const std::string& contents) : contents_(contents) {}
+  explicit ShadowInput(std::string_view contents) : contents_(contents) {}
 
   std::uint64_t length() const override { return contents_.size(); }
   std::size_t read(char* to, std::size_t count) override {
@@ -16,16 +16,16 @@ class ShadowInput final : public InputFile {
     at_ += read;
     return read;
   }
-  void rewind() override { at_ = 0; }
+  void seek(std::uint64_t offset) override { at_ = static_cast<std::size_t>(offset); }
 
  private:
-  const std::string& contents_;
+  std::string_view contents_;
   std::size_t at_ = 0;
 };
 
 class ShadowOutput final : public OutputFile {
  public:
-  explicit ShadowOutput(std::string& contents) : contents_(contents) { contents_.clear(); }
+  explicit ShadowOutput(std::string& contents) : contents_(contents) {}
 
   void write(std::string_view bytes) override { contents_ += bytes; }
   void close() override {}
@@ -38,12 +38,12 @@ class ShadowOutput final : public OutputFile {
 
 std::unique_ptr<InputFile> ShadowFile::openInput(std::string_view path) {
   if (path != path_) return files_.openInput(path);
-  return std::make_unique<ShadowInput>(contents_);
+  return std::make_unique<ShadowInput>(written_ ? *written_ : contents_);
 }
 
 std::unique_ptr<OutputFile> ShadowFile::openReplacement(std::string_view path) {
   if (path != path_) return files_.openReplacement(path);
-  return std::make_unique<ShadowOutput>(contents_);
+  return std::make_unique<ShadowOutput>(written_.emplace());
 }
 
 }  // namespace velk

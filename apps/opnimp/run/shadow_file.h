@@ -1,9 +1,12 @@
-// The machine's files, one of which has other contents than on the disk: a screen that is to see a
-// part of a file views it under the file's own name.
+// The machine's files, one of which has other contents than on the disk: a screen sees the file as
+// it was when the run read it, or a part of it, under the file's own name.
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "platform/native/native_files.h"
 
@@ -11,8 +14,10 @@ namespace velk {
 
 class ShadowFile final : public FileSystem {
  public:
-  /// What is written to `path` from now on stays in memory, and is what is read there.
-  explicit ShadowFile(std::string path) : path_(std::move(path)) {}
+  /// What is read at `path` is `contents`, which live as long; what is written there from now on
+  /// stays in memory, and takes their place.
+  ShadowFile(std::string path, std::string_view contents)
+      : path_(std::move(path)), contents_(contents) {}
 
   std::unique_ptr<InputFile> openInput(std::string_view path) override;
   std::unique_ptr<OutputFile> openAppend(std::string_view path) override {
@@ -25,7 +30,8 @@ class ShadowFile final : public FileSystem {
  private:
   NativeFileSystem files_;
   std::string path_;
-  std::string contents_;
+  std::string_view contents_;
+  std::optional<std::string> written_;
 };
 
 }  // namespace velk

@@ -59,7 +59,7 @@ void SingleImport::prepare(const std::string& database) {
   // Before a record begins, so that no record is cut in two.
   report_.onRecord = [this](std::size_t record) {
     endIfInterrupted();
-    call_.progress.show(record);
+    call_.events.progress().show(record);
   };
 }
 
@@ -96,6 +96,7 @@ void SingleImport::tryTo(Steps steps) {
     (report_.begun() == 0 ? result_.refusal : result_.brokeOff) = refused.what();
   } catch (const RunEnded& ended) {
     result_.brokeOff = ended.why;
+    result_.connectionLost = ended.connectionLost;
   }
 }
 
@@ -125,8 +126,9 @@ void SingleImport::watchDatabase() {
 void SingleImport::import() {
   tryTo([this] {
     endIfInterrupted();
-    if (journal_) journal_->begin(result_, report_, recorder_);
+    if (journal_) beginJournal();
     began_ = true;
+    start_ = std::chrono::steady_clock::now();
     repeatedBefore_ = call_.database->repeatedCalls();
     std::optional<std::size_t> first;
     for (bool done = false; !done;) {
@@ -187,18 +189,20 @@ std::size_t SingleImport::goOn(const RunEnded& ended) {
     change.found = going.found;
     beginAgain(going, change);
   } catch (const RunEnded& failure) {
-    throw RunEnded{ended.why + "; " + failure.why};
+    throw RunEnded{ended.why + "; " + failure.why, ended.connectionLost};
   }
   return wentOnAt_.value();
 }
 
 void SingleImport::beginAgain(const GoingOn& going, const HostChange& change) {
   const std::size_t begun = report_.begun();
+  std::optional<std::size_t> doubtful = going.doubtful;
   if (going.first < begun) {
     recorder_.beginAgain(going.first + ImportScreen::firstDataRow);
     report_.beginAgain(going.first);
   } else if (begun > 0 && report_.record(begun - 1).fate == RecordReport::Fate::Begun) {
     report_.cutOff(change.why + "; " + change.found);
+    doubtful = begun - 1;
   }
   if (going.doubtful) {
     recorder_.doubt(*going.doubtful + ImportScreen::firstDataRow);
@@ -206,6 +210,24 @@ void SingleImport::beginAgain(const GoingOn& going, const HostChange& change) {
   }
   watchDatabase();
   result_.hostChanges.push_back(change);
+  call_.events.hostChanges(result_, change);
+  if (doubtful) tellOf(*doubtful);
+  toldRecords_ = going.first;
+}
+
+/// Of a record that nobody will say the end of any more.
+void SingleImport::tellOf(std::size_t record) {
+  const Traces traces = traceRecords(report_, recorder_, result_.warnings, count());
+  call_.events.recordEnds(result_, record, traces.records[record]);
+}
+
+void SingleImport::beginJournal() {
+  journal_->onEnd = [this](std::size_t record, const RecordTrace& trace) {
+    call_.events.recordEnds(result_, record, trace);
+    toldRecords_ = record + 1;
+  };
+  journal_->begin(result_, report_, recorder_);
+  call_.events.runBegins(result_);
 }
 
 /// With as many records from `first` on as a screen takes.
@@ -217,7 +239,7 @@ void SingleImport::openPart(std::size_t first) {
   partEnd_ = first + std::min(count() - first, kind().largestRecordCount);
   fillContents(first);
   session_.emplace(recorder_, SessionSetup{call_.folder, call_.surroundings.clock, messages(),
-                                           !arguments().dryRun, contents_ ? &*contents_ : nullptr});
+                                           !arguments().dryRun, &*contents_});
   result_.errorLog = session_->errorLogPath();
   recorder_.beginPart(first);
   report_.beginPart(first);
@@ -230,21 +252,20 @@ void SingleImport::openPart(std::size_t first) {
   if (partEnd_ == count()) screenRecords_ = viewedRecords_;
 }
 
-/// What the screen is to find in the file; nothing for all that the file itself holds, so that the
-/// runner's own reading is checked against the screen's.
+/// What the screen is to find in the file: the bytes that the runner has read, whatever became of
+/// the file since. All of them where it may, so that the one reading is checked against the other.
 void SingleImport::fillContents(std::size_t first) {
-  contents_.reset();
+  contents_.emplace(arguments().file, result_.input->bytes());
   const bool isWhole = partEnd_ - first == count() && asPart(*result_.input) == nullptr;
   if (isWhole) return;
   std::vector<std::size_t> records(partEnd_ - first);
   std::iota(records.begin(), records.end(), first);
-  contents_.emplace(arguments().file);
   result_.input->write(*contents_, arguments().file, records);
 }
 
 /// Of a foreseen import only what the screen says of the file is shown.
 MessageHandler SingleImport::messages() {
-  return [this, show = messagesTo(call_.streams.err, call_.progress)](const Message& message) {
+  return [this, show = messagesTo(call_.events)](const Message& message) {
     if (!call_.viewed || !began_) show(message);
   };
 }
@@ -332,9 +353,7 @@ void SingleImport::settle() {
 void SingleImport::tellOfLog() {
   if (!arguments().dryRun || call_.viewed) return;
   if (recorder_.lines().empty() || recorder_.shown().empty()) return;
-  call_.progress.erase();
-  call_.streams.err
-      << "opnimp: a dry run writes no error log; the report has what would be in it.\n";
+  call_.events.notice("a dry run writes no error log; the report has what would be in it.");
 }
 
 void SingleImport::findWarningsNow() {
@@ -376,6 +395,17 @@ void SingleImport::endJournal() {
 void SingleImport::evaluate() {
   if (!result_.passedOver) writeAccount();
   evaluated_ = true;
+  if (!began_) return;
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start_;
+  result_.seconds = took.count();
+}
+
+/// The record that was cut off ends only now.
+void SingleImport::tellOfEnd() {
+  for (; toldRecords_ < report_.begun(); ++toldRecords_) {
+    call_.events.recordEnds(result_, toldRecords_, result_.traces.records[toldRecords_]);
+  }
+  call_.events.runEnds(result_);
 }
 
 void SingleImport::writeAccount() {
@@ -394,6 +424,7 @@ void SingleImport::writeAccount() {
 void SingleImport::drawUp() {
   // Of a refused run, too: the report lists the log lines of the run as a whole.
   result_.traces = traceRecords(report_, recorder_, result_.warnings, count());
+  result_.calls = figuresOf(recorder_);
   if (result_.refused()) return;
   result_.account = drawUpAccount(
       {kind(), *result_.input, result_.mapping, result_.traces, screenRecords_, report_.ended()});

@@ -2,6 +2,7 @@
 // as they take, then what became of them.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -50,6 +51,8 @@ class SingleImport {
   void refuseWith(const std::string& file);
   /// The database does not answer any more.
   void giveUp();
+  /// Last of all.
+  void tellOfEnd();
   /// Writes into the journal, if it is there, that the import ended so.
   void endInJournal(std::string_view why);
 
@@ -57,6 +60,10 @@ class SingleImport {
   bool began() const { return began_; }
   /// Whether the rest of the call may go on.
   bool hasEnded() const { return result_.refused() || !result_.brokeOff.empty(); }
+  /// From 0; empty before the first one. Of a run that stands still.
+  std::optional<std::size_t> recordInHand() const {
+    return report_.begun() == 0 ? std::nullopt : std::optional(report_.begun() - 1);
+  }
   const ImportResult& result() const { return result_; }
   ImportResult& result() { return result_; }
   /// To know those records of opening balances again that will not be skipped for an amount of 0.
@@ -78,7 +85,9 @@ class SingleImport {
   bool canGoOn() const;
   void countRepeated();
   void beginAgain(const struct GoingOn& going, const HostChange& change);
+  void tellOf(std::size_t record);
   void watchDatabase();
+  void beginJournal();
   void openPart(std::size_t first);
   void importPart();
   void fillContents(std::size_t first);
@@ -106,14 +115,16 @@ class SingleImport {
   std::optional<FileJournal> journal_;
   std::optional<WholeRun> whole_;  ///< until it is known what became of the transaction
   // The part whose screen is open: records in a row, as many as it takes.
-  std::size_t partEnd_ = 0;             ///< the record behind its last one
-  std::optional<ShadowFile> contents_;  ///< of a part that is not the whole file
+  std::size_t partEnd_ = 0;  ///< the record behind its last one
+  std::optional<ShadowFile> contents_;
   std::optional<ScreenSession> session_;
   std::size_t viewedEnd_ = 0;               ///< the record behind the last that one viewed
   long long viewedRecords_ = 0;             ///< as the screens counted so far
   std::optional<long long> screenRecords_;  ///< as they counted when all had viewed theirs
   std::size_t repeatedBefore_ = 0;          ///< calls of the connection that are counted already
   std::optional<std::size_t> wentOnAt_;     ///< the record, when the last host was lost
+  std::size_t toldRecords_ = 0;             ///< as events, if they have something to tell
+  std::chrono::steady_clock::time_point start_;
   bool began_ = false;
   bool evaluated_ = false;
 };

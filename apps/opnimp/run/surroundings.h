@@ -28,7 +28,10 @@ struct Surroundings {
       openDatabase;
   /// How long a run that lost its host waits for another one.
   std::chrono::seconds hostPatience{60};
-  std::string stateFolder;   ///< where programs keep what they remember; empty: there is none
+  std::string stateFolder;  ///< where programs keep what they remember; empty: there is none
+  /// The program itself, to ask the database what the run cannot ask while it waits; empty: such
+  /// things stay unknown.
+  std::string program{};
   std::string machineStart;  ///< another text after each start of the machine
 };
 

@@ -9,7 +9,7 @@ namespace velk {
 namespace {
 
 using namespace std::chrono_literals;
-constexpr auto glance = 50ms;  // how often an interrupt is looked for
+constexpr auto glance = 50ms;  // how often it is looked after
 constexpr auto toEnd = 500ms;  // for a run that only has to come to its next record
 constexpr auto toCancel = 1s;  // for the driver to end a statement
 
@@ -21,6 +21,7 @@ bool ends(const std::future<void>& done, std::chrono::milliseconds within) {
 bool awaited(const std::future<void>& done, const WatchedRun& run) {
   while (!ends(done, glance)) {
     if (run.interrupted && run.interrupted()) break;
+    run.look();
   }
   if (ends(done, toEnd)) return true;
   run.gate.close("it was interrupted");

@@ -12,6 +12,7 @@ struct WatchedRun {
   std::function<bool()> interrupted;  ///< asked from another thread than the work's; may be empty
   std::function<void()> cancel;       ///< ends the statement that is running; may be empty
   RunGate& gate;
+  std::function<void()> look;  ///< called many times a second while it runs; must not wait
 };
 
 /// Runs the work in a thread of its own and waits for it. After an interrupt it may end by itself,

@@ -1,0 +1,242 @@
+// Loaded before the C library (LD_PRELOAD): calls of the system that fail as full disks, quotas,
+// rights, broken devices and missing memory make them fail.
+//
+//   FAULT_CALLS   what is counted: "files", "new" or "malloc"
+//   FAULT_FOLDER  of files only those below it, ...
+//   FAULT_BUT     ... and none whose path holds this
+//   FAULT_AT      which call fails, from 1 on; 0 or nothing: none
+//   FAULT_HOW     "once"; "ever": and all that follow; "short": a write takes half, and the rest
+//                 goes on; "torn": a write takes half, and all that follow fail
+//   FAULT_ERROR   the number of the error
+//   FAULT_TRACE   a file that gets a line for each call, and one for the module in which the
+//                 program crashed
+//
+// Nothing here allocates: memory is among what fails.
+#include <dlfcn.h>
+#include <execinfo.h>
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdarg>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace {
+
+using Path = std::array<char, PATH_MAX>;
+
+const char* setting(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+bool isSet(const char* name, const char* to) {
+  return std::strcmp(setting(name), to) == 0;
+}
+
+void append(int file, const char* text) {
+  ::syscall(SYS_write, file, text, std::strlen(text));
+}
+
+/// A line of the trace: "call path".
+void trace(const char* call, const char* path) {
+  const char* const name = setting("FAULT_TRACE");
+  if (*name == 0) return;
+  const auto file = static_cast<int>(
+      ::syscall(SYS_openat, AT_FDCWD, name, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
+  for (const char* part : {call, " ", path, "\n"}) append(file, part);
+  ::syscall(SYS_close, file);
+}
+
+bool isCounted(const char* path) {
+  const char* const folder = setting("FAULT_FOLDER");
+  const char* const but = setting("FAULT_BUT");
+  return isSet("FAULT_CALLS", "files") && std::strncmp(path, folder, std::strlen(folder)) == 0 &&
+         (*but == 0 || std::strstr(path, but) == nullptr);
+}
+
+/// Whether the call that is counted now is to fail.
+bool isDue() {
+  static std::atomic<long> calls{0};
+  const long call = ++calls;
+  const long at = std::atol(setting("FAULT_AT"));
+  const bool goesOn = isSet("FAULT_HOW", "ever") || isSet("FAULT_HOW", "torn");
+  return at > 0 && (call == at || (goesOn && call > at));
+}
+
+/// Counts a call on a file, and sets errno if it is to fail.
+bool fails(const char* call, const char* path) {
+  if (!isCounted(path)) return false;
+  trace(call, path);
+  const bool due = isDue();
+  if (due) errno = std::atoi(setting("FAULT_ERROR"));
+  return due && (std::strcmp(call, "write") == 0 || !isSet("FAULT_HOW", "short"));
+}
+
+bool fails(const char* call, int descriptor) {
+  Path link{};
+  Path path{};
+  std::strcpy(link.data(), "/proc/self/fd/");
+  char* end = link.data() + std::strlen(link.data());
+  for (int place = 1000; place > 0; place /= 10) {
+    if (descriptor >= place || place == 1)
+      *end++ = static_cast<char>('0' + descriptor / place % 10);
+  }
+  const int before = errno;
+  const ssize_t length = ::readlink(link.data(), path.data(), path.size() - 1);
+  errno = before;
+  return length > 0 && fails(call, path.data());
+}
+
+template <class Function>
+Function* real(const char* name) {
+  return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
+
+int opened(const char* path, int flags, mode_t mode) {
+  Path full{};
+  if (*path != '/' && ::getcwd(full.data(), full.size() / 2) != nullptr)
+    std::strcat(full.data(), "/");
+  std::strncat(full.data(), path, full.size() / 2 - 1);
+  if (fails((flags & O_ACCMODE) == O_RDONLY ? "read-open" : "open", full.data())) return -1;
+  return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+}
+
+/// How much of a write is to be done, less than nothing for none.
+ssize_t writable(int file, std::size_t count) {
+  static std::atomic<bool> wasHalf{false};
+  const bool due = fails("write", file);
+  const bool half = isSet("FAULT_HOW", "short") || isSet("FAULT_HOW", "torn");
+  if (due && half && !wasHalf.exchange(true) && count > 1) return static_cast<ssize_t>(count / 2);
+  return due && !isSet("FAULT_HOW", "short") ? -1 : static_cast<ssize_t>(count);
+}
+
+/// Where the program was: the first module that is no part of the language's own.
+void onCrash(int signalNumber) {
+  std::array<void*, 64> frames{};
+  const int count = ::backtrace(frames.data(), frames.size());
+  for (int i = 1; i < count; ++i) {
+    Dl_info module{};
+    if (::dladdr(frames.at(static_cast<std::size_t>(i)), &module) == 0) continue;
+    const char* const name = std::strrchr(module.dli_fname, '/');
+    const char* const shown = name == nullptr ? module.dli_fname : name + 1;
+    bool language = false;
+    for (const char* own : {"libc.", "libstdc++", "libgcc", "libopnimp_system"}) {
+      language = language || std::strncmp(shown, own, std::strlen(own)) == 0;
+    }
+    if (language) continue;
+    trace("crash", shown);
+    break;
+  }
+  std::signal(signalNumber, SIG_DFL);
+  std::raise(signalNumber);
+}
+
+/// Loads what a handler needs while there is memory.
+[[gnu::constructor]] void prepare() {
+  std::array<void*, 1> frame{};
+  ::backtrace(frame.data(), frame.size());
+  if (isSet("FAULT_CALLS", "")) return;
+  for (const int crash : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE}) std::signal(crash, onCrash);
+}
+
+bool memoryFails(const char* kind) {
+  return isSet("FAULT_CALLS", kind) && isDue();
+}
+
+}  // namespace
+
+extern "C" {
+
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* memory, std::size_t size);
+
+void* malloc(std::size_t size) {
+  if (!memoryFails("malloc")) return __libc_malloc(size);
+  errno = ENOMEM;
+  return nullptr;
+}
+void* calloc(std::size_t count, std::size_t size) {
+  if (!memoryFails("malloc")) return __libc_calloc(count, size);
+  errno = ENOMEM;
+  return nullptr;
+}
+void* realloc(void* memory, std::size_t size) {
+  if (!memoryFails("malloc")) return __libc_realloc(memory, size);
+  errno = ENOMEM;
+  return nullptr;
+}
+
+int open(const char* path, int flags, ...) {
+  va_list more;
+  va_start(more, flags);
+  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(more, mode_t) : 0;
+  va_end(more);
+  return opened(path, flags, mode);
+}
+int open64(const char* path, int flags, ...) __attribute__((alias("open")));
+
+ssize_t write(int file, const void* from, std::size_t count) {
+  const ssize_t taken = writable(file, count);
+  return taken < 0 ? -1 : ::syscall(SYS_write, file, from, taken);
+}
+ssize_t pwrite(int file, const void* from, std::size_t count, off_t at) {
+  const ssize_t taken = writable(file, count);
+  return taken < 0 ? -1 : ::syscall(SYS_pwrite64, file, from, taken, at);
+}
+ssize_t pwrite64(int file, const void* from, std::size_t count, off_t at)
+    __attribute__((alias("pwrite")));
+
+// No disk is waited for: the tests would last as long again, and a crash of the machine is not
+// theirs.
+int fsync(int file) {
+  return fails("fsync", file) ? -1 : 0;
+}
+int fdatasync(int file) {
+  return fails("fsync", file) ? -1 : 0;
+}
+
+int ftruncate(int file, off_t length) noexcept {
+  return fails("truncate", file) ? -1 : static_cast<int>(::syscall(SYS_ftruncate, file, length));
+}
+int ftruncate64(int file, off_t length) noexcept __attribute__((alias("ftruncate")));
+
+// A descriptor is gone even if closing it reports an error.
+int close(int file) {
+  const bool failed = fails("close", file);
+  const int error = errno;
+  const auto closed = static_cast<int>(::syscall(SYS_close, file));
+  if (!failed) return closed;
+  errno = error;
+  return -1;
+}
+
+int rename(const char* from, const char* to) noexcept {
+  return fails("rename", to) ? -1 : static_cast<int>(::syscall(SYS_rename, from, to));
+}
+
+}  // extern "C"
+
+void* operator new(std::size_t size) {
+  for (;;) {
+    void* const memory = memoryFails("new") ? nullptr : __libc_malloc(size);
+    if (memory != nullptr) return memory;
+    const std::new_handler handler = std::get_new_handler();
+    if (handler == nullptr) throw std::bad_alloc();
+    handler();
+  }
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
