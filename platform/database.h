@@ -151,7 +151,12 @@ class OwnConnection : public Connection {
   /// Of two servers of one database: the same text if the second one has all that the first one
   /// confirmed. Of one that takes changes.
   virtual std::string history() { return {}; }
-  /// What another connection knows this one by; empty where the engine tells nothing of locks.
+  /// Where the session is, for hasEnded on another connection.
+  virtual std::string place() { return {}; }
+  /// Whether nothing of what a lost connection had sent can take effect any more. False where that
+  /// is not known.
+  virtual bool hasEnded(std::string_view /*session*/, std::string_view /*place*/) { return true; }
+  /// What another connection knows this one by; empty where the engine has no such name.
   virtual std::string session() { return {}; }
   /// Who holds the locks that another connection waits for at this moment.
   virtual LockHolders lockHolders(std::string_view /*session*/) { return {}; }

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
-#include <tuple>
 
 #include "tests/support/fake_database.h"
 #include "tests/support/json_value.h"
@@ -42,7 +41,7 @@ struct HostsWorld : RunnerWorld {
 
   void add(const std::string& name) {
     auto connection = std::make_shared<FakeConnection>();
-    connection->name = "company";
+    connection->database = "company";
     for (const char* start : {"select", "Select", "sp_Check", "Velk_sp_check"}) {
       connection->answerRows(start, {{1}});
     }
@@ -111,6 +110,7 @@ TEST_CASE("hosts: a run goes on at the next one, nothing is lost and nothing is 
     bool promoted = false;  // the second host may lack what the first one confirmed
     std::size_t lags = 0;
     bool canCount = true;
+    bool ended = true;  // the lost session
   };
   const char* const all = "n1 e1 n2 e2 n3 e3 n4 e4";
   const char* const posted = "posted posted posted posted";
@@ -124,6 +124,8 @@ TEST_CASE("hosts: a run goes on at the next one, nothing is lost and nothing is 
       {"the last call", 8, true, "posted posted posted unknown", all, 1},
       {"no look-up", 3, false, "posted unknown posted posted", "n1 e1 n3 e3 n4 e4", 1, 0, false, 0,
        false},
+      {"may still be posted", 3, false, "posted unknown posted posted", "n1 e1 n3 e3 n4 e4", 1, 0,
+       false, 0, true, false},
       // Behind the last note that is there its entry is in doubt; all behind it is posted again.
       {"lacks three calls", 0, false, "posted unknown posted posted", "n1 e1 n2 n3 e3 n4 e4", 1, 4,
        true, 3},
@@ -146,6 +148,7 @@ TEST_CASE("hosts: a run goes on at the next one, nothing is lost and nothing is 
     world.diesLooking = each.diesLooking;
     world.lags = each.lags;
     world.canCount = each.canCount;
+    world.hosts["Driver=b"].connection->ended = each.ended;
     if (each.promoted) world.hosts["Driver=b"].connection->confirmed = "line 2";
     const Ran ran = world.importHosts({"--rejects", world.folder.path("r.csv")});
     CHECK_MESSAGE(ran.status == each.status, (ran.out + ran.err));
@@ -218,11 +221,12 @@ TEST_CASE("hosts: what is begun with") {
          for (auto& [name, host] : w.hosts) host.connection->notReady = "it is a standby";
        },
        4, "Driver=b cannot be used: it is a standby"},
-      {"another database", [](HostsWorld& w) { w.hosts["Driver=b"].connection->name = "other"; }, 4,
+      {"another database",
+       [](HostsWorld& w) { w.hosts["Driver=b"].connection->database = "other"; }, 4,
        "the database Driver=b cannot be used: it is another database"},
       {"not to be told",
        [](HostsWorld& w) {
-         for (auto& [name, host] : w.hosts) host.connection->name.clear();
+         for (auto& [name, host] : w.hosts) host.connection->database.clear();
        },
        4, "cannot be told"},
   };
@@ -244,19 +248,24 @@ TEST_CASE("hosts: an embedded database has none, a file names one a line") {
   CHECK(two.status == 3);
   CHECK(contains(two.err, "company.db has no further host"));
   HostsWorld hosts;
-  for (const auto& [text, status, says] : {std::tuple{"Driver=a\r\n\r\nDriver=b\n", 0, ""},
-                                           {"Driver=a\nb\n", 4, "holds a line that"},
-                                           {"\n", 4, "holds no connection string"}}) {
-    CAPTURE(text);
-    hosts.surroundings.database = hosts.folder.write("hosts", text);
+  struct Case {
+    const char* text;
+    int status;
+    const char* says;
+  };
+  for (const Case& each : {Case{"Driver=a\r\n\r\nDriver=b\n", 0, ""},
+                           {"Driver=a\nb\n", 4, "holds a line that"},
+                           {"\n", 4, "holds no connection string"}}) {
+    CAPTURE(each.text);
+    hosts.surroundings.database = hosts.folder.write("hosts", each.text);
     std::filesystem::permissions(hosts.surroundings.database, std::filesystem::perms::owner_read);
     hosts.effects.clear();
     const std::string file = hosts.folder.write("in.csv", crlf({openingTitles, good1}));
     const Ran ran = hosts.run(
         {"import", "customer-opening", file, "--again", "--app-folder", hosts.folder.path("")});
     std::filesystem::remove(hosts.surroundings.database);
-    CHECK_MESSAGE(ran.status == status, ran.err);
-    CHECK(contains(ran.err, says));
+    CHECK_MESSAGE(ran.status == each.status, ran.err);
+    CHECK(contains(ran.err, each.says));
   }
 }
 

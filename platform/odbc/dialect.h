@@ -67,6 +67,11 @@ struct Dialect {
   /// Answers the same text on another server of the same database only if that has all that this
   /// one confirmed; empty if each of them has.
   std::string_view historyQuery = {};
+  /// Answers where a session is. Empty if hasEndedQuery needs no such answer.
+  std::string_view placeQuery = {};
+  /// Answers 1 if nothing more can come of a session: of what sessionQuery and placeQuery answered
+  /// there, which take the places of its two marks. Empty if that cannot be told.
+  std::string_view hasEndedQuery = {};
   ClusterStatements cluster = {};
   /// The first row that fits counts.
   std::span<const NativeError> errors = {};

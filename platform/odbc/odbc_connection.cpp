@@ -42,6 +42,8 @@ class DriverConnection final : public OwnConnection,
   std::string whyNotReady() override { return answer(session_.dialect().notReadyQuery); }
   std::string history() override { return answer(session_.dialect().historyQuery); }
   std::string session() override { return answer(session_.dialect().sessionQuery); }
+  std::string place() override { return answer(session_.dialect().placeQuery); }
+  bool hasEnded(std::string_view session, std::string_view place) override;
   LockHolders lockHolders(std::string_view session) override;
 
   std::shared_ptr<Recordset> run(CommandType type, std::string_view text,
@@ -355,6 +357,14 @@ std::string DriverConnection::answer(std::string_view query) {
   if (query.empty()) return {};
   const auto row = Execute(query);
   return row->isEOF() ? "" : toText(row->field(0));
+}
+
+bool DriverConnection::hasEnded(std::string_view session, std::string_view place) {
+  const std::string_view query = session_.dialect().hasEndedQuery;
+  if (query.empty() || session.empty()) return false;
+  const auto row =
+      kept(query).execute({{.value = std::string(session)}, {.value = std::string(place)}});
+  return !row->isEOF() && toText(row->field(0)) == "1";
 }
 
 LockHolders DriverConnection::lockHolders(std::string_view session) {

@@ -38,6 +38,11 @@ class WatchedConnection final : public OwnConnection {
     return inner_->isRefused(procedure, parameters);
   }
   std::string whyNotReady() override { return inner_->whyNotReady(); }
+  std::string session() override { return inner_->session(); }
+  std::string place() override { return inner_->place(); }
+  bool hasEnded(std::string_view session, std::string_view place) override {
+    return inner_->hasEnded(session, place);
+  }
   std::size_t repeatedCalls() const override { return inner_->repeatedCalls(); }
   std::string history() override { return inner_->history(); }
 

@@ -1,5 +1,6 @@
 #include "apps/opnimp/run/database_hosts.h"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 #include <utility>
@@ -13,6 +14,8 @@ namespace velk {
 namespace {
 
 constexpr std::chrono::milliseconds betweenTries{200};
+/// More than a cluster takes to give up a node.
+constexpr std::chrono::seconds longestEnd{15};
 
 /// It answers, and will not do now, or not at all.
 [[noreturn]] void cannotUse(const DatabaseChoice& host, const std::string& why) {
@@ -71,7 +74,7 @@ void DatabaseHosts::look(const DatabaseChoice& host, Events& events) {
 }
 
 std::shared_ptr<OwnConnection> DatabaseHosts::openNext() {
-  session_.clear();
+  lostSession_ = std::exchange(session_, {});
   const auto end = std::chrono::steady_clock::now() + surroundings_.hostPatience;
   for (;;) {
     std::string why;
@@ -79,6 +82,7 @@ std::shared_ptr<OwnConnection> DatabaseHosts::openNext() {
       current_ = (current_ + 1) % hosts_.size();
       try {
         const auto opened = openReady(hosts_[current_]);
+        awaitEnd(*opened);
         use(opened);
         return opened;
       } catch (const CannotOpen& failure) {
@@ -121,10 +125,29 @@ void DatabaseHosts::use(const std::shared_ptr<OwnConnection>& opened) {
   }
   connection_ = opened;
   std::string session;
-  // Without it, it stays unknown who keeps the run waiting.
-  trapErrors([&] { session = gate_.pass([&] { return opened->session(); }); },
-             [](const RuntimeError&) {});
+  std::string place;
+  const auto ask = [&] {
+    session = opened->session();
+    if (areSeveral()) place = opened->place();
+  };
+  // Without it, it stays unknown who keeps the run waiting, and whether it has ended.
+  trapErrors([&] { gate_.pass(ask); }, [](const RuntimeError&) {});
   session_ = std::move(session);
+  place_ = std::move(place);
+}
+
+// A server may go on with a statement whose connection is lost, and a cluster with the change of a
+// node that it has not given up yet.
+void DatabaseHosts::awaitEnd(OwnConnection& opened) {
+  const auto end = std::chrono::steady_clock::now() +
+                   std::min<std::chrono::seconds>(longestEnd, surroundings_.hostPatience);
+  const auto ask = [&] {
+    gate_.pass([&] { hasLostEnded_ = opened.hasEnded(lostSession_, place_); });
+  };
+  for (hasLostEnded_ = false;; pause()) {
+    trapErrors(ask, [](const RuntimeError&) {});
+    if (hasLostEnded_ || opened.isLost() || std::chrono::steady_clock::now() >= end) return;
+  }
 }
 
 void DatabaseHosts::pause() const {

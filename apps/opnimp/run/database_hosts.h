@@ -36,6 +36,8 @@ class DatabaseHosts {
   std::shared_ptr<OwnConnection> openNext();
   /// Whether the one that openNext opened has all that the one before it confirmed.
   bool hasAllConfirmed() const { return hasAllConfirmed_; }
+  /// Whether nothing more can come of what was sent to the one before it. Waits for that.
+  bool hasLostEnded() const { return hasLostEnded_; }
 
   /// Ends the statement that is running; from another thread.
   void cancel();
@@ -44,6 +46,7 @@ class DatabaseHosts {
   std::shared_ptr<OwnConnection> openHost(const DatabaseChoice& host);
   std::shared_ptr<OwnConnection> openReady(const DatabaseChoice& host);
   void use(const std::shared_ptr<OwnConnection>& opened);
+  void awaitEnd(OwnConnection& opened);
   void look(const DatabaseChoice& host, Events& events);
   void pause() const;
 
@@ -54,7 +57,10 @@ class DatabaseHosts {
   std::string identity_;  // empty until requireSame
   std::string history_;
   bool hasAllConfirmed_ = true;
+  bool hasLostEnded_ = true;
+  std::string place_;  // of the connection
   std::string session_;
+  std::string lostSession_;
   std::shared_ptr<OwnConnection> connection_;
 };
 

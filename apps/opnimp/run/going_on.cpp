@@ -54,16 +54,19 @@ class Finder {
     const Found found = findNote(cut);
     isComplete_ = found == Found::Some;
     // Behind a note that was confirmed and is not there, nothing is.
-    const bool lost =
-        isConfirmed(*cut.calls.front()) ? !run_.hasAllConfirmed : cut.calls.size() == 1;
+    const bool lost = isConfirmed(*cut.calls.front()) ? !run_.hasAllConfirmed
+                                                      : cut.calls.size() == 1 && run_.hasEnded;
     if (found == Found::None && lost) {
       going_.first = record;
       going_.found = "its document is not there: the record is posted again";
     } else if (found == Found::NotKnown) {
       going_.found = "its document cannot be looked up: the record is left in doubt";
+    } else if (found == Found::Some) {
+      going_.found = "such a document is there: the record is left in doubt";
     } else {
-      going_.found = found == Found::Some ? "such a document is there: the record is left in doubt"
-                                          : "the record is left in doubt";
+      going_.found = run_.hasEnded
+                         ? "the record is left in doubt"
+                         : "the lost session may still go on: the record is left in doubt";
     }
   }
 

@@ -21,6 +21,7 @@ struct LostRun {
   const Recorder& recorder;
   const ImportReport& report;
   bool hasAllConfirmed;  ///< the server that it goes on with has all that the lost one confirmed
+  bool hasEnded;         ///< nothing more can come of what was sent to that one
   bool isFirst;          ///< no earlier run or file can have lost anything with it
 };
 

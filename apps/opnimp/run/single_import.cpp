@@ -179,9 +179,10 @@ std::size_t SingleImport::goOn(const RunEnded& ended) {
     call_.database = call_.hosts->openNext();
     repeatedBefore_ = 0;
     DocumentLookup lookup(*call_.database, kind(), recorder_.gate());
-    const GoingOn going = findGoingOn({recorder_, report_, call_.hosts->hasAllConfirmed(),
-                                       !call_.hasSeveralFiles && result_.resumes == 0},
-                                      lookup);
+    const GoingOn going =
+        findGoingOn({recorder_, report_, call_.hosts->hasAllConfirmed(),
+                     call_.hosts->hasLostEnded(), !call_.hasSeveralFiles && result_.resumes == 0},
+                    lookup);
     if (wentOnAt_ == going.first) throw RunEnded{"a second host was lost at the same record"};
     wentOnAt_ = going.first;
     change.to = call_.hosts->shown();
