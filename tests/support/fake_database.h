@@ -52,7 +52,7 @@ class FakeConnection final : public OwnConnection {
   std::optional<RuntimeError> nextError;        ///< NextRecordset raises it
   std::vector<Diagnostic> said;                 ///< by the driver about failures
   bool lost = false;
-  bool nothingChanged = false;            ///< by a call that fails
+  bool nothingChanged = false;                ///< by a call that fails
   std::string notReady, confirmed, database;  ///< whyNotReady, history and identity
 
   /// The procedure calls so far, described.
