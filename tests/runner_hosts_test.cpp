@@ -179,7 +179,7 @@ TEST_CASE("hosts: a run does not go on where it must not") {
        "it is a standby"},
       {"both at one record",
        [](HostsWorld& w) {
-         const auto second = w.hosts["Driver=b"].connection;
+         FakeConnection* const second = w.hosts["Driver=b"].connection.get();
          second->onCall = [&w, second, answer = second->onCall](const FakeCall& call) {
            if (call.text.starts_with("sp_insert")) w.lose("Driver=b", *second);
            answer(call);
