@@ -37,7 +37,7 @@ std::shared_ptr<OwnConnection> DatabaseHosts::open() {
   std::string why;
   for (current_ = 0; current_ < hosts_.size(); ++current_) {
     try {
-      const auto opened = areSeveral() ? openReady(hosts_[current_]) : openHost(hosts_[current_]);
+      auto opened = areSeveral() ? openReady(hosts_[current_]) : openHost(hosts_[current_]);
       use(opened);
       return opened;
     } catch (const CannotOpen& failure) {
@@ -81,7 +81,7 @@ std::shared_ptr<OwnConnection> DatabaseHosts::openNext() {
     for (std::size_t tried = 0; tried < hosts_.size(); ++tried) {
       current_ = (current_ + 1) % hosts_.size();
       try {
-        const auto opened = openReady(hosts_[current_]);
+        auto opened = openReady(hosts_[current_]);
         awaitEnd(*opened);
         use(opened);
         return opened;
@@ -101,7 +101,7 @@ std::shared_ptr<OwnConnection> DatabaseHosts::openHost(const DatabaseChoice& hos
 
 /// Raises CannotOpen for one that takes no changes, or is another database.
 std::shared_ptr<OwnConnection> DatabaseHosts::openReady(const DatabaseChoice& host) {
-  const auto opened = openHost(host);
+  auto opened = openHost(host);
   trapErrors(
       [&] {
         gate_.pass([&] {

@@ -73,19 +73,22 @@ class Finder {
   // Servers take changes over in the order in which they were confirmed: what is there tells that
   // all before it is. Behind the last document that is there, its account entry may be missing.
   void lookBack() {
+    const bool hasPosted = !posted_.empty();
     std::size_t missing = 0;
-    for (auto record = posted_.rbegin(); record != posted_.rend(); ++record) {
-      if (record->calls.front()->result == CallResult::Failed) continue;  // it has no document
-      const Found found = findNote(*record);
+    while (!posted_.empty() && !going_.doubtful) {
+      const Posted last = std::move(posted_.back());
+      posted_.pop_back();
+      if (last.calls.front()->result == CallResult::Failed) continue;  // it has no document
+      const Found found = findNote(last);
       if (found == Found::NotKnown) endRun();
       if (found == Found::Some) {
-        going_.doubtful = record->record;
-        break;
+        going_.doubtful = last.record;
+      } else {
+        ++missing;
+        going_.first = last.record;
       }
-      ++missing;
-      going_.first = record->record;
     }
-    if (!going_.doubtful && !posted_.empty() && !run_.isFirst) endRun();
+    if (!going_.doubtful && hasPosted && !run_.isFirst) endRun();
     if (missing > 0) {
       say(counted(missing, "record", "records") +
           " that the lost server had confirmed are not there, and are posted again");
