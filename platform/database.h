@@ -139,6 +139,8 @@ class Connection {
   /// True once the connection is gone, or given up because nobody knows any more where it stands: a
   /// call may or may not have taken effect, and nothing more can be asked.
   virtual bool isLost() const { return false; }
+  /// How often a call was made again that had met another session's change and was taken back.
+  virtual std::size_t repeatedCalls() const { return 0; }
 };
 
 /// A parameter of a procedure, as the engine's catalogue has it.
@@ -202,7 +204,17 @@ class OwnConnection : public Connection {
   virtual std::vector<CatalogueParameter> parametersOf(std::string_view /*procedure*/) {
     return {};
   }
-  /// What another connection knows this one by; empty where the engine tells nothing of locks.
+  /// Why the server takes no changes now, although it answers; empty if it takes them.
+  virtual std::string whyNotReady() { return {}; }
+  /// Of two servers of one database: the same text if the second one has all that the first one
+  /// confirmed. Of one that takes changes.
+  virtual std::string history() { return {}; }
+  /// Where the session is, for hasEnded on another connection.
+  virtual std::string place() { return {}; }
+  /// Whether nothing of what a lost connection had sent can take effect any more. False where that
+  /// is not known.
+  virtual bool hasEnded(std::string_view /*session*/, std::string_view /*place*/) { return true; }
+  /// What another connection knows this one by; empty where the engine has no such name.
   virtual std::string session() { return {}; }
   /// Who holds the locks that another connection waits for at this moment.
   virtual LockHolders lockHolders(std::string_view /*session*/) { return {}; }

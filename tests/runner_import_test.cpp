@@ -92,7 +92,7 @@ TEST_CASE("the command line and what it opens decide the exit status") {
       {{"import", kind, in, "--wait", "0"}, 3, "--wait"},
       {{"import", kind, in, "--wait", "soon"}, 3, "--wait"},
       {{"import", kind, in, "--database", ""}, 3, "empty"},
-      {{"import", kind, in, "--database", "a", "--database", "b"}, 3, "received 2"},
+      {{"import", kind, in, "--database", "a", "--database", "b"}, 3, "has no further host"},
       {{"import", "--map", "Balance", kind, in}, 3, "--map takes"},
       {{"import", kind, in, "--rejects", in}, 3, "write over the file"},
       {{"import", kind, rest, "--rejects", world.folder.path("r.csv")}, 3, "write over the file"},

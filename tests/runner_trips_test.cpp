@@ -98,13 +98,13 @@ TEST_CASE("trips: what a record waits for its server") {
 }
 
 /// What a run said of its records when an answer was lost, held against what is on the server.
-struct Truth {
+struct TripsTruth {
   std::string reason;  ///< of the record in doubt
   double entered = 0;  ///< by the records that are posted
 };
 
-Truth truthOf(const Json& report, TripsWorld& world, int count) {
-  Truth truth;
+TripsTruth truthOf(const Json& report, TripsWorld& world, int count) {
+  TripsTruth truth;
   for (int record = 0; record < count; ++record) {
     const std::string path = "records[" + std::to_string(record) + "].";
     const std::string outcome = report.at(path + "outcome");
@@ -136,7 +136,7 @@ TEST_CASE("trips: of a record whose answer is lost only what is known is said") 
       const Json report = world.import(proxy.connectionString(), file);
       CAPTURE(report.outcomes());
       CHECK(report.at("account.addsUp") == "true");
-      const Truth truth = truthOf(report, world, count);
+      const TripsTruth truth = truthOf(report, world, count);
       // What may have taken effect is told, and both calls are where both did.
       CHECK((truth.reason == "" || contains(truth.reason, "itNote had no answer")));
       if (world.entries() - before != doctest::Approx(truth.entered)) {

@@ -51,6 +51,19 @@ struct NativeError {
   std::string_view reported = {};  ///< the driver's state; empty for a general one, HY000 or 01000
 };
 
+/// What differs on a node of a cluster, where a change can meet another node's when it is committed
+/// and is taken back then.
+struct ClusterStatements {
+  std::string_view isNode = {};   ///< answers 1 on a node; empty if there are no such clusters
+  std::string_view opening = {};  ///< run on each new connection to one that takes changes
+  /// What stands around the call of a procedure, which runs in one transaction by that.
+  std::string_view begin = {};
+  std::string_view commit = {};
+  std::string_view rollback = {};
+  /// Answers 1 if the connection has committed nothing since it began.
+  std::string_view committedNothing = {};
+};
+
 /// Before every date that can be read.
 inline constexpr Date anyDate{-1e9};
 
@@ -70,6 +83,18 @@ struct Dialect {
   /// where the names of server and database are enough to know it again.
   std::string_view identityQuery = {};
   std::span<const std::string_view> makeIdentity = {};
+  /// Answers why the server takes no changes now, an empty text if it takes them; empty if that is
+  /// not known.
+  std::string_view notReadyQuery = {};
+  /// Answers the same text on another server of the same database only if that has all that this
+  /// one confirmed; empty if each of them has.
+  std::string_view historyQuery = {};
+  /// Answers where a session is. Empty if hasEndedQuery needs no such answer.
+  std::string_view placeQuery = {};
+  /// Answers 1 if nothing more can come of a session: of what sessionQuery and placeQuery answered
+  /// there, which take the places of its two marks. Empty if that cannot be told.
+  std::string_view hasEndedQuery = {};
+  ClusterStatements cluster = {};
   /// The first row that fits counts.
   std::span<const NativeError> errors = {};
   std::int32_t errorCodeBits = -1;  ///< of a native code, those that `errors` knows

@@ -77,13 +77,53 @@ constexpr PairedCallsDialect mariadbPairs{
     .after = "; END",
 };
 
+// The view of the cluster is part of it: its number and how many nodes are in it.
+constexpr std::string_view mariadbPlace =
+    "SELECT concat(@@server_uid, '|', coalesce(max(CASE variable_name WHEN 'WSREP_CLUSTER_CONF_ID' "
+    "THEN variable_value END), ''), '|', coalesce(max(CASE variable_name WHEN "
+    "'WSREP_CLUSTER_SIZE' THEN variable_value END), '')) FROM information_schema.global_status "
+    "WHERE variable_name IN ('WSREP_CLUSTER_CONF_ID', 'WSREP_CLUSTER_SIZE')";
+
+// On the same server the session is gone; of another node nothing comes any more when a later view
+// of the cluster has fewer nodes.
+constexpr std::string_view mariadbHasEnded =
+    "SELECT CASE WHEN substring_index(lost.place, '|', 1) = @@server_uid THEN NOT EXISTS (SELECT 1 "
+    "FROM information_schema.processlist WHERE id = lost.session) ELSE (SELECT variable_value + 0 "
+    "FROM information_schema.global_status WHERE variable_name = 'WSREP_CLUSTER_CONF_ID') > "
+    "substring_index(substring_index(lost.place, '|', 2), '|', -1) + 0 AND (SELECT variable_value "
+    "+ 0 FROM information_schema.global_status WHERE variable_name = 'WSREP_CLUSTER_SIZE') < "
+    "substring_index(lost.place, '|', -1) + 0 END FROM (SELECT ? AS session, ? AS place) AS lost";
+
 }  // namespace
 
 constinit const Dialect mariadbDialect{
     .statements = mariadbStatements,
     .timeLimit = timeLimit,
     .readOnly = "SET SESSION TRANSACTION READ ONLY",
-    .identityQuery = "SELECT concat(@@server_uid, '/', database())",
+    // The nodes of a cluster are one database. One that has never joined it is none.
+    .identityQuery =
+        "SELECT concat(CASE coalesce(max(variable_value), '') WHEN '' THEN @@server_uid WHEN "
+        "'00000000-0000-0000-0000-000000000000' THEN NULL ELSE max(variable_value) END, '/', "
+        "database()) FROM information_schema.global_status WHERE variable_name = "
+        "'WSREP_CLUSTER_STATE_UUID'",
+    // Only from this view, which a node answers that is cut off from its cluster.
+    .notReadyQuery =
+        "SELECT CASE WHEN max(variable_name = 'WSREP_CLUSTER_STATE_UUID' AND variable_value <> '') "
+        "= 1 AND max(variable_name = 'WSREP_READY' AND variable_value = 'ON') = 0 THEN "
+        "'it is not in its cluster now' WHEN @@read_only THEN 'it is read-only' ELSE '' END FROM "
+        "information_schema.global_status WHERE variable_name IN ('WSREP_CLUSTER_STATE_UUID', "
+        "'WSREP_READY')",
+    .placeQuery = mariadbPlace,
+    .hasEndedQuery = mariadbHasEnded,
+    // What another node has committed is there before a look-up is answered. The second setting of
+    // the mode commits.
+    .cluster = {.isNode = "SELECT count(*) FROM information_schema.global_status WHERE "
+                          "variable_name = 'WSREP_CLUSTER_STATE_UUID' AND variable_value <> ''",
+                .opening = "SET SESSION wsrep_sync_wait = 1",
+                .begin = "SET @opnimp_before = WSREP_LAST_WRITTEN_GTID(), autocommit = 0",
+                .commit = "SET autocommit = 1",
+                .rollback = "ROLLBACK",
+                .committedNothing = "SELECT @opnimp_before = WSREP_LAST_WRITTEN_GTID()"},
     .errors = mariadbErrors,
     .callBefore = "CALL ",
     .callAfter = {},

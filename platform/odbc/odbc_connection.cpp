@@ -26,7 +26,9 @@ class DriverConnection final : public OwnConnection,
       : session_(connectionString, options),
         sendsPairs_(!options.oneByOne),
         procedures_(session_),
-        pairs_(session_) {}
+        pairs_(session_) {
+    joinCluster();
+  }
   ~DriverConnection() override;
 
   std::shared_ptr<Recordset> Execute(std::string_view text) override;
@@ -38,6 +40,7 @@ class DriverConnection final : public OwnConnection,
   bool isRefused(std::string_view procedure, std::size_t parameters) override;
   bool isLost() const override { return session_.isLost(); }
   std::vector<Value> askTogether(std::span<const std::string> queries) override;
+  std::size_t repeatedCalls() const override { return repeatedCalls_; }
   void cancel() override { session_.cancel(); }
   void beginTransaction() override;
   void rollback() override { endTransaction(SQL_ROLLBACK); }
@@ -48,7 +51,11 @@ class DriverConnection final : public OwnConnection,
   std::string identity(bool mayStore) override;
   DatabaseFacts facts() override;
   std::vector<CatalogueParameter> parametersOf(std::string_view procedure) override;
-  std::string session() override;
+  std::string whyNotReady() override { return answer(session_.dialect().notReadyQuery); }
+  std::string history() override { return answer(session_.dialect().historyQuery); }
+  std::string session() override { return answer(session_.dialect().sessionQuery); }
+  std::string place() override { return answer(session_.dialect().placeQuery); }
+  bool hasEnded(std::string_view session, std::string_view place) override;
   LockHolders lockHolders(std::string_view session) override;
 
   std::shared_ptr<Recordset> run(CommandType type, std::string_view text,
@@ -57,6 +64,12 @@ class DriverConnection final : public OwnConnection,
  private:
   /// Each row's first field; nothing if the engine refuses the query, or there is none.
   std::vector<std::string> texts(std::string_view query);
+  void joinCluster();
+  std::shared_ptr<Recordset> callOnNode(std::string_view name,
+                                        const std::vector<CommandParameter>& parameters);
+  bool takeBack();
+  /// The first field of the first row as text; empty without a row, or without a query.
+  std::string answer(std::string_view query);
   /// Empty where none is stored.
   std::string storedIdentity();
   std::shared_ptr<Recordset> call(std::string_view name,
@@ -79,6 +92,9 @@ class DriverConnection final : public OwnConnection,
   std::map<std::string, bool, std::less<>> refused_;
   bool inTransaction_ = false;
   bool changedNothing_ = false;
+  bool isOnNode_ = false;     // of a cluster
+  bool isTakenBack_ = false;  // the call that failed, and nothing of it was committed
+  std::size_t repeatedCalls_ = 0;
 };
 
 class OdbcCommand final : public Command {
@@ -165,7 +181,7 @@ std::unique_ptr<Command> DriverConnection::newCommand() {
 // Within a transaction no call has a commit of its own.
 std::unique_ptr<CallPair> DriverConnection::postBoth(const ProcedureCall& first,
                                                      const ProcedureCall& second) {
-  const bool mayPair = sendsPairs_ && !inTransaction_ && !session_.isLost();
+  const bool mayPair = sendsPairs_ && !isOnNode_ && !inTransaction_ && !session_.isLost();
   PreparedStatement* const statement = mayPair ? pairs_.find(first, second) : nullptr;
   if (statement == nullptr) return Connection::postBoth(first, second);
   PairOwner owner{
@@ -183,6 +199,7 @@ std::shared_ptr<Recordset> DriverConnection::run(CommandType type, std::string_v
     return PreparedStatement(session_, text).execute(parameters);
   }
   session_.setSent(OdbcSession::Sent::Nothing);
+  isTakenBack_ = false;
   try {
     return call(text, parameters);
   } catch (const RuntimeError& error) {
@@ -194,7 +211,59 @@ std::shared_ptr<Recordset> DriverConnection::run(CommandType type, std::string_v
 std::shared_ptr<Recordset> DriverConnection::call(std::string_view name,
                                                   const std::vector<CommandParameter>& parameters) {
   if (session_.dialect().hasProcedureTable) return procedures_.call(name, parameters);
+  if (isOnNode_ && !inTransaction_) return callOnNode(name, parameters);
   return procedure(name, parameters.size()).execute(parameters);
+}
+
+// A server that does not understand the question is no node.
+void DriverConnection::joinCluster() {
+  const ClusterStatements& cluster = session_.dialect().cluster;
+  trapErrors([&] { isOnNode_ = answer(cluster.isNode) == "1"; }, [](const RuntimeError&) {});
+  if (isOnNode_ && whyNotReady().empty()) session_.executeNative(cluster.opening);
+}
+
+/// What a later statement of the call met is thrown: in a transaction of ours nothing of it stays.
+void raiseLateError(std::shared_ptr<Recordset> result) {
+  while (result != nullptr) result = result->NextRecordset();
+}
+
+// The whole call runs in one transaction: one that met another node's change is made again, if the
+// procedure itself has committed nothing.
+std::shared_ptr<Recordset> DriverConnection::callOnNode(
+    std::string_view name, const std::vector<CommandParameter>& parameters) {
+  constexpr int mostTries = 10;
+  const ClusterStatements& cluster = session_.dialect().cluster;
+  for (int tries = 1;; ++tries) {
+    bool met = false;
+    session_.executeNative(cluster.begin);
+    try {
+      const auto results = procedure(name, parameters.size()).execute(parameters);
+      raiseLateError(results);
+      session_.executeNative(cluster.commit);
+      return results;
+    } catch (const RuntimeError&) {
+      const std::vector<Diagnostic> said = session_.diagnostics();
+      met = !said.empty() && said.front().state == "40001";
+      isTakenBack_ = !session_.isLost() && takeBack();
+      session_.setDiagnostics(said);
+      if (!isTakenBack_ || !met || tries == mostTries) throw;
+    }
+    ++repeatedCalls_;
+  }
+}
+
+/// Whether nothing of the call that failed is there for certain.
+bool DriverConnection::takeBack() {
+  const ClusterStatements& cluster = session_.dialect().cluster;
+  bool nothing = false;
+  trapErrors(
+      [&] {
+        session_.executeNative(cluster.rollback);
+        session_.executeNative(cluster.commit);
+        nothing = answer(cluster.committedNothing) == "1";
+      },
+      [this](const RuntimeError&) { session_.giveUp(); });
+  return nothing;
 }
 
 bool DriverConnection::isRefused(std::string_view procedure, std::size_t parameters) {
@@ -230,7 +299,9 @@ bool isOfEngine(const std::vector<Diagnostic>& diagnostics) {
 // atomic.
 bool DriverConnection::isKnownToChangeNothing(std::string_view name, std::size_t parameters,
                                               const RuntimeError& error) const {
-  if (session_.isLost() || session_.sent() == OdbcSession::Sent::Done) return false;
+  if (session_.isLost()) return false;
+  if (isTakenBack_) return true;
+  if (session_.sent() == OdbcSession::Sent::Done) return false;
   if (session_.sent() == OdbcSession::Sent::Nothing) return true;
   if (hasAtomicCalls(session_, name)) return isOfEngine(session_.diagnostics());
   // These come from within a call that runs, or from a server that does not answer.
@@ -339,9 +410,18 @@ std::vector<CatalogueParameter> DriverConnection::parametersOf(std::string_view 
   return catalogueParameters(session_, procedure);
 }
 
-std::string DriverConnection::session() {
-  const std::string_view query = session_.dialect().sessionQuery;
-  return query.empty() ? "" : toText(Execute(query)->field(0));
+std::string DriverConnection::answer(std::string_view query) {
+  if (query.empty()) return {};
+  const auto row = Execute(query);
+  return row->isEOF() ? "" : toText(row->field(0));
+}
+
+bool DriverConnection::hasEnded(std::string_view session, std::string_view place) {
+  const std::string_view query = session_.dialect().hasEndedQuery;
+  if (query.empty() || session.empty()) return false;
+  const auto row =
+      kept(query).execute({{.value = std::string(session)}, {.value = std::string(place)}});
+  return !row->isEOF() && toText(row->field(0)) == "1";
 }
 
 LockHolders DriverConnection::lockHolders(std::string_view session) {
@@ -363,10 +443,7 @@ LockHolders DriverConnection::lockHolders(std::string_view session) {
 
 std::string DriverConnection::storedIdentity() {
   std::string id;
-  const auto read = [&] {
-    const auto row = Execute(session_.dialect().identityQuery);
-    if (!row->isEOF()) id = toText(row->field(0));
-  };
+  const auto read = [&] { id = answer(session_.dialect().identityQuery); };
   // Without the table there is no id.
   trapErrors(read, [](const RuntimeError& error) {
     if (!error.is(ErrorNumber::NoSuchTable)) throw RuntimeError(error);

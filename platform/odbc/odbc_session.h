@@ -5,6 +5,7 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/odbc/engines.h"
@@ -40,6 +41,10 @@ class OdbcSession {
   void addDiagnostics(SQLHANDLE statement) { add(SQL_HANDLE_STMT, statement); }
 
   const std::vector<Diagnostic>& diagnostics() const { return diagnostics_; }
+  /// Those of an earlier failure, what was asked since being of no account.
+  void setDiagnostics(std::vector<Diagnostic> diagnostics) {
+    diagnostics_ = std::move(diagnostics);
+  }
   bool isLost() const { return lost_; }
   /// The connection is in no known state and must not be used any more.
   void giveUp() { lost_ = true; }

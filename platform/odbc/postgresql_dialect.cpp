@@ -73,6 +73,19 @@ std::string lockLimit(const OdbcOptions& options) {
   return seconds <= 0 ? "" : "SET lock_timeout = '" + std::to_string(seconds) + "s'";
 }
 
+// A standby that takes over begins a new line of changes; a server that confirms them before they
+// are on its disk may lose some whenever it is ended.
+constexpr std::string_view postgresqlHistory =
+    "SELECT substr(pg_walfile_name(pg_current_wal_lsn()), 1, 8) || CASE WHEN "
+    "current_setting('synchronous_commit') = 'off' THEN '/' || pg_postmaster_start_time() ELSE '' "
+    "END";
+
+// What was sent elsewhere cannot come into another line.
+constexpr std::string_view postgresqlHasEnded =
+    "SELECT CASE WHEN substr(pg_walfile_name(pg_current_wal_lsn()), 1, 8) <> substr(lost.place, 1, "
+    "8) THEN 1 WHEN EXISTS (SELECT 1 FROM pg_stat_activity WHERE pid::text = lost.session) THEN 0 "
+    "ELSE 1 END FROM (SELECT ?::text AS session, ?::text AS place) AS lost";
+
 }  // namespace
 
 constinit const Dialect postgresqlDialect{
@@ -83,6 +96,13 @@ constinit const Dialect postgresqlDialect{
     // not.
     .identityQuery =
         "SELECT system_identifier || '/' || current_database() FROM pg_control_system()",
+    .notReadyQuery =
+        "SELECT CASE WHEN pg_is_in_recovery() THEN 'it is a standby, which takes no changes' WHEN "
+        "current_setting('default_transaction_read_only') = 'on' THEN 'it is read-only' ELSE '' "
+        "END",
+    .historyQuery = postgresqlHistory,
+    .placeQuery = postgresqlHistory,
+    .hasEndedQuery = postgresqlHasEnded,
     .errors = postgresqlErrors,
     .callBefore = "CALL ",
     .callAfter = {},

@@ -125,6 +125,13 @@ VALUES
   ('HandHeld DS', 'YES', 2, 1, 'GR1', 1),
   ('HandHeld DS', 'NO', 2, 1, 'GR1', 1);
 
--- By the numbers that the rows above were given, from 1.
+-- By names: which numbers the rows above were given is the engine's choice.
 INSERT INTO DStype_Details (SalesmanID, DSTypeID)
-VALUES (1, 1), (1, 7), (2, 2), (2, 8), (3, 1), (4, 3), (5, 2), (5, 7), (6, 1), (6, 8), (8, 3);
+SELECT SalesmanID, DSTypeID FROM Salesman, DSType_Master
+WHERE (Salesman_name = 'Anil Kamble' AND DSTypeValue IN ('Retail', 'YES'))
+  OR (Salesman_name = 'Bhaskar Rao' AND DSTypeValue IN ('Wholesale', 'NO'))
+  OR (Salesman_name = 'Dilip Sawant' AND DSTypeValue = 'Retail')
+  OR (Salesman_name = 'Ganpat Shelar' AND DSTypeValue = 'Rural')
+  OR (Salesman_name = 'Joseph D''Silva' AND DSTypeValue IN ('Wholesale', 'YES'))
+  OR (Salesman_name = 'Kiran Pawar' AND DSTypeValue IN ('Retail', 'NO'))
+  OR (Salesman_name = 'Noël Pinto' AND DSTypeValue = 'Rural');

@@ -91,16 +91,15 @@ void dropCompany(OwnConnection& connection) {
   }
 }
 
-/// With other values for some of its settings.
-std::string with(std::string connectionString, std::initializer_list<const char*> settings) {
-  for (const std::string setting : settings) {
+}  // namespace
+
+std::string with(std::string connectionString, std::initializer_list<std::string> settings) {
+  for (const std::string& setting : settings) {
     const std::string name = setting.substr(0, setting.find('=') + 1);
     connectionString = std::regex_replace(connectionString, std::regex(name + "[^;]*"), setting);
   }
   return connectionString;
 }
-
-}  // namespace
 
 const std::vector<TestEngine>& testEngines() {
   static const std::vector<TestEngine> engines = present();

@@ -24,6 +24,9 @@ struct TestEngine {
 
 const std::vector<TestEngine>& testEngines();
 
+/// With other values for some of its settings.
+std::string with(std::string connectionString, std::initializer_list<std::string> settings);
+
 /// The sample company in an engine, made anew; what imports into it in a test.
 class EngineCompany {
  public:

@@ -52,7 +52,8 @@ class FakeConnection final : public OwnConnection {
   std::optional<RuntimeError> nextError;        ///< NextRecordset raises it
   std::vector<Diagnostic> said;                 ///< by the driver about failures
   bool lost = false;
-  bool nothingChanged = false;  ///< by a call that fails
+  bool nothingChanged = false;                ///< by a call that fails
+  std::string notReady, confirmed, database;  ///< whyNotReady, history and identity
 
   /// The procedure calls so far, described.
   std::vector<std::string> procedureCalls() const {
@@ -78,6 +79,11 @@ class FakeConnection final : public OwnConnection {
   std::vector<Diagnostic> diagnostics() const override { return said; }
   bool isLost() const override { return lost; }
   bool changedNothing() const override { return nothingChanged; }
+  bool ended = true;  ///< hasEnded
+  bool hasEnded(std::string_view /*session*/, std::string_view /*place*/) override { return ended; }
+  std::string whyNotReady() override { return notReady; }
+  std::string history() override { return confirmed; }
+  std::string identity(bool /*mayStore*/) override { return database; }
 
  private:
   struct FakeRecordset final : Recordset {

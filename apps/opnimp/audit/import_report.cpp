@@ -1,6 +1,7 @@
 #include "apps/opnimp/audit/import_report.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include "mapping/import_run.h"
 
@@ -23,6 +24,12 @@ void ImportReport::beginStep() {
   stop_.clear();
   stopError_.reset();
   lastError_.clear();
+}
+
+void ImportReport::cutOff(std::string why) {
+  RecordReport& record = records_.back();
+  record.fate = RecordReport::Fate::Stopped;
+  record.texts.push_back(std::move(why));
 }
 
 void ImportReport::refused(const Finding& why, std::size_t row, std::string_view text) {

@@ -54,6 +54,10 @@ class ImportReport final : public ImportObserver {
   const std::string& lastError() const { return lastError_; }
   bool ended() const { return ended_; }
   bool exported() const { return exported_; }
+  /// The record that was begun last was cut off, for a reason that the user reads.
+  void cutOff(std::string why);
+  /// Forgets the records from that position on: they begin again.
+  void beginAgain(std::size_t position) { records_.resize(position); }
   /// Forgets refusal, stop and errors so far: what comes next is another step.
   void beginStep();
 

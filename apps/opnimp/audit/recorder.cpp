@@ -121,6 +121,20 @@ void Recorder::settle(Changes changes) {
   settleCalls(calls_, changes);
 }
 
+void Recorder::beginAgain(std::size_t row) {
+  std::erase_if(calls_, [&](const RecordedCall& call) { return call.row >= row; });
+  const auto detach = [&](auto& item) {
+    if (item.row >= row) item.row = 0;
+  };
+  std::ranges::for_each(lines_, detach);
+  std::ranges::for_each(messages_, detach);
+}
+
+void Recorder::doubt(std::size_t row) {
+  const auto last = std::ranges::find(calls_.rbegin(), calls_.rend(), row, &RecordedCall::row);
+  if (last != calls_.rend()) last->changes = Changes::NotKnown;
+}
+
 void Recorder::callRefused(std::size_t call, const RuntimeError& error) {
   calls_[call].error = CallError{error.number(), error.description(), {}};
   calls_[call].result = CallResult::Failed;

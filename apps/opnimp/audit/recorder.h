@@ -126,6 +126,11 @@ class Recorder : private ErrorLog {
   void lookForLeft();
   /// What became of that transaction.
   void settle(Changes changes);
+  /// The records from that row on begin again, none of their calls having taken effect: these are
+  /// forgotten, and what was logged and shown belongs to the run as a whole.
+  void beginAgain(std::size_t row);
+  /// Whether the last call of the record in that row stays is not known any more.
+  void doubt(std::size_t row);
   Changes changes() const { return changes_; }
 
   RunGate& gate() { return gate_; }

@@ -18,7 +18,9 @@ const std::string databaseHelp =
     "an ODBC connection string, or the path of an embedded database;\n"
     "else the environment variable OPNIMP_DATABASE has one of these,\n"
     "or the path of a file with a connection string that only its\n"
-    "owner may read, which keeps a password out of process lists";
+    "owner may read, which keeps a password out of process lists;\n"
+    "repeated, or a line each in that file: the hosts of one database,\n"
+    "and a run that loses one goes on at the next";
 const std::string mapHelp =
     "map a column of the file, by its title or as #N for the Nth, to a\n"
     "field; on top of those whose titles match; may be repeated";
@@ -234,10 +236,14 @@ class CommandLine {
 
   void addRecordOptions(CLI::App* import, CLI::App* preview, CLI::App* exporting,
                         CLI::App* checking) {
-    addText({import, exporting, checking}, "--database", "STRING", arguments_.database,
-            databaseHelp);
-    addText({preview}, "--database", "STRING", arguments_.database,
-            "whose procedures are asked how long texts may be; else none is");
+    // Without allow_extra_args(false), one would take all the arguments that follow it.
+    for (CLI::App* const command : {import, exporting, checking}) {
+      addText(*command, "--database", "STRING", arguments_.databases, databaseHelp)
+          ->allow_extra_args(false);
+    }
+    addText(*preview, "--database", "STRING", arguments_.databases,
+            "whose procedures are asked how long texts may be; else none is")
+        ->allow_extra_args(false);
     addWait({import, preview, exporting, checking});
     addMap({import, preview});
     addAccept({import, preview});

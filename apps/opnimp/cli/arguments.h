@@ -37,8 +37,8 @@ struct Arguments {
   const ImportKind* kind = nullptr;
   std::vector<const ImportKind*> kinds;  ///< to check the database for; empty: all
   std::string file;  ///< to export to, the database to make; of eachFile the one to import
-  std::vector<std::string> files;  ///< to import or preview
-  std::optional<std::string> database;
+  std::vector<std::string> files;      ///< to import or preview
+  std::vector<std::string> databases;  ///< the hosts of one; empty: the environment names it
   std::vector<MapOption> maps;
   std::vector<std::string> accept;  ///< codes of harmful warnings, or "all"
   std::optional<std::string> rejects;

@@ -16,9 +16,8 @@ class IndexBuilder {
 
   void take(EntryType type, EntryReader payload) {
     if (type == EntryType::RunBegun) return begin(readRunStart(payload));
-    RunSummary& run = current();
     if (type == EntryType::RecordBegun) {
-      run.begun = recordOf(payload.number()) + 1;
+      beginRecord(recordOf(payload.number()));
     } else if (type == EntryType::RecordEnded) {
       setOutcome(readRecordOutcome(payload));
     } else {
@@ -43,6 +42,13 @@ class IndexBuilder {
     run.outcomes.resize(start.records.size());
     run.powerLost = start.machineStart != machineStart_ || machineStart_.empty();
     run.start = std::move(start);
+  }
+
+  /// What was said of it and of those behind it counts no more.
+  void beginRecord(std::size_t record) {
+    RunSummary& run = current();
+    for (std::size_t later = record; later < run.begun; ++later) run.outcomes[later].reset();
+    run.begun = record + 1;
   }
 
   void setOutcome(const std::pair<std::size_t, Outcome>& ended) {
@@ -147,6 +153,9 @@ JournaledRun readRun(const KeptFile& file, std::uint64_t number) {
       // Its number comes first, so that the others need not be read as a whole.
       within = EntryReader(payload).number() == number;
       if (within) run.start = readRunStart(EntryReader(payload));
+    } else if (within && type == EntryType::RecordBegun) {
+      const std::uint64_t begun = EntryReader(payload).number();
+      std::erase_if(run.records, [&](const RecordEnd& ended) { return ended.record >= begun; });
     } else if (within && type == EntryType::RecordEnded) {
       run.records.push_back(readRecordEnd(EntryReader(payload)));
     } else if (within && type == EntryType::RunEnded) {

@@ -103,6 +103,19 @@ void Events::waits(const ImportResult& run, std::optional<std::size_t> record,
   notice(who + " waits for a lock. It is held by " + names + ".");
 }
 
+void Events::hostChanges(const ImportResult& run, const HostChange& change) {
+  if (!asJson_) {
+    return notice(change.why + "; the run goes on with record " + grouped(change.record) + " at " +
+                  change.to + ".");
+  }
+  tell("host-changes", {{"file", run.arguments.file},
+                        {"record", change.record},
+                        {"from", change.from},
+                        {"to", change.to},
+                        {"reason", change.why},
+                        {"found", orNull(change.found)}});
+}
+
 void Events::runEnds(const ImportResult& run) {
   if (!asJson_) return;
   if (!run.brokeOff.empty()) {

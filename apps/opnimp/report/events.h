@@ -39,6 +39,8 @@ class Events {
   /// too.
   void waits(const ImportResult& run, std::optional<std::size_t> record,
              const LockHolders& holders);
+  /// For people, too.
+  void hostChanges(const ImportResult& run, const HostChange& change);
   /// Also why it broke off, before it.
   void runEnds(const ImportResult& run);
 

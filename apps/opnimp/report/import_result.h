@@ -19,6 +19,15 @@
 
 namespace velk {
 
+/// The run lost its server and went on at another one.
+struct HostChange {
+  std::size_t record = 0;  ///< the record to go on with, from 1
+  std::string from;        ///< without passwords, as `to`
+  std::string to;
+  std::string why;    ///< the first one was lost
+  std::string found;  ///< at the second one; empty: nothing was in doubt
+};
+
 struct ImportResult {
   Arguments arguments;
   std::string database;  ///< without passwords
@@ -31,17 +40,19 @@ struct ImportResult {
   bool repeats = false;                     ///< it was refused for what is posted twice
   bool refusedWithAnother = false;          ///< and not for what the file itself is
   std::vector<std::string> allowedDsTypes;  ///< looked up when a salesman was rejected
-  std::string brokeOff;                     ///< why the run ended early; empty: it did not
-  std::string noLookAhead;                  ///< why its look-ups were not asked ahead; empty: they
-                                            ///< were, or were not to be
-  bool connectionLost = false;              ///< that is why
-  std::string errorLog;                     ///< path of the error log's file
-  std::string journal;                      ///< its path; empty: the run is not in one
-  std::uint64_t run = 0;                    ///< its number there
-  std::uint64_t resumes = 0;                ///< the run that it goes on with; 0: none
-  bool passedOver = false;                  ///< that run had reached all: there is none of its own
-  std::vector<std::size_t> setApart;        ///< records before its own that were left in doubt
-  std::size_t leftOut = 0;                  ///< first records that those runs did not reach either
+  std::vector<HostChange> hostChanges;
+  std::size_t repeatedCalls = 0;      ///< that had met another session's change and were taken back
+  std::string brokeOff;               ///< why the run ended early; empty: it did not
+  std::string noLookAhead;            ///< why its look-ups were not asked ahead; empty: they
+                                      ///< were, or were not to be
+  bool connectionLost = false;        ///< that is why
+  std::string errorLog;               ///< path of the error log's file
+  std::string journal;                ///< its path; empty: the run is not in one
+  std::uint64_t run = 0;              ///< its number there
+  std::uint64_t resumes = 0;          ///< the run that it goes on with; 0: none
+  bool passedOver = false;            ///< that run had reached all: there is none of its own
+  std::vector<std::size_t> setApart;  ///< records before its own that were left in doubt
+  std::size_t leftOut = 0;            ///< first records that those runs did not reach either
   std::vector<RefusedBefore> refusedBefore;  ///< by the runs that it goes on with
   std::vector<std::string> rejectFiles;      ///< paths written
   std::string rejectsError;                  ///< why they could not be written

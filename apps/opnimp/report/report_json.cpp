@@ -152,6 +152,14 @@ Json partJson(const InputRecords& input) {
           {"of", part->whole().count()}};
 }
 
+Json changeJson(const HostChange& change) {
+  return {{"record", change.record},
+          {"from", change.from},
+          {"to", change.to},
+          {"why", change.why},
+          {"found", orNull(change.found)}};
+}
+
 Json headJson(const ImportResult& result) {
   return {
       {"command", "import"},
@@ -166,6 +174,8 @@ Json headJson(const ImportResult& result) {
       {"accepted", result.arguments.accept},
       {"refused", orNull(result.refusal)},
       {"brokeOff", orNull(result.brokeOff)},
+      {"repeatedCalls", result.repeatedCalls},
+      {"hostChanges", listOf(result.hostChanges, changeJson)},
       {"rejectsError", orNull(result.rejectsError)},
       {"noLookAhead", orNull(result.noLookAhead)},
       {"errorLog", result.errorLog},

@@ -67,6 +67,15 @@ class TextReport {
       out_ << "Resumes:  run " << result_.resumes << "; the records that it reached are none of "
            << "these\n";
     }
+    if (result_.repeatedCalls > 0) {
+      out_ << "Repeated: " << counted(result_.repeatedCalls, "call", "calls")
+           << " that had met another session's change and had been taken back\n";
+    }
+    for (const HostChange& change : result_.hostChanges) {
+      out_ << "Went on:  with record " << change.record << " at " << printable(change.to)
+           << ", since " << printable(change.why)
+           << (change.found.empty() ? "" : "; " + printable(change.found)) << '\n';
+    }
     if (result_.isDryRun()) {
       out_ << "Dry run:  every check ran, no procedure did. What the procedures themselves would "
               "refuse was not tried.\n";

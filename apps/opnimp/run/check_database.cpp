@@ -5,7 +5,7 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/report/database_report.h"
 #include "apps/opnimp/run/company_needs.h"
-#include "apps/opnimp/run/database_choice.h"
+#include "apps/opnimp/run/database_hosts.h"
 #include "base/errors.h"
 
 namespace velk {
@@ -51,10 +51,10 @@ std::string firstTransactionDate(OwnConnection& database) {
 
 ExitStatus checkDatabase(const Arguments& arguments, const Streams& streams,
                          const Surroundings& surroundings) {
-  DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
-  choice.options = openingOptions(arguments);
-  const auto database = openUnlocked(choice, surroundings);
-  DatabaseCheck check{choice.shown, database->facts(), firstTransactionDate(*database), {}, {}};
+  RunGate gate;
+  DatabaseHosts hosts(chooseDatabases(arguments, surroundings), surroundings, gate);
+  const auto database = openUnlocked(hosts);
+  DatabaseCheck check{hosts.shown(), database->facts(), firstTransactionDate(*database), {}, {}};
   const Date earliest = database->earliestDate();
   if (earliest.days > firstCalendarDay) check.earliestDate = toText(earliest);
   for (const ImportKind& kind : importKinds()) {
@@ -63,7 +63,7 @@ ExitStatus checkDatabase(const Arguments& arguments, const Streams& streams,
     if (isAsked) check.kinds.push_back(checked(*database, kind));
   }
   if (database->isLost()) {
-    throw CannotOpen("the connection to the database " + choice.shown +
+    throw CannotOpen("the connection to the database " + hosts.shown() +
                      " was lost. Check again when the server is there");
   }
   (arguments.json ? writeCheckJson : writeCheckText)(check, streams.out);

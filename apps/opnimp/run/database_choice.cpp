@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <future>
 #include <regex>
+#include <sstream>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -27,6 +28,7 @@ namespace fs = std::filesystem;
 
 /// More than drivers take, and little enough to search.
 constexpr std::size_t longestConnectionString = 8192;
+constexpr std::size_t mostHosts = 16;
 
 /// Beside the caller: some drivers wait for ever for a server that takes a connection and then says
 /// nothing. The driver's own word is better: it gets a moment for it.
@@ -82,32 +84,40 @@ std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
   throw CannotOpen("OPNIMP_DATABASE: the file " + path + " " + why);
 }
 
-/// The first line of a file with a connection string.
-std::string connectionStringIn(const std::string& path, std::string bytes) {
+/// One in each line of a file.
+std::vector<std::string> connectionStringsIn(const std::string& path, const std::string& bytes) {
   // A password that others can read is none.
   using enum fs::perms;
   std::error_code error;
   if ((fs::status(path, error).permissions() & (group_all | others_all)) != none) {
     cannotTake(path, "may be read by others than its owner; `chmod 600` it");
   }
-  bytes.resize(std::min(bytes.find_first_of("\r\n"), bytes.size()));
-  if (bytes.size() > longestConnectionString || bytes.find('=') == std::string::npos) {
-    cannotTake(path, "holds no connection string in its first line");
+  std::vector<std::string> strings;
+  std::istringstream lines(bytes);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.ends_with('\r')) line.pop_back();
+    if (line.empty()) continue;
+    if (line.size() > longestConnectionString || line.find('=') == std::string::npos) {
+      cannotTake(path, "holds a line that is no connection string");
+    }
+    strings.push_back(std::move(line));
   }
-  return bytes;
+  if (strings.empty()) cannotTake(path, "holds no connection string");
+  if (strings.size() > mostHosts) cannotTake(path, "names too many hosts");
+  return strings;
 }
 
 /// What --database would take.
-std::string fromEnvironment(const std::string& value) {
+std::vector<std::string> fromEnvironment(const std::string& value) {
   std::error_code error;
-  if (!fs::is_regular_file(value, error)) return value;
+  if (!fs::is_regular_file(value, error)) return {value};
   NativeFileSystem files;
   try {
     // An embedded database may be of any size.
-    std::string bytes(longestConnectionString + 1, '\0');
+    std::string bytes(mostHosts * longestConnectionString + 1, '\0');
     bytes.resize(files.openInput(value)->read(bytes.data(), bytes.size()));
-    if (bytes.starts_with("SQLite format 3")) return value;
-    return connectionStringIn(value, std::move(bytes));
+    if (bytes.starts_with("SQLite format 3")) return {value};
+    return connectionStringsIn(value, bytes);
   } catch (const RuntimeError& failure) {
     cannotTake(value, "could not be read: " + failure.description());
   }
@@ -122,21 +132,6 @@ bool madeDatabase(const std::string& path) {
   }
 }
 
-}  // namespace
-
-DatabaseChoice chooseDatabase(const std::optional<std::string>& option,
-                              const Surroundings& surroundings) {
-  if (!option && surroundings.database.empty()) {
-    throw UsageError(
-        "no database is named; use --database or the environment variable OPNIMP_DATABASE. "
-        "`opnimp demo-database PATH` makes one to try it on");
-  }
-  const CompanyDatabase database =
-      companyDatabase(option ? *option : fromEnvironment(surroundings.database));
-  return {database,
-          database.path.empty() ? maskPasswords(database.connectionString) : database.path};
-}
-
 OdbcOptions openingOptions(const Arguments& arguments) {
   OdbcOptions options;
   options.commandTimeoutSeconds = arguments.waitSeconds.value_or(options.commandTimeoutSeconds);
@@ -147,6 +142,32 @@ OdbcOptions openingOptions(const Arguments& arguments) {
   return options;
 }
 
+}  // namespace
+
+std::vector<DatabaseChoice> chooseDatabases(const Arguments& arguments,
+                                            const Surroundings& surroundings) {
+  const std::vector<std::string>& options = arguments.databases;
+  if (options.empty() && surroundings.database.empty()) {
+    throw UsageError(
+        "no database is named; use --database or the environment variable OPNIMP_DATABASE. "
+        "`opnimp demo-database PATH` makes one to try it on");
+  }
+  std::vector<DatabaseChoice> hosts;
+  for (const std::string& text :
+       options.empty() ? fromEnvironment(surroundings.database) : options) {
+    const CompanyDatabase database = companyDatabase(text);
+    hosts.push_back(
+        {database, database.path.empty() ? maskPasswords(database.connectionString) : database.path,
+         openingOptions(arguments)});
+  }
+  const auto embedded = std::ranges::find_if(hosts, [](const DatabaseChoice& host) {
+    return embeddedDialectIn(host.connectionString) != nullptr;
+  });
+  if (hosts.size() == 1 || embedded == hosts.end()) return hosts;
+  throw UsageError("the embedded database " + embedded->shown +
+                   " has no further host: several --database are the servers of one database");
+}
+
 std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,
                                             const Surroundings& surroundings) {
   // It is never made here: a typing error would fill a new sample company.
@@ -155,15 +176,6 @@ std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,
                      choice.path + "` makes one with the sample company");
   }
   return connect(choice, surroundings);
-}
-
-std::shared_ptr<OwnConnection> openUnlocked(const DatabaseChoice& choice,
-                                            const Surroundings& surroundings) {
-  try {
-    return openDatabase(choice, surroundings);
-  } catch (const RunEnded& ended) {
-    throw CannotOpen(ended.why);
-  }
 }
 
 void makeDemoDatabase(const std::string& path) {

@@ -1,9 +1,10 @@
 // Which database a command works on, and how it may be shown.
 #pragma once
 
-#include <optional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "apps/database/company_database.h"
 #include "apps/opnimp/cli/arguments.h"
@@ -18,20 +19,16 @@ struct DatabaseChoice : CompanyDatabase {
 
 /// The database that --database names: a connection string, or the path of an embedded database;
 /// else the one of OPNIMP_DATABASE, which may also be the path of a file that holds a connection
-/// string and that only its owner may read. None is ever chosen without a word. Raises UsageError
-/// where neither is given, and CannotOpen for such a file that will not do.
-DatabaseChoice chooseDatabase(const std::optional<std::string>& option,
-                              const Surroundings& surroundings);
-
-/// How a command opens it: only import, without --dry-run, changes anything.
-OdbcOptions openingOptions(const Arguments& arguments);
+/// string and that only its owner may read. Several, or a line each in that file, are its hosts in
+/// the order in which they are tried. None is ever chosen without a word. They are opened as the
+/// command needs it: only import, without --dry-run, changes anything. Raises UsageError where
+/// neither is given, or an embedded one among several, and CannotOpen for such a file that will not
+/// do.
+std::vector<DatabaseChoice> chooseDatabases(const Arguments& arguments,
+                                            const Surroundings& surroundings);
 
 /// Opens it. Raises CannotOpen, with what to do next; RunEnded where an embedded one is locked.
 std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,
-                                            const Surroundings& surroundings);
-
-/// The same for a command that has no run: CannotOpen also where it is locked.
-std::shared_ptr<OwnConnection> openUnlocked(const DatabaseChoice& choice,
                                             const Surroundings& surroundings);
 
 /// Makes the sample company's database in a new file. Raises CannotOpen.

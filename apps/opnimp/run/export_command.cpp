@@ -10,6 +10,7 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/report/export_report.h"
+#include "apps/opnimp/run/database_hosts.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "base/errors.h"
@@ -116,18 +117,18 @@ ExitStatus runExport(const Arguments& arguments, const Streams& streams,
                      arguments.file);
   }
   const std::string folder = applicationFolder(arguments.appFolder);
-  DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
-  choice.options = openingOptions(arguments);
-  checkWrites({{"the export", arguments.file, {arguments.file}}}, choice, folder, {});
+  std::vector<DatabaseChoice> choices = chooseDatabases(arguments, surroundings);
+  checkWrites({{"the export", arguments.file, {arguments.file}}}, choices.front(), folder, {});
   const Target target(arguments.file);
-  const auto database = openUnlocked(choice, surroundings);
-  Events events(streams, arguments.jsonLog);
   RunGate gate;
+  DatabaseHosts hosts(std::move(choices), surroundings, gate);
+  const auto database = openUnlocked(hosts);
+  Events events(streams, arguments.jsonLog);
   Recorder recorder(Recorder::Mode::Post, gate);
   ImportReport report(false);
   ScreenSession session(recorder, {folder, surroundings.clock, messagesTo(events), true});
   ExportOutcome outcome{
-      .arguments = arguments, .database = choice.shown, .errorLog = session.errorLogPath()};
+      .arguments = arguments, .database = hosts.shown(), .errorLog = session.errorLogPath()};
   drive(outcome, session, report, recorded(recorder, database));
   outcome.logged = !recorder.lines().empty();
   (arguments.json ? writeExportJson : writeExportText)(outcome, streams.out);

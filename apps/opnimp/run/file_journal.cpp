@@ -107,7 +107,7 @@ void FileJournal::listen(ImportReport& report, const Recorder& recorder) {
     if (before) before(record);
     mark_ = {recorder.calls().size(), recorder.lines().size(), recorder.shown().size()};
     if (run_) orEndRun([&] { run_->recordBegins(record - 1); });
-    begun_ = record;
+    begun_ = std::max(begun_, record);
   };
   report.onRecordEnd = [this, &report, &recorder](std::size_t record) {
     recordEnds(record - 1, report, recorder);
@@ -132,6 +132,12 @@ void FileJournal::recordEnds(std::size_t record, const ImportReport& report,
   if (run_) orEndRun([&] { run_->recordEnds(record, trace_); });
   told_[record] = trace_.outcome;
   if (onEnd) onEnd(record, trace_);
+}
+
+void FileJournal::beginAgain(std::size_t record) {
+  if (!run_) return;
+  orEndRun([&] { run_->recordBegins(record); });
+  std::fill(told_.begin() + static_cast<std::ptrdiff_t>(record), told_.end(), std::nullopt);
 }
 
 // A run that cannot be written down does not go on.

@@ -104,14 +104,14 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   void prepare() {
     call_.folder = applicationFolder(arguments_.appFolder);
     readFiles();
-    DatabaseChoice choice = chooseDatabase(arguments_.database, call_.surroundings);
-    choice.options = openingOptions(arguments_);
+    std::vector<DatabaseChoice> hosts = chooseDatabases(arguments_, call_.surroundings);
     const std::string journal = chooseJournal(arguments_.journal, call_.surroundings);
-    checkOutputs(journal, choice);
-    for (SingleImport& file : files_) file.prepare(choice.shown);
+    // Only an embedded one, which is by itself, has a file.
+    checkOutputs(journal, hosts.front());
+    call_.hosts.emplace(std::move(hosts), call_.surroundings, call_.gate);
+    for (SingleImport& file : files_) file.prepare(call_.hosts->shown());
     if (arguments_.metrics) metrics_.emplace(*arguments_.metrics);
     call_.journal.emplace(journal, arguments_, call_.surroundings, call_.events);
-    database_ = std::move(choice);
   }
 
   /// What is written must not take the place of what it comes from, nor of each other.
@@ -131,9 +131,10 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     LockWatch locks(
         call_.gate, [this] { return lockQuestion(); },
         [this](const LockHolders& holders) { tellWait(holders); });
-    const WatchedRun run{
-        [self = shared_from_this()] { self->drive(); }, call_.surroundings.interrupted,
-        [self = shared_from_this()] { self->cancel(); }, call_.gate, [&locks] { locks.look(); }};
+    const WatchedRun run{[self = shared_from_this()] { self->drive(); },
+                         call_.surroundings.interrupted,
+                         [self = shared_from_this()] { self->call_.hosts->cancel(); }, call_.gate,
+                         [&locks] { locks.look(); }};
     if (runWatched(run)) return;
     files_[current_].giveUp();
     evaluate();
@@ -141,7 +142,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
   /// What the run itself cannot ask while it waits.
   LockQuestion lockQuestion() const {
-    return lockHoldersQuestion(database_, session_, call_.surroundings.program);
+    return lockHoldersQuestion(call_.hosts->current(), call_.hosts->session(),
+                               call_.surroundings.program);
   }
 
   void tellWait(const LockHolders& holders) {
@@ -158,7 +160,11 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   void post() {
     std::optional<DryRun> dryRun;
     try {
-      if (!call_.database) openDatabase();
+      // Within the run that is watched, since a server may not answer, and a file be locked.
+      if (!call_.database) {
+        call_.database = call_.hosts->open();
+        if (mayLookAhead()) call_.openBeside();
+      }
       if (call_.journal) identify();
       if (arguments_.resume) resume();
       if (arguments_.dryRun) {
@@ -171,49 +177,17 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     if (std::ranges::none_of(files_, hasEnded)) importFiles();
   }
 
-  /// Within the run that is watched, since a server may not answer, and a file be locked.
-  void openDatabase() {
-    const auto open = [&](const DatabaseChoice& choice) {
-      return call_.gate.pass([&] { return velk::openDatabase(choice, call_.surroundings); });
-    };
-    // Outside of the call: while the run is within one, another thread may look at all of these.
-    call_.database = open(database_);
-    const auto ask = [&] { return call_.database->session(); };
-    // Without it, it stays unknown who keeps the run waiting.
-    trapErrors([&] { session_ = call_.gate.pass(ask); }, [](const RuntimeError&) {});
-    if (!mayLookAhead()) return;
-    DatabaseChoice beside = database_;
-    beside.options.readOnly = true;
-    try {
-      call_.beside.connection = open(beside);
-    } catch (const CannotOpen& failure) {
-      // The server may have no connection left, or the user no right to a second one.
-      call_.beside.failure = failure.what();
-    }
-  }
-
   /// Within a transaction only its own connection sees what is posted. An embedded database answers
   /// without a message.
   bool mayLookAhead() const {
-    return LookAhead::isFor(*arguments_.kind) && database_.path.empty() && !arguments_.oneByOne &&
-           !arguments_.dryRun && !arguments_.allOrNothing;
-  }
-
-  /// From another thread than the run's.
-  void cancel() {
-    std::shared_ptr<OwnConnection> beside;
-    std::shared_ptr<OwnConnection> database;
-    call_.gate.duringCall([&](auto /*began*/) {
-      beside = call_.beside.connection;
-      database = call_.database;
-    });
-    if (beside) beside->cancel();
-    if (database) database->cancel();
+    return LookAhead::isFor(*arguments_.kind) && call_.hosts->current().path.empty() &&
+           !arguments_.oneByOne && !arguments_.dryRun && !arguments_.allOrNothing;
   }
 
   /// A database of which it is not known which one it is could take the same records twice.
   void identify() {
-    const std::string& shown = files_.front().result().database;
+    const std::string& shown = call_.hosts->shown();
+    for (SingleImport& file : files_) file.result().database = shown;
     const auto ask = [&] { call_.journal->identify(*call_.database, shown); };
     trapErrors([&] { call_.gate.pass(ask); },
                [&](const RuntimeError& error) {
@@ -221,6 +195,9 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
                  throw CannotOpen("the database " + shown +
                                   " could not be told from others: " + error.description());
                });
+    if (call_.hosts->areSeveral()) {
+      call_.hosts->requireSame(call_.journal->databaseId(), call_.events);
+    }
   }
 
   void resume() {
@@ -351,8 +328,6 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   const Arguments arguments_;
   ImportCall call_;
   std::optional<MetricsFile> metrics_;
-  DatabaseChoice database_;
-  std::string session_;             // of the connection
   std::deque<SingleImport> files_;  // which stay where they are
   std::size_t current_ = 0;         // the one that is being worked on
 };

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/run/database_hosts.h"
 #include "platform/native/native_lock_holders.h"
 #include "platform/native/native_process.h"
 
@@ -42,9 +43,9 @@ LockQuestion lockHoldersQuestion(const DatabaseChoice& database, const std::stri
 
 ExitStatus tellLockHolders(const Arguments& arguments, const Streams& streams,
                            const Surroundings& surroundings) {
-  DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
-  choice.options = openingOptions(arguments);
-  const LockHolders holders = openUnlocked(choice, surroundings)->lockHolders(arguments.session);
+  RunGate gate;
+  DatabaseHosts hosts(chooseDatabases(arguments, surroundings), surroundings, gate);
+  const LockHolders holders = openUnlocked(hosts)->lockHolders(arguments.session);
   if (!holders.missingRight.empty()) streams.out << holders.missingRight << '\n';
   for (const std::string& name : holders.names) streams.out << printable(name) << '\n';
   return holders.missingRight.empty() ? ExitStatus::Posted : ExitStatus::Refused;

@@ -7,6 +7,7 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/report/preview_report.h"
+#include "apps/opnimp/run/database_hosts.h"
 #include "apps/opnimp/run/import_command.h"
 #include "apps/opnimp/run/long_values.h"
 #include "apps/opnimp/run/run_support.h"
@@ -66,10 +67,10 @@ void readTable(const ListView& list, PreviewTable& preview) {
 /// Only a database that is named on the command line is asked: a preview needs none.
 std::shared_ptr<OwnConnection> catalogueOf(const Arguments& arguments,
                                            const Surroundings& surroundings) {
-  if (!arguments.database) return nullptr;
-  DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
-  choice.options = openingOptions(arguments);
-  return openUnlocked(choice, surroundings);
+  if (arguments.databases.empty()) return nullptr;
+  RunGate gate;
+  DatabaseHosts hosts(chooseDatabases(arguments, surroundings), surroundings, gate);
+  return openUnlocked(hosts);
 }
 
 }  // namespace

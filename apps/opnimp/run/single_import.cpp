@@ -13,6 +13,7 @@
 #include "apps/opnimp/journal/record_hash.h"
 #include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/run/ds_types.h"
+#include "apps/opnimp/run/going_on.h"
 #include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_mapping.h"
@@ -108,12 +109,8 @@ void SingleImport::open() {
   tryTo([this] {
     if (arguments().allOrNothing && !arguments().dryRun) {
       recorder_.gate().pass([this] { whole_.emplace(*call_.database, recorder_); });
-    } else if (!arguments().dryRun && call_.database->canLeaveTransactions()) {
-      recorder_.watchForLeft([database = call_.database] {
-        bool open = false;  // nor if there is no answer: the next call has none either
-        trapErrors([&] { open = database->isInTransaction(); }, [](const RuntimeError&) {});
-        return open;
-      });
+    } else {
+      watchDatabase();
     }
     openPart(0);
     prepareRun();
@@ -122,20 +119,113 @@ void SingleImport::open() {
   if (hasEnded()) close();
 }
 
+void SingleImport::watchDatabase() {
+  if (arguments().dryRun || !call_.database->canLeaveTransactions()) return;
+  recorder_.watchForLeft([database = call_.database] {
+    bool open = false;  // nor if there is no answer: the next call has none either
+    trapErrors([&] { open = database->isInTransaction(); }, [](const RuntimeError&) {});
+    return open;
+  });
+}
+
 void SingleImport::import() {
   tryTo([this] {
     endIfInterrupted();
     if (journal_) beginJournal();
     began_ = true;
     start_ = std::chrono::steady_clock::now();
-    importPart();
-    while (partEnd_ < count() && !hasEnded() && !wasRefused()) {
-      openPart(partEnd_);
-      importPart();
+    repeatedBefore_ = call_.database->repeatedCalls();
+    std::optional<std::size_t> first;
+    for (bool done = false; !done;) {
+      try {
+        importRecords(first);
+        done = true;
+      } catch (const RunEnded& ended) {
+        first = goOn(ended);
+      }
     }
-    recorder_.lookForLeft();
   });
+  countRepeated();
   close();
+}
+
+void SingleImport::countRepeated() {
+  const std::size_t all = call_.database->repeatedCalls();
+  result_.repeatedCalls += all - repeatedBefore_;
+  repeatedBefore_ = all;
+}
+
+void SingleImport::importRecords(std::optional<std::size_t> first) {
+  if (first == count()) return;
+  if (first) openPart(*first);
+  importPart();
+  while (partEnd_ < count() && !hasEnded() && !wasRefused()) {
+    openPart(partEnd_);
+    importPart();
+  }
+  recorder_.lookForLeft();
+}
+
+/// What a lost transaction held is taken back, and a dry run has posted nothing: both begin anew.
+bool SingleImport::canGoOn() const {
+  return call_.hosts && call_.hosts->areSeveral() && call_.database->isLost() && !whole_ &&
+         !arguments().dryRun;
+}
+
+// A record at which two servers were lost may be what ends them: the next one is spared.
+std::size_t SingleImport::goOn(const RunEnded& ended) {
+  if (!canGoOn()) throw RunEnded(ended);
+  session_.reset();
+  HostChange change;
+  change.from = call_.hosts->shown();
+  change.why = ended.why;
+  countRepeated();
+  try {
+    call_.database = call_.hosts->openNext();
+    if (call_.beside.connection) call_.openBeside();
+    repeatedBefore_ = 0;
+    DocumentLookup lookup(*call_.database, kind(), recorder_.gate());
+    const GoingOn going =
+        findGoingOn({recorder_, report_, call_.hosts->hasAllConfirmed(),
+                     call_.hosts->hasLostEnded(), !call_.hasSeveralFiles && result_.resumes == 0},
+                    lookup);
+    if (wentOnAt_ == going.first) throw RunEnded{"a second host was lost at the same record"};
+    wentOnAt_ = going.first;
+    change.to = call_.hosts->shown();
+    change.record = going.first + 1;
+    change.found = going.found;
+    beginAgain(going, change);
+  } catch (const RunEnded& failure) {
+    throw RunEnded{ended.why + "; " + failure.why, ended.connectionLost};
+  }
+  return wentOnAt_.value();
+}
+
+void SingleImport::beginAgain(const GoingOn& going, const HostChange& change) {
+  const std::size_t begun = report_.begun();
+  std::optional<std::size_t> doubtful = going.doubtful;
+  if (going.first < begun) {
+    recorder_.beginAgain(going.first + ImportScreen::firstDataRow);
+    report_.beginAgain(going.first);
+  } else if (begun > 0 && report_.record(begun - 1).fate == RecordReport::Fate::Begun) {
+    report_.cutOff(change.why + "; " + change.found);
+    doubtful = begun - 1;
+  }
+  if (going.doubtful) {
+    recorder_.doubt(*going.doubtful + ImportScreen::firstDataRow);
+    if (journal_) journal_->beginAgain(*going.doubtful);
+  }
+  watchDatabase();
+  result_.hostChanges.push_back(change);
+  call_.events.hostChanges(result_, change);
+  if (doubtful) tellOf(*doubtful);
+  toldRecords_ = going.first;
+}
+
+/// Of a record that nobody will say the end of any more.
+void SingleImport::tellOf(std::size_t record) {
+  const Traces traces = traceRecords(report_, recorder_, result_.warnings, count());
+  call_.events.recordEnds(result_, record, traces.records[record]);
 }
 
 void SingleImport::beginJournal() {
@@ -150,6 +240,9 @@ void SingleImport::beginJournal() {
 /// With as many records from `first` on as a screen takes.
 void SingleImport::openPart(std::size_t first) {
   session_.reset();
+  // Those that a screen viewed which lost its host come again.
+  viewedRecords_ -= static_cast<long long>(viewedEnd_ - first);
+  viewedEnd_ = first;
   partEnd_ = first + std::min(count() - first, kind().largestRecordCount);
   fillContents(first);
   session_.emplace(recorder_, SessionSetup{call_.folder, call_.surroundings.clock, messages(),
@@ -166,6 +259,7 @@ void SingleImport::openPart(std::size_t first) {
   view(first == 0);
   // Read now, because the import empties the screen.
   viewedRecords_ += screen.RecordCount();
+  viewedEnd_ = partEnd_;
   if (partEnd_ == count()) screenRecords_ = viewedRecords_;
 }
 

@@ -10,6 +10,7 @@
 
 #include "apps/opnimp/audit/import_report.h"
 #include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/run/file_journal.h"
 #include "apps/opnimp/run/import_call.h"
@@ -76,6 +77,16 @@ class SingleImport {
   /// Does what may be refused, or end the run.
   template <class Steps>
   void tryTo(Steps steps);
+  /// Posts them from `first` on, on a new screen unless it is empty.
+  void importRecords(std::optional<std::size_t> first);
+  /// At another host, after what ended the run: answers the record to begin with. Throws RunEnded
+  /// where that is not possible.
+  std::size_t goOn(const RunEnded& ended);
+  bool canGoOn() const;
+  void countRepeated();
+  void beginAgain(const struct GoingOn& going, const HostChange& change);
+  void tellOf(std::size_t record);
+  void watchDatabase();
   void beginJournal();
   void openPart(std::size_t first);
   void importPart();
@@ -108,8 +119,11 @@ class SingleImport {
   std::optional<ShadowFile> contents_;
   std::optional<LookAhead> lookAhead_;
   std::optional<ScreenSession> session_;
+  std::size_t viewedEnd_ = 0;               ///< the record behind the last that one viewed
   long long viewedRecords_ = 0;             ///< as the screens counted so far
   std::optional<long long> screenRecords_;  ///< as they counted when all had viewed theirs
+  std::size_t repeatedBefore_ = 0;          ///< calls of the connection that are counted already
+  std::optional<std::size_t> wentOnAt_;     ///< the record, when the last host was lost
   std::size_t toldRecords_ = 0;             ///< as events, if they have something to tell
   std::chrono::steady_clock::time_point start_;
   bool began_ = false;

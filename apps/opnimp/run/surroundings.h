@@ -2,6 +2,7 @@
 // of their own.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -25,6 +26,8 @@ struct Surroundings {
   std::function<std::shared_ptr<OwnConnection>(const std::string& connectionString,
                                                const OdbcOptions& options)>
       openDatabase;
+  /// How long a run that lost its host waits for another one.
+  std::chrono::seconds hostPatience{60};
   std::string stateFolder;  ///< where programs keep what they remember; empty: there is none
   /// The program itself, to ask the database what the run cannot ask while it waits; empty: such
   /// things stay unknown.

@@ -138,4 +138,29 @@ BEGIN
     AND OCGtype = (SELECT flag FROM tbl_velk_configabstract WHERE ScreenCode = 'OCGDS');
 END //
 
+-- How many documents such a note has made: asked only when a connection was lost within it.
+CREATE PROCEDURE opnimp_count_documents(
+  note varchar(2048), party varchar(2048), reference varchar(2048), made datetime, billed double,
+  due double)
+BEGIN
+  SELECT CASE note
+    WHEN 'sp_insert_CustDebitNote' THEN (
+      SELECT count(*) FROM CustomerDebitNote
+      WHERE CustomerID = party AND DocReference = reference AND DocumentDate = date(made)
+        AND Amount = billed AND Balance = due)
+    WHEN 'sp_insert_CustCreditNote' THEN (
+      SELECT count(*) FROM CustomerCreditNote
+      WHERE CustomerID = party AND DocReference = reference AND DocumentDate = date(made)
+        AND Amount = billed AND Balance = due)
+    WHEN 'sp_insert_VendorDebitNote' THEN (
+      SELECT count(*) FROM VendorDebitNote
+      WHERE VendorID = party AND DocReference = reference AND DocumentDate = date(made)
+        AND Amount = billed AND Balance = due)
+    WHEN 'sp_insert_VendorCreditNote' THEN (
+      SELECT count(*) FROM VendorCreditNote
+      WHERE VendorID = party AND DocReference = reference AND DocumentDate = date(made)
+        AND Amount = billed AND Balance = due)
+  END;
+END //
+
 DELIMITER ;

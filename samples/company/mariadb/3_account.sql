@@ -25,3 +25,4 @@ GRANT EXECUTE ON PROCEDURE sp_save_salesman TO opnimp_import;
 GRANT EXECUTE ON PROCEDURE sp_save_DsType TO opnimp_import;
 GRANT EXECUTE ON PROCEDURE sp_Check_DSCaption TO opnimp_import;
 GRANT EXECUTE ON PROCEDURE Velk_sp_checkDefault_DSTypeValue TO opnimp_import;
+GRANT EXECUTE ON PROCEDURE opnimp_count_documents TO opnimp_import;

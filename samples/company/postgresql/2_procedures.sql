@@ -145,3 +145,28 @@ LANGUAGE sql STABLE SECURITY DEFINER SET search_path FROM CURRENT AS $$
   WHERE DSTypeName = 'DSType' AND DSTypeValue = value AND DSTypeCtlPos = 1
     AND OCGtype = (SELECT flag FROM tbl_velk_configabstract WHERE ScreenCode = 'OCGDS');
 $$;
+
+-- How many documents such a note has made: asked only when a connection was lost within it.
+CREATE FUNCTION opnimp_count_documents(
+  note text, party text, reference text, made timestamp, billed double precision, due double precision)
+RETURNS integer
+LANGUAGE sql STABLE SECURITY DEFINER SET search_path FROM CURRENT AS $$
+  SELECT CASE note
+    WHEN 'sp_insert_CustDebitNote' THEN (
+      SELECT count(*) FROM CustomerDebitNote
+      WHERE CustomerID = party AND DocReference = reference AND DocumentDate = made::date
+        AND Amount = billed AND Balance = due)
+    WHEN 'sp_insert_CustCreditNote' THEN (
+      SELECT count(*) FROM CustomerCreditNote
+      WHERE CustomerID = party AND DocReference = reference AND DocumentDate = made::date
+        AND Amount = billed AND Balance = due)
+    WHEN 'sp_insert_VendorDebitNote' THEN (
+      SELECT count(*) FROM VendorDebitNote
+      WHERE VendorID = party AND DocReference = reference AND DocumentDate = made::date
+        AND Amount = billed AND Balance = due)
+    WHEN 'sp_insert_VendorCreditNote' THEN (
+      SELECT count(*) FROM VendorCreditNote
+      WHERE VendorID = party AND DocReference = reference AND DocumentDate = made::date
+        AND Amount = billed AND Balance = due)
+  END::integer;
+$$;

@@ -16,11 +16,11 @@ REVOKE EXECUTE ON ROUTINE
   sp_insert_CustDebitNote, sp_insert_CustCreditNote, sp_acc_import_customeropeningbalance,
   sp_insert_VendorDebitNote, sp_insert_VendorCreditNote, sp_acc_import_vendoropeningbalance,
   sp_insert_Vendors, sp_acc_importvendor, sp_insert_BankMaster, sp_insert_branch, sp_save_salesman,
-  sp_save_DsType, sp_Check_DSCaption, Velk_sp_checkDefault_DSTypeValue
+  sp_save_DsType, sp_Check_DSCaption, Velk_sp_checkDefault_DSTypeValue, opnimp_count_documents
 FROM PUBLIC;
 GRANT EXECUTE ON ROUTINE
   sp_insert_CustDebitNote, sp_insert_CustCreditNote, sp_acc_import_customeropeningbalance,
   sp_insert_VendorDebitNote, sp_insert_VendorCreditNote, sp_acc_import_vendoropeningbalance,
   sp_insert_Vendors, sp_acc_importvendor, sp_insert_BankMaster, sp_insert_branch, sp_save_salesman,
-  sp_save_DsType, sp_Check_DSCaption, Velk_sp_checkDefault_DSTypeValue
+  sp_save_DsType, sp_Check_DSCaption, Velk_sp_checkDefault_DSTypeValue, opnimp_count_documents
 TO opnimp_import;

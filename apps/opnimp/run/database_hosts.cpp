@@ -1,0 +1,186 @@
+#include "apps/opnimp/run/database_hosts.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+#include <utility>
+
+#include "apps/opnimp/audit/run_ended.h"
+#include "apps/opnimp/cli/failures.h"
+#include "base/errors.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::chrono::milliseconds betweenTries{200};
+/// More than a cluster takes to give up a node.
+constexpr std::chrono::seconds longestEnd{15};
+
+/// It answers, and will not do now, or not at all.
+[[noreturn]] void cannotUse(const DatabaseChoice& host, const std::string& why) {
+  throw CannotOpen("the database " + host.shown + " cannot be used: " + why);
+}
+
+[[noreturn]] void isAnother(const DatabaseChoice& host) {
+  cannotUse(host, "it is another database than the one before it, or cannot be told from it; " +
+                      std::string("several --database have to be the hosts of one database"));
+}
+
+}  // namespace
+
+DatabaseHosts::DatabaseHosts(std::vector<DatabaseChoice> hosts, const Surroundings& surroundings,
+                             RunGate& gate)
+    : hosts_(std::move(hosts)), surroundings_(surroundings), gate_(gate) {}
+
+std::shared_ptr<OwnConnection> DatabaseHosts::open() {
+  std::string why;
+  for (current_ = 0; current_ < hosts_.size(); ++current_) {
+    try {
+      auto opened = areSeveral() ? openReady(hosts_[current_]) : openHost(hosts_[current_]);
+      use(opened);
+      return opened;
+    } catch (const CannotOpen& failure) {
+      why.append(why.empty() ? "" : "; ").append(failure.what());
+    }
+  }
+  current_ = 0;
+  throw CannotOpen(why);
+}
+
+void DatabaseHosts::requireSame(std::string identity, Events& events) {
+  identity_ = std::move(identity);
+  for (const DatabaseChoice& host : hosts_) {
+    if (&host != &hosts_[current_]) look(host, events);
+  }
+}
+
+// One that is not ready answers mostly which database it is: a standby, say.
+void DatabaseHosts::look(const DatabaseChoice& host, Events& events) {
+  std::string identity;
+  try {
+    const auto opened = openHost(host);
+    gate_.pass([&] {
+      const bool ready = opened->whyNotReady().empty();
+      identity = opened->identity(false);
+      if (!ready && identity.empty()) identity = identity_;
+    });
+  } catch (const CannotOpen& failure) {
+    return events.notice(failure.what() + std::string("; the run goes on without it."));
+  } catch (const RuntimeError& error) {
+    cannotUse(host, error.description());
+  }
+  if (identity_.empty() || identity != identity_) isAnother(host);
+}
+
+std::shared_ptr<OwnConnection> DatabaseHosts::openNext() {
+  lostSession_ = std::exchange(session_, {});
+  const auto end = std::chrono::steady_clock::now() + surroundings_.hostPatience;
+  for (;;) {
+    std::string why;
+    for (std::size_t tried = 0; tried < hosts_.size(); ++tried) {
+      current_ = (current_ + 1) % hosts_.size();
+      try {
+        auto opened = openReady(hosts_[current_]);
+        awaitEnd(*opened);
+        use(opened);
+        return opened;
+      } catch (const CannotOpen& failure) {
+        why.append(why.empty() ? "" : "; ").append(failure.what());
+      }
+    }
+    if (std::chrono::steady_clock::now() >= end) throw RunEnded{"no host was left: " + why};
+    pause();
+  }
+}
+
+std::shared_ptr<OwnConnection> DatabaseHosts::openHost(const DatabaseChoice& host) {
+  gate_.requireOpen();
+  return gate_.pass([&] { return openDatabase(host, surroundings_); });
+}
+
+/// Raises CannotOpen for one that takes no changes, or is another database.
+std::shared_ptr<OwnConnection> DatabaseHosts::openReady(const DatabaseChoice& host) {
+  auto opened = openHost(host);
+  trapErrors(
+      [&] {
+        gate_.pass([&] {
+          const std::string why = opened->whyNotReady();
+          if (!why.empty()) cannotUse(host, why);
+          if (!identity_.empty() && opened->identity(false) != identity_) isAnother(host);
+        });
+      },
+      [&](const RuntimeError& error) { cannotUse(host, error.description()); });
+  return opened;
+}
+
+void DatabaseHosts::use(const std::shared_ptr<OwnConnection>& opened) {
+  if (areSeveral()) {
+    std::string history;
+    trapErrors(
+        [&] { gate_.pass([&] { history = opened->history(); }); },
+        [&](const RuntimeError& error) { cannotUse(hosts_[current_], error.description()); });
+    hasAllConfirmed_ = history == history_;
+    history_ = std::move(history);
+  }
+  connection_ = opened;
+  std::string session;
+  std::string place;
+  const auto ask = [&] {
+    session = opened->session();
+    if (areSeveral()) place = opened->place();
+  };
+  // Without it, it stays unknown who keeps the run waiting, and whether it has ended.
+  trapErrors([&] { gate_.pass(ask); }, [](const RuntimeError&) {});
+  session_ = std::move(session);
+  place_ = std::move(place);
+}
+
+// A server may go on with a statement whose connection is lost, and a cluster with the change of a
+// node that it has not given up yet.
+void DatabaseHosts::awaitEnd(OwnConnection& opened) {
+  const auto end = std::chrono::steady_clock::now() +
+                   std::min<std::chrono::seconds>(longestEnd, surroundings_.hostPatience);
+  const auto ask = [&] {
+    gate_.pass([&] { hasLostEnded_ = opened.hasEnded(lostSession_, place_); });
+  };
+  for (hasLostEnded_ = false;; pause()) {
+    trapErrors(ask, [](const RuntimeError&) {});
+    if (hasLostEnded_ || opened.isLost() || std::chrono::steady_clock::now() >= end) return;
+  }
+}
+
+void DatabaseHosts::pause() const {
+  if (surroundings_.interrupted && surroundings_.interrupted())
+    throw RunEnded{"it was interrupted"};
+  std::this_thread::sleep_for(betweenTries);
+}
+
+std::shared_ptr<OwnConnection> DatabaseHosts::openBeside() {
+  DatabaseChoice host = current();
+  host.options.readOnly = true;
+  beside_ = nullptr;
+  beside_ = openHost(host);
+  return beside_;
+}
+
+void DatabaseHosts::cancel() {
+  std::shared_ptr<OwnConnection> beside;
+  std::shared_ptr<OwnConnection> connection;
+  gate_.duringCall([&](auto /*began*/) {
+    beside = beside_;
+    connection = connection_;
+  });
+  if (beside) beside->cancel();
+  if (connection) connection->cancel();
+}
+
+std::shared_ptr<OwnConnection> openUnlocked(DatabaseHosts& hosts) {
+  try {
+    return hosts.open();
+  } catch (const RunEnded& ended) {
+    throw CannotOpen(ended.why);
+  }
+}
+
+}  // namespace velk

@@ -1,0 +1,41 @@
+// Looks documents up in the database, where its company has a procedure for that: what an import
+// calls only posts.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "apps/opnimp/audit/recorder.h"
+#include "apps/opnimp/cli/kinds.h"
+#include "platform/database.h"
+
+namespace velk {
+
+/// The company's procedure: its parameters are the name of a procedure that posts notes and that
+/// one's own, without the narration; it answers how many such documents there are.
+inline constexpr std::string_view documentCounter = "opnimp_count_documents";
+
+class DocumentLookup {
+ public:
+  /// The connection is the run's own, what is asked is no part of the run.
+  DocumentLookup(OwnConnection& connection, const ImportKind& kind, RunGate& gate)
+      : connection_(connection), kind_(kind), gate_(gate) {}
+
+  /// Whether the call is one that makes a document.
+  bool isNote(const RecordedCall& call) const;
+
+  enum class Found { None, Some, NotKnown };
+  /// Whether there is a document of this note beside those that the same calls `before` it made.
+  /// None is certain; one that was there before the run is taken for it.
+  Found find(const RecordedCall& note, std::span<const RecordedCall> before);
+
+ private:
+  std::optional<std::int64_t> count(const RecordedCall& note);
+
+  OwnConnection& connection_;
+  const ImportKind& kind_;
+  RunGate& gate_;
+};
+
+}  // namespace velk
