@@ -56,14 +56,21 @@ bool isNotReached(Outcome outcome) {
   return outcome == Outcome::NotReached;
 }
 
+/// Somebody else has made a file of that name since the run began.
+struct NameTaken : CannotOpen {
+  using CannotOpen::CannotOpen;
+};
+
 /// A name for a file of this run's own, made for it or not at all.
 class Claim {
  public:
-  explicit Claim(const std::string& path) : path_(path) {
+  Claim(const std::string& path, bool dryRun) : path_(path) {
     if (NativeFileSystem().openExclusively(path)) return;
-    throw CannotOpen("the rejects file " + path +
-                     " was not written: somebody else has made a file " +
-                     "of that name since the run began");
+    throw NameTaken("the rejects file " + path +
+                    " was not written: somebody else has made a file " +
+                    "of that name since the run began; " +
+                    (dryRun ? "choose another one and try again"
+                            : "`opnimp rejects` writes it under another one"));
   }
   Claim(const Claim&) = delete;
   Claim& operator=(const Claim&) = delete;
@@ -111,15 +118,17 @@ RejectFiles::Written RejectFiles::write(const InputRecords& input, const Traces&
                                         std::span<const std::size_t> setApart) const {
   NativeFileSystem files;
   Written written;
+  bool isTaken = false;
   const auto put = [&](const std::string& path, const auto& writeIt) {
     try {
       writingRejects(path, [&] {
-        Claim claim(path);
+        Claim claim(path, dryRun_);
         writeIt();
         claim.keep();
       });
       written.paths.push_back(path);
     } catch (const CannotOpen& error) {
+      isTaken = dynamic_cast<const NameTaken*>(&error) != nullptr;
       written.failure.append(written.failure.empty() ? "" : "; ").append(error.what());
     }
   };
@@ -128,6 +137,8 @@ RejectFiles::Written RejectFiles::write(const InputRecords& input, const Traces&
   };
   // Written even if there is no such record: that there is none is an answer, too.
   putRecords(paths_[Rejects], recordsOf(traces, isRefused));
+  // By another run: its records with the reasons of this one would be corrected wrongly.
+  if (isTaken) return written;
   put(paths_[Reasons], [&] { writeFile(files, paths_[Reasons], reasons(input, traces)); });
   // Nothing was posted: there is nothing to look up, and the whole file is still to be imported.
   if (dryRun_) return written;
