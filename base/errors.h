@@ -95,6 +95,15 @@ bool trapErrors(Routine&& routine, Failed&& failed) {
   }
 }
 
+/// For the end of an object, which nothing must leave: whatever the routine throws ends here.
+template <class Routine>
+void ignoringFailure(Routine&& routine) noexcept {
+  try {
+    std::forward<Routine>(routine)();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): there is nobody left to tell
+  }
+}
+
 /// Runs work on whole files, which may ask for more memory than there is: error 7 then.
 template <class Work>
 auto refusingWithoutMemory(Work&& work) {

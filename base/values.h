@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 #include "base/dates.h"
@@ -15,7 +16,25 @@ struct Null {
 };
 
 /// Null, 32-bit integer, double, date or text (UTF-8).
-using Value = std::variant<Null, std::int32_t, double, Date, std::string>;
+///
+/// Copied by way of a text of its own: the library's variant takes it for granted that the copy of
+/// a text does not fail, and one for which there is no memory left it in no state at all.
+class Value : public std::variant<Null, std::int32_t, double, Date, std::string> {
+ public:
+  using Held = std::variant<Null, std::int32_t, double, Date, std::string>;
+  using Held::Held;
+  Value() = default;
+  Value(const Value& other) : Held(copyOf(other)) {}
+  Value(Value&&) noexcept = default;
+  Value& operator=(const Value& other) { return *this = Value(other); }
+  Value& operator=(Value&&) noexcept = default;
+  ~Value() = default;
+
+ private:
+  static Held copyOf(const Held& held) {
+    return std::visit([](auto copy) { return Held(std::move(copy)); }, held);
+  }
+};
 
 inline bool isNull(const Value& value) {
   return std::holds_alternative<Null>(value);

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 #include <fstream>
+#include <optional>
 #include <stdexcept>
 
 #include "bench/company_copy.h"
@@ -12,6 +13,10 @@
 namespace velk::bench {
 
 namespace {
+
+bool isServer(const std::string& company) {
+  return company.find('=') != std::string::npos;
+}
 
 SQLCHAR* narrowText(const std::string& text) {
   return reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.c_str()));
@@ -65,6 +70,11 @@ void BareStatement::execute() const {
   if (result != SQL_NO_DATA) check(result);
 }
 
+void BareStatement::call() const {
+  execute();
+  check(SQLFreeStmt(handle_, SQL_CLOSE));
+}
+
 void BareStatement::executeDirect(const std::string& sql) const {
   check(SQLExecDirect(handle_, narrowText(sql), SQL_NTS));
 }
@@ -75,6 +85,16 @@ void bindText(const BareStatement& to, SQLUSMALLINT mark, TextBuffer& buffer) {
                             static_cast<SQLLEN>(buffer.text.size()), &buffer.length));
 }
 
+void bindDouble(const BareStatement& to, SQLUSMALLINT mark, double& number) {
+  to.check(SQLBindParameter(to.handle(), mark, SQL_PARAM_INPUT, SQL_C_DOUBLE, SQL_DOUBLE, 0, 0,
+                            &number, 0, nullptr));
+}
+
+void bindDate(const BareStatement& to, SQLUSMALLINT mark, SQL_TIMESTAMP_STRUCT& date) {
+  to.check(SQLBindParameter(to.handle(), mark, SQL_PARAM_INPUT, SQL_C_TYPE_TIMESTAMP,
+                            SQL_TYPE_TIMESTAMP, 23, 3, &date, 0, nullptr));
+}
+
 std::string BareStatement::answer() const {
   std::array<char, 512> text{};
   check(SQLFetch(handle_));
@@ -83,20 +103,27 @@ std::string BareStatement::answer() const {
   return text.data();
 }
 
-BareConnection::BareConnection(const std::string& path) {
+BareConnection::BareConnection(const std::string& company) {
+  const std::string string = isServer(company) ? company : embeddedConnectionString(company);
   SQLAllocHandle(SQL_HANDLE_ENV, nullptr, &environment_);
   SQLSetEnvAttr(environment_, SQL_ATTR_ODBC_VERSION, integerArgument(SQL_OV_ODBC3), 0);
   SQLAllocHandle(SQL_HANDLE_DBC, environment_, &connection_);
-  check(SQLDriverConnect(connection_, nullptr, narrowText(embeddedConnectionString(path)), SQL_NTS,
-                         nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
+  check(SQLDriverConnect(connection_, nullptr, narrowText(string), SQL_NTS, nullptr, 0, nullptr,
+                         SQL_DRIVER_NOPROMPT),
         SQL_HANDLE_DBC, connection_);
-  BareStatement(connection_).executeDirect("PRAGMA foreign_keys = ON");
+  if (!isServer(company)) BareStatement(connection_).executeDirect("PRAGMA foreign_keys = ON");
 }
 
 BareConnection::~BareConnection() {
   SQLDisconnect(connection_);
   SQLFreeHandle(SQL_HANDLE_DBC, connection_);
   SQLFreeHandle(SQL_HANDLE_ENV, environment_);
+}
+
+std::string BareConnection::engine() const {
+  std::array<SQLCHAR, 64> name{};
+  SQLGetInfo(connection_, SQL_DBMS_NAME, name.data(), name.size(), nullptr);
+  return reinterpret_cast<const char*>(name.data());
 }
 
 std::string BareConnection::procedure(const std::string& name) const {
@@ -109,8 +136,13 @@ int runPeer(int argc, char** argv,
             const std::function<void(BareConnection&, const std::vector<Document>&)>& post) {
   return runMeasurement([&] {
     require(argc == 4, "usage: PROGRAM COMPANY FILE FOLDER");
-    const CompanyCopy copy(argv[1], argv[3]);
-    BareConnection connection(copy.path());
+    std::optional<CompanyCopy> copy;
+    if (!isServer(argv[1])) copy.emplace(argv[1], argv[3]);
+    BareConnection connection(copy ? copy->path() : argv[1]);
+    for (const char* table : {"CustomerDebitNote", "CustomerOpeningBalance"}) {
+      if (!copy)
+        BareStatement(connection.handle()).executeDirect(std::string("DELETE FROM ") + table);
+    }
     const std::vector<Document> documents = readDocuments(argv[2]);
     Stopwatch watch;
     post(connection, documents);

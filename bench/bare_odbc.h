@@ -36,6 +36,8 @@ class BareStatement {
   void prepare(const std::string& sql);
   /// A statement that changes no row is no error.
   void execute() const;
+  /// The same for a call that may answer rows, which are passed over.
+  void call() const;
   void executeDirect(const std::string& sql) const;
   /// The result's first cell as a text, and its end.
   std::string answer() const;
@@ -56,16 +58,20 @@ struct TextBuffer {
 
 /// Binds the buffer to a mark of a prepared statement, from 1.
 void bindText(const BareStatement& to, SQLUSMALLINT mark, TextBuffer& buffer);
+void bindDouble(const BareStatement& to, SQLUSMALLINT mark, double& number);
+void bindDate(const BareStatement& to, SQLUSMALLINT mark, SQL_TIMESTAMP_STRUCT& date);
 
-/// A connection to the embedded database that checks references, as the import's own do.
+/// A connection to an embedded database that checks references, as the import's own do, or to a
+/// server, by its connection string.
 class BareConnection {
  public:
-  explicit BareConnection(const std::string& path);
+  explicit BareConnection(const std::string& company);
   BareConnection(const BareConnection&) = delete;
   BareConnection& operator=(const BareConnection&) = delete;
   ~BareConnection();
 
   SQLHANDLE handle() const { return connection_; }
+  std::string engine() const;  ///< as its driver names it
   /// The statement of a stored procedure that has one step and takes its parameters in order.
   std::string procedure(const std::string& name) const;
 
@@ -74,7 +80,8 @@ class BareConnection {
   SQLHANDLE connection_ = nullptr;
 };
 
-/// The main function of a peer: COMPANY FILE FOLDER as arguments. `post` does one whole import.
+/// The main function of a peer: COMPANY FILE FOLDER as arguments. An embedded company is copied; of
+/// a server's the documents that are there are removed. `post` does one whole import.
 int runPeer(int argc, char** argv,
             const std::function<void(BareConnection&, const std::vector<Document>&)>& post);
 

@@ -1,11 +1,13 @@
 // Ours: a click on Import, the file having been viewed and mapped.
 //
-//   bench_import KIND COMPANY FILE FOLDER [recorded|traced|journaled]
+//   bench_import KIND COMPANY FILE FOLDER [recorded|ahead|traced|journaled]
 //
-// KIND is one of the runner's: customer-opening, bank-branch or vendor. With "recorded", the
-// runner's recorder and report take part; with "traced", what became of each record is found out,
-// too; with "journaled", the run is written to a new journal besides, its records being hashed and
-// the file synced as often as the runner does it.
+// KIND is one of the runner's: customer-opening, bank-branch or vendor. COMPANY is an embedded
+// database, of which a copy is used, or the connection string of a server, where the documents that
+// are there are removed. With "recorded", the runner's recorder and report take part; with "ahead"
+// they ask look-ups ahead, on a second connection; with "traced", what became of each record is
+// found out, too; with "journaled", the run is written to a new journal besides, its records being
+// hashed and the file synced as often as the runner does it.
 
 #include <filesystem>
 #include <memory>
@@ -16,6 +18,7 @@
 #include "apps/opnimp/audit/recording_connection.h"
 #include "apps/opnimp/cli/kinds.h"
 #include "apps/opnimp/run/file_journal.h"
+#include "apps/opnimp/run/look_ahead.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_mapping.h"
 #include "bench/company_copy.h"
@@ -34,9 +37,10 @@ std::size_t count(Connection& connection, std::string_view query) {
 
 // Documents with an account entry, told by the sum that the entries have to come to.
 std::size_t postedDocuments(Connection& connection) {
-  const auto entries = count(connection,
-                             "SELECT round(sum(OpeningBalance), 2) = (SELECT round(sum(Balance), 2)"
-                             " FROM CustomerDebitNote) FROM CustomerOpeningBalance");
+  const auto entries =
+      count(connection,
+            "SELECT CASE WHEN abs((SELECT sum(OpeningBalance) FROM CustomerOpeningBalance) - "
+            "(SELECT sum(Balance) FROM CustomerDebitNote)) < 0.005 THEN 1 ELSE 0 END");
   return entries == 1 ? count(connection, "SELECT count(*) FROM CustomerDebitNote") : 0;
 }
 
@@ -46,20 +50,49 @@ std::size_t postedRecords(const ImportKind& kind, Connection& connection) {
                                                            : "SELECT count(*) FROM BranchMaster");
 }
 
-enum class Watched { No, Recorded, Traced, Journaled };
+/// The database of one import.
+class Company {
+ public:
+  Company(const std::string& company, const std::string& folder) : string_(company) {
+    if (company.find('=') == std::string::npos) {
+      copy_.emplace(company, folder);
+      string_ = embeddedConnectionString(copy_->path());
+    }
+    connection_ = open({});
+    if (copy_) return;
+    for (const char* table : {"CustomerDebitNote", "CustomerOpeningBalance"}) {
+      connection_->Execute(std::string("DELETE FROM ") + table);
+    }
+  }
+
+  const std::shared_ptr<OwnConnection>& connection() const { return connection_; }
+  std::shared_ptr<OwnConnection> open(const OdbcOptions& options) const {
+    return openOdbc(string_, options);
+  }
+
+ private:
+  std::optional<CompanyCopy> copy_;
+  std::string string_;
+  std::shared_ptr<OwnConnection> connection_;
+};
+
+enum class Watched { No, Recorded, Ahead, Traced, Journaled };
 
 /// The runner's part in an import.
 class Watch {
  public:
-  Watch(const ImportKind& kind, const char* file, Watched how) : how_(how) {
+  Watch(const ImportKind& kind, const char* file, Watched how) : how_(how), ahead_(beside_, kind) {
     result_.arguments.kind = &kind;
     result_.arguments.file = file;
     result_.input = readInput(result_.arguments);
   }
 
-  std::shared_ptr<Connection> connection(const std::shared_ptr<OwnConnection>& database) {
+  std::shared_ptr<Connection> connection(const Company& company) {
+    const std::shared_ptr<OwnConnection> database = company.connection();
     if (how_ == Watched::No) return database;
-    return recorded(recorder_, database);
+    if (how_ != Watched::Ahead) return recorded(recorder_, database);
+    beside_.connection = company.open({.readOnly = true});
+    return recorded(recorder_, answeredAhead(ahead_, database));
   }
   MessageHandler messages(MessageHandler show) {
     return how_ == Watched::No ? show : recorder_.messages(std::move(show));
@@ -68,6 +101,7 @@ class Watch {
   void watch(ImportScreen& screen) {
     if (how_ == Watched::No) return;
     recorder_.watch(screen);
+    ahead_.follow(&screen);
     screen.run().setObserver(&report_);
   }
 
@@ -75,7 +109,7 @@ class Watch {
     if (how_ != Watched::Journaled) return;
     const std::string path = folder + "/journal";
     std::filesystem::remove(path);
-    all_.emplace(path, result_.arguments, surroundings_, std::cerr);
+    all_.emplace(path, result_.arguments, surroundings_, events_);
     all_->identify(database, "company");
     result_.mapping = readMapping(screen);
     journal_.emplace(*all_, result_, surroundings_);
@@ -90,7 +124,10 @@ class Watch {
 
  private:
   Watched how_;
+  Beside beside_;
+  LookAhead ahead_;
   Surroundings surroundings_ = realSurroundings();
+  Events events_{{std::cout, std::cerr, false}, false};
   RunGate gate_;
   Recorder recorder_{Recorder::Mode::Post, gate_};
   ImportReport report_{false};
@@ -101,8 +138,7 @@ class Watch {
 
 void measure(const ImportKind& kind, const std::string& company, const char* file,
              const char* folder, Watched how) {
-  const CompanyCopy copy(company, folder);
-  const std::shared_ptr<OwnConnection> database = openOdbc(embeddedConnectionString(copy.path()));
+  const Company database(company, folder);
   Watch runner(kind, file, how);
   HeadlessScreen screen(folder, runner.connection(database),
                         runner.messages([](const Message& m) { std::cerr << m.prompt << '\n'; }),
@@ -116,18 +152,19 @@ void measure(const ImportKind& kind, const std::string& company, const char* fil
   screen.form().cmdview.userClick();
 
   Stopwatch watch;
-  runner.begin(screen.form(), *database, folder);
+  runner.begin(screen.form(), *database.connection(), folder);
   const EventResult result = screen.form().cmdImport.userClick();
   runner.end();
   watch.stop();
   require(result == EventResult::Handled, "the import broke off");
-  watch.report(postedRecords(kind, *database));
+  watch.report(postedRecords(kind, *database.connection()));
 }
 
 Watched watchedAs(std::string_view name) {
   if (name == "recorded") return Watched::Recorded;
+  if (name == "ahead") return Watched::Ahead;
   if (name == "traced") return Watched::Traced;
-  require(name == "journaled", "usage: bench_import ... [recorded|traced|journaled]");
+  require(name == "journaled", "usage: bench_import ... [recorded|ahead|traced|journaled]");
   return Watched::Journaled;
 }
 

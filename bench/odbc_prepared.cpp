@@ -17,16 +17,6 @@ using namespace velk::bench;
 
 namespace {
 
-void bindDouble(const BareStatement& to, SQLUSMALLINT mark, double& number) {
-  to.check(SQLBindParameter(to.handle(), mark, SQL_PARAM_INPUT, SQL_C_DOUBLE, SQL_DOUBLE, 0, 0,
-                            &number, 0, nullptr));
-}
-
-void bindDate(const BareStatement& to, SQLUSMALLINT mark, SQL_TIMESTAMP_STRUCT& date) {
-  to.check(SQLBindParameter(to.handle(), mark, SQL_PARAM_INPUT, SQL_C_TYPE_TIMESTAMP,
-                            SQL_TYPE_TIMESTAMP, 23, 3, &date, 0, nullptr));
-}
-
 class Loop {
  public:
   Loop(BareConnection& connection, const std::string& beginning)

@@ -10,6 +10,7 @@
 #include "mapping/csv_table.h"
 #include "mapping/file_survey.h"
 #include "mapping/import_screen.h"
+#include "shared/csv_text.h"
 #include "ui/work.h"
 
 namespace velk {

@@ -72,9 +72,21 @@ std::string ImportRun::stopText(std::string_view description) const {
 
 std::shared_ptr<Recordset> ImportRun::post(Connection& connection, std::string_view procedure,
                                            std::span<const ProcedureParameter> parameters) {
+  return post([&] { return runProcedure(connection, {procedure, parameters}, Purpose::Post); });
+}
+
+void ImportRun::postBoth(Connection& connection, const ProcedureCall& first,
+                         const ProcedureCall& second) {
+  const auto pair = connection.postBoth(first, second);
+  Velk_ModOpnImp::GetDataRecordset(post([&] { return pair->first(); }));
+  Velk_ModOpnImp::GetDataRecordset(post([&] { return pair->second(); }));
+}
+
+std::shared_ptr<Recordset> ImportRun::post(
+    const std::function<std::shared_ptr<Recordset>()>& call) {
   ++posting_.calls;
   ++posting_.failed;  // until it has ended well: even telling the user of an error may fail
-  auto reply = module_.ExecuteProcedure(connection, procedure, parameters, Purpose::Post);
+  auto reply = module_.trapCall(call);
   if (module_.lastErrorNumber() == 0) --posting_.failed;
   return reply;
 }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -80,6 +81,9 @@ class ImportRun {
   /// Calls a procedure that posts the current record; null when it failed.
   std::shared_ptr<Recordset> post(Connection& connection, std::string_view procedure,
                                   std::span<const ProcedureParameter> parameters);
+  /// Calls two procedures that post it, the second also when the first failed. Their answers are
+  /// dropped.
+  void postBoth(Connection& connection, const ProcedureCall& first, const ProcedureCall& second);
 
   /// Runs a routine under an error trap that logs "(n): " + tag + description. False when it
   /// failed.
@@ -103,6 +107,7 @@ class ImportRun {
 
  private:
   std::string stopText(std::string_view description) const;
+  std::shared_ptr<Recordset> post(const std::function<std::shared_ptr<Recordset>()>& call);
   void beginRecord(std::size_t row);
 
   Velk_ModOpnImp& module_;

@@ -141,17 +141,12 @@ void OpeningImport::post(const Note& note) {
                                                     {std::abs(note.bill), DataType::Double},
                                                     {balance, DataType::Double},
                                                     {narration, DataType::VarChar}}};
-  call(debit ? kind_.debitNote : kind_.creditNote, document);
   // The account entry follows a note that failed, too: whether it did is not looked at, and the
   // accounts of companies that imported so rest on it.
   const std::array<ProcedureParameter, 2> account{
       {{note.code, DataType::VarChar}, {debit ? balance : -balance, DataType::Double}}};
-  call(kind_.openingBalance, account);
-}
-
-void OpeningImport::call(std::string_view procedure,
-                         std::span<const ProcedureParameter> parameters) {
-  Velk_ModOpnImp::GetDataRecordset(run_.post(screen_.connection(), procedure, parameters));
+  run_.postBoth(screen_.connection(), {debit ? kind_.debitNote : kind_.creditNote, document},
+                {kind_.openingBalance, account});
 }
 
 void OpeningImport::tell(Verdict verdict, const Finding& why, std::string_view code) {
@@ -173,10 +168,10 @@ std::string OpeningImport::logLine(const Finding& why, std::string_view code) co
   }
 }
 
-// The code is pasted as it is. One with a quote in it makes the query fail, and counts as unknown.
+// A query that fails, as for a code with a quote in it, counts as unknown.
 bool OpeningImport::partyExists(std::string_view code) {
   try {
-    const auto reply = screen_.connection().Execute(joined(kind_.existsQuery, code).append("'"));
+    const auto reply = screen_.connection().Execute(partyQuery(kind_, code));
     const bool exists = Velk_ModOpnImp::ValOrZero(reply->field(0)) > 0;
     reply->Close();
     return exists;

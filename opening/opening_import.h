@@ -9,7 +9,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -54,7 +53,6 @@ class OpeningImport {
   std::string ofParty(std::string_view what, std::string_view text, std::string_view code) const;
   std::optional<Date> documentDate(std::size_t row, std::string_view code);
   void post(const Note& note);
-  void call(std::string_view procedure, std::span<const ProcedureParameter> parameters);
   /// To the log, so that the user is told at the end to look there.
   void tell(Verdict verdict, const Finding& why, std::string_view code);
   std::string logLine(const Finding& why, std::string_view code) const;

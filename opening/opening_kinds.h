@@ -1,6 +1,7 @@
 // What the imports of opening balances say and call: one table for customers and one for vendors.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace velk {
@@ -22,6 +23,11 @@ struct OpeningImportKind {
   std::string_view checkTheLog;     ///< the closing message when a record was logged
   bool namesTheLog = false;         ///< the log's path follows it
 };
+
+/// The look-up of a code, which is pasted as it is: one with a quote in it makes the query fail.
+inline std::string partyQuery(const OpeningImportKind& kind, std::string_view code) {
+  return std::string(kind.existsQuery).append(code).append("'");
+}
 
 inline constexpr OpeningImportKind customerOpening{
     .idNotMapped = "Customer Id is Mandatory.Its not been Mapped",

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -86,6 +87,31 @@ class Command {
   virtual std::shared_ptr<Recordset> Execute(std::int32_t options) = 0;
 };
 
+/// One parameter of a stored procedure.
+struct ProcedureParameter {
+  Value value;
+  DataType type = DataType::VarChar;
+};
+
+/// A stored procedure and what it is called with, by position.
+struct ProcedureCall {
+  std::string_view name;
+  std::span<const ProcedureParameter> parameters;
+};
+
+/// Two calls that post one record. Each is to be asked for once, in their order, and answers or
+/// raises what its own Execute would.
+class CallPair {
+ public:
+  virtual ~CallPair() = default;
+  virtual std::shared_ptr<Recordset> first() = 0;
+  /// Whatever came of the first one.
+  virtual std::shared_ptr<Recordset> second() = 0;
+  /// Before first(): whether it sends both calls in one message. After it: whether the second one
+  /// was sent, as far as is known.
+  virtual bool isSentTogether() const { return false; }
+};
+
 class Connection {
  public:
   virtual ~Connection() = default;
@@ -93,6 +119,11 @@ class Connection {
   /// Runs a text query. Never null on success.
   virtual std::shared_ptr<Recordset> Execute(std::string_view text) = 0;
   virtual std::unique_ptr<Command> newCommand() = 0;
+  /// Two calls that post, of which the second follows a first one that failed, too. One after the
+  /// other, unless the connection knows how to send both at once with the same effect. What the
+  /// calls refer to, and the connection, have to outlive the pair.
+  virtual std::unique_ptr<CallPair> postBoth(const ProcedureCall& first,
+                                             const ProcedureCall& second);
 
   /// Everything the driver said about the last failure, first record first; empty where the library
   /// underneath keeps none.
@@ -110,6 +141,26 @@ class Connection {
   virtual bool isLost() const { return false; }
 };
 
+/// A parameter of a procedure, as the engine's catalogue has it.
+struct CatalogueParameter {
+  std::string name;  ///< empty where it is not told, as the type
+  std::string type;
+  std::int32_t length = 0;  ///< of a text, the longest that it takes; 0: not told
+};
+
+/// What an engine tells of a database and of the user's rights to it; empty what it does not.
+struct DatabaseFacts {
+  std::string engine;    ///< and its version
+  std::string encoding;  ///< of texts in the database
+  std::string noCount;   ///< ON, or OFF: statements tell how many rows they changed
+  /// Rights that an import does not need, and that do harm when a text becomes a statement; such
+  /// as "to write the table Setup".
+  std::vector<std::string> excessRights;
+};
+
+/// Runs a procedure as a command of the connection. Raises what the command raises.
+std::shared_ptr<Recordset> runProcedure(Connection& connection, const ProcedureCall& call,
+                                        Purpose purpose);
 /// Who keeps a session waiting.
 struct LockHolders {
   /// Such as "session 4711 of user clerk"; empty where it waits for no lock.
@@ -123,6 +174,8 @@ struct LockHolders {
 /// at a time, but for cancel().
 class OwnConnection : public Connection {
  public:
+  /// The one cell that each of the queries answers, in as few messages as the connection can.
+  virtual std::vector<Value> askTogether(std::span<const std::string> queries);
   /// Asks the driver to end the statement that is running; the only member that another thread may
   /// call. May wait as long as the driver lets nobody else in.
   virtual void cancel() {}
@@ -144,6 +197,11 @@ class OwnConnection : public Connection {
   /// or an id stored in an embedded one. `mayStore`: stores one where there is none; else the text
   /// is empty then, as where nothing can be told.
   virtual std::string identity(bool /*mayStore*/) { return {}; }
+  virtual DatabaseFacts facts() { return {}; }
+  /// Of a procedure that may be called; empty where the catalogue does not tell.
+  virtual std::vector<CatalogueParameter> parametersOf(std::string_view /*procedure*/) {
+    return {};
+  }
   /// What another connection knows this one by; empty where the engine tells nothing of locks.
   virtual std::string session() { return {}; }
   /// Who holds the locks that another connection waits for at this moment.

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -20,12 +21,6 @@
 #include "shared/numbered_files.h"
 
 namespace velk {
-
-/// One parameter of a stored procedure.
-struct ProcedureParameter {
-  Value value;
-  DataType type = DataType::VarChar;
-};
 
 class Velk_ModOpnImp {
  public:
@@ -75,6 +70,8 @@ class Velk_ModOpnImp {
   std::shared_ptr<Recordset> ExecuteProcedure(Connection& connection, std::string_view name,
                                               std::span<const ProcedureParameter> parameters,
                                               Purpose purpose = Purpose::Post);
+  /// The same for a call that is made by other means.
+  std::shared_ptr<Recordset> trapCall(const std::function<std::shared_ptr<Recordset>()>& call);
   /// 0 after a procedure that ran, the error's number after one that failed.
   std::int32_t lastErrorNumber() const { return lastErrorNumber_; }
   /// The line that the log got of that error.

@@ -6,32 +6,18 @@
 
 namespace velk {
 
-namespace {
-
-std::shared_ptr<Recordset> run(Connection& connection, std::string_view name,
-                               std::span<const ProcedureParameter> parameters, Purpose purpose) {
-  const std::unique_ptr<Command> command = connection.newCommand();
-  command->setPurpose(purpose);
-  command->setCommandType(CommandType::StoredProcedure);
-  for (std::size_t i = 0; i < parameters.size(); ++i) {
-    // The number is the value's place in the flat list of values and types: Param0, Param2, ...
-    command->Append("Param" + std::to_string(2 * i), static_cast<std::int32_t>(parameters[i].type),
-                    inputParameter, parameterSize);
-    command->setValue(i, parameters[i].value);
-  }
-  command->setCommandText(name);
-  return command->Execute(defaultOptions);
-}
-
-}  // namespace
-
-// The error's number is kept because callers that ignore errors still ask for it afterwards. Only a
-// time-out is shown: it is the one error that passes when the user waits.
 std::shared_ptr<Recordset> Velk_ModOpnImp::ExecuteProcedure(
     Connection& connection, std::string_view name, std::span<const ProcedureParameter> parameters,
     Purpose purpose) {
+  return trapCall([&] { return runProcedure(connection, {name, parameters}, purpose); });
+}
+
+// The error's number is kept because callers that ignore errors still ask for it afterwards. Only a
+// time-out is shown: it is the one error that passes when the user waits.
+std::shared_ptr<Recordset> Velk_ModOpnImp::trapCall(
+    const std::function<std::shared_ptr<Recordset>()>& call) {
   try {
-    auto recordset = run(connection, name, parameters, purpose);
+    auto recordset = call();
     lastErrorNumber_ = 0;
     return recordset;
   } catch (const RuntimeError& error) {

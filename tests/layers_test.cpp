@@ -19,7 +19,7 @@ using Names = std::vector<std::string_view>;
 
 /// The headers that a room may include besides the standard library's, by how their names begin.
 const std::map<std::string, Names> foreignHeaders{
-    {"platform/native", {"fcntl.h", "poll.h", "pwd.h", "signal.h", "spawn.h", "sys/", "unistd.h"}},
+    {"platform/native", {"fcntl.h", "poll.h", "pwd.h", "spawn.h", "sys/", "unistd.h"}},
     {"platform/odbc", {"sql", "windows.h"}},
     {"platform/windows",
      {"windows.h", "ole2.h", "olectl.h", "ocidl.h", "cderr.h", "commdlg.h", "shellapi.h",

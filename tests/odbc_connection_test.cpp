@@ -154,6 +154,22 @@ TEST_CASE_FIXTURE(EveryEngine, "odbc: literals in a query mean what they say") {
   }
 }
 
+TEST_CASE_FIXTURE(EveryEngine, "odbc: queries that are asked together answer as each by itself") {
+  for (const char* key : {"C1", "O'B", "ü€"}) insertCode(key);
+  std::vector<std::string> queries;
+  std::string each;
+  for (const char* key : {"C1", "C2", "O''B", "ü€", "c1 ", ""}) {
+    queries.push_back(std::string("select count(*) from odbc_suite where Code='") + key + "'");
+    each += ask(queries.back()) + " ";
+  }
+  std::string together;
+  for (const Value& answer : connection->askTogether(queries)) together += toText(answer) + " ";
+  CHECK(together == each);
+  queries.emplace_back("select count(*) from odbc_no_such_table");
+  CHECK(errorOf([&] { connection->askTogether(queries); }) == code(Errors::NoSuchTable));
+  CHECK(rows() == "3");
+}
+
 TEST_CASE_FIXTURE(EveryEngine, "odbc: refusals have their numbers and leave all usable") {
   insertCode("C1");
   struct Row {

@@ -43,7 +43,7 @@ class SmallDisk {
     while (file << page << std::flush) {
     }
     file.close();
-    constexpr std::uintmax_t left = 48 * 1024;
+    constexpr std::uintmax_t left = 16 * 1024;
     fs::resize_file(ballast, fs::file_size(ballast) - left);
   }
   void empty() const { fs::remove(folder_.path("ballast")); }
@@ -130,7 +130,7 @@ TEST_CASE("disk full: every record has one outcome, and it is true") {
     const auto import = [&](const std::string& file) {
       return world.import(file, {"--json", "--database", company.database()});
     };
-    constexpr int records = 600;
+    constexpr int records = 400;
     const Ran ran = import(world.folder.write("in.csv", debitNotes(records)));
     CHECK(ran.status == 1);
     checkTold(Json(ran.out), company, records);

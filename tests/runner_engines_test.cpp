@@ -69,10 +69,12 @@ std::string tablesOf(OwnConnection& connection) {
 }
 
 struct EngineWorld : RunnerWorld {
-  explicit EngineWorld(const TestEngine& on) : engine(on), company(on, folder.path("")) {}
+  explicit EngineWorld(const TestEngine& on, bool isOneByOne = false)
+      : engine(on), company(on, folder.path("")), oneByOne(isOneByOne) {}
 
   const TestEngine& engine;
   EngineCompany company;
+  const bool oneByOne;
   Texts story;
 
   /// An engine's own words differ.
@@ -93,13 +95,15 @@ struct EngineWorld : RunnerWorld {
     arguments.insert(arguments.end(),
                      {"--accept", "all", "--json", "--database", company.database(), "--rejects",
                       folder.path("r" + std::to_string(story.size()))});
+    if (oneByOne) arguments.emplace_back("--one-by-one");
     const Ran ran = import(file, arguments);
     CAPTURE(file);
     CAPTURE(ran.err);
     const Json report(ran.out);
     CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
     CHECK_FALSE(contains(ran.out + ran.err, "change-me"));
-    story.push_back(file + " " + std::to_string(ran.status) + " " + asEmbedded(report.outcomes()));
+    story.push_back(file.substr(file.rfind('/') + 1) + " " + std::to_string(ran.status) + " " +
+                    asEmbedded(report.outcomes()));
     tellLog();
   }
   void tellTables() { story.push_back(tablesOf(*company.connection())); }
@@ -107,8 +111,8 @@ struct EngineWorld : RunnerWorld {
 
 const std::string sampleFiles = OPNIMP_SOURCE_DIR "/samples/";
 
-Texts storyOn(const TestEngine& engine) {
-  EngineWorld world(engine);
+Texts storyOn(const TestEngine& engine, bool oneByOne) {
+  EngineWorld world(engine, oneByOne);
   // Codes beyond ASCII, and a reference that is too long, for the table and for any parameter.
   runCommand(*world.company.connection(),
              "INSERT INTO Customer (CustomerID, CustomerName) VALUES (?, ?)", {"ÄÖ1", "A"});
@@ -160,13 +164,16 @@ Texts storyOn(const TestEngine& engine) {
 }
 
 TEST_CASE("engines: one story on each") {
-  const Texts expected = storyOn(testEngines().front());
+  const Texts expected = storyOn(testEngines().front(), true);
   for (const TestEngine& engine : testEngines()) {
-    if (engine.isEmbedded()) continue;
-    CAPTURE(std::string(engine.name));
-    const Texts told = storyOn(engine);
-    REQUIRE(told.size() == expected.size());
-    for (std::size_t i = 0; i < told.size(); ++i) CHECK(Texts{told[i]} == Texts{expected[i]});
+    for (const bool oneByOne : {true, false}) {
+      if (engine.isEmbedded() && oneByOne) continue;
+      CAPTURE(std::string(engine.name));
+      CAPTURE(oneByOne);
+      const Texts told = storyOn(engine, oneByOne);
+      REQUIRE(told.size() == expected.size());
+      for (std::size_t i = 0; i < told.size(); ++i) CHECK(Texts{told[i]} == Texts{expected[i]});
+    }
   }
 }
 

@@ -8,8 +8,8 @@
 #include <sstream>
 #include <thread>
 
-#include "tests/support/json_value.h"
 #include "tests/support/runner.h"
+#include "tests/support/truth.h"
 
 using namespace velk;
 
@@ -28,34 +28,8 @@ struct FaultWorld : RunnerWorld {
                 {"--database", connection(settings), "--rejects", folder.path("r.csv")});
     return importLines({openingTitles, openings[0], openings[1], openings[2]}, std::move(more));
   }
-  /// How many changes of the record at a position are there to stay.
-  std::size_t changes(std::size_t record) const {
-    std::size_t count = 0;
-    std::istringstream lines(ledger());
-    for (std::string line; std::getline(lines, line);) {
-      count += contains(line, " C00" + std::to_string(record + 1)) ? 1U : 0U;
-    }
-    return count;
-  }
-  /// Nothing is said to be absent that is there, and nothing to be there that is not.
-  void checkTruth(const Ran& ran) const {
-    const Json report(ran.out);
-    CHECK_MESSAGE(report.at("account.addsUp") == "true", ran.out);
-    for (std::size_t i = 0; i < std::size(openings); ++i) {
-      const std::string outcome = report.at("records[" + std::to_string(i) + "].outcome");
-      CAPTURE(i);
-      CAPTURE(outcome);
-      if (outcome == "posted") CHECK(changes(i) == 2);
-      if (outcome == "failed" || outcome == "rejected" || outcome == "not-reached" ||
-          outcome == "taken-back")
-        CHECK(changes(i) == 0);
-      CHECK_FALSE((contains(folder.read("r.csv"), openings[i]) && changes(i) > 0));
-      const bool doubtful = outcome == "partial" || outcome == "unknown";
-      const std::string check = folder.has("r.csv.check.csv") ? folder.read("r.csv.check.csv") : "";
-      CHECK(contains(check, openings[i]) == doubtful);
-      if (doubtful) CHECK_FALSE(contains(ran.out, "import the file again"));
-    }
-  }
+  Truth truth{folder, {std::begin(openings), std::end(openings)}};
+  void checkTruth(const Ran& ran) const { truth.check(Json(ran.out)); }
 };
 
 }  // namespace
@@ -190,7 +164,7 @@ TEST_CASE("faults: a procedure runs to its end behind a refused statement") {
   FaultWorld world;
   world.importAll("Faults=..c");
   CHECK(contains(world.ledger(), "sp_insert_CustCreditNote C002 rest\n"));
-  CHECK(world.changes(2) == 2);
+  CHECK(world.truth.changes(2) == 2);
   CHECK_FALSE(contains(world.folder.read("Error.log"), "does not exist"));
 }
 

@@ -144,8 +144,7 @@ TEST_CASE("metrics: what a call came to, as a parser of the format reads it") {
       {"opnimp_account_adds_up{" + a + "}", "1.0"},
       {"opnimp_run{" + b + "}", "2.0"}};
   for (const auto& [name, value] : expected) {
-    CAPTURE(name);
-    CHECK(found[name] == value);
+    CHECK(name + " " + found[name] == name + " " + value);
   }
   CHECK(std::stod(found["opnimp_file_size_bytes{" + a + "}"]) ==
         static_cast<double>(std::filesystem::file_size(first)));

@@ -1,12 +1,6 @@
 // What runs leave that were killed or interrupted, and how others go on with them.
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <random>
-#include <thread>
 
 #include "apps/opnimp/journal/record_hash.h"
 #include "apps/opnimp/records/csv_records.h"
@@ -29,20 +23,6 @@ std::string longFile(std::size_t records) {
             number + "\r\n";
   }
   return text;
-}
-
-/// Imports in a process of its own, which is killed after a while.
-void killedImport(RunnerWorld& world, const std::string& file, const std::vector<std::string>& more,
-                  std::chrono::microseconds after) {
-  world.database();  // made by this process
-  const pid_t child = ::fork();
-  if (child == 0) {
-    world.import(file, more);
-    ::_exit(0);
-  }
-  std::this_thread::sleep_for(after);
-  ::kill(child, SIGKILL);
-  ::waitpid(child, nullptr, 0);
 }
 
 /// Cuts off the journal's last entries, marks of syncs not counted, as if the last run had been
@@ -74,43 +54,12 @@ Ran interruptedImport(RunnerWorld& world, const std::string& file, std::size_t r
   return ran;
 }
 
-RunIndex indexOf(const RunnerWorld& world) {
-  std::ostringstream err;
-  const std::string path = chooseJournal({}, world.surroundings);
-  Events events(Streams{err, err}, false);
-  return openJournal(path, KeptFor::Reading, world.surroundings, events).index;
-}
-
 /// How many notes there are for the records of longFile from `first` to `last`.
 std::string notes(RunnerWorld& world, std::size_t first, std::size_t last) {
   return world.ask(
       "select count(*) from CustomerDebitNote where cast(substr(DocReference, 2) as "
       "integer) between " +
       std::to_string(first) + " and " + std::to_string(last));
-}
-
-/// Holds a run's word on each record against the database. Answers how many are in doubt.
-std::size_t checkAgainstDatabase(RunnerWorld& world, const RunSummary& run) {
-  std::size_t doubtful = 0;
-  std::size_t sum = 0;
-  std::size_t inDoubt = 0;
-  for (std::size_t record = 0; record < run.outcomes.size(); ++record) {
-    const std::size_t number = record + 1;
-    const Outcome outcome = run.outcome(record);
-    if (outcome == Outcome::Unknown) {
-      ++doubtful;
-      inDoubt = number;
-    } else if (outcome == Outcome::Posted) {
-      sum += number;
-    }
-  }
-  const std::size_t posted = run.begun - doubtful;
-  CHECK(notes(world, 1, posted) == std::to_string(posted));
-  CHECK(notes(world, run.begun + 1, run.outcomes.size()) == "0");
-  const auto entries = static_cast<std::size_t>(
-      std::stod(world.ask("select ifnull(sum(OpeningBalance), 0) from CustomerOpeningBalance")));
-  CHECK((entries == sum || entries == sum + inDoubt));
-  return doubtful;
 }
 
 }  // namespace
@@ -123,57 +72,6 @@ TEST_CASE("whether a whole run that was killed was kept is not known") {
   const Json report(world.run({"report", "1", "--json"}).out);
   CHECK(report.outcomes() == "unknown");
   CHECK(report.at("account.notes.count") == "0");
-}
-
-TEST_CASE("a run killed at any moment leaves one record in doubt at most, and can be resumed") {
-  constexpr std::size_t records = 400;
-  std::mt19937 random{std::random_device()()};
-  std::chrono::microseconds whole{0};
-  {
-    RunnerWorld world;
-    world.database();
-    const std::string file = world.folder.write("in.csv", longFile(records));
-    const auto start = std::chrono::steady_clock::now();
-    CHECK(world.import(file).status == 0);
-    whole = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() -
-                                                                  start);
-  }
-  std::size_t midway = 0;
-  for (int round = 0; round < 100 && midway < 8; ++round) {
-    RunnerWorld world;
-    const std::string file = world.folder.write("in.csv", longFile(records));
-    std::uniform_int_distribution<long long> moment(0, whole.count());
-    killedImport(world, file, {}, std::chrono::microseconds(moment(random)));
-    const RunIndex index = indexOf(world);
-    if (index.runs.empty()) {
-      CHECK(notes(world, 1, records) == "0");
-      continue;
-    }
-    const RunSummary& run = index.runs.back();
-    const std::size_t doubtful = checkAgainstDatabase(world, run);
-    CHECK(doubtful <= 1);
-    if (run.completed) continue;
-    const Ran report = world.run({"report", "1"});
-    CHECK(report.status == 5);
-    CHECK(contains(report.out, "it did not end by itself"));
-    CHECK(contains(report.out, ") unknown: the run broke off") == (doubtful == 1));
-    if (run.begun == 0 || run.begun == records) continue;
-    ++midway;
-    CHECK(world.import(file).status == 2);
-
-    const std::string before = notes(world, 1, run.begun);
-    const Ran resumed = world.import(file, {"--resume", "--rejects", world.folder.path("r.csv")});
-    CHECK_MESSAGE(resumed.status == static_cast<int>(doubtful), resumed.out << resumed.err);
-    CHECK(notes(world, 1, run.begun) == before);
-    CHECK(notes(world, run.begun + 1, records) == std::to_string(records - run.begun));
-    CHECK(world.folder.has("r.csv.check.csv") == (doubtful == 1));
-    if (doubtful == 1) {
-      const std::string number = std::to_string(run.begun);
-      CHECK(contains(world.folder.read("r.csv.check.csv"), ",R" + number + ","));
-    }
-    CHECK(world.import(file, {"--resume"}).status == 3);
-  }
-  CHECK(midway == 8);
 }
 
 TEST_CASE("a resumed run goes on behind the one that broke off, as often as it takes") {

@@ -4,10 +4,17 @@
 #include <algorithm>
 #include <atomic>
 #include <csignal>
+#include <cstddef>
+#include <cstdlib>
+#include <exception>
 #include <iostream>
+#include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "apps/opnimp/cli/exit_status.h"
+#include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/opnimp.h"
 
 namespace {
@@ -26,6 +33,33 @@ extern "C" void onInterrupt(int signalNumber) {
 // A signal that was ignored at the start stays so, as under nohup.
 void catchSignal(int signalNumber) {
   if (std::signal(signalNumber, onInterrupt) == SIG_IGN) std::signal(signalNumber, SIG_IGN);
+}
+
+// Freed when the memory runs out, so that the program can still draw up its account.
+// NOLINTNEXTLINE(*-avoid-non-const-global-variables)
+std::atomic<char*> reserve = nullptr;
+
+void freeReserve() {
+  delete[] reserve.exchange(nullptr);
+  throw std::bad_alloc();
+}
+
+// Where not even the exception can be told of: in libraries that promise to throw none.
+void endWithoutMemory() {
+  if (reserve != nullptr) std::abort();
+  constexpr std::string_view program = "opnimp: ";
+  for (const std::string_view part : {program, velk::memoryRanOut, std::string_view(".\n")}) {
+    if (write(STDERR_FILENO, part.data(), part.size()) < 0) break;
+  }
+  _exit(static_cast<int>(velk::ExitStatus::BrokeOff));
+}
+
+// Before all objects of the program are made, which takes memory, too.
+[[gnu::constructor(101)]] void prepareToEndWithoutMemory() {
+  std::set_terminate(endWithoutMemory);
+  constexpr std::size_t size = std::size_t{1} << 20;
+  reserve = new char[size];
+  std::set_new_handler(freeReserve);
 }
 
 }  // namespace

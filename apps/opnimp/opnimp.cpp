@@ -1,10 +1,12 @@
 #include "apps/opnimp/opnimp.h"
 
 #include <exception>
+#include <new>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/report/events.h"
 #include "apps/opnimp/report/json_document.h"
+#include "apps/opnimp/run/check_database.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/export_command.h"
 #include "apps/opnimp/run/import_command.h"
@@ -33,6 +35,8 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
       return runReversal(arguments, streams, surroundings);
     case Arguments::Command::Rejects:
       return runRejects(arguments, streams, surroundings);
+    case Arguments::Command::CheckDatabase:
+      return checkDatabase(arguments, streams, surroundings);
     case Arguments::Command::LockHolders:
       return tellLockHolders(arguments, streams, surroundings);
     case Arguments::Command::DemoDatabase:
@@ -54,6 +58,17 @@ std::string masked(std::string text, std::span<const std::string> args) {
     }
   }
   return text;
+}
+
+int failWithoutMemory(bool json, Events& events, Streams& streams) {
+  constexpr ExitStatus status = ExitStatus::BrokeOff;
+  try {
+    events.failure(status, memoryRanOut);
+    if (json) writeErrorDocument(status, std::string(memoryRanOut), streams.out);
+  } catch (const std::bad_alloc&) {
+    streams.err << "opnimp: " << memoryRanOut << ".\n";  // which needs none
+  }
+  return static_cast<int>(status);
 }
 
 int fail(ExitStatus status, const std::string& text, bool json, Events& events, Streams& streams) {
@@ -91,6 +106,8 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
     return fail(ExitStatus::Usage, masked(error.what(), args), json, events, streams);
   } catch (const CannotOpen& error) {
     return fail(ExitStatus::CannotOpen, masked(error.what(), args), json, events, streams);
+  } catch (const std::bad_alloc&) {
+    return failWithoutMemory(json, events, streams);
   } catch (const std::exception& error) {
     return fail(ExitStatus::BrokeOff,
                 "an unexpected error ended the program: " + masked(error.what(), args) +

@@ -81,10 +81,11 @@ std::string freeNameBeside(std::string_view path) {
 
 class NativeReplacement final : public NativeOutput {
  public:
-  // O_EXCL, because another process may have taken the name since it was found free.
-  NativeReplacement(std::string_view path, std::string name)
+  // O_EXCL, because another process may have taken the name since it was found free. Once the file
+  // is made nothing takes memory: it would stay if there were none.
+  NativeReplacement(std::string path, std::string name)
       : NativeOutput(openDescriptor(name, O_WRONLY | O_CREAT | O_EXCL)),
-        path_(path),
+        path_(std::move(path)),
         name_(std::move(name)) {}
   ~NativeReplacement() override {
     if (!moved_) ::unlink(name_.c_str());
@@ -135,7 +136,7 @@ std::unique_ptr<OutputFile> NativeFileSystem::openAppend(std::string_view path) 
 
 std::unique_ptr<OutputFile> NativeFileSystem::openReplacement(std::string_view path) {
   checkReplaceable(std::string(path));
-  return std::make_unique<NativeReplacement>(path, freeNameBeside(path));
+  return std::make_unique<NativeReplacement>(std::string(path), freeNameBeside(path));
 }
 
 bool NativeFileSystem::openExclusively(std::string_view path) {

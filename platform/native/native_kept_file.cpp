@@ -94,7 +94,7 @@ class NativeKeptFile final : public KeptFile {
   void giveRoomBack() {
     if (!end_) return;
     room_.leave();
-    trapErrors([&] { truncate(*end_); }, [](const RuntimeError&) {});
+    ignoringFailure([&] { truncate(*end_); });
   }
 
   Descriptor file_;

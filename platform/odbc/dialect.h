@@ -21,6 +21,28 @@ struct KnownStatement {
   std::string_view sql;    ///< the engine's; its marks take the literals in their order
 };
 
+/// How an engine takes two calls as one statement, in which an error of the second leaves what the
+/// first has done, and one of the first keeps the second from running (paired_calls.h).
+struct PairedCallsDialect {
+  /// What stands around the two calls. `between` tells, by a text that takes the place of its mark,
+  /// that the first has ended well and is committed.
+  std::string_view before;
+  std::string_view between;
+  std::string_view after;
+  /// Answers the text that `between` took last, if it is kept in the session; empty if it is a
+  /// result of its own among those of the calls.
+  std::string_view reachedQuery = {};
+  // For an engine that takes such a statement only as the body of a procedure.
+  /// Answers a row for each procedure that goes by the name in the place of its mark: how many
+  /// parameters it takes, -1 if it cannot be called so; what stands before its name in a call; the
+  /// types of its parameters, separated by commas.
+  std::string_view signatureQuery = {};
+  /// The beginning of the name of such a procedure, which is gone with the session.
+  std::string_view procedure = {};
+  std::string_view makeProcedure = {};  ///< its marks take the name, the types and the body
+  std::string_view markType = {};
+};
+
 /// A failure that the driver reports otherwise than others do.
 struct NativeError {
   std::int32_t code;               ///< the engine's own; 0: any
@@ -57,6 +79,8 @@ struct Dialect {
   /// Answers what stands before them for the procedure whose name, as a literal, takes the place of
   /// the mark; empty if it is the same for all.
   std::string_view callBeforeQuery = {};
+  /// Null: two calls are two statements.
+  const PairedCallsDialect* pairedCalls = nullptr;
   /// Procedures are statements in a table of the database (stored_procedures.h).
   bool hasProcedureTable = false;
   /// Put before each step of a procedure that writes.
@@ -76,6 +100,14 @@ struct Dialect {
   Date earliestDate = Date{-53688};  // 1 January 1753
   /// Run as the first statement of each transaction, so that transactionCount can tell it.
   std::string_view transactionMark = {};
+  /// Answers how texts are encoded in the database.
+  std::string_view encodingQuery = {};
+  /// Answers ON where statements do not tell how many rows they changed.
+  std::string_view noCountQuery = {};
+  /// Each answers, in a text a row, rights of the user that an import does not need.
+  std::span<const std::string_view> excessRights = {};
+  /// The catalogue keeps the lengths of parameters.
+  bool keepsParameterLengths = true;
   /// Answers what knows the connection among all of the server; empty if nothing tells of locks.
   std::string_view sessionQuery = {};
   /// Each answers, in a text a row, who holds the locks that the session waits for whose id takes

@@ -26,6 +26,16 @@ constexpr auto sqlServerErrors = std::to_array<NativeError>({
     {20047, "08S01", "dead"},
 });
 
+constexpr auto sqlServerExcessRights = std::to_array<std::string_view>(
+    {"SELECT 'to do everything, as a system administrator' WHERE IS_SRVROLEMEMBER('sysadmin') = 1",
+     "SELECT 'as a member of ' + name FROM sys.database_principals WHERE type = 'R' AND name IN "
+     "('db_owner', 'db_ddladmin', 'db_datawriter', 'db_securityadmin', 'db_accessadmin') AND "
+     "IS_MEMBER(name) = 1",
+     "SELECT 'to write the table ' + name FROM sys.tables WHERE HAS_PERMS_BY_NAME(QUOTENAME("
+     "SCHEMA_NAME(schema_id)) + '.' + QUOTENAME(name), 'OBJECT', 'INSERT') = 1 OR "
+     "HAS_PERMS_BY_NAME(QUOTENAME(SCHEMA_NAME(schema_id)) + '.' + QUOTENAME(name), 'OBJECT', "
+     "'UPDATE') = 1"});
+
 std::string sqlServerLockLimit(const OdbcOptions& options) {
   const int seconds = options.lockTimeoutSeconds;
   return seconds <= 0 ? "" : "SET LOCK_TIMEOUT " + std::to_string(std::int64_t{seconds} * 1000);
@@ -35,7 +45,14 @@ std::string sqlServerLockLimit(const OdbcOptions& options) {
 
 const Dialect& dialectOf(std::string_view engineName) {
   // For every other name, too: its statements are sent as they are.
-  static constexpr Dialect sqlServer{.timeLimit = sqlServerLockLimit, .errors = sqlServerErrors};
+  static constexpr Dialect sqlServer{
+      .timeLimit = sqlServerLockLimit,
+      .errors = sqlServerErrors,
+      .encodingQuery =
+          "SELECT 'code page ' + CONVERT(varchar(20), COLLATIONPROPERTY(CONVERT("
+          "varchar(128), DATABASEPROPERTYEX(DB_NAME(), 'Collation')), 'CodePage'))",
+      .noCountQuery = "SELECT CASE WHEN @@OPTIONS & 512 = 0 THEN 'OFF' ELSE 'ON' END",
+      .excessRights = sqlServerExcessRights};
   static constexpr std::pair<std::string_view, const Dialect*> others[] = {
       {"SQLite", &sqliteDialect}, {"PostgreSQL", &postgresqlDialect}, {"MariaDB", &mariadbDialect}};
   const auto* const found = std::ranges::find_if(

@@ -33,6 +33,16 @@ constexpr auto mariadbLockHolders = std::to_array<std::string_view>(
      "SELECT concat('a session that the server does not name (', state, ')') "
      "FROM information_schema.processlist WHERE id = ? AND state LIKE 'Waiting for%lock'"});
 
+// What PROCESS is good for stands above.
+constexpr auto mariadbExcessRights = std::to_array<std::string_view>(
+    {"SELECT concat(lower(privilege_type), ' on all databases') "
+     "FROM information_schema.user_privileges WHERE privilege_type NOT IN ('USAGE', 'PROCESS') AND "
+     "grantee = concat('''', replace(current_user(), '@', '''@'''), '''')",
+     "SELECT concat(lower(privilege_type), ' on the database ', table_schema) "
+     "FROM information_schema.schema_privileges WHERE privilege_type NOT IN ('SELECT', 'EXECUTE')",
+     "SELECT concat(lower(privilege_type), ' on the table ', table_name) "
+     "FROM information_schema.table_privileges WHERE privilege_type <> 'SELECT'"});
+
 constexpr auto mariadbErrors = std::to_array<NativeError>({
     {1205, "HYT00"},               // lock wait time-out
     {1969, "HYT00", {}, "HY018"},  // the statement's time limit
@@ -60,6 +70,13 @@ std::string timeLimit(const OdbcOptions& options) {
          ", max_statement_time = " + std::to_string(statement);
 }
 
+// A block that is no transaction: each of its statements commits by itself.
+constexpr PairedCallsDialect mariadbPairs{
+    .before = "BEGIN NOT ATOMIC ",
+    .between = "; SELECT ?; ",
+    .after = "; END",
+};
+
 }  // namespace
 
 constinit const Dialect mariadbDialect{
@@ -70,7 +87,10 @@ constinit const Dialect mariadbDialect{
     .errors = mariadbErrors,
     .callBefore = "CALL ",
     .callAfter = {},
+    .pairedCalls = &mariadbPairs,
     .earliestDate = anyDate,
+    .encodingQuery = "SELECT @@character_set_database",
+    .excessRights = mariadbExcessRights,
     .sessionQuery = "SELECT connection_id()",
     .lockHolders = mariadbLockHolders,
     .lockHoldersRight = "PROCESS",

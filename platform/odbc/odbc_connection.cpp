@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <utility>
 
 #include "base/text.h"
+#include "platform/odbc/call_text.h"
 #include "platform/odbc/driver_path.h"
+#include "platform/odbc/joint_query.h"
+#include "platform/odbc/paired_calls.h"
 #include "platform/odbc/procedure_catalogue.h"
 #include "platform/odbc/statement_shape.h"
 #include "platform/odbc/stored_procedures.h"
@@ -19,15 +23,21 @@ class DriverConnection final : public OwnConnection,
                                public std::enable_shared_from_this<DriverConnection> {
  public:
   DriverConnection(std::string_view connectionString, const OdbcOptions& options)
-      : session_(connectionString, options), procedures_(session_) {}
+      : session_(connectionString, options),
+        sendsPairs_(!options.oneByOne),
+        procedures_(session_),
+        pairs_(session_) {}
   ~DriverConnection() override;
 
   std::shared_ptr<Recordset> Execute(std::string_view text) override;
   std::unique_ptr<Command> newCommand() override;
+  std::unique_ptr<CallPair> postBoth(const ProcedureCall& first,
+                                     const ProcedureCall& second) override;
   std::vector<Diagnostic> diagnostics() const override { return session_.diagnostics(); }
   bool changedNothing() const override { return changedNothing_; }
   bool isRefused(std::string_view procedure, std::size_t parameters) override;
   bool isLost() const override { return session_.isLost(); }
+  std::vector<Value> askTogether(std::span<const std::string> queries) override;
   void cancel() override { session_.cancel(); }
   void beginTransaction() override;
   void rollback() override { endTransaction(SQL_ROLLBACK); }
@@ -36,6 +46,8 @@ class DriverConnection final : public OwnConnection,
   bool canLeaveTransactions() const override { return session_.dialect().canLeaveTransactions; }
   Date earliestDate() const override { return session_.dialect().earliestDate; }
   std::string identity(bool mayStore) override;
+  DatabaseFacts facts() override;
+  std::vector<CatalogueParameter> parametersOf(std::string_view procedure) override;
   std::string session() override;
   LockHolders lockHolders(std::string_view session) override;
 
@@ -43,6 +55,8 @@ class DriverConnection final : public OwnConnection,
                                  const std::vector<CommandParameter>& parameters);
 
  private:
+  /// Each row's first field; nothing if the engine refuses the query, or there is none.
+  std::vector<std::string> texts(std::string_view query);
   /// Empty where none is stored.
   std::string storedIdentity();
   std::shared_ptr<Recordset> call(std::string_view name,
@@ -59,7 +73,9 @@ class DriverConnection final : public OwnConnection,
   // By text, calls by name and number of parameters. Only the system's own statements and calls of
   // procedures, so that it stays small.
   std::map<std::string, PreparedStatement, std::less<>> kept_;
+  const bool sendsPairs_;
   StoredProcedures procedures_;
+  PairedCalls pairs_;
   std::map<std::string, bool, std::less<>> refused_;
   bool inTransaction_ = false;
   bool changedNothing_ = false;
@@ -100,17 +116,6 @@ std::shared_ptr<Recordset> OdbcCommand::Execute(std::int32_t) {
   return connection_->run(type_, text_, parameters_);
 }
 
-// "{call name(?, ?)}", the interface's own way to call a procedure, or the engine's.
-std::string callText(std::string before, std::string_view name, std::size_t parameterCount,
-                     std::string_view after) {
-  std::string text = std::move(before.append(name));
-  for (std::size_t i = 0; i < parameterCount; ++i) text += i == 0 ? "(?" : ", ?";
-  // Only the interface's own way knows calls without parentheses.
-  if (parameterCount == 0 && after.empty()) text += '(';
-  if (parameterCount > 0 || after.empty()) text += ')';
-  return text.append(after);
-}
-
 // A literal may be longer than a parameter: in the statement's own text it would have no limit.
 std::vector<CommandParameter> asParameters(std::vector<std::string>& literals) {
   std::vector<CommandParameter> parameters;
@@ -122,11 +127,8 @@ std::vector<CommandParameter> asParameters(std::vector<std::string>& literals) {
 }
 
 DriverConnection::~DriverConnection() {
-  try {
-    rollback();
-  } catch (const RuntimeError&) {
-    // The engine takes it back when the connection goes.
-  }
+  // What fails is taken back when the connection goes.
+  ignoringFailure([&] { rollback(); });
 }
 
 // A known statement is the system's own, so that its literals can be bound without reading it any
@@ -146,9 +148,32 @@ std::shared_ptr<Recordset> DriverConnection::Execute(std::string_view text) {
   return PreparedStatement::executeOnce(session_, text);
 }
 
+std::vector<Value> DriverConnection::askTogether(std::span<const std::string> queries) {
+  JointQuery joint = jointQuery(session_.dialect(), queries);
+  const auto row = joint.isKnown ? kept(joint.sql).execute(asParameters(joint.literals))
+                                 : PreparedStatement::executeOnce(session_, joint.sql);
+  std::vector<Value> answers;
+  for (std::size_t i = 0; i < queries.size(); ++i) answers.push_back(row->field(i));
+  return answers;
+}
+
 std::unique_ptr<Command> DriverConnection::newCommand() {
   // A command keeps its connection open, even if the caller lets go of it first.
   return std::make_unique<OdbcCommand>(shared_from_this());
+}
+
+// Within a transaction no call has a commit of its own.
+std::unique_ptr<CallPair> DriverConnection::postBoth(const ProcedureCall& first,
+                                                     const ProcedureCall& second) {
+  const bool mayPair = sendsPairs_ && !inTransaction_ && !session_.isLost();
+  PreparedStatement* const statement = mayPair ? pairs_.find(first, second) : nullptr;
+  if (statement == nullptr) return Connection::postBoth(first, second);
+  PairOwner owner{
+      [this](const ProcedureCall& call) { return runProcedure(*this, call, Purpose::Post); },
+      [this](const ProcedureCall& call, const RuntimeError& error) {
+        return changedNothing_ = isKnownToChangeNothing(call.name, call.parameters.size(), error);
+      }};
+  return pairOf(pairs_, *statement, session_, std::move(owner), first, second);
 }
 
 std::shared_ptr<Recordset> DriverConnection::run(CommandType type, std::string_view text,
@@ -173,8 +198,7 @@ std::shared_ptr<Recordset> DriverConnection::call(std::string_view name,
 }
 
 bool DriverConnection::isRefused(std::string_view procedure, std::size_t parameters) {
-  // A table of procedures is looked at by the call itself.
-  if (session_.dialect().hasProcedureTable) return false;
+  if (session_.dialect().hasProcedureTable) return !procedures_.takes(procedure, parameters);
   const auto found = refused_.find(procedure);
   if (found != refused_.end()) return found->second;
   return refused_.emplace(std::string(procedure), cannotHaveRun(session_, procedure, parameters))
@@ -280,6 +304,39 @@ std::string DriverConnection::identity(bool mayStore) {
     if (error.is(ErrorNumber::ProviderTimeout)) throw RuntimeError(error);
   });
   return storedIdentity();
+}
+
+std::vector<std::string> DriverConnection::texts(std::string_view query) {
+  std::vector<std::string> all;
+  if (query.empty()) return all;
+  const auto read = [&] {
+    for (const auto rows = Execute(query); !rows->isEOF(); rows->MoveNext()) {
+      all.push_back(toText(rows->field(0)));
+    }
+  };
+  trapErrors(read, [](const RuntimeError&) {});
+  return all;
+}
+
+DatabaseFacts DriverConnection::facts() {
+  const Dialect& dialect = session_.dialect();
+  const auto first = [this](std::string_view query) {
+    const std::vector<std::string> all = texts(query);
+    return all.empty() ? std::string() : all.front();
+  };
+  DatabaseFacts facts;
+  facts.engine = session_.information(SQL_DBMS_NAME) + " " + session_.information(SQL_DBMS_VER);
+  facts.encoding = first(dialect.encodingQuery);
+  facts.noCount = first(dialect.noCountQuery);
+  for (const std::string_view query : dialect.excessRights) {
+    std::ranges::move(texts(query), std::back_inserter(facts.excessRights));
+  }
+  return facts;
+}
+
+std::vector<CatalogueParameter> DriverConnection::parametersOf(std::string_view procedure) {
+  if (session_.dialect().hasProcedureTable) return {};
+  return catalogueParameters(session_, procedure);
 }
 
 std::string DriverConnection::session() {

@@ -11,6 +11,8 @@ struct OdbcOptions {
   int lockTimeoutSeconds = 0;
   /// How long opening may take where the driver has such a limit; 0 waits for ever.
   int loginTimeoutSeconds = 8;
+  /// Two calls are never sent as one statement.
+  bool oneByOne = false;
   /// The engine itself refuses what would change something, where it can.
   bool readOnly = false;
 };

@@ -117,6 +117,7 @@ void OdbcSession::setRunning(SQLHANDLE statement) {
 
 void OdbcSession::cancel() {
   const std::lock_guard lock(runningMutex_);
+  wasCancelled_ = true;
   if (running_ != nullptr) SQLCancel(running_);
 }
 

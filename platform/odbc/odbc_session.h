@@ -1,6 +1,7 @@
 // One open connection of the database interface, with what all of its statements need.
 #pragma once
 
+#include <atomic>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -53,6 +54,8 @@ class OdbcSession {
   /// Asks the driver to end the statement that is running, from any thread. May wait as long as the
   /// driver lets nobody else in.
   void cancel();
+  /// Whether that was asked for.
+  bool wasCancelled() const { return wasCancelled_; }
 
  private:
   void add(SQLSMALLINT handleType, SQLHANDLE handle);
@@ -74,6 +77,7 @@ class OdbcSession {
   Sent sent_ = Sent::Nothing;
   std::mutex runningMutex_;  // held while the handle is in use elsewhere than in its own thread
   SQLHANDLE running_ = nullptr;
+  std::atomic<bool> wasCancelled_ = false;
 };
 
 /// What is asked while this lives changes nothing, whatever comes of it.

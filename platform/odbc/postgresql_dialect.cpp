@@ -24,6 +24,20 @@ constexpr auto postgresqlLockHolders = std::to_array<std::string_view>(
      "'YYYY-MM-DD HH24:MI:SS')) FROM pg_stat_activity "
      "WHERE pid = ANY (pg_blocking_pids(CAST(? AS integer))) ORDER BY pid"});
 
+constexpr auto postgresqlExcessRights = std::to_array<std::string_view>(
+    {"SELECT 'to do everything, as a superuser' FROM pg_roles WHERE rolname = current_user AND "
+     "rolsuper",
+     "SELECT 'to run programs or reach files of the server, as a member of ' || rolname "
+     "FROM pg_roles WHERE rolname IN ('pg_execute_server_program', 'pg_read_server_files', "
+     "'pg_write_server_files') AND pg_has_role(oid, 'MEMBER') ORDER BY rolname",
+     "SELECT 'to make tables and procedures in the schema ' || nspname FROM pg_namespace WHERE "
+     "nspname !~ '^pg_' AND nspname <> 'information_schema' AND has_schema_privilege(oid, "
+     "'CREATE') ORDER BY nspname",
+     "SELECT 'to write the table ' || relname FROM pg_class c JOIN pg_namespace n ON n.oid = "
+     "relnamespace WHERE relkind IN ('r', 'p') AND nspname !~ '^pg_' AND nspname <> "
+     "'information_schema' AND has_table_privilege(c.oid, 'INSERT, UPDATE, DELETE, TRUNCATE') "
+     "ORDER BY relname"});
+
 constexpr auto postgresqlErrors = std::to_array<NativeError>({
     {0, "HYT00", {}, "57014"},  // cancelled, by the statement's time limit too
     {0, "HYT00", {}, "55P03"},  // lock not available in time
@@ -34,6 +48,25 @@ constexpr auto postgresqlErrors = std::to_array<NativeError>({
     {0, "28000", {}, "28P01"},
 });
 
+// Only a procedure can commit what it has done so far. The setting is committed along with it.
+// One of several procedures of a name is chosen by the types of what it is called with, which are
+// others here: such a name has no pairs.
+constexpr PairedCallsDialect postgresqlPairs{
+    .before = "BEGIN ",
+    .between = "; PERFORM set_config('opnimp.reached', ?, false); COMMIT; ",
+    .after = "; END",
+    .reachedQuery = "SELECT current_setting('opnimp.reached', true)",
+    .signatureQuery =
+        "SELECT CASE WHEN provariadic <> 0 OR prokind NOT IN ('f', 'p') OR prokind = 'p' AND "
+        "proargmodes IS NOT NULL THEN -1 ELSE pronargs END, "
+        "CASE prokind WHEN 'f' THEN 'PERFORM * FROM ' ELSE 'CALL ' END, "
+        "(SELECT string_agg(format_type(t, NULL), ', ' ORDER BY n) FROM unnest(proargtypes) WITH "
+        "ORDINALITY AS a(t, n)) "
+        "FROM pg_proc WHERE proname = lower(?) AND pg_function_is_visible(oid)",
+    .procedure = "pg_temp.opnimp_pair_",
+    .makeProcedure = "CREATE PROCEDURE ?(?) LANGUAGE plpgsql AS $pair$ ? $pair$",
+    .markType = "text",
+};
 // The driver itself has a limit for statements.
 std::string lockLimit(const OdbcOptions& options) {
   const int seconds = options.lockTimeoutSeconds;
@@ -56,6 +89,7 @@ constinit const Dialect postgresqlDialect{
     .callBeforeQuery =
         "SELECT CASE WHEN bool_and(prokind = 'f') THEN 'SELECT * FROM ' ELSE 'CALL ' "
         "END FROM pg_proc WHERE proname = lower(?) AND pg_function_is_visible(oid)",
+    .pairedCalls = &postgresqlPairs,
     // Only a procedure may commit what it has done so far, and neither one that runs with its
     // owner's rights nor one with settings of its own may.
     .hasAtomicCallsQuery =
@@ -65,6 +99,9 @@ constinit const Dialect postgresqlDialect{
     .canLeaveTransactions = false,
     .earliestDate = anyDate,
     .transactionMark = "SELECT set_config('opnimp.transaction', '1', true)",
+    .encodingQuery = "SHOW server_encoding",
+    .excessRights = postgresqlExcessRights,
+    .keepsParameterLengths = false,
     .sessionQuery = "SELECT pg_backend_pid()",
     .lockHolders = postgresqlLockHolders,
     .transactionCount =

@@ -5,10 +5,14 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/odbc/odbc_session.h"
 
 namespace velk {
+
+/// A query of the dialect about a procedure, with the name as a literal in the place of each mark.
+std::string withProcedure(std::string_view query, std::string_view procedure);
 
 /// True if the catalogue shows that the call cannot have begun: the procedure is not there, the
 /// user has no right to run it, or it takes fewer parameters than were passed. The call's own error
@@ -16,6 +20,10 @@ namespace velk {
 /// the catalogue does not answer. The session's diagnostics stay as they are.
 bool cannotHaveRun(const OdbcSession& session, std::string_view procedure,
                    std::size_t parameterCount);
+
+/// What the catalogue tells of a procedure's parameters; empty where it does not.
+std::vector<CatalogueParameter> catalogueParameters(const OdbcSession& session,
+                                                    std::string_view procedure);
 
 /// True if a call that the engine refuses has changed nothing, as the dialect or, by its query, the
 /// catalogue says.

@@ -89,6 +89,7 @@ constinit const Dialect sqliteDialect{
         "SELECT statement FROM StoredProcedure) WHERE sql LIKE '%FAIL%'",
     .canLeaveTransactions = false,
     .earliestDate = anyDate,
+    .encodingQuery = "PRAGMA encoding",
     .transactionCount = {},
     .canRun = {},
     .hasSingleResults = true,

@@ -79,16 +79,26 @@ void StoredProcedures::addStep(const Recordset& row) {
   procedure.steps.push_back(std::move(step));
 }
 
-StoredProcedures::Procedure& StoredProcedures::find(std::string_view name) {
+StoredProcedures::Procedure* StoredProcedures::found(std::string_view name) {
   try {
     if (!loaded_) load();
   } catch (const RuntimeError& error) {
     // Without the table there are no procedures, and the call is refused below by name.
     if (!error.is(ErrorNumber::NoSuchTable)) throw;
   }
-  const auto found = procedures_.find(lowerAscii(name));
-  if (found == procedures_.end()) refuse("Could not find stored procedure " + quoted(name) + ".");
-  return found->second;
+  const auto procedure = procedures_.find(lowerAscii(name));
+  return procedure == procedures_.end() ? nullptr : &procedure->second;
+}
+
+StoredProcedures::Procedure& StoredProcedures::find(std::string_view name) {
+  Procedure* const procedure = found(name);
+  if (procedure == nullptr) refuse("Could not find stored procedure " + quoted(name) + ".");
+  return *procedure;
+}
+
+bool StoredProcedures::takes(std::string_view name, std::size_t parameters) {
+  const Procedure* const procedure = found(name);
+  return procedure != nullptr && procedure->parameterCount == parameters;
 }
 
 std::shared_ptr<MemoryRecordset> StoredProcedures::call(

@@ -29,6 +29,8 @@ class StoredProcedures {
   /// the steps raise.
   std::shared_ptr<MemoryRecordset> call(std::string_view name,
                                         const std::vector<CommandParameter>& parameters);
+  /// Whether there is a procedure of that name with as many parameters. Errors: those of the table.
+  bool takes(std::string_view name, std::size_t parameters);
 
  private:
   struct Step {
@@ -43,6 +45,7 @@ class StoredProcedures {
 
   void load();
   void addStep(const Recordset& row);
+  Procedure* found(std::string_view name);
   Procedure& find(std::string_view name);
   std::shared_ptr<MemoryRecordset> runStep(Step& step,
                                            const std::vector<CommandParameter>& parameters);

@@ -8,6 +8,9 @@
 //                 the environment's FAULT_LETTERS, so that a database that has failed and one that
 //                 fails no more have one name
 //   Commit=       how a commit fails: refused, or done, but lost before the answer
+//   FAULT_CALL    of the environment: "12 after lost once" (PlannedFault): the call of the driver
+//                 that fails, from 1 on, whatever it is
+//   Calls=PATH    a file that gets the number of calls that there were
 //   State=42000   what a failure is reported as where its letter does not say
 //   Catalogue=    what it says of procedures: missing, noright, few (parameters), list (the engine
 //                 has only its list, without the procedure), none (no answer at all)
@@ -16,6 +19,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <map>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -73,8 +77,11 @@ Fault faultOf(char letter) {
   return found == faults.end() ? Fault{true} : found->second;
 }
 
+struct Database;
+
 struct Object {
   virtual ~Object() = default;
+  virtual Database* connection() { return nullptr; }
   Failure failure;
   SQLRETURN fail(Failure with) {
     failure = std::move(with);
@@ -84,7 +91,36 @@ struct Object {
 
 struct Statement;
 
+/// A fault of one call, or of all from it on: before it was done, or after it.
+struct PlannedFault {
+  std::size_t at = 0;  // 0: none
+  bool isAfter = false;
+  bool isLost = false;
+  bool goesOn = false;
+  Failure failure;
+  std::size_t calls = 0;
+
+  PlannedFault() = default;
+  explicit PlannedFault(const Text& plan) {
+    static const std::map<Text, Failure> kinds{
+        {"lost", {"08S01"}},    {"time-out", {"HYT00"}},        {"deadlock", {"40001", 1205}},
+        {"refused", {"23000"}}, {"permission", {"42000", 229}}, {"memory", {"HY001"}}};
+    Text moment, kind, often;
+    std::istringstream(plan) >> at >> moment >> kind >> often;
+    isAfter = moment == "after";
+    isLost = kind == "lost";
+    goesOn = often == "ever";
+    if (at > 0) failure = kinds.at(kind);
+  }
+  bool isDue() {
+    ++calls;
+    return at > 0 && (calls == at || (goesOn && calls > at));
+  }
+};
+
 struct Database final : Object {
+  Database* connection() override { return this; }
+  PlannedFault planned;
   std::map<Text, Text> settings;
   std::size_t calls = 0;
   Statement* open = nullptr;  // whose cursor keeps all others from running
@@ -114,6 +150,7 @@ struct Database final : Object {
 
 struct Statement final : Object {
   explicit Statement(Database& of) : database(of) {}
+  Database* connection() override { return &database; }
   ~Statement() override { close(); }
 
   Database& database;
@@ -172,7 +209,8 @@ SQLRETURN Statement::ask() {
   } else if (text.find("ColorSettings") != Text::npos) {
     answer({});
   } else {
-    answer({{text.find("OpeningDate") != Text::npos ? "2008-04-01" : "1"}});
+    // More columns than one are of an export.
+    answer({std::vector<Text>(8, text.find("OpeningDate") != Text::npos ? "2008-04-01" : "1")});
   }
   return SQL_SUCCESS;
 }
@@ -221,6 +259,19 @@ std::size_t put(const Text& text, void* to, std::size_t capacity) {
   return text.size() * sizeof(SQLWCHAR);
 }
 
+/// Does a call, unless it is planned to fail.
+template <class Call>
+SQLRETURN counted(SQLHANDLE handle, Call call) {
+  Object& object = *static_cast<Object*>(handle);
+  Database& database = *object.connection();
+  PlannedFault& planned = database.planned;
+  const bool due = planned.isDue();
+  const SQLRETURN result = due && !planned.isAfter ? SQL_SUCCESS : call();
+  if (!due) return result;
+  database.dead = database.dead || planned.isLost;
+  return object.fail(planned.failure);
+}
+
 }  // namespace
 
 extern "C" {
@@ -253,31 +304,42 @@ SQLRETURN SQLDriverConnectW(SQLHDBC handle, SQLHWND, SQLWCHAR* in, SQLSMALLINT l
           rest.substr(equals + 1, end - equals - 1);
     }
   }
+  Database& database = databaseOf(handle);
   if (const char* const letters = std::getenv("FAULT_LETTERS")) {
-    databaseOf(handle).settings["Faults"] = letters;
+    database.settings["Faults"] = letters;
+  }
+  const char* const plan = std::getenv("FAULT_CALL");
+  database.planned = PlannedFault(plan == nullptr ? "" : plan);
+  return counted(handle, [] { return SQL_SUCCESS; });
+}
+
+SQLRETURN SQLDisconnect(SQLHDBC handle) {
+  Database& database = databaseOf(handle);
+  database.end(false);
+  if (database.settings.contains("Calls")) {
+    std::ofstream(database.settings["Calls"]) << database.planned.calls;
   }
   return SQL_SUCCESS;
 }
 
-SQLRETURN SQLDisconnect(SQLHDBC handle) {
-  databaseOf(handle).end(false);
-  return SQL_SUCCESS;
-}
-
-SQLRETURN SQLGetInfoW(SQLHDBC, SQLUSMALLINT what, SQLPOINTER value, SQLSMALLINT bytes,
+SQLRETURN SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER value, SQLSMALLINT bytes,
                       SQLSMALLINT* length) {
-  const std::map<int, Text> texts{
-      {SQL_DBMS_NAME, "Faults"}, {SQL_DRIVER_ODBC_VER, "03.52"}, {SQL_PROCEDURES, "Y"}};
-  const auto found = texts.find(what);
-  if (found == texts.end()) return SQL_ERROR;
-  const std::size_t written = put(found->second, value, static_cast<std::size_t>(bytes) / 2);
-  if (length != nullptr) *length = static_cast<SQLSMALLINT>(written);
-  return SQL_SUCCESS;
+  return counted(handle, [&]() -> SQLRETURN {
+    const std::map<int, Text> texts{
+        {SQL_DBMS_NAME, "Faults"}, {SQL_DRIVER_ODBC_VER, "03.52"}, {SQL_PROCEDURES, "Y"}};
+    const auto found = texts.find(what);
+    if (found == texts.end()) return SQL_ERROR;
+    const std::size_t written = put(found->second, value, static_cast<std::size_t>(bytes) / 2);
+    if (length != nullptr) *length = static_cast<SQLSMALLINT>(written);
+    return SQL_SUCCESS;
+  });
 }
 
 SQLRETURN SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER) {
-  if (attribute == SQL_ATTR_AUTOCOMMIT) databaseOf(handle).autocommit = value != nullptr;
-  return SQL_SUCCESS;
+  return counted(handle, [&]() -> SQLRETURN {
+    if (attribute == SQL_ATTR_AUTOCOMMIT) databaseOf(handle).autocommit = value != nullptr;
+    return SQL_SUCCESS;
+  });
 }
 
 SQLRETURN SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER,
@@ -287,8 +349,8 @@ SQLRETURN SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER va
   return SQL_SUCCESS;
 }
 
-SQLRETURN SQLSetStmtAttrW(SQLHSTMT, SQLINTEGER, SQLPOINTER, SQLINTEGER) {
-  return SQL_SUCCESS;
+SQLRETURN SQLSetStmtAttrW(SQLHSTMT handle, SQLINTEGER, SQLPOINTER, SQLINTEGER) {
+  return counted(handle, [&]() -> SQLRETURN { return SQL_SUCCESS; });
 }
 
 SQLRETURN SQLGetStmtAttrW(SQLHSTMT, SQLINTEGER, SQLPOINTER value, SQLINTEGER, SQLINTEGER*) {
@@ -297,81 +359,99 @@ SQLRETURN SQLGetStmtAttrW(SQLHSTMT, SQLINTEGER, SQLPOINTER value, SQLINTEGER, SQ
 }
 
 SQLRETURN SQLEndTran(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT how) {
-  Database& database = databaseOf(handle);
-  const Text& commit = database.settings["Commit"];
-  if (database.dead || database.stuck) return database.fail({"HY000", 0, "gone"});
-  if (how == SQL_COMMIT && commit == "refused") return database.fail({"40001"});
-  database.end(how == SQL_COMMIT);
-  database.dead = how == SQL_COMMIT && commit == "lost";
-  return database.dead ? database.fail({"08S01"}) : SQL_SUCCESS;
+  return counted(handle, [&]() -> SQLRETURN {
+    Database& database = databaseOf(handle);
+    const Text& commit = database.settings["Commit"];
+    if (database.dead || database.stuck) return database.fail({"HY000", 0, "gone"});
+    if (how == SQL_COMMIT && commit == "refused") return database.fail({"40001"});
+    database.end(how == SQL_COMMIT);
+    database.dead = how == SQL_COMMIT && commit == "lost";
+    return database.dead ? database.fail({"08S01"}) : SQL_SUCCESS;
+  });
 }
 
 SQLRETURN SQLPrepareW(SQLHSTMT handle, SQLWCHAR* text, SQLINTEGER length) {
-  statementOf(handle).text = narrow(text, length);
-  return SQL_SUCCESS;
+  return counted(handle, [&]() -> SQLRETURN {
+    statementOf(handle).text = narrow(text, length);
+    return SQL_SUCCESS;
+  });
 }
 
 SQLRETURN SQLExecute(SQLHSTMT handle) {
-  return statementOf(handle).run();
+  return counted(handle, [&]() -> SQLRETURN { return statementOf(handle).run(); });
 }
 
 SQLRETURN SQLExecDirectW(SQLHSTMT handle, SQLWCHAR* text, SQLINTEGER length) {
-  statementOf(handle).text = narrow(text, length);
-  return statementOf(handle).run();
+  return counted(handle, [&]() -> SQLRETURN {
+    statementOf(handle).text = narrow(text, length);
+    return statementOf(handle).run();
+  });
 }
 
 SQLRETURN SQLBindParameter(SQLHSTMT handle, SQLUSMALLINT position, SQLSMALLINT, SQLSMALLINT,
                            SQLSMALLINT, SQLULEN, SQLSMALLINT, SQLPOINTER value, SQLLEN, SQLLEN*) {
-  if (position == 1) statementOf(handle).code = static_cast<const char16_t*>(value);
-  return SQL_SUCCESS;
+  return counted(handle, [&]() -> SQLRETURN {
+    if (position == 1) statementOf(handle).code = static_cast<const char16_t*>(value);
+    return SQL_SUCCESS;
+  });
 }
 
 SQLRETURN SQLNumResultCols(SQLHSTMT handle, SQLSMALLINT* columns) {
-  Statement& statement = statementOf(handle);
-  *columns = static_cast<SQLSMALLINT>(statement.columns);
-  return statement.fault.at == Fault::At::Columns ? statement.failed() : SQL_SUCCESS;
+  return counted(handle, [&]() -> SQLRETURN {
+    Statement& statement = statementOf(handle);
+    *columns = static_cast<SQLSMALLINT>(statement.columns);
+    return statement.fault.at == Fault::At::Columns ? statement.failed() : SQL_SUCCESS;
+  });
 }
 
-SQLRETURN SQLDescribeColW(SQLHSTMT, SQLUSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLSMALLINT*,
+SQLRETURN SQLDescribeColW(SQLHSTMT handle, SQLUSMALLINT, SQLWCHAR*, SQLSMALLINT, SQLSMALLINT*,
                           SQLSMALLINT* type, SQLULEN*, SQLSMALLINT*, SQLSMALLINT*) {
-  *type = SQL_VARCHAR;
-  return SQL_SUCCESS;
+  return counted(handle, [&]() -> SQLRETURN {
+    *type = SQL_VARCHAR;
+    return SQL_SUCCESS;
+  });
 }
 
 SQLRETURN SQLFetch(SQLHSTMT handle) {
-  Statement& statement = statementOf(handle);
-  return statement.row++ < statement.rows.size() ? SQL_SUCCESS : SQL_NO_DATA;
+  return counted(handle, [&]() -> SQLRETURN {
+    Statement& statement = statementOf(handle);
+    return statement.row++ < statement.rows.size() ? SQL_SUCCESS : SQL_NO_DATA;
+  });
 }
 
 SQLRETURN SQLGetData(SQLHSTMT handle, SQLUSMALLINT column, SQLSMALLINT type, SQLPOINTER value,
                      SQLLEN bytes, SQLLEN* length) {
-  const Statement& statement = statementOf(handle);
-  const Text& text = statement.rows.at(statement.row - 1).at(column - 1U);
-  if (type == SQL_C_SLONG) {
-    *static_cast<SQLINTEGER*>(value) = std::stoi(text);
-  } else {
-    *length = static_cast<SQLLEN>(put(text, value, static_cast<std::size_t>(bytes) / 2));
-  }
-  return SQL_SUCCESS;
+  return counted(handle, [&]() -> SQLRETURN {
+    const Statement& statement = statementOf(handle);
+    const Text& text = statement.rows.at(statement.row - 1).at(column - 1U);
+    if (type == SQL_C_SLONG) {
+      *static_cast<SQLINTEGER*>(value) = std::stoi(text);
+    } else {
+      *length = static_cast<SQLLEN>(put(text, value, static_cast<std::size_t>(bytes) / 2));
+    }
+    return SQL_SUCCESS;
+  });
 }
 
 SQLRETURN SQLMoreResults(SQLHSTMT handle) {
-  Statement& statement = statementOf(handle);
-  Database& database = statement.database;
-  if (database.stuck) return statement.fail({"24000", 0, "Invalid cursor state"});
-  if (statement.fault.at == Fault::At::Results) {
-    const SQLRETURN failed = statement.failed();
-    statement.fault = {};
-    return failed;
-  }
-  if (database.open == &statement) {
-    // On the way to the SELECT's result the rest of the procedure runs.
-    database.open = nullptr;
-    database.change(statement.line(" rest"));
-    statement.answer({{"1"}});
-    return SQL_SUCCESS;
-  }
-  return SQL_NO_DATA;
+  return counted(handle, [&]() -> SQLRETURN {
+    Statement& statement = statementOf(handle);
+    Database& database = statement.database;
+    if (database.stuck) return statement.fail({"24000", 0, "Invalid cursor state"});
+    if (statement.fault.at == Fault::At::Results) {
+      const SQLRETURN failed = statement.failed();
+      statement.fault = {};
+      return failed;
+    }
+    if (database.open == &statement) {
+      // On the way to the SELECT's result the rest of the procedure runs.
+      database.open = nullptr;
+      database.change(statement.line(" rest"));
+      statement.answer({{"1"}});
+      return SQL_SUCCESS;
+    }
+    return SQL_NO_DATA;
+  });
 }
 
 SQLRETURN SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT what) {
@@ -387,27 +467,32 @@ SQLRETURN SQLCancel(SQLHSTMT handle) {
 // The catalogue and schema of a row are of no interest.
 SQLRETURN SQLProceduresW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT,
                          SQLWCHAR* name, SQLSMALLINT length) {
-  Statement& statement = statementOf(handle);
-  const Text& catalogue = statement.database.settings["Catalogue"];
-  if (catalogue == "none") return statement.fail({"HYC00"});
-  // A pattern finds more than its own name.
-  const Text asked = narrow(name, length);
-  statement.answer({{"", "", (catalogue == "list" ? "x" : "") + asked + ";1"}});
-  return SQL_SUCCESS;
+  return counted(handle, [&]() -> SQLRETURN {
+    Statement& statement = statementOf(handle);
+    const Text& catalogue = statement.database.settings["Catalogue"];
+    if (catalogue == "none") return statement.fail({"HYC00"});
+    // A pattern finds more than its own name.
+    const Text asked = narrow(name, length);
+    statement.answer({{"", "", (catalogue == "list" ? "x" : "") + asked + ";1"}});
+    return SQL_SUCCESS;
+  });
 }
 
 SQLRETURN SQLProcedureColumnsW(SQLHSTMT handle, SQLWCHAR*, SQLSMALLINT, SQLWCHAR*, SQLSMALLINT,
                                SQLWCHAR* name, SQLSMALLINT length, SQLWCHAR*, SQLSMALLINT) {
-  Statement& statement = statementOf(handle);
-  const Text& catalogue = statement.database.settings["Catalogue"];
-  if (catalogue == "none") return statement.fail({"HYC00"});
-  const auto row = [&](int kind) {
-    return std::vector<Text>{"", "", narrow(name, length) + ";1", "p", std::to_string(kind)};
-  };
-  std::vector<std::vector<Text>> rows(catalogue == "few" ? 1 : 6, row(SQL_PARAM_INPUT));
-  rows.push_back(row(SQL_RETURN_VALUE));
-  statement.answer(std::move(rows));
-  return SQL_SUCCESS;
+  return counted(handle, [&]() -> SQLRETURN {
+    Statement& statement = statementOf(handle);
+    const Text& catalogue = statement.database.settings["Catalogue"];
+    if (catalogue == "none") return statement.fail({"HYC00"});
+    const auto row = [&](int kind) {
+      return std::vector<Text>{
+          "", "", narrow(name, length) + ";1", "p", std::to_string(kind), "12", "varchar", "100"};
+    };
+    std::vector<std::vector<Text>> rows(catalogue == "few" ? 1 : 32, row(SQL_PARAM_INPUT));
+    rows.push_back(row(SQL_RETURN_VALUE));
+    statement.answer(std::move(rows));
+    return SQL_SUCCESS;
+  });
 }
 
 SQLRETURN SQLGetDiagRecW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT record, SQLWCHAR* state,

@@ -8,8 +8,8 @@
 //   FAULT_HOW     "once"; "ever": and all that follow; "short": a write takes half, and the rest
 //                 goes on; "torn": a write takes half, and all that follow fail
 //   FAULT_ERROR   the number of the error
-//   FAULT_TRACE   a file that gets a line for each call, and one for the module in which the
-//                 program crashed
+//   FAULT_TRACE   a file that gets a line for each call on a file, one for the module in which the
+//                 program crashed, and in the end one with the number of calls
 //
 // Nothing here allocates: memory is among what fails.
 #include <dlfcn.h>
@@ -24,6 +24,7 @@
 #include <climits>
 #include <csignal>
 #include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -62,9 +63,10 @@ bool isCounted(const char* path) {
          (*but == 0 || std::strstr(path, but) == nullptr);
 }
 
+std::atomic<long> calls{0};
+
 /// Whether the call that is counted now is to fail.
 bool isDue() {
-  static std::atomic<long> calls{0};
   const long call = ++calls;
   const long at = std::atol(setting("FAULT_AT"));
   const bool goesOn = isSet("FAULT_HOW", "ever") || isSet("FAULT_HOW", "torn");
@@ -118,21 +120,34 @@ ssize_t writable(int file, std::size_t count) {
   return due && !isSet("FAULT_HOW", "short") ? -1 : static_cast<ssize_t>(count);
 }
 
-/// Where the program was: the first module that is no part of the language's own.
+bool isOfLanguage(const char* module) {
+  for (const char* own : {"libc.", "libstdc++", "libgcc", "libopnimp_system"}) {
+    if (std::strncmp(module, own, std::strlen(own)) == 0) return true;
+  }
+  return false;
+}
+
+/// Tells where the program was: the first module that is no part of the language's own, the place
+/// in it, and what it had called of those: "crash opnimp 1f2e strlen".
 void onCrash(int signalNumber) {
   std::array<void*, 64> frames{};
   const int count = ::backtrace(frames.data(), frames.size());
+  const char* called = "";
   for (int i = 1; i < count; ++i) {
+    // A call that never comes back may be the last of its function.
+    const char* const at = static_cast<char*>(frames.at(static_cast<std::size_t>(i))) - 1;
     Dl_info module{};
-    if (::dladdr(frames.at(static_cast<std::size_t>(i)), &module) == 0) continue;
+    if (::dladdr(at, &module) == 0) continue;
     const char* const name = std::strrchr(module.dli_fname, '/');
     const char* const shown = name == nullptr ? module.dli_fname : name + 1;
-    bool language = false;
-    for (const char* own : {"libc.", "libstdc++", "libgcc", "libopnimp_system"}) {
-      language = language || std::strncmp(shown, own, std::strlen(own)) == 0;
+    if (isOfLanguage(shown)) {
+      called = module.dli_sname == nullptr ? "" : module.dli_sname;
+      continue;
     }
-    if (language) continue;
-    trace("crash", shown);
+    std::array<char, 256> text{};
+    std::snprintf(text.data(), text.size(), "%s %tx %s", shown,
+                  at - static_cast<char*>(module.dli_fbase), called);
+    trace("crash", text.data());
     break;
   }
   std::signal(signalNumber, SIG_DFL);
@@ -145,6 +160,12 @@ void onCrash(int signalNumber) {
   ::backtrace(frame.data(), frame.size());
   if (isSet("FAULT_CALLS", "")) return;
   for (const int crash : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE}) std::signal(crash, onCrash);
+}
+
+[[gnu::destructor]] void tellCalls() {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%ld", calls.load());
+  if (!isSet("FAULT_CALLS", "")) trace("calls", text.data());
 }
 
 bool memoryFails(const char* kind) {
@@ -208,6 +229,13 @@ int ftruncate(int file, off_t length) noexcept {
   return fails("truncate", file) ? -1 : static_cast<int>(::syscall(SYS_ftruncate, file, length));
 }
 int ftruncate64(int file, off_t length) noexcept __attribute__((alias("ftruncate")));
+
+int fallocate(int file, int mode, off_t at, off_t length) {
+  return fails("allocate", file)
+             ? -1
+             : static_cast<int>(::syscall(SYS_fallocate, file, mode, at, length));
+}
+int fallocate64(int file, int mode, off_t at, off_t length) __attribute__((alias("fallocate")));
 
 // A descriptor is gone even if closing it reports an error.
 int close(int file) {

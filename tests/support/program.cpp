@@ -1,5 +1,6 @@
 #include "tests/support/program.h"
 
+#include <doctest/doctest.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>

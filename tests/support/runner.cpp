@@ -5,6 +5,7 @@
 #include <new>
 #include <sstream>
 #include <thread>
+#include <utility>
 
 #include "samples/company/sample_company.h"
 #include "tests/support/fake_database.h"
@@ -61,7 +62,13 @@ void RunnerWorld::script(std::string_view fates) {
     if (fate == 'm') throw std::bad_alloc();
     if (fate == 'l' || fate == 'L') connection.nextError = refused;
   };
-  surroundings.openDatabase = [scripted](const std::string&, const OdbcOptions&) {
+  const auto isOpen = std::make_shared<bool>(false);
+  surroundings.openDatabase = [scripted, isOpen](const std::string&, const OdbcOptions& options) {
+    // The script is of one connection.
+    if (options.readOnly && std::exchange(*isOpen, false)) {
+      throw RuntimeError(ErrorNumber::ProviderFailure, "no second connection");
+    }
+    *isOpen = !options.readOnly;
     return scripted;
   };
 }

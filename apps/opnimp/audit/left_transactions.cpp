@@ -11,18 +11,19 @@ constexpr std::size_t seldom = 32;
 
 }  // namespace
 
-LeftTransactions::Found LeftTransactions::afterCall(bool failed) {
-  ++calls_;
-  const bool due = calls_ <= firstCalls || failed || calls_ % seldom == 0;
-  return due ? ask() : Found::Nothing;
+LeftTransactions::Found LeftTransactions::afterCalls(std::size_t count, bool failed) {
+  const std::size_t before = calls_;
+  calls_ += count;
+  const bool due = before < firstCalls || failed || calls_ / seldom != before / seldom;
+  return due ? ask(count) : Found::Nothing;
 }
 
 LeftTransactions::Found LeftTransactions::atEnd() {
-  return calls_ == asked_ ? Found::Nothing : ask();
+  return calls_ == asked_ ? Found::Nothing : ask(1);
 }
 
-LeftTransactions::Found LeftTransactions::ask() {
-  if (isOpen_()) return calls_ - asked_ == 1 ? Found::OfThisCall : Found::OfAnEarlierCall;
+LeftTransactions::Found LeftTransactions::ask(std::size_t count) {
+  if (isOpen_()) return calls_ - asked_ == count ? Found::OfTheseCalls : Found::OfAnEarlierCall;
   asked_ = calls_;
   return Found::Nothing;
 }

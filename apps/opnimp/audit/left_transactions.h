@@ -13,15 +13,15 @@ class LeftTransactions {
   /// `isOpen` asks the database: a round trip, so that it is not asked behind every call.
   explicit LeftTransactions(std::function<bool()> isOpen) : isOpen_(std::move(isOpen)) {}
 
-  enum class Found { Nothing, OfThisCall, OfAnEarlierCall };
-  /// Behind each call of a procedure that posts. Asks behind the first ones, behind each that
-  /// failed, and now and then.
-  Found afterCall(bool failed);
+  enum class Found { Nothing, OfTheseCalls, OfAnEarlierCall };
+  /// Behind each call of a procedure that posts, or each `count` that were sent together. Asks
+  /// behind the first ones, behind each that failed, and now and then.
+  Found afterCalls(std::size_t count, bool failed);
   /// Behind the last one of a run.
   Found atEnd();
 
  private:
-  Found ask();
+  Found ask(std::size_t count);
 
   std::function<bool()> isOpen_;
   std::size_t calls_ = 0;

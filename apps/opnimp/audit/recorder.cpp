@@ -44,6 +44,11 @@ MessageHandler Recorder::messages(MessageHandler show) {
 std::size_t Recorder::beginCall(CallKind kind, std::string_view text,
                                 std::vector<Value> parameters) {
   gate_.requireOpen();
+  return noteCall(kind, text, std::move(parameters));
+}
+
+std::size_t Recorder::noteCall(CallKind kind, std::string_view text,
+                               std::vector<Value> parameters) {
   // Noted before the call runs, with the result Unknown, which remains if no answer comes.
   calls_.push_back({row(), kind, std::string(text), std::move(parameters), {}, {}});
   return calls_.size() - 1;
@@ -59,36 +64,50 @@ void Recorder::callFailed(std::size_t call, const RuntimeError& error,
 
 // A procedure may end it, and then every later call would stand by itself.
 void Recorder::checkTransaction(std::size_t call) {
-  if (calls_[call].kind != CallKind::Procedure) return;
-  if (left_) {
-    const bool failed = calls_[call].result != CallResult::Ok;
-    endIfLeft(gate_.pass([&] { return left_->afterCall(failed); }), calls_[call]);
-  }
+  if (calls_[call].kind != CallKind::Procedure || call + 1 < calls_.size()) return;
+  lookForLeftBy(call);
   if (!transactionIsOpen_ || gate_.pass(transactionIsOpen_)) return;
   throw RunEnded{calls_[call].text +
                  " ended the transaction of --all-or-nothing; what was posted until then may stay"};
+}
+
+void Recorder::lookForLeftBy(std::size_t last) {
+  if (!left_) return;
+  // Look-ups before them do not count.
+  while (calls_[firstUnchecked_].kind != CallKind::Procedure) ++firstUnchecked_;
+  const std::size_t first = std::exchange(firstUnchecked_, last + 1);
+  const bool failed =
+      std::any_of(calls_.begin() + static_cast<std::ptrdiff_t>(first), calls_.end(),
+                  [](const RecordedCall& call) { return call.result != CallResult::Ok; });
+  endIfLeft(gate_.pass([&] { return left_->afterCalls(last + 1 - first, failed); }), first, last);
 }
 
 void Recorder::lookForLeft() {
   const auto last =
       std::ranges::find(calls_.rbegin(), calls_.rend(), CallKind::Procedure, &RecordedCall::kind);
   if (!left_ || last == calls_.rend()) return;
-  endIfLeft(gate_.pass([&] { return left_->atEnd(); }), *last);
+  const auto position = static_cast<std::size_t>(calls_.rend() - last) - 1;
+  endIfLeft(gate_.pass([&] { return left_->atEnd(); }), position, position);
 }
 
 // Of an earlier call it is not known which one, and what was said of them may be lost.
-void Recorder::endIfLeft(LeftTransactions::Found found, RecordedCall& last) {
+void Recorder::endIfLeft(LeftTransactions::Found found, std::size_t first, std::size_t last) {
   using Found = LeftTransactions::Found;
   if (found == Found::Nothing) return;
   const std::string what = " left a transaction open, in which what is posted may be lost";
-  if (found == Found::OfThisCall) {
-    last.result = CallResult::InDoubt;
-    last.error =
-        CallError{static_cast<std::int32_t>(ErrorNumber::ProviderFailure), "it" + what, {}};
-    throw RunEnded{last.text + what};
+  if (found == Found::OfAnEarlierCall) {
+    settle(Changes::NotKnown);
+    throw RunEnded{"a procedure" + what};
   }
-  settle(Changes::NotKnown);
-  throw RunEnded{"a procedure" + what};
+  std::string callNames;
+  for (std::size_t call = first; call <= last; ++call) {
+    callNames += (call == first ? "" : " or ") + calls_[call].text;
+    calls_[call].result = CallResult::InDoubt;
+    calls_[call].error = CallError{static_cast<std::int32_t>(ErrorNumber::ProviderFailure),
+                                   (first == last ? "it" : "one of two calls") + what,
+                                   {}};
+  }
+  throw RunEnded{callNames + what};
 }
 
 void settleCalls(std::vector<RecordedCall>& calls, Changes changes) {

@@ -135,6 +135,10 @@ class Recorder : private ErrorLog {
   /// Notes that a call begins and answers its position in calls(). Throws RunEnded if the gate is
   /// closed.
   std::size_t beginCall(CallKind kind, std::string_view text, std::vector<Value> parameters);
+  /// The same for a call that is sent along with one that was begun.
+  std::size_t noteCall(CallKind kind, std::string_view text, std::vector<Value> parameters);
+  /// The last call that was noted was not sent after all: nothing of it is noted.
+  void withdrawCall() { calls_.pop_back(); }
   void setResult(std::size_t call, CallResult result) { calls_[call].result = result; }
   /// How long the database took for it.
   void addTime(std::size_t call, CallTimes::Duration took) {
@@ -145,7 +149,7 @@ class Recorder : private ErrorLog {
   /// RunEnded when nothing more can be asked.
   void callFailed(std::size_t call, const RuntimeError& error, const Connection& connection);
   /// Throws RunEnded when the call was to post in a transaction, and that is not open any more, or
-  /// when it was not, and one is.
+  /// when it was not, and one is. Of calls that were sent together only the last one looks.
   void checkTransaction(std::size_t call);
   /// Notes that a call was refused before anything was sent.
   void callRefused(std::size_t call, const RuntimeError& error);
@@ -154,13 +158,15 @@ class Recorder : private ErrorLog {
   /// Keeps each line, also one that the file does not take.
   void append(std::string_view line) override;
 
-  void endIfLeft(LeftTransactions::Found found, RecordedCall& last);
+  void lookForLeftBy(std::size_t last);
+  void endIfLeft(LeftTransactions::Found found, std::size_t first, std::size_t last);
   static CallResult resultOfFailure(const RecordedCall& call, const Connection& connection);
 
   const Mode mode_;
   RunGate& gate_;
   std::function<bool()> transactionIsOpen_;  // empty: each call stands by itself
   std::optional<LeftTransactions> left_;
+  std::size_t firstUnchecked_ = 0;  // of the calls, behind which left_ was not called yet
   const ImportScreen* screen_ = nullptr;
   std::size_t before_ = 0;
   Changes changes_ = Changes::Stand;  // of the calls that post

@@ -1,8 +1,10 @@
 #include "apps/opnimp/audit/recording_connection.h"
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "apps/opnimp/audit/pasted_value.h"
 #include "base/errors.h"
@@ -30,15 +32,21 @@ auto timed(Recorder& recorder, std::size_t call, Run&& run) {
   return run();
 }
 
-/// Runs one call and records how it ended. A later statement of it may have failed without anybody
-/// asking: all results are asked for here, so that the account knows. Connections that the runner
-/// uses read results at once and give them again.
+std::vector<Value> valuesOf(const ProcedureCall& call) {
+  std::vector<Value> values;
+  for (const ProcedureParameter& parameter : call.parameters) values.push_back(parameter.value);
+  return values;
+}
+
+/// Runs one call, which passes the gate, and records how it ended. A later statement of it may have
+/// failed without anybody asking: all results are asked for here, so that the account knows.
+/// Connections that the runner uses read results at once and give them again.
 template <class Run>
 std::shared_ptr<Recordset> watched(Recorder& recorder, const Connection& connection,
                                    std::size_t call, Run&& execute) {
   std::shared_ptr<Recordset> first;
   try {
-    first = timed(recorder, call, [&] { return recorder.gate().pass(execute); });
+    first = timed(recorder, call, execute);
     recorder.setResult(call, CallResult::Ok);
     // From here on the first statement has taken effect, and only a later one can fail.
     for (auto result = first; result != nullptr;) result = result->NextRecordset();
@@ -114,7 +122,8 @@ std::shared_ptr<Recordset> RecordingCommand::Execute(std::int32_t options) {
   const CallKind kind = kindOf(type_, purpose_);
   const std::size_t call = recorder_.beginCall(kind, text_, values_);
   if (kind != CallKind::Procedure || recorder_.mode() != Recorder::Mode::DryRun) {
-    return watched(recorder_, *connection_, call, [&] { return inner_->Execute(options); });
+    return watched(recorder_, *connection_, call,
+                   [&] { return recorder_.gate().pass([&] { return inner_->Execute(options); }); });
   }
   // The driver never sees this call: what it would refuse by itself has to be refused here, and
   // what the database's catalogue knows.
@@ -132,6 +141,64 @@ std::shared_ptr<Recordset> RecordingCommand::Execute(std::int32_t options) {
   return std::make_shared<MemoryRecordset>();  // no rows
 }
 
+/// Calls that are sent in one message are noted before either is sent: if no answer comes, both may
+/// have taken effect.
+class RecordingPair final : public CallPair {
+ public:
+  RecordingPair(Recorder& recorder, Connection& connection, const ProcedureCall& first,
+                const ProcedureCall& second)
+      : recorder_(recorder),
+        connection_(connection),
+        first_(first),
+        second_(second),
+        inner_(recorder.gate().pass([&] { return connection.postBoth(first, second); })) {}
+
+  std::shared_ptr<Recordset> first() override {
+    const std::size_t call = begin(first_);
+    if (inner_->isSentTogether()) {
+      sentCall_ = recorder_.noteCall(CallKind::Procedure, second_.name, valuesOf(second_));
+    }
+    return watched(recorder_, connection_, call, [&] {
+      const Settled settled(*this);
+      return recorder_.gate().pass([&] { return inner_->first(); });
+    });
+  }
+  std::shared_ptr<Recordset> second() override {
+    const std::size_t call = sentCall_ ? *sentCall_ : begin(second_);
+    return watched(recorder_, connection_, call,
+                   [&] { return recorder_.gate().pass([&] { return inner_->second(); }); });
+  }
+  bool isSentTogether() const override { return inner_->isSentTogether(); }
+
+ private:
+  /// A second call that did not get as far as being sent is noted when it is.
+  class Settled {
+   public:
+    explicit Settled(RecordingPair& pair) : pair_(pair) {}
+    ~Settled() {
+      if (!pair_.sentCall_ || pair_.inner_->isSentTogether()) return;
+      pair_.recorder_.withdrawCall();
+      pair_.sentCall_.reset();
+    }
+    Settled(const Settled&) = delete;
+    Settled& operator=(const Settled&) = delete;
+
+   private:
+    RecordingPair& pair_;
+  };
+
+  std::size_t begin(const ProcedureCall& call) {
+    return recorder_.beginCall(CallKind::Procedure, call.name, valuesOf(call));
+  }
+
+  Recorder& recorder_;
+  Connection& connection_;
+  const ProcedureCall first_;
+  const ProcedureCall second_;
+  std::unique_ptr<CallPair> inner_;
+  std::optional<std::size_t> sentCall_;  // the second one, if it was sent with the first
+};
+
 class RecordingConnection final : public Connection {
  public:
   RecordingConnection(Recorder& recorder, std::shared_ptr<Connection> inner)
@@ -140,11 +207,18 @@ class RecordingConnection final : public Connection {
   std::shared_ptr<Recordset> Execute(std::string_view text) override {
     const std::size_t call = recorder_.beginCall(CallKind::Query, text, {});
     if (pastesQuote(text)) refuse(call);
-    return watched(recorder_, *inner_, call, [&] { return inner_->Execute(text); });
+    return watched(recorder_, *inner_, call,
+                   [&] { return recorder_.gate().pass([&] { return inner_->Execute(text); }); });
   }
   // Commands come from connections only: with this wrapper no call remains unseen.
   std::unique_ptr<Command> newCommand() override {
     return std::make_unique<RecordingCommand>(recorder_, inner_);
+  }
+  std::unique_ptr<CallPair> postBoth(const ProcedureCall& first,
+                                     const ProcedureCall& second) override {
+    // Of a dry run each is recorded as a command of its own, and not run.
+    if (recorder_.mode() == Recorder::Mode::DryRun) return Connection::postBoth(first, second);
+    return std::make_unique<RecordingPair>(recorder_, *inner_, first, second);
   }
   std::vector<Diagnostic> diagnostics() const override { return inner_->diagnostics(); }
   bool changedNothing() const override { return inner_->changedNothing(); }

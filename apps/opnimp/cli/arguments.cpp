@@ -58,6 +58,9 @@ const std::string fromLineHelp =
 const std::string wholeHelp =
     "in one transaction, which is taken back if a record is refused,\n"
     "fails, or is not reached; takes one file";
+const std::string oneByOneHelp =
+    "ask the database each question by itself: no look-up ahead of\n"
+    "its record, no two calls in one message";
 const std::string filesHelp =
     "the file with the records; several are imported one after the\n"
     "other with one account, and nothing of any if one is refused";
@@ -205,21 +208,43 @@ class CommandLine {
     addText(*add(Command::LockHolders, lockHoldersCommand.data(), "")->group(""), "SESSION", "",
             arguments_.session, "")
         ->required();
-    addRecordOptions(import, preview, exporting);
+    const auto checking = addCheck();
+    addRecordOptions(import, preview, exporting, checking);
     const auto [runs, report] = addJournalCommands(import);
-    addFlag({import, preview, exporting, runs, report}, "--json", arguments_.json,
+    addFlag({import, preview, exporting, checking, runs, report}, "--json", arguments_.json,
             "one JSON document on standard output instead of text");
-    addLogFormat({import, preview, exporting});
+    addLogFormat({import, preview, exporting, checking});
   }
 
-  void addRecordOptions(CLI::App* import, CLI::App* preview, CLI::App* exporting) {
-    addText({import, exporting}, "--database", "STRING", arguments_.database, databaseHelp);
-    addWait({import, exporting});
+  CLI::App* addCheck() {
+    CLI::App* const command = add(Command::CheckDatabase, "check-database",
+                                  "say whether imports can work in the database: what is there of\n"
+                                  "that each needs, and what rights the user has too many");
+    const auto take = [this](const std::vector<std::string>& names) {
+      for (const std::string& name : names) {
+        arguments_.kinds.push_back(kindNamed(name, Command::CheckDatabase));
+      }
+    };
+    command
+        ->add_option_function<std::vector<std::string>>(
+            "KIND", take, "all if none is given; " + kindsOf(Command::CheckDatabase, false))
+        ->type_name("...");
+    return command;
+  }
+
+  void addRecordOptions(CLI::App* import, CLI::App* preview, CLI::App* exporting,
+                        CLI::App* checking) {
+    addText({import, exporting, checking}, "--database", "STRING", arguments_.database,
+            databaseHelp);
+    addText({preview}, "--database", "STRING", arguments_.database,
+            "whose procedures are asked how long texts may be; else none is");
+    addWait({import, preview, exporting, checking});
     addMap({import, preview});
     addAccept({import, preview});
     addFromLine({import, preview});
     addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
     addFlag({import}, "--all-or-nothing", arguments_.allOrNothing, wholeHelp);
+    addFlag({import}, "--one-by-one", arguments_.oneByOne, oneByOneHelp);
     addText({import}, "--rejects", "FILE", arguments_.rejects, rejectsHelp);
     addText({import}, "--report", "FILE.html", arguments_.report, reportHelp);
     addText({import}, "--metrics", "FILE", arguments_.metrics, metricsHelp);

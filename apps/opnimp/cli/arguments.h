@@ -28,12 +28,14 @@ struct Arguments {
     Report,
     Reversal,
     Rejects,
+    CheckDatabase,
     LockHolders
   };
 
   std::string answer;  ///< help or version to print, no command being run; empty otherwise
   Command command = Command::Import;
   const ImportKind* kind = nullptr;
+  std::vector<const ImportKind*> kinds;  ///< to check the database for; empty: all
   std::string file;  ///< to export to, the database to make; of eachFile the one to import
   std::vector<std::string> files;  ///< to import or preview
   std::optional<std::string> database;
@@ -54,6 +56,7 @@ struct Arguments {
   bool resume = false;    ///< go on behind what an earlier run reached
   bool dryRun = false;
   bool allOrNothing = false;
+  bool oneByOne = false;  ///< each question to the database by itself
   bool json = false;
   bool jsonLog = false;  ///< on standard error
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stdexcept>
+#include <string_view>
 
 namespace velk {
 
@@ -19,5 +20,9 @@ struct CannotOpen : std::runtime_error {
 struct Refused : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
+
+/// What is said where there is no memory for more: all that is known is in the journal.
+inline constexpr std::string_view memoryRanOut =
+    "the memory ran out; `opnimp runs` tells what imports have posted";
 
 }  // namespace velk

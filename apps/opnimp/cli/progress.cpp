@@ -1,5 +1,6 @@
 #include "apps/opnimp/cli/progress.h"
 
+#include <iomanip>
 #include <string>
 
 #include "apps/opnimp/cli/printable.h"
@@ -21,7 +22,7 @@ void Progress::show(std::size_t record) {
 
 void Progress::erase() {
   if (drawnWidth_ == 0) return;
-  err_ << '\r' << std::string(drawnWidth_, ' ') << '\r' << std::flush;
+  err_ << '\r' << std::setw(static_cast<int>(drawnWidth_)) << "" << '\r' << std::flush;
   drawnWidth_ = 0;
 }
 

@@ -82,18 +82,18 @@ bool hasInstruction() {
   return __get_cpuid(1, &eax, &ebx, &ecx, &edx) != 0 && (ecx & sse42) != 0;
 }
 
-const Take take = hasInstruction() ? takeByInstruction : takePlainly;
+const Take takeQuickly = hasInstruction() ? takeByInstruction : takePlainly;
 
 #else
 
-constexpr Take take = takePlainly;
+constexpr Take takeQuickly = takePlainly;
 
 #endif
 
 }  // namespace
 
 std::uint32_t crc32c(std::string_view bytes) {
-  return ~take(~0U, bytes);
+  return ~takeQuickly(~0U, bytes);
 }
 
 std::uint32_t crc32cPlainly(std::string_view bytes) {

@@ -67,6 +67,9 @@ std::vector<HtmlReport::Fact> facts(const ImportResult& result) {
       {"Program", "opnimp " + std::string(programVersion)},
       {"Accepted", joined(result.arguments.accept)},
       {"Error log", result.isDryRun() ? "not written in a dry run" : result.errorLog}};
+  if (!result.noLookAhead.empty()) {
+    facts.push_back({"Look-ups", "each in its record's turn: " + result.noLookAhead});
+  }
   facts.push_back({"Written", joined(result.rejectFiles)});
   if (!result.rejectsError.empty()) facts.push_back({"Rejects", result.rejectsError});
   std::erase_if(facts, [](const HtmlReport::Fact& fact) { return fact.value.empty(); });

@@ -32,6 +32,8 @@ struct ImportResult {
   bool refusedWithAnother = false;          ///< and not for what the file itself is
   std::vector<std::string> allowedDsTypes;  ///< looked up when a salesman was rejected
   std::string brokeOff;                     ///< why the run ended early; empty: it did not
+  std::string noLookAhead;                  ///< why its look-ups were not asked ahead; empty: they
+                                            ///< were, or were not to be
   bool connectionLost = false;              ///< that is why
   std::string errorLog;                     ///< path of the error log's file
   std::string journal;                      ///< its path; empty: the run is not in one

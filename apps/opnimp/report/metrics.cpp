@@ -125,7 +125,7 @@ void addTimes(MetricsText& text, Labels labels, const CallTimes& times) {
   labels.emplace_back("le", "");
   for (std::size_t i = 0; i < times.counts.size(); ++i) {
     below += times.counts[i];
-    labels.back().second = i < times.bounds.size() ? numeral(times.bounds[i]) : "+Inf";
+    labels.back().second = i < CallTimes::bounds.size() ? numeral(CallTimes::bounds[i]) : "+Inf";
     text.sample("_bucket", labels, below);
   }
   labels.pop_back();

@@ -42,6 +42,34 @@ void writeRows(const PreviewTable& table, std::ostream& out) {
   }
 }
 
+void writeLongValues(const FilePreview& file, std::ostream& out) {
+  if (file.longValues.empty()) return;
+  constexpr std::size_t mostShown = 10;
+  const std::size_t shown = std::min(file.longValues.size(), mostShown);
+  out << "\nLonger than the database's procedures take, which may cut it without a word:\n";
+  for (std::size_t i = 0; i < shown; ++i) {
+    const LongValue& value = file.longValues[i];
+    out << "  " << file.result.input->where(value.record) << ": " << grouped(value.length)
+        << " characters for " << printable(value.parameter) << " of " << value.procedure
+        << ", which takes " << grouped(value.takes) << '\n';
+  }
+  writeMore(file.longValues.size(), shown, out);
+}
+
+Json longValuesJson(const FilePreview& file) {
+  Json list = Json::array();
+  for (const LongValue& value : file.longValues) {
+    const InputRecords& input = *file.result.input;
+    list.push_back({{"record", value.record + 1},
+                    {std::string(input.placeWord()), input.place(value.record).line},
+                    {"procedure", value.procedure},
+                    {"parameter", value.parameter},
+                    {"takes", value.takes},
+                    {"length", value.length}});
+  }
+  return list;
+}
+
 /// Whether the screen shows the file, and with the mapping that was asked for.
 bool isShown(const ImportResult& result) {
   return !result.mapping.empty();
@@ -69,6 +97,7 @@ void writeText(const FilePreview& file, std::ostream& out) {
   writeColumnsNotUsed(result.mapping, file.table, out);
   if (isShown(result)) writeRows(file.table, out);
   writeWarnings(result.warnings, result.input->placeWord(), out);
+  writeLongValues(file, out);
   writeForesight(result, out);
 }
 
@@ -87,6 +116,7 @@ Json documentOf(const FilePreview& file) {
           {"needAttention", needAttention(result.traces)},
           {"mapping", mappingJson(result.mapping)},
           {"warnings", warningsJson(result.warnings, result.input->placeWord())},
+          {"longValues", longValuesJson(file)},
           {"columns", shown ? Json(file.table.titles) : Json::array()},
           {"rows", shown ? Json(file.table.rows) : Json::array()}};
 }

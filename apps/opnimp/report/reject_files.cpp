@@ -1,9 +1,12 @@
 #include "apps/opnimp/report/reject_files.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <iomanip>
+#include <optional>
 #include <sstream>
 #include <system_error>
+#include <utility>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
@@ -76,14 +79,26 @@ class Claim {
   Claim& operator=(const Claim&) = delete;
   ~Claim() {
     std::error_code error;
-    if (!kept_) std::filesystem::remove(path_, error);
+    if (!kept_) std::filesystem::remove(path_, error);  // which needs no memory
   }
   void keep() { kept_ = true; }
 
  private:
-  const std::string& path_;
+  const std::filesystem::path path_;
   bool kept_ = false;
 };
+
+/// Writes a file under a name that is the run's own already, or becomes it. `own` has room.
+template <class Write>
+void writeOwn(std::vector<std::string>& own, const std::string& path, bool dryRun, Write writeIt) {
+  std::string name = path;  // before the file is there: to remember it takes memory
+  std::optional<Claim> claim;
+  if (std::ranges::find(own, path) == own.end()) claim.emplace(path, dryRun);
+  refusingWithoutMemory(writeIt);
+  if (!claim) return;
+  claim->keep();
+  own.push_back(std::move(name));
+}
 
 /// Both kinds in one file, in the order of the whole file.
 void writeDoubtful(FileSystem& files, const std::string& path, const InputRecords& input,
@@ -115,16 +130,15 @@ RejectFiles::RejectFiles(const std::string& path, FileFormat format, bool dryRun
 
 // Each for itself: one that fails must not cost the others.
 RejectFiles::Written RejectFiles::write(const InputRecords& input, const Traces& traces,
-                                        std::span<const std::size_t> setApart) const {
+                                        std::span<const std::size_t> setApart) {
   NativeFileSystem files;
   Written written;
   bool isTaken = false;
   const auto put = [&](const std::string& path, const auto& writeIt) {
     try {
       writingRejects(path, [&] {
-        Claim claim(path, dryRun_);
-        writeIt();
-        claim.keep();
+        own_.reserve(paths_.size());
+        writeOwn(own_, path, dryRun_, writeIt);
       });
       written.paths.push_back(path);
     } catch (const CannotOpen& error) {

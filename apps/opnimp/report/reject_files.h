@@ -33,12 +33,14 @@ class RejectFiles {
   static std::vector<std::string> touched(const std::string& path, FileFormat format);
 
   /// Writes FILE and its reasons, and the .check and .rest files where there is something for them.
-  /// `setApart`: records before those of `input`, for the .check file.
+  /// `setApart`: records before those of `input`, for the .check file. Once more, where the memory
+  /// ran out on the way: what was written then is written anew.
   Written write(const InputRecords& input, const Traces& traces,
-                std::span<const std::size_t> setApart = {}) const;
+                std::span<const std::size_t> setApart = {});
 
  private:
   std::vector<std::string> paths_;
+  std::vector<std::string> own_;  // written already
   bool dryRun_;
 };
 

@@ -167,6 +167,7 @@ Json headJson(const ImportResult& result) {
       {"refused", orNull(result.refusal)},
       {"brokeOff", orNull(result.brokeOff)},
       {"rejectsError", orNull(result.rejectsError)},
+      {"noLookAhead", orNull(result.noLookAhead)},
       {"errorLog", result.errorLog},
       {"journal", orNull(result.journal)},
       {"run", result.run == 0 ? Json() : Json(result.run)},

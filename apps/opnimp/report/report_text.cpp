@@ -106,6 +106,10 @@ class TextReport {
       out_ << "\nThe run broke off: " << printable(result_.brokeOff) << '\n';
     }
     out_ << '\n';
+    if (!result_.noLookAhead.empty()) {
+      out_ << "Look-ups:  each in its record's turn, which takes longer: "
+           << printable(result_.noLookAhead) << '\n';
+    }
     writeErrorLog();
     writeJournal();
     for (const std::string& path : result_.rejectFiles) {

@@ -142,6 +142,7 @@ OdbcOptions openingOptions(const Arguments& arguments) {
   options.commandTimeoutSeconds = arguments.waitSeconds.value_or(options.commandTimeoutSeconds);
   options.lockTimeoutSeconds = arguments.lockWaitSeconds.value_or(options.lockTimeoutSeconds);
   options.loginTimeoutSeconds = arguments.connectWaitSeconds.value_or(options.loginTimeoutSeconds);
+  options.oneByOne = arguments.oneByOne;
   options.readOnly = arguments.command != Arguments::Command::Import || arguments.dryRun;
   return options;
 }
@@ -154,6 +155,15 @@ std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,
                      choice.path + "` makes one with the sample company");
   }
   return connect(choice, surroundings);
+}
+
+std::shared_ptr<OwnConnection> openUnlocked(const DatabaseChoice& choice,
+                                            const Surroundings& surroundings) {
+  try {
+    return openDatabase(choice, surroundings);
+  } catch (const RunEnded& ended) {
+    throw CannotOpen(ended.why);
+  }
 }
 
 void makeDemoDatabase(const std::string& path) {

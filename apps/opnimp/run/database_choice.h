@@ -30,6 +30,10 @@ OdbcOptions openingOptions(const Arguments& arguments);
 std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,
                                             const Surroundings& surroundings);
 
+/// The same for a command that has no run: CannotOpen also where it is locked.
+std::shared_ptr<OwnConnection> openUnlocked(const DatabaseChoice& choice,
+                                            const Surroundings& surroundings);
+
 /// Makes the sample company's database in a new file. Raises CannotOpen.
 void makeDemoDatabase(const std::string& path);
 

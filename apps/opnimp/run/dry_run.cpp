@@ -14,7 +14,7 @@ DryRun::DryRun(OwnConnection& database) : database_(database) {
 
 // What fails is taken back when the connection closes.
 DryRun::~DryRun() {
-  trapErrors([&] { database_.rollback(); }, [](const RuntimeError&) {});
+  ignoringFailure([&] { database_.rollback(); });
 }
 
 }  // namespace velk

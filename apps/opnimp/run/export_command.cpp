@@ -38,12 +38,15 @@ class Target {
   Target(const Target&) = delete;
   Target& operator=(const Target&) = delete;
   ~Target() {
-    std::error_code error;
     // An empty file that was there before is the user's and stays.
-    if (!existed_ && fs::file_size(path_, error) == 0 && !error) fs::remove(path_, error);
+    if (!existed_) ignoringFailure([this] { removeEmpty(); });
   }
 
  private:
+  void removeEmpty() const {
+    std::error_code error;
+    if (fs::file_size(path_, error) == 0 && !error) fs::remove(path_, error);
+  }
   void requireSalesmen() {
     // Nothing is lost with an empty file.
     if (files_.openInput(path_)->length() == 0) return;
@@ -100,15 +103,6 @@ void drive(ExportOutcome& outcome, ScreenSession& session, ImportReport& report,
     fail(outcome, refused.what());
   } catch (const RunEnded& ended) {
     fail(outcome, ended.why);
-  }
-}
-
-std::shared_ptr<OwnConnection> openUnlocked(const DatabaseChoice& choice,
-                                            const Surroundings& surroundings) {
-  try {
-    return openDatabase(choice, surroundings);
-  } catch (const RunEnded& ended) {
-    throw CannotOpen(ended.why);
   }
 }
 

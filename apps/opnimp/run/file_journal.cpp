@@ -145,7 +145,7 @@ void FileJournal::orEndRun(Write write) {
 
 void FileJournal::end(ImportResult& result, const Ending& ending) {
   if (!run_) return;
-  trapErrors([&] { writeEnd(result, ending); },
+  trapErrors([&] { refusingWithoutMemory([&] { writeEnd(result, ending); }); },
              [&](const RuntimeError& error) { failure_ = cannotWrite(journal_.path(), error); });
   if (!failure_.empty()) {
     result.brokeOff = failure_ + ". What the run did after that is in this report only";

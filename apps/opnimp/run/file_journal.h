@@ -22,6 +22,9 @@ class FileJournal {
   FileJournal(const FileJournal&) = delete;
   FileJournal& operator=(const FileJournal&) = delete;
 
+  /// What the records are known again by, until the run begins.
+  const std::vector<JournaledRecord>& records() const { return start_.records; }
+
   /// Called when a record has ended, with what was said and seen of it; of a dry run, too.
   std::function<void(std::size_t record, const RecordTrace& trace)> onEnd;
 

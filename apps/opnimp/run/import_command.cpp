@@ -44,7 +44,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   /// Writes the file of --metrics, whatever comes of the run.
   FilesResult runMeasured() {
     try {
-      const FilesResult call = run();
+      FilesResult call = run();
       writeMetrics(call.status());
       return call;
     } catch (const UsageError&) {
@@ -57,15 +57,15 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   }
 
  private:
-  // Memory that runs out before the first record was posted is the files' fault; later it is not
-  // known what was posted, and the program ends with that word.
+  // Memory that runs out before the first record was posted is the files' fault; later the account
+  // is drawn up once more, with what has been freed since.
   FilesResult run() {
     try {
       prepare();
       driveWatched();
     } catch (const std::bad_alloc&) {
-      if (hasBegun()) throw;
-      throw CannotOpen(tooLarge(arguments_.files[current_]));
+      if (!hasBegun()) throw CannotOpen(tooLarge(arguments_.files[current_]));
+      evaluate();
     } catch (const CannotOpen& failure) {
       if (hasBegun()) files_[current_].endInJournal(failure.what());
       throw;
@@ -173,19 +173,41 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
   /// Within the run that is watched, since a server may not answer, and a file be locked.
   void openDatabase() {
-    auto opened =
-        call_.gate.pass([&] { return velk::openDatabase(database_, call_.surroundings); });
-    // Outside of the call: while the run is within one, another thread may look at both.
-    call_.database = std::move(opened);
+    const auto open = [&](const DatabaseChoice& choice) {
+      return call_.gate.pass([&] { return velk::openDatabase(choice, call_.surroundings); });
+    };
+    // Outside of the call: while the run is within one, another thread may look at all of these.
+    call_.database = open(database_);
     const auto ask = [&] { return call_.database->session(); };
     // Without it, it stays unknown who keeps the run waiting.
     trapErrors([&] { session_ = call_.gate.pass(ask); }, [](const RuntimeError&) {});
+    if (!mayLookAhead()) return;
+    DatabaseChoice beside = database_;
+    beside.options.readOnly = true;
+    try {
+      call_.beside.connection = open(beside);
+    } catch (const CannotOpen& failure) {
+      // The server may have no connection left, or the user no right to a second one.
+      call_.beside.failure = failure.what();
+    }
+  }
+
+  /// Within a transaction only its own connection sees what is posted. An embedded database answers
+  /// without a message.
+  bool mayLookAhead() const {
+    return LookAhead::isFor(*arguments_.kind) && database_.path.empty() && !arguments_.oneByOne &&
+           !arguments_.dryRun && !arguments_.allOrNothing;
   }
 
   /// From another thread than the run's.
   void cancel() {
+    std::shared_ptr<OwnConnection> beside;
     std::shared_ptr<OwnConnection> database;
-    call_.gate.duringCall([&](auto /*began*/) { database = call_.database; });
+    call_.gate.duringCall([&](auto /*began*/) {
+      beside = call_.beside.connection;
+      database = call_.database;
+    });
+    if (beside) beside->cancel();
     if (database) database->cancel();
   }
 

@@ -25,7 +25,7 @@ ImportOutputs::ImportOutputs(const Arguments& arguments) {
   if (arguments.report) checkReportFile(*arguments.report);
 }
 
-void ImportOutputs::writeRejects(ImportResult& result) const {
+void ImportOutputs::writeRejects(ImportResult& result) {
   if (!rejects_) return;
   RejectFiles::Written written = rejects_->write(*result.input, result.traces, result.setApart);
   result.rejectFiles = std::move(written.paths);

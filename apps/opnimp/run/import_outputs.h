@@ -24,7 +24,7 @@ class ImportOutputs {
   bool hasRejects() const { return rejects_.has_value(); }
   /// Each tells in the result what was written, and what failed: the run is over already, and its
   /// report must appear in any case.
-  void writeRejects(ImportResult& result) const;
+  void writeRejects(ImportResult& result);
   static void writeReport(ImportResult& result);
 
  private:

@@ -95,7 +95,7 @@ ExitStatus runRejects(const Arguments& arguments, const Streams& streams,
     throw UsageError("run " + std::to_string(arguments.run) +
                      " imported nothing: the whole file is still to be imported");
   }
-  const RejectFiles files(arguments.file, run.kind().format, false);
+  RejectFiles files(arguments.file, run.kind().format, false);
   const RejectFiles::Written written = files.write(*result.input, result.traces, result.setApart);
   for (const std::string& path : written.paths) {
     streams.out << "Written:   " << printable(path) << '\n';

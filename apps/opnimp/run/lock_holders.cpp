@@ -44,7 +44,7 @@ ExitStatus tellLockHolders(const Arguments& arguments, const Streams& streams,
                            const Surroundings& surroundings) {
   DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
   choice.options = openingOptions(arguments);
-  const LockHolders holders = openDatabase(choice, surroundings)->lockHolders(arguments.session);
+  const LockHolders holders = openUnlocked(choice, surroundings)->lockHolders(arguments.session);
   if (!holders.missingRight.empty()) streams.out << holders.missingRight << '\n';
   for (const std::string& name : holders.names) streams.out << printable(name) << '\n';
   return holders.missingRight.empty() ? ExitStatus::Posted : ExitStatus::Refused;

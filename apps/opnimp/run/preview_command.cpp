@@ -8,6 +8,7 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/report/preview_report.h"
 #include "apps/opnimp/run/import_command.h"
+#include "apps/opnimp/run/long_values.h"
 #include "apps/opnimp/run/run_support.h"
 #include "platform/memory_recordset.h"
 
@@ -62,10 +63,20 @@ void readTable(const ListView& list, PreviewTable& preview) {
   }
 }
 
+/// Only a database that is named on the command line is asked: a preview needs none.
+std::shared_ptr<OwnConnection> catalogueOf(const Arguments& arguments,
+                                           const Surroundings& surroundings) {
+  if (!arguments.database) return nullptr;
+  DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
+  choice.options = openingOptions(arguments);
+  return openUnlocked(choice, surroundings);
+}
+
 }  // namespace
 
 ExitStatus runPreview(const Arguments& arguments, const Streams& streams,
                       const Surroundings& surroundings) {
+  const std::shared_ptr<OwnConnection> database = catalogueOf(arguments, surroundings);
   std::map<std::string, PreviewTable> tables;
   ExitStatus status = ExitStatus::Posted;
   const auto show = [&](const FilesResult& call) {
@@ -73,6 +84,7 @@ ExitStatus runPreview(const Arguments& arguments, const Streams& streams,
     std::vector<FilePreview> files;
     for (const ImportResult* result : call.files()) {
       files.push_back({*result, tables[result->arguments.file]});
+      if (database) files.back().longValues = findLongValues(result->traces, *database);
     }
     (arguments.json ? writePreviewJson : writePreviewText)(files, status, streams.out);
   };

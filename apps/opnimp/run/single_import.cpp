@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <numeric>
 #include <utility>
 
@@ -80,7 +81,8 @@ void SingleImport::resume(const Resumption& resumption) {
   if (resumption.next == 0 || result_.passedOver) return;
   if (!resumption.doubtful.empty() && !outputs_->hasRejects()) {
     throw UsageError("run " + std::to_string(resumption.run) + " left " +
-                     counted(resumption.doubtful.size(), "record", "records") +
+                     counted(resumption.doubtful.size(), "record", "records") + " of " +
+                     arguments().file +
                      " in doubt: name a file with --rejects FILE; FILE.check.csv takes them");
   }
   result_.input = std::make_unique<LaterRecords>(std::move(result_.input), resumption.next);
@@ -96,6 +98,9 @@ void SingleImport::tryTo(Steps steps) {
   } catch (const RunEnded& ended) {
     result_.brokeOff = ended.why;
     result_.connectionLost = ended.connectionLost;
+  } catch (const std::bad_alloc&) {
+    if (!began_) throw;
+    result_.brokeOff = "the memory ran out";
   }
 }
 
@@ -152,7 +157,11 @@ void SingleImport::openPart(std::size_t first) {
   result_.errorLog = session_->errorLogPath();
   recorder_.beginPart(first);
   report_.beginPart(first);
-  ImportScreen& screen = session_->open(kind(), recorded(recorder_, call_.database));
+  lookAhead_.emplace(call_.beside, kind());
+  // What is answered ahead is recorded like any other answer.
+  ImportScreen& screen =
+      session_->open(kind(), recorded(recorder_, answeredAhead(*lookAhead_, call_.database)));
+  lookAhead_->follow(&screen);
   screen.run().setRecordsBefore(first);
   view(first == 0);
   // Read now, because the import empties the screen.
@@ -317,6 +326,7 @@ void SingleImport::tellOfEnd() {
 }
 
 void SingleImport::writeAccount() {
+  result_.noLookAhead = call_.beside.failure;
   if (wasRefused() && !result_.refused()) {
     result_.refusal = runRefusalText(*report_.refusal(), *result_.input, result_.mapping, kind());
   }
@@ -352,8 +362,13 @@ void SingleImport::findAllowedDsTypes() {
 // An amount that cannot be read is none of 0.
 std::vector<JournaledRecord> SingleImport::recordsToPost() const {
   const InputRecords& input = *result_.input;
-  const std::vector<JournaledRecord> all =
-      hashRecords(kind(), input, result_.mapping, civilFromDate(call_.surroundings.clock()).year);
+  // A foreseen import has no journal that knows them.
+  std::vector<JournaledRecord> computed;
+  if (!journal_) {
+    computed =
+        hashRecords(kind(), input, result_.mapping, civilFromDate(call_.surroundings.clock()).year);
+  }
+  const std::vector<JournaledRecord>& all = journal_ ? journal_->records() : computed;
   const std::size_t width = mappedWidth(result_.mapping);
   std::vector<JournaledRecord> records;
   for (std::size_t record = 0; record < all.size(); ++record) {

@@ -106,6 +106,7 @@ class SingleImport {
   // The part whose screen is open: records in a row, as many as it takes.
   std::size_t partEnd_ = 0;  ///< the record behind its last one
   std::optional<ShadowFile> contents_;
+  std::optional<LookAhead> lookAhead_;
   std::optional<ScreenSession> session_;
   long long viewedRecords_ = 0;             ///< as the screens counted so far
   std::optional<long long> screenRecords_;  ///< as they counted when all had viewed theirs

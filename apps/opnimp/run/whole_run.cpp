@@ -21,7 +21,7 @@ WholeRun::WholeRun(OwnConnection& database, Recorder& recorder)
 }
 
 WholeRun::~WholeRun() {
-  if (!settled_) takeBack();
+  if (!settled_) ignoringFailure([&] { takeBack(); });
 }
 
 std::string WholeRun::settle(bool keep) {

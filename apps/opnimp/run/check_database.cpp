@@ -1,0 +1,73 @@
+#include "apps/opnimp/run/check_database.h"
+
+#include <algorithm>
+
+#include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/report/database_report.h"
+#include "apps/opnimp/run/company_needs.h"
+#include "apps/opnimp/run/database_choice.h"
+#include "base/errors.h"
+
+namespace velk {
+
+namespace {
+
+LookUpCheck lookedUp(OwnConnection& database, const std::string& text) {
+  LookUpCheck check{text, {}};
+  trapErrors([&] { database.Execute(text); },
+             [&](const RuntimeError& error) { check.error = error.description(); });
+  return check;
+}
+
+KindCheck checked(OwnConnection& database, const ImportKind& kind) {
+  KindCheck check{std::string(kind.name), {}, {}};
+  const CompanyNeeds needs = needsOf(kind);
+  for (const std::string& text : needs.lookUps) check.lookUps.push_back(lookedUp(database, text));
+  for (const ProcedureNeed& need : needs.procedures) {
+    ProcedureCheck& procedure =
+        check.procedures.emplace_back(ProcedureCheck{std::string(need.name), need.parameters});
+    // What the catalogue does not answer is left to the import.
+    trapErrors([&] { procedure.isRefused = database.isRefused(need.name, need.parameters); },
+               [&](const RuntimeError&) { procedure.isRefused = true; });
+    if (!procedure.isRefused) procedure.takes = database.parametersOf(need.name);
+  }
+  return check;
+}
+
+/// Empty if it is not known; the look-up above says why.
+std::string firstTransactionDate(OwnConnection& database) {
+  std::string date;
+  const auto ask = [&] {
+    const auto rows = database.Execute(firstDateLookUp);
+    if (rows->isEOF()) return;
+    date = toText(rows->field(0));
+    date = toText(toDate(rows->field(0), 0));
+  };
+  trapErrors(ask, [](const RuntimeError&) {});
+  return date;
+}
+
+}  // namespace
+
+ExitStatus checkDatabase(const Arguments& arguments, const Streams& streams,
+                         const Surroundings& surroundings) {
+  DatabaseChoice choice = chooseDatabase(arguments.database, surroundings);
+  choice.options = openingOptions(arguments);
+  const auto database = openUnlocked(choice, surroundings);
+  DatabaseCheck check{choice.shown, database->facts(), firstTransactionDate(*database), {}, {}};
+  const Date earliest = database->earliestDate();
+  if (earliest.days > firstCalendarDay) check.earliestDate = toText(earliest);
+  for (const ImportKind& kind : importKinds()) {
+    const bool isAsked = arguments.kinds.empty() ||
+                         std::ranges::find(arguments.kinds, &kind) != arguments.kinds.end();
+    if (isAsked) check.kinds.push_back(checked(*database, kind));
+  }
+  if (database->isLost()) {
+    throw CannotOpen("the connection to the database " + choice.shown +
+                     " was lost. Check again when the server is there");
+  }
+  (arguments.json ? writeCheckJson : writeCheckText)(check, streams.out);
+  return check.status();
+}
+
+}  // namespace velk

@@ -1,0 +1,161 @@
+// What check-database says of a company's database, on each engine.
+#include <doctest/doctest.h>
+
+#include <map>
+#include <set>
+
+#include "apps/opnimp/run/company_needs.h"
+#include "platform/odbc/statement_shape.h"
+#include "tests/support/checks.h"
+#include "tests/support/engines.h"
+#include "tests/support/fake_database.h"
+#include "tests/support/json_value.h"
+#include "tests/support/runner.h"
+#include "tests/support/salesmen.h"
+
+namespace velk {
+namespace {
+
+/// "customer-opening=true ...".
+std::string kindsThatWork(const std::string& json) {
+  std::string all;
+  const auto document = nlohmann::ordered_json::parse(json);
+  for (const auto& kind : document.at("kinds")) {
+    all += kind.at("kind").get<std::string>() + "=" + kind.at("canWork").dump() + " ";
+  }
+  return all;
+}
+
+/// What is spoilt: a procedure, the number of another's parameters, a table.
+const std::map<std::string, std::vector<const char*>> spoilt{
+    {"embedded",
+     {"DELETE FROM StoredProcedure WHERE name = 'sp_insert_VendorDebitNote'",
+      "UPDATE StoredProcedure SET statement = 'SELECT 1', arguments = '' WHERE name = "
+      "'sp_save_DsType'",
+      "ALTER TABLE Customer RENAME TO Customers"}},
+    {"postgresql",
+     {"DROP FUNCTION sp_insert_VendorDebitNote", "DROP PROCEDURE sp_save_DsType",
+      "CREATE PROCEDURE sp_save_DsType(a text) LANGUAGE sql AS 'SELECT 1'",
+      "REVOKE SELECT ON Customer FROM opnimp_import"}},
+    {"mariadb",
+     {"REVOKE EXECUTE ON PROCEDURE sp_insert_VendorDebitNote FROM opnimp_import",
+      "DROP PROCEDURE sp_save_DsType", "CREATE PROCEDURE sp_save_DsType(a text) SELECT 1",
+      "GRANT EXECUTE ON PROCEDURE sp_save_DsType TO opnimp_import",
+      "REVOKE SELECT ON Customer FROM opnimp_import"}}};
+
+/// What is said of the right to delete rows of the table Setup.
+const std::map<std::string, const char*> excess{{"postgresql", "to write the table setup"},
+                                                {"mariadb", "delete on the table setup"}};
+
+TEST_CASE("check-database: what each kind finds, and what the account may too much") {
+  for (const TestEngine& engine : testEngines()) {
+    CAPTURE(std::string(engine.name));
+    RunnerWorld world;
+    const EngineCompany company(engine, world.folder.path(""));
+    const auto check = [&](std::vector<std::string> more = {}) {
+      more.insert(more.begin(), {"check-database", "--database", company.database(), "--json"});
+      return world.run(more);
+    };
+    const Ran whole = check();
+    CHECK_MESSAGE(whole.status == 0, whole.out);
+    CHECK(kindsThatWork(whole.out) ==
+          "customer-opening=true vendor-opening=true bank-branch=true vendor=true salesman=true ");
+    CHECK(Json(whole.out).at("firstTransactionDate") == "01/04/2008");
+    // The engine tells what the salesmen's last procedure takes.
+    const auto takes = nlohmann::json::parse(whole.out)["kinds"][4]["procedures"][3]["takes"];
+    CHECK(takes.size() == (engine.isEmbedded() ? 0 : 5));
+    CHECK_FALSE(contains(whole.out, "change-me"));
+
+    if (const auto told = excess.find(engine.name); told != excess.end()) {
+      company.connection()->Execute("GRANT DELETE ON Setup TO opnimp_import");
+      const Ran rights = check({"vendor"});
+      CHECK(rights.status == 1);
+      CHECK(contains(lowerAscii(Json(rights.out).at("excessRights")), told->second));
+      company.connection()->Execute("REVOKE DELETE ON Setup FROM opnimp_import");
+    }
+    if (!spoilt.contains(engine.name)) continue;
+    for (const char* statement : spoilt.at(engine.name)) company.connection()->Execute(statement);
+    const Ran broken = check();
+    CHECK(broken.status == 2);
+    CHECK_MESSAGE(kindsThatWork(broken.out) ==
+                      "customer-opening=false vendor-opening=false bank-branch=true vendor=true "
+                      "salesman=false ",
+                  broken.out);
+    const std::string text =
+        world.run({"check-database", "salesman", "--database", company.database()}).out;
+    CHECK_MESSAGE(contains(text, "salesman: CANNOT WORK\n"), text);
+    CHECK(contains(text, "  sp_save_DsType: MISSING, or not with 5 parameters"));
+  }
+}
+
+TEST_CASE("check-database: a preview tells of texts that a procedure would cut") {
+  for (const TestEngine& engine : testEngines()) {
+    if (std::string_view(engine.name) != "mariadb") continue;  // others keep no lengths
+    RunnerWorld world;
+    const EngineCompany company(engine, {});
+    for (const char* statement :
+         {"DROP PROCEDURE sp_insert_CustDebitNote",
+          "CREATE PROCEDURE sp_insert_CustDebitNote(a text, reference varchar(4), c datetime, d "
+          "double, e double, f text) SELECT 1",
+          "GRANT EXECUTE ON PROCEDURE sp_insert_CustDebitNote TO opnimp_import"}) {
+      company.connection()->Execute(statement);
+    }
+    const std::string file = world.folder.write(
+        "in.csv", crlf({openingTitles, "C001,A,abcd,03/03/2008,1.00,1.00",
+                        "C001,A,abcde,03/03/2008,1.00,1.00", "C001,A,abcde,03/03/2008,-1.00,0"}));
+    const auto preview = [&](std::vector<std::string> more) {
+      more.insert(more.begin(), {"preview", world.kind, file, "--accept", "all"});
+      return world.run(more);
+    };
+    const Ran told = preview({"--json", "--database", company.database()});
+    const Json json(told.out);
+    CHECK(json.at("longValues") ==
+          R"([{"record":2,"line":3,"procedure":"sp_insert_CustDebitNote","parameter":"reference",)"
+          R"("takes":4,"length":5}])");
+    CHECK(contains(preview({"--database", company.database()}).out,
+                   "line 3: 5 characters for reference of sp_insert_CustDebitNote, which takes 4"));
+    CHECK(Json(preview({"--json"}).out).at("longValues") == "[]");
+  }
+}
+
+TEST_CASE("check-database: what it looks for is what imports ask and call") {
+  const std::string banks = std::string(bankTitles) + "\r\nB,B,C,C\r\n";
+  const std::string vendors =
+      "Vendor Code,Vendor Name,Address,Phone,Contact Person,Locality,Sale Type,TNGST,CST,Pan "
+      "Number\r\nV,V,A,1,P,Local,First Sales,1,2,3\r\n";
+  const std::string balances = crlf({openingTitles, good1, good2, good3});
+  const std::map<std::string_view, std::string> files{
+      {"customer-opening", balances},
+      {"vendor-opening", std::regex_replace(balances, std::regex("Customer"), "Vendor")},
+      {"bank-branch", banks},
+      {"vendor", vendors},
+      {"salesman", workbook({salesmanTitles, "Mann|A|1|2|Retail|Retail|YES"})}};
+  for (const ImportKind& kind : importKinds()) {
+    CAPTURE(std::string(kind.name));
+    RunnerWorld world;
+    world.kind = kind.name;
+    world.script("");
+    const auto connection =
+        std::dynamic_pointer_cast<FakeConnection>(world.surroundings.openDatabase({}, {}));
+    const Ran ran = world.import(world.folder.write("in.xls", files.at(kind.name)),
+                                 {"--database", "Driver=x", "--accept", "all"});
+    CHECK_MESSAGE(ran.status <= 1, ran.out << ran.err);
+    std::set<std::string> made;
+    for (const FakeCall& call : connection->calls) {
+      const bool isQuery = call.kind == CommandType::Text;
+      made.insert(isQuery ? shapeOf(call.text)->text
+                          : call.text + "/" + std::to_string(call.parameters.size()));
+    }
+    made.erase("Select * From ColorSettings");
+    std::set<std::string> needed;
+    const CompanyNeeds needs = needsOf(kind);
+    for (const std::string& text : needs.lookUps) needed.insert(shapeOf(text)->text);
+    for (const ProcedureNeed& need : needs.procedures) {
+      needed.insert(std::string(need.name) + "/" + std::to_string(need.parameters));
+    }
+    CHECK(Texts(made.begin(), made.end()) == Texts(needed.begin(), needed.end()));
+  }
+}
+
+}  // namespace
+}  // namespace velk
