@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cerrno>
+#include <initializer_list>
 
 // The run-time calls these few functions, by these names. The library that has them for programs
 // never gives back, when a DLL goes, its slot for thread values, of which a process has 1,088, nor
@@ -64,26 +65,26 @@ int pthread_mutex_unlock(pthread_mutex_t* mutex) {
   return 0;
 }
 
-int pthread_cond_wait(pthread_cond_t* condition, pthread_mutex_t* mutex) {
-  SleepConditionVariableSRW(velk::native<CONDITION_VARIABLE>(condition),
-                            velk::native<SRWLOCK>(mutex), INFINITE, 0);
+int pthread_cond_wait(pthread_cond_t* cv, pthread_mutex_t* external_mutex) {
+  SleepConditionVariableSRW(velk::native<CONDITION_VARIABLE>(cv),
+                            velk::native<SRWLOCK>(external_mutex), INFINITE, 0);
   return 0;
 }
-int pthread_cond_broadcast(pthread_cond_t* condition) {
-  WakeAllConditionVariable(velk::native<CONDITION_VARIABLE>(condition));
+int pthread_cond_broadcast(pthread_cond_t* cv) {
+  WakeAllConditionVariable(velk::native<CONDITION_VARIABLE>(cv));
   return 0;
 }
 
-int pthread_once(pthread_once_t* once, void (*start)()) {
+int pthread_once(pthread_once_t* o, void (*func)()) {
   constexpr long running = 1;
   constexpr long done = 2;
-  long before = InterlockedCompareExchange(once, running, PTHREAD_ONCE_INIT);
+  long before = InterlockedCompareExchange(o, running, PTHREAD_ONCE_INIT);
   if (before == PTHREAD_ONCE_INIT) {
-    start();
-    InterlockedExchange(once, done);
+    func();
+    InterlockedExchange(o, done);
   }
   // What starts is done in moments, so that it is not worth an object to wait for.
-  for (; before == running; before = InterlockedCompareExchange(once, done, done)) Sleep(1);
+  for (; before == running; before = InterlockedCompareExchange(o, done, done)) Sleep(1);
   return 0;
 }
 
@@ -95,7 +96,10 @@ int pthread_key_create(pthread_key_t* key, void (*destroy)(void*)) {
   return velk::slot == FLS_OUT_OF_INDEXES ? EAGAIN : 0;
 }
 void* pthread_getspecific(pthread_key_t key) {
-  return FlsGetValue(key);
+  const DWORD lastError = GetLastError();  // which the next call sets to 0
+  void* const value = FlsGetValue(key);
+  SetLastError(lastError);
+  return value;
 }
 int pthread_setspecific(pthread_key_t key, const void* value) {
   return FlsSetValue(key, const_cast<void*>(value)) == FALSE ? ENOMEM : 0;
