@@ -29,16 +29,16 @@ const Party customer{"Customer",
                      {},
                      "host 64: Check The Error Log ",
                      false};
-const Party vendor{"Vendor",
-                   "vendor",
-                   "Vendor",
-                   "select count(*) from Vendors where VendorID='",
-                   &Velk_ClsOpnImp::ImportVendorOpening,
-                   6,
-                   {"host 64: Import Successfull"},
-                   "box 64: Check The Error Log",
-                   true};
-const Party* const parties[] = {&customer, &vendor};
+const Party vendorParty{"Vendor",
+                        "vendor",
+                        "Vendor",
+                        "select count(*) from Vendors where VendorID='",
+                        &Velk_ClsOpnImp::ImportVendorOpening,
+                        6,
+                        {"host 64: Import Successfull"},
+                        "box 64: Check The Error Log",
+                        true};
+const Party* const parties[] = {&customer, &vendorParty};
 
 struct Run {
   const Party& party;
@@ -131,7 +131,7 @@ TEST_CASE("a date that cannot be read refuses a customer's record and ends a ven
     CHECK(customers.world.log() == "Invalid Date(" + cell + ") for Customer - C\n");
     CHECK(customers.posted().size() == 4);
 
-    Run vendors(vendor);
+    Run vendors(vendorParty);
     CHECK(vendors.import(records) == EventResult::Failed);
     CHECK(vendors.world.messages ==
           Texts{"box 16: The import stopped at record 2: Type mismatch: Invalid Date(" + cell +
@@ -249,7 +249,7 @@ TEST_CASE("an error that no step traps ends the run where it is") {
 }
 
 TEST_CASE("an error behind the last record says that the records are posted") {
-  Run run(vendor);
+  Run run(vendorParty);
   run.world.host->failingKey = "Import Successfull";
   CHECK(run.import("A,,,1,1") == EventResult::Failed);
   CHECK(run.world.messages == Texts{"box 16: The import stopped at its end: ActiveX component "

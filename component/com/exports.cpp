@@ -6,8 +6,24 @@
 #include "component/com/clsopnimp_object.h"
 #include "component/com/registration.h"
 #include "component/com/server.h"
+#include "component/com/thread_support.h"
 #include "platform/windows/class_factory.h"
 #include "platform/windows/module_lock.h"
+
+// The run-time's reserve for exceptions without memory; its headers declare this nowhere.
+namespace __gnu_cxx {
+void __freeres();
+}
+
+// What a DLL leaves behind when it goes grows with each time that the host loads it.
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
+  // With the process all goes anyway, and its other threads may have ended holding a lock.
+  if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) {
+    velk::freeThreadValues();
+    __gnu_cxx::__freeres();
+  }
+  return TRUE;
+}
 
 STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
   if (object == nullptr) return E_POINTER;

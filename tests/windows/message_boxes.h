@@ -34,7 +34,8 @@ class MessageBoxes {
   void chooseFile(std::string path) { path_ = std::move(path); }
   /// The one that the last file dialog started in.
   const std::string& folder() const { return folder_; }
-  std::function<void()> onShown;  ///< runs while a box is shown, before its button is pressed
+  std::function<void()> onShown;   ///< runs while a box is shown, before its button is pressed
+  std::function<void()> onDialog;  ///< runs while a file dialog is open, before it gets its answer
 
  private:
   static MessageBoxes*& current() {
@@ -55,6 +56,7 @@ class MessageBoxes {
     wchar_t folder[MAX_PATH] = L"";
     SendMessageW(box, CDM_GETFOLDERPATH, MAX_PATH, reinterpret_cast<LPARAM>(folder));
     folder_ = fromWide(folder);
+    if (onDialog) onDialog();
     SetDlgItemTextW(box, fileName, toWide(path_).c_str());
     PostMessageW(box, WM_COMMAND, IDOK, 0);
   }

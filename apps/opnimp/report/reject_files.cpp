@@ -59,14 +59,21 @@ bool isNotReached(Outcome outcome) {
   return outcome == Outcome::NotReached;
 }
 
+/// Somebody else has made a file of that name since the run began.
+struct NameTaken : CannotOpen {
+  using CannotOpen::CannotOpen;
+};
+
 /// A name for a file of this run's own, made for it or not at all.
 class Claim {
  public:
-  explicit Claim(const std::string& path) : path_(path) {
+  Claim(const std::string& path, bool dryRun) : path_(path) {
     if (NativeFileSystem().openExclusively(path)) return;
-    throw CannotOpen("the rejects file " + path +
-                     " was not written: somebody else has made a file " +
-                     "of that name since the run began");
+    throw NameTaken("the rejects file " + path +
+                    " was not written: somebody else has made a file " +
+                    "of that name since the run began; " +
+                    (dryRun ? "choose another one and try again"
+                            : "`opnimp rejects` writes it under another one"));
   }
   Claim(const Claim&) = delete;
   Claim& operator=(const Claim&) = delete;
@@ -80,6 +87,18 @@ class Claim {
   const std::filesystem::path path_;
   bool kept_ = false;
 };
+
+/// Writes a file under a name that is the run's own already, or becomes it. `own` has room.
+template <class Write>
+void writeOwn(std::vector<std::string>& own, const std::string& path, bool dryRun, Write writeIt) {
+  std::string name = path;  // before the file is there: to remember it takes memory
+  std::optional<Claim> claim;
+  if (std::ranges::find(own, path) == own.end()) claim.emplace(path, dryRun);
+  refusingWithoutMemory(writeIt);
+  if (!claim) return;
+  claim->keep();
+  own.push_back(std::move(name));
+}
 
 /// Both kinds in one file, in the order of the whole file.
 void writeDoubtful(FileSystem& files, const std::string& path, const InputRecords& input,
@@ -114,20 +133,16 @@ RejectFiles::Written RejectFiles::write(const InputRecords& input, const Traces&
                                         std::span<const std::size_t> setApart) {
   NativeFileSystem files;
   Written written;
+  bool isTaken = false;
   const auto put = [&](const std::string& path, const auto& writeIt) {
     try {
       writingRejects(path, [&] {
-        std::string name = path;  // before the file is there: to remember it takes memory
         own_.reserve(paths_.size());
-        std::optional<Claim> claim;
-        if (std::ranges::find(own_, path) == own_.end()) claim.emplace(path);
-        refusingWithoutMemory(writeIt);
-        if (!claim) return;
-        claim->keep();
-        own_.push_back(std::move(name));
+        writeOwn(own_, path, dryRun_, writeIt);
       });
       written.paths.push_back(path);
     } catch (const CannotOpen& error) {
+      isTaken = dynamic_cast<const NameTaken*>(&error) != nullptr;
       written.failure.append(written.failure.empty() ? "" : "; ").append(error.what());
     }
   };
@@ -136,6 +151,8 @@ RejectFiles::Written RejectFiles::write(const InputRecords& input, const Traces&
   };
   // Written even if there is no such record: that there is none is an answer, too.
   putRecords(paths_[Rejects], recordsOf(traces, isRefused));
+  // By another run: its records with the reasons of this one would be corrected wrongly.
+  if (isTaken) return written;
   put(paths_[Reasons], [&] { writeFile(files, paths_[Reasons], reasons(input, traces)); });
   // Nothing was posted: there is nothing to look up, and the whole file is still to be imported.
   if (dryRun_) return written;
