@@ -314,14 +314,14 @@ TEST_CASE("system faults: a small limit of memory") {
 
 TEST_CASE("system faults: an import goes by the file as it was when it was read") {
   using Change = void (*)(const std::string&);
-  const std::pair<std::string, Change> changes[] = {
+  const std::pair<std::string, Change> fates[] = {
       {"cut", [](const std::string& path) { fs::resize_file(path, fs::file_size(path) / 2); }},
       {"deleted", [](const std::string& path) { fs::remove(path); }},
       {"replaced", [](const std::string& path) { std::ofstream(path) << "C003,C\r\nC004,D\r\n"; }}};
   const std::pair<std::string, std::string> files[] = {
       {"in.csv", crlf({openingTitles, good1, good2})},
       {"in.xls", workbook({salesmanTitles, "One|||||Retail|", "Two|||||Retail|"})}};
-  for (const auto& change : changes) {
+  for (const auto& change : fates) {
     CAPTURE(change.first);
     for (const auto& input : files) {
       CAPTURE(input.first);
