@@ -12,7 +12,7 @@
 
 // The run-time's reserve for exceptions without memory; its headers declare this nowhere.
 namespace __gnu_cxx {
-void __freeres();
+void __freeres();  // NOLINT(bugprone-reserved-identifier): its own name
 }
 
 // What a DLL leaves behind when it goes grows with each time that the host loads it.
