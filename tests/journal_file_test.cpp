@@ -46,6 +46,7 @@ class FillingFile final : public KeptFile {
  public:
   explicit FillingFile(std::string path) : file_(openKept(path, KeptFor::Writing)) {}
   bool full = false;
+  bool failsToSync = false;
   int writes = 0;
 
   std::uint64_t length() const override { return file_->length(); }
@@ -58,7 +59,10 @@ class FillingFile final : public KeptFile {
     file_->append(full ? bytes.substr(0, 12) : bytes);
     if (full) throw RuntimeError(ErrorNumber::DiskFull);
   }
-  void sync() override { file_->sync(); }
+  void sync() override {
+    if (failsToSync) throw RuntimeError(ErrorNumber::DeviceIo);
+    file_->sync();
+  }
   void truncate(std::uint64_t length) override { file_->truncate(length); }
 
  private:
@@ -135,6 +139,12 @@ TEST_CASE("what waits goes with the next entry, or, if that fails, with the one 
   file.full = false;
   journal.write(EntryType::RunEnded, "end");
   CHECK(file.writes == 2);
+  // What a failed sync lost may not be there any more, and a later one would not say so.
+  file.failsToSync = true;
+  CHECK(errorOf([&] { journal.sync(); }) == 57);
+  file.failsToSync = false;
+  CHECK(errorOf([&] { journal.sync(); }) == 57);
+  CHECK(errorOf([&] { journal.write(EntryType::RunEnded, "end"); }) == 57);
   CHECK(readAll(folder.path("journal")).entries ==
         Entries{{EntryType::RecordEnded, "first"}, {EntryType::RunEnded, "end"}});
 }

@@ -185,7 +185,7 @@ TEST_CASE("a run killed at any moment is taken up, and one record is in doubt at
   for (const TestEngine& engine : testEngines()) {
     if (!engine.isEmbedded() && !triesAll()) continue;
     CAPTURE(std::string(engine.name));
-    const int rounds = engine.isEmbedded() ? (triesAll() ? 300 : 30) : 50;
+    const int rounds = engine.isEmbedded() ? (triesAll() ? 300 : OPNIMP_SANITIZED ? 5 : 30) : 50;
     for (const Killed& import : imports) {
       CAPTURE(std::string(import.kind));
       const Usual usual(KilledRun(import, engine));

@@ -164,6 +164,14 @@ TEST_CASE("metrics: the file takes the place of none that is needed, and costs n
   CHECK(import(world.database()).status == 3);
   CHECK(import(world.folder.path("no/m.prom")).status == 4);
   CHECK(import(world.folder.path("")).status == 4);
+  CHECK(import(world.folder.write("secrets.txt", "Driver=a;PWD=b")).status == 3);
+  CHECK(world.folder.read("secrets.txt") == "Driver=a;PWD=b");
+  // A name in two spellings, of a file that is not there yet.
+  const std::string named = std::filesystem::relative(world.folder.path("both"));
+  CHECK(world
+            .importLines({openingTitles, good1},
+                         {"--metrics", named, "--rejects", world.folder.path("both")})
+            .status == 3);
   CHECK(debits(world) == "0");
   std::filesystem::create_directory(world.folder.path("gone"));
   world.surroundings.openDatabase = [&, open = world.surroundings.openDatabase](

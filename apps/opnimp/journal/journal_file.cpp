@@ -93,17 +93,29 @@ std::string_view payloadOf(std::string_view entry) {
   return entry.substr(headSize, entry.size() - frameSize);
 }
 
-bool isMark(std::string_view entry) {
-  return !entry.empty() && typeOf(entry) == EntryType::Synced;
+/// Adds an entry with its frame.
+void addEntry(std::string& to, EntryType type, std::string_view payload) {
+  const std::size_t start = to.size();
+  // Nothing behind it takes memory: half an entry must not stand before the next one.
+  to.reserve(start + frameSize + payload.size());
+  addNumber(to, static_cast<std::uint32_t>(payload.size()));
+  to += static_cast<char>(type);
+  to += payload;
+  addNumber(to, crc32c(std::string_view(to).substr(start)));
 }
 
 // What was not synced yet may be lost in any order, and whole entries may follow. A mark behind
-// what is no entry says that it was there once.
+// what is no entry says that it was there once. All marks are the same bytes.
 JournalEnd readEnd(Window& window) {
+  std::string mark;
+  addEntry(mark, EntryType::Synced, {});
   JournalEnd end{window.offset()};
   for (; window.left() > 0; window.skip(1)) {
-    if (window.peek(1).front() != '\0') end.torn = window.offset() + 1 - end.whole;
-    if (isMark(nextEntry(window))) end.damaged = true;
+    if (window.peek(1).front() != '\0') {
+      end.torn = window.offset() + 1 - end.whole;
+    } else if (window.left() >= mark.size() && window.peek(mark.size()) == mark) {
+      end.damaged = true;
+    }
   }
   return end;
 }
@@ -142,14 +154,11 @@ void JournalFile::add(EntryType type, std::string_view payload) {
   if (payload.size() > std::numeric_limits<std::uint32_t>::max()) {
     throw RuntimeError(ErrorNumber::OutOfMemory);
   }
-  const std::size_t start = pending_.size();
-  addNumber(pending_, static_cast<std::uint32_t>(payload.size()));
-  pending_ += static_cast<char>(type);
-  pending_ += payload;
-  addNumber(pending_, crc32c(std::string_view(pending_).substr(start)));
+  addEntry(pending_, type, payload);
 }
 
 void JournalFile::write(EntryType type, std::string_view payload) {
+  if (isBroken_) throw RuntimeError(ErrorNumber::DeviceIo);
   const std::size_t before = pending_.size();
   add(type, payload);
   try {
@@ -157,7 +166,7 @@ void JournalFile::write(EntryType type, std::string_view payload) {
   } catch (const RuntimeError&) {
     pending_.resize(before);
     // What cannot be undone either is recognised as torn when the file is read again.
-    trapErrors([&] { file_->truncate(length_); }, [](const RuntimeError&) {});
+    isBroken_ = !trapErrors([&] { file_->truncate(length_); }, [](const RuntimeError&) {});
     throw;
   }
   length_ += pending_.size();
@@ -166,7 +175,10 @@ void JournalFile::write(EntryType type, std::string_view payload) {
 
 // A mark that cannot be written is missed only when the file is damaged, too.
 void JournalFile::sync() {
+  if (isBroken_) throw RuntimeError(ErrorNumber::DeviceIo);
+  isBroken_ = true;  // a sync that failed may pass when it is asked again, with nothing on the disk
   file_->sync();
+  isBroken_ = false;
   trapErrors([&] { write(EntryType::Synced, {}); }, [](const RuntimeError&) {});
 }
 

@@ -43,7 +43,8 @@ class JournalFile {
  private:
   std::unique_ptr<KeptFile> file_;
   std::uint64_t length_;
-  std::string pending_;  // entries that are not written yet
+  std::string pending_;    // entries that are not written yet
+  bool isBroken_ = false;  // nothing that is written now could be marked as being there
 };
 
 }  // namespace velk

@@ -155,7 +155,8 @@ JournaledRun readRun(const KeptFile& file, std::uint64_t number) {
       if (within) run.start = readRunStart(EntryReader(payload));
     } else if (within && type == EntryType::RecordBegun) {
       const std::uint64_t begun = EntryReader(payload).number();
-      std::erase_if(run.records, [&](const RecordEnd& ended) { return ended.record >= begun; });
+      // A record may begin anew, on another host; they end in their order.
+      while (!run.records.empty() && run.records.back().record >= begun) run.records.pop_back();
     } else if (within && type == EntryType::RecordEnded) {
       run.records.push_back(readRecordEnd(EntryReader(payload)));
     } else if (within && type == EntryType::RunEnded) {

@@ -3,10 +3,15 @@
 #include <array>
 #include <charconv>
 #include <chrono>
+#include <filesystem>
 #include <initializer_list>
+#include <string>
+#include <system_error>
 #include <utility>
 
+#include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/records/file_bytes.h"
+#include "base/errors.h"
 #include "base/text.h"
 #include "platform/native/native_files.h"
 
@@ -146,6 +151,23 @@ void addDurations(MetricsText& text, const FilesResult& call) {
   }
 }
 
+/// Only what an earlier call wrote is replaced: a name given by mistake may be that of any file.
+void requireMetrics(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return;
+  constexpr std::string_view start = "# TYPE opnimp_";
+  std::string bytes(start.size(), '\0');
+  const auto read = [&] {
+    const auto file = NativeFileSystem().openInput(path);
+    bytes.resize(file->read(bytes.data(), bytes.size()));
+  };
+  // What cannot be read is told when it is written.
+  trapErrors(read, [&](const RuntimeError&) { bytes.clear(); });
+  if (bytes.empty() || bytes == start) return;
+  throw UsageError("--metrics would replace " + path +
+                   ", which holds no metrics of an import: choose another name");
+}
+
 }  // namespace
 
 std::string metricsText(const FilesResult& call, ExitStatus status) {
@@ -169,6 +191,7 @@ std::string metricsText(const FilesResult& call, ExitStatus status) {
 }
 
 MetricsFile::MetricsFile(std::string path) : path_(std::move(path)) {
+  requireMetrics(path_);
   NativeFileSystem files;
   // A replacement that is never closed changes nothing.
   writing("the metrics", path_, "--metrics", [&] { files.openReplacement(path_); });

@@ -155,6 +155,11 @@ std::vector<DatabaseChoice> chooseDatabases(const Arguments& arguments,
   std::vector<DatabaseChoice> hosts;
   for (const std::string& text :
        options.empty() ? fromEnvironment(surroundings.database) : options) {
+    // It is not shown, as it may hold a password.
+    if (text.find("://") != std::string::npos) {
+      throw CannotOpen("what names the database is a URI; give a connection string such as " +
+                       std::string("Driver={PostgreSQL Unicode};Server=HOST;Database=NAME"));
+    }
     const CompanyDatabase database = companyDatabase(text);
     hosts.push_back(
         {database, database.path.empty() ? maskPasswords(database.connectionString) : database.path,

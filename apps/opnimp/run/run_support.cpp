@@ -52,9 +52,10 @@ bool isSameFile(const std::string& a, const std::string& b) {
   std::error_code error;
   // The system knows all links to a file; a file that does not exist yet has only its path.
   if (fs::equivalent(a, b, error) && !error) return true;
-  const fs::path first = fs::weakly_canonical(a, error);
+  // Absolute first: of a file that does not exist yet a relative path would stay relative.
+  const fs::path first = fs::weakly_canonical(fs::absolute(a, error), error);
   if (error) return a == b;
-  const fs::path second = fs::weakly_canonical(b, error);
+  const fs::path second = fs::weakly_canonical(fs::absolute(b, error), error);
   return error ? a == b : first == second;
 }
 
