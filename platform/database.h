@@ -199,6 +199,8 @@ class OwnConnection : public Connection {
   /// or an id stored in an embedded one. `mayStore`: stores one where there is none; else the text
   /// is empty then, as where nothing can be told.
   virtual std::string identity(bool /*mayStore*/) { return {}; }
+  /// Whether it works on a database, not on a server as such.
+  virtual bool hasDatabase() { return true; }
   virtual DatabaseFacts facts() { return {}; }
   /// Of a procedure that may be called; empty where the catalogue does not tell.
   virtual std::vector<CatalogueParameter> parametersOf(std::string_view /*procedure*/) {

@@ -79,6 +79,8 @@ struct Dialect {
   std::string_view readOnly = {};
   /// Gives what is added to the connection string, as "Name=value"; null if nothing is.
   std::string (*connectionSetting)(const OdbcOptions&) = nullptr;
+  /// Answers the database that the connection works on, where there may be none; empty: there is.
+  std::string_view databaseQuery = {};
   /// Gives the id that is stored in a database, and what stores one where there is none. Empty
   /// where the names of server and database are enough to know it again.
   std::string_view identityQuery = {};

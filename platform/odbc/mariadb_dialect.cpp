@@ -101,6 +101,7 @@ constinit const Dialect mariadbDialect{
     .timeLimit = timeLimit,
     .readOnly = "SET SESSION TRANSACTION READ ONLY",
     // The nodes of a cluster are one database. One that has never joined it is none.
+    .databaseQuery = "SELECT database()",
     .identityQuery =
         "SELECT concat(CASE coalesce(max(variable_value), '') WHEN '' THEN @@server_uid WHEN "
         "'00000000-0000-0000-0000-000000000000' THEN NULL ELSE max(variable_value) END, '/', "

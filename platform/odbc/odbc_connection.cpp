@@ -49,6 +49,10 @@ class DriverConnection final : public OwnConnection,
   bool canLeaveTransactions() const override { return session_.dialect().canLeaveTransactions; }
   Date earliestDate() const override { return session_.dialect().earliestDate; }
   std::string identity(bool mayStore) override;
+  bool hasDatabase() override {
+    const std::string_view query = session_.dialect().databaseQuery;
+    return query.empty() || !answer(query).empty();
+  }
   DatabaseFacts facts() override;
   std::vector<CatalogueParameter> parametersOf(std::string_view procedure) override;
   std::string whyNotReady() override { return answer(session_.dialect().notReadyQuery); }

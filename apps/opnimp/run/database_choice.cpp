@@ -62,8 +62,11 @@ std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
   const bool isEmbedded = embeddedDialectIn(choice.connectionString) != nullptr;
   try {
     // A file is there at once, but may be locked for as long as --wait says.
-    return isEmbedded ? surroundings.openDatabase(choice.connectionString, choice.options)
-                      : openInTime(choice, surroundings);
+    if (isEmbedded) return surroundings.openDatabase(choice.connectionString, choice.options);
+    auto opened = openInTime(choice, surroundings);
+    if (opened->hasDatabase()) return opened;
+    throw CannotOpen("the database " + choice.shown +
+                     " could not be opened: it names no database. Add Database=NAME to it");
   } catch (const RuntimeError& error) {
     if (isEmbedded && error.is(ErrorNumber::ProviderTimeout)) {
       throw RunEnded{"the database " + choice.shown + " did not answer in time (" +
