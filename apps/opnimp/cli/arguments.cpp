@@ -86,6 +86,14 @@ Exit status:
   4  a file or the database could not be opened or written; nothing was imported or exported
   5  the run broke off, or its account does not add up)";
 
+const std::string checkFooter =
+    R"(Exit status:
+  0  imports can work
+  1  they can, but the user has rights that do harm
+  2  something that an import needs is missing
+  3  the command line makes no sense, or names no database
+  4  the database could not be opened)";
+
 using Command = Arguments::Command;
 
 // Only salesmen have a screen with an Export button.
@@ -222,6 +230,7 @@ class CommandLine {
     CLI::App* const command = add(Command::CheckDatabase, "check-database",
                                   "say whether imports can work in the database: what is there of\n"
                                   "that each needs, and what rights the user has too many");
+    command->footer(checkFooter);
     const auto take = [this](const std::vector<std::string>& names) {
       for (const std::string& name : names) {
         arguments_.kinds.push_back(kindNamed(name, Command::CheckDatabase));
