@@ -70,11 +70,12 @@ std::string timeLimit(const OdbcOptions& options) {
          ", max_statement_time = " + std::to_string(statement);
 }
 
-// A block that is no transaction: each of its statements commits by itself.
+// A block that is no transaction: each of its statements commits by itself, unless the first call
+// has begun one.
 constexpr PairedCallsDialect mariadbPairs{
     .before = "BEGIN NOT ATOMIC ",
-    .between = "; SELECT ?; ",
-    .after = "; END",
+    .between = "; SELECT ?, @@in_transaction; IF NOT @@in_transaction THEN ",
+    .after = "; END IF; END",
 };
 
 // The view of the cluster is part of it: its number and how many nodes are in it.

@@ -205,6 +205,8 @@ PairedCalls::End PairedCalls::endOf(const std::shared_ptr<MemoryRecordset>& answ
   trapErrors([&] { end.second = result->NextRecordset(); },
              [&](const RuntimeError& error) { end.secondError = error; });
   if (end.second == nullptr) end.second = noRows();
+  // In a transaction that the first one has left open the second one was not run.
+  end.isSecondSent = toText(result->field(1)) == "0";
   return end;
 }
 
