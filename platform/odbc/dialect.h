@@ -43,6 +43,9 @@ struct PairedCallsDialect {
   std::string_view procedure = {};
   std::string_view makeProcedure = {};  ///< its marks take the name, the types and the body
   std::string_view markType = {};
+  /// The driver's state when the statement has used up its time, which the two calls share. A limit
+  /// for locks each of them has by itself.
+  std::string_view timeUsedUp = {};
 };
 
 /// A failure that the driver reports otherwise than others do.

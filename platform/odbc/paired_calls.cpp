@@ -82,7 +82,8 @@ class SentPair final : public CallPair {
     if (!end_.secondError) return end_.second;
     const bool nothing = fail(second_, *end_.secondError);
     // It had what the first one left of the time for a statement.
-    const bool wasShort = end_.secondError->is(ErrorNumber::ProviderTimeout);
+    const bool wasShort = !session_.reportedState().empty() &&
+                          session_.reportedState() == session_.dialect().pairedCalls->timeUsedUp;
     if (nothing && wasShort && !session_.wasCancelled()) return owner_.run(second_);
     throw RuntimeError(*end_.secondError);
   }
