@@ -57,7 +57,11 @@ bool readAll(int pipe, std::string& output, std::chrono::milliseconds limit) {
   for (;;) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
     pollfd wanted{pipe, POLLIN, 0};
-    if (left.count() <= 0 || ::poll(&wanted, 1, static_cast<int>(left.count())) == 0) return false;
+    if (left.count() <= 0) return false;
+    const int ready = ::poll(&wanted, 1, static_cast<int>(left.count()));
+    if (ready < 0 && errno == EINTR) continue;
+    // Without one that is ready a read might wait for ever.
+    if (ready <= 0) return false;
     const ssize_t count = ::read(pipe, bytes.data(), bytes.size());
     if (count == 0) return true;
     if (count < 0 && errno != EINTR) return false;

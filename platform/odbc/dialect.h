@@ -22,10 +22,12 @@ struct KnownStatement {
 };
 
 /// How an engine takes two calls as one statement, in which an error of the second leaves what the
-/// first has done, and one of the first keeps the second from running (paired_calls.h).
+/// first has done, and one of the first keeps the second from running, as does a transaction that
+/// the first has left open (paired_calls.h).
 struct PairedCallsDialect {
   /// What stands around the two calls. `between` tells, by a text that takes the place of its mark,
-  /// that the first has ended well and is committed.
+  /// that the first has ended well and is committed. Where that is a result of its own, its second
+  /// column says that it is not: 0, or that a transaction is open and the second does not run.
   std::string_view before;
   std::string_view between;
   std::string_view after;
@@ -41,6 +43,9 @@ struct PairedCallsDialect {
   std::string_view procedure = {};
   std::string_view makeProcedure = {};  ///< its marks take the name, the types and the body
   std::string_view markType = {};
+  /// The driver's state when the statement has used up its time, which the two calls share. A limit
+  /// for locks each of them has by itself.
+  std::string_view timeUsedUp = {};
 };
 
 /// A failure that the driver reports otherwise than others do.

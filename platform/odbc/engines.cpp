@@ -37,6 +37,7 @@ constexpr auto sqlServerExcessRights = std::to_array<std::string_view>(
      "'UPDATE') = 1"});
 
 std::string sqlServerLockLimit(const OdbcOptions& options) {
+  if (!options.waitsForLocks) return "SET LOCK_TIMEOUT 0";
   const int seconds = options.lockTimeoutSeconds;
   return seconds <= 0 ? "" : "SET LOCK_TIMEOUT " + std::to_string(std::int64_t{seconds} * 1000);
 }

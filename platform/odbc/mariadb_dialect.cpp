@@ -65,16 +65,18 @@ std::string timeLimit(const OdbcOptions& options) {
   static constexpr int year = 31'536'000;
   const auto limit = [](int seconds) { return seconds <= 0 ? year : std::min(seconds, year); };
   const int statement = limit(options.commandTimeoutSeconds);
-  const std::string wait = std::to_string(std::min(statement, limit(options.lockTimeoutSeconds)));
+  const std::string wait = std::to_string(
+      options.waitsForLocks ? std::min(statement, limit(options.lockTimeoutSeconds)) : 0);
   return "SET SESSION innodb_lock_wait_timeout = " + wait + ", lock_wait_timeout = " + wait +
          ", max_statement_time = " + std::to_string(statement);
 }
 
-// A block that is no transaction: each of its statements commits by itself.
+// A block that is no transaction: each of its statements commits by itself, unless the first call
+// has begun one.
 constexpr PairedCallsDialect mariadbPairs{
     .before = "BEGIN NOT ATOMIC ",
-    .between = "; SELECT ?; ",
-    .after = "; END",
+    .between = "; SELECT ?, @@in_transaction; IF NOT @@in_transaction THEN ",
+    .after = "; END IF; END",
 };
 
 // The view of the cluster is part of it: its number and how many nodes are in it.

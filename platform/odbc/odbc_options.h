@@ -9,6 +9,8 @@ struct OdbcOptions {
   int commandTimeoutSeconds = 30;
   /// How much of that it may wait for locks, where the engine has such a limit; 0: all of it.
   int lockTimeoutSeconds = 0;
+  /// It fails at once instead, or nearly so.
+  bool waitsForLocks = true;
   /// How long opening may take where the driver has such a limit; 0 waits for ever.
   int loginTimeoutSeconds = 8;
   /// Two calls are never sent as one statement.

@@ -90,12 +90,14 @@ void OdbcSession::executeNative(std::string_view sql) {
 
 RuntimeError OdbcSession::failure(SQLSMALLINT handleType, SQLHANDLE handle) {
   diagnostics_.clear();
+  reportedState_.clear();
   add(handleType, handle);
   return toRuntimeError(diagnostics_);
 }
 
 void OdbcSession::add(SQLSMALLINT handleType, SQLHANDLE handle) {
   for (Diagnostic& diagnostic : readDiagnostics(handleType, handle)) {
+    if (diagnostics_.empty()) reportedState_ = diagnostic.state;
     diagnostics_.push_back(normalized(*dialect_, std::move(diagnostic)));
   }
   // A later failure on a lost connection may name another cause.

@@ -45,6 +45,8 @@ class OdbcSession {
   void setDiagnostics(std::vector<Diagnostic> diagnostics) {
     diagnostics_ = std::move(diagnostics);
   }
+  /// The last failure's state as the driver had it, before it was made another's.
+  const std::string& reportedState() const { return reportedState_; }
   bool isLost() const { return lost_; }
   /// The connection is in no known state and must not be used any more.
   void giveUp() { lost_ = true; }
@@ -78,6 +80,7 @@ class OdbcSession {
   OdbcOptions options_;
   const Dialect* dialect_ = &dialectOf({});
   std::vector<Diagnostic> diagnostics_;
+  std::string reportedState_;
   bool lost_ = false;
   Sent sent_ = Sent::Nothing;
   std::mutex runningMutex_;  // held while the handle is in use elsewhere than in its own thread

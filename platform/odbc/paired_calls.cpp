@@ -82,7 +82,8 @@ class SentPair final : public CallPair {
     if (!end_.secondError) return end_.second;
     const bool nothing = fail(second_, *end_.secondError);
     // It had what the first one left of the time for a statement.
-    const bool wasShort = end_.secondError->is(ErrorNumber::ProviderTimeout);
+    const bool wasShort = !session_.reportedState().empty() &&
+                          session_.reportedState() == session_.dialect().pairedCalls->timeUsedUp;
     if (nothing && wasShort && !session_.wasCancelled()) return owner_.run(second_);
     throw RuntimeError(*end_.secondError);
   }
@@ -205,6 +206,8 @@ PairedCalls::End PairedCalls::endOf(const std::shared_ptr<MemoryRecordset>& answ
   trapErrors([&] { end.second = result->NextRecordset(); },
              [&](const RuntimeError& error) { end.secondError = error; });
   if (end.second == nullptr) end.second = noRows();
+  // In a transaction that the first one has left open the second one was not run.
+  end.isSecondSent = toText(result->field(1)) == "0";
   return end;
 }
 

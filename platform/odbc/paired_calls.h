@@ -1,8 +1,9 @@
 // Two calls of procedures sent as one statement, where the engine's dialect says how.
 //
 // What they do is what they do one after the other: each keeps its own commit, the second runs
-// although the first has failed (by itself then), and each raises its own error. Values are
-// parameters of the statement, so that no text of a record can become a part of it.
+// although the first has failed or left a transaction open (by itself then), and each raises its
+// own error. Values are parameters of the statement, so that no text of a record can become a part
+// of it.
 #pragma once
 
 #include <cstdint>

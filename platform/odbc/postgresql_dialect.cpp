@@ -66,9 +66,11 @@ constexpr PairedCallsDialect postgresqlPairs{
     .procedure = "pg_temp.opnimp_pair_",
     .makeProcedure = "CREATE PROCEDURE ?(?) LANGUAGE plpgsql AS $pair$ ? $pair$",
     .markType = "text",
+    .timeUsedUp = "57014",
 };
 // The driver itself has a limit for statements.
 std::string lockLimit(const OdbcOptions& options) {
+  if (!options.waitsForLocks) return "SET lock_timeout = '100ms'";  // 0 is for ever
   const int seconds = options.lockTimeoutSeconds;
   return seconds <= 0 ? "" : "SET lock_timeout = '" + std::to_string(seconds) + "s'";
 }

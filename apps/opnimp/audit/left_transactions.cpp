@@ -11,10 +11,10 @@ constexpr std::size_t seldom = 32;
 
 }  // namespace
 
-LeftTransactions::Found LeftTransactions::afterCalls(std::size_t count, bool failed) {
+LeftTransactions::Found LeftTransactions::afterCalls(std::size_t count, bool isLikely) {
   const std::size_t before = calls_;
   calls_ += count;
-  const bool due = before < firstCalls || failed || calls_ / seldom != before / seldom;
+  const bool due = before < firstCalls || isLikely || calls_ / seldom != before / seldom;
   return due ? ask(count) : Found::Nothing;
 }
 

@@ -15,8 +15,8 @@ class LeftTransactions {
 
   enum class Found { Nothing, OfTheseCalls, OfAnEarlierCall };
   /// Behind each call of a procedure that posts, or each `count` that were sent together. Asks
-  /// behind the first ones, behind each that failed, and now and then.
-  Found afterCalls(std::size_t count, bool failed);
+  /// behind the first ones, behind each where it is likely, as one that failed, and now and then.
+  Found afterCalls(std::size_t count, bool isLikely);
   /// Behind the last one of a run.
   Found atEnd();
 

@@ -79,7 +79,8 @@ void Recorder::lookForLeftBy(std::size_t last) {
   const bool failed =
       std::any_of(calls_.begin() + static_cast<std::ptrdiff_t>(first), calls_.end(),
                   [](const RecordedCall& call) { return call.result != CallResult::Ok; });
-  endIfLeft(gate_.pass([&] { return left_->afterCalls(last + 1 - first, failed); }), first, last);
+  const bool isLikely = std::exchange(isLeftLikely_, false) || failed;
+  endIfLeft(gate_.pass([&] { return left_->afterCalls(last + 1 - first, isLikely); }), first, last);
 }
 
 void Recorder::lookForLeft() {

@@ -142,8 +142,12 @@ class Recorder : private ErrorLog {
   std::size_t beginCall(CallKind kind, std::string_view text, std::vector<Value> parameters);
   /// The same for a call that is sent along with one that was begun.
   std::size_t noteCall(CallKind kind, std::string_view text, std::vector<Value> parameters);
-  /// The last call that was noted was not sent after all: nothing of it is noted.
-  void withdrawCall() { calls_.pop_back(); }
+  /// The last call that was noted was not sent after all: nothing of it is noted. The one before it
+  /// may have kept it from that by a transaction that it left open.
+  void withdrawCall() {
+    calls_.pop_back();
+    isLeftLikely_ = true;
+  }
   void setResult(std::size_t call, CallResult result) { calls_[call].result = result; }
   /// How long the database took for it.
   void addTime(std::size_t call, CallTimes::Duration took) {
@@ -171,6 +175,7 @@ class Recorder : private ErrorLog {
   RunGate& gate_;
   std::function<bool()> transactionIsOpen_;  // empty: each call stands by itself
   std::optional<LeftTransactions> left_;
+  bool isLeftLikely_ = false;       // it is asked behind the next call
   std::size_t firstUnchecked_ = 0;  // of the calls, behind which left_ was not called yet
   const ImportScreen* screen_ = nullptr;
   std::size_t before_ = 0;

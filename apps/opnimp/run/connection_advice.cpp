@@ -31,6 +31,8 @@ constexpr std::string_view otherEncryption =
 constexpr std::string_view postgresqlEncryption =
     "The server does not let the user in from here without encryption: add SSLmode=require, or "
     "SSLmode=verify-full to be sure of the server, or have its pg_hba.conf let him in";
+constexpr std::string_view noRootCertificate =
+    "Put the certificate that the server's is signed with into the file that is missing";
 // The server denies access alike for a wrong password and for a lack of encryption.
 constexpr std::string_view mariadbLogin =
     "Correct the user and the password, UID= and PWD=; if they are right, the server insists on "
@@ -53,6 +55,7 @@ constexpr auto advices = std::to_array<Advice>({
     {"IM002", 0, {}, noSuchSource},
     {"08001", 101, "host name", unknownHost},
     {"08001", 101, "no encryption", postgresqlEncryption},
+    {"08001", 101, "root certificate", noRootCertificate},
     {"08001", 101, "SSL", otherEncryption},
     {"08001", 101, "too many", tooMany},
     {"08001", 101, "connection slots", tooMany},

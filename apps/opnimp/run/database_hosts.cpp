@@ -159,6 +159,8 @@ void DatabaseHosts::pause() const {
 std::shared_ptr<OwnConnection> DatabaseHosts::openBeside() {
   DatabaseChoice host = current();
   host.options.readOnly = true;
+  // The record waits that asks for itself then, once, and it can be told whom for.
+  host.options.waitsForLocks = false;
   beside_ = nullptr;
   beside_ = openHost(host);
   return beside_;

@@ -83,6 +83,8 @@ void LookAhead::ask(std::size_t firstRow) {
       },
       [&](const RuntimeError& error) {
         answers_.clear();
+        // Somebody holds a lock: these records ask for themselves, and wait for it.
+        if (error.is(ErrorNumber::ProviderTimeout) && !beside_.connection->isLost()) return;
         beside_.failure = error.description();
       });
 }

@@ -36,7 +36,7 @@ class LookAhead {
   /// Whether the look-ups of a kind may be asked before records before them are posted.
   static bool isFor(const ImportKind& kind) { return kind.opening != nullptr; }
 
-  /// An error of the connection ends its use, for those who come later, too.
+  /// An error of the connection ends its use, for those who come later, too; a lock does not.
   LookAhead(Beside& beside, const ImportKind& kind) : beside_(beside), kind_(kind) {}
   LookAhead(const LookAhead&) = delete;
   LookAhead& operator=(const LookAhead&) = delete;

@@ -4,6 +4,8 @@
 #include <future>
 #include <thread>
 
+#include "base/errors.h"
+
 namespace velk {
 
 namespace {
@@ -21,7 +23,8 @@ bool ends(const std::future<void>& done, std::chrono::milliseconds within) {
 bool awaited(const std::future<void>& done, const WatchedRun& run) {
   while (!ends(done, glance)) {
     if (run.interrupted && run.interrupted()) break;
-    run.look();
+    // While the work runs there is no way out of here.
+    ignoringFailure(run.look);
   }
   if (ends(done, toEnd)) return true;
   run.gate.close("it was interrupted");
