@@ -104,5 +104,27 @@ TEST_CASE("hosts: a server that ends a session") {
   }
 }
 
+TEST_CASE("hosts: a command that changes nothing takes several") {
+  for (const TestEngine& engine : testEngines()) {
+    const std::string name = engine.name;
+    if (name != "postgresql" && name != "mariadb") continue;
+    CAPTURE(name);
+    FailingHosts world(std::getenv("OPNIMP_TEST_SERVERS"));
+    const EngineCompany company(engine, "");
+    const std::string file = world.folder.write("in.csv", crlf({openingTitles, good1}));
+    const std::string folder = world.folder.path("");
+    for (std::vector<std::string> call : std::vector<std::vector<std::string>>{
+             {"import", "customer-opening", file, "--app-folder", folder, "--dry-run"},
+             {"preview", "customer-opening", file},
+             {"export", "salesman", world.folder.path("out.xls"), "--app-folder", folder},
+             {"check-database"}}) {
+      CAPTURE(call.front());
+      call.insert(call.end(), {"--database", company.database(), "--database", company.database()});
+      const Ran ran = world.run(call);
+      CHECK_MESSAGE(ran.status == 0, (ran.out + ran.err));
+    }
+  }
+}
+
 }  // namespace
 }  // namespace velk

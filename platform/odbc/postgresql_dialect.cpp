@@ -98,10 +98,11 @@ constinit const Dialect postgresqlDialect{
     // not.
     .identityQuery =
         "SELECT system_identifier || '/' || current_database() FROM pg_control_system()",
+    // Not the setting in force: a session that is to change nothing has set it itself.
     .notReadyQuery =
         "SELECT CASE WHEN pg_is_in_recovery() THEN 'it is a standby, which takes no changes' WHEN "
-        "current_setting('default_transaction_read_only') = 'on' THEN 'it is read-only' ELSE '' "
-        "END",
+        "(SELECT reset_val FROM pg_settings WHERE name = 'default_transaction_read_only') = 'on' "
+        "THEN 'it is read-only' ELSE '' END",
     .historyQuery = postgresqlHistory,
     .placeQuery = postgresqlHistory,
     .hasEndedQuery = postgresqlHasEnded,

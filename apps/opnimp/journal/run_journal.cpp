@@ -18,6 +18,14 @@ void RunJournal::recordBegins(std::size_t record) {
   syncWhenDue();
 }
 
+// In one write, so that no end between the two has a record of these begin once more.
+void RunJournal::recordsBeginAgain(std::size_t first, std::size_t last) {
+  writer_.clear();
+  writer_.number(first);
+  if (first != last) file_.add(EntryType::RecordBegun, writer_.payload());
+  recordBegins(last);
+}
+
 // Written with what follows, which is the next record's beginning or the run's end: one write less.
 void RunJournal::recordEnds(std::size_t record, const RecordTrace& trace) {
   writer_.clear();

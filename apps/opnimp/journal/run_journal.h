@@ -21,6 +21,9 @@ class RunJournal {
   RunJournal(JournalFile& file, const RunStart& run);
 
   void recordBegins(std::size_t record);
+  /// The records from the first one on up to the last one have begun, and what was said of them
+  /// and of those behind counts no more.
+  void recordsBeginAgain(std::size_t first, std::size_t last);
   /// It is written before the next record begins.
   void recordEnds(std::size_t record, const RecordTrace& trace);
   void runEnds(const RunEnd& end);

@@ -21,6 +21,13 @@ DataType typeOf(const Value& value) {
   return std::holds_alternative<Date>(value) ? DataType::Date : DataType::VarChar;
 }
 
+/// Whether the counter takes the one for the other, whatever their narrations are.
+bool isSameDocument(const RecordedCall& a, const RecordedCall& b) {
+  return a.text == b.text && a.parameters.size() == b.parameters.size() &&
+         std::equal(a.parameters.begin(), a.parameters.begin() + documentParameters,
+                    b.parameters.begin());
+}
+
 }  // namespace
 
 bool DocumentLookup::isNote(const RecordedCall& call) const {
@@ -33,7 +40,7 @@ DocumentLookup::Found DocumentLookup::find(const RecordedCall& note,
                                            std::span<const RecordedCall> before) {
   if (!isNote(note)) return Found::NotKnown;
   const auto same = std::ranges::count_if(before, [&](const RecordedCall& call) {
-    return call.text == note.text && call.parameters == note.parameters && isEffective(call);
+    return isEffective(call) && isSameDocument(call, note);
   });
   const std::optional<std::int64_t> found = count(note);
   if (!found) return Found::NotKnown;

@@ -27,7 +27,7 @@ class DocumentLookup {
 
   enum class Found { None, Some, NotKnown };
   /// Whether there is a document of this note beside those that the same calls `before` it made.
-  /// None is certain; one that was there before the run is taken for it.
+  /// None is certain; Some may be one that was there before the run.
   Found find(const RecordedCall& note, std::span<const RecordedCall> before);
 
  private:

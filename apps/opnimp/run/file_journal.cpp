@@ -134,10 +134,10 @@ void FileJournal::recordEnds(std::size_t record, const ImportReport& report,
   if (onEnd) onEnd(record, trace_);
 }
 
-void FileJournal::beginAgain(std::size_t record) {
+void FileJournal::beginAgain(std::size_t first, std::size_t last) {
   if (!run_) return;
-  orEndRun([&] { run_->recordBegins(record); });
-  std::fill(told_.begin() + static_cast<std::ptrdiff_t>(record), told_.end(), std::nullopt);
+  orEndRun([&] { run_->recordsBeginAgain(first, last); });
+  std::fill(told_.begin() + static_cast<std::ptrdiff_t>(first), told_.end(), std::nullopt);
 }
 
 // A run that cannot be written down does not go on.

@@ -31,8 +31,9 @@ class FileJournal {
   /// Says that the run begins and from then on listens to `report`; both outlive the object. Raises
   /// CannotOpen when it cannot be written. Of a dry run nothing is.
   void begin(ImportResult& result, ImportReport& report, const Recorder& recorder);
-  /// From this record on they begin again; if none does, nobody knows what became of this one.
-  void beginAgain(std::size_t record);
+  /// What was said of the records from the first one on counts no more; they go on behind the last
+  /// one. If none does, nobody knows what became of these.
+  void beginAgain(std::size_t first, std::size_t last);
   /// What is known of a run only when it has ended, and is not in its result.
   struct Ending {
     bool completed = false;

@@ -14,6 +14,9 @@ namespace {
 
 using Found = DocumentLookup::Found;
 
+/// So many documents that are there, one behind the other, are taken for the run's own.
+constexpr std::size_t believed = 2;
+
 /// The calls that post of one record.
 struct Posted {
   std::size_t record = 0;
@@ -38,7 +41,7 @@ class Finder {
     const bool cutOff =
         begun > 0 && run_.report.record(begun - 1).fate == RecordReport::Fate::Begun;
     if (cutOff) lookAtCutOff(begun - 1);
-    if (!run_.hasAllConfirmed && !isComplete_) lookBack();
+    if (!run_.hasAllConfirmed) lookBack();
     return going_;
   }
 
@@ -52,7 +55,6 @@ class Finder {
     const Posted cut = std::move(posted_.back());
     posted_.pop_back();
     const Found found = findNote(cut);
-    isComplete_ = found == Found::Some;
     // Behind a note that was confirmed and is not there, nothing is.
     const bool lost = isConfirmed(*cut.calls.front()) ? !run_.hasAllConfirmed
                                                       : cut.calls.size() == 1 && run_.hasEnded;
@@ -71,25 +73,33 @@ class Finder {
   }
 
   // Servers take changes over in the order in which they were confirmed: what is there tells that
-  // all before it is. Behind the last document that is there, its account entry may be missing.
+  // all before it is, and what is not, that nothing behind it is. Behind the last document that is
+  // there, its account entry may be missing. A document that is there may be another's, which was
+  // there before the run: one alone is not believed, and none where copies are to be expected.
   void lookBack() {
-    const bool hasPosted = !posted_.empty();
     std::size_t missing = 0;
-    while (!posted_.empty() && !going_.doubtful) {
+    std::size_t looked = 0;  // at notes that are not known to be missing
+    std::size_t seen = 0;    // of these, that are there
+    while (!posted_.empty() && seen < believed) {
       const Posted last = std::move(posted_.back());
       posted_.pop_back();
       if (last.calls.front()->result == CallResult::Failed) continue;  // it has no document
       const Found found = findNote(last);
-      if (found == Found::NotKnown) endRun();
+      if (found == Found::NotKnown || (found == Found::Some && run_.mayBeCopies)) endRun();
+      ++looked;
       if (found == Found::Some) {
-        going_.doubtful = last.record;
-      } else {
-        ++missing;
-        going_.first = last.record;
+        if (seen++ == 0) going_.doubtful = last.record;
+        continue;
       }
+      going_.first = last.record;
+      going_.doubtful.reset();
+      missing += std::exchange(looked, 0);
+      seen = 0;
     }
-    if (!going_.doubtful && hasPosted && !run_.isFirst) endRun();
+    // Also where this file has no note to look for: what was posted before it may be missing.
+    if (seen < believed && !run_.isFirst) endRun();
     if (missing > 0) {
+      going_.found.clear();  // the record in hand comes again, too
       say(counted(missing, "record", "records") +
           " that the lost server had confirmed are not there, and are posted again");
     }
@@ -123,7 +133,6 @@ class Finder {
   std::span<const RecordedCall> calls_;
   std::vector<Posted> posted_;
   GoingOn going_;
-  bool isComplete_ = false;  // what was confirmed is there, to the last call
 };
 
 }  // namespace

@@ -23,6 +23,7 @@ struct LostRun {
   bool hasAllConfirmed;  ///< the server that it goes on with has all that the lost one confirmed
   bool hasEnded;         ///< nothing more can come of what was sent to that one
   bool isFirst;          ///< no earlier run or file can have lost anything with it
+  bool mayBeCopies;      ///< what the run posts may have been there before it
 };
 
 /// Raises RunEnded where confirmed changes may be missing and cannot be looked up.

@@ -185,10 +185,10 @@ std::size_t SingleImport::goOn(const RunEnded& ended) {
     if (call_.beside.connection) call_.openBeside();
     repeatedBefore_ = 0;
     DocumentLookup lookup(*call_.database, kind(), recorder_.gate());
-    const GoingOn going =
-        findGoingOn({recorder_, report_, call_.hosts->hasAllConfirmed(),
-                     call_.hosts->hasLostEnded(), !call_.hasSeveralFiles && result_.resumes == 0},
-                    lookup);
+    const GoingOn going = findGoingOn(
+        {recorder_, report_, call_.hosts->hasAllConfirmed(), call_.hosts->hasLostEnded(),
+         !call_.hasSeveralFiles && result_.resumes == 0, arguments().again},
+        lookup);
     if (wentOnAt_ == going.first) throw RunEnded{"a second host was lost at the same record"};
     wentOnAt_ = going.first;
     change.to = call_.hosts->shown();
@@ -203,23 +203,32 @@ std::size_t SingleImport::goOn(const RunEnded& ended) {
 
 void SingleImport::beginAgain(const GoingOn& going, const HostChange& change) {
   const std::size_t begun = report_.begun();
-  std::optional<std::size_t> doubtful = going.doubtful;
+  bool isCutOff = false;
   if (going.first < begun) {
     recorder_.beginAgain(going.first + ImportScreen::firstDataRow);
     report_.beginAgain(going.first);
   } else if (begun > 0 && report_.record(begun - 1).fate == RecordReport::Fate::Begun) {
     report_.cutOff(change.why + "; " + change.found);
-    doubtful = begun - 1;
+    isCutOff = true;
   }
-  if (going.doubtful) {
-    recorder_.doubt(*going.doubtful + ImportScreen::firstDataRow);
-    if (journal_) journal_->beginAgain(*going.doubtful);
-  }
+  if (going.doubtful) recorder_.doubt(*going.doubtful + ImportScreen::firstDataRow);
+  if (journal_) beginAgainInJournal(going, begun);
   watchDatabase();
   result_.hostChanges.push_back(change);
   call_.events.hostChanges(result_, change);
-  if (doubtful) tellOf(*doubtful);
+  if (going.doubtful) tellOf(*going.doubtful);
+  if (isCutOff) tellOf(begun - 1);
   toldRecords_ = going.first;
+}
+
+/// Else a run that resumes this one, if it ends before it comes so far again, would take records
+/// for posted that are not there.
+void SingleImport::beginAgainInJournal(const GoingOn& going, std::size_t begun) {
+  if (going.doubtful) {
+    journal_->beginAgain(*going.doubtful, going.first - 1);
+  } else if (going.first < begun) {
+    journal_->beginAgain(going.first, going.first);
+  }
 }
 
 /// Of a record that nobody will say the end of any more.

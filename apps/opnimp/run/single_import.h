@@ -85,6 +85,7 @@ class SingleImport {
   bool canGoOn() const;
   void countRepeated();
   void beginAgain(const struct GoingOn& going, const HostChange& change);
+  void beginAgainInJournal(const struct GoingOn& going, std::size_t begun);
   void tellOf(std::size_t record);
   void watchDatabase();
   void beginJournal();
