@@ -16,10 +16,6 @@ struct Null {
 };
 
 /// Null, 32-bit integer, double, date or text (UTF-8).
-#ifdef __i386__
-// GCC 12 for 32-bit Windows ends the program when an exception passes an object of the class below.
-using Value = std::variant<Null, std::int32_t, double, Date, std::string>;
-#else
 ///
 /// Copied by way of a text of its own: the library's variant takes it for granted that the copy of
 /// a text does not fail, and one for which there is no memory left it in no state at all.
@@ -39,7 +35,6 @@ class Value : public std::variant<Null, std::int32_t, double, Date, std::string>
     return std::visit([](auto copy) { return Held(std::move(copy)); }, held);
   }
 };
-#endif
 
 inline bool isNull(const Value& value) {
   return std::holds_alternative<Null>(value);

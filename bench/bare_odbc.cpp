@@ -103,6 +103,31 @@ std::string BareStatement::answer() const {
   return text.data();
 }
 
+DocumentStatements::DocumentStatements(SQLHANDLE connection, const std::string& noteSql,
+                                       const std::string& accountSql)
+    : exists(connection), note(connection), account(connection) {
+  exists.prepare("select count(*) from Customer where CustomerID=?");
+  bindText(exists, 1, customer_);
+  note.prepare(noteSql);
+  bindText(note, 1, customer_);
+  bindText(note, 2, reference_);
+  bindDate(note, 3, date_);
+  bindDouble(note, 4, amount_);
+  bindDouble(note, 5, balance_);
+  bindText(note, 6, narration_);
+  account.prepare(accountSql);
+  bindText(account, 1, customer_);
+  bindDouble(account, 2, balance_);
+}
+
+void DocumentStatements::set(const Document& document) {
+  customer_.set(document.customer);
+  reference_.set(document.reference);
+  date_ = document.date;
+  amount_ = document.amount;
+  balance_ = document.balance;
+}
+
 BareConnection::BareConnection(const std::string& company) {
   const std::string string = isServer(company) ? company : embeddedConnectionString(company);
   SQLAllocHandle(SQL_HANDLE_ENV, nullptr, &environment_);

@@ -61,6 +61,28 @@ void bindText(const BareStatement& to, SQLUSMALLINT mark, TextBuffer& buffer);
 void bindDouble(const BareStatement& to, SQLUSMALLINT mark, double& number);
 void bindDate(const BareStatement& to, SQLUSMALLINT mark, SQL_TIMESTAMP_STRUCT& date);
 
+/// The statements of a document, each prepared once and its parameters bound once.
+class DocumentStatements {
+ public:
+  DocumentStatements(SQLHANDLE connection, const std::string& noteSql,
+                     const std::string& accountSql);
+
+  /// The document that they are executed with.
+  void set(const Document& document);
+
+  BareStatement exists;
+  BareStatement note;
+  BareStatement account;
+
+ private:
+  TextBuffer customer_;
+  TextBuffer reference_;
+  TextBuffer narration_;
+  SQL_TIMESTAMP_STRUCT date_{};
+  double amount_ = 0;
+  double balance_ = 0;
+};
+
 /// A connection to an embedded database that checks references, as the import's own do, or to a
 /// server, by its connection string.
 class BareConnection {

@@ -78,14 +78,18 @@ void DsTypeRules::reset() {
 
 // Quotes in the value are not doubled, so that a value with one makes the query fail and counts as
 // not found. The blank at the end is part of the text that databases know.
+std::string dsTypeQuery(std::string_view value) {
+  return std::string(dsTypeQueryStart)
+      .append(value)
+      .append(dsTypeQueryEnd)
+      .append(groupInForce)
+      .append(" ");
+}
+
 DsTypeCheck DsTypeRules::IsvalidateDSType(std::string_view value) {
   DsTypeCheck result = DsTypeCheck::NotFound;
   screen_.trapRoutine("IsvalidateDSType", [&] {
-    const auto reply = screen_.connection().Execute(std::string(dsTypeQueryStart)
-                                                        .append(value)
-                                                        .append(dsTypeQueryEnd)
-                                                        .append(groupInForce)
-                                                        .append(" "));
+    const auto reply = screen_.connection().Execute(dsTypeQuery(value));
     if (reply == nullptr || reply->isEOF()) return;
     const bool active = Velk_ModOpnImp::ValOrZero(reply->field(0)) >= 1;
     result = active ? DsTypeCheck::Valid : DsTypeCheck::Inactive;

@@ -20,6 +20,9 @@ inline constexpr std::string_view dsTypeQueryStart =
     "Select Active From DsType_Master Where DSTypeName = 'DSType' and DSTypeValue = '";
 inline constexpr std::string_view dsTypeQueryEnd = "' and DSTypeCtlPos = 1 and OCGtype = ";
 
+/// The look-up of a value, as the screens send it.
+std::string dsTypeQuery(std::string_view value);
+
 enum class DsTypeCheck : std::int16_t { Valid, NotFound, Inactive };
 
 class DsTypeRules {

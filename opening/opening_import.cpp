@@ -192,7 +192,7 @@ Date OpeningImport::queryDate(std::string_view query) {
 }
 
 Date OpeningImport::GetTransDate() {
-  return queryDate("SELECT TOP 1 OpeningDate FROM Setup");
+  return queryDate(firstDateQuery);
 }
 
 Date OpeningImport::GetServerDate() {

@@ -6,6 +6,9 @@
 
 namespace velk {
 
+/// Answers the first transaction date.
+inline constexpr std::string_view firstDateQuery = "SELECT TOP 1 OpeningDate FROM Setup";
+
 struct OpeningImportKind {
   std::string_view idNotMapped;     ///< refusal of the run: a record without a code
   std::string_view existsQuery;     ///< up to the code; the closing quote follows it

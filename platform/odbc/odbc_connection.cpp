@@ -169,11 +169,9 @@ std::shared_ptr<Recordset> DriverConnection::Execute(std::string_view text) {
 }
 
 std::vector<Value> DriverConnection::askTogether(std::span<const std::string> queries) {
-  // An embedded engine answers without a message.
-  if (session_.dialect().hasProcedureTable) return OwnConnection::askTogether(queries);
   JointQuery joint = jointQuery(session_.dialect(), queries);
-  const auto row = joint.isKnown ? kept(joint.sql).execute(asParameters(joint.literals))
-                                 : PreparedStatement::executeOnce(session_, joint.sql);
+  const std::shared_ptr<Recordset> row =
+      joint.isKnown ? kept(joint.sql).execute(asParameters(joint.literals)) : Execute(joint.sql);
   std::vector<Value> answers;
   for (std::size_t i = 0; i < queries.size(); ++i) answers.push_back(row->field(i));
   return answers;

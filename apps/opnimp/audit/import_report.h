@@ -44,6 +44,10 @@ class ImportReport final : public ImportObserver {
   /// Of a record by its position from 0; one that was never begun has the default.
   const RecordReport& record(std::size_t position) const;
   std::size_t begun() const { return records_.size(); }
+  /// Whether the last one that was begun never ended.
+  bool isCutOff() const {
+    return !records_.empty() && records_.back().fate == RecordReport::Fate::Begun;
+  }
 
   /// Of the view, the mapping, the run or the export, whichever came last; empty if none was.
   const std::optional<Said>& refusal() const { return refusal_; }

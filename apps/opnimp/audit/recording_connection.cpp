@@ -9,6 +9,7 @@
 #include "apps/opnimp/audit/pasted_value.h"
 #include "base/errors.h"
 #include "base/text.h"
+#include "platform/forwarding_connection.h"
 #include "platform/memory_recordset.h"
 
 namespace velk {
@@ -199,33 +200,27 @@ class RecordingPair final : public CallPair {
   std::optional<std::size_t> sentCall_;  // the second one, if it was sent with the first
 };
 
-class RecordingConnection final : public Connection {
+class RecordingConnection final : public ForwardingConnection {
  public:
   RecordingConnection(Recorder& recorder, std::shared_ptr<Connection> inner)
-      : recorder_(recorder), inner_(std::move(inner)) {}
+      : ForwardingConnection(std::move(inner)), recorder_(recorder) {}
 
   std::shared_ptr<Recordset> Execute(std::string_view text) override {
     const std::size_t call = recorder_.beginCall(CallKind::Query, text, {});
     if (pastesQuote(text)) refuse(call);
-    return watched(recorder_, *inner_, call,
-                   [&] { return recorder_.gate().pass([&] { return inner_->Execute(text); }); });
+    return watched(recorder_, *inner(), call,
+                   [&] { return recorder_.gate().pass([&] { return inner()->Execute(text); }); });
   }
   // Commands come from connections only: with this wrapper no call remains unseen.
   std::unique_ptr<Command> newCommand() override {
-    return std::make_unique<RecordingCommand>(recorder_, inner_);
+    return std::make_unique<RecordingCommand>(recorder_, inner());
   }
   std::unique_ptr<CallPair> postBoth(const ProcedureCall& first,
                                      const ProcedureCall& second) override {
     // Of a dry run each is recorded as a command of its own, and not run.
     if (recorder_.mode() == Recorder::Mode::DryRun) return Connection::postBoth(first, second);
-    return std::make_unique<RecordingPair>(recorder_, *inner_, first, second);
+    return std::make_unique<RecordingPair>(recorder_, *inner(), first, second);
   }
-  std::vector<Diagnostic> diagnostics() const override { return inner_->diagnostics(); }
-  bool changedNothing() const override { return inner_->changedNothing(); }
-  bool isRefused(std::string_view procedure, std::size_t parameters) override {
-    return inner_->isRefused(procedure, parameters);
-  }
-  bool isLost() const override { return inner_->isLost(); }
 
  private:
   /// As the engine answers a text that is not SQL, so that the import refuses the record as it

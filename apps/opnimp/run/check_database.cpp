@@ -7,6 +7,7 @@
 #include "apps/opnimp/run/company_needs.h"
 #include "apps/opnimp/run/database_hosts.h"
 #include "base/errors.h"
+#include "opening/opening_kinds.h"
 
 namespace velk {
 
@@ -38,7 +39,7 @@ KindCheck checked(OwnConnection& database, const ImportKind& kind) {
 std::string firstTransactionDate(OwnConnection& database) {
   std::string date;
   const auto ask = [&] {
-    const auto rows = database.Execute(firstDateLookUp);
+    const auto rows = database.Execute(firstDateQuery);
     if (rows->isEOF()) return;
     date = toText(rows->field(0));
     date = toText(toDate(rows->field(0), 0));

@@ -1,6 +1,7 @@
 #include "apps/opnimp/run/company_needs.h"
 
 #include "masters/ds_type_rules.h"
+#include "opening/opening_kinds.h"
 
 namespace velk {
 
@@ -9,7 +10,7 @@ namespace {
 CompanyNeeds openingNeeds(const OpeningImportKind& kind) {
   constexpr std::size_t ofNote = 6;
   constexpr std::size_t ofEntry = 2;
-  return {{std::string(firstDateLookUp), std::string(kind.existsQuery) + "'"},
+  return {{std::string(firstDateQuery), partyQuery(kind, "")},
           {{kind.debitNote, ofNote}, {kind.creditNote, ofNote}, {kind.openingBalance, ofEntry}}};
 }
 
@@ -23,7 +24,7 @@ CompanyNeeds needsOf(const ImportKind& kind) {
     case MasterType::Vendor:
       return {{}, {{"sp_insert_Vendors", 22}, {"sp_acc_importvendor", 2}}};
     default:
-      return {{std::string(dsTypeQueryStart).append(dsTypeQueryEnd).append(groupInForce) + " "},
+      return {{dsTypeQuery("")},
               {{"sp_Check_DSCaption", 1},
                {"Velk_sp_checkDefault_DSTypeValue", 1},
                {"sp_save_salesman", 6},

@@ -10,9 +10,6 @@
 
 namespace velk {
 
-/// Answers the first transaction date.
-inline constexpr std::string_view firstDateLookUp = "SELECT TOP 1 OpeningDate FROM Setup";
-
 struct ProcedureNeed {
   std::string_view name;
   std::size_t parameters;

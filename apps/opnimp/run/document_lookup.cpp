@@ -14,7 +14,7 @@ namespace velk {
 namespace {
 
 /// Code, reference, date, bill and balance of a note; its narration follows.
-constexpr std::ptrdiff_t documentParameters = 5;
+constexpr std::size_t documentParameters = 5;
 
 DataType typeOf(const Value& value) {
   if (std::holds_alternative<double>(value)) return DataType::Double;
@@ -24,8 +24,8 @@ DataType typeOf(const Value& value) {
 /// Whether the counter takes the one for the other, whatever their narrations are.
 bool isSameDocument(const RecordedCall& a, const RecordedCall& b) {
   return a.text == b.text && a.parameters.size() == b.parameters.size() &&
-         std::equal(a.parameters.begin(), a.parameters.begin() + documentParameters,
-                    b.parameters.begin());
+         std::ranges::equal(std::span(a.parameters).first(documentParameters),
+                            std::span(b.parameters).first(documentParameters));
 }
 
 }  // namespace
@@ -49,22 +49,14 @@ DocumentLookup::Found DocumentLookup::find(const RecordedCall& note,
 
 /// Empty where it cannot be told: without the procedure, or the right to it.
 std::optional<std::int64_t> DocumentLookup::count(const RecordedCall& note) {
-  std::vector<Value> values{note.text};
-  values.insert(values.end(), note.parameters.begin(),
-                note.parameters.begin() + documentParameters);
+  std::vector<ProcedureParameter> parameters{{note.text}};
+  for (const Value& value : std::span(note.parameters).first(documentParameters)) {
+    parameters.push_back({value, typeOf(value)});
+  }
   std::optional<std::int64_t> count;
   const auto ask = [&] {
-    if (connection_.isRefused(documentCounter, values.size())) return;
-    const auto command = connection_.newCommand();
-    command->setCommandType(CommandType::StoredProcedure);
-    command->setCommandText(documentCounter);
-    command->setPurpose(Purpose::Ask);
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      command->Append("Param" + std::to_string(i), static_cast<std::int32_t>(typeOf(values[i])),
-                      inputParameter, parameterSize);
-      command->setValue(i, values[i]);
-    }
-    const auto answer = command->Execute(defaultOptions);
+    if (connection_.isRefused(documentCounter, parameters.size())) return;
+    const auto answer = runProcedure(connection_, {documentCounter, parameters}, Purpose::Ask);
     if (answer->State() == stateClosed || answer->isEOF()) return;
     count = exactNumber<std::int64_t>(toText(answer->field(0)));
   };

@@ -38,9 +38,7 @@ class Finder {
   GoingOn find() {
     const std::size_t begun = run_.report.begun();
     going_.first = begun;
-    const bool cutOff =
-        begun > 0 && run_.report.record(begun - 1).fate == RecordReport::Fate::Begun;
-    if (cutOff) lookAtCutOff(begun - 1);
+    if (run_.report.isCutOff()) lookAtCutOff(begun - 1);
     if (!run_.hasAllConfirmed) lookBack();
     return going_;
   }

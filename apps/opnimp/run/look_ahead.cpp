@@ -6,6 +6,7 @@
 
 #include "apps/opnimp/audit/pasted_value.h"
 #include "base/errors.h"
+#include "platform/forwarding_connection.h"
 #include "platform/memory_recordset.h"
 
 namespace velk {
@@ -21,30 +22,18 @@ bool isYes(const Value& answer) {
   return Velk_ModOpnImp::ValOrZero(answer) > 0;
 }
 
-class AnsweredConnection final : public Connection {
+class AnsweredConnection final : public ForwardingConnection {
  public:
   AnsweredConnection(LookAhead& ahead, std::shared_ptr<Connection> inner)
-      : ahead_(ahead), inner_(std::move(inner)) {}
+      : ForwardingConnection(std::move(inner)), ahead_(ahead) {}
 
   std::shared_ptr<Recordset> Execute(std::string_view text) override {
     auto answer = ahead_.answer(text);
-    return answer != nullptr ? answer : inner_->Execute(text);
+    return answer != nullptr ? answer : ForwardingConnection::Execute(text);
   }
-  std::unique_ptr<Command> newCommand() override { return inner_->newCommand(); }
-  std::unique_ptr<CallPair> postBoth(const ProcedureCall& first,
-                                     const ProcedureCall& second) override {
-    return inner_->postBoth(first, second);
-  }
-  std::vector<Diagnostic> diagnostics() const override { return inner_->diagnostics(); }
-  bool changedNothing() const override { return inner_->changedNothing(); }
-  bool isRefused(std::string_view procedure, std::size_t parameters) override {
-    return inner_->isRefused(procedure, parameters);
-  }
-  bool isLost() const override { return inner_->isLost(); }
 
  private:
   LookAhead& ahead_;
-  std::shared_ptr<Connection> inner_;
 };
 
 }  // namespace

@@ -207,7 +207,7 @@ void SingleImport::beginAgain(const GoingOn& going, const HostChange& change) {
   if (going.first < begun) {
     recorder_.beginAgain(going.first + ImportScreen::firstDataRow);
     report_.beginAgain(going.first);
-  } else if (begun > 0 && report_.record(begun - 1).fate == RecordReport::Fate::Begun) {
+  } else if (report_.isCutOff()) {
     report_.cutOff(change.why + "; " + change.found);
     isCutOff = true;
   }
