@@ -40,7 +40,12 @@ class OneByOne final : public CallPair {
 
 std::unique_ptr<CallPair> Connection::postBoth(const ProcedureCall& first,
                                                const ProcedureCall& second) {
-  return std::make_unique<OneByOne>(*this, first, second);
+  return oneByOne(*this, first, second);
+}
+
+std::unique_ptr<CallPair> oneByOne(Connection& connection, const ProcedureCall& first,
+                                   const ProcedureCall& second) {
+  return std::make_unique<OneByOne>(connection, first, second);
 }
 
 std::vector<Value> OwnConnection::askTogether(std::span<const std::string> queries) {

@@ -143,6 +143,10 @@ class Connection {
   virtual std::size_t repeatedCalls() const { return 0; }
 };
 
+/// Two calls that the connection runs one after the other, each as a command.
+std::unique_ptr<CallPair> oneByOne(Connection& connection, const ProcedureCall& first,
+                                   const ProcedureCall& second);
+
 /// A parameter of a procedure, as the engine's catalogue has it.
 struct CatalogueParameter {
   std::string name;  ///< empty where it is not told, as the type

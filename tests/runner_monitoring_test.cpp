@@ -78,6 +78,8 @@ TEST_CASE("events: what a program reads of a run, line by line") {
     CHECK(ran.status == row.status);
     CHECK(eventsOf(ran) == row.events);
     CHECK_FALSE(contains(ran.err, "s3cret"));
+    // Of a file that was refused there is no account that could add up.
+    CHECK(contains(ran.err, "\"addsUp\":null") == (row.status == 2));
   }
   CHECK(eventsOf(RunnerWorld().importLines({openingTitles, good1, unknownCustomer},
                                            {"--log-format", "json"})) ==

@@ -187,7 +187,7 @@ std::unique_ptr<CallPair> DriverConnection::postBoth(const ProcedureCall& first,
                                                      const ProcedureCall& second) {
   const bool mayPair = sendsPairs_ && !isOnNode_ && !inTransaction_ && !session_.isLost();
   PreparedStatement* const statement = mayPair ? pairs_.find(first, second) : nullptr;
-  if (statement == nullptr) return Connection::postBoth(first, second);
+  if (statement == nullptr) return oneByOne(*this, first, second);
   PairOwner owner{
       [this](const ProcedureCall& call) { return runProcedure(*this, call, Purpose::Post); },
       [this](const ProcedureCall& call, const RuntimeError& error) {

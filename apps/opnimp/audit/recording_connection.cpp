@@ -218,7 +218,7 @@ class RecordingConnection final : public ForwardingConnection {
   std::unique_ptr<CallPair> postBoth(const ProcedureCall& first,
                                      const ProcedureCall& second) override {
     // Of a dry run each is recorded as a command of its own, and not run.
-    if (recorder_.mode() == Recorder::Mode::DryRun) return Connection::postBoth(first, second);
+    if (recorder_.mode() == Recorder::Mode::DryRun) return oneByOne(*this, first, second);
     return std::make_unique<RecordingPair>(recorder_, *inner(), first, second);
   }
 

@@ -126,7 +126,7 @@ void Events::runEnds(const ImportResult& run) {
                {"run", run.run == 0 ? Json() : Json(run.run)},
                {"status", run.status()},
                {"refused", orNull(run.refusal)},
-               {"addsUp", run.account.addsUp()},
+               {"addsUp", run.hasAccount() ? Json(run.account.addsUp()) : Json()},
                {"records", outcomesJson(run.account)},
                {"seconds", run.seconds}});
 }

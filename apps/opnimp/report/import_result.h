@@ -68,6 +68,10 @@ struct ImportResult {
   double seconds = 0;         ///< from the first record to the account
 
   bool refused() const { return !refusal.empty(); }
+  /// Whether there is an account of it: a file that was refused, or never looked at, has none.
+  bool hasAccount() const {
+    return !refused() && !passedOver && account.fileRecords == input->count();
+  }
   bool isDryRun() const { return arguments.dryRun; }
   ExitStatus status() const;
 };

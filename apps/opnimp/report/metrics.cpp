@@ -180,8 +180,9 @@ std::string metricsText(const FilesResult& call, ExitStatus status) {
   addFiles(text, call, "opnimp_duration_seconds", "seconds",
            "From its first record to the account.",
            [](const ImportResult& file) { return file.seconds; });
-  addFiles(text, call, "opnimp_account_adds_up", "", "1 if every record is accounted for.",
-           [](const ImportResult& file) { return file.account.addsUp() ? 1 : 0; });
+  addFiles(
+      text, call, "opnimp_account_adds_up", "", "1 if every record is accounted for.",
+      [](const ImportResult& file) { return file.hasAccount() && file.account.addsUp() ? 1 : 0; });
   addFiles(text, call, "opnimp_lock_waits", "", "Calls that were seen to wait for a lock.",
            [](const ImportResult& file) { return file.lockWaits; });
   addRecords(text, call);

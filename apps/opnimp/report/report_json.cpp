@@ -202,13 +202,13 @@ void writeFile(const ImportResult& result, std::ostream& out) {
   head.back() = ',';  // in place of the closing brace: the object goes on
   out << head;
   writeRecords(result, out);
-  const bool hasAccount = !result.refused() && !result.passedOver;
-  std::string tail = textOf(
-      {{"account", hasAccount ? accountJson(result.account, *result.arguments.kind) : Json()},
-       {"rejectFiles", result.rejectFiles},
-       {"report", orNull(result.reportFile)},
-       {"reportError", orNull(result.reportError)},
-       {"next", nextSteps(result)}});
+  std::string tail =
+      textOf({{"account",
+               result.hasAccount() ? accountJson(result.account, *result.arguments.kind) : Json()},
+              {"rejectFiles", result.rejectFiles},
+              {"report", orNull(result.reportFile)},
+              {"reportError", orNull(result.reportError)},
+              {"next", nextSteps(result)}});
   tail.front() = ',';
   out << tail;
 }
