@@ -165,27 +165,3 @@ TEST_CASE("an account of master data counts, and holds calls against what the im
     CHECK(account.differenceCount == row.differences);
   }
 }
-
-TEST_CASE("records and their physical lines") {
-  const struct {
-    std::string bytes;
-    std::vector<std::size_t> lines;
-  } rows[] = {
-      {"h\r\na\r\nb\r\n", {2, 3}},
-      {"h\r\na\r\nb", {2, 3}},
-      {"h\r\n\r\na\r\n\r\n\r\nb\r\n", {3, 6}},
-      {"h\r\na\nb\r\nc\r\n", {2, 4}},
-      {"h\r\na\rb\r\nc\r\n", {2, 3}},
-      {"h\na\nb\n", {}},
-      {"h\r\na\r", {2}},
-      {"\r\na\r\n", {2}},
-      {"", {}},
-  };
-  for (const auto& row : rows) {
-    CAPTURE(row.bytes);
-    const CsvRecords input(row.bytes);
-    std::vector<std::size_t> found;
-    for (std::size_t i = 0; i < input.count(); ++i) found.push_back(input.place(i).line);
-    CHECK(found == row.lines);
-  }
-}

@@ -1,52 +1,11 @@
-#include <array>
-
 #include "tests/support/test_world.h"
 
 namespace velk {
 namespace {
 
-struct Gallery : Form {
-  explicit Gallery(FormShell& shell) : Form(shell, "Gallery", "", {}) {}
-  void eventFailed(const RuntimeError&) noexcept override {}
-  Label label{*this, nullptr, "label", {}, ""};
-  CheckBox check{*this, nullptr, "check", {}, ""};
-  OptionButton option{*this, nullptr, "option", {}, ""};
-  TextBox text{*this, nullptr, "text", {}};
-  ComboBox combo{*this, nullptr, "combo", {}, {}};
-  ListView list{*this, nullptr, "list", {}};
-  DTPicker picker{*this, nullptr, "picker", {}};
-  Frame frame{*this, "frame", {}, ""};
-  CommandButton button{*this, nullptr, "button", {}, ""};
-};
-
-std::string colors(const PropertyBag& bag, Property back = Property::BackColor,
-                   Property fore = Property::ForeColor) {
-  return std::to_string(bag.number(back)) + "/" + std::to_string(bag.number(fore));
-}
-
-TEST_CASE("controls are painted by their kind") {
-  HeadlessShell shell;
-  Gallery form(shell);
-  const std::string pickerBefore = colors(form.picker);
-  const std::array<Value, 3> back{10, 11.0, std::string("12")};
-  const std::array<Value, 3> fore{20, 21, 22};
-  Velk_ModOpnImp::SetColors(form, back, fore);
-  const std::pair<const Control&, const char*> rows[] = {
-      {form.label, "11/21"}, {form.check, "11/21"}, {form.option, "11/21"}, {form.text, "12/22"},
-      {form.combo, "12/22"}, {form.list, "12/22"},  {form.frame, "10/20"}};
-  for (const auto& row : rows) {
-    CAPTURE(row.first.name());
-    CHECK(colors(row.first) == row.second);
-  }
-  CHECK(form.number(Property::BackColor) == 10);
-  CHECK(colors(form.picker, Property::CalendarBackColor, Property::CalendarForeColor) == "12/22");
-  CHECK(colors(form.picker) == pickerBefore);
-
-  const auto paint = [&](std::size_t backs, std::size_t fores) {
-    Velk_ModOpnImp::SetColors(form, std::span(back).first(backs), std::span(fore).first(fores));
-  };
-  CHECK(errorOf([&] { paint(0, 0); }) == 9);
-  CHECK(errorOf([&] { paint(3, 2); }) == 9);
+std::string colors(const PropertyBag& bag) {
+  return std::to_string(bag.number(Property::BackColor)) + "/" +
+         std::to_string(bag.number(Property::ForeColor));
 }
 
 TEST_CASE("a screen's colours come from the database") {

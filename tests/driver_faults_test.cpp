@@ -28,7 +28,7 @@ const Input inputs[] = {
      {"V01,A,R1,03/03/2008,5,5", "V02,B,R2,03/03/2008,6,6"}},
     {"bank-branch", std::string(bankTitles), {"K1,Bank,K1,Branch", "K2,Bank,K2,Branch"}},
     {"vendor",
-     "Vendor Code,Vendor Name,Address,Phone,Contact Person,Locality,Sale Type,TNGST,CST,Pan Number",
+     std::string(vendorTitles),
      {"W1,W1,,,,Local,First Sales,,,", "W2,W2,,,,Local,First Sales,,,"}},
     {"salesman", salesmanTitles, {"One|||||Retail|", "Two|||||Retail|"}}};
 

@@ -1,6 +1,7 @@
 #include "mapping/import_screen.h"
 
 #include "mapping/csv_table.h"
+#include "shared/csv_text.h"
 #include "tests/support/test_world.h"
 
 namespace velk {
@@ -360,34 +361,6 @@ TEST_CASE("keys") {
   CHECK(in.world.events == Texts{"menu 0"});
   in.screen->userKeyDown(115, 2);
   CHECK_FALSE(in.screen->isOpen());
-}
-
-TEST_CASE("only a minimised window keeps its bounds") {
-  struct Observer : FormObserver {
-    void formChanged(Property property) override { heard.push_back(property); }
-    std::vector<Property> heard;
-  };
-  using Property::Left, Property::Top, Property::Width;
-  constexpr Bounds fixed = ImportScreen::fixedBounds, dragged{300, 300, 9000, 8580};
-  const struct {
-    WindowState state;
-    Bounds outer, then;
-    std::vector<Property> heard;  // what the window is told to become
-  } rows[] = {{WindowState::Normal, fixed, fixed, {}},
-              {WindowState::Normal, dragged, fixed, {Left, Top, Width}},
-              {WindowState::Maximised, dragged, fixed, {Property::WindowState, Left, Top, Width}},
-              {WindowState::Minimised, dragged, dragged, {}}};
-  for (const auto& row : rows) {
-    CAPTURE(&row - rows);
-    const Shown in;
-    Form& form = *in.screen;
-    Observer observer;
-    form.setObserver(&observer);
-    form.userResize(row.state, row.outer);
-    CHECK(form.bounds() == row.then);
-    CHECK((form.windowState() == WindowState::Minimised) == (row.state == WindowState::Minimised));
-    CHECK((observer.heard == row.heard));
-  }
 }
 
 }  // namespace

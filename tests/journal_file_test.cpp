@@ -113,18 +113,6 @@ TEST_CASE("the processor's own instructions take a block as the plain way does")
   }
 }
 
-TEST_CASE("what is appended is read again, by the next program, too") {
-  const TemporaryFolder folder;
-  const std::string path = folder.path("made/on/demand/journal");
-  add(path, three);
-  add(path, {{EntryType::RunEnded, "end"}});
-  const Read read = readAll(path);
-  Entries all = three;
-  all.emplace_back(EntryType::RunEnded, "end");
-  CHECK(read.entries == all);
-  CHECK(read.end.torn == 0);
-}
-
 TEST_CASE("what waits goes with the next entry, or, if that fails, with the one after it") {
   const TemporaryFolder folder;
   auto filling = std::make_unique<FillingFile>(folder.path("journal"));
@@ -222,18 +210,4 @@ TEST_CASE("a loss of power may lose any part of what was not synced, and that is
     CHECK(read.end.damaged == (sector + 512 <= synced - markSize));
     CHECK(read.end.whole <= std::max<std::size_t>(sector, 8));
   }
-}
-
-TEST_CASE("one program at a time writes, and others read meanwhile") {
-  const TemporaryFolder folder;
-  const std::string path = folder.path("journal");
-  add(path, three);
-  {
-    const auto writer = openKept(path, KeptFor::Writing);
-    CHECK(errorOf([&] { openKept(path, KeptFor::Writing); }) == 70);
-    CHECK(openKept(path, KeptFor::Reading)->isWrittenElsewhere());
-    CHECK(readAll(path).entries == three);
-  }
-  CHECK_FALSE(openKept(path, KeptFor::Reading)->isWrittenElsewhere());
-  CHECK(errorOf([&] { openKept(folder.path(""), KeptFor::Writing); }) != 0);
 }

@@ -180,20 +180,4 @@ TEST_CASE("each step of the walks in ARCHITECTURE.md exists") {
   CHECK(walks[1] <= 9);
 }
 
-TEST_CASE("the layer check refuses what it should") {
-  const std::pair<const char*, const char*> rows[] = {
-      {"ui/form.cpp", "\"platform/desktop.h\""},
-      {"shared/csv_text.cpp", "\"mapping/csv_table.h\""},
-      {"mapping/csv_table.cpp", "<windows.h>"},
-      {"platform/windows/variants.cpp", "\"platform/windows/forms/tooltip.h\""},
-      {"platform/headless/headless_desktop.cpp", "<sys/stat.h>"},
-      {"apps/opnimp/warnings/warnings.cpp", "\"apps/opnimp/audit/account.h\""},
-      {"masters/vendor_import.cpp", "\"tests/support/checks.h\""}};
-  for (const auto& row : rows) {
-    CAPTURE(row.second);
-    CHECK_FALSE(allowed(*roomOf(row.first), row.second));
-  }
-  CHECK(inCircles({{"a", {"b"}}, {"b", {"c"}}, {"c", {"a"}}, {"d", {"a"}}}) == "a b c ");
-}
-
 }  // namespace

@@ -106,6 +106,7 @@ TEST_CASE("mapping identical names on the master screen") {
       {0,
        " BANK CODE ,Branch Name,x\r\n1,2,3\r\n4,,\r\n",
        {" BANK CODE *|Not Yet |Not Yet |Branch Name*", "1|||2", "4|||"}},
+      {0, "\r\na,b\r\nc,d\r\n", {bankUnmapped, "|||", "|||"}},
       {0,
        "Bank Code,Bank Name\r\n,2\r\n3,4\r\n",
        {"Not Yet|Bank Name*|Not Yet |Not Yet ", "|2||", "|4||"}},
@@ -167,16 +168,6 @@ TEST_CASE("the master screen counts beyond 16 bits") {
   CHECK(in.fields.rowCount() == 40'001);
   in.screen->cmdImport.userClick();
   CHECK(in.world.messages == Texts{"box 64: Incorrect file format"});
-}
-
-TEST_CASE("the master screen keeps its size, and its place unless maximised") {
-  ShownMaster in;
-  in.screen->userResize(WindowState::Normal, {300, 400, 9000, 9000});
-  CHECK(in.screen->bounds() == Bounds{300, 400, 12000, 8580});
-  CHECK(in.fields.number(Property::Width) != 11000);
-  in.screen->userResize(WindowState::Maximised, {-60, -60, 15000, 11000});
-  CHECK(in.screen->bounds() == ImportScreen::fixedBounds);
-  CHECK(in.fields.number(Property::Width) == 11000);
 }
 
 }  // namespace

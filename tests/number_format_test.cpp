@@ -1,8 +1,7 @@
 #include "platform/spreadsheet/number_format.h"
+#include "tests/support/checks.h"
 
 #include <cmath>
-
-#include "tests/support/checks.h"
 
 namespace velk {
 namespace {

@@ -1,11 +1,10 @@
 #include "base/numbers.h"
+#include "tests/support/checks.h"
 
 #include <cmath>
 #include <cstdlib>
 #include <optional>
 #include <random>
-
-#include "tests/support/checks.h"
 
 namespace velk {
 namespace {
@@ -78,14 +77,6 @@ TEST_CASE("agrees with the C library wherever the grammars are the same") {
     CAPTURE(text);
     REQUIRE(number.has_value() == std::isfinite(expected));
     if (number) REQUIRE(*number == expected);
-  }
-}
-
-TEST_CASE("16-bit numbers") {
-  CHECK(toInt16(32767) == 32767);
-  CHECK(toInt16(-32768) == -32768);
-  for (const std::int64_t number : {32768LL, -32769LL, 65536LL, 1LL << 32, 1LL << 62}) {
-    CHECK(errorOf([&] { toInt16(number); }) == 6);
   }
 }
 

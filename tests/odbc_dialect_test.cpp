@@ -1,7 +1,6 @@
 #include <doctest/doctest.h>
 
-#include <algorithm>
-
+#include "platform/odbc/diagnostics.h"
 #include "platform/odbc/engines.h"
 #include "platform/odbc/sqlite_dialect.h"
 #include "platform/odbc/statement_shape.h"
@@ -35,69 +34,6 @@ TEST_CASE("dialects: statements are split at their literals") {
   }
 }
 
-/// The embedded database's statement for a text of the system's; "(none)" if it is not known.
-std::string translated(std::string_view statement) {
-  const auto shape = shapeOf(statement);
-  const auto* known = shape ? findStatement(sqliteDialect, shape->text) : nullptr;
-  return known == nullptr ? "(none)" : std::string(known->sql);
-}
-
-const std::string customersQuery = "select count(*) from Customer where CustomerID=N'";
-const std::string vendorsQuery = "select count(*) from Vendors where VendorID='";
-
-TEST_CASE("dialects: statements that the embedded database has its own for") {
-  const std::pair<std::string, std::string> rows[] = {
-      {customersQuery + "C1'", "select count(*) from Customer where CustomerID=?"},
-      {customersQuery + "O''B -- ;'", "select count(*) from Customer where CustomerID=?"},
-      {vendorsQuery + "'", "select count(*) from Vendors where VendorID=?"},
-      {"SELECT TOP 1 OpeningDate FROM Setup", "SELECT OpeningDate FROM Setup LIMIT 1"},
-      {"SELECT GETDATE()", "SELECT datetime('now','localtime')"},
-  };
-  for (const auto& row : rows) {
-    CAPTURE(row.first);
-    CHECK(translated(row.first) == row.second);
-  }
-  // Without its row this one would work all the same, but be prepared for each salesman.
-  CHECK(translated("Select Active From DsType_Master Where DSTypeName = 'DSType' and DSTypeValue = "
-                   "'Retail' and DSTypeCtlPos = 1 and OCGtype = (Select flag from "
-                   "tbl_velk_Configabstract where ScreenCode = 'OCGDS' and ScreenName "
-                   "='OperationalCategoryGroup') ") != "(none)");
-}
-
-TEST_CASE("dialects: texts that must not be taken for a known statement") {
-  for (const std::string& statement :
-       {customersQuery + "x' or '1'='1'", customersQuery + "x'' or ''1''=''1",
-        customersQuery + "C1' --'", customersQuery + "x'; drop table Customer--'",
-        customersQuery + "x' or CustomerID=N'C1'", customersQuery + "x'/*'*/",
-        vendorsQuery + "O'Brien'", vendorsQuery + "x' union select '1'",
-        std::string("select count(*) from Vendors where VendorID=?"),
-        std::string("select count(*) from Vendors where VendorID=? or '1'='1'"),
-        " " + vendorsQuery + "V1'", vendorsQuery + "V1' ",
-        "SELECT" + vendorsQuery.substr(6) + "V1'"}) {
-    CAPTURE(statement);
-    CHECK(translated(statement) == "(none)");
-  }
-}
-
-TEST_CASE("dialects: each known statement has a mark for each literal") {
-  for (const char* engine : {"SQLite", "PostgreSQL", "MariaDB"}) {
-    CHECK(dialectOf(engine).statements.size() == sqliteDialect.statements.size());
-    for (const KnownStatement& statement : dialectOf(engine).statements) {
-      CHECK(findStatement(sqliteDialect, statement.shape) != nullptr);
-      CAPTURE(statement.shape);
-      CHECK(std::ranges::count(statement.shape, '?') == std::ranges::count(statement.sql, '?'));
-    }
-  }
-}
-
-TEST_CASE("dialects: engines by the names that their drivers give them") {
-  CHECK(&dialectOf("sqlite") == &sqliteDialect);
-  for (const char* name : {"", "Microsoft SQL Server", "SQLite2"}) {
-    CHECK(dialectOf(name).statements.empty());
-    CHECK_FALSE(dialectOf(name).hasProcedureTable);
-  }
-}
-
 TEST_CASE("dialects: native codes as states") {
   const struct {
     std::int32_t native;
@@ -122,6 +58,28 @@ TEST_CASE("dialects: native codes as states") {
     CHECK(normalized(sqliteDialect, {"IM002", row.native, row.message}).state == "IM002");
     CHECK(normalized(dialectOf({}), {"HY000", row.native, row.message}).state == "HY000");
   }
+}
+
+TEST_CASE("odbc: states and their error numbers") {
+  const struct {
+    std::string state;
+    std::int32_t native, number;
+  } rows[] = {
+      {"HYT00", 0, -2147217871},   {"HYT01", 0, -2147217871},     {"23000", 2627, -2147217873},
+      {"23505", 0, -2147217873},   {"22001", 8152, -2147217833},  {"22003", 0, -2147467259},
+      {"42S02", 208, -2147217865}, {"28000", 18456, -2147217843}, {"42000", 229, -2147217911},
+      {"42501", 0, -2147217911},   {"42000", 102, -2147217900},   {"42S22", 207, -2147217900},
+      {"08S01", 0, -2147467259},   {"40001", 1205, -2147467259},  {"HY000", 0, -2147467259},
+      {"HY000", 229, -2147467259}, {"IM002", 0, -2147467259},     {"", 0, -2147467259},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.state);
+    CAPTURE(row.native);
+    // The first record counts.
+    CHECK(toRuntimeError({{row.state, row.native, "a"}, {"23000", 0, "b"}}).number() == row.number);
+    CHECK(tellsConnectionLost({{"HYT00", 8, "08"}, {row.state, 0, ""}}) == (row.state == "08S01"));
+  }
+  CHECK(toRuntimeError({}).number() == -2147467259);
 }
 
 }  // namespace

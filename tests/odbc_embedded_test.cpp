@@ -1,10 +1,12 @@
 // What the embedded database has of its own: opening, locks, procedures in a table, loose types.
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 
 #include "base/errors.h"
+#include "samples/company/sample_company.h"
 #include "tests/support/database_calls.h"
 
 namespace velk {
@@ -94,55 +96,6 @@ TEST_CASE("embedded: cells are read whole and as what they are") {
     CHECK(ask(*connection, "SELECT '" + whole + "'") == whole);
   }
   CHECK(ask(*connection, "SELECT 1" + std::string(1'000'000, ' ') + "+ 1") == "2");
-}
-
-TEST_CASE("embedded: what is pasted into the system's queries") {
-  const ScratchDatabase database;
-  const auto connection = database.open();
-  const auto fill = [&](const std::string& table, const std::string& column) {
-    connection->Execute("CREATE TABLE " + table + " (" + column + ")");
-    for (const char* key : {"C1", "O'B", "a?b", "--", "ü€"}) {
-      runCommand(*connection, "INSERT INTO " + table + " VALUES (?)", {key});
-    }
-  };
-  fill("Customer", "CustomerID");
-  fill("Vendors", "VendorID");
-  const struct {
-    std::string pasted, customers, vendors;
-  } rows[] = {
-      // In turns, so that an answer kept from the query before would be seen.
-      {"C1", "1", "1"},
-      {"C3", "0", "0"},
-      {"ü€", "1", "1"},
-      {"O''B", "1", "1"},
-      {"a?b", "1", "1"},
-      {"--", "1", "1"},
-      {"", "0", "0"},
-      {std::string(3000, 'x'), "0", "0"},
-      {"O'B", "refused", "refused"},
-      {"x' or '1'='1", "refused", "5"},  // the customers' N is none of this engine's SQL
-      {"C1' -- ", "refused", "1"},
-      {"x'; drop table Vendors --", "refused", "refused"},
-      {"x' /*'*/; delete from Vendors --", "refused", "0"},
-      {std::string("C1\0", 3), "refused", "refused"},
-      {"C1", "1", "1"},
-  };
-  const auto answer = [&](const std::string& query) -> std::string {
-    try {
-      return ask(*connection, query);
-    } catch (const RuntimeError& error) {
-      CHECK(error.is(Errors::CommandErrors));
-      return "refused";
-    }
-  };
-  for (const auto& row : rows) {
-    CAPTURE(row.pasted);
-    CHECK(answer("select count(*) from Customer where CustomerID=N'" + row.pasted + "'") ==
-          row.customers);
-    CHECK(answer("select count(*) from Vendors where VendorID='" + row.pasted + "'") ==
-          row.vendors);
-    CHECK(ask(*connection, "SELECT count(*) FROM Vendors") == "5");
-  }
 }
 
 struct ProcedureTable {
@@ -285,6 +238,28 @@ TEST_CASE_FIXTURE(ProcedureTable, "embedded: procedures that cannot be called") 
   connection = database.open();
   connection->Execute("DROP TABLE StoredProcedure");
   CHECK(refusal("sp_swap", 2) == "Could not find stored procedure 'sp_swap'.");
+}
+
+TEST_CASE("sample company: a new file or nothing") {
+  const ScratchDatabase folder;
+  const auto files = [&] {
+    Texts names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path(""))) {
+      names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  };
+  CHECK(errorOf([&] { createSampleCompany(folder.path()); }) == code(Errors::FileAlreadyOpen));
+  CHECK(std::filesystem::file_size(folder.path()) == 0);
+  CHECK(errorOf([&] { createSampleCompany(folder.path("no/company.db")); }) ==
+        code(Errors::PathFileAccess));
+  CHECK(errorOf([] { createSampleCompany(""); }) == code(Errors::BadFileNameOrNumber));
+  CHECK(files() == Texts{"scratch.db"});
+
+  std::ofstream(folder.path("company.db.new")) << "somebody's own";
+  createSampleCompany(folder.path("company.db"));
+  CHECK(files() == Texts{"company.db", "company.db.new", "scratch.db"});
 }
 
 }  // namespace

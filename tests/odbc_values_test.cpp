@@ -1,6 +1,5 @@
 #include <doctest/doctest.h>
 
-#include "base/errors.h"
 #include "platform/memory_recordset.h"
 #include "platform/odbc/cell_text.h"
 #include "tests/support/database_calls.h"
@@ -78,18 +77,6 @@ TEST_CASE("odbc: values are taken as their parameter's type, or refused") {
     CHECK(seen == row.seen);
     CHECK(error == (row.seen == "refused" ? code(Errors::WrongArgumentType) : 0));
   }
-}
-
-TEST_CASE("odbc: further results and their errors") {
-  const auto first = std::make_shared<MemoryRecordset>();
-  const auto second = std::make_shared<MemoryRecordset>(1, std::vector<Value>{Value(1)});
-  first->setNext(second);
-  second->setNextError(RuntimeError(ErrorNumber::IntegrityViolation));
-  REQUIRE(first->NextRecordset() == second);
-  CHECK(first->NextRecordset() == second);  // asked again, it answers the same
-  CHECK((second->field(0) == Value(1)));
-  CHECK(errorOf([&] { second->NextRecordset(); }) == code(Errors::IntegrityViolation));
-  CHECK((second->field(0) == Value(1)));  // what was read stays
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // The salesmen's workbook through LibreOffice, where that is installed: what it finds in an export,
 // and what an import finds in what it wrote.
 #include <cstdlib>
-#include <filesystem>
 #include <regex>
 
 #include "tests/support/runner.h"

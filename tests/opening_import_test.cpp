@@ -143,25 +143,6 @@ TEST_CASE("a date that cannot be read refuses a customer's record and ends a ven
   }
 }
 
-TEST_CASE("the calls of a run, in order, and the current row at each") {
-  for (const Party* const party : parties) {
-    Run run(*party);
-    Texts calls;
-    run.world.database->onCall = [&](const FakeCall& call) {
-      calls.push_back(std::to_string(run.screen->currentRow()) + " " + described(call));
-    };
-    run.world.database->answers["sp_"] = {std::nullopt, FakeRows{}};
-    run.import("A,,,1,1\r\nGONE,,,1,1\r\n\r\nB'x,,,-2,1");
-    const Texts a = run.note("Debit", "A", "", "31/03/2008", "1", "1");
-    const Texts b = run.note("Credit", "B'x", "", "31/03/2008", "2", "1");
-    const std::string& exists = party->existsQuery;
-    CHECK(calls == Texts{"0 " + setupQuery, "2 " + exists + "A'", "2 " + a[0], "2 " + a[1],
-                         "3 " + exists + "GONE'", "4 " + exists + "B'x'", "4 " + b[0],
-                         "4 " + b[1]});
-    CHECK(run.world.database->nextResults == 4);  // walked to the first open result
-  }
-}
-
 TEST_CASE("records without a mandatory value stop the run before anything is posted") {
   const std::pair<const char*, std::string> rows[] = {{"C,,,1,1\r\n,,,,", " Id"},
                                                       {"C,,,1,\r\nC,,,,1", "Bill Amount"},

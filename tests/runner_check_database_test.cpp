@@ -119,10 +119,8 @@ TEST_CASE("check-database: a preview tells of texts that a procedure would cut")
 }
 
 TEST_CASE("check-database: what it looks for is what imports ask and call") {
-  const std::string banks = std::string(bankTitles) + "\r\nB,B,C,C\r\n";
-  const std::string vendors =
-      "Vendor Code,Vendor Name,Address,Phone,Contact Person,Locality,Sale Type,TNGST,CST,Pan "
-      "Number\r\nV,V,A,1,P,Local,First Sales,1,2,3\r\n";
+  const std::string banks = crlf({bankTitles, "B,B,C,C"});
+  const std::string vendors = crlf({vendorTitles, "V,V,A,1,P,Local,First Sales,1,2,3"});
   const std::string balances = crlf({openingTitles, good1, good2, good3});
   const std::map<std::string_view, std::string> files{
       {"customer-opening", balances},

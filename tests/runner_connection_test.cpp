@@ -1,16 +1,12 @@
 // Connection strings of every wrong kind: one sentence that says what to change, soon, and no
 // password.
-#include <arpa/inet.h>
 #include <doctest/doctest.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
 #include <regex>
 #include <thread>
 
-#include "tests/support/checks.h"
 #include "tests/support/engines.h"
 #include "tests/support/runner.h"
 
@@ -42,30 +38,6 @@ TEST_CASE("connections: strings that no server sees") {
   };
   for (const auto& [string, advice] : rows) checkRefused(string, advice);
 }
-
-/// A port of this machine that takes connections and never says a word.
-class SilentServer {
- public:
-  SilentServer() {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* const any = reinterpret_cast<sockaddr*>(&address);
-    REQUIRE(::bind(socket_, any, size) == 0);
-    REQUIRE(::listen(socket_, 8) == 0);
-    REQUIRE(::getsockname(socket_, any, &size) == 0);
-    port_ = ntohs(address.sin_port);
-  }
-  SilentServer(const SilentServer&) = delete;
-  SilentServer& operator=(const SilentServer&) = delete;
-  ~SilentServer() { ::close(socket_); }
-  std::string port() const { return std::to_string(port_); }
-
- private:
-  int socket_ = ::socket(AF_INET, SOCK_STREAM, 0);
-  int port_ = 0;
-};
 
 TEST_CASE("connections: servers that do not let in") {
   for (const TestEngine& engine : testEngines()) {
@@ -159,15 +131,6 @@ TEST_CASE("connections: an interrupt, and a lock on the file, end the opening so
     return open(string, options);
   };
   CHECK(contains(run(world.database()), "it was interrupted"));
-}
-
-TEST_CASE("connections: a server that says nothing") {
-  const SilentServer server;
-  for (const TestEngine& engine : testEngines()) {
-    if (std::string_view(engine.name) != "mariadb") continue;  // the others' drivers have a limit
-    checkRefused("Driver=MariaDB Unicode;Server=127.0.0.1;UID=u;PWD=s3cret;Port=" + server.port(),
-                 "start the server there");
-  }
 }
 
 }  // namespace

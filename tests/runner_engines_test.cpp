@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <regex>
 
-#include "base/text.h"
 #include "tests/support/checks.h"
 #include "tests/support/database_calls.h"
 #include "tests/support/engines.h"

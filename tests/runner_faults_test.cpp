@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <regex>
-#include <sstream>
 #include <thread>
 
 #include "tests/support/runner.h"
@@ -200,37 +199,6 @@ TEST_CASE("faults: a second signal does not cost the account") {
   const std::string report = world.folder.read("out.txt");
   CHECK_MESSAGE(contains(report, "The account adds up."), report);
   CHECK(contains(report, "it was interrupted, and the database did not answer any more"));
-}
-
-TEST_CASE("faults: a held lock ends the run after one time-out") {
-  RunnerWorld world;
-  const auto holder = openOdbc(embeddedConnectionString(world.database()));
-  const auto lock = [&] {
-    holder->beginTransaction();
-    holder->Execute("update Setup set OpeningDate = OpeningDate");
-  };
-  // Where the database has no id yet, it could not be known again.
-  lock();
-  const Ran first = world.importLines({openingTitles, openings[0]}, {"--json", "--wait", "1"});
-  CHECK(first.status == 5);
-  CHECK(Json(first.out).outcomes() == "not-reached");
-  holder->rollback();
-  world.importLines({openingTitles});
-
-  lock();
-  const auto start = std::chrono::steady_clock::now();
-  const Ran ran =
-      world.importLines({openingTitles, openings[0], openings[1], openings[2]},
-                        {"--json", "--wait", "1", "--rejects", world.folder.path("r.csv")});
-  CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(5));
-  CHECK(ran.status == 5);
-  CHECK(Json(ran.out).outcomes() == "failed not-reached not-reached");
-  CHECK(contains(Json(ran.out).at("brokeOff"), "--wait SECONDS"));
-  holder->rollback();
-  for (const char* part : {"r.csv", "r.csv.rest.csv"}) {
-    CHECK(world.import(world.folder.path(part)).status == 0);
-  }
-  CHECK(world.ask("select count(*) from CustomerOpeningBalance") == "3");
 }
 
 TEST_CASE("faults: a secret stands in no list of processes, and in no core dump") {

@@ -89,9 +89,8 @@ TEST_CASE(
   CHECK(importAll(world, {a, openings(world, "c.csv", {good1})}, {"--again"}).status == 0);
   CHECK(debits(world) == "3");
   world.kind = "bank-branch";
-  constexpr std::string_view titles = "Bank Code,Bank Name,Branch Code,Branch Name";
-  const std::string banks = world.folder.write("banks.csv", crlf({titles, "B1,Bank,X1,One"}));
-  const std::string more = world.folder.write("more.csv", crlf({titles, "B1,Bank,X2,Two"}));
+  const std::string banks = world.folder.write("banks.csv", crlf({bankTitles, "B1,Bank,X1,One"}));
+  const std::string more = world.folder.write("more.csv", crlf({bankTitles, "B1,Bank,X2,Two"}));
   const Json call(importAll(world, {banks, more}, {"--json"}).out);
   CHECK(call.at("account.banks.count") == "1");
   CHECK(call.at("account.branches.count") == "2");
@@ -168,16 +167,6 @@ TEST_CASE("nothing of any file is posted if one is refused, also when opening on
     if (told.at("status") == "5") ++broken;
   }
   CHECK(broken > 0);
-}
-
-TEST_CASE("a database that is no company's gets nothing, not even an id") {
-  RunnerWorld world;
-  const std::string a = openings(world, "a.csv", {good1});
-  const std::string empty = world.folder.write("empty.db", "");
-  const Ran ran = importAll(world, {a, openings(world, "b.csv", {good3})}, {"--database", empty});
-  CHECK(ran.status == 4);
-  CHECK(contains(ran.err, "is none of this application"));
-  CHECK(world.folder.read("empty.db").empty());
 }
 
 TEST_CASE("options that make no sense with several files are told, and nothing is done") {

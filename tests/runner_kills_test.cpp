@@ -9,7 +9,6 @@
 #include "tests/support/engines.h"
 #include "tests/support/program.h"
 #include "tests/support/salesmen.h"
-#include "tests/support/truth.h"
 
 namespace velk {
 namespace {
@@ -48,7 +47,7 @@ const Killed imports[] = {
       "select BankCode, BranchCode, BranchName from BranchMaster"},
      ""},
     {"vendor",
-     "Vendor Code,Vendor Name,Address,Phone,Contact Person,Locality,Sale Type,TNGST,CST,Pan Number",
+     std::string(vendorTitles),
      "%k,One,,,,Local,First Sales,,,",
      {"select VendorID, VendorName from Vendors",
       "select VendorID, AccountName from VendorAccount"},

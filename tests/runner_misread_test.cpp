@@ -2,7 +2,6 @@
 // preview, too; imported as they are read when that is accepted.
 #include <doctest/doctest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -14,9 +13,6 @@
 using namespace velk;
 
 namespace {
-
-constexpr std::string_view vendorTitles =
-    "Vendor Code,Vendor Name,Address,Phone,Contact Person,Locality,Sale Type,TNGST,CST,Pan Number";
 
 /// A file of two records, the first being well.
 struct Misread {
@@ -209,19 +205,6 @@ TEST_CASE("what only looks harmful is not") {
   CHECK(contains(ran.out, "date-reads-both-ways (1, line 2, in Date)"));
   CHECK(contains(ran.out, "sum-far-from-others (1, line 3, in Balance)"));
   CHECK_FALSE(contains(ran.out, "HARMFUL"));
-}
-
-TEST_CASE("a salesman saved although his type could not be checked is told as such") {
-  RunnerWorld world;
-  world.kind = "salesman";
-  const std::string in = OPNIMP_SOURCE_DIR "/samples/salesman_blank_row.xls";
-  world.ask("delete from StoredProcedure where name = 'Velk_sp_checkDefault_DSTypeValue'");
-  const Ran ran = world.import(in);
-  CHECK(ran.status == 1);
-  CHECK_MESSAGE(contains(ran.out,
-                         "posted with warning: whether Wholesale is a default value could not be "
-                         "checked, and the salesman is saved all the same"),
-                ran.out);
 }
 
 TEST_CASE("docs/threats.md names tests that there are") {

@@ -8,7 +8,6 @@
 #include <map>
 #include <sstream>
 
-#include "tests/support/checks.h"
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
 

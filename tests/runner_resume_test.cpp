@@ -6,7 +6,6 @@
 #include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/run/journal_choice.h"
 #include "platform/native/native_kept_file.h"
-#include "tests/support/checks.h"
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <map>
 
-#include "tests/support/database_calls.h"
 #include "tests/support/delaying_proxy.h"
 #include "tests/support/engines.h"
 #include "tests/support/json_value.h"

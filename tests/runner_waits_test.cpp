@@ -2,17 +2,12 @@
 #include <doctest/doctest.h>
 
 #include <array>
-#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <map>
 #include <thread>
 
-#include "apps/opnimp/run/watched_run.h"
-#include "base/errors.h"
-#include "tests/support/checks.h"
 #include "tests/support/engines.h"
-#include "tests/support/json_value.h"
 #include "tests/support/runner.h"
 #include "tests/support/salesmen.h"
 
@@ -148,23 +143,6 @@ TEST_CASE("waits: a database that takes long to open") {
       CHECK(world.import("in.csv", {"--database", "Driver=x", option, value}).status == 3);
     }
   }
-}
-
-TEST_CASE("waits: who looks after a run and fails does not end it") {
-  RunGate gate;
-  std::atomic<bool> looked = false;
-  bool ended = false;
-  const auto look = [&] {
-    looked = true;
-    throw RuntimeError(ErrorNumber::OutOfMemory);
-  };
-  const auto work = [&] {
-    for (int i = 0; i < 500 && !looked; ++i) std::this_thread::sleep_for(10ms);
-    ended = true;
-  };
-  CHECK(runWatched({work, {}, {}, gate, look}));
-  CHECK(looked);
-  CHECK(ended);
 }
 
 /// The check of a salesman's type changes something.

@@ -63,17 +63,6 @@ TEST_CASE("warnings by file") {
   }
 }
 
-TEST_CASE("a warning counts the lines and names the first ones, and the fields, each once") {
-  std::string bytes = "c,d,b,l\r\n";
-  for (int i = 0; i < 8; ++i) bytes += std::to_string(i) + ",,(1),(1)\r\n";
-  const std::vector<Warning> found = warningsOf(bytes);
-  REQUIRE(found.size() == 1);
-  CHECK(found[0].count == 8);
-  CHECK(found[0].lines == std::vector<std::size_t>{2, 3, 4, 5, 6});
-  CHECK(found[0].readings.size() == 16);
-  CHECK(found[0].fields == std::vector<std::string>{"Bill Amount", "Balance"});
-}
-
 TEST_CASE("amounts as people write them") {
   const struct {
     std::string_view code;
@@ -121,17 +110,6 @@ TEST_CASE("passwords are masked wherever they stand") {
       {"there is no file PWD=y;DSN=a", "there is no file PWD=***;DSN=a"},
   };
   for (const auto& row : rows) CHECK(maskPasswords(row.text) == row.masked);
-}
-
-TEST_CASE("numbers in reports") {
-  CHECK(money(0.0L) == "0.00");
-  CHECK(money(-0.001L) == "0.00");
-  CHECK(money(1234567.894L) == "1234567.89");
-  CHECK(money(1e15L) == "1e+15");
-  CHECK(grouped(999) == "999");
-  CHECK(grouped(32766) == "32,766");
-  CHECK(grouped(1234567) == "1,234,567");
-  CHECK(counted(1, "record", "records") == "1 record");
 }
 
 TEST_CASE("texts for a terminal") {

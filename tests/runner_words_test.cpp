@@ -1,8 +1,6 @@
 // What the runner tells its user: each word has to be true, and of use for what he does next.
 #include <doctest/doctest.h>
 
-#include <filesystem>
-
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
 
@@ -60,65 +58,6 @@ TEST_CASE("a dry run says that the log which a message names is not written") {
   CHECK_FALSE(contains(world.importLines({openingTitles, wrong}).err, "a dry run"));
 }
 
-TEST_CASE("a bank counts once, its branches each") {
-  RunnerWorld world;
-  world.kind = "bank-branch";
-  const Json report(world
-                        .importLines({"Bank Code,Bank Name,Branch Code,Branch Name", "B1,One,R1,a",
-                                      "b1,One,R2,b", "B2,Two,R1,c"},
-                                     {"--json"})
-                        .out);
-  CHECK(report.at("account.banks.count") == "2");
-  CHECK(report.at("account.branches.count") == "3");
-  CHECK(report.at("account.addsUp") == "true");
-}
-
-TEST_CASE("what cannot be opened is called what it is, and nothing is imported") {
-  RunnerWorld world;
-  const std::string in = world.folder.write("in.csv", crlf({openingTitles, good}));
-  const std::string folder = world.folder.path("dir");
-  std::filesystem::create_directory(folder);
-  const std::string empty = world.folder.write("empty.db", "");
-  const std::string workbook = world.folder.write("book.xlsx", "PK\x03\x04 and so on");
-  const std::string db = world.database();
-  const struct {
-    std::vector<std::string> args;
-    int status;
-    std::string_view says, saysNot;
-  } rows[] = {
-      {{"import", "customer-opening", folder, "--database", db}, 4, "it is a folder", "Path/File"},
-      {{"import", "customer-opening", in, "--database", db, "--rejects", folder},
-       4,
-       "it is a folder",
-       "Path/File"},
-      {{"import", "customer-opening", in, "--database", db, "--report", folder},
-       4,
-       "it is a folder",
-       "Path/File"},
-      {{"export", "salesman", folder + "/none/x.xls", "--database", db},
-       4,
-       "could not be written",
-       "Path/File access"},
-      {{"import", "customer-opening", in, "--database", empty, "--app-folder", folder},
-       4,
-       "is none of this application: no such table",
-       "broke off"},
-      {{"import", "salesman", workbook, "--database", db, "--app-folder", folder},
-       2,
-       "an .xlsx workbook; save it as",
-       "under another name"},
-      {{"export", "customers", "x.xls"}, 3, "there is: salesman", "vendor"},
-  };
-  for (const auto& row : rows) {
-    const Ran ran = world.run(row.args);
-    const std::string said = ran.out + ran.err;
-    CAPTURE(said);
-    CHECK(ran.status == row.status);
-    CHECK(contains(said, row.says));
-    CHECK_FALSE(contains(said, row.saysNot));
-  }
-}
-
 TEST_CASE("a database that takes nothing is to be mended, and not the records") {
   RunnerWorld world;
   const auto open = world.surroundings.openDatabase;
@@ -133,20 +72,57 @@ TEST_CASE("a database that takes nothing is to be mended, and not the records") 
   CHECK_FALSE(contains(ran.out, "Correct"));
 }
 
-TEST_CASE("a file of --rejects that fails does not keep the others from being written") {
+TEST_CASE("a preview shows the mapping and the first rows, and makes nothing") {
+  const TemporaryFolder folder;
+  std::string bytes =
+      crlf({"Customer ID,Bill Amount,Route,Balance", "C001,5,a very long text that is cut,5"});
+  for (int i = 2; i <= 12; ++i) bytes += "K" + std::to_string(i) + ",1,x,1\r\n";
+  const std::string in = folder.write("in.csv", bytes);
   RunnerWorld world;
-  const std::string rejects = world.folder.path("r.csv");
-  const auto clock = world.surroundings.clock;
-  world.surroundings.clock = [&] {
-    std::filesystem::create_directory(rejects);  // after it was tried
-    return clock();
+  const Ran ran = world.run({"preview", "customer-opening", in, "--map", "Reference=Route"});
+  CHECK(ran.status == 0);
+  CHECK(ran.err.empty());
+  for (const std::string_view part :
+       {"(12 records)", "Reference     <- Route (#3)", "Date             not mapped",
+        "  C001         5            a very long text that...  5\n", "  K10 "}) {
+    CHECK_MESSAGE(ran.out.find(part) != std::string::npos, part);
+  }
+  CHECK(ran.out.find("K11") == std::string::npos);
+  CHECK_FALSE(folder.has("opnimp.db"));
+  CHECK_FALSE(folder.has("Error.log"));
+}
+
+TEST_CASE("a preview as JSON, valid whatever the file and its name hold") {
+  RunnerWorld world;
+  const std::string in =
+      world.folder.write("\xFF.csv", "Customer ID,\xE9\"\r\nC001,\\\x01\x7F\r\n");
+  const Json preview(world.run({"preview", "customer-opening", in, "--json"}).out);
+  CHECK(preview.at("file").ends_with("/\xEF\xBF\xBD.csv"));
+  CHECK(preview.at("columns[1]") == "\xC3\xA9\"");
+  CHECK(preview.at("rows[0][1]") == "\\\x01\x7F");
+  CHECK(preview.at("mapping[0].column") == "1");
+  CHECK(preview.at("mapping[3].column") == "null");
+  CHECK(preview.at("recordCount") == "1");
+}
+
+TEST_CASE("each command has a help of its own, with what it takes") {
+  const struct {
+    std::vector<std::string> args;
+    std::string_view says, saysNot;
+  } rows[] = {
+      {{"--help"}, "demo-database  ", "--dry-run"},
+      {{"help", "import"}, "--rejects FILE", "the workbook to write"},
+      {{"preview", "--help"}, "bank-branch", "--dry-run"},
+      {{"export", "-h", "--json"}, "salesman   ", "bank-branch"},
+      {{"--version"}, "opnimp ", "--help"},
   };
-  const Ran ran = world.importLines({openingTitles, wrong, "C\x1B[2J,X,R9,03/03/2008,1.00,1.00"},
-                                    {"--rejects", rejects, "--accept", "all"});
-  CHECK(ran.status == 5);
-  CHECK_MESSAGE(contains(ran.out, "r.csv cannot be written: it is a folder"), ran.out);
-  CHECK(contains(world.folder.read("r.csv.reasons.csv"), "Invalid Date(never)"));
-  CHECK(contains(world.folder.read("r.csv.reasons.csv"), "for code - C\\x1B[2J"));
+  for (const auto& row : rows) {
+    const Ran ran = RunnerWorld().run(row.args);
+    CAPTURE(ran.out);
+    CHECK(ran.status == 0);
+    CHECK(contains(ran.out, row.says));
+    CHECK_FALSE(contains(ran.out, row.saysNot));
+  }
 }
 
 }  // namespace

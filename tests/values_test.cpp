@@ -88,18 +88,5 @@ TEST_CASE("values as dates and as whole numbers") {
   checkConversions(numbers, [](const Value& value) { return double(toInt32(value)); });
 }
 
-TEST_CASE("errors describe themselves") {
-  CHECK(standardDescription(ErrorNumber(1000)) == "Application-defined or object-defined error");
-  const RuntimeError error(ErrorNumber::CommandErrors, "Incorrect syntax near 'x'.");
-  CHECK(error.number() == -2147217900);
-  CHECK(std::string(error.what()) == "Incorrect syntax near 'x'.");
-}
-
-TEST_CASE("a connection that was never opened executes nothing") {
-  ClosedConnection connection;
-  CHECK(errorOf([&] { connection.Execute("SELECT 1"); }) == 3709);
-  CHECK(errorOf([&] { connection.newCommand()->Execute(defaultOptions); }) == 3709);
-}
-
 }  // namespace
 }  // namespace velk

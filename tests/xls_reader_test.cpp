@@ -212,35 +212,10 @@ TEST_CASE("streams that are refused") {
       {"its structure is protected", globals().add(Record::FilePass, "")},
       {"no worksheet", globals().add(Record::Eof, "")},
       {"no worksheet", globals().sheetEntry(2).add(Record::Eof, "")},
-      {"no end", globals()},
-      {"a sheet is missing", globals().sheetEntry().next()},
-      {"no such as", globals().sheetEntry().next().begin(5)},
-      {"no end", sheet()},
       {"longer than the rest", Stream{globals().bytes + "\x04\x02\xFF\xFF", {}}},
-      {"length that it cannot have", sheet().add(Record::Number, cell(0, "1234567"))},
-      {"length that it cannot have", sheet().add(Record{0x0999}, std::string(8225, 'x'))},
-      {"too long", sheet().add(Record::Label, cell(0, "\1\0\0ab"sv))},
-      {"too long", sheet().add(Record::Formula, formula(8, "\3\0\0\0\0\0\xFF\xFF"sv) + "xx")},
       {"no known kind", sheet().add(Record::Formula, formula(8, "\4\0\0\0\0\0\xFF\xFF"sv))},
-      {"of a row are missing", sheet().add(Record::MulRk, "\0\0\3\0\0\0\6\0\0\0\4\0"sv)},
       {"of a row are missing", sheet().add(Record::MulBlank, "\0\0\3\0\0\0\0\0\3\0"sv)},
-      {"format of a cell", globals()
-                               .add(Record::ExtendedFormat, std::string(20, '\0'))
-                               .sheetEntry()
-                               .next()
-                               .begin(0x10)
-                               .add(Record::Rk, "\0\0\1\0\x09\0\xF2\x52\x02\0"sv)},
-      {"other texts", globals().add(Record::SharedStrings, "\0\0\0\0\2\0\0\0\1\0\0a"sv)},
-      {"in one place", globals().sheetEntry().sheetEntry().add(Record::Eof, "")},
-      {"no such as", globals().sheetEntry(2).next().begin(0x10)},
       {"outside", sheet().add(Record::Number, "\0\0\0\1\0\0\0\0\0\0\0\0\0\0"sv)},
-      {"outside", sheet().add(Record::MulRk, "\0\0\xFF\0\0\0\6\0\0\0\0\0\x0A\0\0\0\0\1"sv)},
-      {"of a cell is missing", sheet().add(Record::LabelSst, cell(0, "\0\0\0\0"sv))},
-      {"of a formula",
-       sheet().add(Record::Formula, formula(8, "\0\0\0\0\0\0\xFF\xFF"sv)).add(Record::Eof, "")},
-      {"text ends", sheet().add(Record::Label, cell(0, "\3\0\0ab"sv))},
-      {"text ends",
-       globals().add(Record::SharedStrings, "\0\0\0\0\0\0\0\0\1\0\4\xFF\xFF\xFF\xFFx"sv)},
       {"cut in two", sheet().add(Record::Label, cell(0, "\2\0\1a\0b"sv))}};
   for (const auto& row : rows) {
     CAPTURE(row.first);
@@ -250,17 +225,8 @@ TEST_CASE("streams that are refused") {
   }
 }
 
-/// A file with a number at an offset replaced.
-std::string patched(std::string file, std::size_t at, std::uint32_t value) {
-  std::string bytes;
-  appendNumber(bytes, value);
-  return file.replace(at, 4, bytes);
-}
-
 TEST_CASE("files that are refused") {
-  // The seed's stream takes sectors 0 to 7, its table of sectors in 8, its directory in 9.
   const std::string file = workbookSeed("xlwt.xls");
-  const std::size_t table = static_cast<std::size_t>(file[headerTable] + 1) * 512;
   const std::size_t directory = static_cast<std::size_t>(file[headerFirstDirectory] + 1) * 512;
   const std::size_t size = directory + entrySize + 120;
   std::string renamed = file;
@@ -280,20 +246,8 @@ TEST_CASE("files that are refused") {
       {"in UTF-16", "S\0a\0l\0e\0s\0"s},
       {"in UTF-16", "\0S\0a\0l\0e"s},
       {"no workbook", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR"s},
-      {"within its header", file.substr(0, 100)},
-      {"impossible size", patched(file, headerSectorShift, 5)},
       {"another application", renamed},
-      {"version 5.0/95", biff5},
-      {"in a circle", patched(file, table + 7 * 4, 0)},
-      {"in a circle", patched(file, table + 3 * 4, 1)},
-      {"or fewer sectors", patched(file, table + 3 * 4, endOfChain)},
-      {"short streams", patched(file, headerMiniCutoff, 8192)},
-      {"in a circle", patched(file, table + 9 * 4, 9)},
-      {"behind its end", patched(file, table, 77)},
-      {"missing in the table", patched(file, headerTable, freeSector)},
-      {"longer than the file", patched(file, size, 0xFFFFFFFF)},
-      {"more or fewer sectors", patched(file, size, 4097)},
-      {"no root", patched(file, headerFirstDirectory, 0)}};
+      {"version 5.0/95", biff5}};
   for (const auto& row : rows) {
     CAPTURE(row.first);
     const std::string description = refusal([&] { readXls(row.second, allColumns); });

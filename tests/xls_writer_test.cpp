@@ -68,22 +68,6 @@ TEST_CASE("texts of every length at the ends of records") {
   }
 }
 
-TEST_CASE("cells in any order; later ones and blanks") {
-  Workbook workbook;
-  const std::tuple<int, int, std::string> cells[] = {
-      {65536, 256, "end"}, {1, 250, "first"}, {1, 1, "A"}, {9, 251, "second"}, {2, 1, "gone"},
-      {1, 250, "again"},   {2, 1, ""},        {3, 1, "C"}, {2, 2, "B"}};
-  for (const auto& [row, column, text] : cells) workbook.sheet->setText(row, column, text);
-  const auto sheet = workbook.reread();
-  CHECK(sheet->rowCount() == 65536);
-  CHECK(sheet->text(65536, 256) == "end");
-  CHECK(sheet->text(1, 250) == "again");
-  CHECK(sheet->text(9, 251) == "second");
-  CHECK(sheet->text(2, 1).empty());
-  CHECK(sheet->text(2, 2) == "B");
-  CHECK(workbook.records(Record::LabelSst).size() == 6);
-}
-
 TEST_CASE("streams of any length") {
   // To both sides of the length from which on no mini sectors are used, and so long that the table
   // of sectors does not fit into the header.
@@ -105,70 +89,6 @@ TEST_CASE("streams of any length") {
   CHECK(workbook.files.contents["out.xls"].size() > 109 * 128 * 512);
   CHECK(sheet->text(1, 1).starts_with("1l"));
   CHECK(sheet->text(500, 1).starts_with("500l"));
-}
-
-TEST_CASE("fonts, columns and lists") {
-  Workbook workbook;
-  workbook.sheet->setText(1, 1, "Salesman");
-  workbook.sheet->setBold({1, 1, 1, 2});
-  workbook.sheet->setText(2, 1, "plain");
-  workbook.sheet->setText(2, 2, "iiiiiiiiii");
-  workbook.sheet->setText(3, 2, "WWWWWWWWWW");
-  workbook.sheet->setColumnWidth(6, 30);
-  workbook.sheet->hideColumn(250);
-  workbook.sheet->autoFit(1, 5);
-  workbook.sheet->addListValidation({2, 6, 1000, 6}, {2, 250, 1, 250});
-  // row, column, format, text: bold texts have format 17, others 16
-  CHECK(workbook.records(Record::LabelSst).at(0) == "\0\0\0\0\x11\0\0\0\0\0"s);
-  CHECK(workbook.records(Record::Blank) == Texts{"\0\0\1\0\x11\0"s});
-  CHECK(workbook.records(Record::LabelSst).at(1) == "\1\0\0\0\x10\0\1\0\0\0"s);
-  CHECK(workbook.records(Record::ExtendedFormat).at(17).starts_with("\5\0\x31\0"s));
-  CHECK(workbook.records(Record::Font).at(4).substr(6, 2) == "\xBC\2");  // 700, the fifth
-  const Texts columns = workbook.records(Record::ColumnInfo);
-  REQUIRE(columns.size() == 4);  // A, B, F and IP
-  const auto widthOf = [&](std::size_t i) { return loadNumber<std::uint16_t>(&columns[i][4]); };
-  CHECK(widthOf(0) / 256 == 9);   // eight bold letters and the margin
-  CHECK(widthOf(1) / 256 == 17);  // ten of the widest ones
-  CHECK(columns[2] == "\5\0\5\0\xB6\x1E\x0F\0\0\0\0\0"s);
-  CHECK(columns[3].substr(8, 2) == "\1\0"s);
-  CHECK(workbook.records(Record::ValidationList).at(0).substr(10) == "\xFF\xFF\xFF\xFF\1\0\0\0"s);
-  // A list that may be left blank, with a drop-down and a stop alert; no texts; IP1:IP2; F2:F1000.
-  CHECK(workbook.records(Record::Validation) ==
-        Texts{"\3\1\x0C\0\1\0\0\0\1\0\0\0\1\0\0\0\1\0\0\0\x09\0\0\0\x25\0\0\1\0\xF9\0\xF9\0"
-              "\0\0\0\0\1\0\1\0\xE7\3\5\0\5\0"s});
-}
-
-TEST_CASE("what a sheet does not take") {
-  Workbook workbook;
-  WorksheetWriter& sheet = *workbook.sheet;
-  const std::pair<int, int> places[] = {{0, 1}, {1, 0}, {65537, 1}, {1, 257}};
-  for (const auto& place : places) {
-    const auto row = place.first;
-    const auto column = place.second;
-    CAPTURE(row);
-    CAPTURE(column);
-    CHECK(errorOf([&] { sheet.setText(row, column, "x"); }) == 9);
-    CHECK(errorOf([&] { sheet.setBold({1, 1, row, column}); }) == 9);
-  }
-  CHECK(errorOf([&] { sheet.hideColumn(257); }) == 9);
-  CHECK(errorOf([&] { sheet.setColumnWidth(1, 256); }) == 5);
-  CHECK(errorOf([&] { sheet.setText(1, 1, std::string(32768, 'x')); }) == 5);
-  CHECK(errorOf([&] { sheet.addListValidation({1, 1, 1, 1}, {2, 250, 9, 251}); }) == 5);
-  CHECK(errorOf([&] { sheet.addListValidation({1, 1, 1, 1}, {1, 1, 65537, 1}); }) == 9);
-  CHECK(workbook.reread()->rowCount() == 0);
-}
-
-TEST_CASE("a failure leaves the file that was there") {
-  using Call = MemoryFiles::Call;
-  for (const Call call : {Call::OpenReplacement, Call::Write, Call::Close}) {
-    CAPTURE(static_cast<int>(call));
-    Workbook workbook;
-    workbook.files.contents["out.xls"] = "before";
-    workbook.files.failing = call;
-    CHECK(errorOf([&] { workbook.sheet->saveAs("out.xls"); }) == 57);
-    CHECK(workbook.files.contents["out.xls"] == "before");
-    CHECK(workbook.files.open == 0);
-  }
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/report/events.h"
 #include "apps/opnimp/report/json_document.h"
 #include "apps/opnimp/run/check_database.h"

@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <map>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "base/errors.h"

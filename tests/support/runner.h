@@ -56,6 +56,8 @@ inline bool contains(std::string_view text, std::string_view part) {
 inline constexpr std::string_view openingTitles =
     "Customer ID,Customer Name,Reference,Date,Bill Amount,Balance";
 inline constexpr std::string_view bankTitles = "Bank Code,Bank Name,Branch Code,Branch Name";
+inline constexpr std::string_view vendorTitles =
+    "Vendor Code,Vendor Name,Address,Phone,Contact Person,Locality,Sale Type,TNGST,CST,Pan Number";
 /// Records under openingTitles that the sample company takes, and one whose customer it has not.
 inline constexpr std::string_view good1 = "C001,A,R1,03/03/2008,100.00,60.00";
 inline constexpr std::string_view good2 = "C002,B,R2,04/03/2008,-50.00,-20.00";

@@ -39,4 +39,12 @@ inline void sendKey(WORD code, WORD character, DWORD flags) {
   sendInput(input);
 }
 
+/// A key by its virtual key code, with another held down if wanted (0: none).
+inline void sendPress(WORD code, WORD held = 0) {
+  if (held != 0) sendKey(held, 0, 0);
+  sendKey(code, 0, 0);
+  sendKey(code, 0, KEYEVENTF_KEYUP);
+  if (held != 0) sendKey(held, 0, KEYEVENTF_KEYUP);
+}
+
 }  // namespace velk

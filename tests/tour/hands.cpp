@@ -1,9 +1,7 @@
 #include "tests/tour/hands.h"
 
-#include <algorithm>
-
-#include "base/errors.h"
-#include "tests/tour/display_scale.h"
+#include "tests/support/sent_input.h"
+#include "tests/tour/host_process.h"
 #include "tests/tour/seen_list.h"
 #include "tests/tour/user_input.h"
 
@@ -109,7 +107,7 @@ void tabTo(HWND control) {
   constexpr int enough = 40;
   for (int i = 0; i < enough && focusIn(control) != control; ++i) {
     const HWND before = focusIn(control);
-    velk::press(VK_TAB);
+    sendPress(VK_TAB);
     waitFor("the focus to move on", [&] { return focusIn(control) != before; });
   }
   if (focusIn(control) != control) notThere("by the Tab key the control " + textShown(control));
@@ -121,49 +119,49 @@ class KeyboardHands final : public Hands {
 
   void choose(HWND box, int place) const override {
     tabTo(box);
-    velk::press(VK_DOWN, VK_MENU);
+    sendPress(VK_DOWN, VK_MENU);
     waitFor("a list of choices to drop", [&] { return isDropped(box); });
     const auto chosen = static_cast<int>(chosenIn(box));
-    for (int i = chosen; i < place; ++i) velk::press(VK_DOWN);
-    for (int i = chosen; i > place; --i) velk::press(VK_UP);
-    velk::press(VK_RETURN);
+    for (int i = chosen; i < place; ++i) sendPress(VK_DOWN);
+    for (int i = chosen; i > place; --i) sendPress(VK_UP);
+    sendPress(VK_RETURN);
     waitFor("the choice to be made", [&] { return !isDropped(box) && chosenIn(box) == place; });
   }
 
   void chooseMenu(HWND, const MenuChoice& choice) const override {
-    velk::press(choice.menu, VK_MENU);
+    sendPress(choice.menu, VK_MENU);
     host().ofClass(menuClass);
-    velk::press(choice.item);
+    sendPress(choice.item);
   }
 
-  void confirm(HWND) const override { velk::press(VK_RETURN); }
+  void confirm(HWND) const override { sendPress(VK_RETURN); }
 
   HWND openPopup(HWND list, int field) const override {
     chooseField(list, field);
-    velk::press(VK_F10, VK_SHIFT);
+    sendPress(VK_F10, VK_SHIFT);
     return host().ofClass(menuClass);
   }
   void choosePopup(HWND) const override {
-    velk::press(VK_DOWN);
-    velk::press(VK_RETURN);
+    sendPress(VK_DOWN);
+    sendPress(VK_RETURN);
   }
 
   void chooseColumn(HWND list, int column) const override {
     chooseField(list, column);
-    velk::press(VK_RETURN);
+    sendPress(VK_RETURN);
   }
 
  private:
   void pressEnabled(HWND button) const override {
     tabTo(button);
-    velk::press(VK_SPACE);
+    sendPress(VK_SPACE);
   }
 
   // From the first column, wherever the keyboard's place in the header was before.
   void chooseField(HWND list, int column) const {
     tabTo(list);
-    for (std::size_t i = columnTitles(list).size(); i > 0; --i) velk::press(VK_LEFT);
-    for (int i = 0; i < column; ++i) velk::press(VK_RIGHT);
+    for (std::size_t i = columnTitles(list).size(); i > 0; --i) sendPress(VK_LEFT);
+    for (int i = 0; i < column; ++i) sendPress(VK_RIGHT);
   }
 };
 

@@ -7,7 +7,6 @@
 #include "apps/host/host_output.h"
 #include "base/errors.h"
 #include "platform/windows/wide_text.h"
-#include "tests/tour/display_scale.h"
 #include "tests/tour/hands.h"
 #include "tests/tour/host_process.h"
 #include "tests/tour/seen_text.h"
@@ -32,34 +31,6 @@ void checkUncut(const SeenWindows& host, int dotsPerInch) {
   if (!cut.empty()) fail("Cut at " + std::to_string(dotsPerInch) + " dots per inch:" + cut);
 }
 
-// Screen readers take the name of a box or list from the text before it, shown or not.
-void checkNamed(HWND window) {
-  for (const HWND control : childWindows(window)) {
-    const std::wstring type = classOf(control);
-    if (type != L"ComboBox" && type != L"SysListView32") continue;
-    const HWND label = GetWindow(control, GW_HWNDPREV);
-    waitFor("a name of " + textShown(control), [&] {
-      return label != nullptr && classOf(label) == L"Static" && !textOf(label).empty();
-    });
-  }
-}
-
-// No control of the window lies over another.
-void checkApart(HWND window) {
-  auto controls = childWindows(window);
-  std::erase_if(controls, [](HWND control) { return classOf(control) == L"SysHeader32"; });
-  for (const HWND one : controls) {
-    for (const HWND other : controls) {
-      const RECT a = placeOf(one);
-      const RECT b = placeOf(other);
-      RECT shared;
-      if (one != other && IntersectRect(&shared, &a, &b) != FALSE) {
-        fail(textShown(one) + " lies over " + textShown(other));
-      }
-    }
-  }
-}
-
 void checkScale(HWND window, int dotsPerInch) {
   const RECT at = placeOf(window);
   const int wanted = MulDiv(940, dotsPerInch, usualDotsPerInch);
@@ -67,13 +38,6 @@ void checkScale(HWND window, int dotsPerInch) {
     fail("The host is " + std::to_string(at.right - at.left) + " pixels wide, not " +
          std::to_string(wanted));
   }
-}
-
-void checkSmallest(const SeenWindows& host, HWND window, int dotsPerInch) {
-  SetWindowPos(window, nullptr, 0, 0, 10, 10, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-  waitUntilIdle(window);
-  checkApart(window);
-  checkUncut(host, dotsPerInch);
 }
 
 /// Waits for a message box that says all of these, and answers it.
@@ -98,7 +62,6 @@ void checkLook(const Places& places, int dotsPerInch) {
   const SeenWindows host(process.id());
   const HWND window = host.titled(hostTitle);
   checkScale(window, dotsPerInch);
-  checkNamed(window);
   const auto hands = keyboardHands(host);
   for (const TourImport& import : tourImports(places)) {
     if (import.type != 0) continue;
@@ -109,7 +72,6 @@ void checkLook(const Places& places, int dotsPerInch) {
     waitUntilGone(screen);
     host.titled(hostTitle);
   }
-  checkSmallest(host, window, dotsPerInch);
   PostMessageW(window, WM_CLOSE, 0, 0);
   process.waitForEnd();
 }

@@ -5,8 +5,7 @@
 
 namespace velk {
 
-/// Opens every screen by keyboard, and makes the host's window as small as it goes. Error 5, naming
-/// what is cut or not as large as it should be.
+/// Opens every screen by keyboard. Error 5, naming what is cut or not as large as it should be.
 void checkLook(const Places& places, int dotsPerInch);
 
 /// Starts the host with what it cannot use. Error 5 when no message box names the file.

@@ -5,6 +5,16 @@
 
 namespace velk {
 
+namespace {
+
+// Windows reads it when a user logs on, Wine when a process starts.
+LSTATUS setDotsPerInch(DWORD dotsPerInch) {
+  return RegSetKeyValueW(HKEY_CURRENT_USER, L"Control Panel\\Desktop", L"LogPixels", REG_DWORD,
+                         &dotsPerInch, sizeof dotsPerInch);
+}
+
+}  // namespace
+
 HostProcess::HostProcess(const std::wstring& program, const std::wstring& arguments) {
   std::wstring commandLine = L'"' + program + L"\" " + arguments;
   STARTUPINFOW startup{};
@@ -34,6 +44,15 @@ void HostProcess::waitForEnd(DWORD expected) const {
   if (status == expected) return;
   throw RuntimeError(ErrorNumber::InvalidProcedureCall,
                      "The host ended with status " + std::to_string(status));
+}
+
+DisplayScale::DisplayScale(int dotsPerInch) {
+  if (setDotsPerInch(static_cast<DWORD>(dotsPerInch)) == ERROR_SUCCESS) return;
+  throw RuntimeError(ErrorNumber::DeviceIo, "The display's dots per inch cannot be set");
+}
+
+DisplayScale::~DisplayScale() {
+  setDotsPerInch(usualDotsPerInch);
 }
 
 }  // namespace velk

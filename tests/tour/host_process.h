@@ -1,8 +1,7 @@
-// The demonstration host as a process that the tour starts and ends.
+// The demonstration host as a process that the tour starts and ends, and the display that it finds.
 #pragma once
 
 #include <windows.h>
-
 #include <string>
 
 #include "tests/tour/handles.h"
@@ -26,6 +25,18 @@ class HostProcess {
  private:
   UniqueKernelObject process_;
   DWORD id_ = 0;
+};
+
+inline constexpr int usualDotsPerInch = 96;
+
+/// The display's dots per inch for programs that start while this lives; then the usual ones again.
+class DisplayScale {
+ public:
+  /// Error 57 when the setting cannot be made.
+  explicit DisplayScale(int dotsPerInch);
+  ~DisplayScale();
+  DisplayScale(const DisplayScale&) = delete;
+  DisplayScale& operator=(const DisplayScale&) = delete;
 };
 
 }  // namespace velk

@@ -3,8 +3,8 @@
 #pragma once
 
 #include <windows.h>
-
 #include <string>
+
 #include <string_view>
 #include <vector>
 

@@ -6,7 +6,7 @@
 #include <array>
 
 #include "platform/windows/wide_text.h"
-#include "tests/tour/display_scale.h"
+#include "tests/tour/host_process.h"
 #include "tests/tour/screen_picture.h"
 #include "tests/tour/seen_list.h"
 

@@ -1,6 +1,13 @@
 #include "tests/tour/tour_imports.h"
 
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "masters/salesman_workbook.h"
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "platform/windows/module_path.h"
+#include "platform/windows/windows_files.h"
 
 namespace velk {
 
@@ -10,6 +17,10 @@ std::wstring ownFolder() {
   const std::wstring program = modulePath(nullptr);
   return program.substr(0, program.rfind(L'\\') + 1);
 }
+
+// Van Sales is in the pick list, but is no type that salesmen may be given by import.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 3> edits{
+    {{"Anil Kamble", "Rural"}, {"Kiran Pawar", "Van Sales"}, {"Mangesh Gaikwad", "Wholesale"}}};
 
 }  // namespace
 
@@ -49,6 +60,22 @@ std::vector<TourImport> tourImports(const Places& places) {
            .messages = {L"Salesman Imported.\r\nProcessed : 7\r\nUnProcessed : 1\r\n Please check "
                         L"the error log."},
            .table = "Salesmen"}};
+}
+
+void editSalesmen(std::string_view from, std::string_view to) {
+  WindowsFileSystem files;
+  XlsSpreadsheet spreadsheet(files);
+  const auto old = spreadsheet.open(from, ColumnSet().set());
+  const auto sheet = spreadsheet.add();
+  for (int row = 1; row <= old->rowCount(); ++row) {
+    for (int column = 1; column <= static_cast<int>(salesmanCaptions.size()); ++column) {
+      sheet->setText(row, column, old->text(row, column));
+    }
+    const auto edit = std::ranges::find(edits, old->text(row, salesmanColumn::Name),
+                                        [](const auto& e) { return e.first; });
+    if (edit != edits.end()) sheet->setText(row, salesmanColumn::DSType, edit->second);
+  }
+  sheet->saveAs(to);
 }
 
 }  // namespace velk

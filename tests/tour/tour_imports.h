@@ -37,4 +37,8 @@ struct TourImport {
 
 std::vector<TourImport> tourImports(const Places& places);
 
+/// What a user changes in an exported workbook: gives three salesmen other DS types, one of which
+/// an import refuses, and saves the workbook under another name.
+void editSalesmen(std::string_view from, std::string_view to);
+
 }  // namespace velk

@@ -22,13 +22,6 @@ void click(HWND window) {
   click({(at.left + at.right) / 2, (at.top + at.bottom) / 2});
 }
 
-void press(WORD code, WORD held) {
-  if (held != 0) sendKey(held, 0, 0);
-  sendKey(code, 0, 0);
-  sendKey(code, 0, KEYEVENTF_KEYUP);
-  if (held != 0) sendKey(held, 0, KEYEVENTF_KEYUP);
-}
-
 void type(std::wstring_view text) {
   for (const wchar_t character : text) {
     sendKey(0, character, KEYEVENTF_UNICODE);

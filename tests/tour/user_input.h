@@ -14,8 +14,6 @@ void click(POINT at, Button button = Button::Left);
 /// In the middle of a window.
 void click(HWND window);
 
-/// A key by its virtual key code, with another held down if wanted (0: none).
-void press(WORD code, WORD held = 0);
 void type(std::wstring_view text);
 
 }  // namespace velk

@@ -1,8 +1,8 @@
 #include "platform/windows/windows_desktop.h"
 
 #include "platform/windows/pending_input.h"
-#include "tests/windows/message_boxes.h"
-#include "tests/windows/server_dll.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/windows/dll_host.h"
 
 namespace velk {
 namespace {
@@ -65,18 +65,16 @@ TEST_CASE("while a message is shown the thread's windows take no input") {
   for (const HWND each : windows) DestroyWindow(each);
 }
 
-TEST_CASE("folder and clock") {
-  const WindowsDesktop desktop;
-  CHECK(desktop.applicationFolder() == fromWide(programFolder().wstring()));
-  const double before = desktop.now().days;
-  SYSTEMTIME clock{};
-  GetLocalTime(&clock);
-  const double after = desktop.now().days;
-  double between = 0;
-  SystemTimeToVariantTime(&clock, &between);
-  constexpr double second = 1.0 / secondsPerDay;
-  CHECK(before <= between + second);
-  CHECK(between <= after + second);
+TEST_CASE("windows: salesmen's files are looked for in the application's folder each time") {
+  const TemporaryFolder folder;
+  Host host;
+  const Window screen(host.open(masters));
+  chooseSalesmen(screen);
+  host.boxes.chooseFile(folder.write("book.xls", ""));
+  for (int i = 0; i < 2; ++i) {
+    screen.click("&Browse");
+    CHECK(host.boxes.folder() == fromWide(programFolder().wstring()));
+  }
 }
 
 }  // namespace

@@ -38,13 +38,6 @@ inline void sendClick(HWND window) {
   sendClick(window, all);
 }
 
-inline void sendPress(WORD key, bool alt = false) {
-  if (alt) sendKey(VK_MENU, 0, 0);
-  sendKey(key, 0, 0);
-  sendKey(key, 0, KEYEVENTF_KEYUP);
-  if (alt) sendKey(VK_MENU, 0, KEYEVENTF_KEYUP);
-}
-
 /// A screen in front of all others.
 struct InputScreen : OpenScreen {
   explicit InputScreen(ScreenMaker make) {

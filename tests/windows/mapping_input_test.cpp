@@ -56,12 +56,6 @@ class WhenMenuOpens {
   UINT_PTR timer_;
 };
 
-void sendWith(WORD held, WORD key) {
-  sendKey(held, 0, 0);
-  sendPress(key);
-  sendKey(held, 0, KEYEVENTF_KEYUP);
-}
-
 /// Down to the only item, and that.
 void chooseClear(HWND) {
   sendPress(VK_DOWN);
@@ -97,68 +91,6 @@ TEST_CASE("windows: the chosen file column is marked until it is mapped, an ampe
   CHECK(pumpUntil([&] { return !in.showsChosen("Ref"); }));
 }
 
-/// What screen readers are told of the headers' columns while this lives: "list focus column" or
-/// "list choice column", counted from 0.
-class ToldOfColumns {
- public:
-  explicit ToldOfColumns(const MappingScreen& screen)
-      : hook_(SetWinEventHook(EVENT_OBJECT_FOCUS, EVENT_OBJECT_SELECTION, nullptr, note,
-                              GetCurrentProcessId(), GetCurrentThreadId(), WINEVENT_OUTOFCONTEXT)) {
-    told.clear();
-    headers_ = screen.header;
-  }
-  ~ToldOfColumns() { UnhookWinEvent(hook_); }
-  ToldOfColumns(const ToldOfColumns&) = delete;
-  ToldOfColumns& operator=(const ToldOfColumns&) = delete;
-
-  static inline Texts told;
-
- private:
-  static void CALLBACK note(HWINEVENTHOOK, DWORD event, HWND window, LONG, LONG child, DWORD,
-                            DWORD) {
-    for (const int list : {0, 1}) {
-      if (window != headers_[list]) continue;
-      told.push_back(std::to_string(list) + (event == EVENT_OBJECT_FOCUS ? " focus " : " choice ") +
-                     std::to_string(child - 1));
-    }
-  }
-  static inline const HWND* headers_ = nullptr;
-  HWINEVENTHOOK hook_;
-};
-
-TEST_CASE("windows: mapping and unmapping by the keyboard alone") {
-  const MappingScreen in;
-  const ToldOfColumns toldOf(in);
-  SetFocus(in.window.list(0));
-  constexpr WORD keys[] = {VK_RIGHT, VK_RETURN, VK_TAB, VK_RIGHT, VK_RIGHT, VK_RETURN};
-  for (const WORD key : keys) {
-    sendPress(key);
-    pumpFor(30);
-  }
-  CHECK(toldOf.told == Texts{"0 focus 1", "0 choice 1", "1 focus 1", "1 focus 2"});
-  CHECK(in.window.cell(1, 1, 2) == "R&D");
-  CHECK(in.window.cell(1, 2, 2) == "x");
-  const std::function<void()> openings[] = {[] { sendPress(VK_APPS); },
-                                            [] { sendWith(VK_SHIFT, VK_F10); }};
-  for (const auto& open : openings) {
-    CAPTURE(&open - openings);
-    in.screen->mappingList.setCell(1, 2, "R&D", true);
-    RECT menu{};
-    const WhenMenuOpens opened([&](HWND window) {
-      GetWindowRect(window, &menu);
-      chooseClear(window);
-    });
-    open();
-    CHECK(pumpUntil([&] { return in.window.cell(1, 1, 2) == "Not Yet"; }));
-    CHECK(opened.wasOpen());
-    RECT title = titlePlace(in.header[1], 2);
-    MapWindowPoints(in.header[1], nullptr, reinterpret_cast<POINT*>(&title), 2);
-    CHECK(menu.left == title.left);
-    CHECK(menu.top == title.bottom);
-  }
-  CHECK(in.window.cell(1, 1, 5) == "Balance");
-}
-
 TEST_CASE("windows: the menu opens on a title, too, and has the keys to itself while it is open") {
   const MappingScreen in;
   const HWND focus = in.window.button("&Clear");
@@ -167,7 +99,7 @@ TEST_CASE("windows: the menu opens on a title, too, and has the keys to itself w
   POINT at{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
   ClientToScreen(in.header[1], &at);
   const WhenMenuOpens opened([&](HWND window) {
-    sendWith(VK_CONTROL, VK_F4);
+    sendPress(VK_F4, VK_CONTROL);
     sendPress(VK_TAB);
     chooseClear(window);
   });
@@ -221,34 +153,6 @@ TEST_CASE("windows: a tooltip of the lists says what to click next") {
     if (row.chooses) in.window.clickHeader(0, 1);
     for (const HWND over : {in.header[row.list], in.window.list(row.list)}) {
       CHECK(tellsAt(over, {40, over == in.header[row.list] ? 8 : 60}, row.says));
-    }
-  }
-}
-
-TEST_CASE("windows: the prescribed titles fit their columns") {
-  for (const ScreenMaker make : allScreens) {
-    for (const int type : {0, 1, 2}) {
-      if (type > 0 && make != masterScreen) break;
-      InputScreen in(make);
-      if (type > 0) press(VK_DOWN);
-      if (type > 1) press(VK_DOWN);
-      in.world.view(*in.screen, "x\r\ny\r\n");
-      pump();
-      const HWND header = headerOf(in.window.list(1));
-      UpdateWindow(header);
-      const HDC dc = GetDC(header);
-      const RECT first = titlePlace(header, 0);
-      const COLORREF back = GetPixel(dc, first.right - 4, first.bottom - 4);
-      ReleaseDC(header, dc);
-      const Look look{L"Arial", GetSysColor(COLOR_BTNTEXT), back, false, type == 1 ? 7.5 : 9};
-      const ListView& list = in.screen->mappingList;
-      for (std::size_t column = 0; column < list.columnCount(); ++column) {
-        CAPTURE(list.title(column));
-        SendMessageW(in.window.list(1), LVM_SCROLL,
-                     static_cast<WPARAM>(titlePlace(header, static_cast<int>(column)).left), 0);
-        UpdateWindow(header);
-        if (list.width(column) > 0) CHECK(shows(header, list.title(column), look));
-      }
     }
   }
 }

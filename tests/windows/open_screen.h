@@ -35,10 +35,11 @@ struct OpenScreen {
   Window window{HWND{nullptr}};
 
   /// `atStart` is what the host does before the screen is shown.
-  void open(ScreenMaker make, const std::function<void(Form&)>& atStart = {}) {
+  void open(ScreenMaker make, const std::function<void(Form&)>& atStart = {},
+            const std::shared_ptr<const Picture>& icon = nullptr) {
     screen = make(world.module);
     if (atStart) atStart(*screen);
-    screen->initForm(world.database, nullptr);
+    screen->initForm(world.database, icon);
     window = Window(*screen);
     pump();
   }

@@ -22,29 +22,6 @@ RECT placeOf(HWND window) {
   return place;
 }
 
-TEST_CASE("windows: the types' list opens by its arrow, and a click chooses") {
-  const InputScreen in(masterScreen);
-  const HWND box = in.ofClass(L"ComboBox");
-  COMBOBOXINFO parts{};
-  parts.cbSize = sizeof parts;
-  REQUIRE(GetComboBoxInfo(box, &parts) != FALSE);
-  for (const WPARAM item : {2U, 1U}) {
-    CAPTURE(item);
-    sendClick(box, parts.rcButton);
-    CHECK(pumpUntil([&] { return IsWindowVisible(parts.hwndList) != FALSE; }));
-    RECT place{};
-    SendMessageW(parts.hwndList, LB_GETITEMRECT, item, reinterpret_cast<LPARAM>(&place));
-    RECT shown{};
-    GetClientRect(parts.hwndList, &shown);
-    CHECK(place.bottom <= shown.bottom);
-    sendClick(parts.hwndList, place);
-    CHECK(pumpUntil([&] { return IsWindowVisible(parts.hwndList) == FALSE; }));
-    pump();
-    const std::string captions[] = {"", "Import - Vendor", "Import - Salesman"};
-    CHECK(textOf(in.window.handle) == captions[item]);
-  }
-}
-
 constexpr const char* oneRecord = "Customer ID,Bill Amount,Balance\r\nC1,100,60\r\n";
 
 void CALLBACK dismiss(HWND, UINT, UINT_PTR timer, DWORD) {
@@ -77,7 +54,7 @@ TEST_CASE("windows: keys and clicks that came in during a run are gone when it e
       WindowsDesktop().messageBox(in.world.messages.back(), 0);
       shown = GetTickCount64() - start;
     };
-    sendPress('I', true);
+    sendPress('I', VK_MENU);
     REQUIRE(pumpUntil([&] { return closes; }));
     pumpFor(200);
     CHECK(in.screen->isOpen());
@@ -100,6 +77,24 @@ TEST_CASE("windows: so they are when a file is viewed or salesmen are exported")
   }
 }
 
+TEST_CASE("windows: the keyboard") {
+  OpenScreen in;
+  in.open(customerScreen);
+  in.world.desktop.chooseFile("in.csv");
+  const HWND text = GetFocus();
+  PostMessageW(text, WM_CHAR, 'x', 1);
+  pump();
+  CHECK(in.screen->TxtFileName.value() == "x");
+  press(VK_TAB);
+  press(VK_RETURN);
+  CHECK(textOf(text) == "in.csv");
+  press(VK_F4);
+  CHECK(in.screen->isOpen());
+  press(VK_F4, true);
+  CHECK_FALSE(in.screen->isOpen());
+  CHECK(IsWindow(in.window.handle) == FALSE);
+}
+
 TEST_CASE("windows: mnemonics need Alt") {
   InputScreen in(customerScreen);
   in.world.view(*in.screen, oneRecord);
@@ -113,7 +108,7 @@ TEST_CASE("windows: mnemonics need Alt") {
     CHECK(in.screen->isOpen());
     CHECK(in.screen->cmdImport.enabled());
   }
-  sendPress('L', true);
+  sendPress('L', VK_MENU);
   CHECK(pumpUntil([&] { return !in.screen->isOpen(); }));
 }
 

@@ -69,7 +69,7 @@ struct HostIcon {
 };
 
 /// A screen of each kind, with a file viewed and nothing in the way of its looks.
-struct ShownScreen {
+struct ShownScreen : OpenScreen {
   explicit ShownScreen(const ScreenCase& what) {
     world.host->captions["Customer Name"] = "Party";
     FakeRows colours;
@@ -77,24 +77,15 @@ struct ShownScreen {
       colours.push_back({"", std::to_string(backs[row]), std::to_string(fores[row])});
     }
     world.database->answerRows("Select * From ColorSettings", colours);
-    screen = what.make(world.module);
-    screen->initForm(world.database, icon.picture());
+    open(what.make, {}, icon.picture());
     world.view(*screen, what.file);
-    window.handle = Window(*screen).handle;
     for (const char* button : {"&View", "&Import"}) EnableWindow(window.button(button), TRUE);
     SetFocus(window.button("&Clear"));  // from the box, which shows a choice with the focus as such
     pump();
     RedrawWindow(window.handle, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
   }
-  HWND ofClass(std::wstring_view wanted) const {
-    return inside(window.handle, [&](HWND child) { return isOfClass(child, wanted); });
-  }
 
   HostIcon icon;
-  WindowShell shell{[] { return nullptr; }};
-  TestWorld world{&shell};
-  std::shared_ptr<ImportScreen> screen;
-  Window window{HWND{nullptr}};
 };
 
 Texts titlesOf(HWND list) {

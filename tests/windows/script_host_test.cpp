@@ -1,4 +1,6 @@
 // A host in VBScript: docs/hosts/host.vbs, run by the system's script host.
+#include <ado_com.h>
+
 #include <fstream>
 #include <utility>
 
