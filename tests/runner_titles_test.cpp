@@ -6,6 +6,22 @@
 
 using namespace velk;
 
+namespace {
+
+/// All that a text has between --map's quotes, as arguments.
+std::vector<std::string> mapOptions(std::string_view text) {
+  constexpr std::string_view option = "--map \"";
+  std::vector<std::string> options;
+  for (std::size_t at = 0; (at = text.find(option, at)) != std::string_view::npos;) {
+    at += option.size();
+    const std::string value(text.substr(at, text.find('"', at) - at));
+    if (value != "Field=Column") options.insert(options.end(), {"--map", value});
+  }
+  return options;
+}
+
+}  // namespace
+
 TEST_CASE("titles: what looks like a field is suggested for it, with the reason") {
   struct Row {
     std::string_view field, title, suggestion;  // the reason and the option; empty: none
@@ -38,7 +54,9 @@ TEST_CASE("titles: what looks like a field is suggested for it, with the reason"
                       {"X", std::string(row.title)});
     CHECK((found.empty() ? "" : found[0].reason + ": " + found[0].option()) == row.suggestion);
   }
-  // A column goes to the field that it fits best, and one that is used to none.
+}
+
+TEST_CASE("titles: a column goes to the field that it fits best, and one that is used to none") {
   const auto both =
       suggestTitles({{"Bill Amount", {}, {}}, {"Balance", {}, {}}, {"Date", 0, "Datum"}},
                     {"Datum", "Amount Due", "Amount"});
@@ -53,12 +71,7 @@ TEST_CASE("titles: a refusal names the columns, and what it suggests makes the i
   const Ran refused = world.importLines({titles, good1});
   CHECK(refused.status == 2);
   CHECK(contains(refused.out, "The file has: Kundennummer, Name, Ref No, Datum, Amount, Saldo"));
-  std::vector<std::string> options;
-  for (std::size_t at = 0; (at = refused.out.find("--map \"", at)) != std::string::npos;) {
-    at += std::string_view("--map \"").size();
-    const std::string value = refused.out.substr(at, refused.out.find('"', at) - at);
-    if (value != "Field=Column") options.insert(options.end(), {"--map", value});
-  }
+  const auto options = mapOptions(refused.out);
   CHECK(options.size() == 2 * 6);
   CHECK(world.importLines({titles, good1}, options).status == 0);
   CHECK(world.ask("SELECT DocReference FROM CustomerDebitNote") == "R1");
