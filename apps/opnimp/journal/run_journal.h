@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 
 #include "apps/opnimp/journal/journal_entries.h"
 #include "apps/opnimp/journal/journal_file.h"
@@ -17,8 +18,9 @@ inline constexpr std::chrono::milliseconds timeBetweenSyncs{1000};
 class RunJournal {
  public:
   /// Errors here as in all that follows: files.h.
-  /// The file lives as long.
-  RunJournal(JournalFile& file, const RunStart& run);
+  /// The file lives as long. What is synced tells of what is written elsewhere: `syncOthers` waits
+  /// until the disk has that.
+  RunJournal(JournalFile& file, const RunStart& run, std::function<void()> syncOthers);
 
   void recordBegins(std::size_t record);
   /// The records from the first one on up to the last one have begun, and what was said of them
@@ -35,6 +37,7 @@ class RunJournal {
   void sync();
 
   JournalFile& file_;
+  std::function<void()> syncOthers_;
   EntryWriter writer_;
   std::size_t sinceSync_ = 0;  // records begun
   Clock::time_point lastSync_;
