@@ -20,6 +20,7 @@
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <array>
@@ -215,6 +216,12 @@ ssize_t pwrite(int file, const void* from, std::size_t count, off_t at) {
 }
 ssize_t pwrite64(int file, const void* from, std::size_t count, off_t at)
     __attribute__((alias("pwrite")));
+// Of zeros only, where a file has them already.
+ssize_t pwritev(int file, const iovec* pieces, int count, off_t at) {
+  return fails("write", file) ? -1 : ::syscall(SYS_pwritev, file, pieces, count, at, 0);
+}
+ssize_t pwritev64(int file, const iovec* pieces, int count, off_t at)
+    __attribute__((alias("pwritev")));
 
 // No disk is waited for: the tests would last as long again, and a crash of the machine is not
 // theirs.

@@ -7,9 +7,10 @@
 namespace velk {
 
 // Synced, so that a loss of power leaves at least the word that the run had begun.
-RunJournal::RunJournal(JournalFile& file, const RunStart& run, std::function<void()> syncOthers)
+RunJournal::RunJournal(JournalFile& file, const RunStart& run, std::string_view fileBytes,
+                       std::function<void()> syncOthers)
     : file_(file), syncOthers_(std::move(syncOthers)) {
-  write(writer_, run);
+  write(writer_, run, fileBytes);
   file_.write(EntryType::RunBegun, writer_.payload());
   sync();
 }
