@@ -88,11 +88,11 @@ class Random {
   }
   /// A text of pieces that matter to the rules.
   std::string text(std::string_view first = {}) {
-    constexpr std::string_view pieces[] = {"a",    "B7", " ", "'",    "\"",
-                                           "\"\"", "X",  "-", "\xE9", "0"};
+    constexpr std::string_view pieces[] = {"a", "B7", " ", "'", "\"\"", "X", "-", "\xE9", "0"};
     std::string text(first);
     for (std::size_t count = below(5); count > 0; --count) text += pick(pieces);
-    return below(4) == 0 ? "\"" + text + "\"" : text;
+    if (below(60) == 0) text += '"';  // the commas behind it are in quotes
+    return below(3) == 0 ? "\"" + text + "\"" : text;
   }
 
  private:
@@ -112,10 +112,12 @@ std::string openingRecord(Random& random) {
 
 std::string masterRecord(Random& random, std::size_t columns) {
   constexpr std::string_view words[] = {"Outstation", "OUT station", "first sales", "FirstSales"};
-  std::string line = random.text("k");
-  for (std::size_t i = 1; i < columns; ++i) {
-    line += ",";
-    line += random.below(4) == 0 ? std::string(random.pick(words)) : random.text("v");
+  constexpr std::string_view starts[] = {"k", "v", " ", "\"\" a", " \"\" a"};
+  std::string line;
+  for (std::size_t i = 0; i < columns; ++i) {
+    line += i == 0 ? "" : ",";
+    line +=
+        random.below(4) == 0 ? std::string(random.pick(words)) : random.text(random.pick(starts));
   }
   return line;
 }

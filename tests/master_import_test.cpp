@@ -84,6 +84,10 @@ TEST_CASE("calls that fail are passed over") {
     CHECK(run.screen->mappingList.rowCount() + run.screen->lv.columnCount() == 0);
     CHECK(run.import() == EventResult::Dropped);
   }
+  MasterRun memory(vendorType, masterTitles[vendorType] + two);
+  memory.world.database->fail("sp_insert_Vendors", ErrorNumber::OutOfMemory, "none");
+  memory.import();
+  CHECK(memory.posted().size() == 2);  // an error whose number is positive is one, too
 }
 
 TEST_CASE("the type can't be changed while an import runs") {
@@ -135,6 +139,14 @@ TEST_CASE("an unexpected error is shown, not logged, and says where the run stop
   CHECK(run.world.log().empty());
   CHECK(run.screen->cmdImport.enabled());
   CHECK(run.screen->currentRow() == 0);
+  // One behind the last record leaves nothing there to be imported again.
+  MasterRun whole(bankType, masterTitles[bankType] + "1,2,3,4");
+  whole.world.onMessage = [&] {
+    if (whole.world.messages.size() == 1) throw RuntimeError(ErrorNumber::CannotCreateObject);
+  };
+  whole.import();
+  CHECK(whole.world.messages.size() == 2);
+  CHECK(whole.screen->TxtFileName.value().empty());
 }
 
 }  // namespace

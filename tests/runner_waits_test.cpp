@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <map>
+#include <regex>
 #include <thread>
 
 #include "tests/support/engines.h"

@@ -53,6 +53,12 @@ TEST_CASE("the rows that a workbook gives") {
     CHECK(in.world.messages == row.messages);
     CHECK(in.world.log().empty());
   }
+  SalesmanScreen typed;
+  typed.view({salesmanTitles, "A"});
+  typed.screen->TxtFileName.userText(" in.csv ");
+  typed.screen->cmdview.userClick();
+  CHECK(typed.world.messages.empty());
+  CHECK(typed.screen->RecordCount() == 1);
 }
 
 TEST_CASE("files that are no workbooks, and a wrong caption in the database") {
