@@ -38,7 +38,6 @@ class IndexBuilder {
 
   void begin(RunStart start) {
     RunSummary& run = index_.runs.emplace_back();
-    start.fileBytes = {};
     run.outcomes.resize(start.records.size());
     run.powerLost = start.machineStart != machineStart_ || machineStart_.empty();
     run.start = std::move(start);
@@ -152,7 +151,10 @@ JournaledRun readRun(const KeptFile& file, std::uint64_t number) {
     if (type == EntryType::RunBegun) {
       // Its number comes first, so that the others need not be read as a whole.
       within = EntryReader(payload).number() == number;
-      if (within) run.start = readRunStart(EntryReader(payload));
+      if (!within) return;
+      EntryReader from(payload);
+      run.start = readRunStart(from);
+      run.fileBytes = from.text();
     } else if (within && type == EntryType::RecordBegun) {
       const std::uint64_t begun = EntryReader(payload).number();
       // A record may begin anew, on another host; they end in their order.

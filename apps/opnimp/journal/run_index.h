@@ -13,11 +13,11 @@
 namespace velk {
 
 /// What is not on the disk after a loss of power is at most what these many records made.
-inline constexpr std::size_t recordsBetweenSyncs = 5000;
+inline constexpr std::size_t recordsBetweenSyncs = 10'000;
 
 /// One run without what its calls were.
 struct RunSummary {
-  RunStart start;                                ///< without the file's bytes
+  RunStart start;
   std::size_t begun = 0;                         ///< the first record that was not begun
   std::vector<std::optional<Outcome>> outcomes;  ///< by record; empty: it did not end
   bool ended = false;                            ///< the run said how it ended
@@ -55,6 +55,7 @@ RunIndex readIndex(const KeptFile& file, const std::string& machineStart);
 /// One run in full.
 struct JournaledRun {
   RunStart start;
+  std::string fileBytes;           ///< what was imported, as it was
   std::vector<RecordEnd> records;  ///< those that ended
   std::optional<RunEnd> end;
 };

@@ -5,8 +5,9 @@
 namespace velk {
 
 // Synced, so that a loss of power leaves at least the word that the run had begun.
-RunJournal::RunJournal(JournalFile& file, const RunStart& run) : file_(file) {
-  write(writer_, run);
+RunJournal::RunJournal(JournalFile& file, const RunStart& run, std::string_view fileBytes)
+    : file_(file) {
+  write(writer_, run, fileBytes);
   file_.write(EntryType::RunBegun, writer_.payload());
   sync();
 }

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <string_view>
 
 #include "apps/opnimp/journal/journal_entries.h"
 #include "apps/opnimp/journal/journal_file.h"
@@ -16,9 +17,9 @@ inline constexpr std::chrono::milliseconds timeBetweenSyncs{1000};
 
 class RunJournal {
  public:
-  /// Errors here as in all that follows: files.h.
-  /// The file lives as long.
-  RunJournal(JournalFile& file, const RunStart& run);
+  /// Begins the import of a file with these bytes; the journal's file lives as long. Errors here as
+  /// in all that follows: files.h.
+  RunJournal(JournalFile& file, const RunStart& run, std::string_view fileBytes);
 
   void recordBegins(std::size_t record);
   /// The records from the first one on up to the last one have begun, and what was said of them

@@ -50,7 +50,9 @@ bool CsvRecords::isWorkbook(std::string_view bytes) {
 
 std::vector<std::string> CsvRecords::fields(std::size_t record, std::size_t most) const {
   std::vector<std::string> fields = split(record, QuotedComma::Drop, most);
-  for (std::string& field : fields) field = withoutQuotes(std::move(field));
+  for (std::string& field : fields) {
+    if (field.starts_with('"')) field = withoutQuotes(std::move(field));
+  }
   return fields;
 }
 

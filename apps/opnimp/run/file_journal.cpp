@@ -50,8 +50,7 @@ RunStart describe(const ImportJournal& journal, const ImportResult& result,
   run.machineStart = surroundings.machineStart;
   run.kind = result.arguments.kind->name;
   run.file = result.arguments.file;
-  run.fileBytes = result.input->bytes();
-  run.fileHash = hashOf(run.fileBytes);
+  run.fileHash = hashOf(result.input->bytes());
   run.database = result.database;
   run.databaseId = journal.databaseId();
   run.errorLog = result.errorLog;
@@ -93,7 +92,7 @@ void FileJournal::begin(ImportResult& result, ImportReport& report, const Record
 void FileJournal::writeBegin(ImportResult& result) {
   start_.number = journal_.nextRun();
   try {
-    run_.emplace(journal_.file(), start_);
+    run_.emplace(journal_.file(), start_, result.input->bytes());
   } catch (const RuntimeError& error) {
     throw CannotOpen(cannotWrite(journal_.path(), error) + "; nothing was imported");
   }

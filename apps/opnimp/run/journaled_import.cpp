@@ -74,7 +74,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   result_.arguments.file = start.file;
   result_.arguments.accept = start.accepted;
   result_.database = start.database;
-  result_.input = recordsOf(kind(), start.fileBytes);
+  result_.input = recordsOf(kind(), run_.fileBytes);
   if (start.firstRecord > 0) {
     requireAgreement(start.firstRecord < result_.input->count());
     result_.input = std::make_unique<LaterRecords>(std::move(result_.input), start.firstRecord);

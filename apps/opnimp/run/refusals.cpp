@@ -93,11 +93,11 @@ void requireDates(const ImportResult& result, Date earliest, int currentYear) {
   std::string found;
   std::size_t count = 0;
   for (std::size_t record = 0; record < result.input->count(); ++record) {
-    const std::string text =
-        mappedCell(result.input->fields(record, width), result.mapping, openingField::date);
+    const auto fields = result.input->fields(record, width);
+    const std::string_view text = mappedCell(fields, result.mapping, openingField::date);
     const auto reading = readDate(text, currentYear);
     if (!reading || !(reading->date < earliest)) continue;
-    if (++count == 1) found = result.input->where(record) + " (" + text + ")";
+    if (++count == 1) found = result.input->where(record) + " (" + std::string(text) + ")";
   }
   if (count == 0) return;
   throw Refused("the database holds no date before " + formatDayFirst(earliest) + ": " + found +
