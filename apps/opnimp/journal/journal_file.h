@@ -13,7 +13,14 @@
 
 namespace velk {
 
-enum class EntryType : std::uint8_t { RunBegun = 1, RecordBegun, RecordEnded, RunEnded, Synced };
+enum class EntryType : std::uint8_t {
+  RunBegun = 1,
+  RecordBegun,
+  RecordEnded,
+  RunEnded,
+  Synced,       ///< all entries before it were, or it would not be there
+  OthersSynced  ///< so was what the entries before it tell of, in other files
+};
 
 /// Where the whole entries end, and what follows them.
 struct JournalEnd {

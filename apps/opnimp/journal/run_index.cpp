@@ -20,8 +20,10 @@ class IndexBuilder {
       beginRecord(recordOf(payload.number()));
     } else if (type == EntryType::RecordEnded) {
       setOutcome(readRecordOutcome(payload));
-    } else {
+    } else if (type == EntryType::RunEnded) {
       end(readRunEnd(payload));
+    } else {
+      sync(current());
     }
   }
 
@@ -48,7 +50,11 @@ class IndexBuilder {
     RunSummary& run = current();
     for (std::size_t later = record; later < run.begun; ++later) run.outcomes[later].reset();
     run.begun = record + 1;
+    run.synced = std::min(run.synced, record);
   }
+
+  /// The record that began last was still to end.
+  static void sync(RunSummary& run) { run.synced = run.begun == 0 ? 0 : run.begun - 1; }
 
   void setOutcome(const std::pair<std::size_t, Outcome>& ended) {
     current().outcomes[recordOf(ended.first)] = ended.second;
@@ -97,7 +103,8 @@ Outcome RunSummary::outcome(std::size_t record) const {
   // Whether the transaction was kept is known only when the run has ended.
   const bool open = !ended && start.oneTransaction;
   if (outcomes[record]) {
-    return open && isPosted(*outcomes[record]) ? Outcome::Unknown : *outcomes[record];
+    const bool mayBeGone = (open || mayBeLost(record)) && isPosted(*outcomes[record]);
+    return mayBeGone ? Outcome::Unknown : *outcomes[record];
   }
   const bool doubtful = !ended && record < nextRecord();
   return doubtful ? Outcome::Unknown : Outcome::NotReached;
