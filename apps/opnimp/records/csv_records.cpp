@@ -48,6 +48,10 @@ bool CsvRecords::isWorkbook(std::string_view bytes) {
   return xls::CompoundFile::recognises(bytes) || bytes.starts_with("PK\x03\x04");
 }
 
+std::vector<std::string> CsvRecords::titles() const {
+  return splitLine(CodePage::windows1252().decode(header()), QuotedComma::Drop);
+}
+
 std::vector<std::string> CsvRecords::fields(std::size_t record, std::size_t most) const {
   std::vector<std::string> fields = split(record, QuotedComma::Drop, most);
   for (std::string& field : fields) {
