@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "apps/opnimp/cli/kinds.h"
+#include "apps/opnimp/convert/conversion.h"
 #include "platform/files.h"
 
 namespace velk {
@@ -33,14 +34,20 @@ class InputRecords {
   /// Such as "line 5".
   std::string where(std::size_t record) const;
 
+  /// Of the columns that can be mapped, quotes kept; empty where none can.
+  virtual std::vector<std::string> titles() const = 0;
   /// A record's values in the order of the preview's columns, at most `most`, as UTF-8 and without
   /// their quotes; the one that cannot be unquoted is empty.
   virtual std::vector<std::string> fields(std::size_t record, std::size_t most) const = 0;
 
   /// Why a file of this kind is refused for what it is or for its columns; empty when it is not.
   virtual std::string refusal(const ImportKind& kind) const = 0;
-  /// The whole file.
+  /// The whole file, as the screens read it.
   virtual std::string_view bytes() const = 0;
+  /// The same as it is on the disk.
+  virtual std::string_view fileBytes() const { return bytes(); }
+  /// How the one became the other, without bytes and lines.
+  virtual const Conversion& conversion() const;
   /// Rows that contain data and are no records, since reading ends before them.
   virtual std::vector<std::size_t> unreadRows() const { return {}; }
 

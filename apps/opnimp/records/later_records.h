@@ -20,12 +20,15 @@ class LaterRecords final : public InputRecords {
   std::size_t count() const override { return whole_->count() - first_; }
   RecordPlace place(std::size_t record) const override { return whole_->place(first_ + record); }
   std::string_view placeWord() const override { return whole_->placeWord(); }
+  std::vector<std::string> titles() const override { return whole_->titles(); }
   std::vector<std::string> fields(std::size_t record, std::size_t most) const override {
     return whole_->fields(first_ + record, most);
   }
   std::string refusal(const ImportKind& kind) const override { return whole_->refusal(kind); }
   std::vector<std::size_t> unreadRows() const override { return whole_->unreadRows(); }
   std::string_view bytes() const override { return whole_->bytes(); }
+  std::string_view fileBytes() const override { return whole_->fileBytes(); }
+  const Conversion& conversion() const override { return whole_->conversion(); }
   void write(FileSystem& files, std::string_view path,
              std::span<const std::size_t> records) const override {
     std::vector<std::size_t> shifted(records.begin(), records.end());

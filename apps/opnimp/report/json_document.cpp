@@ -37,6 +37,18 @@ Json mappingJson(const std::vector<FieldMapping>& mapping) {
   return list;
 }
 
+Json suggestionsJson(const std::vector<TitleSuggestion>& suggestions) {
+  Json list = Json::array();
+  for (const TitleSuggestion& suggestion : suggestions) {
+    list.push_back({{"field", suggestion.field},
+                    {"column", suggestion.column + 1},
+                    {"title", suggestion.title},
+                    {"reason", suggestion.reason},
+                    {"map", suggestion.option()}});
+  }
+  return list;
+}
+
 Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWord) {
   Json list = Json::array();
   for (const Warning& warning : warnings) {
@@ -60,6 +72,17 @@ Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWo
 }
 
 // JSON lets them pass, but a terminal takes them for commands, as it takes ESC.
+Json assumedJson(const std::vector<Assumption>& assumptions) {
+  Json list = Json::array();
+  for (const Assumption& assumption : assumptions) {
+    list.push_back({{"what", assumption.what},
+                    {"value", assumption.value},
+                    {"reason", assumption.reason},
+                    {"option", orNull(assumption.option)}});
+  }
+  return list;
+}
+
 std::string textOf(Json json) {
   makeValid(json);
   const std::string plain = json.dump();
