@@ -125,22 +125,24 @@ void requireDistinct(const std::vector<std::string>& inputs) {
   }
 }
 
-std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
+std::unique_ptr<const InputRecords> readFile(const std::string& path, FileFormat format) {
   NativeFileSystem files;
   try {
-    if (arguments.kind->format == FileFormat::Workbook) {
-      return fromLine(std::make_unique<WorkbookRecords>(files, arguments.file), arguments);
-    }
-    refuseLongLine(files, arguments.file);
-    return fromLine(std::make_unique<CsvRecords>(readBytes(files, arguments.file)), arguments);
+    if (format == FileFormat::Workbook) return std::make_unique<WorkbookRecords>(files, path);
+    refuseLongLine(files, path);
+    return std::make_unique<CsvRecords>(readBytes(files, path));
   } catch (const RuntimeError& error) {
     // Reading raises this error for the length only; memory that runs out is std::bad_alloc.
     const bool tooLong = error.is(ErrorNumber::OutOfMemory);
-    throw CannotOpen(
-        "the file " + arguments.file + " could not be read: " +
-        (tooLong ? "it is longer than 2 GB; split it"
-                 : fileErrorText(arguments.file, error) + ". Check the path and its permissions"));
+    throw CannotOpen("the file " + path + " could not be read: " +
+                     (tooLong
+                          ? "it is longer than 2 GB; split it"
+                          : fileErrorText(path, error) + ". Check the path and its permissions"));
   }
+}
+
+std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
+  return fromLine(readFile(arguments.file, arguments.kind->format), arguments);
 }
 
 std::string tooLarge(const std::string& path) {

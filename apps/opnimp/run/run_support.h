@@ -16,6 +16,8 @@
 
 namespace velk {
 
+/// Raises CannotOpen.
+std::unique_ptr<const InputRecords> readFile(const std::string& path, FileFormat format);
 /// The records of the file to import or preview. Raises CannotOpen.
 std::unique_ptr<const InputRecords> readInput(const Arguments& arguments);
 
