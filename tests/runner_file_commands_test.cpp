@@ -1,7 +1,7 @@
 // Commands that help with files before an import: kinds, template, split.
 #include <doctest/doctest.h>
 
-#include "apps/opnimp/cli/kind_fields.h"
+#include "apps/opnimp/cli/kinds.h"
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
 
@@ -24,8 +24,8 @@ TEST_CASE(
     // Document Type is the only field without a column of its own.
     CHECK(contains(ran.out, "not mapped") == (name == "customer-opening"));
     // What it says of mandatory columns is what the import asks for.
-    for (const std::size_t field : kind.mandatory) CHECK(fieldsOf(kind)[field].mandatory);
-    CHECK(contains(world.run({"kinds", name}).out, fieldsOf(kind).back().title));
+    for (const std::size_t field : kind.mandatory) CHECK(columnsOf(kind)[field].mandatory);
+    CHECK(contains(world.run({"kinds", name}).out, columnsOf(kind).back().title));
   }
   CHECK(Json(world.run({"kinds", "--json"}).out).at("kinds[4].columns[6].title") == "HandHeld DS");
 }

@@ -1,27 +1,30 @@
-// The columns of a file of each kind, as they are told to users.
+// The columns of a file of each kind: how they are titled, and what they may be.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string_view>
 
-#include "apps/opnimp/cli/kinds.h"
-
 namespace velk {
 
-enum class FieldForm { Text, Code, Date, Amount, Choice };
+enum class FieldNature : std::uint8_t { Text, Code, Date, Amount, Choice };
 
-struct KindField {
-  std::string_view title;  ///< that maps by itself
-  FieldForm form = FieldForm::Text;
+struct FieldTitle {
+  std::string_view title;  ///< by which a column maps without further ado, in any letter case
+  FieldNature nature = FieldNature::Text;
   bool mandatory = false;  ///< every record has to have a value
-  std::string_view what;   ///< what it may be
+  std::string_view what;   ///< what it may be, for users
   std::string_view example;
 };
 
-/// In the order of the kind's file.
-std::span<const KindField> fieldsOf(const ImportKind& kind);
+extern const std::span<const FieldTitle> customerOpeningFields;
+extern const std::span<const FieldTitle> vendorOpeningFields;
+extern const std::span<const FieldTitle> bankBranchFields;
+extern const std::span<const FieldTitle> vendorFields;
+/// Of the workbook.
+extern const std::span<const FieldTitle> salesmanFileColumns;
 
 /// Such as "code".
-std::string_view formName(FieldForm form);
+std::string_view natureName(FieldNature nature);
 
 }  // namespace velk

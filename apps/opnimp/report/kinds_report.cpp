@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "apps/opnimp/cli/kind_fields.h"
+#include "apps/opnimp/cli/kinds.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/report/json_document.h"
 #include "apps/opnimp/report/report_parts.h"
@@ -16,9 +16,9 @@ std::string_view formatName(const ImportKind& kind) {
   return kind.format == FileFormat::Workbook ? "an .xls workbook" : "comma-separated text";
 }
 
-Json fieldJson(const KindField& field) {
+Json fieldJson(const FieldTitle& field) {
   return {{"title", field.title},
-          {"form", formName(field.form)},
+          {"nature", natureName(field.nature)},
           {"mandatory", field.mandatory},
           {"what", field.what},
           {"example", field.example}};
@@ -26,7 +26,7 @@ Json fieldJson(const KindField& field) {
 
 Json kindJson(const ImportKind& kind) {
   Json fields = Json::array();
-  for (const KindField& field : fieldsOf(kind)) fields.push_back(fieldJson(field));
+  for (const FieldTitle& field : columnsOf(kind)) fields.push_back(fieldJson(field));
   return {{"kind", kind.name},
           {"what", kind.what},
           {"workbook", kind.format == FileFormat::Workbook},
@@ -49,8 +49,8 @@ void writeKind(const ImportKind& kind, std::ostream& out) {
   }
   out << "\n\n";
   std::vector<std::vector<std::string>> rows{{"Column", "", "Every record", "What it may be"}};
-  for (const KindField& field : fieldsOf(kind)) {
-    rows.push_back({std::string(field.title), std::string(formName(field.form)),
+  for (const FieldTitle& field : columnsOf(kind)) {
+    rows.push_back({std::string(field.title), std::string(natureName(field.nature)),
                     field.mandatory ? "yes" : "", std::string(field.what)});
   }
   writeTable(rows, rows.front().size(), out);

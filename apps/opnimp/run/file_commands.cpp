@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "apps/opnimp/cli/failures.h"
-#include "apps/opnimp/cli/kind_fields.h"
+#include "apps/opnimp/cli/kinds.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/records/file_bytes.h"
@@ -23,7 +23,7 @@ namespace {
 template <class Member>
 std::string csvLine(const ImportKind& kind, Member member) {
   std::string line;
-  for (const KindField& field : fieldsOf(kind)) {
+  for (const FieldTitle& field : columnsOf(kind)) {
     line.append(line.empty() ? "" : ",").append(std::invoke(member, field));
   }
   return line.append(csvLineEnd);
@@ -33,7 +33,7 @@ std::string csvLine(const ImportKind& kind, Member member) {
 /// typed.
 void fillFirstSheet(WorksheetWriter& sheet, const ImportKind& kind) {
   int column = 0;
-  for (const KindField& field : fieldsOf(kind)) {
+  for (const FieldTitle& field : columnsOf(kind)) {
     ++column;
     sheet.setText(1, column, field.title);
     sheet.setText(2, column, field.example);
@@ -49,10 +49,10 @@ void fillNotes(WorksheetWriter& sheet, const ImportKind& kind) {
     for (const std::string_view text : texts) sheet.setText(row, ++column, text);
   };
   constexpr int columns = 5;
-  write(1, {"Column", "Form", "Every record", "What it may be", "Example"});
+  write(1, {"Column", "Nature", "Every record", "What it may be", "Example"});
   int row = 1;
-  for (const KindField& field : fieldsOf(kind)) {
-    write(++row, {field.title, formName(field.form), field.mandatory ? "yes" : "", field.what,
+  for (const FieldTitle& field : columnsOf(kind)) {
+    write(++row, {field.title, natureName(field.nature), field.mandatory ? "yes" : "", field.what,
                   field.example});
   }
   sheet.setBold({1, 1, 1, columns});
@@ -98,7 +98,7 @@ ExitStatus writeTemplate(const Arguments& arguments, const Streams& streams) {
   writing("the template", arguments.file, "its name", [&] {
     if (isWorkbook) return writeWorkbookTemplate(files, arguments.file, kind);
     writeFile(files, arguments.file,
-              csvLine(kind, &KindField::title) + csvLine(kind, &KindField::example));
+              csvLine(kind, &FieldTitle::title) + csvLine(kind, &FieldTitle::example));
   });
   streams.out << "Written:   " << printable(arguments.file) << '\n'
               << "Next:      Put your records in the place of the example in line 2";
@@ -110,8 +110,7 @@ ExitStatus writeTemplate(const Arguments& arguments, const Streams& streams) {
 }
 
 ExitStatus splitFile(const Arguments& arguments, const Streams& streams) {
-  const auto file = readFile(arguments.file, FileFormat::CommaSeparated);
-  const auto& input = dynamic_cast<const CsvRecords&>(*file);
+  const CsvRecords input(readFile(arguments.file));
   if (input.isWorkbook()) {
     throw UsageError(arguments.file + " is a workbook; comma-separated text can be split");
   }
