@@ -13,7 +13,14 @@
 
 namespace velk {
 
-enum class EntryType : std::uint8_t { RunBegun = 1, RecordBegun, RecordEnded, RunEnded, Synced };
+enum class EntryType : std::uint8_t {
+  RunBegun = 1,
+  RecordBegun,
+  RecordEnded,
+  RunEnded,
+  Synced,
+  HostChanged
+};
 
 /// Where the whole entries end, and what follows them.
 struct JournalEnd {

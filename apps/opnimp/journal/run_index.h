@@ -56,6 +56,7 @@ RunIndex readIndex(const KeptFile& file, const std::string& machineStart);
 struct JournaledRun {
   RunStart start;
   std::vector<RecordEnd> records;  ///< those that ended
+  std::vector<HostChange> hostChanges;
   std::optional<RunEnd> end;
 };
 

@@ -33,6 +33,12 @@ void RunJournal::recordEnds(std::size_t record, const RecordTrace& trace) {
   file_.add(EntryType::RecordEnded, writer_.payload());
 }
 
+void RunJournal::hostChanges(const HostChange& change) {
+  writer_.clear();
+  write(writer_, change);
+  file_.write(EntryType::HostChanged, writer_.payload());
+}
+
 void RunJournal::runEnds(const RunEnd& end) {
   writer_.clear();
   write(writer_, end);

@@ -185,6 +185,9 @@ std::string metricsText(const FilesResult& call, ExitStatus status) {
       [](const ImportResult& file) { return file.hasAccount() && file.account.addsUp() ? 1 : 0; });
   addFiles(text, call, "opnimp_lock_waits", "", "Calls that were seen to wait for a lock.",
            [](const ImportResult& file) { return file.lockWaits; });
+  addFiles(text, call, "opnimp_host_changes", "",
+           "How often the run lost its host and went on at another one.",
+           [](const ImportResult& file) { return file.hostChanges.size(); });
   addRecords(text, call);
   addCounts(text, call);
   addDurations(text, call);

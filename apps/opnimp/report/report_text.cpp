@@ -72,9 +72,7 @@ class TextReport {
            << " that had met another session's change and had been taken back\n";
     }
     for (const HostChange& change : result_.hostChanges) {
-      out_ << "Went on:  with record " << change.record << " at " << printable(change.to)
-           << ", since " << printable(change.why)
-           << (change.found.empty() ? "" : "; " + printable(change.found)) << '\n';
+      out_ << "Went on:  " << printable(goingOnText(change)) << '\n';
     }
     if (result_.isDryRun()) {
       out_ << "Dry run:  every check ran, no procedure did. What the procedures themselves would "
