@@ -280,6 +280,20 @@ TEST_CASE("hosts: a run that is killed before it begins again has no record post
   }
 }
 
+TEST_CASE("hosts: those that do not answer share the time of one, and are asked once") {
+  HostsWorld world;
+  for (const char* name : {"Driver=c", "Driver=d"}) world.add(name);
+  for (const char* name : {"Driver=a", "Driver=c"}) world.hosts[name].isThere = false;
+  std::string seconds;
+  world.surroundings.openDatabase = [&, open = world.surroundings.openDatabase](
+                                        const std::string& string, const OdbcOptions& options) {
+    seconds += string.back() + std::to_string(options.loginTimeoutSeconds) + " ";
+    return open(string, options);
+  };
+  CHECK(world.importHosts({"--connect-wait", "12"}).status == 0);
+  CHECK(seconds == "a3 b4 c6 d12 ");
+}
+
 TEST_CASE("hosts: of equal documents each call knows how many were made before it") {
   std::vector<RecordedCall> calls;
   const auto note = [&](double bill, CallResult result) {
