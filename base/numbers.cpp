@@ -34,31 +34,44 @@ bool isHuge(std::string_view run) {
   return power + (exponent.starts_with('-') ? -written : written) > 0;
 }
 
-NumberRun readNumber(std::string_view text) {
-  const std::size_t sign = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
-  // from_chars takes the longest run that is a number, but knows no plus sign and no exponent after
-  // D, and takes infinities, too.
-  std::string digits(text.substr(sign));
-  const std::size_t letter = digits.find_first_not_of("0123456789.");
-  if (letter == 0) return {};
-  // A small e is not in the list, because from_chars knows it.
-  if (letter != std::string::npos &&
-      std::string_view("EDd").find(digits[letter]) != std::string::npos) {
-    digits[letter] = 'e';
-  }
+bool isMantissa(char c) {
+  return (c >= '0' && c <= '9') || c == '.';
+}
+
+/// Of a text that begins with a digit or a point.
+NumberRun readUnsigned(std::string_view digits) {
   double value = 0;
-  const char* const end = digits.data() + digits.size();
-  const auto [behind, failure] = std::from_chars(digits.data(), end, value);
+  const auto [behind, failure] =
+      std::from_chars(digits.data(), digits.data() + digits.size(), value);
   if (failure == std::errc::invalid_argument) return {};
   const auto length = static_cast<std::size_t>(behind - digits.data());
   if (failure == std::errc::result_out_of_range || std::isinf(value)) {
-    if (isHuge(std::string_view(digits).substr(0, length))) {
-      throw RuntimeError(ErrorNumber::Overflow);
-    }
+    if (isHuge(digits.substr(0, length))) throw RuntimeError(ErrorNumber::Overflow);
     // Closer to zero than any double.
     value = 0;
   }
-  return {text.starts_with('-') ? -value : value, sign + length};
+  return {value, length};
+}
+
+NumberRun readNumber(std::string_view text) {
+  const std::size_t sign = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
+  const std::string_view digits = text.substr(sign);
+  // from_chars takes the longest run that is a number, but knows no plus sign and no exponent after
+  // another letter than a small e, and takes infinities, too.
+  const auto letter =
+      static_cast<std::size_t>(std::ranges::find_if_not(digits, isMantissa) - digits.begin());
+  if (letter == 0) return {};
+  NumberRun run;
+  if (letter < digits.size() &&
+      std::string_view("EDd").find(digits[letter]) != std::string_view::npos) {
+    std::string known(digits);
+    known[letter] = 'e';
+    run = readUnsigned(known);
+  } else {
+    run = readUnsigned(digits);
+  }
+  if (run.length == 0) return {};
+  return {text.starts_with('-') ? -run.value : run.value, sign + run.length};
 }
 
 }  // namespace

@@ -203,6 +203,9 @@ class OwnConnection : public Connection {
   /// or an id stored in an embedded one. `mayStore`: stores one where there is none; else the text
   /// is empty then, as where nothing can be told.
   virtual std::string identity(bool /*mayStore*/) { return {}; }
+  /// The file of an embedded database, which confirms what the disk may not have yet; empty for
+  /// any other.
+  virtual std::string file() { return {}; }
   /// Whether it works on a database, not on a server as such.
   virtual bool hasDatabase() { return true; }
   virtual DatabaseFacts facts() { return {}; }

@@ -182,7 +182,7 @@ constexpr int enoughRounds = 30;
 int roundsOf(const TestEngine& engine, const Killed& import) {
   if (engine.isEmbedded()) return triesAll() ? 300 : OPNIMP_SANITIZED ? 5 : enoughRounds;
   if (triesAll()) return 50;
-  return &import == &imports[0] ? 3 : 0;  // on a server each takes a while
+  return &import == &imports[0] ? 2 : 0;  // on a server each takes a while
 }
 
 }  // namespace

@@ -177,11 +177,14 @@ TEST_CASE("after a loss of power all that the journal may have lost is in doubt"
   RunSummary run;
   run.outcomes.resize(recordsBetweenSyncs + 20);
   run.begun = 10;
-  run.outcomes[8] = Outcome::Posted;
+  run.outcomes[7] = run.outcomes[8] = Outcome::Posted;
+  run.synced = 8;
   CHECK(run.outcome(9) == Outcome::Unknown);
   CHECK(run.outcome(10) == Outcome::NotReached);
-  run.powerLost = true;
   CHECK(run.outcome(8) == Outcome::Posted);
+  run.powerLost = true;
+  CHECK(run.outcome(7) == Outcome::Posted);
+  CHECK(run.outcome(8) == Outcome::Unknown);
   CHECK(run.outcome(9 + recordsBetweenSyncs) == Outcome::Unknown);
   CHECK(run.outcome(10 + recordsBetweenSyncs) == Outcome::NotReached);
   run.ended = true;

@@ -99,6 +99,7 @@ class NativeReplacement final : public NativeOutput {
     NativeOutput::close();
     required([&] { return ::rename(name_.c_str(), path_.c_str()); });
     moved_ = true;
+    syncFolderOf(path_);
   }
 
  private:

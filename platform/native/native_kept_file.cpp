@@ -110,13 +110,7 @@ void makeFolders(const std::filesystem::path& folder) {
   makeFolders(folder.parent_path());
   constexpr mode_t ownersOnly = 0700;
   if (::mkdir(folder.c_str(), ownersOnly) != 0 && errno != EEXIST) throw fileError(errno);
-}
-
-/// A new file's name is on the disk only when its folder is.
-void syncFolder(const std::filesystem::path& folder) {
-  const Descriptor opened(unlessInterrupted(
-      [&] { return ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC); }));
-  if (opened) ::fsync(opened.get());
+  syncFolderOf(folder.string());
 }
 
 }  // namespace
@@ -132,7 +126,7 @@ std::unique_ptr<KeptFile> openKept(const std::string& path, KeptFor use) {
   constexpr mode_t ownersOnly = 0600;
   auto file = std::make_unique<NativeKeptFile>(
       openDescriptor(path, O_RDWR | O_CREAT | O_NOFOLLOW, ownersOnly));
-  if (file->length() == 0) syncFolder(folder);
+  if (file->length() == 0) syncFolderOf(path);
   file->lock();
   return file;
 }

@@ -90,6 +90,8 @@ struct Dialect {
   /// where the names of server and database are enough to know it again.
   std::string_view identityQuery = {};
   std::span<const std::string_view> makeIdentity = {};
+  /// Answers the file of an embedded database; empty for a server.
+  std::string_view fileQuery = {};
   /// Answers why the server takes no changes now, an empty text if it takes them; empty if that is
   /// not known.
   std::string_view notReadyQuery = {};

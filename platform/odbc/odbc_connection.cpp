@@ -58,6 +58,7 @@ class DriverConnection final : public OwnConnection,
   std::string whyNotReady() override { return answer(session_.dialect().notReadyQuery); }
   std::string history() override { return answer(session_.dialect().historyQuery); }
   std::string session() override { return answer(session_.dialect().sessionQuery); }
+  std::string file() override { return answer(session_.dialect().fileQuery); }
   std::string place() override { return answer(session_.dialect().placeQuery); }
   bool hasEnded(std::string_view session, std::string_view place) override;
   LockHolders lockHolders(std::string_view session) override;

@@ -76,6 +76,7 @@ constinit const Dialect sqliteDialect{
     .connectionSetting = lockTimeout,
     .identityQuery = "SELECT id FROM DatabaseIdentity",
     .makeIdentity = makeIdentity,
+    .fileQuery = "SELECT file FROM pragma_database_list WHERE name = 'main'",
     .errors = errors,
     .errorCodeBits = 0xFF,  // extended result codes add higher bits
     .hasProcedureTable = true,

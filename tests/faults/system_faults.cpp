@@ -11,11 +11,16 @@
 //   FAULT_TRACE   a file that gets a line for each call on a file, one for the module in which the
 //                 program crashed, and in the end one with the number of calls
 //
+//   FAULT_CLOCK   milliseconds that pass with each change of a file that is written down
+//                 (recording.h)
+//
 // Nothing here allocates: memory is among what fails.
 #include <dlfcn.h>
 #include <execinfo.h>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/syscall.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <array>
@@ -27,7 +32,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <new>
+
+#include "tests/faults/recording.h"
 
 namespace {
 
@@ -83,23 +91,9 @@ bool fails(const char* call, const char* path) {
 }
 
 bool fails(const char* call, int descriptor) {
-  Path link{};
   Path path{};
-  std::strcpy(link.data(), "/proc/self/fd/");
-  char* end = link.data() + std::strlen(link.data());
-  for (int place = 1000; place > 0; place /= 10) {
-    if (descriptor >= place || place == 1)
-      *end++ = static_cast<char>('0' + descriptor / place % 10);
-  }
-  const int before = errno;
-  const ssize_t length = ::readlink(link.data(), path.data(), path.size() - 1);
-  errno = before;
-  return length > 0 && fails(call, path.data());
-}
-
-template <class Function>
-Function* real(const char* name) {
-  return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+  recording::pathOf(descriptor, path.data(), path.size());
+  return path.front() != 0 && fails(call, path.data());
 }
 
 int opened(const char* path, int flags, mode_t mode) {
@@ -108,7 +102,10 @@ int opened(const char* path, int flags, mode_t mode) {
     std::strcat(full.data(), "/");
   std::strncat(full.data(), path, full.size() / 2 - 1);
   if (fails((flags & O_ACCMODE) == O_RDONLY ? "read-open" : "open", full.data())) return -1;
-  return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+  const bool isNew = (flags & O_CREAT) != 0 && ::access(path, F_OK) != 0;
+  const auto file = static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+  if (file >= 0 && (isNew || (flags & O_TRUNC) != 0)) recording::made(full.data());
+  return file;
 }
 
 /// How much of a write is to be done, less than nothing for none.
@@ -207,33 +204,46 @@ int open64(const char* path, int flags, ...) __attribute__((alias("open")));
 
 ssize_t write(int file, const void* from, std::size_t count) {
   const ssize_t taken = writable(file, count);
-  return taken < 0 ? -1 : ::syscall(SYS_write, file, from, taken);
+  const ssize_t done = taken < 0 ? -1 : ::syscall(SYS_write, file, from, taken);
+  if (done > 0) recording::written(file, from, static_cast<std::size_t>(done), -1);
+  return done;
 }
 ssize_t pwrite(int file, const void* from, std::size_t count, off_t at) {
   const ssize_t taken = writable(file, count);
-  return taken < 0 ? -1 : ::syscall(SYS_pwrite64, file, from, taken, at);
+  const ssize_t done = taken < 0 ? -1 : ::syscall(SYS_pwrite64, file, from, taken, at);
+  if (done > 0) recording::written(file, from, static_cast<std::size_t>(done), at);
+  return done;
 }
 ssize_t pwrite64(int file, const void* from, std::size_t count, off_t at)
     __attribute__((alias("pwrite")));
+// Of zeros only, where a file has them already.
+ssize_t pwritev(int file, const iovec* pieces, int count, off_t at) {
+  return fails("write", file) ? -1 : ::syscall(SYS_pwritev, file, pieces, count, at, 0);
+}
+ssize_t pwritev64(int file, const iovec* pieces, int count, off_t at)
+    __attribute__((alias("pwritev")));
 
 // No disk is waited for: the tests would last as long again, and a crash of the machine is not
 // theirs.
 int fsync(int file) {
-  return fails("fsync", file) ? -1 : 0;
+  if (fails("fsync", file)) return -1;
+  recording::synced(file);
+  return 0;
 }
-int fdatasync(int file) {
-  return fails("fsync", file) ? -1 : 0;
-}
+int fdatasync(int file) __attribute__((alias("fsync")));
 
 int ftruncate(int file, off_t length) noexcept {
-  return fails("truncate", file) ? -1 : static_cast<int>(::syscall(SYS_ftruncate, file, length));
+  const bool done = !fails("truncate", file) && ::syscall(SYS_ftruncate, file, length) == 0;
+  if (done) recording::lengthChanged(file);
+  return done ? 0 : -1;
 }
 int ftruncate64(int file, off_t length) noexcept __attribute__((alias("ftruncate")));
 
 int fallocate(int file, int mode, off_t at, off_t length) {
-  return fails("allocate", file)
-             ? -1
-             : static_cast<int>(::syscall(SYS_fallocate, file, mode, at, length));
+  const bool done =
+      !fails("allocate", file) && ::syscall(SYS_fallocate, file, mode, at, length) == 0;
+  if (done) recording::lengthChanged(file);
+  return done ? 0 : -1;
 }
 int fallocate64(int file, int mode, off_t at, off_t length) __attribute__((alias("fallocate")));
 
@@ -248,7 +258,49 @@ int close(int file) {
 }
 
 int rename(const char* from, const char* to) noexcept {
-  return fails("rename", to) ? -1 : static_cast<int>(::syscall(SYS_rename, from, to));
+  const bool done = !fails("rename", to) && ::syscall(SYS_rename, from, to) == 0;
+  if (done) recording::renamed(from, to);
+  return done ? 0 : -1;
+}
+int unlink(const char* path) noexcept {
+  const auto done = static_cast<int>(::syscall(SYS_unlink, path));
+  if (done == 0) recording::removed(path);
+  return done;
+}
+int remove(const char* path) noexcept {
+  const int done = ::unlink(path);
+  return done != 0 && errno == EISDIR ? ::rmdir(path) : done;
+}
+int link(const char* from, const char* to) noexcept {
+  const auto done = static_cast<int>(::syscall(SYS_link, from, to));
+  if (done == 0) recording::linked(from, to);
+  return done;
+}
+int mkdir(const char* path, mode_t mode) noexcept {
+  const auto done = static_cast<int>(::syscall(SYS_mkdir, path, mode));
+  if (done == 0) recording::folderMade(path);
+  return done;
+}
+
+void* mmap(void* wish, std::size_t length, int protection, int flags, int file, off_t at) noexcept {
+  void* const memory =
+      reinterpret_cast<void*>(::syscall(SYS_mmap, wish, length, protection, flags, file, at));
+  const bool isWritten = (protection & PROT_WRITE) != 0 && (flags & MAP_SHARED) != 0;
+  if (memory != MAP_FAILED && isWritten && file >= 0) recording::mapped(file, memory, length, at);
+  return memory;
+}
+void* mmap64(void* wish, std::size_t length, int protection, int flags, int file, off_t at) noexcept
+    __attribute__((alias("mmap")));
+int munmap(void* memory, std::size_t length) noexcept {
+  recording::unmapping(memory);
+  return static_cast<int>(::syscall(SYS_munmap, memory, length));
+}
+
+int clock_gettime(clockid_t clock, struct timespec* time) noexcept {
+  const auto done = static_cast<int>(::syscall(SYS_clock_gettime, clock, time));
+  const long passed = recording::changes() * std::atol(setting("FAULT_CLOCK"));
+  if (clock == CLOCK_MONOTONIC) time->tv_sec += passed / 1000;
+  return done;
 }
 
 }  // extern "C"

@@ -15,7 +15,7 @@ std::vector<PartyTotals> partyTotals(const ImportKind& kind, const InputRecords&
   std::map<std::string, PartyTotals> parties;
   for (std::size_t record = 0; record < traces.records.size(); ++record) {
     const auto fields = input.fields(record, width);
-    const std::string code = mappedCell(fields, mapping, openingField::code);
+    const std::string_view code = mappedCell(fields, mapping, openingField::code);
     PartyTotals& party = parties[lowerAscii(code)];
     if (party.file.count == 0) {
       party.code = code;

@@ -35,7 +35,8 @@ std::optional<FileAmounts> amountsOf(const ImportKind& kind, const InputRecords&
   const auto fields = input.fields(record, width);
   const auto cell = [&](std::size_t field) { return mappedCell(fields, mapping, field); };
   try {
-    return FileAmounts{cell(openingField::code), leadingNumber(cell(openingField::bill)),
+    return FileAmounts{std::string(cell(openingField::code)),
+                       leadingNumber(cell(openingField::bill)),
                        leadingNumber(cell(openingField::balance))};
   } catch (const RuntimeError&) {
     return std::nullopt;

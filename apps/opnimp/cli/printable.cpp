@@ -83,6 +83,16 @@ std::string counted(std::size_t number, std::string_view one, std::string_view m
   return grouped(number).append(" ").append(number == 1 ? one : many);
 }
 
+std::string listed(std::span<const std::string> titles) {
+  // A file may have thousands of columns, and this becomes part of one sentence.
+  constexpr std::size_t mostNamed = 30;
+  std::string text;
+  for (const std::string& title : titles.first(std::min(titles.size(), mostNamed))) {
+    text.append(text.empty() ? "" : ", ").append(title);
+  }
+  return titles.size() > mostNamed ? text + ", ..." : text;
+}
+
 std::string money(long double amount) {
   constexpr double largestFixed = 1e15;  // beyond it a double has no two exact decimals
   const auto value = static_cast<double>(amount);

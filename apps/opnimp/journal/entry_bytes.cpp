@@ -1,6 +1,5 @@
 #include "apps/opnimp/journal/entry_bytes.h"
 
-#include <array>
 #include <bit>
 
 #include "base/errors.h"
@@ -8,20 +7,17 @@
 namespace velk {
 
 EntryWriter& EntryWriter::longNumber(std::uint64_t value) {
-  std::array<char, (64 + groupBits - 1) / groupBits> groups{};
-  std::size_t count = 0;
   for (; value >= moreFollows; value >>= groupBits) {
-    groups[count++] = static_cast<char>(value | moreFollows);
+    byte(static_cast<std::uint8_t>(value | moreFollows));
   }
-  groups[count++] = static_cast<char>(value);
-  return bytes({groups.data(), count});
+  return byte(static_cast<std::uint8_t>(value));
 }
 
 EntryWriter& EntryWriter::real(double value) {
   const auto bits = std::bit_cast<std::uint64_t>(value);
-  std::array<char, sizeof bits> bytes{};
-  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(bits >> (8 * i));
-  return this->bytes({bytes.data(), bytes.size()});
+  char* const to = room(sizeof bits);
+  for (std::size_t i = 0; i < sizeof bits; ++i) to[i] = static_cast<char>(bits >> (8 * i));
+  return *this;
 }
 
 EntryWriter& EntryWriter::text(std::string_view text) {

@@ -19,7 +19,7 @@ inline constexpr std::uint8_t moreFollows = 0x80;
 class EntryWriter {
  public:
   EntryWriter& byte(std::uint8_t value) {
-    payload_ += static_cast<char>(value);
+    *room(1) = static_cast<char>(value);
     return *this;
   }
   /// Seven bits a byte, because most numbers are small.
@@ -31,7 +31,7 @@ class EntryWriter {
   EntryWriter& text(std::string_view text);
   /// Without a length.
   EntryWriter& bytes(std::string_view bytes) {
-    payload_ += bytes;
+    bytes.copy(room(bytes.size()), bytes.size());
     return *this;
   }
   EntryWriter& value(const Value& value);
@@ -44,15 +44,24 @@ class EntryWriter {
     return *this;
   }
 
-  std::string_view payload() const { return payload_; }
-  void clear() { payload_.clear(); }
-  /// Makes room for as many bytes.
-  void reserve(std::size_t count) { payload_.reserve(count); }
+  std::string_view payload() const { return {buffer_.data(), length_}; }
+  void clear() { length_ = 0; }
+  /// Makes room for as many bytes in all.
+  void reserve(std::size_t count) {
+    if (count > buffer_.size()) buffer_.resize(count);
+  }
 
  private:
   EntryWriter& longNumber(std::uint64_t value);
+  /// Where the next bytes, so many, go.
+  char* room(std::size_t count) {
+    if (count > buffer_.size() - length_) reserve(2 * length_ + count);
+    length_ += count;
+    return buffer_.data() + length_ - count;
+  }
 
-  std::string payload_;
+  std::string buffer_;
+  std::size_t length_ = 0;  // of the payload in it
 };
 
 /// Reading beyond the end, or what no writer writes, is error 321.

@@ -183,9 +183,9 @@ void writeRevised(EntryWriter& to, const std::pair<std::size_t, Outcome>& revise
 
 }  // namespace
 
-void write(EntryWriter& to, const RunStart& run) {
+void write(EntryWriter& to, const RunStart& run, std::string_view fileBytes) {
   constexpr std::size_t aboutRest = 4096;
-  to.reserve(run.fileBytes.size() + run.records.size() * sizeof(JournaledRecord) + aboutRest);
+  to.reserve(fileBytes.size() + run.records.size() * sizeof(JournaledRecord) + aboutRest);
   to.number(run.number).real(run.time.days);
   to.text(run.user).text(run.version).text(run.machineStart).text(run.kind);
   to.text(run.folder).text(run.file);
@@ -200,10 +200,10 @@ void write(EntryWriter& to, const RunStart& run) {
     each.number(record.line);
     writeDigest(each, record.hash);
   });
-  to.text(run.fileBytes);
+  to.text(fileBytes);
 }
 
-RunStart readRunStart(EntryReader from) {
+RunStart readRunStart(EntryReader& from) {
   RunStart run;
   run.number = from.number();
   run.time = Date{from.real()};
@@ -225,7 +225,6 @@ RunStart readRunStart(EntryReader from) {
     record.hash = readDigest(each);
     return record;
   });
-  run.fileBytes = from.text();
   return run;
 }
 

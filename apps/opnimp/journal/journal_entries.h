@@ -42,7 +42,6 @@ struct RunStart {
   std::size_t firstRecord = 0;           ///< of the file; those before it are none of this run
   std::vector<std::size_t> setApart;     ///< records before it that were left in doubt
   std::vector<JournaledRecord> records;  ///< of the file from firstRecord on
-  std::string fileBytes;                 ///< what was imported, as it was
 };
 
 struct RecordEnd {
@@ -77,14 +76,16 @@ struct RunEnd {
   std::vector<RecordedMessage> messages;
 };
 
-void write(EntryWriter& to, const RunStart& run);
+/// `fileBytes`: of the file that is imported.
+void write(EntryWriter& to, const RunStart& run, std::string_view fileBytes);
 void write(EntryWriter& to, const HostChange& change);
 void write(EntryWriter& to, const RunEnd& run);
 
 /// The same as a RecordEnd, without copies.
 void writeRecordEnd(EntryWriter& to, std::size_t record, const RecordTrace& trace);
 
-RunStart readRunStart(EntryReader from);
+/// The file's bytes follow, as a text.
+RunStart readRunStart(EntryReader& from);
 RecordEnd readRecordEnd(EntryReader from);
 HostChange readHostChange(EntryReader from);
 RunEnd readRunEnd(EntryReader from);

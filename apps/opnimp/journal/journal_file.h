@@ -18,7 +18,8 @@ enum class EntryType : std::uint8_t {
   RecordBegun,
   RecordEnded,
   RunEnded,
-  Synced,
+  Synced,        ///< all entries before it were, or it would not be there
+  OthersSynced,  ///< so was what the entries before it tell of, in other files
   HostChanged
 };
 

@@ -14,20 +14,20 @@ namespace velk {
 namespace {
 
 // What cannot be read counts as it is written: no such record is posted.
-Value readAmount(std::string text) {
+Value readAmount(std::string_view text) {
   Value amount;
   const bool read = trapErrors([&] { amount = leadingNumber(text); }, [](const RuntimeError&) {});
-  return read ? amount : Value(std::move(text));
+  return read ? amount : Value(std::string(text));
 }
 
-Value readDay(std::string text, int currentYear) {
+Value readDay(std::string_view text, int currentYear) {
   const auto reading = readDate(text, currentYear);
-  return reading ? Value(Date{std::trunc(reading->date.days)}) : Value(std::move(text));
+  return reading ? Value(Date{std::trunc(reading->date.days)}) : Value(std::string(text));
 }
 
 // Databases compare codes without letter case, and many without the blanks at the end. In capitals,
 // as most codes are written.
-std::string keyOf(const std::string& text) {
+std::string keyOf(std::string_view text) {
   return upperAscii(trim(text));
 }
 

@@ -22,6 +22,8 @@ class IndexBuilder {
       setOutcome(readRecordOutcome(payload));
     } else if (type == EntryType::RunEnded) {
       end(readRunEnd(payload));
+    } else if (type == EntryType::OthersSynced) {
+      sync(current());
     }
   }
 
@@ -38,7 +40,6 @@ class IndexBuilder {
 
   void begin(RunStart start) {
     RunSummary& run = index_.runs.emplace_back();
-    start.fileBytes = {};
     run.outcomes.resize(start.records.size());
     run.powerLost = start.machineStart != machineStart_ || machineStart_.empty();
     run.start = std::move(start);
@@ -49,7 +50,11 @@ class IndexBuilder {
     RunSummary& run = current();
     for (std::size_t later = record; later < run.begun; ++later) run.outcomes[later].reset();
     run.begun = record + 1;
+    run.synced = std::min(run.synced, record);
   }
+
+  /// The record that began last was still to end.
+  static void sync(RunSummary& run) { run.synced = run.begun == 0 ? 0 : run.begun - 1; }
 
   void setOutcome(const std::pair<std::size_t, Outcome>& ended) {
     current().outcomes[recordOf(ended.first)] = ended.second;
@@ -98,7 +103,8 @@ Outcome RunSummary::outcome(std::size_t record) const {
   // Whether the transaction was kept is known only when the run has ended.
   const bool open = !ended && start.oneTransaction;
   if (outcomes[record]) {
-    return open && isPosted(*outcomes[record]) ? Outcome::Unknown : *outcomes[record];
+    const bool mayBeGone = (open || mayBeLost(record)) && isPosted(*outcomes[record]);
+    return mayBeGone ? Outcome::Unknown : *outcomes[record];
   }
   const bool doubtful = !ended && record < nextRecord();
   return doubtful ? Outcome::Unknown : Outcome::NotReached;
@@ -152,7 +158,10 @@ JournaledRun readRun(const KeptFile& file, std::uint64_t number) {
     if (type == EntryType::RunBegun) {
       // Its number comes first, so that the others need not be read as a whole.
       within = EntryReader(payload).number() == number;
-      if (within) run.start = readRunStart(EntryReader(payload));
+      if (!within) return;
+      EntryReader from(payload);
+      run.start = readRunStart(from);
+      run.fileBytes = from.text();
     } else if (within && type == EntryType::RecordBegun) {
       const std::uint64_t begun = EntryReader(payload).number();
       // A record may begin anew, on another host; they end in their order.

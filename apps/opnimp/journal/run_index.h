@@ -13,12 +13,13 @@
 namespace velk {
 
 /// What is not on the disk after a loss of power is at most what these many records made.
-inline constexpr std::size_t recordsBetweenSyncs = 5000;
+inline constexpr std::size_t recordsBetweenSyncs = 10'000;
 
 /// One run without what its calls were.
 struct RunSummary {
-  RunStart start;                                ///< without the file's bytes
-  std::size_t begun = 0;                         ///< the first record that was not begun
+  RunStart start;
+  std::size_t begun = 0;   ///< the first record that was not begun
+  std::size_t synced = 0;  ///< the first record that did not end before the last sync
   std::vector<std::optional<Outcome>> outcomes;  ///< by record; empty: it did not end
   bool ended = false;                            ///< the run said how it ended
   bool completed = false;
@@ -28,6 +29,8 @@ struct RunSummary {
 
   /// Unknown for a record that was begun and did not end, or of which that may be lost.
   Outcome outcome(std::size_t record) const;
+  /// Whether what it did outside of the journal may be lost: the power failed before it was synced.
+  bool mayBeLost(std::size_t record) const { return powerLost && !ended && record >= synced; }
   /// How many records have an outcome of a sort.
   std::size_t count(bool (*isOfSort)(Outcome)) const;
   /// The first record that was not begun for certain.
@@ -55,6 +58,7 @@ RunIndex readIndex(const KeptFile& file, const std::string& machineStart);
 /// One run in full.
 struct JournaledRun {
   RunStart start;
+  std::string fileBytes;           ///< what was imported, as it was
   std::vector<RecordEnd> records;  ///< those that ended
   std::vector<HostChange> hostChanges;
   std::optional<RunEnd> end;

@@ -1,12 +1,16 @@
 #include "apps/opnimp/journal/run_journal.h"
 
+#include <utility>
+
 #include "apps/opnimp/journal/run_index.h"
 
 namespace velk {
 
 // Synced, so that a loss of power leaves at least the word that the run had begun.
-RunJournal::RunJournal(JournalFile& file, const RunStart& run) : file_(file) {
-  write(writer_, run);
+RunJournal::RunJournal(JournalFile& file, const RunStart& run, std::string_view fileBytes,
+                       std::function<void()> syncOthers)
+    : file_(file), syncOthers_(std::move(syncOthers)) {
+  write(writer_, run, fileBytes);
   file_.write(EntryType::RunBegun, writer_.payload());
   sync();
 }
@@ -39,11 +43,13 @@ void RunJournal::hostChanges(const HostChange& change) {
   file_.write(EntryType::HostChanged, writer_.payload());
 }
 
+// A run that has ended leaves nothing in doubt, whether or not the entry's own sync comes to pass.
 void RunJournal::runEnds(const RunEnd& end) {
+  syncOthers_();
   writer_.clear();
   write(writer_, end);
   file_.write(EntryType::RunEnded, writer_.payload());
-  sync();
+  file_.sync();
 }
 
 // Before a record's calls, so that everything before them is on the disk, and that it begins.
@@ -52,6 +58,8 @@ void RunJournal::syncWhenDue() {
 }
 
 void RunJournal::sync() {
+  syncOthers_();
+  file_.write(EntryType::OthersSynced, {});
   file_.sync();
   sinceSync_ = 0;
   lastSync_ = Clock::now();

@@ -4,6 +4,8 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
+#include <string_view>
 
 #include "apps/opnimp/journal/journal_entries.h"
 #include "apps/opnimp/journal/journal_file.h"
@@ -16,9 +18,11 @@ inline constexpr std::chrono::milliseconds timeBetweenSyncs{1000};
 
 class RunJournal {
  public:
-  /// Errors here as in all that follows: files.h.
-  /// The file lives as long.
-  RunJournal(JournalFile& file, const RunStart& run);
+  /// Begins the import of a file with these bytes; the journal's file lives as long. What is synced
+  /// tells of what is written elsewhere: `syncOthers` waits until the disk has that. Errors here as
+  /// in all that follows: files.h.
+  RunJournal(JournalFile& file, const RunStart& run, std::string_view fileBytes,
+             std::function<void()> syncOthers);
 
   void recordBegins(std::size_t record);
   /// The records from the first one on up to the last one have begun, and what was said of them
@@ -36,6 +40,7 @@ class RunJournal {
   void sync();
 
   JournalFile& file_;
+  std::function<void()> syncOthers_;
   EntryWriter writer_;
   std::size_t sinceSync_ = 0;  // records begun
   Clock::time_point lastSync_;

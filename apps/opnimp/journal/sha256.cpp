@@ -6,7 +6,15 @@ namespace velk {
 
 namespace {
 
-constexpr std::size_t lengthSize = 8;  // of the length that ends the last block
+constexpr std::ptrdiff_t lengthSize = 8;  // of the length that ends the last block
+
+template <class Number>
+unsigned char* putBigEndian(unsigned char* to, Number number) {
+  for (std::size_t byte = sizeof number; byte-- > 0;) {
+    *to++ = static_cast<unsigned char>(number >> (8 * byte));
+  }
+  return to;
+}
 
 /// The fastest that there is.
 void takeBlock(Sha256State& state, const unsigned char* block) {
@@ -37,18 +45,18 @@ Sha256& Sha256::add(std::string_view bytes) {
 Digest Sha256::finish() {
   const std::uint64_t bits = length_ * 8;
   // A bit that is set, zeros, and the length at the end of a block.
-  std::array<char, sha256BlockSize + lengthSize> padding{'\x80'};
-  const std::size_t zeros =
-      (2 * sha256BlockSize - lengthSize - 1 - length_ % sha256BlockSize) % sha256BlockSize;
-  for (std::size_t byte = 0; byte < lengthSize; ++byte) {
-    padding[1 + zeros + byte] = static_cast<char>(bits >> (8 * (lengthSize - 1 - byte)));
+  const auto rest = block_.begin() + static_cast<std::ptrdiff_t>(length_ % sha256BlockSize);
+  *rest = 0x80;
+  std::fill(rest + 1, block_.end(), '\0');
+  if (block_.end() - rest <= lengthSize) {
+    takeBlock(state_, block_.data());
+    block_.fill(0);
   }
-  add({padding.data(), 1 + zeros + lengthSize});
+  putBigEndian(block_.end() - lengthSize, bits);
+  takeBlock(state_, block_.data());
   Digest digest{};
-  for (std::size_t i = 0; i < digest.size(); ++i) {
-    digest[i] =
-        static_cast<unsigned char>(state_[i / sha256WordSize] >> (24 - 8 * (i % sha256WordSize)));
-  }
+  auto* to = digest.begin();
+  for (const std::uint32_t word : state_) to = putBigEndian(to, word);
   return digest;
 }
 

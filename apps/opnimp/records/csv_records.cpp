@@ -34,9 +34,15 @@ bool CsvRecords::isWorkbook() const {
   return xls::CompoundFile::recognises(bytes_) || bytes_.starts_with("PK\x03\x04");
 }
 
+std::vector<std::string> CsvRecords::titles() const {
+  return splitLine(CodePage::windows1252().decode(header()), QuotedComma::Drop);
+}
+
 std::vector<std::string> CsvRecords::fields(std::size_t record, std::size_t most) const {
   std::vector<std::string> fields = split(record, QuotedComma::Drop, most);
-  for (std::string& field : fields) field = withoutQuotes(std::move(field));
+  for (std::string& field : fields) {
+    if (field.starts_with('"')) field = withoutQuotes(std::move(field));
+  }
   return fields;
 }
 

@@ -26,6 +26,7 @@ class CsvRecords final : public InputRecords {
   /// Lines as an editor counts: the line feeds before it, and one.
   RecordPlace place(std::size_t record) const override { return records_[record]; }
   std::string_view placeWord() const override { return "line"; }
+  std::vector<std::string> titles() const override;
   std::vector<std::string> fields(std::size_t record, std::size_t most) const override;
   /// A record's fields as they are written, at most `most`, quotes and the commas inside them kept.
   std::vector<std::string> writtenFields(std::size_t record, std::size_t most) const {

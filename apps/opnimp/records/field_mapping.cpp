@@ -13,12 +13,13 @@ std::size_t mappedWidth(const std::vector<FieldMapping>& mapping) {
   return width;
 }
 
-std::string mappedCell(const std::vector<std::string>& fileFields,
-                       const std::vector<FieldMapping>& mapping, std::size_t field) {
+std::string_view mappedCell(const std::vector<std::string>& fileFields,
+                            const std::vector<FieldMapping>& mapping, std::size_t field) {
   if (field >= mapping.size()) return {};
   // A short record ends before some mapped columns: their cells are empty.
   const std::optional<std::size_t> column = mapping[field].column;
-  return column && *column < fileFields.size() ? fileFields[*column] : std::string();
+  if (!column || *column >= fileFields.size()) return {};
+  return fileFields[*column];
 }
 
 std::string unmappedFields(const std::vector<FieldMapping>& mapping,

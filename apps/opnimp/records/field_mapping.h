@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace velk {
@@ -19,9 +20,10 @@ struct FieldMapping {
 /// How many of a record's first fields hold all that is mapped.
 std::size_t mappedWidth(const std::vector<FieldMapping>& mapping);
 
-/// The cell of a record that a field is mapped to; empty where there is none, or no mapping.
-std::string mappedCell(const std::vector<std::string>& fileFields,
-                       const std::vector<FieldMapping>& mapping, std::size_t field);
+/// The cell of a record that a field is mapped to, as long as the record's fields live; empty where
+/// there is none, or no mapping.
+std::string_view mappedCell(const std::vector<std::string>& fileFields,
+                            const std::vector<FieldMapping>& mapping, std::size_t field);
 
 /// Titles of those of the fields that are not mapped, separated by commas.
 std::string unmappedFields(const std::vector<FieldMapping>& mapping,

@@ -33,6 +33,8 @@ class InputRecords {
   /// Such as "line 5".
   std::string where(std::size_t record) const;
 
+  /// Of the columns that can be mapped, quotes kept; empty where none can.
+  virtual std::vector<std::string> titles() const = 0;
   /// A record's values in the order of the preview's columns, at most `most`, as UTF-8 and without
   /// their quotes; the one that cannot be unquoted is empty.
   virtual std::vector<std::string> fields(std::size_t record, std::size_t most) const = 0;

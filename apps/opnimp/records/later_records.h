@@ -20,6 +20,7 @@ class LaterRecords final : public InputRecords {
   std::size_t count() const override { return whole_->count() - first_; }
   RecordPlace place(std::size_t record) const override { return whole_->place(first_ + record); }
   std::string_view placeWord() const override { return whole_->placeWord(); }
+  std::vector<std::string> titles() const override { return whole_->titles(); }
   std::vector<std::string> fields(std::size_t record, std::size_t most) const override {
     return whole_->fields(first_ + record, most);
   }

@@ -33,6 +33,7 @@ class WorkbookRecords final : public InputRecords {
   std::size_t count() const override { return count_; }
   RecordPlace place(std::size_t record) const override { return {0, 0, rowOf(record)}; }
   std::string_view placeWord() const override { return "row"; }
+  std::vector<std::string> titles() const override { return {}; }  // each has its own column
   std::vector<std::string> fields(std::size_t record, std::size_t most) const override;
   std::string refusal(const ImportKind& kind) const override;
   std::vector<std::size_t> unreadRows() const override;

@@ -254,6 +254,15 @@ ExitStatus ImportResult::status() const {
   return recordsLeft(*this) + before > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
 }
 
+std::vector<TitleSuggestion> suggestionsFor(const ImportResult& result) {
+  return suggestTitles(result.mapping, result.input->titles());
+}
+
+std::string sentenceOf(const TitleSuggestion& suggestion) {
+  return "\"" + suggestion.title + "\" looks like " + suggestion.field + " (" + suggestion.reason +
+         "): --map \"" + suggestion.option() + "\"";
+}
+
 std::string fromText(const ImportResult& result) {
   if (result.leftOut == 0) return {};
   const LaterRecords* const part = asPart(*result.input);
@@ -288,6 +297,11 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
   if (result.passedOver) {
     if (steps.empty()) steps.emplace_back("Nothing is left to do.");
     return steps;
+  }
+  if (result.refused()) {
+    for (const TitleSuggestion& suggestion : suggestionsFor(result)) {
+      steps.push_back(sentenceOf(suggestion));
+    }
   }
   if (const std::string step = stepForAll(result); !step.empty()) {
     steps.push_back(step);

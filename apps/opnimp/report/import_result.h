@@ -14,6 +14,7 @@
 #include "apps/opnimp/journal/resumption.h"
 #include "apps/opnimp/records/field_mapping.h"
 #include "apps/opnimp/records/input_records.h"
+#include "apps/opnimp/records/title_suggestions.h"
 #include "apps/opnimp/warnings/warnings.h"
 #include "base/dates.h"
 
@@ -66,6 +67,12 @@ struct ImportResult {
   bool isDryRun() const { return arguments.dryRun; }
   ExitStatus status() const;
 };
+
+/// Of its columns those that look like fields to which none is mapped.
+std::vector<TitleSuggestion> suggestionsFor(const ImportResult& result);
+/// Such as: "Cust ID" looks like Customer ID (the same words, shortened): --map "Customer
+/// ID=Cust ID".
+std::string sentenceOf(const TitleSuggestion& suggestion);
 
 /// Where the runs began that it goes on with: " from line 4 on"; empty for the first record.
 std::string fromText(const ImportResult& result);

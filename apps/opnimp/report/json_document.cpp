@@ -37,6 +37,18 @@ Json mappingJson(const std::vector<FieldMapping>& mapping) {
   return list;
 }
 
+Json suggestionsJson(const std::vector<TitleSuggestion>& suggestions) {
+  Json list = Json::array();
+  for (const TitleSuggestion& suggestion : suggestions) {
+    list.push_back({{"field", suggestion.field},
+                    {"column", suggestion.column + 1},
+                    {"title", suggestion.title},
+                    {"reason", suggestion.reason},
+                    {"map", suggestion.option()}});
+  }
+  return list;
+}
+
 Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWord) {
   Json list = Json::array();
   for (const Warning& warning : warnings) {

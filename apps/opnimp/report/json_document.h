@@ -9,6 +9,7 @@
 
 #include "apps/opnimp/cli/exit_status.h"
 #include "apps/opnimp/records/field_mapping.h"
+#include "apps/opnimp/records/title_suggestions.h"
 #include "apps/opnimp/warnings/warnings.h"
 
 namespace velk {
@@ -19,6 +20,7 @@ using Json = nlohmann::ordered_json;
 /// An empty text is null.
 Json orNull(const std::string& text);
 Json mappingJson(const std::vector<FieldMapping>& mapping);
+Json suggestionsJson(const std::vector<TitleSuggestion>& suggestions);
 /// `placeWord`: what the lines of a warning are, see InputRecords.
 Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWord);
 

@@ -95,6 +95,9 @@ void writeText(const FilePreview& file, std::ostream& out) {
       << counted(result.input->count(), "record", "records") << ")\n";
   writeMapping(result.mapping, out);
   writeColumnsNotUsed(result.mapping, file.table, out);
+  for (const TitleSuggestion& suggestion : suggestionsFor(result)) {
+    out << "  " << printable(sentenceOf(suggestion)) << '\n';
+  }
   if (isShown(result)) writeRows(file.table, out);
   writeWarnings(result.warnings, result.input->placeWord(), out);
   writeLongValues(file, out);
@@ -115,6 +118,7 @@ Json documentOf(const FilePreview& file) {
           {"recordCount", result.input->count()},
           {"needAttention", needAttention(result.traces)},
           {"mapping", mappingJson(result.mapping)},
+          {"suggestions", suggestionsJson(suggestionsFor(result))},
           {"warnings", warningsJson(result.warnings, result.input->placeWord())},
           {"longValues", longValuesJson(file)},
           {"columns", shown ? Json(file.table.titles) : Json::array()},

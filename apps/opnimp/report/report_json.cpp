@@ -191,6 +191,7 @@ Json headJson(const ImportResult& result) {
                                })},
       {"part", partJson(*result.input)},
       {"mapping", mappingJson(result.mapping)},
+      {"suggestions", suggestionsJson(suggestionsFor(result))},
       {"warnings", warningsJson(result.warnings, result.input->placeWord())},
       {"log", listOf(result.traces.runLines, lineJson)},
       {"messages", listOf(result.traces.runMessages, messageJson)}};

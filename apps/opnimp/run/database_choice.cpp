@@ -16,6 +16,7 @@
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/run/connection_advice.h"
 #include "base/errors.h"
+#include "platform/native/descriptor.h"
 #include "platform/native/native_files.h"
 #include "platform/odbc/cannot_connect.h"
 #include "platform/odbc/engines.h"
@@ -188,7 +189,7 @@ std::shared_ptr<OwnConnection> openDatabase(const DatabaseChoice& choice,
 
 void makeDemoDatabase(const std::string& path) {
   // Here a file that exists is an error, because the user asked for a new one.
-  if (madeDatabase(path)) return;
+  if (madeDatabase(path)) return syncFolderOf(path);
   cannotMake(path, "there is such a file already. Choose another path, or remove it first");
 }
 

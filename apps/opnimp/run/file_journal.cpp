@@ -8,10 +8,28 @@
 #include "apps/opnimp/journal/record_hash.h"
 #include "apps/opnimp/journal/repetition.h"
 #include "apps/opnimp/records/later_records.h"
+#include "platform/native/descriptor.h"
 
 namespace velk {
 
 namespace {
+
+/// Waits until the disk has the lines of the error log, and what an embedded database has
+/// confirmed: its driver has it wait only when its log of changes is full.
+void syncWhatIsTold(const std::string& errorLog, const std::string& database) {
+  const auto sync = [](const std::string& path) {
+    trapErrors([&] { syncFile(path); },
+               [&](const RuntimeError& error) {
+                 throw RuntimeError(error.number(),
+                                    path + " could not be synced: " + error.description());
+               });
+  };
+  sync(errorLog);
+  if (database.empty()) return;
+  sync(database + "-wal");
+  // Without that file a change is one when the file that undoes it is gone.
+  syncFolderOf(database);
+}
 
 std::string cannotWrite(const std::string& path, const RuntimeError& error) {
   return "the journal " + path + " could not be written: " + error.description();
@@ -50,8 +68,7 @@ RunStart describe(const ImportJournal& journal, const ImportResult& result,
   run.machineStart = surroundings.machineStart;
   run.kind = result.arguments.kind->name;
   run.file = result.arguments.file;
-  run.fileBytes = result.input->bytes();
-  run.fileHash = hashOf(run.fileBytes);
+  run.fileHash = hashOf(result.input->bytes());
   run.database = result.database;
   run.databaseId = journal.databaseId();
   run.errorLog = result.errorLog;
@@ -93,7 +110,10 @@ void FileJournal::begin(ImportResult& result, ImportReport& report, const Record
 void FileJournal::writeBegin(ImportResult& result) {
   start_.number = journal_.nextRun();
   try {
-    run_.emplace(journal_.file(), start_);
+    run_.emplace(journal_.file(), start_, result.input->bytes(),
+                 [log = result.errorLog, database = journal_.databaseFile()] {
+                   syncWhatIsTold(log, database);
+                 });
   } catch (const RuntimeError& error) {
     throw CannotOpen(cannotWrite(journal_.path(), error) + "; nothing was imported");
   }

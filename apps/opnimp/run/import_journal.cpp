@@ -17,6 +17,7 @@ ImportJournal::ImportJournal(const std::string& path, const Arguments& arguments
 void ImportJournal::identify(OwnConnection& database, const std::string& shown) {
   databaseId_ = database.identity(!isRead_);
   if (databaseId_.empty()) databaseId_ = shown;
+  databaseFile_ = database.file();
 }
 
 Resumption ImportJournal::resumption(const ImportResult& result) const {

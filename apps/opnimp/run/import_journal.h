@@ -31,6 +31,8 @@ class ImportJournal {
   /// As it was before the call.
   const RunIndex& index() const { return journal_.index; }
   const std::string& databaseId() const { return databaseId_; }
+  /// The file of the database, if it is an embedded one.
+  const std::string& databaseFile() const { return databaseFile_; }
   /// Where a run of this file would go on.
   Resumption resumption(const ImportResult& result) const;
 
@@ -42,6 +44,7 @@ class ImportJournal {
   bool isRead_;  // and not written
   OpenJournal journal_;
   std::string databaseId_;
+  std::string databaseFile_;
   std::uint64_t nextRun_;
   std::optional<JournalFile> file_;
 };

@@ -51,6 +51,13 @@ const RecordReport& inDoubt() {
   return said;
 }
 
+/// Of a line that the disk may not have had yet when the power failed.
+void doubt(RecordedLine& line) {
+  if (line.kept != RecordedLine::Kept::InFile) return;
+  line.kept = RecordedLine::Kept::NotWritten;
+  line.writeError = "the machine was started anew before the disk had it for certain";
+}
+
 std::string endOf(const RunSummary& summary, const JournaledRun& run) {
   if (run.end) return run.end->brokeOff;
   return summary.powerLost ? "it did not end by itself, and the machine was started anew since: as "
@@ -74,7 +81,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   result_.arguments.file = start.file;
   result_.arguments.accept = start.accepted;
   result_.database = start.database;
-  result_.input = recordsOf(kind(), start.fileBytes);
+  result_.input = recordsOf(kind(), run_.fileBytes);
   if (start.firstRecord > 0) {
     requireAgreement(start.firstRecord < result_.input->count());
     result_.input = std::make_unique<LaterRecords>(std::move(result_.input), start.firstRecord);
@@ -95,7 +102,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   if (run_.end) result_.ended = run_.end->time;
   if (run_.end) result_.refusal = run_.end->refusal;
   result_.brokeOff = endOf(summary, run_);
-  settle();
+  settle(summary);
   trace(summary);
   if (result_.refused()) return;
   result_.account = drawUpAccount({kind(), *result_.input, start.mapping, result_.traces,
@@ -109,11 +116,16 @@ void JournaledImport::requireAgreement(bool agrees) const {
                    std::to_string(result_.run));
 }
 
-/// Calls are written down before it is known whether their transaction is kept.
-void JournaledImport::settle() {
+/// Calls are written down before it is known whether their transaction is kept, and before the disk
+/// has what they did.
+void JournaledImport::settle(const RunSummary& summary) {
   const Changes open = run_.start.oneTransaction ? Changes::NotKnown : Changes::Stand;
   const Changes changes = run_.end ? run_.end->changes : open;
-  for (RecordEnd& record : run_.records) settleCalls(record.calls, changes);
+  for (RecordEnd& record : run_.records) {
+    const bool mayBeLost = summary.mayBeLost(record.record);
+    settleCalls(record.calls, mayBeLost ? Changes::NotKnown : changes);
+    if (mayBeLost) std::ranges::for_each(record.lines, doubt);
+  }
   if (run_.end) settleCalls(run_.end->strays, changes);
 }
 

@@ -23,7 +23,7 @@ class JournaledImport {
 
  private:
   void requireAgreement(bool agrees) const;
-  void settle();
+  void settle(const RunSummary& summary);
   void trace(const RunSummary& summary);
 
   JournaledRun run_;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 #include "base/date_reader.h"
 #include "mapping/import_run.h"
 
@@ -11,9 +12,10 @@ namespace velk {
 
 namespace {
 
-std::string unmappedText(const std::string& fields) {
+std::string unmappedText(const std::string& fields, const InputRecords& input) {
   return "no column of the file is mapped to " + fields +
-         "; rename the column, or use --map \"Field=Column\"";
+         "; rename the column, or use --map \"Field=Column\". The file has: " +
+         listed(input.titles());
 }
 
 std::string valueMissingText(const std::string& field, const InputRecords& input,
@@ -67,7 +69,7 @@ std::string runRefusalText(const Said& refusal, const InputRecords& input,
                            const std::vector<FieldMapping>& mapping, const ImportKind& kind) {
   if (std::string fault = input.refusal(kind); !fault.empty()) return fault;
   const std::string unmapped = unmappedFields(mapping, kind.mandatory);
-  if (!unmapped.empty()) return unmappedText(unmapped);
+  if (!unmapped.empty()) return unmappedText(unmapped, input);
   if (refusal.why.reason != Reason::ValueMissing) return refusal.text;
   return valueMissingText(mapping.at(refusal.why.field.value()).field, input,
                           refusal.row - ImportRun::firstDataRow);
@@ -80,7 +82,8 @@ void requireImportable(const ImportResult& result) {
   const std::string fault = input.refusal(kind);
   const std::string unmapped = unmappedFields(result.mapping, kind.mandatory);
   if (input.count() == 0 && !unmapped.empty()) {
-    throw Refused(fault.empty() ? "the file has no records, and " + unmappedText(unmapped) : fault);
+    throw Refused(fault.empty() ? "the file has no records, and " + unmappedText(unmapped, input)
+                                : fault);
   }
   if (!unmapped.empty() || !fault.empty()) return;
   const std::string misread = misreadingsText(result.warnings, result.arguments);
@@ -93,11 +96,11 @@ void requireDates(const ImportResult& result, Date earliest, int currentYear) {
   std::string found;
   std::size_t count = 0;
   for (std::size_t record = 0; record < result.input->count(); ++record) {
-    const std::string text =
-        mappedCell(result.input->fields(record, width), result.mapping, openingField::date);
+    const auto fields = result.input->fields(record, width);
+    const std::string_view text = mappedCell(fields, result.mapping, openingField::date);
     const auto reading = readDate(text, currentYear);
     if (!reading || !(reading->date < earliest)) continue;
-    if (++count == 1) found = result.input->where(record) + " (" + text + ")";
+    if (++count == 1) found = result.input->where(record) + " (" + std::string(text) + ")";
   }
   if (count == 0) return;
   throw Refused("the database holds no date before " + formatDayFirst(earliest) + ": " + found +
@@ -109,7 +112,7 @@ void requireWhole(const ImportResult& result) {
   const ImportKind& kind = *result.arguments.kind;
   if (const std::string fault = result.input->refusal(kind); !fault.empty()) throw Refused(fault);
   const std::string unmapped = unmappedFields(result.mapping, kind.mandatory);
-  if (!unmapped.empty()) throw Refused(unmappedText(unmapped));
+  if (!unmapped.empty()) throw Refused(unmappedText(unmapped, *result.input));
   requireValues(result);
 }
 

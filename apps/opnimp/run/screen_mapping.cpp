@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 #include "base/numbers.h"
 #include "base/text.h"
 
@@ -25,14 +26,11 @@ std::vector<std::size_t> titledAnyCase(const ListView& list, std::string_view ti
 }
 
 std::string titles(const ListView& list) {
-  // A file may have thousands of columns, and this becomes part of one sentence.
-  constexpr std::size_t mostNamed = 30;
-  std::string text;
+  std::vector<std::string> titles;
   for (std::size_t column = 0; column < list.columnCount(); ++column) {
-    if (column == mostNamed) return text + ", ...";
-    text.append(text.empty() ? "" : ", ").append(list.title(column));
+    titles.emplace_back(list.title(column));
   }
-  return text;
+  return listed(titles);
 }
 
 std::optional<std::size_t> columnByNumber(const ListView& list, std::string_view text) {

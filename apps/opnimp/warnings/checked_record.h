@@ -37,7 +37,9 @@ struct CheckedRecord {
 
   std::size_t line() const { return file.input.place(record).line; }
   /// The cell that a field is mapped to, as it stands in the file.
-  std::string written(std::size_t field) const { return mappedCell(fields, file.mapping, field); }
+  std::string written(std::size_t field) const {
+    return std::string(mappedCell(fields, file.mapping, field));
+  }
   /// The same as the import finds it in the mapping list.
   std::string read(std::size_t field) const { return previewCell(written(field)); }
 

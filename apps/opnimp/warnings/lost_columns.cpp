@@ -69,9 +69,8 @@ LostColumns::LostColumns(const CheckedFile& file) {
   // Such a file is refused as a whole.
   if (kind.columns != 0 && kind.columns != file.columns) return;
   if (kind.opening != nullptr && !file.isMapped(openingField::date)) dates_ = dateColumns(file);
-  const std::string header = CodePage::windows1252().decode(file.input.header());
   std::size_t column = 0;
-  for (const std::string& title : splitLine(header, QuotedComma::Drop)) {
+  for (const std::string& title : file.input.titles()) {
     if (lost_.size() == mostLost) return;
     if (!isUsed(file, column)) look(file, column, std::string(trim(title)));
     ++column;

@@ -38,8 +38,8 @@ std::optional<CellDoubt> checkHandheld(std::string_view value) {
 }
 
 /// A cell as the import reads names and handheld values.
-std::string unquotedAndTrimmed(const std::string& cell) {
-  return std::string(trim(withoutQuotes(cell)));
+std::string unquotedAndTrimmed(std::string_view cell) {
+  return std::string(trim(withoutQuotes(std::string(cell))));
 }
 
 }  // namespace

@@ -1,0 +1,29 @@
+// Which columns of a file look like fields that no column is mapped to. Nothing is mapped by it:
+// the user is told, with the option that maps them.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "apps/opnimp/records/field_mapping.h"
+
+namespace velk {
+
+struct TitleSuggestion {
+  std::string field;
+  std::size_t column = 0;   ///< of the file, from 0
+  std::string title;        ///< of that column
+  bool isRepeated = false;  ///< another column has the same title
+  std::string reason;       ///< why it looks so, such as "the same words, shortened"
+
+  /// The value of --map that maps it, without quotes: Field=Column.
+  std::string option() const;
+};
+
+/// `titles`: of all columns of the file. At most one for a field and for a column, in the order of
+/// the fields.
+std::vector<TitleSuggestion> suggestTitles(const std::vector<FieldMapping>& mapping,
+                                           const std::vector<std::string>& titles);
+
+}  // namespace velk
