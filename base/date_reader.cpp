@@ -17,9 +17,6 @@ struct Number {
   int digits = 0;
 };
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 bool isLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
@@ -228,9 +225,12 @@ DateReading makeReading(const CivilDate& civil, const Layout& layout, double tim
   // By the beginning only, because day and month can also be exchanged where the year is missing.
   const bool ambiguous = layout.slots.starts_with("DM") && civil.day != civil.month &&
                          isCivil({civil.year, civil.day, civil.month});
-  return {dateFromCivil(civil, timeOfDay), layout.order, ambiguous,
+  return {dateFromCivil(civil, timeOfDay),
+          layout.order,
+          ambiguous,
           layout.slots.find_first_of("YC") != std::string_view::npos,
-          layout.slots.find('D') != std::string_view::npos};
+          layout.slots.find('D') != std::string_view::npos,
+          layout.namedMonth};
 }
 
 }  // namespace

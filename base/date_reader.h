@@ -21,6 +21,7 @@ struct DateReading {
   bool ambiguous = false;
   bool hasYear = true;  ///< else it is the current one
   bool hasDay = true;   ///< else it is the first of the month
+  bool namesMonth = false;
 };
 
 /// Reads a date text: day-month-year, else month-day-year, else year-month-day, whichever is the

@@ -158,23 +158,43 @@ void CodePage::appendDecoded(std::string& to, std::string_view bytes) const {
 std::string CodePage::encode(std::string_view text) const {
   std::string bytes;
   bytes.reserve(text.size());
+  appendEncoded(bytes, text);
+  return bytes;
+}
+
+std::size_t CodePage::appendEncoded(std::string& to, std::string_view text) const {
+  std::size_t lacking = 0;
   // Never gets ASCII, which comes in runs; so the index below is not negative.
   const auto addCharacter = [&](char32_t code) {
     // Most pages keep most of Latin-1 in its own place.
     if (code < 0x100 && upper_[code - 0x80] == code) {
-      bytes += static_cast<char>(code);
+      to += static_cast<char>(code);
       return;
     }
     const auto found = std::find(upper_.begin(), upper_.end(), code);
-    bytes += found == upper_.end() ? '?' : static_cast<char>(0x80 + (found - upper_.begin()));
+    if (found == upper_.end()) ++lacking;
+    to += found == upper_.end() ? '?' : static_cast<char>(0x80 + (found - upper_.begin()));
   };
   forEachPiece(
-      text, [&](std::string_view run) { bytes.append(run); }, addCharacter);
-  return bytes;
+      text, [&](std::string_view run) { to.append(run); }, addCharacter);
+  return lacking;
 }
 
 bool isAscii(std::string_view bytes) {
   return asciiRun(bytes) == bytes.size();
+}
+
+std::size_t findInvalidUtf8(std::string_view text) {
+  for (std::size_t at = asciiRun(text); at < text.size();) {
+    const Character character = firstCharacter(text.substr(at));
+    // Only what could not be read is a replacement of one byte.
+    if (character.code == replacement && character.length == 1) return at;
+    at += character.length;
+    if (at < text.size() && static_cast<unsigned char>(text[at]) < 0x80) {
+      at += asciiRun(text.substr(at));
+    }
+  }
+  return std::string_view::npos;
 }
 
 std::u16string toUtf16(std::string_view text) {

@@ -28,6 +28,8 @@ class CodePage {
 
   /// UTF-8 to bytes; a character that the page lacks, and each byte that is no UTF-8, becomes "?".
   std::string encode(std::string_view text) const;
+  /// The same, at the end of a text; answers how many characters became "?".
+  std::size_t appendEncoded(std::string& to, std::string_view text) const;
 
  private:
   std::array<char16_t, 128> upper_;
@@ -37,12 +39,19 @@ class CodePage {
 /// True when all bytes are below 0x80.
 bool isAscii(std::string_view bytes);
 
+/// Where the first byte is that is no UTF-8; npos if there is none.
+std::size_t findInvalidUtf8(std::string_view text);
+
 /// UTF-8 to UTF-16 and back. What is no valid UTF-8 or UTF-16 becomes U+FFFD.
 std::u16string toUtf16(std::string_view text);
 std::string toUtf8(std::u16string_view text);
 
 /// Without the blanks (U+0020 only) at both ends.
 std::string_view trim(std::string_view text);
+
+constexpr bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 /// Letters A to Z in lower or upper case; every other character unchanged.
 char lowerAscii(char c);

@@ -33,6 +33,7 @@ const std::map<std::string, Names> foreignHeaders{
      {"windows.h", "commctrl.h", "ole2.h", "olectl.h", "ocidl.h", "shellapi.h", "ado_com.h",
       "host_service_com.h", "Velk_OpnImp_com.h", "unused_members.h", "CLI/"}},
     {"apps/opnimp/cli", {"CLI/"}},
+    {"apps/opnimp/convert", {"unicode/"}},
     {"apps/opnimp/journal", {"cpuid.h", "immintrin.h"}},
     {"apps/opnimp/report", {"nlohmann/"}},
     {"apps/opnimp", {"sys/resource.h", "unistd.h"}},

@@ -7,6 +7,7 @@
 #include "apps/opnimp/report/events.h"
 #include "apps/opnimp/report/json_document.h"
 #include "apps/opnimp/run/check_database.h"
+#include "apps/opnimp/run/convert_command.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/export_command.h"
 #include "apps/opnimp/run/import_command.h"
@@ -25,6 +26,8 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
       return runImport(arguments, streams, surroundings);
     case Arguments::Command::Preview:
       return runPreview(arguments, streams, surroundings);
+    case Arguments::Command::Convert:
+      return runConvert(arguments, streams);
     case Arguments::Command::Export:
       return runExport(arguments, streams, surroundings);
     case Arguments::Command::Runs:

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <map>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
@@ -73,6 +74,18 @@ const std::string numberedHelp =
 const std::string exportHelp =
     "write all salesmen to an .xls workbook, with drop-down lists of\n"
     "their DS types; a workbook of that name is replaced";
+const std::string jsonHelp = "one JSON document on standard output instead of text";
+const std::string encodingHelp =
+    "the encoding of the file: UTF-8, UTF-16LE, UTF-16BE,\n"
+    "windows-1252, or any other that the machine's library knows\n"
+    "(default: what the file shows)";
+const std::string delimiterHelp = "what separates values: auto, comma, semicolon, tab or bar";
+const std::string skipHelp = "the titles stand in the line behind the first N";
+const std::string headerHelp = "the titles stand in line N (default: where they are found)";
+const std::string dateOrderHelp = "how dates are written that read both ways: auto, dmy, mdy, ymd";
+const std::string decimalHelp = "what stands in front of decimals: auto, point or comma";
+const std::string replaceHelp = "put \"?\" in the place of letters that windows-1252 does not have";
+constexpr std::size_t maxTextLines = std::size_t{1} << 31;
 const std::string footer =
     R"(`opnimp help COMMAND` lists the kinds and options of a command; after "--" follows no option.
 
@@ -96,8 +109,20 @@ const std::string checkFooter =
 
 using Command = Arguments::Command;
 
+// "auto" is what is not given.
+const std::map<std::string, std::optional<char>> delimiterNames{
+    {"auto", std::nullopt}, {"comma", ','}, {"semicolon", ';'}, {"tab", '\t'}, {"bar", '|'}};
+const std::map<std::string, std::optional<char>> decimalNames{
+    {"auto", std::nullopt}, {"point", '.'}, {"comma", ','}};
+const std::map<std::string, std::optional<DateOrder>> dateOrderNames{
+    {"auto", std::nullopt},
+    {"dmy", DateOrder::DayMonthYear},
+    {"mdy", DateOrder::MonthDayYear},
+    {"ymd", DateOrder::YearMonthDay}};
+
 // Only salesmen have a screen with an Export button.
 bool takes(Command command, const ImportKind& kind) {
+  if (command == Command::Convert) return kind.format == FileFormat::CommaSeparated;
   return command != Command::Export || kind.type == MasterType::Salesman;
 }
 
@@ -117,7 +142,9 @@ const ImportKind* kindNamed(const std::string& name, Command command) {
   const ImportKind* const kind = findKind(name);
   if (kind != nullptr && takes(command, *kind)) return kind;
   throw UsageError((kind == nullptr ? "there is no kind \"" + name + "\""
-                                    : "there is no export of the kind " + name) +
+                    : command == Command::Convert
+                        ? "a file of the kind " + name + " is a workbook, which is not converted"
+                        : "there is no export of the kind " + name) +
                    "; there is: " + kindsOf(command, false));
 }
 
@@ -210,6 +237,7 @@ class CommandLine {
                                    "needs no database");
     addFiles(*import, filesHelp + numberedHelp);
     addFiles(*preview, filesHelp);
+    addConvert();
     const auto exporting = addOfKind(Command::Export, "export", exportHelp);
     addFile(*exporting, "the workbook to write");
     addFile(
@@ -222,8 +250,63 @@ class CommandLine {
     addRecordOptions(import, preview, exporting, checking);
     const auto [runs, report] = addJournalCommands(import);
     addFlag({import, preview, exporting, checking, runs, report}, "--json", arguments_.json,
-            "one JSON document on standard output instead of text");
+            jsonHelp);
     addLogFormat({import, preview, exporting, checking});
+  }
+
+  void addConvert() {
+    CLI::App* const command =
+        addOfKind(Command::Convert, "convert",
+                  "write a file of another program as the screens read it: in\n"
+                  "windows-1252, with commas, dates day first and amounts with a\n"
+                  "point; needs no database");
+    const auto takeFile = [this](const std::string& file) { arguments_.files = {file}; };
+    command->add_option_function<std::string>("IN", takeFile, "the file of the other program")
+        ->required()
+        ->type_name("");
+    addText(*command, "OUT", "", arguments_.file, "the new file")->required();
+    addConvertOptions({command});
+    addMap({command});
+    addFlag({command}, "--json", arguments_.json, jsonHelp);
+  }
+
+  void addConvertOptions(Apps commands) {
+    ConvertOptions& options = arguments_.convert;
+    for (CLI::App* const command : commands) {
+      addText(*command, "--encoding", "NAME", options.encoding, encodingHelp);
+      addChoice(*command, "--delimiter", "SIGN", options.delimiter, delimiterNames, delimiterHelp);
+      CLI::Option* const skip = addLine(*command, "--skip-lines", skipHelp, 1);
+      addLine(*command, "--header-line", headerHelp, 0)->excludes(skip);
+      addChoice(*command, "--date-order", "ORDER", options.dateOrder, dateOrderNames,
+                dateOrderHelp);
+      addChoice(*command, "--decimal", "SIGN", options.decimal, decimalNames, decimalHelp);
+    }
+    addFlag(commands, "--replace", options.replace, replaceHelp);
+  }
+
+  template <class Choice>
+  static void addChoice(CLI::App& command, const char* name, const char* value,
+                        std::optional<Choice>& to,
+                        const std::map<std::string, std::optional<Choice>>& names,
+                        const std::string& what) {
+    const auto take = [&to, &names](const std::string& text) { to = names.at(text); };
+    command.add_option_function<std::string>(name, take, what)
+        ->type_name(value)
+        ->check(CLI::Validator(CLI::IsMember(&names)).description(""));
+  }
+
+  /// `behind`: what to add to the number of the line.
+  CLI::Option* addLine(CLI::App& command, const std::string& name, const std::string& what,
+                       std::size_t behind) {
+    const auto take = [this, name, behind](const std::string& text) {
+      const auto line = exactNumber<std::size_t>(text);
+      // The sum must be a number, too.
+      if (!line || *line == 0 || *line > maxTextLines) {
+        throw UsageError(name + " takes a number from 1, not \"" + text + "\"");
+      }
+      arguments_.convert.headerLine = *line + behind;
+    };
+    return command.add_option_function<std::string>(name, take, what)->type_name("N");
   }
 
   CLI::App* addCheck() {

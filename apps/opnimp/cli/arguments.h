@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/opnimp/cli/convert_options.h"
 #include "apps/opnimp/cli/kinds.h"
 
 namespace velk {
@@ -22,6 +23,7 @@ struct Arguments {
   enum class Command {
     Import,
     Preview,
+    Convert,
     Export,
     DemoDatabase,
     Runs,
@@ -36,10 +38,12 @@ struct Arguments {
   Command command = Command::Import;
   const ImportKind* kind = nullptr;
   std::vector<const ImportKind*> kinds;  ///< to check the database for; empty: all
-  std::string file;  ///< to export to, the database to make; of eachFile the one to import
-  std::vector<std::string> files;      ///< to import or preview
+  std::string file;  ///< to export to, the database to make; of eachFile the one to import; the
+                     ///< file to convert to
+  std::vector<std::string> files;      ///< to import, preview or convert
   std::vector<std::string> databases;  ///< the hosts of one; empty: the environment names it
   std::vector<MapOption> maps;
+  ConvertOptions convert;
   std::vector<std::string> accept;  ///< codes of harmful warnings, or "all"
   std::optional<std::string> rejects;
   std::optional<std::string> report;

@@ -12,11 +12,17 @@ namespace velk {
 
 // Lines count by line feeds, as in an editor, while only a pair of carriage return and line feed
 // ends a record: one with bare line feeds takes several lines.
-CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
+CsvRecords::CsvRecords(std::string fileBytes, Conversion conversion)
+    : bytes_(std::move(fileBytes)), conversion_(std::move(conversion)) {
+  if (conversion_.bytes) {
+    fileBytes_ = std::exchange(bytes_, std::move(*conversion_.bytes));
+    conversion_.bytes.reset();
+  }
+  const std::vector<std::size_t> lines = std::move(conversion_.lines);
   std::size_t line = 1;
-  for (std::size_t start = 0; start < bytes_.size();) {
+  for (std::size_t start = 0, row = 0; start < bytes_.size(); ++row) {
     const std::size_t end = std::min(bytes_.find(csvLineEnd, start), bytes_.size());
-    const RecordPlace place{start, end - start, line};
+    const RecordPlace place{start, end - start, row < lines.size() ? lines[row] : line};
     // The first line is the header even if it is empty; any other empty line is no record.
     if (start == 0) {
       header_ = place;
@@ -29,9 +35,17 @@ CsvRecords::CsvRecords(std::string bytes) : bytes_(std::move(bytes)) {
   }
 }
 
-bool CsvRecords::isWorkbook() const {
+std::size_t CsvRecords::lineAt(std::size_t offset) const {
+  // The last place that begins at the offset or before it.
+  const auto after = std::ranges::upper_bound(records_, offset, {}, &RecordPlace::offset);
+  const RecordPlace& place = after == records_.begin() ? header_ : *std::prev(after);
+  const auto before = std::string_view(bytes_).substr(place.offset, offset - place.offset);
+  return place.line + static_cast<std::size_t>(std::ranges::count(before, '\n'));
+}
+
+bool CsvRecords::isWorkbook(std::string_view bytes) {
   // An .xlsx file is a ZIP archive, which begins with these four bytes.
-  return xls::CompoundFile::recognises(bytes_) || bytes_.starts_with("PK\x03\x04");
+  return xls::CompoundFile::recognises(bytes) || bytes.starts_with("PK\x03\x04");
 }
 
 std::vector<std::string> CsvRecords::titles() const {

@@ -4,6 +4,7 @@
 // header; each further line that is not empty is a record.
 #pragma once
 
+#include "apps/opnimp/convert/conversion.h"
 #include "apps/opnimp/records/input_records.h"
 #include "shared/csv_text.h"
 
@@ -14,13 +15,21 @@ inline constexpr std::string_view csvLineEnd = "\r\n";
 
 class CsvRecords final : public InputRecords {
  public:
-  explicit CsvRecords(std::string bytes);
+  explicit CsvRecords(std::string bytes) : CsvRecords(std::move(bytes), {}) {}
+  /// The records of a file that is converted: what the screens read, in the lines of the file.
+  CsvRecords(std::string fileBytes, Conversion conversion);
 
   std::string_view bytes() const override { return bytes_; }
+  std::string_view fileBytes() const override { return fileBytes_.empty() ? bytes_ : fileBytes_; }
+  const Conversion& conversion() const override { return conversion_; }
   std::string_view header() const { return bytesOf(header_); }
+  std::size_t headerLine() const { return header_.line; }
+  /// The line of the file that a place among the bytes is in.
+  std::size_t lineAt(std::size_t offset) const;
   std::string_view bytesOf(std::size_t record) const { return bytesOf(records_[record]); }
   /// True if it is no text at all, but of the .xls or .xlsx format.
-  bool isWorkbook() const;
+  bool isWorkbook() const { return isWorkbook(bytes_); }
+  static bool isWorkbook(std::string_view bytes);
 
   std::size_t count() const override { return records_.size(); }
   /// Lines as an editor counts: the line feeds before it, and one.
@@ -44,7 +53,9 @@ class CsvRecords final : public InputRecords {
     return std::string_view(bytes_).substr(place.offset, place.length);
   }
 
+  std::string fileBytes_;  // unless the screens read these
   std::string bytes_;
+  Conversion conversion_;  // without its bytes and lines, which are told by the records
   RecordPlace header_;
   std::vector<RecordPlace> records_;
 };

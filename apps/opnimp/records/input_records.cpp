@@ -11,6 +11,11 @@ std::string InputRecords::where(std::size_t record) const {
   return std::string(placeWord()) + " " + std::to_string(place(record).line);
 }
 
+const Conversion& InputRecords::conversion() const {
+  static const Conversion none;
+  return none;
+}
+
 // Only the field of one double quote cannot be unquoted. The module logs it, which the runner's own
 // reading must not.
 std::string withoutQuotes(std::string field) {

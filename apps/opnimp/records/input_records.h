@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "apps/opnimp/cli/kinds.h"
+#include "apps/opnimp/convert/conversion.h"
 #include "platform/files.h"
 
 namespace velk {
@@ -41,8 +42,12 @@ class InputRecords {
 
   /// Why a file of this kind is refused for what it is or for its columns; empty when it is not.
   virtual std::string refusal(const ImportKind& kind) const = 0;
-  /// The whole file.
+  /// The whole file, as the screens read it.
   virtual std::string_view bytes() const = 0;
+  /// The same as it is on the disk.
+  virtual std::string_view fileBytes() const { return bytes(); }
+  /// How the one became the other, without bytes and lines.
+  virtual const Conversion& conversion() const;
   /// Rows that contain data and are no records, since reading ends before them.
   virtual std::vector<std::size_t> unreadRows() const { return {}; }
 

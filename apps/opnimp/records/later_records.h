@@ -27,6 +27,8 @@ class LaterRecords final : public InputRecords {
   std::string refusal(const ImportKind& kind) const override { return whole_->refusal(kind); }
   std::vector<std::size_t> unreadRows() const override { return whole_->unreadRows(); }
   std::string_view bytes() const override { return whole_->bytes(); }
+  std::string_view fileBytes() const override { return whole_->fileBytes(); }
+  const Conversion& conversion() const override { return whole_->conversion(); }
   void write(FileSystem& files, std::string_view path,
              std::span<const std::size_t> records) const override {
     std::vector<std::size_t> shifted(records.begin(), records.end());

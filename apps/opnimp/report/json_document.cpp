@@ -72,6 +72,17 @@ Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWo
 }
 
 // JSON lets them pass, but a terminal takes them for commands, as it takes ESC.
+Json assumedJson(const std::vector<Assumption>& assumptions) {
+  Json list = Json::array();
+  for (const Assumption& assumption : assumptions) {
+    list.push_back({{"what", assumption.what},
+                    {"value", assumption.value},
+                    {"reason", assumption.reason},
+                    {"option", orNull(assumption.option)}});
+  }
+  return list;
+}
+
 std::string textOf(Json json) {
   makeValid(json);
   const std::string plain = json.dump();

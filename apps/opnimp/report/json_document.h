@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "apps/opnimp/cli/exit_status.h"
+#include "apps/opnimp/convert/assumption.h"
 #include "apps/opnimp/records/field_mapping.h"
 #include "apps/opnimp/records/title_suggestions.h"
 #include "apps/opnimp/warnings/warnings.h"
@@ -23,6 +24,8 @@ Json mappingJson(const std::vector<FieldMapping>& mapping);
 Json suggestionsJson(const std::vector<TitleSuggestion>& suggestions);
 /// `placeWord`: what the lines of a warning are, see InputRecords.
 Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWord);
+
+Json assumedJson(const std::vector<Assumption>& assumptions);
 
 /// Its text, in valid UTF-8 whatever the texts in it contain.
 std::string textOf(Json json);

@@ -199,9 +199,9 @@ Json headJson(const ImportResult& result) {
 
 /// The document without a line end.
 void writeFile(const ImportResult& result, std::ostream& out) {
-  std::string head = textOf(headJson(result));
-  head.back() = ',';  // in place of the closing brace: the object goes on
-  out << head;
+  std::string start = textOf(headJson(result));
+  start.back() = ',';  // in place of the closing brace: the object goes on
+  out << start;
   writeRecords(result, out);
   std::string tail =
       textOf({{"account",
@@ -223,12 +223,12 @@ void writeImportJson(const ImportResult& result, std::ostream& out) {
 
 void writeFilesJson(const FilesResult& call, std::ostream& out) {
   const ImportKind& kind = *call.arguments().kind;
-  std::string head = textOf({{"command", "import"},
-                             {"kind", kind.name},
-                             {"status", call.status()},
-                             {"dryRun", call.arguments().dryRun}});
-  head.back() = ',';
-  out << head << "\"files\":[";
+  std::string start = textOf({{"command", "import"},
+                              {"kind", kind.name},
+                              {"status", call.status()},
+                              {"dryRun", call.arguments().dryRun}});
+  start.back() = ',';
+  out << start << "\"files\":[";
   for (std::size_t i = 0; i < call.files().size(); ++i) {
     out << (i == 0 ? "" : ",");
     writeFile(*call.files()[i], out);

@@ -82,6 +82,16 @@ void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out) {
   }
 }
 
+void writeAssumed(const std::vector<Assumption>& assumptions, std::ostream& out) {
+  if (assumptions.empty()) return;
+  out << "\nAssumed\n";
+  for (const Assumption& assumption : assumptions) {
+    out << "  " << assumption.what << ": " << printable(assumption.value) << " ("
+        << printable(assumption.reason) << ")\n";
+    if (!assumption.option.empty()) out << "    else: " << assumption.option << '\n';
+  }
+}
+
 void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
                    std::ostream& out) {
   if (warnings.empty()) return;

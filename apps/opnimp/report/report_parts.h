@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "apps/opnimp/audit/account.h"
+#include "apps/opnimp/convert/assumption.h"
 #include "apps/opnimp/records/field_mapping.h"
 #include "apps/opnimp/warnings/warnings.h"
 
@@ -24,6 +25,8 @@ std::string unreadableText(const Account& account);
 /// How many items of a list there are beyond those shown; nothing if there are none.
 void writeMore(std::size_t count, std::size_t shown, std::ostream& out);
 void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out);
+/// What a conversion took for granted; nothing if that is nothing.
+void writeAssumed(const std::vector<Assumption>& assumptions, std::ostream& out);
 /// `placeWord`: what the lines of a warning are, see InputRecords.
 void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeWord,
                    std::ostream& out);

@@ -83,6 +83,14 @@ void refuseLongLine(FileSystem& files, const std::string& path) {
                    " MB: it is no list of records. Check how it was saved");
 }
 
+std::string readingFailed(const std::string& path, const RuntimeError& error) {
+  // Reading raises this error for the length only; memory that runs out is std::bad_alloc.
+  const bool tooLong = error.is(ErrorNumber::OutOfMemory);
+  return "the file " + path + " could not be read: " +
+         (tooLong ? "it is longer than 2 GB; split it"
+                  : fileErrorText(path, error) + ". Check the path and its permissions");
+}
+
 }  // namespace
 
 std::string applicationFolder(const std::optional<std::string>& option) {
@@ -125,6 +133,22 @@ void requireDistinct(const std::vector<std::string>& inputs) {
   }
 }
 
+std::unique_ptr<const CsvRecords> convertedRecords(std::string bytes, const Arguments& arguments) {
+  Conversion conversion;
+  const bool isText = !bytes.empty() && !CsvRecords::isWorkbook(bytes);
+  if (isText && !arguments.convert.raw) conversion = convert(bytes, arguments);
+  return std::make_unique<CsvRecords>(std::move(bytes), std::move(conversion));
+}
+
+std::string readFile(const std::string& path) {
+  NativeFileSystem files;
+  try {
+    return readBytes(files, path);
+  } catch (const RuntimeError& error) {
+    throw CannotOpen(readingFailed(path, error));
+  }
+}
+
 std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
   NativeFileSystem files;
   try {
@@ -134,12 +158,7 @@ std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
     refuseLongLine(files, arguments.file);
     return fromLine(std::make_unique<CsvRecords>(readBytes(files, arguments.file)), arguments);
   } catch (const RuntimeError& error) {
-    // Reading raises this error for the length only; memory that runs out is std::bad_alloc.
-    const bool tooLong = error.is(ErrorNumber::OutOfMemory);
-    throw CannotOpen(
-        "the file " + arguments.file + " could not be read: " +
-        (tooLong ? "it is longer than 2 GB; split it"
-                 : fileErrorText(arguments.file, error) + ". Check the path and its permissions"));
+    throw CannotOpen(readingFailed(arguments.file, error));
   }
 }
 

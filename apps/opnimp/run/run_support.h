@@ -9,7 +9,7 @@
 
 #include "apps/opnimp/audit/import_report.h"
 #include "apps/opnimp/cli/arguments.h"
-#include "apps/opnimp/records/input_records.h"
+#include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/report/events.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "platform/headless/message.h"
@@ -18,6 +18,12 @@ namespace velk {
 
 /// The records of the file to import or preview. Raises CannotOpen.
 std::unique_ptr<const InputRecords> readInput(const Arguments& arguments);
+
+/// The records of a text of these bytes. Raises UsageError.
+std::unique_ptr<const CsvRecords> convertedRecords(std::string bytes, const Arguments& arguments);
+
+/// The bytes of a file. Raises CannotOpen.
+std::string readFile(const std::string& path);
 
 /// The folder of the error log: absolute, without a separator at its end. Raises CannotOpen.
 std::string applicationFolder(const std::optional<std::string>& option);

@@ -15,10 +15,6 @@ bool has(std::string_view text, char c) {
   return std::ranges::count(text, c) > 0;
 }
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 bool isBeyondRange(const std::string& number) {
   try {
     leadingNumber(number);

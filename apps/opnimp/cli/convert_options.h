@@ -1,0 +1,23 @@
+// How a file is to be read that is not in the format of the screens: what the user says of it.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+#include "base/date_reader.h"
+
+namespace velk {
+
+/// What is left empty is found in the file.
+struct ConvertOptions {
+  std::string encoding;           ///< its name
+  std::optional<char> delimiter;  ///< what separates values
+  std::size_t headerLine = 0;     ///< that holds the titles, from 1; 0: it is found
+  std::optional<DateOrder> dateOrder;
+  std::optional<char> decimal;  ///< the sign in front of decimals, '.' or ','
+  bool replace = false;         ///< "?" takes the place of what windows-1252 lacks
+  bool raw = false;             ///< the bytes are handed over as they are
+};
+
+}  // namespace velk

@@ -1,0 +1,98 @@
+#include "apps/opnimp/convert/canonical_writer.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::string_view lineEnd = "\r\n";
+
+/// What a value cannot have outside quotes.
+bool needsQuotes(std::string_view value) {
+  return std::ranges::any_of(value,
+                             [](char c) { return c == ',' || c == '"' || c == '\n' || c == '\r'; });
+}
+
+}  // namespace
+
+// The screens take a title with its quotes, and so do not know it.
+void CanonicalWriter::writeTitles(const RowReader& rows) {
+  beginRow(rows);
+  for (std::size_t cell = 0; cell < rows.cells().size(); ++cell) {
+    if (cell > 0) bytes_ += ',';
+    const std::string_view title = meantValue(rows.cells()[cell], room_);
+    if (needsQuotes(title)) {
+      const std::string_view written = rows.cells()[cell];
+      isCanonical_ ? encode(written, rows.line()) : writeText(written, rows.line());
+    } else {
+      encode(title, rows.line());
+    }
+  }
+  endRow(rows);
+}
+
+void CanonicalWriter::writeRow(const RowReader& rows) {
+  beginRow(rows);
+  if (isCanonical_) {
+    bytes_ += rows.row();
+  } else {
+    writeCells(rows, 0, rows.cells().size());
+  }
+  endRow(rows);
+}
+
+void CanonicalWriter::beginRow(const RowReader& rows) {
+  if (!isCanonical_) lines_.push_back(rows.line());
+}
+
+void CanonicalWriter::writeCells(const RowReader& rows, std::size_t first, std::size_t end) {
+  for (std::size_t cell = first; cell < end; ++cell) {
+    if (cell > 0) bytes_ += ',';
+    if (isCanonical_) {
+      bytes_ += rows.cells()[cell];
+    } else {
+      writeText(rows.cells()[cell], rows.line());
+    }
+  }
+}
+
+void CanonicalWriter::writeValue(std::string_view value, std::size_t cell) {
+  if (cell > 0) bytes_ += ',';
+  bytes_ += value;
+}
+
+void CanonicalWriter::endRow(const RowReader& rows) {
+  bytes_ += isCanonical_ ? rows.lineEnd() : lineEnd;
+}
+
+void CanonicalWriter::writeText(std::string_view written, std::size_t line) {
+  const std::string_view value = meantValue(written, room_);
+  if (value.find(',') != std::string_view::npos) commas_.add(value, line);
+  if (!needsQuotes(value)) return encode(value, line);
+  writeQuoted(value);
+  encode(quoted_, line);
+}
+
+/// A line break within a value is a line feed: a pair would end the record.
+void CanonicalWriter::writeQuoted(std::string_view value) {
+  quoted_ = '"';
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    if (value.substr(i).starts_with(lineEnd)) continue;
+    if (value[i] == '"') quoted_ += '"';
+    quoted_ += value[i];
+  }
+  quoted_ += '"';
+}
+
+void CanonicalWriter::encode(std::string_view text, std::size_t line) {
+  if (!fromUtf8_ || isAscii(text)) {
+    bytes_ += text;
+  } else if (CodePage::windows1252().appendEncoded(bytes_, text) > 0) {
+    lacking_.add(text, line);
+  }
+}
+
+}  // namespace velk

@@ -1,0 +1,58 @@
+// Writes rows in the way that the screens read them.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "apps/opnimp/convert/row_reader.h"
+#include "apps/opnimp/convert/value_survey.h"
+
+namespace velk {
+
+class CanonicalWriter {
+ public:
+  /// `fromUtf8`: else the rows are in windows-1252. `isCanonical`: they are laid out as the screens
+  /// have them, and what is not rewritten stays byte for byte.
+  CanonicalWriter(bool fromUtf8, bool isCanonical)
+      : fromUtf8_(fromUtf8), isCanonical_(isCanonical) {}
+
+  void reserve(std::size_t size) { bytes_.reserve(size); }
+
+  void writeTitles(const RowReader& rows);
+  void writeRow(const RowReader& rows);
+
+  // A row, cell by cell.
+  void beginRow(const RowReader& rows);
+  /// Those from `first` to before `end`.
+  void writeCells(const RowReader& rows, std::size_t first, std::size_t end);
+  /// In the place of the cell: ASCII without separators.
+  void writeValue(std::string_view value, std::size_t cell);
+  void endRow(const RowReader& rows);
+
+  /// Values with letters that windows-1252 does not have.
+  const Tally& lacking() const { return lacking_; }
+  /// Values with a comma.
+  const Tally& commas() const { return commas_; }
+  std::string takeBytes() { return std::move(bytes_); }
+  /// The line of each row.
+  std::vector<std::size_t> takeLines() { return std::move(lines_); }
+
+ private:
+  void writeText(std::string_view written, std::size_t line);
+  void writeQuoted(std::string_view value);
+  void encode(std::string_view text, std::size_t line);
+
+  bool fromUtf8_;
+  bool isCanonical_;
+  std::string bytes_;
+  std::vector<std::size_t> lines_;
+  std::string room_;
+  std::string quoted_;
+  Tally lacking_;
+  Tally commas_;
+};
+
+}  // namespace velk

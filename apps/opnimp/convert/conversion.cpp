@@ -1,0 +1,225 @@
+#include "apps/opnimp/convert/conversion.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/convert/canonical_writer.h"
+#include "apps/opnimp/convert/layout.h"
+#include "apps/opnimp/convert/source_text.h"
+#include "apps/opnimp/convert/value_survey.h"
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+/// A column with dates or amounts.
+struct ValueColumn {
+  std::size_t column;
+  FieldNature nature;
+};
+
+class Converter {
+ public:
+  Converter(std::string_view bytes, const Arguments& arguments)
+      : arguments_(arguments),
+        source_(bytes, arguments.convert),
+        layout_(findLayout(source_.text(), arguments)),
+        isCanonical_(source_.isCanonical() && layout_.isCanonical) {
+    // Pairs within quotes end a line on the screens only.
+    if (!isCanonical_ && layout_.ends == LineEnds::Pairs) layout_.ends = LineEnds::LineFeeds;
+  }
+
+  Conversion convert() {
+    readTitles();
+    // Nothing in such a file could be told otherwise.
+    if (!isCanonical_ || !columns_.empty()) survey();
+    tellText();
+    tellLayout();
+    rules_ = survey_.decide(arguments_.convert, isCanonical_);
+    std::ranges::move(rules_.assumptions, std::back_inserter(result_.assumptions));
+    for (const std::string& refusal : rules_.refusals) refuse(refusal);
+    refuseBroken();
+    const bool isWritten = !isCanonical_ || rules_.changeValues || quotedTitles_;
+    if (result_.refusal.empty() && isWritten) write();
+    return std::move(result_);
+  }
+
+ private:
+  void refuse(const std::string& why) {
+    result_.refusal.append(result_.refusal.empty() ? "" : "; ").append(why);
+  }
+
+  void assume(Assumption assumption) { result_.assumptions.push_back(std::move(assumption)); }
+
+  void readTitles() {
+    RowReader rows = layout_.rows(source_.text());
+    if (!rows.next()) return;
+    width_ = rows.cells().size();
+    std::string room;
+    for (std::size_t column = 0; column < width_; ++column) {
+      const std::string_view written = rows.cells()[column];
+      const std::string_view title = trim(meantValue(written, room));
+      // A title with a comma keeps its quotes, without which it would be two.
+      const bool isFreed = written.size() > 2 && written.starts_with('"') &&
+                           title.find_first_of(",\"") == std::string_view::npos;
+      quotedTitles_ = quotedTitles_ || isFreed;
+      const std::size_t field = fieldOf(title, column, arguments_);
+      if (field >= arguments_.kind->titles.size()) continue;
+      const FieldNature nature = arguments_.kind->titles[field].nature;
+      if (nature != FieldNature::Text) columns_.push_back({column, nature});
+    }
+    if (quotedTitles_ && isCanonical_) {
+      assume({"titles", "without their quotes", "line 1 has them in quotes", ""});
+    }
+  }
+
+  /// The values of a row of another width are not where they belong: it stays as it is, and the
+  /// warnings tell of it.
+  bool hasValues(const RowReader& rows) const {
+    return !rows.isBroken() && rows.cells().size() == width_;
+  }
+
+  void survey() {
+    RowReader rows = layout_.rows(source_.text());
+    rows.next();
+    while (rows.next()) {
+      if (rows.row().empty()) continue;
+      ++rows_;
+      if (rows.cells().size() == width_) ++wellFormed_;
+      if (rows.isBroken()) broken_.add(rows.row().substr(0, shownBroken), rows.line());
+      if (!hasValues(rows)) continue;
+      for (const ValueColumn& column : columns_) {
+        const std::string_view value = valueText(rows.cells()[column.column]);
+        if (value.empty()) continue;
+        if (column.nature == FieldNature::Date) {
+          survey_.addDate(value, rows.line());
+        } else {
+          survey_.addAmount(value, rows.line());
+        }
+      }
+    }
+  }
+
+  /// A date or amount as UTF-8, without its quotes and the blanks around it.
+  std::string_view valueText(std::string_view written) {
+    std::string_view value = trim(meantValue(written, room_));
+    if (source_.isUtf8() || isAscii(value)) return value;
+    decoded_ = CodePage::windows1252().decode(value);
+    return decoded_;
+  }
+
+  void tellText() {
+    if (source_.assumption()) assume(*source_.assumption());
+  }
+
+  void tellLayout() {
+    for (Assumption& assumption : layout_.assumptions) assume(std::move(assumption));
+    if (layout_.delimiter == ',' || arguments_.convert.delimiter) return;
+    const std::string counts = grouped(wellFormed_) + " of " + counted(rows_, "line", "lines") +
+                               (rows_ == 1 ? " has " : " have ") +
+                               counted(width_, "value", "values");
+    assume({"delimiter", delimiterName(layout_.delimiter),
+            layout_.separatorLine.empty() ? counts : layout_.separatorLine + ", and " + counts,
+            "--delimiter SIGN"});
+  }
+
+  /// In the format of the screens the warnings tell what they make of such a row.
+  void refuseBroken() {
+    if (!broken_ || isCanonical_) return;
+    refuse("a quote is missing, or stands within a quoted value, in " +
+           counted(broken_.count, "record", "records") + ", the first being that of line " +
+           grouped(broken_.line) + ": correct it");
+  }
+
+  void write() {
+    CanonicalWriter writer(source_.isUtf8(), isCanonical_);
+    writer.reserve(source_.text().size());
+    RowReader rows = layout_.rows(source_.text());
+    for (bool isHeader = true; rows.next(); isHeader = false) {
+      if (!isHeader && rows.row().empty() && !isCanonical_) continue;
+      if (isHeader) {
+        writer.writeTitles(rows);
+      } else if (!hasValues(rows)) {
+        writer.writeRow(rows);
+      } else {
+        writer.beginRow(rows);
+        rewriteValues(rows, writer);
+        writer.endRow(rows);
+      }
+    }
+    finish(writer);
+  }
+
+  void rewriteValues(const RowReader& rows, CanonicalWriter& writer) {
+    std::size_t next = 0;
+    for (const ValueColumn& column : columns_) {
+      const std::string_view value = valueText(rows.cells()[column.column]);
+      bool fits = true;
+      const auto cell = column.nature == FieldNature::Date
+                            ? canonicalDateCell(value, rules_, fits)
+                            : canonicalAmountCell(value, rules_, fits);
+      if (!fits) misfits_.add(value, rows.line());
+      if (!cell) continue;
+      writer.writeCells(rows, next, column.column);
+      writer.writeValue(*cell, column.column);
+      next = column.column + 1;
+    }
+    writer.writeCells(rows, next, width_);
+  }
+
+  void finish(CanonicalWriter& writer) {
+    if (misfits_) {
+      refuse("with --date-order and --decimal as given " +
+             counted(misfits_.count, "value makes", "values make") + " no sense, the first being " +
+             misfits_.first());
+    }
+    if (writer.lacking()) tellLacking(writer.lacking());
+    result_.commas = writer.commas().count;
+    result_.firstComma = writer.commas().line;
+    if (!result_.refusal.empty()) return;
+    std::string bytes = writer.takeBytes();
+    if (isCanonical_ && bytes == source_.text()) return;
+    result_.bytes = std::move(bytes);
+    if (!isCanonical_) result_.lines = writer.takeLines();
+  }
+
+  void tellLacking(const Tally& lacking) {
+    const std::string values =
+        counted(lacking.count, "value", "values") + ", the first being " + lacking.first();
+    if (arguments_.convert.replace) {
+      assume({"letters that windows-1252 does not have", "?", values, ""});
+    } else {
+      refuse("windows-1252, which the screens read, does not have all letters of " + values +
+             ": correct them, or import them with \"?\" in their place with --replace");
+    }
+  }
+
+  static constexpr std::size_t shownBroken = 80;
+
+  const Arguments& arguments_;
+  SourceText source_;
+  Layout layout_;
+  const bool isCanonical_;
+  std::size_t width_ = 0;  // values in the line of titles
+  std::vector<ValueColumn> columns_;
+  bool quotedTitles_ = false;
+  std::size_t rows_ = 0;
+  std::size_t wellFormed_ = 0;  // rows as wide as the titles
+  Tally broken_;
+  Tally misfits_;
+  ValueSurvey survey_;
+  ValueRules rules_;
+  std::string room_;
+  std::string decoded_;
+  Conversion result_;
+};
+
+}  // namespace
+
+Conversion convert(std::string_view bytes, const Arguments& arguments) {
+  return Converter(bytes, arguments).convert();
+}
+
+}  // namespace velk

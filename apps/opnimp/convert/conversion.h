@@ -1,0 +1,30 @@
+// A file as people have it becomes the one that the screens read: windows-1252, commas, carriage
+// return + line feed, the titles in the first line, dates day first, amounts with a point.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "apps/opnimp/cli/arguments.h"
+#include "apps/opnimp/convert/assumption.h"
+
+namespace velk {
+
+struct Conversion {
+  std::optional<std::string> bytes;  ///< empty: the screens read the file as it is
+  std::vector<std::size_t> lines;    ///< in the file, of each line of `bytes`; empty: the same
+  std::vector<Assumption> assumptions;
+  std::string refusal;  ///< what the file does not decide, or the screens cannot hold
+  /// Values with a comma, which the screens leave out: their number, and the first one's line.
+  std::size_t commas = 0;
+  std::size_t firstComma = 0;
+};
+
+/// By the kind, the --map options and the ConvertOptions of the arguments. Raises UsageError for
+/// options that do not go with the file.
+Conversion convert(std::string_view bytes, const Arguments& arguments);
+
+}  // namespace velk

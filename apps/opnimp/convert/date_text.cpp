@@ -1,0 +1,100 @@
+#include "apps/opnimp/convert/date_text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "base/numbers.h"
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+/// Only of dates that have one, so that it matters to none of them.
+constexpr int anyYear = 2000;
+
+int numberOf(std::string_view digits) {
+  return exactNumber<int>(digits).value_or(0);
+}
+
+DateText ofOrder(const CivilDate& date) {
+  const bool dayFirst = isCivil(date);
+  const CivilDate exchanged{date.year, date.day, date.month};
+  const bool monthFirst = isCivil(exchanged);
+  if (dayFirst && date.day == date.month) return {DateClue::AnyOrder, date};
+  if (dayFirst) return {monthFirst ? DateClue::EitherFirst : DateClue::DayFirst, date};
+  return monthFirst ? DateText{DateClue::MonthFirst, exchanged} : DateText{};
+}
+
+/// 31/03/2008, which most dates look like.
+std::optional<DateText> readUsual(std::string_view text) {
+  constexpr std::size_t length = 10;
+  if (text.size() != length || text[2] != text[5]) return std::nullopt;
+  if (text[2] != '/' && text[2] != '-' && text[2] != '.') return std::nullopt;
+  for (std::size_t i = 0; i < length; ++i) {
+    if (i != 2 && i != 5 && !isDigit(text[i])) return std::nullopt;
+  }
+  return ofOrder(
+      {numberOf(text.substr(6)), numberOf(text.substr(3, 2)), numberOf(text.substr(0, 2))});
+}
+
+/// 20080331: only a year of these centuries makes a date of a number.
+std::optional<DateText> readDigits(std::string_view text) {
+  constexpr std::size_t length = 8;
+  if (text.size() != length || !std::ranges::all_of(text, isDigit)) return std::nullopt;
+  const CivilDate date{numberOf(text.substr(0, 4)), numberOf(text.substr(4, 2)),
+                       numberOf(text.substr(6))};
+  if (date.year < 1900 || date.year > 2099 || !isCivil(date)) return std::nullopt;
+  return DateText{DateClue::AnyOrder, date, true};
+}
+
+/// 08/03/31.
+std::optional<CivilDate> readShortYearFirst(std::string_view text) {
+  std::array<std::string_view, 3> parts;
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    const std::size_t end = std::min(text.find_first_of("/-. "), text.size());
+    parts[i] = text.substr(0, end);
+    const bool fits = !parts[i].empty() && end <= 2 && std::ranges::all_of(parts[i], isDigit);
+    if (!fits || (end == text.size()) != (i + 1 == parts.size())) return std::nullopt;
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  const int year = numberOf(parts[0]);
+  const CivilDate date{year + (year < 30 ? 2000 : 1900), numberOf(parts[1]), numberOf(parts[2])};
+  return isCivil(date) ? std::optional(date) : std::nullopt;
+}
+
+std::string dayFirst(const CivilDate& date) {
+  return formatDayFirst(dateFromCivil(date));
+}
+
+}  // namespace
+
+DateText readDateText(std::string_view text) {
+  if (text.empty()) return {};
+  if (const auto usual = readUsual(text)) return *usual;
+  if (const auto digits = readDigits(text)) return *digits;
+  const std::optional<DateReading> reading = readDate(text, anyYear);
+  if (!reading || !reading->hasYear || !reading->hasDay) return {};
+  const CivilDate date = civilFromDate(reading->date);
+  if (reading->namesMonth || reading->order == DateOrder::YearMonthDay) {
+    return {DateClue::AnyOrder, date};
+  }
+  if (reading->order == DateOrder::MonthDayYear) return {DateClue::MonthFirst, date};
+  if (reading->ambiguous) return {DateClue::EitherFirst, date};
+  return {date.day == date.month ? DateClue::AnyOrder : DateClue::DayFirst, date};
+}
+
+std::optional<std::string> canonicalDate(std::string_view text, const DateText& date,
+                                         DateOrder order) {
+  if (order == DateOrder::YearMonthDay) {
+    if (const auto yearFirst = readShortYearFirst(text)) return dayFirst(*yearFirst);
+    return date.clue == DateClue::AnyOrder ? std::optional(dayFirst(date.date)) : std::nullopt;
+  }
+  const bool isDayFirst = order == DateOrder::DayMonthYear;
+  if (date.clue == (isDayFirst ? DateClue::MonthFirst : DateClue::DayFirst)) return std::nullopt;
+  if (date.clue != DateClue::EitherFirst || isDayFirst) return dayFirst(date.date);
+  return dayFirst({date.date.year, date.date.day, date.date.month});
+}
+
+}  // namespace velk

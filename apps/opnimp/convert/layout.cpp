@@ -1,0 +1,213 @@
+#include "apps/opnimp/convert/layout.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+struct Delimiter {
+  char sign;
+  std::string_view name;
+};
+// In the order of preference where a text says nothing.
+constexpr std::array<Delimiter, 4> delimiters{
+    {{',', "comma"}, {';', "semicolon"}, {'\t', "tab"}, {'|', "bar"}}};
+
+constexpr std::string_view separatorMark = "sep=";
+/// No file has more lines above its titles.
+constexpr std::size_t mostLinesAbove = 50;
+/// Titles beyond are none: a hostile line may have millions.
+constexpr std::size_t mostTitles = 500;
+
+struct Ends {
+  std::size_t pairs = 0;
+  std::size_t feeds = 0;    // without a carriage return before them
+  std::size_t returns = 0;  // without a line feed behind them
+};
+
+Ends countEnds(std::string_view text) {
+  Ends ends;
+  const auto feeds = static_cast<std::size_t>(std::ranges::count(text, '\n'));
+  const auto returns = static_cast<std::size_t>(std::ranges::count(text, '\r'));
+  for (std::size_t at = 0; (at = text.find("\r\n", at)) != std::string_view::npos; at += 2) {
+    ++ends.pairs;
+  }
+  ends.feeds = feeds - ends.pairs;
+  ends.returns = returns - ends.pairs;
+  return ends;
+}
+
+Assumption ofEnds(std::string value, const std::string& reason) {
+  return {"line ends", std::move(value), reason, ""};
+}
+
+std::string linesEnd(std::size_t count) {
+  return counted(count, "line ends in", "lines end in");
+}
+
+/// Line feeds may stand in quoted values of a file whose lines end in pairs.
+void findEnds(std::string_view text, Layout& layout) {
+  const Ends ends = countEnds(text);
+  if (ends.feeds > 0) {
+    layout.ends = LineEnds::LineFeeds;
+    const std::string paired =
+        ends.pairs == 0 ? "" : ", " + grouped(ends.pairs) + " in carriage return + line feed";
+    layout.assumptions.push_back(
+        ofEnds("line feeds", linesEnd(ends.feeds) + " a line feed" + paired));
+  } else if (ends.pairs == 0 && ends.returns > 0) {
+    layout.ends = LineEnds::CarriageReturns;
+    layout.assumptions.push_back(
+        ofEnds("carriage returns", linesEnd(ends.returns) + " a carriage return"));
+  }
+}
+
+/// The first line, where it is one for spreadsheet programs: "sep=;".
+void takeSeparatorLine(std::string_view text, Layout& layout, bool isGiven) {
+  const std::string_view start = text.substr(0, separatorMark.size() + 1);
+  if (start.size() <= separatorMark.size()) return;
+  if (!equalsIgnoringCase(start.substr(0, separatorMark.size()), separatorMark)) return;
+  RowReader rows(text, '\0', layout.ends);
+  rows.next();
+  if (rows.row().size() != start.size()) return;
+  if (!isGiven) {
+    layout.delimiter = start.back();
+    layout.separatorLine = std::string("line 1 says ") + std::string(rows.row());
+  }
+  layout.offset = rows.row().size() + rows.lineEnd().size();
+  layout.headerLine = 2;
+}
+
+/// How many fields of the kind a row names.
+std::size_t countTitles(const RowReader& rows, const Arguments& arguments) {
+  std::size_t count = 0;
+  std::string room;
+  for (std::size_t i = 0; i < std::min(rows.cells().size(), mostTitles); ++i) {
+    const std::string_view title = trim(meantValue(rows.cells()[i], room));
+    if (!title.empty() && fieldOf(title, i, arguments) < arguments.kind->titles.size()) ++count;
+  }
+  return count;
+}
+
+struct Candidate {
+  char delimiter;
+  std::size_t titles = 0;
+  std::size_t agreeing = 0;  // lines with as many values as the first one, if it has several
+  std::size_t offset = 0;
+  std::size_t line = 1;
+};
+
+/// What speaks for a delimiter in the first lines.
+Candidate look(std::string_view text, const Layout& layout, char delimiter,
+               const Arguments& arguments) {
+  Candidate found{delimiter, 0, 0, layout.offset, layout.headerLine};
+  RowReader rows(text, delimiter, layout.ends, layout.offset, layout.headerLine);
+  std::size_t width = 0;
+  std::size_t offset = layout.offset;
+  for (std::size_t row = 0; row < mostLinesAbove && rows.next(); ++row) {
+    if (row == 0) width = rows.cells().size();
+    if (width > 1 && rows.cells().size() == width) ++found.agreeing;
+    const std::size_t titles = countTitles(rows, arguments);
+    if (titles > found.titles) {
+      found = {delimiter, titles, found.agreeing, offset, rows.line()};
+    }
+    offset += rows.row().size() + rows.lineEnd().size();
+    if (arguments.convert.headerLine != 0) break;
+  }
+  return found;
+}
+
+Candidate best(std::string_view text, const Layout& layout, const Arguments& arguments) {
+  Candidate chosen = look(text, layout, layout.delimiter, arguments);
+  if (arguments.convert.delimiter || !layout.separatorLine.empty()) return chosen;
+  for (const Delimiter& delimiter : delimiters) {
+    const Candidate other = look(text, layout, delimiter.sign, arguments);
+    if (std::pair(other.titles, other.agreeing) > std::pair(chosen.titles, chosen.agreeing)) {
+      chosen = other;
+    }
+  }
+  return chosen;
+}
+
+bool allEndInPairs(std::string_view text, const Layout& layout) {
+  if (layout.ends != LineEnds::LineFeeds) return false;
+  RowReader rows = layout.rows(text);
+  while (rows.next()) {
+    if (rows.lineEnd() == "\n" || rows.isBroken()) return false;
+  }
+  return true;
+}
+
+/// As the user counts: by what ends lines, in quotes, too.
+void goToHeader(std::string_view text, std::size_t line, Layout& layout) {
+  const std::string_view end = layout.ends == LineEnds::CarriageReturns ? "\r" : "\n";
+  std::size_t offset = 0;
+  for (std::size_t at = 1; at < line && offset < text.size(); ++at) {
+    offset = std::min(text.find(end, offset), text.size() - 1) + 1;
+  }
+  if (offset >= text.size()) {
+    throw UsageError("the file has no line " + grouped(line) +
+                     " that could hold the titles: check --header-line and --skip-lines");
+  }
+  layout.offset = offset;
+  layout.headerLine = line;
+}
+
+}  // namespace
+
+std::string delimiterName(char delimiter) {
+  const auto* const found = std::ranges::find(delimiters, delimiter, &Delimiter::sign);
+  return found == delimiters.end() ? printable({&delimiter, 1}) : std::string(found->name);
+}
+
+std::size_t fieldOf(std::string_view title, std::size_t column, const Arguments& arguments) {
+  const std::span<const FieldTitle> titles = arguments.kind->titles;
+  const auto named = [&](std::string_view name) {
+    const auto found = std::ranges::find_if(titles, [&](const FieldTitle& field) {
+      return equalsIgnoringCase(trim(field.title), trim(name));
+    });
+    return static_cast<std::size_t>(found - titles.begin());
+  };
+  for (const MapOption& map : arguments.maps) {
+    const bool isMeant = equalsIgnoringCase(trim(map.column), trim(title)) ||
+                         map.column == "#" + std::to_string(column + 1);
+    if (isMeant) return named(map.field);
+  }
+  return named(title);
+}
+
+Layout findLayout(std::string_view text, const Arguments& arguments) {
+  const ConvertOptions& options = arguments.convert;
+  Layout layout;
+  findEnds(text, layout);
+  layout.delimiter = options.delimiter.value_or(',');
+  takeSeparatorLine(text, layout, options.delimiter.has_value());
+  if (options.headerLine != 0) goToHeader(text, options.headerLine, layout);
+  const Candidate chosen = best(text, layout, arguments);
+  layout.delimiter = chosen.delimiter;
+  if (options.headerLine == 0 && chosen.titles > 0 && chosen.line != layout.headerLine) {
+    layout.assumptions.push_back({"titles", "line " + grouped(chosen.line),
+                                  "it holds " + counted(chosen.titles, "title", "titles") + " of " +
+                                      std::string(arguments.kind->name),
+                                  "--header-line N"});
+    layout.offset = chosen.offset;
+    layout.headerLine = chosen.line;
+  }
+  // Line feeds within quoted values end no line.
+  if (layout.delimiter == ',' && layout.offset == 0 && allEndInPairs(text, layout)) {
+    layout.ends = LineEnds::Pairs;
+    layout.assumptions.clear();
+  }
+  layout.isCanonical =
+      layout.ends == LineEnds::Pairs && layout.delimiter == ',' && layout.offset == 0;
+  return layout;
+}
+
+}  // namespace velk

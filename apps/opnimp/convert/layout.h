@@ -1,0 +1,41 @@
+// How a text is laid out: what ends its lines, what separates its values, which line has the
+// titles.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "apps/opnimp/cli/arguments.h"
+#include "apps/opnimp/convert/assumption.h"
+#include "apps/opnimp/convert/row_reader.h"
+
+namespace velk {
+
+struct Layout {
+  LineEnds ends = LineEnds::Pairs;
+  char delimiter = ',';
+  std::size_t offset = 0;      ///< of the line with the titles
+  std::size_t headerLine = 1;  ///< its number
+  bool isCanonical = true;     ///< it is that of the screens
+  std::string separatorLine;   ///< "line 1 says sep=;", where it does
+  std::vector<Assumption> assumptions;
+
+  RowReader rows(std::string_view text) const {
+    return RowReader(text, delimiter, ends, offset, headerLine);
+  }
+};
+
+/// Raises UsageError for a line of titles that the text does not have.
+Layout findLayout(std::string_view text, const Arguments& arguments);
+
+/// "semicolon", or the sign itself.
+std::string delimiterName(char delimiter);
+
+/// The field of the kind that a column belongs to by its title and by --map; its count where there
+/// is none. `column` counts from 0.
+std::size_t fieldOf(std::string_view title, std::size_t column, const Arguments& arguments);
+
+}  // namespace velk

@@ -1,0 +1,18 @@
+// Encodings by the names that the machine's library knows them by.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velk {
+
+bool knowsEncoding(const std::string& name);
+
+/// As UTF-8, with U+FFFD for what is none of that encoding. The name is one that is known.
+std::string decodeNamed(const std::string& name, std::string_view bytes);
+
+/// What a text of single bytes may be in, by how often letters stand where; empty where that says
+/// nothing. No more than a hint.
+std::string likelyEncoding(std::string_view bytes);
+
+}  // namespace velk

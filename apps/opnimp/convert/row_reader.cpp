@@ -1,0 +1,113 @@
+#include "apps/opnimp/convert/row_reader.h"
+
+#include <algorithm>
+
+#include "shared/csv_text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr char quote = '"';
+constexpr std::string_view pair = "\r\n";
+/// No list shows more columns.
+constexpr std::size_t mostCells = 32767;
+
+}  // namespace
+
+RowReader::RowReader(std::string_view text, char delimiter, LineEnds ends, std::size_t offset,
+                     std::size_t line)
+    : text_(text),
+      delimiter_(delimiter),
+      ends_(ends),
+      next_(offset),
+      line_(line),
+      nextLine_(line) {}
+
+bool RowReader::next() {
+  if (next_ >= text_.size()) return false;
+  start_ = next_;
+  line_ = nextLine_;
+  broken_ = false;
+  cells_.clear();
+  for (std::size_t at = start_;; ++at) {
+    const std::size_t begin = at;
+    const bool isQuoted = at < text_.size() && text_[at] == quote;
+    at = isQuoted ? endOfQuoted(at) : endOfPlain(at);
+    if (cells_.size() < mostCells) {
+      cells_.push_back(text_.substr(begin, at - begin));
+    } else {
+      broken_ = true;
+    }
+    if (at < text_.size() && text_[at] == delimiter_) continue;
+    endRow(at);
+    return true;
+  }
+}
+
+bool RowReader::isLineEnd(std::size_t at) const {
+  const char c = text_[at];
+  switch (ends_) {
+    case LineEnds::Pairs:
+      return c == '\r' && at + 1 < text_.size() && text_[at + 1] == '\n';
+    case LineEnds::LineFeeds:
+      return c == '\n' || (c == '\r' && at + 1 < text_.size() && text_[at + 1] == '\n');
+    default:
+      return c == '\r';
+  }
+}
+
+std::size_t RowReader::endOfPlain(std::size_t at) const {
+  for (; at < text_.size(); ++at) {
+    const char c = text_[at];
+    if (c == delimiter_) return at;
+    // Only a carriage return or a line feed can begin a line end.
+    if ((c == '\n' || c == '\r') && isLineEnd(at)) return at;
+  }
+  return at;
+}
+
+std::size_t RowReader::endOfQuoted(std::size_t at) {
+  for (++at; at < text_.size(); ++at) {
+    if (text_[at] == quote) {
+      if (at + 1 == text_.size() || text_[at + 1] != quote) break;
+      ++at;
+    } else if (ends_ == LineEnds::Pairs && isLineEnd(at)) {
+      broken_ = true;
+      return at;
+    }
+  }
+  if (at == text_.size()) {
+    broken_ = true;
+    return at;
+  }
+  const std::size_t end = endOfPlain(at + 1);
+  if (end != at + 1) broken_ = true;
+  return end;
+}
+
+void RowReader::endRow(std::size_t at) {
+  end_ = at;
+  if (end_ - start_ > maxLineLength) broken_ = true;
+  const std::string_view rest = text_.substr(at, pair.size());
+  next_ = at + (rest == pair ? pair.size() : std::min<std::size_t>(rest.size(), 1));
+  const char feed = ends_ == LineEnds::CarriageReturns ? '\r' : '\n';
+  // Most rows have one line.
+  nextLine_ = line_ + static_cast<std::size_t>(
+                          std::count(text_.data() + start_, text_.data() + next_, feed));
+}
+
+std::string_view meantValue(std::string_view written, std::string& room) {
+  const bool isQuoted = written.size() >= 2 && written.front() == quote && written.back() == quote;
+  if (!isQuoted) return written;
+  const std::string_view inside = written.substr(1, written.size() - 2);
+  if (inside.find(quote) == std::string_view::npos) return inside;
+  room.clear();
+  for (std::size_t i = 0; i < inside.size(); ++i) {
+    room += inside[i];
+    if (inside[i] == quote) ++i;  // its twin
+  }
+  return room;
+}
+
+}  // namespace velk

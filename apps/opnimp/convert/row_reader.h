@@ -1,0 +1,61 @@
+// A text with separators, row by row. A value that begins with a double quote goes on to the next
+// single one, separators and line breaks included; two quotes inside it are one.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velk {
+
+enum class LineEnds {
+  Pairs,           ///< carriage return + line feed only, inside quotes, too: as the screens read
+  LineFeeds,       ///< with or without a carriage return before it
+  CarriageReturns  ///< alone
+};
+
+class RowReader {
+ public:
+  /// The text lives as long. `line` is the number of the one at `offset`.
+  RowReader(std::string_view text, char delimiter, LineEnds ends, std::size_t offset = 0,
+            std::size_t line = 1);
+
+  /// Goes on to the next row; false behind the last one.
+  bool next();
+
+  /// The values as they are written, quotes included; valid until the next row.
+  std::span<const std::string_view> cells() const { return cells_; }
+  /// Without its line end.
+  std::string_view row() const { return text_.substr(start_, end_ - start_); }
+  std::string_view lineEnd() const { return text_.substr(end_, next_ - end_); }
+  /// Of its beginning.
+  std::size_t line() const { return line_; }
+  /// A quoted value does not end, or goes on behind its closing quote, so that where values begin
+  /// and end is anybody's guess; or the row is longer than any record, and not all of its values
+  /// are told.
+  bool isBroken() const { return broken_; }
+
+ private:
+  std::size_t endOfQuoted(std::size_t at);
+  std::size_t endOfPlain(std::size_t at) const;
+  bool isLineEnd(std::size_t at) const;
+  void endRow(std::size_t at);
+
+  std::string_view text_;
+  char delimiter_;
+  LineEnds ends_;
+  std::size_t start_ = 0;
+  std::size_t end_ = 0;
+  std::size_t next_;
+  std::size_t line_;
+  std::size_t nextLine_;
+  bool broken_ = false;
+  std::vector<std::string_view> cells_;
+};
+
+/// What a value means: without its quotes. `room` holds it where that takes a text of its own.
+std::string_view meantValue(std::string_view written, std::string& room);
+
+}  // namespace velk

@@ -1,0 +1,168 @@
+#include "apps/opnimp/convert/source_text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <utility>
+
+#include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/convert/named_encodings.h"
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::string_view utf8 = "UTF-8";
+constexpr std::string_view littleEndian = "UTF-16LE";
+constexpr std::string_view bigEndian = "UTF-16BE";
+constexpr std::string_view windows = "windows-1252";
+
+struct Mark {
+  std::string_view bytes;
+  std::string_view encoding;
+};
+constexpr std::array<Mark, 3> marks{
+    {{"\xEF\xBB\xBF", utf8}, {"\xFF\xFE", littleEndian}, {"\xFE\xFF", bigEndian}}};
+
+/// Letters and digits in lower case: "Windows-1252" is "windows1252".
+std::string plainName(std::string_view name) {
+  std::string plain = lowerAscii(name);
+  std::erase_if(plain, [](char c) { return c == '-' || c == '_' || c == ' '; });
+  return plain;
+}
+
+bool isNamed(const std::string& name, std::string_view encoding) {
+  const std::string plain = plainName(name);
+  return plain == plainName(encoding) || (encoding == windows && plain == "cp1252");
+}
+
+/// The order is that of the machines that the program runs on, or the other one.
+std::string decodeWide(std::string_view bytes, bool isBigEndian) {
+  std::u16string units(bytes.size() / 2, u'\0');
+  const std::size_t high = isBigEndian ? 0 : 1;
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    units[i] = static_cast<char16_t>(static_cast<unsigned char>(bytes[2 * i + high]) << 8U |
+                                     static_cast<unsigned char>(bytes[2 * i + 1 - high]));
+  }
+  std::string text = toUtf8(units);
+  if (bytes.size() % 2 != 0) text.append("\xEF\xBF\xBD");  // half a character
+  return text;
+}
+
+/// The half of the pairs in a text of Western letters that is always NUL; empty for other texts.
+std::string_view orderOfNuls(std::string_view bytes) {
+  constexpr std::size_t looked = 4096;
+  std::array<std::size_t, 2> nuls{};
+  const std::size_t length = std::min(bytes.size(), looked) / 2 * 2;
+  for (std::size_t i = 0; i < length; ++i) nuls[i % 2] += bytes[i] == '\0' ? 1 : 0;
+  const std::size_t many = length / 2 * 3 / 4;
+  if (length == 0 || bytes.size() % 2 != 0) return {};
+  if (nuls[1] > many && nuls[0] == 0) return littleEndian;
+  return nuls[0] > many && nuls[1] == 0 ? bigEndian : std::string_view();
+}
+
+std::string lineText(std::string_view text, std::size_t offset) {
+  return "line " + std::to_string(lineAt(text, offset));
+}
+
+std::size_t firstBeyondAscii(std::string_view text) {
+  return static_cast<std::size_t>(
+      std::ranges::find_if(text, [](char c) { return static_cast<unsigned char>(c) >= 0x80; }) -
+      text.begin());
+}
+
+}  // namespace
+
+std::size_t lineAt(std::string_view text, std::size_t offset) {
+  return static_cast<std::size_t>(std::ranges::count(text.substr(0, offset), '\n')) + 1;
+}
+
+SourceText::SourceText(std::string_view bytes, const ConvertOptions& options) {
+  const std::string& wanted = options.encoding;
+  if (takeMarked(bytes, wanted)) return;
+  if (!wanted.empty()) {
+    takeNamed(bytes, wanted);
+  } else if (!takeWide(bytes)) {
+    takeFound(bytes);
+  }
+}
+
+void SourceText::assume(std::string_view encoding, std::string reason) {
+  assumption_ = {"encoding", std::string(encoding), std::move(reason), "--encoding NAME"};
+}
+
+void SourceText::decode(std::string_view bytes, std::string_view encoding) {
+  utf8_ = encoding != windows;
+  if (encoding == littleEndian || encoding == bigEndian) {
+    decoded_ = decodeWide(bytes, encoding == bigEndian);
+    text_ = decoded_;
+  } else {
+    text_ = bytes;
+  }
+}
+
+/// UTF-16 that is asked for by its name may have a mark that tells its order.
+bool SourceText::takeMarked(std::string_view bytes, const std::string& wanted) {
+  const auto* const mark = std::ranges::find_if(
+      marks, [&](const Mark& known) { return bytes.starts_with(known.bytes); });
+  if (mark == marks.end()) return false;
+  const bool isWide = mark->encoding != utf8;
+  const bool fits =
+      wanted.empty() || isNamed(wanted, mark->encoding) || (isWide && isNamed(wanted, "UTF-16"));
+  if (!fits) return false;
+  decode(bytes.substr(mark->bytes.size()), mark->encoding);
+  if (wanted.empty()) assume(mark->encoding, "the file begins with its byte-order mark");
+  return true;
+}
+
+bool SourceText::takeWide(std::string_view bytes) {
+  const std::string_view order = orderOfNuls(bytes);
+  if (order.empty()) return false;
+  decode(bytes, order);
+  assume(order, std::string("every ") + (order == littleEndian ? "second" : "first") +
+                    " byte of a pair is NUL, as in UTF-16 without a mark");
+  return true;
+}
+
+void SourceText::takeNamed(std::string_view bytes, const std::string& name) {
+  canonical_ = isNamed(name, windows) || isAscii(bytes);
+  for (const std::string_view own : {utf8, littleEndian, bigEndian, windows}) {
+    if (isNamed(name, own)) return decode(bytes, own);
+  }
+  if (!knowsEncoding(name)) {
+    throw UsageError("--encoding: there is no encoding \"" + name +
+                     "\"; there is UTF-8, UTF-16LE, UTF-16BE, windows-1252, and others by their "
+                     "usual names, such as windows-1250, ISO-8859-15 or IBM850");
+  }
+  canonical_ = false;
+  utf8_ = true;
+  decoded_ = decodeNamed(name, bytes);
+  text_ = decoded_;
+}
+
+// Text in another encoding is UTF-8 by chance only if it has next to no letters beyond ASCII.
+void SourceText::takeFound(std::string_view bytes) {
+  const std::size_t first = firstBeyondAscii(bytes);
+  if (first == bytes.size()) {
+    canonical_ = true;
+    text_ = bytes;
+    return;
+  }
+  const std::size_t invalid = findInvalidUtf8(bytes);
+  if (invalid == std::string_view::npos) {
+    decode(bytes, utf8);
+    return assume(
+        utf8, "all letters beyond ASCII, the first in " + lineText(bytes, first) + ", are UTF-8");
+  }
+  canonical_ = true;
+  decode(bytes, windows);
+  std::string reason = lineText(bytes, invalid) + " is no UTF-8";
+  const std::string likely =
+      likelyEncoding(bytes.substr(first - std::min<std::size_t>(first, 4096)));
+  const bool isOther = !likely.empty() && likely != windows && !likely.starts_with("ISO-8859-1");
+  if (isOther) reason += "; how often its letters occur would also go with " + likely;
+  assume(windows, std::move(reason));
+}
+
+}  // namespace velk

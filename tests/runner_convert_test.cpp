@@ -1,0 +1,217 @@
+// Files of other programs become those that the screens read: what they are in, how they are laid
+// out, how their dates and amounts are written.
+#include <doctest/doctest.h>
+
+#include "base/text.h"
+#include "tests/support/json_value.h"
+#include "tests/support/runner.h"
+
+using namespace velk;
+
+namespace {
+
+/// A file of one record under the titles.
+std::string fileOf(std::string_view record) {
+  return std::string(openingTitles).append("\r\n").append(record).append("\r\n");
+}
+
+/// The same with another separator, for values with commas.
+std::string semicolons(std::string_view record) {
+  std::string file = std::string(openingTitles) + "\r\n";
+  for (char& c : file) c = c == ',' ? ';' : c;
+  return file.append(record).append("\r\n");
+}
+
+std::string utf16(std::string_view text, bool isBigEndian) {
+  std::string bytes;
+  for (const char16_t unit : toUtf16(text)) {
+    const char low = static_cast<char>(unit & 0xFFU);
+    const char high = static_cast<char>(unit >> 8U);
+    bytes += isBigEndian ? high : low;
+    bytes += isBigEndian ? low : high;
+  }
+  return bytes;
+}
+
+struct Converted {
+  Ran ran;
+  std::string bytes;
+  std::string said(const char* path) const { return Json(ran.out).at(path); }
+};
+
+Converted converted(std::string_view bytes, std::vector<std::string> more = {},
+                    const std::string& kind = "customer-opening") {
+  RunnerWorld world;
+  std::vector<std::string> args{"convert", kind, world.folder.write("in", bytes),
+                                world.folder.path("out"), "--json"};
+  args.insert(args.end(), more.begin(), more.end());
+  const Ran ran = world.run(args);
+  CHECK(world.folder.has("out") == (ran.status == 0));
+  return {ran, world.folder.read("out")};
+}
+
+/// What becomes of one value: the bill amount or the date of a file with semicolons.
+std::string valueOf(const std::string& bill, const std::string& date,
+                    const std::vector<std::string>& more) {
+  const Converted file = converted(semicolons("C001;;R;" + date + ";" + bill + ";0"), more);
+  if (file.ran.status != 0) return file.said("refused");
+  const std::size_t start = openingTitles.size() + 2 + std::string_view("C001,,R,").size();
+  const std::size_t end = file.bytes.size() - std::string_view(",0\r\n").size();
+  return file.bytes.substr(start, end - start);
+}
+
+}  // namespace
+
+TEST_CASE("a file in any encoding and layout becomes the one that the screens read") {
+  const std::string want = fileOf("C001,Caf\xE9 \x80,R1,31/03/2008,1250.50,60.00");
+  const std::string text = fileOf("C001,Caf\xC3\xA9 \xE2\x82\xAC,R1,31/03/2008,1250.50,60.00");
+  const auto with = [](std::string in, char separator, std::string_view lineEnd) {
+    for (char& c : in) c = c == ',' ? separator : c;
+    for (std::size_t at = 0; (at = in.find("\r\n", at)) != std::string::npos;) {
+      in.replace(at, 2, lineEnd);
+      at += lineEnd.size();
+    }
+    return in;
+  };
+  const struct {
+    std::string bytes, reason;
+    std::vector<std::string> more = {};
+  } rows[] = {
+      {text, "all letters beyond ASCII, the first in line 2, are UTF-8"},
+      {"\xEF\xBB\xBF" + text, "the file begins with its byte-order mark"},
+      {"\xFF\xFE" + utf16(text, false), "the file begins with its byte-order mark"},
+      {"\xFE\xFF" + utf16(text, true), "the file begins with its byte-order mark"},
+      {utf16(text, false), "every second byte of a pair is NUL, as in UTF-16 without a mark"},
+      {utf16(text, true), "every first byte of a pair is NUL, as in UTF-16 without a mark"},
+      {with(text, ';', "\n"), "2 lines end in a line feed"},
+      {with(want, '\t', "\r"), "2 lines end in a carriage return"},
+      {with(want, '|', "\r\n"), "1 of 1 line has 6 values"},
+      {"sep=;\n" + with(text, ';', "\n"), "line 1 says sep=;, and 1 of 1 line has 6 values"},
+      {"Balances\n\nof 2008\n" + text, "it holds 6 titles of customer-opening"},
+      {"x\r\nDate\r\n" + want, "line 4 is no UTF-8", {"--skip-lines", "2"}},
+      {"x\r\nDate\r\n" + want, "line 4 is no UTF-8", {"--header-line", "3"}},
+      {text, "31/03/2008 in line 2", {"--encoding", "utf-8"}},
+      {"\"Customer ID\"" + want.substr(11), "line 1 has them in quotes"},
+      {"C001" + text.substr(11) + text.substr(0, 0),
+       "all letters beyond ASCII",
+       {"--map", "Customer ID=C001"}},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.reason);
+    const Converted file = converted(row.bytes, row.more);
+    CHECK_MESSAGE(contains(file.ran.out, row.reason), file.ran.out);
+    const bool isMapped = row.bytes.starts_with("C001");
+    CHECK(file.bytes == (isMapped ? "C001" + want.substr(11) : want));
+  }
+  // Cyrillic, which windows-1252 does not have.
+  const std::string cyrillic = "C001,\xC8\xE2\xE0\xED,R1,,1,1";
+  CHECK(contains(converted(fileOf(cyrillic), {"--encoding", "windows-1251"}).said("refused"),
+                 "in line 2"));
+  const Converted replaced =
+      converted(fileOf(cyrillic), {"--encoding", "windows-1251", "--replace"});
+  CHECK(replaced.bytes == fileOf("C001,????,R1,,1,1"));
+  CHECK(replaced.said("assumed[0].what") == "letters that windows-1252 does not have");
+}
+
+TEST_CASE("a file that the screens read goes through byte for byte") {
+  for (const std::string& bytes :
+       {fileOf("C001,\"a, b\",R1,31/03/2008,\"1,250.00\",12.50\r\n\r\nC1"),
+        fileOf("C001,\"a\nb\",R\r1,03/04/2008,\"1,250\",1.250"),
+        fileOf("C001,\"a,R1,31/03/2008,1,1"), fileOf("C001,a,R\xA0,2008-03-31,soon,-5"),
+        fileOf("C001,a,R1,31/03/2008,12.50,1\r\nC002,a,R1,03/31/2008,\"12,50\",$5 USD")}) {
+    CAPTURE(bytes);
+    const Converted file = converted(bytes);
+    CHECK(file.ran.status == 0);
+    CHECK(file.bytes == bytes);
+  }
+}
+
+TEST_CASE("an amount and a date are written as the screens read them") {
+  const std::string undecidedDate = "03/04/2008", undecidedAmount = "1.250";
+  const struct {
+    std::string bill, date, want;
+    std::vector<std::string> more = {};
+  } rows[] = {
+      {"1.234,50", "", ",1234.50"},
+      {"1.234.567", "", ",1234567"},
+      {"1,23,456.00", "", ",123456.00"},
+      {"12,5", "", ",12.5"},
+      {"0,125", "", ",0.125"},
+      {"1 234,50", "", ",1234.50"},
+      {"1\xC2\xA0"
+       "234,50",
+       "", ",1234.50"},
+      {"1'234.50", "", ",1234.50"},
+      {"(500,00)", "", ",-500.00"},
+      {"500-", "", ",-500"},
+      {"- 500", "", ",-500"},
+      {"\xE2\x88\x92"
+       "500",
+       "", ",-500"},
+      {"500 Cr.", "", ",-500"},
+      {"500 DR", "", ",500"},
+      {"\xE2\x82\xB9 500.25", "", ",500.25"},
+      {"-$500.25", "", ",-500.25"},
+      {"500 EUR", "", ",500"},
+      {"Rs. 1,23,456.50 Cr", "", ",-123456.50"},
+      // No amounts: they stay, and the warnings tell of them.
+      {"(5)-", "", ",(5)-"},
+      {"Dr 5 Cr", "", ",Dr 5 Cr"},
+      {"1.2.3", "", ",1.2.3"},
+      {"about 5", "", ",about 5"},
+      {"1 23,5", "", ",\"1 23,5\""},
+      {undecidedAmount, "", ",1250", {"--decimal", "comma"}},
+      {undecidedAmount, "", ",1.250", {"--decimal", "point"}},
+      {"1", "03/31/2008", "31/03/2008,1"},
+      {"1", "3/31/08 12:30 pm", "31/03/2008,1"},
+      {"1", "20080331", "31/03/2008,1"},
+      {"1", "Mar 5, 2008", "\"Mar 5, 2008\",1"},
+      {"1", "2008-03-31", "2008-03-31,1"},
+      {"1", undecidedDate, "04/03/2008,1", {"--date-order", "mdy"}},
+      {"1", undecidedDate, "03/04/2008,1", {"--date-order", "dmy"}},
+      {"1", "08/03/31", "31/03/2008,1", {"--date-order", "ymd"}},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.bill);
+    CAPTURE(row.date);
+    CHECK(valueOf(row.bill, row.date, row.more) == row.want);
+  }
+  const std::string bothWays = "all dates read day first and month first, such as 03/04/2008 in ";
+  CHECK(valueOf("1", undecidedDate, {}) ==
+        bothWays + "line 2: say which it is with --date-order dmy, mdy or ymd");
+  CHECK(contains(valueOf(undecidedAmount, "", {}), "such as 1.250 in line 2"));
+  CHECK(contains(valueOf(undecidedAmount, "", {}), "--decimal point or comma"));
+  for (const std::string wrong : {"dmy", "ymd"}) {
+    CHECK(contains(valueOf("1", "03/31/2008", {"--date-order", wrong}), "03/31/2008 in line 2"));
+  }
+  CHECK(contains(valueOf("12,50", "", {"--decimal", "point"}), "12,50 in line 2"));
+  // Two records that contradict each other.
+  CHECK(contains(valueOf("1;0\r\nC1;;R;31/03/2008;1", "03/31/2008", {}), "dates contradict"));
+  CHECK(contains(valueOf("1.5;0\r\nC1;;R;;1,5", "", {}), "amounts contradict each other: 1.5"));
+}
+
+TEST_CASE(
+    "values keep their quotes, commas and line breaks; what cannot be told apart is refused") {
+  const Converted file =
+      converted(semicolons("C001;\"5\"\" x; y\";\"a\r\nb\";;1;1\r\n\r\nC002;5\" z;p,q;;1;1"));
+  CHECK(file.bytes == fileOf("C001,\"5\"\" x; y\",\"a\nb\",,1,1\r\nC002,\"5\"\" z\",\"p,q\",,1,1"));
+  CHECK(file.said("commas") == "1");
+  for (const std::string_view broken : {"C1;\"a;R;;1;1", "C1;\"a\" b;R;;1;1"}) {
+    CHECK(contains(converted(semicolons(broken)).said("refused"), "line 2"));
+  }
+  CHECK(contains(converted("").said("refused"), "empty"));
+  CHECK(contains(converted("PK\x03\x04").said("refused"), "workbook"));
+  CHECK(contains(converted("x").ran.out, "\"status\""));
+  const struct {
+    std::vector<std::string> more;
+    std::string_view says;
+  } usage[] = {{{"--encoding", "utf-9"}, "there is no encoding \"utf-9\""},
+               {{"--header-line", "9"}, "no line 9"},
+               {{"--skip-lines", "0"}, "--skip-lines takes"},
+               {{"--delimiter", "dot"}, "--delimiter"}};
+  for (const auto& row : usage) {
+    const Converted refused = converted(fileOf("C001,,,,1,1"), row.more);
+    CHECK(refused.ran.status == 3);
+    CHECK(contains(refused.ran.err, row.says));
+  }
+}
