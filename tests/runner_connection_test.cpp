@@ -29,6 +29,7 @@ void checkRefused(const std::string& connectionString, std::string_view advice, 
   CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(10));
   CHECK(ran.status == 4);
   CHECK_MESSAGE(contains(ran.err, advice), ran.err);
+  for (const char* twice : {"..", "?.", ".;"}) CHECK_FALSE(contains(ran.err, twice));
   for (const char* password : {"s3cret", "change-me"}) {
     CHECK_FALSE(contains(ran.out + ran.err, password));
   }

@@ -47,6 +47,7 @@ struct ImportResult {
   std::size_t leftOut = 0;            ///< first records that those runs did not reach either
   std::vector<RefusedBefore> refusedBefore;  ///< by the runs that it goes on with
   std::vector<std::string> rejectFiles;      ///< paths written
+  std::string metricsFile;                   ///< path written, if it was; of the last file
   std::string rejectsError;                  ///< why they could not be written
   std::string reportFile;                    ///< path of the page written, if one was
   std::string reportError;                   ///< why it could not be written

@@ -122,6 +122,9 @@ class TextReport {
     for (const std::string& path : result_.rejectFiles) {
       out_ << "Written:   " << printable(path) << '\n';
     }
+    if (!result_.metricsFile.empty()) {
+      out_ << "Written:   " << printable(result_.metricsFile) << '\n';
+    }
     if (!result_.rejectsError.empty()) {
       out_ << "Rejects:   " << printable(result_.rejectsError) << '\n';
     }

@@ -7,6 +7,7 @@
 
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 #include "base/errors.h"
 
 namespace velk {
@@ -85,7 +86,7 @@ void DatabaseHosts::look(std::size_t host, Events& events) {
   } catch (const CannotOpen& failure) {
     return events.notice(failure.what() + std::string("; the run goes on without it."));
   } catch (const RuntimeError& error) {
-    cannotUse(hosts_[host], error.description());
+    cannotUse(hosts_[host], std::string(withoutEnd(error.description())));
   }
   if (identity_.empty() || identity != identity_) isAnother(hosts_[host]);
 }
@@ -142,16 +143,19 @@ std::shared_ptr<OwnConnection> DatabaseHosts::openReady(std::size_t number, Open
           if (!identity_.empty() && opened->identity(false) != identity_) isAnother(host);
         });
       },
-      [&](const RuntimeError& error) { cannotUse(host, error.description()); });
+      [&](const RuntimeError& error) {
+        cannotUse(host, std::string(withoutEnd(error.description())));
+      });
   return opened;
 }
 
 void DatabaseHosts::use(const std::shared_ptr<OwnConnection>& opened) {
   if (areSeveral()) {
     std::string history;
-    trapErrors(
-        [&] { gate_.pass([&] { history = opened->history(); }); },
-        [&](const RuntimeError& error) { cannotUse(hosts_[current_], error.description()); });
+    trapErrors([&] { gate_.pass([&] { history = opened->history(); }); },
+               [&](const RuntimeError& error) {
+                 cannotUse(hosts_[current_], std::string(withoutEnd(error.description())));
+               });
     hasAllConfirmed_ = history == history_;
     history_ = std::move(history);
   }

@@ -358,8 +358,9 @@ void SingleImport::endIfInterrupted() const {
 void SingleImport::requireCompany() const {
   const auto& stop = report_.stopError();
   if (!stop || report_.begun() > 0 || hasPosting(recorder_) || !isOfSchema(*stop)) return;
-  throw CannotOpen("the database " + result_.database + " is none of this application: " +
-                   stop->description() + "; nothing was imported. Choose another --database");
+  throw CannotOpen("the database " + result_.database +
+                   " is none of this application: " + std::string(withoutEnd(stop->description())) +
+                   "; nothing was imported. Choose another --database");
 }
 
 /// The import's word that nothing was posted, as long as nothing seen speaks against it.
