@@ -4,12 +4,14 @@
 #include <new>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/report/events.h"
 #include "apps/opnimp/report/json_document.h"
 #include "apps/opnimp/run/check_database.h"
 #include "apps/opnimp/run/convert_command.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/run/export_command.h"
+#include "apps/opnimp/run/file_commands.h"
 #include "apps/opnimp/run/import_command.h"
 #include "apps/opnimp/run/journal_commands.h"
 #include "apps/opnimp/run/lock_holders.h"
@@ -42,6 +44,12 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
       return checkDatabase(arguments, streams, surroundings);
     case Arguments::Command::LockHolders:
       return tellLockHolders(arguments, streams, surroundings);
+    case Arguments::Command::Kinds:
+      return tellKinds(arguments, streams);
+    case Arguments::Command::Template:
+      return writeTemplate(arguments, streams);
+    case Arguments::Command::Split:
+      return splitFile(arguments, streams);
     case Arguments::Command::DemoDatabase:
       break;
   }

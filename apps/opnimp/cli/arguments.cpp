@@ -190,13 +190,6 @@ void checkSeveral(const Arguments& arguments) {
   }
 }
 
-/// "rejects.2.csv" of "rejects.csv".
-std::string numbered(const std::string& path, std::size_t number) {
-  std::filesystem::path named(path);
-  const std::string extension = named.extension().string();
-  return named.replace_extension("." + std::to_string(number) + extension).string();
-}
-
 class CommandLine {
  public:
   CommandLine() {
@@ -246,13 +239,14 @@ class CommandLine {
     addFile(
         *add(Command::DemoDatabase, "demo-database", "make the sample company's embedded database"),
         "the new file");
+    CLI::App* const kinds = addFileCommands();
     addText(*add(Command::LockHolders, lockHoldersCommand.data(), "")->group(""), "SESSION", "",
             arguments_.session, "")
         ->required();
     const auto checking = addCheck();
     addRecordOptions(import, preview, exporting, checking);
     const auto [runs, report] = addJournalCommands(import);
-    addFlag({import, preview, exporting, checking, runs, report}, "--json", arguments_.json,
+    addFlag({import, preview, exporting, checking, runs, report, kinds}, "--json", arguments_.json,
             jsonHelp);
     addLogFormat({import, preview, exporting, checking});
   }
@@ -313,20 +307,32 @@ class CommandLine {
   }
 
   CLI::App* addCheck() {
-    CLI::App* const command = add(Command::CheckDatabase, "check-database",
-                                  "say whether imports can work in the database: what is there of\n"
-                                  "that each needs, and what rights the user has too many");
+    CLI::App* const command =
+        addOfKinds(Command::CheckDatabase, "check-database",
+                   "say whether imports can work in the database: what is there of\n"
+                   "that each needs, and what rights the user has too many");
     command->footer(checkFooter);
-    const auto take = [this](const std::vector<std::string>& names) {
-      for (const std::string& name : names) {
-        arguments_.kinds.push_back(kindNamed(name, Command::CheckDatabase));
-      }
-    };
-    command
-        ->add_option_function<std::vector<std::string>>(
-            "KIND", take, "all if none is given; " + kindsOf(Command::CheckDatabase, false))
-        ->type_name("...");
     return command;
+  }
+
+  /// Answers the one that can write JSON.
+  CLI::App* addFileCommands() {
+    CLI::App* const kinds =
+        addOfKinds(Command::Kinds, "kinds",
+                   "tell the columns of the files of each kind, and what they may be");
+    addFile(*addOfKind(Command::Template, "template",
+                       "write a file with the columns of a kind, and an example"),
+            "the new file, .csv or .xls; a workbook has what each column may\n"
+            "be on its second sheet");
+    CLI::App* const split =
+        add(Command::Split, "split", "write files of as many records as a screen takes");
+    addFile(*split, "the file with the records; FILE.1.csv, FILE.2.csv and so on are\nwritten");
+    split
+        ->add_option("--records", arguments_.recordsInFile,
+                     "at most in each of them (default: 32766)")
+        ->type_name("N")
+        ->check(CLI::Range(std::size_t{1}, masterLargestCount).description(""));
+    return kinds;
   }
 
   void addRecordOptions(CLI::App* import, CLI::App* preview, CLI::App* exporting,
@@ -398,6 +404,18 @@ class CommandLine {
     command->add_option_function<std::string>("KIND", takeKind, kindsOf(id, true))
         ->required()
         ->type_name("");
+    return command;
+  }
+
+  CLI::App* addOfKinds(Command id, const char* name, const std::string& what) {
+    CLI::App* const command = add(id, name, what);
+    const auto take = [this, id](const std::vector<std::string>& names) {
+      for (const std::string& kind : names) arguments_.kinds.push_back(kindNamed(kind, id));
+    };
+    command
+        ->add_option_function<std::vector<std::string>>(
+            "KIND", take, "all if none is given; " + kindsOf(id, false))
+        ->type_name("...");
     return command;
   }
 
@@ -516,6 +534,12 @@ Arguments parseArguments(std::span<const std::string> args) {
   Arguments arguments = CommandLine().parse({args.begin(), args.end()});
   checkSeveral(arguments);
   return arguments;
+}
+
+std::string numbered(const std::string& path, std::size_t number) {
+  std::filesystem::path named(path);
+  const std::string extension = named.extension().string();
+  return named.replace_extension("." + std::to_string(number) + extension).string();
 }
 
 std::vector<Arguments> eachFile(const Arguments& arguments) {

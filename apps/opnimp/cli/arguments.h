@@ -31,15 +31,17 @@ struct Arguments {
     Reversal,
     Rejects,
     CheckDatabase,
-    LockHolders
+    LockHolders,
+    Kinds,
+    Template,
+    Split
   };
 
   std::string answer;  ///< help or version to print, no command being run; empty otherwise
   Command command = Command::Import;
   const ImportKind* kind = nullptr;
-  std::vector<const ImportKind*> kinds;  ///< to check the database for; empty: all
-  std::string file;  ///< to export to, the database to make; of eachFile the one to import; the
-                     ///< file to convert to
+  std::vector<const ImportKind*> kinds;  ///< to tell of, or check the database for; empty: all
+  std::string file;  ///< to write, convert to, split, or make; of eachFile the one to import
   std::vector<std::string> files;      ///< to import, preview or convert
   std::vector<std::string> databases;  ///< the hosts of one; empty: the environment names it
   std::vector<MapOption> maps;
@@ -54,10 +56,11 @@ struct Arguments {
   std::optional<int> lockWaitSeconds;     ///< of these, for locks
   std::optional<int> connectWaitSeconds;  ///< for the database to open
   std::optional<std::string> journal;
-  std::string session;    ///< of the database, that waits for a lock
-  std::uint64_t run = 0;  ///< the number of one in the journal
-  bool again = false;     ///< post what an earlier run posted, too
-  bool resume = false;    ///< go on behind what an earlier run reached
+  std::string session;                              ///< of the database, that waits for a lock
+  std::uint64_t run = 0;                            ///< the number of one in the journal
+  std::size_t recordsInFile = openingLargestCount;  ///< at most, of those that a file is split into
+  bool again = false;                               ///< post what an earlier run posted, too
+  bool resume = false;                              ///< go on behind what an earlier run reached
   bool dryRun = false;
   bool allOrNothing = false;
   bool oneByOne = false;  ///< each question to the database by itself
@@ -72,6 +75,9 @@ Arguments parseArguments(std::span<const std::string> args);
 /// What the arguments ask for with each of their files. Of several, each has files of --rejects and
 /// --report of its own, with its number before the extension: rejects.2.csv.
 std::vector<Arguments> eachFile(const Arguments& arguments);
+
+/// "rejects.2.csv" of "rejects.csv".
+std::string numbered(const std::string& path, std::size_t number);
 
 /// Such as "1.2.3".
 extern const std::string_view programVersion;

@@ -17,29 +17,6 @@ constexpr std::array<std::size_t, 4> bankMandatory{0, 1, 2, 3};
 constexpr std::array<std::size_t, 2> vendorMandatory{0, 1};
 constexpr std::array<std::size_t, 1> salesmanMandatory{salesmanField::Name};
 
-constexpr std::array<FieldTitle, 6> openingFields(std::string_view code, std::string_view name) {
-  return {{{code},
-           {name},
-           {"Reference"},
-           {"Date", FieldNature::Date},
-           {"Bill Amount", FieldNature::Amount},
-           {"Balance", FieldNature::Amount}}};
-}
-constexpr auto customerFields = openingFields("Customer ID", "Customer Name");
-constexpr auto vendorOpeningFields = openingFields("Vendor ID", "Vendor Name");
-constexpr std::array<FieldTitle, 4> bankFields{
-    {{"Bank Code"}, {"Bank Name"}, {"Branch Code"}, {"Branch Name"}}};
-constexpr std::array<FieldTitle, 10> vendorFields{{{"Vendor Code"},
-                                                   {"Vendor Name"},
-                                                   {"Address"},
-                                                   {"Phone"},
-                                                   {"Contact Person"},
-                                                   {"Locality"},
-                                                   {"Sale Type"},
-                                                   {"TNGST"},
-                                                   {"CST"},
-                                                   {"Pan Number"}}};
-
 constexpr ImportKind openingKind(std::string_view name, std::string_view what,
                                  decltype(ImportKind::open) open,
                                  std::span<const FieldTitle> titles,
@@ -59,12 +36,12 @@ constexpr ImportKind openingKind(std::string_view name, std::string_view what,
 std::span<const ImportKind> importKinds() {
   static const std::array<ImportKind, 5> kinds{
       {openingKind("customer-opening", "opening balances of customers",
-                   &Velk_ClsOpnImp::ImportCustomerOpening, customerFields, customerOpening),
+                   &Velk_ClsOpnImp::ImportCustomerOpening, customerOpeningFields, customerOpening),
        openingKind("vendor-opening", "opening balances of vendors",
                    &Velk_ClsOpnImp::ImportVendorOpening, vendorOpeningFields, vendorOpening),
        {.name = "bank-branch",
         .what = "banks and their branches",
-        .titles = bankFields,
+        .titles = bankBranchFields,
         .mandatory = bankMandatory,
         .becomes = {"Banks", "Branches"},
         .type = MasterType::BankBranch,

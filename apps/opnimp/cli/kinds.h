@@ -10,6 +10,7 @@
 #include <span>
 #include <string_view>
 
+#include "apps/opnimp/cli/kind_fields.h"
 #include "component/Velk_ClsOpnImp.h"
 #include "masters/Velk_frmBankBranch_OpnImp.h"
 #include "opening/opening_kinds.h"
@@ -34,14 +35,6 @@ enum class FileFormat { CommaSeparated, Workbook };
 inline constexpr std::size_t openingLargestCount = 32766;
 inline constexpr std::size_t masterLargestCount = std::numeric_limits<std::int32_t>::max() - 1;
 
-enum class FieldNature : std::uint8_t { Text, Date, Amount };
-
-/// The title by which a column of a file is mapped without further ado, in any letter case.
-struct FieldTitle {
-  std::string_view title;
-  FieldNature nature = FieldNature::Text;
-};
-
 struct ImportKind {
   std::string_view name;  ///< on the command line
   std::string_view what;  ///< for the help
@@ -50,7 +43,7 @@ struct ImportKind {
   void (Velk_ClsOpnImp::*open)(const std::shared_ptr<Connection>&,
                                const std::shared_ptr<const Picture>&) =
       &Velk_ClsOpnImp::ImportBankBranchOpening;
-  std::span<const FieldTitle> titles;      ///< of the fields, by their positions
+  std::span<const FieldTitle> titles;      ///< of the fields, by their positions; of text only
   std::span<const std::size_t> mandatory;  ///< fields without which nothing is imported
   std::size_t largestRecordCount = masterLargestCount;  ///< that can be imported in one go
   std::array<std::string_view, 2> becomes;              ///< what the two calls of a record make
@@ -65,6 +58,11 @@ struct ImportKind {
   /// A record that is posted again replaces itself, instead of being there twice.
   bool replaces = false;
 };
+
+/// The columns of its file, in their order; of a workbook, too.
+inline std::span<const FieldTitle> columnsOf(const ImportKind& kind) {
+  return kind.format == FileFormat::Workbook ? salesmanFileColumns : kind.titles;
+}
 
 std::span<const ImportKind> importKinds();
 /// Null when there is none of that name.

@@ -33,9 +33,9 @@ class CanonicalWriter {
   void endRow(const RowReader& rows);
 
   /// Values with letters that windows-1252 does not have.
-  const Tally& lacking() const { return lacking_; }
+  const ClueTally& lacking() const { return lacking_; }
   /// Values with a comma.
-  const Tally& commas() const { return commas_; }
+  const ClueTally& commas() const { return commas_; }
   std::string takeBytes() { return std::move(bytes_); }
   /// The line of each row.
   std::vector<std::size_t> takeLines() { return std::move(lines_); }
@@ -51,8 +51,8 @@ class CanonicalWriter {
   std::vector<std::size_t> lines_;
   std::string room_;
   std::string quoted_;
-  Tally lacking_;
-  Tally commas_;
+  ClueTally lacking_;
+  ClueTally commas_;
 };
 
 }  // namespace velk

@@ -68,7 +68,9 @@ class Converter {
       const std::size_t field = fieldOf(title, column, arguments_);
       if (field >= arguments_.kind->titles.size()) continue;
       const FieldNature nature = arguments_.kind->titles[field].nature;
-      if (nature != FieldNature::Text) columns_.push_back({column, nature});
+      if (nature == FieldNature::Date || nature == FieldNature::Amount) {
+        columns_.push_back({column, nature});
+      }
     }
     if (quotedTitles_ && isCanonical_) {
       assume({"titles", "without their quotes", "line 1 has them in quotes", ""});
@@ -185,7 +187,7 @@ class Converter {
     if (!isCanonical_) result_.lines = writer.takeLines();
   }
 
-  void tellLacking(const Tally& lacking) {
+  void tellLacking(const ClueTally& lacking) {
     const std::string values =
         counted(lacking.count, "value", "values") + ", the first being " + lacking.first();
     if (arguments_.convert.replace) {
@@ -207,8 +209,8 @@ class Converter {
   bool quotedTitles_ = false;
   std::size_t rows_ = 0;
   std::size_t wellFormed_ = 0;  // rows as wide as the titles
-  Tally broken_;
-  Tally misfits_;
+  ClueTally broken_;
+  ClueTally misfits_;
   ValueSurvey survey_;
   ValueRules rules_;
   std::string room_;

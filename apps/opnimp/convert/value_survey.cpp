@@ -37,7 +37,7 @@ std::string conflictText(std::string_view what, const std::string& one, const st
 
 }  // namespace
 
-std::string Tally::first() const {
+std::string ClueTally::first() const {
   return text + " in line " + grouped(line);
 }
 
@@ -85,9 +85,9 @@ void ValueSurvey::decideDates(const ConvertOptions& options, bool isCanonical,
 }
 
 void ValueSurvey::findDateOrder(bool isCanonical, ValueRules& rules) const {
-  const Tally& day = dates(DateClue::DayFirst);
-  const Tally& month = dates(DateClue::MonthFirst);
-  const Tally& either = dates(DateClue::EitherFirst);
+  const ClueTally& day = dates(DateClue::DayFirst);
+  const ClueTally& month = dates(DateClue::MonthFirst);
+  const ClueTally& either = dates(DateClue::EitherFirst);
   if (day && month) {
     // In the format of the screens the warnings tell which dates would be taken how.
     if (isCanonical) return;
@@ -124,10 +124,10 @@ void ValueSurvey::decideAmounts(const ConvertOptions& options, bool isCanonical,
 }
 
 void ValueSurvey::findDecimal(bool isCanonical, ValueRules& rules) const {
-  const Tally& point = signs(DecimalSign::Point);
-  const Tally& comma = signs(DecimalSign::Comma);
-  const Tally& groupedByComma = signs(DecimalSign::CommaOrGroup);
-  const Tally& either = groupedByComma ? groupedByComma : signs(DecimalSign::PointOrGroup);
+  const ClueTally& point = signs(DecimalSign::Point);
+  const ClueTally& comma = signs(DecimalSign::Comma);
+  const ClueTally& groupedByComma = signs(DecimalSign::CommaOrGroup);
+  const ClueTally& either = groupedByComma ? groupedByComma : signs(DecimalSign::PointOrGroup);
   if (point && comma) {
     if (isCanonical) return;
     rules.refusals.push_back(conflictText("amounts", point.first() + " has a decimal point",
@@ -156,7 +156,7 @@ void ValueSurvey::findDecimal(bool isCanonical, ValueRules& rules) const {
 void ValueSurvey::tellForms(ValueRules& rules) const {
   rules.leavesCurrencies = static_cast<bool>(otherCurrencies_);
   for (std::size_t form = 0; form < forms_.size(); ++form) {
-    const Tally& tally = forms_[form];
+    const ClueTally& tally = forms_[form];
     const bool isLeft =
         rules.leavesCurrencies && static_cast<AmountForm>(form) == AmountForm::Currency;
     if (!tally || isLeft) continue;

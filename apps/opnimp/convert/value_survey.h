@@ -16,7 +16,7 @@
 namespace velk {
 
 /// How many values there are of one sort, and the first of them.
-struct Tally {
+struct ClueTally {
   std::size_t count = 0;
   std::string text;
   std::size_t line = 0;
@@ -52,20 +52,20 @@ class ValueSurvey {
   ValueRules decide(const ConvertOptions& options, bool isCanonical) const;
 
  private:
-  const Tally& dates(DateClue clue) const { return dates_[static_cast<std::size_t>(clue)]; }
-  const Tally& signs(DecimalSign sign) const { return signs_[static_cast<std::size_t>(sign)]; }
+  const ClueTally& dates(DateClue clue) const { return dates_[static_cast<std::size_t>(clue)]; }
+  const ClueTally& signs(DecimalSign sign) const { return signs_[static_cast<std::size_t>(sign)]; }
   void decideDates(const ConvertOptions& options, bool isCanonical, ValueRules& rules) const;
   void findDateOrder(bool isCanonical, ValueRules& rules) const;
   void decideAmounts(const ConvertOptions& options, bool isCanonical, ValueRules& rules) const;
   void findDecimal(bool isCanonical, ValueRules& rules) const;
   void tellForms(ValueRules& rules) const;
 
-  std::array<Tally, 5> dates_;  // by their clue
-  Tally digits_;                // dates of eight digits
-  std::array<Tally, 5> signs_;  // amounts by what they say of the decimal sign
-  std::array<Tally, amountForms> forms_;
-  std::string currency_;   // the first one
-  Tally otherCurrencies_;  // amounts in another one
+  std::array<ClueTally, 5> dates_;  // by their clue
+  ClueTally digits_;                // dates of eight digits
+  std::array<ClueTally, 5> signs_;  // amounts by what they say of the decimal sign
+  std::array<ClueTally, amountForms> forms_;
+  std::string currency_;       // the first one
+  ClueTally otherCurrencies_;  // amounts in another one
 };
 
 /// A value in the way that the screens read; empty if it stays as it is. `fits` becomes false if it

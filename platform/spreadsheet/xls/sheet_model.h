@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/spreadsheet.h"
@@ -24,6 +25,7 @@ struct SheetColumn {
 };
 
 struct SheetModel {
+  std::string name = "Sheet1";
   TextSet texts;
   CellTable cells;  ///< texts and blank ones only
   std::vector<CellRange> bold;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "platform/spreadsheet/xls/record_writer.h"
 #include "platform/spreadsheet/xls/text_width.h"
@@ -9,8 +10,6 @@
 namespace velk::xls {
 
 namespace {
-
-constexpr std::string_view sheetName = "Sheet1";
 
 // Positions of fonts: that of number 4 does not exist in any file, so bold is the fifth, number 5.
 constexpr std::size_t plainFonts = 4;
@@ -33,12 +32,18 @@ std::size_t storedWidth(double characters) {
 
 class WorkbookWriter {
  public:
-  explicit WorkbookWriter(const SheetModel& sheet) : sheet_(sheet), records_(stream_) {}
+  explicit WorkbookWriter(std::span<const SheetModel* const> sheets)
+      : sheets_(sheets), records_(stream_) {}
 
   std::string write() {
     reserveStream();
     writeGlobals();
-    writeSheet();
+    std::size_t firstText = 0;
+    for (std::size_t i = 0; i < sheets_.size(); ++i) {
+      setOffset(i);
+      writeSheet(*sheets_[i], firstText, i == 0);
+      firstText += sheets_[i]->texts.texts().size();
+    }
     return std::move(stream_);
   }
 
@@ -48,9 +53,12 @@ class WorkbookWriter {
     constexpr std::size_t cellLength = 14;
     constexpr std::size_t textExtra = 3;
     constexpr std::size_t rest = 8192;
-    std::size_t length = sheet_.texts.texts().length() + textExtra * sheet_.texts.texts().size();
-    for (const auto& row : sheet_.cells.rows()) length += row.size() * cellLength;
-    stream_.reserve(length + rest);
+    std::size_t length = rest;
+    for (const SheetModel* sheet : sheets_) {
+      length += sheet->texts.texts().length() + textExtra * sheet->texts.texts().size();
+      for (const auto& row : sheet->cells.rows()) length += row.size() * cellLength;
+    }
+    stream_.reserve(length);
   }
 
   void beginSubstream(std::uint16_t kind) {
@@ -73,9 +81,11 @@ class WorkbookWriter {
     for (std::size_t i = 0; i < plainFonts; ++i) writeFont(false);
     writeFont(true);
     writeFormats();
-    records_.begin(Record::BoundSheet);
-    sheetOffset_ = stream_.size();
-    records_.u32(0).u8(0).u8(sheetIsWorksheet).shortText(sheetName, 1);
+    for (const SheetModel* sheet : sheets_) {
+      records_.begin(Record::BoundSheet);
+      sheetOffsets_.push_back(stream_.size());
+      records_.u32(0).u8(0).u8(sheetIsWorksheet).shortText(sheet->name, 1);
+    }
     writeTexts();
     endSubstream();
   }
@@ -119,32 +129,44 @@ class WorkbookWriter {
   }
 
   void writeTexts() {
-    const TextPool& texts = sheet_.texts.texts();
     std::size_t used = 0;
-    for (const auto& row : sheet_.cells.rows()) {
-      used += static_cast<std::size_t>(std::ranges::count(row, Cell::Kind::Text, &Cell::kind));
+    std::size_t count = 0;
+    for (const SheetModel* sheet : sheets_) {
+      count += sheet->texts.texts().size();
+      for (const auto& row : sheet->cells.rows()) {
+        used += static_cast<std::size_t>(std::ranges::count(row, Cell::Kind::Text, &Cell::kind));
+      }
     }
-    records_.begin(Record::SharedStrings).u32(used).u32(texts.size());
-    for (std::size_t i = 0; i < texts.size(); ++i) records_.sharedText(texts[i]);
+    records_.begin(Record::SharedStrings).u32(used).u32(count);
+    for (const SheetModel* sheet : sheets_) {
+      const TextPool& texts = sheet->texts.texts();
+      for (std::size_t i = 0; i < texts.size(); ++i) records_.sharedText(texts[i]);
+    }
   }
 
-  void writeSheet() {
-    // The list of sheets was written before the sheet's place was known.
+  /// The list of sheets was written before their places were known.
+  void setOffset(std::size_t sheet) {
     for (std::size_t i = 0; i < 4; ++i) {
-      stream_[sheetOffset_ + i] = static_cast<char>(stream_.size() >> 8U * i);
+      stream_[sheetOffsets_[sheet] + i] = static_cast<char>(stream_.size() >> 8U * i);
     }
+  }
+
+  /// `firstText`: the number of its first text among those of all sheets.
+  void writeSheet(const SheetModel& sheet, std::size_t firstText, bool selected) {
     beginSubstream(substreamWorksheet);
     // The order is the format's: columns, dimensions, cells, window, validations.
-    for (const auto& [number, column] : sheet_.columns) writeColumn(number, column);
-    writeDimensions();
-    for (const auto& row : sheet_.cells.rows()) {
-      for (const Cell& cell : row) writeCell(cell);
+    for (const auto& [number, column] : sheet.columns) writeColumn(number, column);
+    writeDimensions(sheet);
+    for (const auto& row : sheet.cells.rows()) {
+      for (const Cell& cell : row) writeCell(cell, sheet.isBold(cell), firstText);
     }
-    constexpr std::size_t gridHeadersZerosSelectedShown = 0x06B6;
+    constexpr std::size_t gridHeadersZeros = 0x00B6;
+    constexpr std::size_t selectedShown = 0x0600;
     constexpr std::size_t automaticColour = 0x40;
-    records_.begin(Record::Window2).u16(gridHeadersZerosSelectedShown).u16(0).u16(0);
+    records_.begin(Record::Window2).u16(gridHeadersZeros | (selected ? selectedShown : 0));
+    records_.u16(0).u16(0);
     records_.u32(automaticColour).u16(0).u16(0).u32(0);
-    writeValidations();
+    writeValidations(sheet);
     endSubstream();
   }
 
@@ -158,8 +180,8 @@ class WorkbookWriter {
     records_.u16(column.hidden ? 1 : 0).u16(0);
   }
 
-  void writeDimensions() {
-    const auto& rows = sheet_.cells.rows();
+  void writeDimensions(const SheetModel& sheet) {
+    const auto& rows = sheet.cells.rows();
     // Of a sheet without cells all are zero.
     std::size_t firstColumn = rows.empty() ? 0 : maxSheetColumns;
     std::size_t columns = 0;
@@ -175,21 +197,20 @@ class WorkbookWriter {
     records_.u16(firstColumn).u16(columns).u16(0);
   }
 
-  void writeCell(const Cell& cell) {
-    const bool bold = sheet_.isBold(cell);
+  void writeCell(const Cell& cell, bool bold, std::size_t firstText) {
     const bool blank = cell.kind == Cell::Kind::Blank;
     if (blank && !bold) return;  // a blank cell is there for its font only
     records_.begin(blank ? Record::Blank : Record::LabelSst);
     records_.u16(cell.row).u16(cell.column).u16(bold ? boldTextFormat : textFormat);
-    if (!blank) records_.u32(cell.value);
+    if (!blank) records_.u32(firstText + cell.value);
   }
 
-  void writeValidations() {
-    if (sheet_.validations.empty()) return;
+  void writeValidations(const SheetModel& sheet) {
+    if (sheet.validations.empty()) return;
     constexpr std::size_t noDropDownShown = 0xFFFFFFFF;
     records_.begin(Record::ValidationList).u16(0).u32(0).u32(0).u32(noDropDownShown);
-    records_.u32(sheet_.validations.size());
-    for (const ListValidation& validation : sheet_.validations) writeValidation(validation);
+    records_.u32(sheet.validations.size());
+    for (const ListValidation& validation : sheet.validations) writeValidation(validation);
   }
 
   void writeValidation(const ListValidation& validation) {
@@ -214,16 +235,16 @@ class WorkbookWriter {
     }
   }
 
-  const SheetModel& sheet_;
+  std::span<const SheetModel* const> sheets_;
   std::string stream_;
   RecordWriter records_;
-  std::size_t sheetOffset_ = 0;
+  std::vector<std::size_t> sheetOffsets_;  // in the list of sheets
 };
 
 }  // namespace
 
-std::string writeWorkbook(const SheetModel& sheet) {
-  return WorkbookWriter(sheet).write();
+std::string writeWorkbook(std::span<const SheetModel* const> sheets) {
+  return WorkbookWriter(sheets).write();
 }
 
 }  // namespace velk::xls

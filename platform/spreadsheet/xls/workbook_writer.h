@@ -1,13 +1,14 @@
-// Writes a workbook stream with one worksheet.
+// Writes a workbook stream.
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "platform/spreadsheet/xls/sheet_model.h"
 
 namespace velk::xls {
 
-/// The cells have to be arranged.
-std::string writeWorkbook(const SheetModel& sheet);
+/// With one worksheet or more, the first of them selected.
+std::string writeWorkbook(std::span<const SheetModel* const> sheets);
 
 }  // namespace velk::xls

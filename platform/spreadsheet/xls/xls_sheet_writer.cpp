@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "platform/spreadsheet/sheet_cells.h"
 #include "platform/spreadsheet/xls/compound_writer.h"
@@ -21,7 +23,7 @@ CellRange fileRange(const CellRange& range) {
           checked.lastColumn - 1};
 }
 
-class XlsSheetWriter final : public WorksheetWriter {
+class XlsSheetWriter final : public XlsSheet {
  public:
   explicit XlsSheetWriter(FileSystem& files) : files_(files) {}
 
@@ -69,11 +71,19 @@ class XlsSheetWriter final : public WorksheetWriter {
     }
   }
 
+  WorksheetWriter& addSheet(std::string name) override {
+    further_.push_back(std::make_unique<XlsSheetWriter>(files_));
+    further_.back()->sheet_.name = std::move(name);
+    return *further_.back();
+  }
+
   /// Written beside the file and then put in its place, so that a failure leaves what was there.
   void saveAs(std::string_view path) override {
     // A replacement: the old file stays until the new one is complete.
     const auto file = files_.openReplacement(path);
-    writeCompoundFile(*file, writeWorkbook(sheet_));
+    std::vector<const SheetModel*> sheets{&sheet_};
+    for (const auto& further : further_) sheets.push_back(&further->sheet_);
+    writeCompoundFile(*file, writeWorkbook(sheets));
     file->close();
   }
 
@@ -96,11 +106,12 @@ class XlsSheetWriter final : public WorksheetWriter {
 
   FileSystem& files_;
   SheetModel sheet_;
+  std::vector<std::unique_ptr<XlsSheetWriter>> further_;
 };
 
 }  // namespace
 
-std::unique_ptr<WorksheetWriter> newXlsSheet(FileSystem& files) {
+std::unique_ptr<XlsSheet> newXlsSheet(FileSystem& files) {
   return std::make_unique<XlsSheetWriter>(files);
 }
 

@@ -1,0 +1,139 @@
+#include "apps/opnimp/run/file_commands.h"
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+#include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/kinds.h"
+#include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/records/csv_records.h"
+#include "apps/opnimp/records/file_bytes.h"
+#include "apps/opnimp/report/kinds_report.h"
+#include "apps/opnimp/run/run_support.h"
+#include "base/text.h"
+#include "platform/native/native_files.h"
+#include "platform/spreadsheet/xls/xls_sheet_writer.h"
+
+namespace velk {
+
+namespace {
+
+/// A line of the titles or the examples, ended.
+template <class Member>
+std::string csvLine(const ImportKind& kind, Member member) {
+  std::string line;
+  for (const FieldTitle& field : columnsOf(kind)) {
+    line.append(line.empty() ? "" : ",").append(std::invoke(member, field));
+  }
+  return line.append(csvLineEnd);
+}
+
+/// The columns take texts, so that a spreadsheet program leaves dates and leading zeros as they are
+/// typed.
+void fillFirstSheet(WorksheetWriter& sheet, const ImportKind& kind) {
+  int column = 0;
+  for (const FieldTitle& field : columnsOf(kind)) {
+    ++column;
+    sheet.setText(1, column, field.title);
+    sheet.setText(2, column, field.example);
+    sheet.setTextColumn(column);
+  }
+  sheet.setBold({1, 1, 1, column});
+  sheet.autoFit(1, column);
+}
+
+void fillNotes(WorksheetWriter& sheet, const ImportKind& kind) {
+  const auto write = [&](int row, std::initializer_list<std::string_view> texts) {
+    int column = 0;
+    for (const std::string_view text : texts) sheet.setText(row, ++column, text);
+  };
+  constexpr int columns = 5;
+  write(1, {"Column", "Nature", "Every record", "What it may be", "Example"});
+  int row = 1;
+  for (const FieldTitle& field : columnsOf(kind)) {
+    write(++row, {field.title, natureName(field.nature), field.mandatory ? "yes" : "", field.what,
+                  field.example});
+  }
+  sheet.setBold({1, 1, 1, columns});
+  sheet.autoFit(1, columns);
+}
+
+void writeWorkbookTemplate(FileSystem& files, const std::string& path, const ImportKind& kind) {
+  const auto sheet = xls::newXlsSheet(files);
+  fillFirstSheet(*sheet, kind);
+  fillNotes(sheet->addSheet("Columns"), kind);
+  sheet->saveAs(path);
+}
+
+bool isWorkbookName(const ImportKind& kind, const std::string& path) {
+  const std::string name = lowerAscii(path);
+  const bool isXls = name.ends_with(".xls");
+  if (kind.format == FileFormat::Workbook && !isXls) {
+    throw UsageError("a file of the kind " + std::string(kind.name) +
+                     " is a workbook: choose a name that ends in .xls, not " + path);
+  }
+  if (!isXls && !name.ends_with(".csv")) {
+    throw UsageError("choose a name that ends in .csv or .xls, not " + path);
+  }
+  return isXls;
+}
+
+}  // namespace
+
+ExitStatus tellKinds(const Arguments& arguments, const Streams& streams) {
+  std::vector<const ImportKind*> kinds = arguments.kinds;
+  if (kinds.empty()) {
+    for (const ImportKind& kind : importKinds()) kinds.push_back(&kind);
+  }
+  (arguments.json ? writeKindsJson : writeKindsText)(kinds, streams.out);
+  return ExitStatus::Posted;
+}
+
+ExitStatus writeTemplate(const Arguments& arguments, const Streams& streams) {
+  const ImportKind& kind = *arguments.kind;
+  const bool isWorkbook = isWorkbookName(kind, arguments.file);
+  requireNoFile(arguments.file);
+  NativeFileSystem files;
+  writing("the template", arguments.file, "its name", [&] {
+    if (isWorkbook) return writeWorkbookTemplate(files, arguments.file, kind);
+    writeFile(files, arguments.file,
+              csvLine(kind, &FieldTitle::title) + csvLine(kind, &FieldTitle::example));
+  });
+  streams.out << "Written:   " << printable(arguments.file) << '\n'
+              << "Next:      Put your records in the place of the example in line 2";
+  if (isWorkbook && kind.format == FileFormat::CommaSeparated) {
+    streams.out << ", and save the first sheet as comma-separated text (*.csv)";
+  }
+  streams.out << ".\n";
+  return ExitStatus::Posted;
+}
+
+ExitStatus splitFile(const Arguments& arguments, const Streams& streams) {
+  const CsvRecords input(readFile(arguments.file));
+  if (input.isWorkbook()) {
+    throw UsageError(arguments.file + " is a workbook; comma-separated text can be split");
+  }
+  const std::size_t most = arguments.recordsInFile;
+  if (input.count() <= most) {
+    streams.out << printable(arguments.file) << " has "
+                << counted(input.count(), "record", "records") << ": nothing is to be split.\n";
+    return ExitStatus::Posted;
+  }
+  std::vector<std::string> paths;
+  for (std::size_t first = 0; first < input.count(); first += most) {
+    paths.push_back(numbered(arguments.file, paths.size() + 1));
+    requireNoFile(paths.back());
+  }
+  NativeFileSystem files;
+  for (std::size_t part = 0; part < paths.size(); ++part) {
+    std::vector<std::size_t> records(std::min(most, input.count() - part * most));
+    std::iota(records.begin(), records.end(), part * most);
+    writing("the file", paths[part], "its name", [&] { input.write(files, paths[part], records); });
+    streams.out << "Written:   " << printable(paths[part]) << " ("
+                << counted(records.size(), "record", "records") << ")\n";
+  }
+  return ExitStatus::Posted;
+}
+
+}  // namespace velk
