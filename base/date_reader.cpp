@@ -160,8 +160,9 @@ class DateTextParser {
   bool readUnit(double& seconds, int scale) {
     skipBlanks();
     const Number number = takeDigits();
+    if (number.digits < 1 || number.digits > 2 || number.value > 59) return false;
     seconds += number.value * scale;
-    return number.digits >= 1 && number.digits <= 2 && number.value <= 59;
+    return true;
   }
 
   bool readFraction(double& seconds) {

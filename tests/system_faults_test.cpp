@@ -1,16 +1,20 @@
 // Each call on each file that a command touches fails in turn, as full disks, quotas, rights and
 // broken devices make it, and each that asks for memory.
 #include <doctest/doctest.h>
-#include <sys/resource.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
 
 #include "apps/opnimp/cli/failures.h"
+#include "platform/native/descriptor.h"
 #include "samples/company/sample_company.h"
 #include "tests/support/program.h"
 #include "tests/support/salesmen.h"
@@ -77,7 +81,8 @@ std::vector<std::string> importBroken(const TemporaryFolder& folder, const std::
 /// One posted, refused, posted in part, in doubt and not reached: all files have something to say.
 std::vector<std::string> commandBroken(const TemporaryFolder& folder) {
   std::vector<std::string> args = importBroken(folder, "r.csv");
-  args.insert(args.end(), {"--report", folder.path("page.html")});
+  args.insert(args.end(), {"--report", folder.path("page.html"), "--metrics",
+                           folder.path("call.prom"), "--log-format", "json"});
   return args;
 }
 
@@ -91,7 +96,18 @@ Truth truthOf(const TemporaryFolder& folder) {
   return Truth(folder, {std::begin(brokenRecords), std::end(brokenRecords)});
 }
 
+/// Each line of the events is a document, and the metrics are whole or said to be missing.
+void checkMonitoring(const TemporaryFolder& folder, const Ran& ran) {
+  for (const std::string& line : linesOf(ran.err)) CHECK(nlohmann::json::accept(line));
+  if (folder.has("call.prom")) {
+    CHECK(folder.read("call.prom").ends_with("# EOF\n"));
+  } else {
+    CHECK(contains(ran.err, "the metrics "));
+  }
+}
+
 void checkReport(const TemporaryFolder& folder, const Ran& ran) {
+  checkMonitoring(folder, ran);
   const Json report(ran.out);
   truthOf(folder).check(report);
   const bool paged = report.at("report") != "null";
@@ -203,7 +219,8 @@ Ran runWith(const Story& story, const TemporaryFolder& folder, SystemFaults sett
   // What a library does to itself is not the program's, nor what the loader does before it.
   const bool ofOthers =
       ran.status < 0 && (!contains(crash, "crash opnimp") || contains(crash, " getpwuid"));
-  CHECK((ran.status >= 0 || (ofOthers && settings["FAULT_CALLS"] == "malloc")));
+  const bool isOfMemory = settings["FAULT_CALLS"] == "malloc" || settings.contains("FAULT_MEMORY");
+  CHECK((ran.status >= 0 || (ofOthers && isOfMemory)));
   CHECK(ran.status <= 5);
   for (const std::string& name : namesIn(folder)) {
     CAPTURE(name);
@@ -296,20 +313,14 @@ TEST_CASE("system faults: without memory there is a message, and nothing is lost
 TEST_CASE("system faults: a small limit of memory") {
   if (OPNIMP_SANITIZED) return;  // their memory is beyond any limit
   const Story& story = stories[0];
-  rlimit before{};
-  getrlimit(RLIMIT_AS, &before);
-  for (rlim_t megabytes = 24; megabytes < 128; megabytes += triesAll() ? 1 : 6) {
-    CAPTURE(megabytes);
+  for (int more = 0; more < 100; more += triesAll() ? 1 : 6) {
+    CAPTURE(more);
     const TemporaryFolder folder;
-    const rlimit limit{megabytes << 20, before.rlim_max};
-    story.prepare(folder);
-    setrlimit(RLIMIT_AS, &limit);
-    const Ran ran = runProgram(folder, story.command(folder), {{"FAULT_LETTERS", "...rt"}});
-    setrlimit(RLIMIT_AS, &before);
+    const Ran ran =
+        runWith(story, folder, {{"FAULT_CALLS", "none"}, {"FAULT_MEMORY", std::to_string(more)}});
     CAPTURE(ran.out);
     CAPTURE(ran.err);
-    CHECK(ran.status > 0);
-    if (ran.status <= 5) story.check(folder, ran);  // otherwise it could not be loaded
+    story.check(folder, ran);
   }
 }
 
@@ -344,35 +355,88 @@ TEST_CASE("system faults: an import goes by the file as it was when it was read"
   }
 }
 
+namespace {
+
+/// Runs the program where a folder is mounted to be read only, with the world's own state.
+Ran runMountedReadOnly(const RunnerWorld& world, const std::string& folder, const Texts& args) {
+  const std::string mount =
+      "mount --bind '" + folder + "' '" + folder + "' && mount -o remount,bind,ro '" + folder + "'";
+  std::string command = "XDG_STATE_HOME='" + world.surroundings.stateFolder +
+                        "' unshare -rm sh -c \"" + mount + " && exec";
+  for (const std::string& arg : args) command += " '" + arg + "'";
+  command += " >'" + world.folder.path("out") + "' 2>'" + world.folder.path("err") + "'\" 2>&1";
+  const int status = std::system(command.c_str());
+  return {WEXITSTATUS(status), world.folder.read("out"), world.folder.read("err")};
+}
+
+/// Of a folder that lets nothing be written: `run` gets each command.
+template <class Run>
+void checkLocked(RunnerWorld& world, const std::string& locked, std::string_view why, Run run) {
+  const std::pair<const char*, int> rows[] = {
+      {"--journal", 4}, {"--rejects", 4}, {"--report", 4}, {"--metrics", 4}, {"--app-folder", 1}};
+  for (const auto& row : rows) {
+    CAPTURE(row.first);
+    const std::string named = locked + (row.second == 1 ? "" : "/x");
+    std::vector<std::string> args{"import",     world.kind,       world.folder.path("in.csv"),
+                                  "--database", world.database(), row.first,
+                                  named};
+    if (row.second != 1) args.insert(args.end(), {"--app-folder", world.folder.path(".")});
+    const Ran ran = run(args);
+    CAPTURE(ran.err);
+    CHECK(ran.status == row.second);
+    if (row.second == 1)
+      CHECK(contains(ran.out, "could not take 1 line (" + std::string(why) + ")"));
+    if (row.second == 4) CHECK(contains(ran.err, named + " "));
+    CHECK(debits(world) == (row.second == 1 ? "1" : "0"));
+  }
+}
+
+}  // namespace
+
 TEST_CASE("system faults: folders that let nothing be written") {
-  RunnerWorld world;
-  const std::string file =
-      world.folder.write("in.csv", crlf({openingTitles, good1, unknownCustomer}));
-  const std::string locked = world.folder.path("locked");
-  fs::create_directory(locked);
-  fs::permissions(locked, fs::perms::owner_read | fs::perms::others_read | fs::perms::others_exec);
+  RunnerWorld worlds[2];
+  for (RunnerWorld& world : worlds) {
+    world.folder.write("in.csv", crlf({openingTitles, good1, unknownCustomer}));
+    fs::create_directory(world.folder.path("locked"));
+    world.database();
+  }
+  RunnerWorld& mounted = worlds[1];
+  const std::string locked = mounted.folder.path("locked");
+  if (runMountedReadOnly(mounted, locked, {"true"}).status == 0) {
+    checkLocked(mounted, locked, "Path/File access error", [&](Texts args) {
+      args.insert(args.begin(), OPNIMP_PROGRAM);
+      return runMountedReadOnly(mounted, locked, args);
+    });
+  } else {
+    MESSAGE("NO FOLDER CAN BE MOUNTED HERE: read-only mounts are not tested");
+  }
+  RunnerWorld& world = worlds[0];
+  fs::permissions(world.folder.path("locked"),
+                  fs::perms::owner_read | fs::perms::others_read | fs::perms::others_exec);
   for (const std::string& open : {world.folder.path(""), world.database()}) {
     fs::permissions(open, fs::perms::all);
   }
   const uid_t user = geteuid();
   if (user == 0 && seteuid(65534) != 0) return;  // nobody
-  const std::pair<const char*, int> rows[] = {
-      {"--journal", 4}, {"--rejects", 4}, {"--report", 4}, {"--app-folder", 1}};
-  for (const auto& row : rows) {
-    CAPTURE(row.first);
-    const std::string named = locked + (row.second == 1 ? "" : "/x");
-    std::vector<std::string> args{"import", world.kind, file, "--database", world.database()};
-    args.insert(args.end(), {row.first, named});
-    if (row.second != 1) args.insert(args.end(), {"--app-folder", world.folder.path(".")});
-    const Ran ran = world.run(args);
-    CAPTURE(ran.err);
-    CHECK(ran.status == row.second);
-    if (row.second == 1) CHECK(contains(ran.out, "could not take 1 line (Permission denied)"));
-    if (row.second == 4) CHECK(contains(ran.err, named + " "));
-    CHECK(debits(world) == (row.second == 1 ? "1" : "0"));
-  }
+  checkLocked(world, world.folder.path("locked"), "Permission denied",
+              [&](const Texts& args) { return world.run(args); });
   if (user == 0) REQUIRE(seteuid(0) == 0);
-  CHECK(fs::is_empty(locked));
+  for (const RunnerWorld& each : worlds) CHECK(fs::is_empty(each.folder.path("locked")));
+}
+
+// Nobody has to ask for such a lock before writing, and an editor or a copying program that holds
+// one must cost no line.
+TEST_CASE("system faults: a log that another program has locked takes every line") {
+  RunnerWorld world;
+  const std::string log = world.folder.write("Error.log", "before\r\n");
+  const Descriptor held = openDescriptor(log, O_RDWR);
+  struct flock whole {};
+  whole.l_type = F_WRLCK;
+  REQUIRE(::fcntl(held.get(), F_OFD_SETLK, &whole) == 0);
+  REQUIRE(::flock(held.get(), LOCK_EX) == 0);
+  const Ran ran = world.importLines({openingTitles, good1, unknownCustomer}, {"--json"});
+  CHECK(Json(ran.out).at("records[1].log[0].kept") == "file");
+  CHECK(linesOf(world.folder.read("Error.log")).size() == 2);
 }
 
 }  // namespace velk

@@ -202,6 +202,14 @@ TEST_CASE("dates from 1904, formats of cells") {
   CHECK(firstRow(stream) == Texts{"31/03/2008"});
 }
 
+// Made with the password of no password, and with "secret".
+std::string veiled(const std::string& sum) {
+  return "\0\0\x34\x12"s + sum;
+}
+std::string encrypted(const std::string& verifier) {
+  return "\1\0\1\0\1\0ABCDEFGHIJKLMNOP"s + verifier;
+}
+
 TEST_CASE("streams that are refused") {
   const auto sheet = [] { return globals().sheetEntry().next().begin(0x10); };
   const std::pair<std::string, Stream> rows[] = {
@@ -210,6 +218,16 @@ TEST_CASE("streams that are refused") {
       {"do not begin", Stream().add(Record::Label, "")},
       {"not listed", Stream().begin(0x10)},
       {"its structure is protected", globals().add(Record::FilePass, "")},
+      {"though it opens without a password", globals().add(Record::FilePass, veiled("\x0A\x9A"))},
+      {"with a password only", globals().add(Record::FilePass, veiled("\xA7\xDA"))},
+      {"though it opens without a password",
+       globals().add(Record::FilePass, encrypted("\xCA\x1D\x5B\xCF\x3C\x43\x0B\xB2\xDB\x53\x69"
+                                                 "\xB6\x59\x14\x44\x02\xBA\x81\x1F\x09\x9C\x81"
+                                                 "\xA8\x1B\x77\xCA\x5A\x17\x7F\x1A\x65\x96"))},
+      {"with a password only",
+       globals().add(Record::FilePass, encrypted("\xC7\xD7\x6F\x2E\x4D\x0D\xAB\x63\xB8\xD7\x49"
+                                                 "\xC7\x89\x77\x9F\xC4\x93\x11\x9C\x04\x97\x6F"
+                                                 "\x72\xD4\xBE\x07\xF5\xD5\xD6\x3E\x60\x5F"))},
       {"no worksheet", globals().add(Record::Eof, "")},
       {"no worksheet", globals().sheetEntry(2).add(Record::Eof, "")},
       {"no end", globals()},

@@ -11,6 +11,7 @@
 //   FAULT_TRACE   a file that gets a line for each call on a file, one for the module in which the
 //                 program crashed, and in the end one with the number of calls
 //
+//   FAULT_MEMORY  megabytes that the program may take beyond what it has when it begins
 //   FAULT_CLOCK   milliseconds that pass with each change of a file that is written down
 //                 (recording.h)
 //
@@ -19,6 +20,7 @@
 #include <execinfo.h>
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -151,10 +153,24 @@ void onCrash(int signalNumber) {
   std::raise(signalNumber);
 }
 
+void limitMemory() {
+  std::array<char, 64> sizes{};
+  const auto file =
+      static_cast<int>(::syscall(SYS_openat, AT_FDCWD, "/proc/self/statm", O_RDONLY, 0));
+  ::syscall(SYS_read, file, sizes.data(), sizes.size() - 1);
+  ::syscall(SYS_close, file);
+  const rlim_t begun =
+      std::strtoul(sizes.data(), nullptr, 10) * static_cast<rlim_t>(::getpagesize());
+  const rlim_t limit = begun + (std::strtoul(setting("FAULT_MEMORY"), nullptr, 10) << 20);
+  const rlimit both{limit, limit};
+  ::setrlimit(RLIMIT_AS, &both);
+}
+
 /// Loads what a handler needs while there is memory.
 [[gnu::constructor]] void prepare() {
   std::array<void*, 1> frame{};
   ::backtrace(frame.data(), frame.size());
+  if (!isSet("FAULT_MEMORY", "")) limitMemory();
   if (isSet("FAULT_CALLS", "")) return;
   for (const int crash : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE}) std::signal(crash, onCrash);
 }

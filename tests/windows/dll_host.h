@@ -21,12 +21,17 @@ inline constexpr EntryPoint customers = &_Velk_ClsOpnImp::ImportCustomerOpening;
 inline constexpr EntryPoint vendors = &_Velk_ClsOpnImp::ImportVendorOpening;
 inline constexpr EntryPoint masters = &_Velk_ClsOpnImp::ImportBankBranchOpening;
 
-/// Opens a file of two records on a screen, views and imports it.
-inline void importFile(HWND screen, MessageBoxes& boxes) {
+/// Writes a file of two records, which the next file dialog chooses.
+inline void writeOpening(MessageBoxes& boxes) {
   const auto file = std::filesystem::temp_directory_path() / "opening.csv";
   std::ofstream(file, std::ios::binary)
       << "Customer ID,Vendor ID,Bill Amount,Balance\r\nP1,P1,9,4\r\nP2,P2,-5,2";
   boxes.chooseFile(file.string());
+}
+
+/// Opens such a file on a screen, views and imports it.
+inline void importFile(HWND screen, MessageBoxes& boxes) {
+  writeOpening(boxes);
   for (const char* button : {"&Browse", "&View", "&Import"}) Window(screen).click(button);
 }
 

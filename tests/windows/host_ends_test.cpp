@@ -1,5 +1,6 @@
 // Whatever a host takes away, at whatever moment: nothing crashes, nothing is posted twice, and
 // what was posted is told where it still can be.
+#include <functional>
 #include <set>
 
 #include "tests/windows/dll_host.h"
@@ -89,10 +90,50 @@ void endsDialog(const End& end) {
   });
 }
 
-TEST_CASE("host ends: at every call of a run, in its message and in the file dialog") {
+/// What happens while a popup menu is open, which has a message loop of its own.
+thread_local std::function<void()> inMenu;
+
+void CALLBACK onMenuTimer(HWND, UINT, UINT_PTR timer, DWORD) {
+  if (FindWindowW(L"#32768", nullptr) == nullptr || !inMenu) return;
+  KillTimer(nullptr, timer);
+  std::exchange(inMenu, nullptr)();
+  const HWND menu = FindWindowW(L"#32768", nullptr);
+  if (menu != nullptr) PostMessageW(menu, WM_KEYDOWN, VK_ESCAPE, 1);
+}
+
+/// The same while the popup menu of the mapping list is open.
+void endsMenu(const End& end) {
+  inAnotherApartment([&] {
+    CAPTURE(end.name);
+    OwningHost host;
+    writeOpening(host.boxes);
+    const Window window(host.screen);
+    for (const char* button : {"&Browse", "&View"}) window.click(button);
+    NMITEMACTIVATE click{};
+    click.hdr = {window.list(1), static_cast<UINT_PTR>(GetDlgCtrlID(window.list(1))),
+                 static_cast<UINT>(NM_RCLICK)};
+    click.ptAction.x = 5;
+    bool happened = false;
+    inMenu = [&] {
+      happened = true;
+      end.happen(host);
+    };
+    SetTimer(nullptr, 0, 20, onMenuTimer);
+    SendMessageW(GetParent(window.list(1)), WM_NOTIFY, click.hdr.idFrom,
+                 reinterpret_cast<LPARAM>(&click));
+    CHECK(happened);
+    CHECK(takeQuit() == end.quits);
+    pump();
+    CHECK((IsWindow(host.screen) == FALSE) == end.closes);
+    CHECK(FindWindowW(L"#32768", nullptr) == nullptr);
+  });
+}
+
+TEST_CASE("host ends: at every call of a run, in its message, the file dialog and a menu") {
   int first = 1;
   for (const End& end : ends) {
     endsDialog(end);
+    endsMenu(end);
     CHECK(endsRun(end, 0));
     // Every other call, and with the next end those between them.
     int moment = first;

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/spreadsheet/xls/encryption.h"
 #include "platform/spreadsheet/xls/records.h"
 
 namespace velk::xls {
@@ -52,9 +53,7 @@ class GlobalsReader {
     ContinuedReader parts(records_);
     switch (records_.type()) {
       case Record::FilePass:
-        refuse(
-            "The workbook is encrypted: it has a password, or its structure is protected, which "
-            "encrypts it even if it opens without one; take off both, and save it again");
+        refuseEncrypted(openingOf(records_.payload()));
       case Record::DateMode:
         contents_.from1904 = fields.u16() != 0;
         break;
@@ -76,6 +75,20 @@ class GlobalsReader {
       default:
         break;
     }
+  }
+
+  [[noreturn]] static void refuseEncrypted(Opening opening) {
+    if (opening == Opening::WithPassword) {
+      refuse("The workbook opens with a password only; save it without one");
+    }
+    if (opening == Opening::WithoutPassword) {
+      refuse(
+          "The structure of the workbook is protected, which encrypts it, though it opens without "
+          "a password; take the protection off, and save it again");
+    }
+    refuse(
+        "The workbook is encrypted: it has a password, or its structure is protected, which "
+        "encrypts it even if it opens without one; take off both, and save it again");
   }
 
   static void passShortText(ContinuedReader& reader) {
