@@ -166,7 +166,7 @@ int runPeer(int argc, char** argv,
     BareConnection connection(copy ? copy->path() : argv[1]);
     for (const char* table : {"CustomerDebitNote", "CustomerOpeningBalance"}) {
       if (!copy)
-        BareStatement(connection.handle()).executeDirect(std::string("DELETE FROM ") + table);
+        BareStatement(connection.handle()).executeDirect(std::string("TRUNCATE TABLE ") + table);
     }
     const std::vector<Document> documents = readDocuments(argv[2]);
     Stopwatch watch;

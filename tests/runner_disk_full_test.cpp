@@ -6,25 +6,29 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <regex>
 
 #include "tests/support/checks.h"
 #include "tests/support/engines.h"
 #include "tests/support/json_value.h"
+#include "tests/support/program.h"
 #include "tests/support/runner.h"
+#include "tests/support/watched_connection.h"
 
 namespace velk {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// A disk of its own, as small as possible, for the folder that a server puts tables in. Only root
-/// can mount one.
+/// A disk of its own, as small as possible, for what a server keeps. Only root can mount one.
 class SmallDisk {
  public:
-  SmallDisk() {
-    const std::string mount =
-        "mount -t tmpfs -o size=2m,mode=777 opnimp " + folder() + " 2>/dev/null";
-    isThere_ = std::system(mount.c_str()) == 0;
+  explicit SmallDisk(const std::string& size) {
+    const std::string mount = "mount -t tmpfs -o mode=777,size=" + size + " opnimp " + folder();
+    isThere_ = std::system((mount + " 2>/dev/null").c_str()) == 0;
+    if (!isThere_) {
+      std::cerr << "NOT TESTED: a full disk, as this user cannot mount one of his own\n";
+    }
   }
   SmallDisk(const SmallDisk&) = delete;
   SmallDisk& operator=(const SmallDisk&) = delete;
@@ -35,15 +39,13 @@ class SmallDisk {
 
   bool isThere() const { return isThere_; }
   std::string folder() const { return folder_.path(""); }
-  /// Leaves little room.
-  void fill() const {
+  void fill(std::uintmax_t left) const {
     const std::string ballast = folder_.path("ballast");
     std::ofstream file(ballast, std::ios::binary);
     const std::string page(4096, 'x');
     while (file << page << std::flush) {
     }
     file.close();
-    constexpr std::uintmax_t left = 16 * 1024;
     fs::resize_file(ballast, fs::file_size(ballast) - left);
   }
   void empty() const { fs::remove(folder_.path("ballast")); }
@@ -119,14 +121,11 @@ TEST_CASE("disk full: every record has one outcome, and it is true") {
     if (name != "postgresql" && name != "mariadb") continue;
     CAPTURE(name);
     RunnerWorld world;
-    const SmallDisk disk;
-    if (!disk.isThere()) {
-      std::cerr << "NOT TESTED: a full disk, as this user cannot mount one of his own\n";
-      return;
-    }
+    const SmallDisk disk("2m");
+    if (!disk.isThere()) return;
     const EngineCompany company(engine, {});
     moveTables(company, engine, disk);
-    disk.fill();
+    disk.fill(std::uintmax_t{16} * 1024);
     const auto import = [&](const std::string& file) {
       return world.import(file, {"--json", "--database", company.database()});
     };
@@ -138,6 +137,120 @@ TEST_CASE("disk full: every record has one outcome, and it is true") {
     disk.empty();
     CHECK(import(world.folder.write("more.csv", crlf({openingTitles, good1}))).status == 0);
     dropTables(company, engine);
+  }
+}
+
+void run(const std::string& command) {
+  CAPTURE(command);
+  REQUIRE(std::system(command.c_str()) == 0);
+}
+
+/// A server whose log is on a disk of its own while this lives.
+class LoggedApart {
+ public:
+  LoggedApart(const TestEngine& engine, const SmallDisk& disk)
+      : engine_(engine.name), isPostgresql_(engine_ == "postgresql") {
+    halt();
+    if (isPostgresql_) {
+      std::ifstream(servers_ + "/place") >> folder_;
+      folder_ += "/postgresql/pg_wal";
+      // The disk goes before the folder does.
+      run("cp -a " + folder_ + " " + disk.folder() + " && mv " + folder_ + " " + folder_ +
+          ".aside && ln -s " + disk.folder() + "pg_wal " + folder_);
+      start_ = "-c fsync=off";
+    } else {
+      start_ = "--log-bin=" + disk.folder() + "binlog";
+    }
+    start();
+  }
+  LoggedApart(const LoggedApart&) = delete;
+  LoggedApart& operator=(const LoggedApart&) = delete;
+  ~LoggedApart() {
+    halt();
+    if (isPostgresql_) {
+      run("cp -a " + folder_ + "/. " + folder_ + ".aside && rm " + folder_ + " && mv " + folder_ +
+          ".aside " + folder_);
+    }
+    start_ = isPostgresql_ ? start_ : "";
+    start();
+  }
+
+  void halt() const { server("halt", isPostgresql_ ? "INT" : "TERM"); }
+  void start() const { server("run", start_); }
+
+ private:
+  void server(const std::string& command, const std::string& more) const {
+    run(OPNIMP_SOURCE_DIR "/scripts/test-servers " + command + " " + servers_ + " " + engine_ +
+        " " + more);
+  }
+
+  const std::string servers_ = std::getenv("OPNIMP_TEST_SERVERS");
+  const std::string engine_;
+  const bool isPostgresql_;
+  std::string folder_;
+  std::string start_;
+};
+
+/// Writes to the log until its next file finds no room, which ends the server.
+void endLog(const EngineCompany& company) {
+  const auto write = [&] {
+    for (int files = 0; files < 10; ++files) {
+      company.ask("SELECT pg_logical_emit_message(true, 'a', 'b')");
+      company.ask("SELECT pg_switch_wal()");
+    }
+  };
+  CHECK_FALSE(trapErrors(write, [](const RuntimeError&) {}));
+}
+
+/// One server ends then, the other one waits for room for as long as a statement may run.
+TEST_CASE("disk full: under the server's log, what is in doubt is said, and the rest taken up") {
+  for (const TestEngine& engine : testEngines()) {
+    const std::string name = engine.name;
+    if (name != "postgresql" && (name != "mariadb" || !triesAll())) continue;
+    CAPTURE(name);
+    constexpr int records = 40;
+    const SmallDisk disk(name == "postgresql" ? "100m" : "2m");
+    if (!disk.isThere()) return;
+    RunnerWorld world;
+    EngineCompany company(engine, {});
+    const LoggedApart logged(engine, disk);
+    company.reconnect();
+    world.surroundings.openDatabase = [&, open = world.surroundings.openDatabase](
+                                          const std::string& string, const OdbcOptions& options) {
+      return std::make_shared<WatchedConnection>(open(string, options), [&](int call) {
+        if (call != 5) return;
+        disk.fill(0);
+        if (name == "postgresql") endLog(company);
+      });
+    };
+    const std::string file = world.folder.write("in.csv", debitNotes(records));
+    const std::vector<std::string> options{"--json",     "--wait",          "1", "--rejects", "",
+                                           "--database", company.database()};
+    const auto import = [&](const std::string& rejects, std::vector<std::string> more) {
+      more.insert(more.end(), options.begin(), options.end());
+      *std::ranges::find(more, "") = world.folder.path(rejects);
+      return world.import(file, more);
+    };
+    const Ran ran = import("r.csv", {});
+    CHECK_MESSAGE(ran.status == 5, (ran.out + ran.err));
+    const Json report(ran.out);
+    const std::regex expected("posted posted( posted)* (unknown|partial)( not-reached)+");
+    CHECK_MESSAGE(std::regex_match(report.outcomes(), expected), report.outcomes());
+    disk.empty();
+    if (name == "postgresql") logged.start();
+    company.reconnect();
+    // Each once; with the one in doubt, or without.
+    const auto checkNotes = [&](int count) {
+      const int there = std::stoi(company.ask("SELECT count(*) FROM CustomerDebitNote"));
+      CHECK((there == count || there == count + 1));
+      CHECK(company.ask("SELECT count(DISTINCT DocReference) FROM CustomerDebitNote") ==
+            std::to_string(there));
+    };
+    checkNotes(std::stoi(report.at("account.outcomes.posted.count")));
+    world.surroundings.openDatabase = realSurroundings().openDatabase;
+    const Ran resumed = import("s.csv", {"--resume"});
+    CHECK_MESSAGE(resumed.status == 1, resumed.out);
+    checkNotes(records - 1);
   }
 }
 

@@ -84,6 +84,7 @@ TEST_CASE("the command line and what it opens decide the exit status") {
       {{}, 3, "--help"},
       {{"preview", kind, odbc}, 4, "PWD=***"},
       {{"import"}, 3, "KIND is required"},
+      {{"import", "--nix"}, 3, "not expected: --nix"},
       {{"import", kind}, 3, "FILE is required"},
       {{"import", "no-such-kind", in}, 3, "customer-opening"},
       {{"demo-database", in, "more"}, 3, "not expected: more"},

@@ -176,6 +176,15 @@ bool killAndResume(const KilledRun& killed, const Usual& usual, std::chrono::mic
   return midway;
 }
 
+/// One of so many is killed between its first record and its end.
+constexpr int enoughRounds = 30;
+
+int roundsOf(const TestEngine& engine, const Killed& import) {
+  if (engine.isEmbedded()) return triesAll() ? 300 : OPNIMP_SANITIZED ? 5 : enoughRounds;
+  if (triesAll()) return 50;
+  return &import == &imports[0] ? 2 : 0;  // on a server each takes a while
+}
+
 }  // namespace
 
 TEST_CASE("a run killed at any moment is taken up, and one record is in doubt at most") {
@@ -183,10 +192,10 @@ TEST_CASE("a run killed at any moment is taken up, and one record is in doubt at
   std::mt19937 random{seed};
   MESSAGE("seed " << seed);
   for (const TestEngine& engine : testEngines()) {
-    if (!engine.isEmbedded() && !triesAll()) continue;
     CAPTURE(std::string(engine.name));
-    const int rounds = engine.isEmbedded() ? (triesAll() ? 300 : OPNIMP_SANITIZED ? 5 : 30) : 50;
     for (const Killed& import : imports) {
+      const int rounds = roundsOf(engine, import);
+      if (rounds == 0) continue;
       CAPTURE(std::string(import.kind));
       const Usual usual(KilledRun(import, engine));
       std::uniform_int_distribution<long long> moment(0, usual.took.count());
@@ -196,7 +205,7 @@ TEST_CASE("a run killed at any moment is taken up, and one record is in doubt at
         const std::chrono::microseconds after(moment(random));
         if (killAndResume(KilledRun(import, engine), usual, after)) ++midway;
       }
-      CHECK((midway > 0 || OPNIMP_SANITIZED));
+      CHECK((midway > 0 || rounds < enoughRounds));
     }
   }
 }

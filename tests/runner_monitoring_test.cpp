@@ -150,6 +150,7 @@ TEST_CASE("metrics: what a call came to, as a parser of the format reads it") {
   }
   CHECK(std::stod(found["opnimp_file_size_bytes{" + a + "}"]) ==
         static_cast<double>(std::filesystem::file_size(first)));
+  CHECK(contains(world.folder.read("m.prom"), ",le=\"0.0005\"}"));
   // The last call counts, also one that comes to nothing.
   CHECK(samples({"import", world.kind, second, "--database",
                  world.folder.path("none.db")})["opnimp_exit_status{}"] == "4.0");

@@ -47,6 +47,7 @@ constexpr auto mariadbErrors = std::to_array<NativeError>({
     {1205, "HYT00"},               // lock wait time-out
     {1969, "HYT00", {}, "HY018"},  // the statement's time limit
     {1317, "HYT00", {}, "HY018"},  // cancelled
+    {3, "HYT00"},                  // it has waited that long for room on a disk, its log's mostly
     {1927, "08S01", {}, "HY018"},  // the connection was killed
     {2006, "08S01"},               // gone away
     {2013, "08S01"},               // lost during a query

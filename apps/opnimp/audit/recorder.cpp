@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "apps/opnimp/audit/run_ended.h"
+#include "apps/opnimp/cli/printable.h"
 
 namespace velk {
 
@@ -153,10 +154,13 @@ void endIfHopeless(const RuntimeError& error, const Connection& connection, RunG
   // First, because the error is the interrupt's own.
   gate.requireOpen();
   if (connection.isLost()) {
-    throw RunEnded{"the connection to the database was lost: " + error.description(), true};
+    throw RunEnded{
+        "the connection to the database was lost: " + std::string(withoutEnd(error.description())),
+        true};
   }
   if (error.is(ErrorNumber::ProviderTimeout)) {
-    throw RunEnded{"the database did not answer in time (" + error.description() +
+    throw RunEnded{"the database did not answer in time (" +
+                   std::string(withoutEnd(error.description())) +
                    "); --wait SECONDS or --lock-wait SECONDS gives it longer"};
   }
 }

@@ -99,6 +99,14 @@ Exit status:
   4  a file or the database could not be opened or written; nothing was imported or exported
   5  the run broke off, or its account does not add up)";
 
+const std::string previewFooter =
+    R"(Exit status:
+  0  the file can be imported as it is
+  2  it would be refused: its columns or the mapping do not do, or values would be read
+     otherwise than they are written
+  3  the command line makes no sense
+  4  a file or the database could not be opened)";
+
 const std::string checkFooter =
     R"(Exit status:
   0  imports can work
@@ -214,13 +222,23 @@ class CommandLine {
     } catch (const CLI::CallForVersion& version) {
       arguments_.answer = version.what();
     } catch (const CLI::ParseError& error) {
-      throw UsageError(error.what() + std::string("; `opnimp --help` shows how it is used"));
+      throw UsageError(whatIsWrong(error) + "; `opnimp --help` shows how it is used");
     }
     return arguments_;
   }
 
  private:
   using Apps = std::initializer_list<CLI::App*>;
+
+  /// An option that there is not is named before what is missing: it may have been meant for that.
+  std::string whatIsWrong(const CLI::ParseError& error) const {
+    for (const std::string& argument : app_.remaining(true)) {
+      if (argument.starts_with('-')) {
+        return "The following argument was not expected: " + argument;
+      }
+    }
+    return error.what();
+  }
 
   void addCommands() {
     const auto import =
@@ -230,6 +248,7 @@ class CommandLine {
                                    "needs no database");
     addFiles(*import, filesHelp + numberedHelp);
     addFiles(*preview, filesHelp);
+    preview->footer(previewFooter);
     addConvert();
     const auto exporting = addOfKind(Command::Export, "export", exportHelp);
     addFile(*exporting, "the workbook to write");

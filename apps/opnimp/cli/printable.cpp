@@ -52,6 +52,10 @@ std::string printableLines(std::string_view text) {
   }
 }
 
+std::string_view withoutEnd(std::string_view sentence) {
+  return sentence.substr(0, sentence.find_last_not_of(" \r\n.?!") + 1);
+}
+
 std::size_t textWidth(std::string_view text) {
   return static_cast<std::size_t>(
       std::ranges::count_if(text, [](char c) { return !isContinuation(c); }));

@@ -17,6 +17,9 @@ std::string printable(std::string_view text);
 /// As printable, but carriage return + line feed pairs break the line.
 std::string printableLines(std::string_view text);
 
+/// What a driver says, as a part of a sentence of ours: without what ends it.
+std::string_view withoutEnd(std::string_view sentence);
+
 /// Number of characters (code points).
 std::size_t textWidth(std::string_view text);
 /// At most `width` characters, the last three of a longer text being "...".

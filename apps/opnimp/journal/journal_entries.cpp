@@ -254,6 +254,19 @@ RecordEnd readRecordEnd(EntryReader from) {
   return end;
 }
 
+void write(EntryWriter& to, const HostChange& change) {
+  to.number(change.record).text(change.from).text(change.to).text(change.why).text(change.found);
+}
+
+HostChange readHostChange(EntryReader from) {
+  HostChange change;
+  change.record = from.number();
+  for (std::string* text : {&change.from, &change.to, &change.why, &change.found}) {
+    *text = from.text();
+  }
+  return change;
+}
+
 void write(EntryWriter& to, const RunEnd& run) {
   to.real(run.time.days).byte(run.completed ? 1 : 0);
   writeOptional(to, run.screenRecords);

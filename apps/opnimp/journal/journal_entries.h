@@ -53,6 +53,15 @@ struct RecordEnd {
   std::vector<RecordedMessage> messages;
 };
 
+/// The run lost its server and went on at another one.
+struct HostChange {
+  std::size_t record = 0;  ///< the record to go on with, from 1
+  std::string from;        ///< without passwords, as `to`
+  std::string to;
+  std::string why;    ///< the first one was lost
+  std::string found;  ///< at the second one; empty: nothing was in doubt
+};
+
 struct RunEnd {
   Date time;
   bool completed = false;                  ///< the import itself said so
@@ -69,6 +78,7 @@ struct RunEnd {
 
 /// `fileBytes`: of the file that is imported.
 void write(EntryWriter& to, const RunStart& run, std::string_view fileBytes);
+void write(EntryWriter& to, const HostChange& change);
 void write(EntryWriter& to, const RunEnd& run);
 
 /// The same as a RecordEnd, without copies.
@@ -77,6 +87,7 @@ void writeRecordEnd(EntryWriter& to, std::size_t record, const RecordTrace& trac
 /// The file's bytes follow, as a text.
 RunStart readRunStart(EntryReader& from);
 RecordEnd readRecordEnd(EntryReader from);
+HostChange readHostChange(EntryReader from);
 RunEnd readRunEnd(EntryReader from);
 /// Only the record and its outcome.
 std::pair<std::size_t, Outcome> readRecordOutcome(EntryReader& from);

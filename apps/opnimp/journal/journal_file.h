@@ -18,8 +18,9 @@ enum class EntryType : std::uint8_t {
   RecordBegun,
   RecordEnded,
   RunEnded,
-  Synced,       ///< all entries before it were, or it would not be there
-  OthersSynced  ///< so was what the entries before it tell of, in other files
+  Synced,        ///< all entries before it were, or it would not be there
+  OthersSynced,  ///< so was what the entries before it tell of, in other files
+  HostChanged
 };
 
 /// Where the whole entries end, and what follows them.

@@ -22,7 +22,7 @@ class IndexBuilder {
       setOutcome(readRecordOutcome(payload));
     } else if (type == EntryType::RunEnded) {
       end(readRunEnd(payload));
-    } else {
+    } else if (type == EntryType::OthersSynced) {
       sync(current());
     }
   }
@@ -168,6 +168,8 @@ JournaledRun readRun(const KeptFile& file, std::uint64_t number) {
       while (!run.records.empty() && run.records.back().record >= begun) run.records.pop_back();
     } else if (within && type == EntryType::RecordEnded) {
       run.records.push_back(readRecordEnd(EntryReader(payload)));
+    } else if (within && type == EntryType::HostChanged) {
+      run.hostChanges.push_back(readHostChange(EntryReader(payload)));
     } else if (within && type == EntryType::RunEnded) {
       run.end = readRunEnd(EntryReader(payload));
     }

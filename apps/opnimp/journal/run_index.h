@@ -60,6 +60,7 @@ struct JournaledRun {
   RunStart start;
   std::string fileBytes;           ///< what was imported, as it was
   std::vector<RecordEnd> records;  ///< those that ended
+  std::vector<HostChange> hostChanges;
   std::optional<RunEnd> end;
 };
 

@@ -37,6 +37,12 @@ void RunJournal::recordEnds(std::size_t record, const RecordTrace& trace) {
   file_.add(EntryType::RecordEnded, writer_.payload());
 }
 
+void RunJournal::hostChanges(const HostChange& change) {
+  writer_.clear();
+  write(writer_, change);
+  file_.write(EntryType::HostChanged, writer_.payload());
+}
+
 // A run that has ended leaves nothing in doubt, whether or not the entry's own sync comes to pass.
 void RunJournal::runEnds(const RunEnd& end) {
   syncOthers_();

@@ -30,6 +30,7 @@ class RunJournal {
   void recordsBeginAgain(std::size_t first, std::size_t last);
   /// It is written before the next record begins.
   void recordEnds(std::size_t record, const RecordTrace& trace);
+  void hostChanges(const HostChange& change);
   void runEnds(const RunEnd& end);
 
  private:

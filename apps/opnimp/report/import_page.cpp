@@ -67,6 +67,9 @@ std::vector<HtmlReport::Fact> facts(const ImportResult& result) {
       {"Program", "opnimp " + std::string(programVersion)},
       {"Accepted", joined(result.arguments.accept)},
       {"Error log", result.isDryRun() ? "not written in a dry run" : result.errorLog}};
+  for (const HostChange& change : result.hostChanges) {
+    facts.push_back({"Went on", goingOnText(change)});
+  }
   if (!result.noLookAhead.empty()) {
     facts.push_back({"Look-ups", "each in its record's turn: " + result.noLookAhead});
   }

@@ -277,6 +277,11 @@ std::string recordsText(const InputRecords& input) {
          std::to_string(part->place(0).line) + " on";
 }
 
+std::string goingOnText(const HostChange& change) {
+  return "with record " + std::to_string(change.record) + " at " + change.to + ", since " +
+         change.why + (change.found.empty() ? "" : "; " + change.found);
+}
+
 std::string nameOf(Outcome outcome, const Arguments& arguments) {
   const std::string name(outcomeName(outcome));
   return arguments.dryRun && isPosted(outcome) ? "would be " + name : name;

@@ -20,15 +20,6 @@
 
 namespace velk {
 
-/// The run lost its server and went on at another one.
-struct HostChange {
-  std::size_t record = 0;  ///< the record to go on with, from 1
-  std::string from;        ///< without passwords, as `to`
-  std::string to;
-  std::string why;    ///< the first one was lost
-  std::string found;  ///< at the second one; empty: nothing was in doubt
-};
-
 struct ImportResult {
   Arguments arguments;
   std::string database;  ///< without passwords
@@ -56,6 +47,7 @@ struct ImportResult {
   std::size_t leftOut = 0;            ///< first records that those runs did not reach either
   std::vector<RefusedBefore> refusedBefore;  ///< by the runs that it goes on with
   std::vector<std::string> rejectFiles;      ///< paths written
+  std::string metricsFile;                   ///< path written, if it was; of the last file
   std::string rejectsError;                  ///< why they could not be written
   std::string reportFile;                    ///< path of the page written, if one was
   std::string reportError;                   ///< why it could not be written
@@ -85,6 +77,8 @@ std::string sentenceOf(const TitleSuggestion& suggestion);
 
 /// Where the runs began that it goes on with: " from line 4 on"; empty for the first record.
 std::string fromText(const ImportResult& result);
+/// Such as "with record 9 at Driver=...;Server=db2, since the connection was lost".
+std::string goingOnText(const HostChange& change);
 /// The outcome's name; of what is posted in a dry run, that it would be.
 std::string nameOf(Outcome outcome, const Arguments& arguments);
 /// What the calls of records have made, such as "Notes posted".

@@ -26,6 +26,13 @@ std::string numeral(auto number) {
   return {digits.data(), std::to_chars(digits.begin(), digits.end(), number).ptr};
 }
 
+/// Without an exponent.
+std::string plainNumeral(double number) {
+  std::array<char, 32> digits{};
+  return {digits.data(),
+          std::to_chars(digits.begin(), digits.end(), number, std::chars_format::fixed).ptr};
+}
+
 /// In valid UTF-8, with the three characters escaped that would end a value or a line.
 std::string escaped(std::string_view value) {
   std::string text;
@@ -130,7 +137,8 @@ void addTimes(MetricsText& text, Labels labels, const CallTimes& times) {
   labels.emplace_back("le", "");
   for (std::size_t i = 0; i < times.counts.size(); ++i) {
     below += times.counts[i];
-    labels.back().second = i < CallTimes::bounds.size() ? numeral(CallTimes::bounds[i]) : "+Inf";
+    labels.back().second =
+        i < CallTimes::bounds.size() ? plainNumeral(CallTimes::bounds[i]) : "+Inf";
     text.sample("_bucket", labels, below);
   }
   labels.pop_back();
@@ -185,6 +193,9 @@ std::string metricsText(const FilesResult& call, ExitStatus status) {
       [](const ImportResult& file) { return file.hasAccount() && file.account.addsUp() ? 1 : 0; });
   addFiles(text, call, "opnimp_lock_waits", "", "Calls that were seen to wait for a lock.",
            [](const ImportResult& file) { return file.lockWaits; });
+  addFiles(text, call, "opnimp_host_changes", "",
+           "How often the run lost its host and went on at another one.",
+           [](const ImportResult& file) { return file.hostChanges.size(); });
   addRecords(text, call);
   addCounts(text, call);
   addDurations(text, call);

@@ -72,9 +72,7 @@ class TextReport {
            << " that had met another session's change and had been taken back\n";
     }
     for (const HostChange& change : result_.hostChanges) {
-      out_ << "Went on:  with record " << change.record << " at " << printable(change.to)
-           << ", since " << printable(change.why)
-           << (change.found.empty() ? "" : "; " + printable(change.found)) << '\n';
+      out_ << "Went on:  " << printable(goingOnText(change)) << '\n';
     }
     if (result_.isDryRun()) {
       out_ << "Dry run:  every check ran, no procedure did. What the procedures themselves would "
@@ -123,6 +121,9 @@ class TextReport {
     writeJournal();
     for (const std::string& path : result_.rejectFiles) {
       out_ << "Written:   " << printable(path) << '\n';
+    }
+    if (!result_.metricsFile.empty()) {
+      out_ << "Written:   " << printable(result_.metricsFile) << '\n';
     }
     if (!result_.rejectsError.empty()) {
       out_ << "Rejects:   " << printable(result_.rejectsError) << '\n';

@@ -31,8 +31,12 @@ constexpr std::string_view otherEncryption =
 constexpr std::string_view postgresqlEncryption =
     "The server does not let the user in from here without encryption: add SSLmode=require, or "
     "SSLmode=verify-full to be sure of the server, or have its pg_hba.conf let him in";
-constexpr std::string_view noRootCertificate =
-    "Put the certificate that the server's is signed with into the file that is missing";
+constexpr std::string_view postgresqlCertificate =
+    "Put the certificate that the server's is signed with into ~/.postgresql/root.crt, or name a "
+    "file that has it: pqopt={sslrootcert=FILE}";
+constexpr std::string_view mariadbCertificate =
+    "Name a file in SSLCA= that has the certificate that the server's is signed with";
+constexpr std::string_view otherName = "Name the server in Server= as its certificate does";
 // The server denies access alike for a wrong password and for a lack of encryption.
 constexpr std::string_view mariadbLogin =
     "Correct the user and the password, UID= and PWD=; if they are right, the server insists on "
@@ -53,9 +57,11 @@ constexpr auto advices = std::to_array<Advice>({
     {"01000", 0, "Can't open lib", noSuchDriver},
     {"IM003", 0, {}, noSuchDriver},
     {"IM002", 0, {}, noSuchSource},
+    {"08001", 101, "does not match host name", otherName},
     {"08001", 101, "host name", unknownHost},
     {"08001", 101, "no encryption", postgresqlEncryption},
-    {"08001", 101, "root certificate", noRootCertificate},
+    {"08001", 101, "root certificate", postgresqlCertificate},
+    {"08001", 101, "certificate verify failed", postgresqlCertificate},
     {"08001", 101, "SSL", otherEncryption},
     {"08001", 101, "too many", tooMany},
     {"08001", 101, "connection slots", tooMany},
@@ -63,7 +69,9 @@ constexpr auto advices = std::to_array<Advice>({
     {"08001", 101, "FATAL:  role", wrongLogin},
     {"08001", 101, "FATAL:  database", noDatabase},
     {"HY000", 2005, {}, unknownHost},
-    {"HY000", 2026, {}, otherEncryption},
+    {"HY000", 2026, "does not support", otherEncryption},
+    {"HY000", 2026, "Validation", otherName},
+    {"HY000", 2026, {}, mariadbCertificate},
     {"28000", 1045, {}, mariadbLogin},
     {"08", 1040, {}, tooMany},
     {"42000", 1203, {}, tooMany},

@@ -71,12 +71,13 @@ std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
   } catch (const RuntimeError& error) {
     if (isEmbedded && error.is(ErrorNumber::ProviderTimeout)) {
       throw RunEnded{"the database " + choice.shown + " did not answer in time (" +
-                     error.description() +
+                     std::string(withoutEnd(error.description())) +
                      "); --wait SECONDS or --lock-wait SECONDS gives it longer"};
     }
     // Only `shown` is printed: the connection string may contain a password.
     throw CannotOpen("the database " + choice.shown + " could not be opened: " +
-                     fileErrorText(choice.path, error) + ". " + advice(choice, error));
+                     std::string(withoutEnd(fileErrorText(choice.path, error))) + ". " +
+                     advice(choice, error));
   }
 }
 
@@ -132,7 +133,8 @@ bool madeDatabase(const std::string& path) {
   try {
     return makeSampleCompany(path);
   } catch (const RuntimeError& error) {
-    cannotMake(path, error.description() + ". Check the folder and its permissions");
+    cannotMake(path, std::string(withoutEnd(error.description())) +
+                         ". Check the folder and its permissions");
   }
 }
 

@@ -7,6 +7,7 @@
 
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 #include "base/errors.h"
 
 namespace velk {
@@ -31,13 +32,29 @@ constexpr std::chrono::seconds longestEnd{15};
 
 DatabaseHosts::DatabaseHosts(std::vector<DatabaseChoice> hosts, const Surroundings& surroundings,
                              RunGate& gate)
-    : hosts_(std::move(hosts)), surroundings_(surroundings), gate_(gate) {}
+    : hosts_(std::move(hosts)),
+      surroundings_(surroundings),
+      gate_(gate),
+      beginning_(timeForAll()),
+      silence_(hosts_.size()) {}
+
+std::chrono::seconds OpeningTime::part() {
+  using std::chrono::seconds;
+  const auto left = end_ - std::chrono::steady_clock::now();
+  const auto part = left / static_cast<long>(hosts_ > 1 ? hosts_-- : 1);
+  return std::max(std::chrono::ceil<seconds>(part), seconds{1});
+}
+
+OpeningTime DatabaseHosts::timeForAll() const {
+  return {std::chrono::seconds(hosts_.front().options.loginTimeoutSeconds), hosts_.size()};
+}
 
 std::shared_ptr<OwnConnection> DatabaseHosts::open() {
   std::string why;
+  beginning_ = timeForAll();
   for (current_ = 0; current_ < hosts_.size(); ++current_) {
     try {
-      auto opened = areSeveral() ? openReady(hosts_[current_]) : openHost(hosts_[current_]);
+      auto opened = areSeveral() ? openReady(current_, beginning_) : openHost(hosts_[current_]);
       use(opened);
       return opened;
     } catch (const CannotOpen& failure) {
@@ -50,16 +67,17 @@ std::shared_ptr<OwnConnection> DatabaseHosts::open() {
 
 void DatabaseHosts::requireSame(std::string identity, Events& events) {
   identity_ = std::move(identity);
-  for (const DatabaseChoice& host : hosts_) {
-    if (&host != &hosts_[current_]) look(host, events);
+  for (std::size_t host = 0; host < hosts_.size(); ++host) {
+    if (host != current_) look(host, events);
   }
 }
 
 // One that is not ready answers mostly which database it is: a standby, say.
-void DatabaseHosts::look(const DatabaseChoice& host, Events& events) {
+void DatabaseHosts::look(std::size_t host, Events& events) {
   std::string identity;
   try {
-    const auto opened = openHost(host);
+    if (!silence_[host].empty()) throw CannotOpen(silence_[host]);
+    const auto opened = openHost(host, beginning_);
     gate_.pass([&] {
       const bool ready = opened->whyNotReady().empty();
       identity = opened->identity(false);
@@ -68,9 +86,9 @@ void DatabaseHosts::look(const DatabaseChoice& host, Events& events) {
   } catch (const CannotOpen& failure) {
     return events.notice(failure.what() + std::string("; the run goes on without it."));
   } catch (const RuntimeError& error) {
-    cannotUse(host, error.description());
+    cannotUse(hosts_[host], std::string(withoutEnd(error.description())));
   }
-  if (identity_.empty() || identity != identity_) isAnother(host);
+  if (identity_.empty() || identity != identity_) isAnother(hosts_[host]);
 }
 
 std::shared_ptr<OwnConnection> DatabaseHosts::openNext() {
@@ -78,10 +96,11 @@ std::shared_ptr<OwnConnection> DatabaseHosts::openNext() {
   const auto end = std::chrono::steady_clock::now() + surroundings_.hostPatience;
   for (;;) {
     std::string why;
+    OpeningTime time = timeForAll();
     for (std::size_t tried = 0; tried < hosts_.size(); ++tried) {
       current_ = (current_ + 1) % hosts_.size();
       try {
-        auto opened = openReady(hosts_[current_]);
+        auto opened = openReady(current_, time);
         awaitEnd(*opened);
         use(opened);
         return opened;
@@ -99,9 +118,23 @@ std::shared_ptr<OwnConnection> DatabaseHosts::openHost(const DatabaseChoice& hos
   return gate_.pass([&] { return openDatabase(host, surroundings_); });
 }
 
+std::shared_ptr<OwnConnection> DatabaseHosts::openHost(std::size_t host, OpeningTime& time) {
+  DatabaseChoice choice = hosts_[host];
+  choice.options.loginTimeoutSeconds = static_cast<int>(time.part().count());
+  try {
+    auto opened = openHost(choice);
+    silence_[host].clear();
+    return opened;
+  } catch (const CannotOpen& failure) {
+    silence_[host] = failure.what();
+    throw;
+  }
+}
+
 /// Raises CannotOpen for one that takes no changes, or is another database.
-std::shared_ptr<OwnConnection> DatabaseHosts::openReady(const DatabaseChoice& host) {
-  auto opened = openHost(host);
+std::shared_ptr<OwnConnection> DatabaseHosts::openReady(std::size_t number, OpeningTime& time) {
+  const DatabaseChoice& host = hosts_[number];
+  auto opened = openHost(number, time);
   trapErrors(
       [&] {
         gate_.pass([&] {
@@ -110,16 +143,19 @@ std::shared_ptr<OwnConnection> DatabaseHosts::openReady(const DatabaseChoice& ho
           if (!identity_.empty() && opened->identity(false) != identity_) isAnother(host);
         });
       },
-      [&](const RuntimeError& error) { cannotUse(host, error.description()); });
+      [&](const RuntimeError& error) {
+        cannotUse(host, std::string(withoutEnd(error.description())));
+      });
   return opened;
 }
 
 void DatabaseHosts::use(const std::shared_ptr<OwnConnection>& opened) {
   if (areSeveral()) {
     std::string history;
-    trapErrors(
-        [&] { gate_.pass([&] { history = opened->history(); }); },
-        [&](const RuntimeError& error) { cannotUse(hosts_[current_], error.description()); });
+    trapErrors([&] { gate_.pass([&] { history = opened->history(); }); },
+               [&](const RuntimeError& error) {
+                 cannotUse(hosts_[current_], std::string(withoutEnd(error.description())));
+               });
     hasAllConfirmed_ = history == history_;
     history_ = std::move(history);
   }

@@ -2,6 +2,8 @@
 // one of them, and goes on at another when that one is lost.
 #pragma once
 
+#include <chrono>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,6 +13,21 @@
 #include "apps/opnimp/run/database_choice.h"
 
 namespace velk {
+
+/// The time that hosts have to answer, tried one after the other: an equal part each of what those
+/// before it have left, a second at least.
+class OpeningTime {
+ public:
+  OpeningTime(std::chrono::seconds all, std::size_t hosts)
+      : end_(std::chrono::steady_clock::now() + all), hosts_(hosts) {}
+
+  /// Of the next one.
+  std::chrono::seconds part();
+
+ private:
+  std::chrono::steady_clock::time_point end_;
+  std::size_t hosts_;  // that are to come
+};
 
 class DatabaseHosts {
  public:
@@ -29,7 +46,7 @@ class DatabaseHosts {
   /// as openDatabase does.
   std::shared_ptr<OwnConnection> open();
   /// Looks at the others: they have to be the same database, as far as they answer. Tells of those
-  /// that do not. Raises CannotOpen.
+  /// that do not, or did not when it was opened. Raises CannotOpen.
   void requireSame(std::string identity, Events& events);
   /// Opens the next one that takes changes, after the one that was lost; waits for one. Raises
   /// RunEnded when none is there in time.
@@ -46,18 +63,22 @@ class DatabaseHosts {
   void cancel();
 
  private:
+  OpeningTime timeForAll() const;
   std::shared_ptr<OwnConnection> openHost(const DatabaseChoice& host);
-  std::shared_ptr<OwnConnection> openReady(const DatabaseChoice& host);
+  std::shared_ptr<OwnConnection> openHost(std::size_t host, OpeningTime& time);
+  std::shared_ptr<OwnConnection> openReady(std::size_t number, OpeningTime& time);
   void use(const std::shared_ptr<OwnConnection>& opened);
   void awaitEnd(OwnConnection& opened);
-  void look(const DatabaseChoice& host, Events& events);
+  void look(std::size_t host, Events& events);
   void pause() const;
 
   const std::vector<DatabaseChoice> hosts_;
   const Surroundings& surroundings_;
   RunGate& gate_;
   std::size_t current_ = 0;
-  std::string identity_;  // empty until requireSame
+  OpeningTime beginning_;             // of open and requireSame together
+  std::vector<std::string> silence_;  // by host: why it could not be opened last; empty: it could
+  std::string identity_;              // empty until requireSame
   std::string history_;
   bool hasAllConfirmed_ = true;
   bool hasLostEnded_ = true;

@@ -1,10 +1,10 @@
 #include "apps/opnimp/run/document_lookup.h"
 
-#include <algorithm>
 #include <string>
-#include <vector>
+#include <unordered_map>
 
 #include "apps/opnimp/audit/outcome.h"
+#include "apps/opnimp/journal/entry_bytes.h"
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "opening/opening_kinds.h"
@@ -21,11 +21,12 @@ DataType typeOf(const Value& value) {
   return std::holds_alternative<Date>(value) ? DataType::Date : DataType::VarChar;
 }
 
-/// Whether the counter takes the one for the other, whatever their narrations are.
-bool isSameDocument(const RecordedCall& a, const RecordedCall& b) {
-  return a.text == b.text && a.parameters.size() == b.parameters.size() &&
-         std::ranges::equal(std::span(a.parameters).first(documentParameters),
-                            std::span(b.parameters).first(documentParameters));
+/// What the counter knows a document by: not by its narration.
+std::string documentKey(const RecordedCall& note) {
+  EntryWriter key;
+  key.text(note.text);
+  for (const Value& value : std::span(note.parameters).first(documentParameters)) key.value(value);
+  return std::string(key.payload());
 }
 
 }  // namespace
@@ -36,15 +37,11 @@ bool DocumentLookup::isNote(const RecordedCall& call) const {
          (call.text == opening->debitNote || call.text == opening->creditNote);
 }
 
-DocumentLookup::Found DocumentLookup::find(const RecordedCall& note,
-                                           std::span<const RecordedCall> before) {
+DocumentLookup::Found DocumentLookup::find(const RecordedCall& note, std::size_t madeBefore) {
   if (!isNote(note)) return Found::NotKnown;
-  const auto same = std::ranges::count_if(before, [&](const RecordedCall& call) {
-    return isEffective(call) && isSameDocument(call, note);
-  });
   const std::optional<std::int64_t> found = count(note);
   if (!found) return Found::NotKnown;
-  return *found > same ? Found::Some : Found::None;
+  return *found > static_cast<std::int64_t>(madeBefore) ? Found::Some : Found::None;
 }
 
 /// Empty where it cannot be told: without the procedure, or the right to it.
@@ -63,6 +60,18 @@ std::optional<std::int64_t> DocumentLookup::count(const RecordedCall& note) {
   gate_.requireOpen();
   trapErrors([&] { gate_.pass(ask); }, [](const RuntimeError&) {});
   return count;
+}
+
+std::vector<std::size_t> documentsBefore(std::span<const RecordedCall> calls) {
+  std::vector<std::size_t> before(calls.size());
+  std::unordered_map<std::string, std::size_t> made;
+  for (std::size_t call = 0; call < calls.size(); ++call) {
+    if (calls[call].parameters.size() <= documentParameters) continue;
+    std::size_t& count = made[documentKey(calls[call])];
+    before[call] = count;
+    if (isEffective(calls[call])) ++count;
+  }
+  return before;
 }
 
 }  // namespace velk

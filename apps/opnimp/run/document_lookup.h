@@ -2,9 +2,11 @@
 // calls only posts.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "apps/opnimp/audit/recorder.h"
 #include "apps/opnimp/cli/kinds.h"
@@ -26,9 +28,9 @@ class DocumentLookup {
   bool isNote(const RecordedCall& call) const;
 
   enum class Found { None, Some, NotKnown };
-  /// Whether there is a document of this note beside those that the same calls `before` it made.
+  /// Whether there is a document of this note beside as many that the run itself made before it.
   /// None is certain; Some may be one that was there before the run.
-  Found find(const RecordedCall& note, std::span<const RecordedCall> before);
+  Found find(const RecordedCall& note, std::size_t madeBefore);
 
  private:
   std::optional<std::int64_t> count(const RecordedCall& note);
@@ -37,5 +39,9 @@ class DocumentLookup {
   const ImportKind& kind_;
   RunGate& gate_;
 };
+
+/// For each call that makes a document, how many before it made one that the procedure takes for
+/// the same.
+std::vector<std::size_t> documentsBefore(std::span<const RecordedCall> calls);
 
 }  // namespace velk

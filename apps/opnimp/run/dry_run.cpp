@@ -1,6 +1,7 @@
 #include "apps/opnimp/run/dry_run.h"
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 #include "base/errors.h"
 
 namespace velk {
@@ -8,7 +9,8 @@ namespace velk {
 DryRun::DryRun(OwnConnection& database) : database_(database) {
   trapErrors([&] { database_.beginTransaction(); },
              [](const RuntimeError& error) {
-               throw CannotOpen("the database takes no dry run: " + error.description());
+               throw CannotOpen("the database takes no dry run: " +
+                                std::string(withoutEnd(error.description())));
              });
 }
 

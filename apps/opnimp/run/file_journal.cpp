@@ -160,6 +160,10 @@ void FileJournal::beginAgain(std::size_t first, std::size_t last) {
   std::fill(told_.begin() + static_cast<std::ptrdiff_t>(first), told_.end(), std::nullopt);
 }
 
+void FileJournal::hostChanges(const HostChange& change) {
+  if (run_) orEndRun([&] { run_->hostChanges(change); });
+}
+
 // A run that cannot be written down does not go on.
 template <class Write>
 void FileJournal::orEndRun(Write write) {

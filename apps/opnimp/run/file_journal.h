@@ -34,6 +34,8 @@ class FileJournal {
   /// What was said of the records from the first one on counts no more; they go on behind the last
   /// one. If none does, nobody knows what became of these.
   void beginAgain(std::size_t first, std::size_t last);
+  /// Says that the run goes on at another host.
+  void hostChanges(const HostChange& change);
   /// What is known of a run only when it has ended, and is not in its result.
   struct Ending {
     bool completed = false;

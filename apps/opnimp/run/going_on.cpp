@@ -26,7 +26,10 @@ struct Posted {
 class Finder {
  public:
   Finder(const LostRun& run, DocumentLookup& lookup)
-      : run_(run), lookup_(lookup), calls_(run.recorder.calls()) {
+      : run_(run),
+        lookup_(lookup),
+        calls_(run.recorder.calls()),
+        madeBefore_(documentsBefore(calls_)) {
     for (const RecordedCall& call : calls_) {
       if (call.kind != CallKind::Procedure || call.row < ImportRun::firstDataRow) continue;
       const std::size_t record = call.row - ImportRun::firstDataRow;
@@ -107,10 +110,11 @@ class Finder {
     }
   }
 
-  [[noreturn]] static void endRun() {
+  [[noreturn]] void endRun() const {
     throw RunEnded{
         "the server that took over may lack what the lost one confirmed last, and that cannot be "
-        "looked up"};
+        "looked up" +
+        std::string(run_.isFirst ? "" : "; what was posted before this file may be missing, too")};
   }
 
   void say(const std::string& text) {
@@ -122,13 +126,13 @@ class Finder {
   /// What tells of a record.
   Found findNote(const Posted& record) {
     const RecordedCall& note = *record.calls.front();
-    const auto before = static_cast<std::size_t>(&note - calls_.data());
-    return lookup_.find(note, calls_.first(before));
+    return lookup_.find(note, madeBefore_[static_cast<std::size_t>(&note - calls_.data())]);
   }
 
   const LostRun& run_;
   DocumentLookup& lookup_;
   std::span<const RecordedCall> calls_;
+  std::vector<std::size_t> madeBefore_;  // by call
   std::vector<Posted> posted_;
   GoingOn going_;
 };

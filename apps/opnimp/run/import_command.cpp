@@ -85,6 +85,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     if (!metrics_) return;
     try {
       metrics_->write(metricsText(result(), status));
+      files_.back().result().metricsFile = *arguments_.metrics;
     } catch (const CannotOpen& failure) {
       call_.events.notice(failure.what() + std::string("."));
     }
@@ -192,8 +193,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     trapErrors([&] { call_.gate.pass(ask); },
                [&](const RuntimeError& error) {
                  endIfHopeless(error, *call_.database, call_.gate);
-                 throw CannotOpen("the database " + shown +
-                                  " could not be told from others: " + error.description());
+                 throw CannotOpen("the database " + shown + " could not be told from others: " +
+                                  std::string(withoutEnd(error.description())));
                });
     if (call_.hosts->areSeveral()) {
       call_.hosts->requireSame(call_.journal->databaseId(), call_.events);

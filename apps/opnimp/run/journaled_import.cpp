@@ -98,6 +98,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   result_.folder = start.folder;
   result_.fileHash = hexText(start.fileHash);
   result_.began = start.time;
+  result_.hostChanges = run_.hostChanges;
   if (run_.end) result_.ended = run_.end->time;
   if (run_.end) result_.refusal = run_.end->refusal;
   result_.brokeOff = endOf(summary, run_);

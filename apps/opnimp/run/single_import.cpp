@@ -184,13 +184,7 @@ std::size_t SingleImport::goOn(const RunEnded& ended) {
     call_.database = call_.hosts->openNext();
     if (call_.beside.connection) call_.openBeside();
     repeatedBefore_ = 0;
-    DocumentLookup lookup(*call_.database, kind(), recorder_.gate());
-    const GoingOn going = findGoingOn(
-        {recorder_, report_, call_.hosts->hasAllConfirmed(), call_.hosts->hasLostEnded(),
-         !call_.hasSeveralFiles && result_.resumes == 0, arguments().again},
-        lookup);
-    if (wentOnAt_ == going.first) throw RunEnded{"a second host was lost at the same record"};
-    wentOnAt_ = going.first;
+    const GoingOn going = findWhereToGoOn();
     change.to = call_.hosts->shown();
     change.record = going.first + 1;
     change.found = going.found;
@@ -199,6 +193,27 @@ std::size_t SingleImport::goOn(const RunEnded& ended) {
     throw RunEnded{ended.why + "; " + failure.why, ended.connectionLost};
   }
   return wentOnAt_.value();
+}
+
+/// Where the run ends instead, what the server may lack is called posted no more.
+GoingOn SingleImport::findWhereToGoOn() {
+  const bool hasAll = call_.hosts->hasAllConfirmed();
+  try {
+    DocumentLookup lookup(*call_.database, kind(), recorder_.gate());
+    const LostRun lost{recorder_,
+                       report_,
+                       hasAll,
+                       call_.hosts->hasLostEnded(),
+                       !call_.hasSeveralFiles && result_.resumes == 0,
+                       arguments().again};
+    GoingOn going = findGoingOn(lost, lookup);
+    if (wentOnAt_ == going.first) throw RunEnded{"a second host was lost at the same record"};
+    wentOnAt_ = going.first;
+    return going;
+  } catch (const RunEnded&) {
+    if (!hasAll) recorder_.settle(Changes::NotKnown);
+    throw;
+  }
 }
 
 void SingleImport::beginAgain(const GoingOn& going, const HostChange& change) {
@@ -212,7 +227,10 @@ void SingleImport::beginAgain(const GoingOn& going, const HostChange& change) {
     isCutOff = true;
   }
   if (going.doubtful) recorder_.doubt(*going.doubtful + ImportScreen::firstDataRow);
-  if (journal_) beginAgainInJournal(going, begun);
+  if (journal_) {
+    beginAgainInJournal(going, begun);
+    journal_->hostChanges(change);
+  }
   watchDatabase();
   result_.hostChanges.push_back(change);
   call_.events.hostChanges(result_, change);
@@ -340,8 +358,9 @@ void SingleImport::endIfInterrupted() const {
 void SingleImport::requireCompany() const {
   const auto& stop = report_.stopError();
   if (!stop || report_.begun() > 0 || hasPosting(recorder_) || !isOfSchema(*stop)) return;
-  throw CannotOpen("the database " + result_.database + " is none of this application: " +
-                   stop->description() + "; nothing was imported. Choose another --database");
+  throw CannotOpen("the database " + result_.database +
+                   " is none of this application: " + std::string(withoutEnd(stop->description())) +
+                   "; nothing was imported. Choose another --database");
 }
 
 /// The import's word that nothing was posted, as long as nothing seen speaks against it.

@@ -83,6 +83,7 @@ class SingleImport {
   /// where that is not possible.
   std::size_t goOn(const RunEnded& ended);
   bool canGoOn() const;
+  struct GoingOn findWhereToGoOn();
   void countRepeated();
   void beginAgain(const struct GoingOn& going, const HostChange& change);
   void beginAgainInJournal(const struct GoingOn& going, std::size_t begun);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 #include "base/errors.h"
 
 namespace velk {
@@ -15,7 +16,8 @@ WholeRun::WholeRun(OwnConnection& database, Recorder& recorder)
     // answer.
     database_.isInTransaction();
   } catch (const RuntimeError& error) {
-    throw CannotOpen("the database takes no --all-or-nothing: " + error.description());
+    throw CannotOpen("the database takes no --all-or-nothing: " +
+                     std::string(withoutEnd(error.description())));
   }
   recorder_.requireTransaction([this] { return isOpen(); });
 }
