@@ -155,11 +155,11 @@ struct Intended {
 };
 
 void checkOutputs(const RunnerWorld& world, const Intended& intended, bool isEnd) {
-  for (const auto& [name, bytes] : intended.outputs) {
-    CAPTURE(name);
-    const std::string found = world.folder.read(name);
-    CHECK((found.empty() || found == bytes));
-    if (isEnd) CHECK(found == bytes);
+  for (const auto& output : intended.outputs) {
+    CAPTURE(output.first);
+    const std::string found = world.folder.read(output.first);
+    CHECK((found.empty() || found == output.second));
+    if (isEnd) CHECK(found == output.second);
   }
 }
 
@@ -279,10 +279,11 @@ TEST_CASE("power: what the other commands have made is there, and whole or not a
                       "--app-folder",
                       folder.path(".")};
        }}};
-  for (const auto& [name, says, command] : rows) {
+  for (const auto& row : rows) {
+    const std::string& name = std::get<0>(row);
     CAPTURE(name);
-    Recorded recorded(companyFiles(), command);
-    REQUIRE(contains(recorded.ran.out, says));
+    Recorded recorded(companyFiles(), std::get<2>(row));
+    REQUIRE(contains(recorded.ran.out, std::get<1>(row)));
     const std::string whole = recorded.folder.read(name);
     losePower(recorded, 40, [&](const DiskFiles& left, bool isEnd) {
       const auto found = left.find(name);

@@ -40,7 +40,7 @@ void takeBlock(Md5& state, std::string_view block) {
   for (unsigned i = 0; i < blockSize; ++i) {
     const unsigned round = i / 16;
     const std::uint32_t mixed[] = {(b & c) | (~b & d), (d & b) | (~d & c), b ^ c ^ d, c ^ (b | ~d)};
-    const unsigned word = (steps[round][0] * i + steps[round][1]) % 16;
+    const std::size_t word = (steps[round][0] * i + steps[round][1]) % 16;
     const std::uint32_t sum =
         a + mixed[round] + constants[i] + loadNumber<std::uint32_t>(block.data() + word * 4);
     a = std::exchange(d,
@@ -78,7 +78,7 @@ std::string crypted(std::string_view key, std::string_view bytes) {
   for (const char byte : bytes) {
     j = static_cast<std::uint8_t>(j + state[++i]);
     std::swap(state[i], state[j]);
-    const std::uint8_t place = static_cast<std::uint8_t>(state[i] + state[j]);
+    const auto place = static_cast<std::uint8_t>(state[i] + state[j]);
     result += static_cast<char>(static_cast<std::uint8_t>(byte) ^ state[place]);
   }
   return result;
