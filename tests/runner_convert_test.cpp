@@ -215,3 +215,46 @@ TEST_CASE(
     CHECK(contains(refused.ran.err, row.says));
   }
 }
+
+TEST_CASE("an import converts what the file itself decides, says so, and counts its lines") {
+  RunnerWorld world;
+  const std::string in =
+      world.folder.write("in.txt",
+                         "\xEF\xBB\xBF"
+                         "Balances\n\n" +
+                             semicolons("C001;Caf\xC3\xA9;R1;03/25/2008;1.000,50;5") +
+                             "\nC999;x;R2;03/26/2008;(1,00);1-\nC002;B;R3;03/27/2008;2,00;2\n");
+  const std::string rejects = world.folder.path("r.csv");
+  const std::string page = world.folder.path("p.html");
+  const Ran preview = world.run({"preview", world.kind, in});
+  CHECK(contains(preview.out, "  dates: month first (03/25/2008 in line 4)\n"));
+  const Ran ran = world.import(in, {"--json", "--rejects", rejects, "--report", page});
+  CHECK_MESSAGE(ran.status == 1, ran.out);
+  const Json report(ran.out);
+  CHECK(report.outcomes() == "posted rejected posted");
+  CHECK(report.at("records[1].line") == "6");
+  CHECK(report.at("assumed[0].value") == "UTF-8");
+  CHECK(report.at("warnings") == "[]");
+  CHECK(world.ask("SELECT SUM(Amount) FROM CustomerDebitNote") == "1002.5");
+  CHECK(contains(world.folder.read("p.html"), "03/25/2008 in line 4"));
+  CHECK(contains(world.folder.read("r.csv"), "C999,x,R2,26/03/2008,-1.00,-1\r\n"));
+  CHECK(contains(world.folder.read("r.csv.reasons.csv"), "2,6,rejected"));
+  const Json kept(world.run({"report", "1", "--json"}).out);
+  CHECK(kept.at("assumed") == report.at("assumed"));
+  CHECK(kept.at("records[1].line") == "6");
+  CHECK(kept.at("sha256") == report.at("sha256"));
+  // The same records in the format of the screens.
+  CHECK(world.run({"convert", world.kind, in, world.folder.path("same.csv")}).status == 0);
+  CHECK(contains(world.import(world.folder.path("same.csv")).out, "posted by an earlier run"));
+  CHECK(world.import(in, {"--raw", "--again"}).status == 2);
+  const Json later(world.import(in, {"--json", "--again", "--from-line", "7"}).out);
+  CHECK(later.outcomes() == "posted");
+  // Read otherwise, the file has other records, and none to go on with.
+  CHECK(world.import(in, {"--resume"}).status == 3);
+  const Ran others = world.import(in, {"--resume", "--header-line", "4"});
+  CHECK(contains(others.err, "the journal has no run of this file"));
+  const Ran undecided =
+      world.importLines({"Customer ID;Date;Bill Amount;Balance", "C1;1/2/08;1;1"});
+  CHECK(undecided.status == 2);
+  CHECK(contains(undecided.out, "--date-order dmy, mdy or ymd"));
+}

@@ -68,14 +68,15 @@ TEST_CASE("a file that is refused keeps all others from being posted") {
     CHECK(world.import(old).status == 0);
     const std::vector<std::string> files{openings(world, "a.csv", {good1, good2}),
                                          openings(world, "b.csv", {row.second})};
-    for (const std::vector<std::string>& more : {{"--dry-run"}, std::vector<std::string>{}}) {
+    for (const std::vector<std::string>& more :
+         {{"--raw", "--dry-run"}, std::vector<std::string>{"--raw"}}) {
       const Ran ran = importAll(world, files, more);
       CHECK(ran.status == 2);
       CHECK_MESSAGE(contains(ran.out, row.says), ran.out);
       CHECK(contains(ran.out, "nothing of it was imported, since " + files[1] + " is refused"));
     }
     CHECK(debits(world) == "1");
-    const Ran preview = world.run({"preview", world.kind, files[0], files[1]});
+    const Ran preview = world.run({"preview", world.kind, files[0], files[1], "--raw"});
     CHECK(preview.status == (row.previewSays ? 2 : 0));
     CHECK(contains(preview.out, row.says) == row.previewSays);
   }

@@ -108,7 +108,7 @@ void check(const Misread& row, const std::string& kind) {
   CAPTURE(row.second);
   RunnerWorld world;
   world.kind = kind;
-  const Ran refused = world.importLines({row.titles, row.first, row.second}, {"--json"});
+  const Ran refused = world.importLines({row.titles, row.first, row.second}, {"--json", "--raw"});
   CHECK(refused.status == 2);
   const Json report(refused.out);
   const std::string warning = harmfulOf(report);
@@ -122,7 +122,7 @@ void check(const Misread& row, const std::string& kind) {
   CHECK_FALSE(world.folder.has("Error.log"));
 
   const Ran accepted = world.importLines({row.titles, row.first, row.second},
-                                         {"--json", "--accept", std::string(row.code)});
+                                         {"--json", "--raw", "--accept", std::string(row.code)});
   CHECK_MESSAGE(accepted.status == 1, accepted.out);
   CHECK(Json(accepted.out).outcomes() == row.outcomes);
 }
@@ -186,12 +186,12 @@ TEST_CASE("a preview and a dry run have the status that the import would have") 
 
 TEST_CASE("a refusal names each value and the ways on, in words") {
   RunnerWorld world;
-  const Ran ran = world.importLines({openingTitles, "C001,,R1,,\"500,00\",(1)"});
+  const Ran ran = world.importLines({openingTitles, "C001,,R1,,\"500,00\",(1)"}, {"--raw"});
   CHECK(contains(ran.out, "    HARMFUL: Commas are dropped"));
   CHECK(contains(ran.out, "      line 2: Bill Amount \"500,00\" is read as 50000\n"));
   CHECK(contains(ran.out, "Refused: what would be posted is not what is written. Correct what"));
   CHECK(contains(ran.out, "--accept amount-decimal-comma,amount-in-parentheses\n"));
-  const Ran accepted = world.import(world.folder.path("in.csv"), {"--accept=all"});
+  const Ran accepted = world.import(world.folder.path("in.csv"), {"--raw", "--accept=all"});
   CHECK(contains(accepted.out, "line 2 (record 1) posted as read: Bill Amount \"500,00\" is read"));
   CHECK(contains(accepted.out, "Look at 1 record posted as read and not as written."));
   CHECK(contains(world.import(world.folder.path("in.csv"), {"--accept", "utf-16"}).err,
@@ -204,7 +204,8 @@ TEST_CASE("what only looks harmful is not") {
   const Ran ran = world.importLines(
       {"Customer ID,Customer Name,Reference,Date,Bill Amount,Balance,Route,Due Date",
        "C001,\"Caf\xC3\xA9, x\",R1,03/02/2008,1,1,,", "C002,,R1,,\"1,15,300.00\",\"90,000\",N,1/5",
-       "C003,,R1,,-2,-2,\"a,b\","});
+       "C003,,R1,,-2,-2,\"a,b\","},
+      {"--raw"});
   CHECK(ran.status == 0);
   CHECK(contains(ran.out, "date-reads-both-ways (1, line 2, in Date)"));
   CHECK(contains(ran.out, "sum-far-from-others (1, line 3, in Balance)"));

@@ -36,7 +36,7 @@ TEST_CASE("a file of which nothing is understood has one warning, with the line 
   for (const auto& row : rows) {
     RunnerWorld world;
     const std::string in = world.folder.write("in.csv", row.bytes);
-    const Json preview(world.run({"preview", std::string(row.kind), in, "--json"}).out);
+    const Json preview(world.run({"preview", std::string(row.kind), in, "--json", "--raw"}).out);
     CAPTURE(row.code);
     CHECK(preview.at("warnings[0].code") == row.code);
     CHECK(preview.at("warnings[0].lines") == row.places);
@@ -47,7 +47,8 @@ TEST_CASE("a file of which nothing is understood has one warning, with the line 
 TEST_CASE("a note names its field, and a title its column") {
   RunnerWorld world;
   const Ran ran = world.importLines({"Customer ID,Date,,Bill Amount,Balance,\"x\"",
-                                     "C001,03/04/2007,,1,1,", "C002,03/04/2007,,1,1,"});
+                                     "C001,03/04/2007,,1,1,", "C002,03/04/2007,,1,1,"},
+                                    {"--raw"});
   CHECK_MESSAGE(contains(ran.out, "date-reads-both-ways (2, lines 2, 3, in Date)"), ran.out);
   CHECK(contains(ran.out, "blank-titles (1, line 1, in (#3))"));
   CHECK(contains(ran.out, "quoted-titles (1, line 1, in \"x\" (#6))"));

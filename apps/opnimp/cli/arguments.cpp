@@ -85,6 +85,9 @@ const std::string headerHelp = "the titles stand in line N (default: where they 
 const std::string dateOrderHelp = "how dates are written that read both ways: auto, dmy, mdy, ymd";
 const std::string decimalHelp = "what stands in front of decimals: auto, point or comma";
 const std::string replaceHelp = "put \"?\" in the place of letters that windows-1252 does not have";
+const std::string rawHelp =
+    "import the file as it is, as the screens would: nothing of\n"
+    "another program's format is converted";
 constexpr std::size_t maxTextLines = std::size_t{1} << 31;
 const std::string footer =
     R"(`opnimp help COMMAND` lists the kinds and options of a command; after "--" follows no option.
@@ -365,6 +368,8 @@ class CommandLine {
     addMap({import, preview});
     addAccept({import, preview});
     addFromLine({import, preview});
+    addConvertOptions({import, preview});
+    addFlag({import, preview}, "--raw", arguments_.convert.raw, rawHelp);
     addFlag({import}, "--dry-run", arguments_.dryRun, "every check runs, nothing is posted");
     addFlag({import}, "--all-or-nothing", arguments_.allOrNothing, wholeHelp);
     addFlag({import}, "--one-by-one", arguments_.oneByOne, oneByOneHelp);

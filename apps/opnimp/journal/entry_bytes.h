@@ -75,6 +75,8 @@ class EntryReader {
   std::string text() { return std::string(bytes(number())); }
   std::string_view bytes(std::uint64_t count);
   Value value();
+  /// Nothing follows, as where an earlier version wrote less.
+  bool isAtEnd() const { return rest_.empty(); }
 
   template <class Item, class Read>
   std::vector<Item> list(Read read) {

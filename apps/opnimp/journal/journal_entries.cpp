@@ -201,6 +201,22 @@ void write(EntryWriter& to, const RunStart& run, std::string_view fileBytes) {
     writeDigest(each, record.hash);
   });
   to.text(fileBytes);
+  to.list(run.assumed, [](EntryWriter& each, const Assumption& assumption) {
+    each.text(assumption.what).text(assumption.value).text(assumption.reason);
+    each.text(assumption.option);
+  });
+}
+
+std::vector<Assumption> readAssumed(EntryReader& from) {
+  if (from.isAtEnd()) return {};
+  return from.list<Assumption>([](EntryReader& each) {
+    Assumption assumption;
+    for (std::string* text :
+         {&assumption.what, &assumption.value, &assumption.reason, &assumption.option}) {
+      *text = each.text();
+    }
+    return assumption;
+  });
 }
 
 RunStart readRunStart(EntryReader& from) {

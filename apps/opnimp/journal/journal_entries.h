@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "apps/opnimp/audit/outcome.h"
+#include "apps/opnimp/convert/assumption.h"
 #include "apps/opnimp/journal/entry_bytes.h"
 #include "apps/opnimp/journal/sha256.h"
 #include "apps/opnimp/records/field_mapping.h"
@@ -42,6 +43,7 @@ struct RunStart {
   std::size_t firstRecord = 0;           ///< of the file; those before it are none of this run
   std::vector<std::size_t> setApart;     ///< records before it that were left in doubt
   std::vector<JournaledRecord> records;  ///< of the file from firstRecord on
+  std::vector<Assumption> assumed;       ///< of a file that was converted
 };
 
 struct RecordEnd {
@@ -86,6 +88,8 @@ void writeRecordEnd(EntryWriter& to, std::size_t record, const RecordTrace& trac
 
 /// The file's bytes follow, as a text.
 RunStart readRunStart(EntryReader& from);
+/// What stands behind the file's bytes.
+std::vector<Assumption> readAssumed(EntryReader& from);
 RecordEnd readRecordEnd(EntryReader from);
 HostChange readHostChange(EntryReader from);
 RunEnd readRunEnd(EntryReader from);

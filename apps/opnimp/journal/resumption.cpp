@@ -2,17 +2,25 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 
 namespace velk {
 
 namespace {
+
+/// Whether the records of a run are those that the file is read as now.
+bool isReadAlike(const RunStart& start, const KnownFile& file) {
+  if (start.firstRecord > file.lines.size()) return false;
+  return std::ranges::equal(std::span(file.lines).subspan(start.firstRecord), start.records, {}, {},
+                            &JournaledRecord::line);
+}
 
 /// Null if there is none.
 const RunSummary* lastRunOf(const RunIndex& index, const KnownFile& file) {
   const auto found = std::find_if(index.runs.rbegin(), index.runs.rend(), [&](const auto& run) {
     const RunStart& start = run.start;
     return start.kind == file.kind && start.databaseId == file.databaseId &&
-           start.fileHash == file.hash && run.reached() > 0;
+           start.fileHash == file.hash && run.reached() > 0 && isReadAlike(start, file);
   });
   return found == index.runs.rend() ? nullptr : &*found;
 }

@@ -15,6 +15,7 @@ struct KnownFile {
   std::string_view kind;
   std::string databaseId;
   Digest hash{};
+  std::vector<std::size_t> lines;  ///< of its records: it may be converted otherwise than before
 };
 
 /// What a run refused that was ended from outside, and so told nobody of.

@@ -162,6 +162,7 @@ JournaledRun readRun(const KeptFile& file, std::uint64_t number) {
       EntryReader from(payload);
       run.start = readRunStart(from);
       run.fileBytes = from.text();
+      run.start.assumed = readAssumed(from);
     } else if (within && type == EntryType::RecordBegun) {
       const std::uint64_t begun = EntryReader(payload).number();
       // A record may begin anew, on another host; they end in their order.

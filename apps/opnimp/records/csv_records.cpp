@@ -35,6 +35,12 @@ CsvRecords::CsvRecords(std::string fileBytes, Conversion conversion)
   }
 }
 
+std::size_t CsvRecords::longestLine() const {
+  std::size_t longest = header_.length;
+  for (const RecordPlace& place : records_) longest = std::max(longest, place.length);
+  return longest;
+}
+
 std::size_t CsvRecords::lineAt(std::size_t offset) const {
   // The last place that begins at the offset or before it.
   const auto after = std::ranges::upper_bound(records_, offset, {}, &RecordPlace::offset);

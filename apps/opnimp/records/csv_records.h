@@ -20,10 +20,15 @@ class CsvRecords final : public InputRecords {
   CsvRecords(std::string fileBytes, Conversion conversion);
 
   std::string_view bytes() const override { return bytes_; }
+  bool isConverted() const { return !fileBytes_.empty(); }
   std::string_view fileBytes() const override { return fileBytes_.empty() ? bytes_ : fileBytes_; }
   const Conversion& conversion() const override { return conversion_; }
   std::string_view header() const { return bytesOf(header_); }
   std::size_t headerLine() const { return header_.line; }
+  /// In bytes.
+  std::size_t longestLine() const;
+  /// Puts a record, by its position, where the file had it.
+  void setLine(std::size_t record, std::size_t line) { records_.at(record).line = line; }
   /// The line of the file that a place among the bytes is in.
   std::size_t lineAt(std::size_t offset) const;
   std::string_view bytesOf(std::size_t record) const { return bytesOf(records_[record]); }

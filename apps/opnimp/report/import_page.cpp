@@ -126,6 +126,9 @@ std::size_t countEmpty(const ImportResult& result, std::size_t field) {
 }
 
 void addAssumed(const ImportResult& result, HtmlReport& page) {
+  for (const Assumption& assumption : result.input->conversion().assumptions) {
+    page.assumed.push_back({assumption.what, assumption.value, assumption.reason});
+  }
   for (const Warning& warning : result.warnings) {
     page.assumed.push_back({placesOf(warning, result.input->placeWord()),
                             std::string(warning.code()), std::string(warning.text())});

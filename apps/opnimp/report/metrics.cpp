@@ -184,7 +184,7 @@ std::string metricsText(const FilesResult& call, ExitStatus status) {
   addFiles(text, call, "opnimp_run", "", "Number of the run in the journal, 0 for none.",
            [](const ImportResult& file) { return file.run; });
   addFiles(text, call, "opnimp_file_size_bytes", "bytes", "Size of the file.",
-           [](const ImportResult& file) { return file.input->bytes().size(); });
+           [](const ImportResult& file) { return file.input->fileBytes().size(); });
   addFiles(text, call, "opnimp_duration_seconds", "seconds",
            "From its first record to the account.",
            [](const ImportResult& file) { return file.seconds; });

@@ -93,6 +93,7 @@ void writeText(const FilePreview& file, std::ostream& out) {
   const ImportResult& result = file.result;
   out << "File: " << printable(result.arguments.file) << " ("
       << counted(result.input->count(), "record", "records") << ")\n";
+  writeAssumed(result.input->conversion().assumptions, out);
   writeMapping(result.mapping, out);
   writeColumnsNotUsed(result.mapping, file.table, out);
   for (const TitleSuggestion& suggestion : suggestionsFor(result)) {
@@ -117,6 +118,7 @@ Json documentOf(const FilePreview& file) {
           {"refusal", orNull(result.refusal)},
           {"recordCount", result.input->count()},
           {"needAttention", needAttention(result.traces)},
+          {"assumed", assumedJson(result.input->conversion().assumptions)},
           {"mapping", mappingJson(result.mapping)},
           {"suggestions", suggestionsJson(suggestionsFor(result))},
           {"warnings", warningsJson(result.warnings, result.input->placeWord())},

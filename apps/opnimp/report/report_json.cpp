@@ -190,6 +190,7 @@ Json headJson(const ImportResult& result) {
                                  return Json{{"run", refused.run}, {"records", refused.records}};
                                })},
       {"part", partJson(*result.input)},
+      {"assumed", assumedJson(result.input->conversion().assumptions)},
       {"mapping", mappingJson(result.mapping)},
       {"suggestions", suggestionsJson(suggestionsFor(result))},
       {"warnings", warningsJson(result.warnings, result.input->placeWord())},

@@ -35,6 +35,7 @@ class TextReport {
 
   void write() {
     writeHead();
+    writeAssumed(result_.input->conversion().assumptions, out_);
     writeMapping(result_.mapping, out_);
     writeWarnings(result_.warnings, result_.input->placeWord(), out_);
     // Before the records, and in a refused run, too: these lines may explain all that follows.

@@ -68,11 +68,12 @@ RunStart describe(const ImportJournal& journal, const ImportResult& result,
   run.machineStart = surroundings.machineStart;
   run.kind = result.arguments.kind->name;
   run.file = result.arguments.file;
-  run.fileHash = hashOf(result.input->bytes());
+  run.fileHash = hashOf(result.input->fileBytes());
   run.database = result.database;
   run.databaseId = journal.databaseId();
   run.errorLog = result.errorLog;
   run.accepted = result.arguments.accept;
+  run.assumed = result.input->conversion().assumptions;
   run.mapping = result.mapping;
   run.oneTransaction = result.arguments.allOrNothing;
   run.resumes = result.resumes;

@@ -33,9 +33,17 @@ const ImportKind& kindOf(const RunStart& start) {
                    ", which this program does not know");
 }
 
-std::unique_ptr<const InputRecords> recordsOf(const ImportKind& kind, const std::string& bytes) {
-  if (kind.format == FileFormat::Workbook) return std::make_unique<WorkbookRecords>(bytes);
-  return std::make_unique<CsvRecords>(bytes);
+/// The journal has what the screens read, and the lines that it stood in.
+std::unique_ptr<const InputRecords> recordsOf(const ImportKind& kind, const JournaledRun& run) {
+  if (kind.format == FileFormat::Workbook) return std::make_unique<WorkbookRecords>(run.fileBytes);
+  Conversion conversion;
+  conversion.assumptions = run.start.assumed;
+  auto records = std::make_unique<CsvRecords>(run.fileBytes, std::move(conversion));
+  const std::size_t first = run.start.firstRecord;
+  for (std::size_t i = 0; i < run.start.records.size() && first + i < records->count(); ++i) {
+    records->setLine(first + i, run.start.records[i].line);
+  }
+  return records;
 }
 
 /// What is said of a record of which only the beginning is known.
@@ -81,7 +89,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   result_.arguments.file = start.file;
   result_.arguments.accept = start.accepted;
   result_.database = start.database;
-  result_.input = recordsOf(kind(), run_.fileBytes);
+  result_.input = recordsOf(kind(), run_);
   if (start.firstRecord > 0) {
     requireAgreement(start.firstRecord < result_.input->count());
     result_.input = std::make_unique<LaterRecords>(std::move(result_.input), start.firstRecord);

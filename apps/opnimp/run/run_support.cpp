@@ -74,13 +74,18 @@ void protect(const std::string& file, const char* what, const Writes& writes) {
   }
 }
 
-/// Before a gigabyte of one line is read.
-void refuseLongLine(FileSystem& files, const std::string& path) {
-  const std::optional<FileSurvey> survey = surveyIfLong(files, path);
-  if (!survey || survey->longestLine <= maxLineLength) return;
+/// `length`: of the longest line.
+void requireLines(std::size_t length, const std::string& path) {
+  if (length <= maxLineLength) return;
   throw CannotOpen("the file " + path + " has a line of more than " +
                    std::to_string(maxLineLength >> 20) +
                    " MB: it is no list of records. Check how it was saved");
+}
+
+/// Before a gigabyte of one line is read.
+void refuseLongLine(FileSystem& files, const std::string& path) {
+  const std::optional<FileSurvey> survey = surveyIfLong(files, path);
+  if (survey) requireLines(survey->longestLine, path);
 }
 
 std::string readingFailed(const std::string& path, const RuntimeError& error) {
@@ -155,8 +160,10 @@ std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
     if (arguments.kind->format == FileFormat::Workbook) {
       return fromLine(std::make_unique<WorkbookRecords>(files, arguments.file), arguments);
     }
-    refuseLongLine(files, arguments.file);
-    return fromLine(std::make_unique<CsvRecords>(readBytes(files, arguments.file)), arguments);
+    if (arguments.convert.raw) refuseLongLine(files, arguments.file);
+    auto records = convertedRecords(readBytes(files, arguments.file), arguments);
+    requireLines(records->longestLine(), arguments.file);
+    return fromLine(std::move(records), arguments);
   } catch (const RuntimeError& error) {
     throw CannotOpen(readingFailed(arguments.file, error));
   }

@@ -107,6 +107,9 @@ void SingleImport::tryTo(Steps steps) {
 
 void SingleImport::open() {
   tryTo([this] {
+    if (const std::string& why = result_.input->conversion().refusal; !why.empty()) {
+      throw Refused(why);
+    }
     if (arguments().allOrNothing && !arguments().dryRun) {
       recorder_.gate().pass([this] { whole_.emplace(*call_.database, recorder_); });
     } else {
@@ -395,7 +398,9 @@ void SingleImport::tellOfLog() {
   call_.events.notice("a dry run writes no error log; the report has what would be in it.");
 }
 
+// Of a file that is not converted they would tell what its conversion is there for.
 void SingleImport::findWarningsNow() {
+  if (!result_.input->conversion().refusal.empty()) return;
   result_.warnings = findWarnings(*result_.input, kind(), result_.mapping,
                                   civilFromDate(call_.surroundings.clock()).year);
 }

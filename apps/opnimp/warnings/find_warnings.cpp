@@ -74,10 +74,11 @@ std::vector<Warning> findWarnings(const InputRecords& input, const ImportKind& k
     if (csv->isWorkbook()) return {};  // it is refused as a whole
     if (auto fault = faultOfFile(*csv, kind, mapping)) return {*std::move(fault)};
     warnOfText(*csv, kind, warnings);
+    // What was converted is in windows-1252, whatever it looks like.
+    const bool looksUtf8 = !csv->isConverted() && isUtf8(csv->bytes());
     // Quotes count in the titles as in the records: both are separated by one rule.
-    checkRecords(
-        {*csv, kind, mapping, currentYear, isUtf8(csv->bytes()), countFields(csv->header())},
-        warnings);
+    checkRecords({*csv, kind, mapping, currentYear, looksUtf8, countFields(csv->header())},
+                 warnings);
   }
   return warnings;
 }

@@ -14,7 +14,6 @@ namespace velk {
 namespace {
 
 constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
-constexpr std::size_t headerLine = 1;
 constexpr std::string_view separatorMark = "sep=";
 
 std::optional<WarningId> checkMark(std::string_view bytes) {
@@ -46,24 +45,25 @@ constexpr ByteCheck undefinedByte{
       return std::string_view("\x81\x8D\x8F\x90\x9D").find(byte.value) != std::string_view::npos;
     }};
 
-void warnIf(std::optional<WarningId> warning, std::vector<Warning>& warnings) {
-  if (warning) addWarning(warnings, *warning, headerLine);
+void warnIf(std::optional<WarningId> warning, std::size_t line, std::vector<Warning>& warnings) {
+  if (warning) addWarning(warnings, *warning, line);
 }
 
-void warnOf(const ByteCheck& check, std::string_view bytes, std::vector<Warning>& warnings) {
-  std::size_t line = 1;
+void warnOf(const ByteCheck& check, const CsvRecords& input, std::vector<Warning>& warnings) {
+  const std::string_view bytes = input.bytes();
   for (std::size_t at = 0; at < bytes.size(); ++at) {
     const char before = at > 0 ? bytes[at - 1] : '\0';
     const char after = at + 1 < bytes.size() ? bytes[at + 1] : '\0';
-    if (check.applies({before, bytes[at], after})) addWarning(warnings, check.warning, line);
-    if (bytes[at] == '\n') ++line;
+    if (!check.applies({before, bytes[at], after})) continue;
+    addWarning(warnings, check.warning, input.lineAt(at));
   }
 }
 
-void warnOfBytes(std::string_view bytes, std::vector<Warning>& warnings) {
-  warnIf(checkMark(bytes), warnings);
-  for (const ByteCheck& check : anyByte) warnOf(check, bytes, warnings);
-  if (!isAscii(bytes) && !isUtf8(bytes)) warnOf(undefinedByte, bytes, warnings);
+void warnOfBytes(const CsvRecords& input, std::vector<Warning>& warnings) {
+  const std::string_view bytes = input.bytes();
+  warnIf(checkMark(bytes), input.headerLine(), warnings);
+  for (const ByteCheck& check : anyByte) warnOf(check, input, warnings);
+  if (!isAscii(bytes) && !isUtf8(bytes)) warnOf(undefinedByte, input, warnings);
 }
 
 std::optional<WarningId> checkSeparator(std::string_view header) {
@@ -76,7 +76,8 @@ std::optional<WarningId> checkSeparator(std::string_view header) {
   return std::nullopt;
 }
 
-void warnOfTitles(std::string_view header, std::vector<Warning>& warnings) {
+void warnOfTitles(const CsvRecords& input, std::vector<Warning>& warnings) {
+  const std::string_view header = input.header();
   if (countFields(header) > maxColumns) return;  // such a file is not viewed anyway
   std::set<std::string, std::less<>> seen;
   std::size_t column = 0;
@@ -84,7 +85,7 @@ void warnOfTitles(std::string_view header, std::vector<Warning>& warnings) {
     const std::string name = lowerAscii(trim(title));
     const std::string shown = std::string(trim(title)) + " (#" + std::to_string(++column) + ")";
     const auto warn = [&](WarningId id) {
-      addWarning(warnings, id, headerLine, std::string(trim(shown)));
+      addWarning(warnings, id, input.headerLine(), std::string(trim(shown)));
     };
     if (name.starts_with('"')) warn(WarningId::QuotedTitles);
     if (name.empty()) {
@@ -150,9 +151,9 @@ std::optional<Warning> faultOfFile(const CsvRecords& input, const ImportKind& ki
   } else if (ends) {
     addWarning(fault, *ends, wholeFile);
   } else if (lowerAscii(input.header().substr(0, separatorMark.size())) == separatorMark) {
-    addWarning(fault, WarningId::SeparatorLine, headerLine);
+    addWarning(fault, WarningId::SeparatorLine, input.headerLine());
   } else if (const auto separator = checkSeparator(input.header())) {
-    addWarning(fault, *separator, headerLine);
+    addWarning(fault, *separator, input.headerLine());
   } else if (const auto line = lineOfTitles(input, kind, mapping)) {
     addWarning(fault, WarningId::LinesAboveTitles, *line);
   }
@@ -160,13 +161,13 @@ std::optional<Warning> faultOfFile(const CsvRecords& input, const ImportKind& ki
 }
 
 void warnOfText(const CsvRecords& input, const ImportKind& kind, std::vector<Warning>& warnings) {
-  warnOfBytes(input.bytes(), warnings);
+  warnOfBytes(input, warnings);
   if (input.count() == 0) addWarning(warnings, WarningId::NoRecords, wholeFile);
   if (input.count() > kind.largestRecordCount) {
     addWarning(warnings, WarningId::TooManyRecords, wholeFile);
   }
-  warnIf(checkSeparator(input.header()), warnings);
-  warnOfTitles(input.header(), warnings);
+  warnIf(checkSeparator(input.header()), input.headerLine(), warnings);
+  warnOfTitles(input, warnings);
 }
 
 }  // namespace velk
