@@ -89,8 +89,8 @@ TEST_CASE("waits: a lock is waited for as long as the option says, and its holde
                     ran.err);
       CHECK(contains(ran.out, "--lock-wait SECONDS"));
       const bool isNamed = !contains(row.told, "PROCESS");
-      CHECK(contains(world.folder.read("m.prom"),
-                     "in.csv\"} " + std::string(isNamed ? "1" : "0") + "\n# TYPE opnimp_records"));
+      CHECK(contains(world.folder.read("m.prom"), "in.csv\"} " + std::string(isNamed ? "1" : "0") +
+                                                      "\n# TYPE opnimp_host_changes"));
     }
   }
 }
