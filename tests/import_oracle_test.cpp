@@ -13,9 +13,9 @@
 namespace velk {
 namespace {
 
-constexpr std::string_view openingTitles = ",Customer Name,Reference,Date,Bill Amount,Balance\r\n";
-constexpr std::string_view bankTitles = "Bank Code,Bank Name,Branch Code,Branch Name\r\n";
-constexpr std::string_view vendorTitles =
+constexpr std::string_view documentTitles = ",Customer Name,Reference,Date,Bill Amount,Balance\r\n";
+constexpr std::string_view branchTitles = "Bank Code,Bank Name,Branch Code,Branch Name\r\n";
+constexpr std::string_view partyTitles =
     "Vendor Code,Vendor Name,Address,Phone,Contact Person,Locality,Sale Type,TNGST,CST,Pan "
     "Number\r\n";
 
@@ -139,9 +139,9 @@ TEST_CASE("random comma-separated files of every kind") {
       std::string bytes = kind.opening == nullptr ? std::string()
                           : customers             ? "Customer ID"
                                                   : "Vendor ID";
-      bytes += kind.opening != nullptr ? openingTitles
-               : kind.columns == 4     ? bankTitles
-                                       : vendorTitles;
+      bytes += kind.opening != nullptr ? documentTitles
+               : kind.columns == 4     ? branchTitles
+                                       : partyTitles;
       for (std::size_t count = random.below(12); count > 0; --count) {
         bytes +=
             kind.opening != nullptr ? openingRecord(random) : masterRecord(random, kind.columns);

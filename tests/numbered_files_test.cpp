@@ -15,7 +15,7 @@ struct Files {
   explicit Files(const std::string& bytes) { memory.contents["in"] = bytes; }
 };
 
-Texts linesOf(const std::string& bytes) {
+Texts linesRead(const std::string& bytes) {
   Files files(bytes);
   NumberedFiles& f = files.numbered;
   f.openForInput(1, "in");
@@ -34,14 +34,14 @@ TEST_CASE("lines of a file") {
                                                 {"\xEF\xBB\xBFName\x80\r", {"ï»¿Name€"}}};
   for (const auto& row : rows) {
     CAPTURE(row.first);
-    CHECK(linesOf(row.first) == row.second);
+    CHECK(linesRead(row.first) == row.second);
   }
   for (std::size_t length = 64 * 1024 - 2; length <= 64 * 1024 + 1; ++length) {
     CAPTURE(length);  // a line end across the read buffer
     const std::string first(length, 'x');
-    CHECK(linesOf(first + "\r\nnext") == Texts{first, "next"});
-    CHECK(linesOf(first + "\rnext") == Texts{first, "next"});
-    CHECK(linesOf(first + "\nnext") == Texts{first + "\nnext"});
+    CHECK(linesRead(first + "\r\nnext") == Texts{first, "next"});
+    CHECK(linesRead(first + "\rnext") == Texts{first, "next"});
+    CHECK(linesRead(first + "\nnext") == Texts{first + "\nnext"});
   }
 }
 

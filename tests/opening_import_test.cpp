@@ -98,6 +98,7 @@ TEST_CASE("what becomes of one record") {
         {"C,,,100,0", note("Debit", "C", "", eve, "100", "0"), ""},
         {"C,,,100,300", note("Debit", "C", "", eve, "100", "300"), tooBig},
         {"C,,,-100,300", note("Credit", "C", "", eve, "100", "300"), tooBig},
+        {"C,,,100,-300", note("Debit", "C", "", eve, "100", "300"), tooBig},
         {"C,,,0,5", {}, tooBig},
         {"C,,,abc,0", {}, ""},
         {"C,,, 12.5abc,1D1x", note("Debit", "C", "", eve, "12.5", "10"), ""},
@@ -184,6 +185,13 @@ TEST_CASE("the first transaction date") {
     CHECK(run.posted() == run.note("Debit", "U", "", row.dayBefore, "1", "1"));
     CHECK(run.world.database->closed == 4);  // the colours, the date, two existence queries
   }
+  Run timed(customer);  // one with a time of day: that of a record's date does not count
+  timed.world.database->answerRows(setupQuery, {{Date{39538.75}}});
+  timed.import("C,,31/3/2008 20:00,1,1\r\nU,,,1,1");
+  CHECK(timed.world.log().empty());
+  CHECK(timed.posted().at(0) == timed.note("Debit", "C", "", "31/03/2008", "1", "1")[0]);
+  CHECK(timed.posted().at(2) == timed.note("Debit", "U", "", "30/03/2008 18:00:00", "1", "1")[0]);
+
   Run run(customer);  // one that can't be had ends the run at its start
   run.world.database->answerRows(setupQuery, {{Null()}});
   CHECK(run.import("C,,,1,1") == EventResult::Failed);
