@@ -191,7 +191,7 @@ void checkReport(RunnerWorld& world, const Intended& intended, bool isEnd) {
     if (outcome == Outcome::Unknown && !records[i].calls.empty()) ++undone;
     for (const RecordedLine* line : records[i].lines) {
       if (line->kept == RecordedLine::Kept::InFile)
-        CHECK(std::ranges::count(log, line->text) > 0);
+        CHECK(std::ranges::count(log, line->text + "\r") > 0);
     }
   }
   CHECK(undone <= 5);  // those since the last sync
