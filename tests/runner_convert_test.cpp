@@ -110,7 +110,7 @@ TEST_CASE("a file in any encoding and layout becomes the one that the screens re
   const Converted replaced =
       converted(fileOf(cyrillic), {"--encoding", "windows-1251", "--replace"});
   CHECK(replaced.bytes == fileOf("C001,????,R1,,1,1"));
-  CHECK(replaced.said("assumed[0].what") == "letters that windows-1252 does not have");
+  CHECK(replaced.said("assumed[1].what") == "letters that windows-1252 does not have");
 }
 
 TEST_CASE("a file that the screens read goes through byte for byte") {
@@ -157,19 +157,20 @@ TEST_CASE("an amount and a date are written as the screens read them") {
       // No amounts: they stay, and the warnings tell of them.
       {"(5)-", "", ",(5)-"},
       {"Dr 5 Cr", "", ",Dr 5 Cr"},
+      {"-500 Dr", "", ",-500 Dr"},
       {"1.2.3", "", ",1.2.3"},
       {"about 5", "", ",about 5"},
       {"1 23,5", "", ",\"1 23,5\""},
       {undecidedAmount, "", ",1250", {"--decimal", "comma"}},
       {undecidedAmount, "", ",1.250", {"--decimal", "point"}},
-      {"1", "03/31/2008", "31/03/2008,1"},
-      {"1", "3/31/08 12:30 pm", "31/03/2008,1"},
-      {"1", "20080331", "31/03/2008,1"},
+      {"1", "03/31/2008", "2008-03-31,1"},
+      {"1", "3/31/08 12:30 pm", "2008-03-31,1"},
+      {"1", "20080331", "2008-03-31,1"},
       {"1", "Mar 5, 2008", "\"Mar 5, 2008\",1"},
       {"1", "2008-03-31", "2008-03-31,1"},
-      {"1", undecidedDate, "04/03/2008,1", {"--date-order", "mdy"}},
+      {"1", undecidedDate, "2008-03-04,1", {"--date-order", "mdy"}},
       {"1", undecidedDate, "03/04/2008,1", {"--date-order", "dmy"}},
-      {"1", "08/03/31", "31/03/2008,1", {"--date-order", "ymd"}},
+      {"1", "08/03/31", "2008-03-31,1", {"--date-order", "ymd"}},
   };
   for (const auto& row : rows) {
     CAPTURE(row.bill);
@@ -184,6 +185,7 @@ TEST_CASE("an amount and a date are written as the screens read them") {
   for (const std::string wrong : {"dmy", "ymd"}) {
     CHECK(contains(valueOf("1", "03/31/2008", {"--date-order", wrong}), "03/31/2008 in line 2"));
   }
+  CHECK(contains(valueOf("1", "06-Mar-04", {"--date-order", "ymd"}), "06-Mar-04 in line 2"));
   CHECK(contains(valueOf("12,50", "", {"--decimal", "point"}), "12,50 in line 2"));
   // Two records that contradict each other.
   CHECK(contains(valueOf("1;0\r\nC1;;R;31/03/2008;1", "03/31/2008", {}), "dates contradict"));
@@ -227,7 +229,7 @@ TEST_CASE("an import converts what the file itself decides, says so, and counts 
   const std::string rejects = world.folder.path("r.csv");
   const std::string page = world.folder.path("p.html");
   const Ran preview = world.run({"preview", world.kind, in});
-  CHECK(contains(preview.out, "  dates: month first (03/25/2008 in line 4)\n"));
+  CHECK(contains(preview.out, "  dates: month first (03/25/2008 in line 4 and 2 more)\n"));
   const Ran ran = world.import(in, {"--json", "--rejects", rejects, "--report", page});
   CHECK_MESSAGE(ran.status == 1, ran.out);
   const Json report(ran.out);
@@ -237,7 +239,7 @@ TEST_CASE("an import converts what the file itself decides, says so, and counts 
   CHECK(report.at("warnings") == "[]");
   CHECK(world.ask("SELECT SUM(Amount) FROM CustomerDebitNote") == "1002.5");
   CHECK(contains(world.folder.read("p.html"), "03/25/2008 in line 4"));
-  CHECK(contains(world.folder.read("r.csv"), "C999,x,R2,26/03/2008,-1.00,-1\r\n"));
+  CHECK(contains(world.folder.read("r.csv"), "C999,x,R2,2008-03-26,-1.00,-1\r\n"));
   CHECK(contains(world.folder.read("r.csv.reasons.csv"), "2,6,rejected"));
   const Json kept(world.run({"report", "1", "--json"}).out);
   CHECK(kept.at("assumed") == report.at("assumed"));
@@ -257,4 +259,70 @@ TEST_CASE("an import converts what the file itself decides, says so, and counts 
       world.importLines({"Customer ID;Date;Bill Amount;Balance", "C1;1/2/08;1;1"});
   CHECK(undecided.status == 2);
   CHECK(contains(undecided.out, "--date-order dmy, mdy or ymd"));
+}
+
+TEST_CASE("a file of which nobody knows what is meant is refused, or left as the screens read it") {
+  const std::string header(openingTitles);
+  const auto with = [&](std::initializer_list<std::string_view> lines) {
+    std::string text = header + "\r\n";
+    for (const std::string_view line : lines) text.append(line).append("\r\n");
+    return text;
+  };
+  const std::string late = "C002,B,R2,04/13/2007,100,100";
+  const struct {
+    std::string bytes, says;
+    std::vector<std::string> more = {};
+  } rows[] = {
+      // Rows that are not split as the others, while values are to be rewritten.
+      {with({"C001,\"Smith\" & Co,R1,03/04/2007,5,5", late}), "that of line 2"},
+      {with({"C001, \"Smith, John\",R1,03/04/2007,5,5", late}), "line 2: correct it"},
+      {with({"C001,S \"A,B\" Co,R1,03/04/2007,5,5", late}), "line 2: correct it"},
+      {with({late, "C001,A,R1,03/04/2007,5,5,x"}), "line 3: correct it"},
+      // Columns that are mapped by number, by a title beyond ASCII, or twice.
+      {"A;B;C;D;E\nC001;R1;03/04/2007;5;5\n",
+       "read day first and month first",
+       {"--map", "Date=#03"}},
+      {"A;F\xE4llig\nC001;03/04/2007\n",
+       "read day first and month first",
+       {"--map", "Date=F\xC3\xA4llig"}},
+      {"Customer ID;Date\nC1;03/04/2007\n",
+       "read day first and month first",
+       {"--map", "Reference=Date"}},
+      // Titles below what may be records.
+      {"C001;A;R1;13/03/2007;5;5\n" + semicolons("C1;;R;13/03/2007;5;5"),
+       "line 1 above it looks like a record"},
+      {with({"C001,\xC3\xA9,R1,,5,5", "C002,\xE9,R2,,5,5"}), "say which it is with --encoding"},
+      {semicolons("C001;A;R1;;1,250;10,75"),
+       "may be in front of thousands, such as 1,250 in line 2"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.bytes);
+    const Converted file = converted(row.bytes, row.more);
+    CHECK(file.ran.status == 2);
+    CHECK_MESSAGE(contains(file.ran.out, row.says), file.ran.out);
+  }
+  const std::string undecided = with({"C001,A,R1,,\"5,250\",1", "C002,A,R1,,\"12,37\",1"});
+  CHECK(converted(undecided).bytes == undecided);
+  // Numbers of columns make no line the one with the titles.
+  const std::string numbered = "Code,When\r\nC001,13/03/2007\r\nC002,14/03/2007\r\n";
+  CHECK(converted(numbered, {"--map", "Date=#2", "--map", "Customer ID=#1"}).bytes == numbered);
+  const Converted given =
+      converted(semicolons("C001;A;R1;03/04/2007;5;5"), {"--date-order", "mdy"});
+  CHECK(contains(given.ran.out, "given with --date-order"));
+  CHECK(converted(semicolons("C1;" + std::string(9999, 'x') + "\xC5\x82;R;;1;1")).ran.out.size() <
+        2000);
+}
+
+TEST_CASE("a run is resumed only as it read the file before") {
+  RunnerWorld world;
+  world.kind = "vendor-opening";
+  const std::string in = world.folder.write(
+      "in.csv", crlf({"Vendor ID,Reference,Date,Bill Amount,Balance", "V01,R1,03/04/2007,1,1",
+                      "V02,R2,31/02/2007x,2,2", "V03,R3,05/04/2007,3,3"}));
+  const std::vector<std::string> options{"--accept", "all", "--date-order", "mdy"};
+  CHECK(world.import(in, options).status == 5);
+  const Ran otherwise = world.import(in, {"--accept", "all", "--resume"});
+  CHECK(otherwise.status == 2);
+  CHECK(contains(otherwise.out, "read dates or amounts of the file otherwise"));
+  CHECK(world.ask("SELECT COUNT(*) FROM VendorDebitNote") == "1");
 }

@@ -52,9 +52,9 @@ class AmountParser {
   bool parse(AmountText& amount) {
     amount_ = &amount;
     while (takeParentheses() || takeMinus() || takeSide() || takeCurrency()) rest_ = trim(rest_);
-    // (5)- or -5 Cr: nobody knows what twice below zero is meant to be.
+    // (5)-, -5 Cr or -5 Dr: nobody knows what that is meant to be.
     amount.isBelowZero = below_ == 1;
-    return below_ <= 1 && !repeated_ && takeNumber();
+    return below_ <= 1 && !(isDebit_ && below_ > 0) && !repeated_ && takeNumber();
   }
 
  private:
@@ -92,6 +92,7 @@ class AmountParser {
     for (const Text side : {"dr.", "cr.", "dr", "cr"}) {
       if (!takeWord(side)) continue;
       below_ += side.starts_with('c') ? 1 : 0;
+      isDebit_ = side.starts_with('d');
       return note(AmountForm::DebitCredit);
     }
     return false;
@@ -132,6 +133,7 @@ class AmountParser {
   AmountText* amount_ = nullptr;
   Text rest_;
   int below_ = 0;
+  bool isDebit_ = false;
   bool repeated_ = false;  // something stands at both ends, or twice at one
 };
 
@@ -192,7 +194,9 @@ std::optional<AmountText> readAmount(std::string_view text) {
   // Its groups have to be some.
   if (!canonicalAmount(amount, amount.sign == DecimalSign::Comma ? ',' : '.')) return std::nullopt;
   // A minus that is no hyphen has to be written as one.
-  if (usual != text) amount.forms |= 1U << static_cast<unsigned>(AmountForm::Gaps);
+  const bool isRespelt = usual.find('-') != std::string::npos && text.find('-') == Text::npos;
+  const AmountForm form = isRespelt ? AmountForm::Minus : AmountForm::Gaps;
+  if (usual != text) amount.forms |= 1U << static_cast<unsigned>(form);
   return amount;
 }
 

@@ -82,7 +82,7 @@ void CanonicalWriter::writeQuoted(std::string_view value) {
   for (std::size_t i = 0; i < value.size(); ++i) {
     if (value.substr(i).starts_with(lineEnd)) continue;
     if (value[i] == '"') quoted_ += '"';
-    quoted_ += value[i];
+    quoted_ += value[i] == '\r' ? '\n' : value[i];
   }
   quoted_ += '"';
 }

@@ -41,6 +41,7 @@ class Converter {
     std::ranges::move(rules_.assumptions, std::back_inserter(result_.assumptions));
     for (const std::string& refusal : rules_.refusals) refuse(refusal);
     refuseBroken();
+    refuseUnread();
     const bool isWritten = !isCanonical_ || rules_.changeValues || quotedTitles_;
     if (result_.refusal.empty() && isWritten) write();
     return std::move(result_);
@@ -57,20 +58,15 @@ class Converter {
     RowReader rows = layout_.rows(source_.text());
     if (!rows.next()) return;
     width_ = rows.cells().size();
-    std::string room;
     for (std::size_t column = 0; column < width_; ++column) {
       const std::string_view written = rows.cells()[column];
-      const std::string_view title = trim(meantValue(written, room));
+      const std::string title(valueText(written));
       // A title with a comma keeps its quotes, without which it would be two.
       const bool isFreed = written.size() > 2 && written.starts_with('"') &&
                            title.find_first_of(",\"") == std::string_view::npos;
       quotedTitles_ = quotedTitles_ || isFreed;
-      const std::size_t field = fieldOf(title, column, arguments_);
-      if (field >= arguments_.kind->titles.size()) continue;
-      const FieldNature nature = arguments_.kind->titles[field].nature;
-      if (nature == FieldNature::Date || nature == FieldNature::Amount) {
-        columns_.push_back({column, nature});
-      }
+      const FieldNature nature = natureOf(title, column, arguments_);
+      if (nature != FieldNature::Text) columns_.push_back({column, nature});
     }
     if (quotedTitles_ && isCanonical_) {
       assume({"titles", "without their quotes", "line 1 has them in quotes", ""});
@@ -90,8 +86,11 @@ class Converter {
       if (rows.row().empty()) continue;
       ++rows_;
       if (rows.cells().size() == width_) ++wellFormed_;
-      if (rows.isBroken()) broken_.add(rows.row().substr(0, shownBroken), rows.line());
-      if (!hasValues(rows)) continue;
+      if (rows.isBroken()) broken_.add(rows.row(), rows.line());
+      if (!hasValues(rows)) {
+        unread_.add(rows.row(), rows.line());
+        continue;
+      }
       for (const ValueColumn& column : columns_) {
         const std::string_view value = valueText(rows.cells()[column.column]);
         if (value.empty()) continue;
@@ -114,10 +113,15 @@ class Converter {
 
   void tellText() {
     if (source_.assumption()) assume(*source_.assumption());
+    if (!source_.refusal().empty()) refuse(source_.refusal());
   }
 
   void tellLayout() {
     for (Assumption& assumption : layout_.assumptions) assume(std::move(assumption));
+    if (!layout_.refusal.empty()) refuse(layout_.refusal);
+    if (arguments_.convert.delimiter) {
+      assume({"delimiter", delimiterName(layout_.delimiter), "given with --delimiter", ""});
+    }
     if (layout_.delimiter == ',' || arguments_.convert.delimiter) return;
     const std::string counts = grouped(wellFormed_) + " of " + counted(rows_, "line", "lines") +
                                (rows_ == 1 ? " has " : " have ") +
@@ -129,10 +133,21 @@ class Converter {
 
   /// In the format of the screens the warnings tell what they make of such a row.
   void refuseBroken() {
-    if (!broken_ || isCanonical_) return;
+    if (!broken_ || (isCanonical_ && !rules_.changeValues)) return;
     refuse("a quote is missing, or stands within a quoted value, in " +
            counted(broken_.count, "record", "records") + ", the first being that of line " +
            grouped(broken_.line) + ": correct it");
+  }
+
+  /// While others are rewritten, those of such a row would be read otherwise than they are.
+  void refuseUnread() {
+    if (!unread_ || !rules_.changeValues || broken_.count == unread_.count) return;
+    refuse(
+        "dates and amounts are to be read otherwise than the screens do, but where those of " +
+        counted(unread_.count, "record", "records") +
+        " stand cannot be told, for there are more or fewer values than titles, or quotes in the "
+        "middle of a value; the first is that of line " +
+        grouped(unread_.line) + ": correct it");
   }
 
   void write() {
@@ -198,8 +213,6 @@ class Converter {
     }
   }
 
-  static constexpr std::size_t shownBroken = 80;
-
   const Arguments& arguments_;
   SourceText source_;
   Layout layout_;
@@ -210,6 +223,7 @@ class Converter {
   std::size_t rows_ = 0;
   std::size_t wellFormed_ = 0;  // rows as wide as the titles
   ClueTally broken_;
+  ClueTally unread_;  // rows of which nobody knows where the values stand
   ClueTally misfits_;
   ValueSurvey survey_;
   ValueRules rules_;

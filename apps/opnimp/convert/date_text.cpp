@@ -64,8 +64,18 @@ std::optional<CivilDate> readShortYearFirst(std::string_view text) {
   return isCivil(date) ? std::optional(date) : std::nullopt;
 }
 
-std::string dayFirst(const CivilDate& date) {
-  return formatDayFirst(dateFromCivil(date));
+/// With the year first, which nobody reads otherwise: who corrects such a file by hand, or imports
+/// it with other options, changes no date.
+std::string yearFirst(const CivilDate& date) {
+  const std::string text = formatDayFirst(dateFromCivil(date));
+  return text.substr(6) + "-" + text.substr(3, 2) + "-" + text.substr(0, 2);
+}
+
+/// Else a year of two digits may be taken for a day.
+bool hasLongYear(std::string_view text) {
+  constexpr std::ptrdiff_t digits = 4;
+  return std::search_n(text.begin(), text.end(), digits, true,
+                       [](char c, bool) { return isDigit(c); }) != text.end();
 }
 
 }  // namespace
@@ -88,13 +98,14 @@ DateText readDateText(std::string_view text) {
 std::optional<std::string> canonicalDate(std::string_view text, const DateText& date,
                                          DateOrder order) {
   if (order == DateOrder::YearMonthDay) {
-    if (const auto yearFirst = readShortYearFirst(text)) return dayFirst(*yearFirst);
-    return date.clue == DateClue::AnyOrder ? std::optional(dayFirst(date.date)) : std::nullopt;
+    if (const auto shortYear = readShortYearFirst(text)) return yearFirst(*shortYear);
+    const bool isSure = date.clue == DateClue::AnyOrder && hasLongYear(text);
+    return isSure ? std::optional(yearFirst(date.date)) : std::nullopt;
   }
   const bool isDayFirst = order == DateOrder::DayMonthYear;
   if (date.clue == (isDayFirst ? DateClue::MonthFirst : DateClue::DayFirst)) return std::nullopt;
-  if (date.clue != DateClue::EitherFirst || isDayFirst) return dayFirst(date.date);
-  return dayFirst({date.date.year, date.date.day, date.date.month});
+  if (date.clue != DateClue::EitherFirst || isDayFirst) return yearFirst(date.date);
+  return yearFirst({date.date.year, date.date.day, date.date.month});
 }
 
 }  // namespace velk

@@ -7,6 +7,7 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
+#include "base/numbers.h"
 #include "base/text.h"
 
 namespace velk {
@@ -85,13 +86,29 @@ void takeSeparatorLine(std::string_view text, Layout& layout, bool isGiven) {
   layout.headerLine = 2;
 }
 
+const FieldTitle* fieldTitled(std::string_view title, const Arguments& arguments) {
+  const std::span<const FieldTitle> titles = arguments.kind->titles;
+  const auto found = std::ranges::find_if(titles, [&](const FieldTitle& field) {
+    return equalsIgnoringCase(trim(field.title), trim(title));
+  });
+  return found == titles.end() ? nullptr : &*found;
+}
+
+/// By its own title or by one of --map, not by a number: any line has a third value.
+bool namesField(std::string_view title, const Arguments& arguments) {
+  return fieldTitled(title, arguments) != nullptr ||
+         std::ranges::any_of(arguments.maps, [&](const MapOption& map) {
+           return equalsIgnoringCase(trim(map.column), title);
+         });
+}
+
 /// How many fields of the kind a row names.
 std::size_t countTitles(const RowReader& rows, const Arguments& arguments) {
   std::size_t count = 0;
   std::string room;
   for (std::size_t i = 0; i < std::min(rows.cells().size(), mostTitles); ++i) {
     const std::string_view title = trim(meantValue(rows.cells()[i], room));
-    if (!title.empty() && fieldOf(title, i, arguments) < arguments.kind->titles.size()) ++count;
+    if (!title.empty() && namesField(title, arguments)) ++count;
   }
   return count;
 }
@@ -160,6 +177,30 @@ void goToHeader(std::string_view text, std::size_t line, Layout& layout) {
   layout.headerLine = line;
 }
 
+/// The lines above are left out, unless they look like records.
+void takeTitlesBelow(std::string_view text, const Candidate& chosen, const Arguments& arguments,
+                     Layout& layout) {
+  RowReader header(text, chosen.delimiter, layout.ends, chosen.offset, chosen.line);
+  header.next();
+  RowReader above(text, chosen.delimiter, layout.ends, layout.offset, layout.headerLine);
+  while (above.next() && above.line() < chosen.line && layout.refusal.empty()) {
+    const bool looksAlike = above.cells().size() > 1 &&
+                            above.cells().size() == header.cells().size() &&
+                            std::ranges::count(above.cells(), std::string_view()) <= 1;
+    if (!looksAlike) continue;
+    layout.refusal = "line " + grouped(chosen.line) + " has the titles, but line " +
+                     grouped(above.line()) +
+                     " above it looks like a record: say which line has them with --header-line N";
+  }
+  layout.assumptions.push_back({"titles", "line " + grouped(chosen.line),
+                                "it holds " + counted(chosen.titles, "title", "titles") + " of " +
+                                    std::string(arguments.kind->name) +
+                                    "; what stands above it is left out",
+                                "--header-line N"});
+  layout.offset = chosen.offset;
+  layout.headerLine = chosen.line;
+}
+
 }  // namespace
 
 std::string delimiterName(char delimiter) {
@@ -167,20 +208,22 @@ std::string delimiterName(char delimiter) {
   return found == delimiters.end() ? printable({&delimiter, 1}) : std::string(found->name);
 }
 
-std::size_t fieldOf(std::string_view title, std::size_t column, const Arguments& arguments) {
-  const std::span<const FieldTitle> titles = arguments.kind->titles;
-  const auto named = [&](std::string_view name) {
-    const auto found = std::ranges::find_if(titles, [&](const FieldTitle& field) {
-      return equalsIgnoringCase(trim(field.title), trim(name));
-    });
-    return static_cast<std::size_t>(found - titles.begin());
+FieldNature natureOf(std::string_view title, std::size_t column, const Arguments& arguments) {
+  // A column may be used for several fields.
+  FieldNature nature = FieldNature::Text;
+  const auto use = [&](std::string_view field) {
+    const FieldTitle* const found = fieldTitled(field, arguments);
+    if (found == nullptr || nature != FieldNature::Text) return;
+    const bool counts = found->nature == FieldNature::Date || found->nature == FieldNature::Amount;
+    if (counts) nature = found->nature;
   };
+  use(title);
   for (const MapOption& map : arguments.maps) {
-    const bool isMeant = equalsIgnoringCase(trim(map.column), trim(title)) ||
-                         map.column == "#" + std::to_string(column + 1);
-    if (isMeant) return named(map.field);
+    const bool isNumbered =
+        map.column.starts_with('#') && exactNumber<std::size_t>(map.column.substr(1)) == column + 1;
+    if (isNumbered || equalsIgnoringCase(trim(map.column), trim(title))) use(map.field);
   }
-  return named(title);
+  return nature;
 }
 
 Layout findLayout(std::string_view text, const Arguments& arguments) {
@@ -192,13 +235,11 @@ Layout findLayout(std::string_view text, const Arguments& arguments) {
   if (options.headerLine != 0) goToHeader(text, options.headerLine, layout);
   const Candidate chosen = best(text, layout, arguments);
   layout.delimiter = chosen.delimiter;
-  if (options.headerLine == 0 && chosen.titles > 0 && chosen.line != layout.headerLine) {
-    layout.assumptions.push_back({"titles", "line " + grouped(chosen.line),
-                                  "it holds " + counted(chosen.titles, "title", "titles") + " of " +
-                                      std::string(arguments.kind->name),
-                                  "--header-line N"});
-    layout.offset = chosen.offset;
-    layout.headerLine = chosen.line;
+  if (options.headerLine != 0) {
+    layout.assumptions.push_back({"titles", "line " + grouped(options.headerLine),
+                                  "given with --header-line or --skip-lines", ""});
+  } else if (chosen.titles > 0 && chosen.line != layout.headerLine) {
+    takeTitlesBelow(text, chosen, arguments, layout);
   }
   // Line feeds within quoted values end no line.
   if (layout.delimiter == ',' && layout.offset == 0 && allEndInPairs(text, layout)) {

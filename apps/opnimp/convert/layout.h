@@ -22,6 +22,7 @@ struct Layout {
   bool isCanonical = true;     ///< it is that of the screens
   std::string separatorLine;   ///< "line 1 says sep=;", where it does
   std::vector<Assumption> assumptions;
+  std::string refusal;  ///< why the line of the titles is not sure; empty: it is
 
   RowReader rows(std::string_view text) const {
     return RowReader(text, delimiter, ends, offset, headerLine);
@@ -34,8 +35,8 @@ Layout findLayout(std::string_view text, const Arguments& arguments);
 /// "semicolon", or the sign itself.
 std::string delimiterName(char delimiter);
 
-/// The field of the kind that a column belongs to by its title and by --map; its count where there
-/// is none. `column` counts from 0.
-std::size_t fieldOf(std::string_view title, std::size_t column, const Arguments& arguments);
+/// Date or Amount of a column that is used for such a field of the kind, by its title, in UTF-8, or
+/// by --map; else Text. `column` counts from 0.
+FieldNature natureOf(std::string_view title, std::size_t column, const Arguments& arguments);
 
 }  // namespace velk

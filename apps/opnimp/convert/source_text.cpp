@@ -112,7 +112,7 @@ bool SourceText::takeMarked(std::string_view bytes, const std::string& wanted) {
       wanted.empty() || isNamed(wanted, mark->encoding) || (isWide && isNamed(wanted, "UTF-16"));
   if (!fits) return false;
   decode(bytes.substr(mark->bytes.size()), mark->encoding);
-  if (wanted.empty()) assume(mark->encoding, "the file begins with its byte-order mark");
+  assume(mark->encoding, "the file begins with its byte-order mark");
   return true;
 }
 
@@ -127,6 +127,7 @@ bool SourceText::takeWide(std::string_view bytes) {
 
 void SourceText::takeNamed(std::string_view bytes, const std::string& name) {
   canonical_ = isNamed(name, windows) || isAscii(bytes);
+  assume(name, "given with --encoding");
   for (const std::string_view own : {utf8, littleEndian, bigEndian, windows}) {
     if (isNamed(name, own)) return decode(bytes, own);
   }
@@ -158,6 +159,10 @@ void SourceText::takeFound(std::string_view bytes) {
   canonical_ = true;
   decode(bytes, windows);
   std::string reason = lineText(bytes, invalid) + " is no UTF-8";
+  if (first < invalid) {
+    refusal_ = reason + ", but " + lineText(bytes, first) +
+               " has letters in it: correct one of them, or say which it is with --encoding NAME";
+  }
   const std::string likely =
       likelyEncoding(bytes.substr(first - std::min<std::size_t>(first, 4096)));
   const bool isOther = !likely.empty() && likely != windows && !likely.starts_with("ISO-8859-1");

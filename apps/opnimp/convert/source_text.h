@@ -25,6 +25,8 @@ class SourceText {
   bool isCanonical() const { return canonical_; }
   /// Empty for a text of ASCII, in which nothing had to be found out.
   const std::optional<Assumption>& assumption() const { return assumption_; }
+  /// Why the encoding is not sure; empty: it is.
+  const std::string& refusal() const { return refusal_; }
 
  private:
   bool takeMarked(std::string_view bytes, const std::string& wanted);
@@ -39,6 +41,7 @@ class SourceText {
   bool utf8_ = false;
   bool canonical_ = false;
   std::optional<Assumption> assumption_;
+  std::string refusal_;
 };
 
 /// The number of the line, from 1, that a place in a text is in.

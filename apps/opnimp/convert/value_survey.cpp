@@ -35,7 +35,27 @@ std::string conflictText(std::string_view what, const std::string& one, const st
          ". Correct one of them; which is right say with " + std::string(option);
 }
 
+std::string_view nameOf(DateOrder order) {
+  if (order == DateOrder::YearMonthDay) return "year first";
+  return order == DateOrder::MonthDayYear ? "month first" : "day first";
+}
+
+/// What speaks for an order, and what follows it.
+std::string counts(const ClueTally& clues, const ClueTally& either) {
+  std::string text = clues.first();
+  if (clues.count > 1) text += " and " + grouped(clues.count - 1) + " more";
+  return either ? text + "; " + counted(either.count, "date reads", "dates read") + " both ways"
+                : text;
+}
+
 }  // namespace
+
+void ClueTally::add(std::string_view value, std::size_t at) {
+  constexpr std::size_t shown = 80;
+  if (count++ > 0) return;
+  text = cutTo(printable(value), shown);
+  line = at;
+}
 
 std::string ClueTally::first() const {
   return text + " in line " + grouped(line);
@@ -73,6 +93,7 @@ void ValueSurvey::decideDates(const ConvertOptions& options, bool isCanonical,
                               ValueRules& rules) const {
   if (options.dateOrder) {
     rules.dateOrder = options.dateOrder;
+    assume(rules, "dates", std::string(nameOf(*options.dateOrder)), "given with --date-order", "");
   } else {
     findDateOrder(isCanonical, rules);
   }
@@ -102,8 +123,8 @@ void ValueSurvey::findDateOrder(bool isCanonical, ValueRules& rules) const {
   }
   rules.dateOrder = month ? DateOrder::MonthDayYear : DateOrder::DayMonthYear;
   if (month || (day && (either || !isCanonical))) {
-    assume(rules, "dates", month ? "month first" : "day first", (month ? month : day).first(),
-           dateOrderOption);
+    assume(rules, "dates", std::string(nameOf(*rules.dateOrder)),
+           counts(month ? month : day, either), dateOrderOption);
   } else if (either) {
     assume(rules, "dates", "day first",
            "all read both ways, such as " + either.first() + ", and the screens take the day first",
@@ -115,6 +136,8 @@ void ValueSurvey::decideAmounts(const ConvertOptions& options, bool isCanonical,
                                 ValueRules& rules) const {
   if (options.decimal) {
     rules.decimal = options.decimal;
+    assume(rules, "decimal sign", options.decimal == ',' ? "comma" : "point",
+           "given with --decimal", "");
   } else {
     findDecimal(isCanonical, rules);
   }
@@ -132,6 +155,15 @@ void ValueSurvey::findDecimal(bool isCanonical, ValueRules& rules) const {
     if (isCanonical) return;
     rules.refusals.push_back(conflictText("amounts", point.first() + " has a decimal point",
                                           comma.first() + " a decimal comma", decimalOption));
+    return;
+  }
+  // A comma cannot be in front of thousands and of decimals.
+  if (comma && groupedByComma) {
+    if (isCanonical) return;
+    rules.refusals.push_back(
+        "amounts have a decimal comma, such as " + comma.first() +
+        ", or one that may be in front of thousands, such as " + groupedByComma.first() +
+        ": say which sign is in front of decimals with " + std::string(decimalOption));
     return;
   }
   if (!point && !comma && either && !isCanonical) {

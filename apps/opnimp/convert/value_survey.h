@@ -21,11 +21,7 @@ struct ClueTally {
   std::string text;
   std::size_t line = 0;
 
-  void add(std::string_view value, std::size_t at) {
-    if (count++ > 0) return;
-    text = value;
-    line = at;
-  }
+  void add(std::string_view value, std::size_t at);
   explicit operator bool() const { return count > 0; }
   /// "12,50 in line 3".
   std::string first() const;

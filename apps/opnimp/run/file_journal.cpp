@@ -1,6 +1,7 @@
 #include "apps/opnimp/run/file_journal.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include "apps/opnimp/audit/run_ended.h"
@@ -35,12 +36,26 @@ std::string cannotWrite(const std::string& path, const RuntimeError& error) {
   return "the journal " + path + " could not be written: " + error.description();
 }
 
-/// Records are known again by what is mapped: with other columns they would be other ones.
-void requireSameMapping(const RunIndex& index, const RunStart& run) {
+/// Whether the records are those that the earlier run would have gone on with.
+bool hasSameRecords(const RunStart& resumed, const RunStart& run) {
+  const std::size_t left = run.firstRecord - std::min(run.firstRecord, resumed.firstRecord);
+  if (left > resumed.records.size()) return false;
+  return std::ranges::equal(std::span(resumed.records).subspan(left), run.records, {},
+                            &JournaledRecord::hash, &JournaledRecord::hash);
+}
+
+/// Records are known again by what is mapped, and by how it is read: with other columns, or with
+/// dates or amounts read otherwise, they would be other ones.
+void requireSameReading(const RunIndex& index, const RunStart& run) {
   const RunSummary* const resumed = index.find(run.resumes);
-  if (resumed == nullptr || resumed->start.mapping == run.mapping) return;
-  throw Refused("run " + std::to_string(run.resumes) +
-                ", which is to be resumed, mapped the columns otherwise; give the same --map");
+  if (resumed == nullptr) return;
+  const std::string which = "run " + std::to_string(run.resumes) + ", which is to be resumed, ";
+  if (resumed->start.mapping != run.mapping) {
+    throw Refused(which + "mapped the columns otherwise; give the same --map");
+  }
+  if (!hasSameRecords(resumed->start, run)) {
+    throw Refused(which + "read dates or amounts of the file otherwise; give the same options");
+  }
 }
 
 template <class Item>
@@ -91,7 +106,7 @@ FileJournal::FileJournal(ImportJournal& journal, ImportResult& result,
                          const Surroundings& surroundings)
     : journal_(journal), start_(describe(journal, result, surroundings)) {
   result.fileHash = hexText(start_.fileHash);
-  requireSameMapping(journal.index(), start_);
+  requireSameReading(journal.index(), start_);
   // Only opening balances: master data is imported again by design.
   if (result.arguments.kind->opening == nullptr || result.arguments.again) return;
   const std::string refusal = repetitionRefusal(journal.index(), start_, result.input->placeWord());

@@ -15,6 +15,8 @@ constexpr std::size_t mostLost = 50;
 
 constexpr std::string_view noDate = "nothing: the document gets the default date";
 constexpr std::string_view noReference = "nothing: the document gets no reference";
+constexpr std::string_view noSide =
+    "nothing: the sign of the amount counts, in the books' currency";
 constexpr std::string_view noValue = "nothing";
 
 /// Letters and digits of a title, in lower case: "Bill_No." is "billno".
@@ -37,6 +39,14 @@ bool isReferenceTitle(const std::string& name) {
   // "Invoice Date" and "Invoice Amount" are no numbers of documents.
   if (contained("date") || contained("amount") || contained("value")) return false;
   return name.starts_with("ref") || std::ranges::any_of(names, contained);
+}
+
+/// As people title what tells a debit from a credit, or one currency from another.
+bool isSideTitle(const std::string& name) {
+  constexpr std::array<std::string_view, 12> names{
+      "drcr", "crdr",   "dc",          "side",          "debit",    "credit",
+      "sign", "drorcr", "debitcredit", "debitorcredit", "currency", "curr"};
+  return std::ranges::count(names, name) > 0;
 }
 
 /// For each column whether it has values, and all of them read as dates.
@@ -100,6 +110,8 @@ void LostColumns::lookInOpening(const CheckedFile& file, std::size_t column,
     readAs = noDate;
   } else if (!file.isMapped(openingField::reference) && isReferenceTitle(name)) {
     readAs = noReference;
+  } else if (isSideTitle(name)) {
+    readAs = noSide;
   } else {
     return;
   }
