@@ -142,6 +142,9 @@ TEST_CASE("a date that cannot be read refuses a customer's record and ends a ven
     CHECK(rowText(vendors.screen->mappingList, 3) == "C|||" + cell + "|1|9");
     CHECK(vendors.screen->cmdImport.enabled());
   }
+  Run first(vendorParty);  // before the first record there is none
+  first.import("C,,soon,1,1");
+  CHECK(first.world.messages.at(0).find("Records before") == std::string::npos);
 }
 
 TEST_CASE("records without a mandatory value stop the run before anything is posted") {
@@ -215,6 +218,10 @@ TEST_CASE("existence queries that fail mean that there is no such customer") {
     CHECK(run.world.log() == "Customer does not exist for code - it's\n");
     CHECK(run.posted().empty());
   }
+  Run several(customer);  // a count above one is as good
+  several.world.database->answerRows(customer.existsQuery, {{2}});
+  several.import("C,,,1,1");
+  CHECK(several.posted().size() == 2);
 }
 
 TEST_CASE("an error that no step traps ends the run where it is") {

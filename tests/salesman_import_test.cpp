@@ -25,7 +25,7 @@ TEST_CASE("the rows that a workbook gives") {
     Texts sheet, list, messages;
   } rows[] = {
       {{" salesman |ADDRESS|resnumber|MobNumber|existing dstype|DSTYPE|HandHeld ds |more",
-        " A |adr|1|2|x|Retail|YES|more", "\"B\"\"b\"||||x|\"Retail\"|"},
+        " A |adr|1|2|x|Retail|YES|more", " \"B\"\"b\"||||x|\"Retail\"|"},
        {mapped, "A|adr|1|2|Retail|YES", "B\"b||||Retail|"},
        {}},
       // Column 5 alone keeps the data going, columns 6 and 7 alone do not.
@@ -49,6 +49,7 @@ TEST_CASE("the rows that a workbook gives") {
     const bool loaded = row.messages.empty();
     CHECK(rowsOf(in.screen->lstCust) == (loaded ? row.list : Texts{notYet}));
     CHECK(in.screen->cmdImport.enabled() == loaded);
+    CHECK((in.screen->lv.columnCount() > 0) == (row.messages != Texts{invalidFile}));
     if (loaded) CHECK(in.screen->RecordCount() == static_cast<int>(row.list.size()) - 1);
     CHECK(in.world.messages == row.messages);
     CHECK(in.world.log().empty());
@@ -149,6 +150,37 @@ TEST_CASE("what the preview of a workbook cannot show is told") {
     for (std::size_t i = 0; i < row.messages.size(); ++i) {
       CHECK_MESSAGE(in.world.messages[i].starts_with(row.messages[i]), in.world.messages[i]);
     }
+  }
+}
+
+TEST_CASE("salesmen as they are posted") {
+  const struct {
+    std::string record, master, types;
+  } rows[] = {
+      {" A'b |adr|020|98|Old|Retail|YES", "A'b; 200 adr; 200 020; 200 98",
+       "Retail; 200 HandHeld DS; 200 YES"},
+      {"A|||||Retail|NO", "A; 200 ; 200 ; 200 ", "Retail; 200 HandHeld DS; 200 NO"},
+      {"A|||||Retail|Yes", "A; 200 ; 200 ; 200 ", "Retail; 200 HandHeld DS; 200 No"},
+      {"A|||||Retail|", "A; 200 ; 200 ; 200 ", "Retail; 200 HandHeld DS; 200 No"},
+      // What is in quotes within quotes loses both.
+      {"\"\"\" A \"\"\"|\"\"\" x \"\"\"|||| Retail |\"\"\" YES \"\"\"", "A; 200  x ; 200 ; 200 ",
+       "Retail; 200 HandHeld DS; 200 YES"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.record);
+    SalesmanScreen in;
+    in.view({salesmanTitles, row.record});
+    in.world.database->calls.clear();
+    CHECK(in.import() == EventResult::Handled);
+    const std::string name = row.master.substr(0, row.master.find(';'));
+    CHECK(in.world.database->procedureCalls() ==
+          Texts{"Velk_sp_checkDefault_DSTypeValue; 200 Retail",
+                "sp_save_salesman; 200 " + row.master + "; 3 0; 200 ",
+                "sp_save_DsType; 200 " + name + "; 200 DSType; 200 " + row.types});
+    CHECK(in.world.messages == Texts{summary(1, 0)});
+    CHECK(in.world.log().empty());
+    CHECK(in.screen->TxtFileName.value().empty());
+    CHECK_FALSE(in.screen->cmdImport.enabled());
   }
 }
 
@@ -299,6 +331,16 @@ TEST_CASE("the list of salesmen whose type is no default value") {
   for (const auto& answer : answers) {
     in.world.database->answerRows("Velk_sp_checkDefault_DSTypeValue", answer.first);
     CHECK(screen.dsTypes().CheckForDefaultVal("X", "y") == answer.second);
+  }
+}
+
+TEST_CASE("characters of a salesman's name") {
+  const std::pair<const char*, bool> rows[] = {{"", true},    {"Az Za 09 &", true}, {"a-b", false},
+                                               {"a.", false}, {"O'B", false},       {"a\tb", false},
+                                               {"é", false},  {"@[`{", false},      {"/:", false}};
+  for (const auto& row : rows) {
+    CAPTURE(row.first);
+    CHECK(DsTypeRules::FilterAlphaNumeric(row.first) == row.second);
   }
 }
 
