@@ -81,6 +81,7 @@ class WindowsOutput final : public OutputFile {
     }
   }
 
+  HANDLE handle() const { return file_.get(); }
   /// Waits until the disk has it; Windows alone may lose it with the power.
   void flush() { requireFileCall(FlushFileBuffers(file_.get())); }
 
@@ -90,6 +91,42 @@ class WindowsOutput final : public OutputFile {
 
  private:
   FileHandle file_;
+};
+
+/// Keeps others that add to a file waiting. Windows, which adds to the end in one step, denies it
+/// to who may do nothing else; Wine looks for the end first, and grants it.
+class AppendLock {
+ public:
+  explicit AppendLock(HANDLE file) : file_(file) {
+    // A byte that no file has, so that nobody is kept from reading.
+    place_.Offset = std::numeric_limits<DWORD>::max();
+    place_.OffsetHigh = std::numeric_limits<LONG>::max();
+    isHeld_ = LockFileEx(file_, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place_) != FALSE;
+  }
+  ~AppendLock() {
+    if (isHeld_) UnlockFileEx(file_, 0, 1, 0, &place_);
+  }
+  AppendLock(const AppendLock&) = delete;
+  AppendLock& operator=(const AppendLock&) = delete;
+
+ private:
+  HANDLE file_;
+  OVERLAPPED place_{};
+  bool isHeld_ = false;
+};
+
+class WindowsAppend final : public OutputFile {
+ public:
+  explicit WindowsAppend(FileHandle file) : output_(std::move(file)) {}
+
+  void write(std::string_view bytes) override {
+    const AppendLock lock(output_.handle());
+    output_.write(bytes);
+  }
+  void close() override { output_.close(); }
+
+ private:
+  WindowsOutput output_;
 };
 
 /// A name in the folder of `path` that no file has. With the process and a count in it, no other
@@ -222,7 +259,7 @@ std::unique_ptr<OutputFile> WindowsFileSystem::openAppend(std::string_view path)
   // Without the right to write elsewhere every write goes to the end, even when another process
   // writes to the file at the same time.
   constexpr DWORD appendOnly = FILE_APPEND_DATA | SYNCHRONIZE;
-  return std::make_unique<WindowsOutput>(openOnDisk(path, appendOnly, OPEN_ALWAYS));
+  return std::make_unique<WindowsAppend>(openOnDisk(path, appendOnly, OPEN_ALWAYS));
 }
 
 std::unique_ptr<OutputFile> WindowsFileSystem::openReplacement(std::string_view path) {

@@ -223,7 +223,7 @@ std::optional<std::string> canonicalAmountCell(std::string_view text, const Valu
   }
   const std::optional<AmountText> amount = readAmount(text);
   if (!amount || (rules.leavesCurrencies && !amount->currency.empty())) return std::nullopt;
-  const auto canonical = canonicalAmount(*amount, *rules.decimal);
+  auto canonical = canonicalAmount(*amount, *rules.decimal);
   fits = canonical.has_value();
   return canonical;
 }
