@@ -136,6 +136,9 @@ TEST_CASE("an amount and a date are written as the screens read them") {
       {"1.234.567", "", ",1234567"},
       {"1,23,456.00", "", ",123456.00"},
       {"12,5", "", ",12.5"},
+      {"50,-", "", ",50"},
+      {"CHF 50.\xE2\x80\x93", "", ",50"},
+      {"0.00 Cr", "", ",0.00"},
       {"0,125", "", ",0.125"},
       {"1 234,50", "", ",1234.50"},
       {"1\xC2\xA0"
@@ -290,8 +293,13 @@ TEST_CASE("a file of which nobody knows what is meant is refused, or left as the
        {"--map", "Reference=Date"}},
       // Titles below what may be records.
       {"C001;A;R1;13/03/2007;5;5\n" + semicolons("C1;;R;13/03/2007;5;5"),
-       "line 1 above it looks like a record"},
+       "line 1 above it may be a record"},
       {with({"C001,\xC3\xA9,R1,,5,5", "C002,\xE9,R2,,5,5"}), "say which it is with --encoding"},
+      {"C001,,,31/03/2008,12.50,12.50\r\n" + with({"C2,,,30/03/2008,7,7"}),
+       "line 1 above it may be"},
+      {with({"C001,\xE9,R1,,5,5", "C002,\xC3\xA9,R2,,5,5"}), "but line 3 has letters in it"},
+      {"Customer ID;Date;Bill Amount;Balance\nC1;31.03.2008;12,50;12,50;\n",
+       "correct it, or remove it"},
       {semicolons("C001;A;R1;;1,250;10,75"),
        "may be in front of thousands, such as 1,250 in line 2"},
   };
@@ -306,6 +314,14 @@ TEST_CASE("a file of which nobody knows what is meant is refused, or left as the
   // Numbers of columns make no line the one with the titles.
   const std::string numbered = "Code,When\r\nC001,13/03/2007\r\nC002,14/03/2007\r\n";
   CHECK(converted(numbered, {"--map", "Date=#2", "--map", "Customer ID=#1"}).bytes == numbered);
+  // Neither does one value that reads as a title.
+  const std::string named = "C001,,,31/03/2008,1,1\r\nC003,Date,,30/03/2008,1,1\r\n";
+  CHECK(converted(named, {"--map", "Date=#4"}).bytes == named);
+  CHECK(converted(semicolons("C1;;R;31/03/2008;Rs. 5,5;INR 5,5") + "  \r\n\x1A").bytes ==
+        fileOf("C1,,R,31/03/2008,5.5,5.5"));
+  CHECK(converted(semicolons("R1;A;20071231;31/03/2008;1;1"),
+                  {"--map", "Reference=Date", "--map", "Date=Reference"})
+            .ran.status == 0);
   const Converted given =
       converted(semicolons("C001;A;R1;03/04/2007;5;5"), {"--date-order", "mdy"});
   CHECK(contains(given.ran.out, "given with --date-order"));

@@ -97,12 +97,9 @@ class WindowsOutput final : public OutputFile {
 /// to who may do nothing else; Wine looks for the end first, and grants it.
 class AppendLock {
  public:
-  explicit AppendLock(HANDLE file) : file_(file) {
-    // A byte that no file has, so that nobody is kept from reading.
-    place_.Offset = std::numeric_limits<DWORD>::max();
-    place_.OffsetHigh = std::numeric_limits<LONG>::max();
-    isHeld_ = LockFileEx(file_, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place_) != FALSE;
-  }
+  explicit AppendLock(HANDLE file)
+      : file_(file),
+        isHeld_(LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place_) != FALSE) {}
   ~AppendLock() {
     if (isHeld_) UnlockFileEx(file_, 0, 1, 0, &place_);
   }
@@ -110,9 +107,17 @@ class AppendLock {
   AppendLock& operator=(const AppendLock&) = delete;
 
  private:
+  /// A byte that no file has, so that nobody is kept from reading.
+  static OVERLAPPED farAway() {
+    OVERLAPPED place{};
+    place.Offset = std::numeric_limits<DWORD>::max();
+    place.OffsetHigh = std::numeric_limits<LONG>::max();
+    return place;
+  }
+
   HANDLE file_;
-  OVERLAPPED place_{};
-  bool isHeld_ = false;
+  OVERLAPPED place_ = farAway();
+  bool isHeld_;
 };
 
 class WindowsAppend final : public OutputFile {

@@ -274,8 +274,8 @@ class CommandLine {
     CLI::App* const command =
         addOfKind(Command::Convert, "convert",
                   "write a file of another program as the screens read it: in\n"
-                  "windows-1252, with commas, dates day first and amounts with a\n"
-                  "point; needs no database");
+                  "windows-1252, with commas, dates that read in one way and\n"
+                  "amounts with a point; needs no database");
     const auto takeFile = [this](const std::string& file) { arguments_.files = {file}; };
     command->add_option_function<std::string>("IN", takeFile, "the file of the other program")
         ->required()

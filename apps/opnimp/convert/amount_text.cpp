@@ -29,10 +29,24 @@ constexpr std::array<Spelling, 8> spellings{{{"\xC2\xA0", " "},
                                              {"\xE2\x80\x93", "-"},
                                              {"\xEF\xBC\x8D", "-"}}};
 
-constexpr std::array<Text, 18> currencies{
-    "$",   "\xE2\x82\xAC", "\xC2\xA3", "\xC2\xA5", "\xE2\x82\xB9", "\xE2\x82\xA8",
-    "rs.", "rs",           "inr",      "usd",      "eur",          "gbp",
-    "jpy", "chf",          "aed",      "sgd",      "cad",          "aud"};
+constexpr std::array<Spelling, 18> currencies{{{"$", "$"},
+                                               {"\xE2\x82\xAC", "eur"},
+                                               {"\xC2\xA3", "gbp"},
+                                               {"\xC2\xA5", "jpy"},
+                                               {"\xE2\x82\xB9", "inr"},
+                                               {"\xE2\x82\xA8", "inr"},
+                                               {"rs.", "inr"},
+                                               {"rs", "inr"},
+                                               {"inr", "inr"},
+                                               {"usd", "usd"},
+                                               {"eur", "eur"},
+                                               {"gbp", "gbp"},
+                                               {"jpy", "jpy"},
+                                               {"chf", "chf"},
+                                               {"aed", "aed"},
+                                               {"sgd", "sgd"},
+                                               {"cad", "cad"},
+                                               {"aud", "aud"}}};
 
 std::string usualSpelling(Text text) {
   std::string usual(text);
@@ -74,6 +88,10 @@ class AmountParser {
   /// A minus right before the digits is one that the screens read, too.
   bool takeMinus() {
     if (rest_.size() < 2) return false;
+    if (rest_.ends_with(",-") || rest_.ends_with(".-")) {
+      rest_.remove_suffix(2);  // no cents
+      return note(AmountForm::Gaps);
+    }
     if (rest_.ends_with('-')) {
       rest_.remove_suffix(1);
     } else if (rest_.starts_with('-')) {
@@ -99,9 +117,9 @@ class AmountParser {
   }
 
   bool takeCurrency() {
-    for (const Text currency : currencies) {
-      if (!takeWord(currency)) continue;
-      amount_->currency = currency;
+    for (const auto& [found, name] : currencies) {
+      if (!takeWord(found)) continue;
+      amount_->currency = name;
       return note(AmountForm::Currency);
     }
     return false;
@@ -213,7 +231,8 @@ std::optional<std::string> canonicalAmount(const AmountText& amount, char decima
   if ((hasGaps || hasGroups) && !isGrouped(whole, mark, mark == ',' || mark == gap)) {
     return std::nullopt;
   }
-  std::string text = amount.isBelowZero ? "-" : "";
+  const bool isZero = amount.number.find_first_of("123456789") == std::string::npos;
+  std::string text = amount.isBelowZero && !isZero ? "-" : "";
   std::ranges::copy_if(whole, std::back_inserter(text), isDigit);
   if (!decimals.empty()) text.append(".").append(decimals);
   return text;

@@ -20,6 +20,12 @@ struct ValueColumn {
   FieldNature nature;
 };
 
+/// Also of the mark that ends files of old programs.
+bool isBlank(std::string_view row) {
+  constexpr std::string_view marks = " \t\x1A";
+  return row.find_first_not_of(marks) == std::string_view::npos;
+}
+
 class Converter {
  public:
   Converter(std::string_view bytes, const Arguments& arguments)
@@ -83,7 +89,7 @@ class Converter {
     RowReader rows = layout_.rows(source_.text());
     rows.next();
     while (rows.next()) {
-      if (rows.row().empty()) continue;
+      if (isBlank(rows.row())) continue;
       ++rows_;
       if (rows.cells().size() == width_) ++wellFormed_;
       if (rows.isBroken()) broken_.add(rows.row(), rows.line());
@@ -141,13 +147,14 @@ class Converter {
 
   /// While others are rewritten, those of such a row would be read otherwise than they are.
   void refuseUnread() {
-    if (!unread_ || !rules_.changeValues || broken_.count == unread_.count) return;
+    const bool isRewritten = rules_.changeValues || (!isCanonical_ && !columns_.empty());
+    if (!unread_ || !isRewritten || broken_.count == unread_.count) return;
     refuse(
-        "dates and amounts are to be read otherwise than the screens do, but where those of " +
+        "dates and amounts may be read otherwise than the screens do, but where those of " +
         counted(unread_.count, "record", "records") +
         " stand cannot be told, for there are more or fewer values than titles, or quotes in the "
         "middle of a value; the first is that of line " +
-        grouped(unread_.line) + ": correct it");
+        grouped(unread_.line) + ": correct it, or remove it");
   }
 
   void write() {
@@ -155,7 +162,7 @@ class Converter {
     writer.reserve(source_.text().size());
     RowReader rows = layout_.rows(source_.text());
     for (bool isHeader = true; rows.next(); isHeader = false) {
-      if (!isHeader && rows.row().empty() && !isCanonical_) continue;
+      if (!isHeader && isBlank(rows.row()) && !isCanonical_) continue;
       if (isHeader) {
         writer.writeTitles(rows);
       } else if (!hasValues(rows)) {

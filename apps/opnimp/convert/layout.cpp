@@ -177,20 +177,17 @@ void goToHeader(std::string_view text, std::size_t line, Layout& layout) {
   layout.headerLine = line;
 }
 
-/// The lines above are left out, unless they look like records.
+/// The lines above are left out, unless they may be records: those have two values at least.
 void takeTitlesBelow(std::string_view text, const Candidate& chosen, const Arguments& arguments,
                      Layout& layout) {
-  RowReader header(text, chosen.delimiter, layout.ends, chosen.offset, chosen.line);
-  header.next();
   RowReader above(text, chosen.delimiter, layout.ends, layout.offset, layout.headerLine);
   while (above.next() && above.line() < chosen.line && layout.refusal.empty()) {
-    const bool looksAlike = above.cells().size() > 1 &&
-                            above.cells().size() == header.cells().size() &&
-                            std::ranges::count(above.cells(), std::string_view()) <= 1;
-    if (!looksAlike) continue;
+    const auto values = std::ranges::count_if(
+        above.cells(), [](std::string_view cell) { return !trim(cell).empty(); });
+    if (values < 2) continue;
     layout.refusal = "line " + grouped(chosen.line) + " has the titles, but line " +
                      grouped(above.line()) +
-                     " above it looks like a record: say which line has them with --header-line N";
+                     " above it may be a record: say which line has them with --header-line N";
   }
   layout.assumptions.push_back({"titles", "line " + grouped(chosen.line),
                                 "it holds " + counted(chosen.titles, "title", "titles") + " of " +
@@ -217,7 +214,10 @@ FieldNature natureOf(std::string_view title, std::size_t column, const Arguments
     const bool counts = found->nature == FieldNature::Date || found->nature == FieldNature::Amount;
     if (counts) nature = found->nature;
   };
-  use(title);
+  const bool isMappedAnew = std::ranges::any_of(arguments.maps, [&](const MapOption& map) {
+    return equalsIgnoringCase(trim(map.field), trim(title));
+  });
+  if (!isMappedAnew) use(title);
   for (const MapOption& map : arguments.maps) {
     const bool isNumbered =
         map.column.starts_with('#') && exactNumber<std::size_t>(map.column.substr(1)) == column + 1;
@@ -238,7 +238,7 @@ Layout findLayout(std::string_view text, const Arguments& arguments) {
   if (options.headerLine != 0) {
     layout.assumptions.push_back({"titles", "line " + grouped(options.headerLine),
                                   "given with --header-line or --skip-lines", ""});
-  } else if (chosen.titles > 0 && chosen.line != layout.headerLine) {
+  } else if (chosen.titles > 1 && chosen.line != layout.headerLine) {
     takeTitlesBelow(text, chosen, arguments, layout);
   }
   // Line feeds within quoted values end no line.

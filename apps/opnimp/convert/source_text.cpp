@@ -72,6 +72,18 @@ std::size_t firstBeyondAscii(std::string_view text) {
       text.begin());
 }
 
+/// The first letter beyond ASCII that is UTF-8, in a text that is not all of it.
+std::size_t findLetter(std::string_view text, std::size_t from) {
+  while (from < text.size()) {
+    const std::string_view rest = text.substr(from);
+    const std::size_t invalid = std::min(findInvalidUtf8(rest), rest.size());
+    const std::size_t letter = firstBeyondAscii(rest.substr(0, invalid));
+    if (letter < invalid) return from + letter;
+    from += invalid + 1;
+  }
+  return std::string_view::npos;
+}
+
 }  // namespace
 
 std::size_t lineAt(std::string_view text, std::size_t offset) {
@@ -159,8 +171,8 @@ void SourceText::takeFound(std::string_view bytes) {
   canonical_ = true;
   decode(bytes, windows);
   std::string reason = lineText(bytes, invalid) + " is no UTF-8";
-  if (first < invalid) {
-    refusal_ = reason + ", but " + lineText(bytes, first) +
+  if (const std::size_t other = findLetter(bytes, first); other != std::string_view::npos) {
+    refusal_ = reason + ", but " + lineText(bytes, other) +
                " has letters in it: correct one of them, or say which it is with --encoding NAME";
   }
   const std::string likely =

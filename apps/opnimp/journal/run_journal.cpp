@@ -6,13 +6,15 @@
 
 namespace velk {
 
-// Synced, so that a loss of power leaves at least the word that the run had begun.
+// Synced, so that a loss of power leaves at least the word that the run had begun. Others have
+// nothing of it yet.
 RunJournal::RunJournal(JournalFile& file, const RunStart& run, std::string_view fileBytes,
                        std::function<void()> syncOthers)
     : file_(file), syncOthers_(std::move(syncOthers)) {
   write(writer_, run, fileBytes);
   file_.write(EntryType::RunBegun, writer_.payload());
-  sync();
+  file_.sync();
+  lastSync_ = Clock::now();
 }
 
 void RunJournal::recordBegins(std::size_t record) {

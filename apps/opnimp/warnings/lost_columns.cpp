@@ -15,8 +15,7 @@ constexpr std::size_t mostLost = 50;
 
 constexpr std::string_view noDate = "nothing: the document gets the default date";
 constexpr std::string_view noReference = "nothing: the document gets no reference";
-constexpr std::string_view noSide =
-    "nothing: the sign of the amount counts, in the books' currency";
+constexpr std::string_view noSide = "nothing: only the sign of the amount counts";
 constexpr std::string_view noValue = "nothing";
 
 /// Letters and digits of a title, in lower case: "Bill_No." is "billno".
@@ -41,11 +40,11 @@ bool isReferenceTitle(const std::string& name) {
   return name.starts_with("ref") || std::ranges::any_of(names, contained);
 }
 
-/// As people title what tells a debit from a credit, or one currency from another.
+/// As people title what tells a debit from a credit.
 bool isSideTitle(const std::string& name) {
   constexpr std::array<std::string_view, 12> names{
-      "drcr", "crdr",   "dc",          "side",          "debit",    "credit",
-      "sign", "drorcr", "debitcredit", "debitorcredit", "currency", "curr"};
+      "drcr", "crdr",     "dc",          "side",          "debit", "credit",
+      "sign", "drcrflag", "debitcredit", "debitorcredit", "sh",    "balancetype"};
   return std::ranges::count(names, name) > 0;
 }
 
