@@ -35,7 +35,7 @@ bool isHuge(std::string_view run) {
 }
 
 bool isMantissa(char c) {
-  return (c >= '0' && c <= '9') || c == '.';
+  return isDigit(c) || c == '.';
 }
 
 /// Of a text that begins with a digit or a point.

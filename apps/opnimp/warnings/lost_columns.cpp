@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "apps/opnimp/records/title_words.h"
 #include "base/date_reader.h"
 #include "base/text.h"
 
@@ -17,15 +18,6 @@ constexpr std::string_view noDate = "nothing: the document gets the default date
 constexpr std::string_view noReference = "nothing: the document gets no reference";
 constexpr std::string_view noSide = "nothing: only the sign of the amount counts";
 constexpr std::string_view noValue = "nothing";
-
-/// Letters and digits of a title, in lower case: "Bill_No." is "billno".
-std::string plain(std::string_view title) {
-  std::string name;
-  for (const char c : lowerAscii(title)) {
-    if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) name += c;
-  }
-  return name;
-}
 
 bool isReferenceTitle(const std::string& name) {
   // As people title the number of a document.
@@ -102,7 +94,7 @@ void LostColumns::look(const CheckedFile& file, std::size_t column, const std::s
 // Such files may have columns for other purposes; only dates and references are recognised.
 void LostColumns::lookInOpening(const CheckedFile& file, std::size_t column,
                                 const std::string& title) {
-  const std::string name = plain(title);
+  const std::string name = joined(wordsOf(title));
   std::string_view readAs;
   if (!file.isMapped(openingField::date) &&
       (name.find("date") != std::string::npos || dates_.at(column))) {
