@@ -7,6 +7,7 @@
 #include <map>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/help_texts.h"
 #include "apps/opnimp/cli/printable.h"
 #include "base/numbers.h"
 
@@ -14,109 +15,9 @@ namespace velk {
 
 namespace {
 
-// Line breaks are made by hand: the library indents lines, but does not break them.
-const std::string databaseHelp =
-    "an ODBC connection string, or the path of an embedded database;\n"
-    "else the environment variable OPNIMP_DATABASE has one of these,\n"
-    "or the path of a file with a connection string that only its\n"
-    "owner may read, which keeps a password out of process lists;\n"
-    "repeated, or a line each in that file: the hosts of one database,\n"
-    "and a run that loses one goes on at the next";
-const std::string mapHelp =
-    "map a column of the file, by its title or as #N for the Nth, to a\n"
-    "field; on top of those whose titles match; may be repeated";
-const std::string rejectsHelp =
-    "write the refused records to FILE, to be corrected and imported\n"
-    "again; why to FILE.reasons.csv, records to look up to\n"
-    "FILE.check.csv, records that were not reached to FILE.rest.csv\n"
-    "(for a workbook all but the reasons are workbooks:\n"
-    "FILE.check.xls); none of them may be there already";
-const std::string journalHelp =
-    "the journal of all runs (default: opnimp/journal in\n"
-    "$XDG_STATE_HOME, else in ~/.local/state)";
-const std::string againHelp =
-    "post opening balances also if an earlier run of the journal\n"
-    "posted them";
-const std::string acceptHelp =
-    "import although values are read otherwise than they are\n"
-    "written, as the screens do: codes of the harmful warnings to\n"
-    "accept, separated by commas, or all";
-const std::string reportHelp =
-    "write the report as a page to be printed, signed and kept; a\n"
-    "file of that name is never replaced";
-const std::string metricsHelp =
-    "write what the call came to for a monitoring system, as\n"
-    "OpenMetrics text; replaces what the last call wrote";
-const std::string logFormatHelp =
-    "json: one JSON object a line on standard error for all that is\n"
-    "told while the command runs (default: text)";
 constexpr std::string_view logFormatOption = "--log-format";
-const std::string resumeHelp =
-    "go on with a file behind the last record that a run reached\n"
-    "which broke off; records in doubt go to FILE.check.csv of\n"
-    "--rejects and are not posted again; of several files those that\n"
-    "are done are passed over";
-const std::string fromLineHelp =
-    "import only the records from line N of the file on; takes one file";
-const std::string wholeHelp =
-    "in one transaction, which is taken back if a record is refused,\n"
-    "fails, or is not reached; takes one file";
-const std::string oneByOneHelp =
-    "ask the database each question by itself: no look-up ahead of\n"
-    "its record, no two calls in one message";
-const std::string filesHelp =
-    "the file with the records; several are imported one after the\n"
-    "other with one account, and nothing of any if one is refused";
-const std::string numberedHelp =
-    ";\n"
-    "--rejects r.csv and --report p.html then write r.1.csv, r.2.csv,\n"
-    "p.1.html and so on";
-const std::string exportHelp =
-    "write all salesmen to an .xls workbook, with drop-down lists of\n"
-    "their DS types; a workbook of that name is replaced";
-const std::string jsonHelp = "one JSON document on standard output instead of text";
-const std::string encodingHelp =
-    "the encoding of the file: UTF-8, UTF-16LE, UTF-16BE,\n"
-    "windows-1252, or any other that the machine's library knows\n"
-    "(default: what the file shows)";
-const std::string delimiterHelp = "what separates values: auto, comma, semicolon, tab or bar";
-const std::string skipHelp = "the titles stand in the line behind the first N";
-const std::string headerHelp = "the titles stand in line N (default: where they are found)";
-const std::string dateOrderHelp = "how dates are written that read both ways: auto, dmy, mdy, ymd";
-const std::string decimalHelp = "what stands in front of decimals: auto, point or comma";
-const std::string replaceHelp = "put \"?\" in the place of letters that windows-1252 does not have";
-const std::string rawHelp =
-    "import the file as it is, as the screens would: nothing of\n"
-    "another program's format is converted";
+
 constexpr std::size_t maxTextLines = std::size_t{1} << 31;
-const std::string footer =
-    R"(`opnimp help COMMAND` lists the kinds and options of a command; after "--" follows no option.
-
-Exit status:
-  0  everything was posted, or exported
-  1  some records were not, or not wholly, or not as they are written: see the report
-  2  refused: the file, its columns or the mapping do not do, values would be read otherwise
-     than they are written, or the file to export to is open in another program; nothing was
-     imported or exported
-  3  the command line makes no sense, or names no database
-  4  a file or the database could not be opened or written; nothing was imported or exported
-  5  the run broke off, or its account does not add up)";
-
-const std::string previewFooter =
-    R"(Exit status:
-  0  the file can be imported as it is
-  2  it would be refused: its columns or the mapping do not do, or values would be read
-     otherwise than they are written
-  3  the command line makes no sense
-  4  a file or the database could not be opened)";
-
-const std::string checkFooter =
-    R"(Exit status:
-  0  imports can work
-  1  they can, but the user has rights that do harm
-  2  something that an import needs is missing
-  3  the command line makes no sense, or names no database
-  4  the database could not be opened)";
 
 using Command = Arguments::Command;
 
@@ -209,7 +110,7 @@ class CommandLine {
     app_.set_help_flag("-h,--help", "show how the program or a command is used");
     app_.set_version_flag("--version", "opnimp " + std::string(programVersion) + "\n",
                           "show the version");
-    app_.footer(footer)->require_subcommand(1);
+    app_.footer(mainFooter)->require_subcommand(1);
     addCommands();
   }
 
