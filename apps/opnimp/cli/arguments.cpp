@@ -34,7 +34,6 @@ const std::map<std::string, std::optional<DateOrder>> dateOrderNames{
 
 // Only salesmen have a screen with an Export button.
 bool takes(Command command, const ImportKind& kind) {
-  if (command == Command::Convert) return kind.format == FileFormat::CommaSeparated;
   return command != Command::Export || kind.type == MasterType::Salesman;
 }
 
@@ -54,9 +53,7 @@ const ImportKind* kindNamed(const std::string& name, Command command) {
   const ImportKind* const kind = findKind(name);
   if (kind != nullptr && takes(command, *kind)) return kind;
   throw UsageError((kind == nullptr ? "there is no kind \"" + name + "\""
-                    : command == Command::Convert
-                        ? "a file of the kind " + name + " is a workbook, which is not converted"
-                        : "there is no export of the kind " + name) +
+                                    : "there is no export of the kind " + name) +
                    "; there is: " + kindsOf(command, false));
 }
 
@@ -176,7 +173,8 @@ class CommandLine {
         addOfKind(Command::Convert, "convert",
                   "write a file of another program as the screens read it: in\n"
                   "windows-1252, with commas, dates that read in one way and\n"
-                  "amounts with a point; needs no database");
+                  "amounts with a point, salesmen as an .xls workbook; needs no\n"
+                  "database");
     const auto takeFile = [this](const std::string& file) { arguments_.files = {file}; };
     command->add_option_function<std::string>("IN", takeFile, "the file of the other program")
         ->required()
@@ -191,6 +189,7 @@ class CommandLine {
     ConvertOptions& options = arguments_.convert;
     for (CLI::App* const command : commands) {
       addText(*command, "--encoding", "NAME", options.encoding, encodingHelp);
+      addText(*command, "--sheet", "NAME", options.sheet, sheetHelp);
       addChoice(*command, "--delimiter", "SIGN", options.delimiter, delimiterNames, delimiterHelp);
       CLI::Option* const skip = addLine(*command, "--skip-lines", skipHelp, 1);
       addLine(*command, "--header-line", headerHelp, 0)->excludes(skip);

@@ -12,6 +12,7 @@ namespace velk {
 /// What is left empty is found in the file.
 struct ConvertOptions {
   std::string encoding;           ///< its name
+  std::string sheet;              ///< of a workbook, by its name or as #N for the Nth
   std::optional<char> delimiter;  ///< what separates values
   std::size_t headerLine = 0;     ///< that holds the titles, from 1; 0: it is found
   std::optional<DateOrder> dateOrder;

@@ -69,6 +69,9 @@ inline const std::string encodingHelp =
     "the encoding of the file: UTF-8, UTF-16LE, UTF-16BE,\n"
     "windows-1252, or any other that the machine's library knows\n"
     "(default: what the file shows)";
+inline const std::string sheetHelp =
+    "the sheet of a workbook, by its name or as #N for the Nth (default:\n"
+    "the one that has values or titles; of salesmen the first)";
 inline const std::string delimiterHelp =
     "what separates values: auto, comma, semicolon, tab or bar";
 inline const std::string skipHelp = "the titles stand in the line behind the first N";

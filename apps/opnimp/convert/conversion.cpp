@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/convert/canonical_writer.h"
 #include "apps/opnimp/convert/layout.h"
+#include "apps/opnimp/convert/sheet_text.h"
 #include "apps/opnimp/convert/source_text.h"
 #include "apps/opnimp/convert/value_survey.h"
 #include "base/text.h"
@@ -35,6 +37,15 @@ class Converter {
         isCanonical_(source_.isCanonical() && layout_.isCanonical) {
     // Pairs within quotes end a line on the screens only.
     if (!isCanonical_ && layout_.ends == LineEnds::Pairs) layout_.ends = LineEnds::LineFeeds;
+  }
+  Converter(const SheetText& sheet, const Arguments& arguments)
+      : arguments_(arguments),
+        sheet_(&sheet),
+        source_(sheet.text()),
+        layout_(findSheetLayout(source_.text(), arguments)),
+        isCanonical_(false) {
+    result_.isSheet = true;
+    assume(sheet.assumption());
   }
 
   Conversion convert() {
@@ -97,7 +108,9 @@ class Converter {
         unread_.add(rows.row(), rows.line());
         continue;
       }
+      if (sheet_ != nullptr) noteOddCells(rows.line());
       for (const ValueColumn& column : columns_) {
+        if (sheetValue(rows, column)) continue;
         const std::string_view value = valueText(rows.cells()[column.column]);
         if (value.empty()) continue;
         if (column.nature == FieldNature::Date) {
@@ -106,6 +119,21 @@ class Converter {
           survey_.addAmount(value, rows.line());
         }
       }
+    }
+  }
+
+  /// What a cell of a worksheet holds says itself how it is read.
+  std::optional<std::string> sheetValue(const RowReader& rows, const ValueColumn& column) const {
+    if (sheet_ == nullptr) return std::nullopt;
+    return sheet_->value(rows.line(), column.column, column.nature);
+  }
+
+  void noteOddCells(std::size_t line) {
+    for (std::size_t column = 0; column < width_; ++column) {
+      const SheetCell* const cell = sheet_->cell(line, column);
+      if (cell == nullptr || cell->kind < SheetCell::Kind::Error) continue;
+      const bool isError = cell->kind == SheetCell::Kind::Error;
+      result_.oddCells.push_back({line, column, isError, std::string(cell->text)});
     }
   }
 
@@ -181,7 +209,9 @@ class Converter {
     for (const ValueColumn& column : columns_) {
       const std::string_view value = valueText(rows.cells()[column.column]);
       bool fits = true;
-      const auto cell = column.nature == FieldNature::Date
+      const auto held = sheetValue(rows, column);
+      const auto cell = held ? held
+                        : column.nature == FieldNature::Date
                             ? canonicalDateCell(value, rules_, fits)
                             : canonicalAmountCell(value, rules_, fits);
       if (!fits) misfits_.add(value, rows.line());
@@ -221,6 +251,7 @@ class Converter {
   }
 
   const Arguments& arguments_;
+  const SheetText* sheet_ = nullptr;  // that the text is of
   SourceText source_;
   Layout layout_;
   const bool isCanonical_;
@@ -239,10 +270,30 @@ class Converter {
   Conversion result_;
 };
 
+void refuseTextOptions(const ConvertOptions& options) {
+  if (options.encoding.empty() && !options.delimiter) return;
+  throw UsageError(std::string(options.delimiter ? "--delimiter" : "--encoding") +
+                   " is of texts, and the file is a workbook: leave it out");
+}
+
 }  // namespace
 
 Conversion convert(std::string_view bytes, const Arguments& arguments) {
+  if (!arguments.convert.sheet.empty()) {
+    throw UsageError("--sheet is of workbooks, and the file is none: leave it out");
+  }
   return Converter(bytes, arguments).convert();
+}
+
+Conversion convertWorkbook(std::string_view bytes, const Arguments& arguments) {
+  refuseTextOptions(arguments.convert);
+  const SheetText sheet(bytes, arguments);
+  if (sheet.refusal().empty()) return Converter(sheet, arguments).convert();
+  Conversion conversion;
+  conversion.isSheet = true;
+  conversion.bytes.emplace();
+  conversion.refusal = sheet.refusal();
+  return conversion;
 }
 
 }  // namespace velk

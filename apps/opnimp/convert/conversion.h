@@ -13,6 +13,14 @@
 
 namespace velk {
 
+/// A cell of a worksheet whose formula has no value.
+struct OddCell {
+  std::size_t line = 0;    ///< of the file
+  std::size_t column = 0;  ///< from 0
+  bool isError = false;    ///< it came to an error; else it was never calculated
+  std::string text;        ///< that shows in it
+};
+
 struct Conversion {
   std::optional<std::string> bytes;  ///< empty: the screens read the file as it is
   std::vector<std::size_t> lines;    ///< in the file, of each line of `bytes`; empty: the same
@@ -21,10 +29,14 @@ struct Conversion {
   /// Values with a comma, which the screens leave out: their number, and the first one's line.
   std::size_t commas = 0;
   std::size_t firstComma = 0;
+  bool isSheet = false;           ///< the file is a workbook, its lines being rows
+  std::vector<OddCell> oddCells;  ///< of records, in the order of their lines
 };
 
 /// By the kind, the --map options and the ConvertOptions of the arguments. Raises UsageError for
 /// options that do not go with the file.
 Conversion convert(std::string_view bytes, const Arguments& arguments);
+/// The same of a workbook, which always becomes another file.
+Conversion convertWorkbook(std::string_view bytes, const Arguments& arguments);
 
 }  // namespace velk

@@ -198,6 +198,27 @@ void takeTitlesBelow(std::string_view text, const Candidate& chosen, const Argum
   layout.headerLine = chosen.line;
 }
 
+void takeTitles(std::string_view text, const Candidate& chosen, const Arguments& arguments,
+                Layout& layout) {
+  const std::size_t given = arguments.convert.headerLine;
+  if (given != 0) {
+    layout.assumptions.push_back(
+        {"titles", "line " + grouped(given), "given with --header-line or --skip-lines", ""});
+  } else if (chosen.titles > 1 && chosen.line != layout.headerLine) {
+    takeTitlesBelow(text, chosen, arguments, layout);
+  }
+}
+
+/// From the first row on that is not blank.
+Layout layoutOfSheet(std::string_view text) {
+  Layout layout;
+  layout.ends = LineEnds::CarriageReturns;
+  layout.isCanonical = false;
+  layout.offset = std::min(text.find_first_not_of('\r'), text.size());
+  layout.headerLine = layout.offset + 1;
+  return layout;
+}
+
 }  // namespace
 
 std::string delimiterName(char delimiter) {
@@ -235,12 +256,7 @@ Layout findLayout(std::string_view text, const Arguments& arguments) {
   if (options.headerLine != 0) goToHeader(text, options.headerLine, layout);
   const Candidate chosen = best(text, layout, arguments);
   layout.delimiter = chosen.delimiter;
-  if (options.headerLine != 0) {
-    layout.assumptions.push_back({"titles", "line " + grouped(options.headerLine),
-                                  "given with --header-line or --skip-lines", ""});
-  } else if (chosen.titles > 1 && chosen.line != layout.headerLine) {
-    takeTitlesBelow(text, chosen, arguments, layout);
-  }
+  takeTitles(text, chosen, arguments, layout);
   // Line feeds within quoted values end no line.
   if (layout.delimiter == ',' && layout.offset == 0 && allEndInPairs(text, layout)) {
     layout.ends = LineEnds::Pairs;
@@ -249,6 +265,17 @@ Layout findLayout(std::string_view text, const Arguments& arguments) {
   layout.isCanonical =
       layout.ends == LineEnds::Pairs && layout.delimiter == ',' && layout.offset == 0;
   return layout;
+}
+
+Layout findSheetLayout(std::string_view text, const Arguments& arguments) {
+  Layout layout = layoutOfSheet(text);
+  if (arguments.convert.headerLine != 0) goToHeader(text, arguments.convert.headerLine, layout);
+  takeTitles(text, look(text, layout, layout.delimiter, arguments), arguments, layout);
+  return layout;
+}
+
+std::size_t countSheetTitles(std::string_view text, const Arguments& arguments) {
+  return look(text, layoutOfSheet(text), ',', arguments).titles;
 }
 
 }  // namespace velk

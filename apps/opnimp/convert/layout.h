@@ -32,6 +32,11 @@ struct Layout {
 /// Raises UsageError for a line of titles that the text does not have.
 Layout findLayout(std::string_view text, const Arguments& arguments);
 
+/// The same of the text of a worksheet.
+Layout findSheetLayout(std::string_view text, const Arguments& arguments);
+/// How many titles of the kind a line near the beginning of such a text has at most.
+std::size_t countSheetTitles(std::string_view text, const Arguments& arguments);
+
 /// "semicolon", or the sign itself.
 std::string delimiterName(char delimiter);
 

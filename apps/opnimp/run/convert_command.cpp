@@ -1,10 +1,13 @@
 #include "apps/opnimp/run/convert_command.h"
 
 #include <new>
+#include <numeric>
 #include <string>
+#include <vector>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/records/file_bytes.h"
+#include "apps/opnimp/records/workbook_records.h"
 #include "apps/opnimp/report/conversion_report.h"
 #include "apps/opnimp/run/run_support.h"
 #include "platform/native/native_files.h"
@@ -13,12 +16,25 @@ namespace velk {
 
 namespace {
 
+/// Of salesmen the screens read workbooks only.
+ConvertedFile convertSalesmen(const Arguments& arguments, const std::string& path) {
+  const WorkbookRecords records(readFile(path), arguments.convert.sheet);
+  ConvertedFile file{arguments, {}, records.count()};
+  file.conversion.refusal = records.refusal(*arguments.kind);
+  if (!file.conversion.refusal.empty()) return file;
+  std::vector<std::size_t> all(records.count());
+  std::iota(all.begin(), all.end(), std::size_t{0});
+  NativeFileSystem files;
+  writing("the file", arguments.file, "its name",
+          [&] { records.write(files, arguments.file, all); });
+  return file;
+}
+
 ConvertedFile convertFile(const Arguments& arguments, const std::string& path) {
   const auto records = convertedRecords(readFile(path), arguments);
   ConvertedFile file{arguments, records->conversion(), records->count()};
-  if (records->bytes().empty() || records->isWorkbook()) {
-    file.conversion.refusal = records->refusal(*arguments.kind);
-  }
+  std::string& refusal = file.conversion.refusal;
+  if (records->bytes().empty() && refusal.empty()) refusal = records->refusal(*arguments.kind);
   if (!file.conversion.refusal.empty()) return file;
   NativeFileSystem files;
   writing("the file", arguments.file, "its name",
@@ -32,7 +48,8 @@ ExitStatus runConvert(const Arguments& arguments, const Streams& streams) {
   requireNoFile(arguments.file);
   const std::string& path = arguments.files.front();
   try {
-    const ConvertedFile file = convertFile(arguments, path);
+    const bool isText = arguments.kind->format == FileFormat::CommaSeparated;
+    const ConvertedFile file = (isText ? convertFile : convertSalesmen)(arguments, path);
     (arguments.json ? writeConversionJson : writeConversionText)(file, streams.out);
     return file.status();
   } catch (const std::bad_alloc&) {

@@ -14,6 +14,7 @@
 #include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
+#include "apps/opnimp/sheets/read_sheets.h"
 #include "base/errors.h"
 #include "mapping/file_survey.h"
 #include "platform/native/native_files.h"
@@ -140,8 +141,9 @@ void requireDistinct(const std::vector<std::string>& inputs) {
 
 std::unique_ptr<const CsvRecords> convertedRecords(std::string bytes, const Arguments& arguments) {
   Conversion conversion;
-  const bool isText = !bytes.empty() && !CsvRecords::isWorkbook(bytes);
-  if (isText && !arguments.convert.raw) conversion = convert(bytes, arguments);
+  if (!bytes.empty() && !arguments.convert.raw) {
+    conversion = (isWorkbookFile(bytes) ? convertWorkbook : convert)(bytes, arguments);
+  }
   return std::make_unique<CsvRecords>(std::move(bytes), std::move(conversion));
 }
 
@@ -158,7 +160,9 @@ std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
   NativeFileSystem files;
   try {
     if (arguments.kind->format == FileFormat::Workbook) {
-      return fromLine(std::make_unique<WorkbookRecords>(files, arguments.file), arguments);
+      return fromLine(std::make_unique<WorkbookRecords>(readBytes(files, arguments.file),
+                                                        arguments.convert.sheet),
+                      arguments);
     }
     if (arguments.convert.raw) refuseLongLine(files, arguments.file);
     auto records = convertedRecords(readBytes(files, arguments.file), arguments);

@@ -275,8 +275,9 @@ void SingleImport::openPart(std::size_t first) {
   viewedEnd_ = first;
   partEnd_ = first + std::min(count() - first, kind().largestRecordCount);
   fillContents(first);
-  session_.emplace(recorder_, SessionSetup{call_.folder, call_.surroundings.clock, messages(),
-                                           !arguments().dryRun, &*contents_});
+  session_.emplace(recorder_,
+                   SessionSetup{call_.folder, call_.surroundings.clock, messages(),
+                                !arguments().dryRun, &*contents_, arguments().convert.sheet});
   result_.errorLog = session_->errorLogPath();
   recorder_.beginPart(first);
   report_.beginPart(first);

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/spreadsheet/xls/little_endian.h"
+#include "platform/spreadsheet/little_endian.h"
 
 namespace velk::xls {
 

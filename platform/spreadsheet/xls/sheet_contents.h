@@ -9,6 +9,8 @@
 
 #include "platform/spreadsheet.h"
 #include "platform/spreadsheet/number_format.h"
+#include "platform/spreadsheet/sheet_sink.h"
+#include "platform/spreadsheet/text_pool.h"
 #include "platform/spreadsheet/xls/sheet_data.h"
 
 namespace velk::xls {
@@ -30,6 +32,11 @@ struct SheetContents {
 
   std::string text(std::size_t row, std::size_t column) const;
   CellNature nature(std::size_t row, std::size_t column) const;
+  /// All of a cell but its text.
+  SheetCell described(const Cell& cell) const;
+
+ private:
+  const NumberFormat& formatOf(const Number& number) const;
 };
 
 }  // namespace velk::xls

@@ -159,7 +159,8 @@ class SheetReader {
     ContinuedReader reader(records_);
     reader.skip(skipped);
     if (keeps(place)) {
-      add(place, Cell::Kind::Text, contents_.texts.add(reader));
+      add(place, Cell::Kind::Text,
+          contents_.texts.addWith([&](std::string& to) { reader.appendText(to); }));
     } else {
       std::string unwanted;
       reader.appendText(unwanted);

@@ -1,0 +1,50 @@
+// A worksheet as the text of a file: a line each row, so that their numbers are the same, ended by
+// a carriage return; the cells, as a person sees them, separated by commas.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "apps/opnimp/cli/arguments.h"
+#include "apps/opnimp/convert/assumption.h"
+#include "apps/opnimp/sheets/sheet_set.h"
+
+namespace velk {
+
+class SheetText {
+ public:
+  /// Of the sheet that the arguments name, or that the workbook leaves no doubt about.
+  SheetText(std::string_view file, const Arguments& arguments);
+  SheetText(const SheetText&) = delete;
+  SheetText& operator=(const SheetText&) = delete;
+
+  const std::string& text() const { return text_; }
+  const Assumption& assumption() const { return assumption_; }
+  /// Why there is no text: the workbook cannot be read, or does not say which sheet is meant.
+  const std::string& refusal() const { return refusal_; }
+
+  /// What stands in a cell of a line, by its position from 0; null if that is nothing.
+  const SheetCell* cell(std::size_t line, std::size_t position) const;
+  /// The cell of a column of that nature, as the screens read it: the day of a date, the digits of
+  /// a number. Empty for another cell.
+  std::optional<std::string> value(std::size_t line, std::size_t position,
+                                   FieldNature nature) const;
+
+ private:
+  void choose(const Arguments& arguments);
+  void chooseAmong(const std::vector<const Sheet*>& candidates, const Arguments& arguments);
+  void take(const Sheet& sheet, std::string reason);
+  void write(const Sheet& sheet, std::size_t mostRows);
+
+  SheetSet set_;
+  const Sheet* sheet_ = nullptr;
+  std::size_t firstColumn_ = 1;  // blank ones before it are left out
+  std::string text_;
+  Assumption assumption_;
+  std::string refusal_;
+};
+
+}  // namespace velk

@@ -1,0 +1,146 @@
+#include "platform/native/confined_work.h"
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <fstream>
+#include <new>
+
+#include "platform/native/descriptor.h"
+#include "platform/native/pipe_reading.h"
+#include "platform/native/system_filter.h"
+
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define VELK_SANITIZED 1
+#endif
+#endif
+
+namespace velk {
+
+namespace {
+
+#ifdef VELK_SANITIZED
+// The sanitizers' own memory is beyond every limit, and their work takes its time.
+constexpr bool limitsMemory = false;
+constexpr int slowness = 10;
+#else
+constexpr bool limitsMemory = true;
+constexpr int slowness = 1;
+#endif
+
+// What the child ends with.
+constexpr int endedWhole = 0;
+constexpr int endedWithoutMemory = 2;
+constexpr int endedBroken = 3;
+
+void limit(__rlimit_resource resource, rlim_t most) {
+  const rlimit both{most, most};
+  if (::setrlimit(resource, &both) != 0) ::_exit(endedBroken);
+}
+
+/// The address space of this process, in bytes.
+std::size_t spaceInUse() {
+  std::size_t pages = 0;
+  std::ifstream("/proc/self/statm") >> pages;
+  return pages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+}
+
+/// Leaves the child nothing but the pipe.
+void confine(const WorkLimits& limits, std::size_t space, int pipe) {
+  // A crash is foreseen: no picture of this process's memory is to be left on a disk.
+  limit(RLIMIT_CORE, 0);
+  // The child must not outlive its parent, nor be looked into.
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  limit(RLIMIT_CPU, static_cast<rlim_t>(limits.computing.count() * slowness));
+  if (limitsMemory) limit(RLIMIT_AS, space + limits.memory);
+  // Of the system's two ways to close others: between the last one and the highest there is.
+  ::dup2(pipe, STDIN_FILENO);
+  if (::syscall(SYS_close_range, 1U, ~0U, 0U) != 0) ::_exit(endedBroken);
+  limit(RLIMIT_NOFILE, 0);
+  limit(RLIMIT_FSIZE, 0);
+  allowComputingOnly();
+}
+
+void writeAll(int pipe, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written =
+        unlessInterrupted([&] { return ::write(pipe, bytes.data(), bytes.size()); });
+    if (written < 0) ::_exit(endedBroken);
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+/// In the child: never returns.
+[[noreturn]] void doWork(const WorkLimits& limits, std::size_t space, int pipe,
+                         const std::function<void(const HandBack&)>& work) {
+  confine(limits, space, pipe);
+  int status = endedWhole;
+  try {
+    work([](std::string_view bytes) { writeAll(STDIN_FILENO, bytes); });
+  } catch (const std::bad_alloc&) {
+    status = endedWithoutMemory;
+  } catch (...) {
+    status = endedBroken;
+  }
+  // Without the ends that this process's own objects have.
+  ::_exit(status);
+}
+
+WorkResult readResult(int pipe, const WorkLimits& limits) {
+  WorkResult result;
+  switch (readToEnd(pipe, result.bytes, limits.waiting * slowness, limits.result)) {
+    case PipeEnd::Whole:
+      result.end = WorkResult::End::Whole;
+      break;
+    case PipeEnd::TooLate:
+      result.end = WorkResult::End::NoTime;
+      break;
+    case PipeEnd::TooLong:
+      result.end = WorkResult::End::TooLong;
+      break;
+    case PipeEnd::Broken:
+      break;
+  }
+  return result;
+}
+
+WorkResult::End endOf(int status) {
+  const bool outOfTime =
+      WIFSIGNALED(status) && (WTERMSIG(status) == SIGXCPU || WTERMSIG(status) == SIGKILL);
+  if (outOfTime) return WorkResult::End::NoTime;
+  if (!WIFEXITED(status)) return WorkResult::End::Broken;
+  if (WEXITSTATUS(status) == endedWithoutMemory) return WorkResult::End::NoMemory;
+  return WEXITSTATUS(status) == endedWhole ? WorkResult::End::Whole : WorkResult::End::Broken;
+}
+
+}  // namespace
+
+WorkResult workConfined(const WorkLimits& limits,
+                        const std::function<void(const HandBack&)>& work) {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw fileError(errno);
+  const Descriptor reading(ends[0]);
+  Descriptor writing(ends[1]);
+  const std::size_t space = spaceInUse();
+  const pid_t child = ::fork();
+  if (child < 0) throw fileError(errno);
+  if (child == 0) doWork(limits, space, writing.get(), work);
+  writing = Descriptor();
+  WorkResult result = readResult(reading.get(), limits);
+  // It has nothing more to say.
+  if (result.end != WorkResult::End::Whole) ::kill(child, SIGKILL);
+  int status = 0;
+  unlessInterrupted([&] { return ::waitpid(child, &status, 0); });
+  if (result.end == WorkResult::End::Whole) result.end = endOf(status);
+  return result;
+}
+
+}  // namespace velk
