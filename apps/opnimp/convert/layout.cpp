@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
@@ -102,15 +103,15 @@ bool namesField(std::string_view title, const Arguments& arguments) {
          });
 }
 
-/// How many fields of the kind a row names.
+/// How many fields of the kind a row names: "Date" and "date" are one.
 std::size_t countTitles(const RowReader& rows, const Arguments& arguments) {
-  std::size_t count = 0;
+  std::set<std::string> named;
   std::string room;
   for (std::size_t i = 0; i < std::min(rows.cells().size(), mostTitles); ++i) {
     const std::string_view title = trim(meantValue(rows.cells()[i], room));
-    if (!title.empty() && namesField(title, arguments)) ++count;
+    if (!title.empty() && namesField(title, arguments)) named.insert(lowerAscii(title));
   }
-  return count;
+  return named.size();
 }
 
 struct Candidate {

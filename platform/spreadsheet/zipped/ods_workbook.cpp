@@ -1,6 +1,7 @@
 #include "platform/spreadsheet/zipped/ods_workbook.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "base/numbers.h"
@@ -38,7 +39,7 @@ bool namesError(std::string_view text) {
 
 double numberOf(std::string_view written) {
   const auto number = exactNumber<double>(trim(written));
-  if (!number) damaged("the number of a cell is none");
+  if (!number || !std::isfinite(*number)) damaged("the number of a cell is none");
   return *number;
 }
 

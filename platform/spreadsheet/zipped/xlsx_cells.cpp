@@ -1,5 +1,6 @@
 #include "platform/spreadsheet/zipped/xlsx_cells.h"
 
+#include <cmath>
 #include <optional>
 
 #include "base/numbers.h"
@@ -117,7 +118,7 @@ void XlsxCells::fillCell(SheetCell& cell) {
 
 void XlsxCells::fillNumber(SheetCell& cell) {
   const std::optional<double> number = exactNumber<double>(trim(value_));
-  if (!number) damaged("the number of a cell is none");
+  if (!number || !std::isfinite(*number)) damaged("the number of a cell is none");
   const NumberFormat& format = styles_.format(style_);
   setNumber(cell, *number, format, parts_.from1904);
   shown_ = format.text(*number, parts_.from1904);

@@ -17,7 +17,8 @@ void appendXlsxText(std::string& to, std::string_view written) {
     std::uint16_t unit = 0;
     const char* const digits = written.data() + mark.size();
     const bool isLong = written.size() >= length && written[length - 1] == '_';
-    const bool isUnit = isLong && std::from_chars(digits, digits + 4, unit, 16).ptr == digits + 4;
+    const bool isUnit =
+        isLong && std::from_chars(digits, digits + 4, unit, 16).ptr == digits + 4 && unit != 0;
     if (isUnit) {
       const auto character = static_cast<char16_t>(unit);
       to.append(toUtf8({&character, 1}));
