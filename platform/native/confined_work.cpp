@@ -41,7 +41,7 @@ constexpr int endedWhole = 0;
 constexpr int endedWithoutMemory = 2;
 constexpr int endedBroken = 3;
 
-void limit(__rlimit_resource resource, rlim_t most) {
+void setLimit(__rlimit_resource resource, rlim_t most) {
   const rlimit both{most, most};
   if (::setrlimit(resource, &both) != 0) ::_exit(endedBroken);
 }
@@ -56,16 +56,16 @@ std::size_t spaceInUse() {
 /// Leaves the child nothing but the pipe.
 void confine(const WorkLimits& limits, std::size_t space, int pipe) {
   // A crash is foreseen: no picture of this process's memory is to be left on a disk.
-  limit(RLIMIT_CORE, 0);
+  setLimit(RLIMIT_CORE, 0);
   // The child must not outlive its parent, nor be looked into.
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-  limit(RLIMIT_CPU, static_cast<rlim_t>(limits.computing.count() * slowness));
-  if (limitsMemory) limit(RLIMIT_AS, space + limits.memory);
+  setLimit(RLIMIT_CPU, static_cast<rlim_t>(limits.computing.count() * slowness));
+  if (limitsMemory) setLimit(RLIMIT_AS, space + limits.memory);
   // Of the system's two ways to close others: between the last one and the highest there is.
   ::dup2(pipe, STDIN_FILENO);
   if (::syscall(SYS_close_range, 1U, ~0U, 0U) != 0) ::_exit(endedBroken);
-  limit(RLIMIT_NOFILE, 0);
-  limit(RLIMIT_FSIZE, 0);
+  setLimit(RLIMIT_NOFILE, 0);
+  setLimit(RLIMIT_FSIZE, 0);
   allowComputingOnly();
 }
 
@@ -81,9 +81,9 @@ void writeAll(int pipe, std::string_view bytes) {
 /// In the child: never returns.
 [[noreturn]] void doWork(const WorkLimits& limits, std::size_t space, int pipe,
                          const std::function<void(const HandBack&)>& work) {
-  confine(limits, space, pipe);
   int status = endedWhole;
   try {
+    confine(limits, space, pipe);
     work([](std::string_view bytes) { writeAll(STDIN_FILENO, bytes); });
   } catch (const std::bad_alloc&) {
     status = endedWithoutMemory;

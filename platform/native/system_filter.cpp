@@ -6,9 +6,10 @@
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 
+#include <array>
 #include <cerrno>
 #include <cstddef>
-#include <iterator>
+#include <vector>
 
 namespace velk {
 
@@ -22,47 +23,37 @@ constexpr unsigned machine = AUDIT_ARCH_AARCH64;
 constexpr unsigned machine = 0;
 #endif
 
-constexpr unsigned short load = BPF_LD | BPF_W | BPF_ABS;
-constexpr unsigned short isEqual = BPF_JMP | BPF_JEQ | BPF_K;
-constexpr unsigned short answer = BPF_RET | BPF_K;
+constexpr unsigned short loadWord = BPF_LD | BPF_W | BPF_ABS;
+constexpr unsigned short jumpIfEqual = BPF_JMP | BPF_JEQ | BPF_K;
+constexpr unsigned short giveBack = BPF_RET | BPF_K;
 
-/// Goes on behind the next two steps unless the call is that one.
-#define VELK_ALLOW(call)            \
-  {isEqual, 0, 1, SYS_##call}, {    \
-    answer, 0, 0, SECCOMP_RET_ALLOW \
+constexpr std::array<unsigned, 16> allowed{
+    SYS_read,      SYS_write,        SYS_mmap,         SYS_munmap,
+    SYS_mremap,    SYS_madvise,      SYS_brk,          SYS_futex,
+    SYS_getrandom, SYS_sched_yield,  SYS_rt_sigaction, SYS_rt_sigprocmask,
+    SYS_mprotect,  SYS_rt_sigreturn, SYS_exit,         SYS_exit_group};
+
+/// The numbers of calls mean something on their own machine only; another's end the process.
+std::vector<sock_filter> filterSteps() {
+  std::vector<sock_filter> steps{{loadWord, 0, 0, offsetof(seccomp_data, arch)},
+                                 {jumpIfEqual, 1, 0, machine},
+                                 {giveBack, 0, 0, SECCOMP_RET_KILL_PROCESS},
+                                 {loadWord, 0, 0, offsetof(seccomp_data, nr)}};
+  for (const unsigned call : allowed) {
+    // The next step is passed over unless the call is that one.
+    steps.push_back({jumpIfEqual, 0, 1, call});
+    steps.push_back({giveBack, 0, 0, SECCOMP_RET_ALLOW});
   }
-
-// The numbers of calls mean something on their own machine only; another's end the process.
-constexpr sock_filter steps[] = {{load, 0, 0, offsetof(seccomp_data, arch)},
-                                 {isEqual, 1, 0, machine},
-                                 {answer, 0, 0, SECCOMP_RET_KILL_PROCESS},
-                                 {load, 0, 0, offsetof(seccomp_data, nr)},
-                                 VELK_ALLOW(read),
-                                 VELK_ALLOW(write),
-                                 VELK_ALLOW(mmap),
-                                 VELK_ALLOW(munmap),
-                                 VELK_ALLOW(mremap),
-                                 VELK_ALLOW(madvise),
-                                 VELK_ALLOW(mprotect),
-                                 VELK_ALLOW(brk),
-                                 VELK_ALLOW(futex),
-                                 VELK_ALLOW(getrandom),
-                                 VELK_ALLOW(sched_yield),
-                                 VELK_ALLOW(rt_sigaction),
-                                 VELK_ALLOW(rt_sigprocmask),
-                                 VELK_ALLOW(rt_sigreturn),
-                                 VELK_ALLOW(exit),
-                                 VELK_ALLOW(exit_group),
-                                 {answer, 0, 0, SECCOMP_RET_ERRNO | EPERM}};
-
-#undef VELK_ALLOW
+  steps.push_back({giveBack, 0, 0, SECCOMP_RET_ERRNO | EPERM});
+  return steps;
+}
 
 }  // namespace
 
-void allowComputingOnly() noexcept {
+void allowComputingOnly() {
   if (machine == 0) return;
-  // The system takes the steps as ones that it could change, and does not.
-  const sock_fprog program{std::size(steps), const_cast<sock_filter*>(steps)};
+  std::vector<sock_filter> steps = filterSteps();
+  const sock_fprog program{static_cast<unsigned short>(steps.size()), steps.data()};
   ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
   ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program);
 }

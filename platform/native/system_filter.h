@@ -5,6 +5,6 @@ namespace velk {
 
 /// From now on this process can get memory, read and write what is open, and end; all else is
 /// refused with EPERM. Where the system has no such filter nothing changes.
-void allowComputingOnly() noexcept;
+void allowComputingOnly();
 
 }  // namespace velk

@@ -193,6 +193,8 @@ class CommandLine {
       addChoice(*command, "--delimiter", "SIGN", options.delimiter, delimiterNames, delimiterHelp);
       CLI::Option* const skip = addLine(*command, "--skip-lines", skipHelp, 1);
       addLine(*command, "--header-line", headerHelp, 0)->excludes(skip);
+      addText(*command, "--skip-last-lines", "N", options.lastLines, lastLinesHelp)
+          ->check(CLI::Range(std::size_t{1}, maxTextLines).description(""));
       addChoice(*command, "--date-order", "ORDER", options.dateOrder, dateOrderNames,
                 dateOrderHelp);
       addChoice(*command, "--decimal", "SIGN", options.decimal, decimalNames, decimalHelp);
@@ -452,6 +454,7 @@ Arguments parseArguments(std::span<const std::string> args) {
   checkValues(args);
   Arguments arguments = CommandLine().parse({args.begin(), args.end()});
   checkSeveral(arguments);
+  arguments.words.assign(args.begin(), args.end());
   return arguments;
 }
 

@@ -37,6 +37,7 @@ struct Arguments {
     Split
   };
 
+  std::vector<std::string> words;  ///< all of them, as they were given
   std::string answer;  ///< help or version to print, no command being run; empty otherwise
   Command command = Command::Import;
   const ImportKind* kind = nullptr;

@@ -76,6 +76,7 @@ inline const std::string delimiterHelp =
     "what separates values: auto, comma, semicolon, tab or bar";
 inline const std::string skipHelp = "the titles stand in the line behind the first N";
 inline const std::string headerHelp = "the titles stand in line N (default: where they are found)";
+inline const std::string lastLinesHelp = "the last N lines are no records, such as totals";
 inline const std::string dateOrderHelp =
     "how dates are written that read both ways: auto, dmy, mdy, ymd";
 inline const std::string decimalHelp = "what stands in front of decimals: auto, point or comma";

@@ -6,6 +6,7 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/convert/canonical_writer.h"
+#include "apps/opnimp/convert/last_lines.h"
 #include "apps/opnimp/convert/layout.h"
 #include "apps/opnimp/convert/sheet_text.h"
 #include "apps/opnimp/convert/source_text.h"
@@ -28,12 +29,16 @@ bool isBlank(std::string_view row) {
   return row.find_first_not_of(marks) == std::string_view::npos;
 }
 
+/// Of a line that is left out.
+constexpr std::size_t mostShown = 80;
+
 class Converter {
  public:
   Converter(std::string_view bytes, const Arguments& arguments)
       : arguments_(arguments),
         source_(bytes, arguments.convert),
         layout_(findLayout(source_.text(), arguments)),
+        text_(withoutLastLines(source_.text(), layout_, arguments.convert.lastLines)),
         isCanonical_(source_.isCanonical() && layout_.isCanonical) {
     // Pairs within quotes end a line on the screens only.
     if (!isCanonical_ && layout_.ends == LineEnds::Pairs) layout_.ends = LineEnds::LineFeeds;
@@ -43,6 +48,7 @@ class Converter {
         sheet_(&sheet),
         source_(sheet.text()),
         layout_(findSheetLayout(source_.text(), arguments)),
+        text_(withoutLastLines(source_.text(), layout_, arguments.convert.lastLines)),
         isCanonical_(false) {
     result_.isSheet = true;
     assume(sheet.assumption());
@@ -55,11 +61,13 @@ class Converter {
     tellText();
     tellLayout();
     rules_ = survey_.decide(arguments_.convert, isCanonical_);
+    offer(rules_.choices);
     std::ranges::move(rules_.assumptions, std::back_inserter(result_.assumptions));
     for (const std::string& refusal : rules_.refusals) refuse(refusal);
     refuseBroken();
     refuseUnread();
-    const bool isWritten = !isCanonical_ || rules_.changeValues || quotedTitles_;
+    const bool isWritten =
+        !isCanonical_ || rules_.changeValues || quotedTitles_ || arguments_.convert.lastLines > 0;
     if (result_.refusal.empty() && isWritten) write();
     return std::move(result_);
   }
@@ -69,10 +77,14 @@ class Converter {
     result_.refusal.append(result_.refusal.empty() ? "" : "; ").append(why);
   }
 
+  void offer(const std::vector<std::string>& choices) {
+    result_.choices.insert(result_.choices.end(), choices.begin(), choices.end());
+  }
+
   void assume(Assumption assumption) { result_.assumptions.push_back(std::move(assumption)); }
 
   void readTitles() {
-    RowReader rows = layout_.rows(source_.text());
+    RowReader rows = layout_.rows(text_);
     if (!rows.next()) return;
     width_ = rows.cells().size();
     for (std::size_t column = 0; column < width_; ++column) {
@@ -97,7 +109,7 @@ class Converter {
   }
 
   void survey() {
-    RowReader rows = layout_.rows(source_.text());
+    RowReader rows = layout_.rows(text_);
     rows.next();
     while (rows.next()) {
       if (isBlank(rows.row())) continue;
@@ -153,6 +165,8 @@ class Converter {
   void tellLayout() {
     for (Assumption& assumption : layout_.assumptions) assume(std::move(assumption));
     if (!layout_.refusal.empty()) refuse(layout_.refusal);
+    offer(layout_.choices);
+    tellLastLines();
     if (arguments_.convert.delimiter) {
       assume({"delimiter", delimiterName(layout_.delimiter), "given with --delimiter", ""});
     }
@@ -163,6 +177,18 @@ class Converter {
     assume({"delimiter", delimiterName(layout_.delimiter),
             layout_.separatorLine.empty() ? counts : layout_.separatorLine + ", and " + counts,
             "--delimiter SIGN"});
+  }
+
+  void tellLastLines() {
+    if (const std::size_t count = arguments_.convert.lastLines; count > 0) {
+      const std::string_view rest = source_.text().substr(text_.size());
+      assume({"last lines", counted(count, "line left out", "lines left out"),
+              "given with --skip-last-lines; they begin with \"" +
+                  cutTo(std::string(rest.substr(0, rest.find_first_of("\r\n"))), mostShown) + "\"",
+              ""});
+    } else if (const std::size_t totals = countTotals(text_, layout_, width_); totals > 0) {
+      offer({"--skip-last-lines " + std::to_string(totals)});
+    }
   }
 
   /// In the format of the screens the warnings tell what they make of such a row.
@@ -187,8 +213,8 @@ class Converter {
 
   void write() {
     CanonicalWriter writer(source_.isUtf8(), isCanonical_);
-    writer.reserve(source_.text().size());
-    RowReader rows = layout_.rows(source_.text());
+    writer.reserve(text_.size());
+    RowReader rows = layout_.rows(text_);
     for (bool isHeader = true; rows.next(); isHeader = false) {
       if (!isHeader && isBlank(rows.row()) && !isCanonical_) continue;
       if (isHeader) {
@@ -247,6 +273,7 @@ class Converter {
     } else {
       refuse("windows-1252, which the screens read, does not have all letters of " + values +
              ": correct them, or import them with \"?\" in their place with --replace");
+      offer({"--replace"});
     }
   }
 
@@ -254,6 +281,7 @@ class Converter {
   const SheetText* sheet_ = nullptr;  // that the text is of
   SourceText source_;
   Layout layout_;
+  std::string_view text_;  // without the lines that are no records
   const bool isCanonical_;
   std::size_t width_ = 0;  // values in the line of titles
   std::vector<ValueColumn> columns_;
@@ -293,6 +321,7 @@ Conversion convertWorkbook(std::string_view bytes, const Arguments& arguments) {
   conversion.isSheet = true;
   conversion.bytes.emplace();
   conversion.refusal = sheet.refusal();
+  conversion.choices = sheet.choices();
   return conversion;
 }
 

@@ -25,6 +25,8 @@ struct Conversion {
   std::optional<std::string> bytes;  ///< empty: the screens read the file as it is
   std::vector<std::size_t> lines;    ///< in the file, of each line of `bytes`; empty: the same
   std::vector<Assumption> assumptions;
+  /// Options that may help where the file is refused, as they are given.
+  std::vector<std::string> choices;
   std::string refusal;  ///< what the file does not decide, or the screens cannot hold
   /// Values with a comma, which the screens leave out: their number, and the first one's line.
   std::size_t commas = 0;

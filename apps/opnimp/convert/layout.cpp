@@ -189,6 +189,8 @@ void takeTitlesBelow(std::string_view text, const Candidate& chosen, const Argum
     layout.refusal = "line " + grouped(chosen.line) + " has the titles, but line " +
                      grouped(above.line()) +
                      " above it may be a record: say which line has them with --header-line N";
+    layout.choices = {"--header-line " + std::to_string(chosen.line),
+                      "--header-line " + std::to_string(layout.headerLine)};
   }
   layout.assumptions.push_back({"titles", "line " + grouped(chosen.line),
                                 "it holds " + counted(chosen.titles, "title", "titles") + " of " +

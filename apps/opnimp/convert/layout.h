@@ -22,7 +22,8 @@ struct Layout {
   bool isCanonical = true;     ///< it is that of the screens
   std::string separatorLine;   ///< "line 1 says sep=;", where it does
   std::vector<Assumption> assumptions;
-  std::string refusal;  ///< why the line of the titles is not sure; empty: it is
+  std::string refusal;               ///< why the line of the titles is not sure; empty: it is
+  std::vector<std::string> choices;  ///< options that decide it
 
   RowReader rows(std::string_view text) const {
     return RowReader(text, delimiter, ends, offset, headerLine);

@@ -92,6 +92,7 @@ void SheetText::choose(const Arguments& arguments) {
   }
   if (candidates.empty() && hidden.empty()) refuse("The workbook is blank");
   if (candidates.empty()) {
+    offer(hidden);
     refuse("All sheets with values are hidden: say which is meant with --sheet NAME; there is " +
            namesOf(hidden));
   }
@@ -112,12 +113,22 @@ void SheetText::chooseAmong(const std::vector<const Sheet*>& candidates,
   }
   text_.clear();
   if (titled.size() != 1) {
+    offer(candidates);
     refuse(
         "The workbook has several sheets with values: say which is meant with --sheet NAME; "
         "there is " +
         namesOf(candidates));
   }
   take(*titled.front(), "no other one has titles of " + std::string(arguments.kind->name));
+}
+
+// By their numbers: names may have any signs.
+void SheetText::offer(const std::vector<const Sheet*>& sheets) {
+  constexpr std::size_t most = 5;
+  for (std::size_t i = 0; i < std::min(sheets.size(), most); ++i) {
+    const auto number = static_cast<std::size_t>(sheets[i] - set_.sheets.data()) + 1;
+    choices_.push_back("--sheet '#" + std::to_string(number) + "'");
+  }
 }
 
 void SheetText::take(const Sheet& sheet, std::string reason) {

@@ -25,6 +25,8 @@ class SheetText {
   const Assumption& assumption() const { return assumption_; }
   /// Why there is no text: the workbook cannot be read, or does not say which sheet is meant.
   const std::string& refusal() const { return refusal_; }
+  /// Options that say which sheet.
+  const std::vector<std::string>& choices() const { return choices_; }
 
   /// What stands in a cell of a line, by its position from 0; null if that is nothing.
   const SheetCell* cell(std::size_t line, std::size_t position) const;
@@ -36,6 +38,7 @@ class SheetText {
  private:
   void choose(const Arguments& arguments);
   void chooseAmong(const std::vector<const Sheet*>& candidates, const Arguments& arguments);
+  void offer(const std::vector<const Sheet*>& sheets);
   void take(const Sheet& sheet, std::string reason);
   void write(const Sheet& sheet, std::size_t mostRows);
 
@@ -45,6 +48,7 @@ class SheetText {
   std::string text_;
   Assumption assumption_;
   std::string refusal_;
+  std::vector<std::string> choices_;
 };
 
 }  // namespace velk

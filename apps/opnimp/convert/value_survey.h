@@ -35,6 +35,7 @@ struct ValueRules {
   bool changeValues = false;           ///< some value may be one to rewrite
   std::vector<Assumption> assumptions;
   std::vector<std::string> refusals;  ///< what the file does not decide, with the option to give
+  std::vector<std::string> choices;   ///< what can be given
 };
 
 class ValueSurvey {

@@ -302,6 +302,7 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
     for (const TitleSuggestion& suggestion : suggestionsFor(result)) {
       steps.push_back(sentenceOf(suggestion));
     }
+    for (const std::string& command : result.commands) steps.push_back("`" + command + "`");
   }
   if (const std::string step = stepForAll(result); !step.empty()) {
     steps.push_back(step);

@@ -29,6 +29,7 @@ struct ImportResult {
   Traces traces;
   Account account;                          ///< empty when the run was refused
   std::string refusal;                      ///< why nothing was imported; empty: it was not refused
+  std::vector<std::string> commands;        ///< ready ones that may mend that
   bool repeats = false;                     ///< it was refused for what is posted twice
   bool refusedWithAnother = false;          ///< and not for what the file itself is
   std::vector<std::string> allowedDsTypes;  ///< looked up when a salesman was rejected

@@ -9,6 +9,7 @@
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/records/workbook_records.h"
 #include "apps/opnimp/report/conversion_report.h"
+#include "apps/opnimp/run/ready_commands.h"
 #include "apps/opnimp/run/run_support.h"
 #include "platform/native/native_files.h"
 
@@ -35,7 +36,10 @@ ConvertedFile convertFile(const Arguments& arguments, const std::string& path) {
   ConvertedFile file{arguments, records->conversion(), records->count()};
   std::string& refusal = file.conversion.refusal;
   if (records->bytes().empty() && refusal.empty()) refusal = records->refusal(*arguments.kind);
-  if (!file.conversion.refusal.empty()) return file;
+  if (!file.conversion.refusal.empty()) {
+    file.commands = readyCommands(arguments, file.conversion.choices);
+    return file;
+  }
   NativeFileSystem files;
   writing("the file", arguments.file, "its name",
           [&] { writeFile(files, arguments.file, records->bytes()); });

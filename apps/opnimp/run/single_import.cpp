@@ -14,6 +14,7 @@
 #include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/run/ds_types.h"
 #include "apps/opnimp/run/going_on.h"
+#include "apps/opnimp/run/ready_commands.h"
 #include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_mapping.h"
@@ -439,6 +440,7 @@ void SingleImport::endJournal() {
 
 void SingleImport::evaluate() {
   if (!result_.passedOver) writeAccount();
+  result_.commands = readyCommands(result_);
   evaluated_ = true;
   if (!began_) return;
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start_;

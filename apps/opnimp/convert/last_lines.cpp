@@ -1,0 +1,84 @@
+#include "apps/opnimp/convert/last_lines.h"
+
+#include <algorithm>
+#include <array>
+
+#include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::size_t mostTotals = 3;
+// As many languages as titles are known in.
+constexpr std::array<std::string_view, 12> totalWords{"total",       "totals", "totaal", "totale",
+                                                      "grand total", "sum",    "sums",   "summe",
+                                                      "gesamt",      "suma",   "soma",   "somme"};
+
+bool isBlankLine(std::string_view line) {
+  return line.find_first_not_of(" \t\r\n\x1A") == std::string_view::npos;
+}
+
+/// Where the last line begins of a text that ends in it.
+std::size_t lastLineOf(std::string_view text, char end) {
+  const std::size_t before =
+      text.size() < 2 ? std::string_view::npos : text.rfind(end, text.size() - 2);
+  return before == std::string_view::npos ? 0 : before + 1;
+}
+
+/// Of a cell as it is written, with "Total:" and quotes.
+bool saysTotal(std::string_view cell) {
+  std::string room;
+  std::string word = lowerAscii(trim(meantValue(cell, room)));
+  while (!word.empty() && (word.back() == ':' || word.back() == ' ')) word.pop_back();
+  return std::ranges::find(totalWords, word) != totalWords.end();
+}
+
+bool isTotal(const RowReader& row, std::size_t width) {
+  const auto filled =
+      std::ranges::find_if(row.cells(), [](std::string_view cell) { return !trim(cell).empty(); });
+  return row.cells().size() != width || (filled != row.cells().end() && saysTotal(*filled));
+}
+
+char endOf(const Layout& layout) {
+  return layout.ends == LineEnds::CarriageReturns ? '\r' : '\n';
+}
+
+/// The text up to its last line that is not blank.
+std::string_view upToLast(std::string_view text, const Layout& layout) {
+  for (;;) {
+    const std::size_t start = lastLineOf(text, endOf(layout));
+    if (text.empty() || !isBlankLine(text.substr(start))) return text;
+    text = text.substr(0, start);
+  }
+}
+
+}  // namespace
+
+std::size_t countTotals(std::string_view text, const Layout& layout, std::size_t width) {
+  for (std::size_t count = 0; count <= mostTotals; ++count) {
+    text = upToLast(text, layout);
+    const std::size_t start = lastLineOf(text, endOf(layout));
+    if (start <= layout.offset) return 0;
+    RowReader row(text, layout.delimiter, layout.ends, start);
+    if (!row.next() || !isTotal(row, width)) return count;
+    text = text.substr(0, start);
+  }
+  return 0;
+}
+
+std::string_view withoutLastLines(std::string_view text, const Layout& layout, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    text = upToLast(text, layout);
+    text = text.substr(0, lastLineOf(text, endOf(layout)));
+    if (text.size() <= layout.offset) {
+      throw UsageError("--skip-last-lines: the file has no " + counted(count, "line", "lines") +
+                       " behind its titles");
+    }
+  }
+  return text;
+}
+
+}  // namespace velk
