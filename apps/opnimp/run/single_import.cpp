@@ -74,6 +74,13 @@ void SingleImport::resume(const Resumption& resumption) {
                      input.where(resumption.gapEnd - 1) +
                      ", but later ones: copy them to a file of their own and import that");
   }
+  // Whether they are the same records is known when they are mapped.
+  if (resumption.count != count()) {
+    throw UsageError("--resume: run " + std::to_string(resumption.run) + " read " +
+                     counted(resumption.count, "record", "records") + " in " + arguments().file +
+                     ", which is read as " + counted(count(), "record", "records") +
+                     " now; give the same options");
+  }
   result_.resumes = resumption.run;
   result_.leftOut = resumption.first;
   result_.setApart = resumption.doubtful;
