@@ -205,12 +205,15 @@ std::optional<std::string> canonicalDateCell(std::string_view text, const ValueR
   // By a year that comes first the screens may read no date where there is one.
   if (date.clue == DateClue::None && rules.dateOrder != DateOrder::YearMonthDay)
     return std::nullopt;
-  const auto canonical = canonicalDate(text, date, *rules.dateOrder);
-  fits = canonical.has_value() || date.clue == DateClue::None;
   // What the screens read well stays.
   const bool isRead = date.clue == DateClue::AnyOrder || rules.dateOrder == DateOrder::DayMonthYear;
-  const bool stays = isRead && !date.isDigits && rules.dateOrder != DateOrder::YearMonthDay;
-  return stays ? std::nullopt : canonical;
+  if (isRead && !date.isDigits && rules.dateOrder != DateOrder::YearMonthDay) {
+    fits = date.clue != DateClue::MonthFirst;
+    return std::nullopt;
+  }
+  auto canonical = canonicalDate(text, date, *rules.dateOrder);
+  fits = canonical.has_value() || date.clue == DateClue::None;
+  return canonical;
 }
 
 std::optional<std::string> canonicalAmountCell(std::string_view text, const ValueRules& rules,
@@ -221,6 +224,7 @@ std::optional<std::string> canonicalAmountCell(std::string_view text, const Valu
     const bool isUsual = plain && text.find(',') == std::string_view::npos;
     if (isUsual) return std::nullopt;
   }
+  if (auto plain = canonicalPlainAmount(text, *rules.decimal)) return plain;
   const std::optional<AmountText> amount = readAmount(text);
   if (!amount || (rules.leavesCurrencies && !amount->currency.empty())) return std::nullopt;
   auto canonical = canonicalAmount(*amount, *rules.decimal);
