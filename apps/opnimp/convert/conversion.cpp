@@ -20,10 +20,11 @@ struct ValueColumn {
   FieldNature nature;
 };
 
-/// Also of the mark that ends files of old programs.
+/// Also of the mark that ends files of old programs; or one empty value, which would be no record
+/// without its quotes.
 bool isBlank(std::string_view row) {
   constexpr std::string_view marks = " \t\x1A";
-  return row.find_first_not_of(marks) == std::string_view::npos;
+  return row.find_first_not_of(marks) == std::string_view::npos || row == "\"\"";
 }
 
 class Converter {
@@ -45,6 +46,8 @@ class Converter {
     tellLayout();
     rules_ = survey_.decide(arguments_.convert, isCanonical_);
     std::ranges::move(rules_.assumptions, std::back_inserter(result_.assumptions));
+    if (rules_.ordersAreSure) result_.dateOrder = rules_.dateOrder;
+    if (rules_.decimalIsSure) result_.decimal = rules_.decimal;
     for (const std::string& refusal : rules_.refusals) refuse(refusal);
     refuseBroken();
     refuseUnread();

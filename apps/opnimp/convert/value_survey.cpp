@@ -93,6 +93,7 @@ void ValueSurvey::decideDates(const ConvertOptions& options, bool isCanonical,
                               ValueRules& rules) const {
   if (options.dateOrder) {
     rules.dateOrder = options.dateOrder;
+    rules.ordersAreSure = true;
     assume(rules, "dates", std::string(nameOf(*options.dateOrder)), "given with --date-order", "");
   } else {
     findDateOrder(isCanonical, rules);
@@ -121,6 +122,7 @@ void ValueSurvey::findDateOrder(bool isCanonical, ValueRules& rules) const {
                              ": say which it is with " + std::string(dateOrderOption));
     return;
   }
+  rules.ordersAreSure = month || day;
   rules.dateOrder = month ? DateOrder::MonthDayYear : DateOrder::DayMonthYear;
   if (month || (day && (either || !isCanonical))) {
     assume(rules, "dates", std::string(nameOf(*rules.dateOrder)),
@@ -136,6 +138,7 @@ void ValueSurvey::decideAmounts(const ConvertOptions& options, bool isCanonical,
                                 ValueRules& rules) const {
   if (options.decimal) {
     rules.decimal = options.decimal;
+    rules.decimalIsSure = true;
     assume(rules, "decimal sign", options.decimal == ',' ? "comma" : "point",
            "given with --decimal", "");
   } else {
@@ -172,6 +175,7 @@ void ValueSurvey::findDecimal(bool isCanonical, ValueRules& rules) const {
                              std::string(decimalOption));
     return;
   }
+  rules.decimalIsSure = comma || point;
   rules.decimal = comma ? ',' : '.';
   if (comma || (point && (groupedByComma || !isCanonical))) {
     assume(rules, "decimal sign", comma ? "comma" : "point", (comma ? comma : point).first(),
