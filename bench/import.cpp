@@ -82,7 +82,9 @@ enum class Watched { No, Recorded, Ahead, Traced, Journaled };
 /// The runner's part in an import.
 class Watch {
  public:
-  Watch(const ImportKind& kind, const char* file, Watched how) : how_(how), ahead_(beside_, kind) {
+  Watch(const ImportKind& kind, const char* file, const char* folder, Watched how)
+      : how_(how), ahead_(beside_, kind), path_(std::string(folder) + "/journal") {
+    std::filesystem::remove(path_);
     result_.arguments.kind = &kind;
     result_.arguments.file = file;
     result_.input = readInput(result_.arguments);
@@ -106,11 +108,9 @@ class Watch {
     screen.run().setObserver(&report_);
   }
 
-  void begin(const ImportScreen& screen, OwnConnection& database, const std::string& folder) {
+  void begin(const ImportScreen& screen, OwnConnection& database) {
     if (how_ != Watched::Journaled) return;
-    const std::string path = folder + "/journal";
-    std::filesystem::remove(path);
-    all_.emplace(path, result_.arguments, surroundings_, events_);
+    all_.emplace(path_, result_.arguments, surroundings_, events_);
     all_->identify(database, "company");
     result_.mapping = readMapping(screen);
     journal_.emplace(*all_, result_, surroundings_);
@@ -127,6 +127,7 @@ class Watch {
   Watched how_;
   Beside beside_;
   LookAhead ahead_;
+  std::string path_;  // of the journal
   Surroundings surroundings_ = realSurroundings();
   Events events_{{std::cout, std::cerr, false}, false};
   RunGate gate_;
@@ -140,7 +141,7 @@ class Watch {
 void measure(const ImportKind& kind, const std::string& company, const char* file,
              const char* folder, Watched how) {
   const Company database(company, folder);
-  Watch runner(kind, file, how);
+  Watch runner(kind, file, folder, how);
   HeadlessScreen screen(folder, runner.connection(database),
                         runner.messages([](const Message& m) { std::cerr << m.prompt << '\n'; }),
                         runner.log(), kind.open);
@@ -153,7 +154,7 @@ void measure(const ImportKind& kind, const std::string& company, const char* fil
   screen.form().cmdview.userClick();
 
   Stopwatch watch;
-  runner.begin(screen.form(), *database.connection(), folder);
+  runner.begin(screen.form(), *database.connection());
   const EventResult result = screen.form().cmdImport.userClick();
   runner.end();
   watch.stop();

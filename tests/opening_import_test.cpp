@@ -244,6 +244,31 @@ TEST_CASE("an error that no step traps ends the run where it is") {
   CHECK(run.world.log().ends_with("(35600): Index out of bounds\n"));
 }
 
+TEST_CASE("records are told as posted where there are some before the one that ends the run") {
+  struct Dry : ImportObserver {
+    bool isDryRun() const override { return true; }
+  } dry;
+  const std::string posted =
+      " Records before it are posted; importing this file again would post them twice.";
+  const struct {
+    std::string records;
+    std::size_t before;  // in runs of the same file
+    bool isDry;
+    std::string record, more;
+  } rows[] = {{"A,,,1e999,1", 0, false, "1", ""},
+              {"A,,,1e999,1", 5, false, "6", posted},
+              {"B,,,1,1\r\nA,,,1e999,1", 0, true, "2", ""}};
+  for (const auto& row : rows) {
+    Run run(customer);
+    run.screen->run().setRecordsBefore(row.before);
+    if (row.isDry) run.screen->run().setObserver(&dry);
+    run.import(row.records);
+    CHECK(run.world.messages ==
+          Texts{"box 16: The import stopped at record " + row.record +
+                ": Overflow: Bill Amount(1e999) for Customer - A." + row.more});
+  }
+}
+
 TEST_CASE("an error behind the last record says that the records are posted") {
   Run run(vendorParty);
   run.world.host->failingKey = "Import Successfull";

@@ -184,6 +184,16 @@ TEST_CASE("salesmen as they are posted") {
   }
 }
 
+TEST_CASE("blanks around a type's quotes go before them") {
+  SalesmanScreen in;
+  in.view({salesmanTitles, "A||||| \"Retail\" |"});
+  in.world.database->answerRows(
+      "Select Active From DsType_Master Where DSTypeName = 'DSType' and DSTypeValue = ' \"", {{1}});
+  CHECK(in.import() == EventResult::Handled);
+  CHECK(in.world.database->procedureCalls().back() ==
+        "sp_save_DsType; 200 A; 200 DSType; 200 Retail; 200 HandHeld DS; 200 No");
+}
+
 TEST_CASE("salesmen that are refused one by one") {
   SalesmanScreen in;
   in.view({salesmanTitles, "A|||||Retail|", "B|||||Van|", "C|||||None|", "D|||||Old|", "E",

@@ -92,12 +92,12 @@ constexpr Take takeQuickly = takePlainly;
 
 }  // namespace
 
-std::uint32_t crc32c(std::string_view bytes) {
-  return ~takeQuickly(~0U, bytes);
+std::uint32_t crc32c(std::string_view bytes, std::uint32_t before) {
+  return ~takeQuickly(~before, bytes);
 }
 
-std::uint32_t crc32cPlainly(std::string_view bytes) {
-  return ~takePlainly(~0U, bytes);
+std::uint32_t crc32cPlainly(std::string_view bytes, std::uint32_t before) {
+  return ~takePlainly(~before, bytes);
 }
 
 }  // namespace velk

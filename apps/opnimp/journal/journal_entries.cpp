@@ -183,9 +183,10 @@ void writeRevised(EntryWriter& to, const std::pair<std::size_t, Outcome>& revise
 
 }  // namespace
 
-void write(EntryWriter& to, const RunStart& run, std::string_view fileBytes) {
+// The file's bytes are a text like others, whose length stands before it.
+void writeBeforeFile(EntryWriter& to, const RunStart& run, std::size_t fileBytes) {
   constexpr std::size_t aboutRest = 4096;
-  to.reserve(fileBytes.size() + run.records.size() * sizeof(JournaledRecord) + aboutRest);
+  to.reserve(run.records.size() * sizeof(JournaledRecord) + aboutRest);
   to.number(run.number).real(run.time.days);
   to.text(run.user).text(run.version).text(run.machineStart).text(run.kind);
   to.text(run.folder).text(run.file);
@@ -200,7 +201,10 @@ void write(EntryWriter& to, const RunStart& run, std::string_view fileBytes) {
     each.number(record.line);
     writeDigest(each, record.hash);
   });
-  to.text(fileBytes);
+  to.number(fileBytes);
+}
+
+void writeBehindFile(EntryWriter& to, const RunStart& run) {
   to.list(run.assumed, [](EntryWriter& each, const Assumption& assumption) {
     each.text(assumption.what).text(assumption.value).text(assumption.reason);
     each.text(assumption.option);

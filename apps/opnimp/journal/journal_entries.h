@@ -78,8 +78,9 @@ struct RunEnd {
   std::vector<RecordedMessage> messages;
 };
 
-/// `fileBytes`: of the file that is imported.
-void write(EntryWriter& to, const RunStart& run, std::string_view fileBytes);
+/// What stands before the bytes of the file that is imported, so many, and behind them.
+void writeBeforeFile(EntryWriter& to, const RunStart& run, std::size_t fileBytes);
+void writeBehindFile(EntryWriter& to, const RunStart& run);
 void write(EntryWriter& to, const HostChange& change);
 void write(EntryWriter& to, const RunEnd& run);
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <limits>
 #include <utility>
+#include <vector>
 
 #include "apps/opnimp/journal/crc32c.h"
 #include "base/errors.h"
@@ -93,13 +94,20 @@ std::string_view payloadOf(std::string_view entry) {
   return entry.substr(headSize, entry.size() - frameSize);
 }
 
+void addHead(std::string& to, EntryType type, std::size_t length) {
+  if (length > std::numeric_limits<std::uint32_t>::max()) {
+    throw RuntimeError(ErrorNumber::OutOfMemory);
+  }
+  addNumber(to, static_cast<std::uint32_t>(length));
+  to += static_cast<char>(type);
+}
+
 /// Adds an entry with its frame.
 void addEntry(std::string& to, EntryType type, std::string_view payload) {
   const std::size_t start = to.size();
   // Nothing behind it takes memory: half an entry must not stand before the next one.
   to.reserve(start + frameSize + payload.size());
-  addNumber(to, static_cast<std::uint32_t>(payload.size()));
-  to += static_cast<char>(type);
+  addHead(to, type, payload.size());
   to += payload;
   addNumber(to, crc32c(std::string_view(to).substr(start)));
 }
@@ -151,25 +159,50 @@ JournalFile::JournalFile(std::unique_ptr<KeptFile> file, const JournalEnd& end)
 }
 
 void JournalFile::add(EntryType type, std::string_view payload) {
-  if (payload.size() > std::numeric_limits<std::uint32_t>::max()) {
-    throw RuntimeError(ErrorNumber::OutOfMemory);
-  }
   addEntry(pending_, type, payload);
 }
 
 void JournalFile::write(EntryType type, std::string_view payload) {
-  if (isBroken_) throw RuntimeError(ErrorNumber::DeviceIo);
   const std::size_t before = pending_.size();
   add(type, payload);
   try {
-    file_->append(pending_);
+    append({});
   } catch (const RuntimeError&) {
     pending_.resize(before);
+    throw;
+  }
+}
+
+void JournalFile::writeLong(EntryType type, std::span<const std::string_view> payload) {
+  std::size_t length = 0;
+  for (const std::string_view piece : payload) length += piece.size();
+  std::string head;
+  addHead(head, type, length);
+  std::uint32_t checksum = crc32c(head);
+  for (const std::string_view piece : payload) checksum = crc32c(piece, checksum);
+  std::string tail;
+  addNumber(tail, checksum);
+  std::vector<std::string_view> bytes{head};
+  bytes.insert(bytes.end(), payload.begin(), payload.end());
+  bytes.push_back(tail);
+  append(bytes);
+}
+
+void JournalFile::append(std::span<const std::string_view> bytes) {
+  if (isBroken_) throw RuntimeError(ErrorNumber::DeviceIo);
+  std::uint64_t length = length_ + pending_.size();
+  try {
+    file_->append(pending_);
+    for (const std::string_view piece : bytes) {
+      file_->append(piece);
+      length += piece.size();
+    }
+  } catch (const RuntimeError&) {
     // What cannot be undone either is recognised as torn when the file is read again.
     isBroken_ = !trapErrors([&] { file_->truncate(length_); }, [](const RuntimeError&) {});
     throw;
   }
-  length_ += pending_.size();
+  length_ = length;
   pending_.clear();
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -45,10 +46,16 @@ class JournalFile {
   /// Writes it, and what was added before it, in one write. After a failure nothing of all that is
   /// there, if the disk allows, and this entry is forgotten.
   void write(EntryType type, std::string_view payload);
+  /// Writes a long entry, whose payload comes in pieces that are not copied. Half of it, which a
+  /// kill leaves, is known as torn.
+  void writeLong(EntryType type, std::span<const std::string_view> payload);
   /// Waits until the disk has all that was written, and marks that it has.
   void sync();
 
  private:
+  /// Adds to the file what was pending and then the bytes, or nothing.
+  void append(std::span<const std::string_view> bytes);
+
   std::unique_ptr<KeptFile> file_;
   std::uint64_t length_;
   std::string pending_;    // entries that are not written yet

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <string>
+#include <unordered_map>
 #include <utility>
 
 #include "base/date_reader.h"
@@ -20,10 +21,29 @@ Value readAmount(std::string_view text) {
   return read ? amount : Value(std::string(text));
 }
 
-Value readDay(std::string_view text, int currentYear) {
-  const auto reading = readDate(text, currentYear);
-  return reading ? Value(Date{std::trunc(reading->date.days)}) : Value(std::string(text));
-}
+/// Reads days. A file has few, so that most were read before.
+class DayReader {
+ public:
+  explicit DayReader(int currentYear) : currentYear_(currentYear) {}
+
+  Value read(std::string_view text) {
+    constexpr std::size_t longest = 16;  // the room of a text without memory of its own
+    constexpr std::size_t mostKept = 4096;
+    if (text.size() >= longest || known_.size() == mostKept) return readAnew(text);
+    const auto [known, isNew] = known_.try_emplace(std::string(text));
+    if (isNew) known->second = readAnew(text);
+    return known->second;
+  }
+
+ private:
+  Value readAnew(std::string_view text) const {
+    const auto reading = readDate(text, currentYear_);
+    return reading ? Value(Date{std::trunc(reading->date.days)}) : Value(std::string(text));
+  }
+
+  int currentYear_;
+  std::unordered_map<std::string, Value> known_;
+};
 
 // Databases compare codes without letter case, and many without the blanks at the end. In capitals,
 // as most codes are written.
@@ -33,11 +53,11 @@ std::string keyOf(std::string_view text) {
 
 /// Writes the values that are posted, in the order of their fields.
 void writePosted(EntryWriter& to, const ImportKind& kind, const std::vector<std::string>& fields,
-                 const std::vector<FieldMapping>& mapping, int currentYear) {
+                 const std::vector<FieldMapping>& mapping, DayReader& days) {
   const auto cell = [&](std::size_t field) { return mappedCell(fields, mapping, field); };
   if (kind.opening != nullptr) {
     to.text(keyOf(cell(openingField::code))).text(keyOf(cell(openingField::reference)));
-    to.value(readDay(cell(openingField::date), currentYear));
+    to.value(days.read(cell(openingField::date)));
     to.value(readAmount(cell(openingField::bill))).value(readAmount(cell(openingField::balance)));
     return;
   }
@@ -58,9 +78,10 @@ std::vector<JournaledRecord> hashRecords(const ImportKind& kind, const InputReco
   records.reserve(input.count());
   const std::size_t width = mappedWidth(mapping);
   EntryWriter writer;
+  DayReader days(currentYear);
   for (std::size_t record = 0; record < input.count(); ++record) {
     writer.clear();
-    writePosted(writer, kind, input.fields(record, width), mapping, currentYear);
+    writePosted(writer, kind, input.fields(record, width), mapping, days);
     records.push_back({input.place(record).line, hashOf(writer.payload())});
   }
   return records;

@@ -70,6 +70,18 @@ std::string recordsText(const PostedBy& posted, const RunStart& run, std::string
          "once more, import it with --again";
 }
 
+/// The runs before it that posted the same kind in the same database, but for those it goes on
+/// with.
+std::vector<const RunSummary*> comparable(const RunIndex& index, const RunStart& run) {
+  const std::vector<const RunSummary*> resumed = index.takenUp(run.resumes);
+  std::vector<const RunSummary*> earlier;
+  for (const RunSummary& each : index.runs) {
+    if (each.start.databaseId != run.databaseId || each.start.kind != run.kind) continue;
+    if (std::ranges::count(resumed, &each) == 0) earlier.push_back(&each);
+  }
+  return earlier;
+}
+
 }  // namespace
 
 std::size_t HashOfDigest::operator()(const Digest& digest) const {
@@ -80,18 +92,16 @@ std::size_t HashOfDigest::operator()(const Digest& digest) const {
 
 std::string repetitionRefusal(const RunIndex& index, const RunStart& run,
                               std::string_view placeWord) {
-  const std::vector<const RunSummary*> resumed = index.takenUp(run.resumes);
+  const std::vector<const RunSummary*> earlier = comparable(index, run);
+  if (earlier.empty()) return {};
   PostedBy posted;
   for (const JournaledRecord& record : run.records) posted.try_emplace(record.hash, 0);
-  for (const RunSummary& earlier : index.runs) {
-    const RunStart& start = earlier.start;
-    if (start.databaseId != run.databaseId || start.kind != run.kind) continue;
-    if (std::ranges::count(resumed, &earlier) > 0) continue;
-    if (start.fileHash == run.fileHash) {
-      const std::size_t count = earlier.count(isInDatabase);
-      if (count > 0) return fileText(earlier, count);
+  for (const RunSummary* each : earlier) {
+    if (each->start.fileHash == run.fileHash) {
+      const std::size_t count = each->count(isInDatabase);
+      if (count > 0) return fileText(*each, count);
     }
-    addPosted(earlier, posted);
+    addPosted(*each, posted);
   }
   return recordsText(posted, run, placeWord);
 }

@@ -1,5 +1,6 @@
 #include "apps/opnimp/journal/run_journal.h"
 
+#include <array>
 #include <utility>
 
 #include "apps/opnimp/journal/run_index.h"
@@ -11,8 +12,10 @@ namespace velk {
 RunJournal::RunJournal(JournalFile& file, const RunStart& run, std::string_view fileBytes,
                        std::function<void()> syncOthers)
     : file_(file), syncOthers_(std::move(syncOthers)) {
-  write(writer_, run, fileBytes);
-  file_.write(EntryType::RunBegun, writer_.payload());
+  EntryWriter behind;
+  writeBeforeFile(writer_, run, fileBytes.size());
+  writeBehindFile(behind, run);
+  file_.writeLong(EntryType::RunBegun, std::array{writer_.payload(), fileBytes, behind.payload()});
   file_.sync();
   lastSync_ = Clock::now();
 }
