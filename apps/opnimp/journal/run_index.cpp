@@ -8,7 +8,7 @@ namespace velk {
 
 namespace {
 
-std::uint64_t numberOf(const RunSummary& run) {
+std::uint64_t runNumberOf(const RunSummary& run) {
   return run.start.number;
 }
 
@@ -76,7 +76,7 @@ class IndexBuilder {
   }
 
   void doubt(std::uint64_t number, std::uint64_t record) {
-    const auto run = std::ranges::find(index_.runs, number, numberOf);
+    const auto run = std::ranges::find(index_.runs, number, runNumberOf);
     if (run == index_.runs.end()) throw RuntimeError(ErrorNumber::InvalidFileFormat);
     run->doubted = std::min(run->doubted, static_cast<std::size_t>(record));
   }
@@ -132,7 +132,7 @@ std::size_t RunSummary::count(bool (*isOfSort)(Outcome)) const {
 }
 
 const RunSummary* RunIndex::find(std::uint64_t number) const {
-  const auto found = std::ranges::find(runs, number, numberOf);
+  const auto found = std::ranges::find(runs, number, runNumberOf);
   return found == runs.end() ? nullptr : &*found;
 }
 
