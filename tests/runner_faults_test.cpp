@@ -123,6 +123,15 @@ TEST_CASE("faults: a date that the engine cannot hold") {
   CHECK(world.ledger().empty());
 }
 
+TEST_CASE("faults: who holds a lock is told as far as the account may see it") {
+  FaultWorld world;
+  const auto connection = openOdbc(world.connection(""));
+  CHECK(connection->lockHolders(connection->session()).names == Texts{"session 52 of user sa"});
+  const LockHolders hidden = openOdbc(world.connection("Holders=noright"))->lockHolders("1");
+  CHECK(hidden.names.empty());
+  CHECK(hidden.missingRight == "VIEW SERVER STATE");
+}
+
 TEST_CASE("faults: a dry run says what the catalogue knows") {
   for (const auto& row : {std::pair("Catalogue=", "posted posted posted"),
                           {"Catalogue=missing", "failed failed failed"}}) {

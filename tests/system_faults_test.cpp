@@ -174,16 +174,6 @@ void prepareExport(const TemporaryFolder& folder) {
   folder.write("salesmen.xls", "");
 }
 
-std::vector<std::string> commandExport(const TemporaryFolder& folder) {
-  return {"export",
-          "salesman",
-          folder.path("salesmen.xls"),
-          "--database",
-          folder.path("company.db"),
-          "--app-folder",
-          folder.path(".")};
-}
-
 void checkExport(const TemporaryFolder& folder, const Ran& ran) {
   CHECK(contains(ran.out, "Wrote 8 salesmen") == (ran.status == 0));
   const std::string bytes = folder.read("salesmen.xls");
@@ -193,7 +183,7 @@ void checkExport(const TemporaryFolder& folder, const Ran& ran) {
 
 const Story stories[] = {
     {"import", "ledger", prepareBroken, commandBroken, checkBroken},
-    {"export", ".db", prepareExport, commandExport, checkExport},
+    {"export", ".db", prepareExport, exportCommand, checkExport},
     {"demo-database", "no such name", [](const TemporaryFolder&) {}, commandDemo, checkDemo},
 };
 

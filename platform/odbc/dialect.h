@@ -72,6 +72,18 @@ struct ClusterStatements {
 /// Before every date that can be read.
 inline constexpr Date anyDate{-1e9};
 
+/// Who holds what a session waits for, on SQL Server. Refused without the right, where other views
+/// would show nobody.
+inline constexpr std::string_view blockingSessions[] = {
+    "SELECT DISTINCT 'session ' + CAST(s.session_id AS varchar(11)) + ' of user ' + s.login_name + "
+    "COALESCE(' (' + NULLIF(s.program_name, '') + ')', '') + COALESCE(' from ' + s.host_name, '') "
+    "+ COALESCE(', in a transaction since ' + CONVERT(varchar(19), a.transaction_begin_time, 120), "
+    "'') FROM sys.dm_os_waiting_tasks w "
+    "JOIN sys.dm_exec_sessions s ON s.session_id = w.blocking_session_id "
+    "LEFT JOIN sys.dm_tran_session_transactions t ON t.session_id = s.session_id "
+    "LEFT JOIN sys.dm_tran_active_transactions a ON a.transaction_id = t.transaction_id "
+    "WHERE w.session_id = CAST(? AS int) AND w.blocking_session_id <> w.session_id"};
+
 /// The default values describe SQL Server.
 struct Dialect {
   std::span<const KnownStatement> statements = {};
@@ -143,12 +155,12 @@ struct Dialect {
   /// The catalogue keeps the lengths of parameters.
   bool keepsParameterLengths = true;
   /// Answers what knows the connection among all of the server; empty if nothing tells of locks.
-  std::string_view sessionQuery = {};
+  std::string_view sessionQuery = "SELECT @@SPID";
   /// Each answers, in a text a row, who holds the locks that the session waits for whose id takes
   /// the place of the mark. One that is refused, or has no answer, leaves it to the next.
-  std::span<const std::string_view> lockHolders = {};
+  std::span<const std::string_view> lockHolders = blockingSessions;
   /// The right that these queries need.
-  std::string_view lockHoldersRight = {};
+  std::string_view lockHoldersRight = "VIEW SERVER STATE";
   /// Answers how many transactions the connection is in, 0 for none; empty if the engine refuses
   /// BEGIN within one instead.
   std::string_view transactionCount = "SELECT @@TRANCOUNT";

@@ -80,6 +80,15 @@ constexpr PairedCallsDialect mariadbPairs{
     .after = "; END IF; END",
 };
 
+// A server that confirms changes before they are on its disk may lose some whenever it is ended; in
+// a cluster the others have them. Since when it runs does not change, to the second.
+constexpr std::string_view mariadbHistory =
+    "SELECT CASE WHEN @@innodb_flush_log_at_trx_commit = 1 OR max(CASE variable_name WHEN "
+    "'WSREP_CLUSTER_STATE_UUID' THEN variable_value ELSE '' END) <> '' THEN '' ELSE concat('since "
+    "', unix_timestamp() - max(CASE variable_name WHEN 'UPTIME' THEN variable_value END)) END FROM "
+    "information_schema.global_status WHERE variable_name IN ('WSREP_CLUSTER_STATE_UUID', "
+    "'UPTIME')";
+
 // The view of the cluster is part of it: its number and how many nodes are in it.
 constexpr std::string_view mariadbPlace =
     "SELECT concat(@@server_uid, '|', coalesce(max(CASE variable_name WHEN 'WSREP_CLUSTER_CONF_ID' "
@@ -117,6 +126,7 @@ constinit const Dialect mariadbDialect{
         "'it is not in its cluster now' WHEN @@read_only THEN 'it is read-only' ELSE '' END FROM "
         "information_schema.global_status WHERE variable_name IN ('WSREP_CLUSTER_STATE_UUID', "
         "'WSREP_READY')",
+    .historyQuery = mariadbHistory,
     .placeQuery = mariadbPlace,
     .hasEndedQuery = mariadbHasEnded,
     // What another node has committed is there before a look-up is answered. The second setting of

@@ -127,6 +127,7 @@ constinit const Dialect postgresqlDialect{
     .keepsParameterLengths = false,
     .sessionQuery = "SELECT pg_backend_pid()",
     .lockHolders = postgresqlLockHolders,
+    .lockHoldersRight = {},
     .transactionCount =
         "SELECT CASE WHEN current_setting('opnimp.transaction', true) = '1' THEN 1 ELSE 0 END",
     .canRun =

@@ -91,6 +91,8 @@ constinit const Dialect sqliteDialect{
     .canLeaveTransactions = false,
     .earliestDate = anyDate,
     .encodingQuery = "PRAGMA encoding",
+    .sessionQuery = {},
+    .lockHolders = {},
     .transactionCount = {},
     .canRun = {},
     .hasSingleResults = true,

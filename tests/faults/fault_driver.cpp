@@ -12,6 +12,7 @@
 //                 that fails, from 1 on, whatever it is
 //   Calls=PATH    a file that gets the number of calls that there were
 //   State=42000   what a failure is reported as where its letter does not say
+//   Holders=      noright: who holds a lock is not for the account to see
 //   Catalogue=    what it says of procedures: missing, noright, few (parameters), list (the engine
 //                 has only its list, without the procedure), none (no answer at all)
 #include <atomic>
@@ -134,6 +135,10 @@ SQLRETURN Statement::ask() {
   if (text.find("HAS_PERMS") != Text::npos) {
     if (catalogue == "list" || catalogue == "none") return fail({"42000", 195, "no such function"});
     answer({{catalogue == "missing" || catalogue == "noright" ? "0" : "1"}});
+  } else if (text.find("blocking_session_id") != Text::npos) {
+    if (database.settings["Holders"] == "noright") return fail({"42000", 300, "no right"});
+    // Of the session that SPID answers, and no other.
+    if (code != nullptr && Text(code, code + 1) == "1") answer({{"session 52 of user sa"}});
   } else if (text.find("TRANCOUNT") != Text::npos) {
     answer({{database.inTransaction() ? "1" : "0"}});
   } else if (text.find("ColorSettings") != Text::npos) {

@@ -56,6 +56,16 @@ Ran runProgram(const TemporaryFolder& folder, const std::vector<std::string>& ar
           folder.read("err")};
 }
 
+std::vector<std::string> exportCommand(const TemporaryFolder& folder) {
+  return {"export",
+          "salesman",
+          folder.path("salesmen.xls"),
+          "--database",
+          folder.path("company.db"),
+          "--app-folder",
+          folder.path(".")};
+}
+
 bool triesAll() {
   return std::getenv("OPNIMP_LONG") != nullptr;
 }

@@ -20,6 +20,9 @@ Ran runProgram(const TemporaryFolder& folder, const std::vector<std::string>& ar
                const SystemFaults& faults = {},
                std::optional<std::chrono::microseconds> killedAfter = {});
 
+/// The export of the folder's "company.db" to its "salesmen.xls".
+std::vector<std::string> exportCommand(const TemporaryFolder& folder);
+
 /// Whether all cases of a systematic test are to be tried, and not only some.
 bool triesAll();
 

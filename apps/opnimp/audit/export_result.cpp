@@ -14,7 +14,7 @@ using Rows = std::vector<std::string>;
 
 // One text for each row, so that rows can be sorted and compared as a whole.
 template <class CellText>
-std::string joined(CellText cellText) {
+std::string rowText(CellText cellText) {
   std::string row;
   for (int column = 1; column <= WorkbookRecords::lastColumn; ++column) {
     // The first line of a row is the name, which differenceOf shows.
@@ -27,7 +27,7 @@ Rows rowsOfFile(const WorkbookRecords& file) {
   Rows rows;
   for (std::size_t record = 0; record < file.count(); ++record) {
     const int row = static_cast<int>(file.place(record).line);
-    rows.push_back(joined([&](int column) { return file.text(row, column); }));
+    rows.push_back(rowText([&](int column) { return file.text(row, column); }));
   }
   return rows;
 }
@@ -47,7 +47,7 @@ Rows rowsOfDatabase(Connection& connection) {
   constexpr std::size_t handheld = 5;
   Rows rows;
   for (; !answer->isEOF(); answer->MoveNext()) {
-    rows.push_back(joined([&](int column) {
+    rows.push_back(rowText([&](int column) {
       // A salesman without a handheld value is exported with No.
       if (column == salesmanColumn::HandHeldDS) {
         const Value value = answer->field(handheld);

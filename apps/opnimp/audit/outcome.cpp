@@ -6,13 +6,13 @@ namespace velk {
 
 namespace {
 
-struct Name {
+struct OutcomeName {
   std::string_view name;
   std::string_view code;
 };
 
 // In the order of Outcome.
-constexpr std::array<Name, outcomeCount> names{{
+constexpr std::array<OutcomeName, outcomeCount> outcomeNames{{
     {"posted", "posted"},
     {"posted with warning", "posted-with-warning"},
     {"posted as read", "posted-as-read"},
@@ -83,11 +83,11 @@ void add(std::string& reason, std::string_view text) {
 }  // namespace
 
 std::string_view outcomeName(Outcome outcome) {
-  return names[static_cast<std::size_t>(outcome)].name;
+  return outcomeNames[static_cast<std::size_t>(outcome)].name;
 }
 
 std::string_view outcomeCode(Outcome outcome) {
-  return names[static_cast<std::size_t>(outcome)].code;
+  return outcomeNames[static_cast<std::size_t>(outcome)].code;
 }
 
 bool isRefused(Outcome outcome) {

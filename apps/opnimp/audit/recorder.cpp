@@ -125,6 +125,7 @@ void Recorder::settle(Changes changes) {
 
 void Recorder::beginAgain(std::size_t row) {
   std::erase_if(calls_, [&](const RecordedCall& call) { return call.row >= row; });
+  firstUnchecked_ = std::min(firstUnchecked_, calls_.size());
   const auto detach = [&](auto& item) {
     if (item.row >= row) item.row = 0;
   };
@@ -135,6 +136,12 @@ void Recorder::beginAgain(std::size_t row) {
 void Recorder::doubt(std::size_t row) {
   const auto last = std::ranges::find(calls_.rbegin(), calls_.rend(), row, &RecordedCall::row);
   if (last != calls_.rend()) last->changes = Changes::NotKnown;
+}
+
+void Recorder::doubtFrom(std::size_t row) {
+  for (RecordedCall& call : calls_) {
+    if (call.kind == CallKind::Procedure && call.row >= row) call.changes = Changes::NotKnown;
+  }
 }
 
 void Recorder::callRefused(std::size_t call, const RuntimeError& error) {

@@ -131,6 +131,8 @@ class Recorder : private ErrorLog {
   void beginAgain(std::size_t row);
   /// Whether the last call of the record in that row stays is not known any more.
   void doubt(std::size_t row);
+  /// Whether anything stays that was posted from that row on is not known any more.
+  void doubtFrom(std::size_t row);
   Changes changes() const { return changes_; }
 
   RunGate& gate() { return gate_; }

@@ -37,9 +37,9 @@ bool saysTotal(std::string_view cell) {
 }
 
 bool isTotal(const RowReader& row, std::size_t width) {
-  const auto filled =
-      std::ranges::find_if(row.cells(), [](std::string_view cell) { return !trim(cell).empty(); });
-  return row.cells().size() != width || (filled != row.cells().end() && saysTotal(*filled));
+  const auto filled = std::ranges::find_if(
+      row.cells(), [](const WrittenCell& cell) { return !trim(cell.text).empty(); });
+  return row.cells().size() != width || (filled != row.cells().end() && saysTotal(filled->text));
 }
 
 char endOf(const Layout& layout) {

@@ -21,7 +21,8 @@ enum class EntryType : std::uint8_t {
   RunEnded,
   Synced,        ///< all entries before it were, or it would not be there
   OthersSynced,  ///< so was what the entries before it tell of, in other files
-  HostChanged
+  HostChanged,
+  RecordsDoubted
 };
 
 /// Where the whole entries end, and what follows them.

@@ -2,25 +2,17 @@
 
 #include <algorithm>
 #include <optional>
-#include <span>
 
 namespace velk {
 
 namespace {
-
-/// Whether the records of a run are those that the file is read as now.
-bool isReadAlike(const RunStart& start, const KnownFile& file) {
-  if (start.firstRecord > file.lines.size()) return false;
-  return std::ranges::equal(std::span(file.lines).subspan(start.firstRecord), start.records, {}, {},
-                            &JournaledRecord::line);
-}
 
 /// Null if there is none.
 const RunSummary* lastRunOf(const RunIndex& index, const KnownFile& file) {
   const auto found = std::find_if(index.runs.rbegin(), index.runs.rend(), [&](const auto& run) {
     const RunStart& start = run.start;
     return start.kind == file.kind && start.databaseId == file.databaseId &&
-           start.fileHash == file.hash && run.reached() > 0 && isReadAlike(start, file);
+           start.fileHash == file.hash && run.reached() > 0;
   });
   return found == index.runs.rend() ? nullptr : &*found;
 }
@@ -66,6 +58,7 @@ Resumption findResumption(const RunIndex& index, const KnownFile& file) {
   if (last == nullptr) return {};
   Resumption resumption;
   resumption.run = last->start.number;
+  resumption.count = last->start.firstRecord + last->start.records.size();
   resumption.first = firstReached(index, resumption.run);
   resumption.refused = refusedBefore(index, resumption.run);
   std::vector<const RunSummary*> runs = index.takenUp(resumption.run);

@@ -15,7 +15,6 @@ struct KnownFile {
   std::string_view kind;
   std::string databaseId;
   Digest hash{};
-  std::vector<std::size_t> lines;  ///< of its records: it may be converted otherwise than before
 };
 
 /// What a run refused that was ended from outside, and so told nobody of.
@@ -26,6 +25,7 @@ struct RefusedBefore {
 
 struct Resumption {
   std::uint64_t run = 0;              ///< the last one that reached a record; 0: none did
+  std::size_t count = 0;              ///< of the file's records, as that run read it
   std::size_t first = 0;              ///< the first record of the file that any of them reached
   std::size_t next = 0;               ///< the record of the file to go on with
   std::vector<std::size_t> doubtful;  ///< records before it that are partial or unknown

@@ -8,6 +8,10 @@ namespace velk {
 
 namespace {
 
+std::uint64_t runNumberOf(const RunSummary& run) {
+  return run.start.number;
+}
+
 /// Takes the journal's entries one by one.
 class IndexBuilder {
  public:
@@ -24,6 +28,9 @@ class IndexBuilder {
       end(readRunEnd(payload));
     } else if (type == EntryType::OthersSynced) {
       sync(current());
+    } else if (type == EntryType::RecordsDoubted) {
+      const std::uint64_t run = payload.number();
+      doubt(run, payload.number());
     }
   }
 
@@ -66,6 +73,12 @@ class IndexBuilder {
     run.ended = true;
     run.completed = end.completed;
     run.refused = !end.refusal.empty();
+  }
+
+  void doubt(std::uint64_t number, std::uint64_t record) {
+    const auto run = std::ranges::find(index_.runs, number, runNumberOf);
+    if (run == index_.runs.end()) throw RuntimeError(ErrorNumber::InvalidFileFormat);
+    run->doubted = std::min(run->doubted, static_cast<std::size_t>(record));
   }
 
   RunIndex& index_;
@@ -119,8 +132,7 @@ std::size_t RunSummary::count(bool (*isOfSort)(Outcome)) const {
 }
 
 const RunSummary* RunIndex::find(std::uint64_t number) const {
-  const auto found =
-      std::ranges::find(runs, number, [](const RunSummary& run) { return run.start.number; });
+  const auto found = std::ranges::find(runs, number, runNumberOf);
   return found == runs.end() ? nullptr : &*found;
 }
 

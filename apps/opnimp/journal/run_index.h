@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,11 +27,15 @@ struct RunSummary {
   bool refused = false;
   /// The machine was started anew since, so that the journal's end may be lost.
   bool powerLost = false;
+  /// The first record that another server than the one it was posted to may lack.
+  std::size_t doubted = std::numeric_limits<std::size_t>::max();
 
   /// Unknown for a record that was begun and did not end, or of which that may be lost.
   Outcome outcome(std::size_t record) const;
   /// Whether what it did outside of the journal may be lost: the power failed before it was synced.
-  bool mayBeLost(std::size_t record) const { return powerLost && !ended && record >= synced; }
+  bool mayBeUnsynced(std::size_t record) const { return powerLost && !ended && record >= synced; }
+  /// Whether what it posted may be lost, by that or with a server.
+  bool mayBeLost(std::size_t record) const { return mayBeUnsynced(record) || record >= doubted; }
   /// How many records have an outcome of a sort.
   std::size_t count(bool (*isOfSort)(Outcome)) const;
   /// The first record that was not begun for certain.

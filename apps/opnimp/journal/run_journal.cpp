@@ -57,6 +57,13 @@ void RunJournal::runEnds(const RunEnd& end) {
   file_.sync();
 }
 
+void RunJournal::recordsDoubted(std::uint64_t run, std::size_t first) {
+  writer_.clear();
+  writer_.number(run).number(first);
+  file_.write(EntryType::RecordsDoubted, writer_.payload());
+  file_.sync();
+}
+
 // Before a record's calls, so that everything before them is on the disk, and that it begins.
 void RunJournal::syncWhenDue() {
   if (++sinceSync_ >= recordsBetweenSyncs || Clock::now() - lastSync_ >= timeBetweenSyncs) sync();

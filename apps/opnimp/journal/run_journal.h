@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string_view>
 
@@ -32,6 +33,8 @@ class RunJournal {
   void recordEnds(std::size_t record, const RecordTrace& trace);
   void hostChanges(const HostChange& change);
   void runEnds(const RunEnd& end);
+  /// Of the run of that number, which has ended.
+  void recordsDoubted(std::uint64_t run, std::size_t first);
 
  private:
   using Clock = std::chrono::steady_clock;

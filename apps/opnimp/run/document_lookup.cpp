@@ -62,14 +62,14 @@ std::optional<std::int64_t> DocumentLookup::count(const RecordedCall& note) {
   return count;
 }
 
-std::vector<std::size_t> documentsBefore(std::span<const RecordedCall> calls) {
+std::vector<std::size_t> documentsBefore(std::span<const RecordedCall* const> calls) {
   std::vector<std::size_t> before(calls.size());
   std::unordered_map<std::string, std::size_t> made;
   for (std::size_t call = 0; call < calls.size(); ++call) {
-    if (calls[call].parameters.size() <= documentParameters) continue;
-    std::size_t& count = made[documentKey(calls[call])];
+    if (calls[call]->parameters.size() <= documentParameters) continue;
+    std::size_t& count = made[documentKey(*calls[call])];
     before[call] = count;
-    if (isEffective(calls[call])) ++count;
+    if (isEffective(*calls[call])) ++count;
   }
   return before;
 }

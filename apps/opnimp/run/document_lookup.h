@@ -42,6 +42,6 @@ class DocumentLookup {
 
 /// For each call that makes a document, how many before it made one that the procedure takes for
 /// the same.
-std::vector<std::size_t> documentsBefore(std::span<const RecordedCall> calls);
+std::vector<std::size_t> documentsBefore(std::span<const RecordedCall* const> calls);
 
 }  // namespace velk

@@ -125,6 +125,7 @@ void FileJournal::begin(ImportResult& result, ImportReport& report, const Record
 
 void FileJournal::writeBegin(ImportResult& result) {
   start_.number = journal_.nextRun();
+  start_.database = result.database;
   try {
     run_.emplace(journal_.file(), start_, result.input->bytes(),
                  [log = result.errorLog, database = journal_.databaseFile()] {
@@ -178,6 +179,10 @@ void FileJournal::beginAgain(std::size_t first, std::size_t last) {
 
 void FileJournal::hostChanges(const HostChange& change) {
   if (run_) orEndRun([&] { run_->hostChanges(change); });
+}
+
+void FileJournal::doubtFrom(std::uint64_t run, std::size_t record) {
+  if (run_) orEndRun([&] { run_->recordsDoubted(run, record); });
 }
 
 // A run that cannot be written down does not go on.

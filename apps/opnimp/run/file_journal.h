@@ -36,6 +36,9 @@ class FileJournal {
   void beginAgain(std::size_t first, std::size_t last);
   /// Says that the run goes on at another host.
   void hostChanges(const HostChange& change);
+  /// Says, after the run of that number has ended, that what its records from that one on have
+  /// posted may be lost.
+  void doubtFrom(std::uint64_t run, std::size_t record);
   /// What is known of a run only when it has ended, and is not in its result.
   struct Ending {
     bool completed = false;

@@ -1,6 +1,6 @@
 #include "apps/opnimp/run/going_on.h"
 
-#include <span>
+#include <array>
 #include <utility>
 #include <vector>
 
@@ -17,25 +17,21 @@ using Found = DocumentLookup::Found;
 /// So many documents that are there, one behind the other, are taken for the run's own.
 constexpr std::size_t believed = 2;
 
-/// The calls that post of one record.
+/// The calls that post of one record, beginning with its note's.
 struct Posted {
+  std::size_t file = 0;  // of the call
   std::size_t record = 0;
-  std::vector<const RecordedCall*> calls;  // never empty
+  std::size_t note = 0;  // of calls_
+  std::size_t count = 0;
 };
 
 class Finder {
  public:
-  Finder(const LostRun& run, DocumentLookup& lookup)
-      : run_(run),
-        lookup_(lookup),
-        calls_(run.recorder.calls()),
-        madeBefore_(documentsBefore(calls_)) {
-    for (const RecordedCall& call : calls_) {
-      if (call.kind != CallKind::Procedure || call.row < ImportRun::firstDataRow) continue;
-      const std::size_t record = call.row - ImportRun::firstDataRow;
-      if (posted_.empty() || posted_.back().record != record) posted_.push_back({record, {}});
-      posted_.back().calls.push_back(&call);
-    }
+  Finder(const LostRun& run, DocumentLookup& lookup) : run_(run), lookup_(lookup) {
+    for (const Recorder* file : run.earlier) add(*file);
+    add(run.recorder);
+    madeBefore_ = documentsBefore(calls_);
+    going_.earlier.resize(run.earlier.size());
   }
 
   GoingOn find() {
@@ -47,18 +43,33 @@ class Finder {
   }
 
  private:
+  void add(const Recorder& recorder) {
+    const std::size_t file = files_++;
+    for (const RecordedCall& call : recorder.calls()) {
+      if (call.kind != CallKind::Procedure || call.row < ImportRun::firstDataRow) continue;
+      const std::size_t record = call.row - ImportRun::firstDataRow;
+      if (posted_.empty() || posted_.back().file != file || posted_.back().record != record) {
+        posted_.push_back({file, record, calls_.size(), 0});
+      }
+      ++posted_.back().count;
+      calls_.push_back(&call);
+    }
+  }
+
+  bool isOwn(const Posted& record) const { return record.file == run_.earlier.size(); }
+
   void lookAtCutOff(std::size_t record) {
-    if (posted_.empty() || posted_.back().record != record) {
+    if (posted_.empty() || !isOwn(posted_.back()) || posted_.back().record != record) {
       going_.first = record;
       going_.found = "nothing of the record had been posted";
       return;
     }
-    const Posted cut = std::move(posted_.back());
+    const Posted cut = posted_.back();
     posted_.pop_back();
     const Found found = findNote(cut);
     // Behind a note that was confirmed and is not there, nothing is.
-    const bool lost = isConfirmed(*cut.calls.front()) ? !run_.hasAllConfirmed
-                                                      : cut.calls.size() == 1 && run_.hasEnded;
+    const bool lost = noteOf(cut).result == CallResult::Ok ? !run_.hasAllConfirmed
+                                                           : cut.count == 1 && run_.hasEnded;
     if (found == Found::None && lost) {
       going_.first = record;
       going_.found = "its document is not there: the record is posted again";
@@ -77,36 +88,61 @@ class Finder {
   // all before it is, and what is not, that nothing behind it is. Behind the last document that is
   // there, its account entry may be missing. A document that is there may be another's, which was
   // there before the run: one alone is not believed, and none where copies are to be expected.
+  // Files of the call before this one were posted before it; what is missing of them is set apart.
   void lookBack() {
-    std::size_t missing = 0;
-    std::size_t looked = 0;  // at notes that are not known to be missing
-    std::size_t seen = 0;    // of these, that are there
+    std::size_t seen = 0;  // of notes that are not known to be missing
     while (!posted_.empty() && seen < believed) {
-      const Posted last = std::move(posted_.back());
+      const Posted last = posted_.back();
       posted_.pop_back();
-      if (last.calls.front()->result == CallResult::Failed) continue;  // it has no document
+      if (noteOf(last).result == CallResult::Failed) continue;  // it has no document
       const Found found = findNote(last);
       if (found == Found::NotKnown || (found == Found::Some && run_.mayBeCopies)) endRun();
-      ++looked;
-      if (found == Found::Some) {
-        if (seen++ == 0) going_.doubtful = last.record;
-        continue;
+      ++looked_[isOwn(last)];
+      if (isOwn(last)) firstOwn_ = last.record;
+      if (found == Found::None) {
+        isMissing(last);
+        seen = 0;
+      } else if (seen++ == 0) {
+        isLastThere(last);
       }
-      going_.first = last.record;
-      going_.doubtful.reset();
-      missing += std::exchange(looked, 0);
-      seen = 0;
     }
-    // Also where this file has no note to look for: what was posted before it may be missing.
+    // Also where there is no note to look for: what was posted before it may be missing.
     if (seen < believed && !run_.isFirst) endRun();
-    if (missing > 0) {
+    sayWhatIsMissing();
+  }
+
+  /// And all behind it.
+  void isMissing(const Posted& record) {
+    if (firstOwn_) going_.first = *firstOwn_;
+    going_.doubtful.reset();
+    if (!isOwn(record)) going_.earlier[record.file] = record.record;
+    for (const bool own : {false, true}) missing_[own] += std::exchange(looked_[own], 0);
+  }
+
+  /// Its account entry may be missing.
+  void isLastThere(const Posted& record) {
+    if (isOwn(record)) {
+      going_.doubtful = record.record;
+    } else {
+      going_.earlier[record.file] = record.record;
+      missing_[false] += std::exchange(looked_[false], 0);
+    }
+  }
+
+  void sayWhatIsMissing() {
+    if (missing_[true] > 0) {
       going_.found.clear();  // the record in hand comes again, too
-      say(counted(missing, "record", "records") +
+      say(counted(missing_[true], "record", "records") +
           " that the lost server had confirmed are not there, and are posted again");
     }
     if (going_.doubtful) {
       say("the account entry of record " + std::to_string(*going_.doubtful + 1) +
           ", which the lost server had confirmed, is left in doubt");
+    }
+    if (missing_[false] > 0) {
+      say(counted(missing_[false], "record", "records") +
+          " of files before this one that the lost server had confirmed may not be there, and "
+          "are left in doubt");
     }
   }
 
@@ -114,27 +150,31 @@ class Finder {
     throw RunEnded{
         "the server that took over may lack what the lost one confirmed last, and that cannot be "
         "looked up" +
-        std::string(run_.isFirst ? "" : "; what was posted before this file may be missing, too")};
+        std::string(run_.isFirst ? "" : "; what earlier runs posted may be missing, too")};
   }
 
   void say(const std::string& text) {
     going_.found.append(going_.found.empty() ? "" : "; ").append(text);
   }
 
-  static bool isConfirmed(const RecordedCall& call) { return call.result == CallResult::Ok; }
+  const RecordedCall& noteOf(const Posted& record) const { return *calls_[record.note]; }
 
   /// What tells of a record.
   Found findNote(const Posted& record) {
-    const RecordedCall& note = *record.calls.front();
-    return lookup_.find(note, madeBefore_[static_cast<std::size_t>(&note - calls_.data())]);
+    return lookup_.find(noteOf(record), madeBefore_[record.note]);
   }
 
   const LostRun& run_;
   DocumentLookup& lookup_;
-  std::span<const RecordedCall> calls_;
-  std::vector<std::size_t> madeBefore_;  // by call
+  std::size_t files_ = 0;
+  std::vector<const RecordedCall*> calls_;  // that post
+  std::vector<std::size_t> madeBefore_;     // by call
   std::vector<Posted> posted_;
   GoingOn going_;
+  // Looking back, of this file and of those before it.
+  std::array<std::size_t, 2> looked_{};   // at notes that are not known to be missing
+  std::array<std::size_t, 2> missing_{};  // or in doubt
+  std::optional<std::size_t> firstOwn_;   // record of this file that was looked at
 };
 
 }  // namespace

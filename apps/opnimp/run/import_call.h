@@ -5,8 +5,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
-#include "apps/opnimp/audit/run_gate.h"
+#include "apps/opnimp/audit/recorder.h"
 #include "apps/opnimp/report/events.h"
 #include "apps/opnimp/run/database_hosts.h"
 #include "apps/opnimp/run/import_journal.h"
@@ -16,6 +17,13 @@
 #include "platform/database.h"
 
 namespace velk {
+
+/// A file of the call that was imported before the one in hand.
+struct EarlierFile {
+  const Recorder* recorder;
+  /// What its records from that one on have posted may be lost with a server. Throws RunEnded.
+  std::function<void(std::size_t record)> doubtFrom;
+};
 
 struct ImportCall {
   Events events;
@@ -27,6 +35,7 @@ struct ImportCall {
   std::shared_ptr<OwnConnection> database{};
   Beside beside{};                         ///< where look-ups are asked ahead
   std::optional<ImportJournal> journal{};  ///< empty: a foreseen import knows of no runs
+  std::vector<EarlierFile> earlier{};
   /// Of a foreseen import, which shows no message of the import: gets the screen when it shows a
   /// file and its mapping, also where it refuses a mapping.
   std::function<void(const std::string& file, const ImportScreen&)> viewed{};

@@ -21,11 +21,8 @@ void ImportJournal::identify(OwnConnection& database, const std::string& shown) 
 }
 
 Resumption ImportJournal::resumption(const ImportResult& result) const {
-  const InputRecords& input = *result.input;
-  KnownFile file{result.arguments.kind->name, databaseId_, hashOf(input.fileBytes()), {}};
-  file.lines.reserve(input.count());
-  for (std::size_t i = 0; i < input.count(); ++i) file.lines.push_back(input.place(i).line);
-  return findResumption(journal_.index, file);
+  return findResumption(journal_.index, {result.arguments.kind->name, databaseId_,
+                                         hashOf(result.input->fileBytes())});
 }
 
 JournalFile& ImportJournal::file() {

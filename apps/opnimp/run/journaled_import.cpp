@@ -132,7 +132,7 @@ void JournaledImport::settle(const RunSummary& summary) {
   for (RecordEnd& record : run_.records) {
     const bool mayBeLost = summary.mayBeLost(record.record);
     settleCalls(record.calls, mayBeLost ? Changes::NotKnown : changes);
-    if (mayBeLost) std::ranges::for_each(record.lines, doubt);
+    if (summary.mayBeUnsynced(record.record)) std::ranges::for_each(record.lines, doubt);
   }
   if (run_.end) settleCalls(run_.end->strays, changes);
 }

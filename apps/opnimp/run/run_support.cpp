@@ -144,6 +144,10 @@ std::unique_ptr<const CsvRecords> convertedRecords(std::string bytes, const Argu
   if (!bytes.empty() && !arguments.convert.raw) {
     conversion = (isWorkbookFile(bytes) ? convertWorkbook : convert)(bytes, arguments);
   }
+  if (arguments.profile) {
+    conversion.assumptions.insert(conversion.assumptions.begin(),
+                                  {"profile", *arguments.profile, "given with --profile", ""});
+  }
   return std::make_unique<CsvRecords>(std::move(bytes), std::move(conversion));
 }
 
@@ -192,6 +196,7 @@ void viewAndMap(ScreenSession& session, const Arguments& arguments, const InputR
   if (session.screen().lv.columnCount() == 0) {
     throw Refused("the first line of the file is empty; it must hold column titles");
   }
+  if (arguments.profile) requireTitles(session.screen(), arguments);
   for (const MapOption& option : arguments.maps) mapByHand(session.screen(), report, option);
 }
 

@@ -13,7 +13,6 @@
 #include "apps/opnimp/journal/record_hash.h"
 #include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/run/ds_types.h"
-#include "apps/opnimp/run/going_on.h"
 #include "apps/opnimp/run/ready_commands.h"
 #include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/run_support.h"
@@ -47,7 +46,8 @@ bool isWhole(const ImportResult& result) {
 SingleImport::SingleImport(const Arguments& arguments, ImportCall& call)
     : call_(call),
       recorder_(arguments.dryRun ? Recorder::Mode::DryRun : Recorder::Mode::Post, call.gate),
-      report_(arguments.dryRun) {
+      report_(arguments.dryRun),
+      nextHost_(call, {result_, recorder_, report_, journal_}) {
   result_.arguments = arguments;
   result_.input = readInput(arguments);
 }
@@ -74,6 +74,13 @@ void SingleImport::resume(const Resumption& resumption) {
                      input.where(resumption.gapFirst) + " to " +
                      input.where(resumption.gapEnd - 1) +
                      ", but later ones: copy them to a file of their own and import that");
+  }
+  // Whether they are the same records is known when they are mapped.
+  if (resumption.count != count()) {
+    throw UsageError("--resume: run " + std::to_string(resumption.run) + " read " +
+                     counted(resumption.count, "record", "records") + " in " + arguments().file +
+                     ", which is read as " + counted(count(), "record", "records") +
+                     " now; give the same options");
   }
   result_.resumes = resumption.run;
   result_.leftOut = resumption.first;
@@ -125,9 +132,9 @@ void SingleImport::open() {
 
 void SingleImport::watchDatabase() {
   if (arguments().dryRun || !call_.database->canLeaveTransactions()) return;
-  recorder_.watchForLeft([database = call_.database] {
+  recorder_.watchForLeft([this] {
     bool open = false;  // nor if there is no answer: the next call has none either
-    trapErrors([&] { open = database->isInTransaction(); }, [](const RuntimeError&) {});
+    trapErrors([&] { open = call_.database->isInTransaction(); }, [](const RuntimeError&) {});
     return open;
   });
 }
@@ -135,11 +142,14 @@ void SingleImport::watchDatabase() {
 void SingleImport::import() {
   tryTo([this] {
     endIfInterrupted();
+    result_.database = call_.hosts ? call_.hosts->shown() : result_.database;
     if (journal_) beginJournal();
     began_ = true;
     start_ = std::chrono::steady_clock::now();
     repeatedBefore_ = call_.database->repeatedCalls();
+    // A file before it may have lost the host on which its screen was opened.
     std::optional<std::size_t> first;
+    if (openedOn_ != call_.database) first = 0;
     for (bool done = false; !done;) {
       try {
         importRecords(first);
@@ -160,7 +170,7 @@ void SingleImport::countRepeated() {
 }
 
 void SingleImport::importRecords(std::optional<std::size_t> first) {
-  if (first == count()) return;
+  if (first == count() && report_.begun() > 0) return;
   if (first) openPart(*first);
   importPart();
   while (partEnd_ < count() && !hasEnded() && !wasRefused()) {
@@ -176,87 +186,15 @@ bool SingleImport::canGoOn() const {
          !arguments().dryRun;
 }
 
-// A record at which two servers were lost may be what ends them: the next one is spared.
 std::size_t SingleImport::goOn(const RunEnded& ended) {
   if (!canGoOn()) throw RunEnded(ended);
   session_.reset();
-  HostChange change;
-  change.from = call_.hosts->shown();
-  change.why = ended.why;
   countRepeated();
-  try {
-    call_.database = call_.hosts->openNext();
-    if (call_.beside.connection) call_.openBeside();
-    repeatedBefore_ = 0;
-    const GoingOn going = findWhereToGoOn();
-    change.to = call_.hosts->shown();
-    change.record = going.first + 1;
-    change.found = going.found;
-    beginAgain(going, change);
-  } catch (const RunEnded& failure) {
-    throw RunEnded{ended.why + "; " + failure.why, ended.connectionLost};
-  }
-  return wentOnAt_.value();
-}
-
-/// Where the run ends instead, what the server may lack is called posted no more.
-GoingOn SingleImport::findWhereToGoOn() {
-  const bool hasAll = call_.hosts->hasAllConfirmed();
-  try {
-    DocumentLookup lookup(*call_.database, kind(), recorder_.gate());
-    const LostRun lost{recorder_,
-                       report_,
-                       hasAll,
-                       call_.hosts->hasLostEnded(),
-                       !call_.hasSeveralFiles && result_.resumes == 0,
-                       arguments().again};
-    GoingOn going = findGoingOn(lost, lookup);
-    if (wentOnAt_ == going.first) throw RunEnded{"a second host was lost at the same record"};
-    wentOnAt_ = going.first;
-    return going;
-  } catch (const RunEnded&) {
-    if (!hasAll) recorder_.settle(Changes::NotKnown);
-    throw;
-  }
-}
-
-void SingleImport::beginAgain(const GoingOn& going, const HostChange& change) {
-  const std::size_t begun = report_.begun();
-  bool isCutOff = false;
-  if (going.first < begun) {
-    recorder_.beginAgain(going.first + ImportScreen::firstDataRow);
-    report_.beginAgain(going.first);
-  } else if (report_.isCutOff()) {
-    report_.cutOff(change.why + "; " + change.found);
-    isCutOff = true;
-  }
-  if (going.doubtful) recorder_.doubt(*going.doubtful + ImportScreen::firstDataRow);
-  if (journal_) {
-    beginAgainInJournal(going, begun);
-    journal_->hostChanges(change);
-  }
+  const std::size_t first = nextHost_.goOn(ended);
+  repeatedBefore_ = 0;
+  toldRecords_ = first;
   watchDatabase();
-  result_.hostChanges.push_back(change);
-  call_.events.hostChanges(result_, change);
-  if (going.doubtful) tellOf(*going.doubtful);
-  if (isCutOff) tellOf(begun - 1);
-  toldRecords_ = going.first;
-}
-
-/// Else a run that resumes this one, if it ends before it comes so far again, would take records
-/// for posted that are not there.
-void SingleImport::beginAgainInJournal(const GoingOn& going, std::size_t begun) {
-  if (going.doubtful) {
-    journal_->beginAgain(*going.doubtful, going.first - 1);
-  } else if (going.first < begun) {
-    journal_->beginAgain(going.first, going.first);
-  }
-}
-
-/// Of a record that nobody will say the end of any more.
-void SingleImport::tellOf(std::size_t record) {
-  const Traces traces = traceRecords(report_, recorder_, result_.warnings, count());
-  call_.events.recordEnds(result_, record, traces.records[record]);
+  return first;
 }
 
 void SingleImport::beginJournal() {
@@ -286,6 +224,7 @@ void SingleImport::openPart(std::size_t first) {
   // What is answered ahead is recorded like any other answer.
   ImportScreen& screen =
       session_->open(kind(), recorded(recorder_, answeredAhead(*lookAhead_, call_.database)));
+  openedOn_ = call_.database;
   lookAhead_->follow(&screen);
   screen.run().setRecordsBefore(first);
   view(first == 0);
@@ -443,8 +382,20 @@ void SingleImport::evaluate() {
   result_.commands = readyCommands(result_);
   evaluated_ = true;
   if (!began_) return;
+  call_.earlier.push_back({&recorder_, [this](std::size_t record) { doubtFrom(record); }});
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start_;
   result_.seconds = took.count();
+}
+
+void SingleImport::doubtFrom(std::size_t record) {
+  recorder_.doubtFrom(record + ImportScreen::firstDataRow);
+  if (journal_) journal_->doubtFrom(result_.run, record);
+  drawUp();
+  if (outputs_) outputs_->writeRejects(result_);
+  for (; record < count(); ++record) {
+    const RecordTrace& trace = result_.traces.records[record];
+    if (isDoubtful(trace.outcome)) call_.events.recordEnds(result_, record, trace);
+  }
 }
 
 /// The record that was cut off ends only now.

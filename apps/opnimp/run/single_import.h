@@ -15,6 +15,7 @@
 #include "apps/opnimp/run/file_journal.h"
 #include "apps/opnimp/run/import_call.h"
 #include "apps/opnimp/run/import_outputs.h"
+#include "apps/opnimp/run/next_host.h"
 #include "apps/opnimp/run/screen_session.h"
 #include "apps/opnimp/run/shadow_file.h"
 #include "apps/opnimp/run/whole_run.h"
@@ -83,11 +84,10 @@ class SingleImport {
   /// where that is not possible.
   std::size_t goOn(const RunEnded& ended);
   bool canGoOn() const;
-  struct GoingOn findWhereToGoOn();
+  /// After the run: the server that took over from another file's may lack what the records from
+  /// that one on have posted.
+  void doubtFrom(std::size_t record);
   void countRepeated();
-  void beginAgain(const struct GoingOn& going, const HostChange& change);
-  void beginAgainInJournal(const struct GoingOn& going, std::size_t begun);
-  void tellOf(std::size_t record);
   void watchDatabase();
   void beginJournal();
   void openPart(std::size_t first);
@@ -115,18 +115,19 @@ class SingleImport {
   Recorder recorder_;
   ImportReport report_;
   std::optional<FileJournal> journal_;
+  NextHost nextHost_;
   std::optional<WholeRun> whole_;  ///< until it is known what became of the transaction
   // The part whose screen is open: records in a row, as many as it takes.
   std::size_t partEnd_ = 0;  ///< the record behind its last one
   std::optional<ShadowFile> contents_;
   std::optional<LookAhead> lookAhead_;
   std::optional<ScreenSession> session_;
-  std::size_t viewedEnd_ = 0;               ///< the record behind the last that one viewed
-  long long viewedRecords_ = 0;             ///< as the screens counted so far
-  std::optional<long long> screenRecords_;  ///< as they counted when all had viewed theirs
-  std::size_t repeatedBefore_ = 0;          ///< calls of the connection that are counted already
-  std::optional<std::size_t> wentOnAt_;     ///< the record, when the last host was lost
-  std::size_t toldRecords_ = 0;             ///< as events, if they have something to tell
+  std::shared_ptr<OwnConnection> openedOn_;  ///< that screen's connection
+  std::size_t viewedEnd_ = 0;                ///< the record behind the last that one viewed
+  long long viewedRecords_ = 0;              ///< as the screens counted so far
+  std::optional<long long> screenRecords_;   ///< as they counted when all had viewed theirs
+  std::size_t repeatedBefore_ = 0;           ///< calls of the connection that are counted already
+  std::size_t toldRecords_ = 0;              ///< as events, if they have something to tell
   std::chrono::steady_clock::time_point start_;
   bool began_ = false;
   bool evaluated_ = false;
