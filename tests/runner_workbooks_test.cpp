@@ -129,8 +129,8 @@ TEST_CASE("workbooks: a formula without a value is not imported unless that is a
 }
 
 TEST_CASE("workbooks: salesmen come from any format, and become an .xls workbook") {
-  const std::string good = "New Man|=1+1|00123|0099|x|Retail|YES";
-  const Sheets sheets{{"Notes", {"x"}}, {"Men", {salesmanTitles, good}}};
+  const std::string newMan = "New Man|=1+1|00123|0099|x|Retail|YES";
+  const Sheets sheets{{"Notes", {"x"}}, {"Men", {salesmanTitles, newMan}}};
   for (const auto& make : {xlsxParts, odsParts}) {
     RunnerWorld world;
     world.kind = "salesman";
@@ -138,7 +138,7 @@ TEST_CASE("workbooks: salesmen come from any format, and become an .xls workbook
     CHECK(contains(world.import(file).out, "A1 holds \"x\""));
     CHECK(world.run({"convert", "salesman", file, world.folder.path("o.xls"), "--sheet", "Men"})
               .status == 0);
-    CHECK(sheetRows(world.folder.path("o.xls")) == Texts{salesmanTitles, good});
+    CHECK(sheetRows(world.folder.path("o.xls")) == Texts{salesmanTitles, newMan});
     CHECK(world.import(file, {"--sheet", "Men"}).status == 0);
     CHECK(world.ask("select Address from Salesman where Salesman_name = 'New Man'") == "=1+1");
     CHECK(world.import(world.folder.path("o.xls"), {"--sheet", "#1"}).status == 0);

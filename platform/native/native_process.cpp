@@ -61,8 +61,9 @@ std::optional<Answer> answerOf(const std::vector<std::string>& command, const st
   if (process == 0) return std::nullopt;
   writing = Descriptor();
   Answer answer;
-  constexpr std::size_t longest = std::size_t{1} << 20U;
-  const bool whole = readToEnd(reading.get(), answer.output, limit, longest) == PipeEnd::Whole;
+  constexpr std::size_t longestAnswer = std::size_t{1} << 20U;
+  const bool whole =
+      readToEnd(reading.get(), answer.output, limit, longestAnswer) == PipeEnd::Whole;
   if (!whole) ::kill(process, SIGKILL);
   int status = 0;
   while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {

@@ -11,7 +11,7 @@ constexpr std::string_view customerName = "Customer Name";
 constexpr std::string_view vendor = "Vendor ID,Vendor Code";
 constexpr std::string_view vendorName = "Vendor Name";
 
-constexpr std::array table{std::to_array<Synonyms>({
+constexpr std::array synonymTable{std::to_array<Synonyms>({
     {customer, "English",
      "Customer Code,Customer Number,Customer,Client ID,Client Code,Party Code,Party ID,Account "
      "Code,Account Number,Debtor Code,Debtor ID,Retailer Code,Code"},
@@ -131,7 +131,7 @@ constexpr std::array table{std::to_array<Synonyms>({
 }  // namespace
 
 std::span<const Synonyms> synonyms() {
-  return table;
+  return synonymTable;
 }
 
 }  // namespace velk
