@@ -28,11 +28,11 @@ namespace velk {
 namespace {
 
 #ifdef VELK_SANITIZED
-// The sanitizers' own memory is beyond every limit, and their work takes its time.
-constexpr bool limitsMemory = false;
+// The sanitizers have memory beyond every limit and pipes of their own, and take their time.
+constexpr bool limitsAll = false;
 constexpr int slowness = 10;
 #else
-constexpr bool limitsMemory = true;
+constexpr bool limitsAll = true;
 constexpr int slowness = 1;
 #endif
 
@@ -60,12 +60,13 @@ void confine(const WorkLimits& limits, std::size_t space, int pipe) {
   // The child must not outlive its parent, nor be looked into.
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   setLimit(RLIMIT_CPU, static_cast<rlim_t>(limits.computing.count() * slowness));
-  if (limitsMemory) setLimit(RLIMIT_AS, space + limits.memory);
   // Of the system's two ways to close others: between the last one and the highest there is.
   ::dup2(pipe, STDIN_FILENO);
   if (::syscall(SYS_close_range, 1U, ~0U, 0U) != 0) ::_exit(endedBroken);
-  setLimit(RLIMIT_NOFILE, 0);
   setLimit(RLIMIT_FSIZE, 0);
+  if (!limitsAll) return;
+  setLimit(RLIMIT_AS, space + limits.memory);
+  setLimit(RLIMIT_NOFILE, 0);
   allowComputingOnly();
 }
 
