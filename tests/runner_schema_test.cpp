@@ -94,7 +94,7 @@ TEST_CASE("JSON reports are as their schema says") {
   const std::string odd = world.folder.write(
       "odd.csv",
       "Customer ID;Cust Name;Date;Bill Amount;Balance\nC001;a;1/13/08;1,5;1\nC999;b;;2;x\n");
-  const std::string banks =
+  const std::string bankFile =
       world.folder.write("b.csv", std::string(bankTitles) + "\r\nB,B,1,x\r\n");
   const std::string rejects = world.folder.path("r.csv");
   const auto import = [&](const std::string& kind, const std::string& path,
@@ -107,11 +107,11 @@ TEST_CASE("JSON reports are as their schema says") {
       import(world.kind, odd, {"--rejects", rejects}),
       import(world.kind, odd, {"--accept", "all", "--rejects", rejects}),
       import(world.kind, odd, {"--accept", "all", "--again", "--dry-run"}),
-      import("bank-branch", banks, {}),
+      import("bank-branch", bankFile, {}),
       import("salesman", "samples/none.xls", {}),
       import(world.kind, odd, {"--frobnicate"}),
       world.run({"preview", world.kind, odd, "--json", "--database", world.database()}),
-      world.run({"preview", world.kind, banks, "--json"}),
+      world.run({"preview", world.kind, bankFile, "--json"}),
       world.run({"convert", world.kind, odd, world.folder.path("o.csv"), "--json"}),
       world.run({"convert", world.kind, odd, "-", "--decimal", "point", "--json"}),
       world.run({"report", "1", "--json"}),
