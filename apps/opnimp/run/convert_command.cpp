@@ -18,7 +18,11 @@ namespace velk {
 namespace {
 
 /// Of salesmen the screens read workbooks only.
-ConvertedFile convertSalesmen(const Arguments& arguments, const std::string& path) {
+ConvertedFile convertSalesmen(const Arguments& arguments, const std::string& path,
+                              std::ostream& /*out*/) {
+  if (arguments.file == standardStream) {
+    throw UsageError("a workbook is not written to standard output: give it a name");
+  }
   const WorkbookRecords records(readFile(path), arguments.convert.sheet);
   ConvertedFile file{arguments, {}, records.count()};
   file.conversion.refusal = records.refusal(*arguments.kind);
@@ -31,13 +35,17 @@ ConvertedFile convertSalesmen(const Arguments& arguments, const std::string& pat
   return file;
 }
 
-ConvertedFile convertFile(const Arguments& arguments, const std::string& path) {
-  const auto records = convertedRecords(readFile(path), arguments);
+ConvertedFile convertFile(const Arguments& arguments, const std::string& path, std::ostream& out) {
+  const auto records = convertedRecords(readFile(path, arguments), arguments);
   ConvertedFile file{arguments, records->conversion(), records->count()};
   std::string& refusal = file.conversion.refusal;
   if (records->bytes().empty() && refusal.empty()) refusal = records->refusal(*arguments.kind);
-  if (!file.conversion.refusal.empty()) {
+  if (!refusal.empty()) {
     file.commands = readyCommands(arguments, file.conversion.choices);
+    return file;
+  }
+  if (arguments.file == standardStream) {
+    out << records->bytes();
     return file;
   }
   NativeFileSystem files;
@@ -49,12 +57,16 @@ ConvertedFile convertFile(const Arguments& arguments, const std::string& path) {
 }  // namespace
 
 ExitStatus runConvert(const Arguments& arguments, const Streams& streams) {
-  requireNoFile(arguments.file);
+  const bool isPiped = arguments.file == standardStream;
+  if (!isPiped) requireNoFile(arguments.file);
   const std::string& path = arguments.files.front();
   try {
     const bool isText = arguments.kind->format == FileFormat::CommaSeparated;
-    const ConvertedFile file = (isText ? convertFile : convertSalesmen)(arguments, path);
-    (arguments.json ? writeConversionJson : writeConversionText)(file, streams.out);
+    const ConvertedFile file =
+        (isText ? convertFile : convertSalesmen)(arguments, path, streams.out);
+    if (arguments.quiet && file.status() == ExitStatus::Posted) return file.status();
+    (arguments.json ? writeConversionJson : writeConversionText)(
+        file, isPiped ? streams.err : streams.out);
     return file.status();
   } catch (const std::bad_alloc&) {
     throw CannotOpen(tooLarge(path));
