@@ -28,7 +28,8 @@ void syncWhatIsTold(const std::string& errorLog, const std::string& database) {
   sync(errorLog);
   if (database.empty()) return;
   sync(database + "-wal");
-  // Without that file a change is one when the file that undoes it is gone.
+  // Without that file a change is one when the file that undoes it is gone, or empty.
+  sync(database + "-journal");
   syncFolderOf(database);
 }
 
