@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 namespace velk {
 
@@ -16,17 +17,19 @@ struct Character {
   std::size_t length = 1;  // in units of the text it was read from
 };
 
-/// How many bytes at the start are ASCII. Blocks first, which the compiler turns into a few wide
-/// instructions: most texts are ASCII throughout.
-std::size_t asciiRun(std::string_view bytes) {
-  constexpr std::size_t blockSize = 64;
+/// The length of the run of ASCII at the start of bytes or UTF-16. Blocks first, which the compiler
+/// turns into a few wide instructions: most texts are ASCII throughout.
+template <class Unit>
+std::size_t runOfAscii(std::basic_string_view<Unit> text) {
+  using Bits = std::make_unsigned_t<Unit>;
+  constexpr std::size_t blockSize = 64 / sizeof(Unit);
   std::size_t run = 0;
-  for (; run + blockSize <= bytes.size(); run += blockSize) {
-    unsigned char all = 0;
-    for (std::size_t i = 0; i < blockSize; ++i) all |= static_cast<unsigned char>(bytes[run + i]);
+  for (; run + blockSize <= text.size(); run += blockSize) {
+    Bits all = 0;
+    for (std::size_t i = 0; i < blockSize; ++i) all |= static_cast<Bits>(text[run + i]);
     if (all >= 0x80) break;
   }
-  while (run < bytes.size() && static_cast<unsigned char>(bytes[run]) < 0x80) ++run;
+  while (run < text.size() && static_cast<Bits>(text[run]) < 0x80) ++run;
   return run;
 }
 
@@ -105,7 +108,7 @@ void appendUtf16(std::u16string& to, char32_t code) {
 template <typename AddRun, typename AddCharacter>
 void forEachPiece(std::string_view text, AddRun addRun, AddCharacter addCharacter) {
   while (!text.empty()) {
-    const std::size_t run = asciiRun(text);
+    const std::size_t run = runOfAscii(text);
     addRun(text.substr(0, run));
     text.remove_prefix(run);
     while (!text.empty() && static_cast<unsigned char>(text[0]) >= 0x80) {
@@ -146,7 +149,7 @@ std::string CodePage::decode(std::string_view bytes) const {
 
 void CodePage::appendDecoded(std::string& to, std::string_view bytes) const {
   while (!bytes.empty()) {
-    const std::size_t run = asciiRun(bytes);
+    const std::size_t run = runOfAscii(bytes);
     to.append(bytes.substr(0, run));
     bytes.remove_prefix(run);
     for (; !bytes.empty() && static_cast<unsigned char>(bytes[0]) >= 0x80; bytes.remove_prefix(1)) {
@@ -180,18 +183,22 @@ std::size_t CodePage::appendEncoded(std::string& to, std::string_view text) cons
   return lacking;
 }
 
+std::size_t asciiRun(std::string_view bytes) {
+  return runOfAscii(bytes);
+}
+
 bool isAscii(std::string_view bytes) {
-  return asciiRun(bytes) == bytes.size();
+  return runOfAscii(bytes) == bytes.size();
 }
 
 std::size_t findInvalidUtf8(std::string_view text) {
-  for (std::size_t at = asciiRun(text); at < text.size();) {
+  for (std::size_t at = runOfAscii(text); at < text.size();) {
     const Character character = firstCharacter(text.substr(at));
     // Only what could not be read is a replacement of one byte.
     if (character.code == replacement && character.length == 1) return at;
     at += character.length;
     if (at < text.size() && static_cast<unsigned char>(text[at]) < 0x80) {
-      at += asciiRun(text.substr(at));
+      at += runOfAscii(text.substr(at));
     }
   }
   return std::string_view::npos;
@@ -211,17 +218,26 @@ std::string toUtf8(std::u16string_view text) {
   std::string bytes;
   bytes.reserve(text.size());
   while (!text.empty()) {
-    const Character character = firstCharacter(text);
-    appendUtf8(bytes, character.code);
-    text.remove_prefix(character.length);
+    const std::size_t run = runOfAscii(text);
+    const std::size_t length = bytes.size();
+    bytes.resize(length + run);
+    std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(run),
+                   bytes.begin() + static_cast<std::ptrdiff_t>(length),
+                   [](char16_t unit) { return static_cast<char>(unit); });
+    text.remove_prefix(run);
+    while (!text.empty() && text[0] >= 0x80) {
+      const Character character = firstCharacter(text);
+      appendUtf8(bytes, character.code);
+      text.remove_prefix(character.length);
+    }
   }
   return bytes;
 }
 
 std::string_view trim(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  while (text.ends_with(' ')) text.remove_suffix(1);
+  return text;
 }
 
 // Not std::tolower, because its answer depends on the locale of the host's process.

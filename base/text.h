@@ -36,7 +36,9 @@ class CodePage {
   std::array<std::string, 256> utf8_;  // of each byte
 };
 
-/// True when all bytes are below 0x80.
+/// How many bytes at the start are below 0x80.
+std::size_t asciiRun(std::string_view bytes);
+/// True when all bytes are.
 bool isAscii(std::string_view bytes);
 
 /// Where the first byte is that is no UTF-8; npos if there is none.

@@ -89,6 +89,24 @@ void writeFile(const std::string& path, std::uint32_t rows, std::uint32_t custom
   require(out.flush().good(), "an input file can't be written");
 }
 
+/// Opening documents as a program writes them in a country with decimal commas: semicolons, line
+/// feeds, UTF-8, and an accent in one name of four.
+void writeForeign(const std::string& path, std::uint32_t rows) {
+  std::ofstream out(path, std::ios::binary);
+  Dice dice;
+  out << std::setfill('0') << "Customer ID;Customer Name;Reference;Date;Bill Amount;Balance\n";
+  for (std::uint32_t row = 1; row <= rows; ++row) {
+    const std::uint32_t bill = 100 + dice.below(9'999'900);
+    const auto amount = [](std::string text) { return text.replace(text.size() - 3, 1, ","); };
+    out << 'K' << std::setw(5) << 1 + dice.below(2000) << ';'
+        << firstNames[dice.below(firstNames.size())] << (dice.below(4) == 0 ? " Caf\xC3\xA9 " : " ")
+        << cities[dice.below(cities.size())] << ";INV/" << row << ';' << std::setw(2)
+        << 1 + dice.below(28) << '.' << std::setw(2) << 1 + dice.below(12) << ".2007;"
+        << amount(money(bill)) << ';' << amount(money(dice.below(bill))) << '\n';
+  }
+  require(out.flush().good(), "an input file can't be written");
+}
+
 /// Branches, ten to a bank.
 void writeBranches(const std::string& path, std::uint32_t rows) {
   std::ofstream out(path, std::ios::binary);
@@ -122,6 +140,7 @@ int main(int argc, char** argv) {
     writeFile(folder + "/documents-32766x7.csv", 32'766, 2000, false);
     writeFile(folder + "/documents-1000000x10.csv", 1'000'000, 99'999, true);
     writeFile(folder + "/documents-10000x7.csv", 10'000, 2000, false);
+    writeForeign(folder + "/foreign-1000000x6.csv", 1'000'000);
     writeBranches(folder + "/branches-10000x4.csv", 10'000);
     writeVendors(folder + "/vendors-10000x10.csv", 10'000);
     writeSalesmen(folder + "/salesmen-60000.csv", 60'000);

@@ -1,6 +1,6 @@
 // Peer: nodejs-polars, a data frame library. Every cell is held as text, as everywhere else here.
 //
-//   node polars.mjs FILE     POLARS_MAX_THREADS sets the number of threads
+//   node polars.mjs FILE [SEPARATOR]     POLARS_MAX_THREADS sets the number of threads
 
 import { readFileSync } from "node:fs";
 import pl from "nodejs-polars";
@@ -11,7 +11,10 @@ function peakMemory() {
 
 const processorStart = process.cpuUsage();
 const start = performance.now();
-const table = pl.readCSV(process.argv[2], { inferSchemaLength: 0 });
+const table = pl.readCSV(process.argv[2], {
+  inferSchemaLength: 0,
+  sep: process.argv[3] ?? ",",
+});
 const passed = performance.now() - start;
 const { user, system } = process.cpuUsage(processorStart);
 console.log(passed.toFixed(4), (user + system) / 1000, peakMemory(), table.height * table.width);

@@ -103,6 +103,11 @@ TEST_CASE("a file in any encoding and layout becomes the one that the screens re
     const bool isMapped = row.bytes.starts_with("C001");
     CHECK(file.bytes == (isMapped ? "C001" + want.substr(11) : want));
   }
+  // A character of two units where a long text is cut into blocks.
+  const std::string name(16383 - fileOf("C001,").size() + 2, 'x');
+  const auto named = [&](const char* last) { return fileOf("C001," + name + last + ",R1,,1,1"); };
+  CHECK(converted("\xFF\xFE" + utf16(named("\xF0\x9F\x98\x80"), false), {"--replace"}).bytes ==
+        named("?"));
   // Cyrillic, which windows-1252 does not have.
   const std::string cyrillic = "C001,\xC8\xE2\xE0\xED,R1,,1,1";
   CHECK(contains(converted(fileOf(cyrillic), {"--encoding", "windows-1251"}).said("refused"),
@@ -257,7 +262,7 @@ TEST_CASE("an import converts what the file itself decides, says so, and counts 
   // Read otherwise, the file has other records, and none to go on with.
   CHECK(world.import(in, {"--resume"}).status == 3);
   const Ran others = world.import(in, {"--resume", "--header-line", "4"});
-  CHECK(contains(others.err, "the journal has no run of this file"));
+  CHECK(contains(others.err, "which is read as 2 records now; give the same options"));
   const Ran undecided =
       world.importLines({"Customer ID;Date;Bill Amount;Balance", "C1;1/2/08;1;1"});
   CHECK(undecided.status == 2);

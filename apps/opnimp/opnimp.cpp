@@ -16,6 +16,7 @@
 #include "apps/opnimp/run/journal_commands.h"
 #include "apps/opnimp/run/lock_holders.h"
 #include "apps/opnimp/run/preview_command.h"
+#include "apps/opnimp/run/profiles.h"
 
 namespace velk {
 
@@ -96,7 +97,7 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
   const bool json = asksForJson(args);
   Events events(streams, asksForJsonLog(args));
   try {
-    const Arguments arguments = parseArguments(args);
+    const Arguments arguments = argumentsWithProfile(args, surroundings);
     streams.out << arguments.answer;
     const bool answered = !arguments.answer.empty();
     const ExitStatus status =

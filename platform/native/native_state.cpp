@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <string_view>
 
 namespace velk {
 
@@ -14,14 +15,22 @@ std::string environment(const char* name) {
 }
 // NOLINTEND(concurrency-mt-unsafe)
 
+// A relative path has no meaning there, and is to be ignored.
+std::string userFolder(const char* variable, std::string_view inHome) {
+  std::string folder = environment(variable);
+  if (folder.starts_with('/')) return folder;
+  const std::string home = environment("HOME");
+  return home.starts_with('/') ? home + std::string(inHome) : std::string();
+}
+
 }  // namespace
 
-// A relative path has no meaning there, and is to be ignored.
 std::string stateFolder() {
-  std::string state = environment("XDG_STATE_HOME");
-  if (state.starts_with('/')) return state;
-  const std::string home = environment("HOME");
-  return home.starts_with('/') ? home + "/.local/state" : std::string();
+  return userFolder("XDG_STATE_HOME", "/.local/state");
+}
+
+std::string settingsFolder() {
+  return userFolder("XDG_CONFIG_HOME", "/.config");
 }
 
 std::string machineStart() {

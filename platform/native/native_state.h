@@ -9,6 +9,10 @@ namespace velk {
 /// Empty when neither is known.
 std::string stateFolder();
 
+/// The user's folder for what programs are set to: $XDG_CONFIG_HOME, or ~/.config. Empty when
+/// neither is known.
+std::string settingsFolder();
+
 /// Another text after each start of the machine; empty where it is not known.
 std::string machineStart();
 

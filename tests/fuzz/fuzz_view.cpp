@@ -124,6 +124,9 @@ void readRecords(std::string_view content) {
 /// In the place of a kind: the rest of the input many times, for more records than a screen takes.
 constexpr std::uint8_t manyTimes = 0xFF;
 
+/// The same for a line longer than any record.
+constexpr std::uint8_t longLine = 0xFA;
+
 std::string repeated(std::string_view content) {
   constexpr std::size_t longest = 6;  // more would only take time
   std::string text;
@@ -137,7 +140,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (size == 0) return 0;
   constexpr unsigned kinds = 5;
   const std::string_view content(reinterpret_cast<const char*>(data) + 1, size - 1);
-  import(data[0] % kinds, data[0] == manyTimes ? repeated(content) : std::string(content));
+  import(data[0] % kinds, data[0] == manyTimes  ? repeated(content)
+                          : data[0] == longLine ? std::string(maxLineLength + 1, 'x')
+                                                : std::string(content));
   readRecords(content);
   return 0;
 }

@@ -16,6 +16,7 @@ RunnerWorld::RunnerWorld() {
   surroundings.database.clear();  // whatever the machine has
   surroundings.clock = [] { return dateFromCivil({2008, 4, 1}); };
   surroundings.stateFolder = folder.path("state");
+  surroundings.settingsFolder = folder.path("settings");
 }
 
 Ran RunnerWorld::run(std::vector<std::string> args) {

@@ -9,6 +9,7 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/help_texts.h"
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/cli/profile.h"
 #include "base/numbers.h"
 
 namespace velk {
@@ -92,6 +93,7 @@ void checkSeveral(const Arguments& arguments) {
   if (arguments.fromLine != 1) {
     throw UsageError("--from-line is of one file: import that by itself");
   }
+  if (arguments.savedProfile) throw UsageError("--save-profile is of one file: name one only");
   if (arguments.allOrNothing) {
     throw UsageError(
         "--all-or-nothing is of one file: what is posted of the files before it would stay. Import "
@@ -121,6 +123,7 @@ class CommandLine {
     // Help and version are thrown, too, and derive from ParseError: their handlers come first.
     try {
       app_.parse(std::move(args));
+      noteReading();
     } catch (const CLI::CallForHelp&) {
       arguments_.answer = app_.help();
     } catch (const CLI::CallForVersion& version) {
@@ -142,6 +145,20 @@ class CommandLine {
       }
     }
     return error.what();
+  }
+
+  void noteReading() {
+    for (const CLI::App* const command : std::as_const(app_).get_subcommands()) {
+      for (const CLI::Option* const option : command->get_options()) {
+        if (option->count() == 0 || option->get_lnames().empty()) continue;
+        const std::string& name = option->get_lnames().front();
+        if (name == "map" || !isProfileOption(name)) continue;
+        for (const std::string& value : option->results()) {
+          arguments_.reading.push_back("--" + name +
+                                       (option->get_items_expected() == 0 ? "" : "=" + value));
+        }
+      }
+    }
   }
 
   void addCommands() {
@@ -184,6 +201,7 @@ class CommandLine {
     addText(*command, "OUT", "", arguments_.file, "the new file")->required();
     addConvertOptions({command});
     addMap({command});
+    addText({command}, "--profile", "NAME", arguments_.profile, profileHelp);
     addFlag({command}, "--json", arguments_.json, jsonHelp);
   }
 
@@ -268,6 +286,8 @@ class CommandLine {
     addWait({import, preview, exporting, checking});
     addMap({import, preview});
     addAccept({import, preview});
+    addText({import, preview}, "--profile", "NAME", arguments_.profile, profileHelp);
+    addText({import, preview}, "--save-profile", "NAME", arguments_.savedProfile, saveProfileHelp);
     addFromLine({import, preview});
     addConvertOptions({import, preview});
     addFlag({import, preview}, "--raw", arguments_.convert.raw, rawHelp);

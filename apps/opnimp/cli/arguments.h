@@ -17,6 +17,7 @@ namespace velk {
 struct MapOption {
   std::string field;
   std::string column;  ///< a title of the file, or "#N" for its Nth column
+  bool isOfProfile = false;
 };
 
 struct Arguments {
@@ -46,6 +47,10 @@ struct Arguments {
   std::vector<std::string> databases;  ///< the hosts of one; empty: the environment names it
   std::vector<MapOption> maps;
   ConvertOptions convert;
+  std::optional<std::string> profile;  ///< its name, or the path of its file
+  std::optional<std::string> savedProfile;
+  /// The options that a profile may have besides --map, as they were given: "--decimal=comma".
+  std::vector<std::string> reading;
   std::vector<std::string> accept;  ///< codes of harmful warnings, or "all"
   std::optional<std::string> rejects;
   std::optional<std::string> report;

@@ -78,6 +78,12 @@ inline const std::string dateOrderHelp =
 inline const std::string decimalHelp = "what stands in front of decimals: auto, point or comma";
 inline const std::string replaceHelp =
     "put \"?\" in the place of letters that windows-1252 does not have";
+inline const std::string profileHelp =
+    "read the file as a saved profile says: its name, or the path of\n"
+    "its file; options given besides come before those in it";
+inline const std::string saveProfileHelp =
+    "save how the file is read: which columns are which fields, what\n"
+    "was given, the order of dates and the decimal sign; for --profile";
 inline const std::string rawHelp =
     "import the file as it is, as the screens would: nothing of\n"
     "another program's format is converted";

@@ -50,6 +50,7 @@ constexpr std::array<Spelling, 18> currencies{{{"$", "$"},
 
 std::string usualSpelling(Text text) {
   std::string usual(text);
+  if (isAscii(text) && text.find('\t') == Text::npos) return usual;
   for (const auto& [found, meant] : spellings) {
     for (std::size_t at = 0; (at = usual.find(found, at)) != std::string::npos;) {
       usual.replace(at, found.size(), meant);
@@ -65,13 +66,17 @@ class AmountParser {
 
   bool parse(AmountText& amount) {
     amount_ = &amount;
-    while (takeParentheses() || takeMinus() || takeSide() || takeCurrency()) rest_ = trim(rest_);
+    while (!isBare() && (takeParentheses() || takeMinus() || takeSide() || takeCurrency())) {
+      rest_ = trim(rest_);
+    }
     // (5)-, -5 Cr or -5 Dr: nobody knows what that is meant to be.
     amount.isBelowZero = below_ == 1;
     return below_ <= 1 && !(isDebit_ && below_ > 0) && !repeated_ && takeNumber();
   }
 
  private:
+  bool isBare() const { return !rest_.empty() && isDigit(rest_.front()) && isDigit(rest_.back()); }
+
   bool note(AmountForm form) {
     repeated_ = repeated_ || amount_->has(form);
     amount_->forms |= 1U << static_cast<unsigned>(form);
@@ -201,6 +206,19 @@ std::optional<DecimalSign> plainAmountSign(std::string_view text) {
   return mark == Text::npos ? DecimalSign::None : signOfOne(text, text[mark]);
 }
 
+std::optional<std::string> canonicalPlainAmount(std::string_view text, char decimal) {
+  constexpr std::size_t longest = 15;  // for which a string needs no memory
+  if (text.size() > longest || text.empty() || !isDigit(text.back())) return std::nullopt;
+  std::string canonical(text);
+  std::size_t marks = 0;
+  for (char& c : canonical) {
+    if (isDigit(c)) continue;
+    if (c != decimal || ++marks > 1) return std::nullopt;
+    c = '.';
+  }
+  return canonical;
+}
+
 std::optional<AmountText> readAmount(std::string_view text) {
   // Longer ones are none, and hostile.
   constexpr std::size_t longest = 100;
@@ -231,7 +249,8 @@ std::optional<std::string> canonicalAmount(const AmountText& amount, char decima
   if ((hasGaps || hasGroups) && !isGrouped(whole, mark, mark == ',' || mark == gap)) {
     return std::nullopt;
   }
-  const bool isZero = amount.number.find_first_of("123456789") == std::string::npos;
+  const bool isZero =
+      std::ranges::none_of(amount.number, [](char c) { return c >= '1' && c <= '9'; });
   std::string text = amount.isBelowZero && !isZero ? "-" : "";
   std::ranges::copy_if(whole, std::back_inserter(text), isDigit);
   if (!decimals.empty()) text.append(".").append(decimals);

@@ -33,6 +33,8 @@ struct AmountText {
 
 /// For most amounts, which are digits and perhaps a point or a comma; empty if it takes readAmount.
 std::optional<DecimalSign> plainAmountSign(std::string_view text);
+/// The canonical amount for most of those whose mark is the decimal sign; empty if it takes more.
+std::optional<std::string> canonicalPlainAmount(std::string_view text, char decimal);
 
 /// `text` is UTF-8, without blanks around it. Empty for what is no amount from end to end: it is
 /// left as it is.

@@ -23,9 +23,9 @@ void CanonicalWriter::writeTitles(const RowReader& rows) {
   beginRow(rows);
   for (std::size_t cell = 0; cell < rows.cells().size(); ++cell) {
     if (cell > 0) bytes_ += ',';
-    const std::string_view title = meantValue(rows.cells()[cell], room_);
+    const std::string_view title = meantValue(rows.cells()[cell].text, room_);
     if (needsQuotes(title)) {
-      const std::string_view written = rows.cells()[cell];
+      const std::string_view written = rows.cells()[cell].text;
       isCanonical_ ? encode(written, rows.line()) : writeText(written, rows.line());
     } else {
       encode(title, rows.line());
@@ -51,10 +51,11 @@ void CanonicalWriter::beginRow(const RowReader& rows) {
 void CanonicalWriter::writeCells(const RowReader& rows, std::size_t first, std::size_t end) {
   for (std::size_t cell = first; cell < end; ++cell) {
     if (cell > 0) bytes_ += ',';
-    if (isCanonical_) {
-      bytes_ += rows.cells()[cell];
+    const WrittenCell& written = rows.cells()[cell];
+    if (isCanonical_ || written.isPlain) {
+      bytes_ += written.text;
     } else {
-      writeText(rows.cells()[cell], rows.line());
+      writeText(written.text, rows.line());
     }
   }
 }

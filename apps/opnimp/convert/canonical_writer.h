@@ -19,7 +19,11 @@ class CanonicalWriter {
   CanonicalWriter(bool fromUtf8, bool isCanonical)
       : fromUtf8_(fromUtf8), isCanonical_(isCanonical) {}
 
-  void reserve(std::size_t size) { bytes_.reserve(size); }
+  /// Room for so many bytes in so many lines.
+  void reserve(std::size_t size, std::size_t lines) {
+    bytes_.reserve(size);
+    if (!isCanonical_) lines_.reserve(lines);
+  }
 
   void writeTitles(const RowReader& rows);
   void writeRow(const RowReader& rows);

@@ -20,10 +20,11 @@ struct ValueColumn {
   FieldNature nature;
 };
 
-/// Also of the mark that ends files of old programs.
+/// Also of the mark that ends files of old programs; or one empty value, which would be no record
+/// without its quotes.
 bool isBlank(std::string_view row) {
   constexpr std::string_view marks = " \t\x1A";
-  return row.find_first_not_of(marks) == std::string_view::npos;
+  return row.find_first_not_of(marks) == std::string_view::npos || row == "\"\"";
 }
 
 class Converter {
@@ -45,6 +46,8 @@ class Converter {
     tellLayout();
     rules_ = survey_.decide(arguments_.convert, isCanonical_);
     std::ranges::move(rules_.assumptions, std::back_inserter(result_.assumptions));
+    if (rules_.ordersAreSure) result_.dateOrder = rules_.dateOrder;
+    if (rules_.decimalIsSure) result_.decimal = rules_.decimal;
     for (const std::string& refusal : rules_.refusals) refuse(refusal);
     refuseBroken();
     refuseUnread();
@@ -65,8 +68,8 @@ class Converter {
     if (!rows.next()) return;
     width_ = rows.cells().size();
     for (std::size_t column = 0; column < width_; ++column) {
-      const std::string_view written = rows.cells()[column];
-      const std::string title(valueText(written));
+      const std::string_view written = rows.cells()[column].text;
+      const std::string title(valueText(rows.cells()[column]));
       // A title with a comma keeps its quotes, without which it would be two.
       const bool isFreed = written.size() > 2 && written.starts_with('"') &&
                            title.find_first_of(",\"") == std::string_view::npos;
@@ -109,9 +112,10 @@ class Converter {
     }
   }
 
-  /// A date or amount as UTF-8, without its quotes and the blanks around it.
-  std::string_view valueText(std::string_view written) {
-    std::string_view value = trim(meantValue(written, room_));
+  /// A value as UTF-8, without its quotes and the blanks around it.
+  std::string_view valueText(const WrittenCell& written) {
+    if (written.isPlain) return trim(written.text);
+    const std::string_view value = trim(meantValue(written.text, room_));
     if (source_.isUtf8() || isAscii(value)) return value;
     decoded_ = CodePage::windows1252().decode(value);
     return decoded_;
@@ -159,7 +163,7 @@ class Converter {
 
   void write() {
     CanonicalWriter writer(source_.isUtf8(), isCanonical_);
-    writer.reserve(source_.text().size());
+    writer.reserve(source_.text().size(), rows_ + 1);
     RowReader rows = layout_.rows(source_.text());
     for (bool isHeader = true; rows.next(); isHeader = false) {
       if (!isHeader && isBlank(rows.row()) && !isCanonical_) continue;

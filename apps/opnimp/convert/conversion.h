@@ -18,6 +18,9 @@ struct Conversion {
   std::vector<std::size_t> lines;    ///< in the file, of each line of `bytes`; empty: the same
   std::vector<Assumption> assumptions;
   std::string refusal;  ///< what the file does not decide, or the screens cannot hold
+  /// As they were given, or as some value shows them.
+  std::optional<DateOrder> dateOrder{};
+  std::optional<char> decimal{};
   /// Values with a comma, which the screens leave out: their number, and the first one's line.
   std::size_t commas = 0;
   std::size_t firstComma = 0;

@@ -21,7 +21,7 @@ int numberOf(std::string_view digits) {
 DateText ofOrder(const CivilDate& date) {
   const bool dayFirst = isCivil(date);
   const CivilDate exchanged{date.year, date.day, date.month};
-  const bool monthFirst = isCivil(exchanged);
+  const bool monthFirst = date.day <= 12 && isCivil(exchanged);
   if (dayFirst && date.day == date.month) return {DateClue::AnyOrder, date};
   if (dayFirst) return {monthFirst ? DateClue::EitherFirst : DateClue::DayFirst, date};
   return monthFirst ? DateText{DateClue::MonthFirst, exchanged} : DateText{};
@@ -32,11 +32,17 @@ std::optional<DateText> readUsual(std::string_view text) {
   constexpr std::size_t length = 10;
   if (text.size() != length || text[2] != text[5]) return std::nullopt;
   if (text[2] != '/' && text[2] != '-' && text[2] != '.') return std::nullopt;
-  for (std::size_t i = 0; i < length; ++i) {
-    if (i != 2 && i != 5 && !isDigit(text[i])) return std::nullopt;
+  std::array<int, 3> parts{};
+  for (std::size_t i = 0, part = 0; i < length; ++i) {
+    if (i == 2 || i == 5) {
+      ++part;
+    } else if (isDigit(text[i])) {
+      parts[part] = 10 * parts[part] + (text[i] - '0');
+    } else {
+      return std::nullopt;
+    }
   }
-  return ofOrder(
-      {numberOf(text.substr(6)), numberOf(text.substr(3, 2)), numberOf(text.substr(0, 2))});
+  return ofOrder({parts[2], parts[1], parts[0]});
 }
 
 /// 20080331: only a year of these centuries makes a date of a number.
@@ -67,8 +73,14 @@ std::optional<CivilDate> readShortYearFirst(std::string_view text) {
 /// With the year first, which nobody reads otherwise: who corrects such a file by hand, or imports
 /// it with other options, changes no date.
 std::string yearFirst(const CivilDate& date) {
-  const std::string text = formatDayFirst(dateFromCivil(date));
-  return text.substr(6) + "-" + text.substr(3, 2) + "-" + text.substr(0, 2);
+  std::string text = "0000-00-00";
+  const auto put = [&](std::size_t end, int number) {
+    for (; number > 0; number /= 10) text[--end] = static_cast<char>('0' + number % 10);
+  };
+  put(4, date.year);
+  put(7, date.month);
+  put(10, date.day);
+  return text;
 }
 
 /// Else a year of two digits may be taken for a day.

@@ -36,13 +36,13 @@ struct Ends {
 
 Ends countEnds(std::string_view text) {
   Ends ends;
-  const auto feeds = static_cast<std::size_t>(std::ranges::count(text, '\n'));
-  const auto returns = static_cast<std::size_t>(std::ranges::count(text, '\r'));
-  for (std::size_t at = 0; (at = text.find("\r\n", at)) != std::string_view::npos; at += 2) {
-    ++ends.pairs;
+  for (std::size_t at = 0; (at = text.find('\n', at)) != std::string_view::npos; ++at) {
+    ++(at > 0 && text[at - 1] == '\r' ? ends.pairs : ends.feeds);
   }
-  ends.feeds = feeds - ends.pairs;
-  ends.returns = returns - ends.pairs;
+  for (std::size_t at = 0; (at = text.find('\r', at)) != std::string_view::npos; ++at) {
+    ++ends.returns;
+  }
+  ends.returns -= ends.pairs;
   return ends;
 }
 
@@ -107,7 +107,7 @@ std::size_t countTitles(const RowReader& rows, const Arguments& arguments) {
   std::size_t count = 0;
   std::string room;
   for (std::size_t i = 0; i < std::min(rows.cells().size(), mostTitles); ++i) {
-    const std::string_view title = trim(meantValue(rows.cells()[i], room));
+    const std::string_view title = trim(meantValue(rows.cells()[i].text, room));
     if (!title.empty() && namesField(title, arguments)) ++count;
   }
   return count;
@@ -183,7 +183,7 @@ void takeTitlesBelow(std::string_view text, const Candidate& chosen, const Argum
   RowReader above(text, chosen.delimiter, layout.ends, layout.offset, layout.headerLine);
   while (above.next() && above.line() < chosen.line && layout.refusal.empty()) {
     const auto values = std::ranges::count_if(
-        above.cells(), [](std::string_view cell) { return !trim(cell).empty(); });
+        above.cells(), [](const WrittenCell& cell) { return !trim(cell.text).empty(); });
     if (values < 2) continue;
     layout.refusal = "line " + grouped(chosen.line) + " has the titles, but line " +
                      grouped(above.line()) +

@@ -2,6 +2,7 @@
 
 #include <unicode/ucnv.h>
 #include <unicode/ucsdet.h>
+#include <unicode/utf16.h>
 
 #include <algorithm>
 #include <array>
@@ -9,6 +10,9 @@
 #include <cstdint>
 #include <memory>
 #include <new>
+#include <optional>
+
+#include "base/text.h"
 
 namespace velk {
 
@@ -34,9 +38,27 @@ bool knowsEncoding(const std::string& name) {
   return !name.empty() && name.find(',') == std::string::npos && open(name.c_str()) != nullptr;
 }
 
+namespace {
+
+/// Of an encoding in which each byte is a character, and those of ASCII are themselves.
+std::optional<CodePage> pageOf(UConverter* from) {
+  if (ucnv_getMaxCharSize(from) != 1) return std::nullopt;
+  std::array<char16_t, 128> upper{};
+  for (unsigned i = 0; i < 256; ++i) {
+    const char byte = static_cast<char>(i);
+    std::array<UChar, 4> units{};
+    UErrorCode error = U_ZERO_ERROR;
+    const auto length = ucnv_toUChars(from, units.data(), static_cast<std::int32_t>(units.size()),
+                                      &byte, 1, &error);
+    const bool isOne = U_SUCCESS(error) && length == 1 && !U16_IS_SURROGATE(units[0]);
+    if (!isOne || (i < 0x80 && units[0] != i)) return std::nullopt;
+    if (i >= 0x80) upper[i - 0x80] = units[0];
+  }
+  return CodePage(upper);
+}
+
 // In blocks, so that a long text takes no memory beside the result.
-std::string decodeNamed(const std::string& name, std::string_view bytes) {
-  const OpenConverter from = open(name.c_str());
+std::string decodeAny(UConverter* from, std::string_view bytes) {
   const OpenConverter to = open("UTF-8");
   std::string text;
   text.reserve(bytes.size());
@@ -49,13 +71,21 @@ std::string decodeNamed(const std::string& name, std::string_view bytes) {
   for (UErrorCode error = U_BUFFER_OVERFLOW_ERROR; error == U_BUFFER_OVERFLOW_ERROR;) {
     error = U_ZERO_ERROR;
     char* target = block->data();
-    ucnv_convertEx(to.get(), from.get(), &target, block->data() + block->size(), &source,
+    ucnv_convertEx(to.get(), from, &target, block->data() + block->size(), &source,
                    bytes.data() + bytes.size(), pivot->data(), &pivotFrom, &pivotTo,
                    pivot->data() + pivot->size(), static_cast<UBool>(false),
                    static_cast<UBool>(true), &error);
     text.append(block->data(), target);
   }
   return text;
+}
+
+}  // namespace
+
+std::string decodeNamed(const std::string& name, std::string_view bytes) {
+  const OpenConverter from = open(name.c_str());
+  const std::optional<CodePage> page = pageOf(from.get());
+  return page ? page->decode(bytes) : decodeAny(from.get(), bytes);
 }
 
 std::string likelyEncoding(std::string_view bytes) {

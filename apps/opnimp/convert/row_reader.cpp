@@ -17,12 +17,12 @@ constexpr std::size_t mostCells = 32767;
 
 RowReader::RowReader(std::string_view text, char delimiter, LineEnds ends, std::size_t offset,
                      std::size_t line)
-    : text_(text),
-      delimiter_(delimiter),
-      ends_(ends),
-      next_(offset),
-      line_(line),
-      nextLine_(line) {}
+    : text_(text), delimiter_(delimiter), ends_(ends), next_(offset), line_(line), nextLine_(line) {
+  std::fill(special_.begin() + 0x80, special_.end(), true);
+  for (const char c : {delimiter, quote, ',', '\r', '\n'}) {
+    special_[static_cast<unsigned char>(c)] = true;
+  }
+}
 
 bool RowReader::next() {
   if (next_ >= text_.size()) return false;
@@ -33,9 +33,10 @@ bool RowReader::next() {
   for (std::size_t at = start_;; ++at) {
     const std::size_t begin = at;
     const bool isQuoted = at < text_.size() && text_[at] == quote;
+    isPlain_ = !isQuoted;
     at = isQuoted ? endOfQuoted(at) : endOfPlain(at);
     if (cells_.size() < mostCells) {
-      cells_.push_back(text_.substr(begin, at - begin));
+      cells_.push_back({{text_.data() + begin, at - begin}, isPlain_});
     } else {
       broken_ = true;
     }
@@ -57,14 +58,20 @@ bool RowReader::isLineEnd(std::size_t at) const {
   }
 }
 
-std::size_t RowReader::endOfPlain(std::size_t at) const {
-  for (; at < text_.size(); ++at) {
-    const char c = text_[at];
-    if (c == delimiter_) return at;
+std::size_t RowReader::endOfPlain(std::size_t at) {
+  const auto isSpecial = [special = special_.data()](char c) {
+    return special[static_cast<unsigned char>(c)];
+  };
+  const char* const end = text_.data() + text_.size();
+  for (const char* from = text_.data() + at;; ++from) {
+    from = std::find_if(from, end, isSpecial);
+    at = static_cast<std::size_t>(from - text_.data());
+    if (from == end || *from == delimiter_) return at;
     // Only a carriage return or a line feed can begin a line end.
-    if ((c == '\n' || c == '\r') && isLineEnd(at)) return at;
+    if ((*from == '\n' || *from == '\r') && isLineEnd(at)) return at;
+    isPlain_ = false;
+    countLine(*from);
   }
-  return at;
 }
 
 std::size_t RowReader::endOfQuoted(std::size_t at) {
@@ -75,6 +82,8 @@ std::size_t RowReader::endOfQuoted(std::size_t at) {
     } else if (ends_ == LineEnds::Pairs && isLineEnd(at)) {
       broken_ = true;
       return at;
+    } else {
+      countLine(text_[at]);
     }
   }
   if (at == text_.size()) {
@@ -91,10 +100,12 @@ void RowReader::endRow(std::size_t at) {
   if (end_ - start_ > maxLineLength) broken_ = true;
   const std::string_view rest = text_.substr(at, pair.size());
   next_ = at + (rest == pair ? pair.size() : std::min<std::size_t>(rest.size(), 1));
-  const char feed = ends_ == LineEnds::CarriageReturns ? '\r' : '\n';
-  // Most rows have one line.
-  nextLine_ = line_ + static_cast<std::size_t>(
-                          std::count(text_.data() + start_, text_.data() + next_, feed));
+  ++nextLine_;
+}
+
+// As an editor does, also within a value.
+void RowReader::countLine(char c) {
+  if (c == (ends_ == LineEnds::CarriageReturns ? '\r' : '\n')) ++nextLine_;
 }
 
 std::string_view meantValue(std::string_view written, std::string& room) {

@@ -2,6 +2,7 @@
 // single one, separators and line breaks included; two quotes inside it are one.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <span>
 #include <string>
@@ -16,6 +17,14 @@ enum class LineEnds {
   CarriageReturns  ///< alone
 };
 
+/// A value as it is written, quotes included.
+struct WrittenCell {
+  std::string_view text;
+  /// It is ASCII, and has nothing in it that quotes, separates or ends anything, here or on the
+  /// screens: it means what is written.
+  bool isPlain = true;
+};
+
 class RowReader {
  public:
   /// The text lives as long. `line` is the number of the one at `offset`.
@@ -25,8 +34,8 @@ class RowReader {
   /// Goes on to the next row; false behind the last one.
   bool next();
 
-  /// The values as they are written, quotes included; valid until the next row.
-  std::span<const std::string_view> cells() const { return cells_; }
+  /// Valid until the next row.
+  std::span<const WrittenCell> cells() const { return cells_; }
   /// Without its line end.
   std::string_view row() const { return text_.substr(start_, end_ - start_); }
   std::string_view lineEnd() const { return text_.substr(end_, next_ - end_); }
@@ -39,8 +48,9 @@ class RowReader {
 
  private:
   std::size_t endOfQuoted(std::size_t at);
-  std::size_t endOfPlain(std::size_t at) const;
+  std::size_t endOfPlain(std::size_t at);
   bool isLineEnd(std::size_t at) const;
+  void countLine(char c);
   void endRow(std::size_t at);
 
   std::string_view text_;
@@ -52,7 +62,9 @@ class RowReader {
   std::size_t line_;
   std::size_t nextLine_;
   bool broken_ = false;
-  std::vector<std::string_view> cells_;
+  std::vector<WrittenCell> cells_;
+  bool isPlain_ = true;              // the cell that is read
+  std::array<bool, 256> special_{};  // the bytes that a plain value does not have
 };
 
 /// What a value means: without its quotes. `room` holds it where that takes a text of its own.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
@@ -37,15 +38,27 @@ bool isNamed(const std::string& name, std::string_view encoding) {
   return plain == plainName(encoding) || (encoding == windows && plain == "cp1252");
 }
 
-/// The order is that of the machines that the program runs on, or the other one.
-std::string decodeWide(std::string_view bytes, bool isBigEndian) {
+/// The units of UTF-16 in the order of the machines that the program runs on, or the other one.
+std::u16string unitsOf(std::string_view bytes, bool isBigEndian) {
   std::u16string units(bytes.size() / 2, u'\0');
-  const std::size_t high = isBigEndian ? 0 : 1;
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    units[i] = static_cast<char16_t>(static_cast<unsigned char>(bytes[2 * i + high]) << 8U |
-                                     static_cast<unsigned char>(bytes[2 * i + 1 - high]));
+  std::memcpy(units.data(), bytes.data(), units.size() * 2);
+  if (!isBigEndian) return units;
+  for (char16_t& unit : units) unit = static_cast<char16_t>(unit << 8U | unit >> 8U);
+  return units;
+}
+
+// In blocks, so that a long text takes no memory beside the result.
+std::string decodeWide(std::string_view bytes, bool isBigEndian) {
+  constexpr std::size_t blockSize = std::size_t{1} << 15;
+  std::string text;
+  text.reserve(bytes.size() / 2);
+  for (std::size_t at = 0; at + 1 < bytes.size();) {
+    std::u16string units = unitsOf(bytes.substr(at, blockSize), isBigEndian);
+    const bool isCut = units.size() > 1 && units.back() >= 0xD800 && units.back() < 0xDC00;
+    if (isCut) units.pop_back();  // the first half of a character
+    text += toUtf8(units);
+    at += units.size() * 2;
   }
-  std::string text = toUtf8(units);
   if (bytes.size() % 2 != 0) text.append("\xEF\xBF\xBD");  // half a character
   return text;
 }
@@ -66,18 +79,12 @@ std::string lineText(std::string_view text, std::size_t offset) {
   return "line " + std::to_string(lineAt(text, offset));
 }
 
-std::size_t firstBeyondAscii(std::string_view text) {
-  return static_cast<std::size_t>(
-      std::ranges::find_if(text, [](char c) { return static_cast<unsigned char>(c) >= 0x80; }) -
-      text.begin());
-}
-
 /// The first letter beyond ASCII that is UTF-8, in a text that is not all of it.
 std::size_t findLetter(std::string_view text, std::size_t from) {
   while (from < text.size()) {
     const std::string_view rest = text.substr(from);
     const std::size_t invalid = std::min(findInvalidUtf8(rest), rest.size());
-    const std::size_t letter = firstBeyondAscii(rest.substr(0, invalid));
+    const std::size_t letter = asciiRun(rest.substr(0, invalid));
     if (letter < invalid) return from + letter;
     from += invalid + 1;
   }
@@ -156,7 +163,7 @@ void SourceText::takeNamed(std::string_view bytes, const std::string& name) {
 
 // Text in another encoding is UTF-8 by chance only if it has next to no letters beyond ASCII.
 void SourceText::takeFound(std::string_view bytes) {
-  const std::size_t first = firstBeyondAscii(bytes);
+  const std::size_t first = asciiRun(bytes);
   if (first == bytes.size()) {
     canonical_ = true;
     text_ = bytes;

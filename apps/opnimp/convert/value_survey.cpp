@@ -93,6 +93,7 @@ void ValueSurvey::decideDates(const ConvertOptions& options, bool isCanonical,
                               ValueRules& rules) const {
   if (options.dateOrder) {
     rules.dateOrder = options.dateOrder;
+    rules.ordersAreSure = true;
     assume(rules, "dates", std::string(nameOf(*options.dateOrder)), "given with --date-order", "");
   } else {
     findDateOrder(isCanonical, rules);
@@ -121,6 +122,7 @@ void ValueSurvey::findDateOrder(bool isCanonical, ValueRules& rules) const {
                              ": say which it is with " + std::string(dateOrderOption));
     return;
   }
+  rules.ordersAreSure = month || day;
   rules.dateOrder = month ? DateOrder::MonthDayYear : DateOrder::DayMonthYear;
   if (month || (day && (either || !isCanonical))) {
     assume(rules, "dates", std::string(nameOf(*rules.dateOrder)),
@@ -136,6 +138,7 @@ void ValueSurvey::decideAmounts(const ConvertOptions& options, bool isCanonical,
                                 ValueRules& rules) const {
   if (options.decimal) {
     rules.decimal = options.decimal;
+    rules.decimalIsSure = true;
     assume(rules, "decimal sign", options.decimal == ',' ? "comma" : "point",
            "given with --decimal", "");
   } else {
@@ -172,6 +175,7 @@ void ValueSurvey::findDecimal(bool isCanonical, ValueRules& rules) const {
                              std::string(decimalOption));
     return;
   }
+  rules.decimalIsSure = comma || point;
   rules.decimal = comma ? ',' : '.';
   if (comma || (point && (groupedByComma || !isCanonical))) {
     assume(rules, "decimal sign", comma ? "comma" : "point", (comma ? comma : point).first(),
@@ -205,12 +209,15 @@ std::optional<std::string> canonicalDateCell(std::string_view text, const ValueR
   // By a year that comes first the screens may read no date where there is one.
   if (date.clue == DateClue::None && rules.dateOrder != DateOrder::YearMonthDay)
     return std::nullopt;
-  const auto canonical = canonicalDate(text, date, *rules.dateOrder);
-  fits = canonical.has_value() || date.clue == DateClue::None;
   // What the screens read well stays.
   const bool isRead = date.clue == DateClue::AnyOrder || rules.dateOrder == DateOrder::DayMonthYear;
-  const bool stays = isRead && !date.isDigits && rules.dateOrder != DateOrder::YearMonthDay;
-  return stays ? std::nullopt : canonical;
+  if (isRead && !date.isDigits && rules.dateOrder != DateOrder::YearMonthDay) {
+    fits = date.clue != DateClue::MonthFirst;
+    return std::nullopt;
+  }
+  auto canonical = canonicalDate(text, date, *rules.dateOrder);
+  fits = canonical.has_value() || date.clue == DateClue::None;
+  return canonical;
 }
 
 std::optional<std::string> canonicalAmountCell(std::string_view text, const ValueRules& rules,
@@ -221,6 +228,7 @@ std::optional<std::string> canonicalAmountCell(std::string_view text, const Valu
     const bool isUsual = plain && text.find(',') == std::string_view::npos;
     if (isUsual) return std::nullopt;
   }
+  if (auto plain = canonicalPlainAmount(text, *rules.decimal)) return plain;
   const std::optional<AmountText> amount = readAmount(text);
   if (!amount || (rules.leavesCurrencies && !amount->currency.empty())) return std::nullopt;
   auto canonical = canonicalAmount(*amount, *rules.decimal);

@@ -31,6 +31,8 @@ struct ClueTally {
 struct ValueRules {
   std::optional<DateOrder> dateOrder;  ///< empty: dates stay as they are
   std::optional<char> decimal;         ///< empty: amounts stay as they are
+  bool ordersAreSure = false;          ///< the order was given, or some date shows it
+  bool decimalIsSure = false;          ///< the same of the decimal sign
   bool leavesCurrencies = false;       ///< there are several, which must not be added up
   bool changeValues = false;           ///< some value may be one to rewrite
   std::vector<Assumption> assumptions;

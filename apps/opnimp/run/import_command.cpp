@@ -18,6 +18,7 @@
 #include "apps/opnimp/run/dry_run.h"
 #include "apps/opnimp/run/lock_holders.h"
 #include "apps/opnimp/run/lock_watch.h"
+#include "apps/opnimp/run/profiles.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/single_import.h"
 #include "apps/opnimp/run/watched_run.h"
@@ -38,6 +39,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     call_.database = foresight.database;
     readFiles();
     drive();
+    saveProfile(files_.front().result(), call_.surroundings, call_.events);
     foresight.ended(result());
   }
 
@@ -71,6 +73,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       throw;
     }
     call_.events.progress().erase();
+    saveProfile(files_.front().result(), call_.surroundings, call_.events);
     // Last of all: it tells what became of the other files.
     for (SingleImport& file : files_) {
       ImportOutputs::writeReport(file.result());

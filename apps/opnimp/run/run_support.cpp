@@ -142,6 +142,10 @@ std::unique_ptr<const CsvRecords> convertedRecords(std::string bytes, const Argu
   Conversion conversion;
   const bool isText = !bytes.empty() && !CsvRecords::isWorkbook(bytes);
   if (isText && !arguments.convert.raw) conversion = convert(bytes, arguments);
+  if (arguments.profile) {
+    conversion.assumptions.insert(conversion.assumptions.begin(),
+                                  {"profile", *arguments.profile, "given with --profile", ""});
+  }
   return std::make_unique<CsvRecords>(std::move(bytes), std::move(conversion));
 }
 
@@ -188,6 +192,7 @@ void viewAndMap(ScreenSession& session, const Arguments& arguments, const InputR
   if (session.screen().lv.columnCount() == 0) {
     throw Refused("the first line of the file is empty; it must hold column titles");
   }
+  if (arguments.profile) requireTitles(session.screen(), arguments);
   for (const MapOption& option : arguments.maps) mapByHand(session.screen(), report, option);
 }
 

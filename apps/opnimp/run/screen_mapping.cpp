@@ -85,9 +85,24 @@ std::vector<FieldMapping> readMapping(const ImportScreen& screen) {
   return mapping;
 }
 
+void requireTitles(const ImportScreen& screen, const Arguments& arguments) {
+  std::vector<std::string> missing;
+  for (const MapOption& map : arguments.maps) {
+    if (map.isOfProfile && titledAnyCase(screen.lv, map.column).empty()) {
+      missing.push_back('"' + map.column + '"');
+    }
+  }
+  if (missing.empty()) return;
+  throw Refused("the profile " + *arguments.profile +
+                " does not fit the file, which has no column " + listed(missing) +
+                "; it has: " + titles(screen.lv));
+}
+
 void mapByHand(ImportScreen& screen, ImportReport& report, const MapOption& option) {
   const std::size_t column = fileColumn(screen.lv, option.column);
   const std::size_t field = fieldNamed(screen.mappingList, option.field);
+  // What maps by its title needs no hand, which is stricter on empty values.
+  if (option.isOfProfile && sharedColumn(screen, field) == column) return;
   report.beginStep();
   screen.lv.userColumnClick(column);
   screen.mappingList.userColumnClick(field);

@@ -13,6 +13,9 @@ namespace velk {
 /// What is mapped now. To be read before an import, which empties the screen.
 std::vector<FieldMapping> readMapping(const ImportScreen& screen);
 
+/// Raises Refused, with the titles of the profile that the file does not have.
+void requireTitles(const ImportScreen& screen, const Arguments& arguments);
+
 /// Clicks the file column's header and then the field's. Raises Refused when there is no such
 /// column or field, or when the screen does not map it; then with what the screen said.
 void mapByHand(ImportScreen& screen, ImportReport& report, const MapOption& option);

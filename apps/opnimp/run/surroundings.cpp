@@ -20,6 +20,7 @@ Surroundings realSurroundings() {
                 return openOdbc(connectionString, options);
               },
           .stateFolder = stateFolder(),
+          .settingsFolder = settingsFolder(),
           .machineStart = machineStart()};
 }
 

@@ -1,0 +1,113 @@
+// Profiles: how one file was read is kept, and the next one is read so.
+#include <doctest/doctest.h>
+
+#include "tests/support/json_value.h"
+#include "tests/support/runner.h"
+
+using namespace velk;
+
+namespace {
+
+struct Profiles {
+  RunnerWorld world;
+  std::string first = world.folder.write("1.csv",
+                                         "Party;Note #;Day;Bill Amount;Balance\r\n"
+                                         "C001;R1;03/25/2008;1.000,50;5\r\n");
+
+  Ran save(std::vector<std::string> more = {}) {
+    std::vector<std::string> args{"preview",           world.kind,       first,      "--map",
+                                  "Customer ID=party", "--map",          "Date=Day", "--map",
+                                  "Reference=#2",      "--save-profile", "acme"};
+    args.insert(args.end(), more.begin(), more.end());
+    return world.run(args);
+  }
+};
+
+}  // namespace
+
+TEST_CASE("a profile reads the next file as the first one was read") {
+  Profiles profiles;
+  RunnerWorld& world = profiles.world;
+  const Ran saved = profiles.save({"--delimiter", "semicolon", "--accept", "date-without-year"});
+  CHECK_MESSAGE(saved.status == 0, saved.out);
+  const std::string path = world.folder.path("settings/opnimp/profiles/acme.ini");
+  CHECK(contains(saved.err, "The profile acme was saved in " + path));
+  const std::string text = world.folder.read("settings/opnimp/profiles/acme.ini");
+  for (const char* line :
+       {"kind = \"customer-opening\"", "map = \"Customer ID=Party\"", "map = \"Reference=Note #\"",
+        "map = \"Balance=Balance\"", "delimiter = \"semicolon\"", "date-order = \"mdy\"",
+        "decimal = \"comma\"", "accept = \"date-without-year\""}) {
+    CHECK_MESSAGE(contains(text, line), text);
+  }
+  // Neither the order of its dates nor its decimal sign can be told from the next one.
+  const std::string next = world.folder.write(
+      "2.csv", "Balance;Bill Amount;Day;Note #;PARTY\r\n5;1.250;03/04/2008;R2;C002\r\n");
+  CHECK(world.import(next).status == 2);
+  const Json report(world.import(next, {"--profile", "acme", "--json"}).out);
+  CHECK(report.at("status") == "0");
+  CHECK(report.at("assumed[0].value") == "acme");
+  CHECK(Json(world.run({"report", "1", "--json"}).out).at("assumed[0].what") == "profile");
+  CHECK(world.ask("SELECT Amount FROM CustomerDebitNote") == "1250");
+  CHECK(contains(world.run({"preview", world.kind, next, "--profile", path}).out, "month first"));
+  CHECK(contains(world
+                     .run({"convert", world.kind, next, world.folder.path("3.csv"),
+                           "--profile=acme", "--date-order=dmy", "--decimal", "point"})
+                     .out,
+                 "day first"));
+  CHECK(contains(world.folder.read("3.csv"), "5,1.250,03/04/2008"));
+  // What does not fit is named, all of it, and nothing is posted.
+  const std::string other =
+      world.folder.write("4.csv", "Party;Bill Amount;When;Balance\r\nC001;1;03/04/2008;1\r\n");
+  const Ran unfit = world.import(other, {"--profile", "acme"});
+  CHECK(unfit.status == 2);
+  CHECK_MESSAGE(contains(unfit.out, "no column \"Note #\", \"Day\"; it has: Party"), unfit.out);
+  CHECK(debits(world) == "1");
+}
+
+TEST_CASE("a profile that makes no sense is refused, and one that is there is kept") {
+  Profiles profiles;
+  RunnerWorld& world = profiles.world;
+  const std::string kind = "kind = customer-opening\n";
+  const struct {
+    std::string text, says;
+  } rows[] = {
+      {"", "which kind"},
+      {"kind = vendor\n", "for files of the kind vendor"},
+      {kind + "database = x.db\n", "it has \"database\", which no profile has"},
+      {kind + "[import]\ndecimal = comma\n", "which no profile has"},
+      {kind + "decimal = comma\nencoding = UTF-8\ndecimal = point\n", "decimal more than once"},
+      {kind + "date-order = \"ydm\"\n", "ydm not in"},
+      {kind + "header-line = -1\n", "--header-line takes a number"},
+      {kind + "replace = maybe\n", "replace is true"},
+      {kind + "encoding = \n", "encoding has no value"},
+      {kind + "encoding = no-such\n", "no encoding \"no-such\""},
+      {kind + "map = nothing\n", "--map takes"},
+      {kind + "accept = --again\n", "--again"},
+      {kind + "#\xFF\n", "no text in UTF-8"},
+      {std::string(70000, '#'), "larger than 64 KB"}};
+  for (const auto& row : rows) {
+    CAPTURE(row.says);
+    const Ran ran =
+        world.import(profiles.first, {"--profile", world.folder.write("p.ini", row.text)});
+    CHECK(ran.status == 3);
+    CHECK_MESSAGE(contains(ran.err, row.says), ran.err);
+  }
+  CHECK(world.import(profiles.first, {"--profile", "none"}).status == 4);
+  CHECK(profiles.save().status == 0);
+  const Ran again = profiles.save();
+  CHECK(again.status == 3);
+  CHECK(contains(again.err, "never replaced"));
+  // A title that no line takes; a file that is refused; no folder.
+  const std::string lines =
+      world.folder.write("l.csv", "Customer ID,\"Bill, \nAmount\",Balance\r\nC001,1,1\r\n");
+  CHECK(contains(
+      world
+          .run({"preview", world.kind, lines, "--map", "Bill Amount=#2", "--save-profile", "lines"})
+          .err,
+      "does not fit into a line"));
+  CHECK(contains(world.run({"preview", world.kind, profiles.first, "--save-profile", "no"}).err,
+                 "the file was refused"));
+  CHECK_FALSE(world.folder.has("settings/opnimp/profiles/no.ini"));
+  world.surroundings.settingsFolder.clear();
+  CHECK(world.import(profiles.first, {"--profile", "acme"}).status == 4);
+}
