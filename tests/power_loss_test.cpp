@@ -265,16 +265,17 @@ void checkImport(const DiskFiles& files, const Intended& intended, bool isEnd) {
 TEST_CASE("power: an import says what the disk has, and is taken up") {
   const std::pair<const char*, MakeArguments> ways[] = {{"WAL", importAll},
                                                         {"DELETE", importUndoable}};
-  const auto chosen = std::random_device()() % std::size(ways);
-  for (const auto& [way, command] : ways) {
-    if (!triesAll() && way != ways[chosen].first) continue;
+  const std::size_t chosen = std::random_device()() % std::size(ways);
+  for (std::size_t i = 0; i < std::size(ways); ++i) {
+    if (!triesAll() && i != chosen) continue;
+    const std::string way = ways[i].first;
     MESSAGE(way);
     const TemporaryFolder folder;
     write(folder, companyFiles());
     openOdbc(embeddedConnectionString(folder.path("company.db")))
-        ->Execute(std::string("PRAGMA journal_mode = ") + way);
+        ->Execute("PRAGMA journal_mode = " + way);
     Recorded recorded({{"company.db", folder.read("company.db")}, {"in.csv", inputText()}},
-                      command);
+                      ways[i].second);
     REQUIRE_MESSAGE(recorded.ran.status == 1, recorded.ran.err);
     const Intended intended(recorded);
     losePower(recorded, OPNIMP_SANITIZED ? 2 : 5,

@@ -182,6 +182,10 @@ void FileJournal::hostChanges(const HostChange& change) {
   if (run_) orEndRun([&] { run_->hostChanges(change); });
 }
 
+void FileJournal::serverHas(const std::string& history) {
+  if (run_ && !history.empty()) orEndRun([&] { run_->serverHas(history); });
+}
+
 void FileJournal::doubtFrom(std::uint64_t run, std::size_t record) {
   if (run_) orEndRun([&] { run_->recordsDoubted(run, record); });
 }
