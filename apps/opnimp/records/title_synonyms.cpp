@@ -8,10 +8,10 @@ namespace {
 
 constexpr std::string_view customer = "Customer ID";
 constexpr std::string_view customerName = "Customer Name";
-constexpr std::string_view vendor = "Vendor ID,Vendor Code";
+constexpr std::string_view vendorId = "Vendor ID,Vendor Code";
 constexpr std::string_view vendorName = "Vendor Name";
 
-constexpr std::array table{std::to_array<Synonyms>({
+constexpr std::array synonymTable{std::to_array<Synonyms>({
     {customer, "English",
      "Customer Code,Customer Number,Customer,Client ID,Client Code,Party Code,Party ID,Account "
      "Code,Account Number,Debtor Code,Debtor ID,Retailer Code,Code"},
@@ -28,15 +28,15 @@ constexpr std::array table{std::to_array<Synonyms>({
     {customerName, "Portuguese", "Nome do cliente,Razão social"},
     {customerName, "Italian", "Nome cliente,Ragione sociale"},
     {customerName, "Dutch", "Klantnaam,Bedrijfsnaam"},
-    {vendor, "English",
+    {vendorId, "English",
      "Vendor Number,Vendor,Supplier ID,Supplier Code,Supplier Number,Creditor Code,Creditor "
      "ID,Party Code,Party ID,Account Code,Account Number,Code"},
-    {vendor, "German", "Lieferantennummer,Lieferanten Nr,Kreditor,Kreditorennummer,Kontonummer"},
-    {vendor, "French", "Code fournisseur,Numéro fournisseur,N° fournisseur,Compte fournisseur"},
-    {vendor, "Spanish", "Código de proveedor,Código proveedor,ID proveedor,Número de proveedor"},
-    {vendor, "Portuguese", "Código do fornecedor,ID do fornecedor"},
-    {vendor, "Italian", "Codice fornitore,ID fornitore"},
-    {vendor, "Dutch", "Leveranciersnummer,Leverancierscode,Crediteurnummer"},
+    {vendorId, "German", "Lieferantennummer,Lieferanten Nr,Kreditor,Kreditorennummer,Kontonummer"},
+    {vendorId, "French", "Code fournisseur,Numéro fournisseur,N° fournisseur,Compte fournisseur"},
+    {vendorId, "Spanish", "Código de proveedor,Código proveedor,ID proveedor,Número de proveedor"},
+    {vendorId, "Portuguese", "Código do fornecedor,ID do fornecedor"},
+    {vendorId, "Italian", "Codice fornitore,ID fornitore"},
+    {vendorId, "Dutch", "Leveranciersnummer,Leverancierscode,Crediteurnummer"},
     {vendorName, "English", "Supplier Name,Creditor Name,Party Name,Account Name,Name"},
     {vendorName, "German", "Lieferantenname,Lieferant,Firma"},
     {vendorName, "French", "Nom fournisseur,Nom du fournisseur,Raison sociale"},
@@ -131,7 +131,7 @@ constexpr std::array table{std::to_array<Synonyms>({
 }  // namespace
 
 std::span<const Synonyms> synonyms() {
-  return table;
+  return synonymTable;
 }
 
 }  // namespace velk
