@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <map>
 
+#include "apps/opnimp/audit/outcome.h"
 #include "apps/opnimp/run/document_lookup.h"
 #include "tests/support/fake_database.h"
 #include "tests/support/json_value.h"

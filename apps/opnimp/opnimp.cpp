@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <new>
+#include <sstream>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
@@ -17,6 +18,7 @@
 #include "apps/opnimp/run/lock_holders.h"
 #include "apps/opnimp/run/preview_command.h"
 #include "apps/opnimp/run/profiles.h"
+#include "apps/opnimp/run/run_support.h"
 
 namespace velk {
 
@@ -59,6 +61,18 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
   return ExitStatus::Posted;
 }
 
+/// With --quiet there is no report of what went well.
+ExitStatus runQuietly(const Arguments& arguments, const Streams& streams,
+                      const Surroundings& surroundings) {
+  // Its output may be the file that it writes.
+  const bool tellsItself = arguments.command == Arguments::Command::Convert;
+  if (!arguments.quiet || tellsItself) return runCommand(arguments, streams, surroundings);
+  std::ostringstream report;
+  const ExitStatus status = runCommand(arguments, {report, streams.err, false}, surroundings);
+  if (status != ExitStatus::Posted) streams.out << report.str();
+  return status;
+}
+
 /// Without the secrets of a connection string that was given in the wrong place.
 std::string masked(std::string text, std::span<const std::string> args) {
   for (const std::string& arg : args) {
@@ -97,11 +111,12 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
   const bool json = asksForJson(args);
   Events events(streams, asksForJsonLog(args));
   try {
-    const Arguments arguments = argumentsWithProfile(args, surroundings);
+    Arguments arguments = argumentsWithProfile(args, surroundings);
+    takeStandardInput(arguments, surroundings);
     streams.out << arguments.answer;
     const bool answered = !arguments.answer.empty();
     const ExitStatus status =
-        answered ? ExitStatus::Posted : runCommand(arguments, streams, surroundings);
+        answered ? ExitStatus::Posted : runQuietly(arguments, streams, surroundings);
     // A full disk shows only when the buffer is written.
     streams.out.flush();
     if (streams.out) return static_cast<int>(status);

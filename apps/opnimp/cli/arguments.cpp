@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <map>
 
+#include "apps/opnimp/cli/command_pages.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/help_texts.h"
 #include "apps/opnimp/cli/printable.h"
@@ -186,6 +187,32 @@ class CommandLine {
     addFlag({import, preview, exporting, checking, runs, report, kinds}, "--json", arguments_.json,
             jsonHelp);
     addLogFormat({import, preview, exporting, checking});
+    addFlag({import, preview, exporting, app_.get_subcommand("convert")}, "-q,--quiet",
+            arguments_.quiet, quietHelp);
+    addFlag({import}, "-v,--verbose", arguments_.verbose, verboseHelp);
+    import->get_option("--verbose")->excludes("--quiet");
+    addPages();
+    for (const Example& example : examples) {
+      CLI::App* const command = app_.get_subcommand(example.command);
+      command->footer(std::string("Examples:\n") + example.lines + "\n" + command->get_footer());
+    }
+  }
+
+  /// What describes the program to others is made of this very definition.
+  void addPages() {
+    app_.add_subcommand("man", "print the manual page, for man(1)")
+        ->group("Commands")
+        ->callback([this] { arguments_.answer = manualPage(app_, programVersion); });
+    CLI::App* const completion =
+        app_.add_subcommand("completion", "print a script by which a shell completes what is typed")
+            ->group("Commands");
+    const auto take = [this](const std::string& shell) {
+      arguments_.answer = completionScript(app_, shell);
+    };
+    completion->add_option_function<std::string>("SHELL", take, "bash, zsh or fish")
+        ->required()
+        ->type_name("")
+        ->check(CLI::Validator(CLI::IsMember({"bash", "zsh", "fish"})).description(""));
   }
 
   void addConvert() {
@@ -195,10 +222,15 @@ class CommandLine {
                   "windows-1252, with commas, dates that read in one way and\n"
                   "amounts with a point; needs no database");
     const auto takeFile = [this](const std::string& file) { arguments_.files = {file}; };
-    command->add_option_function<std::string>("IN", takeFile, "the file of the other program")
+    command
+        ->add_option_function<std::string>("IN", takeFile,
+                                           "the file of the other program; - is standard input")
         ->required()
         ->type_name("");
-    addText(*command, "OUT", "", arguments_.file, "the new file")->required();
+    addText(*command, "OUT", "", arguments_.file,
+            "the new file; - is standard output, and the report then goes\n"
+            "to standard error")
+        ->required();
     addConvertOptions({command});
     addMap({command});
     addText({command}, "--profile", "NAME", arguments_.profile, profileHelp);

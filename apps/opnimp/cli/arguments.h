@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,6 +13,9 @@
 #include "apps/opnimp/cli/kinds.h"
 
 namespace velk {
+
+/// In the place of a file: standard input, or output.
+inline constexpr std::string_view standardStream = "-";
 
 /// One --map option: "Field=Column".
 struct MapOption {
@@ -43,8 +47,9 @@ struct Arguments {
   const ImportKind* kind = nullptr;
   std::vector<const ImportKind*> kinds;  ///< to tell of, or check the database for; empty: all
   std::string file;  ///< to write, convert to, split, or make; of eachFile the one to import
-  std::vector<std::string> files;      ///< to import, preview or convert
-  std::vector<std::string> databases;  ///< the hosts of one; empty: the environment names it
+  std::vector<std::string> files;            ///< to import, preview or convert
+  std::vector<std::string> databases;        ///< the hosts of one; empty: the environment names it
+  std::shared_ptr<const std::string> piped;  ///< what came from standard input, if it is a file
   std::vector<MapOption> maps;
   ConvertOptions convert;
   std::optional<std::string> profile;  ///< its name, or the path of its file
@@ -69,6 +74,8 @@ struct Arguments {
   bool dryRun = false;
   bool allOrNothing = false;
   bool oneByOne = false;  ///< each question to the database by itself
+  bool quiet = false;     ///< no report of what went well
+  bool verbose = false;   ///< what happens is told on standard error, as people read it
   bool json = false;
   bool jsonLog = false;  ///< on standard error
 };

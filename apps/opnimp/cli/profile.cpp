@@ -80,7 +80,7 @@ std::string listOfKeys() {
   return listed(names);
 }
 
-void writeLine(std::string_view key, std::string_view value, std::string& text) {
+void writeKey(std::string_view key, std::string_view value, std::string& text) {
   if (std::ranges::any_of(value, isControl)) {
     throw UsageError("\"" + printable(value) + "\" does not fit into a line");
   }
@@ -122,12 +122,12 @@ std::string profileText(const Profile& profile) {
       "# Options of the command line come first. Lines that begin with # are comments.\n";
   for (const Key& key : keys) {
     std::string lines;
-    if (key.name == kindKey) writeLine(key.name, profile.kind, lines);
+    if (key.name == kindKey) writeKey(key.name, profile.kind, lines);
     const std::string option = "--" + std::string(key.name);
     for (const std::string& given : profile.options) {
-      if (given == option) writeLine(key.name, "true", lines);
+      if (given == option) writeKey(key.name, "true", lines);
       if (given.starts_with(option + "="))
-        writeLine(key.name, given.substr(option.size() + 1), lines);
+        writeKey(key.name, given.substr(option.size() + 1), lines);
     }
     if (!lines.empty()) text.append("\n# ").append(key.comment).append("\n").append(lines);
   }

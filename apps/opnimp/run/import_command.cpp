@@ -31,7 +31,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
  public:
   ImportCommand(Arguments arguments, const Streams& streams, const Surroundings& surroundings)
       : arguments_(std::move(arguments)),
-        call_{Events(streams, arguments_.jsonLog), surroundings, arguments_.files.size() > 1} {}
+        call_{Events(streams, arguments_.jsonLog, arguments_.verbose), surroundings,
+              arguments_.files.size() > 1} {}
 
   void foresee(const Foresight& foresight) {
     call_.viewed = foresight.viewed;

@@ -18,6 +18,7 @@
 #include "mapping/file_survey.h"
 #include "platform/native/native_files.h"
 #include "shared/csv_text.h"
+#include "shared/numbered_files.h"
 
 namespace velk {
 
@@ -158,14 +159,42 @@ std::string readFile(const std::string& path) {
   }
 }
 
+std::string readFile(const std::string& path, const Arguments& arguments) {
+  return path == standardStream ? *arguments.piped : readFile(path);
+}
+
+void takeStandardInput(Arguments& arguments, const Surroundings& surroundings) {
+  if (arguments.file == standardStream && arguments.command != Arguments::Command::Convert) {
+    throw UsageError(
+        "a file needs a name here; - is standard input to import, preview and convert, and "
+        "standard output to convert. A file of that name is ./-");
+  }
+  if (std::ranges::find(arguments.files, standardStream) == arguments.files.end()) return;
+  if (arguments.kind->format == FileFormat::Workbook) {
+    throw UsageError("a workbook is not read from standard input: save it, and give its name");
+  }
+  constexpr std::size_t blockSize = std::size_t{1} << 16;
+  std::string bytes;
+  std::string block(blockSize, '\0');
+  while (surroundings.input != nullptr && *surroundings.input) {
+    surroundings.input->read(block.data(), static_cast<std::streamsize>(block.size()));
+    bytes.append(block, 0, static_cast<std::size_t>(surroundings.input->gcount()));
+    if (bytes.size() > maxTextLength) {
+      throw CannotOpen("standard input is longer than 2 GB; split it");
+    }
+  }
+  arguments.piped = std::make_shared<const std::string>(std::move(bytes));
+}
+
 std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
   NativeFileSystem files;
   try {
     if (arguments.kind->format == FileFormat::Workbook) {
       return fromLine(std::make_unique<WorkbookRecords>(files, arguments.file), arguments);
     }
-    if (arguments.convert.raw) refuseLongLine(files, arguments.file);
-    auto records = convertedRecords(readBytes(files, arguments.file), arguments);
+    const bool isOnDisk = arguments.file != standardStream;
+    if (arguments.convert.raw && isOnDisk) refuseLongLine(files, arguments.file);
+    auto records = convertedRecords(readFile(arguments.file, arguments), arguments);
     requireLines(records->longestLine(), arguments.file);
     return fromLine(std::move(records), arguments);
   } catch (const RuntimeError& error) {

@@ -1,6 +1,7 @@
 #include "apps/opnimp/run/surroundings.h"
 
 #include <cstdlib>
+#include <iostream>
 
 #include "platform/native/native_clock.h"
 #include "platform/native/native_state.h"
@@ -14,6 +15,7 @@ Surroundings realSurroundings() {
   return {.interrupted = [] { return false; },
           .clock = localNow,
           .user = userName,
+          .input = &std::cin,
           .database = database == nullptr ? "" : database,
           .openDatabase =
               [](const std::string& connectionString, const OdbcOptions& options) {

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <functional>
+#include <istream>
 #include <memory>
 #include <string>
 
@@ -20,6 +21,7 @@ struct Surroundings {
   std::function<Date()> clock;
   /// Who runs the program.
   std::function<std::string()> user;
+  std::istream* input = nullptr;  ///< standard input; null: there is none
   /// OPNIMP_DATABASE; empty: it is not set.
   std::string database{};
   /// Opens a database by its ODBC connection string. Raises RuntimeError.
