@@ -309,6 +309,24 @@ TEST_CASE("hosts: files of one call, and a server that is lost within one of the
   }
 }
 
+TEST_CASE("hosts: a run that resumes one at another server says what that may lack") {
+  for (const std::string line : {"line 1", "line 2"}) {
+    HostsWorld world;
+    world.dies = 5;
+    world.hosts["Driver=a"].connection->confirmed = "line 1";
+    auto second = world.hosts.extract("Driver=b");
+    second.mapped().connection->confirmed = line;
+    CHECK(world.importHosts().status == 5);
+    world.hosts.erase("Driver=a");
+    world.hosts.insert(std::move(second));
+    const Ran ran = world.importHosts({"--resume", "--rejects", world.folder.path("r.csv")});
+    CHECK_MESSAGE(ran.status == 1, (ran.out + ran.err));
+    const Json report(ran.out);
+    CHECK(report.at("serverReplaced") == (line == "line 1" ? "false" : "true"));
+    CHECK(contains(report.at("next"), "may lack what was posted last") == (line == "line 2"));
+  }
+}
+
 TEST_CASE("hosts: a run that is killed before it begins again has no record posted that is lost") {
   struct Case {
     std::size_t lags;

@@ -3,14 +3,18 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <sstream>
 
 #include "apps/opnimp/audit/export_result.h"
 #include "apps/opnimp/audit/pasted_value.h"
 #include "masters/ds_type_rules.h"
 #include "platform/native/native_files.h"
 #include "platform/spreadsheet/xls/xls_spreadsheet.h"
+#include "samples/company/sample_company.h"
 #include "tests/support/json_value.h"
+#include "tests/support/program.h"
 #include "tests/support/runner.h"
 #include "tests/support/salesmen.h"
 #include "tests/support/workbook_seeds.h"
@@ -235,6 +239,40 @@ TEST_CASE("a row behind a blank one is not called done") {
   const Ran ran = world.importRows({salesmanTitles, good, "", "B|||||Retail|"});
   CHECK(ran.status == 1);
   CHECK(contains(ran.out, "Import 1 row after the first blank row"));
+}
+
+TEST_CASE("the fullest sheet is imported in less than 512 MB") {
+  if (!triesAll()) return;  // it is a file of 240 MB
+  const TemporaryFolder folder;
+  createSampleCompany(folder.path("c.db"));
+  {
+    NativeFileSystem files;
+    const auto sheet = XlsSpreadsheet(files).add();
+    int column = 0;
+    std::istringstream titles(salesmanTitles);
+    for (std::string title; std::getline(titles, title, '|');) sheet->setText(1, ++column, title);
+    for (int row = 2; row <= maxSheetRows; ++row) {
+      for (column = 1; column <= maxSheetColumns; ++column) {
+        const std::string own = "text " + std::to_string(row * 8 + column);
+        sheet->setText(row, column, column <= 4 ? own : column == 7 ? "YES" : "Retail");
+      }
+    }
+    sheet->saveAs(folder.path("full.xls"));
+  }
+  // The peak is asked for until the program has ended.
+  const std::string script =
+      "cd " + folder.path("") + "; " OPNIMP_PROGRAM +
+      " import salesman full.xls --accept all --database c.db --app-folder . "
+      "--journal j > out 2>&1 & while grep VmHWM /proc/$!/status; do sleep "
+      ".02; done > peak; wait $!";
+  CHECK(std::system(script.c_str()) == 0);
+  CHECK(contains(folder.read("out"), "posted           65,535"));
+  const std::string peaks = folder.read("peak");
+  const std::size_t last = peaks.rfind("VmHWM:");
+  REQUIRE(last != std::string::npos);
+  const int megabytes = std::stoi(peaks.substr(last + std::size("VmHWM:"))) / 1024;
+  MESSAGE(megabytes << " MB");
+  CHECK(megabytes < 512);
 }
 
 TEST_CASE("an export tells what it wrote, and imports again") {

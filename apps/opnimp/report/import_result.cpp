@@ -33,7 +33,7 @@ std::size_t recordsLeft(const ImportResult& result) {
 
 /// The same of the runs that it goes on with.
 std::size_t leftBefore(const ImportResult& result) {
-  std::size_t left = result.setApart.size() + result.leftOut;
+  std::size_t left = result.setApart.size() + result.leftOut + (result.serverReplaced ? 1 : 0);
   for (const RefusedBefore& refused : result.refusedBefore) left += refused.records;
   return left;
 }
@@ -86,6 +86,13 @@ void addAllowedDsTypes(const ImportResult& result, std::vector<std::string>& ste
 }
 
 void addStepsForEarlierRuns(const ImportResult& result, std::vector<std::string>& steps) {
+  if (result.serverReplaced) {
+    const std::string run = std::to_string(result.resumes);
+    steps.push_back("Look up the last records of run " + run + " in the database (`opnimp report " +
+                    run +
+                    "` shows them): another server has taken over since, or it was started "
+                    "anew, and may lack what was posted last.");
+  }
   if (result.leftOut > 0) {
     steps.push_back("Look at the first " + counted(result.leftOut, "record", "records") +
                     " of the file: run " + std::to_string(result.resumes) +

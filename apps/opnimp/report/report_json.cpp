@@ -183,6 +183,7 @@ Json headJson(const ImportResult& result) {
       {"run", result.run == 0 ? Json() : Json(result.run)},
       {"resumes", result.resumes == 0 ? Json() : Json(result.resumes)},
       {"passedOver", result.passedOver},
+      {"serverReplaced", result.serverReplaced},
       {"setApart", result.setApart.size()},
       {"leftOut", result.leftOut},
       {"refusedBefore", listOf(result.refusedBefore,

@@ -72,6 +72,7 @@ void NextHost::beginAgain(const GoingOn& going, const HostChange& change) {
   if (run_.journal) {
     beginAgainInJournal(going, begun);
     run_.journal->hostChanges(change);
+    run_.journal->serverHas(call_.hosts->history());
   }
   run_.result.hostChanges.push_back(change);
   call_.events.hostChanges(run_.result, change);

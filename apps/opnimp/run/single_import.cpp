@@ -82,6 +82,8 @@ void SingleImport::resume(const Resumption& resumption) {
                      " now; give the same options");
   }
   result_.resumes = resumption.run;
+  result_.serverReplaced =
+      !resumption.history.empty() && resumption.history != call_.hosts->history();
   result_.leftOut = resumption.first;
   result_.setApart = resumption.doubtful;
   result_.refusedBefore = resumption.refused;
@@ -202,6 +204,7 @@ void SingleImport::beginJournal() {
     toldRecords_ = record + 1;
   };
   journal_->begin(result_, report_, recorder_);
+  journal_->serverHas(call_.hosts->history());
   call_.events.runBegins(result_);
 }
 
