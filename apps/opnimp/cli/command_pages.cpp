@@ -123,7 +123,7 @@ std::string cases(const CLI::App& app, Case writeCase) {
 
 std::string bashScript(const CLI::App& app) {
   const auto reply = [](const std::string& words) {
-    return "COMPREPLY=($(compgen -W \"" + words + "\" -- \"$word\")); return;";
+    return "COMPREPLY=($(compgen -W '" + words + R"(' -- "$word")); return;)";
   };
   return "_opnimp() {\n"
          "  local word=${COMP_WORDS[COMP_CWORD]}\n"
@@ -189,7 +189,7 @@ std::string fishScript(const CLI::App& app) {
 }  // namespace
 
 std::string manualPage(const CLI::App& app, std::string_view version) {
-  std::string page = ".TH OPNIMP 1 \"\" \"opnimp " + std::string(version) + "\"\n";
+  std::string page = R"(.TH OPNIMP 1 "" "opnimp )" + std::string(version) + "\"\n";
   page += ".SH NAME\nopnimp \\- imports opening data from files\n";
   page += ".SH SYNOPSIS\n.B opnimp\nCOMMAND ...\n";
   page += ".SH DESCRIPTION\n" + roff(app.get_description()) + "\n.SH COMMANDS\n";

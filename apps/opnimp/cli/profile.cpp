@@ -78,6 +78,7 @@ void add(const Key& key, const std::string& value, Profile& profile) {
 
 std::string listOfKeys() {
   std::vector<std::string> names;
+  names.reserve(keys.size());
   for (const Key& key : keys) names.emplace_back(key.name);
   return listed(names);
 }

@@ -392,13 +392,14 @@ void SingleImport::evaluate() {
 
 void SingleImport::doubtFrom(std::size_t record) {
   recorder_.doubtFrom(record + ImportScreen::firstDataRow);
-  if (journal_) journal_->doubtFrom(result_.run, record);
   drawUp();
   if (outputs_) outputs_->writeRejects(result_);
-  for (; record < count(); ++record) {
-    const RecordTrace& trace = result_.traces.records[record];
-    if (isDoubtful(trace.outcome)) call_.events.recordEnds(result_, record, trace);
+  for (std::size_t i = record; i < count(); ++i) {
+    const RecordTrace& trace = result_.traces.records[i];
+    if (isDoubtful(trace.outcome)) call_.events.recordEnds(result_, i, trace);
   }
+  // Last, as it is what may end the run.
+  if (journal_) journal_->doubtFrom(result_.run, record);
 }
 
 /// The record that was cut off ends only now.
