@@ -17,24 +17,21 @@
 #include "platform/native/pipe_reading.h"
 #include "platform/native/system_filter.h"
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define VELK_SANITIZED 1
-#endif
-#endif
-
 namespace velk {
 
 namespace {
 
-#ifdef VELK_SANITIZED
-// The sanitizers have memory beyond every limit and pipes of their own, and take their time.
-constexpr bool limitsAll = false;
-constexpr int slowness = 10;
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool isSanitized = true;
+#elif defined(__has_feature)
+constexpr bool isSanitized = __has_feature(address_sanitizer);
 #else
-constexpr bool limitsAll = true;
-constexpr int slowness = 1;
+constexpr bool isSanitized = false;
 #endif
+
+// The sanitizers have memory beyond every limit and pipes of their own, and take their time.
+constexpr bool limitsAll = !isSanitized;
+constexpr int slowness = isSanitized ? 10 : 1;
 
 // What the child ends with.
 constexpr int endedWhole = 0;
@@ -60,7 +57,7 @@ void confine(const WorkLimits& limits, std::size_t space, int pipe) {
   // The child must not outlive its parent, nor be looked into.
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   setLimit(RLIMIT_CPU, static_cast<rlim_t>(limits.computing.count() * slowness));
-  // Of the system's two ways to close others: between the last one and the highest there is.
+  // The pipe takes the place of standard input; nothing else stays open.
   ::dup2(pipe, STDIN_FILENO);
   if (::syscall(SYS_close_range, 1U, ~0U, 0U) != 0) ::_exit(endedBroken);
   setLimit(RLIMIT_FSIZE, 0);
