@@ -40,6 +40,7 @@ std::string commandWith(const Arguments& arguments, const std::string& choice) {
 std::vector<std::string> readyCommands(const Arguments& arguments,
                                        const std::vector<std::string>& choices) {
   std::vector<std::string> commands;
+  commands.reserve(choices.size());
   for (const std::string& choice : choices) commands.push_back(commandWith(arguments, choice));
   return commands;
 }

@@ -24,7 +24,7 @@ const Sheet* findSheet(const SheetSet& set, std::string_view name) {
         set.sheets, [&](const Sheet& sheet) { return matches(sheet.name, name); });
     return found == set.sheets.end() ? nullptr : &*found;
   };
-  if (const Sheet* const exact = named(std::equal_to<std::string_view>())) return exact;
+  if (const Sheet* const exact = named(std::equal_to())) return exact;
   if (const Sheet* const similar = named(equalsIgnoringCase)) return similar;
   const auto number =
       name.starts_with('#') ? exactNumber<std::size_t>(name.substr(1)) : std::nullopt;
