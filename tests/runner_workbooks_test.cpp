@@ -1,7 +1,9 @@
 // Workbooks of every kind of record, in every format: .xls, .xlsx and .ods.
 #include <doctest/doctest.h>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -77,8 +79,10 @@ TEST_CASE("workbooks: a sheet is taken where there is no doubt, else they are na
     std::string option, said;
     int status = 2;
   } rows[] = {
-      {{notes, one}, "", "Balances (no other one has titles of customer-opening)", 0},
+      {{notes, one}, "", "Balances (no other one has titles of customer-opening;", 0},
       {{{"Empty", {}}, one, hidden}, "", "no other one has values; left out: \"Old\" (hidden)", 0},
+      {{notes, one}, "", "; left out: \"Notes\"", 0},
+      {{one, {"Rest", {"|C2|B|R2||5|5"}}}, "", "--sheet NAME; there is \"Balances\", \"Rest\""},
       {{one, other}, "", "--sheet NAME; there is \"Balances\", \"More\""},
       {{one, other}, "more", "More (given with --sheet)", 0},
       {{one, hidden}, "#2", "Old (given with --sheet)", 0},
@@ -126,6 +130,62 @@ TEST_CASE("workbooks: a formula without a value is not imported unless that is a
   const Ran ran =
       world.import(world.folder.write("in", zipped(changed(parts, "</workbook>", asks))));
   CHECK(contains(ran.out, "--accept uncalculated-formulas"));
+}
+
+TEST_CASE("workbooks: what cells show beside their numbers is not lost") {
+  const auto bill = [](auto make, const std::string& amount) {
+    return make({{"S", {openingCaptions, "|C001|A|R1|#2004-02-28|" + amount + "|1"}}});
+  };
+  const auto shown = [&](const std::string& format, const std::string& amount = "%100") {
+    return changed(bill(xlsxParts, amount), "Code=\"00000", "Code=\"" + format);
+  };
+  const auto odsShown = [&](const std::string& text) {
+    return changed(bill(odsParts, "%100"), "00100", text);
+  };
+  const std::string none = "(none)";
+  const std::string later =
+      "<workbookPr date1904=\"1\"/><e:x xmlns:e=\"e\"><e:workbookPr/></e:x></workbook>";
+  const struct {
+    ZipParts parts;
+    std::string said, posted;
+  } rows[] = {{changed(bill(xlsxParts, "100"), "</workbook>", later), "", "2008-02-29 100.0"},
+              {changed(bill(xlsxParts, "100"), "Target=\"sheet", "Target=\"./sheet"), "",
+               "2004-02-28 100.0"},
+              {shown("0.00&quot; Cr&quot;"), "the first being 100.00 Cr in line 2", none},
+              {shown("(0.00)"), "another sign", none},
+              {shown("&quot;-&quot;0.00"), "another sign", none},
+              {shown("0.00&quot; Cr&quot;;0.00&quot; Dr&quot;", "%-100"), "another sign", none},
+              {shown("0.00&quot; Cr&quot;", "%-100"), "the first being -100.00 Cr", none},
+              {shown("0.00&quot; Dr&quot;;0.00&quot; Cr&quot;"), "", "2004-02-28 100.0"},
+              {shown("0.00;[Red]0.00", "%-100"), "1 amount is shown without a sign", none},
+              {odsShown("100.00 Cr"), "another sign", none},
+              {changed(bill(xlsxParts, "100"), "<row><c r=\"B2", "<row hidden=\"1\"><c r=\"B2"),
+               "(1, row 2, in", none},
+              {changed(bill(xlsxParts, "100"), "<sheetData>",
+                       "<cols><col min=\"6\" max=\"9\" hidden=\"true\"/></cols><sheetData>"),
+               "(1, row 2, in Bill Amount, Balance", none},
+              {changed(bill(odsParts, "100"), "<table:table-row>",
+                       "<table:table-row table:visibility=\"filter\">"),
+               "--accept hidden-rows", none},
+              {changed(bill(odsParts, "100"), "<table:table table:name=\"S\">",
+                       "<table:table table:name=\"S\"><table:table-column "
+                       "table:number-columns-repeated=\"5\"/><table:table-column "
+                       "table:visibility=\"collapse\" table:number-columns-repeated=\"16379\"/>"),
+               "(1, row 2, in Bill Amount, Balance", none},
+              {odsShown("#DIV/0!"), "--accept error-values", none},
+              {odsShown("$100"), "", "2004-02-28 100.0"},
+              {changed(changed(odsParts({{"S", {openingCaptions, "|C001|A|R1||%100|$5"}}}), "00100",
+                               "$100"),
+                       "1,1", "EUR 5"),
+               "several currencies", none}};
+  for (const auto& row : rows) {
+    RunnerWorld world;
+    const Ran ran = world.import(world.folder.write("in", zipped(row.parts)));
+    CHECK_MESSAGE(contains(ran.out, row.said), ran.out);
+    CHECK_MESSAGE(world.ask("select date(DocumentDate) || ' ' || Amount from CustomerDebitNote") ==
+                      row.posted,
+                  ran.out);
+  }
 }
 
 TEST_CASE("workbooks: salesmen come from any format, and become an .xls workbook") {
@@ -215,6 +275,17 @@ TEST_CASE("workbooks: what reads them can compute and nothing else") {
   CHECK(endOf([](const HandBack&) { ::abort(); }).end == End::Broken);
   CHECK(endOf([](const HandBack&) { throw 1; }).end == End::Broken);
   if (OPNIMP_SANITIZED) return;  // whose builds limit less
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const rlimit low{std::size_t{400} << 20U, std::size_t{400} << 20U};
+    ::setrlimit(RLIMIT_AS, &low);
+    const WorkLimits more{std::size_t{1} << 30U, limits.computing, limits.waiting, 100};
+    const WorkResult said = workConfined(more, [](const HandBack& say) { say("yes"); });
+    ::_exit(said.bytes == "yes" ? 0 : 1);
+  }
+  int status = 1;
+  ::waitpid(child, &status, 0);
+  CHECK(status == 0);
   const auto tried = endOf([](const HandBack& say) {
     const auto tell = [&](bool can) { say(can ? "can " : "not "); };
     tell(::open("/etc/passwd", O_RDONLY) >= 0);

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -38,8 +39,12 @@ constexpr int endedWhole = 0;
 constexpr int endedWithoutMemory = 2;
 constexpr int endedBroken = 3;
 
+/// Nobody may raise a limit that was set before.
 void setLimit(__rlimit_resource resource, rlim_t most) {
-  const rlimit both{most, most};
+  rlimit both{};
+  if (::getrlimit(resource, &both) != 0) ::_exit(endedBroken);
+  both.rlim_max = std::min(both.rlim_max, most);
+  both.rlim_cur = both.rlim_max;
   if (::setrlimit(resource, &both) != 0) ::_exit(endedBroken);
 }
 

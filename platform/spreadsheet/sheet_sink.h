@@ -1,6 +1,7 @@
 // The cells of a workbook's sheets as they are read, one after the other.
 #pragma once
 
+#include <bitset>
 #include <cstdint>
 #include <string_view>
 
@@ -21,11 +22,15 @@ struct SheetCell {
   Kind kind = Kind::Text;
   double value = 0;            ///< of a Number; of a Date as base/dates.h counts
   std::string_view text = {};  ///< as WorksheetReader::text(), in UTF-8
+  bool isHidden = false;       ///< its row or column is, also by a filter
 };
 
 /// Limits of the formats that are read.
 inline constexpr std::uint32_t mostSheetRows = 1048576;
 inline constexpr std::uint32_t mostSheetColumns = 16384;
+
+/// Those that users do not see, by their numbers.
+using HiddenColumns = std::bitset<mostSheetColumns + 1>;
 
 class SheetSink {
  public:

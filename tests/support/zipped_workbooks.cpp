@@ -167,7 +167,9 @@ ZipParts xlsxParts(const std::vector<TestSheet>& sheets) {
 
 ZipParts odsParts(const std::vector<TestSheet>& sheets) {
   std::string content =
-      "<office:document-content><office:automatic-styles><style:style style:name=\"out\">"
+      "<office:document-content xmlns:office=\"o\" xmlns:table=\"t\" xmlns:text=\"x\""
+      " xmlns:style=\"s\" xmlns:calcext=\"c\"><office:automatic-styles><style:style "
+      "style:name=\"out\">"
       "<style:table-properties table:display=\"false\"/></style:style></office:automatic-styles>"
       "<office:body><office:spreadsheet>";
   for (const TestSheet& sheet : sheets) {

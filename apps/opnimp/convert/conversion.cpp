@@ -9,6 +9,7 @@
 #include "apps/opnimp/convert/last_lines.h"
 #include "apps/opnimp/convert/layout.h"
 #include "apps/opnimp/convert/sheet_text.h"
+#include "apps/opnimp/convert/shown_amounts.h"
 #include "apps/opnimp/convert/source_text.h"
 #include "apps/opnimp/convert/value_survey.h"
 #include "base/text.h"
@@ -67,6 +68,7 @@ class Converter {
     if (rules_.ordersAreSure) result_.dateOrder = rules_.dateOrder;
     if (rules_.decimalIsSure) result_.decimal = rules_.decimal;
     for (const std::string& refusal : rules_.refusals) refuse(refusal);
+    if (sheet_ != nullptr) tellShown();
     refuseBroken();
     refuseUnread();
     const bool isWritten =
@@ -125,7 +127,10 @@ class Converter {
       }
       if (sheet_ != nullptr) noteOddCells(rows.line());
       for (const ValueColumn& column : columns_) {
-        if (sheetValue(rows, column)) continue;
+        if (sheetValue(rows, column)) {
+          noteShown(rows, column);
+          continue;
+        }
         const std::string_view value = valueText(rows.cells()[column.column]);
         if (value.empty()) continue;
         if (column.nature == FieldNature::Date) {
@@ -143,12 +148,30 @@ class Converter {
     return sheet_->value(rows.line(), column.column, column.nature);
   }
 
+  void noteShown(const RowReader& rows, const ValueColumn& column) {
+    if (column.nature != FieldNature::Amount) return;
+    shown_.add(*sheet_->cell(rows.line(), column.column), survey_);
+  }
+
+  /// Numbers lose what their formats say of them.
+  void tellShown() {
+    if (auto assumption = shown_.assumption()) assume(*std::move(assumption));
+    if (const std::string why = shown_.refusal(); !why.empty()) refuse(why);
+    if (!rules_.leavesCurrencies) return;
+    refuse("amounts are in several currencies, the first in another one being " +
+           rules_.otherCurrency + ": import each on its own");
+  }
+
   void noteOddCells(std::size_t line) {
     for (std::size_t column = 0; column < width_; ++column) {
       const SheetCell* const cell = sheet_->cell(line, column);
-      if (cell == nullptr || cell->kind < SheetCell::Kind::Error) continue;
-      const bool isError = cell->kind == SheetCell::Kind::Error;
-      result_.oddCells.push_back({line, column, isError, std::string(cell->text)});
+      if (cell == nullptr) continue;
+      const auto note = [&](CellOddity oddity) {
+        result_.oddCells.push_back({line, column, oddity, std::string(cell->text)});
+      };
+      if (cell->kind == SheetCell::Kind::Error) note(CellOddity::Error);
+      if (cell->kind == SheetCell::Kind::NoResult) note(CellOddity::NoResult);
+      if (cell->isHidden) note(CellOddity::Hidden);
     }
   }
 
@@ -296,6 +319,7 @@ class Converter {
   ClueTally unread_;  // rows of which nobody knows where the values stand
   ClueTally misfits_;
   ValueSurvey survey_;
+  ShownAmounts shown_;
   ValueRules rules_;
   std::string room_;
   std::string decoded_;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,12 +14,18 @@
 
 namespace velk {
 
-/// A cell of a worksheet whose formula has no value.
+enum class CellOddity : std::uint8_t {
+  NoResult,  ///< its formula was never calculated
+  Error,     ///< its formula came to one
+  Hidden     ///< users do not see its row or column
+};
+
+/// A cell of a worksheet that may not be what it seems to be.
 struct OddCell {
   std::size_t line = 0;    ///< of the file
   std::size_t column = 0;  ///< from 0
-  bool isError = false;    ///< it came to an error; else it was never calculated
-  std::string text;        ///< that shows in it
+  CellOddity oddity = CellOddity::NoResult;
+  std::string text;  ///< that shows in it
 };
 
 struct Conversion {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <limits>
+#include <set>
 #include <utility>
 
 #include "apps/opnimp/convert/layout.h"
@@ -41,6 +43,14 @@ Extent extentOf(const Sheet& sheet) {
     extent.rows = cell.row;
   }
   return extent;
+}
+
+std::size_t filledColumns(const Sheet& sheet) {
+  std::set<std::uint32_t> columns;
+  for (const SheetCell& cell : sheet.cells) {
+    if (!isBlank(cell)) columns.insert(cell.column);
+  }
+  return columns.size();
 }
 
 /// A carriage return would end the line.
@@ -97,12 +107,13 @@ void SheetText::choose(const Arguments& arguments) {
            namesOf(hidden));
   }
   chooseAmong(candidates, arguments);
-  if (refusal_.empty() && !hidden.empty()) {
-    assumption_.reason += "; left out: " + namesOf(hidden);
-  }
+  std::erase(candidates, sheet_);
+  candidates.insert(candidates.end(), hidden.begin(), hidden.end());
+  if (!candidates.empty()) assumption_.reason += "; left out: " + namesOf(candidates);
 }
 
-// Sheets of another content than records have no titles of them.
+// Sheets of another content than records have no titles of them, and are not as wide: a wider one
+// may be a part of the records whose titles are missing or spelt otherwise.
 void SheetText::chooseAmong(const std::vector<const Sheet*>& candidates,
                             const Arguments& arguments) {
   if (candidates.size() == 1) return take(*candidates.front(), "no other one has values");
@@ -112,7 +123,10 @@ void SheetText::chooseAmong(const std::vector<const Sheet*>& candidates,
     if (countSheetTitles(text_, arguments) > 1) titled.push_back(sheet);
   }
   text_.clear();
-  if (titled.size() != 1) {
+  const auto mayHaveRecords = [&](const Sheet* sheet) {
+    return sheet != titled.front() && filledColumns(*sheet) >= arguments.kind->mandatory.size();
+  };
+  if (titled.size() != 1 || std::ranges::any_of(candidates, mayHaveRecords)) {
     offer(candidates);
     refuse(
         "The workbook has several sheets with values: say which is meant with --sheet NAME; "

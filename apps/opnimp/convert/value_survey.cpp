@@ -87,9 +87,13 @@ void ValueSurvey::addAmount(std::string_view text, std::size_t line) {
   for (std::size_t form = 0; form < forms_.size(); ++form) {
     if (amount->has(static_cast<AmountForm>(form))) forms_[form].add(text, line);
   }
-  if (amount->currency.empty()) return;
-  if (currency_.empty()) currency_ = amount->currency;
-  if (currency_ != amount->currency) otherCurrencies_.add(text, line);
+  addCurrency(*amount, text, line);
+}
+
+void ValueSurvey::addCurrency(const AmountText& amount, std::string_view text, std::size_t line) {
+  if (amount.currency.empty()) return;
+  if (currency_.empty()) currency_ = amount.currency;
+  if (currency_ != amount.currency) otherCurrencies_.add(text, line);
 }
 
 ValueRules ValueSurvey::decide(const ConvertOptions& options, bool isCanonical) const {
@@ -201,6 +205,7 @@ void ValueSurvey::findDecimal(bool isCanonical, ValueRules& rules) const {
 // Amounts of several currencies look alike without them.
 void ValueSurvey::tellForms(ValueRules& rules) const {
   rules.leavesCurrencies = static_cast<bool>(otherCurrencies_);
+  if (otherCurrencies_) rules.otherCurrency = otherCurrencies_.first();
   for (std::size_t form = 0; form < forms_.size(); ++form) {
     const ClueTally& tally = forms_[form];
     const bool isLeft =

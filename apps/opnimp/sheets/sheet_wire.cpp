@@ -16,6 +16,7 @@ constexpr std::uint8_t sheetMark = 'S';
 constexpr std::uint8_t cellMark = 'C';
 constexpr std::uint8_t endMark = 'E';
 constexpr std::uint8_t refusalMark = 'F';
+constexpr std::uint8_t hiddenBit = 0x80;
 /// Many at once, since each piece costs two changes between processes.
 constexpr std::size_t pieceLength = std::size_t{1} << 16U;
 
@@ -28,7 +29,9 @@ std::string_view readText(FieldReader& fields) {
 
 SheetCell readCell(FieldReader& fields) {
   SheetCell cell;
-  const std::uint8_t kind = fields.u8();
+  const std::uint8_t first = fields.u8();
+  cell.isHidden = (first & hiddenBit) != 0;
+  const auto kind = static_cast<std::uint8_t>(first & ~hiddenBit);
   if (kind > static_cast<std::uint8_t>(SheetCell::Kind::NoResult)) damaged("a cell is of no kind");
   cell.kind = static_cast<SheetCell::Kind>(kind);
   cell.row = fields.u32();
@@ -61,7 +64,8 @@ void SheetWriter::sheet(std::string_view name, bool isHidden) {
 
 void SheetWriter::cell(const SheetCell& cell) {
   appendNumber(bytes_, cellMark);
-  appendNumber(bytes_, static_cast<std::uint8_t>(cell.kind));
+  appendNumber(bytes_, static_cast<std::uint8_t>(static_cast<unsigned>(cell.kind) |
+                                                 (cell.isHidden ? hiddenBit : 0U)));
   appendNumber(bytes_, cell.row);
   appendNumber(bytes_, cell.column);
   appendNumber(bytes_, std::bit_cast<std::uint64_t>(cell.value));

@@ -1,8 +1,9 @@
 // Sheets as bytes, from the process that reads a workbook to the one that wants it.
 //
 // A sheet is 'S', a byte that is 1 if it is hidden, and its name; a cell 'C', its kind, row,
-// column, value and text; 'E' ends the whole; 'F' and a sentence say why there is none. Texts have
-// their length in front, and numbers the lowest byte first.
+// column, value and text, its kind with the highest bit if it is hidden; 'E' ends the whole; 'F'
+// and a sentence say why there is none. Texts have their length in front, and numbers the lowest
+// byte first.
 #pragma once
 
 #include <functional>

@@ -134,6 +134,9 @@ constexpr WarningText texts[] = {
     {"uncalculated-formulas", isHarmful,
      "The workbook does not contain the result of a formula: the cell is read as empty or 0. Open "
      "it in a spreadsheet program and save it there."},
+    {"hidden-rows", isHarmful,
+     "A row, or the column of a value, is hidden in the workbook, perhaps by a filter, and is "
+     "posted all the same. Show and check it, or delete it."},
     {"hidden-sheet", isHarmful,
      "The first worksheet, which is the one that is read, is hidden. Show it and look at it, or "
      "move the right one to the front."},

@@ -66,6 +66,7 @@ enum class WarningId : std::uint8_t {
   OtherColumns,
   ErrorValues,
   UncalculatedFormulas,
+  HiddenRows,
   HiddenSheet,
   DuplicateSalesmen,
   NoDsType,

@@ -1,18 +1,33 @@
 #include "apps/opnimp/warnings/warnings_sheet.h"
 
 #include <string>
+#include <utility>
 
 namespace velk {
 
 namespace {
 
+struct Doubt {
+  WarningId warning;
+  std::string readAs;
+};
+
+Doubt doubtOf(const OddCell& cell) {
+  const std::string quoted = "\"" + cell.text + "\"";
+  if (cell.oddity == CellOddity::Error) return {WarningId::ErrorValues, "the text " + cell.text};
+  if (cell.oddity == CellOddity::Hidden) {
+    return {WarningId::HiddenRows, quoted + ", although it is hidden"};
+  }
+  return {WarningId::UncalculatedFormulas, quoted};
+}
+
 void warnOf(const OddCell& cell, std::size_t record, const std::vector<FieldMapping>& mapping,
             std::vector<Warning>& warnings) {
   for (const FieldMapping& entry : mapping) {
     if (entry.column != cell.column) continue;
-    const WarningId id = cell.isError ? WarningId::ErrorValues : WarningId::UncalculatedFormulas;
-    const std::string readAs = cell.isError ? "the text " + cell.text : "\"" + cell.text + "\"";
-    addWarning(warnings, id, Misreading{record, cell.line, entry.field, cell.text, readAs});
+    auto [id, readAs] = doubtOf(cell);
+    addWarning(warnings, id,
+               Misreading{record, cell.line, entry.field, cell.text, std::move(readAs)});
   }
 }
 

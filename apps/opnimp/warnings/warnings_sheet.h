@@ -9,7 +9,7 @@
 
 namespace velk {
 
-/// Formulas without a value, in columns that are used.
+/// Formulas without a value, and cells that are hidden, in columns that are used.
 void warnOfOddCells(const CsvRecords& input, const std::vector<FieldMapping>& mapping,
                     std::vector<Warning>& warnings);
 

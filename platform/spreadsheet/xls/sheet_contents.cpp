@@ -48,6 +48,7 @@ const NumberFormat& SheetContents::formatOf(const Number& number) const {
 
 SheetCell SheetContents::described(const Cell& cell) const {
   SheetCell told{cell.row + 1U, cell.column + 1U};
+  told.isHidden = hiddenRows.test(cell.row) || hiddenColumns.test(cell.column);
   if (cell.kind == Cell::Kind::Number) {
     const Number& number = numbers[cell.value];
     setNumber(told, number.value, formatOf(number), from1904);

@@ -2,6 +2,7 @@
 // show.
 #pragma once
 
+#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -28,6 +29,9 @@ struct SheetContents {
   std::vector<Number> numbers;
   std::vector<NumberFormat> formats{NumberFormat(builtInFormat(0))};  ///< the general one first
   std::vector<std::uint16_t> cellFormats;                             ///< positions in `formats`
+  /// Those that users do not see; also by a filter.
+  std::bitset<maxSheetRows> hiddenRows;
+  std::bitset<maxSheetColumns> hiddenColumns;
   bool from1904 = false;  ///< dates count from 1904, not 1900
 
   std::string text(std::size_t row, std::size_t column) const;

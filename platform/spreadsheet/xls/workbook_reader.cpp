@@ -34,6 +34,8 @@ void readWorkbook(std::string_view stream, SheetSink& sink) {
   for (const SheetEntry& sheet : readGlobals(stream, contents)) {
     contents.cells = {};
     contents.numbers.clear();
+    contents.hiddenRows.reset();
+    contents.hiddenColumns.reset();
     readSheet(stream, sheet.offset, ColumnSet().set(), contents);
     sink.sheet(sheet.name, sheet.isHidden);
     tellCells(contents, sink);

@@ -37,6 +37,12 @@ bool namesError(std::string_view text) {
   return text.starts_with("Err:") || std::ranges::find(names, text) != std::end(names);
 }
 
+/// Of a row, or of columns; a filter hides rows, too.
+bool isHidden(const XmlAttributes& attributes) {
+  const std::string_view visibility = attributes["table:visibility"];
+  return visibility == "collapse" || visibility == "filter";
+}
+
 double numberOf(std::string_view written) {
   const auto number = exactNumber<double>(trim(written));
   if (!number || !std::isfinite(*number)) damaged("the number of a cell is none");
@@ -50,6 +56,7 @@ void OdsWorkbook::begin(std::string_view name, const XmlAttributes& attributes) 
   if (cellDepth_ > 0) return beginInText(name, attributes);
   if (name == "table" && depth_ == sheetDepth) return beginSheet(attributes);
   if (!inSheet_) return beginStyle(name, attributes);
+  if (name == "table-column") beginColumns(attributes);
   if (name == "table-row") beginRow(attributes);
   if (name == "table-cell" || name == "covered-table-cell") beginCell(attributes);
 }
@@ -78,13 +85,23 @@ void OdsWorkbook::beginStyle(std::string_view name, const XmlAttributes& attribu
 
 void OdsWorkbook::beginSheet(const XmlAttributes& attributes) {
   inSheet_ = hasSheets_ = true;
-  row_ = 0;
+  row_ = columns_ = 0;
+  hiddenColumns_.reset();
   sink_.sheet(attributes["table:name"], hiddenSheets_.contains(attributes["table:style-name"]));
+}
+
+void OdsWorkbook::beginColumns(const XmlAttributes& attributes) {
+  const std::uint32_t first = columns_ + 1;
+  columns_ += repeated(attributes, "table:number-columns-repeated", mostSheetColumns);
+  columns_ = std::min(columns_, mostSheetColumns);
+  if (!isHidden(attributes)) return;
+  for (std::uint32_t i = first; i <= columns_; ++i) hiddenColumns_.set(i);
 }
 
 void OdsWorkbook::beginRow(const XmlAttributes& attributes) {
   ++row_;
   rowCount_ = repeated(attributes, "table:number-rows-repeated", mostSheetRows);
+  isRowHidden_ = isHidden(attributes);
   column_ = 0;
   cells_.clear();
 }
@@ -131,7 +148,9 @@ void OdsWorkbook::endCell() {
   SheetCell& cell = cell_.first;
   if (paragraphs_ == 0) cell_.text = written_;
   if (hasFormula_ && !hasValue_ && cell_.text.empty()) cell.kind = Kind::NoResult;
-  if (hasFormula_ && cell.kind == Kind::Text && namesError(cell_.text)) cell.kind = Kind::Error;
+  // Older programs write an error as the number 0; a text that says so is one of a formula only.
+  const bool mayFail = cell.kind == Kind::Number || (hasFormula_ && cell.kind == Kind::Text);
+  if (mayFail && namesError(cell_.text)) cell.kind = Kind::Error;
   if (cell.kind == Kind::Number && hidesDigits(cell_.text)) {
     cell_.text = NumberFormat(builtInFormat(0)).text(cell.value, false);
   }
@@ -148,7 +167,10 @@ void OdsWorkbook::endRow() {
       SheetCell cell = cells.first;
       cell.row = row;
       cell.text = cells.text;
-      for (std::uint32_t i = 0; i < cells.count; ++i, ++cell.column) sink_.cell(cell);
+      for (std::uint32_t i = 0; i < cells.count; ++i, ++cell.column) {
+        cell.isHidden = isRowHidden_ || hiddenColumns_.test(cell.column);
+        sink_.cell(cell);
+      }
     }
   }
   row_ = std::min(last, mostSheetRows);

@@ -32,6 +32,7 @@ class OdsWorkbook final : public XmlHandler {
 
   void beginStyle(std::string_view name, const XmlAttributes& attributes);
   void beginSheet(const XmlAttributes& attributes);
+  void beginColumns(const XmlAttributes& attributes);
   void beginRow(const XmlAttributes& attributes);
   void beginCell(const XmlAttributes& attributes);
   void beginInText(std::string_view name, const XmlAttributes& attributes);
@@ -46,6 +47,9 @@ class OdsWorkbook final : public XmlHandler {
   bool inSheet_ = false;
   std::string style_;                                // that is read
   std::set<std::string, std::less<>> hiddenSheets_;  // styles of sheets that users do not see
+  std::uint32_t columns_ = 0;                        // of the sheet that were described
+  HiddenColumns hiddenColumns_;
+  bool isRowHidden_ = false;
   std::uint32_t row_ = 0;
   std::uint32_t rowCount_ = 1;  // how often the row stands there
   std::uint32_t column_ = 0;

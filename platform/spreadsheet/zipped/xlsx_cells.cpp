@@ -1,5 +1,6 @@
 #include "platform/spreadsheet/zipped/xlsx_cells.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -36,6 +37,7 @@ Place placeNamed(std::string_view name) {
 }  // namespace
 
 void XlsxCells::begin(std::string_view name, const XmlAttributes& attributes) {
+  if (name == "col") beginColumns(attributes);
   if (name == "row") beginRow(attributes);
   if (name == "c") beginCell(attributes);
   if (name == "f") hasFormula_ = true;
@@ -54,6 +56,13 @@ void XlsxCells::text(std::string_view piece) {
   if (inValue_) value_ += piece;
 }
 
+void XlsxCells::beginColumns(const XmlAttributes& attributes) {
+  if (!isXmlTrue(attributes["hidden"])) return;
+  const auto first = exactNumber<std::uint32_t>(attributes["min"]).value_or(mostSheetColumns + 1);
+  const auto last = exactNumber<std::uint32_t>(attributes["max"]).value_or(0);
+  for (auto i = first; i <= std::min(last, mostSheetColumns); ++i) hiddenColumns_.set(i);
+}
+
 // Rows and cells that do not say where they are follow each other.
 void XlsxCells::beginRow(const XmlAttributes& attributes) {
   const std::string_view written = attributes["r"];
@@ -61,6 +70,7 @@ void XlsxCells::beginRow(const XmlAttributes& attributes) {
   if (row <= row_ || row > mostSheetRows) damaged("its rows are not in their order");
   row_ = row;
   column_ = 0;
+  isRowHidden_ = isXmlTrue(attributes["hidden"]);
 }
 
 void XlsxCells::beginCell(const XmlAttributes& attributes) {
@@ -90,6 +100,7 @@ void XlsxCells::endCell() {
     fillCell(cell);
   }
   cell.text = shown_;
+  cell.isHidden = isRowHidden_ || hiddenColumns_.test(column_);
   if (!shown_.empty() || cell.kind == SheetCell::Kind::NoResult) sink_.cell(cell);
 }
 

@@ -24,6 +24,7 @@ class XlsxCells final : public XmlHandler {
   void text(std::string_view piece) override;
 
  private:
+  void beginColumns(const XmlAttributes& attributes);
   void beginRow(const XmlAttributes& attributes);
   void beginCell(const XmlAttributes& attributes);
   void endCell();
@@ -34,6 +35,8 @@ class XlsxCells final : public XmlHandler {
   const TextPool& texts_;
   const XlsxStyles& styles_;
   SheetSink& sink_;
+  HiddenColumns hiddenColumns_;
+  bool isRowHidden_ = false;
   std::uint32_t row_ = 0;
   std::uint32_t column_ = 0;
   std::string type_;

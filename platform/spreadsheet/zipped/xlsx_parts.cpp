@@ -23,9 +23,11 @@ std::string folderOf(std::string_view part) {
 std::string partAt(const std::string& folder, std::string_view target) {
   if (target.starts_with('/')) return std::string(target.substr(1));
   std::string from = folder;
-  while (target.starts_with("../") && !from.empty()) {
-    from = folderOf(std::string_view(from).substr(0, from.size() - 1));
-    target.remove_prefix(3);
+  while (target.starts_with("./") || (target.starts_with("../") && !from.empty())) {
+    if (target.starts_with("../")) {
+      from = folderOf(std::string_view(from).substr(0, from.size() - 1));
+    }
+    target.remove_prefix(target.find('/') + 1);
   }
   return from.append(target);
 }
@@ -57,16 +59,14 @@ class WorkbookHandler final : public XmlHandler {
   void begin(std::string_view name, const XmlAttributes& attributes) override {
     if (!isWorkbook_ && name != "workbook") refuse("The file is no workbook");
     isWorkbook_ = true;
-    if (name == "workbookPr") parts_.from1904 = isTrue(attributes["date1904"]);
-    if (name == "calcPr") parts_.recalculates = isTrue(attributes["fullCalcOnLoad"]);
+    if (name == "workbookPr") parts_.from1904 = isXmlTrue(attributes["date1904"]);
+    if (name == "calcPr") parts_.recalculates = isXmlTrue(attributes["fullCalcOnLoad"]);
     if (name == "sheet") addSheet(attributes);
   }
   void end(std::string_view /*name*/) override {}
   void text(std::string_view /*piece*/) override {}
 
  private:
-  static bool isTrue(std::string_view value) { return value == "1" || value == "true"; }
-
   void addSheet(const XmlAttributes& attributes) {
     const auto found = relations_.find(attributes["r:id"]);
     if (found == relations_.end()) damaged("a sheet is missing");

@@ -19,6 +19,9 @@ class XmlAttributes {
   const char** pairs_;
 };
 
+/// Of an attribute that is true or false.
+bool isXmlTrue(std::string_view value);
+
 /// Hears of a document. Elements go by their names without a prefix; attributes by the prefix that
 /// all programs write: "r:id".
 class XmlHandler {
@@ -30,9 +33,15 @@ class XmlHandler {
   virtual void text(std::string_view piece) = 0;
 };
 
+enum class Elements {
+  OfRoot,  ///< those of the root's namespace: programs add others that have the same names
+  All
+};
+
 /// Reads a part of an archive. Error 321 for one that there is not, is damaged or not well formed,
 /// is nested too deep or declares anything of its own, such as entities: no workbook does. What the
 /// handler throws is passed on.
-void readXml(const ZipArchive& archive, std::string_view part, XmlHandler& handler);
+void readXml(const ZipArchive& archive, std::string_view part, XmlHandler& handler,
+             Elements wanted = Elements::OfRoot);
 
 }  // namespace velk

@@ -38,7 +38,7 @@ void readOds(const ZipArchive& archive, SheetSink& sink) {
     refuse("The workbook is protected with a password; save it without one");
   }
   OdsWorkbook handler(sink);
-  readXml(archive, "content.xml", handler);
+  readXml(archive, "content.xml", handler, Elements::All);
   if (!handler.hasSheets()) refuse("The workbook has no worksheet");
 }
 
