@@ -112,7 +112,7 @@ void SheetText::choose(const Arguments& arguments) {
   if (!candidates.empty()) assumption_.reason += "; left out: " + namesOf(candidates);
 }
 
-// Sheets of another content than records have no titles of them, and are not as wide: a wider one
+// Sheets of another content than records have no titles of them, and are not as wide: another
 // may be a part of the records whose titles are missing or spelt otherwise.
 void SheetText::chooseAmong(const std::vector<const Sheet*>& candidates,
                             const Arguments& arguments) {
@@ -124,7 +124,9 @@ void SheetText::chooseAmong(const std::vector<const Sheet*>& candidates,
   }
   text_.clear();
   const auto mayHaveRecords = [&](const Sheet* sheet) {
-    return sheet != titled.front() && filledColumns(*sheet) >= arguments.kind->mandatory.size();
+    const std::size_t filled = filledColumns(*sheet);
+    return sheet != titled.front() && filled >= arguments.kind->mandatory.size() &&
+           4 * filled >= 3 * filledColumns(*titled.front());
   };
   if (titled.size() != 1 || std::ranges::any_of(candidates, mayHaveRecords)) {
     offer(candidates);
