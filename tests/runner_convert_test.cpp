@@ -209,6 +209,11 @@ TEST_CASE(
   for (const std::string_view broken : {"C1;\"a;R;;1;1", "C1;\"a\" b;R;;1;1"}) {
     CHECK(contains(converted(semicolons(broken)).said("refused"), "line 2"));
   }
+  for (const char* encoding : {"windows-1252", "ISO-8859-15"}) {
+    CHECK(contains(
+        converted(semicolons("C1;M\xC3\xBC;R;;1;1"), {"--encoding", encoding}).said("refused"),
+        "the first in line 2, are UTF-8"));
+  }
   CHECK(contains(converted("").said("refused"), "empty"));
   CHECK(contains(converted("PK\x03\x04").said("refused"), "workbook"));
   CHECK(contains(converted("x").ran.out, "\"status\""));

@@ -68,6 +68,37 @@ TEST_CASE("a profile reads the next file as the first one was read") {
   CHECK(debits(world) == "1");
 }
 
+TEST_CASE("a column is read as what it is mapped to, whatever the screens make of its title") {
+  const struct {
+    std::string title, row, map;
+    double balance;
+    std::vector<std::string> more;
+    int next = 0;  // the status of the next file, read by the profile
+  } rows[] = {
+      {"\"Closing, INR\"", ";1.234", "Balance=\"Closing INR\"", 1234, {}},
+      {"\"Closing \"\"net\"\"\"", ";1.234", "Balance=#6", 1234, {}},
+      {"Opening;#6", ";7,00;100,50", "Balance=#7", 100.5, {}},
+      {"\xD0\xA1\xD1\x83\xD0\xBC\xD0\xBC\xD0\xB0", ";1.234", "Balance=#6", 1234, {"--replace"}, 2}};
+  for (const auto& row : rows) {
+    CAPTURE(row.title);
+    RunnerWorld world;
+    const std::string titles = "Customer ID;Customer Name;Reference;Date;Bill Amount;" + row.title;
+    const auto file = [&](const std::string& name, const std::string& reference) {
+      return world.folder.write(
+          name, titles + "\r\nC001;n;" + reference + ";31/03/2008;2.000,50" + row.row + "\r\n");
+    };
+    std::vector<std::string> more{"--map", row.map, "--save-profile", "own"};
+    more.insert(more.end(), row.more.begin(), row.more.end());
+    const Ran ran = world.import(file("1.csv", "R1"), more);
+    CHECK_MESSAGE(ran.status == 0, ran.out);
+    const Ran next = world.import(file("2.csv", "R2"), {"--profile", "own"});
+    CHECK(next.status == row.next);
+    if (row.next != 0) CHECK_MESSAGE(contains(next.out, "--map \"Balance=#6\""), next.out);
+    CHECK(std::stod(world.ask("SELECT sum(Balance) FROM CustomerDebitNote")) ==
+          row.balance * (row.next == 0 ? 2 : 1));
+  }
+}
+
 TEST_CASE("a profile that makes no sense is refused, and one that is there is kept") {
   Profiles profiles;
   RunnerWorld& world = profiles.world;
@@ -80,6 +111,7 @@ TEST_CASE("a profile that makes no sense is refused, and one that is there is ke
       {kind + "database = x.db\n", "it has \"database\", which no profile has"},
       {kind + "[import]\ndecimal = comma\n", "which no profile has"},
       {kind + "decimal = comma\nencoding = UTF-8\ndecimal = point\n", "decimal more than once"},
+      {kind + "skip-last-lines = 1\n", "which no profile has"},
       {kind + "date-order = \"ydm\"\n", "ydm not in"},
       {kind + "header-line = -1\n", "--header-line takes a number"},
       {kind + "replace = maybe\n", "replace is true"},

@@ -129,6 +129,10 @@ TEST_CASE("walk: last lines are left out only where they are, and a password is 
   CHECK(refused.status == 3);
   CHECK(contains(refused.err, "no 3 lines behind its titles"));
   CHECK(world.import(file, {"--skip-last-lines", "1"}).status == 0);
+  const Ran cut = world.import(world.folder.write(
+      "cut.csv", titles(';') + "C001;A;R8;13.03.2008;1,5;1\nC002;B;R9;13.03.2008;2\n"));
+  CHECK(cut.status == 2);
+  CHECK_FALSE(contains(cut.out, "--skip-last-lines"));
   const std::string undecided = titles(';') + "C001;;;01.02.08;1,5;1\n";
   const Ran told =
       world.run({"import", "customer-opening", world.folder.write("d", undecided), "--database",

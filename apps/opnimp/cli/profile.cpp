@@ -21,8 +21,9 @@ struct Key {
   std::string_view comment;
   bool mayRepeat = false;
 };
-// In the order in which they are written; behind the first one they are options.
-constexpr std::array<Key, 12> keys{
+// In the order in which they are written; behind the first one they are options. Not how many last
+// lines are no records: the next file may end in one.
+constexpr std::array<Key, 11> keys{
     {{kindKey, "The kind of file."},
      {"map", "Each field, and the title of its column in the file.", true},
      {"encoding", "The encoding; without it, what each file shows."},
@@ -30,7 +31,6 @@ constexpr std::array<Key, 12> keys{
      {"delimiter", "What separates values: comma, semicolon, tab or bar."},
      {"skip-lines", "How many lines stand above the titles."},
      {"header-line", "The line that the titles stand in."},
-     {"skip-last-lines", "How many lines at the end are no records."},
      {"date-order", "How dates are written that read both ways: dmy, mdy or ymd."},
      {"decimal", "What stands in front of decimals: point or comma."},
      {replaceKey, "\"?\" takes the place of letters that windows-1252 does not have."},

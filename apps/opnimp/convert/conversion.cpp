@@ -98,6 +98,7 @@ class Converter {
                            title.find_first_of(",\"") == std::string_view::npos;
       quotedTitles_ = quotedTitles_ || isFreed;
       const FieldNature nature = natureOf(title, column, arguments_);
+      result_.natures.push_back(nature);
       if (nature != FieldNature::Text) columns_.push_back({column, nature});
     }
     if (quotedTitles_ && isCanonical_) {

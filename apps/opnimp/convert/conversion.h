@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "apps/opnimp/cli/arguments.h"
+#include "apps/opnimp/cli/kind_fields.h"
 #include "apps/opnimp/convert/assumption.h"
 
 namespace velk {
@@ -34,8 +35,9 @@ struct Conversion {
   /// Values with a comma, which the screens leave out: their number, and the first one's line.
   std::size_t commas = 0;
   std::size_t firstComma = 0;
-  bool isSheet = false;           ///< the file is a workbook, its lines being rows
-  std::vector<OddCell> oddCells;  ///< of records, in the order of their lines
+  std::vector<FieldNature> natures;  ///< as each column was read; empty: as the screens do
+  bool isSheet = false;              ///< the file is a workbook, its lines being rows
+  std::vector<OddCell> oddCells;     ///< of records, in the order of their lines
 };
 
 /// By the kind, the --map options and the ConvertOptions of the arguments. Raises UsageError for

@@ -36,10 +36,15 @@ bool saysTotal(std::string_view cell) {
   return std::ranges::find(totalWords, word) != totalWords.end();
 }
 
+/// A shorter line may be a record that was cut off: its first word has to say what it is. One of
+/// the titles' width says nothing but that word, since a name may begin with it.
 bool isTotal(const RowReader& row, std::size_t width) {
   const auto filled = std::ranges::find_if(
       row.cells(), [](const WrittenCell& cell) { return !trim(cell.text).empty(); });
-  return row.cells().size() != width || (filled != row.cells().end() && saysTotal(filled->text));
+  if (filled == row.cells().end()) return false;
+  const std::string_view cell = trim(filled->text);
+  const std::string_view first = cell.substr(0, cell.find(' '));
+  return saysTotal(cell) || (row.cells().size() != width && saysTotal(first));
 }
 
 char endOf(const Layout& layout) {

@@ -229,7 +229,18 @@ std::string delimiterName(char delimiter) {
   return found == delimiters.end() ? printable({&delimiter, 1}) : std::string(found->name);
 }
 
+std::string screenTitle(std::string_view title) {
+  if (title.find_first_of(",\"") == std::string_view::npos) return std::string(title);
+  std::string shown = "\"";
+  for (const char c : title) {
+    if (c == '"') shown += c;
+    if (c != ',') shown += c;
+  }
+  return shown += '"';
+}
+
 FieldNature natureOf(std::string_view title, std::size_t column, const Arguments& arguments) {
+  const std::string shown = screenTitle(title);
   // A column may be used for several fields.
   FieldNature nature = FieldNature::Text;
   const auto use = [&](std::string_view field) {
@@ -243,9 +254,11 @@ FieldNature natureOf(std::string_view title, std::size_t column, const Arguments
   });
   if (!isMappedAnew) use(title);
   for (const MapOption& map : arguments.maps) {
-    const bool isNumbered =
-        map.column.starts_with('#') && exactNumber<std::size_t>(map.column.substr(1)) == column + 1;
-    if (isNumbered || equalsIgnoringCase(trim(map.column), trim(title))) use(map.field);
+    const bool isNumbered = !map.isOfProfile && map.column.starts_with('#') &&
+                            exactNumber<std::size_t>(map.column.substr(1)) == column + 1;
+    const bool isTitled = equalsIgnoringCase(trim(map.column), trim(title)) ||
+                          equalsIgnoringCase(trim(map.column), trim(shown));
+    if (isNumbered || isTitled) use(map.field);
   }
   return nature;
 }

@@ -34,6 +34,7 @@ class SourceText {
   bool takeMarked(std::string_view bytes, const std::string& wanted);
   bool takeWide(std::string_view bytes);
   void takeNamed(std::string_view bytes, const std::string& name);
+  void doubtNamed(std::string_view bytes, const std::string& name);
   void takeFound(std::string_view bytes);
   void decode(std::string_view bytes, std::string_view encoding);
   void assume(std::string_view encoding, std::string reason);

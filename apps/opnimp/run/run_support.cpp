@@ -223,6 +223,7 @@ void viewAndMap(ScreenSession& session, const Arguments& arguments, const InputR
   }
   if (arguments.profile) requireTitles(session.screen(), arguments);
   for (const MapOption& option : arguments.maps) mapByHand(session.screen(), report, option);
+  requireReadAsMapped(session.screen(), arguments, input.conversion());
 }
 
 }  // namespace velk
