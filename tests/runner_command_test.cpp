@@ -1,10 +1,14 @@
 // The program as a command among others: pipes, what it tells, and what describes it to shells.
 #include <doctest/doctest.h>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <chrono>
 #include <cstdio>
 #include <regex>
 #include <set>
-#include <sstream>
+#include <thread>
 
 #include "apps/opnimp/cli/progress.h"
 #include "tests/support/json_value.h"
@@ -33,14 +37,68 @@ std::string outputOf(const std::string& command) {
   return text;
 }
 
+/// Takes the place of standard input as long as it lives.
+class InputFrom {
+ public:
+  explicit InputFrom(int descriptor) { ::dup2(descriptor, STDIN_FILENO); }
+  InputFrom(const InputFrom&) = delete;
+  InputFrom& operator=(const InputFrom&) = delete;
+  ~InputFrom() {
+    ::dup2(kept_, STDIN_FILENO);
+    ::close(kept_);
+  }
+
+ private:
+  const int kept_ = ::dup(STDIN_FILENO);
+};
+
 }  // namespace
+
+TEST_CASE("standard input is read to its end, or nothing of it is used") {
+  RunnerWorld world;
+  const std::vector<std::string> import{
+      "import",     world.kind,      "-", "--app-folder", world.folder.path(""),
+      "--database", world.database()};
+  for (const auto& [path, says] :
+       {std::pair{"/", "it is a folder"}, {"/proc/self/mem", "Device I/O error"}}) {
+    const int descriptor = ::open(path, O_RDONLY | O_CLOEXEC);
+    const InputFrom input(descriptor);
+    ::close(descriptor);
+    for (const auto& args : {import, {"convert", world.kind, "-", "-"}}) {
+      const Ran ran = world.run(args);
+      CHECK(ran.status == 4);
+      CHECK(ran.out.empty());
+      CHECK_MESSAGE(contains(ran.err, std::string("standard input could not be read: ") + says),
+                    ran.err);
+    }
+  }
+  // A writer that pauses, and a reading that does not wait; then one that died within a value.
+  for (const auto& [last, status] : {std::pair{"C002,2,2", 2}, {"C002,2,2\n", 0}}) {
+    int pipe[2];
+    REQUIRE(::pipe2(pipe, O_NONBLOCK | O_CLOEXEC) == 0);
+    const InputFrom input(pipe[0]);
+    ::close(pipe[0]);
+    std::thread writer([to = pipe[1], last = std::string_view(last)] {
+      for (const auto part :
+           {std::string_view("Customer ID,Bill Amount,Balance\nC001,1,1\n"), last}) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        CHECK(::write(to, part.data(), part.size()) > 0);
+      }
+      ::close(to);
+    });
+    const Ran ran = world.run(import);
+    writer.join();
+    CHECK(ran.status == status);
+    CHECK(contains(ran.out, "HARMFUL: Standard input ends within a line") == (status == 2));
+    CHECK(debits(world) == (status == 0 ? "2" : "0"));
+  }
+}
 
 TEST_CASE("standard input and output are files") {
   RunnerWorld world;
   const std::string bytes = "Customer ID;Bill Amount;Balance\nC001;1,5;1,5\nC999;2,5;2\n";
   const auto piped = [&](std::vector<std::string> args) {
-    std::istringstream input(bytes);
-    world.surroundings.input = &input;
+    world.surroundings.input = [&](std::size_t /*most*/) { return bytes; };
     return world.run(std::move(args));
   };
   const Ran convert = piped({"convert", world.kind, "-", "-"});
@@ -64,10 +122,18 @@ TEST_CASE("standard input and output are files") {
   } rows[] = {{{"preview", "salesman", "-"}, "a workbook is not read from standard input"},
               {{"split", "-"}, "a file needs a name here"},
               {{"demo-database", "-"}, "a file needs a name here"},
-              {{"import", world.kind, "-", "-"}, "- and - name one file"}};
+              {{"import", world.kind, "-", "-"}, "- and - name one file"},
+              {{"import", world.kind, "-", "--report", "-"}, "--report needs the name of a file"},
+              {{"import", world.kind, "-", "--rejects=-"}, "--rejects needs the name of a file"},
+              {{"import", world.kind, "-", "--metrics", "-"}, "--metrics needs the name of a file"},
+              {{"convert", world.kind, "none", "-", "--json", "--raw"},
+               "{\"status\":3,\"error\":\"The following"},
+              {{"convert", "salesman", rejects, "-", "--json"},
+               "{\"status\":3,\"error\":\"a workbook is not"}};
   for (const auto& row : rows) {
     const Ran ran = piped(row.args);
     CHECK(ran.status == 3);
+    CHECK(ran.out.empty());
     CHECK_MESSAGE(contains(ran.err, row.says), ran.err);
   }
 }

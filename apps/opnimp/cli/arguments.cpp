@@ -99,6 +99,22 @@ void checkSeveral(const Arguments& arguments) {
   }
 }
 
+/// A file of that name would hardly be meant.
+void checkOutputs(const Arguments& arguments) {
+  const std::pair<const char*, const std::optional<std::string>*> outputs[] = {
+      {"--rejects", &arguments.rejects},
+      {arguments.command == Arguments::Command::Report ? "--html" : "--report", &arguments.report},
+      {"--metrics", &arguments.metrics},
+      {"--journal", &arguments.journal},
+      {"--save-profile", &arguments.savedProfile}};
+  for (const auto& [option, path] : outputs) {
+    if (*path != standardStream) continue;
+    throw UsageError(std::string(option) +
+                     " needs the name of a file: it is not written to standard output. A file of "
+                     "that name is ./-");
+  }
+}
+
 class CommandLine {
  public:
   CommandLine() {
@@ -506,6 +522,7 @@ Arguments parseArguments(std::span<const std::string> args) {
   checkValues(args);
   Arguments arguments = CommandLine().parse({args.begin(), args.end()});
   checkSeveral(arguments);
+  checkOutputs(arguments);
   arguments.words.assign(args.begin(), args.end());
   return arguments;
 }

@@ -58,9 +58,10 @@ void requireText(const std::string& text) {
 /// Nothing but the quotes around a value means anything in it.
 std::vector<CLI::ConfigItem> itemsOf(const std::string& text) {
   constexpr char nothing = '\x01';
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
   CLI::ConfigBase format;
   format.comment(nothing)->arrayBounds(nothing, nothing)->arrayDelimiter(nothing);
-  std::istringstream lines(text);
+  std::istringstream lines(text.substr(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0));
   return format.from_config(lines);
 }
 

@@ -255,9 +255,10 @@ ExitStatus ImportResult::status() const {
   if (refused()) return ExitStatus::Refused;
   const std::size_t before = leftBefore(*this);
   if (passedOver) return before > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
-  // Without the files of --rejects or --report a script cannot go on, even if all else is well.
   const bool whole = brokeOff.empty() && account.addsUp();
-  if (!whole || !rejectsError.empty() || !reportError.empty()) return ExitStatus::BrokeOff;
+  // Without the files that it asked for a script cannot go on, even if all else is well.
+  const bool hasFiles = rejectsError.empty() && reportError.empty() && profileError.empty();
+  if (!whole || !hasFiles) return ExitStatus::BrokeOff;
   return recordsLeft(*this) + before > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
 }
 

@@ -55,6 +55,7 @@ struct ImportResult {
   std::string rejectsError;                  ///< why they could not be written
   std::string reportFile;                    ///< path of the page written, if one was
   std::string reportError;                   ///< why it could not be written
+  std::string profileError;                  ///< why the profile could not be saved
   std::string user;                          ///< who ran it
   std::string folder;                        ///< from which it ran: relative paths begin there
   std::string fileHash;                      ///< SHA-256, in hexadecimal digits

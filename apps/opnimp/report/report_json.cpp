@@ -211,6 +211,7 @@ void writeFile(const ImportResult& result, std::ostream& out) {
               {"rejectFiles", result.rejectFiles},
               {"report", orNull(result.reportFile)},
               {"reportError", orNull(result.reportError)},
+              {"profileError", orNull(result.profileError)},
               {"next", nextSteps(result)}});
   tail.front() = ',';
   out << tail;

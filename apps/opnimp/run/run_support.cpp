@@ -175,17 +175,13 @@ void takeStandardInput(Arguments& arguments, const Surroundings& surroundings) {
   if (arguments.kind->format == FileFormat::Workbook) {
     throw UsageError("a workbook is not read from standard input: save it, and give its name");
   }
-  constexpr std::size_t blockSize = std::size_t{1} << 16;
-  std::string bytes;
-  std::string block(blockSize, '\0');
-  while (surroundings.input != nullptr && *surroundings.input) {
-    surroundings.input->read(block.data(), static_cast<std::streamsize>(block.size()));
-    bytes.append(block, 0, static_cast<std::size_t>(surroundings.input->gcount()));
-    if (bytes.size() > maxTextLength) {
-      throw CannotOpen("standard input is longer than 2 GB; split it");
-    }
+  try {
+    arguments.piped = std::make_shared<const std::string>(surroundings.input(maxTextLength));
+  } catch (const RuntimeError& error) {
+    throw CannotOpen("standard input could not be read: " +
+                     (error.is(ErrorNumber::OutOfMemory) ? "it is longer than 2 GB; split it"
+                                                         : fileErrorText("/dev/stdin", error)));
   }
-  arguments.piped = std::make_shared<const std::string>(std::move(bytes));
 }
 
 std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {

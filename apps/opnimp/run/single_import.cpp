@@ -41,6 +41,13 @@ bool isWhole(const ImportResult& result) {
          });
 }
 
+/// In UTF-16 a NUL follows the line feed, and an old system ends a text by its end sign.
+bool endsWithinLine(std::string_view text) {
+  using namespace std::string_view_literals;
+  const std::size_t last = text.find_last_not_of("\0\x1A"sv);
+  return last != std::string_view::npos && text[last] != '\n' && text[last] != '\r';
+}
+
 }  // namespace
 
 SingleImport::SingleImport(const Arguments& arguments, ImportCall& call)
@@ -347,6 +354,10 @@ void SingleImport::findWarningsNow() {
   if (!result_.input->conversion().refusal.empty()) return;
   result_.warnings = findWarnings(*result_.input, kind(), result_.mapping,
                                   civilFromDate(call_.surroundings.clock()).year);
+  const bool isPiped = arguments().file == standardStream && !result_.input->conversion().isSheet;
+  if (isPiped && endsWithinLine(*arguments().piped)) {
+    addWarning(result_.warnings, WarningId::UnendedInput, wholeFile);
+  }
 }
 
 void SingleImport::breakOff(std::string why) {

@@ -1,11 +1,11 @@
 #include "apps/opnimp/run/surroundings.h"
 
 #include <cstdlib>
-#include <iostream>
 
 #include "platform/native/native_clock.h"
 #include "platform/native/native_state.h"
 #include "platform/native/native_user.h"
+#include "platform/native/pipe_reading.h"
 #include "platform/odbc/odbc_connection.h"
 
 namespace velk {
@@ -15,7 +15,7 @@ Surroundings realSurroundings() {
   return {.interrupted = [] { return false; },
           .clock = localNow,
           .user = userName,
-          .input = &std::cin,
+          .input = readStandardInput,
           .database = database == nullptr ? "" : database,
           .openDatabase =
               [](const std::string& connectionString, const OdbcOptions& options) {

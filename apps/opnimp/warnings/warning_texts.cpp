@@ -33,6 +33,9 @@ constexpr WarningText texts[] = {
      "A byte that windows-1252 does not define is kept as a control character. The file may be in "
      "another code page."},
     {"no-records", noted, "The file has no records behind its first line."},
+    {"unended-input", isHarmful,
+     "Standard input ends within a line: whoever wrote it may have ended in the middle of a value. "
+     "Let it write all, the last line end, too."},
     {"too-many-records", noted,
      "More records than a screen takes: they are imported on several screens, one after the "
      "other."},

@@ -18,6 +18,7 @@ enum class WarningId : std::uint8_t {
   NulBytes,
   UndefinedBytes,
   NoRecords,
+  UnendedInput,
   TooManyRecords,
   SemicolonSeparated,
   TabSeparated,
