@@ -82,7 +82,7 @@ TEST_CASE("workbooks: a sheet is taken where there is no doubt, else they are na
       {{notes, one}, "", "Balances (no other one has titles of customer-opening;", 0},
       {{{"Empty", {}}, one, hidden}, "", "no other one has values; left out: \"Old\" (hidden)", 0},
       {{notes, one}, "", "; left out: \"Notes\"", 0},
-      {{one, {"Rest", {"|C2|B|R2||5|5"}}}, "", "--sheet NAME; there is \"Balances\", \"Rest\""},
+      {{one, {"Rest", {"|C2|B|R2|x|5|5"}}}, "", "--sheet NAME; there is \"Balances\", \"Rest\""},
       {{one, other}, "", "--sheet NAME; there is \"Balances\", \"More\""},
       {{one, other}, "more", "More (given with --sheet)", 0},
       {{one, hidden}, "#2", "Old (given with --sheet)", 0},

@@ -126,7 +126,7 @@ void SheetText::chooseAmong(const std::vector<const Sheet*>& candidates,
   const auto mayHaveRecords = [&](const Sheet* sheet) {
     const std::size_t filled = filledColumns(*sheet);
     return sheet != titled.front() && filled >= arguments.kind->mandatory.size() &&
-           4 * filled >= 3 * filledColumns(*titled.front());
+           filled >= filledColumns(*titled.front());
   };
   if (titled.size() != 1 || std::ranges::any_of(candidates, mayHaveRecords)) {
     offer(candidates);
