@@ -5,6 +5,7 @@
 #include <new>
 #include <sstream>
 
+#include "apps/opnimp/cli/command_line.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/report/events.h"

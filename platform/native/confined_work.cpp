@@ -14,6 +14,7 @@
 #include <fstream>
 #include <new>
 
+#include "base/sanitized.h"
 #include "platform/native/descriptor.h"
 #include "platform/native/pipe_reading.h"
 #include "platform/native/system_filter.h"
@@ -21,14 +22,6 @@
 namespace velk {
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool isSanitized = true;
-#elif defined(__has_feature)
-constexpr bool isSanitized = __has_feature(address_sanitizer);
-#else
-constexpr bool isSanitized = false;
-#endif
 
 // The sanitizers have memory beyond every limit and pipes of their own, and take their time.
 constexpr bool limitsAll = !isSanitized;

@@ -81,10 +81,6 @@ struct Arguments {
   bool jsonLog = false;  ///< on standard error
 };
 
-/// Reads the arguments that follow the program's name; raises UsageError. The command comes first;
-/// an option's value follows it as the next argument or after "="; "--" ends the options.
-Arguments parseArguments(std::span<const std::string> args);
-
 /// What the arguments ask for with each of their files. Of several, each has files of --rejects and
 /// --report of its own, with its number before the extension: rejects.2.csv.
 std::vector<Arguments> eachFile(const Arguments& arguments);
@@ -98,10 +94,5 @@ extern const std::string_view programVersion;
 /// The command that the program runs of itself, to learn who holds the locks that a session of
 /// OPNIMP_DATABASE waits for. It is in no help.
 extern const std::string_view lockHoldersCommand;
-
-/// True when the arguments ask for JSON, even if they make no sense otherwise.
-bool asksForJson(std::span<const std::string> args);
-/// The same of what is told on standard error.
-bool asksForJsonLog(std::span<const std::string> args);
 
 }  // namespace velk

@@ -24,13 +24,6 @@ struct ValueColumn {
   FieldNature nature;
 };
 
-/// Also of the mark that ends files of old programs; or one empty value, which would be no record
-/// without its quotes.
-bool isBlank(std::string_view row) {
-  constexpr std::string_view marks = " \t\x1A";
-  return row.find_first_not_of(marks) == std::string_view::npos || row == "\"\"";
-}
-
 /// Of a line that is left out.
 constexpr std::size_t mostShown = 80;
 
@@ -118,7 +111,7 @@ class Converter {
     RowReader rows = layout_.rows(text_);
     rows.next();
     while (rows.next()) {
-      if (isBlank(rows.row())) continue;
+      if (isBlankRow(rows.row())) continue;
       ++rows_;
       if (rows.cells().size() == width_) ++wellFormed_;
       if (rows.isBroken()) broken_.add(rows.row(), rows.line());
@@ -127,31 +120,28 @@ class Converter {
         continue;
       }
       if (sheet_ != nullptr) noteOddCells(rows.line());
-      for (const ValueColumn& column : columns_) {
-        if (sheetValue(rows, column)) {
-          noteShown(rows, column);
-          continue;
-        }
-        const std::string_view value = valueText(rows.cells()[column.column]);
-        if (value.empty()) continue;
-        if (column.nature == FieldNature::Date) {
-          survey_.addDate(value, rows.line());
-        } else {
-          survey_.addAmount(value, rows.line());
-        }
-      }
+      for (const ValueColumn& column : columns_) surveyValue(rows, column);
+    }
+  }
+
+  void surveyValue(const RowReader& rows, const ValueColumn& column) {
+    if (const SheetCell* const held = heldCell(rows, column)) {
+      if (column.nature == FieldNature::Amount) shown_.add(*held, survey_);
+      return;
+    }
+    const std::string_view value = valueText(rows.cells()[column.column]);
+    if (value.empty()) return;
+    if (column.nature == FieldNature::Date) {
+      survey_.addDate(value, rows.line());
+    } else {
+      survey_.addAmount(value, rows.line());
     }
   }
 
   /// What a cell of a worksheet holds says itself how it is read.
-  std::optional<std::string> sheetValue(const RowReader& rows, const ValueColumn& column) const {
-    if (sheet_ == nullptr) return std::nullopt;
-    return sheet_->value(rows.line(), column.column, column.nature);
-  }
-
-  void noteShown(const RowReader& rows, const ValueColumn& column) {
-    if (column.nature != FieldNature::Amount) return;
-    shown_.add(*sheet_->cell(rows.line(), column.column), survey_);
+  const SheetCell* heldCell(const RowReader& rows, const ValueColumn& column) const {
+    if (sheet_ == nullptr) return nullptr;
+    return sheet_->held(rows.line(), column.column, column.nature);
   }
 
   /// Numbers lose what their formats say of them.
@@ -244,7 +234,7 @@ class Converter {
     writer.reserve(text_.size(), rows_ + 1);
     RowReader rows = layout_.rows(text_);
     for (bool isHeader = true; rows.next(); isHeader = false) {
-      if (!isHeader && isBlank(rows.row()) && !isCanonical_) continue;
+      if (!isHeader && isBlankRow(rows.row()) && !isCanonical_) continue;
       if (isHeader) {
         writer.writeTitles(rows);
       } else if (!hasValues(rows)) {
@@ -263,8 +253,8 @@ class Converter {
     for (const ValueColumn& column : columns_) {
       const std::string_view value = valueText(rows.cells()[column.column]);
       bool fits = true;
-      const auto held = sheetValue(rows, column);
-      const auto cell = held ? held
+      const SheetCell* const held = heldCell(rows, column);
+      const auto cell = held != nullptr ? std::optional(canonicalText(*held))
                         : column.nature == FieldNature::Date
                             ? canonicalDateCell(value, rules_, fits)
                             : canonicalAmountCell(value, rules_, fits);

@@ -17,10 +17,6 @@ constexpr std::array<std::string_view, 12> totalWords{"total",       "totals", "
                                                       "grand total", "sum",    "sums",   "summe",
                                                       "gesamt",      "suma",   "soma",   "somme"};
 
-bool isBlankLine(std::string_view line) {
-  return line.find_first_not_of(" \t\r\n\x1A") == std::string_view::npos;
-}
-
 /// Where the last line begins of a text that ends in it.
 std::size_t lastLineOf(std::string_view text, char end) {
   const std::size_t before =
@@ -55,7 +51,7 @@ char endOf(const Layout& layout) {
 std::string_view upToLast(std::string_view text, const Layout& layout) {
   for (;;) {
     const std::size_t start = lastLineOf(text, endOf(layout));
-    if (text.empty() || !isBlankLine(text.substr(start))) return text;
+    if (text.empty() || !isBlankRow(text.substr(start))) return text;
     text = text.substr(0, start);
   }
 }

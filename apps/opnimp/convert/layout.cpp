@@ -95,12 +95,29 @@ const FieldTitle* fieldTitled(std::string_view title, const Arguments& arguments
   return found == titles.end() ? nullptr : &*found;
 }
 
+/// One with a comma or a quote keeps its quotes, and loses commas.
+std::string asScreensShow(std::string_view title) {
+  if (title.find_first_of(",\"") == std::string_view::npos) return std::string(title);
+  std::string shown = "\"";
+  for (const char c : title) {
+    if (c == '"') shown += c;
+    if (c != ',') shown += c;
+  }
+  return shown += '"';
+}
+
+/// As the file has the title, or as the screens show it.
+bool isNamedBy(std::string_view title, const MapOption& map) {
+  const std::string_view column = trim(map.column);
+  return equalsIgnoringCase(column, trim(title)) ||
+         equalsIgnoringCase(column, trim(asScreensShow(title)));
+}
+
 /// By its own title or by one of --map, not by a number: any line has a third value.
 bool namesField(std::string_view title, const Arguments& arguments) {
   return fieldTitled(title, arguments) != nullptr ||
-         std::ranges::any_of(arguments.maps, [&](const MapOption& map) {
-           return equalsIgnoringCase(trim(map.column), title);
-         });
+         std::ranges::any_of(arguments.maps,
+                             [&](const MapOption& map) { return isNamedBy(title, map); });
 }
 
 /// How many fields of the kind a row names: "Date" and "date" are one.
@@ -229,18 +246,7 @@ std::string delimiterName(char delimiter) {
   return found == delimiters.end() ? printable({&delimiter, 1}) : std::string(found->name);
 }
 
-std::string screenTitle(std::string_view title) {
-  if (title.find_first_of(",\"") == std::string_view::npos) return std::string(title);
-  std::string shown = "\"";
-  for (const char c : title) {
-    if (c == '"') shown += c;
-    if (c != ',') shown += c;
-  }
-  return shown += '"';
-}
-
 FieldNature natureOf(std::string_view title, std::size_t column, const Arguments& arguments) {
-  const std::string shown = screenTitle(title);
   // A column may be used for several fields.
   FieldNature nature = FieldNature::Text;
   const auto use = [&](std::string_view field) {
@@ -254,11 +260,8 @@ FieldNature natureOf(std::string_view title, std::size_t column, const Arguments
   });
   if (!isMappedAnew) use(title);
   for (const MapOption& map : arguments.maps) {
-    const bool isNumbered = !map.isOfProfile && map.column.starts_with('#') &&
-                            exactNumber<std::size_t>(map.column.substr(1)) == column + 1;
-    const bool isTitled = equalsIgnoringCase(trim(map.column), trim(title)) ||
-                          equalsIgnoringCase(trim(map.column), trim(shown));
-    if (isNumbered || isTitled) use(map.field);
+    const bool isNumbered = !map.isOfProfile && ordinalNumber(map.column) == column + 1;
+    if (isNumbered || isNamedBy(title, map)) use(map.field);
   }
   return nature;
 }

@@ -41,9 +41,6 @@ std::size_t countSheetTitles(std::string_view text, const Arguments& arguments);
 /// "semicolon", or the sign itself.
 std::string delimiterName(char delimiter);
 
-/// A title as the screens show it: one with a comma or a quote keeps its quotes, and loses commas.
-std::string screenTitle(std::string_view title);
-
 /// Date or Amount of a column that is used for such a field of the kind, by its title, in UTF-8, or
 /// by --map; else Text. `column` counts from 0.
 FieldNature natureOf(std::string_view title, std::size_t column, const Arguments& arguments);

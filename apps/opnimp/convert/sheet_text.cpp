@@ -53,21 +53,6 @@ std::size_t filledColumns(const Sheet& sheet) {
   return columns.size();
 }
 
-/// A carriage return would end the line.
-void appendCell(std::string& to, std::string_view text) {
-  if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
-    to += text;
-    return;
-  }
-  to += '"';
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text.substr(i).starts_with("\r\n")) continue;
-    if (text[i] == '"') to += '"';
-    to += text[i] == '\r' ? '\n' : text[i];
-  }
-  to += '"';
-}
-
 std::string dayText(double days) {
   std::string text = formatIso({days});
   constexpr std::string_view midnight = " 00:00:00";
@@ -178,7 +163,7 @@ void SheetText::write(const Sheet& sheet, std::size_t mostRows) {
       column = extent.first;
     }
     pad(cell.column);
-    appendCell(text_, cell.text);
+    needsQuotes(cell.text) ? appendQuoted(text_, cell.text) : void(text_ += cell.text);
     isBegun = true;
   }
   if (isBegun) pad(extent.last);
@@ -188,15 +173,18 @@ const SheetCell* SheetText::cell(std::size_t line, std::size_t position) const {
   return sheet_->find(line, firstColumn_ + position);
 }
 
-std::optional<std::string> SheetText::value(std::size_t line, std::size_t position,
-                                            FieldNature nature) const {
+const SheetCell* SheetText::held(std::size_t line, std::size_t position, FieldNature nature) const {
   const SheetCell* const found = cell(line, position);
-  if (found == nullptr) return std::nullopt;
-  if (nature == FieldNature::Date && found->kind == SheetCell::Kind::Date) {
-    return dayText(found->value);
-  }
-  if (nature != FieldNature::Amount || found->kind != SheetCell::Kind::Number) return std::nullopt;
-  return (found->value < 0 ? "-" : "") + Decimal(found->value).general();
+  if (found == nullptr) return nullptr;
+  const bool isOfNature = found->kind == SheetCell::Kind::Date     ? nature == FieldNature::Date
+                          : found->kind == SheetCell::Kind::Number ? nature == FieldNature::Amount
+                                                                   : false;
+  return isOfNature ? found : nullptr;
+}
+
+std::string canonicalText(const SheetCell& held) {
+  if (held.kind == SheetCell::Kind::Date) return dayText(held.value);
+  return (held.value < 0 ? "-" : "") + Decimal(held.value).general();
 }
 
 }  // namespace velk

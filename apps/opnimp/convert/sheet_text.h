@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,10 +29,9 @@ class SheetText {
 
   /// What stands in a cell of a line, by its position from 0; null if that is nothing.
   const SheetCell* cell(std::size_t line, std::size_t position) const;
-  /// The cell of a column of that nature, as the screens read it: the day of a date, the digits of
-  /// a number. Empty for another cell.
-  std::optional<std::string> value(std::size_t line, std::size_t position,
-                                   FieldNature nature) const;
+  /// The same if it says itself how a column of that nature is read: a date of dates, a number of
+  /// amounts; null for another cell.
+  const SheetCell* held(std::size_t line, std::size_t position, FieldNature nature) const;
 
  private:
   void choose(const Arguments& arguments);
@@ -50,5 +48,8 @@ class SheetText {
   std::string refusal_;
   std::vector<std::string> choices_;
 };
+
+/// Of a cell that is held: the day of a date, the digits of a number, as the screens read them.
+std::string canonicalText(const SheetCell& held);
 
 }  // namespace velk

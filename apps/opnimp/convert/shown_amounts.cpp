@@ -25,17 +25,13 @@ ShownSign signOf(const std::optional<AmountText>& amount, std::string_view shown
   return amount->isBelowZero ? ShownSign::Minus : ShownSign::Plus;
 }
 
-bool isZero(const AmountText& amount) {
-  return amount.number.find_first_of("123456789") == std::string::npos;
-}
-
 }  // namespace
 
 void ShownAmounts::add(const SheetCell& cell, ValueSurvey& survey) {
   const std::string_view shown = trim(cell.text);
   const std::optional<AmountText> amount = readAmount(shown);
   if (amount) survey.addCurrency(*amount, shown, cell.row);
-  if (cell.value == 0 || (amount && isZero(*amount))) return;
+  if (cell.value == 0 || (amount && amount->isZero())) return;
   const ShownSign sign = signOf(amount, shown);
   const ShownSign own = cell.value < 0 ? ShownSign::Minus : ShownSign::Plus;
   if (sign != ShownSign::None) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "apps/opnimp/cli/command_line.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/cli/profile.h"

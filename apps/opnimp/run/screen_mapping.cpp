@@ -35,8 +35,7 @@ std::string titles(const ListView& list) {
 }
 
 std::optional<std::size_t> columnByNumber(const ListView& list, std::string_view text) {
-  if (!text.starts_with('#')) return std::nullopt;
-  const auto number = exactNumber<std::size_t>(text.substr(1));
+  const auto number = ordinalNumber(text);
   // A title may begin with "#", too: only digits up to the end make a number.
   if (!number) return std::nullopt;
   if (*number == 0 || *number > list.columnCount()) {

@@ -26,8 +26,7 @@ const Sheet* findSheet(const SheetSet& set, std::string_view name) {
   };
   if (const Sheet* const exact = named(std::equal_to())) return exact;
   if (const Sheet* const similar = named(equalsIgnoringCase)) return similar;
-  const auto number =
-      name.starts_with('#') ? exactNumber<std::size_t>(name.substr(1)) : std::nullopt;
+  const std::optional<std::size_t> number = ordinalNumber(name);
   return number && *number - 1 < set.sheets.size() ? &set.sheets[*number - 1] : nullptr;
 }
 
