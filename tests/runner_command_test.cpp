@@ -10,6 +10,7 @@
 #include <set>
 #include <thread>
 
+#include "apps/opnimp/cli/line_colors.h"
 #include "apps/opnimp/cli/progress.h"
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
@@ -170,6 +171,23 @@ TEST_CASE("the version is that of the changelog, with the commit and the engines
   std::getline(changes, title);
   CHECK(title == "## " + parts.str(1));
   CHECK(contains(RunnerWorld().run({"man"}).out, "\"opnimp " + parts.str(1) + "\""));
+}
+
+TEST_CASE("a terminal that wants colours shows lines of a sort in one") {
+  std::ostringstream shown;
+  {
+    const LineColors colors(shown);
+    shown << "Warnings\n    HARMFUL: x\n\nplain\rNext: a" << std::flush << "\n  li" << std::flush;
+  }
+  shown << "Account";
+  CHECK(shown.str() ==
+        "\x1B[1mWarnings\x1B[0m\n\x1B[1;31m    HARMFUL: x\x1B[0m\n\nplain\r"
+        "\x1B[32mNext: a\x1B[0m\n  liAccount");
+  CHECK(wantsColors("xterm", ""));
+  for (const char* terminal : {static_cast<const char*>(nullptr), "dumb"}) {
+    CHECK_FALSE(wantsColors(terminal, nullptr));
+  }
+  CHECK_FALSE(wantsColors("xterm", "1"));
 }
 
 TEST_CASE("manual page and completions know each command, option and kind of the help") {
