@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
-#include "apps/opnimp/convert/named_encodings.h"
+#include "platform/native/named_encodings.h"
 #include "base/text.h"
 
 namespace velk {

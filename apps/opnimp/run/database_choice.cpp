@@ -16,8 +16,9 @@
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/run/connection_advice.h"
 #include "base/errors.h"
-#include "platform/native/descriptor.h"
 #include "platform/native/native_files.h"
+#include "platform/native/native_privacy.h"
+#include "platform/native/native_sync.h"
 #include "platform/odbc/cannot_connect.h"
 #include "platform/odbc/engines.h"
 
@@ -92,10 +93,9 @@ std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
 /// One in each line of a file.
 std::vector<std::string> connectionStringsIn(const std::string& path, const std::string& bytes) {
   // A password that others can read is none.
-  using enum fs::perms;
-  std::error_code error;
-  if ((fs::status(path, error).permissions() & (group_all | others_all)) != none) {
-    cannotTake(path, "may be read by others than its owner; `chmod 600` it");
+  if (othersMayRead(path)) {
+    cannotTake(path, "may be read by others than its owner; `" + commandToKeepPrivate(path) +
+                         "` makes it yours only");
   }
   std::vector<std::string> strings;
   std::istringstream lines(bytes);
