@@ -35,6 +35,11 @@ std::optional<Number> exactNumber(std::string_view text) {
   return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
 }
 
+/// Of "#12" the 12, which is how users name the 12th of something; empty for any other text.
+inline std::optional<std::size_t> ordinalNumber(std::string_view text) {
+  return text.starts_with('#') ? exactNumber<std::size_t>(text.substr(1)) : std::nullopt;
+}
+
 /// True when a double holds the integer without rounding. Its bits tell; a conversion there and
 /// back does not, where the compiler keeps it in a wider register (as for x86).
 template <std::integral Integer>

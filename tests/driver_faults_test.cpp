@@ -178,7 +178,7 @@ TEST_CASE("driver faults: whatever fails, only what is known is said, and nothin
     const std::size_t calls = runOnce(story, "");
     REQUIRE(calls > 20);
     for (std::size_t i = 0; i < calls * casesOfCall; i += triesAll()         ? 1
-                                                          : OPNIMP_SANITIZED ? 233
+                                                          : OPNIMP_SANITIZED ? 997
                                                                              : 23) {
       const std::string plan = std::to_string(i / casesOfCall + 1) +
                                (i / 2 % 2 == 0 ? " before " : " after ") +

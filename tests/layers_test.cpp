@@ -19,12 +19,13 @@ using Names = std::vector<std::string_view>;
 
 /// The headers that a room may include besides the standard library's, by how their names begin.
 const std::map<std::string, Names> foreignHeaders{
-    {"platform/native", {"fcntl.h", "poll.h", "pwd.h", "spawn.h", "sys/", "unistd.h"}},
+    {"platform/native", {"fcntl.h", "linux/", "poll.h", "pwd.h", "spawn.h", "sys/", "unistd.h"}},
     {"platform/odbc", {"sql", "windows.h"}},
     {"platform/windows",
      {"windows.h", "ole2.h", "olectl.h", "ocidl.h", "cderr.h", "commdlg.h", "shellapi.h",
       "shobjidl.h", "wrl/client.h", "xmmintrin.h", "ado_com.h", "host_service_com.h"}},
     {"platform/windows/forms", {"windows.h", "commctrl.h", "uxtheme.h", "vssym32.h"}},
+    {"platform/spreadsheet/zipped", {"expat.h", "zlib.h"}},
     {"mapping", {"emmintrin.h"}},
     {"component/com",
      {"windows.h", "ole2.h", "olectl.h", "initguid.h", "pthread.h", "ado_com.h",

@@ -209,6 +209,11 @@ TEST_CASE(
   for (const std::string_view broken : {"C1;\"a;R;;1;1", "C1;\"a\" b;R;;1;1"}) {
     CHECK(contains(converted(semicolons(broken)).said("refused"), "line 2"));
   }
+  for (const char* encoding : {"windows-1252", "ISO-8859-15"}) {
+    CHECK(contains(
+        converted(semicolons("C1;M\xC3\xBC;R;;1;1"), {"--encoding", encoding}).said("refused"),
+        "the first in line 2, are UTF-8"));
+  }
   CHECK(contains(converted("").said("refused"), "empty"));
   CHECK(contains(converted("PK\x03\x04").said("refused"), "workbook"));
   CHECK(contains(converted("x").ran.out, "\"status\""));
@@ -322,7 +327,7 @@ TEST_CASE("a file of which nobody knows what is meant is refused, or left as the
   // Neither does one value that reads as a title.
   const std::string named = "C001,,,31/03/2008,1,1\r\nC003,Date,,30/03/2008,1,1\r\n";
   CHECK(converted(named, {"--map", "Date=#4"}).bytes == named);
-  CHECK(converted(semicolons("C1;;R;31/03/2008;Rs. 5,5;INR 5,5") + "  \r\n\x1A").bytes ==
+  CHECK(converted(semicolons("C1;;R;31/03/2008;Rs. 5,5;INR 5,5") + "  \r\n\"\"\r\n\x1A").bytes ==
         fileOf("C1,,R,31/03/2008,5.5,5.5"));
   CHECK(converted(semicolons("R1;A;20071231;31/03/2008;1;1"),
                   {"--map", "Reference=Date", "--map", "Date=Reference"})

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <map>
 
+#include "apps/opnimp/audit/outcome.h"
 #include "apps/opnimp/run/document_lookup.h"
 #include "tests/support/fake_database.h"
 #include "tests/support/json_value.h"
@@ -305,6 +306,24 @@ TEST_CASE("hosts: files of one call, and a server that is lost within one of the
           world.run({"report", number, "--json", "--journal", world.journal()}).out);
       CHECK(journaled.outcomes() == each.outcomes[file]);
     }
+  }
+}
+
+TEST_CASE("hosts: a run that resumes one at another server says what that may lack") {
+  for (const std::string line : {"line 1", "line 2"}) {
+    HostsWorld world;
+    world.dies = 5;
+    world.hosts["Driver=a"].connection->confirmed = "line 1";
+    auto second = world.hosts.extract("Driver=b");
+    second.mapped().connection->confirmed = line;
+    CHECK(world.importHosts().status == 5);
+    world.hosts.erase("Driver=a");
+    world.hosts.insert(std::move(second));
+    const Ran ran = world.importHosts({"--resume", "--rejects", world.folder.path("r.csv")});
+    CHECK_MESSAGE(ran.status == 1, (ran.out + ran.err));
+    const Json report(ran.out);
+    CHECK(report.at("serverReplaced") == (line == "line 1" ? "false" : "true"));
+    CHECK(contains(report.at("next"), "may lack what was posted last") == (line == "line 2"));
   }
 }
 

@@ -1,6 +1,8 @@
 // Profiles: how one file was read is kept, and the next one is read so.
 #include <doctest/doctest.h>
 
+#include <filesystem>
+
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
 
@@ -39,6 +41,8 @@ TEST_CASE("a profile reads the next file as the first one was read") {
         "decimal = \"comma\"", "accept = \"date-without-year\""}) {
     CHECK_MESSAGE(contains(text, line), text);
   }
+  CHECK(std::filesystem::status(path).permissions() == std::filesystem::perms(0600));
+  world.folder.write("settings/opnimp/profiles/acme.ini", "\xEF\xBB\xBF" + text);
   // Neither the order of its dates nor its decimal sign can be told from the next one.
   const std::string next = world.folder.write(
       "2.csv", "Balance;Bill Amount;Day;Note #;PARTY\r\n5;1.250;03/04/2008;R2;C002\r\n");
@@ -64,6 +68,37 @@ TEST_CASE("a profile reads the next file as the first one was read") {
   CHECK(debits(world) == "1");
 }
 
+TEST_CASE("a column is read as what it is mapped to, whatever the screens make of its title") {
+  const struct {
+    std::string title, row, map;
+    double balance;
+    std::vector<std::string> more;
+    int next = 0;  // the status of the next file, read by the profile
+  } rows[] = {
+      {"\"Closing, INR\"", ";1.234", "Balance=\"Closing INR\"", 1234, {}},
+      {"\"Closing \"\"net\"\"\"", ";1.234", "Balance=#6", 1234, {}},
+      {"Opening;#6", ";7,00;100,50", "Balance=#7", 100.5, {}},
+      {"\xD0\xA1\xD1\x83\xD0\xBC\xD0\xBC\xD0\xB0", ";1.234", "Balance=#6", 1234, {"--replace"}, 2}};
+  for (const auto& row : rows) {
+    CAPTURE(row.title);
+    RunnerWorld world;
+    const std::string titles = "Customer ID;Customer Name;Reference;Date;Bill Amount;" + row.title;
+    const auto file = [&](const std::string& name, const std::string& reference) {
+      return world.folder.write(
+          name, titles + "\r\nC001;n;" + reference + ";31/03/2008;2.000,50" + row.row + "\r\n");
+    };
+    std::vector<std::string> more{"--map", row.map, "--save-profile", "own"};
+    more.insert(more.end(), row.more.begin(), row.more.end());
+    const Ran ran = world.import(file("1.csv", "R1"), more);
+    CHECK_MESSAGE(ran.status == 0, ran.out);
+    const Ran next = world.import(file("2.csv", "R2"), {"--profile", "own"});
+    CHECK(next.status == row.next);
+    if (row.next != 0) CHECK_MESSAGE(contains(next.out, "--map \"Balance=#6\""), next.out);
+    CHECK(std::stod(world.ask("SELECT sum(Balance) FROM CustomerDebitNote")) ==
+          row.balance * (row.next == 0 ? 2 : 1));
+  }
+}
+
 TEST_CASE("a profile that makes no sense is refused, and one that is there is kept") {
   Profiles profiles;
   RunnerWorld& world = profiles.world;
@@ -76,6 +111,7 @@ TEST_CASE("a profile that makes no sense is refused, and one that is there is ke
       {kind + "database = x.db\n", "it has \"database\", which no profile has"},
       {kind + "[import]\ndecimal = comma\n", "which no profile has"},
       {kind + "decimal = comma\nencoding = UTF-8\ndecimal = point\n", "decimal more than once"},
+      {kind + "skip-last-lines = 1\n", "which no profile has"},
       {kind + "date-order = \"ydm\"\n", "ydm not in"},
       {kind + "header-line = -1\n", "--header-line takes a number"},
       {kind + "replace = maybe\n", "replace is true"},
@@ -100,14 +136,45 @@ TEST_CASE("a profile that makes no sense is refused, and one that is there is ke
   // A title that no line takes; a file that is refused; no folder.
   const std::string lines =
       world.folder.write("l.csv", "Customer ID,\"Bill, \nAmount\",Balance\r\nC001,1,1\r\n");
-  CHECK(contains(
-      world
-          .run({"preview", world.kind, lines, "--map", "Bill Amount=#2", "--save-profile", "lines"})
-          .err,
-      "does not fit into a line"));
+  const Ran unsaved = world.run(
+      {"preview", world.kind, lines, "--map", "Bill Amount=#2", "--save-profile", "lines"});
+  CHECK(unsaved.status == 5);
+  CHECK(contains(unsaved.err, "does not fit into a line"));
   CHECK(contains(world.run({"preview", world.kind, profiles.first, "--save-profile", "no"}).err,
                  "the file was refused"));
   CHECK_FALSE(world.folder.has("settings/opnimp/profiles/no.ini"));
   world.surroundings.settingsFolder.clear();
   CHECK(world.import(profiles.first, {"--profile", "acme"}).status == 4);
+}
+
+TEST_CASE("a profile takes the place of nothing that the same call writes") {
+  RunnerWorld world;
+  const std::string profile = world.folder.path("p");
+  const struct {
+    std::vector<std::string> more;
+    std::string path, says;
+  } rows[] = {{{"--journal", profile}, profile, "--journal and --save-profile name one file"},
+              {{"--rejects", profile}, profile + ".reasons.csv", "name one file"},
+              {{"--report", profile}, profile, "name one file"},
+              {{"--metrics", profile}, profile, "name one file"},
+              {{}, world.folder.path("Error.log"), "write over the error log"},
+              {{}, world.database() + "-wal", "write over the database"}};
+  for (auto row : rows) {
+    row.more.insert(row.more.end(), {"--save-profile", row.path});
+    const Ran ran = world.importLines({openingTitles, good1}, row.more);
+    CHECK(ran.status == 3);
+    CHECK_MESSAGE(contains(ran.err, row.says), ran.err);
+  }
+  const std::string wal = world.database() + "-wal";
+  CHECK(world
+            .run({"preview", world.kind, world.folder.path("in.csv"), "--database",
+                  world.database(), "--save-profile", wal})
+            .status == 3);
+  CHECK(debits(world) == "0");
+  // Somebody else makes it during the run.
+  world.surroundings.user = [&] { return world.folder.write("p", "late"); };
+  const Ran late = world.importLines({openingTitles, good1}, {"--save-profile", profile, "--json"});
+  CHECK(late.status == 5);
+  CHECK(contains(late.out, "\"profileError\":\"there is a file"));
+  CHECK(world.folder.read("p") == "late");
 }

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <optional>
 
+#include "base/sanitized.h"
 #include "platform/spreadsheet/xls/compound_layout.h"
 #include "platform/spreadsheet/xls/records.h"
 #include "platform/spreadsheet/xls/workbook_reader.h"
@@ -15,14 +16,6 @@ namespace velk::xls {
 namespace {
 
 using Bytes = std::string;
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool isSanitized = true;
-#elif defined(__has_feature)
-constexpr bool isSanitized = __has_feature(address_sanitizer);
-#else
-constexpr bool isSanitized = false;
-#endif
 
 /// Of so many cases one is tried where all of them would take minutes, unless time does not matter.
 std::size_t oneOf(std::size_t cases) {

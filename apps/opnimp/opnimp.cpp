@@ -1,8 +1,11 @@
 #include "apps/opnimp/opnimp.h"
 
+#include <algorithm>
 #include <exception>
 #include <new>
+#include <sstream>
 
+#include "apps/opnimp/cli/command_line.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/report/events.h"
@@ -17,6 +20,7 @@
 #include "apps/opnimp/run/lock_holders.h"
 #include "apps/opnimp/run/preview_command.h"
 #include "apps/opnimp/run/profiles.h"
+#include "apps/opnimp/run/run_support.h"
 
 namespace velk {
 
@@ -59,6 +63,18 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
   return ExitStatus::Posted;
 }
 
+/// With --quiet there is no report of what went well.
+ExitStatus runQuietly(const Arguments& arguments, const Streams& streams,
+                      const Surroundings& surroundings) {
+  // Its output may be the file that it writes.
+  const bool tellsItself = arguments.command == Arguments::Command::Convert;
+  if (!arguments.quiet || tellsItself) return runCommand(arguments, streams, surroundings);
+  std::ostringstream report;
+  const ExitStatus status = runCommand(arguments, {report, streams.err, false}, surroundings);
+  if (status != ExitStatus::Posted) streams.out << report.str();
+  return status;
+}
+
 /// Without the secrets of a connection string that was given in the wrong place.
 std::string masked(std::string text, std::span<const std::string> args) {
   for (const std::string& arg : args) {
@@ -72,20 +88,38 @@ std::string masked(std::string text, std::span<const std::string> args) {
   return text;
 }
 
-int failWithoutMemory(bool json, Events& events, Streams& streams) {
+bool writesToOutput(const Arguments& arguments) {
+  return arguments.command == Arguments::Command::Convert && arguments.file == standardStream;
+}
+
+/// The same of a command line that may make no sense: in doubt the output is left alone.
+bool mayWriteToOutput(std::span<const std::string> args) {
+  return !args.empty() && args.front() == "convert" &&
+         std::ranges::find(args, standardStream) != args.end();
+}
+
+/// Where a JSON document about a failure belongs; null: nowhere.
+std::ostream* documentStream(bool json, bool isOutputTaken, const Streams& streams) {
+  if (!json) return nullptr;
+  return isOutputTaken ? &streams.err : &streams.out;
+}
+
+int failWithoutMemory(std::ostream* document, Events& events, Streams& streams) {
   constexpr ExitStatus status = ExitStatus::BrokeOff;
   try {
     events.failure(status, memoryRanOut);
-    if (json) writeErrorDocument(status, std::string(memoryRanOut), streams.out);
+    if (document != nullptr) writeErrorDocument(status, std::string(memoryRanOut), *document);
   } catch (const std::bad_alloc&) {
     streams.err << "opnimp: " << memoryRanOut << ".\n";  // which needs none
   }
   return static_cast<int>(status);
 }
 
-int fail(ExitStatus status, const std::string& text, bool json, Events& events, Streams& streams) {
-  events.failure(status, text);
-  if (json) writeErrorDocument(status, text, streams.out);
+int fail(ExitStatus status, const std::string& text, std::ostream* document, Events& events,
+         const Streams& streams) {
+  // Standard error has the document alone where it takes it, so that a program can read it.
+  if (document != &streams.err) events.failure(status, text);
+  if (document != nullptr) writeErrorDocument(status, text, *document);
   return static_cast<int>(status);
 }
 
@@ -95,13 +129,16 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
               const Surroundings& surroundings) {
   // Asked first: also a command line that makes no sense is answered in the format it asks for.
   const bool json = asksForJson(args);
+  std::ostream* document = documentStream(json, mayWriteToOutput(args), streams);
   Events events(streams, asksForJsonLog(args));
   try {
-    const Arguments arguments = argumentsWithProfile(args, surroundings);
+    Arguments arguments = argumentsWithProfile(args, surroundings);
+    document = documentStream(json, writesToOutput(arguments), streams);
+    takeStandardInput(arguments, surroundings);
     streams.out << arguments.answer;
     const bool answered = !arguments.answer.empty();
     const ExitStatus status =
-        answered ? ExitStatus::Posted : runCommand(arguments, streams, surroundings);
+        answered ? ExitStatus::Posted : runQuietly(arguments, streams, surroundings);
     // A full disk shows only when the buffer is written.
     streams.out.flush();
     if (streams.out) return static_cast<int>(status);
@@ -113,18 +150,18 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
                 ran ? "the import ran, but its report could not be written; look up in the "
                       "database what was posted before importing again"
                     : "the report could not be written",
-                false, events, streams);
+                nullptr, events, streams);
   } catch (const UsageError& error) {
-    return fail(ExitStatus::Usage, masked(error.what(), args), json, events, streams);
+    return fail(ExitStatus::Usage, masked(error.what(), args), document, events, streams);
   } catch (const CannotOpen& error) {
-    return fail(ExitStatus::CannotOpen, masked(error.what(), args), json, events, streams);
+    return fail(ExitStatus::CannotOpen, masked(error.what(), args), document, events, streams);
   } catch (const std::bad_alloc&) {
-    return failWithoutMemory(json, events, streams);
+    return failWithoutMemory(document, events, streams);
   } catch (const std::exception& error) {
     return fail(ExitStatus::BrokeOff,
                 "an unexpected error ended the program: " + masked(error.what(), args) +
                     ". Look up in the database what was posted",
-                json, events, streams);
+                document, events, streams);
   }
 }
 

@@ -45,15 +45,16 @@ struct stat regularFileStatus(const Descriptor& file) {
 RuntimeError fileError(int errorCode) {
   // ENXIO is what opening gives for a pipe that nobody reads, because of O_NONBLOCK.
   static constexpr std::pair<int, ErrorNumber> known[] = {
-      {ENOENT, ErrorNumber::FileNotFound},     {ENOTDIR, ErrorNumber::PathNotFound},
-      {EACCES, ErrorNumber::PermissionDenied}, {EPERM, ErrorNumber::PermissionDenied},
-      {EBUSY, ErrorNumber::PermissionDenied},  {ETXTBSY, ErrorNumber::PermissionDenied},
-      {EISDIR, ErrorNumber::PathFileAccess},   {EROFS, ErrorNumber::PathFileAccess},
-      {ELOOP, ErrorNumber::PathFileAccess},    {ENXIO, ErrorNumber::PathFileAccess},
-      {EINVAL, ErrorNumber::PathFileAccess},   {ENAMETOOLONG, ErrorNumber::BadFileNameOrNumber},
-      {EMFILE, ErrorNumber::TooManyFiles},     {ENFILE, ErrorNumber::TooManyFiles},
-      {ENOSPC, ErrorNumber::DiskFull},         {EDQUOT, ErrorNumber::DiskFull},
-      {EFBIG, ErrorNumber::DiskFull},          {ENOMEM, ErrorNumber::OutOfMemory}};
+      {ENOENT, ErrorNumber::FileNotFound},       {ENOTDIR, ErrorNumber::PathNotFound},
+      {EACCES, ErrorNumber::PermissionDenied},   {EPERM, ErrorNumber::PermissionDenied},
+      {EBUSY, ErrorNumber::PermissionDenied},    {ETXTBSY, ErrorNumber::PermissionDenied},
+      {EISDIR, ErrorNumber::PathFileAccess},     {EROFS, ErrorNumber::PathFileAccess},
+      {ELOOP, ErrorNumber::PathFileAccess},      {ENXIO, ErrorNumber::PathFileAccess},
+      {EINVAL, ErrorNumber::PathFileAccess},     {ENAMETOOLONG, ErrorNumber::BadFileNameOrNumber},
+      {EBADF, ErrorNumber::BadFileNameOrNumber}, {EMFILE, ErrorNumber::TooManyFiles},
+      {ENFILE, ErrorNumber::TooManyFiles},       {ENOSPC, ErrorNumber::DiskFull},
+      {EDQUOT, ErrorNumber::DiskFull},           {EFBIG, ErrorNumber::DiskFull},
+      {ENOMEM, ErrorNumber::OutOfMemory}};
   const auto* const found =
       std::ranges::find(known, errorCode, &std::pair<int, ErrorNumber>::first);
   return RuntimeError(found == std::end(known) ? ErrorNumber::DeviceIo : found->second);

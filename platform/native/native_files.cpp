@@ -100,7 +100,8 @@ class NativeReplacement final : public NativeOutput {
     NativeOutput::close();
     required([&] { return ::rename(name_.c_str(), path_.c_str()); });
     moved_ = true;
-    syncFolderOf(path_);
+    // The file is there by now: what finds no memory must not call it missing.
+    ignoringFailure([&] { syncFolderOf(path_); });
   }
 
  private:

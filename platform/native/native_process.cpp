@@ -1,7 +1,6 @@
 #include "platform/native/native_process.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,6 +11,7 @@
 #include <string_view>
 
 #include "platform/native/descriptor.h"
+#include "platform/native/pipe_reading.h"
 
 namespace velk {
 
@@ -49,26 +49,6 @@ pid_t started(std::vector<std::string> command, const std::string& variable, int
   return failure == 0 ? process : 0;
 }
 
-/// Reads to the end; false if that does not come in time.
-bool readAll(int pipe, std::string& output, std::chrono::milliseconds limit) {
-  using Clock = std::chrono::steady_clock;
-  const Clock::time_point end = Clock::now() + limit;
-  std::array<char, 4096> bytes{};
-  for (;;) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
-    pollfd wanted{pipe, POLLIN, 0};
-    if (left.count() <= 0) return false;
-    const int ready = ::poll(&wanted, 1, static_cast<int>(left.count()));
-    if (ready < 0 && errno == EINTR) continue;
-    // Without one that is ready a read might wait for ever.
-    if (ready <= 0) return false;
-    const ssize_t count = ::read(pipe, bytes.data(), bytes.size());
-    if (count == 0) return true;
-    if (count < 0 && errno != EINTR) return false;
-    if (count > 0) output.append(bytes.data(), static_cast<std::size_t>(count));
-  }
-}
-
 }  // namespace
 
 std::optional<Answer> answerOf(const std::vector<std::string>& command, const std::string& variable,
@@ -81,7 +61,9 @@ std::optional<Answer> answerOf(const std::vector<std::string>& command, const st
   if (process == 0) return std::nullopt;
   writing = Descriptor();
   Answer answer;
-  const bool whole = readAll(reading.get(), answer.output, limit);
+  constexpr std::size_t longestAnswer = std::size_t{1} << 20U;
+  const bool whole =
+      readToEnd(reading.get(), answer.output, limit, longestAnswer) == PipeEnd::Whole;
   if (!whole) ::kill(process, SIGKILL);
   int status = 0;
   while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {

@@ -37,6 +37,12 @@ std::string generalText(double value) {
 
 }  // namespace
 
+// Their numbers of days before that 29 February are one too low.
+double daysOfSerial(double serial, bool from1904) {
+  constexpr int firstAfterLeapError = 60;
+  return serial + (from1904 ? daysTo1904 : serial < firstAfterLeapError ? 1 : 0);
+}
+
 std::string_view builtInFormat(std::uint16_t number) {
   // Scientific ones and fractions show as general, as everywhere here.
   constexpr std::string_view general = "General";
@@ -275,12 +281,8 @@ class NumberFormat::DateText {
       : tokens_(tokens),
         seconds_(std::llround(value * secondsPerDay)),
         twelveHours_(std::ranges::find(tokens, Part::AmPm, &Token::part) != tokens.end()) {
-    // Spreadsheets count a 29 February 1900, which never was: their numbers of
-    // earlier days are one too low.
-    constexpr int firstAfterLeapError = 60;
     // From the rounded seconds, so that 23:59:59.9 becomes the next day and not 24:00.
-    const double days = std::floor(static_cast<double>(seconds_) / secondsPerDay);
-    date_.days = days + (from1904 ? daysTo1904 : days < firstAfterLeapError ? 1 : 0);
+    date_.days = daysOfSerial(std::floor(static_cast<double>(seconds_) / secondsPerDay), from1904);
     civil_ = civilFromDate(date_);
   }
 
@@ -394,15 +396,35 @@ NumberFormat::NumberFormat(std::string_view code) {
 
 std::string NumberFormat::text(double value, bool from1904) const {
   if (!std::isfinite(value)) return "#NUM!";
-  // A second section shows negative numbers without a minus: its code contains the sign.
-  const bool ownNegative = value < 0 && sections_.size() > 1;
-  const bool ownZero = value == 0 && sections_.size() > 2;
-  const Section& section = sections_[ownNegative ? 1 : ownZero ? 2 : 0];
+  const Section& section = sectionFor(value);
   // What is no date shows as its number.
   const bool badDate = section.date && (value < 0 || value >= DateText::limit);
   if (section.general || badDate) return generalText(value);
   if (section.date) return DateText(section.tokens, value, from1904).text();
-  return NumberText(section.tokens, value).text(value < 0 && !ownNegative);
+  return NumberText(section.tokens, value).text(value < 0 && &section == &sections_.front());
+}
+
+const NumberFormat::Section& NumberFormat::sectionFor(double value) const {
+  // A second section shows negative numbers without a minus: its code contains the sign.
+  const bool ownNegative = value < 0 && sections_.size() > 1;
+  const bool ownZero = value == 0 && sections_.size() > 2;
+  return sections_[ownNegative ? 1 : ownZero ? 2 : 0];
+}
+
+// Before the first day there are times only.
+bool NumberFormat::showsDay(double value, bool from1904) const {
+  if (!std::isfinite(value) || value < (from1904 ? 0 : 1) || value >= DateText::limit) return false;
+  const Section& section = sectionFor(value);
+  return !section.general && section.date &&
+         std::ranges::any_of(section.tokens, [](const Token& token) {
+           return token.part == Part::Date && (token.byte == 'd' || token.byte == 'y');
+         });
+}
+
+void setNumber(SheetCell& cell, double value, const NumberFormat& format, bool from1904) {
+  const bool isDay = format.showsDay(value, from1904);
+  cell.kind = isDay ? SheetCell::Kind::Date : SheetCell::Kind::Number;
+  cell.value = isDay ? daysOfSerial(value, from1904) : value;
 }
 
 }  // namespace velk

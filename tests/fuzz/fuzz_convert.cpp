@@ -22,6 +22,17 @@ std::size_t recordsOnScreens(const std::string& bytes) {
   }
 }
 
+/// What the run knows of the file has its place in it.
+void keepRecords(std::string_view fileBytes, const Conversion& conversion, std::size_t records) {
+  const CsvRecords kept(std::string(fileBytes), conversion);
+  require(kept.count() == records && kept.longestLine() <= kept.bytes().size());
+  for (std::size_t record = 0; record < kept.count(); ++record) {
+    const RecordPlace place = kept.place(record);
+    require(kept.lineAt(place.offset) == place.line);
+  }
+  require(kept.titles().size() <= kept.header().size() + 1);
+}
+
 void convertAgain(const std::string& bytes, const Arguments& arguments) {
   Arguments again;
   again.kind = arguments.kind;
@@ -47,6 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t records = recordsOnScreens(*conversion.bytes);
     require(conversion.lines.empty() ? records == CsvRecords(std::string(input.bytes)).count()
                                      : records + 1 == conversion.lines.size());
+    keepRecords(input.bytes, conversion, records);
     convertAgain(*conversion.bytes, input.arguments);
   } catch (const UsageError&) {
     // Of titles in a line that there is not.

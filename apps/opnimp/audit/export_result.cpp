@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "apps/opnimp/records/file_bytes.h"
 #include "base/text.h"
 
 namespace velk {
@@ -78,7 +79,7 @@ std::string differenceOf(Rows file, Rows database) {
 }  // namespace
 
 ExportedFile readExported(FileSystem& files, const std::string& path, Connection& connection) {
-  const WorkbookRecords file(files, path);
+  const WorkbookRecords file(readBytes(files, path));
   ExportedFile exported;
   if (!file.hasCaptions()) {
     exported.difference = "it is no salesman workbook";

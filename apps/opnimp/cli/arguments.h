@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,6 +13,9 @@
 #include "apps/opnimp/cli/kinds.h"
 
 namespace velk {
+
+/// In the place of a file: standard input, or output.
+inline constexpr std::string_view standardStream = "-";
 
 /// One --map option: "Field=Column".
 struct MapOption {
@@ -38,13 +42,15 @@ struct Arguments {
     Split
   };
 
+  std::vector<std::string> words;  ///< all of them, as they were given
   std::string answer;  ///< help or version to print, no command being run; empty otherwise
   Command command = Command::Import;
   const ImportKind* kind = nullptr;
   std::vector<const ImportKind*> kinds;  ///< to tell of, or check the database for; empty: all
   std::string file;  ///< to write, convert to, split, or make; of eachFile the one to import
-  std::vector<std::string> files;      ///< to import, preview or convert
-  std::vector<std::string> databases;  ///< the hosts of one; empty: the environment names it
+  std::vector<std::string> files;            ///< to import, preview or convert
+  std::vector<std::string> databases;        ///< the hosts of one; empty: the environment names it
+  std::shared_ptr<const std::string> piped;  ///< what came from standard input, if it is a file
   std::vector<MapOption> maps;
   ConvertOptions convert;
   std::optional<std::string> profile;  ///< its name, or the path of its file
@@ -69,13 +75,11 @@ struct Arguments {
   bool dryRun = false;
   bool allOrNothing = false;
   bool oneByOne = false;  ///< each question to the database by itself
+  bool quiet = false;     ///< no report of what went well
+  bool verbose = false;   ///< what happens is told on standard error, as people read it
   bool json = false;
   bool jsonLog = false;  ///< on standard error
 };
-
-/// Reads the arguments that follow the program's name; raises UsageError. The command comes first;
-/// an option's value follows it as the next argument or after "="; "--" ends the options.
-Arguments parseArguments(std::span<const std::string> args);
 
 /// What the arguments ask for with each of their files. Of several, each has files of --rejects and
 /// --report of its own, with its number before the extension: rejects.2.csv.
@@ -90,10 +94,5 @@ extern const std::string_view programVersion;
 /// The command that the program runs of itself, to learn who holds the locks that a session of
 /// OPNIMP_DATABASE waits for. It is in no help.
 extern const std::string_view lockHoldersCommand;
-
-/// True when the arguments ask for JSON, even if they make no sense otherwise.
-bool asksForJson(std::span<const std::string> args);
-/// The same of what is told on standard error.
-bool asksForJsonLog(std::span<const std::string> args);
 
 }  // namespace velk

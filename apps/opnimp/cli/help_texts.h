@@ -2,6 +2,7 @@
 // lines, but does not break them.
 #pragma once
 
+#include <array>
 #include <string>
 
 namespace velk {
@@ -56,7 +57,8 @@ inline const std::string oneByOneHelp =
     "its record, no two calls in one message";
 inline const std::string filesHelp =
     "the file with the records; several are imported one after the\n"
-    "other with one account, and nothing of any if one is refused";
+    "other with one account, and nothing of any if one is refused;\n"
+    "- is standard input";
 inline const std::string numberedHelp =
     ";\n"
     "--rejects r.csv and --report p.html then write r.1.csv, r.2.csv,\n"
@@ -69,10 +71,14 @@ inline const std::string encodingHelp =
     "the encoding of the file: UTF-8, UTF-16LE, UTF-16BE,\n"
     "windows-1252, or any other that the machine's library knows\n"
     "(default: what the file shows)";
+inline const std::string sheetHelp =
+    "the sheet of a workbook, by its name or as #N for the Nth (default:\n"
+    "the one that has values or titles; of salesmen the first)";
 inline const std::string delimiterHelp =
     "what separates values: auto, comma, semicolon, tab or bar";
 inline const std::string skipHelp = "the titles stand in the line behind the first N";
 inline const std::string headerHelp = "the titles stand in line N (default: where they are found)";
+inline const std::string lastLinesHelp = "the last N lines are no records, such as totals";
 inline const std::string dateOrderHelp =
     "how dates are written that read both ways: auto, dmy, mdy, ymd";
 inline const std::string decimalHelp = "what stands in front of decimals: auto, point or comma";
@@ -87,6 +93,40 @@ inline const std::string saveProfileHelp =
 inline const std::string rawHelp =
     "import the file as it is, as the screens would: nothing of\n"
     "another program's format is converted";
+inline const std::string quietHelp =
+    "no report and no progress where all goes well (exit status 0)";
+inline const std::string verboseHelp =
+    "tell on standard error of each run and record that needs\n"
+    "attention, as it comes";
+
+struct Example {
+  const char* command;
+  const char* lines;
+};
+inline constexpr std::array<Example, 13> examples{
+    {{"import",
+      "  opnimp import customer-opening balances.csv --dry-run --database company.db\n"
+      "  opnimp import customer-opening balances.csv --map \"Customer ID=Party Code\" \\\n"
+      "    --rejects left.csv --report balances.html\n"
+      "  opnimp import vendor april.csv --profile acme\n"},
+     {"preview",
+      "  opnimp preview customer-opening balances.csv\n"
+      "  opnimp preview customer-opening balances.csv --date-order mdy --save-profile acme\n"
+      "  unzip -p export.zip balances.csv | opnimp preview customer-opening -\n"},
+     {"convert",
+      "  opnimp convert customer-opening balances.txt balances.csv\n"
+      "  opnimp convert bank-branch - - --encoding windows-1250 <banks.txt >banks.csv\n"},
+     {"export", "  opnimp export salesman salesmen.xls --database company.db\n"},
+     {"demo-database", "  opnimp demo-database company.db\n"},
+     {"runs", "  opnimp runs\n  opnimp runs --json\n"},
+     {"report", "  opnimp report 12\n  opnimp report 12 --html run12.html\n"},
+     {"reversal", "  opnimp reversal 12 taken-back.csv\n"},
+     {"rejects", "  opnimp rejects 12 left.csv\n"},
+     {"check-database", "  opnimp check-database customer-opening --database company.db\n"},
+     {"kinds", "  opnimp kinds\n  opnimp kinds vendor --json\n"},
+     {"template", "  opnimp template customer-opening balances.csv\n"},
+     {"split", "  opnimp split balances.csv --records 10000\n"}}};
+
 inline const std::string mainFooter =
     R"(`opnimp help COMMAND` lists the kinds and options of a command; after "--" follows no option.
 

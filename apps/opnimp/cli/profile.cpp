@@ -21,11 +21,13 @@ struct Key {
   std::string_view comment;
   bool mayRepeat = false;
 };
-// In the order in which they are written; behind the first one they are options.
-constexpr std::array<Key, 10> keys{
+// In the order in which they are written; behind the first one they are options. Not how many last
+// lines are no records: the next file may end in one.
+constexpr std::array<Key, 11> keys{
     {{kindKey, "The kind of file."},
      {"map", "Each field, and the title of its column in the file.", true},
      {"encoding", "The encoding; without it, what each file shows."},
+     {"sheet", "The sheet of a workbook, by its name or as #N."},
      {"delimiter", "What separates values: comma, semicolon, tab or bar."},
      {"skip-lines", "How many lines stand above the titles."},
      {"header-line", "The line that the titles stand in."},
@@ -56,9 +58,10 @@ void requireText(const std::string& text) {
 /// Nothing but the quotes around a value means anything in it.
 std::vector<CLI::ConfigItem> itemsOf(const std::string& text) {
   constexpr char nothing = '\x01';
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
   CLI::ConfigBase format;
   format.comment(nothing)->arrayBounds(nothing, nothing)->arrayDelimiter(nothing);
-  std::istringstream lines(text);
+  std::istringstream lines(text.substr(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0));
   return format.from_config(lines);
 }
 
@@ -76,11 +79,12 @@ void add(const Key& key, const std::string& value, Profile& profile) {
 
 std::string listOfKeys() {
   std::vector<std::string> names;
+  names.reserve(keys.size());
   for (const Key& key : keys) names.emplace_back(key.name);
   return listed(names);
 }
 
-void writeLine(std::string_view key, std::string_view value, std::string& text) {
+void writeKey(std::string_view key, std::string_view value, std::string& text) {
   if (std::ranges::any_of(value, isControl)) {
     throw UsageError("\"" + printable(value) + "\" does not fit into a line");
   }
@@ -122,12 +126,12 @@ std::string profileText(const Profile& profile) {
       "# Options of the command line come first. Lines that begin with # are comments.\n";
   for (const Key& key : keys) {
     std::string lines;
-    if (key.name == kindKey) writeLine(key.name, profile.kind, lines);
+    if (key.name == kindKey) writeKey(key.name, profile.kind, lines);
     const std::string option = "--" + std::string(key.name);
     for (const std::string& given : profile.options) {
-      if (given == option) writeLine(key.name, "true", lines);
+      if (given == option) writeKey(key.name, "true", lines);
       if (given.starts_with(option + "="))
-        writeLine(key.name, given.substr(option.size() + 1), lines);
+        writeKey(key.name, given.substr(option.size() + 1), lines);
     }
     if (!lines.empty()) text.append("\n# ").append(key.comment).append("\n").append(lines);
   }

@@ -1,11 +1,16 @@
-// The progress line of a long run on a terminal: "12,345 of 32,766 records".
+// The progress line of a long run on a terminal: "12,345 of 32,766 records, 1,234 a second, 17 s
+// left".
 #pragma once
 
 #include <chrono>
 #include <cstddef>
 #include <ostream>
+#include <string>
 
 namespace velk {
+
+/// Of `done` records, `before` of which were done `seconds` ago.
+std::string progressText(std::size_t done, std::size_t total, std::size_t before, double seconds);
 
 class Progress {
  public:
@@ -28,7 +33,10 @@ class Progress {
   std::size_t total_ = 0;
   std::size_t before_ = 0;
   std::size_t drawnWidth_ = 0;
-  std::chrono::steady_clock::time_point nextDraw_{};
+  using Clock = std::chrono::steady_clock;
+  std::size_t first_ = 0;  // that was shown
+  Clock::time_point firstDraw_{};
+  Clock::time_point nextDraw_{};
 };
 
 }  // namespace velk

@@ -249,9 +249,7 @@ std::optional<std::string> canonicalAmount(const AmountText& amount, char decima
   if ((hasGaps || hasGroups) && !isGrouped(whole, mark, mark == ',' || mark == gap)) {
     return std::nullopt;
   }
-  const bool isZero =
-      std::ranges::none_of(amount.number, [](char c) { return c >= '1' && c <= '9'; });
-  std::string text = amount.isBelowZero && !isZero ? "-" : "";
+  std::string text = amount.isBelowZero && !amount.isZero() ? "-" : "";
   std::ranges::copy_if(whole, std::back_inserter(text), isDigit);
   if (!decimals.empty()) text.append(".").append(decimals);
   return text;

@@ -28,6 +28,7 @@ struct AmountText {
   std::string currency;  ///< its sign or letters
   std::string number;    ///< digits, points, commas, and a blank for each gap
 
+  bool isZero() const { return number.find_first_of("123456789") == std::string::npos; }
   bool has(AmountForm form) const { return (forms >> static_cast<unsigned>(form) & 1U) != 0; }
 };
 

@@ -10,12 +10,6 @@ namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
 
-/// What a value cannot have outside quotes.
-bool needsQuotes(std::string_view value) {
-  return std::ranges::any_of(value,
-                             [](char c) { return c == ',' || c == '"' || c == '\n' || c == '\r'; });
-}
-
 }  // namespace
 
 // The screens take a title with its quotes, and so do not know it.
@@ -73,19 +67,9 @@ void CanonicalWriter::writeText(std::string_view written, std::size_t line) {
   const std::string_view value = meantValue(written, room_);
   if (value.find(',') != std::string_view::npos) commas_.add(value, line);
   if (!needsQuotes(value)) return encode(value, line);
-  writeQuoted(value);
+  quoted_.clear();
+  appendQuoted(quoted_, value);
   encode(quoted_, line);
-}
-
-/// A line break within a value is a line feed: a pair would end the record.
-void CanonicalWriter::writeQuoted(std::string_view value) {
-  quoted_ = '"';
-  for (std::size_t i = 0; i < value.size(); ++i) {
-    if (value.substr(i).starts_with(lineEnd)) continue;
-    if (value[i] == '"') quoted_ += '"';
-    quoted_ += value[i] == '\r' ? '\n' : value[i];
-  }
-  quoted_ += '"';
 }
 
 void CanonicalWriter::encode(std::string_view text, std::size_t line) {

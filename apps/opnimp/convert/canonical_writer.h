@@ -46,7 +46,6 @@ class CanonicalWriter {
 
  private:
   void writeText(std::string_view written, std::size_t line);
-  void writeQuoted(std::string_view value);
   void encode(std::string_view text, std::size_t line);
 
   bool fromUtf8_;

@@ -3,9 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/convert/canonical_writer.h"
+#include "apps/opnimp/convert/last_lines.h"
 #include "apps/opnimp/convert/layout.h"
+#include "apps/opnimp/convert/sheet_text.h"
+#include "apps/opnimp/convert/shown_amounts.h"
 #include "apps/opnimp/convert/source_text.h"
 #include "apps/opnimp/convert/value_survey.h"
 #include "base/text.h"
@@ -20,12 +24,8 @@ struct ValueColumn {
   FieldNature nature;
 };
 
-/// Also of the mark that ends files of old programs; or one empty value, which would be no record
-/// without its quotes.
-bool isBlank(std::string_view row) {
-  constexpr std::string_view marks = " \t\x1A";
-  return row.find_first_not_of(marks) == std::string_view::npos || row == "\"\"";
-}
+/// Of a line that is left out.
+constexpr std::size_t mostShown = 80;
 
 class Converter {
  public:
@@ -33,9 +33,20 @@ class Converter {
       : arguments_(arguments),
         source_(bytes, arguments.convert),
         layout_(findLayout(source_.text(), arguments)),
+        text_(withoutLastLines(source_.text(), layout_, arguments.convert.lastLines)),
         isCanonical_(source_.isCanonical() && layout_.isCanonical) {
     // Pairs within quotes end a line on the screens only.
     if (!isCanonical_ && layout_.ends == LineEnds::Pairs) layout_.ends = LineEnds::LineFeeds;
+  }
+  Converter(const SheetText& sheet, const Arguments& arguments)
+      : arguments_(arguments),
+        sheet_(&sheet),
+        source_(sheet.text()),
+        layout_(findSheetLayout(source_.text(), arguments)),
+        text_(withoutLastLines(source_.text(), layout_, arguments.convert.lastLines)),
+        isCanonical_(false) {
+    result_.isSheet = true;
+    assume(sheet.assumption());
   }
 
   Conversion convert() {
@@ -45,13 +56,16 @@ class Converter {
     tellText();
     tellLayout();
     rules_ = survey_.decide(arguments_.convert, isCanonical_);
+    offer(rules_.choices);
     std::ranges::move(rules_.assumptions, std::back_inserter(result_.assumptions));
     if (rules_.ordersAreSure) result_.dateOrder = rules_.dateOrder;
     if (rules_.decimalIsSure) result_.decimal = rules_.decimal;
     for (const std::string& refusal : rules_.refusals) refuse(refusal);
+    if (sheet_ != nullptr) tellShown();
     refuseBroken();
     refuseUnread();
-    const bool isWritten = !isCanonical_ || rules_.changeValues || quotedTitles_;
+    const bool isWritten =
+        !isCanonical_ || rules_.changeValues || quotedTitles_ || arguments_.convert.lastLines > 0;
     if (result_.refusal.empty() && isWritten) write();
     return std::move(result_);
   }
@@ -61,10 +75,14 @@ class Converter {
     result_.refusal.append(result_.refusal.empty() ? "" : "; ").append(why);
   }
 
+  void offer(const std::vector<std::string>& choices) {
+    result_.choices.insert(result_.choices.end(), choices.begin(), choices.end());
+  }
+
   void assume(Assumption assumption) { result_.assumptions.push_back(std::move(assumption)); }
 
   void readTitles() {
-    RowReader rows = layout_.rows(source_.text());
+    RowReader rows = layout_.rows(text_);
     if (!rows.next()) return;
     width_ = rows.cells().size();
     for (std::size_t column = 0; column < width_; ++column) {
@@ -75,6 +93,7 @@ class Converter {
                            title.find_first_of(",\"") == std::string_view::npos;
       quotedTitles_ = quotedTitles_ || isFreed;
       const FieldNature nature = natureOf(title, column, arguments_);
+      result_.natures.push_back(nature);
       if (nature != FieldNature::Text) columns_.push_back({column, nature});
     }
     if (quotedTitles_ && isCanonical_) {
@@ -89,10 +108,10 @@ class Converter {
   }
 
   void survey() {
-    RowReader rows = layout_.rows(source_.text());
+    RowReader rows = layout_.rows(text_);
     rows.next();
     while (rows.next()) {
-      if (isBlank(rows.row())) continue;
+      if (isBlankRow(rows.row())) continue;
       ++rows_;
       if (rows.cells().size() == width_) ++wellFormed_;
       if (rows.isBroken()) broken_.add(rows.row(), rows.line());
@@ -100,15 +119,50 @@ class Converter {
         unread_.add(rows.row(), rows.line());
         continue;
       }
-      for (const ValueColumn& column : columns_) {
-        const std::string_view value = valueText(rows.cells()[column.column]);
-        if (value.empty()) continue;
-        if (column.nature == FieldNature::Date) {
-          survey_.addDate(value, rows.line());
-        } else {
-          survey_.addAmount(value, rows.line());
-        }
-      }
+      if (sheet_ != nullptr) noteOddCells(rows.line());
+      for (const ValueColumn& column : columns_) surveyValue(rows, column);
+    }
+  }
+
+  void surveyValue(const RowReader& rows, const ValueColumn& column) {
+    if (const SheetCell* const held = heldCell(rows, column)) {
+      if (column.nature == FieldNature::Amount) shown_.add(*held, survey_);
+      return;
+    }
+    const std::string_view value = valueText(rows.cells()[column.column]);
+    if (value.empty()) return;
+    if (column.nature == FieldNature::Date) {
+      survey_.addDate(value, rows.line());
+    } else {
+      survey_.addAmount(value, rows.line());
+    }
+  }
+
+  /// What a cell of a worksheet holds says itself how it is read.
+  const SheetCell* heldCell(const RowReader& rows, const ValueColumn& column) const {
+    if (sheet_ == nullptr) return nullptr;
+    return sheet_->held(rows.line(), column.column, column.nature);
+  }
+
+  /// Numbers lose what their formats say of them.
+  void tellShown() {
+    if (auto assumption = shown_.assumption()) assume(*std::move(assumption));
+    if (const std::string why = shown_.refusal(); !why.empty()) refuse(why);
+    if (!rules_.leavesCurrencies) return;
+    refuse("amounts are in several currencies, the first in another one being " +
+           rules_.otherCurrency + ": import each on its own");
+  }
+
+  void noteOddCells(std::size_t line) {
+    for (std::size_t column = 0; column < width_; ++column) {
+      const SheetCell* const cell = sheet_->cell(line, column);
+      if (cell == nullptr) continue;
+      const auto note = [&](CellOddity oddity) {
+        result_.oddCells.push_back({line, column, oddity, std::string(cell->text)});
+      };
+      if (cell->kind == SheetCell::Kind::Error) note(CellOddity::Error);
+      if (cell->kind == SheetCell::Kind::NoResult) note(CellOddity::NoResult);
+      if (cell->isHidden) note(CellOddity::Hidden);
     }
   }
 
@@ -129,6 +183,8 @@ class Converter {
   void tellLayout() {
     for (Assumption& assumption : layout_.assumptions) assume(std::move(assumption));
     if (!layout_.refusal.empty()) refuse(layout_.refusal);
+    offer(layout_.choices);
+    tellLastLines();
     if (arguments_.convert.delimiter) {
       assume({"delimiter", delimiterName(layout_.delimiter), "given with --delimiter", ""});
     }
@@ -139,6 +195,18 @@ class Converter {
     assume({"delimiter", delimiterName(layout_.delimiter),
             layout_.separatorLine.empty() ? counts : layout_.separatorLine + ", and " + counts,
             "--delimiter SIGN"});
+  }
+
+  void tellLastLines() {
+    if (const std::size_t count = arguments_.convert.lastLines; count > 0) {
+      const std::string_view rest = source_.text().substr(text_.size());
+      assume({"last lines", counted(count, "line left out", "lines left out"),
+              "given with --skip-last-lines; they begin with \"" +
+                  cutTo(std::string(rest.substr(0, rest.find_first_of("\r\n"))), mostShown) + "\"",
+              ""});
+    } else if (const std::size_t totals = countTotals(text_, layout_, width_); totals > 0) {
+      offer({"--skip-last-lines " + std::to_string(totals)});
+    }
   }
 
   /// In the format of the screens the warnings tell what they make of such a row.
@@ -163,10 +231,10 @@ class Converter {
 
   void write() {
     CanonicalWriter writer(source_.isUtf8(), isCanonical_);
-    writer.reserve(source_.text().size(), rows_ + 1);
-    RowReader rows = layout_.rows(source_.text());
+    writer.reserve(text_.size(), rows_ + 1);
+    RowReader rows = layout_.rows(text_);
     for (bool isHeader = true; rows.next(); isHeader = false) {
-      if (!isHeader && isBlank(rows.row()) && !isCanonical_) continue;
+      if (!isHeader && isBlankRow(rows.row()) && !isCanonical_) continue;
       if (isHeader) {
         writer.writeTitles(rows);
       } else if (!hasValues(rows)) {
@@ -185,7 +253,9 @@ class Converter {
     for (const ValueColumn& column : columns_) {
       const std::string_view value = valueText(rows.cells()[column.column]);
       bool fits = true;
-      const auto cell = column.nature == FieldNature::Date
+      const SheetCell* const held = heldCell(rows, column);
+      const auto cell = held != nullptr ? std::optional(canonicalText(*held))
+                        : column.nature == FieldNature::Date
                             ? canonicalDateCell(value, rules_, fits)
                             : canonicalAmountCell(value, rules_, fits);
       if (!fits) misfits_.add(value, rows.line());
@@ -221,12 +291,15 @@ class Converter {
     } else {
       refuse("windows-1252, which the screens read, does not have all letters of " + values +
              ": correct them, or import them with \"?\" in their place with --replace");
+      offer({"--replace"});
     }
   }
 
   const Arguments& arguments_;
+  const SheetText* sheet_ = nullptr;  // that the text is of
   SourceText source_;
   Layout layout_;
+  std::string_view text_;  // without the lines that are no records
   const bool isCanonical_;
   std::size_t width_ = 0;  // values in the line of titles
   std::vector<ValueColumn> columns_;
@@ -237,16 +310,38 @@ class Converter {
   ClueTally unread_;  // rows of which nobody knows where the values stand
   ClueTally misfits_;
   ValueSurvey survey_;
+  ShownAmounts shown_;
   ValueRules rules_;
   std::string room_;
   std::string decoded_;
   Conversion result_;
 };
 
+void refuseTextOptions(const ConvertOptions& options) {
+  if (options.encoding.empty() && !options.delimiter) return;
+  throw UsageError(std::string(options.delimiter ? "--delimiter" : "--encoding") +
+                   " is of texts, and the file is a workbook: leave it out");
+}
+
 }  // namespace
 
 Conversion convert(std::string_view bytes, const Arguments& arguments) {
+  if (!arguments.convert.sheet.empty()) {
+    throw UsageError("--sheet is of workbooks, and the file is none: leave it out");
+  }
   return Converter(bytes, arguments).convert();
+}
+
+Conversion convertWorkbook(std::string_view bytes, const Arguments& arguments) {
+  refuseTextOptions(arguments.convert);
+  const SheetText sheet(bytes, arguments);
+  if (sheet.refusal().empty()) return Converter(sheet, arguments).convert();
+  Conversion conversion;
+  conversion.isSheet = true;
+  conversion.bytes.emplace();
+  conversion.refusal = sheet.refusal();
+  conversion.choices = sheet.choices();
+  return conversion;
 }
 
 }  // namespace velk

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
@@ -94,23 +95,40 @@ const FieldTitle* fieldTitled(std::string_view title, const Arguments& arguments
   return found == titles.end() ? nullptr : &*found;
 }
 
+/// One with a comma or a quote keeps its quotes, and loses commas.
+std::string asScreensShow(std::string_view title) {
+  if (title.find_first_of(",\"") == std::string_view::npos) return std::string(title);
+  std::string shown = "\"";
+  for (const char c : title) {
+    if (c == '"') shown += c;
+    if (c != ',') shown += c;
+  }
+  return shown += '"';
+}
+
+/// As the file has the title, or as the screens show it.
+bool isNamedBy(std::string_view title, const MapOption& map) {
+  const std::string_view column = trim(map.column);
+  return equalsIgnoringCase(column, trim(title)) ||
+         equalsIgnoringCase(column, trim(asScreensShow(title)));
+}
+
 /// By its own title or by one of --map, not by a number: any line has a third value.
 bool namesField(std::string_view title, const Arguments& arguments) {
   return fieldTitled(title, arguments) != nullptr ||
-         std::ranges::any_of(arguments.maps, [&](const MapOption& map) {
-           return equalsIgnoringCase(trim(map.column), title);
-         });
+         std::ranges::any_of(arguments.maps,
+                             [&](const MapOption& map) { return isNamedBy(title, map); });
 }
 
-/// How many fields of the kind a row names.
+/// How many fields of the kind a row names: "Date" and "date" are one.
 std::size_t countTitles(const RowReader& rows, const Arguments& arguments) {
-  std::size_t count = 0;
+  std::set<std::string> named;
   std::string room;
   for (std::size_t i = 0; i < std::min(rows.cells().size(), mostTitles); ++i) {
     const std::string_view title = trim(meantValue(rows.cells()[i].text, room));
-    if (!title.empty() && namesField(title, arguments)) ++count;
+    if (!title.empty() && namesField(title, arguments)) named.insert(lowerAscii(title));
   }
-  return count;
+  return named.size();
 }
 
 struct Candidate {
@@ -188,6 +206,8 @@ void takeTitlesBelow(std::string_view text, const Candidate& chosen, const Argum
     layout.refusal = "line " + grouped(chosen.line) + " has the titles, but line " +
                      grouped(above.line()) +
                      " above it may be a record: say which line has them with --header-line N";
+    layout.choices = {"--header-line " + std::to_string(chosen.line),
+                      "--header-line " + std::to_string(layout.headerLine)};
   }
   layout.assumptions.push_back({"titles", "line " + grouped(chosen.line),
                                 "it holds " + counted(chosen.titles, "title", "titles") + " of " +
@@ -196,6 +216,27 @@ void takeTitlesBelow(std::string_view text, const Candidate& chosen, const Argum
                                 "--header-line N"});
   layout.offset = chosen.offset;
   layout.headerLine = chosen.line;
+}
+
+void takeTitles(std::string_view text, const Candidate& chosen, const Arguments& arguments,
+                Layout& layout) {
+  const std::size_t given = arguments.convert.headerLine;
+  if (given != 0) {
+    layout.assumptions.push_back(
+        {"titles", "line " + grouped(given), "given with --header-line or --skip-lines", ""});
+  } else if (chosen.titles > 1 && chosen.line != layout.headerLine) {
+    takeTitlesBelow(text, chosen, arguments, layout);
+  }
+}
+
+/// From the first row on that is not blank.
+Layout layoutOfSheet(std::string_view text) {
+  Layout layout;
+  layout.ends = LineEnds::CarriageReturns;
+  layout.isCanonical = false;
+  layout.offset = std::min(text.find_first_not_of('\r'), text.size());
+  layout.headerLine = layout.offset + 1;
+  return layout;
 }
 
 }  // namespace
@@ -219,9 +260,8 @@ FieldNature natureOf(std::string_view title, std::size_t column, const Arguments
   });
   if (!isMappedAnew) use(title);
   for (const MapOption& map : arguments.maps) {
-    const bool isNumbered =
-        map.column.starts_with('#') && exactNumber<std::size_t>(map.column.substr(1)) == column + 1;
-    if (isNumbered || equalsIgnoringCase(trim(map.column), trim(title))) use(map.field);
+    const bool isNumbered = !map.isOfProfile && ordinalNumber(map.column) == column + 1;
+    if (isNumbered || isNamedBy(title, map)) use(map.field);
   }
   return nature;
 }
@@ -235,12 +275,7 @@ Layout findLayout(std::string_view text, const Arguments& arguments) {
   if (options.headerLine != 0) goToHeader(text, options.headerLine, layout);
   const Candidate chosen = best(text, layout, arguments);
   layout.delimiter = chosen.delimiter;
-  if (options.headerLine != 0) {
-    layout.assumptions.push_back({"titles", "line " + grouped(options.headerLine),
-                                  "given with --header-line or --skip-lines", ""});
-  } else if (chosen.titles > 1 && chosen.line != layout.headerLine) {
-    takeTitlesBelow(text, chosen, arguments, layout);
-  }
+  takeTitles(text, chosen, arguments, layout);
   // Line feeds within quoted values end no line.
   if (layout.delimiter == ',' && layout.offset == 0 && allEndInPairs(text, layout)) {
     layout.ends = LineEnds::Pairs;
@@ -249,6 +284,17 @@ Layout findLayout(std::string_view text, const Arguments& arguments) {
   layout.isCanonical =
       layout.ends == LineEnds::Pairs && layout.delimiter == ',' && layout.offset == 0;
   return layout;
+}
+
+Layout findSheetLayout(std::string_view text, const Arguments& arguments) {
+  Layout layout = layoutOfSheet(text);
+  if (arguments.convert.headerLine != 0) goToHeader(text, arguments.convert.headerLine, layout);
+  takeTitles(text, look(text, layout, layout.delimiter, arguments), arguments, layout);
+  return layout;
+}
+
+std::size_t countSheetTitles(std::string_view text, const Arguments& arguments) {
+  return look(text, layoutOfSheet(text), ',', arguments).titles;
 }
 
 }  // namespace velk

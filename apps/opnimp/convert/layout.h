@@ -22,7 +22,8 @@ struct Layout {
   bool isCanonical = true;     ///< it is that of the screens
   std::string separatorLine;   ///< "line 1 says sep=;", where it does
   std::vector<Assumption> assumptions;
-  std::string refusal;  ///< why the line of the titles is not sure; empty: it is
+  std::string refusal;               ///< why the line of the titles is not sure; empty: it is
+  std::vector<std::string> choices;  ///< options that decide it
 
   RowReader rows(std::string_view text) const {
     return RowReader(text, delimiter, ends, offset, headerLine);
@@ -31,6 +32,11 @@ struct Layout {
 
 /// Raises UsageError for a line of titles that the text does not have.
 Layout findLayout(std::string_view text, const Arguments& arguments);
+
+/// The same of the text of a worksheet.
+Layout findSheetLayout(std::string_view text, const Arguments& arguments);
+/// How many titles of the kind a line near the beginning of such a text has at most.
+std::size_t countSheetTitles(std::string_view text, const Arguments& arguments);
 
 /// "semicolon", or the sign itself.
 std::string delimiterName(char delimiter);

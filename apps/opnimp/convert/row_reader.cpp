@@ -121,4 +121,23 @@ std::string_view meantValue(std::string_view written, std::string& room) {
   return room;
 }
 
+bool needsQuotes(std::string_view value) {
+  return value.find_first_of(",\"\r\n") != std::string_view::npos;
+}
+
+void appendQuoted(std::string& to, std::string_view value) {
+  to += quote;
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    if (value.substr(i).starts_with("\r\n")) continue;
+    if (value[i] == quote) to += quote;
+    to += value[i] == '\r' ? '\n' : value[i];
+  }
+  to += quote;
+}
+
+bool isBlankRow(std::string_view row) {
+  row = row.substr(0, row.find_last_not_of("\r\n") + 1);
+  return row.find_first_not_of(" \t\x1A") == std::string_view::npos || row == "\"\"";
+}
+
 }  // namespace velk

@@ -70,4 +70,13 @@ class RowReader {
 /// What a value means: without its quotes. `room` holds it where that takes a text of its own.
 std::string_view meantValue(std::string_view written, std::string& room);
 
+/// What a value cannot have outside quotes of a line whose values commas separate.
+bool needsQuotes(std::string_view value);
+/// Adds such a value in quotes. A line break in it becomes a line feed: others would end the line.
+void appendQuoted(std::string& to, std::string_view value);
+
+/// Blanks, the mark that ends files of old programs, or one empty value, which would be no record
+/// without its quotes. Its line end does not count.
+bool isBlankRow(std::string_view row);
+
 }  // namespace velk

@@ -102,6 +102,7 @@ SourceText::SourceText(std::string_view bytes, const ConvertOptions& options) {
   if (takeMarked(bytes, wanted)) return;
   if (!wanted.empty()) {
     takeNamed(bytes, wanted);
+    doubtNamed(bytes, wanted);
   } else if (!takeWide(bytes)) {
     takeFound(bytes);
   }
@@ -142,6 +143,20 @@ bool SourceText::takeWide(std::string_view bytes) {
   assume(order, std::string("every ") + (order == littleEndian ? "second" : "first") +
                     " byte of a pair is NUL, as in UTF-16 without a mark");
   return true;
+}
+
+// Text of single bytes has its letters where UTF-8 has them by no chance: another program's file,
+// read by the option of the one before.
+void SourceText::doubtNamed(std::string_view bytes, const std::string& name) {
+  const std::size_t first = asciiRun(bytes);
+  const auto begins = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; };
+  const bool isOfBytes =
+      !utf8_ || static_cast<std::size_t>(std::ranges::count_if(text_, begins)) == bytes.size();
+  if (first == bytes.size() || !isOfBytes || findInvalidUtf8(bytes) != std::string_view::npos) {
+    return;
+  }
+  refusal_ = "the encoding was given as " + name + ", but all letters beyond ASCII, the first in " +
+             lineText(bytes, first) + ", are UTF-8: give --encoding UTF-8, or leave it out";
 }
 
 void SourceText::takeNamed(std::string_view bytes, const std::string& name) {

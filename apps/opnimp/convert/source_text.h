@@ -14,6 +14,8 @@ class SourceText {
  public:
   /// The bytes live as long. Raises UsageError for an encoding that nobody knows.
   SourceText(std::string_view bytes, const ConvertOptions& options);
+  /// A text of no file: UTF-8, that lives as long.
+  explicit SourceText(std::string_view text) : text_(text), utf8_(true) {}
   SourceText(const SourceText&) = delete;
   SourceText& operator=(const SourceText&) = delete;
 
@@ -32,6 +34,7 @@ class SourceText {
   bool takeMarked(std::string_view bytes, const std::string& wanted);
   bool takeWide(std::string_view bytes);
   void takeNamed(std::string_view bytes, const std::string& name);
+  void doubtNamed(std::string_view bytes, const std::string& name);
   void takeFound(std::string_view bytes);
   void decode(std::string_view bytes, std::string_view encoding);
   void assume(std::string_view encoding, std::string reason);

@@ -29,6 +29,16 @@ void assume(ValueRules& rules, std::string what, std::string value, std::string 
       {std::move(what), std::move(value), std::move(reason), std::string(option)});
 }
 
+void refuseDates(ValueRules& rules, std::string why) {
+  rules.refusals.push_back(std::move(why));
+  rules.choices.insert(rules.choices.end(), {"--date-order dmy", "--date-order mdy"});
+}
+
+void refuseAmounts(ValueRules& rules, std::string why) {
+  rules.refusals.push_back(std::move(why));
+  rules.choices.insert(rules.choices.end(), {"--decimal point", "--decimal comma"});
+}
+
 std::string conflictText(std::string_view what, const std::string& one, const std::string& other,
                          std::string_view option) {
   return std::string(what) + " contradict each other: " + one + ", " + other +
@@ -77,9 +87,13 @@ void ValueSurvey::addAmount(std::string_view text, std::size_t line) {
   for (std::size_t form = 0; form < forms_.size(); ++form) {
     if (amount->has(static_cast<AmountForm>(form))) forms_[form].add(text, line);
   }
-  if (amount->currency.empty()) return;
-  if (currency_.empty()) currency_ = amount->currency;
-  if (currency_ != amount->currency) otherCurrencies_.add(text, line);
+  addCurrency(*amount, text, line);
+}
+
+void ValueSurvey::addCurrency(const AmountText& amount, std::string_view text, std::size_t line) {
+  if (amount.currency.empty()) return;
+  if (currency_.empty()) currency_ = amount.currency;
+  if (currency_ != amount.currency) otherCurrencies_.add(text, line);
 }
 
 ValueRules ValueSurvey::decide(const ConvertOptions& options, bool isCanonical) const {
@@ -113,13 +127,13 @@ void ValueSurvey::findDateOrder(bool isCanonical, ValueRules& rules) const {
   if (day && month) {
     // In the format of the screens the warnings tell which dates would be taken how.
     if (isCanonical) return;
-    rules.refusals.push_back(conflictText("dates", day.first() + " has the day first",
-                                          month.first() + " the month", dateOrderOption));
+    refuseDates(rules, conflictText("dates", day.first() + " has the day first",
+                                    month.first() + " the month", dateOrderOption));
     return;
   }
   if (!day && !month && either && !isCanonical) {
-    rules.refusals.push_back("all dates read day first and month first, such as " + either.first() +
-                             ": say which it is with " + std::string(dateOrderOption));
+    refuseDates(rules, "all dates read day first and month first, such as " + either.first() +
+                           ": say which it is with " + std::string(dateOrderOption));
     return;
   }
   rules.ordersAreSure = month || day;
@@ -156,21 +170,21 @@ void ValueSurvey::findDecimal(bool isCanonical, ValueRules& rules) const {
   const ClueTally& either = groupedByComma ? groupedByComma : signs(DecimalSign::PointOrGroup);
   if (point && comma) {
     if (isCanonical) return;
-    rules.refusals.push_back(conflictText("amounts", point.first() + " has a decimal point",
-                                          comma.first() + " a decimal comma", decimalOption));
+    refuseAmounts(rules, conflictText("amounts", point.first() + " has a decimal point",
+                                      comma.first() + " a decimal comma", decimalOption));
     return;
   }
   // A comma cannot be in front of thousands and of decimals.
   if (comma && groupedByComma) {
     if (isCanonical) return;
-    rules.refusals.push_back(
-        "amounts have a decimal comma, such as " + comma.first() +
-        ", or one that may be in front of thousands, such as " + groupedByComma.first() +
-        ": say which sign is in front of decimals with " + std::string(decimalOption));
+    refuseAmounts(
+        rules, "amounts have a decimal comma, such as " + comma.first() +
+                   ", or one that may be in front of thousands, such as " + groupedByComma.first() +
+                   ": say which sign is in front of decimals with " + std::string(decimalOption));
     return;
   }
   if (!point && !comma && either && !isCanonical) {
-    rules.refusals.push_back("amounts may have decimals or thousands, such as " + either.first() +
+    refuseAmounts(rules, "amounts may have decimals or thousands, such as " + either.first() +
                              ": say which sign is in front of decimals with " +
                              std::string(decimalOption));
     return;
@@ -191,6 +205,7 @@ void ValueSurvey::findDecimal(bool isCanonical, ValueRules& rules) const {
 // Amounts of several currencies look alike without them.
 void ValueSurvey::tellForms(ValueRules& rules) const {
   rules.leavesCurrencies = static_cast<bool>(otherCurrencies_);
+  if (otherCurrencies_) rules.otherCurrency = otherCurrencies_.first();
   for (std::size_t form = 0; form < forms_.size(); ++form) {
     const ClueTally& tally = forms_[form];
     const bool isLeft =

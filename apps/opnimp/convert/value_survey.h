@@ -34,9 +34,11 @@ struct ValueRules {
   bool ordersAreSure = false;          ///< the order was given, or some date shows it
   bool decimalIsSure = false;          ///< the same of the decimal sign
   bool leavesCurrencies = false;       ///< there are several, which must not be added up
+  std::string otherCurrency;           ///< the first amount that is not in that of the first
   bool changeValues = false;           ///< some value may be one to rewrite
   std::vector<Assumption> assumptions;
   std::vector<std::string> refusals;  ///< what the file does not decide, with the option to give
+  std::vector<std::string> choices;   ///< what can be given
 };
 
 class ValueSurvey {
@@ -44,6 +46,8 @@ class ValueSurvey {
   /// Values are UTF-8, without blanks around them.
   void addDate(std::string_view text, std::size_t line);
   void addAmount(std::string_view text, std::size_t line);
+  /// Of an amount whose value is known: the text that shows it.
+  void addCurrency(const AmountText& amount, std::string_view text, std::size_t line);
 
   /// `isCanonical`: the file is laid out as the screens have it, and where its values decide
   /// nothing they are read as the screens do; those of another file are not guessed.

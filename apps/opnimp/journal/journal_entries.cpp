@@ -105,7 +105,7 @@ RecordedCall readCall(EntryReader& from) {
   return call;
 }
 
-void writeLine(EntryWriter& to, const RecordedLine& line) {
+void writeLogLine(EntryWriter& to, const RecordedLine& line) {
   to.number(line.row).text(line.text);
   writeEnum(to, line.kept);
   to.text(line.writeError);
@@ -255,7 +255,7 @@ void writeRecordEnd(EntryWriter& to, std::size_t record, const RecordTrace& trac
     return [writeItem](EntryWriter& item, const auto* pointer) { writeItem(item, *pointer); };
   };
   to.list(trace.calls, each(writeCall));
-  to.list(trace.lines, each(writeLine));
+  to.list(trace.lines, each(writeLogLine));
   to.list(trace.messages, each(writeMessage));
 }
 
@@ -293,7 +293,7 @@ void write(EntryWriter& to, const RunEnd& run) {
   writeEnum(to, run.changes);
   to.text(run.refusal).text(run.brokeOff);
   to.list(run.revised, writeRevised);
-  to.list(run.strays, writeCall).list(run.lines, writeLine).list(run.messages, writeMessage);
+  to.list(run.strays, writeCall).list(run.lines, writeLogLine).list(run.messages, writeMessage);
 }
 
 RunEnd readRunEnd(EntryReader from) {

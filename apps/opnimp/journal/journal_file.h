@@ -22,7 +22,8 @@ enum class EntryType : std::uint8_t {
   Synced,        ///< all entries before it were, or it would not be there
   OthersSynced,  ///< so was what the entries before it tell of, in other files
   HostChanged,
-  RecordsDoubted
+  RecordsDoubted,
+  ServerHistory
 };
 
 /// Where the whole entries end, and what follows them.

@@ -58,6 +58,7 @@ Resumption findResumption(const RunIndex& index, const KnownFile& file) {
   if (last == nullptr) return {};
   Resumption resumption;
   resumption.run = last->start.number;
+  resumption.history = last->history;
   resumption.count = last->start.firstRecord + last->start.records.size();
   resumption.first = firstReached(index, resumption.run);
   resumption.refused = refusedBefore(index, resumption.run);

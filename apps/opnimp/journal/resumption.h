@@ -25,6 +25,7 @@ struct RefusedBefore {
 
 struct Resumption {
   std::uint64_t run = 0;              ///< the last one that reached a record; 0: none did
+  std::string history;                ///< of the server that it posted to last
   std::size_t count = 0;              ///< of the file's records, as that run read it
   std::size_t first = 0;              ///< the first record of the file that any of them reached
   std::size_t next = 0;               ///< the record of the file to go on with

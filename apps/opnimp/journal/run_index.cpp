@@ -28,6 +28,8 @@ class IndexBuilder {
       end(readRunEnd(payload));
     } else if (type == EntryType::OthersSynced) {
       sync(current());
+    } else if (type == EntryType::ServerHistory) {
+      current().history = payload.text();
     } else if (type == EntryType::RecordsDoubted) {
       const std::uint64_t run = payload.number();
       doubt(run, payload.number());

@@ -22,7 +22,8 @@ struct RunSummary {
   std::size_t begun = 0;   ///< the first record that was not begun
   std::size_t synced = 0;  ///< the first record that did not end before the last sync
   std::vector<std::optional<Outcome>> outcomes;  ///< by record; empty: it did not end
-  bool ended = false;                            ///< the run said how it ended
+  std::string history;  ///< of the server that it posted to last; empty: there is none to tell
+  bool ended = false;   ///< the run said how it ended
   bool completed = false;
   bool refused = false;
   /// The machine was started anew since, so that the journal's end may be lost.

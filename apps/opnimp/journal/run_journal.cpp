@@ -48,6 +48,12 @@ void RunJournal::hostChanges(const HostChange& change) {
   file_.write(EntryType::HostChanged, writer_.payload());
 }
 
+void RunJournal::serverHas(std::string_view history) {
+  writer_.clear();
+  writer_.text(history);
+  file_.write(EntryType::ServerHistory, writer_.payload());
+}
+
 // A run that has ended leaves nothing in doubt, whether or not the entry's own sync comes to pass.
 void RunJournal::runEnds(const RunEnd& end) {
   syncOthers_();

@@ -32,6 +32,8 @@ class RunJournal {
   /// It is written before the next record begins.
   void recordEnds(std::size_t record, const RecordTrace& trace);
   void hostChanges(const HostChange& change);
+  /// What the server that is posted to answers another time only if it has lost nothing since.
+  void serverHas(std::string_view history);
   void runEnds(const RunEnd& end);
   /// Of the run of that number, which has ended.
   void recordsDoubted(std::uint64_t run, std::size_t first);

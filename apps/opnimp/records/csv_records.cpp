@@ -6,7 +6,6 @@
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/records/file_bytes.h"
 #include "base/text.h"
-#include "platform/spreadsheet/xls/compound_file.h"
 
 namespace velk {
 
@@ -49,11 +48,6 @@ std::size_t CsvRecords::lineAt(std::size_t offset) const {
   return place.line + static_cast<std::size_t>(std::ranges::count(before, '\n'));
 }
 
-bool CsvRecords::isWorkbook(std::string_view bytes) {
-  // An .xlsx file is a ZIP archive, which begins with these four bytes.
-  return xls::CompoundFile::recognises(bytes) || bytes.starts_with("PK\x03\x04");
-}
-
 std::vector<std::string> CsvRecords::titles() const {
   return splitLine(CodePage::windows1252().decode(header()), QuotedComma::Drop);
 }
@@ -87,7 +81,7 @@ std::vector<std::string> CsvRecords::split(std::size_t record, QuotedComma quote
 std::string CsvRecords::refusal(const ImportKind& kind) const {
   if (bytes_.empty()) return "the file is empty; its first line must hold column titles";
   if (isWorkbook()) {
-    return "the file is a workbook; save it as comma-separated text (*.csv)";
+    return "the file is a workbook: import it without --raw";
   }
   const std::size_t columns = countFields(header().substr(0, header().find('\r')));
   if (kind.columns == 0 || columns == kind.columns) return {};

@@ -6,6 +6,7 @@
 
 #include "apps/opnimp/convert/conversion.h"
 #include "apps/opnimp/records/input_records.h"
+#include "apps/opnimp/sheets/read_sheets.h"
 #include "shared/csv_text.h"
 
 namespace velk {
@@ -32,14 +33,13 @@ class CsvRecords final : public InputRecords {
   /// The line of the file that a place among the bytes is in.
   std::size_t lineAt(std::size_t offset) const;
   std::string_view bytesOf(std::size_t record) const { return bytesOf(records_[record]); }
-  /// True if it is no text at all, but of the .xls or .xlsx format.
-  bool isWorkbook() const { return isWorkbook(bytes_); }
-  static bool isWorkbook(std::string_view bytes);
+  /// True if it is no text at all.
+  bool isWorkbook() const { return isWorkbookFile(bytes_); }
 
   std::size_t count() const override { return records_.size(); }
   /// Lines as an editor counts: the line feeds before it, and one.
   RecordPlace place(std::size_t record) const override { return records_[record]; }
-  std::string_view placeWord() const override { return "line"; }
+  std::string_view placeWord() const override { return conversion_.isSheet ? "row" : "line"; }
   std::vector<std::string> titles() const override;
   std::vector<std::string> fields(std::size_t record, std::size_t most) const override;
   /// A record's fields as they are written, at most `most`, quotes and the commas inside them kept.

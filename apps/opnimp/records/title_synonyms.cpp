@@ -6,21 +6,23 @@ namespace velk {
 
 namespace {
 
-constexpr std::string_view customer = "Customer ID";
+constexpr std::string_view customerCode = "Customer ID";
 constexpr std::string_view customerName = "Customer Name";
-constexpr std::string_view vendor = "Vendor ID,Vendor Code";
+constexpr std::string_view vendorCode = "Vendor ID,Vendor Code";
 constexpr std::string_view vendorName = "Vendor Name";
 
-constexpr std::array table{std::to_array<Synonyms>({
-    {customer, "English",
+constexpr std::array synonymTable{std::to_array<Synonyms>({
+    {customerCode, "English",
      "Customer Code,Customer Number,Customer,Client ID,Client Code,Party Code,Party ID,Account "
      "Code,Account Number,Debtor Code,Debtor ID,Retailer Code,Code"},
-    {customer, "German", "Kundennummer,Kunden Nr,Kundencode,Debitor,Debitorennummer,Kontonummer"},
-    {customer, "French", "Code client,Numéro client,N° client,Identifiant client,Compte client"},
-    {customer, "Spanish", "Código de cliente,Código cliente,ID cliente,Número de cliente"},
-    {customer, "Portuguese", "Código do cliente,ID do cliente,Número do cliente"},
-    {customer, "Italian", "Codice cliente,ID cliente,Numero cliente"},
-    {customer, "Dutch", "Klantnummer,Klantcode,Debiteurnummer"},
+    {customerCode, "German",
+     "Kundennummer,Kunden Nr,Kundencode,Debitor,Debitorennummer,Kontonummer"},
+    {customerCode, "French",
+     "Code client,Numéro client,N° client,Identifiant client,Compte client"},
+    {customerCode, "Spanish", "Código de cliente,Código cliente,ID cliente,Número de cliente"},
+    {customerCode, "Portuguese", "Código do cliente,ID do cliente,Número do cliente"},
+    {customerCode, "Italian", "Codice cliente,ID cliente,Numero cliente"},
+    {customerCode, "Dutch", "Klantnummer,Klantcode,Debiteurnummer"},
     {customerName, "English", "Client Name,Party Name,Account Name,Debtor Name,Company Name,Name"},
     {customerName, "German", "Kundenname,Firma,Kunde"},
     {customerName, "French", "Nom client,Nom du client,Raison sociale"},
@@ -28,15 +30,17 @@ constexpr std::array table{std::to_array<Synonyms>({
     {customerName, "Portuguese", "Nome do cliente,Razão social"},
     {customerName, "Italian", "Nome cliente,Ragione sociale"},
     {customerName, "Dutch", "Klantnaam,Bedrijfsnaam"},
-    {vendor, "English",
+    {vendorCode, "English",
      "Vendor Number,Vendor,Supplier ID,Supplier Code,Supplier Number,Creditor Code,Creditor "
      "ID,Party Code,Party ID,Account Code,Account Number,Code"},
-    {vendor, "German", "Lieferantennummer,Lieferanten Nr,Kreditor,Kreditorennummer,Kontonummer"},
-    {vendor, "French", "Code fournisseur,Numéro fournisseur,N° fournisseur,Compte fournisseur"},
-    {vendor, "Spanish", "Código de proveedor,Código proveedor,ID proveedor,Número de proveedor"},
-    {vendor, "Portuguese", "Código do fornecedor,ID do fornecedor"},
-    {vendor, "Italian", "Codice fornitore,ID fornitore"},
-    {vendor, "Dutch", "Leveranciersnummer,Leverancierscode,Crediteurnummer"},
+    {vendorCode, "German",
+     "Lieferantennummer,Lieferanten Nr,Kreditor,Kreditorennummer,Kontonummer"},
+    {vendorCode, "French", "Code fournisseur,Numéro fournisseur,N° fournisseur,Compte fournisseur"},
+    {vendorCode, "Spanish",
+     "Código de proveedor,Código proveedor,ID proveedor,Número de proveedor"},
+    {vendorCode, "Portuguese", "Código do fornecedor,ID do fornecedor"},
+    {vendorCode, "Italian", "Codice fornitore,ID fornitore"},
+    {vendorCode, "Dutch", "Leveranciersnummer,Leverancierscode,Crediteurnummer"},
     {vendorName, "English", "Supplier Name,Creditor Name,Party Name,Account Name,Name"},
     {vendorName, "German", "Lieferantenname,Lieferant,Firma"},
     {vendorName, "French", "Nom fournisseur,Nom du fournisseur,Raison sociale"},
@@ -131,7 +135,7 @@ constexpr std::array table{std::to_array<Synonyms>({
 }  // namespace
 
 std::span<const Synonyms> synonyms() {
-  return table;
+  return synonymTable;
 }
 
 }  // namespace velk

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "apps/opnimp/records/file_bytes.h"
+#include "apps/opnimp/records/any_spreadsheet.h"
 #include "base/errors.h"
 #include "base/text.h"
 #include "platform/spreadsheet/xls/xls_spreadsheet.h"
@@ -17,12 +17,10 @@ std::string quotedCell(const std::string& text) {
 
 }  // namespace
 
-WorkbookRecords::WorkbookRecords(FileSystem& files, std::string_view path)
-    : WorkbookRecords(readBytes(files, path)) {}
-
-WorkbookRecords::WorkbookRecords(std::string bytes) : bytes_(std::move(bytes)) {
+WorkbookRecords::WorkbookRecords(std::string bytes, const std::string& sheet)
+    : bytes_(std::move(bytes)) {
   try {
-    sheet_ = readXls(bytes_, salesmanColumns());
+    sheet_ = readWorksheet(bytes_, salesmanColumns(), sheet);
   } catch (const RuntimeError& error) {
     // Not passed on: a file of another format can be read, but is refused.
     damage_ = error.description();

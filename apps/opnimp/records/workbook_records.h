@@ -1,5 +1,6 @@
-// The records of a salesman workbook: its first worksheet holds seven captions in row 1 and a
-// salesman in each row from 2 to the first one that is blank in columns A to E, where they end.
+// The records of a salesman workbook: its first worksheet, or the one that is named, holds seven
+// captions in row 1 and a salesman in each row from 2 to the first one that is blank in columns A
+// to E, where they end.
 #pragma once
 
 #include <memory>
@@ -14,9 +15,8 @@ class WorkbookRecords final : public InputRecords {
  public:
   static constexpr int lastColumn = salesmanColumn::HandHeldDS;
 
-  /// Errors: as readBytes. A file of another format is one that is refused.
-  WorkbookRecords(FileSystem& files, std::string_view path);
-  explicit WorkbookRecords(std::string bytes);
+  /// Of a sheet as readWorksheet(). A file of another format is one that is refused.
+  explicit WorkbookRecords(std::string bytes, const std::string& sheet = {});
 
   /// True when the file is a workbook with the captions that it needs.
   bool hasCaptions() const;

@@ -14,6 +14,7 @@ void writeConversionText(const ConvertedFile& file, std::ostream& out) {
   writeAssumed(conversion.assumptions, out);
   if (!conversion.refusal.empty()) {
     out << "\nRefused: " << printable(conversion.refusal) << "; nothing was written.\n";
+    writeCommands(file.commands, out);
     return;
   }
   out << "\nWritten: " << printable(file.arguments.file) << " ("

@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <ostream>
+#include <string>
+#include <vector>
 
 #include "apps/opnimp/cli/arguments.h"
 #include "apps/opnimp/cli/exit_status.h"
@@ -14,6 +16,7 @@ struct ConvertedFile {
   const Arguments& arguments;
   Conversion conversion;
   std::size_t records = 0;
+  std::vector<std::string> commands{};  ///< that may mend what it is refused for
 
   ExitStatus status() const {
     return conversion.refusal.empty() ? ExitStatus::Posted : ExitStatus::Refused;

@@ -22,6 +22,17 @@ std::string timeNow() {
   return text + "Z";
 }
 
+/// ", file in.csv, record 5": what has a value.
+std::string sentenceOf(const Json& fields) {
+  std::string text;
+  for (const auto& [name, value] : fields.items()) {
+    if (value.is_null()) continue;
+    text += ", " + name + " " +
+            (value.is_string() ? printable(value.get<std::string>()) : value.dump());
+  }
+  return text;
+}
+
 /// Those that there are.
 Json outcomesJson(const Account& account) {
   Json json = Json::object();
@@ -43,6 +54,7 @@ void Events::line(std::string_view text) {
 }
 
 void Events::tell(std::string_view event, const Json& fields) {
+  if (!asJson_) return line("opnimp: " + std::string(event) + sentenceOf(fields));
   Json json{{"time", timeNow()}, {"event", event}};
   json.update(fields);
   line(textOf(std::move(json)));
@@ -64,7 +76,7 @@ void Events::failure(ExitStatus status, std::string_view text) {
 }
 
 void Events::runBegins(const ImportResult& run) {
-  if (!asJson_) return;
+  if (!tellsAll_) return;
   tell("begin", {{"file", run.arguments.file},
                  {"run", run.run == 0 ? Json() : Json(run.run)},
                  {"resumes", run.resumes == 0 ? Json() : Json(run.resumes)},
@@ -76,7 +88,7 @@ void Events::runBegins(const ImportResult& run) {
 }
 
 void Events::recordEnds(const ImportResult& run, std::size_t record, const RecordTrace& trace) {
-  if (!asJson_ || !needsAttention(trace)) return;
+  if (!tellsAll_ || !needsAttention(trace)) return;
   tell("record", {{"file", run.arguments.file},
                   {"record", record + 1},
                   {std::string(run.input->placeWord()), run.input->place(record).line},
@@ -117,7 +129,7 @@ void Events::hostChanges(const ImportResult& run, const HostChange& change) {
 }
 
 void Events::runEnds(const ImportResult& run) {
-  if (!asJson_) return;
+  if (!tellsAll_) return;
   if (!run.brokeOff.empty()) {
     tell(run.connectionLost ? "connection-lost" : "broke-off",
          {{"file", run.arguments.file}, {"reason", run.brokeOff}});

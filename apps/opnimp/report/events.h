@@ -16,9 +16,11 @@ namespace velk {
 
 class Events {
  public:
-  Events(const Streams& streams, bool asJson)
+  /// `isVerbose`: people are told of runs and records, too, as they come.
+  Events(const Streams& streams, bool asJson, bool isVerbose = false)
       : err_(streams.err),
         asJson_(asJson),
+        tellsAll_(asJson || isVerbose),
         progress_(streams.err, streams.errIsTerminal && !asJson) {}
 
   /// The line that makes room for whatever is told; on a terminal and for people only.
@@ -31,7 +33,7 @@ class Events {
   /// Why a command ended before it had a report, without the full stop.
   void failure(ExitStatus status, std::string_view text);
 
-  // People read the following in the report.
+  // People read the following in the report, too.
   void runBegins(const ImportResult& run);
   /// Of a record that needs attention.
   void recordEnds(const ImportResult& run, std::size_t record, const RecordTrace& trace);
@@ -50,6 +52,7 @@ class Events {
 
   std::ostream& err_;
   const bool asJson_;
+  const bool tellsAll_;
   Progress progress_;
 };
 

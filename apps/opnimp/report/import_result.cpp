@@ -33,7 +33,7 @@ std::size_t recordsLeft(const ImportResult& result) {
 
 /// The same of the runs that it goes on with.
 std::size_t leftBefore(const ImportResult& result) {
-  std::size_t left = result.setApart.size() + result.leftOut;
+  std::size_t left = result.setApart.size() + result.leftOut + (result.serverReplaced ? 1 : 0);
   for (const RefusedBefore& refused : result.refusedBefore) left += refused.records;
   return left;
 }
@@ -86,6 +86,13 @@ void addAllowedDsTypes(const ImportResult& result, std::vector<std::string>& ste
 }
 
 void addStepsForEarlierRuns(const ImportResult& result, std::vector<std::string>& steps) {
+  if (result.serverReplaced) {
+    const std::string run = std::to_string(result.resumes);
+    steps.push_back("Look up the last records of run " + run + " in the database (`opnimp report " +
+                    run +
+                    "` shows them): another server has taken over since, or it was started "
+                    "anew, and may lack what was posted last.");
+  }
   if (result.leftOut > 0) {
     steps.push_back("Look at the first " + counted(result.leftOut, "record", "records") +
                     " of the file: run " + std::to_string(result.resumes) +
@@ -248,9 +255,10 @@ ExitStatus ImportResult::status() const {
   if (refused()) return ExitStatus::Refused;
   const std::size_t before = leftBefore(*this);
   if (passedOver) return before > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
-  // Without the files of --rejects or --report a script cannot go on, even if all else is well.
   const bool whole = brokeOff.empty() && account.addsUp();
-  if (!whole || !rejectsError.empty() || !reportError.empty()) return ExitStatus::BrokeOff;
+  // Without the files that it asked for a script cannot go on, even if all else is well.
+  const bool hasFiles = rejectsError.empty() && reportError.empty() && profileError.empty();
+  if (!whole || !hasFiles) return ExitStatus::BrokeOff;
   return recordsLeft(*this) + before > 0 ? ExitStatus::RecordsLeft : ExitStatus::Posted;
 }
 
@@ -302,6 +310,7 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
     for (const TitleSuggestion& suggestion : suggestionsFor(result)) {
       steps.push_back(sentenceOf(suggestion));
     }
+    for (const std::string& command : result.commands) steps.push_back("`" + command + "`");
   }
   if (const std::string step = stepForAll(result); !step.empty()) {
     steps.push_back(step);

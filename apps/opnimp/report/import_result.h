@@ -29,28 +29,33 @@ struct ImportResult {
   Traces traces;
   Account account;                          ///< empty when the run was refused
   std::string refusal;                      ///< why nothing was imported; empty: it was not refused
+  std::vector<std::string> commands;        ///< ready ones that may mend that
   bool repeats = false;                     ///< it was refused for what is posted twice
   bool refusedWithAnother = false;          ///< and not for what the file itself is
   std::vector<std::string> allowedDsTypes;  ///< looked up when a salesman was rejected
   std::vector<HostChange> hostChanges;
-  std::size_t repeatedCalls = 0;      ///< that had met another session's change and were taken back
-  std::string brokeOff;               ///< why the run ended early; empty: it did not
-  std::string noLookAhead;            ///< why its look-ups were not asked ahead; empty: they
-                                      ///< were, or were not to be
-  bool connectionLost = false;        ///< that is why
-  std::string errorLog;               ///< path of the error log's file
-  std::string journal;                ///< its path; empty: the run is not in one
-  std::uint64_t run = 0;              ///< its number there
-  std::uint64_t resumes = 0;          ///< the run that it goes on with; 0: none
-  bool passedOver = false;            ///< that run had reached all: there is none of its own
-  std::vector<std::size_t> setApart;  ///< records before its own that were left in doubt
-  std::size_t leftOut = 0;            ///< first records that those runs did not reach either
+  std::size_t repeatedCalls = 0;  ///< that had met another session's change and were taken back
+  std::string brokeOff;           ///< why the run ended early; empty: it did not
+  std::string noLookAhead;        ///< why its look-ups were not asked ahead; empty: they
+                                  ///< were, or were not to be
+  bool connectionLost = false;    ///< that is why
+  std::string errorLog;           ///< path of the error log's file
+  std::string journal;            ///< its path; empty: the run is not in one
+  std::uint64_t run = 0;          ///< its number there
+  std::uint64_t resumes = 0;      ///< the run that it goes on with; 0: none
+  /// The server that this one posted to was replaced, or started anew, and may have lost some of
+  /// it.
+  bool serverReplaced = false;
+  bool passedOver = false;                   ///< that run had reached all: there is none of its own
+  std::vector<std::size_t> setApart;         ///< records before its own that were left in doubt
+  std::size_t leftOut = 0;                   ///< first records that those runs did not reach either
   std::vector<RefusedBefore> refusedBefore;  ///< by the runs that it goes on with
   std::vector<std::string> rejectFiles;      ///< paths written
   std::string metricsFile;                   ///< path written, if it was; of the last file
   std::string rejectsError;                  ///< why they could not be written
   std::string reportFile;                    ///< path of the page written, if one was
   std::string reportError;                   ///< why it could not be written
+  std::string profileError;                  ///< why the profile could not be saved
   std::string user;                          ///< who ran it
   std::string folder;                        ///< from which it ran: relative paths begin there
   std::string fileHash;                      ///< SHA-256, in hexadecimal digits

@@ -79,6 +79,7 @@ void writeForesight(const ImportResult& result, std::ostream& out) {
   if (result.refused()) {
     out << (isShown(result) ? "\nAn import would be refused: " : "\nRefused: ")
         << printable(result.refusal) << '\n';
+    writeCommands(result.commands, out);
     return;
   }
   out << "\nAs far as the file tells, an import would end with status "

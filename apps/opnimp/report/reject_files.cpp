@@ -10,6 +10,7 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/records/claimed_name.h"
 #include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/records/later_records.h"
@@ -64,36 +65,21 @@ struct NameTaken : CannotOpen {
   using CannotOpen::CannotOpen;
 };
 
-/// A name for a file of this run's own, made for it or not at all.
-class Claim {
- public:
-  Claim(const std::string& path, bool dryRun) : path_(path) {
-    if (NativeFileSystem().openExclusively(path)) return;
-    throw NameTaken("the rejects file " + path +
-                    " was not written: somebody else has made a file " +
-                    "of that name since the run began; " +
-                    (dryRun ? "choose another one and try again"
-                            : "`opnimp rejects` writes it under another one"));
-  }
-  Claim(const Claim&) = delete;
-  Claim& operator=(const Claim&) = delete;
-  ~Claim() {
-    std::error_code error;
-    if (!kept_) std::filesystem::remove(path_, error);  // which needs no memory
-  }
-  void keep() { kept_ = true; }
-
- private:
-  const std::filesystem::path path_;
-  bool kept_ = false;
-};
+NameTaken taken(const std::string& path, bool dryRun) {
+  return NameTaken("the rejects file " + path + " was not written: somebody else has made a file " +
+                   "of that name since the run began; " +
+                   (dryRun ? "choose another one and try again"
+                           : "`opnimp rejects` writes it under another one"));
+}
 
 /// Writes a file under a name that is the run's own already, or becomes it. `own` has room.
 template <class Write>
 void writeOwn(std::vector<std::string>& own, const std::string& path, bool dryRun, Write writeIt) {
   std::string name = path;  // before the file is there: to remember it takes memory
-  std::optional<Claim> claim;
-  if (std::ranges::find(own, path) == own.end()) claim.emplace(path, dryRun);
+  NativeFileSystem files;
+  std::optional<ClaimedName> claim;
+  if (std::ranges::find(own, path) == own.end()) claim.emplace(files, path);
+  if (claim && !claim->isNew()) throw taken(path, dryRun);
   refusingWithoutMemory(writeIt);
   if (!claim) return;
   claim->keep();

@@ -183,6 +183,7 @@ Json headJson(const ImportResult& result) {
       {"run", result.run == 0 ? Json() : Json(result.run)},
       {"resumes", result.resumes == 0 ? Json() : Json(result.resumes)},
       {"passedOver", result.passedOver},
+      {"serverReplaced", result.serverReplaced},
       {"setApart", result.setApart.size()},
       {"leftOut", result.leftOut},
       {"refusedBefore", listOf(result.refusedBefore,
@@ -210,6 +211,7 @@ void writeFile(const ImportResult& result, std::ostream& out) {
               {"rejectFiles", result.rejectFiles},
               {"report", orNull(result.reportFile)},
               {"reportError", orNull(result.reportError)},
+              {"profileError", orNull(result.profileError)},
               {"next", nextSteps(result)}});
   tail.front() = ',';
   out << tail;

@@ -105,4 +105,10 @@ void writeWarnings(const std::vector<Warning>& warnings, std::string_view placeW
   }
 }
 
+void writeCommands(const std::vector<std::string>& commands, std::ostream& out) {
+  for (const std::string& command : commands) {
+    out << "Next:    `" << printable(command) << "`\n";
+  }
+}
+
 }  // namespace velk

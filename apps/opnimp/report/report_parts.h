@@ -25,6 +25,8 @@ std::string unreadableText(const Account& account);
 /// How many items of a list there are beyond those shown; nothing if there are none.
 void writeMore(std::size_t count, std::size_t shown, std::ostream& out);
 void writeMapping(const std::vector<FieldMapping>& mapping, std::ostream& out);
+/// Commands to go on with; nothing if there are none.
+void writeCommands(const std::vector<std::string>& commands, std::ostream& out);
 /// What a conversion took for granted; nothing if that is nothing.
 void writeAssumed(const std::vector<Assumption>& assumptions, std::ostream& out);
 /// `placeWord`: what the lines of a warning are, see InputRecords.

@@ -150,15 +150,14 @@ std::shared_ptr<OwnConnection> DatabaseHosts::openReady(std::size_t number, Open
 }
 
 void DatabaseHosts::use(const std::shared_ptr<OwnConnection>& opened) {
-  if (areSeveral()) {
-    std::string history;
-    trapErrors([&] { gate_.pass([&] { history = opened->history(); }); },
-               [&](const RuntimeError& error) {
-                 cannotUse(hosts_[current_], std::string(withoutEnd(error.description())));
-               });
-    hasAllConfirmed_ = history == history_;
-    history_ = std::move(history);
-  }
+  std::string history;
+  trapErrors([&] { gate_.pass([&] { history = opened->history(); }); },
+             [&](const RuntimeError& error) {
+               if (!areSeveral()) return;
+               cannotUse(hosts_[current_], std::string(withoutEnd(error.description())));
+             });
+  hasAllConfirmed_ = history == history_;
+  history_ = std::move(history);
   connection_ = opened;
   std::string session;
   std::string place;

@@ -53,6 +53,9 @@ class DatabaseHosts {
   std::shared_ptr<OwnConnection> openNext();
   /// Whether the one that openNext opened has all that the one before it confirmed.
   bool hasAllConfirmed() const { return hasAllConfirmed_; }
+  /// What its server answers another time only if it has lost nothing that it confirmed since;
+  /// empty if that is not known, or never differs.
+  const std::string& history() const { return history_; }
   /// Whether nothing more can come of what was sent to the one before it. Waits for that.
   bool hasLostEnded() const { return hasLostEnded_; }
 

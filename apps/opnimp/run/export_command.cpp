@@ -51,7 +51,7 @@ class Target {
   void requireSalesmen() {
     // Nothing is lost with an empty file.
     if (files_.openInput(path_)->length() == 0) return;
-    if (WorkbookRecords(files_, path_).hasCaptions()) return;
+    if (WorkbookRecords(readBytes(files_, path_)).hasCaptions()) return;
     throw UsageError("there is a file " + path_ +
                      " that is no workbook of salesmen; choose another name");
   }

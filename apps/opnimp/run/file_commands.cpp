@@ -101,18 +101,16 @@ ExitStatus writeTemplate(const Arguments& arguments, const Streams& streams) {
               csvLine(kind, &FieldTitle::title) + csvLine(kind, &FieldTitle::example));
   });
   streams.out << "Written:   " << printable(arguments.file) << '\n'
-              << "Next:      Put your records in the place of the example in line 2";
-  if (isWorkbook && kind.format == FileFormat::CommaSeparated) {
-    streams.out << ", and save the first sheet as comma-separated text (*.csv)";
-  }
-  streams.out << ".\n";
+              << "Next:      Put your records in the place of the example in line 2.\n";
   return ExitStatus::Posted;
 }
 
 ExitStatus splitFile(const Arguments& arguments, const Streams& streams) {
   const CsvRecords input(readFile(arguments.file));
   if (input.isWorkbook()) {
-    throw UsageError(arguments.file + " is a workbook; comma-separated text can be split");
+    throw UsageError(arguments.file +
+                     " is a workbook; `opnimp convert` makes comma-separated text of it, "
+                     "which can be split");
   }
   const std::size_t most = arguments.recordsInFile;
   if (input.count() <= most) {

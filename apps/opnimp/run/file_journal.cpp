@@ -28,7 +28,8 @@ void syncWhatIsTold(const std::string& errorLog, const std::string& database) {
   sync(errorLog);
   if (database.empty()) return;
   sync(database + "-wal");
-  // Without that file a change is one when the file that undoes it is gone.
+  // Without that file a change is one when the file that undoes it is gone, or empty.
+  sync(database + "-journal");
   syncFolderOf(database);
 }
 
@@ -179,6 +180,10 @@ void FileJournal::beginAgain(std::size_t first, std::size_t last) {
 
 void FileJournal::hostChanges(const HostChange& change) {
   if (run_) orEndRun([&] { run_->hostChanges(change); });
+}
+
+void FileJournal::serverHas(const std::string& history) {
+  if (run_ && !history.empty()) orEndRun([&] { run_->serverHas(history); });
 }
 
 void FileJournal::doubtFrom(std::uint64_t run, std::size_t record) {

@@ -36,6 +36,8 @@ class FileJournal {
   void beginAgain(std::size_t first, std::size_t last);
   /// Says that the run goes on at another host.
   void hostChanges(const HostChange& change);
+  /// Says what the server that is posted to has for a history; nothing if it is empty.
+  void serverHas(const std::string& history);
   /// Says, after the run of that number has ended, that what its records from that one on have
   /// posted may be lost.
   void doubtFrom(std::uint64_t run, std::size_t record);

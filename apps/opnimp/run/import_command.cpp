@@ -31,16 +31,20 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
  public:
   ImportCommand(Arguments arguments, const Streams& streams, const Surroundings& surroundings)
       : arguments_(std::move(arguments)),
-        call_{Events(streams, arguments_.jsonLog), surroundings, arguments_.files.size() > 1} {}
+        call_{Events(streams, arguments_.jsonLog, arguments_.verbose), surroundings,
+              arguments_.files.size() > 1} {}
 
-  void foresee(const Foresight& foresight) {
+  /// Answers what came of it, the profile included, which is saved behind what is shown: an import
+  /// without that option would not end otherwise for it.
+  ExitStatus foresee(const Foresight& foresight) {
     call_.viewed = foresight.viewed;
     call_.folder = ".";  // any does, because the error log stays in memory
     call_.database = foresight.database;
     readFiles();
     drive();
-    saveProfile(files_.front().result(), call_.surroundings, call_.events);
     foresight.ended(result());
+    saveProfile(files_.front().result(), call_.surroundings, call_.events);
+    return result().status();
   }
 
   /// Writes the file of --metrics, whatever comes of the run.
@@ -120,7 +124,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
   /// What is written must not take the place of what it comes from, nor of each other.
   void checkOutputs(const std::string& journal, const DatabaseChoice& database) const {
-    std::vector<Writes> writes{{"--journal", journal, {journal}}};
+    std::vector<Writes> writes = profileWritten(arguments_, call_.surroundings);
+    writes.push_back({"--journal", journal, {journal}});
     if (const auto& metrics = arguments_.metrics) {
       writes.push_back({"--metrics", *metrics, {*metrics}});
     }
@@ -338,11 +343,11 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
 
 }  // namespace
 
-void foreseeImport(const Arguments& arguments, const Streams& streams,
-                   const Surroundings& surroundings, const Foresight& foresight) {
+ExitStatus foreseeImport(const Arguments& arguments, const Streams& streams,
+                         const Surroundings& surroundings, const Foresight& foresight) {
   Arguments dry = arguments;
   dry.dryRun = true;
-  ImportCommand(dry, streams, surroundings).foresee(foresight);
+  return ImportCommand(dry, streams, surroundings).foresee(foresight);
 }
 
 ExitStatus runImport(const Arguments& arguments, const Streams& streams,

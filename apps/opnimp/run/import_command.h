@@ -29,8 +29,8 @@ struct Foresight {
   std::function<void(const FilesResult&)> ended;
 };
 
-/// A dry run that shows no message of the import and writes no file.
-void foreseeImport(const Arguments& arguments, const Streams& streams,
-                   const Surroundings& surroundings, const Foresight& foresight);
+/// A dry run that shows no message of the import and writes no file but the profile.
+ExitStatus foreseeImport(const Arguments& arguments, const Streams& streams,
+                         const Surroundings& surroundings, const Foresight& foresight);
 
 }  // namespace velk

@@ -35,9 +35,10 @@ void ImportOutputs::writeRejects(ImportResult& result) {
 void ImportOutputs::writeReport(ImportResult& result) {
   const auto& report = result.arguments.report;
   if (!report) return;
+  std::string name = *report;  // what takes memory comes before the file is there
   try {
-    writeReportFile(*report, htmlPage(importPage(result)));
-    result.reportFile = *report;
+    writeReportFile(name, htmlPage(importPage(result)));
+    result.reportFile = std::move(name);
   } catch (const std::runtime_error& error) {
     result.reportError = error.what();
   } catch (const std::bad_alloc&) {

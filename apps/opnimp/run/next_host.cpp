@@ -58,7 +58,6 @@ void NextHost::doubtEarlier(const GoingOn& going) {
 }
 
 void NextHost::beginAgain(const GoingOn& going, const HostChange& change) {
-  doubtEarlier(going);
   const std::size_t begun = run_.report.begun();
   bool isCutOff = false;
   if (going.first < begun) {
@@ -69,9 +68,11 @@ void NextHost::beginAgain(const GoingOn& going, const HostChange& change) {
     isCutOff = true;
   }
   if (going.doubtful) run_.recorder.doubt(*going.doubtful + ImportScreen::firstDataRow);
+  doubtEarlier(going);
   if (run_.journal) {
     beginAgainInJournal(going, begun);
     run_.journal->hostChanges(change);
+    run_.journal->serverHas(call_.hosts->history());
   }
   run_.result.hostChanges.push_back(change);
   call_.events.hostChanges(run_.result, change);

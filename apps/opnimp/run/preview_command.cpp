@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "apps/opnimp/cli/failures.h"
@@ -10,6 +11,7 @@
 #include "apps/opnimp/run/database_hosts.h"
 #include "apps/opnimp/run/import_command.h"
 #include "apps/opnimp/run/long_values.h"
+#include "apps/opnimp/run/profiles.h"
 #include "apps/opnimp/run/run_support.h"
 #include "platform/memory_recordset.h"
 
@@ -64,12 +66,18 @@ void readTable(const ListView& list, PreviewTable& preview) {
   }
 }
 
-/// Only a database that is named on the command line is asked: a preview needs none.
+/// Only a database that is named on the command line is asked: a preview needs none. Raises
+/// UsageError where the profile would be written over it, or over the files.
 std::shared_ptr<OwnConnection> catalogueOf(const Arguments& arguments,
                                            const Surroundings& surroundings) {
-  if (arguments.databases.empty()) return nullptr;
+  std::vector<DatabaseChoice> choices;
+  if (!arguments.databases.empty()) choices = chooseDatabases(arguments, surroundings);
+  checkWrites(profileWritten(arguments, surroundings),
+              choices.empty() ? DatabaseChoice{} : choices.front(), applicationFolder({}),
+              arguments.files);
+  if (choices.empty()) return nullptr;
   RunGate gate;
-  DatabaseHosts hosts(chooseDatabases(arguments, surroundings), surroundings, gate);
+  DatabaseHosts hosts(std::move(choices), surroundings, gate);
   return openUnlocked(hosts);
 }
 
@@ -79,27 +87,24 @@ ExitStatus runPreview(const Arguments& arguments, const Streams& streams,
                       const Surroundings& surroundings) {
   const std::shared_ptr<OwnConnection> database = catalogueOf(arguments, surroundings);
   std::map<std::string, PreviewTable> tables;
-  ExitStatus status = ExitStatus::Posted;
   const auto show = [&](const FilesResult& call) {
-    status = call.status();
     std::vector<FilePreview> files;
     for (const ImportResult* result : call.files()) {
       files.push_back({*result, tables[result->arguments.file]});
       if (database) files.back().longValues = findLongValues(result->traces, *database);
     }
-    (arguments.json ? writePreviewJson : writePreviewText)(files, status, streams.out);
+    (arguments.json ? writePreviewJson : writePreviewText)(files, call.status(), streams.out);
   };
   const auto viewed = [&](const std::string& file, const ImportScreen& screen) {
     readTable(screen.lv, tables[file]);
   };
   try {
     // Without a progress line.
-    foreseeImport(arguments, {streams.out, streams.err, false}, surroundings,
-                  {std::make_shared<PreviewConnection>(), viewed, show});
+    return foreseeImport(arguments, {streams.out, streams.err, false}, surroundings,
+                         {std::make_shared<PreviewConnection>(), viewed, show});
   } catch (const std::bad_alloc&) {
     throw CannotOpen(tooLarge(arguments.files.back()));
   }
-  return status;
 }
 
 }  // namespace velk

@@ -5,9 +5,11 @@
 #include <filesystem>
 #include <system_error>
 
+#include "apps/opnimp/cli/command_line.h"
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/cli/profile.h"
+#include "apps/opnimp/records/claimed_name.h"
 #include "apps/opnimp/records/file_bytes.h"
 #include "base/text.h"
 #include "platform/native/native_files.h"
@@ -94,6 +96,7 @@ Arguments applied(std::span<const std::string> args, const Arguments& given,
   // Those of the profile stand in front.
   const std::size_t count = all.maps.size() - given.maps.size();
   for (std::size_t i = 0; i < count; ++i) all.maps[i].isOfProfile = true;
+  all.words = given.words;
   return all;
 }
 
@@ -130,7 +133,15 @@ void write(const std::string& path, const std::string& text) {
   NativeFileSystem files;
   std::error_code error;  // shows when the file is written
   fs::create_directories(fs::path(path).parent_path(), error);
-  writing("the profile", path, "--save-profile", [&] { writeFile(files, path, text); });
+  writing("the profile", path, "--save-profile", [&] {
+    // Somebody may have made such a file since the run began.
+    ClaimedName claim(files, path);
+    if (!claim.isNew()) requireNoFile(path);
+    writeFile(files, path, text);
+    claim.keep();
+    // Where the file system has no such rights they are not missed.
+    fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write, error);
+  });
 }
 
 }  // namespace
@@ -149,7 +160,13 @@ Arguments argumentsWithProfile(std::span<const std::string> args,
   }
 }
 
-void saveProfile(const ImportResult& result, const Surroundings& surroundings, Events& events) {
+std::vector<Writes> profileWritten(const Arguments& arguments, const Surroundings& surroundings) {
+  const auto& name = arguments.savedProfile;
+  if (!name) return {};
+  return {{"--save-profile", *name, {pathOf(*name, surroundings)}}};
+}
+
+void saveProfile(ImportResult& result, const Surroundings& surroundings, Events& events) {
   const auto& name = result.arguments.savedProfile;
   if (!name) return;
   try {
@@ -159,7 +176,8 @@ void saveProfile(const ImportResult& result, const Surroundings& surroundings, E
     write(path, profileText(profile));
     events.notice("The profile " + *name + " was saved in " + path + ".");
   } catch (const std::runtime_error& failure) {
-    events.notice("The profile " + *name + " was not saved: " + failure.what() + ".");
+    result.profileError = failure.what();
+    events.notice("The profile " + *name + " was not saved: " + result.profileError + ".");
   }
 }
 

@@ -3,9 +3,11 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 #include "apps/opnimp/cli/arguments.h"
 #include "apps/opnimp/report/events.h"
+#include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/surroundings.h"
 
 namespace velk {
@@ -14,7 +16,11 @@ namespace velk {
 /// first. Raises UsageError and CannotOpen.
 Arguments argumentsWithProfile(std::span<const std::string> args, const Surroundings& surroundings);
 
-/// Saves how a file was read as --save-profile wants it, if it does; what hinders it is told.
-void saveProfile(const ImportResult& result, const Surroundings& surroundings, Events& events);
+/// What --save-profile writes, if it is given.
+std::vector<Writes> profileWritten(const Arguments& arguments, const Surroundings& surroundings);
+
+/// Saves how a file was read as --save-profile wants it, if it does; what hinders it is told, and
+/// stands in the result.
+void saveProfile(ImportResult& result, const Surroundings& surroundings, Events& events);
 
 }  // namespace velk

@@ -14,10 +14,12 @@
 #include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/screen_mapping.h"
 #include "apps/opnimp/run/screen_session.h"
+#include "apps/opnimp/sheets/read_sheets.h"
 #include "base/errors.h"
 #include "mapping/file_survey.h"
 #include "platform/native/native_files.h"
 #include "shared/csv_text.h"
+#include "shared/numbered_files.h"
 
 namespace velk {
 
@@ -140,8 +142,9 @@ void requireDistinct(const std::vector<std::string>& inputs) {
 
 std::unique_ptr<const CsvRecords> convertedRecords(std::string bytes, const Arguments& arguments) {
   Conversion conversion;
-  const bool isText = !bytes.empty() && !CsvRecords::isWorkbook(bytes);
-  if (isText && !arguments.convert.raw) conversion = convert(bytes, arguments);
+  if (!bytes.empty() && !arguments.convert.raw) {
+    conversion = (isWorkbookFile(bytes) ? convertWorkbook : convert)(bytes, arguments);
+  }
   if (arguments.profile) {
     conversion.assumptions.insert(conversion.assumptions.begin(),
                                   {"profile", *arguments.profile, "given with --profile", ""});
@@ -158,14 +161,40 @@ std::string readFile(const std::string& path) {
   }
 }
 
+std::string readFile(const std::string& path, const Arguments& arguments) {
+  return path == standardStream ? *arguments.piped : readFile(path);
+}
+
+void takeStandardInput(Arguments& arguments, const Surroundings& surroundings) {
+  if (arguments.file == standardStream && arguments.command != Arguments::Command::Convert) {
+    throw UsageError(
+        "a file needs a name here; - is standard input to import, preview and convert, and "
+        "standard output to convert. A file of that name is ./-");
+  }
+  if (std::ranges::find(arguments.files, standardStream) == arguments.files.end()) return;
+  if (arguments.kind->format == FileFormat::Workbook) {
+    throw UsageError("a workbook is not read from standard input: save it, and give its name");
+  }
+  try {
+    arguments.piped = std::make_shared<const std::string>(surroundings.input(maxTextLength));
+  } catch (const RuntimeError& error) {
+    throw CannotOpen("standard input could not be read: " +
+                     (error.is(ErrorNumber::OutOfMemory) ? "it is longer than 2 GB; split it"
+                                                         : fileErrorText("/dev/stdin", error)));
+  }
+}
+
 std::unique_ptr<const InputRecords> readInput(const Arguments& arguments) {
   NativeFileSystem files;
   try {
     if (arguments.kind->format == FileFormat::Workbook) {
-      return fromLine(std::make_unique<WorkbookRecords>(files, arguments.file), arguments);
+      return fromLine(std::make_unique<WorkbookRecords>(readBytes(files, arguments.file),
+                                                        arguments.convert.sheet),
+                      arguments);
     }
-    if (arguments.convert.raw) refuseLongLine(files, arguments.file);
-    auto records = convertedRecords(readBytes(files, arguments.file), arguments);
+    const bool isOnDisk = arguments.file != standardStream;
+    if (arguments.convert.raw && isOnDisk) refuseLongLine(files, arguments.file);
+    auto records = convertedRecords(readFile(arguments.file, arguments), arguments);
     requireLines(records->longestLine(), arguments.file);
     return fromLine(std::move(records), arguments);
   } catch (const RuntimeError& error) {
@@ -194,6 +223,7 @@ void viewAndMap(ScreenSession& session, const Arguments& arguments, const InputR
   }
   if (arguments.profile) requireTitles(session.screen(), arguments);
   for (const MapOption& option : arguments.maps) mapByHand(session.screen(), report, option);
+  requireReadAsMapped(session.screen(), arguments, input.conversion());
 }
 
 }  // namespace velk

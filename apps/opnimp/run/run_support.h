@@ -16,6 +16,10 @@
 
 namespace velk {
 
+/// Reads standard input where the arguments name it as a file. Raises UsageError where it can be
+/// none, and CannotOpen.
+void takeStandardInput(Arguments& arguments, const Surroundings& surroundings);
+
 /// The records of the file to import or preview. Raises CannotOpen.
 std::unique_ptr<const InputRecords> readInput(const Arguments& arguments);
 
@@ -24,6 +28,8 @@ std::unique_ptr<const CsvRecords> convertedRecords(std::string bytes, const Argu
 
 /// The bytes of a file. Raises CannotOpen.
 std::string readFile(const std::string& path);
+/// The same of one that may be standard input.
+std::string readFile(const std::string& path, const Arguments& arguments);
 
 /// The folder of the error log: absolute, without a separator at its end. Raises CannotOpen.
 std::string applicationFolder(const std::optional<std::string>& option);

@@ -1,5 +1,6 @@
 #include "apps/opnimp/run/screen_mapping.h"
 
+#include <algorithm>
 #include <functional>
 
 #include "apps/opnimp/cli/failures.h"
@@ -34,8 +35,7 @@ std::string titles(const ListView& list) {
 }
 
 std::optional<std::size_t> columnByNumber(const ListView& list, std::string_view text) {
-  if (!text.starts_with('#')) return std::nullopt;
-  const auto number = exactNumber<std::size_t>(text.substr(1));
+  const auto number = ordinalNumber(text);
   // A title may begin with "#", too: only digits up to the end make a number.
   if (!number) return std::nullopt;
   if (*number == 0 || *number > list.columnCount()) {
@@ -45,8 +45,11 @@ std::optional<std::size_t> columnByNumber(const ListView& list, std::string_view
   return *number - 1;
 }
 
-std::size_t fileColumn(const ListView& lv, const std::string& name) {
-  if (const auto column = columnByNumber(lv, name)) return *column;
+// A profile has titles only: its next file may have its columns elsewhere.
+std::size_t fileColumn(const ListView& lv, const MapOption& option) {
+  const std::string& name = option.column;
+  const auto number = option.isOfProfile ? std::nullopt : columnByNumber(lv, name);
+  if (number) return *number;
   const std::vector<std::size_t> found = titledAnyCase(lv, name);
   if (found.size() == 1) return found.front();
   if (found.empty()) {
@@ -85,6 +88,23 @@ std::vector<FieldMapping> readMapping(const ImportScreen& screen) {
   return mapping;
 }
 
+void requireReadAsMapped(const ImportScreen& screen, const Arguments& arguments,
+                         const Conversion& conversion) {
+  if (conversion.natures.empty()) return;
+  for (const FieldMapping& entry : readMapping(screen)) {
+    const auto field = std::ranges::find_if(arguments.kind->titles, [&](const FieldTitle& title) {
+      return equalsIgnoringCase(trim(title.title), entry.field);
+    });
+    if (!entry.column || field == arguments.kind->titles.end()) continue;
+    const bool counts = field->nature == FieldNature::Date || field->nature == FieldNature::Amount;
+    if (!counts || conversion.natures.at(*entry.column) == field->nature) continue;
+    const std::string number = "#" + std::to_string(*entry.column + 1);
+    throw Refused("the column " + entry.title + " is mapped to " + entry.field +
+                  ", and was not read as one: name it by its number, --map \"" + entry.field + "=" +
+                  number + "\"");
+  }
+}
+
 void requireTitles(const ImportScreen& screen, const Arguments& arguments) {
   std::vector<std::string> missing;
   for (const MapOption& map : arguments.maps) {
@@ -99,7 +119,7 @@ void requireTitles(const ImportScreen& screen, const Arguments& arguments) {
 }
 
 void mapByHand(ImportScreen& screen, ImportReport& report, const MapOption& option) {
-  const std::size_t column = fileColumn(screen.lv, option.column);
+  const std::size_t column = fileColumn(screen.lv, option);
   const std::size_t field = fieldNamed(screen.mappingList, option.field);
   // What maps by its title needs no hand, which is stricter on empty values.
   if (option.isOfProfile && sharedColumn(screen, field) == column) return;

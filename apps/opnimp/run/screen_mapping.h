@@ -5,6 +5,7 @@
 
 #include "apps/opnimp/audit/import_report.h"
 #include "apps/opnimp/cli/arguments.h"
+#include "apps/opnimp/convert/conversion.h"
 #include "apps/opnimp/records/field_mapping.h"
 #include "mapping/import_screen.h"
 
@@ -12,6 +13,11 @@ namespace velk {
 
 /// What is mapped now. To be read before an import, which empties the screen.
 std::vector<FieldMapping> readMapping(const ImportScreen& screen);
+
+/// Raises Refused for a date or an amount in a column that was not read as one: by a title that the
+/// screens show otherwise than the file has it.
+void requireReadAsMapped(const ImportScreen& screen, const Arguments& arguments,
+                         const Conversion& conversion);
 
 /// Raises Refused, with the titles of the profile that the file does not have.
 void requireTitles(const ImportScreen& screen, const Arguments& arguments);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/records/any_spreadsheet.h"
 #include "platform/headless/headless_host_service.h"
 
 namespace velk {
@@ -13,12 +14,13 @@ ScreenSession::ScreenSession(Recorder& recorder, const SessionSetup& setup)
       files_(setup.files == nullptr ? machineFiles_ : *setup.files),
       desktop_(setup.applicationFolder, setup.clock, recorder.messages(setup.showMessage)),
       messages_(recorder.messages(setup.showMessage)),
-      platform_{files_,
-                desktop_,
-                shell_,
-                CodePage::windows1252(),
-                [this] { return std::make_shared<HeadlessHostService>(messages_); },
-                [this] { return std::make_unique<XlsSpreadsheet>(files_); }},
+      platform_{
+          files_,
+          desktop_,
+          shell_,
+          CodePage::windows1252(),
+          [this] { return std::make_shared<HeadlessHostService>(messages_); },
+          [this, sheet = setup.sheet] { return std::make_unique<AnySpreadsheet>(files_, sheet); }},
       logFiles_(files_, CodePage::windows1252()),
       logFile_(logFiles_, desktop_),
       module_(platform_, &recorder.log(setup.logToFile ? &logFile_ : nullptr)),

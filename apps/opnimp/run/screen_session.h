@@ -10,7 +10,6 @@
 #include "component/Velk_ClsOpnImp.h"
 #include "platform/headless/headless_desktop.h"
 #include "platform/native/native_files.h"
-#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "ui/headless/headless_shell.h"
 
 namespace velk {
@@ -21,6 +20,7 @@ struct SessionSetup {
   MessageHandler showMessage;
   bool logToFile = true;        ///< false: the error log stays in memory
   FileSystem* files = nullptr;  ///< that outlive the session; null: the machine's own
+  std::string sheet = {};       ///< of workbooks; empty: the first one
 };
 
 class ScreenSession {

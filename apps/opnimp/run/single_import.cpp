@@ -13,6 +13,7 @@
 #include "apps/opnimp/journal/record_hash.h"
 #include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/run/ds_types.h"
+#include "apps/opnimp/run/ready_commands.h"
 #include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/screen_mapping.h"
@@ -38,6 +39,13 @@ bool isWhole(const ImportResult& result) {
            return isRefused(trace.outcome) || isDoubtful(trace.outcome) ||
                   trace.outcome == Outcome::NotReached;
          });
+}
+
+/// In UTF-16 a NUL follows the line feed, and an old system ends a text by its end sign.
+bool endsWithinLine(std::string_view text) {
+  using namespace std::string_view_literals;
+  const std::size_t last = text.find_last_not_of("\0\x1A"sv);
+  return last != std::string_view::npos && text[last] != '\n' && text[last] != '\r';
 }
 
 }  // namespace
@@ -82,6 +90,8 @@ void SingleImport::resume(const Resumption& resumption) {
                      " now; give the same options");
   }
   result_.resumes = resumption.run;
+  result_.serverReplaced =
+      !resumption.history.empty() && resumption.history != call_.hosts->history();
   result_.leftOut = resumption.first;
   result_.setApart = resumption.doubtful;
   result_.refusedBefore = resumption.refused;
@@ -202,6 +212,7 @@ void SingleImport::beginJournal() {
     toldRecords_ = record + 1;
   };
   journal_->begin(result_, report_, recorder_);
+  journal_->serverHas(call_.hosts->history());
   call_.events.runBegins(result_);
 }
 
@@ -213,8 +224,9 @@ void SingleImport::openPart(std::size_t first) {
   viewedEnd_ = first;
   partEnd_ = first + std::min(count() - first, kind().largestRecordCount);
   fillContents(first);
-  session_.emplace(recorder_, SessionSetup{call_.folder, call_.surroundings.clock, messages(),
-                                           !arguments().dryRun, &*contents_});
+  session_.emplace(recorder_,
+                   SessionSetup{call_.folder, call_.surroundings.clock, messages(),
+                                !arguments().dryRun, &*contents_, arguments().convert.sheet});
   result_.errorLog = session_->errorLogPath();
   recorder_.beginPart(first);
   report_.beginPart(first);
@@ -342,6 +354,10 @@ void SingleImport::findWarningsNow() {
   if (!result_.input->conversion().refusal.empty()) return;
   result_.warnings = findWarnings(*result_.input, kind(), result_.mapping,
                                   civilFromDate(call_.surroundings.clock()).year);
+  const bool isPiped = arguments().file == standardStream && !result_.input->conversion().isSheet;
+  if (isPiped && endsWithinLine(*arguments().piped)) {
+    addWarning(result_.warnings, WarningId::UnendedInput, wholeFile);
+  }
 }
 
 void SingleImport::breakOff(std::string why) {
@@ -377,6 +393,7 @@ void SingleImport::endJournal() {
 
 void SingleImport::evaluate() {
   if (!result_.passedOver) writeAccount();
+  result_.commands = readyCommands(result_);
   evaluated_ = true;
   if (!began_) return;
   call_.earlier.push_back({&recorder_, [this](std::size_t record) { doubtFrom(record); }});
@@ -386,13 +403,14 @@ void SingleImport::evaluate() {
 
 void SingleImport::doubtFrom(std::size_t record) {
   recorder_.doubtFrom(record + ImportScreen::firstDataRow);
-  if (journal_) journal_->doubtFrom(result_.run, record);
   drawUp();
   if (outputs_) outputs_->writeRejects(result_);
-  for (; record < count(); ++record) {
-    const RecordTrace& trace = result_.traces.records[record];
-    if (isDoubtful(trace.outcome)) call_.events.recordEnds(result_, record, trace);
+  for (std::size_t i = record; i < count(); ++i) {
+    const RecordTrace& trace = result_.traces.records[i];
+    if (isDoubtful(trace.outcome)) call_.events.recordEnds(result_, i, trace);
   }
+  // Last, as it is what may end the run.
+  if (journal_) journal_->doubtFrom(result_.run, record);
 }
 
 /// The record that was cut off ends only now.

@@ -5,6 +5,7 @@
 #include "platform/native/native_clock.h"
 #include "platform/native/native_state.h"
 #include "platform/native/native_user.h"
+#include "platform/native/pipe_reading.h"
 #include "platform/odbc/odbc_connection.h"
 
 namespace velk {
@@ -14,6 +15,7 @@ Surroundings realSurroundings() {
   return {.interrupted = [] { return false; },
           .clock = localNow,
           .user = userName,
+          .input = readStandardInput,
           .database = database == nullptr ? "" : database,
           .openDatabase =
               [](const std::string& connectionString, const OdbcOptions& options) {

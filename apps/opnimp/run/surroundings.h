@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -20,6 +21,8 @@ struct Surroundings {
   std::function<Date()> clock;
   /// Who runs the program.
   std::function<std::string()> user;
+  /// All of standard input. Raises RuntimeError; number 7 beyond `most` bytes.
+  std::function<std::string(std::size_t most)> input;
   /// OPNIMP_DATABASE; empty: it is not set.
   std::string database{};
   /// Opens a database by its ODBC connection string. Raises RuntimeError.

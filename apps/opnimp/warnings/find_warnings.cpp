@@ -8,6 +8,7 @@
 #include "apps/opnimp/warnings/master_check.h"
 #include "apps/opnimp/warnings/opening_check.h"
 #include "apps/opnimp/warnings/row_check.h"
+#include "apps/opnimp/warnings/warnings_sheet.h"
 #include "apps/opnimp/warnings/warnings_text.h"
 #include "apps/opnimp/warnings/warnings_workbook.h"
 
@@ -74,6 +75,7 @@ std::vector<Warning> findWarnings(const InputRecords& input, const ImportKind& k
     if (csv->isWorkbook()) return {};  // it is refused as a whole
     if (auto fault = faultOfFile(*csv, kind, mapping)) return {*std::move(fault)};
     warnOfText(*csv, kind, warnings);
+    warnOfOddCells(*csv, mapping, warnings);
     // What was converted is in windows-1252, whatever it looks like.
     const bool looksUtf8 = !csv->isConverted() && isUtf8(csv->bytes());
     // Quotes count in the titles as in the records: both are separated by one rule.

@@ -33,6 +33,9 @@ constexpr WarningText texts[] = {
      "A byte that windows-1252 does not define is kept as a control character. The file may be in "
      "another code page."},
     {"no-records", noted, "The file has no records behind its first line."},
+    {"unended-input", isHarmful,
+     "Standard input ends within a line: whoever wrote it may have ended in the middle of a value. "
+     "Let it write all, the last line end, too."},
     {"too-many-records", noted,
      "More records than a screen takes: they are imported on several screens, one after the "
      "other."},
@@ -134,6 +137,9 @@ constexpr WarningText texts[] = {
     {"uncalculated-formulas", isHarmful,
      "The workbook does not contain the result of a formula: the cell is read as empty or 0. Open "
      "it in a spreadsheet program and save it there."},
+    {"hidden-rows", isHarmful,
+     "A row, or the column of a value, is hidden in the workbook, perhaps by a filter, and is "
+     "posted all the same. Show and check it, or delete it."},
     {"hidden-sheet", isHarmful,
      "The first worksheet, which is the one that is read, is hidden. Show it and look at it, or "
      "move the right one to the front."},

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "platform/spreadsheet/little_endian.h"
 #include "platform/spreadsheet/xls/compound_layout.h"
-#include "platform/spreadsheet/xls/little_endian.h"
 
 namespace velk::xls {
 

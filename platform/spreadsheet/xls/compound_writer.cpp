@@ -5,8 +5,8 @@
 #include <string>
 
 #include "base/text.h"
+#include "platform/spreadsheet/little_endian.h"
 #include "platform/spreadsheet/xls/compound_layout.h"
-#include "platform/spreadsheet/xls/little_endian.h"
 
 namespace velk::xls {
 

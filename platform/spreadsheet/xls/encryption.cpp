@@ -10,7 +10,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/spreadsheet/xls/little_endian.h"
+#include "platform/spreadsheet/little_endian.h"
 
 namespace velk::xls {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/spreadsheet/xls/little_endian.h"
+#include "platform/spreadsheet/little_endian.h"
 #include "platform/spreadsheet/xls/records.h"
 
 namespace velk::xls {

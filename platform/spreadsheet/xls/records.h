@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/spreadsheet/xls/little_endian.h"
+#include "platform/spreadsheet/little_endian.h"
 
 namespace velk::xls {
 
@@ -39,6 +39,7 @@ enum class Record : std::uint16_t {
   Label = 0x0204,
   BoolErr = 0x0205,
   String = 0x0207,
+  Row = 0x0208,
   Bof3 = 0x0209,
   Window2 = 0x023E,
   Rk = 0x027E,

@@ -4,21 +4,6 @@
 
 namespace velk::xls {
 
-std::uint32_t TextPool::add(std::string_view text) {
-  characters_.append(text);
-  return endText();
-}
-
-std::uint32_t TextPool::add(ContinuedReader& reader) {
-  reader.appendText(characters_);
-  return endText();
-}
-
-std::uint32_t TextPool::endText() {
-  ends_.push_back(static_cast<std::uint32_t>(characters_.size()));
-  return static_cast<std::uint32_t>(ends_.size() - 1);
-}
-
 void CellTable::add(const Cell& cell) {
   if (cell.row >= rows_.size()) rows_.resize(cell.row + std::size_t{1});
   std::vector<Cell>& row = rows_[cell.row];

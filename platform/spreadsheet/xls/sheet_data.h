@@ -1,39 +1,12 @@
-// The cells of a worksheet and their texts: a cell is eight bytes, a text its characters and an
-// offset. Rows and columns count from 0 here, as they do in files.
+// The cells of a worksheet: one is eight bytes. Rows and columns count from 0 here, as they do in
+// files.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
-#include <string_view>
 #include <vector>
 
-#include "platform/spreadsheet/xls/records.h"
-
 namespace velk::xls {
-
-/// Texts by their number, from 0, in one string: a string each would make reading 16 % slower and
-/// an export of 60,000 salesmen 10 %.
-class TextPool {
- public:
-  /// Answer the number of the new text, which may be the next one of a record.
-  std::uint32_t add(std::string_view text);
-  std::uint32_t add(ContinuedReader& reader);
-
-  std::size_t size() const { return ends_.size(); }
-  /// Of all of them, in bytes.
-  std::size_t length() const { return characters_.size(); }
-  std::string_view operator[](std::size_t number) const {
-    const std::size_t start = number == 0 ? 0 : ends_[number - 1];
-    return std::string_view(characters_).substr(start, ends_[number] - start);
-  }
-
- private:
-  std::uint32_t endText();
-
-  std::string characters_;
-  std::vector<std::uint32_t> ends_;
-};
 
 struct Cell {
   /// The last two are of formulas whose result the file does not have: blank, or a number.

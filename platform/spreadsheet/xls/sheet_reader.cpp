@@ -1,5 +1,6 @@
 #include "platform/spreadsheet/xls/sheet_reader.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "platform/spreadsheet/xls/records.h"
@@ -73,6 +74,10 @@ class SheetReader {
         const std::uint8_t value = fields.u8();
         return add(place, fields.u8() != 0 ? Cell::Kind::Error : Cell::Kind::Boolean, value);
       }
+      case Record::Row:
+        return noteRow(fields);
+      case Record::ColumnInfo:
+        return noteColumns(fields);
       case Record::Header:
       case Record::Footer:
         return passText();
@@ -86,6 +91,26 @@ class SheetReader {
       default:
         return;
     }
+  }
+
+  // Nothing is shown by these: one that is too short tells nothing, and the workbook is read.
+  void noteRow(FieldReader& fields) {
+    constexpr std::size_t beforeFlags = 10;
+    constexpr unsigned hidden = 0x20;
+    if (fields.left() < beforeFlags + 4) return;
+    const std::uint16_t row = fields.u16();
+    fields.skip(beforeFlags);
+    if ((fields.u16() & hidden) != 0) contents_.hiddenRows.set(row);
+  }
+
+  void noteColumns(FieldReader& fields) {
+    constexpr std::size_t beforeFlags = 4;
+    if (fields.left() < beforeFlags + 6) return;
+    const std::size_t first = fields.u16();
+    const auto last = std::min<std::size_t>(fields.u16(), maxSheetColumns - 1);
+    fields.skip(beforeFlags);
+    if ((fields.u16() & 1U) == 0) return;
+    for (auto i = first; i <= last; ++i) contents_.hiddenColumns.set(i);
   }
 
   static constexpr std::size_t placeLength = 6;
@@ -159,7 +184,8 @@ class SheetReader {
     ContinuedReader reader(records_);
     reader.skip(skipped);
     if (keeps(place)) {
-      add(place, Cell::Kind::Text, contents_.texts.add(reader));
+      add(place, Cell::Kind::Text,
+          contents_.texts.addWith([&](std::string& to) { reader.appendText(to); }));
     } else {
       std::string unwanted;
       reader.appendText(unwanted);

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/spreadsheet/xls/sheet_data.h"
+#include "platform/spreadsheet/text_pool.h"
 
 namespace velk::xls {
 

@@ -32,22 +32,18 @@ class GlobalsReader {
   GlobalsReader(std::string_view stream, SheetContents& contents)
       : stream_(stream), records_(stream, 0), contents_(contents) {}
 
-  /// Answers where the first worksheet begins.
-  std::size_t read() {
+  std::vector<SheetEntry> read() {
     if (beginSubstream(records_) != substreamGlobals) damaged("its sheets are not listed");
     for (records_.next(); records_.type() != Record::Eof; records_.next()) readRecord();
     // Only now: formats may follow the cell formats that use them.
     for (std::uint16_t& format : contents_.cellFormats) format = positionOf(format);
-    return firstWorksheet();
+    checkSheets();
+    std::erase_if(sheets_, [](const SheetEntry& sheet) { return !sheet.isWorksheet; });
+    if (sheets_.empty()) refuse("The workbook has no worksheet");
+    return std::move(sheets_);
   }
 
  private:
-  struct Sheet {
-    std::uint32_t offset;
-    bool isWorksheet;
-    std::string hiddenName;
-  };
-
   void readRecord() {
     FieldReader fields(records_.payload());
     ContinuedReader parts(records_);
@@ -114,7 +110,8 @@ class GlobalsReader {
   void readSharedTexts(ContinuedReader& reader) {
     reader.skip(4);  // how often they are used, which programs count differently
     const std::uint32_t count = reader.u32();
-    while (!reader.atEnd()) contents_.texts.add(reader);
+    while (!reader.atEnd())
+      contents_.texts.addWith([&](std::string& to) { reader.appendText(to); });
     if (contents_.texts.size() != count) damaged("it has other texts than it says");
   }
 
@@ -130,18 +127,17 @@ class GlobalsReader {
     constexpr unsigned hidden = 3;  // 1 for users, 2 for macros, too
     const std::uint32_t offset = reader.u32();
     const bool isHidden = (reader.u8() & hidden) != 0;
-    Sheet& sheet = sheets_.emplace_back(Sheet{offset, reader.u8() == sheetIsWorksheet, {}});
-    std::string name;
-    reader.appendShortText(name);
+    SheetEntry& sheet =
+        sheets_.emplace_back(SheetEntry{offset, reader.u8() == sheetIsWorksheet, isHidden, {}});
+    reader.appendShortText(sheet.name);
     reader.finish();
-    if (isHidden) sheet.hiddenName = std::move(name);
   }
 
   /// What the list of sheets says has to agree with what is there: else another sheet could be
-  /// taken for the first.
-  std::size_t firstWorksheet() {
-    for (const Sheet& sheet : sheets_) {
-      if (std::ranges::count(sheets_, sheet.offset, &Sheet::offset) > 1) {
+  /// taken for one.
+  void checkSheets() const {
+    for (const SheetEntry& sheet : sheets_) {
+      if (std::ranges::count(sheets_, sheet.offset, &SheetEntry::offset) > 1) {
         damaged("two sheets stand in one place");
       }
       if (sheet.offset >= stream_.size()) damaged("a sheet is missing");
@@ -149,11 +145,7 @@ class GlobalsReader {
       const bool isWorksheet = beginSubstream(begin) == substreamWorksheet;
       if (isWorksheet != sheet.isWorksheet)
         damaged("a sheet is no such as the list of sheets says");
-      if (!isWorksheet) continue;
-      contents_.hiddenName = sheet.hiddenName;
-      return sheet.offset;
     }
-    refuse("The workbook has no worksheet");
   }
 
   /// Formats are made once each, when a cell format uses them: a hostile file could ask for as many
@@ -174,12 +166,12 @@ class GlobalsReader {
   SheetContents& contents_;
   std::map<std::uint16_t, std::string> formats_;
   std::map<std::uint16_t, std::uint16_t> positions_;
-  std::vector<Sheet> sheets_;
+  std::vector<SheetEntry> sheets_;
 };
 
 }  // namespace
 
-std::size_t readGlobals(std::string_view stream, SheetContents& contents) {
+std::vector<SheetEntry> readGlobals(std::string_view stream, SheetContents& contents) {
   return GlobalsReader(stream, contents).read();
 }
 

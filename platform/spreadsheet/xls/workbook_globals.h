@@ -3,8 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
 
+#include "platform/spreadsheet/xls/records.h"
 #include "platform/spreadsheet/xls/sheet_contents.h"
 
 namespace velk::xls {
@@ -12,8 +15,14 @@ namespace velk::xls {
 /// Takes the record that a part of the stream begins with; answers the part's kind.
 std::uint16_t beginSubstream(RecordReader& records);
 
-/// Fills in texts, formats and whether the first worksheet is hidden, and answers where it begins.
-/// Errors: as readWorkbook().
-std::size_t readGlobals(std::string_view stream, SheetContents& contents);
+struct SheetEntry {
+  std::size_t offset;  ///< where it begins
+  bool isWorksheet;
+  bool isHidden;  ///< from users
+  std::string name;
+};
+
+/// Fills in texts and formats, and answers the worksheets, one at least. Errors: as readWorkbook().
+std::vector<SheetEntry> readGlobals(std::string_view stream, SheetContents& contents);
 
 }  // namespace velk::xls

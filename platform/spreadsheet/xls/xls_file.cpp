@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/spreadsheet/damage.h"
 #include "platform/spreadsheet/xls/compound_file.h"
-#include "platform/spreadsheet/xls/damage.h"
 
 namespace velk::xls {
 

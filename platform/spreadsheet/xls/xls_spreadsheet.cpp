@@ -59,4 +59,8 @@ std::unique_ptr<WorksheetReader> readXls(std::string_view file, const ColumnSet&
   return std::make_unique<XlsSheetReader>(xls::readWorkbook(stream.view(), wanted));
 }
 
+void readXlsSheets(std::string_view file, SheetSink& sink) {
+  xls::readWorkbook(xls::workbookStream(file).view(), sink);
+}
+
 }  // namespace velk

@@ -8,6 +8,7 @@
 
 #include "platform/files.h"
 #include "platform/spreadsheet.h"
+#include "platform/spreadsheet/sheet_sink.h"
 
 namespace velk {
 
@@ -25,5 +26,8 @@ class XlsSpreadsheet final : public Spreadsheet {
 
 /// The same from a file's bytes.
 std::unique_ptr<WorksheetReader> readXls(std::string_view file, const ColumnSet& wanted);
+
+/// All worksheets of a file. Error 321 as open(); some cells may have been told before.
+void readXlsSheets(std::string_view file, SheetSink& sink);
 
 }  // namespace velk

@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/spreadsheet/xls/damage.h"
+#include "platform/spreadsheet/damage.h"
 
-namespace velk::xls {
+namespace velk {
 
 template <std::unsigned_integral T>
 T loadNumber(const char* from) {
@@ -61,4 +61,4 @@ class FieldReader {
   std::string_view bytes_;
 };
 
-}  // namespace velk::xls
+}  // namespace velk

@@ -7,7 +7,7 @@
 
 #include "base/errors.h"
 
-namespace velk::xls {
+namespace velk {
 
 [[noreturn]] inline void refuse(std::string_view what) {
   throw RuntimeError(ErrorNumber::InvalidFileFormat, std::string(what));
@@ -17,4 +17,4 @@ namespace velk::xls {
   refuse(std::string("The workbook is damaged: ").append(where));
 }
 
-}  // namespace velk::xls
+}  // namespace velk

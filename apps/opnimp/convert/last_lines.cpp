@@ -1,0 +1,85 @@
+#include "apps/opnimp/convert/last_lines.h"
+
+#include <algorithm>
+#include <array>
+
+#include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
+#include "base/text.h"
+
+namespace velk {
+
+namespace {
+
+constexpr std::size_t mostTotals = 3;
+// As many languages as titles are known in.
+constexpr std::array<std::string_view, 12> totalWords{"total",       "totals", "totaal", "totale",
+                                                      "grand total", "sum",    "sums",   "summe",
+                                                      "gesamt",      "suma",   "soma",   "somme"};
+
+/// Where the last line begins of a text that ends in it.
+std::size_t lastLineOf(std::string_view text, char end) {
+  const std::size_t before =
+      text.size() < 2 ? std::string_view::npos : text.rfind(end, text.size() - 2);
+  return before == std::string_view::npos ? 0 : before + 1;
+}
+
+/// Of a cell as it is written, with "Total:" and quotes.
+bool saysTotal(std::string_view cell) {
+  std::string room;
+  std::string word = lowerAscii(trim(meantValue(cell, room)));
+  while (!word.empty() && (word.back() == ':' || word.back() == ' ')) word.pop_back();
+  return std::ranges::find(totalWords, word) != totalWords.end();
+}
+
+/// A shorter line may be a record that was cut off: its first word has to say what it is. One of
+/// the titles' width says nothing but that word, since a name may begin with it.
+bool isTotal(const RowReader& row, std::size_t width) {
+  const auto filled = std::ranges::find_if(
+      row.cells(), [](const WrittenCell& cell) { return !trim(cell.text).empty(); });
+  if (filled == row.cells().end()) return false;
+  const std::string_view cell = trim(filled->text);
+  const std::string_view first = cell.substr(0, cell.find(' '));
+  return saysTotal(cell) || (row.cells().size() != width && saysTotal(first));
+}
+
+char endOf(const Layout& layout) {
+  return layout.ends == LineEnds::CarriageReturns ? '\r' : '\n';
+}
+
+/// The text up to its last line that is not blank.
+std::string_view upToLast(std::string_view text, const Layout& layout) {
+  for (;;) {
+    const std::size_t start = lastLineOf(text, endOf(layout));
+    if (text.empty() || !isBlankRow(text.substr(start))) return text;
+    text = text.substr(0, start);
+  }
+}
+
+}  // namespace
+
+std::size_t countTotals(std::string_view text, const Layout& layout, std::size_t width) {
+  for (std::size_t count = 0; count <= mostTotals; ++count) {
+    text = upToLast(text, layout);
+    const std::size_t start = lastLineOf(text, endOf(layout));
+    if (start <= layout.offset) return 0;
+    RowReader row(text, layout.delimiter, layout.ends, start);
+    if (!row.next() || !isTotal(row, width)) return count;
+    text = text.substr(0, start);
+  }
+  return 0;
+}
+
+std::string_view withoutLastLines(std::string_view text, const Layout& layout, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    text = upToLast(text, layout);
+    text = text.substr(0, lastLineOf(text, endOf(layout)));
+    if (text.size() <= layout.offset) {
+      throw UsageError("--skip-last-lines: the file has no " + counted(count, "line", "lines") +
+                       " behind its titles");
+    }
+  }
+  return text;
+}
+
+}  // namespace velk

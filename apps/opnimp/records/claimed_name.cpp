@@ -1,0 +1,15 @@
+#include "apps/opnimp/records/claimed_name.h"
+
+#include <system_error>
+
+namespace velk {
+
+ClaimedName::ClaimedName(FileSystem& files, const std::string& path)
+    : path_(path), isNew_(files.openExclusively(path)) {}
+
+ClaimedName::~ClaimedName() {
+  std::error_code error;
+  if (isNew_ && !kept_) std::filesystem::remove(path_, error);  // which needs no memory
+}
+
+}  // namespace velk

@@ -1,0 +1,30 @@
+// A name for a file that is made now, and takes the place of none.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "platform/files.h"
+
+namespace velk {
+
+/// Makes an empty file at `path`, to be replaced by what is written; it goes again unless it is
+/// kept. Errors: files.h.
+class ClaimedName {
+ public:
+  ClaimedName(FileSystem& files, const std::string& path);
+  ClaimedName(const ClaimedName&) = delete;
+  ClaimedName& operator=(const ClaimedName&) = delete;
+  ~ClaimedName();
+
+  /// False if there was a file already, which stays as it is.
+  bool isNew() const { return isNew_; }
+  void keep() { kept_ = true; }
+
+ private:
+  const std::filesystem::path path_;
+  const bool isNew_;
+  bool kept_ = false;
+};
+
+}  // namespace velk

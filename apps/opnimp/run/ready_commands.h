@@ -1,0 +1,20 @@
+// Commands that a user can run as they are printed.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "apps/opnimp/cli/arguments.h"
+#include "apps/opnimp/report/import_result.h"
+
+namespace velk {
+
+/// The command that was given, with each of the choices in turn: options as a shell takes them.
+/// Passwords are "***" in it.
+std::vector<std::string> readyCommands(const Arguments& arguments,
+                                       const std::vector<std::string>& choices);
+
+/// Those that may mend what a refused import was refused for.
+std::vector<std::string> readyCommands(const ImportResult& result);
+
+}  // namespace velk
