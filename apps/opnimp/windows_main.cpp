@@ -2,7 +2,11 @@
 
 #include <shellapi.h>
 
+#include <fcntl.h>
+#include <io.h>
+
 #include <atomic>
+#include <cstdio>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -37,10 +41,13 @@ bool isConsole(DWORD stream) {
   return GetConsoleMode(GetStdHandle(stream), &mode) != FALSE;
 }
 
-/// What is written is UTF-8; a console shows it so until the program ends.
+/// What is written is UTF-8, as its bytes stand; a console shows it so until the program ends.
 class ConsoleEncoding {
  public:
-  ConsoleEncoding() : before_(GetConsoleOutputCP()) { SetConsoleOutputCP(CP_UTF8); }
+  ConsoleEncoding() : before_(GetConsoleOutputCP()) {
+    SetConsoleOutputCP(CP_UTF8);
+    for (std::FILE* const stream : {stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
+  }
   ~ConsoleEncoding() { SetConsoleOutputCP(before_); }
   ConsoleEncoding(const ConsoleEncoding&) = delete;
   ConsoleEncoding& operator=(const ConsoleEncoding&) = delete;

@@ -13,6 +13,12 @@ bool othersMayRead(const std::string& path) {
   return (rights & (group_all | others_all)) != none;
 }
 
+void makePrivate(const std::string& path) {
+  using enum std::filesystem::perms;
+  std::error_code ignored;
+  std::filesystem::permissions(path, owner_read | owner_write, ignored);
+}
+
 std::string commandToKeepPrivate(const std::string& path) {
   return "chmod 600 " + path;
 }

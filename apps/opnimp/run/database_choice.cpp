@@ -21,6 +21,7 @@
 #include "platform/native/native_sync.h"
 #include "platform/odbc/cannot_connect.h"
 #include "platform/odbc/engines.h"
+#include "platform/utf8_path.h"
 
 namespace velk {
 
@@ -115,7 +116,7 @@ std::vector<std::string> connectionStringsIn(const std::string& path, const std:
 /// What --database would take.
 std::vector<std::string> fromEnvironment(const std::string& value) {
   std::error_code error;
-  if (!fs::is_regular_file(value, error)) return {value};
+  if (!fs::is_regular_file(toPath(value), error)) return {value};
   NativeFileSystem files;
   try {
     // An embedded database may be of any size.

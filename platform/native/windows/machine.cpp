@@ -26,11 +26,21 @@ std::string machineStart() {
   return status == ERROR_SUCCESS ? std::to_string(count) : std::string();
 }
 
+std::string environmentVariable(const std::string& name) {
+  const std::wstring wide = toWide(name);
+  // The first call answers the length with the NUL, the second one without it.
+  std::wstring value(GetEnvironmentVariableW(wide.c_str(), nullptr, 0), L'\0');
+  value.resize(
+      GetEnvironmentVariableW(wide.c_str(), value.data(), static_cast<DWORD>(value.size())));
+  return fromWide(value);
+}
+
+std::string stateFolder() {
+  return environmentVariable("LOCALAPPDATA");
+}
+
 std::string settingsFolder() {
-  std::wstring folder(GetEnvironmentVariableW(L"APPDATA", nullptr, 0), L'\0');
-  folder.resize(
-      GetEnvironmentVariableW(L"APPDATA", folder.data(), static_cast<DWORD>(folder.size())));
-  return fromWide(folder);
+  return environmentVariable("APPDATA");
 }
 
 std::string userName() {

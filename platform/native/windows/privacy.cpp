@@ -3,10 +3,12 @@
 #include <windows.h>
 
 #include <aclapi.h>
+#include <sddl.h>
 
 #include <array>
 #include <memory>
 
+#include "platform/windows/handles.h"
 #include "platform/windows/wide_text.h"
 
 namespace velk {
@@ -21,11 +23,36 @@ bool isOf(PSID who, WELL_KNOWN_SID_TYPE group) {
   return IsWellKnownSid(who, group) != FALSE;
 }
 
-/// The administrators, the system, and the owner, by whichever name.
+/// As whom this process acts.
+class UserId {
+ public:
+  UserId() {
+    HANDLE opened = nullptr;
+    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &opened) == FALSE) return;
+    const FileHandle token(opened);
+    DWORD size = 0;
+    if (GetTokenInformation(token.get(), TokenUser, &user_, sizeof user_, &size) == FALSE) {
+      user_.user.User.Sid = nullptr;
+    }
+  }
+  /// Null where it is not known.
+  PSID get() const { return user_.user.User.Sid; }
+
+ private:
+  union {
+    TOKEN_USER user;
+    std::array<BYTE, sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE> room;
+  } user_{};
+};
+
+/// The administrators, the system, the owner, by whichever name, and the user, who is not the owner
+/// of what he makes as an administrator.
 bool mayKnow(PSID who, PSID owner) {
-  return EqualSid(who, owner) != FALSE || isOf(who, WinLocalSystemSid) ||
-         isOf(who, WinBuiltinAdministratorsSid) || isOf(who, WinCreatorOwnerSid) ||
-         isOf(who, WinCreatorOwnerRightsSid);
+  const UserId user;
+  return EqualSid(who, owner) != FALSE ||
+         (user.get() != nullptr && EqualSid(who, user.get()) != FALSE) ||
+         isOf(who, WinLocalSystemSid) || isOf(who, WinBuiltinAdministratorsSid) ||
+         isOf(who, WinCreatorOwnerSid) || isOf(who, WinCreatorOwnerRightsSid);
 }
 
 /// Of a list of rights, the entry of that number gives others some right.
@@ -59,6 +86,23 @@ bool othersMayRead(const std::string& path) {
     if (letsOthers(list, number, owner)) return true;
   }
   return false;
+}
+
+// A list of its own with one entry: the user may do all, also with what is in a folder.
+void makePrivate(const std::string& path) {
+  const UserId user;
+  wchar_t* text = nullptr;
+  if (user.get() == nullptr || ConvertSidToStringSidW(user.get(), &text) == FALSE) return;
+  const std::unique_ptr<void, FreeLocal> keptText(text);
+  const std::wstring onlyUser = std::wstring(L"D:P(A;OICI;FA;;;") + text + L')';
+  PSECURITY_DESCRIPTOR descriptor = nullptr;
+  if (ConvertStringSecurityDescriptorToSecurityDescriptorW(onlyUser.c_str(), SDDL_REVISION_1,
+                                                           &descriptor, nullptr) == FALSE) {
+    return;
+  }
+  const std::unique_ptr<void, FreeLocal> kept(descriptor);
+  SetFileSecurityW(toWide(path).c_str(),
+                   DACL_SECURITY_INFORMATION | PROTECTED_DACL_SECURITY_INFORMATION, descriptor);
 }
 
 std::string commandToKeepPrivate(const std::string& path) {
