@@ -7,10 +7,13 @@
 
 #include <atomic>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "apps/opnimp/cli/line_colors.h"
 #include "apps/opnimp/opnimp.h"
 #include "platform/windows/module_path.h"
 #include "platform/windows/wide_text.h"
@@ -41,6 +44,14 @@ bool isConsole(DWORD stream) {
   return GetConsoleMode(GetStdHandle(stream), &mode) != FALSE;
 }
 
+/// A console of Windows 10 or later, asked to.
+bool showsColors(DWORD stream) {
+  DWORD mode = 0;
+  const HANDLE console = GetStdHandle(stream);
+  return GetConsoleMode(console, &mode) != FALSE &&
+         SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != FALSE;
+}
+
 /// What is written is UTF-8, as its bytes stand; a console shows it so until the program ends.
 class ConsoleEncoding {
  public:
@@ -63,6 +74,11 @@ int main() {
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
   SetConsoleCtrlHandler(onInterrupt, TRUE);
   const ConsoleEncoding encoding;
+  const bool colors = velk::wantsColors("console", std::getenv("NO_COLOR"));
+  std::optional<velk::LineColors> out;
+  std::optional<velk::LineColors> err;
+  if (colors && showsColors(STD_OUTPUT_HANDLE)) out.emplace(std::cout);
+  if (colors && showsColors(STD_ERROR_HANDLE)) err.emplace(std::cerr);
   velk::Streams streams{std::cout, std::cerr, isConsole(STD_ERROR_HANDLE)};
   velk::Surroundings surroundings = velk::realSurroundings();
   surroundings.program = velk::fromWide(velk::modulePath(nullptr));
