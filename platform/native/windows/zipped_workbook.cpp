@@ -6,10 +6,10 @@
 #include <system_error>
 
 #include "platform/native/native_privacy.h"
+#include "platform/native/windows/excel_conversion.h"
 #include "platform/spreadsheet/damage.h"
 #include "platform/spreadsheet/xls/xls_spreadsheet.h"
 #include "platform/utf8_path.h"
-#include "platform/windows/excel_conversion.h"
 #include "platform/windows/wide_text.h"
 #include "platform/windows/windows_files.h"
 

@@ -1,4 +1,4 @@
-#include "platform/windows/excel_conversion.h"
+#include "platform/native/windows/excel_conversion.h"
 
 #include "base/numbers.h"
 #include "platform/spreadsheet/damage.h"
