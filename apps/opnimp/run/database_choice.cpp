@@ -52,12 +52,22 @@ std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
   return opened.get();
 }
 
-std::string advice(const DatabaseChoice& choice, const RuntimeError& error) {
-  if (!choice.path.empty()) return "`opnimp demo-database PATH` makes an embedded database";
+std::vector<Diagnostic> diagnosticsOf(const RuntimeError& error) {
   const auto* failure = dynamic_cast<const CannotConnect*>(&error);
-  return std::string(connectionAdvice(choice.connectionString, failure == nullptr
-                                                                   ? std::vector<Diagnostic>{}
-                                                                   : failure->diagnostics()));
+  return failure == nullptr ? std::vector<Diagnostic>{} : failure->diagnostics();
+}
+
+std::string embeddedAdviceOr(std::string_view other, const RuntimeError& error) {
+  const std::string_view advice = embeddedAdvice(diagnosticsOf(error));
+  return std::string(advice.empty() ? other : advice);
+}
+
+std::string advice(const DatabaseChoice& choice, const RuntimeError& error) {
+  if (!choice.path.empty()) {
+    return embeddedAdviceOr("`opnimp demo-database PATH` makes an embedded database", error);
+  }
+  // What stands in quotes that were never closed may be a password, too.
+  return maskPasswords(connectionAdvice(choice.connectionString, diagnosticsOf(error)));
 }
 
 std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
@@ -134,8 +144,8 @@ bool madeDatabase(const std::string& path) {
   try {
     return makeSampleCompany(path);
   } catch (const RuntimeError& error) {
-    cannotMake(path, std::string(withoutEnd(error.description())) +
-                         ". Check the folder and its permissions");
+    cannotMake(path, std::string(withoutEnd(error.description())) + ". " +
+                         embeddedAdviceOr("Check the folder and its permissions", error));
   }
 }
 
