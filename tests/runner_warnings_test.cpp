@@ -1,11 +1,14 @@
 // Warnings about files, and the texts that reports are made of.
 #include <doctest/doctest.h>
 
+#include <algorithm>
+
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/run/database_choice.h"
 #include "apps/opnimp/warnings/amount_check.h"
 #include "apps/opnimp/warnings/find_warnings.h"
+#include "tests/support/runner.h"
 
 using namespace velk;
 
@@ -19,7 +22,66 @@ std::vector<Warning> warningsOf(std::string bytes) {
   return findWarnings(CsvRecords(std::move(bytes)), *findKind("customer-opening"), mapping, 2008);
 }
 
+/// The codes of the harmful ones of a file whose titles map by themselves.
+std::string harmful(std::string_view titles, std::initializer_list<std::string_view> lines) {
+  const ImportKind& kind = *findKind("customer-opening");
+  const CsvRecords input(crlf({titles}) + crlf(lines));
+  const std::vector<std::string> found = input.titles();
+  std::vector<FieldMapping> mapping;
+  for (const FieldTitle& field : kind.titles) {
+    const auto at = std::ranges::find(found, field.title);
+    mapping.push_back({std::string(field.title), {}, std::string(field.title)});
+    if (at != found.end()) mapping.back().column = static_cast<std::size_t>(at - found.begin());
+  }
+  std::string codes;
+  for (const Warning& warning : findWarnings(input, kind, mapping, 2008)) {
+    if (warning.harmful()) codes.append(codes.empty() ? "" : " ").append(warning.code());
+  }
+  return codes;
+}
+
+constexpr std::string_view amounts = "Customer ID,Date,Reference,Bill Amount,Balance";
+
 }  // namespace
+
+TEST_CASE("amounts that commas have split are told from small ones") {
+  const struct {
+    std::string_view more;               // titles
+    std::vector<std::string_view> rows;  // behind the reference, which differs
+    std::string_view code;
+  } files[] = {
+      // Another value says that it was split.
+      {",Note", {"500,000.00,300"}, "split-amount"},
+      {",Note", {"500,050,300"}, "split-amount"},
+      {",Note", {"12,00,7"}, "split-amount"},
+      {",Note", {"450.00,12,000.00"}, "split-amount"},
+      {",A,B", {"500,300.00,500,300.00"}, "split-amount"},
+      {",Note", {"100,250.00,x"}, "split-amount"},
+      {",Note", {"500,300.00,x", "450.00,7.25,"}, "split-amount"},
+      {",Note", {"1500.00,1,250.00", "\"2,450.00\",0.00,"}, "split-amount"},
+      {",A,B", {"500,300,500,300", "9,8,ok,ok"}, "split-amount"},
+      {",,", {"1,250.00,1,250.00"}, "long-lines"},
+      {",", {"1,1,x"}, "long-lines"},
+      // Nothing does.
+      {",,", {"500,300, ,\"\""}, ""},
+      {",Note", {"500,300,007"}, ""},
+      {",Note", {"500,300,120.50", "1500,7.25,"}, ""},
+      {",A,B", {"500,300,12,204", "9,8,12,ok"}, ""},
+      {",Note", {"500,\"300.00\",x", "450.00,7.25,"}, ""},
+      {",Note", {"500,300.00,x", "450,7.25,"}, ""},
+      {",Note", {"500,300,412", "9,8,ok"}, ""},
+      {",Note", {"100,250,x"}, ""},
+  };
+  for (const auto& file : files) {
+    CAPTURE(file.rows.front());
+    std::vector<std::string> rows;
+    for (const std::string_view row : file.rows) {
+      rows.push_back("1,,R" + std::to_string(rows.size()) + "," + std::string(row));
+    }
+    rows.resize(2);
+    CHECK(harmful(std::string(amounts) + std::string(file.more), {rows[0], rows[1]}) == file.code);
+  }
+}
 
 TEST_CASE("warnings by file") {
   const std::string h = "c,d,b,l\r\n";

@@ -79,6 +79,10 @@ constexpr WarningText texts[] = {
     {"same-reference", isHarmful,
      "A party has the same reference twice, and each record is posted. Remove one of them, or "
      "correct its reference."},
+    {"split-amount", isHarmful,
+     "An amount with a comma and without quotes, such as 1,250.00, seems to be two values: 1 and "
+     "250.00, and what follows stands in wrong columns. Put it in quotes, or leave its commas "
+     "out."},
     {"quoted-commas", isHarmful,
      "A comma inside quotes is dropped from the value: \"Smith, John\" becomes Smith John."},
     {"leading-quote", isHarmful,

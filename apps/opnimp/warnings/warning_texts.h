@@ -39,6 +39,7 @@ enum class WarningId : std::uint8_t {
   UnbalancedQuotes,
   EqualRows,
   SameReference,
+  SplitAmount,
   // Of a value
   QuotedCommas,
   LeadingQuote,
