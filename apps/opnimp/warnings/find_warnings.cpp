@@ -22,6 +22,7 @@ void checkRecords(const CheckedFile& file, std::vector<Warning>& warnings) {
   RowCheck rows(file);
   OpeningCheck openings(file);
   SplitAmounts amounts(file);
+  MasterCheck masters;
   // Without a mapping nobody knows which columns contain amounts, dates or names.
   std::optional<LostColumns> columns;
   if (!file.mapping.empty()) columns.emplace(file);
@@ -34,7 +35,7 @@ void checkRecords(const CheckedFile& file, std::vector<Warning>& warnings) {
     if (file.kind.opening != nullptr) {
       openings.check(record, rows.wasRepeated(), warnings);
     } else {
-      checkMaster(record, warnings);
+      masters.check(record, rows.wasRepeated(), warnings);
     }
   }
   openings.finish(warnings);

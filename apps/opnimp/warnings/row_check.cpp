@@ -70,9 +70,10 @@ bool RowCheck::check(const CheckedRecord& row, std::vector<Warning>& warnings) {
                           "the row of line " + std::to_string(earlier->second) + " once more"});
   }
   const auto fault = faultOf(row);
-  if (!fault) return true;
-  addWarning(warnings, *fault, misreadRow(row));
-  return false;
+  // Its values may stand where they belong all the same.
+  const bool isLong = !fault && hasValueBehind(row, named_);
+  if (fault || isLong) addWarning(warnings, fault.value_or(WarningId::LongLines), misreadRow(row));
+  return !fault;
 }
 
 // Broken quotes and NUL bytes change the number of fields, too, and explain it.
@@ -81,8 +82,7 @@ std::optional<WarningId> RowCheck::faultOf(const CheckedRecord& row) {
   if (input_.bytesOf(row.record).find('\0') != std::string_view::npos) return WarningId::NulBytes;
   const std::size_t fields = countFields(input_.bytesOf(row.record));
   if (fields < columns_) return WarningId::ShortLines;
-  return fields > columns_ || hasValueBehind(row, named_) ? std::optional(WarningId::LongLines)
-                                                          : std::nullopt;
+  return fields > columns_ ? std::optional(WarningId::LongLines) : std::nullopt;
 }
 
 // An open quote here and one more in the next record: most likely one value with a line break.

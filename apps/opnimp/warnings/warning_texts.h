@@ -61,6 +61,9 @@ enum class WarningId : std::uint8_t {
   DateWithoutYear,
   DateWithoutDay,
   DateLongPast,
+  DuplicateVendors,
+  DuplicateBranches,
+  BankNamesDiffer,
   LocalityUnknown,
   SaleTypeUnknown,
   // Of a workbook
