@@ -10,9 +10,7 @@ namespace {
 /// Null if there is none.
 const RunSummary* lastRunOf(const RunIndex& index, const KnownFile& file) {
   const auto found = std::find_if(index.runs.rbegin(), index.runs.rend(), [&](const auto& run) {
-    const RunStart& start = run.start;
-    return start.kind == file.kind && start.databaseId == file.databaseId &&
-           start.fileHash == file.hash && run.reached() > 0;
+    return fileOf(run.start) == file && run.reached() > 0;
   });
   return found == index.runs.rend() ? nullptr : &*found;
 }
