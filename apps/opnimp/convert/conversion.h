@@ -45,8 +45,8 @@ struct Conversion {
   std::vector<FieldNature> natures;  ///< as each column was read; empty: as the screens do
   /// A comma in a value without quotes makes two values of it.
   bool isSplitAtCommas = true;
-  bool isSheet = false;              ///< the file is a workbook, its lines being rows
-  std::vector<OddCell> oddCells;     ///< of records, in the order of their lines
+  bool isSheet = false;           ///< the file is a workbook, its lines being rows
+  std::vector<OddCell> oddCells;  ///< of records, in the order of their lines
 };
 
 /// By the kind, the --map options and the ConvertOptions of the arguments. Raises UsageError for

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <span>
+#include <optional>
 
 #include "apps/opnimp/convert/amount_text.h"
 #include "apps/opnimp/convert/date_text.h"
@@ -67,14 +67,23 @@ bool isPhone(std::string_view text) {
   return digits >= longNumber || text.find_first_of("0+(") == 0;
 }
 
-bool isDocumentNumber(std::string_view text) {
+/// 123/08-09 is a document of a business year, and no day of the year 123.
+std::optional<DateReading> usualDate(std::string_view text, int currentYear) {
+  constexpr int longestAgo = 100;
+  const auto reading = readDate(text, currentYear);
+  const bool isUsual = reading && civilFromDate(reading->date).year > currentYear - longestAgo;
+  return isUsual ? reading : std::nullopt;
+}
+
+bool isDocumentNumber(std::string_view text, int currentYear) {
   constexpr std::size_t longest = 30;
   constexpr std::ptrdiff_t fewestDigits = 3;
   // Addresses have more blanks.
   if (text.size() > longest || std::ranges::count(text, ' ') > 1) return false;
   if (std::ranges::count_if(text, isDigit) < fewestDigits) return false;
   if (text.find('@') != std::string_view::npos || isPhone(text)) return false;
-  return !parseNumber(text) && !readAmount(text) && readDateText(text).clue == DateClue::None;
+  const auto date = usualDate(text, currentYear);
+  return !parseNumber(text) && !readAmount(text) && !(date && date->hasYear && date->hasDay);
 }
 
 /// The sign of the bill by the leading-number rule: 0 beyond the range of numbers, too.
@@ -124,7 +133,7 @@ void ColumnSurvey::look(Column& column, const std::string& text, double bill) {
 }
 
 void ColumnSurvey::lookForDate(Column& column, const std::string& text) const {
-  if (readDate(text, currentYear_) || readDateText(text).isDigits) {
+  if (usualDate(text, currentYear_) || readDateText(text).isDigits) {
     ++column.dates;
     return;
   }
@@ -140,9 +149,9 @@ void ColumnSurvey::lookForDate(Column& column, const std::string& text) const {
   column.roundDays += *number % 10 == 0 ? 1U : 0U;
 }
 
-void ColumnSurvey::lookForReference(Column& column, const std::string& text) {
+void ColumnSurvey::lookForReference(Column& column, const std::string& text) const {
   ++column.looked;
-  if (column.isOther || !isDocumentNumber(text)) return;
+  if (column.isOther || !isDocumentNumber(text, currentYear_)) return;
   ++column.references;
   column.different.insert(upperAscii(text));
 }

@@ -47,7 +47,7 @@ class ColumnSurvey {
 
   void look(Column& column, const std::string& text, double bill);
   void lookForDate(Column& column, const std::string& text) const;
-  static void lookForReference(Column& column, const std::string& text);
+  void lookForReference(Column& column, const std::string& text) const;
   static void lookForSide(Column& column, const std::string& text, double bill);
   bool isSettled() const;
 
