@@ -26,13 +26,13 @@ struct KnownStatement {
 /// the first has left open (paired_calls.h).
 struct PairedCallsDialect {
   /// What stands around the two calls. `between` tells, by a text that takes the place of its mark,
-  /// that the first has ended well and is committed. Where that is a result of its own, its second
-  /// column says that it is not: 0, or that a transaction is open and the second does not run.
+  /// that the first has ended well and is committed. Where that is a result of its own, it has a
+  /// second column, which is 1 if it is not: a transaction is open and the second does not run.
   std::string_view before;
   std::string_view between;
   std::string_view after;
-  /// Answers the text that `between` took last, if it is kept in the session; empty if it is a
-  /// result of its own among those of the calls.
+  /// Answers the text that `between` took last, and after how many milliseconds of its statement,
+  /// if they are kept in the session; empty if it is a result of its own among those of the calls.
   std::string_view reachedQuery = {};
   // For an engine that takes such a statement only as the body of a procedure.
   /// Answers a row for each procedure that goes by the name in the place of its mark: how many

@@ -20,6 +20,7 @@ class OdbcSession {
   OdbcSession(std::string_view connectionString, const OdbcOptions& options);
 
   const Dialect& dialect() const { return *dialect_; }
+  const OdbcOptions& options() const { return options_; }
   SQLHANDLE handle() const { return connection_.get(); }
 
   /// A new statement handle with the command time-out set.
