@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/dates.h"
 #include "platform/database.h"
@@ -94,8 +95,9 @@ struct Dialect {
   std::string (*timeLimit)(const OdbcOptions&) = nullptr;
   /// Run on each new connection that is to change nothing; empty if the engine cannot refuse it.
   std::string_view readOnly = {};
-  /// Gives what is added to the connection string, as "Name=value"; null if nothing is.
-  std::string (*connectionSetting)(const OdbcOptions&) = nullptr;
+  /// Gives what is added to the connection string where it does not have it, each as "Name=value";
+  /// null if nothing is.
+  std::vector<std::string> (*connectionSettings)(const OdbcOptions&) = nullptr;
   /// Answers the database that the connection works on, where there may be none; empty: there is.
   std::string_view databaseQuery = {};
   /// Gives the id that is stored in a database, and what stores one where there is none. Empty

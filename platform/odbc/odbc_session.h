@@ -74,7 +74,7 @@ class OdbcSession {
   RuntimeError failure(SQLSMALLINT handleType, SQLHANDLE handle);
   void open(std::string_view connectionString);
   void connect(const std::string& connectionString);
-  std::string withSetting(std::string_view connectionString) const;
+  std::string withSettings(std::string_view connectionString) const;
 
   EnvironmentHandle environment_;
   ConnectionHandle connection_;
