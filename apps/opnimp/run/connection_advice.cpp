@@ -44,8 +44,7 @@ constexpr std::string_view mariadbLogin =
 // In whatever language it says so.
 constexpr std::string_view refusedByServer =
     "The server answers, and lets nobody in: correct UID=, PWD= and Database=, or look there "
-    "whether "
-    "the user may come from here, at the limit of connections, and whether it has started";
+    "whether the user may come from here, at the limit of connections, and whether it has started";
 constexpr std::string_view noFile =
     "Correct Database=, the path of an embedded database; `opnimp demo-database PATH` makes one";
 constexpr std::string_view tooMany = "Try later, or raise the server's limit of connections";
