@@ -85,7 +85,7 @@ std::string driverFor(const std::string& provider) {
 }  // namespace
 
 std::string odbcEquivalent(std::string_view adoString) {
-  std::string driver;
+  std::string driver = "Driver=NAME";
   std::string others;
   bool hasSource = false;
   for (std::string_view rest = adoString; !rest.empty();) {
