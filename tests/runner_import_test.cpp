@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "platform/native/native_privacy.h"
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
 
@@ -387,16 +388,14 @@ TEST_CASE("no database is ever chosen or made without a word") {
       world.folder.write("secret", embeddedConnectionString(world.database()) + "\n");
   const std::string text = world.folder.write("text", "no connection string");
   const std::string open = world.folder.write("open", "DSN=a;PWD=hunter2");
-  for (const std::string& path : {secret, text}) {
-    std::filesystem::permissions(path, std::filesystem::perms::owner_read);
-  }
+  for (const std::string& path : {secret, text}) makePrivate(path);
   const struct {
     std::string environment;
     int status;
     std::string_view says;
   } rows[] = {
       {"", 3, "OPNIMP_DATABASE"},
-      {open, 4, "chmod 600"},
+      {open, 4, "makes it yours only"},
       {text, 4, "no connection string"},
       {world.folder.path("none.db"), 4, "demo-database"},
       {"Driver=NoSuchDriver;PWD=hunter2", 4, "PWD=***"},

@@ -25,7 +25,8 @@ inline const std::string rejectsHelp =
     "FILE.check.xls); none of them may be there already";
 inline const std::string journalHelp =
     "the journal of all runs (default: opnimp/journal in\n"
-    "$XDG_STATE_HOME, else in ~/.local/state)";
+    "$XDG_STATE_HOME, else in ~/.local/state; on Windows in\n"
+    "%LOCALAPPDATA%)";
 inline const std::string againHelp =
     "post opening balances also if an earlier run of the journal\n"
     "posted them";
@@ -143,10 +144,12 @@ Exit status:
 inline const std::string previewFooter =
     R"(Exit status:
   0  the file can be imported as it is
+  1  it can, but some records would not be posted, or not as they are written
   2  it would be refused: its columns or the mapping do not do, or values would be read
      otherwise than they are written
   3  the command line makes no sense
-  4  a file or the database could not be opened)";
+  4  a file or the database could not be opened
+  5  the import would break off)";
 
 inline const std::string checkFooter =
     R"(Exit status:

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "platform/utf8_path.h"
 #include "shared/numbered_files.h"
 
 namespace velk {
@@ -19,12 +20,13 @@ std::string readBytes(FileSystem& files, std::string_view path) {
 
 std::string fileErrorText(const std::string& path, const RuntimeError& error) {
   std::error_code unknown;
-  return std::filesystem::is_directory(path, unknown) ? "it is a folder" : error.description();
+  return std::filesystem::is_directory(toPath(path), unknown) ? "it is a folder"
+                                                              : error.description();
 }
 
 void requireNoFile(const std::string& path) {
   std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return;
+  if (!std::filesystem::is_regular_file(toPath(path), error)) return;
   throw UsageError("there is a file " + path +
                    " already, and it is never replaced; move it first, or choose another name");
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "apps/opnimp/run/ado_string.h"
 #include "platform/odbc/connection_string.h"
 
 namespace velk {
@@ -18,8 +19,11 @@ constexpr std::string_view noSuchSource =
     "Name a data source that is set up; `odbcinst -q -s` lists them";
 constexpr std::string_view noDriver = "Begin the connection string with Driver=NAME or DSN=NAME";
 constexpr std::string_view adoString =
-    "This connection string is ADO's; ODBC's names a driver instead of a provider: "
-    "Driver=NAME;Server=HOST;Database=NAME;UID=USER;PWD=PASSWORD";
+    "This connection string is ADO's; ODBC's names a driver instead of a provider: ";
+constexpr std::string_view noEmbeddedDriver =
+    "Install SQLite's ODBC driver, with as many bits as this program has: Debian's libsqliteodbc, "
+    "on "
+    "Windows the one that is listed as SQLite3 ODBC Driver";
 constexpr std::string_view unknownHost = "Correct Server=: no host of that name is known";
 constexpr std::string_view noServer = "Correct Server= and Port=, or start the server there";
 constexpr std::string_view slowServer =
@@ -41,6 +45,12 @@ constexpr std::string_view otherName = "Name the server in Server= as its certif
 constexpr std::string_view mariadbLogin =
     "Correct the user and the password, UID= and PWD=; if they are right, the server insists on "
     "encryption: add FORCETLS=1, or SSLVERIFY=1 and SSLCA=FILE to be sure of the server";
+// In whatever language it says so.
+constexpr std::string_view refusedByServer =
+    "The server answers, and lets nobody in: correct UID=, PWD= and Database=, or look there "
+    "whether the user may come from here, at the limit of connections, and whether it has started";
+constexpr std::string_view noFile =
+    "Correct Database=, the path of an embedded database; `opnimp demo-database PATH` makes one";
 constexpr std::string_view tooMany = "Try later, or raise the server's limit of connections";
 constexpr std::string_view anyOther =
     "Correct the connection string: Server=, Port=, Database=, UID=, PWD=";
@@ -68,6 +78,8 @@ constexpr auto advices = std::to_array<Advice>({
     {"08001", 101, "password", wrongLogin},
     {"08001", 101, "FATAL:  role", wrongLogin},
     {"08001", 101, "FATAL:  database", noDatabase},
+    // Only what the server itself says has two blanks behind its severity.
+    {"08001", 101, ":  ", refusedByServer},
     {"HY000", 2005, {}, unknownHost},
     {"HY000", 2026, "does not support", otherEncryption},
     {"HY000", 2026, "Validation", otherName},
@@ -83,9 +95,21 @@ constexpr auto advices = std::to_array<Advice>({
     {"28", 0, {}, wrongLogin},
     {"HY000", 2002, {}, noServer},
     {"HY000", 2003, {}, noServer},
+    {"08", 0, "connect failed", noFile},
     {"08", 0, {}, noServer},
     {"HYT", 0, {}, slowServer},
 });
+
+// What a string has that names no driver, and was written for another interface.
+constexpr auto adoKeywords =
+    std::to_array<std::string_view>({"provider", "data source", "initial catalog",
+                                     "integrated security", "persist security info", "user id"});
+
+// By these the string has asked for it.
+bool isEncrypted(std::string_view connectionString) {
+  return hasKeyword(connectionString, "forcetls", "1") ||
+         hasKeyword(connectionString, "sslverify", "1");
+}
 
 bool fits(const Advice& advice, const Diagnostic& said) {
   return said.state.starts_with(advice.state) &&
@@ -95,16 +119,31 @@ bool fits(const Advice& advice, const Diagnostic& said) {
 
 }  // namespace
 
-std::string_view connectionAdvice(std::string_view connectionString,
-                                  const std::vector<Diagnostic>& said) {
-  if (hasKeyword(connectionString, "provider")) return adoString;
+std::string connectionAdvice(std::string_view connectionString,
+                             const std::vector<Diagnostic>& said) {
   const auto names = [&](std::string_view name) { return hasKeyword(connectionString, name); };
-  if (std::ranges::none_of(std::array{"driver", "dsn", "filedsn"}, names)) return noDriver;
+  const bool isOdbc = std::ranges::any_of(std::array{"driver", "dsn", "filedsn"}, names);
+  if (names(adoKeywords.front()) || (!isOdbc && std::ranges::any_of(adoKeywords, names))) {
+    return std::string(adoString) + odbcEquivalent(connectionString);
+  }
+  if (!isOdbc) return std::string(noDriver);
   for (const Advice& advice : advices) {
     const auto fitting = [&](const Diagnostic& one) { return fits(advice, one); };
-    if (std::ranges::any_of(said, fitting)) return advice.text;
+    if (std::ranges::none_of(said, fitting)) continue;
+    const bool isLogin = advice.text == mariadbLogin && isEncrypted(connectionString);
+    return std::string(isLogin ? wrongLogin : advice.text);
   }
-  return anyOther;
+  return std::string(anyOther);
+}
+
+std::string_view embeddedAdvice(const std::vector<Diagnostic>& said) {
+  constexpr std::array missing{"IM002", "IM003", "Can't open lib"};
+  const auto tellsMissing = [&](const Diagnostic& one) {
+    return std::ranges::any_of(missing, [&](std::string_view sign) {
+      return one.state == sign || one.message.find(sign) != std::string::npos;
+    });
+  };
+  return std::ranges::any_of(said, tellsMissing) ? noEmbeddedDriver : std::string_view();
 }
 
 }  // namespace velk

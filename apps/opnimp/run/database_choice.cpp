@@ -16,10 +16,12 @@
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/run/connection_advice.h"
 #include "base/errors.h"
-#include "platform/native/descriptor.h"
 #include "platform/native/native_files.h"
+#include "platform/native/native_privacy.h"
+#include "platform/native/native_sync.h"
 #include "platform/odbc/cannot_connect.h"
 #include "platform/odbc/engines.h"
+#include "platform/utf8_path.h"
 
 namespace velk {
 
@@ -30,9 +32,11 @@ namespace fs = std::filesystem;
 /// More than drivers take, and little enough to search.
 constexpr std::size_t longestConnectionString = 8192;
 constexpr std::size_t mostHosts = 16;
+/// Editors put it before the first line.
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 /// Beside the caller: some drivers wait for ever for a server that takes a connection and then says
-/// nothing. The driver's own word is better: it gets a moment for it.
+/// nothing.
 std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
                                           const Surroundings& surroundings) {
   // With what it needs, as it may outlive the caller.
@@ -42,20 +46,29 @@ std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
       });
   auto opened = task.get_future();
   std::thread(std::move(task)).detach();
-  const std::chrono::seconds longest{choice.options.loginTimeoutSeconds + 1};
-  if (opened.wait_for(longest) == std::future_status::timeout) {
+  if (opened.wait_for(choice.patience) == std::future_status::timeout) {
     throw CannotConnect(RuntimeError(ErrorNumber::ProviderTimeout, "There was no answer in time"),
                         {{"HYT01", 0, {}}});
   }
   return opened.get();
 }
 
-std::string advice(const DatabaseChoice& choice, const RuntimeError& error) {
-  if (!choice.path.empty()) return "`opnimp demo-database PATH` makes an embedded database";
+std::vector<Diagnostic> diagnosticsOf(const RuntimeError& error) {
   const auto* failure = dynamic_cast<const CannotConnect*>(&error);
-  return std::string(connectionAdvice(choice.connectionString, failure == nullptr
-                                                                   ? std::vector<Diagnostic>{}
-                                                                   : failure->diagnostics()));
+  return failure == nullptr ? std::vector<Diagnostic>{} : failure->diagnostics();
+}
+
+std::string embeddedAdviceOr(std::string_view other, const RuntimeError& error) {
+  const std::string_view advice = embeddedAdvice(diagnosticsOf(error));
+  return std::string(advice.empty() ? other : advice);
+}
+
+std::string advice(const DatabaseChoice& choice, const RuntimeError& error) {
+  if (!choice.path.empty()) {
+    return embeddedAdviceOr("`opnimp demo-database PATH` makes an embedded database", error);
+  }
+  // What stands in quotes that were never closed may be a password, too.
+  return maskPasswords(connectionAdvice(choice.connectionString, diagnosticsOf(error)));
 }
 
 std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
@@ -92,15 +105,15 @@ std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
 /// One in each line of a file.
 std::vector<std::string> connectionStringsIn(const std::string& path, const std::string& bytes) {
   // A password that others can read is none.
-  using enum fs::perms;
-  std::error_code error;
-  if ((fs::status(path, error).permissions() & (group_all | others_all)) != none) {
-    cannotTake(path, "may be read by others than its owner; `chmod 600` it");
+  if (othersMayRead(path)) {
+    cannotTake(path, "may be read by others than its owner; `" + commandToKeepPrivate(path) +
+                         "` makes it yours only");
   }
   std::vector<std::string> strings;
   std::istringstream lines(bytes);
   for (std::string line; std::getline(lines, line);) {
     if (line.ends_with('\r')) line.pop_back();
+    if (strings.empty() && line.starts_with(byteOrderMark)) line.erase(0, byteOrderMark.size());
     if (line.empty()) continue;
     if (line.size() > longestConnectionString || line.find('=') == std::string::npos) {
       cannotTake(path, "holds a line that is no connection string");
@@ -115,7 +128,7 @@ std::vector<std::string> connectionStringsIn(const std::string& path, const std:
 /// What --database would take.
 std::vector<std::string> fromEnvironment(const std::string& value) {
   std::error_code error;
-  if (!fs::is_regular_file(value, error)) return {value};
+  if (!fs::is_regular_file(toPath(value), error)) return {value};
   NativeFileSystem files;
   try {
     // An embedded database may be of any size.
@@ -133,8 +146,8 @@ bool madeDatabase(const std::string& path) {
   try {
     return makeSampleCompany(path);
   } catch (const RuntimeError& error) {
-    cannotMake(path, std::string(withoutEnd(error.description())) +
-                         ". Check the folder and its permissions");
+    cannotMake(path, std::string(withoutEnd(error.description())) + ". " +
+                         embeddedAdviceOr("Check the folder and its permissions", error));
   }
 }
 
@@ -167,9 +180,10 @@ std::vector<DatabaseChoice> chooseDatabases(const Arguments& arguments,
                        std::string("Driver={PostgreSQL Unicode};Server=HOST;Database=NAME"));
     }
     const CompanyDatabase database = companyDatabase(text);
+    const OdbcOptions opening = openingOptions(arguments);
     hosts.push_back(
         {database, database.path.empty() ? maskPasswords(database.connectionString) : database.path,
-         openingOptions(arguments)});
+         opening, std::chrono::seconds(opening.loginTimeoutSeconds + 1)});
   }
   const auto embedded = std::ranges::find_if(hosts, [](const DatabaseChoice& host) {
     return embeddedDialectIn(host.connectionString) != nullptr;
