@@ -179,7 +179,7 @@ class CommandLine {
       CLI::Option* const skip = addLine(*command, "--skip-lines", skipHelp, 1);
       addLine(*command, "--header-line", headerHelp, 0)->excludes(skip);
       addText(*command, "--skip-last-lines", "N", options.lastLines, lastLinesHelp)
-          ->check(CLI::Range(std::size_t{1}, maxTextLines).description(""));
+          ->check(CLI::Range(std::size_t{0}, maxTextLines).description(""));
       addChoice(*command, "--date-order", "ORDER", options.dateOrder, dateOrderNames,
                 dateOrderHelp);
       addChoice(*command, "--decimal", "SIGN", options.decimal, decimalNames, decimalHelp);
@@ -438,6 +438,7 @@ Arguments parseArguments(std::span<const std::string> args) {
   checkValues(args);
   Arguments arguments = CommandLine().parse({args.begin(), args.end()});
   checkSeveral(arguments);
+  checkReading(arguments);
   checkOutputs(arguments);
   arguments.words.assign(args.begin(), args.end());
   return arguments;

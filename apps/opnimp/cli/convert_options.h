@@ -14,7 +14,7 @@ struct ConvertOptions {
   std::string encoding;           ///< its name
   std::string sheet;              ///< of a workbook, by its name or as #N for the Nth
   std::optional<char> delimiter;  ///< what separates values
-  std::size_t lastLines = 0;      ///< that are no records
+  std::optional<std::size_t> lastLines;  ///< that are no records, even if they look like it
   std::size_t headerLine = 0;     ///< that holds the titles, from 1; 0: it is found
   std::optional<DateOrder> dateOrder;
   std::optional<char> decimal;  ///< the sign in front of decimals, '.' or ','

@@ -78,7 +78,8 @@ inline const std::string delimiterHelp =
     "what separates values: auto, comma, semicolon, tab or bar";
 inline const std::string skipHelp = "the titles stand in the line behind the first N";
 inline const std::string headerHelp = "the titles stand in line N (default: where they are found)";
-inline const std::string lastLinesHelp = "the last N lines are no records, such as totals";
+inline const std::string lastLinesHelp = "the last N lines are no records, such as totals; 0 says that\n"
+    "those that look like it are some";
 inline const std::string dateOrderHelp =
     "how dates are written that read both ways: auto, dmy, mdy, ymd";
 inline const std::string decimalHelp = "what stands in front of decimals: auto, point or comma";
@@ -92,7 +93,8 @@ inline const std::string saveProfileHelp =
     "was given, the order of dates and the decimal sign; for --profile";
 inline const std::string rawHelp =
     "import the file as it is, as the screens would: nothing of\n"
-    "another program's format is converted";
+    "another program's format is converted, and no option that says\n"
+    "how can be given";
 inline const std::string quietHelp =
     "no report and no progress where all goes well (exit status 0)";
 inline const std::string verboseHelp =

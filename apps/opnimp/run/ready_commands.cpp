@@ -45,15 +45,21 @@ std::vector<std::string> readyCommands(const Arguments& arguments,
   return commands;
 }
 
+std::string mapChoice(const std::vector<TitleSuggestion>& suggestions) {
+  std::string maps;
+  for (const TitleSuggestion& suggestion : suggestions) {
+    maps.append(maps.empty() ? "" : " ").append("--map ").append(shellWord(suggestion.option()));
+  }
+  return maps;
+}
+
 std::vector<std::string> readyCommands(const ImportResult& result) {
   std::vector<std::string> choices;
   if (!result.refused() || result.refusedWithAnother || result.repeats) return choices;
   choices = result.input->conversion().choices;
-  std::string maps;
-  for (const TitleSuggestion& suggestion : suggestionsFor(result)) {
-    maps.append(maps.empty() ? "" : " ").append("--map ").append(shellWord(suggestion.option()));
+  if (const std::string maps = mapChoice(suggestionsFor(result)); !maps.empty()) {
+    choices.push_back(maps);
   }
-  if (!maps.empty()) choices.push_back(maps);
   return readyCommands(result.arguments, choices);
 }
 
