@@ -128,6 +128,7 @@ TEST_CASE("standard input and output are files") {
       {{"import", world.kind, "-", "--report", "-"}, "--report needs the name of a file"},
       {{"import", world.kind, "-", "--rejects=-"}, "--rejects needs the name of a file"},
       {{"import", world.kind, "-", "--metrics", "-"}, "--metrics needs the name of a file"},
+      {{"import", world.kind, "-", "--map=Date=#1", "--map", "date=#2"}, "field date twice"},
       {{"import", world.kind, "-", "--raw", "--replace"}, "as it is, and --replace says"},
       {{"preview", world.kind, "-", "--skip-last-lines=1", "--raw"}, "and --skip-last-lines"},
       {{"convert", "salesman", "in", "out", "--date-order=mdy"}, "--date-order is of texts"},

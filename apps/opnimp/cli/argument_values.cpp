@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "base/numbers.h"
+#include "base/text.h"
 
 namespace velk {
 
@@ -84,6 +86,14 @@ void checkSeveral(const Arguments& arguments) {
     throw UsageError(
         "--all-or-nothing is of one file: what is posted of the files before it would stay. Import "
         "each by itself");
+  }
+}
+
+void checkMaps(const Arguments& arguments) {
+  std::set<std::string> fields;
+  for (const MapOption& map : arguments.maps) {
+    if (fields.insert(lowerAscii(trim(map.field))).second) continue;
+    throw UsageError("--map has the field " + printable(map.field) + " twice: leave one out");
   }
 }
 

@@ -13,6 +13,7 @@
 #include "apps/opnimp/cli/profile.h"
 #include "apps/opnimp/cli/program_version.h"
 #include "base/numbers.h"
+#include "base/text.h"
 
 namespace velk {
 
@@ -173,7 +174,11 @@ class CommandLine {
   void addConvertOptions(Apps commands) {
     ConvertOptions& options = arguments_.convert;
     for (CLI::App* const command : commands) {
-      addText(*command, "--encoding", "NAME", options.encoding, encodingHelp);
+      const auto takeEncoding = [&options](const std::string& name) {
+        options.encoding = lowerAscii(name) == "auto" ? "" : name;
+      };
+      command->add_option_function<std::string>("--encoding", takeEncoding, encodingHelp)
+          ->type_name("NAME");
       addText(*command, "--sheet", "NAME", options.sheet, sheetHelp);
       addChoice(*command, "--delimiter", "SIGN", options.delimiter, delimiterNames, delimiterHelp);
       CLI::Option* const skip = addLine(*command, "--skip-lines", skipHelp, 1);
@@ -438,6 +443,7 @@ Arguments parseArguments(std::span<const std::string> args) {
   checkValues(args);
   Arguments arguments = CommandLine().parse({args.begin(), args.end()});
   checkSeveral(arguments);
+  checkMaps(arguments);
   checkReading(arguments);
   checkOutputs(arguments);
   arguments.words.assign(args.begin(), args.end());

@@ -68,7 +68,7 @@ inline const std::string exportHelp =
     "their DS types; a workbook of that name is replaced";
 inline const std::string jsonHelp = "one JSON document on standard output instead of text";
 inline const std::string encodingHelp =
-    "the encoding of the file: UTF-8, UTF-16LE, UTF-16BE,\n"
+    "the encoding of the file: auto, UTF-8, UTF-16LE, UTF-16BE,\n"
     "windows-1252, or any other that the machine's library knows\n"
     "(default: what the file shows)";
 inline const std::string sheetHelp =
@@ -78,7 +78,8 @@ inline const std::string delimiterHelp =
     "what separates values: auto, comma, semicolon, tab or bar";
 inline const std::string skipHelp = "the titles stand in the line behind the first N";
 inline const std::string headerHelp = "the titles stand in line N (default: where they are found)";
-inline const std::string lastLinesHelp = "the last N lines are no records, such as totals; 0 says that\n"
+inline const std::string lastLinesHelp =
+    "the last N lines are no records, such as totals; 0 says that\n"
     "those that look like it are some";
 inline const std::string dateOrderHelp =
     "how dates are written that read both ways: auto, dmy, mdy, ymd";

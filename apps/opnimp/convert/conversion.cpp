@@ -53,7 +53,8 @@ class Converter {
   Conversion convert() {
     readTitles();
     // Nothing in such a file could be told otherwise.
-    if (!isCanonical_ || !columns_.empty() || titleDoubt_.isOpen() || mayHaveSpacedQuotes()) survey();
+    if (!isCanonical_ || !columns_.empty() || titleDoubt_.isOpen() || mayHaveSpacedQuotes())
+      survey();
     tellText();
     tellLayout();
     rules_ = survey_.decide(arguments_.convert, isCanonical_);
@@ -66,7 +67,8 @@ class Converter {
     refuseSpaced();
     refuseBroken();
     refuseUnread();
-    const bool isWritten = !isCanonical_ || renames_ || rules_.changeValues || quotedTitles_ || text_.size() < source_.text().size();
+    const bool isWritten = !isCanonical_ || renames_ || rules_.changeValues || quotedTitles_ ||
+                           text_.size() < source_.text().size();
     if (result_.refusal.empty() && isWritten) write();
     return std::move(result_);
   }
@@ -129,7 +131,8 @@ class Converter {
   }
 
   bool mayHaveSpacedQuotes() const {
-    return text_.find(" \"") != std::string_view::npos || text_.find("\t\"") != std::string_view::npos;
+    return text_.find(" \"") != std::string_view::npos ||
+           text_.find("\t\"") != std::string_view::npos;
   }
 
   void survey() {
@@ -246,10 +249,11 @@ class Converter {
     const std::string option = "--skip-last-lines " + std::to_string(count);
     offer({option});
     if (arguments_.kind->opening != nullptr) return;
-    const std::string_view rest =
-        text_.substr(withoutLastLines(text_, layout_, count).size());
-    refuse("the last " + counted(count, "line seems", "lines seem") + " to be no record, beginning with " + beginningOf(rest) +
-           ": leave out what is none with " + option + ", or say with --skip-last-lines 0 that all are records");
+    const std::string_view rest = text_.substr(withoutLastLines(text_, layout_, count).size());
+    refuse("the last " + counted(count, "line seems", "lines seem") +
+           " to be no record, beginning with " + beginningOf(rest) +
+           ": leave out what is none with " + option +
+           ", or say with --skip-last-lines 0 that all are records");
     offer({"--skip-last-lines 0"});
   }
 
@@ -332,7 +336,9 @@ class Converter {
     if (writer.unheldTitles()) {
       result_.titles = titles_;
       assume({"titles with letters that windows-1252 does not have", "? and the column's number",
-              counted(writer.unheldTitles().count, "title", "titles") + ", the first being " + writer.unheldTitles().first(), ""});
+              counted(writer.unheldTitles().count, "title", "titles") + ", the first being " +
+                  writer.unheldTitles().first(),
+              ""});
     }
     result_.commas = writer.commas().count;
     result_.firstComma = writer.commas().line;

@@ -1,6 +1,8 @@
 #include "apps/opnimp/convert/letter_doubt.h"
 
 #include <algorithm>
+#include <functional>
+#include <set>
 #include <utility>
 
 #include "apps/opnimp/cli/printable.h"
@@ -78,7 +80,8 @@ class WordReader {
       at = readRun(at);
     }
     const std::string preferred = preferredEncoding(words_);
-    if (!found_ && preferred.empty()) return std::nullopt;
+    constexpr std::size_t enough = 8;  // by fewer the library is easily misled
+    if (!found_ && (preferred.empty() || known_.size() < enough)) return std::nullopt;
     const std::size_t offset = found_.value_or(asciiRun(text_));
     return LetterDoubt{offset, reason(offset), likely(preferred, text_[offset])};
   }
@@ -112,7 +115,8 @@ class WordReader {
   void addWord(std::size_t begin, std::size_t end) {
     constexpr std::size_t enough = std::size_t{1} << 16U;
     if (words_.size() > enough || begin < wordEnd_) return;
-    words_.append(word(begin, end, wordEnd_)).append(" ");
+    const auto added = known_.emplace(word(begin, end, wordEnd_));
+    if (added.second) words_.append(*added.first).append(" ");
   }
 
   /// What stands around the bytes between blanks and separators.
@@ -154,7 +158,8 @@ class WordReader {
   Bytes text_;
   std::optional<std::size_t> found_;  // the first byte that is no letter where one has to be
   std::size_t longest_ = 0;           // bytes beyond ASCII in a row
-  std::string words_;
+  std::set<std::string, std::less<>> known_;
+  std::string words_;  // the same, as they follow each other
   std::size_t wordEnd_ = 0;
 };
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "apps/opnimp/cli/failures.h"
-#include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/records/field_mapping.h"
+#include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/records/title_suggestions.h"
 #include "apps/opnimp/records/workbook_records.h"
 #include "apps/opnimp/report/conversion_report.h"
@@ -61,13 +61,15 @@ void refuseUnmapped(const CsvRecords& records, const ImportKind& kind, Conversio
   const std::vector<FieldMapping> mapping = mappingOf(kind, titles);
   const std::string unmapped = unmappedFields(mapping, kind.mandatory);
   if (unmapped.empty()) return;
-  conversion.refusal = "no column has the title of " + unmapped +
-                       ": say which it is with --map \"Field=Column\"";
+  conversion.refusal =
+      "no column has the title of " + unmapped + ": say which it is with --map \"Field=Column\"";
   const std::vector<TitleSuggestion> suggestions = suggestTitles(mapping, titles);
   for (const TitleSuggestion& suggestion : suggestions) {
     conversion.refusal += "; " + sentenceOf(suggestion);
   }
-  if (!suggestions.empty()) conversion.choices.push_back(mapChoice(suggestions));
+  if (std::string maps = mapChoice(suggestions); !maps.empty()) {
+    conversion.choices.push_back(std::move(maps));
+  }
 }
 
 ConvertedFile convertFile(const Arguments& arguments, const std::string& path, std::ostream& out) {
@@ -100,6 +102,8 @@ ExitStatus runConvert(const Arguments& arguments, const Streams& streams) {
     const bool isText = arguments.kind->format == FileFormat::CommaSeparated;
     const ConvertedFile file =
         (isText ? convertFile : convertSalesmen)(arguments, path, streams.out);
+    // What did not take the file takes no report of it.
+    if (isPiped && !streams.out.flush()) return ExitStatus::BrokeOff;
     if (arguments.quiet && file.status() == ExitStatus::Posted) return file.status();
     (arguments.json ? writeConversionJson : writeConversionText)(
         file, isPiped ? streams.err : streams.out);

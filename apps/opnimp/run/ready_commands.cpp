@@ -46,6 +46,8 @@ std::vector<std::string> readyCommands(const Arguments& arguments,
 }
 
 std::string mapChoice(const std::vector<TitleSuggestion>& suggestions) {
+  // Which of two columns is meant is for the user to say.
+  if (std::ranges::any_of(suggestions, &TitleSuggestion::isDoubtful)) return {};
   std::string maps;
   for (const TitleSuggestion& suggestion : suggestions) {
     maps.append(maps.empty() ? "" : " ").append("--map ").append(shellWord(suggestion.option()));

@@ -48,6 +48,18 @@ bool isZipped(std::string_view file) {
   return file.starts_with("PK\x03\x04");
 }
 
+std::size_t bytesToRead(std::string_view file) {
+  try {
+    const ZipArchive archive(file);
+    const bool isOds = archive.has("content.xml");
+    return archive.storedSize([&](std::string_view name) {
+      return isOds ? name == "content.xml" : name.ends_with(".xml");
+    });
+  } catch (const RuntimeError&) {
+    return 0;
+  }
+}
+
 void readZippedSheets(std::string_view file, SheetSink& sink) {
   const ZipArchive archive(file);
   if (archive.has("content.xml")) return readOds(archive, sink);
