@@ -46,9 +46,29 @@ void checkAmountOf(const CheckedRecord& record, std::size_t field,
   addWarning(warnings, *doubt, std::move(reading));
 }
 
+/// Of what windows-1252 has: controls but for those that lines and columns are made with, U+00A0
+/// and U+00AD.
+bool hasUnseen(std::string_view text) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    const bool isLead = byte == 0xC2 && at + 1 < text.size();
+    const auto character = isLead ? static_cast<unsigned char>(text[++at]) : byte;
+    const bool isControl =
+        character < 0x20 && character != '\t' && character != '\r' && character != '\n';
+    if (isLead ? character <= 0xA0 || character == 0xAD : isControl || character == 0x7F) {
+      return true;
+    }
+  }
+  return false;
+}
+
 void checkCode(const CheckedRecord& record, std::vector<Warning>& warnings) {
   const std::string code = record.read(openingField::code);
   checkText(record, openingField::code, warnings);
+  if (hasUnseen(code)) {
+    addWarning(warnings, WarningId::UnseenInCode,
+               record.misreading(openingField::code, code, "the code, unseen character included"));
+  }
   if (trim(code) == code) return;
   addWarning(warnings, WarningId::BlanksAroundCode,
              record.misreading(openingField::code, code, "\"" + code + "\", blanks included"));

@@ -85,6 +85,9 @@ constexpr WarningText texts[] = {
      "A text that begins with a double quote loses it, and its last character, too."},
     {"blanks-around-code", isHarmful,
      "A code has blanks around it, and is looked up and posted with them. Remove them."},
+    {"unseen-in-code", isHarmful,
+     "A code has a character that is not seen: a control character, a soft hyphen or a no-break "
+     "space. Some databases pass over it and take the code for another. Remove it."},
     {"amount-not-a-number", isHarmful,
      "A text without a number reads as 0; a bill of 0 is skipped."},
     {"amount-too-large", isHarmful,

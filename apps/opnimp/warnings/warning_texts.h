@@ -43,6 +43,7 @@ enum class WarningId : std::uint8_t {
   QuotedCommas,
   LeadingQuote,
   BlanksAroundCode,
+  UnseenInCode,
   AmountNotANumber,
   AmountTooLarge,
   AmountDecimalComma,
