@@ -39,6 +39,7 @@ enum class WarningId : std::uint8_t {
   UnbalancedQuotes,
   EqualRows,
   SameReference,
+  SplitAmount,
   // Of a value
   QuotedCommas,
   LeadingQuote,
@@ -61,6 +62,9 @@ enum class WarningId : std::uint8_t {
   DateWithoutYear,
   DateWithoutDay,
   DateLongPast,
+  DuplicateVendors,
+  DuplicateBranches,
+  BankNamesDiffer,
   LocalityUnknown,
   SaleTypeUnknown,
   // Of a workbook
