@@ -120,17 +120,22 @@ TEST_CASE("standard input and output are files") {
   const struct {
     std::vector<std::string> args;
     std::string_view says;
-  } rows[] = {{{"preview", "salesman", "-"}, "a workbook is not read from standard input"},
-              {{"split", "-"}, "a file needs a name here"},
-              {{"demo-database", "-"}, "a file needs a name here"},
-              {{"import", world.kind, "-", "-"}, "- and - name one file"},
-              {{"import", world.kind, "-", "--report", "-"}, "--report needs the name of a file"},
-              {{"import", world.kind, "-", "--rejects=-"}, "--rejects needs the name of a file"},
-              {{"import", world.kind, "-", "--metrics", "-"}, "--metrics needs the name of a file"},
-              {{"convert", world.kind, "none", "-", "--json", "--raw"},
-               "{\"status\":3,\"error\":\"The following"},
-              {{"convert", "salesman", rejects, "-", "--json"},
-               "{\"status\":3,\"error\":\"a workbook is not"}};
+  } rows[] = {
+      {{"preview", "salesman", "-"}, "a workbook is not read from standard input"},
+      {{"split", "-"}, "a file needs a name here"},
+      {{"demo-database", "-"}, "a file needs a name here"},
+      {{"import", world.kind, "-", "-"}, "- and - name one file"},
+      {{"import", world.kind, "-", "--report", "-"}, "--report needs the name of a file"},
+      {{"import", world.kind, "-", "--rejects=-"}, "--rejects needs the name of a file"},
+      {{"import", world.kind, "-", "--metrics", "-"}, "--metrics needs the name of a file"},
+      {{"import", world.kind, "-", "--map=Date=#1", "--map", "date=#2"}, "field date twice"},
+      {{"import", world.kind, "-", "--raw", "--replace"}, "as it is, and --replace says"},
+      {{"preview", world.kind, "-", "--skip-last-lines=1", "--raw"}, "and --skip-last-lines"},
+      {{"convert", "salesman", "in", "out", "--date-order=mdy"}, "--date-order is of texts"},
+      {{"convert", world.kind, "none", "-", "--json", "--raw"},
+       "{\"status\":3,\"error\":\"The following"},
+      {{"convert", "salesman", rejects, "-", "--json"},
+       "{\"status\":3,\"error\":\"a workbook is not"}};
   for (const auto& row : rows) {
     const Ran ran = piped(row.args);
     CHECK(ran.status == 3);

@@ -58,6 +58,8 @@ TEST_CASE("a profile reads the next file as the first one was read") {
                      .out,
                  "day first"));
   CHECK(contains(world.folder.read("3.csv"), "5,1.250,03/04/2008"));
+  CHECK(contains(world.import(next, {"--profile", "acme", "--raw"}).err,
+                 "the profile acme: --raw imports the file as it is, and --"));
   // What does not fit is named, all of it, and nothing is posted.
   const std::string other =
       world.folder.write("4.csv", "Party;Bill Amount;When;Balance\r\nC001;1;03/04/2008;1\r\n");
@@ -77,7 +79,8 @@ TEST_CASE("a column is read as what it is mapped to, whatever the screens make o
       {"\"Closing, INR\"", ";1.234", "Balance=\"Closing INR\"", 1234, {}},
       {"\"Closing \"\"net\"\"\"", ";1.234", "Balance=#6", 1234, {}},
       {"Opening;#6", ";7,00;100,50", "Balance=#7", 100.5, {}},
-      {"\xD0\xA1\xD1\x83\xD0\xBC\xD0\xBC\xD0\xB0", ";1.234", "Balance=#6", 1234, {"--replace"}, 2}};
+      {"\xD0\xA1\xD1\x83\xD0\xBC\xD0\xBC\xD0\xB0", ";1.234", "Balance=#6", 1234, {}, 2},
+      {"\xD0\xA1\xD1\x83;\xD0\xBC\xD0\xBC", ";1.234;x", "Balance=\xD0\xA1\xD1\x83", 1234, {}, 2}};
   for (const auto& row : rows) {
     CAPTURE(row.title);
     RunnerWorld world;

@@ -76,6 +76,15 @@ TEST_CASE("walk: last lines are left out only where they are, and a password is 
   CHECK(refused.status == 3);
   CHECK(contains(refused.err, "no 3 lines behind its titles"));
   CHECK(world.import(file, {"--skip-last-lines", "1"}).status == 0);
+  world.kind = "bank-branch";
+  for (const std::string_view total : {"Total,1,1,1", "Report end,1 bank,,"}) {
+    const Ran ran = world.importLines({bankTitles, "BX,Bank X,X1,Main", total});
+    CHECK(ran.status == 2);
+    CHECK_MESSAGE(contains(ran.out, "--skip-last-lines 1"), ran.out);
+  }
+  CHECK(world.importLines({bankTitles, "Total,a,b,c", "SUM,x,y,z"}, {"--skip-last-lines", "0"})
+            .status == 0);
+  world.kind = "customer-opening";
   const Ran cut = world.import(world.folder.write(
       "cut.csv", titles(';') + "C001;A;R8;13.03.2008;1,5;1\nC002;B;R9;13.03.2008;2\n"));
   CHECK(cut.status == 2);

@@ -88,18 +88,44 @@ std::string decodeNamed(const std::string& name, std::string_view bytes) {
   return page ? page->decode(bytes) : decodeAny(from.get(), bytes);
 }
 
-std::string likelyEncoding(std::string_view bytes) {
-  constexpr std::size_t enough = std::size_t{1} << 16;
-  constexpr std::int32_t sure = 40;  // of 100
-  const std::string_view sample = bytes.substr(0, std::min(bytes.size(), enough));
+namespace {
+
+/// Other names of the library are of pairs of bytes, of mainframes, and of no use for a file that
+/// has its separators in ASCII.
+bool isOfBytes(std::string_view name) {
+  return name.starts_with("ISO-8859-") || name.starts_with("windows-125") || name == "KOI8-R";
+}
+
+bool isWesternName(std::string_view name) {
+  return name == "ISO-8859-1" || name == "windows-1252";
+}
+
+}  // namespace
+
+std::string preferredEncoding(std::string_view words) {
+  // Of 100; few words say little, and names of several languages stand in one file.
+  constexpr std::int32_t sure = 25;
+  constexpr std::int32_t ahead = 8;
   UErrorCode error = U_ZERO_ERROR;
   const std::unique_ptr<UCharsetDetector, Closes> detector(ucsdet_open(&error));
-  ucsdet_setText(detector.get(), sample.data(), static_cast<std::int32_t>(sample.size()), &error);
-  const UCharsetMatch* const match = ucsdet_detect(detector.get(), &error);
-  if (U_FAILURE(error) || match == nullptr) return {};
-  if (ucsdet_getConfidence(match, &error) < sure) return {};
-  const char* const name = ucsdet_getName(match, &error);
-  return U_SUCCESS(error) && name != nullptr ? name : "";
+  ucsdet_setText(detector.get(), words.data(), static_cast<std::int32_t>(words.size()), &error);
+  std::int32_t count = 0;
+  const UCharsetMatch** const matches = ucsdet_detectAll(detector.get(), &count, &error);
+  std::string best;
+  std::int32_t confidence = 0;
+  std::int32_t western = 0;
+  for (std::int32_t i = 0; U_SUCCESS(error) && i < count; ++i) {
+    const std::string name = ucsdet_getName(matches[i], &error);
+    const std::int32_t here = ucsdet_getConfidence(matches[i], &error);
+    if (isWesternName(name)) {
+      western = std::max(western, here);
+    } else if (isOfBytes(name) && here > confidence) {
+      best = name;
+      confidence = here;
+    }
+  }
+  const bool isPreferred = confidence >= sure && confidence - western >= ahead;
+  return isPreferred && knowsEncoding(best) ? best : "";
 }
 
 }  // namespace velk

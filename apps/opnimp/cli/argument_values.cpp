@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "base/numbers.h"
+#include "base/text.h"
 
 namespace velk {
 
@@ -15,6 +17,17 @@ namespace {
 // Only salesmen have a screen with an Export button.
 bool takes(Arguments::Command command, const ImportKind& kind) {
   return command != Arguments::Command::Export || kind.type == MasterType::Salesman;
+}
+
+/// Those that say how a file is converted.
+std::vector<std::string> conversionOptions(const Arguments& arguments) {
+  std::vector<std::string> names;
+  for (const std::string& given : arguments.reading) {
+    names.push_back(given.substr(0, given.find('=')));
+  }
+  std::erase(names, "--accept");
+  if (arguments.convert.lastLines) names.emplace_back("--skip-last-lines");
+  return names;
 }
 
 }  // namespace
@@ -73,6 +86,29 @@ void checkSeveral(const Arguments& arguments) {
     throw UsageError(
         "--all-or-nothing is of one file: what is posted of the files before it would stay. Import "
         "each by itself");
+  }
+}
+
+void checkMaps(const Arguments& arguments) {
+  std::set<std::string> fields;
+  for (const MapOption& map : arguments.maps) {
+    if (fields.insert(lowerAscii(trim(map.field))).second) continue;
+    throw UsageError("--map has the field " + printable(map.field) + " twice: leave one out");
+  }
+}
+
+void checkReading(const Arguments& arguments) {
+  const bool isOfWorkbooks =
+      arguments.kind != nullptr && arguments.kind->format == FileFormat::Workbook;
+  for (const std::string& name : conversionOptions(arguments)) {
+    if (arguments.convert.raw) {
+      throw UsageError("--raw imports the file as it is, and " + name +
+                       " says how it is converted: leave one of them out");
+    }
+    if (isOfWorkbooks && name != "--sheet") {
+      throw UsageError(name + " is of texts, and a " + std::string(arguments.kind->name) +
+                       " comes in a workbook, whose cells are read as they are: leave it out");
+    }
   }
 }
 

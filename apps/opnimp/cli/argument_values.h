@@ -20,6 +20,10 @@ std::uint64_t runNumber(const std::string& text);
 void checkValues(std::span<const std::string> args);
 /// What makes no sense with more than one file.
 void checkSeveral(const Arguments& arguments);
+/// A field that --map has twice: the last would win without a word.
+void checkMaps(const Arguments& arguments);
+/// Options of how files are read that would mean nothing.
+void checkReading(const Arguments& arguments);
 /// A file of the name "-" would hardly be meant.
 void checkOutputs(const Arguments& arguments);
 

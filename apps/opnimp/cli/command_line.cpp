@@ -13,6 +13,7 @@
 #include "apps/opnimp/cli/profile.h"
 #include "apps/opnimp/cli/program_version.h"
 #include "base/numbers.h"
+#include "base/text.h"
 
 namespace velk {
 
@@ -174,13 +175,17 @@ class CommandLine {
   void addConvertOptions(Apps commands) {
     ConvertOptions& options = arguments_.convert;
     for (CLI::App* const command : commands) {
-      addText(*command, "--encoding", "NAME", options.encoding, encodingHelp);
+      const auto takeEncoding = [&options](const std::string& name) {
+        options.encoding = lowerAscii(name) == "auto" ? "" : name;
+      };
+      command->add_option_function<std::string>("--encoding", takeEncoding, encodingHelp)
+          ->type_name("NAME");
       addText(*command, "--sheet", "NAME", options.sheet, sheetHelp);
       addChoice(*command, "--delimiter", "SIGN", options.delimiter, delimiterNames, delimiterHelp);
       CLI::Option* const skip = addLine(*command, "--skip-lines", skipHelp, 1);
       addLine(*command, "--header-line", headerHelp, 0)->excludes(skip);
       addText(*command, "--skip-last-lines", "N", options.lastLines, lastLinesHelp)
-          ->check(CLI::Range(std::size_t{1}, maxTextLines).description(""));
+          ->check(CLI::Range(std::size_t{0}, maxTextLines).description(""));
       addChoice(*command, "--date-order", "ORDER", options.dateOrder, dateOrderNames,
                 dateOrderHelp);
       addChoice(*command, "--decimal", "SIGN", options.decimal, decimalNames, decimalHelp);
@@ -439,6 +444,8 @@ Arguments parseArguments(std::span<const std::string> args) {
   checkValues(args);
   Arguments arguments = CommandLine().parse({args.begin(), args.end()});
   checkSeveral(arguments);
+  checkMaps(arguments);
+  checkReading(arguments);
   checkOutputs(arguments);
   arguments.words.assign(args.begin(), args.end());
   return arguments;

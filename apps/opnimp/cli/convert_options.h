@@ -11,11 +11,11 @@ namespace velk {
 
 /// What is left empty is found in the file.
 struct ConvertOptions {
-  std::string encoding;           ///< its name
-  std::string sheet;              ///< of a workbook, by its name or as #N for the Nth
-  std::optional<char> delimiter;  ///< what separates values
-  std::size_t lastLines = 0;      ///< that are no records
-  std::size_t headerLine = 0;     ///< that holds the titles, from 1; 0: it is found
+  std::string encoding;                  ///< its name
+  std::string sheet;                     ///< of a workbook, by its name or as #N for the Nth
+  std::optional<char> delimiter;         ///< what separates values
+  std::optional<std::size_t> lastLines;  ///< that are no records, even if they look like it
+  std::size_t headerLine = 0;            ///< that holds the titles, from 1; 0: it is found
   std::optional<DateOrder> dateOrder;
   std::optional<char> decimal;  ///< the sign in front of decimals, '.' or ','
   bool replace = false;         ///< "?" takes the place of what windows-1252 lacks

@@ -69,7 +69,7 @@ inline const std::string exportHelp =
     "their DS types; a workbook of that name is replaced";
 inline const std::string jsonHelp = "one JSON document on standard output instead of text";
 inline const std::string encodingHelp =
-    "the encoding of the file: UTF-8, UTF-16LE, UTF-16BE,\n"
+    "the encoding of the file: auto, UTF-8, UTF-16LE, UTF-16BE,\n"
     "windows-1252, or any other that the machine's library knows\n"
     "(default: what the file shows)";
 inline const std::string sheetHelp =
@@ -79,7 +79,9 @@ inline const std::string delimiterHelp =
     "what separates values: auto, comma, semicolon, tab or bar";
 inline const std::string skipHelp = "the titles stand in the line behind the first N";
 inline const std::string headerHelp = "the titles stand in line N (default: where they are found)";
-inline const std::string lastLinesHelp = "the last N lines are no records, such as totals";
+inline const std::string lastLinesHelp =
+    "the last N lines are no records, such as totals; 0 says that\n"
+    "those that look like it are some";
 inline const std::string dateOrderHelp =
     "how dates are written that read both ways: auto, dmy, mdy, ymd";
 inline const std::string decimalHelp = "what stands in front of decimals: auto, point or comma";
@@ -93,7 +95,8 @@ inline const std::string saveProfileHelp =
     "was given, the order of dates and the decimal sign; for --profile";
 inline const std::string rawHelp =
     "import the file as it is, as the screens would: nothing of\n"
-    "another program's format is converted";
+    "another program's format is converted, and no option that says\n"
+    "how can be given";
 inline const std::string quietHelp =
     "no report and no progress where all goes well (exit status 0)";
 inline const std::string verboseHelp =

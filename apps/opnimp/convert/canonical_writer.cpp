@@ -10,22 +10,38 @@ namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
 
+bool isHeld(std::string_view text) {
+  std::string room;
+  return isAscii(text) || CodePage::windows1252().appendEncoded(room, text) == 0;
+}
+
 }  // namespace
 
 // The screens take a title with its quotes, and so do not know it.
-void CanonicalWriter::writeTitles(const RowReader& rows) {
+void CanonicalWriter::writeTitles(const RowReader& rows, std::span<const std::string> renamed) {
   beginRow(rows);
   for (std::size_t cell = 0; cell < rows.cells().size(); ++cell) {
     if (cell > 0) bytes_ += ',';
-    const std::string_view title = meantValue(rows.cells()[cell].text, room_);
-    if (needsQuotes(title)) {
-      const std::string_view written = rows.cells()[cell].text;
-      isCanonical_ ? encode(written, rows.line()) : writeText(written, rows.line());
-    } else {
+    const std::string_view written = rows.cells()[cell].text;
+    const std::string_view title = meantValue(written, room_);
+    if (!renamed[cell].empty()) {
+      bytes_ += renamed[cell];
+    } else if (fromUtf8_ && !isHeld(title)) {
+      unheldTitles_.add(title, rows.line());
+      writeUnheld(title, cell);
+    } else if (!needsQuotes(title)) {
       encode(title, rows.line());
+    } else {
+      isCanonical_ ? encode(written, rows.line()) : writeText(written, rows.line());
     }
   }
   endRow(rows);
+}
+
+void CanonicalWriter::writeUnheld(std::string_view title, std::size_t cell) {
+  std::string held = CodePage::windows1252().encode(title);
+  std::erase_if(held, [](char c) { return needsQuotes({&c, 1}); });
+  bytes_ += held + " #" + std::to_string(cell + 1);
 }
 
 void CanonicalWriter::writeRow(const RowReader& rows) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,7 +26,9 @@ class CanonicalWriter {
     if (!isCanonical_) lines_.reserve(lines);
   }
 
-  void writeTitles(const RowReader& rows);
+  /// `renamed`: the title of each column, in ASCII; empty: the one that the row has. One with
+  /// letters that the screens do not have gets its number, so that no two are of the same signs.
+  void writeTitles(const RowReader& rows, std::span<const std::string> renamed);
   void writeRow(const RowReader& rows);
 
   // A row, cell by cell.
@@ -38,6 +41,7 @@ class CanonicalWriter {
 
   /// Values with letters that windows-1252 does not have.
   const ClueTally& lacking() const { return lacking_; }
+  const ClueTally& unheldTitles() const { return unheldTitles_; }
   /// Values with a comma.
   const ClueTally& commas() const { return commas_; }
   std::string takeBytes() { return std::move(bytes_); }
@@ -45,6 +49,7 @@ class CanonicalWriter {
   std::vector<std::size_t> takeLines() { return std::move(lines_); }
 
  private:
+  void writeUnheld(std::string_view title, std::size_t cell);
   void writeText(std::string_view written, std::size_t line);
   void encode(std::string_view text, std::size_t line);
 
@@ -55,6 +60,7 @@ class CanonicalWriter {
   std::string room_;
   std::string quoted_;
   ClueTally lacking_;
+  ClueTally unheldTitles_;
   ClueTally commas_;
 };
 

@@ -11,6 +11,7 @@
 #include "apps/opnimp/convert/sheet_text.h"
 #include "apps/opnimp/convert/shown_amounts.h"
 #include "apps/opnimp/convert/source_text.h"
+#include "apps/opnimp/convert/title_doubt.h"
 #include "apps/opnimp/convert/value_survey.h"
 #include "base/text.h"
 
@@ -33,7 +34,7 @@ class Converter {
       : arguments_(arguments),
         source_(bytes, arguments.convert),
         layout_(findLayout(source_.text(), arguments)),
-        text_(withoutLastLines(source_.text(), layout_, arguments.convert.lastLines)),
+        text_(withoutLastLines(source_.text(), layout_, arguments.convert.lastLines.value_or(0))),
         isCanonical_(source_.isCanonical() && layout_.isCanonical) {
     // Pairs within quotes end a line on the screens only.
     if (!isCanonical_ && layout_.ends == LineEnds::Pairs) layout_.ends = LineEnds::LineFeeds;
@@ -43,7 +44,7 @@ class Converter {
         sheet_(&sheet),
         source_(sheet.text()),
         layout_(findSheetLayout(source_.text(), arguments)),
-        text_(withoutLastLines(source_.text(), layout_, arguments.convert.lastLines)),
+        text_(withoutLastLines(source_.text(), layout_, arguments.convert.lastLines.value_or(0))),
         isCanonical_(false) {
     result_.isSheet = true;
     assume(sheet.assumption());
@@ -53,7 +54,8 @@ class Converter {
     readTitles();
     result_.isSplitAtCommas = sheet_ == nullptr && layout_.delimiter == ',';
     // Nothing in such a file could be told otherwise.
-    if (!isCanonical_ || !columns_.empty()) survey();
+    if (!isCanonical_ || !columns_.empty() || titleDoubt_.isOpen() || mayHaveSpacedQuotes())
+      survey();
     tellText();
     tellLayout();
     rules_ = survey_.decide(arguments_.convert, isCanonical_);
@@ -63,10 +65,11 @@ class Converter {
     if (rules_.decimalIsSure) result_.decimal = rules_.decimal;
     for (const std::string& refusal : rules_.refusals) refuse(refusal);
     if (sheet_ != nullptr) tellShown();
+    refuseSpaced();
     refuseBroken();
     refuseUnread();
-    const bool isWritten =
-        !isCanonical_ || rules_.changeValues || quotedTitles_ || arguments_.convert.lastLines > 0;
+    const bool isWritten = !isCanonical_ || renames_ || rules_.changeValues || quotedTitles_ ||
+                           text_.size() < source_.text().size();
     if (result_.refusal.empty() && isWritten) write();
     return std::move(result_);
   }
@@ -93,12 +96,25 @@ class Converter {
       const bool isFreed = written.size() > 2 && written.starts_with('"') &&
                            title.find_first_of(",\"") == std::string_view::npos;
       quotedTitles_ = quotedTitles_ || isFreed;
+      titles_.push_back(title);
       const FieldNature nature = natureOf(title, column, arguments_);
       result_.natures.push_back(nature);
       if (nature != FieldNature::Text) columns_.push_back({column, nature});
     }
+    renamed_.resize(width_);
+    titleDoubt_ = TitleDoubt(rows, titles_, result_.natures, arguments_);
+    if (arguments_.command == Arguments::Command::Convert) renameTitles();
     if (quotedTitles_ && isCanonical_) {
       assume({"titles", "without their quotes", "line 1 has them in quotes", ""});
+    }
+  }
+
+  /// By --map: no further word is needed of what is written so. A title that its field has taken
+  /// from another column stays apart by the column's number.
+  void renameTitles() {
+    for (std::size_t column = 0; column < titles_.size(); ++column) {
+      renamed_[column] = fieldTitleOf(titles_[column], column, arguments_);
+      renames_ = renames_ || !renamed_[column].empty();
     }
   }
 
@@ -106,6 +122,18 @@ class Converter {
   /// warnings tell of it.
   bool hasValues(const RowReader& rows) const {
     return !rows.isBroken() && rows.cells().size() == width_;
+  }
+
+  /// Only a value that begins with its quote is read as a quoted one.
+  static bool isSpacedQuote(const WrittenCell& cell) {
+    if (cell.isPlain || cell.text.starts_with('"')) return false;
+    const std::size_t first = cell.text.find_first_not_of(" \t");
+    return first != std::string_view::npos && cell.text[first] == '"';
+  }
+
+  bool mayHaveSpacedQuotes() const {
+    return text_.find(" \"") != std::string_view::npos ||
+           text_.find("\t\"") != std::string_view::npos;
   }
 
   void survey() {
@@ -116,10 +144,12 @@ class Converter {
       ++rows_;
       if (rows.cells().size() == width_) ++wellFormed_;
       if (rows.isBroken()) broken_.add(rows.row(), rows.line());
+      if (std::ranges::any_of(rows.cells(), isSpacedQuote)) spaced_.add(rows.row(), rows.line());
       if (!hasValues(rows)) {
         unread_.add(rows.row(), rows.line());
         continue;
       }
+      if (titleDoubt_.isOpen()) titleDoubt_.addRecord(rows);
       if (sheet_ != nullptr) noteOddCells(rows.line());
       for (const ValueColumn& column : columns_) surveyValue(rows, column);
     }
@@ -179,12 +209,17 @@ class Converter {
   void tellText() {
     if (source_.assumption()) assume(*source_.assumption());
     if (!source_.refusal().empty()) refuse(source_.refusal());
+    offer(source_.choices());
   }
 
   void tellLayout() {
     for (Assumption& assumption : layout_.assumptions) assume(std::move(assumption));
     if (!layout_.refusal.empty()) refuse(layout_.refusal);
     offer(layout_.choices);
+    if (const std::string why = titleDoubt_.refusal(); layout_.refusal.empty() && !why.empty()) {
+      refuse(why);
+      offer({titleDoubt_.choice()});
+    }
     tellLastLines();
     if (arguments_.convert.delimiter) {
       assume({"delimiter", delimiterName(layout_.delimiter), "given with --delimiter", ""});
@@ -199,15 +234,39 @@ class Converter {
   }
 
   void tellLastLines() {
-    if (const std::size_t count = arguments_.convert.lastLines; count > 0) {
+    const std::optional<std::size_t> given = arguments_.convert.lastLines;
+    if (given && *given > 0) {
       const std::string_view rest = source_.text().substr(text_.size());
-      assume({"last lines", counted(count, "line left out", "lines left out"),
-              "given with --skip-last-lines; they begin with \"" +
-                  cutTo(std::string(rest.substr(0, rest.find_first_of("\r\n"))), mostShown) + "\"",
-              ""});
-    } else if (const std::size_t totals = countTotals(text_, layout_, width_); totals > 0) {
-      offer({"--skip-last-lines " + std::to_string(totals)});
+      assume({"last lines", counted(*given, "line left out", "lines left out"),
+              "given with --skip-last-lines; they begin with " + beginningOf(rest), ""});
+    } else if (!given) {
+      offerTotals(countTotals(text_, layout_, width_));
     }
+  }
+
+  /// Their figures refuse those of balances; of master data nothing else would.
+  void offerTotals(std::size_t count) {
+    if (count == 0) return;
+    const std::string option = "--skip-last-lines " + std::to_string(count);
+    offer({option});
+    if (arguments_.kind->opening != nullptr) return;
+    const std::string_view rest = text_.substr(withoutLastLines(text_, layout_, count).size());
+    refuse("the last " + counted(count, "line seems", "lines seem") +
+           " to be no record, beginning with " + beginningOf(rest) +
+           ": leave out what is none with " + option +
+           ", or say with --skip-last-lines 0 that all are records");
+    offer({"--skip-last-lines 0"});
+  }
+
+  static std::string beginningOf(std::string_view lines) {
+    return "\"" + cutTo(printable(lines.substr(0, lines.find_first_of("\r\n"))), mostShown) + "\"";
+  }
+
+  void refuseSpaced() {
+    if (!spaced_) return;
+    refuse("a blank stands before the quote of a value in " +
+           counted(spaced_.count, "record", "records") + ", the first being that of line " +
+           grouped(spaced_.line) + ", and the quotes would be part of it: remove the blank");
   }
 
   /// In the format of the screens the warnings tell what they make of such a row.
@@ -237,7 +296,7 @@ class Converter {
     for (bool isHeader = true; rows.next(); isHeader = false) {
       if (!isHeader && isBlankRow(rows.row()) && !isCanonical_) continue;
       if (isHeader) {
-        writer.writeTitles(rows);
+        writer.writeTitles(rows, renamed_);
       } else if (!hasValues(rows)) {
         writer.writeRow(rows);
       } else {
@@ -275,6 +334,13 @@ class Converter {
              misfits_.first());
     }
     if (writer.lacking()) tellLacking(writer.lacking());
+    if (writer.unheldTitles()) {
+      result_.titles = titles_;
+      assume({"titles with letters that windows-1252 does not have", "? and the column's number",
+              counted(writer.unheldTitles().count, "title", "titles") + ", the first being " +
+                  writer.unheldTitles().first(),
+              ""});
+    }
     result_.commas = writer.commas().count;
     result_.firstComma = writer.commas().line;
     if (!result_.refusal.empty()) return;
@@ -304,12 +370,17 @@ class Converter {
   const bool isCanonical_;
   std::size_t width_ = 0;  // values in the line of titles
   std::vector<ValueColumn> columns_;
+  std::vector<std::string> titles_;   // in UTF-8
+  std::vector<std::string> renamed_;  // the same as they are written, if otherwise
+  bool renames_ = false;
   bool quotedTitles_ = false;
+  TitleDoubt titleDoubt_;
   std::size_t rows_ = 0;
   std::size_t wellFormed_ = 0;  // rows as wide as the titles
   ClueTally broken_;
   ClueTally unread_;  // rows of which nobody knows where the values stand
   ClueTally misfits_;
+  ClueTally spaced_;  // rows with a blank before a quote
   ValueSurvey survey_;
   ShownAmounts shown_;
   ValueRules rules_;

@@ -42,6 +42,8 @@ struct Conversion {
   /// Values with a comma, which the screens leave out: their number, and the first one's line.
   std::size_t commas = 0;
   std::size_t firstComma = 0;
+  /// In UTF-8, where the screens do not have the letters of some; empty: as they show.
+  std::vector<std::string> titles{};
   std::vector<FieldNature> natures;  ///< as each column was read; empty: as the screens do
   /// A comma in a value without quotes makes two values of it.
   bool isSplitAtCommas = true;

@@ -13,9 +13,10 @@ namespace {
 
 constexpr std::size_t mostTotals = 3;
 // As many languages as titles are known in.
-constexpr std::array<std::string_view, 12> totalWords{"total",       "totals", "totaal", "totale",
-                                                      "grand total", "sum",    "sums",   "summe",
-                                                      "gesamt",      "suma",   "soma",   "somme"};
+constexpr std::array<std::string_view, 18> totalWords{
+    "total",    "totals",    "totaal",        "totale",     "grand total", "sum",
+    "sums",     "summe",     "gesamt",        "suma",       "soma",        "somme",
+    "subtotal", "sub total", "end of report", "report end", "end of file", "end of list"};
 
 /// Where the last line begins of a text that ends in it.
 std::size_t lastLineOf(std::string_view text, char end) {

@@ -113,11 +113,16 @@ bool isNamedBy(std::string_view title, const MapOption& map) {
          equalsIgnoringCase(column, trim(asScreensShow(title)));
 }
 
-/// By its own title or by one of --map, not by a number: any line has a third value.
-bool namesField(std::string_view title, const Arguments& arguments) {
-  return fieldTitled(title, arguments) != nullptr ||
-         std::ranges::any_of(arguments.maps,
-                             [&](const MapOption& map) { return isNamedBy(title, map); });
+bool isMappedBy(std::string_view title, std::size_t column, const MapOption& map) {
+  const bool isNumbered = !map.isOfProfile && ordinalNumber(map.column) == column + 1;
+  return isNumbered || isNamedBy(title, map);
+}
+
+/// The title is one of a field that another column is used for.
+bool isMappedAnew(std::string_view title, const Arguments& arguments) {
+  return std::ranges::any_of(arguments.maps, [&](const MapOption& map) {
+    return equalsIgnoringCase(trim(map.field), trim(title));
+  });
 }
 
 /// How many fields of the kind a row names: "Date" and "date" are one.
@@ -246,6 +251,24 @@ std::string delimiterName(char delimiter) {
   return found == delimiters.end() ? printable({&delimiter, 1}) : std::string(found->name);
 }
 
+bool isOwnTitle(std::string_view title, const Arguments& arguments) {
+  return fieldTitled(title, arguments) != nullptr;
+}
+
+bool namesField(std::string_view title, const Arguments& arguments) {
+  return isOwnTitle(title, arguments) ||
+         std::ranges::any_of(arguments.maps,
+                             [&](const MapOption& map) { return isNamedBy(title, map); });
+}
+
+std::string fieldTitleOf(const std::string& title, std::size_t column, const Arguments& arguments) {
+  const auto map = std::ranges::find_if(arguments.maps, [&](const MapOption& option) {
+    return isMappedBy(title, column, option) && fieldTitled(option.field, arguments) != nullptr;
+  });
+  if (map != arguments.maps.end()) return std::string(fieldTitled(map->field, arguments)->title);
+  return isMappedAnew(title, arguments) ? title + " #" + std::to_string(column + 1) : "";
+}
+
 FieldNature natureOf(std::string_view title, std::size_t column, const Arguments& arguments) {
   // A column may be used for several fields.
   FieldNature nature = FieldNature::Text;
@@ -255,13 +278,9 @@ FieldNature natureOf(std::string_view title, std::size_t column, const Arguments
     const bool counts = found->nature == FieldNature::Date || found->nature == FieldNature::Amount;
     if (counts) nature = found->nature;
   };
-  const bool isMappedAnew = std::ranges::any_of(arguments.maps, [&](const MapOption& map) {
-    return equalsIgnoringCase(trim(map.field), trim(title));
-  });
-  if (!isMappedAnew) use(title);
+  if (!isMappedAnew(title, arguments)) use(title);
   for (const MapOption& map : arguments.maps) {
-    const bool isNumbered = !map.isOfProfile && ordinalNumber(map.column) == column + 1;
-    if (isNumbered || isNamedBy(title, map)) use(map.field);
+    if (isMappedBy(title, column, map)) use(map.field);
   }
   return nature;
 }

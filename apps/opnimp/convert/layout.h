@@ -41,6 +41,15 @@ std::size_t countSheetTitles(std::string_view text, const Arguments& arguments);
 /// "semicolon", or the sign itself.
 std::string delimiterName(char delimiter);
 
+/// A title of the kind's own, in UTF-8.
+bool isOwnTitle(std::string_view title, const Arguments& arguments);
+/// The same, or one of --map; not by a number: any line has a third value.
+bool namesField(std::string_view title, const Arguments& arguments);
+
+/// The title by which a column maps without further ado to what --map says of it, or its own with
+/// its number, if --map takes that from it; empty: it keeps its own.
+std::string fieldTitleOf(const std::string& title, std::size_t column, const Arguments& arguments);
+
 /// Date or Amount of a column that is used for such a field of the kind, by its title, in UTF-8, or
 /// by --map; else Text. `column` counts from 0.
 FieldNature natureOf(std::string_view title, std::size_t column, const Arguments& arguments);

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/convert/letter_doubt.h"
 #include "base/text.h"
 #include "platform/native/named_encodings.h"
 
@@ -197,11 +198,17 @@ void SourceText::takeFound(std::string_view bytes) {
     refusal_ = reason + ", but " + lineText(bytes, other) +
                " has letters in it: correct one of them, or say which it is with --encoding NAME";
   }
-  const std::string likely =
-      likelyEncoding(bytes.substr(first - std::min<std::size_t>(first, 4096)));
-  const bool isOther = !likely.empty() && likely != windows && !likely.starts_with("ISO-8859-1");
-  if (isOther) reason += "; how often its letters occur would also go with " + likely;
+  if (refusal_.empty()) doubtFound(bytes);
   assume(windows, std::move(reason));
+}
+
+void SourceText::doubtFound(std::string_view bytes) {
+  std::optional<LetterDoubt> doubt = doubtWestern(bytes);
+  if (!doubt) return;
+  refusal_ = "the file is no UTF-8, and hardly windows-1252, in which " + doubt->why + " in " +
+             lineText(bytes, doubt->offset) + ": say what it is with --encoding NAME";
+  doubt->likely.emplace_back(windows);
+  for (const std::string& name : doubt->likely) choices_.push_back("--encoding " + name);
 }
 
 }  // namespace velk

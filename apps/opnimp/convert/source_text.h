@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "apps/opnimp/cli/convert_options.h"
 #include "apps/opnimp/convert/assumption.h"
@@ -29,6 +30,8 @@ class SourceText {
   const std::optional<Assumption>& assumption() const { return assumption_; }
   /// Why the encoding is not sure; empty: it is.
   const std::string& refusal() const { return refusal_; }
+  /// Options that decide it.
+  const std::vector<std::string>& choices() const { return choices_; }
 
  private:
   bool takeMarked(std::string_view bytes, const std::string& wanted);
@@ -36,6 +39,7 @@ class SourceText {
   void takeNamed(std::string_view bytes, const std::string& name);
   void doubtNamed(std::string_view bytes, const std::string& name);
   void takeFound(std::string_view bytes);
+  void doubtFound(std::string_view bytes);
   void decode(std::string_view bytes, std::string_view encoding);
   void assume(std::string_view encoding, std::string reason);
 
@@ -45,6 +49,7 @@ class SourceText {
   bool canonical_ = false;
   std::optional<Assumption> assumption_;
   std::string refusal_;
+  std::vector<std::string> choices_;
 };
 
 /// The number of the line, from 1, that a place in a text is in.

@@ -29,9 +29,13 @@ void assume(ValueRules& rules, std::string what, std::string value, std::string 
       {std::move(what), std::move(value), std::move(reason), std::string(option)});
 }
 
-void refuseDates(ValueRules& rules, std::string why) {
+void refuseDates(ValueRules& rules, std::string_view date, std::string why) {
   rules.refusals.push_back(std::move(why));
   rules.choices.insert(rules.choices.end(), {"--date-order dmy", "--date-order mdy"});
+  // Two digits of a year may come first.
+  if (canonicalDate(date, readDateText(date), DateOrder::YearMonthDay)) {
+    rules.choices.emplace_back("--date-order ymd");
+  }
 }
 
 void refuseAmounts(ValueRules& rules, std::string why) {
@@ -127,13 +131,15 @@ void ValueSurvey::findDateOrder(bool isCanonical, ValueRules& rules) const {
   if (day && month) {
     // In the format of the screens the warnings tell which dates would be taken how.
     if (isCanonical) return;
-    refuseDates(rules, conflictText("dates", day.first() + " has the day first",
-                                    month.first() + " the month", dateOrderOption));
+    refuseDates(rules, day.text,
+                conflictText("dates", day.first() + " has the day first",
+                             month.first() + " the month", dateOrderOption));
     return;
   }
   if (!day && !month && either && !isCanonical) {
-    refuseDates(rules, "all dates read day first and month first, such as " + either.first() +
-                           ": say which it is with " + std::string(dateOrderOption));
+    refuseDates(rules, either.text,
+                "all dates read day first and month first, such as " + either.first() +
+                    ": say which it is with " + std::string(dateOrderOption));
     return;
   }
   rules.ordersAreSure = month || day;

@@ -45,20 +45,23 @@ std::vector<std::string> readyCommands(const Arguments& arguments,
   return commands;
 }
 
-std::vector<std::string> readyCommands(const ImportResult& result) {
-  std::vector<std::string> choices;
-  if (!result.refused() || result.refusedWithAnother || result.repeats) return choices;
-  choices = result.input->conversion().choices;
-  const std::vector<TitleSuggestion> suggestions = suggestionsFor(result);
+std::string mapChoice(const std::vector<TitleSuggestion>& suggestions) {
   // Which of two columns is meant is for the user to say.
-  if (std::ranges::any_of(suggestions, &TitleSuggestion::isDoubtful)) {
-    return readyCommands(result.arguments, choices);
-  }
+  if (std::ranges::any_of(suggestions, &TitleSuggestion::isDoubtful)) return {};
   std::string maps;
   for (const TitleSuggestion& suggestion : suggestions) {
     maps.append(maps.empty() ? "" : " ").append("--map ").append(shellWord(suggestion.option()));
   }
-  if (!maps.empty()) choices.push_back(maps);
+  return maps;
+}
+
+std::vector<std::string> readyCommands(const ImportResult& result) {
+  std::vector<std::string> choices;
+  if (!result.refused() || result.refusedWithAnother || result.repeats) return choices;
+  choices = result.input->conversion().choices;
+  if (const std::string maps = mapChoice(suggestionsFor(result)); !maps.empty()) {
+    choices.push_back(maps);
+  }
   return readyCommands(result.arguments, choices);
 }
 

@@ -14,6 +14,10 @@ namespace velk {
 std::vector<std::string> readyCommands(const Arguments& arguments,
                                        const std::vector<std::string>& choices);
 
+/// The --map options of the suggestions, as a shell takes them; empty if there are none, or
+/// one is in doubt.
+std::string mapChoice(const std::vector<TitleSuggestion>& suggestions);
+
 /// Those that may mend what a refused import was refused for.
 std::vector<std::string> readyCommands(const ImportResult& result);
 

@@ -223,7 +223,9 @@ void viewAndMap(ScreenSession& session, const Arguments& arguments, const InputR
     throw Refused("the first line of the file is empty; it must hold column titles");
   }
   if (arguments.profile) requireTitles(session.screen(), arguments);
-  for (const MapOption& option : arguments.maps) mapByHand(session.screen(), report, option);
+  for (const MapOption& option : arguments.maps) {
+    mapByHand(session.screen(), report, mapAsShown(option, input.conversion()));
+  }
   requireReadAsMapped(session.screen(), arguments, input.conversion());
 }
 

@@ -118,6 +118,19 @@ void requireTitles(const ImportScreen& screen, const Arguments& arguments) {
                 "; it has: " + titles(screen.lv));
 }
 
+MapOption mapAsShown(MapOption option, const Conversion& conversion) {
+  const auto isNamed = [&](const std::string& title) {
+    return equalsIgnoringCase(title, trim(option.column));
+  };
+  const auto& titles = conversion.titles;
+  const auto found = std::ranges::find_if(titles, isNamed);
+  if (std::ranges::count_if(titles, isNamed) == 1) {
+    option.column = "#" + std::to_string(found - titles.begin() + 1);
+    option.isOfProfile = false;
+  }
+  return option;
+}
+
 void mapByHand(ImportScreen& screen, ImportReport& report, const MapOption& option) {
   const std::size_t column = fileColumn(screen.lv, option);
   const std::size_t field = fieldNamed(screen.mappingList, option.field);

@@ -22,6 +22,9 @@ void requireReadAsMapped(const ImportScreen& screen, const Arguments& arguments,
 /// Raises Refused, with the titles of the profile that the file does not have.
 void requireTitles(const ImportScreen& screen, const Arguments& arguments);
 
+/// The option with the column's number, if it names a title that the screens show otherwise.
+MapOption mapAsShown(MapOption option, const Conversion& conversion);
+
 /// Clicks the file column's header and then the field's. Raises Refused when there is no such
 /// column or field, or when the screen does not map it; then with what the screen said.
 void mapByHand(ImportScreen& screen, ImportReport& report, const MapOption& option);

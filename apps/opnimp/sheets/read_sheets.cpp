@@ -1,5 +1,6 @@
 #include "apps/opnimp/sheets/read_sheets.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -16,10 +17,14 @@ namespace {
 
 constexpr std::size_t megabyte = std::size_t{1} << 20U;
 
-/// A workbook of 60,000 rows takes a fifth of its share; a small one that takes a second is none.
+/// A workbook of 60,000 rows takes a fifth of its share; a small one that takes a second is none,
+/// nor is one whose few bytes become many cells.
 WorkLimits limitsFor(std::string_view file) {
-  const std::chrono::seconds computing(1 + file.size() / megabyte);
-  return {512 * megabyte, computing, 5 * computing, 128 * megabyte};
+  constexpr std::size_t longest = 10;
+  const std::size_t read = isZipped(file) ? bytesToRead(file) : file.size();
+  const std::chrono::seconds computing(std::min(1 + read / megabyte, longest));
+  return {512 * megabyte, computing, computing + std::chrono::seconds(read / megabyte + 1),
+          std::min(16 * megabyte + 64 * read, 128 * megabyte)};
 }
 
 void tell(std::string_view file, const HandBack& handBack) {

@@ -116,6 +116,7 @@ void OpeningCheck::checkReference(const CheckedRecord& record, const std::string
 // As the journal knows records again: whatever else the rows have, the same is posted twice.
 void OpeningCheck::checkEqual(const CheckedRecord& record, const std::string& party,
                               std::vector<Warning>& warnings) {
+  if (party.empty()) return;  // such records are refused
   const std::string text = record.read(openingField::date);
   const auto reading = readDate(text, file_.currentYear);
   std::string key = party + '\0' + (reading ? formatDayFirst(reading->date) : text);

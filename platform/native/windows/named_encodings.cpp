@@ -57,7 +57,7 @@ std::string decodeNamed(const std::string& name, std::string_view bytes) {
 }
 
 // Windows counts no letters.
-std::string likelyEncoding(std::string_view /*bytes*/) {
+std::string preferredEncoding(std::string_view /*words*/) {
   return {};
 }
 

@@ -134,6 +134,12 @@ void ZipArchive::read(std::string_view name,
   }
 }
 
+std::size_t ZipArchive::storedSize(const std::function<bool(std::string_view)>& isWanted) const {
+  std::size_t size = 0;
+  for (const auto& [name, part] : parts_) size += isWanted(name) ? part.bytes.size() : 0;
+  return size;
+}
+
 std::string ZipArchive::beginningOf(std::string_view name, std::size_t most) const {
   std::string text;
   read(name, [&](std::string_view bytes) { text += bytes.substr(0, most - text.size()); });

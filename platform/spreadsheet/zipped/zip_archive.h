@@ -1,6 +1,7 @@
 // The parts of a ZIP archive, which .xlsx and .ods workbooks are.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -16,6 +17,8 @@ class ZipArchive {
   explicit ZipArchive(std::string_view file);
 
   bool has(std::string_view name) const { return parts_.contains(name); }
+  /// Of all parts with such names, in bytes of the archive.
+  std::size_t storedSize(const std::function<bool(std::string_view)>& isWanted) const;
   /// Hands over a part, piece by piece. Error 321 for one that there is not, or that is not what
   /// the archive says of its length and its checksum; pieces may have been handed over by then.
   void read(std::string_view name, const std::function<void(std::string_view)>& take) const;

@@ -44,6 +44,18 @@ void readOds(const ZipArchive& archive, SheetSink& sink) {
 
 }  // namespace
 
+std::size_t bytesToRead(std::string_view file) {
+  try {
+    const ZipArchive archive(file);
+    const bool isOds = archive.has("content.xml");
+    return archive.storedSize([&](std::string_view name) {
+      return isOds ? name == "content.xml" : name.ends_with(".xml");
+    });
+  } catch (const RuntimeError&) {
+    return 0;
+  }
+}
+
 void readZippedSheets(std::string_view file, SheetSink& sink) {
   const ZipArchive archive(file);
   if (archive.has("content.xml")) return readOds(archive, sink);

@@ -4,6 +4,7 @@
 // small multiple of the texts.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 #include "platform/spreadsheet/sheet_sink.h"
@@ -14,6 +15,9 @@ namespace velk {
 inline bool isZipped(std::string_view file) {
   return file.starts_with("PK\x03\x04");
 }
+
+/// How many bytes of such a file a reader looks at, as its archive says; 0 for a damaged one.
+std::size_t bytesToRead(std::string_view file);
 
 /// All worksheets of a file. Error 321 for one that is no such workbook, is damaged or has a
 /// password; some cells may have been told before.
