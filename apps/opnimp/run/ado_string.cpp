@@ -64,8 +64,8 @@ std::string takeValue(std::string_view& rest) {
 }
 
 std::string odbcValue(std::string_view keyword, const std::string& value) {
-  // Nobody needs to see it.
-  if (keyword == "PWD") return "***";
+  // Nobody needs to see it; and a quote that was never closed may have taken it into another value.
+  if (keyword == "PWD" || value.find('=') != std::string::npos) return "***";
   const std::string lower = lowerAscii(value);
   if (lower == "sspi" || lower == "true") return "yes";
   if (lower == "false") return "no";

@@ -67,8 +67,7 @@ std::string advice(const DatabaseChoice& choice, const RuntimeError& error) {
   if (!choice.path.empty()) {
     return embeddedAdviceOr("`opnimp demo-database PATH` makes an embedded database", error);
   }
-  // What stands in quotes that were never closed may be a password, too.
-  return maskPasswords(connectionAdvice(choice.connectionString, diagnosticsOf(error)));
+  return connectionAdvice(choice.connectionString, diagnosticsOf(error));
 }
 
 std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
