@@ -270,7 +270,7 @@ TEST_CASE("what becomes of records when calls fail") {
     std::string kind;
     std::string_view titles;
     std::vector<std::string_view> records;  // from 1 on
-  } customers{"customer-opening", openingTitles, {"", good1, good2, good3}},
+  } customers{"customer-opening", openingTitles, {"", good1, good2, "C003,C,R3,05/03/2008,10,10"}},
       banks{"bank-branch", bankTitles, {"", "1,2,3,4", "5,6,7,8", ""}},
       vendors{"vendor", vendorTitles, {"", "1,2,,,,,,,,", "5,6,,,,,,,,", ""}};
   const struct {

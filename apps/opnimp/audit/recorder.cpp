@@ -68,6 +68,7 @@ void Recorder::checkTransaction(std::size_t call) {
   if (calls_[call].kind != CallKind::Procedure || call + 1 < calls_.size()) return;
   lookForLeftBy(call);
   if (!transactionIsOpen_ || gate_.pass(transactionIsOpen_)) return;
+  settle(Changes::NotKnown);
   throw RunEnded{calls_[call].text +
                  " ended the transaction of --all-or-nothing; what was posted until then may stay"};
 }

@@ -7,14 +7,22 @@ namespace velk {
 
 namespace {
 
-/// Null if there is none.
+bool isOf(const RunSummary& run, const KnownFile& file) {
+  const RunStart& start = run.start;
+  return start.kind == file.kind && start.databaseId == file.databaseId &&
+         start.fileHash == file.hash;
+}
+
+/// The last one that reached a record; else the last that began one, and was taken back. Null if
+/// there is none.
 const RunSummary* lastRunOf(const RunIndex& index, const KnownFile& file) {
-  const auto found = std::find_if(index.runs.rbegin(), index.runs.rend(), [&](const auto& run) {
-    const RunStart& start = run.start;
-    return start.kind == file.kind && start.databaseId == file.databaseId &&
-           start.fileHash == file.hash && run.reached() > 0;
-  });
-  return found == index.runs.rend() ? nullptr : &*found;
+  const RunSummary* begun = nullptr;
+  for (auto run = index.runs.rbegin(); run != index.runs.rend(); ++run) {
+    if (!isOf(*run, file)) continue;
+    if (run->reached() > 0) return &*run;
+    if (begun == nullptr && run->begun > 0) begun = &*run;
+  }
+  return begun;
 }
 
 /// Notes what the run reached, all those before it in the file being noted.
@@ -38,7 +46,8 @@ void add(const RunSummary& run, Resumption& resumption) {
 std::vector<RefusedBefore> refusedBefore(const RunIndex& index, std::uint64_t number) {
   std::vector<RefusedBefore> refused;
   for (const RunSummary* run : index.takenUp(number)) {
-    const std::size_t count = run->ended ? 0 : run->count(isRefused);
+    const bool isTold = run->ended || run->isTakenBack();
+    const std::size_t count = isTold ? 0 : run->count(isRefused);
     if (count > 0) refused.push_back({run->start.number, count});
   }
   return refused;
@@ -50,7 +59,8 @@ std::size_t firstReached(const RunIndex& index, std::uint64_t number) {
     const std::size_t begin = run->start.firstRecord;
     if (run->reached() > 0) first = std::min(first.value_or(begin), begin);
   }
-  return first.value_or(0);
+  const RunSummary* const begun = index.find(number);
+  return first.value_or(begun == nullptr ? 0 : begun->start.firstRecord);
 }
 
 Resumption findResumption(const RunIndex& index, const KnownFile& file) {
@@ -61,6 +71,7 @@ Resumption findResumption(const RunIndex& index, const KnownFile& file) {
   resumption.history = last->history;
   resumption.count = last->start.firstRecord + last->start.records.size();
   resumption.first = firstReached(index, resumption.run);
+  if (last->reached() == 0) resumption.next = resumption.first;
   resumption.refused = refusedBefore(index, resumption.run);
   std::vector<const RunSummary*> runs = index.takenUp(resumption.run);
   std::ranges::stable_sort(runs, {}, [](const auto* run) { return run->start.firstRecord; });

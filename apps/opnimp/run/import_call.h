@@ -35,10 +35,15 @@ struct ImportCall {
   std::shared_ptr<OwnConnection> database{};
   Beside beside{};                         ///< where look-ups are asked ahead
   std::optional<ImportJournal> journal{};  ///< empty: a foreseen import knows of no runs
+  std::optional<Date> undated{};           ///< the answer
   std::vector<EarlierFile> earlier{};
   /// Of a foreseen import, which shows no message of the import: gets the screen when it shows a
   /// file and its mapping, also where it refuses a mapping.
   std::function<void(const std::string& file, const ImportScreen&)> viewed{};
+
+  /// What the database gives a record of opening balances without a date, asked at first use; empty
+  /// if it does not answer. Throws RunEnded.
+  std::optional<Date> dateOfUndated();
 
   /// Opens `beside` on the host that is worked on, or says why it could not.
   void openBeside();

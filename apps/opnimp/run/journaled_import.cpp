@@ -68,6 +68,10 @@ void doubt(RecordedLine& line) {
 
 std::string endOf(const RunSummary& summary, const JournaledRun& run) {
   if (run.end) return run.end->brokeOff;
+  if (summary.isTakenBack()) {
+    return "it did not end by itself, and its transaction was still open: the database takes that "
+           "back, so that nothing of it stays";
+  }
   return summary.powerLost ? "it did not end by itself, and the machine was started anew since: as "
                              "many records as the journal may have lost are called unknown"
                            : "it did not end by itself: the program was ended from outside";
@@ -127,11 +131,14 @@ void JournaledImport::requireAgreement(bool agrees) const {
 /// Calls are written down before it is known whether their transaction is kept, and before the disk
 /// has what they did.
 void JournaledImport::settle(const RunSummary& summary) {
-  const Changes open = run_.start.oneTransaction ? Changes::NotKnown : Changes::Stand;
+  const Changes open = summary.isTakenBack()       ? Changes::TakenBack
+                       : run_.start.oneTransaction ? Changes::NotKnown
+                                                   : Changes::Stand;
   const Changes changes = run_.end ? run_.end->changes : open;
   for (RecordEnd& record : run_.records) {
     const bool mayBeLost = summary.mayBeLost(record.record);
-    settleCalls(record.calls, mayBeLost ? Changes::NotKnown : changes);
+    const bool isLeftOpen = mayBeLost && changes != Changes::TakenBack;
+    settleCalls(record.calls, isLeftOpen ? Changes::NotKnown : changes);
     if (summary.mayBeUnsynced(record.record)) std::ranges::for_each(record.lines, doubt);
   }
   if (run_.end) settleCalls(run_.end->strays, changes);

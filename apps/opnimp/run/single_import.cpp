@@ -134,7 +134,10 @@ void SingleImport::open() {
     }
     openPart(0);
     prepareRun();
-    if (call_.journal) journal_.emplace(*call_.journal, result_, call_.surroundings);
+    if (call_.journal) {
+      journal_.emplace(*call_.journal, result_, call_.surroundings,
+                       [this] { return call_.dateOfUndated(); });
+    }
   });
   if (hasEnded()) close();
 }
@@ -337,6 +340,8 @@ void SingleImport::settle() {
     drawUp();
     keep = isWhole(result_);
   }
+  const bool mayStay = keep || recorder_.changes() == Changes::NotKnown;
+  if (journal_ && mayStay) keep = journal_->mayBeKept() && keep;
   const std::string failure = whole_->settle(keep);
   if (result_.brokeOff.empty()) result_.brokeOff = failure;
   whole_.reset();
@@ -461,8 +466,9 @@ std::vector<JournaledRecord> SingleImport::recordsToPost() const {
   // A foreseen import has no journal that knows them.
   std::vector<JournaledRecord> computed;
   if (!journal_) {
-    computed =
-        hashRecords(kind(), input, result_.mapping, civilFromDate(call_.surroundings.clock()).year);
+    computed = hashRecords(
+        kind(), input, result_.mapping,
+        {civilFromDate(call_.surroundings.clock()).year, [this] { return call_.dateOfUndated(); }});
   }
   const std::vector<JournaledRecord>& all = journal_ ? journal_->records() : computed;
   const std::size_t width = mappedWidth(result_.mapping);
