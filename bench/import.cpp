@@ -7,8 +7,8 @@
 // are there are removed, so that the server has nothing to tidy up while it is measured. With
 // "recorded", the runner's recorder and report take part; with "ahead" they ask look-ups ahead, on
 // a second connection; with "traced", what became of each record is found out, too; with
-// "journaled", the run is written to a new journal besides, its records being hashed and the file
-// synced as often as the runner does it.
+// "journaled", the run is written to a journal besides, which is there but has no run yet, its
+// records being hashed and the file synced as often as the runner does it.
 
 #include <filesystem>
 #include <memory>
@@ -84,10 +84,15 @@ class Watch {
  public:
   Watch(const ImportKind& kind, const char* file, const char* folder, Watched how)
       : how_(how), ahead_(beside_, kind), path_(std::string(folder) + "/journal") {
-    std::filesystem::remove(path_);
     result_.arguments.kind = &kind;
     result_.arguments.file = file;
     result_.input = readInput(result_.arguments);
+    std::filesystem::remove(path_);
+    if (how_ == Watched::Journaled) {
+      openJournal();
+      all_->file();
+      all_.reset();
+    }
   }
 
   std::shared_ptr<Connection> connection(const Company& company) {
@@ -110,7 +115,7 @@ class Watch {
 
   void begin(const ImportScreen& screen, OwnConnection& database) {
     if (how_ != Watched::Journaled) return;
-    all_.emplace(path_, result_.arguments, surroundings_, events_);
+    openJournal();
     all_->identify(database, "company");
     result_.mapping = readMapping(screen);
     journal_.emplace(*all_, result_, surroundings_);
@@ -124,6 +129,8 @@ class Watch {
   }
 
  private:
+  void openJournal() { all_.emplace(path_, result_.arguments, surroundings_, events_); }
+
   Watched how_;
   Beside beside_;
   LookAhead ahead_;

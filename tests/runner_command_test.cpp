@@ -10,6 +10,7 @@
 #include <set>
 #include <thread>
 
+#include "apps/opnimp/cli/line_colors.h"
 #include "apps/opnimp/cli/progress.h"
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
@@ -153,6 +154,23 @@ TEST_CASE("the progress line tells the rate, and the time that is left") {
   CHECK(progressText(5'000, 32'766, 1'000, 4) ==
         "5,000 of 32,766 records, 1,000 a second, 27 s left");
   CHECK(progressText(10, 32'766, 0, 10) == "10 of 32,766 records, 1 a second, 545 minutes left");
+}
+
+TEST_CASE("a terminal that wants colours shows lines of a sort in one") {
+  std::ostringstream shown;
+  {
+    const LineColors colors(shown);
+    shown << "Warnings\n    HARMFUL: x\n\nplain\rNext: a" << std::flush << "\n  li" << std::flush;
+  }
+  shown << "Account";
+  CHECK(shown.str() ==
+        "\x1B[1mWarnings\x1B[0m\n\x1B[1;31m    HARMFUL: x\x1B[0m\n\nplain\r"
+        "\x1B[32mNext: a\x1B[0m\n  liAccount");
+  CHECK(wantsColors("xterm", ""));
+  for (const char* terminal : {static_cast<const char*>(nullptr), "dumb"}) {
+    CHECK_FALSE(wantsColors(terminal, nullptr));
+  }
+  CHECK_FALSE(wantsColors("xterm", "1"));
 }
 
 TEST_CASE("manual page and completions know each command, option and kind of the help") {

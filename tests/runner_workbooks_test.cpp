@@ -80,12 +80,15 @@ TEST_CASE("workbooks: a sheet is taken where there is no doubt, else they are na
     int status = 2;
   } rows[] = {
       {{notes, one}, "", "Balances (no other one has titles of customer-opening;", 0},
-      {{{"Empty", {}}, one, hidden}, "", "no other one has values; left out: \"Old\" (hidden)", 0},
+      {{{"Empty", {}}, one, hidden}, "", "blank; left out: \"Old\" (hidden)", 0},
       {{notes, one}, "", "; left out: \"Notes\"", 0},
       {{one, {"Rest", {"|C2|B|R2|x|5|5"}}}, "", "--sheet NAME; there is \"Balances\", \"Rest\""},
       {{one, other}, "", "--sheet NAME; there is \"Balances\", \"More\""},
-      {{one, other}, "more", "More (given with --sheet)", 0},
-      {{one, hidden}, "#2", "Old (given with --sheet)", 0},
+      {{one, other},
+       "more",
+       "More (given with --sheet; #1 is its column B, those before it are blank)",
+       0},
+      {{one, hidden}, "#2", "Old (given with --sheet; #1 is", 0},
       {{hidden}, "", "are hidden: say which is meant with --sheet NAME; there is \"Old\" (hidden)"},
       {{one, hidden}, "x", "no sheet \"x\"; it has \"Balances\", \"Old\" (hidden)"},
       {{{"A", {"", "| "}}}, "", "the workbook is blank"},
@@ -105,6 +108,14 @@ TEST_CASE("workbooks: a sheet is taken where there is no doubt, else they are na
     }
   }
   RunnerWorld world;
+  const std::string both = world.folder.write(
+      "both",
+      zipped(xlsxParts({one, {"More", {"", openingCaptions, "|C002||7|#2008-03-01|5|5"}}})));
+  for (const auto& [sheet, status] :
+       {std::pair("Balances", 0), {"More", 0}, {"Balances", 2}, {"more", 2}}) {
+    CAPTURE(sheet);
+    CHECK(world.import(both, {"--sheet", sheet}).status == status);
+  }
   const std::string book = world.folder.write("b", zipped(xlsxParts(oneBalance)));
   CHECK(world.import(book, {"--delimiter", "tab"}).status == 3);
   CHECK(world.importLines({openingTitles, good1}, {"--sheet", "A"}).status == 3);

@@ -9,12 +9,14 @@
 #include <exception>
 #include <iostream>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "apps/opnimp/cli/exit_status.h"
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/line_colors.h"
 #include "apps/opnimp/opnimp.h"
 
 namespace {
@@ -74,6 +76,11 @@ int main(int argc, char** argv) {
   for (const int signalNumber : {SIGPIPE, SIGXFSZ}) std::signal(signalNumber, SIG_IGN);
   // A caller may start a program without any argument, even without its name.
   const std::vector<std::string> args(argv + std::min(argc, 1), argv + argc);
+  const bool colors = velk::wantsColors(std::getenv("TERM"), std::getenv("NO_COLOR"));
+  std::optional<velk::LineColors> out;
+  std::optional<velk::LineColors> err;
+  if (colors && isatty(STDOUT_FILENO) != 0) out.emplace(std::cout);
+  if (colors && isatty(STDERR_FILENO) != 0) err.emplace(std::cerr);
   // Progress is drawn on a terminal only, so that a file with the messages stays readable.
   velk::Streams streams{std::cout, std::cerr, isatty(STDERR_FILENO) != 0};
   velk::Surroundings surroundings = velk::realSurroundings();

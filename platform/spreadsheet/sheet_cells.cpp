@@ -12,15 +12,10 @@ namespace {
 
 // The limit of the .xls format, in UTF-16 units.
 constexpr std::size_t maxCellText = 32767;
-constexpr int lettersOfNames = 26;
 
 /// `fixed` precedes both parts of the name: "$" for one that is absolute.
 std::string cellName(int row, int column, const char* fixed) {
-  std::string name = fixed;
-  // Two letters reach column 702, more than a sheet has.
-  if (column > lettersOfNames) name += static_cast<char>('A' + (column - 1) / lettersOfNames - 1);
-  name += static_cast<char>('A' + (column - 1) % lettersOfNames);
-  return name + fixed + std::to_string(row);
+  return fixed + columnLetters(static_cast<std::size_t>(column)) + fixed + std::to_string(row);
 }
 
 std::string rangeName(const CellRange& range, const char* fixed) {
@@ -29,6 +24,15 @@ std::string rangeName(const CellRange& range, const char* fixed) {
 }
 
 }  // namespace
+
+std::string columnLetters(std::size_t column) {
+  constexpr std::size_t letters = 26;
+  std::string name;
+  for (; column > 0; column = (column - 1) / letters) {
+    name.insert(name.begin(), static_cast<char>('A' + (column - 1) % letters));
+  }
+  return name;
+}
 
 void checkCell(int row, int column) {
   if (row < 1 || row > maxSheetRows || column < 1 || column > maxSheetColumns) {

@@ -1,6 +1,7 @@
 // Cells of a worksheet: what every realization of the spreadsheet checks of them, and their names.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -22,6 +23,8 @@ void checkCellText(std::string_view text);
 /// Error 5 for a width that no column can have.
 void checkColumnWidth(double characters);
 
+/// "A" for 1, "AA" for 27.
+std::string columnLetters(std::size_t column);
 /// "A1:H1"; "A1:A1" for a single cell.
 std::string rangeName(const CellRange& range);
 /// "$A$1:$H$1".

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 #include <set>
+#include <span>
 #include <utility>
 
 #include "apps/opnimp/convert/layout.h"
@@ -13,6 +14,7 @@
 #include "base/decimal.h"
 #include "base/text.h"
 #include "platform/spreadsheet/damage.h"
+#include "platform/spreadsheet/sheet_cells.h"
 
 namespace velk {
 
@@ -103,7 +105,11 @@ void SheetText::chooseAmong(const std::vector<const Sheet*>& candidates,
                             const Arguments& arguments) {
   if (candidates.size() == 1) return take(*candidates.front(), "no other one has values");
   std::vector<const Sheet*> titled;
-  for (const Sheet* const sheet : candidates) {
+  // Two are a doubt already, and more sheets than anybody lays out are not looked through.
+  constexpr std::size_t mostSheets = 256;
+  for (const Sheet* const sheet :
+       std::span(candidates).first(std::min(candidates.size(), mostSheets))) {
+    if (titled.size() == 2) break;
     write(*sheet, mostRowsAbove);
     if (countSheetTitles(text_, arguments) > 1) titled.push_back(sheet);
   }
@@ -113,7 +119,8 @@ void SheetText::chooseAmong(const std::vector<const Sheet*>& candidates,
     return sheet != titled.front() && filled >= arguments.kind->mandatory.size() &&
            filled >= filledColumns(*titled.front());
   };
-  if (titled.size() != 1 || std::ranges::any_of(candidates, mayHaveRecords)) {
+  if (titled.size() != 1 || candidates.size() > mostSheets ||
+      std::ranges::any_of(candidates, mayHaveRecords)) {
     offer(candidates);
     refuse(
         "The workbook has several sheets with values: say which is meant with --sheet NAME; "
@@ -134,9 +141,13 @@ void SheetText::offer(const std::vector<const Sheet*>& sheets) {
 
 void SheetText::take(const Sheet& sheet, std::string reason) {
   sheet_ = &sheet;
-  assumption_ = {"sheet", sheet.name, std::move(reason), "--sheet NAME"};
+  assumption_ = {std::string(sheetAssumption), sheet.name, std::move(reason), "--sheet NAME"};
   write(sheet, std::numeric_limits<std::size_t>::max());
   if (text_.empty()) refuse("The sheet \"" + sheet.name + "\" is blank");
+  if (firstColumn_ > 1) {
+    assumption_.reason +=
+        "; #1 is its column " + columnLetters(firstColumn_) + ", those before it are blank";
+  }
 }
 
 void SheetText::write(const Sheet& sheet, std::size_t mostRows) {

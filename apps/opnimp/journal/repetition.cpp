@@ -124,7 +124,7 @@ std::string repetitionRefusal(const RunIndex& index, const RunStart& run, const 
     for (const JournaledRecord& record : records) posted.try_emplace(record.hash, 0);
   }
   for (const RunSummary* each : earlier) {
-    if (each->start.fileHash == run.fileHash) {
+    if (fileOf(each->start) == fileOf(run)) {
       const std::size_t count = each->count(isInDatabase);
       if (count > 0) return fileText(*each, count);
     }

@@ -7,18 +7,12 @@ namespace velk {
 
 namespace {
 
-bool isOf(const RunSummary& run, const KnownFile& file) {
-  const RunStart& start = run.start;
-  return start.kind == file.kind && start.databaseId == file.databaseId &&
-         start.fileHash == file.hash;
-}
-
 /// The last one that reached a record; else the last that began one, and was taken back. Null if
 /// there is none.
 const RunSummary* lastRunOf(const RunIndex& index, const KnownFile& file) {
   const RunSummary* begun = nullptr;
   for (auto run = index.runs.rbegin(); run != index.runs.rend(); ++run) {
-    if (!isOf(*run, file)) continue;
+    if (fileOf(run->start) != file) continue;
     if (run->reached() > 0) return &*run;
     if (begun == nullptr && run->begun > 0) begun = &*run;
   }

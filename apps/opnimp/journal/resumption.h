@@ -10,13 +10,6 @@
 
 namespace velk {
 
-/// A file in a database, as the journal knows it again.
-struct KnownFile {
-  std::string_view kind;
-  std::string databaseId;
-  Digest hash{};
-};
-
 /// What a run refused that was ended from outside, and so told nobody of.
 struct RefusedBefore {
   std::uint64_t run = 0;

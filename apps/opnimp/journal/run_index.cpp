@@ -92,11 +92,6 @@ class IndexBuilder {
   const std::string& machineStart_;
 };
 
-bool isOfSameFile(const RunSummary& a, const RunSummary& b) {
-  return a.start.kind == b.start.kind && a.start.databaseId == b.start.databaseId &&
-         a.start.fileHash == b.start.fileHash;
-}
-
 /// Whether they reached the same records of their file.
 bool overlap(const RunSummary& a, const RunSummary& b) {
   const std::size_t first = std::max(a.start.firstRecord, b.start.firstRecord);
@@ -104,6 +99,10 @@ bool overlap(const RunSummary& a, const RunSummary& b) {
 }
 
 }  // namespace
+
+KnownFile fileOf(const RunStart& run) {
+  return {run.kind, run.databaseId, run.fileHash, assumedValue(run.assumed, sheetAssumption)};
+}
 
 // Whatever was begun when the power failed, and up to a sync's worth of records behind it, may have
 // been posted without a trace here.
@@ -157,7 +156,7 @@ std::vector<const RunSummary*> RunIndex::takenUp(std::uint64_t number) const {
   const RunSummary* const last = find(number);
   if (last == nullptr) return taken;
   for (const RunSummary* run = last;; --run) {
-    if (isOfSameFile(*run, *last)) {
+    if (fileOf(run->start) == fileOf(last->start)) {
       if (std::ranges::any_of(taken, [&](const auto* later) { return overlap(*run, *later); })) {
         return taken;
       }

@@ -50,6 +50,18 @@ struct RunSummary {
   std::size_t reached() const;
 };
 
+/// What a run imports, as the journal knows it again.
+struct KnownFile {
+  std::string_view kind;
+  std::string_view databaseId;
+  Digest hash{};
+  std::string_view sheet;  ///< of a workbook: another one is another file
+
+  bool operator==(const KnownFile&) const = default;
+};
+
+KnownFile fileOf(const RunStart& run);
+
 struct RunIndex {
   std::vector<RunSummary> runs;  ///< in the order of their numbers
   JournalEnd end;

@@ -5,6 +5,7 @@
 #include "apps/opnimp/records/any_spreadsheet.h"
 #include "base/errors.h"
 #include "base/text.h"
+#include "platform/spreadsheet/sheet_cells.h"
 #include "platform/spreadsheet/xls/xls_spreadsheet.h"
 
 namespace velk {
@@ -66,12 +67,11 @@ std::vector<std::string> WorkbookRecords::fields(std::size_t record, std::size_t
 std::string WorkbookRecords::captionFaults() const {
   std::string faults;
   for (int column = 1; column <= lastColumn; ++column) {
-    // Seven columns need no more than one letter in the name of a cell.
     const std::string_view caption = salesmanCaptions[static_cast<std::size_t>(column) - 1];
     const std::string found = text(1, column);
     if (equalsIgnoringCase(found, caption)) continue;
-    faults += (faults.empty() ? "" : ", ") + std::string(1, static_cast<char>('A' + column - 1)) +
-              "1 holds " + quotedCell(found) + " instead of \"" + std::string(caption) + "\"";
+    faults += (faults.empty() ? "" : ", ") + columnLetters(column) + "1 holds " +
+              quotedCell(found) + " instead of \"" + std::string(caption) + "\"";
   }
   return faults;
 }

@@ -2,6 +2,7 @@
 
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/run/run_support.h"
 #include "base/errors.h"
 #include "opening/company_dates.h"
 
@@ -23,13 +24,13 @@ std::optional<Date> ImportCall::dateOfUndated() {
     const int year = civilFromDate(surroundings.clock()).year;
     if (!undated) undated = velk::dateOfUndated(firstTransactionDate(*database, year));
   };
-  trapErrors([&] { gate.pass(ask); },
-             [&](const RuntimeError& error) {
-               endIfHopeless(error, *database, gate);
-               if (isOfSchema(error)) return;
-               throw RunEnded{"the first transaction date could not be asked for: " +
-                              error.description()};
-             });
+  trapErrors(
+      [&] { gate.pass(ask); },
+      [&](const RuntimeError& error) {
+        endIfHopeless(error, *database, gate);
+        if (isOfSchema(error)) return;
+        throw RunEnded{"the first transaction date could not be asked for: " + error.description()};
+      });
   return undated;
 }
 

@@ -21,8 +21,9 @@ void ImportJournal::identify(OwnConnection& database, const std::string& shown) 
 }
 
 Resumption ImportJournal::resumption(const ImportResult& result) const {
-  return findResumption(journal_.index, {result.arguments.kind->name, databaseId_,
-                                         hashOf(result.input->fileBytes())});
+  return findResumption(
+      journal_.index, {result.arguments.kind->name, databaseId_, hashOf(result.input->fileBytes()),
+                       assumedValue(result.input->conversion().assumptions, sheetAssumption)});
 }
 
 JournalFile& ImportJournal::file() {

@@ -28,10 +28,6 @@ bool hasPosting(const Recorder& recorder) {
   return std::ranges::count(recorder.calls(), CallKind::Procedure, &RecordedCall::kind) > 0;
 }
 
-bool isOfSchema(const RuntimeError& error) {
-  return error.is(ErrorNumber::NoSuchTable) || error.is(ErrorNumber::CommandErrors);
-}
-
 /// Whether a run in one transaction is kept.
 bool isWhole(const ImportResult& result) {
   return result.account.addsUp() &&
