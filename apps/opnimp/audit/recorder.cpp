@@ -61,6 +61,9 @@ void Recorder::callFailed(std::size_t call, const RuntimeError& error,
   failed.error = CallError{error.number(), error.description(), connection.diagnostics()};
   failed.result = resultOfFailure(failed, connection);
   endIfHopeless(error, connection, gate_);
+  if (!connection.isSpent()) return;
+  throw RunEnded{"the database can take nothing more (" +
+                 std::string(withoutEnd(error.description())) + ")"};
 }
 
 // A procedure may end it, and then every later call would stand by itself.

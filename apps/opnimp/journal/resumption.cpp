@@ -47,6 +47,21 @@ std::vector<RefusedBefore> refusedBefore(const RunIndex& index, std::uint64_t nu
   return refused;
 }
 
+std::vector<std::uint64_t> laterRuns(const RunIndex& index, const RunSummary& run) {
+  std::vector<std::uint64_t> later(run.outcomes.size());
+  const KnownFile file = fileOf(run.start);
+  const std::size_t first = run.start.firstRecord;
+  for (const RunSummary& each : index.runs) {
+    if (each.start.number <= run.start.number || fileOf(each.start) != file) continue;
+    const std::size_t begin = each.start.firstRecord;
+    const std::size_t end = std::min(begin + each.reached(), first + later.size());
+    for (std::size_t record = std::max(begin, first); record < end; ++record) {
+      later[record - first] = each.start.number;
+    }
+  }
+  return later;
+}
+
 std::size_t firstReached(const RunIndex& index, std::uint64_t number) {
   std::optional<std::size_t> first;
   for (const RunSummary* run : index.takenUp(number)) {

@@ -32,6 +32,9 @@ struct Resumption {
 /// Of the run of that number and all that it goes on with, the latest first.
 std::vector<RefusedBefore> refusedBefore(const RunIndex& index, std::uint64_t number);
 
+/// By record of the run: the last of the later runs of the same file that reached it; 0: none did.
+std::vector<std::uint64_t> laterRuns(const RunIndex& index, const RunSummary& run);
+
 /// The first record of the file that the run of that number, or one that it goes on with, reached;
 /// its first one if all was taken back.
 std::size_t firstReached(const RunIndex& index, std::uint64_t number);

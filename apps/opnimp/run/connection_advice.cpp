@@ -41,6 +41,8 @@ constexpr std::string_view otherName = "Name the server in Server= as its certif
 constexpr std::string_view mariadbLogin =
     "Correct the user and the password, UID= and PWD=; if they are right, the server insists on "
     "encryption: add FORCETLS=1, or SSLVERIFY=1 and SSLCA=FILE to be sure of the server";
+constexpr std::string_view noFile =
+    "Correct Database=, the path of the file; `opnimp demo-database PATH` makes one";
 constexpr std::string_view tooMany = "Try later, or raise the server's limit of connections";
 constexpr std::string_view anyOther =
     "Correct the connection string: Server=, Port=, Database=, UID=, PWD=";
@@ -83,6 +85,7 @@ constexpr auto advices = std::to_array<Advice>({
     {"28", 0, {}, wrongLogin},
     {"HY000", 2002, {}, noServer},
     {"HY000", 2003, {}, noServer},
+    {"08001", 14, {}, noFile},
     {"08", 0, {}, noServer},
     {"HYT", 0, {}, slowServer},
 });

@@ -17,6 +17,7 @@ namespace {
 const RunSummary& summaryOf(const OpenJournal& journal, std::uint64_t number) {
   const RunSummary* const run = journal.index.find(number);
   if (run == nullptr) {
+    requireWhole(journal);
     throw UsageError("the journal " + journal.path + " has no run " + std::to_string(number) +
                      "; `opnimp runs` lists those that it has");
   }
@@ -115,7 +116,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   if (run_.end) result_.refusal = run_.end->refusal;
   result_.brokeOff = endOf(summary, run_);
   settle(summary);
-  trace(summary);
+  trace(summary, laterRuns(journal.index, summary));
   if (result_.refused()) return;
   result_.account = drawUpAccount({kind(), *result_.input, start.mapping, result_.traces,
                                    run_.end ? run_.end->screenRecords : std::nullopt,
@@ -144,7 +145,7 @@ void JournaledImport::settle(const RunSummary& summary) {
   if (run_.end) settleCalls(run_.end->strays, changes);
 }
 
-void JournaledImport::trace(const RunSummary& summary) {
+void JournaledImport::trace(const RunSummary& summary, std::span<const std::uint64_t> later) {
   static const RecordReport nothingSaid;
   Traces& traces = result_.traces;
   traces.records.resize(result_.input->count());
@@ -160,6 +161,7 @@ void JournaledImport::trace(const RunSummary& summary) {
   for (std::size_t record = 0; record < traces.records.size(); ++record) {
     RecordTrace& trace = traces.records[record];
     trace.outcome = summary.outcome(record);
+    trace.laterRun = later[record];
     if (trace.said != nullptr) continue;
     trace.said = trace.outcome == Outcome::Unknown ? &inDoubt() : &nothingSaid;
   }

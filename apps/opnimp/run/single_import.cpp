@@ -375,8 +375,8 @@ void SingleImport::refuseWith(const std::string& file) {
   result_.refusedWithAnother = true;
 }
 
-void SingleImport::giveUp() {
-  result_.brokeOff = "it was interrupted, and the database did not answer any more";
+void SingleImport::giveUp(const std::string& why) {
+  result_.brokeOff = why + ", and the database did not answer any more";
   if (whole_) recorder_.settle(Changes::NotKnown);
 }
 
