@@ -156,6 +156,23 @@ TEST_CASE("the progress line tells the rate, and the time that is left") {
   CHECK(progressText(10, 32'766, 0, 10) == "10 of 32,766 records, 1 a second, 545 minutes left");
 }
 
+TEST_CASE("the version is that of the changelog, with the commit and the engines") {
+  const Ran ran = RunnerWorld().run({"--version"});
+  const std::regex form(
+      "opnimp ([0-9]+\\.[0-9]+\\.[0-9]+)\ncommit (?:[0-9a-f]{12}(?:-modified)?|unknown)\n"
+      "engines SQL Server, SQLite, PostgreSQL, MariaDB\n");
+  std::smatch parts;
+  REQUIRE_MESSAGE(std::regex_match(ran.out, parts, form), ran.out);
+  std::ifstream changes(OPNIMP_SOURCE_DIR "/CHANGELOG.md");
+  std::string title;
+  std::string blank;
+  std::getline(changes, title);
+  std::getline(changes, blank);
+  std::getline(changes, title);
+  CHECK(title == "## " + parts.str(1));
+  CHECK(contains(RunnerWorld().run({"man"}).out, "\"opnimp " + parts.str(1) + "\""));
+}
+
 TEST_CASE("a terminal that wants colours shows lines of a sort in one") {
   std::ostringstream shown;
   {

@@ -230,14 +230,3 @@ TEST_CASE("docs/threats.md names tests that there are") {
   // A claim that something cannot be done has its test beside it.
   CHECK_FALSE(std::regex_search(text, std::regex("\\| cannot[^|]*\\| *\\|")));
 }
-
-TEST_CASE("docs/warnings.md has a row for each warning") {
-  std::ifstream in(OPNIMP_SOURCE_DIR "/docs/warnings.md");
-  const std::string text(std::istreambuf_iterator<char>(in), {});
-  for (const WarningText& warning : allWarnings()) {
-    CAPTURE(warning.code);
-    const std::string weight = warning.harmful ? "harmful" : "note";
-    CHECK(contains(text, "| `" + std::string(warning.code) + "` | " + weight + " | " +
-                             std::string(warning.text) + " |\n"));
-  }
-}

@@ -115,7 +115,6 @@ TEST_CASE("each command has a help of its own, with what it takes") {
       {{"help", "import"}, "--rejects FILE", "the workbook to write"},
       {{"preview", "--help"}, "bank-branch", "--dry-run"},
       {{"export", "-h", "--json"}, "salesman   ", "bank-branch"},
-      {{"--version"}, "opnimp ", "--help"},
   };
   for (const auto& row : rows) {
     const Ran ran = RunnerWorld().run(row.args);

@@ -20,6 +20,7 @@
 #include "apps/opnimp/run/lock_holders.h"
 #include "apps/opnimp/run/preview_command.h"
 #include "apps/opnimp/run/profiles.h"
+#include "apps/opnimp/run/program_report.h"
 #include "apps/opnimp/run/run_support.h"
 
 namespace velk {
@@ -55,6 +56,8 @@ ExitStatus runCommand(const Arguments& arguments, const Streams& streams,
       return writeTemplate(arguments, streams);
     case Arguments::Command::Split:
       return splitFile(arguments, streams);
+    case Arguments::Command::Version:
+      return tellVersion(streams);
     case Arguments::Command::DemoDatabase:
       break;
   }

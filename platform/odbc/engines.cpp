@@ -42,6 +42,9 @@ std::string sqlServerLockLimit(const OdbcOptions& options) {
   return seconds <= 0 ? "" : "SET LOCK_TIMEOUT " + std::to_string(std::int64_t{seconds} * 1000);
 }
 
+constexpr std::pair<std::string_view, const Dialect*> otherEngines[] = {
+    {"SQLite", &sqliteDialect}, {"PostgreSQL", &postgresqlDialect}, {"MariaDB", &mariadbDialect}};
+
 }  // namespace
 
 const Dialect& dialectOf(std::string_view engineName) {
@@ -54,11 +57,15 @@ const Dialect& dialectOf(std::string_view engineName) {
           "varchar(128), DATABASEPROPERTYEX(DB_NAME(), 'Collation')), 'CodePage'))",
       .noCountQuery = "SELECT CASE WHEN @@OPTIONS & 512 = 0 THEN 'OFF' ELSE 'ON' END",
       .excessRights = sqlServerExcessRights};
-  static constexpr std::pair<std::string_view, const Dialect*> others[] = {
-      {"SQLite", &sqliteDialect}, {"PostgreSQL", &postgresqlDialect}, {"MariaDB", &mariadbDialect}};
   const auto* const found = std::ranges::find_if(
-      others, [&](const auto& row) { return equalsIgnoringCase(engineName, row.first); });
-  return found == std::end(others) ? sqlServer : *found->second;
+      otherEngines, [&](const auto& row) { return equalsIgnoringCase(engineName, row.first); });
+  return found == std::end(otherEngines) ? sqlServer : *found->second;
+}
+
+std::vector<std::string_view> engineNames() {
+  std::vector<std::string_view> names{"SQL Server"};
+  for (const auto& [name, dialect] : otherEngines) names.push_back(name);
+  return names;
 }
 
 const Dialect* embeddedDialectIn(std::string_view connectionString) {

@@ -4,7 +4,6 @@
 
 namespace velk {
 
-const std::string_view programVersion = OPNIMP_VERSION;
 const std::string_view lockHoldersCommand = "lock-holders";
 
 std::string numbered(const std::string& path, std::size_t number) {

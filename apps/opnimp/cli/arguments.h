@@ -39,11 +39,12 @@ struct Arguments {
     LockHolders,
     Kinds,
     Template,
-    Split
+    Split,
+    Version
   };
 
   std::vector<std::string> words;  ///< all of them, as they were given
-  std::string answer;  ///< help or version to print, no command being run; empty otherwise
+  std::string answer;  ///< help or a page to print, no command being run; empty otherwise
   Command command = Command::Import;
   const ImportKind* kind = nullptr;
   std::vector<const ImportKind*> kinds;  ///< to tell of, or check the database for; empty: all
@@ -87,9 +88,6 @@ std::vector<Arguments> eachFile(const Arguments& arguments);
 
 /// "rejects.2.csv" of "rejects.csv".
 std::string numbered(const std::string& path, std::size_t number);
-
-/// Such as "1.2.3".
-extern const std::string_view programVersion;
 
 /// The command that the program runs of itself, to learn who holds the locks that a session of
 /// OPNIMP_DATABASE waits for. It is in no help.

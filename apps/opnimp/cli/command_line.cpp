@@ -11,6 +11,7 @@
 #include "apps/opnimp/cli/help_texts.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/cli/profile.h"
+#include "apps/opnimp/cli/program_version.h"
 #include "base/numbers.h"
 
 namespace velk {
@@ -43,8 +44,7 @@ class CommandLine {
     form.label("Positionals", "Arguments");
     form.label("SUBCOMMAND", "COMMAND");
     app_.set_help_flag("-h,--help", "show how the program or a command is used");
-    app_.set_version_flag("--version", "opnimp " + std::string(programVersion) + "\n",
-                          "show the version");
+    app_.set_version_flag("--version", "version", "show version, commit and known engines");
     app_.footer(mainFooter)->require_subcommand(1);
     addCommands();
   }
@@ -59,8 +59,8 @@ class CommandLine {
       noteReading();
     } catch (const CLI::CallForHelp&) {
       arguments_.answer = app_.help();
-    } catch (const CLI::CallForVersion& version) {
-      arguments_.answer = version.what();
+    } catch (const CLI::CallForVersion&) {
+      arguments_.command = Command::Version;
     } catch (const CLI::ParseError& error) {
       throw UsageError(whatIsWrong(error) + "; `opnimp --help` shows how it is used");
     }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/cli/program_version.h"
 #include "apps/opnimp/report/json_document.h"
 #include "base/dates.h"
 

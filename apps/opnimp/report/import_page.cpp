@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/cli/program_version.h"
 #include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/report/report_parts.h"
 #include "base/dates.h"

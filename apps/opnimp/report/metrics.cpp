@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/program_version.h"
 #include "apps/opnimp/records/file_bytes.h"
 #include "base/errors.h"
 #include "base/text.h"

@@ -6,6 +6,7 @@
 
 #include "apps/opnimp/audit/run_ended.h"
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/program_version.h"
 #include "apps/opnimp/journal/record_hash.h"
 #include "apps/opnimp/journal/repetition.h"
 #include "apps/opnimp/records/later_records.h"
