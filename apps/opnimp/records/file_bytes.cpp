@@ -18,8 +18,18 @@ std::string readBytes(FileSystem& files, std::string_view path) {
 }
 
 std::string fileErrorText(const std::string& path, const RuntimeError& error) {
+  namespace fs = std::filesystem;
   std::error_code unknown;
-  return std::filesystem::is_directory(path, unknown) ? "it is a folder" : error.description();
+  const fs::file_status status = fs::status(path, unknown);
+  if (fs::is_directory(status)) return "it is a folder";
+  if (!error.is(ErrorNumber::PathFileAccess)) return error.description();
+  if (fs::exists(status) && !fs::is_regular_file(status)) {
+    return "it is no file but a pipe, a socket or a device";
+  }
+  if (fs::is_symlink(fs::symlink_status(path, unknown))) {
+    return "it is a symbolic link, through which nothing is written";
+  }
+  return error.description();
 }
 
 void requireNoFile(const std::string& path) {
