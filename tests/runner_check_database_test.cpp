@@ -100,6 +100,16 @@ TEST_CASE("check-database: a preview tells of texts that a procedure would cut")
           "GRANT EXECUTE ON PROCEDURE sp_insert_CustDebitNote TO opnimp_import"}) {
       company.connection()->Execute(statement);
     }
+    // What an import passes would be changed without a word.
+    company.connection()->Execute("DROP PROCEDURE sp_acc_import_customeropeningbalance");
+    company.connection()->Execute(
+        "CREATE PROCEDURE sp_acc_import_customeropeningbalance(a varchar(9), amount int) SELECT 1");
+    company.connection()->Execute(
+        "GRANT EXECUTE ON PROCEDURE sp_acc_import_customeropeningbalance TO opnimp_import");
+    const Ran unfit = world.run({"check-database", world.kind, "--database", company.database()});
+    CHECK(unfit.status == 2);
+    CHECK_MESSAGE(contains(unfit.out, "    UNFIT: amount (int): amounts have fractions"),
+                  unfit.out);
     const std::string file = world.folder.write(
         "in.csv", crlf({openingTitles, "C001,A,abcd,03/03/2008,1.00,1.00",
                         "C001,A,abcde,03/03/2008,1.00,1.00", "C001,A,abcde,03/03/2008,-1.00,0"}));
@@ -115,6 +125,22 @@ TEST_CASE("check-database: a preview tells of texts that a procedure would cut")
     CHECK(contains(preview({"--database", company.database()}).out,
                    "line 3: 5 characters for reference of sp_insert_CustDebitNote, which takes 4"));
     CHECK(Json(preview({"--json"}).out).at("longValues") == "[]");
+  }
+}
+
+TEST_CASE("check-database: without a first transaction date no balance is imported") {
+  for (const char* date : {"'rubbish'", "''"}) {
+    CAPTURE(date);
+    RunnerWorld world;
+    openOdbc(embeddedConnectionString(world.database()))
+        ->Execute(std::string("UPDATE Setup SET OpeningDate = ") + date);
+    const Ran ran = world.importLines({openingTitles, "C001,A,R1,,1.00,1.00"});
+    CHECK(ran.status == 2);
+    CHECK_MESSAGE(contains(ran.out, "has no first transaction date"), ran.out);
+    const Ran check = world.run({"check-database", "--database", world.database()});
+    CHECK(check.status == 2);
+    CHECK(contains(check.out, "customer-opening: CANNOT WORK"));
+    CHECK(contains(check.out, "vendor: can work"));
   }
 }
 

@@ -38,6 +38,9 @@ TEST_CASE(
   CHECK(written.status == 0);
   CHECK(contains(world.run({"preview", "vendor-opening", file}).out, "end with status 0"));
   const std::string bytes = world.folder.read("opening.xls");
+  const std::string banks = world.folder.path("banks.xls");
+  CHECK(world.run({"template", "bank-branch", banks}).status == 0);
+  CHECK(world.run({"preview", "bank-branch", banks}).status == 0);
   for (const std::string_view part : {"Sheet1", "Columns", "Vendor ID", "what is still open"}) {
     CHECK(contains(bytes, part));
   }
@@ -60,4 +63,14 @@ TEST_CASE("file commands: the parts of a split file have all its records, each o
   CHECK(world.folder.read("long.1.csv") == crlf({openingTitles, "a", "b"}));
   CHECK(world.run({"split", file, "--records", "0"}).status == 3);
   CHECK(world.run({"split", world.folder.path("none.csv")}).status == 4);
+  for (const std::string& odd :
+       {std::string("t,u\na,b\nc,d\n"), std::string("t,u\ra,b\rc,d"),
+        std::string("\xFF\xFEt\0,\0", 6), crlf({"sep=;", "t;u", "a;b"}),
+        crlf({"Company,", "t,u", "a,b"}), crlf({"t,u", "a,\"b", "c\",d"})}) {
+    CAPTURE(odd);
+    const Ran refused = world.run({"split", world.folder.write("odd.csv", odd), "--records", "1"});
+    CHECK(refused.status == 2);
+    CHECK(contains(refused.err, "`opnimp convert KIND FILE NEW-FILE`"));
+    CHECK_FALSE(world.folder.has("odd.1.csv"));
+  }
 }

@@ -35,7 +35,7 @@ std::string eventsOf(const Ran& ran) {
 
 TEST_CASE("events: what a program reads of a run, line by line") {
   struct Row {
-    const char* fates;  // a look-up and two calls for each record, the date before them
+    const char* fates;  // a look-up and two calls for each record, the date before them, twice
     std::vector<std::string> options;
     int status;
     const char* events;
@@ -43,17 +43,17 @@ TEST_CASE("events: what a program reads of a run, line by line") {
   const Row rows[] = {
       {"", {}, 0, "begin 4\nend 0 {\"posted\":4}\n"},
       {"", {"--dry-run"}, 0, "begin 4\nend 0 {\"posted\":4}\n"},
-      {"....x..d",
+      {".....x..d",
        {},
        1,
        "begin 4\nrecord 2 \"partial\"\nrecord 3 \"partial\"\n"
        "end 1 {\"posted\":2,\"partial\":2}\n"},
-      {"......X",
+      {".......X",
        {},
        5,
        "begin 4\nrecord 3 \"unknown\"\nconnection-lost\n"
        "end 5 {\"posted\":1,\"unknown\":1,\"not-reached\":2}\n"},
-      {".....t", {}, 5, "begin 4\nbroke-off\nend 5 {\"posted\":1,\"not-reached\":3}\n"},
+      {"......t", {}, 5, "begin 4\nbroke-off\nend 5 {\"posted\":1,\"not-reached\":3}\n"},
       {"", {"--map", "Balance=none such"}, 2, "end 2 {}\n"},
       {"", {"--report", "/no such/r.html"}, 4, "failure 4\n"},
       {"", {"--no-such"}, 3, "failure 3\n"},

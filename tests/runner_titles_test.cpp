@@ -2,6 +2,7 @@
 #include <doctest/doctest.h>
 
 #include "apps/opnimp/records/title_suggestions.h"
+#include "shared/csv_text.h"
 #include "tests/support/runner.h"
 
 using namespace velk;
@@ -63,6 +64,31 @@ TEST_CASE("titles: a column goes to the field that it fits best, and one that is
   REQUIRE(both.size() == 2);
   CHECK(both[0].option() == "Bill Amount=Amount");
   CHECK(both[1].option() == "Balance=Amount Due");
+}
+
+TEST_CASE("titles: where two columns may be the field both are named, and no command is ready") {
+  const struct {
+    std::string_view field, titles, columns;
+  } rows[] = {{"Bill Amount", "Bill Amt,Balance Amount,Amount", "31"},
+              {"Vendor Code", "Vendor,Supplier Code", "12"},
+              {"Vendor Code", "Vendor,VENDOR CODE", "2"},
+              {"Customer ID", "Debit,Credit,Dr/Cr", ""}};
+  for (const auto& row : rows) {
+    CAPTURE(row.titles);
+    std::string columns;
+    for (const auto& each : suggestTitles({{std::string(row.field), {}, {}}},
+                                          splitLine(row.titles, QuotedComma::Keep))) {
+      columns += std::to_string(each.column + 1);
+      CHECK(each.isDoubtful == (row.columns.size() > 1));
+    }
+    CHECK(columns == row.columns);
+  }
+  RunnerWorld world;
+  const Ran refused = world.importLines(
+      {"Customer ID,Customer Name,Reference,Date,Bill Amt,Amount,Balance", good1});
+  CHECK(
+      contains(refused.out, "\"Bill Amt\" may be Bill Amount (the same words, shortened; so may"));
+  CHECK_FALSE(contains(refused.out, "`opnimp import"));
 }
 
 TEST_CASE("titles: a refusal names the columns, and what it suggests makes the import work") {

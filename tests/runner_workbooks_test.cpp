@@ -111,10 +111,9 @@ TEST_CASE("workbooks: a sheet is taken where there is no doubt, else they are na
   const std::string both = world.folder.write(
       "both",
       zipped(xlsxParts({one, {"More", {"", openingCaptions, "|C002||7|#2008-03-01|5|5"}}})));
-  for (const auto& [sheet, status] :
-       {std::pair("Balances", 0), {"More", 0}, {"Balances", 2}, {"more", 2}}) {
-    CAPTURE(sheet);
-    CHECK(world.import(both, {"--sheet", sheet}).status == status);
+  for (const auto& row : {std::pair("Balances", 0), {"More", 0}, {"Balances", 2}, {"more", 2}}) {
+    CAPTURE(row.first);
+    CHECK(world.import(both, {"--sheet", row.first}).status == row.second);
   }
   const std::string book = world.folder.write("b", zipped(xlsxParts(oneBalance)));
   CHECK(world.import(book, {"--delimiter", "tab"}).status == 3);

@@ -22,6 +22,7 @@
 #include "apps/opnimp/run/profiles.h"
 #include "apps/opnimp/run/program_report.h"
 #include "apps/opnimp/run/run_support.h"
+#include "apps/opnimp/run/split_command.h"
 
 namespace velk {
 
@@ -156,6 +157,8 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
                 nullptr, events, streams);
   } catch (const UsageError& error) {
     return fail(ExitStatus::Usage, masked(error.what(), args), document, events, streams);
+  } catch (const Refused& error) {
+    return fail(ExitStatus::Refused, masked(error.what(), args), document, events, streams);
   } catch (const CannotOpen& error) {
     return fail(ExitStatus::CannotOpen, masked(error.what(), args), document, events, streams);
   } catch (const std::bad_alloc&) {

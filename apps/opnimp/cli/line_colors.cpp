@@ -11,7 +11,7 @@ constexpr std::string_view bold = "\x1B[1m";
 constexpr std::string_view red = "\x1B[1;31m";
 constexpr std::string_view yellow = "\x1B[33m";
 constexpr std::string_view green = "\x1B[32m";
-constexpr std::string_view plain = "\x1B[0m";
+constexpr std::string_view endOfColor = "\x1B[0m";
 
 struct LineSort {
   std::string_view beginning;
@@ -73,7 +73,7 @@ bool LineColors::begin() {
 }
 
 bool LineColors::end(char c) {
-  const bool passed = (isBegun_ || begin()) && (!isColored_ || put(plain)) && put({&c, 1});
+  const bool passed = (isBegun_ || begin()) && (!isColored_ || put(endOfColor)) && put({&c, 1});
   isBegun_ = isColored_ = false;
   return passed;
 }

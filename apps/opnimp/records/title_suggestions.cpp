@@ -1,6 +1,7 @@
 #include "apps/opnimp/records/title_suggestions.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -84,6 +85,9 @@ std::optional<std::string> misspelt(const Name& title, const Name& name) {
                                : letters + " from a usual name for it" + ofLanguage(name);
 }
 
+// From the most certain to the least.
+constexpr std::array likenesses{sameTitle, usualName, shortened, misspelt};
+
 struct Open {
   const FieldMapping* field;
   std::vector<Name> names;
@@ -93,6 +97,57 @@ struct Unused {
   std::size_t column;
   Name title;
 };
+
+/// How a column looks like a field.
+struct Likeness {
+  std::size_t rank = likenesses.size();  // the most certain one is 0
+  std::string reason;
+
+  bool isNone() const { return rank == likenesses.size(); }
+};
+
+Likeness likenessOf(const Open& field, const Unused& column) {
+  for (std::size_t rank = 0; rank < likenesses.size(); ++rank) {
+    for (const Name& name : field.names) {
+      if (auto reason = likenesses[rank](column.title, name)) return {rank, std::move(*reason)};
+    }
+  }
+  return {};
+}
+
+struct Pair {
+  std::size_t field;   // of the open ones
+  std::size_t column;  // of the unused ones
+  Likeness likeness;
+};
+
+/// Each field and each column once, those that fit best first; `all` is in the order of likeness.
+std::vector<const Pair*> bestPairs(const std::vector<Pair>& all) {
+  std::vector<const Pair*> best;
+  for (const Pair& pair : all) {
+    const bool isTaken = std::ranges::any_of(best, [&](const Pair* taken) {
+      return taken->field == pair.field || taken->column == pair.column;
+    });
+    if (!isTaken) best.push_back(&pair);
+  }
+  return best;
+}
+
+/// Whether the column may be meant as well as the one that the field has: it has no better use.
+bool rivals(const Pair& pair, const std::vector<const Pair*>& best) {
+  return std::ranges::none_of(best, [&](const Pair* taken) {
+    if (taken->field == pair.field) return taken->likeness.rank == 0;
+    return taken->column == pair.column && taken->likeness.rank <= pair.likeness.rank;
+  });
+}
+
+// A column of one side of the account is no field's, whatever it is short for.
+bool isSideOfAccount(std::string_view letters) {
+  constexpr std::array<std::string_view, 12> sides{"debit", "credit", "dr",    "cr",
+                                                   "soll",  "haben",  "debet", "debe",
+                                                   "haber", "dare",   "avere", "drcr"};
+  return std::ranges::count(sides, letters) > 0;
+}
 
 std::vector<Open> openFields(const std::vector<FieldMapping>& mapping) {
   std::vector<Open> open;
@@ -108,7 +163,8 @@ std::vector<Unused> unusedColumns(const std::vector<FieldMapping>& mapping,
   for (std::size_t column = 0; column < std::min(titles.size(), mostColumns); ++column) {
     if (std::ranges::count(mapping, column, &FieldMapping::column) > 0) continue;
     Name title = nameOf(titles[column], {});
-    if (!title.letters.empty()) unused.push_back({column, std::move(title)});
+    if (!title.letters.empty() && !isSideOfAccount(title.letters))
+      unused.push_back({column, std::move(title)});
   }
   return unused;
 }
@@ -121,32 +177,32 @@ std::string TitleSuggestion::option() const {
   return field + "=" + (plain ? title : "#" + std::to_string(column + 1));
 }
 
-// From the most certain likeness to the least, so that a column goes to the field that it fits
-// best.
 std::vector<TitleSuggestion> suggestTitles(const std::vector<FieldMapping>& mapping,
                                            const std::vector<std::string>& titles) {
-  std::vector<Open> open = openFields(mapping);
-  std::vector<Unused> unused = unusedColumns(mapping, titles);
-  std::vector<TitleSuggestion> found;
-  for (const auto likeness : {sameTitle, usualName, shortened, misspelt}) {
-    std::erase_if(open, [&](const Open& field) {
-      for (const Name& name : field.names) {
-        for (auto column = unused.begin(); column != unused.end(); ++column) {
-          const auto reason = likeness(column->title, name);
-          if (!reason) continue;
-          const std::string title(trim(titles[column->column]));
-          found.push_back({field.field->field, column->column, title,
-                           std::ranges::count(titles, titles[column->column]) > 1, *reason});
-          unused.erase(column);
-          return true;
-        }
-      }
-      return false;
-    });
+  const std::vector<Open> open = openFields(mapping);
+  const std::vector<Unused> unused = unusedColumns(mapping, titles);
+  std::vector<Pair> all;
+  for (std::size_t field = 0; field < open.size(); ++field) {
+    for (std::size_t column = 0; column < unused.size(); ++column) {
+      Likeness likeness = likenessOf(open[field], unused[column]);
+      if (!likeness.isNone()) all.push_back({field, column, std::move(likeness)});
+    }
   }
-  std::ranges::sort(found, {}, [&](const TitleSuggestion& suggestion) {
-    return std::ranges::find(mapping, suggestion.field, &FieldMapping::field) - mapping.begin();
-  });
+  std::ranges::stable_sort(all, {}, [](const Pair& pair) { return pair.likeness.rank; });
+  const std::vector<const Pair*> best = bestPairs(all);
+  std::vector<const Pair*> chosen = best;
+  for (const Pair& pair : all) {
+    if (std::ranges::count(best, &pair) == 0 && rivals(pair, best)) chosen.push_back(&pair);
+  }
+  std::ranges::stable_sort(chosen, {}, &Pair::field);
+  std::vector<TitleSuggestion> found;
+  for (const Pair* pair : chosen) {
+    const std::string& title = titles[unused[pair->column].column];
+    found.push_back({open[pair->field].field->field, unused[pair->column].column,
+                     std::string(trim(title)), std::ranges::count(titles, title) > 1,
+                     pair->likeness.reason,
+                     std::ranges::count(chosen, pair->field, &Pair::field) > 1});
+  }
   return found;
 }
 

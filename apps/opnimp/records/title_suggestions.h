@@ -16,13 +16,14 @@ struct TitleSuggestion {
   std::string title;        ///< of that column
   bool isRepeated = false;  ///< another column has the same title
   std::string reason;       ///< why it looks so, such as "the same words, shortened"
+  bool isDoubtful = false;  ///< another column looks like the field, too
 
   /// The value of --map that maps it, without quotes: Field=Column.
   std::string option() const;
 };
 
-/// `titles`: of all columns of the file. At most one for a field and for a column, in the order of
-/// the fields.
+/// `titles`: of all columns of the file. In the order of the fields; several for one, or of one
+/// column, only where that is doubtful.
 std::vector<TitleSuggestion> suggestTitles(const std::vector<FieldMapping>& mapping,
                                            const std::vector<std::string>& titles);
 

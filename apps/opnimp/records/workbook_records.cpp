@@ -70,8 +70,8 @@ std::string WorkbookRecords::captionFaults() const {
     const std::string_view caption = salesmanCaptions[static_cast<std::size_t>(column) - 1];
     const std::string found = text(1, column);
     if (equalsIgnoringCase(found, caption)) continue;
-    faults += (faults.empty() ? "" : ", ") + columnLetters(column) + "1 holds " +
-              quotedCell(found) + " instead of \"" + std::string(caption) + "\"";
+    faults += (faults.empty() ? "" : ", ") + columnLetters(static_cast<std::size_t>(column)) +
+              "1 holds " + quotedCell(found) + " instead of \"" + std::string(caption) + "\"";
   }
   return faults;
 }

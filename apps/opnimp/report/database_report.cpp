@@ -34,6 +34,7 @@ void writeProcedure(const ProcedureCheck& procedure, std::ostream& out) {
     out << ": takes " << printable(takenText(procedure.takes));
   }
   out << '\n';
+  for (const std::string& unfit : procedure.unfit) out << "    UNFIT: " << printable(unfit) << '\n';
 }
 
 void writeKind(const KindCheck& kind, std::ostream& out) {
@@ -65,7 +66,8 @@ Json procedureJson(const ProcedureCheck& procedure) {
   return {{"name", procedure.name},
           {"passed", procedure.passed},
           {"refused", procedure.isRefused},
-          {"takes", std::move(takes)}};
+          {"takes", std::move(takes)},
+          {"unfit", procedure.unfit}};
 }
 
 Json kindJson(const KindCheck& kind) {
@@ -85,7 +87,7 @@ Json kindJson(const KindCheck& kind) {
 
 bool KindCheck::canWork() const {
   return std::ranges::all_of(lookUps, [](const auto& each) { return each.error.empty(); }) &&
-         std::ranges::none_of(procedures, &ProcedureCheck::isRefused);
+         std::ranges::all_of(procedures, &ProcedureCheck::canWork);
 }
 
 ExitStatus DatabaseCheck::status() const {
@@ -98,10 +100,8 @@ void writeCheckText(const DatabaseCheck& check, std::ostream& out) {
   writeFact("Engine", check.facts.engine, out);
   writeFact("Texts", check.facts.encoding, out);
   writeFact("NOCOUNT", check.facts.noCount, out);
-  writeFact(
-      "First transaction date",
-      check.firstDate.empty() ? "none: records with a date would be refused" : check.firstDate,
-      out);
+  writeFact("First transaction date",
+            check.firstDate.empty() ? "none: balances cannot be imported" : check.firstDate, out);
   writeFact("Dates from", check.earliestDate, out);
   for (const KindCheck& kind : check.kinds) writeKind(kind, out);
   writeRights(check.facts.excessRights, out);

@@ -21,6 +21,9 @@ struct ProcedureCheck {
   std::size_t passed = 0;  ///< how many parameters an import gives it
   bool isRefused = false;  ///< it is missing, takes another number, or may not be run
   std::vector<CatalogueParameter> takes{};  ///< if that is told
+  std::vector<std::string> unfit{};         ///< of these, those that cannot take what is passed
+
+  bool canWork() const { return !isRefused && unfit.empty(); }
 };
 
 struct KindCheck {

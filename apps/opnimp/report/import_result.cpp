@@ -297,8 +297,10 @@ std::vector<TitleSuggestion> suggestionsFor(const ImportResult& result) {
 }
 
 std::string sentenceOf(const TitleSuggestion& suggestion) {
-  return "\"" + suggestion.title + "\" looks like " + suggestion.field + " (" + suggestion.reason +
-         "): --map \"" + suggestion.option() + "\"";
+  return "\"" + suggestion.title + (suggestion.isDoubtful ? "\" may be " : "\" looks like ") +
+         suggestion.field + " (" + suggestion.reason +
+         (suggestion.isDoubtful ? "; so may another column" : "") + "): --map \"" +
+         suggestion.option() + "\"";
 }
 
 std::string fromText(const ImportResult& result) {

@@ -44,6 +44,7 @@ Json suggestionsJson(const std::vector<TitleSuggestion>& suggestions) {
                     {"column", suggestion.column + 1},
                     {"title", suggestion.title},
                     {"reason", suggestion.reason},
+                    {"doubtful", suggestion.isDoubtful},
                     {"map", suggestion.option()}});
   }
   return list;

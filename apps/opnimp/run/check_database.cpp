@@ -20,32 +20,26 @@ LookUpCheck lookedUp(OwnConnection& database, const std::string& text) {
   return check;
 }
 
-KindCheck checked(OwnConnection& database, const ImportKind& kind) {
+KindCheck checked(OwnConnection& database, const ImportKind& kind, const std::string& firstDate) {
   KindCheck check{std::string(kind.name), {}, {}};
   const CompanyNeeds needs = needsOf(kind);
-  for (const std::string& text : needs.lookUps) check.lookUps.push_back(lookedUp(database, text));
+  for (const std::string& text : needs.lookUps) {
+    LookUpCheck& lookUp = check.lookUps.emplace_back(lookedUp(database, text));
+    if (text == firstDateQuery && lookUp.error.empty() && firstDate.empty()) {
+      lookUp.error = noFirstDate;
+    }
+  }
   for (const ProcedureNeed& need : needs.procedures) {
     ProcedureCheck& procedure =
         check.procedures.emplace_back(ProcedureCheck{std::string(need.name), need.parameters});
     // What the catalogue does not answer is left to the import.
     trapErrors([&] { procedure.isRefused = database.isRefused(need.name, need.parameters); },
                [&](const RuntimeError&) { procedure.isRefused = true; });
-    if (!procedure.isRefused) procedure.takes = database.parametersOf(need.name);
+    if (procedure.isRefused) continue;
+    procedure.takes = database.parametersOf(need.name);
+    procedure.unfit = unfitParameters(need, procedure.takes);
   }
   return check;
-}
-
-/// Empty if it is not known; the look-up above says why.
-std::string firstTransactionDate(OwnConnection& database) {
-  std::string date;
-  const auto ask = [&] {
-    const auto rows = database.Execute(firstDateQuery);
-    if (rows->isEOF()) return;
-    date = toText(rows->field(0));
-    date = toText(toDate(rows->field(0), 0));
-  };
-  trapErrors(ask, [](const RuntimeError&) {});
-  return date;
 }
 
 }  // namespace
@@ -55,13 +49,15 @@ ExitStatus checkDatabase(const Arguments& arguments, const Streams& streams,
   RunGate gate;
   DatabaseHosts hosts(chooseDatabases(arguments, surroundings), surroundings, gate);
   const auto database = openUnlocked(hosts);
-  DatabaseCheck check{hosts.shown(), database->facts(), firstTransactionDate(*database), {}, {}};
+  DatabaseCheck check{hosts.shown(), database->facts(), {}, {}, {}};
+  const auto firstDate = [&] { check.firstDate = firstTransactionDate(*database); };
+  trapErrors(firstDate, [](const RuntimeError&) {});  // the look-up of the kinds says why
   const Date earliest = database->earliestDate();
   if (earliest.days > firstCalendarDay) check.earliestDate = toText(earliest);
   for (const ImportKind& kind : importKinds()) {
     const bool isAsked = arguments.kinds.empty() ||
                          std::ranges::find(arguments.kinds, &kind) != arguments.kinds.end();
-    if (isAsked) check.kinds.push_back(checked(*database, kind));
+    if (isAsked) check.kinds.push_back(checked(*database, kind, check.firstDate));
   }
   if (database->isLost()) {
     throw CannotOpen("the connection to the database " + hosts.shown() +

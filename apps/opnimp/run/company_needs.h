@@ -7,12 +7,15 @@
 #include <vector>
 
 #include "apps/opnimp/cli/kinds.h"
+#include "platform/database.h"
 
 namespace velk {
 
 struct ProcedureNeed {
   std::string_view name;
   std::size_t parameters;
+  /// What an import passes, a letter each: t a text, d a date, n an amount; empty: not compared.
+  std::string_view passes{};
 };
 
 struct CompanyNeeds {
@@ -23,5 +26,17 @@ struct CompanyNeeds {
 /// Without which no record of the kind could be posted. That the screens' colours are looked up as
 /// well does not count.
 CompanyNeeds needsOf(const ImportKind& kind);
+
+/// The parameters that would change or refuse what is passed, such as "amount (int): amounts have
+/// fractions". Types that are not known are trusted.
+std::vector<std::string> unfitParameters(const ProcedureNeed& need,
+                                         const std::vector<CatalogueParameter>& takes);
+
+inline constexpr std::string_view noFirstDate =
+    "there is no date that can be read, and a document without one would get a wrong one";
+
+/// As balances are dated by it; empty if there is none that can be read. Raises RuntimeError if it
+/// cannot be asked for.
+std::string firstTransactionDate(Connection& database);
 
 }  // namespace velk

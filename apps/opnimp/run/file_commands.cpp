@@ -1,14 +1,12 @@
 #include "apps/opnimp/run/file_commands.h"
 
 #include <algorithm>
-#include <numeric>
 #include <vector>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/kinds.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/records/csv_records.h"
-#include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/report/kinds_report.h"
 #include "apps/opnimp/run/run_support.h"
 #include "base/text.h"
@@ -48,12 +46,14 @@ void fillNotes(WorksheetWriter& sheet, const ImportKind& kind) {
     int column = 0;
     for (const std::string_view text : texts) sheet.setText(row, ++column, text);
   };
-  constexpr int columns = 5;
-  write(1, {"Column", "Nature", "Every record", "What it may be", "Example"});
+  // Fewer than any kind of record has: it must not pass for a sheet of records.
+  constexpr int columns = 3;
+  write(1, {"Column", "Every record", "What it may be"});
   int row = 1;
   for (const FieldTitle& field : columnsOf(kind)) {
-    write(++row, {field.title, natureName(field.nature), field.mandatory ? "yes" : "", field.what,
-                  field.example});
+    const std::string what = std::string(natureName(field.nature)) +
+                             (field.what.empty() ? "" : ": ") + std::string(field.what);
+    write(++row, {field.title, field.mandatory ? "yes" : "", what});
   }
   sheet.setBold({1, 1, 1, columns});
   sheet.autoFit(1, columns);
@@ -102,35 +102,6 @@ ExitStatus writeTemplate(const Arguments& arguments, const Streams& streams) {
   });
   streams.out << "Written:   " << printable(arguments.file) << '\n'
               << "Next:      Put your records in the place of the example in line 2.\n";
-  return ExitStatus::Posted;
-}
-
-ExitStatus splitFile(const Arguments& arguments, const Streams& streams) {
-  const CsvRecords input(readFile(arguments.file));
-  if (input.isWorkbook()) {
-    throw UsageError(arguments.file +
-                     " is a workbook; `opnimp convert` makes comma-separated text of it, "
-                     "which can be split");
-  }
-  const std::size_t most = arguments.recordsInFile;
-  if (input.count() <= most) {
-    streams.out << printable(arguments.file) << " has "
-                << counted(input.count(), "record", "records") << ": nothing is to be split.\n";
-    return ExitStatus::Posted;
-  }
-  std::vector<std::string> paths;
-  for (std::size_t first = 0; first < input.count(); first += most) {
-    paths.push_back(numbered(arguments.file, paths.size() + 1));
-    requireNoFile(paths.back());
-  }
-  NativeFileSystem files;
-  for (std::size_t part = 0; part < paths.size(); ++part) {
-    std::vector<std::size_t> records(std::min(most, input.count() - part * most));
-    std::iota(records.begin(), records.end(), part * most);
-    writing("the file", paths[part], "its name", [&] { input.write(files, paths[part], records); });
-    streams.out << "Written:   " << printable(paths[part]) << " ("
-                << counted(records.size(), "record", "records") << ")\n";
-  }
   return ExitStatus::Posted;
 }
 

@@ -12,7 +12,5 @@ ExitStatus tellKinds(const Arguments& arguments, const Streams& streams);
 /// Writes a file of a kind with its titles and an example; a workbook with what each column may be
 /// on a second sheet.
 ExitStatus writeTemplate(const Arguments& arguments, const Streams& streams);
-/// Writes files of as many records as a screen takes, one after the other.
-ExitStatus splitFile(const Arguments& arguments, const Streams& streams);
 
 }  // namespace velk

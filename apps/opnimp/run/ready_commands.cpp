@@ -49,8 +49,13 @@ std::vector<std::string> readyCommands(const ImportResult& result) {
   std::vector<std::string> choices;
   if (!result.refused() || result.refusedWithAnother || result.repeats) return choices;
   choices = result.input->conversion().choices;
+  const std::vector<TitleSuggestion> suggestions = suggestionsFor(result);
+  // Which of two columns is meant is for the user to say.
+  if (std::ranges::any_of(suggestions, &TitleSuggestion::isDoubtful)) {
+    return readyCommands(result.arguments, choices);
+  }
   std::string maps;
-  for (const TitleSuggestion& suggestion : suggestionsFor(result)) {
+  for (const TitleSuggestion& suggestion : suggestions) {
     maps.append(maps.empty() ? "" : " ").append("--map ").append(shellWord(suggestion.option()));
   }
   if (!maps.empty()) choices.push_back(maps);

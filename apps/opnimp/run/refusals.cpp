@@ -1,12 +1,16 @@
 #include "apps/opnimp/run/refusals.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/run/company_needs.h"
 #include "base/date_reader.h"
+#include "base/errors.h"
 #include "mapping/import_run.h"
+#include "opening/opening_kinds.h"
 
 namespace velk {
 
@@ -32,6 +36,16 @@ std::string misreadingsText(const std::vector<Warning>& warnings, const Argument
   return "what would be posted is not what is written. Correct what the warnings name, or import "
          "it as it is read, with --accept " +
          listed;
+}
+
+/// Whether a document would get the default date.
+bool hasUndated(const ImportResult& result) {
+  const std::size_t width = mappedWidth(result.mapping);
+  for (std::size_t record = 0; record < result.input->count(); ++record) {
+    const auto fields = result.input->fields(record, width);
+    if (mappedCell(fields, result.mapping, openingField::date).empty()) return true;
+  }
+  return false;
 }
 
 void requireValues(const ImportResult& result) {
@@ -114,6 +128,16 @@ void requireWhole(const ImportResult& result) {
   const std::string unmapped = unmappedFields(result.mapping, kind.mandatory);
   if (!unmapped.empty()) throw Refused(unmappedText(unmapped, *result.input));
   requireValues(result);
+}
+
+// What cannot be asked for the import asks again, and tells.
+void requireFirstDate(const ImportResult& result, Connection& database) {
+  if (result.arguments.kind->opening == nullptr || !hasUndated(result)) return;
+  std::optional<std::string> date;
+  trapErrors([&] { date = firstTransactionDate(database); }, [](const RuntimeError&) {});
+  if (!date || !date->empty()) return;
+  throw Refused("the database has no first transaction date (" + std::string(firstDateQuery) +
+                "): " + std::string(noFirstDate) + ". Enter it in the company's settings first");
 }
 
 }  // namespace velk

@@ -32,4 +32,7 @@ void requireDates(const ImportResult& result, Date earliest, int currentYear);
 /// posted by then.
 void requireWhole(const ImportResult& result);
 
+/// Raises Refused for balances without a date where the database has no first transaction date.
+void requireFirstDate(const ImportResult& result, Connection& database);
+
 }  // namespace velk

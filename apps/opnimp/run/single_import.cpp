@@ -280,6 +280,7 @@ void SingleImport::prepareRun() {
   result_.mapping = readMapping(session_->screen());
   findWarningsNow();
   requireImportable(result_);
+  requireFirstDate(result_, *call_.database);
   requireDates(result_, call_.database->earliestDate(),
                civilFromDate(call_.surroundings.clock()).year);
   // Each screen looks at its own records only, when those before are posted.
