@@ -182,16 +182,16 @@ TEST_CASE("faults: a database that does not answer is left with an account") {
     const char* fault;
     const char* wait;
     std::string_view why;
-  } rows[] = {{"Faults=h", "0", "it was interrupted"},
-              {"Faults=H", "0", "it was interrupted"},
-              {"Faults=..H", "0", "it was interrupted"},
+  } rows[] = {{"Faults=h", "30", "it was interrupted"},
+              {"Faults=H", "30", "it was interrupted"},
+              {"Faults=..H", "30", "it was interrupted"},
               {"Faults=..H", "1", "no answer within its time-out of 1 s, and nothing ended it"}};
   for (const auto& row : rows) {
     CAPTURE(row.fault);
     FaultWorld world;
     world.surroundings.answerPatience = std::chrono::milliseconds(50);
     // Only to who waits for the run, so that it does not end between two records.
-    world.surroundings.interrupted = [self, never = row.wait[0] != '0'] {
+    world.surroundings.interrupted = [self, never = row.wait[0] == '1'] {
       return !never && std::this_thread::get_id() == self;
     };
     const auto start = std::chrono::steady_clock::now();

@@ -1,6 +1,7 @@
 // What runs leave that were killed or interrupted, and how others go on with them.
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "apps/opnimp/journal/record_hash.h"
 #include "apps/opnimp/records/csv_records.h"
@@ -45,8 +46,9 @@ void loseEntries(const RunnerWorld& world, std::size_t count) {
 Ran interruptedImport(RunnerWorld& world, const std::string& file, std::size_t records,
                       const std::vector<std::string>& more) {
   // Asked once before the run, and before each record.
-  world.surroundings.interrupted = [left = static_cast<int>(records) + 1]() mutable {
-    return left-- <= 0;
+  world.surroundings.interrupted = [left = static_cast<int>(records) + 1,
+                                    self = std::this_thread::get_id()]() mutable {
+    return std::this_thread::get_id() != self && left-- <= 0;
   };
   const Ran ran = world.import(file, more);
   world.surroundings.interrupted = [] { return false; };
