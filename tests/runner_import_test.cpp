@@ -275,22 +275,22 @@ TEST_CASE("what becomes of records when calls fail") {
       vendors{"vendor", vendorTitles, {"", "1,2,,,,,,,,", "5,6,,,,,,,,", ""}};
   const struct {
     decltype(customers)& file;
-    // Customers: 1 colours, 2 and 3 first date, then look-up, note, entry a record; the others:
+    // Customers: 1 colours, 2 first date, then look-up, note, entry a record; the others:
     // 1 colours, then two calls a record, or one for a refused vendor.
     std::string_view fates;
     std::string_view outcomes;
     int status;
     std::size_t doubtful;  // the record in the check file; 0: none
   } rows[] = {
-      {customers, ".......xx", "posted failed posted", 1, 0},
-      {customers, "......x", "posted rejected posted", 1, 0},
-      {customers, "......t", "posted not-reached not-reached", 5, 0},
-      {customers, "......m", "posted not-reached not-reached", 5, 0},
-      {customers, ".......m", "posted unknown not-reached", 5, 2},
+      {customers, "......xx", "posted failed posted", 1, 0},
+      {customers, ".....x", "posted rejected posted", 1, 0},
+      {customers, ".....t", "posted not-reached not-reached", 5, 0},
+      {customers, ".....m", "posted not-reached not-reached", 5, 0},
+      {customers, "......m", "posted unknown not-reached", 5, 2},
       {customers, "X", "not-reached not-reached not-reached", 5, 0},
-      {customers, "..........L", "posted posted unknown", 5, 3},
-      {customers, "....xX", "unknown not-reached not-reached", 5, 1},
-      {customers, "..x", "not-reached not-reached not-reached", 5, 0},
+      {customers, ".........L", "posted posted unknown", 5, 3},
+      {customers, "...xX", "unknown not-reached not-reached", 5, 1},
+      {customers, ".x", "not-reached not-reached not-reached", 5, 0},
       {banks, ".x", "partial posted", 1, 1},
       {banks, ".xx..", "failed posted", 1, 0},
       {banks, "...l", "posted partial", 1, 2},

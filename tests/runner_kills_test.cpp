@@ -175,22 +175,6 @@ bool killAndResume(const KilledRun& killed, const Usual& usual, std::chrono::mic
   return midway;
 }
 
-/// In one transaction: all of it is there, or nothing. Answers as killAndResume.
-bool killWholeAndResume(const KilledRun& killed, const Usual& usual,
-                        std::chrono::microseconds after) {
-  killed.run({"--all-or-nothing"}, after);
-  const Texts left = killed.facts();
-  CHECK((left.empty() || left == usual.facts));
-  Ran resumed = killed.run({"--all-or-nothing", "--resume"});
-  CAPTURE(resumed.err);
-  if (contains(resumed.err, "reached all records")) return false;  // it was about to be kept
-  const bool midway = resumed.status == 0;
-  if (!midway) resumed = killed.run({});
-  CHECK(resumed.status == 0);
-  CHECK(killed.facts() == usual.facts);
-  return midway;
-}
-
 /// One of so many is killed between its first record and its end.
 constexpr int enoughRounds = 30;
 
@@ -201,24 +185,6 @@ int roundsOf(const TestEngine& engine, const Killed& import) {
 }
 
 }  // namespace
-
-TEST_CASE("a run in one transaction killed at any moment leaves all or nothing") {
-  std::mt19937 random{std::random_device()()};
-  for (const TestEngine& engine : testEngines()) {
-    CAPTURE(std::string(engine.name));
-    const Killed& import = imports[0];
-    const Usual usual(KilledRun(import, engine));
-    std::uniform_int_distribution<long long> moment(usual.took.count() / 2, usual.took.count());
-    const int rounds = roundsOf(engine, import);
-    bool midway = false;
-    for (int round = 0; round < (triesAll() ? rounds : 5 * rounds); ++round) {
-      if (midway && !triesAll()) break;
-      const std::chrono::microseconds after(moment(random));
-      midway |= killWholeAndResume(KilledRun(import, engine), usual, after);
-    }
-    CHECK((midway || rounds < enoughRounds));
-  }
-}
 
 TEST_CASE("a run killed at any moment is taken up, and one record is in doubt at most") {
   const unsigned seed = std::random_device()();
