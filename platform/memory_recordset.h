@@ -25,6 +25,9 @@ class MemoryRecordset final : public Recordset {
   std::shared_ptr<Recordset> NextRecordset() override;
   void Close() override;
 
+  /// Of an open one.
+  std::size_t columns() const { return columns_; }
+
   /// What NextRecordset answers, however often it is asked: a further result, or the error met on
   /// the way to it.
   void setNext(std::shared_ptr<MemoryRecordset> next) { next_ = std::move(next); }

@@ -194,5 +194,35 @@ TEST_CASE("engines: a run that was interrupted is resumed, and nothing is posted
   }
 }
 
+/// Whatever it answers, and whatever a file has for it to answer.
+TEST_CASE("engines: a note that answers the texts it was given, and fails behind them") {
+  for (const TestEngine& engine : testEngines()) {
+    if (std::string_view(engine.name) != "mariadb") continue;  // elsewhere its answer is dropped
+    EngineWorld world(engine);
+    for (const char* statement :
+         {"DROP PROCEDURE sp_insert_CustDebitNote",
+          "CREATE PROCEDURE sp_insert_CustDebitNote(party text, reference text, made datetime, "
+          "amount double, balance double, narration text) BEGIN INSERT INTO CustomerDebitNote "
+          "(CustomerID, DocReference, DocumentDate, Amount, Balance, Narration) VALUES (party, "
+          "reference, made, amount, balance, ''); SELECT party, 0; SELECT reference, "
+          "last_insert_id(); SELECT reference, 0; SELECT narration; IF amount = 30 THEN SIGNAL "
+          "SQLSTATE '45000'; END IF; END",
+          "GRANT EXECUTE ON PROCEDURE sp_insert_CustDebitNote TO opnimp_import"}) {
+      world.company.connection()->Execute(statement);
+    }
+    const Ran ran =
+        world.importLines({openingTitles, "C001,A,opnimp 1,,10,10", "C002,A,opnimp 2,,20,20",
+                           "C003,A,opnimp 3,,30,30"},
+                          {"--json", "--accept", "all", "--database", world.company.database()});
+    const Json report(ran.out);
+    CHECK_MESSAGE(report.outcomes() == "posted posted partial", ran.out);
+    CHECK(report.at("records[2].calls[1].result") == "failed-late");
+    CHECK(report.at("records[2].calls[2].result") == "ok");
+    CHECK(dump(*world.company.connection(),
+               "select CustomerID, OpeningBalance from CustomerOpeningBalance",
+               2) == "C001|10|\nC002|20|\nC003|30|\n");
+  }
+}
+
 }  // namespace
 }  // namespace velk

@@ -469,7 +469,9 @@ TEST_CASE("hosts: an embedded database has none, a file names one a line") {
     int status;
     const char* says;
   };
-  for (const Case& each : {Case{"Driver=a\r\n\r\nDriver=b\n", 0, ""},
+  for (const Case& each : {Case{"\xEF\xBB\xBF"
+                                "Driver=a\r\n\r\nDriver=b\n",
+                                0, ""},
                            {"Driver=a\nb\n", 4, "holds a line that"},
                            {"\n", 4, "holds no connection string"}}) {
     CAPTURE(each.text);

@@ -35,6 +35,12 @@ const Misread customers[] = {
     {openingTitles, "C001,,R1,,1,1", "C002,,R2,,1,250.00,250.00", "long-lines", "null",
      "C002,,R2,,1,250.00,250.00",
      R"(Customer ID "C002", Customer Name nothing, Reference "R2", Date nothing, Bill Amount "1", Balance "250.00")"},
+    {"Customer ID,Reference,Bill Amount,Balance,,", "C001,R1,1,1,,", "C002,R2,500,300.00,500,300",
+     "long-lines", "null", "C002,R2,500,300.00,500,300",
+     R"(Customer ID "C002", Reference "R2", Bill Amount "500", Balance "300.00")"},
+    {"Customer ID,Bill Amount,Balance,Reference", "C001,1,1,R1", "C002,12,000.00,R2",
+     "split-amount", "null", "C002,12,000.00,R2",
+     R"(Customer ID "C002", Reference "R2", Bill Amount "12", Balance "000.00")"},
     {openingTitles, "C001,,R1,,1,1", "C002,,R2,,500,-20", "opposite-signs", "Balance", "-20", "20"},
     {openingTitles, "C001,,R1,,1,1", "C002,,R2,,0,(20)", "amount-in-parentheses", "Balance", "(20)",
      "0, and the record is skipped", "posted skipped-not-a-number"},
@@ -70,6 +76,8 @@ const Misread customers[] = {
     // Rows
     {openingTitles, "C001,,R1,,1,1", "C001,,R1,,1,1", "equal-rows", "null", "C001,,R1,,1,1",
      "the row of line 2 once more"},
+    {openingTitles, "C001,,,13/03/2008,250,250.00", "c001,X, ,13-3-08,250.00,250", "equal-rows",
+     "null", "c001,X, ,13-3-08,250.00,250", "what line 2 posts, once more"},
     {openingTitles, "C001,,R1,,1,1", "c001,,r1 ,,2,2", "same-reference", "Reference", "r1 ",
      "a further document beside that of line 2"},
 };
@@ -79,6 +87,8 @@ const Misread vendors[] = {
      "Out-station", "local"},
     {vendorTitles, "W1,N,,,,,SECOND,,,", "W2,N,,,,,FirstSale,,,", "sale-type-unknown", "Sale Type",
      "FirstSale", "second sales"},
+    {vendorTitles, "W1,N,,,,,,,,", "w1 ,M,,,,,,,,", "duplicate-vendors", "Vendor Code", "w1",
+     "the vendor of line 2 once more", "posted failed"},
     {vendorTitles, "W1,N,,,,,,,,", "W2,N,,020-1,,,,,,", "first-value-empty", "Phone", "020-1",
      "nothing"},
     {vendorTitles, "W1,N,x,,,,,,,", "W2,N,\"4, Fort Road\",,,,,,,", "quoted-commas", "Address",
@@ -88,6 +98,10 @@ const Misread vendors[] = {
 };
 
 const Misread banks[] = {
+    {bankTitles, "B1,N,R1,N", "b1,M,R2,N", "bank-names-differ", "Bank Name", "M",
+     "a bank that line 2 has as \"N\""},
+    {bankTitles, "B1,N,R1,N", "b1,N,r1,M", "duplicate-branches", "Branch Code", "r1",
+     "the branch of line 2 once more", "posted partial"},
     {bankTitles, "B1,N,R1,N", "B2,\"\"\"Om\"\" Sai\",R2,N", "leading-quote", "Bank Name",
      "\"Om\" Sai", "\"Om\" Sa\""},
 };
@@ -190,6 +204,9 @@ TEST_CASE("a refusal names each value and the ways on, in words") {
   const Ran accepted = world.import(world.folder.path("in.csv"), {"--raw", "--accept=all"});
   CHECK(contains(accepted.out, "line 2 (record 1) posted as read: Bill Amount \"500,00\" is read"));
   CHECK(contains(accepted.out, "Look at 1 record posted as read and not as written."));
+  const Ran unknown =
+      world.importLines({openingTitles, "C999,,R1,,(1),1"}, {"--raw", "--accept=all"});
+  CHECK(contains(unknown.out, "; Bill Amount \"(1)\" is read as 0\n"));
   CHECK(contains(world.import(world.folder.path("in.csv"), {"--accept", "utf-16"}).err,
                  "no harmful warning \"utf-16\"; there is: utf-8,"));
 }

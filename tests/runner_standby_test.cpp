@@ -1,9 +1,13 @@
 // Imports into a server that ends, whose standby takes over.
+#include <arpa/inet.h>
 #include <doctest/doctest.h>
+#include <sys/socket.h>
 
 #include <array>
 #include <cstdlib>
 #include <fstream>
+#include <set>
+#include <thread>
 
 #include "tests/support/failing_hosts.h"
 #include "tests/support/scratch_database.h"
@@ -149,6 +153,56 @@ TEST_CASE("hosts: a server that ends a session") {
       CHECK(report.at("hostChanges[0].record") == "4");
       CHECK_FALSE(contains(report.outcomes(), "unknown"));
     }
+  }
+}
+
+/// Of this process.
+std::set<int> connectionsTo(int port) {
+  std::set<int> found;
+  for (int file = 3; file < 256; ++file) {
+    sockaddr_in peer{};
+    socklen_t size = sizeof peer;
+    if (::getpeername(file, reinterpret_cast<sockaddr*>(&peer), &size) == 0 &&
+        peer.sin_family == AF_INET && ntohs(peer.sin_port) == port) {
+      found.insert(file);
+    }
+  }
+  return found;
+}
+
+TEST_CASE("hosts: a connection that is cut while the server goes on with its call") {
+  for (const TestEngine& engine : testEngines()) {
+    const std::string name = engine.name;
+    if (name != "postgresql" && name != "mariadb") continue;
+    CAPTURE(name);
+    FailingHosts world(std::getenv("OPNIMP_TEST_SERVERS"));
+    EngineCompany company(engine, "");
+    world.hosts = {company.database(), company.database()};
+    const auto rowHolder = company.connection();
+    company.reconnect();
+    const std::string& all = engine.connectionString;
+    const int port = std::stoi(all.substr(all.find("Port=") + 5));
+    const std::set<int> others = connectionsTo(port);
+    std::thread beside;
+    world.before = [&](int call) {
+      if (call != 7) return;  // the note of record 4
+      rowHolder->beginTransaction();
+      rowHolder->Execute("SELECT 1 FROM Customer WHERE CustomerID = 'C001' FOR UPDATE");
+      beside = std::thread([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        for (const int file : connectionsTo(port)) {
+          if (!others.contains(file)) ::shutdown(file, SHUT_RDWR);
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(600));
+        rowHolder->rollback();
+      });
+    };
+    const Json report =
+        world.importChecked("cut_", 6, with(engine.connectionString, {"Database=company"}));
+    beside.join();
+    CHECK(report.outcomes() == "posted posted posted unknown posted posted");
+    CHECK(report.at("hostChanges[0].found") ==
+          "such a document is there: the record is left in doubt");
   }
 }
 

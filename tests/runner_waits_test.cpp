@@ -125,6 +125,21 @@ TEST_CASE("waits: what is asked ahead does not wait for a lock a second time") {
   }
 }
 
+TEST_CASE("waits: an entry that travels with its note waits once for a lock") {
+  for (const TestEngine& engine : testEngines()) {
+    if (!takeTable.contains(engine.name)) continue;
+    CAPTURE(std::string(engine.name));
+    RunnerWorld world;
+    EngineCompany company(engine, {});
+    const auto start = Clock::now();
+    const LockHolder other(engine, company, world);
+    const Ran ran = world.importLines({openingTitles, good1},
+                                      {"--database", company.database(), "--wait", "1"});
+    CHECK(Clock::now() - start < 1900ms);
+    CHECK(ran.status == 5);
+  }
+}
+
 TEST_CASE("waits: a database that takes long to open") {
   static RunnerWorld world;  // the opening that is given up still uses it
   world.surroundings.openDatabase = [](const std::string&, const OdbcOptions& options) {

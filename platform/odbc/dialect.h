@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/dates.h"
 #include "platform/database.h"
@@ -26,13 +27,13 @@ struct KnownStatement {
 /// the first has left open (paired_calls.h).
 struct PairedCallsDialect {
   /// What stands around the two calls. `between` tells, by a text that takes the place of its mark,
-  /// that the first has ended well and is committed. Where that is a result of its own, its second
-  /// column says that it is not: 0, or that a transaction is open and the second does not run.
+  /// that the first has ended well and is committed. Where that is a result of its own, it has a
+  /// second column, which is 1 if it is not: a transaction is open and the second does not run.
   std::string_view before;
   std::string_view between;
   std::string_view after;
-  /// Answers the text that `between` took last, if it is kept in the session; empty if it is a
-  /// result of its own among those of the calls.
+  /// Answers the text that `between` took last, and after how many milliseconds of its statement,
+  /// if they are kept in the session; empty if it is a result of its own among those of the calls.
   std::string_view reachedQuery = {};
   // For an engine that takes such a statement only as the body of a procedure.
   /// Answers a row for each procedure that goes by the name in the place of its mark: how many
@@ -94,8 +95,9 @@ struct Dialect {
   std::string (*timeLimit)(const OdbcOptions&) = nullptr;
   /// Run on each new connection that is to change nothing; empty if the engine cannot refuse it.
   std::string_view readOnly = {};
-  /// Gives what is added to the connection string, as "Name=value"; null if nothing is.
-  std::string (*connectionSetting)(const OdbcOptions&) = nullptr;
+  /// Gives what is added to the connection string where it does not have it, each as "Name=value";
+  /// null if nothing is.
+  std::vector<std::string> (*connectionSettings)(const OdbcOptions&) = nullptr;
   /// Answers the database that the connection works on, where there may be none; empty: there is.
   std::string_view databaseQuery = {};
   /// Gives the id that is stored in a database, and what stores one where there is none. Empty

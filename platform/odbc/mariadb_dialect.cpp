@@ -89,22 +89,29 @@ constexpr std::string_view mariadbHistory =
     "information_schema.global_status WHERE variable_name IN ('WSREP_CLUSTER_STATE_UUID', "
     "'UPTIME')";
 
-// The view of the cluster is part of it: its number and how many nodes are in it.
+// The view of the cluster is part of it: its number and how many nodes are in it. So is a lock that
+// the session has until it ends, 1 if it could take it.
 constexpr std::string_view mariadbPlace =
     "SELECT concat(@@server_uid, '|', coalesce(max(CASE variable_name WHEN 'WSREP_CLUSTER_CONF_ID' "
     "THEN variable_value END), ''), '|', coalesce(max(CASE variable_name WHEN "
-    "'WSREP_CLUSTER_SIZE' THEN variable_value END), '')) FROM information_schema.global_status "
+    "'WSREP_CLUSTER_SIZE' THEN variable_value END), ''), '|', coalesce(GET_LOCK(concat('opnimp ', "
+    "connection_id()), 0), 0)) FROM information_schema.global_status "
     "WHERE variable_name IN ('WSREP_CLUSTER_CONF_ID', 'WSREP_CLUSTER_SIZE')";
 
-// On the same server the session is gone; of another node nothing comes any more when a later view
-// of the cluster has fewer nodes.
+// On the same server the session is gone: nobody has its lock, and it is not listed. The list alone
+// does not tell: without PROCESS it shows a user's own sessions, and one that is in a procedure
+// runs under the name of that procedure's owner. Of another node nothing comes any more when a
+// later view of the cluster has fewer nodes.
 constexpr std::string_view mariadbHasEnded =
-    "SELECT CASE WHEN substring_index(lost.place, '|', 1) = @@server_uid THEN NOT EXISTS (SELECT 1 "
-    "FROM information_schema.processlist WHERE id = lost.session) ELSE (SELECT variable_value + 0 "
+    "SELECT CASE WHEN substring_index(lost.place, '|', 1) = @@server_uid THEN "
+    "substring_index(lost.place, '|', -1) = '1' AND IS_USED_LOCK(concat('opnimp ', lost.session)) "
+    "IS NULL AND NOT EXISTS (SELECT 1 FROM information_schema.processlist WHERE id = lost.session) "
+    "ELSE (SELECT variable_value + 0 "
     "FROM information_schema.global_status WHERE variable_name = 'WSREP_CLUSTER_CONF_ID') > "
     "substring_index(substring_index(lost.place, '|', 2), '|', -1) + 0 AND (SELECT variable_value "
     "+ 0 FROM information_schema.global_status WHERE variable_name = 'WSREP_CLUSTER_SIZE') < "
-    "substring_index(lost.place, '|', -1) + 0 END FROM (SELECT ? AS session, ? AS place) AS lost";
+    "substring_index(substring_index(lost.place, '|', 3), '|', -1) + 0 END FROM (SELECT ? AS "
+    "session, ? AS place) AS lost";
 
 }  // namespace
 

@@ -496,7 +496,7 @@ std::string embeddedConnectionString(std::string_view file) {
   // The engine takes a path that begins with "file:" as an address, and drivers trim blanks.
   const bool plain = path.find_first_not_of(plainSigns) == std::string::npos &&
                      !path.starts_with("file:") && path.front() != ' ' && path.back() != ' ';
-  // NoCreat, because a mistyped path must not make a new, empty database.
+  // NoCreat also for what opens it otherwise than openOdbc.
   return std::string("Driver=SQLite3;NoCreat=1;Database=")
       .append(plain ? path : fileAddress(path))
       .append(";");

@@ -33,12 +33,12 @@ OdbcSession::OdbcSession(std::string_view connectionString, const OdbcOptions& o
 void OdbcSession::open(std::string_view connectionString) {
   if (const Dialect* const embedded = embeddedDialectIn(connectionString)) {
     dialect_ = embedded;
-    connect(withSetting(connectionString));
+    connect(withSettings(connectionString));
   } else {
     connect(std::string(connectionString));
     // Without a name the engine is taken for SQL Server.
     dialect_ = &dialectOf(information(SQL_DBMS_NAME));
-    if (dialect_->connectionSetting != nullptr) connect(withSetting(connectionString));
+    if (dialect_->connectionSettings != nullptr) connect(withSettings(connectionString));
   }
   for (const std::string_view statement : dialect_->openingStatements) executeNative(statement);
   const std::string limit = dialect_->timeLimit == nullptr ? "" : dialect_->timeLimit(options_);
@@ -48,11 +48,12 @@ void OdbcSession::open(std::string_view connectionString) {
 
 // Drivers read it only when connecting, and mostly only a connected one can name its engine: such a
 // connection is made twice.
-std::string OdbcSession::withSetting(std::string_view connectionString) const {
-  const std::string setting = dialect_->connectionSetting(options_);
+std::string OdbcSession::withSettings(std::string_view connectionString) const {
   std::string text(connectionString);
-  const bool isSet = hasKeyword(connectionString, setting.substr(0, setting.find('=')));
-  if (!isSet) text.append(";").append(setting).append(";");
+  for (const std::string& setting : dialect_->connectionSettings(options_)) {
+    const bool isSet = hasKeyword(connectionString, setting.substr(0, setting.find('=')));
+    if (!isSet) text.append(";").append(setting).append(";");
+  }
   return text;
 }
 

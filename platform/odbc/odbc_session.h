@@ -20,6 +20,7 @@ class OdbcSession {
   OdbcSession(std::string_view connectionString, const OdbcOptions& options);
 
   const Dialect& dialect() const { return *dialect_; }
+  const OdbcOptions& options() const { return options_; }
   SQLHANDLE handle() const { return connection_.get(); }
 
   /// A new statement handle with the command time-out set.
@@ -73,7 +74,7 @@ class OdbcSession {
   RuntimeError failure(SQLSMALLINT handleType, SQLHANDLE handle);
   void open(std::string_view connectionString);
   void connect(const std::string& connectionString);
-  std::string withSetting(std::string_view connectionString) const;
+  std::string withSettings(std::string_view connectionString) const;
 
   EnvironmentHandle environment_;
   ConnectionHandle connection_;

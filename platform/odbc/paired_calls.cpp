@@ -1,6 +1,7 @@
 #include "platform/odbc/paired_calls.h"
 
 #include <array>
+#include <random>
 #include <span>
 #include <utility>
 
@@ -55,6 +56,23 @@ std::shared_ptr<Recordset> noRows() {
   return std::make_shared<MemoryRecordset>();
 }
 
+/// 128 random bits as text.
+std::string madeSecret() {
+  std::random_device random;
+  std::string text;
+  for (int i = 0; i < 4; ++i) text.append(std::to_string(random())).append(".");
+  return text;
+}
+
+/// What the mark's own result says of a transaction that the first call has left open: "0" or "1";
+/// empty for any other result.
+std::string openAtMark(const Recordset& result, const std::string& mark) {
+  const auto& rows = dynamic_cast<const MemoryRecordset&>(result);
+  if (rows.State() != stateOpen || rows.isEOF() || rows.columns() != 2) return {};
+  const std::string open = toText(rows.field(1));
+  return toText(rows.field(0)) == mark && (open == "0" || open == "1") ? open : "";
+}
+
 class SentPair final : public CallPair {
  public:
   SentPair(PairedCalls& calls, PreparedStatement& statement, OdbcSession& session, PairOwner owner,
@@ -81,10 +99,7 @@ class SentPair final : public CallPair {
     if (!end_.isSecondSent) return owner_.run(second_);
     if (!end_.secondError) return end_.second;
     const bool nothing = fail(second_, *end_.secondError);
-    // It had what the first one left of the time for a statement.
-    const bool wasShort = !session_.reportedState().empty() &&
-                          session_.reportedState() == session_.dialect().pairedCalls->timeUsedUp;
-    if (nothing && wasShort && !session_.wasCancelled()) return owner_.run(second_);
+    if (nothing && end_.wasSecondShort && !session_.wasCancelled()) return owner_.run(second_);
     throw RuntimeError(*end_.secondError);
   }
 
@@ -107,6 +122,8 @@ class SentPair final : public CallPair {
 };
 
 }  // namespace
+
+PairedCalls::PairedCalls(OdbcSession& session) : session_(session), secret_(madeSecret()) {}
 
 PreparedStatement* PairedCalls::find(const ProcedureCall& first, const ProcedureCall& second) {
   if (session_.dialect().pairedCalls == nullptr) return nullptr;
@@ -166,7 +183,7 @@ std::string PairedCalls::makeProcedure(const ProcedureCall& first, const Procedu
 std::optional<PairedCalls::End> PairedCalls::send(PreparedStatement& statement,
                                                   const ProcedureCall& first,
                                                   const ProcedureCall& second) {
-  const std::string mark = "opnimp " + std::to_string(++sent_);
+  const std::string mark = "opnimp " + secret_ + std::to_string(++sent_);
   std::vector<CommandParameter> parameters;
   addTo(parameters, first);
   parameters.push_back({.value = mark});
@@ -183,14 +200,13 @@ std::optional<PairedCalls::End> PairedCalls::send(PreparedStatement& statement,
 // The mark, where it is a result, stands between those of the two calls.
 PairedCalls::End PairedCalls::endOf(const std::shared_ptr<MemoryRecordset>& answer,
                                     const std::string& mark) const {
-  End end{answer, {}, true, noRows(), {}};
+  End end{.first = answer, .isSecondSent = true, .second = noRows()};
+  if (!session_.dialect().pairedCalls->reachedQuery.empty()) return end;
   std::shared_ptr<Recordset> before;
   std::shared_ptr<Recordset> result = answer;
-  const auto isMark = [&] {
-    return result->State() == stateOpen && !result->isEOF() && toText(result->field(0)) == mark;
-  };
+  std::string open;
   try {
-    while (result != nullptr && !isMark()) {
+    while (result != nullptr && (open = openAtMark(*result, mark)).empty()) {
       before = std::exchange(result, result->NextRecordset());
     }
   } catch (const RuntimeError&) {
@@ -198,7 +214,12 @@ PairedCalls::End PairedCalls::endOf(const std::shared_ptr<MemoryRecordset>& answ
     end.isSecondSent = session_.isLost();
     return end;
   }
-  if (result == nullptr) return end;
+  if (result == nullptr) {
+    // Which of the two have run is anybody's guess.
+    end.firstError = end.secondError =
+        RuntimeError(ErrorNumber::ProviderFailure, "The answer to both calls is not understood.");
+    return end;
+  }
   if (before == nullptr)
     end.first = noRows();
   else
@@ -207,24 +228,34 @@ PairedCalls::End PairedCalls::endOf(const std::shared_ptr<MemoryRecordset>& answ
              [&](const RuntimeError& error) { end.secondError = error; });
   if (end.second == nullptr) end.second = noRows();
   // In a transaction that the first one has left open the second one was not run.
-  end.isSecondSent = toText(result->field(1)) == "0";
+  end.isSecondSent = open == "0";
   return end;
 }
 
 PairedCalls::End PairedCalls::endOf(const RuntimeError& error, const std::string& mark) {
-  if (!session_.isLost() && isReached(mark)) return {noRows(), {}, true, {}, error};
-  return {{}, error, session_.isLost(), {}, {}};
+  const auto first = session_.isLost() ? std::nullopt : reachedAfter(mark);
+  if (!first) return {.firstError = error, .isSecondSent = session_.isLost()};
+  const auto all = std::chrono::seconds(session_.options().commandTimeoutSeconds);
+  const bool wasShort =
+      session_.reportedState() == session_.dialect().pairedCalls->timeUsedUp && *first * 10 >= all;
+  return {
+      .first = noRows(), .isSecondSent = true, .secondError = error, .wasSecondShort = wasShort};
 }
 
-bool PairedCalls::isReached(const std::string& mark) {
+/// How long the first call took; empty if it has not ended well.
+std::optional<std::chrono::milliseconds> PairedCalls::reachedAfter(const std::string& mark) {
   const std::string_view query = session_.dialect().pairedCalls->reachedQuery;
-  if (query.empty()) return false;
-  bool reached = false;
+  if (query.empty()) return std::nullopt;
+  std::optional<std::chrono::milliseconds> after;
   trapErrors(
-      [&] { reached = toText(PreparedStatement::executeOnce(session_, query)->field(0)) == mark; },
+      [&] {
+        const auto reached = PreparedStatement::executeOnce(session_, query);
+        if (toText(reached->field(0)) != mark) return;
+        after = std::chrono::milliseconds(static_cast<long>(toDouble(reached->field(1))));
+      },
       // Without an answer nobody knows where the connection stands.
       [&](const RuntimeError&) { session_.giveUp(); });
-  return reached;
+  return after;
 }
 
 std::unique_ptr<CallPair> pairOf(PairedCalls& calls, PreparedStatement& statement,

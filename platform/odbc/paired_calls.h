@@ -6,6 +6,7 @@
 // of it.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -20,7 +21,7 @@ namespace velk {
 
 class PairedCalls {
  public:
-  explicit PairedCalls(OdbcSession& session) : session_(session) {}
+  explicit PairedCalls(OdbcSession& session);
 
   /// Null if these two cannot be sent so: the dialect does not know how, or the engine refuses it.
   /// The statement is made with the first two of their names.
@@ -28,11 +29,12 @@ class PairedCalls {
 
   /// How far the two came.
   struct End {
-    std::shared_ptr<Recordset> first;  ///< its answer; null if it failed
-    std::optional<RuntimeError> firstError;
+    std::shared_ptr<Recordset> first{};  ///< its answer; null if it failed
+    std::optional<RuntimeError> firstError{};
     bool isSecondSent = false;  ///< or may have been
-    std::shared_ptr<Recordset> second;
-    std::optional<RuntimeError> secondError;
+    std::shared_ptr<Recordset> second{};
+    std::optional<RuntimeError> secondError{};
+    bool wasSecondShort = false;  ///< the first left it less than most of the time for a statement
   };
   /// Empty if nothing was sent at all.
   std::optional<End> send(PreparedStatement& statement, const ProcedureCall& first,
@@ -43,9 +45,10 @@ class PairedCalls {
   std::string makeProcedure(const ProcedureCall& first, const ProcedureCall& second);
   End endOf(const std::shared_ptr<MemoryRecordset>& answer, const std::string& mark) const;
   End endOf(const RuntimeError& error, const std::string& mark);
-  bool isReached(const std::string& mark);
+  std::optional<std::chrono::milliseconds> reachedAfter(const std::string& mark);
 
   OdbcSession& session_;
+  const std::string secret_;  // of the marks: no text of a record can be one
   // By both names and numbers of parameters; empty where they cannot be sent so.
   std::map<std::string, std::optional<PreparedStatement>, std::less<>> statements_;
   std::uint64_t sent_ = 0;

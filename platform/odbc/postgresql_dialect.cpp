@@ -24,6 +24,8 @@ constexpr auto postgresqlLockHolders = std::to_array<std::string_view>(
      "'YYYY-MM-DD HH24:MI:SS')) FROM pg_stat_activity "
      "WHERE pid = ANY (pg_blocking_pids(CAST(? AS integer))) ORDER BY pid"});
 
+// The last one is about procedures that run with their owner's rights, and find tables of their
+// caller's before the company's.
 constexpr auto postgresqlExcessRights = std::to_array<std::string_view>(
     {"SELECT 'to do everything, as a superuser' FROM pg_roles WHERE rolname = current_user AND "
      "rolsuper",
@@ -36,7 +38,13 @@ constexpr auto postgresqlExcessRights = std::to_array<std::string_view>(
      "SELECT 'to write the table ' || relname FROM pg_class c JOIN pg_namespace n ON n.oid = "
      "relnamespace WHERE relkind IN ('r', 'p') AND nspname !~ '^pg_' AND nspname <> "
      "'information_schema' AND has_table_privilege(c.oid, 'INSERT, UPDATE, DELETE, TRUNCATE') "
-     "ORDER BY relname"});
+     "ORDER BY relname",
+     "SELECT DISTINCT 'to put temporary tables in the place of those of ' || proname || ', whose "
+     "search_path does not end with pg_temp' FROM pg_proc p JOIN pg_namespace n ON n.oid = "
+     "pronamespace WHERE prosecdef AND nspname !~ '^pg_' AND nspname <> 'information_schema' AND "
+     "has_function_privilege(p.oid, 'EXECUTE') AND has_database_privilege(current_database(), "
+     "'TEMPORARY') AND NOT EXISTS (SELECT 1 FROM unnest(proconfig) AS setting WHERE setting ~ "
+     "'^search_path=(\"\"|(.*, )?pg_temp)$') ORDER BY 1"});
 
 constexpr auto postgresqlErrors = std::to_array<NativeError>({
     {0, "HYT00", {}, "57014"},  // cancelled, by the statement's time limit too
@@ -53,9 +61,13 @@ constexpr auto postgresqlErrors = std::to_array<NativeError>({
 // others here: such a name has no pairs.
 constexpr PairedCallsDialect postgresqlPairs{
     .before = "BEGIN ",
-    .between = "; PERFORM set_config('opnimp.reached', ?, false); COMMIT; ",
+    .between =
+        "; PERFORM set_config('opnimp.reached', ?, false), set_config('opnimp.took', "
+        "(extract(epoch FROM clock_timestamp() - statement_timestamp()) * "
+        "1000)::bigint::text, false); COMMIT; ",
     .after = "; END",
-    .reachedQuery = "SELECT current_setting('opnimp.reached', true)",
+    .reachedQuery =
+        "SELECT current_setting('opnimp.reached', true), current_setting('opnimp.took', true)",
     .signatureQuery =
         "SELECT CASE WHEN provariadic <> 0 OR prokind NOT IN ('f', 'p') OR prokind = 'p' AND "
         "proargmodes IS NOT NULL THEN -1 ELSE pronargs END, "

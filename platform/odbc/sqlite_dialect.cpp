@@ -61,15 +61,16 @@ constexpr auto errors = std::to_array<NativeError>({
 constexpr auto finalCodes = std::to_array<std::int32_t>({8, 10, 11, 13});
 
 // The driver waits 100 seconds for a lock unless the connection string has another limit. It tries
-// twice and waits up to the limit each time, so it gets half of what a statement may take.
-std::string lockTimeout(const OdbcOptions& options) {
+// twice and waits up to the limit each time, so it gets half of what a statement may take. A
+// mistyped path must not make a new, empty database.
+std::vector<std::string> settings(const OdbcOptions& options) {
   // A command without a limit waits for a lock without one, too.
   static constexpr std::int64_t forEver = std::numeric_limits<int>::max();
   const auto limit = [](int seconds) {
     return seconds <= 0 ? forEver : std::min(std::int64_t{seconds} * 1000 / 2, forEver);
   };
-  return "Timeout=" + std::to_string(std::min(limit(options.commandTimeoutSeconds),
-                                              limit(options.lockTimeoutSeconds)));
+  return {"NoCreat=1", "Timeout=" + std::to_string(std::min(limit(options.commandTimeoutSeconds),
+                                                            limit(options.lockTimeoutSeconds)))};
 }
 
 }  // namespace
@@ -78,7 +79,7 @@ constinit const Dialect sqliteDialect{
     .statements = statements,
     .openingStatements = openingStatements,
     .readOnly = "PRAGMA query_only = ON",
-    .connectionSetting = lockTimeout,
+    .connectionSettings = settings,
     .identityQuery = "SELECT id FROM DatabaseIdentity",
     .makeIdentity = makeIdentity,
     .fileQuery = "SELECT file FROM pragma_database_list WHERE name = 'main'",

@@ -1,4 +1,5 @@
--- What is in the tables of the sample company, for every engine.
+-- What is in the tables of the sample company, for every engine. (The embedded one gets it without the N that
+-- texts beyond ASCII have.) On SQL Server it needs the session of 1_tables.sql, whose DATEFORMAT it counts on.
 
 INSERT INTO Setup (CompanyName, OpeningDate)
 VALUES ('Shree Ganesh Distributors, Pune', '2008-04-01');
@@ -19,7 +20,7 @@ VALUES
   ('C003', 'Chauhan & Sons', 'Shop 9, Market Yard', 'Pune', '020-24261190', 21),
   ('C004', 'Deepak Kirana Bhandar', '77 Karve Road', 'Pune', '020-25439012', 7),
   ('C005', 'Everest Super Market', '1 Camp, M. G. Road', 'Pune', '020-26130044', 30),
-  ('C006', 'Fernandes & Cia', '18 Rua de Ourém', 'Panjim', '0832-2225567', 30),
+  ('C006', 'Fernandes & Cia', N'18 Rua de Ourém', 'Panjim', '0832-2225567', 30),
   ('C007', 'Ganesh Medical & General', '203 Sinhagad Road', 'Pune', '020-24251133', 14),
   ('C008', 'Hari Om Traders', '56 Nana Peth', 'Pune', '020-26353321', 21),
   ('C009', 'Indira Cooperative Store', 'Sector 21, Nigdi', 'Pimpri', '020-27654400', 45),
@@ -37,22 +38,22 @@ VALUES
   ('C021', 'Usha Novelties', '14 Deccan Gymkhana', 'Pune', '020-25536612', 14),
   ('C022', 'Vijay Stores', '38 Chinchwad Gaon', 'Pimpri', '020-27451908', 14),
   ('C023', 'Walia Provision', '6 Wanowrie Bazaar', 'Pune', '020-26851774', 21),
-  ('C024', 'Xavier D''Souza & Bros', '29 Av. São João', 'Margao', '0834-2715533', 30),
+  ('C024', 'Xavier D''Souza & Bros', N'29 Av. São João', 'Margao', '0834-2715533', 30),
   ('C025', 'Yashwant Bhandar', '45 Bibwewadi', 'Pune', '020-24219966', 7),
   ('C026', 'Zaveri Super Shoppe', '10 Koregaon Park', 'Pune', '020-26151002', 30),
-  ('C027', 'Milk Parlour – Swargate', 'Bus Stand, Swargate', 'Pune', '020-24441818', 7),
+  ('C027', N'Milk Parlour – Swargate', 'Bus Stand, Swargate', 'Pune', '020-24441818', 7),
   ('C028', 'Bharat Cold Storage', '7 Gultekdi', 'Pune', '020-24273456', 30),
-  ('C029', 'Café Sunrise', 'Deccan Chowk', 'Pune', '020-25676900', 14),
+  ('C029', N'Café Sunrise', 'Deccan Chowk', 'Pune', '020-25676900', 14),
   ('C030', 'Irani & Co.', '3 Moledina Road', 'Pune', '020-26132222', 30),
   ('C031', 'Ekta Mahila Bachat Gat', '19 Yerwada', 'Pune', '020-26686140', 45),
   ('C032', 'Friends Corner', '51 Viman Nagar', 'Pune', '020-26633781', 14),
   ('C033', 'Gurukripa Traders', '27 Solapur Road', 'Baramati', '02112-224455', 30),
-  ('C034', 'Hotel Crème', '88 Baner Road', 'Pune', '020-27293344', 14),
+  ('C034', N'Hotel Crème', '88 Baner Road', 'Pune', '020-27293344', 14),
   ('C035', 'Inamdar & Associates', '16 Kondhwa', 'Pune', '020-26932710', 21),
   ('C036', 'Joshi Sweet Mart', '1 Sadashiv Peth', 'Pune', '020-24471199', 7),
   ('C037', 'Krishna Dairy', '64 Warje', 'Pune', '020-25230087', 7),
   ('C038', 'Lucky Stores', '12 Wakad', 'Pimpri', '020-27274561', 14),
-  ('C039', 'Müller Bäckerei', '5 North Main Road', 'Pune', '020-26158833', 30),
+  ('C039', N'Müller Bäckerei', '5 North Main Road', 'Pune', '020-26158833', 30),
   ('C040', 'Navjeevan Traders', '73 Phaltan Road', 'Baramati', '02112-223390', 30);
 
 INSERT INTO Vendors (VendorID, VendorName, ContactPerson, Address, Phone, Locality, SaleType)
@@ -78,7 +79,7 @@ VALUES
   ('V19', 'Mula Packaging', 'S. Joshi', 'Karve Nagar, Pune', '020-25446677', 1, 2),
   ('V20', 'Laxmi Rice Mill', 'O. Gupta', 'Nagpur', '0712-2765432', 2, 2),
   ('V21', 'Sharbat Beverages', 'I. Shah', 'Ahmedabad', '079-26575001', 2, 1),
-  ('V22', 'Crème & Crust Bakery', 'F. Irani', 'Camp, Pune', '020-26130808', 1, 1),
+  ('V22', N'Crème & Crust Bakery', 'F. Irani', 'Camp, Pune', '020-26130808', 1, 1),
   ('V23', 'Sparkle Matches', 'E. Rajan', 'Sivakasi', '04562-220134', 2, 2),
   ('V24', 'Tulsi Herbal', 'Y. Pendharkar', 'Dombivli', '0251-2430101', 2, 1),
   ('V25', 'Universal Stationers', 'Z. Contractor', 'Budhwar Peth, Pune', '020-24452020', 1, 2);
@@ -112,7 +113,7 @@ VALUES
   ('Joseph D''Silva', '3 Fatima Nagar, Pune', '020-26811717', '9823098230'),
   ('Kiran Pawar', '51 Chinchwad', '020-27453311', '9960112233'),
   ('Mangesh Gaikwad', '18 Hadapsar, Pune', '', '9881234509'),
-  ('Noël Pinto', '5 Khadki Bazaar, Pune', '020-25812299', '9822334455');
+  (N'Noël Pinto', '5 Khadki Bazaar, Pune', '020-25812299', '9822334455');
 
 INSERT INTO DSType_Master (DSTypeName, DSTypeValue, DSTypeCtlPos, Active, OCGtype, IsDefault)
 VALUES
@@ -134,4 +135,4 @@ WHERE (Salesman_name = 'Anil Kamble' AND DSTypeValue IN ('Retail', 'YES'))
   OR (Salesman_name = 'Ganpat Shelar' AND DSTypeValue = 'Rural')
   OR (Salesman_name = 'Joseph D''Silva' AND DSTypeValue IN ('Wholesale', 'YES'))
   OR (Salesman_name = 'Kiran Pawar' AND DSTypeValue IN ('Retail', 'NO'))
-  OR (Salesman_name = 'Noël Pinto' AND DSTypeValue = 'Rural');
+  OR (Salesman_name = N'Noël Pinto' AND DSTypeValue = 'Rural');

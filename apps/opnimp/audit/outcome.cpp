@@ -183,7 +183,12 @@ std::string reasonOf(const RecordTrace& trace) {
   for (const std::string& text : trace.said->texts) add(reason, text);
   // Of a record that was not even begun, nothing was read.
   if (trace.outcome == Outcome::NotReached) return reason;
-  for (const Misreading* reading : trace.readings) add(reason, sentenceOf(*reading));
+  for (const Misreading* each : trace.readings) {
+    Misreading reading = *each;
+    // What was refused is not skipped.
+    reading.skips = reading.skips && !isRefused(trace.outcome);
+    add(reason, sentenceOf(reading));
+  }
   return reason;
 }
 

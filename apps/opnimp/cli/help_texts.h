@@ -143,10 +143,12 @@ Exit status:
 inline const std::string previewFooter =
     R"(Exit status:
   0  the file can be imported as it is
+  1  it can, but some records would not be posted, or not as they are written
   2  it would be refused: its columns or the mapping do not do, or values would be read
      otherwise than they are written
   3  the command line makes no sense
-  4  a file or the database could not be opened)";
+  4  a file or the database could not be opened
+  5  the import would break off)";
 
 inline const std::string checkFooter =
     R"(Exit status:

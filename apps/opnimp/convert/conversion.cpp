@@ -51,6 +51,7 @@ class Converter {
 
   Conversion convert() {
     readTitles();
+    result_.isSplitAtCommas = sheet_ == nullptr && layout_.delimiter == ',';
     // Nothing in such a file could be told otherwise.
     if (!isCanonical_ || !columns_.empty()) survey();
     tellText();

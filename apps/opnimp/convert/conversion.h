@@ -43,8 +43,10 @@ struct Conversion {
   std::size_t commas = 0;
   std::size_t firstComma = 0;
   std::vector<FieldNature> natures;  ///< as each column was read; empty: as the screens do
-  bool isSheet = false;              ///< the file is a workbook, its lines being rows
-  std::vector<OddCell> oddCells;     ///< of records, in the order of their lines
+  /// A comma in a value without quotes makes two values of it.
+  bool isSplitAtCommas = true;
+  bool isSheet = false;           ///< the file is a workbook, its lines being rows
+  std::vector<OddCell> oddCells;  ///< of records, in the order of their lines
 };
 
 /// By the kind, the --map options and the ConvertOptions of the arguments. Raises UsageError for

@@ -177,6 +177,19 @@ std::string TitleSuggestion::option() const {
   return field + "=" + (plain ? title : "#" + std::to_string(column + 1));
 }
 
+std::vector<bool> usualTitles(const std::string& field, const std::vector<std::string>& titles) {
+  const std::vector<Name> names = namesOf(field);
+  std::vector<bool> usual(titles.size());
+  for (std::size_t column = 0; column < std::min(titles.size(), mostColumns); ++column) {
+    const Name title = nameOf(titles[column], {});
+    usual[column] = std::ranges::any_of(names, [&](const Name& name) {
+      return !title.letters.empty() &&
+             (title.letters == name.letters || (name.words.size() > 1 && shortened(title, name)));
+    });
+  }
+  return usual;
+}
+
 std::vector<TitleSuggestion> suggestTitles(const std::vector<FieldMapping>& mapping,
                                            const std::vector<std::string>& titles) {
   const std::vector<Open> open = openFields(mapping);

@@ -27,4 +27,7 @@ struct TitleSuggestion {
 std::vector<TitleSuggestion> suggestTitles(const std::vector<FieldMapping>& mapping,
                                            const std::vector<std::string>& titles);
 
+/// Whether each title is the field's own or a usual name for it, or shortens one of several words.
+std::vector<bool> usualTitles(const std::string& field, const std::vector<std::string>& titles);
+
 }  // namespace velk

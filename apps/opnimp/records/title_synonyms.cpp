@@ -50,15 +50,17 @@ constexpr std::array synonymTable{std::to_array<Synonyms>({
     {vendorName, "Dutch", "Leveranciersnaam,Bedrijfsnaam"},
     {"Reference", "English",
      "Reference Number,Ref,Ref No,Bill No,Bill Number,Invoice,Invoice No,Invoice Number,Document "
-     "No,Document Number,Doc Ref,Voucher,Voucher No,Voucher Number"},
-    {"Reference", "German", "Referenz,Belegnummer,Beleg Nr,Rechnungsnummer,Rechnungs Nr"},
+     "No,Document Number,Document,Doc,Doc Ref,Inv,Voucher,Voucher No,Voucher "
+     "Number,Vch,Transaction "
+     "ID,Trans ID,Transaction No,Transaction Number,Txn,Txn ID"},
+    {"Reference", "German", "Referenz,Beleg,Belegnummer,Beleg Nr,Rechnungsnummer,Rechnungs Nr"},
     {"Reference", "French", "Référence,Pièce,Numéro de facture,N° facture,N° de pièce"},
     {"Reference", "Spanish", "Referencia,Número de factura,N° factura,Documento"},
     {"Reference", "Portuguese", "Referência,Número da fatura,Documento"},
     {"Reference", "Italian", "Riferimento,Numero fattura,Documento"},
     {"Reference", "Dutch", "Referentie,Factuurnummer,Boekstuknummer"},
     {"Date", "English",
-     "Document Date,Bill Date,Invoice Date,Voucher Date,Posting Date,Transaction Date"},
+     "Dt,Dated,Document Date,Bill Date,Invoice Date,Voucher Date,Posting Date,Transaction Date"},
     {"Date", "German", "Datum,Belegdatum,Rechnungsdatum,Buchungsdatum"},
     {"Date", "French", "Date de facture,Date facture,Date pièce"},
     {"Date", "Spanish", "Fecha,Fecha de factura,Fecha factura"},

@@ -59,7 +59,7 @@ Json warningsJson(const std::vector<Warning>& warnings, std::string_view placeWo
                           {std::string(placeWord), reading.line},
                           {"field", orNull(reading.field)},
                           {"text", reading.text},
-                          {"readAs", reading.readAs}});
+                          {"readAs", reading.effect()}});
     }
     list.push_back({{"code", warning.code()},
                     {"harmful", warning.harmful()},

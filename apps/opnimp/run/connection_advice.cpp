@@ -41,8 +41,12 @@ constexpr std::string_view otherName = "Name the server in Server= as its certif
 constexpr std::string_view mariadbLogin =
     "Correct the user and the password, UID= and PWD=; if they are right, the server insists on "
     "encryption: add FORCETLS=1, or SSLVERIFY=1 and SSLCA=FILE to be sure of the server";
+// In whatever language it says so.
+constexpr std::string_view refusedByServer =
+    "The server answers, and lets nobody in: correct UID=, PWD= and Database=, or look there "
+    "whether the user may come from here, at the limit of connections, and whether it has started";
 constexpr std::string_view noFile =
-    "Correct Database=, the path of the file; `opnimp demo-database PATH` makes one";
+    "Correct Database=, the path of an embedded database; `opnimp demo-database PATH` makes one";
 constexpr std::string_view tooMany = "Try later, or raise the server's limit of connections";
 constexpr std::string_view anyOther =
     "Correct the connection string: Server=, Port=, Database=, UID=, PWD=";
@@ -70,6 +74,8 @@ constexpr auto advices = std::to_array<Advice>({
     {"08001", 101, "password", wrongLogin},
     {"08001", 101, "FATAL:  role", wrongLogin},
     {"08001", 101, "FATAL:  database", noDatabase},
+    // Only what the server itself says has two blanks behind its severity.
+    {"08001", 101, ":  ", refusedByServer},
     {"HY000", 2005, {}, unknownHost},
     {"HY000", 2026, "does not support", otherEncryption},
     {"HY000", 2026, "Validation", otherName},
@@ -85,10 +91,21 @@ constexpr auto advices = std::to_array<Advice>({
     {"28", 0, {}, wrongLogin},
     {"HY000", 2002, {}, noServer},
     {"HY000", 2003, {}, noServer},
-    {"08001", 14, {}, noFile},
+    {"08", 0, "connect failed", noFile},
     {"08", 0, {}, noServer},
     {"HYT", 0, {}, slowServer},
 });
+
+// What a string has that names no driver, and was written for another interface.
+constexpr auto adoKeywords =
+    std::to_array<std::string_view>({"provider", "data source", "initial catalog",
+                                     "integrated security", "persist security info", "user id"});
+
+// By these the string has asked for it.
+bool isEncrypted(std::string_view connectionString) {
+  return hasKeyword(connectionString, "forcetls", "1") ||
+         hasKeyword(connectionString, "sslverify", "1");
+}
 
 bool fits(const Advice& advice, const Diagnostic& said) {
   return said.state.starts_with(advice.state) &&
@@ -100,12 +117,15 @@ bool fits(const Advice& advice, const Diagnostic& said) {
 
 std::string_view connectionAdvice(std::string_view connectionString,
                                   const std::vector<Diagnostic>& said) {
-  if (hasKeyword(connectionString, "provider")) return adoString;
   const auto names = [&](std::string_view name) { return hasKeyword(connectionString, name); };
-  if (std::ranges::none_of(std::array{"driver", "dsn", "filedsn"}, names)) return noDriver;
+  if (names(adoKeywords.front())) return adoString;
+  if (std::ranges::none_of(std::array{"driver", "dsn", "filedsn"}, names)) {
+    return std::ranges::any_of(adoKeywords, names) ? adoString : noDriver;
+  }
   for (const Advice& advice : advices) {
     const auto fitting = [&](const Diagnostic& one) { return fits(advice, one); };
-    if (std::ranges::any_of(said, fitting)) return advice.text;
+    if (std::ranges::none_of(said, fitting)) continue;
+    return advice.text == mariadbLogin && isEncrypted(connectionString) ? wrongLogin : advice.text;
   }
   return anyOther;
 }

@@ -30,9 +30,11 @@ namespace fs = std::filesystem;
 /// More than drivers take, and little enough to search.
 constexpr std::size_t longestConnectionString = 8192;
 constexpr std::size_t mostHosts = 16;
+/// Editors put it before the first line.
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 /// Beside the caller: some drivers wait for ever for a server that takes a connection and then says
-/// nothing. The driver's own word is better: it gets a moment for it.
+/// nothing.
 std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
                                           const Surroundings& surroundings) {
   // With what it needs, as it may outlive the caller.
@@ -42,8 +44,7 @@ std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
       });
   auto opened = task.get_future();
   std::thread(std::move(task)).detach();
-  const std::chrono::seconds longest{choice.options.loginTimeoutSeconds + 1};
-  if (opened.wait_for(longest) == std::future_status::timeout) {
+  if (opened.wait_for(choice.patience) == std::future_status::timeout) {
     throw CannotConnect(RuntimeError(ErrorNumber::ProviderTimeout, "There was no answer in time"),
                         {{"HYT01", 0, {}}});
   }
@@ -149,6 +150,7 @@ std::vector<std::string> connectionStringsIn(const std::string& path, const std:
   std::istringstream lines(bytes);
   for (std::string line; std::getline(lines, line);) {
     if (line.ends_with('\r')) line.pop_back();
+    if (strings.empty() && line.starts_with(byteOrderMark)) line.erase(0, byteOrderMark.size());
     if (line.empty()) continue;
     if (line.size() > longestConnectionString || line.find('=') == std::string::npos) {
       cannotTake(path, "holds a line that is no connection string");
@@ -218,9 +220,10 @@ std::vector<DatabaseChoice> chooseDatabases(const Arguments& arguments,
     if (database.path.empty() && hasOpenBrace(text)) {
       throw CannotOpen("what names the database has an opening brace without its closing one");
     }
+    const OdbcOptions opening = openingOptions(arguments);
     hosts.push_back(
         {database, database.path.empty() ? maskPasswords(database.connectionString) : database.path,
-         openingOptions(arguments)});
+         opening, std::chrono::seconds(opening.loginTimeoutSeconds + 1)});
   }
   const auto embedded = std::ranges::find_if(hosts, [](const DatabaseChoice& host) {
     return embeddedDialectIn(host.connectionString) != nullptr;

@@ -1,6 +1,7 @@
 // Which database a command works on, and how it may be shown.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,6 +16,8 @@ namespace velk {
 struct DatabaseChoice : CompanyDatabase {
   std::string shown;      ///< fit to be printed: without passwords
   OdbcOptions options{};  ///< how it is opened
+  /// How long that is waited for; the driver's own word, at its own limit, is better.
+  std::chrono::milliseconds patience{};
 };
 
 /// The database that --database names: a connection string, or the path of an embedded database;

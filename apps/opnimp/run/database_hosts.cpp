@@ -15,6 +15,8 @@ namespace velk {
 namespace {
 
 constexpr std::chrono::milliseconds betweenTries{200};
+/// What drivers, all together, may need to find the words for it.
+constexpr std::chrono::milliseconds longestWord{1000};
 /// More than a cluster takes to give up a node.
 constexpr std::chrono::seconds longestEnd{15};
 
@@ -38,11 +40,10 @@ DatabaseHosts::DatabaseHosts(std::vector<DatabaseChoice> hosts, const Surroundin
       beginning_(timeForAll()),
       silence_(hosts_.size()) {}
 
-std::chrono::seconds OpeningTime::part() {
-  using std::chrono::seconds;
-  const auto left = end_ - std::chrono::steady_clock::now();
-  const auto part = left / static_cast<long>(hosts_ > 1 ? hosts_-- : 1);
-  return std::max(std::chrono::ceil<seconds>(part), seconds{1});
+std::chrono::milliseconds OpeningTime::part() {
+  const auto left = std::max(end_ - std::chrono::steady_clock::now(), {});
+  return std::chrono::ceil<std::chrono::milliseconds>(left /
+                                                      static_cast<long>(hosts_ > 1 ? hosts_-- : 1));
 }
 
 OpeningTime DatabaseHosts::timeForAll() const {
@@ -120,7 +121,12 @@ std::shared_ptr<OwnConnection> DatabaseHosts::openHost(const DatabaseChoice& hos
 
 std::shared_ptr<OwnConnection> DatabaseHosts::openHost(std::size_t host, OpeningTime& time) {
   DatabaseChoice choice = hosts_[host];
-  choice.options.loginTimeoutSeconds = static_cast<int>(time.part().count());
+  const auto part = time.part();
+  // To drivers 0 is for ever.
+  const auto limit =
+      std::max(std::chrono::ceil<std::chrono::seconds>(part), std::chrono::seconds{1});
+  choice.options.loginTimeoutSeconds = static_cast<int>(limit.count());
+  choice.patience = part + longestWord / hosts_.size();
   try {
     auto opened = openHost(choice);
     silence_[host].clear();

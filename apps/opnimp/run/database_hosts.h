@@ -15,14 +15,14 @@
 namespace velk {
 
 /// The time that hosts have to answer, tried one after the other: an equal part each of what those
-/// before it have left, a second at least.
+/// before it have left.
 class OpeningTime {
  public:
   OpeningTime(std::chrono::seconds all, std::size_t hosts)
       : end_(std::chrono::steady_clock::now() + all), hosts_(hosts) {}
 
   /// Of the next one.
-  std::chrono::seconds part();
+  std::chrono::milliseconds part();
 
  private:
   std::chrono::steady_clock::time_point end_;

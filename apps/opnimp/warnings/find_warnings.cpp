@@ -8,6 +8,7 @@
 #include "apps/opnimp/warnings/master_check.h"
 #include "apps/opnimp/warnings/opening_check.h"
 #include "apps/opnimp/warnings/row_check.h"
+#include "apps/opnimp/warnings/split_amounts.h"
 #include "apps/opnimp/warnings/warnings_sheet.h"
 #include "apps/opnimp/warnings/warnings_text.h"
 #include "apps/opnimp/warnings/warnings_workbook.h"
@@ -20,6 +21,8 @@ namespace {
 void checkRecords(const CheckedFile& file, std::vector<Warning>& warnings) {
   RowCheck rows(file);
   OpeningCheck openings(file);
+  SplitAmounts amounts(file);
+  MasterCheck masters;
   // Without a mapping nobody knows which columns contain amounts, dates or names.
   std::optional<LostColumns> columns;
   if (!file.mapping.empty()) columns.emplace(file);
@@ -28,13 +31,15 @@ void checkRecords(const CheckedFile& file, std::vector<Warning>& warnings) {
     // The values of a broken row are not where they belong.
     if (!rows.check(record, warnings) || !columns) continue;
     columns->check(record, warnings);
+    amounts.check(record);
     if (file.kind.opening != nullptr) {
       openings.check(record, rows.wasRepeated(), warnings);
     } else {
-      checkMaster(record, warnings);
+      masters.check(record, rows.wasRepeated(), warnings);
     }
   }
   openings.finish(warnings);
+  amounts.finish(warnings);
 }
 
 /// Of a run that leaves out the records before `first`: what was found in them is nothing to it,

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "apps/opnimp/records/title_suggestions.h"
 #include "apps/opnimp/records/title_words.h"
-#include "base/date_reader.h"
 #include "base/text.h"
 
 namespace velk {
@@ -19,43 +19,25 @@ constexpr std::string_view noReference = "nothing: the document gets no referenc
 constexpr std::string_view noSide = "nothing: only the sign of the amount counts";
 constexpr std::string_view noValue = "nothing";
 
+/// As people title the number of a document, beside its usual names.
 bool isReferenceTitle(const std::string& name) {
-  // As people title the number of a document.
-  constexpr std::array<std::string_view, 11> names{"billno",  "billnum", "invoice",  "invno",
-                                                   "voucher", "vchno",   "docno",    "documentno",
-                                                   "docnum",  "docref",  "reference"};
+  constexpr std::array<std::string_view, 10> names{"billno",  "billnum",  "invoice", "invno",
+                                                   "voucher", "vchno",    "docno",   "documentno",
+                                                   "docref",  "reference"};
   const auto contained = [&](std::string_view part) {
     return name.find(part) != std::string::npos;
   };
   // "Invoice Date" and "Invoice Amount" are no numbers of documents.
   if (contained("date") || contained("amount") || contained("value")) return false;
-  return name.starts_with("ref") || std::ranges::any_of(names, contained);
+  // Beside the amount of the bill, which is mapped.
+  return name == "bill" || name.starts_with("ref") || std::ranges::any_of(names, contained);
 }
 
-/// As people title what tells a debit from a credit.
 bool isSideTitle(const std::string& name) {
   constexpr std::array<std::string_view, 12> names{
       "drcr", "crdr",     "dc",          "side",          "debit", "credit",
       "sign", "drcrflag", "debitcredit", "debitorcredit", "sh",    "balancetype"};
   return std::ranges::count(names, name) > 0;
-}
-
-/// For each column whether it has values, and all of them read as dates.
-std::vector<bool> dateColumns(const CheckedFile& file) {
-  std::vector<bool> found(file.columns);
-  std::vector<bool> other(file.columns);
-  for (std::size_t record = 0; record < file.input.count(); ++record) {
-    const auto fields = file.input.fields(record, file.columns);
-    for (std::size_t column = 0; column < fields.size(); ++column) {
-      if (other[column] || trim(fields[column]).empty()) continue;
-      found[column] = true;
-      other[column] = !readDate(fields[column], file.currentYear);
-    }
-  }
-  for (std::size_t column = 0; column < file.columns; ++column) {
-    found[column] = found[column] && !other[column];
-  }
-  return found;
 }
 
 bool isUsed(const CheckedFile& file, std::size_t column) {
@@ -65,13 +47,17 @@ bool isUsed(const CheckedFile& file, std::size_t column) {
 }  // namespace
 
 // Only what could be meant for a field that has no other column, or for one that has another.
-LostColumns::LostColumns(const CheckedFile& file) {
+LostColumns::LostColumns(const CheckedFile& file) : survey_(file) {
   const ImportKind& kind = file.kind;
   // Such a file is refused as a whole.
   if (kind.columns != 0 && kind.columns != file.columns) return;
-  if (kind.opening != nullptr && !file.isMapped(openingField::date)) dates_ = dateColumns(file);
+  const std::vector<std::string> titles = file.input.titles();
+  if (kind.opening != nullptr) {
+    dates_ = usualTitles(file.mapping.at(openingField::date).field, titles);
+    references_ = usualTitles(file.mapping.at(openingField::reference).field, titles);
+  }
   std::size_t column = 0;
-  for (const std::string& title : file.input.titles()) {
+  for (const std::string& title : titles) {
     if (lost_.size() == mostLost) return;
     if (!isUsed(file, column)) look(file, column, std::string(trim(title)));
     ++column;
@@ -97,11 +83,13 @@ void LostColumns::lookInOpening(const CheckedFile& file, std::size_t column,
   const std::string name = joined(wordsOf(title));
   std::string_view readAs;
   if (!file.isMapped(openingField::date) &&
-      (name.find("date") != std::string::npos || dates_.at(column))) {
+      (name.find("date") != std::string::npos || dates_.at(column) || survey_.holdsDates(column))) {
     readAs = noDate;
-  } else if (!file.isMapped(openingField::reference) && isReferenceTitle(name)) {
+  } else if (!file.isMapped(openingField::reference) &&
+             (isReferenceTitle(name) || references_.at(column) ||
+              survey_.holdsReferences(column))) {
     readAs = noReference;
-  } else if (isSideTitle(name)) {
+  } else if (isSideTitle(name) || survey_.holdsSides(column)) {
     readAs = noSide;
   } else {
     return;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "apps/opnimp/warnings/checked_record.h"
+#include "apps/opnimp/warnings/column_survey.h"
 
 namespace velk {
 
@@ -27,7 +28,9 @@ class LostColumns {
   void lookInOpening(const CheckedFile& file, std::size_t column, const std::string& title);
   void lookInMaster(const CheckedFile& file, std::size_t column, const std::string& title);
 
-  std::vector<bool> dates_;  // of each column, whether its values are dates; empty: nobody asks
+  const ColumnSurvey survey_;
+  std::vector<bool> dates_;       // of each column, whether its title is a usual one of dates
+  std::vector<bool> references_;  // the same of references
   std::vector<Lost> lost_;
 };
 

@@ -5,7 +5,9 @@
 
 #include "apps/opnimp/warnings/amount_check.h"
 #include "apps/opnimp/warnings/date_check.h"
+#include "apps/opnimp/warnings/row_check.h"
 #include "apps/opnimp/warnings/text_check.h"
+#include "base/date_reader.h"
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "base/text.h"
@@ -42,13 +44,32 @@ void checkAmountOf(const CheckedRecord& record, std::size_t field,
   if (!doubt) return;
   Misreading reading = record.misreading(field, std::move(text), textOf(amount));
   reading.skips = skips;
-  if (skips) reading.readAs += ", and the record is skipped";
   addWarning(warnings, *doubt, std::move(reading));
+}
+
+/// Of what windows-1252 has: controls but for those that lines and columns are made with, U+00A0
+/// and U+00AD.
+bool hasUnseen(std::string_view text) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    const bool isLead = byte == 0xC2 && at + 1 < text.size();
+    const auto character = isLead ? static_cast<unsigned char>(text[++at]) : byte;
+    const bool isControl =
+        character < 0x20 && character != '\t' && character != '\r' && character != '\n';
+    if (isLead ? character <= 0xA0 || character == 0xAD : isControl || character == 0x7F) {
+      return true;
+    }
+  }
+  return false;
 }
 
 void checkCode(const CheckedRecord& record, std::vector<Warning>& warnings) {
   const std::string code = record.read(openingField::code);
   checkText(record, openingField::code, warnings);
+  if (hasUnseen(code)) {
+    addWarning(warnings, WarningId::UnseenInCode,
+               record.misreading(openingField::code, code, "the code, unseen character included"));
+  }
   if (trim(code) == code) return;
   addWarning(warnings, WarningId::BlanksAroundCode,
              record.misreading(openingField::code, code, "\"" + code + "\", blanks included"));
@@ -83,13 +104,29 @@ void OpeningCheck::checkReference(const CheckedRecord& record, const std::string
                                   std::vector<Warning>& warnings) {
   const std::string reference = record.read(openingField::reference);
   const std::string key = lowerAscii(trim(reference));
-  if (key.empty()) return;
+  if (key.empty()) return checkEqual(record, party, warnings);
   const auto [earlier, isNew] = lines_.emplace(party + '\0' + key, record.line());
   if (isNew) return;
   addWarning(warnings, WarningId::SameReference,
              record.misreading(
                  openingField::reference, reference,
                  "a further document beside that of line " + std::to_string(earlier->second)));
+}
+
+// As the journal knows records again: whatever else the rows have, the same is posted twice.
+void OpeningCheck::checkEqual(const CheckedRecord& record, const std::string& party,
+                              std::vector<Warning>& warnings) {
+  const std::string text = record.read(openingField::date);
+  const auto reading = readDate(text, file_.currentYear);
+  std::string key = party + '\0' + (reading ? formatDayFirst(reading->date) : text);
+  for (const std::size_t field : {openingField::bill, openingField::balance}) {
+    key.append(1, '\0').append(textOf(amountOf(record, field)));
+  }
+  const auto [earlier, isNew] = nameless_.emplace(std::move(key), record.line());
+  if (isNew) return;
+  Misreading equal = misreadRow(record);
+  equal.readAs = "what line " + std::to_string(earlier->second) + " posts, once more";
+  addWarning(warnings, WarningId::EqualRows, std::move(equal));
 }
 
 void OpeningCheck::checkDocumentDate(const CheckedRecord& record, std::vector<Warning>& warnings) {

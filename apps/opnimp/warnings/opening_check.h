@@ -27,13 +27,16 @@ class OpeningCheck {
 
   void checkReference(const CheckedRecord& record, const std::string& party,
                       std::vector<Warning>& warnings);
+  void checkEqual(const CheckedRecord& record, const std::string& party,
+                  std::vector<Warning>& warnings);
   void checkDocumentDate(const CheckedRecord& record, std::vector<Warning>& warnings);
   void checkAmounts(const CheckedRecord& record, const std::string& party,
                     std::vector<Warning>& warnings);
   void warnOfSums(std::vector<Warning>& warnings) const;
 
   const CheckedFile& file_;
-  std::unordered_map<std::string, std::size_t> lines_;  // of each party and reference
+  std::unordered_map<std::string, std::size_t> lines_;     // of each party and reference
+  std::unordered_map<std::string, std::size_t> nameless_;  // what is posted without a reference
   std::unordered_map<std::string, Party> parties_;
   std::vector<Misreading> bothWays_;  // dates that read day first and month first
   bool monthFirst_ = false;           // some date has the month first

@@ -32,7 +32,31 @@ std::string textOf(const CheckedRecord& row) {
   return cutTo(CodePage::windows1252().decode(row.file.input.bytesOf(row.record)), longestRow);
 }
 
+/// Programs end all lines with as many commas as the longest one has: what stands there has no more
+/// of a title than what stands behind all commas. Workbooks have notes beside their tables.
+std::size_t namedWidth(const CheckedFile& file) {
+  if (file.kind.opening == nullptr || file.input.conversion().isSheet) return file.columns;
+  const std::vector<std::string> titles = file.input.titles();
+  std::size_t width = titles.size();
+  while (width > 0 && trim(titles[width - 1]).empty()) --width;
+  return std::max(width, mappedWidth(file.mapping));
+}
+
+bool hasValueBehind(const CheckedRecord& row, std::size_t width) {
+  for (std::size_t at = width; at < row.fields.size(); ++at) {
+    if (!trim(previewCell(row.fields[at])).empty()) return true;
+  }
+  return false;
+}
+
 }  // namespace
+
+Misreading misreadRow(const CheckedRecord& row) {
+  return {row.record, row.line(), {}, textOf(row), valuesRead(row)};
+}
+
+RowCheck::RowCheck(const CheckedFile& file)
+    : input_(file.input), columns_(file.columns), named_(namedWidth(file)) {}
 
 bool RowCheck::check(const CheckedRecord& row, std::vector<Warning>& warnings) {
   const auto [earlier, isNew] = lines_.emplace(input_.bytesOf(row.record), row.line());
@@ -46,10 +70,10 @@ bool RowCheck::check(const CheckedRecord& row, std::vector<Warning>& warnings) {
                           "the row of line " + std::to_string(earlier->second) + " once more"});
   }
   const auto fault = faultOf(row);
-  if (!fault) return true;
-  addWarning(warnings, *fault,
-             Misreading{row.record, row.line(), {}, textOf(row), valuesRead(row)});
-  return false;
+  // Its values may stand where they belong all the same.
+  const bool isLong = !fault && hasValueBehind(row, named_);
+  if (fault || isLong) addWarning(warnings, fault.value_or(WarningId::LongLines), misreadRow(row));
+  return !fault;
 }
 
 // Broken quotes and NUL bytes change the number of fields, too, and explain it.
@@ -57,8 +81,8 @@ std::optional<WarningId> RowCheck::faultOf(const CheckedRecord& row) {
   if (const auto fault = quoteFault(row.record)) return fault;
   if (input_.bytesOf(row.record).find('\0') != std::string_view::npos) return WarningId::NulBytes;
   const std::size_t fields = countFields(input_.bytesOf(row.record));
-  if (fields == columns_) return std::nullopt;
-  return fields < columns_ ? WarningId::ShortLines : WarningId::LongLines;
+  if (fields < columns_) return WarningId::ShortLines;
+  return fields > columns_ ? std::optional(WarningId::LongLines) : std::nullopt;
 }
 
 // An open quote here and one more in the next record: most likely one value with a line break.

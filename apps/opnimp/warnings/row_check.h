@@ -9,9 +9,12 @@
 
 namespace velk {
 
+/// The record as a whole, and what the import takes from it.
+Misreading misreadRow(const CheckedRecord& row);
+
 class RowCheck {
  public:
-  explicit RowCheck(const CheckedFile& file) : input_(file.input), columns_(file.columns) {}
+  explicit RowCheck(const CheckedFile& file);
 
   /// False when the row is so broken that its values need no look.
   bool check(const CheckedRecord& row, std::vector<Warning>& warnings);
@@ -25,6 +28,7 @@ class RowCheck {
 
   const CsvRecords& input_;
   const std::size_t columns_;
+  std::size_t named_;    // of them, up to the last one that has a title or is used
   bool goesOn_ = false;  // the last row seems to go on in this one
   bool repeated_ = false;
   std::unordered_map<std::string_view, std::size_t> lines_;  // of each row, by its bytes

@@ -22,18 +22,18 @@ std::string meant(const std::string& written) {
   return written;
 }
 
+}  // namespace
+
 // Master data is trimmed and loses its quotes once more when it is imported.
-std::string posted(const CheckedRecord& record, std::size_t field) {
+std::string postedText(const CheckedRecord& record, std::size_t field) {
   std::string text = record.read(field);
   if (record.file.kind.opening != nullptr) return text;
   return std::string(trim(withoutQuotes(std::string(trim(text)))));
 }
 
-}  // namespace
-
 void checkText(const CheckedRecord& record, std::size_t field, std::vector<Warning>& warnings) {
   const std::string written = record.written(field);
-  const std::string read = posted(record, field);
+  const std::string read = postedText(record, field);
   if (record.file.isUtf8 && !isAscii(written)) {
     const std::string text = CodePage::windows1252().encode(meant(written));
     return addWarning(warnings, WarningId::Utf8,

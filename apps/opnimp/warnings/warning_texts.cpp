@@ -75,16 +75,24 @@ constexpr WarningText texts[] = {
     {"unbalanced-quotes", isHarmful,
      "A quote is missing: the commas behind it do not separate, so that the rest of the line is "
      "one value."},
-    {"equal-rows", isHarmful, "A row is there twice, and each is posted. Remove one of them."},
+    {"equal-rows", isHarmful,
+     "A row, or all that is posted of it, is there twice, and each is posted. Remove one of them."},
     {"same-reference", isHarmful,
      "A party has the same reference twice, and each record is posted. Remove one of them, or "
      "correct its reference."},
+    {"split-amount", isHarmful,
+     "An amount with a comma and without quotes, such as 1,250.00, seems to be two values: 1 and "
+     "250.00, and what follows stands in wrong columns. Put it in quotes, or leave its commas "
+     "out."},
     {"quoted-commas", isHarmful,
      "A comma inside quotes is dropped from the value: \"Smith, John\" becomes Smith John."},
     {"leading-quote", isHarmful,
      "A text that begins with a double quote loses it, and its last character, too."},
     {"blanks-around-code", isHarmful,
      "A code has blanks around it, and is looked up and posted with them. Remove them."},
+    {"unseen-in-code", isHarmful,
+     "A code has a character that is not seen: a control character, a soft hyphen or a no-break "
+     "space. Some databases pass over it and take the code for another. Remove it."},
     {"amount-not-a-number", isHarmful,
      "A text without a number reads as 0; a bill of 0 is skipped."},
     {"amount-too-large", isHarmful,
@@ -124,6 +132,14 @@ constexpr WarningText texts[] = {
     {"date-long-past", isHarmful,
      "A date lies more than fifty years back. A year of two digits from 30 on is one of the 1900s, "
      "and programs write a day of 1899 or 1900 for a date that is missing."},
+    {"duplicate-vendors", isHarmful,
+     "A row above has this vendor already: databases take each once, and refuse the second."},
+    {"duplicate-branches", isHarmful,
+     "A row above has this branch of the bank already: databases take each once, and refuse the "
+     "second."},
+    {"bank-names-differ", isHarmful,
+     "A row above gives this bank another name, and a database keeps one of them only. Write the "
+     "same in each row."},
     {"locality-unknown", isHarmful,
      "A Locality that is not Outstation, or Out Station, is taken as local."},
     {"sale-type-unknown", isHarmful,

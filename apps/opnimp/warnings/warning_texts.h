@@ -39,10 +39,12 @@ enum class WarningId : std::uint8_t {
   UnbalancedQuotes,
   EqualRows,
   SameReference,
+  SplitAmount,
   // Of a value
   QuotedCommas,
   LeadingQuote,
   BlanksAroundCode,
+  UnseenInCode,
   AmountNotANumber,
   AmountTooLarge,
   AmountDecimalComma,
@@ -60,6 +62,9 @@ enum class WarningId : std::uint8_t {
   DateWithoutYear,
   DateWithoutDay,
   DateLongPast,
+  DuplicateVendors,
+  DuplicateBranches,
+  BankNamesDiffer,
   LocalityUnknown,
   SaleTypeUnknown,
   // Of a workbook

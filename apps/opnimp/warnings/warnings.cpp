@@ -72,7 +72,7 @@ void checkAccepted(std::span<const std::string> accepted) {
 std::string sentenceOf(const Misreading& reading) {
   const std::string written = "\"" + cutTo(reading.text, longestText) + "\"";
   return (reading.field.empty() ? written : reading.field + " " + written) + " is read as " +
-         cutTo(reading.readAs, longestText);
+         cutTo(reading.effect(), longestText);
 }
 
 }  // namespace velk

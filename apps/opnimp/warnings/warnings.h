@@ -19,7 +19,10 @@ struct Misreading {
   std::string field;       ///< its title; empty: the record as a whole
   std::string text;        ///< as it is written
   std::string readAs;      ///< what the import makes of it, such as "50000"
-  bool skips = false;      ///< it is an amount of a record that is skipped, as its bill reads as 0
+  bool skips = false;  ///< its bill reads as 0, so that the record is skipped if it comes to that
+
+  /// What comes of it.
+  std::string effect() const { return skips ? readAs + ", and the record is skipped" : readAs; }
 };
 
 struct Warning {

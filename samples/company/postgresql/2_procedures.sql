@@ -1,7 +1,10 @@
 -- The procedures of the sample company, for PostgreSQL 15. What returns rows is a function there.
 --
 -- They run with their owner's rights, so that an import needs none to the tables that it writes; and a
--- call of such a routine takes effect as a whole or not at all.
+-- call of such a routine takes effect as a whole or not at all. Each keeps the path that is in force
+-- here: if it did not end with pg_temp, that would come first, and whoever calls one could have a temporary
+-- table of his own, and its triggers, take the place of a table.
+SET search_path = public, pg_temp;
 
 -- Each document's number is answered.
 CREATE FUNCTION sp_insert_CustDebitNote(

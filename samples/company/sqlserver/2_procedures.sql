@@ -167,3 +167,28 @@ SELECT IsDefault FROM DSType_Master
 WHERE DSTypeName = 'DSType' AND DSTypeValue = @value AND DSTypeCtlPos = 1
   AND OCGtype = (SELECT flag FROM tbl_velk_configabstract WHERE ScreenCode = 'OCGDS')
 GO
+
+-- How many documents such a note has made: asked only when a connection was lost within it.
+CREATE PROCEDURE opnimp_count_documents
+  @note nvarchar(2048), @party nvarchar(2048), @reference nvarchar(2048), @made datetime, @billed float,
+  @due float
+AS
+SELECT CASE @note
+  WHEN 'sp_insert_CustDebitNote' THEN (
+    SELECT COUNT(*) FROM CustomerDebitNote
+    WHERE CustomerID = @party AND DocReference = @reference AND DocumentDate = @made
+      AND Amount = @billed AND Balance = @due)
+  WHEN 'sp_insert_CustCreditNote' THEN (
+    SELECT COUNT(*) FROM CustomerCreditNote
+    WHERE CustomerID = @party AND DocReference = @reference AND DocumentDate = @made
+      AND Amount = @billed AND Balance = @due)
+  WHEN 'sp_insert_VendorDebitNote' THEN (
+    SELECT COUNT(*) FROM VendorDebitNote
+    WHERE VendorID = @party AND DocReference = @reference AND DocumentDate = @made
+      AND Amount = @billed AND Balance = @due)
+  WHEN 'sp_insert_VendorCreditNote' THEN (
+    SELECT COUNT(*) FROM VendorCreditNote
+    WHERE VendorID = @party AND DocReference = @reference AND DocumentDate = @made
+      AND Amount = @billed AND Balance = @due)
+END
+GO

@@ -31,4 +31,5 @@ GRANT EXECUTE ON sp_save_salesman TO opnimp_import
 GRANT EXECUTE ON sp_save_DsType TO opnimp_import
 GRANT EXECUTE ON sp_Check_DSCaption TO opnimp_import
 GRANT EXECUTE ON Velk_sp_checkDefault_DSTypeValue TO opnimp_import
+GRANT EXECUTE ON opnimp_count_documents TO opnimp_import
 GO
