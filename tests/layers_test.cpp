@@ -19,7 +19,9 @@ using Names = std::vector<std::string_view>;
 
 /// The headers that a room may include besides the standard library's, by how their names begin.
 const std::map<std::string, Names> foreignHeaders{
-    {"platform/native", {"fcntl.h", "linux/", "poll.h", "pwd.h", "spawn.h", "sys/", "unistd.h"}},
+    {"platform/native",
+     {"fcntl.h", "linux/", "poll.h", "pwd.h", "spawn.h", "sys/", "unicode/", "unistd.h"}},
+    {"platform/native/windows", {"windows.h", "aclapi.h", "ole2.h", "sddl.h"}},
     {"platform/odbc", {"sql", "windows.h"}},
     {"platform/windows",
      {"windows.h", "ole2.h", "olectl.h", "ocidl.h", "cderr.h", "commdlg.h", "shellapi.h",
@@ -34,10 +36,9 @@ const std::map<std::string, Names> foreignHeaders{
      {"windows.h", "commctrl.h", "ole2.h", "olectl.h", "ocidl.h", "shellapi.h", "ado_com.h",
       "host_service_com.h", "Velk_OpnImp_com.h", "unused_members.h", "CLI/"}},
     {"apps/opnimp/cli", {"CLI/"}},
-    {"apps/opnimp/convert", {"unicode/"}},
     {"apps/opnimp/journal", {"cpuid.h", "immintrin.h"}},
     {"apps/opnimp/report", {"nlohmann/"}},
-    {"apps/opnimp", {"sys/resource.h", "unistd.h"}},
+    {"apps/opnimp", {"fcntl.h", "io.h", "shellapi.h", "sys/resource.h", "unistd.h", "windows.h"}},
 };
 
 struct Room {

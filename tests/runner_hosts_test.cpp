@@ -8,6 +8,7 @@
 
 #include "apps/opnimp/audit/outcome.h"
 #include "apps/opnimp/run/document_lookup.h"
+#include "platform/native/native_privacy.h"
 #include "tests/support/fake_database.h"
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
@@ -476,7 +477,7 @@ TEST_CASE("hosts: an embedded database has none, a file names one a line") {
                            {"\n", 4, "holds no connection string"}}) {
     CAPTURE(each.text);
     hosts.surroundings.database = hosts.folder.write("hosts", each.text);
-    std::filesystem::permissions(hosts.surroundings.database, std::filesystem::perms::owner_read);
+    makePrivate(hosts.surroundings.database);
     hosts.effects.clear();
     const std::string file = hosts.folder.write("in.csv", crlf({openingTitles, good1}));
     const Ran ran = hosts.run(

@@ -9,6 +9,7 @@
 #include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/run/journal_choice.h"
 #include "platform/native/native_kept_file.h"
+#include "platform/native/native_state.h"
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
 
@@ -259,7 +260,7 @@ TEST_CASE("a journal that cannot be written lets nothing be posted") {
   CHECK(world.import(file, {"--journal", world.database()}).status == 3);
   CHECK(world.import(file, {"--journal", "r", "--rejects", "r"}).status == 3);
   world.surroundings.stateFolder.clear();
-  CHECK(contains(world.import(file).err, "neither XDG_STATE_HOME nor HOME is set"));
+  CHECK(contains(world.import(file).err, noStateFolder));
   const std::string journal = world.folder.path("journal");
   {
     const auto held = openKept(journal, KeptFor::Writing);

@@ -96,9 +96,9 @@ TEST_CASE("a preview shows the mapping and the first rows, and makes nothing") {
 TEST_CASE("a preview as JSON, valid whatever the file and its name hold") {
   RunnerWorld world;
   const std::string in =
-      world.folder.write("\xFF.csv", "Customer ID,\xE9\"\r\nC001,\\\x01\x7F\r\n");
+      world.folder.write(std::string(noUtf8) + ".csv", "Customer ID,\xE9\"\r\nC001,\\\x01\x7F\r\n");
   const Json preview(world.run({"preview", "customer-opening", in, "--json"}).out);
-  CHECK(preview.at("file").ends_with("/\xEF\xBF\xBD.csv"));
+  CHECK(preview.at("file").ends_with("\xEF\xBF\xBD.csv"));
   CHECK(preview.at("columns[1]") == "\xC3\xA9\"");
   CHECK(preview.at("rows[0][1]") == "\\\x01\x7F");
   CHECK(preview.at("mapping[0].column") == "1");

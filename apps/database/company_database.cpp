@@ -5,6 +5,7 @@
 
 #include "base/errors.h"
 #include "platform/odbc/odbc_connection.h"
+#include "platform/utf8_path.h"
 #include "samples/company/sample_company.h"
 
 namespace velk {
@@ -13,8 +14,7 @@ namespace {
 
 bool exists(const std::string& path) {
   std::error_code error;
-  // As UTF-8: a path of plain characters would be in the code page on Windows.
-  return std::filesystem::exists(std::u8string(path.begin(), path.end()), error);
+  return std::filesystem::exists(toPath(path), error);
 }
 
 }  // namespace

@@ -42,22 +42,6 @@ struct stat regularFileStatus(const Descriptor& file) {
   return status;
 }
 
-void syncFile(const std::string& path) {
-  const Descriptor file(unlessInterrupted(
-      [&] { return ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW); }));
-  struct stat status {};
-  if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return;
-  required([&] { return ::fdatasync(file.get()); });
-  syncFolderOf(path);
-}
-
-void syncFolderOf(const std::string& path) {
-  const fs::path folder = fs::path(path).parent_path();
-  const Descriptor opened(unlessInterrupted(
-      [&] { return ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC); }));
-  if (opened) ::fsync(opened.get());
-}
-
 RuntimeError fileError(int errorCode) {
   // ENXIO is what opening gives for a pipe that nobody reads, because of O_NONBLOCK.
   static constexpr std::pair<int, ErrorNumber> known[] = {

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/native/descriptor.h"
+#include "platform/native/native_sync.h"
 
 namespace velk {
 

@@ -12,6 +12,7 @@
 
 #include "platform/native/descriptor.h"
 #include "platform/native/mapped_room.h"
+#include "platform/native/native_sync.h"
 
 namespace velk {
 

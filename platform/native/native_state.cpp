@@ -8,22 +8,22 @@ namespace velk {
 
 namespace {
 
-// Nothing of the program changes the environment. NOLINTBEGIN(concurrency-mt-unsafe)
-std::string environment(const char* name) {
-  const char* const value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
-// NOLINTEND(concurrency-mt-unsafe)
-
 // A relative path has no meaning there, and is to be ignored.
 std::string userFolder(const char* variable, std::string_view inHome) {
-  std::string folder = environment(variable);
+  std::string folder = environmentVariable(variable);
   if (folder.starts_with('/')) return folder;
-  const std::string home = environment("HOME");
+  const std::string home = environmentVariable("HOME");
   return home.starts_with('/') ? home + std::string(inHome) : std::string();
 }
 
 }  // namespace
+
+// Nothing of the program changes the environment. NOLINTBEGIN(concurrency-mt-unsafe)
+std::string environmentVariable(const std::string& name) {
+  const char* const value = std::getenv(name.c_str());
+  return value == nullptr ? "" : value;
+}
+// NOLINTEND(concurrency-mt-unsafe)
 
 std::string stateFolder() {
   return userFolder("XDG_STATE_HOME", "/.local/state");

@@ -6,12 +6,23 @@
 
 #include "base/text.h"
 
-// Under Wine the driver is a library of the system below, which knows that system's paths only.
+namespace {
+
+// Under Wine the drivers are those of the system below, which know that system's paths only.
+// Windows itself has no such function.
+FARPROC pathConversion() {
+  return GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name");
+}
+
+}  // namespace
+
+std::string_view velk::embeddedDriver() {
+  return pathConversion() == nullptr ? "SQLite3 ODBC Driver" : "SQLite3";
+}
+
 std::string velk::driverPath(std::string_view path) {
   using UnixFileName = char*(__cdecl*)(const wchar_t*);
-  // Windows itself has no such function.
-  const FARPROC found =
-      GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name");
+  const FARPROC found = pathConversion();
   if (found == nullptr) return std::string(path);
   // By way of void*, because compilers warn of a direct cast between function types.
   const auto convert = reinterpret_cast<UnixFileName>(reinterpret_cast<void*>(found));
@@ -23,6 +34,10 @@ std::string velk::driverPath(std::string_view path) {
 }
 
 #else
+
+std::string_view velk::embeddedDriver() {
+  return "SQLite3";
+}
 
 std::string velk::driverPath(std::string_view path) {
   return std::string(path);

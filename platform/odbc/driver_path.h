@@ -10,4 +10,7 @@ namespace velk {
 /// path of the underlying system when Wine hands the call on to a driver of that system.
 std::string driverPath(std::string_view path);
 
+/// The name of the embedded database's driver, as its maker or, on Linux, the distribution has it.
+std::string_view embeddedDriver();
+
 }  // namespace velk

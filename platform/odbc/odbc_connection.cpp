@@ -497,7 +497,9 @@ std::string embeddedConnectionString(std::string_view file) {
   const bool plain = path.find_first_not_of(plainSigns) == std::string::npos &&
                      !path.starts_with("file:") && path.front() != ' ' && path.back() != ' ';
   // NoCreat also for what opens it otherwise than openOdbc.
-  return std::string("Driver=SQLite3;NoCreat=1;Database=")
+  return std::string("Driver=")
+      .append(embeddedDriver())
+      .append(";NoCreat=1;Database=")
       .append(plain ? path : fileAddress(path))
       .append(";");
 }

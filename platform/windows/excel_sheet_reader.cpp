@@ -70,18 +70,14 @@ class ExcelSheetReader final : public WorksheetReader {
  public:
   explicit ExcelSheetReader(ExcelWorkbook workbook)
       : workbook_(std::move(workbook)), sheet_(workbook_.firstSheet()) {
-    const ExcelObject used = sheet_.object("UsedRange");
-    const int rows = integer(used.object("Rows").get("Count"));
-    const int columns = integer(used.object("Columns").get("Count"));
-    // The used range need not begin in the first row or column.
-    used_.lastRow = integer(used.get("Row")) + rows - 1;
+    used_ = usedPart(sheet_);
     // The component knows 65,536 rows; to import only those would lose records without a word.
     if (used_.lastRow > maxSheetRows) {
       throw RuntimeError(ErrorNumber::InvalidFileFormat,
                          "The worksheet has more than 65,536 rows; save it as an Excel 97-2003 "
                          "workbook (*.xls)");
     }
-    used_.lastColumn = std::min(integer(used.get("Column")) + columns - 1, maxSheetColumns);
+    used_.lastColumn = std::min(used_.lastColumn, maxSheetColumns);
   }
 
   // The used range may end with cells that have only a format, so the last text is looked for.
@@ -233,6 +229,15 @@ class ExcelSheetReader final : public WorksheetReader {
 };
 
 }  // namespace
+
+CellRange usedPart(const ExcelObject& sheet) {
+  const ExcelObject used = sheet.object("UsedRange");
+  const int rows = integer(used.object("Rows").get("Count"));
+  const int columns = integer(used.object("Columns").get("Count"));
+  // The used range need not begin in the first row or column.
+  const int lastRow = integer(used.get("Row")) + rows - 1;
+  return {1, 1, lastRow, integer(used.get("Column")) + columns - 1};
+}
 
 std::unique_ptr<WorksheetReader> excelSheetReader(ExcelWorkbook workbook) {
   return std::make_unique<ExcelSheetReader>(std::move(workbook));

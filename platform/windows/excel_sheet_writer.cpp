@@ -96,7 +96,7 @@ class ExcelSheetWriter final : public WorksheetWriter {
     writeTexts();
     // Known from version 12 on.
     workbook_.object().putIfKnown("CheckCompatibility", false);
-    const int format = fileFormat();
+    const int format = application_.xlsFormat();
     // Under another name first: a save that fails leaves the old file as it was.
     FileReplacement& replacement = application_.replace(path);
     application_.object().object("ActiveWorkbook").call("SaveAs", replacement.path(), format);
@@ -161,15 +161,6 @@ class ExcelSheetWriter final : public WorksheetWriter {
     if (toValue(style.get()) == Value(letters)) return std::string(source);
     return toText(
         toValue(application.get("ConvertFormula", source, letters, std::move(style)).get()));
-  }
-
-  int fileFormat() const {
-    constexpr double firstWithNewFormats = 12;
-    // xlExcel8, and xlWorkbookNormal for the versions before it.
-    constexpr int xlsOfLater = 56;
-    constexpr int xlsOfEarlier = -4143;
-    const std::string version = toText(toValue(application_.object().get("Version").get()));
-    return leadingNumber(version) >= firstWithNewFormats ? xlsOfLater : xlsOfEarlier;
   }
 
   ExcelApplication& application_;

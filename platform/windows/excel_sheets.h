@@ -8,6 +8,9 @@
 
 namespace velk {
 
+/// From the first cell of a sheet to the last one that has anything.
+CellRange usedPart(const ExcelObject& sheet);
+
 /// Asks for the cells in blocks, once they are needed; the answers are kept.
 std::unique_ptr<WorksheetReader> excelSheetReader(ExcelWorkbook workbook);
 

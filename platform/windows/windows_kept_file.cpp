@@ -108,11 +108,4 @@ std::unique_ptr<KeptFile> openKept(const std::string& path, KeptFor use) {
   return file;
 }
 
-std::string stateFolder() {
-  std::wstring folder(GetEnvironmentVariableW(L"LOCALAPPDATA", nullptr, 0), L'\0');
-  folder.resize(
-      GetEnvironmentVariableW(L"LOCALAPPDATA", folder.data(), static_cast<DWORD>(folder.size())));
-  return fromWide(folder);
-}
-
 }  // namespace velk

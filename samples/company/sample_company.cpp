@@ -12,16 +12,12 @@
 #include "base/text.h"
 #include "base/values.h"
 #include "platform/odbc/odbc_connection.h"
+#include "platform/utf8_path.h"
 
 namespace velk {
 namespace {
 
 namespace fs = std::filesystem;
-
-fs::path toPath(std::string_view utf8) {
-  // On Windows a path made of char would be read in the code page.
-  return fs::path(toUtf16(utf8));
-}
 
 // The file while it is being filled. It is removed in the end, with the engine's own files beside
 // it: what is kept has another name by then.

@@ -9,6 +9,13 @@
 
 namespace velk {
 
+/// A name that is no UTF-8. Windows, whose names are UTF-16, has none: there the sign for such.
+#ifdef _WIN32
+inline constexpr std::string_view noUtf8 = "\xEF\xBF\xBD";
+#else
+inline constexpr std::string_view noUtf8 = "\xFF";
+#endif
+
 /// Names, paths and contents are bytes; names and paths are UTF-8 on every system.
 class TemporaryFolder {
  public:
@@ -47,7 +54,7 @@ class TemporaryFolder {
 
  private:
   std::filesystem::path at(std::string_view name) const {
-    return folder_ / std::u8string(name.begin(), name.end());
+    return (folder_ / std::u8string(name.begin(), name.end())).make_preferred();
   }
 
   std::filesystem::path folder_;

@@ -27,7 +27,8 @@ class FakeExcel {
   Texts calls;  ///< those that give no object, and Open; a range is named for its parts
   std::map<std::string, Variant> answers;
   std::set<std::string> unknown;  ///< members that it lacks
-  int failAt = -1;                ///< the call that fails, counting all from 0
+  std::string savedBytes = "new";
+  int failAt = -1;  ///< the call that fails, counting all from 0
   int count = 0;
   std::deque<HRESULT> rejections;  ///< of the next calls
   int objects = 0;                 ///< that live now, with the application
@@ -140,8 +141,8 @@ inline Variant FakeExcel::invoke(const std::string& owner, const std::string& na
   const bool givesObject = makesWorkbook || objectMembers.contains(name);
   if (!givesObject || name == "Open") calls.push_back(owner + '.' + call);
   if (name == "SaveAs") {
-    saved_.open(parameters.rgvarg[1].bstrVal);
-    saved_ << "new" << std::flush;
+    saved_.open(parameters.rgvarg[1].bstrVal, std::ios::binary);
+    saved_ << savedBytes << std::flush;
   }
   if (name == "Quit") objectsAtQuit = objects;
   const bool fails = count++ == failAt;

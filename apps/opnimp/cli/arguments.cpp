@@ -2,14 +2,16 @@
 
 #include <filesystem>
 
+#include "platform/utf8_path.h"
+
 namespace velk {
 
 const std::string_view lockHoldersCommand = "lock-holders";
 
 std::string numbered(const std::string& path, std::size_t number) {
-  std::filesystem::path named(path);
+  std::filesystem::path named = toPath(path);
   const std::string extension = named.extension().string();
-  return named.replace_extension("." + std::to_string(number) + extension).string();
+  return named.replace_extension(toPath("." + std::to_string(number) + extension)).string();
 }
 
 std::vector<Arguments> eachFile(const Arguments& arguments) {

@@ -44,6 +44,7 @@ class CommandLine {
     form.label("Positionals", "Arguments");
     form.label("SUBCOMMAND", "COMMAND");
     app_.set_help_flag("-h,--help", "show how the program or a command is used");
+    app_.allow_windows_style_options(false);  // a path may begin with a slash there, too
     app_.set_version_flag("--version", "version", "show version, commit and known engines");
     app_.footer(mainFooter)->require_subcommand(1);
     addCommands();

@@ -25,7 +25,8 @@ inline const std::string rejectsHelp =
     "FILE.check.xls); none of them may be there already";
 inline const std::string journalHelp =
     "the journal of all runs (default: opnimp/journal in\n"
-    "$XDG_STATE_HOME, else in ~/.local/state)";
+    "$XDG_STATE_HOME, else in ~/.local/state; on Windows in\n"
+    "%LOCALAPPDATA%)";
 inline const std::string againHelp =
     "post opening balances also if an earlier run of the journal\n"
     "posted them";

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
-#include "apps/opnimp/convert/named_encodings.h"
 #include "base/text.h"
+#include "platform/native/named_encodings.h"
 
 namespace velk {
 

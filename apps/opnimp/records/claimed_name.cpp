@@ -2,10 +2,12 @@
 
 #include <system_error>
 
+#include "platform/utf8_path.h"
+
 namespace velk {
 
 ClaimedName::ClaimedName(FileSystem& files, const std::string& path)
-    : path_(path), isNew_(files.openExclusively(path)) {}
+    : path_(toPath(path)), isNew_(files.openExclusively(path)) {}
 
 ClaimedName::~ClaimedName() {
   std::error_code error;

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "platform/utf8_path.h"
 #include "shared/numbered_files.h"
 
 namespace velk {
@@ -19,14 +20,15 @@ std::string readBytes(FileSystem& files, std::string_view path) {
 
 std::string fileErrorText(const std::string& path, const RuntimeError& error) {
   namespace fs = std::filesystem;
+  const fs::path native = toPath(path);
   std::error_code unknown;
-  const fs::file_status status = fs::status(path, unknown);
+  const fs::file_status status = fs::status(native, unknown);
   if (fs::is_directory(status)) return "it is a folder";
   if (!error.is(ErrorNumber::PathFileAccess)) return error.description();
   if (fs::exists(status) && !fs::is_regular_file(status)) {
     return "it is no file but a pipe, a socket or a device";
   }
-  if (fs::is_symlink(fs::symlink_status(path, unknown))) {
+  if (fs::is_symlink(fs::symlink_status(native, unknown))) {
     return "it is a symbolic link, through which nothing is written";
   }
   return error.description();
@@ -34,7 +36,7 @@ std::string fileErrorText(const std::string& path, const RuntimeError& error) {
 
 void requireNoFile(const std::string& path) {
   std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return;
+  if (!std::filesystem::is_regular_file(toPath(path), error)) return;
   throw UsageError("there is a file " + path +
                    " already, and it is never replaced; move it first, or choose another name");
 }

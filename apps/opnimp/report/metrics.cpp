@@ -15,6 +15,7 @@
 #include "base/errors.h"
 #include "base/text.h"
 #include "platform/native/native_files.h"
+#include "platform/utf8_path.h"
 
 namespace velk {
 
@@ -163,7 +164,7 @@ void addDurations(MetricsText& text, const FilesResult& call) {
 /// Only what an earlier call wrote is replaced: a name given by mistake may be that of any file.
 void requireMetrics(const std::string& path) {
   std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return;
+  if (!std::filesystem::is_regular_file(toPath(path), error)) return;
   constexpr std::string_view start = "# TYPE opnimp_";
   std::string bytes(start.size(), '\0');
   const auto read = [&] {

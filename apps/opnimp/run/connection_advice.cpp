@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "apps/opnimp/run/ado_string.h"
 #include "platform/odbc/connection_string.h"
 
 namespace velk {
@@ -18,8 +19,11 @@ constexpr std::string_view noSuchSource =
     "Name a data source that is set up; `odbcinst -q -s` lists them";
 constexpr std::string_view noDriver = "Begin the connection string with Driver=NAME or DSN=NAME";
 constexpr std::string_view adoString =
-    "This connection string is ADO's; ODBC's names a driver instead of a provider: "
-    "Driver=NAME;Server=HOST;Database=NAME;UID=USER;PWD=PASSWORD";
+    "This connection string is ADO's; ODBC's names a driver instead of a provider: ";
+constexpr std::string_view noEmbeddedDriver =
+    "Install SQLite's ODBC driver, with as many bits as this program has: Debian's libsqliteodbc, "
+    "on "
+    "Windows the one that is listed as SQLite3 ODBC Driver";
 constexpr std::string_view unknownHost = "Correct Server=: no host of that name is known";
 constexpr std::string_view noServer = "Correct Server= and Port=, or start the server there";
 constexpr std::string_view slowServer =
@@ -115,19 +119,31 @@ bool fits(const Advice& advice, const Diagnostic& said) {
 
 }  // namespace
 
-std::string_view connectionAdvice(std::string_view connectionString,
-                                  const std::vector<Diagnostic>& said) {
+std::string connectionAdvice(std::string_view connectionString,
+                             const std::vector<Diagnostic>& said) {
   const auto names = [&](std::string_view name) { return hasKeyword(connectionString, name); };
-  if (names(adoKeywords.front())) return adoString;
-  if (std::ranges::none_of(std::array{"driver", "dsn", "filedsn"}, names)) {
-    return std::ranges::any_of(adoKeywords, names) ? adoString : noDriver;
+  const bool isOdbc = std::ranges::any_of(std::array{"driver", "dsn", "filedsn"}, names);
+  if (names(adoKeywords.front()) || (!isOdbc && std::ranges::any_of(adoKeywords, names))) {
+    return std::string(adoString) + odbcEquivalent(connectionString);
   }
+  if (!isOdbc) return std::string(noDriver);
   for (const Advice& advice : advices) {
     const auto fitting = [&](const Diagnostic& one) { return fits(advice, one); };
     if (std::ranges::none_of(said, fitting)) continue;
-    return advice.text == mariadbLogin && isEncrypted(connectionString) ? wrongLogin : advice.text;
+    const bool isLogin = advice.text == mariadbLogin && isEncrypted(connectionString);
+    return std::string(isLogin ? wrongLogin : advice.text);
   }
-  return anyOther;
+  return std::string(anyOther);
+}
+
+std::string_view embeddedAdvice(const std::vector<Diagnostic>& said) {
+  constexpr std::array missing{"IM002", "IM003", "Can't open lib"};
+  const auto tellsMissing = [&](const Diagnostic& one) {
+    return std::ranges::any_of(missing, [&](std::string_view sign) {
+      return one.state == sign || one.message.find(sign) != std::string::npos;
+    });
+  };
+  return std::ranges::any_of(said, tellsMissing) ? noEmbeddedDriver : std::string_view();
 }
 
 }  // namespace velk

@@ -16,10 +16,12 @@
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/run/connection_advice.h"
 #include "base/errors.h"
-#include "platform/native/descriptor.h"
 #include "platform/native/native_files.h"
+#include "platform/native/native_privacy.h"
+#include "platform/native/native_sync.h"
 #include "platform/odbc/cannot_connect.h"
 #include "platform/odbc/engines.h"
+#include "platform/utf8_path.h"
 
 namespace velk {
 
@@ -98,12 +100,22 @@ bool hasOpenBrace(std::string_view text) {
   return std::regex_search(rest, opening);
 }
 
-std::string advice(const DatabaseChoice& choice, const RuntimeError& error) {
-  if (!choice.path.empty()) return "`opnimp demo-database PATH` makes an embedded database";
+std::vector<Diagnostic> diagnosticsOf(const RuntimeError& error) {
   const auto* failure = dynamic_cast<const CannotConnect*>(&error);
-  return std::string(connectionAdvice(choice.connectionString, failure == nullptr
-                                                                   ? std::vector<Diagnostic>{}
-                                                                   : failure->diagnostics()));
+  return failure == nullptr ? std::vector<Diagnostic>{} : failure->diagnostics();
+}
+
+std::string embeddedAdviceOr(std::string_view other, const RuntimeError& error) {
+  const std::string_view advice = embeddedAdvice(diagnosticsOf(error));
+  return std::string(advice.empty() ? other : advice);
+}
+
+std::string advice(const DatabaseChoice& choice, const RuntimeError& error) {
+  if (!choice.path.empty()) {
+    return embeddedAdviceOr("`opnimp demo-database PATH` makes an embedded database", error);
+  }
+  // What stands in quotes that were never closed may be a password, too.
+  return maskPasswords(connectionAdvice(choice.connectionString, diagnosticsOf(error)));
 }
 
 std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
@@ -141,10 +153,9 @@ std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
 /// One in each line of a file.
 std::vector<std::string> connectionStringsIn(const std::string& path, const std::string& bytes) {
   // A password that others can read is none.
-  using enum fs::perms;
-  std::error_code error;
-  if ((fs::status(path, error).permissions() & (group_all | others_all)) != none) {
-    cannotTake(path, "may be read by others than its owner; `chmod 600` it");
+  if (othersMayRead(path)) {
+    cannotTake(path, "may be read by others than its owner; `" + commandToKeepPrivate(path) +
+                         "` makes it yours only");
   }
   std::vector<std::string> strings;
   std::istringstream lines(bytes);
@@ -165,7 +176,7 @@ std::vector<std::string> connectionStringsIn(const std::string& path, const std:
 /// What --database would take.
 std::vector<std::string> fromEnvironment(const std::string& value) {
   std::error_code error;
-  if (!fs::is_regular_file(value, error)) return {value};
+  if (!fs::is_regular_file(toPath(value), error)) return {value};
   NativeFileSystem files;
   try {
     // An embedded database may be of any size.
@@ -183,8 +194,8 @@ bool madeDatabase(const std::string& path) {
   try {
     return makeSampleCompany(path);
   } catch (const RuntimeError& error) {
-    cannotMake(path, std::string(withoutEnd(error.description())) +
-                         ". Check the folder and its permissions");
+    cannotMake(path, std::string(withoutEnd(error.description())) + ". " +
+                         embeddedAdviceOr("Check the folder and its permissions", error));
   }
 }
 

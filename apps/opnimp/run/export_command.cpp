@@ -15,6 +15,7 @@
 #include "apps/opnimp/run/screen_session.h"
 #include "base/errors.h"
 #include "base/text.h"
+#include "platform/utf8_path.h"
 
 namespace velk {
 
@@ -27,7 +28,7 @@ class Target {
  public:
   explicit Target(const std::string& path) : path_(path) {
     std::error_code error;
-    existed_ = fs::exists(path, error);
+    existed_ = fs::exists(toPath(path), error);
     try {
       if (existed_) requireSalesmen();
       files_.openReplacement(path);
@@ -46,7 +47,8 @@ class Target {
  private:
   void removeEmpty() const {
     std::error_code error;
-    if (fs::file_size(path_, error) == 0 && !error) fs::remove(path_, error);
+    const fs::path path = toPath(path_);
+    if (fs::file_size(path, error) == 0 && !error) fs::remove(path, error);
   }
   void requireSalesmen() {
     // Nothing is lost with an empty file.

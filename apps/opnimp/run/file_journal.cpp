@@ -10,7 +10,7 @@
 #include "apps/opnimp/journal/record_hash.h"
 #include "apps/opnimp/journal/repetition.h"
 #include "apps/opnimp/records/later_records.h"
-#include "platform/native/descriptor.h"
+#include "platform/native/native_sync.h"
 
 namespace velk {
 

@@ -18,20 +18,27 @@ void ImportCall::openBeside() {
   }
 }
 
-// A database without that table is none of this application's: the import says so.
-std::optional<Date> ImportCall::dateOfUndated() {
+// A database without that table is none of this application's: the import says so. What is no date
+// the screens take for none.
+std::optional<Date> ImportCall::firstDate() {
+  if (first) return first;
   const auto ask = [&] {
-    const int year = civilFromDate(surroundings.clock()).year;
-    if (!undated) undated = velk::dateOfUndated(firstTransactionDate(*database, year));
+    first = firstTransactionDate(*database, civilFromDate(surroundings.clock()).year);
   };
   trapErrors(
       [&] { gate.pass(ask); },
       [&](const RuntimeError& error) {
         endIfHopeless(error, *database, gate);
-        if (isOfSchema(error)) return;
+        if (error.is(ErrorNumber::TypeMismatch)) first = Date{};
+        if (first || isOfSchema(error)) return;
         throw RunEnded{"the first transaction date could not be asked for: " + error.description()};
       });
-  return undated;
+  return first;
+}
+
+std::optional<Date> ImportCall::dateOfUndated() {
+  const std::optional<Date> date = firstDate();
+  return date ? std::optional(velk::dateOfUndated(*date)) : std::nullopt;
 }
 
 }  // namespace velk

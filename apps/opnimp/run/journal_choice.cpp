@@ -6,6 +6,7 @@
 #include "base/errors.h"
 #include "platform/files.h"
 #include "platform/native/native_kept_file.h"
+#include "platform/native/native_state.h"
 
 namespace velk {
 
@@ -52,9 +53,8 @@ std::string chooseJournal(const std::optional<std::string>& option,
                           const Surroundings& surroundings) {
   if (option) return *option;
   if (surroundings.stateFolder.empty()) {
-    throw CannotOpen(
-        "there is no folder for the journal: neither XDG_STATE_HOME nor HOME is set. " +
-        std::string("Choose a place with --journal"));
+    throw CannotOpen("there is no folder for the journal: " + std::string(noStateFolder) +
+                     ". Choose a place with --journal");
   }
   return surroundings.stateFolder + pathSeparator + "opnimp" + pathSeparator + "journal";
 }

@@ -13,6 +13,9 @@
 #include "apps/opnimp/records/file_bytes.h"
 #include "base/text.h"
 #include "platform/native/native_files.h"
+#include "platform/native/native_privacy.h"
+#include "platform/native/native_state.h"
+#include "platform/utf8_path.h"
 
 namespace velk {
 
@@ -30,12 +33,11 @@ bool isName(const std::string& name) {
 std::string pathOf(const std::string& name, const Surroundings& surroundings) {
   if (!isName(name)) return name;
   if (surroundings.settingsFolder.empty()) {
-    throw CannotOpen("there is no folder for profiles: neither XDG_CONFIG_HOME nor HOME is set. " +
-                     std::string("Give the path of a file, such as ./") + name +
-                     std::string(extension));
+    throw CannotOpen("there is no folder for profiles: " + std::string(noSettingsFolder) +
+                     ". Give the path of a file, such as ./" + name + std::string(extension));
   }
-  const fs::path folder = fs::path(surroundings.settingsFolder) / "opnimp" / "profiles";
-  return (folder / (name + std::string(extension))).string();
+  const fs::path folder = toPath(surroundings.settingsFolder) / "opnimp" / "profiles";
+  return (folder / toPath(name + std::string(extension))).string();
 }
 
 std::string profileNamed(const std::string& name, const Surroundings& surroundings) {
@@ -132,15 +134,14 @@ Profile profileOf(const ImportResult& result) {
 void write(const std::string& path, const std::string& text) {
   NativeFileSystem files;
   std::error_code error;  // shows when the file is written
-  fs::create_directories(fs::path(path).parent_path(), error);
+  fs::create_directories(toPath(path).parent_path(), error);
   writing("the profile", path, "--save-profile", [&] {
     // Somebody may have made such a file since the run began.
     ClaimedName claim(files, path);
     if (!claim.isNew()) requireNoFile(path);
     writeFile(files, path, text);
     claim.keep();
-    // Where the file system has no such rights they are not missed.
-    fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write, error);
+    makePrivate(path);
   });
 }
 

@@ -18,6 +18,7 @@
 #include "base/errors.h"
 #include "mapping/file_survey.h"
 #include "platform/native/native_files.h"
+#include "platform/utf8_path.h"
 #include "shared/csv_text.h"
 #include "shared/numbered_files.h"
 
@@ -32,7 +33,7 @@ std::vector<std::string> databaseFiles(const std::string& path) {
   if (path.empty()) return {};
   std::error_code error;
   // Links are followed, because the other files lie beside the real one.
-  const fs::path followed = fs::weakly_canonical(path, error);
+  const fs::path followed = fs::weakly_canonical(toPath(path), error);
   const std::string real = error ? path : followed.string();
   return {real, real + "-wal", real + "-shm", real + "-journal"};
 }
@@ -53,11 +54,11 @@ std::unique_ptr<const InputRecords> fromLine(std::unique_ptr<const InputRecords>
 bool isSameFile(const std::string& a, const std::string& b) {
   std::error_code error;
   // The system knows all links to a file; a file that does not exist yet has only its path.
-  if (fs::equivalent(a, b, error) && !error) return true;
+  if (fs::equivalent(toPath(a), toPath(b), error) && !error) return true;
   // Absolute first: of a file that does not exist yet a relative path would stay relative.
-  const fs::path first = fs::weakly_canonical(fs::absolute(a, error), error);
+  const fs::path first = fs::weakly_canonical(fs::absolute(toPath(a), error), error);
   if (error) return a == b;
-  const fs::path second = fs::weakly_canonical(fs::absolute(b, error), error);
+  const fs::path second = fs::weakly_canonical(fs::absolute(toPath(b), error), error);
   return error ? a == b : first == second;
 }
 
@@ -102,7 +103,7 @@ std::string readingFailed(const std::string& path, const RuntimeError& error) {
 
 std::string applicationFolder(const std::optional<std::string>& option) {
   std::error_code error;
-  const fs::path folder = fs::absolute(option.value_or("."), error).lexically_normal();
+  const fs::path folder = fs::absolute(toPath(option.value_or(".")), error).lexically_normal();
   if (error || !fs::is_directory(folder, error)) {
     throw CannotOpen("there is no folder " + option.value_or(".") +
                      "; make it, or choose another with --app-folder");

@@ -280,7 +280,7 @@ void SingleImport::prepareRun() {
   result_.mapping = readMapping(session_->screen());
   findWarningsNow();
   requireImportable(result_);
-  requireFirstDate(result_, *call_.database);
+  requireFirstDate(result_, [this] { return call_.firstDate(); });
   requireDates(result_, call_.database->earliestDate(),
                civilFromDate(call_.surroundings.clock()).year);
   // Each screen looks at its own records only, when those before are posted.

@@ -15,6 +15,7 @@
 #include "apps/opnimp/run/run_support.h"
 #include "base/text.h"
 #include "platform/native/native_files.h"
+#include "platform/utf8_path.h"
 
 namespace velk {
 
@@ -60,7 +61,7 @@ void writeParts(const CsvRecords& input, const std::vector<std::string>& paths, 
   } catch (...) {
     std::error_code ignored;  // it is told why there are none
     for (std::size_t part = 0; part < sizes.size(); ++part) {
-      std::filesystem::remove(paths[part], ignored);
+      std::filesystem::remove(toPath(paths[part]), ignored);
     }
     throw;
   }

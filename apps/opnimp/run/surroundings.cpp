@@ -1,7 +1,5 @@
 #include "apps/opnimp/run/surroundings.h"
 
-#include <cstdlib>
-
 #include "platform/native/native_clock.h"
 #include "platform/native/native_state.h"
 #include "platform/native/native_user.h"
@@ -11,12 +9,11 @@
 namespace velk {
 
 Surroundings realSurroundings() {
-  const char* const database = std::getenv("OPNIMP_DATABASE");
   return {.interrupted = [] { return false; },
           .clock = localNow,
           .user = userName,
           .input = readStandardInput,
-          .database = database == nullptr ? "" : database,
+          .database = environmentVariable("OPNIMP_DATABASE"),
           .openDatabase =
               [](const std::string& connectionString, const OdbcOptions& options) {
                 return openOdbc(connectionString, options);

@@ -44,10 +44,6 @@ void readOds(const ZipArchive& archive, SheetSink& sink) {
 
 }  // namespace
 
-bool isZipped(std::string_view file) {
-  return file.starts_with("PK\x03\x04");
-}
-
 void readZippedSheets(std::string_view file, SheetSink& sink) {
   const ZipArchive archive(file);
   if (archive.has("content.xml")) return readOds(archive, sink);

@@ -11,7 +11,9 @@
 namespace velk {
 
 /// True for a file that begins as an archive does.
-bool isZipped(std::string_view file);
+inline bool isZipped(std::string_view file) {
+  return file.starts_with("PK\x03\x04");
+}
 
 /// All worksheets of a file. Error 321 for one that is no such workbook, is damaged or has a
 /// password; some cells may have been told before.

@@ -1,4 +1,4 @@
-#include "apps/opnimp/convert/named_encodings.h"
+#include "platform/native/named_encodings.h"
 
 #include <unicode/ucnv.h>
 #include <unicode/ucsdet.h>
