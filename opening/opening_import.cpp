@@ -7,6 +7,7 @@
 #include "base/date_reader.h"
 #include "base/errors.h"
 #include "base/numbers.h"
+#include "opening/company_dates.h"
 
 namespace velk {
 
@@ -115,7 +116,7 @@ std::string OpeningImport::ofParty(std::string_view what, std::string_view text,
 // read ends the run, and what comes before it stays posted.
 std::optional<Date> OpeningImport::documentDate(std::size_t row, std::string_view code) {
   const std::string_view text = screen_.mappingList.cell(row, DocDate);
-  if (text.empty()) return Date{transDate_.days - 1};
+  if (text.empty()) return dateOfUndated(transDate_);
   const std::optional<DateReading> reading = readDate(text, currentYear_);
   if (!reading) {
     if (kind_.badDateEndsRun) {
@@ -180,23 +181,13 @@ bool OpeningImport::partyExists(std::string_view code) {
   }
 }
 
-// Without a row it is the day 0 of dates, 30 December 1899: then every dated record is refused.
-Date OpeningImport::queryDate(std::string_view query) {
-  Date date;
-  const auto reply = screen_.connection().Execute(query);
-  if (!(reply->isBOF() && reply->isEOF())) {
-    date = toDate(reply->field(0), screen_.desktop().currentYear());
-  }
-  reply->Close();
-  return date;
-}
-
+// Without one every dated record is refused.
 Date OpeningImport::GetTransDate() {
-  return queryDate(firstDateQuery);
+  return firstTransactionDate(screen_.connection(), screen_.desktop().currentYear());
 }
 
 Date OpeningImport::GetServerDate() {
-  return queryDate("SELECT GETDATE()");
+  return answeredDate(screen_.connection(), "SELECT GETDATE()", screen_.desktop().currentYear());
 }
 
 }  // namespace velk

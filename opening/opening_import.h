@@ -56,7 +56,6 @@ class OpeningImport {
   /// To the log, so that the user is told at the end to look there.
   void tell(Verdict verdict, const Finding& why, std::string_view code);
   std::string logLine(const Finding& why, std::string_view code) const;
-  Date queryDate(std::string_view query);
 
   OpeningScreen& screen_;
   ImportRun& run_;

@@ -139,6 +139,9 @@ class Connection {
   /// True once the connection is gone, or given up because nobody knows any more where it stands: a
   /// call may or may not have taken effect, and nothing more can be asked.
   virtual bool isLost() const { return false; }
+  /// True when, by the last failure, nothing can be posted any more although the connection stands:
+  /// the disk of an embedded database is full, say.
+  virtual bool isSpent() const { return false; }
   /// How often a call was made again that had met another session's change and was taken back.
   virtual std::size_t repeatedCalls() const { return 0; }
 };

@@ -28,6 +28,7 @@ class ForwardingConnection : public Connection {
     return inner_->isRefused(procedure, parameters);
   }
   bool isLost() const override { return inner_->isLost(); }
+  bool isSpent() const override { return inner_->isSpent(); }
   std::size_t repeatedCalls() const override { return inner_->repeatedCalls(); }
 
  protected:

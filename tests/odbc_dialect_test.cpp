@@ -48,7 +48,8 @@ TEST_CASE("dialects: native codes as states") {
       {8, "attempt to write a readonly database (8)", "42501"},
       {18, "string or blob too big (18)", "22001"},
       {26, "file is not a database (26)", "08001"},
-      {13, "database or disk is full (13)", "HY000"},
+      {13, "database or disk is full (13)", "53100"},
+      {10, "disk I/O error (10)", "HY000"},
       {-1, "only one SQL statement allowed", "42000"},
       {-1, "unbound parameters in query", "HY000"},
   };

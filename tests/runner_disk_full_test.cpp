@@ -140,6 +140,32 @@ TEST_CASE("disk full: every record has one outcome, and it is true") {
   }
 }
 
+TEST_CASE("disk full: under an embedded database the run ends, and is taken up with room again") {
+  const SmallDisk disk("8m");
+  if (!disk.isThere()) return;
+  RunnerWorld world;
+  const std::string database = disk.folder() + "company.db";
+  fs::copy_file(world.database(), database);
+  disk.fill(std::uintmax_t{64} * 1024);
+  const std::string file = world.folder.write("in.csv", debitNotes(400));
+  const Ran ran = world.import(file, {"--json", "--database", database});
+  CHECK(ran.status == 5);
+  const std::regex expected("posted( posted)* (failed|partial)( not-reached)+");
+  CHECK_MESSAGE(std::regex_match(Json(ran.out).outcomes(), expected), ran.out);
+  CHECK(contains(Json(ran.out).at("brokeOff"), "can take nothing more"));
+  disk.empty();
+  CHECK(world
+            .import(file,
+                    {"--resume", "--database", database, "--rejects", world.folder.path("s.csv")})
+            .status <= 1);
+  const auto there = openOdbc(embeddedConnectionString(database))
+                         ->Execute(
+                             "SELECT count(DISTINCT DocReference), count(*) FROM "
+                             "CustomerDebitNote");
+  CHECK(there->field(0) == there->field(1));
+  CHECK(toDouble(there->field(0)) >= 399);
+}
+
 void run(const std::string& command) {
   CAPTURE(command);
   REQUIRE(std::system(command.c_str()) == 0);

@@ -178,16 +178,27 @@ TEST_CASE("faults: a procedure runs to its end behind a refused statement") {
 
 TEST_CASE("faults: a database that does not answer is left with an account") {
   const auto self = std::this_thread::get_id();
-  for (const char* fault : {"Faults=h", "Faults=H", "Faults=..H"}) {
-    CAPTURE(fault);
+  const struct {
+    const char* fault;
+    const char* wait;
+    std::string_view why;
+  } rows[] = {{"Faults=h", "30", "it was interrupted"},
+              {"Faults=H", "30", "it was interrupted"},
+              {"Faults=..H", "30", "it was interrupted"},
+              {"Faults=..H", "1", "no answer within its time-out of 1 s, and nothing ended it"}};
+  for (const auto& row : rows) {
+    CAPTURE(row.fault);
     FaultWorld world;
+    world.surroundings.answerPatience = std::chrono::milliseconds(50);
     // Only to who waits for the run, so that it does not end between two records.
-    world.surroundings.interrupted = [self] { return std::this_thread::get_id() == self; };
+    world.surroundings.interrupted = [self, never = row.wait[0] == '1'] {
+      return !never && std::this_thread::get_id() == self;
+    };
     const auto start = std::chrono::steady_clock::now();
-    const Ran ran = world.importAll(fault);
-    CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(2));
+    const Ran ran = world.importAll(row.fault, {"--json", "--wait", row.wait});
+    CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(4));
     CHECK(ran.status == 5);
-    CHECK(contains(Json(ran.out).at("brokeOff"), "it was interrupted"));
+    CHECK(contains(Json(ran.out).at("brokeOff"), row.why));
     CHECK(contains(Json(ran.out).outcomes(), "unknown not-reached"));
     world.checkTruth(ran);
   }

@@ -1,7 +1,12 @@
 // What the journal knows of runs: that nothing is posted twice, and the reports, reversals and
 // rejects that come from it.
+#include <array>
 #include <filesystem>
 
+#include "apps/opnimp/journal/journal_entries.h"
+#include "apps/opnimp/journal/journal_file.h"
+#include "apps/opnimp/journal/record_hash.h"
+#include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/run/journal_choice.h"
 #include "platform/native/native_kept_file.h"
 #include "platform/native/native_state.h"
@@ -18,6 +23,25 @@ std::string documents(RunnerWorld& world) {
   return world.ask(
       "select (select count(*) from CustomerDebitNote) || '+' || (select count(*) "
       "from CustomerCreditNote)");
+}
+
+/// The journal as earlier versions wrote it: with records as they are written, and nothing behind
+/// what was assumed of the file.
+void writeAsEarlier(const std::string& from, const std::string& to) {
+  JournalFile file(openKept(to, KeptFor::Writing), {});
+  readEntries(*openKept(from, KeptFor::Reading), [&](EntryType type, std::string_view payload) {
+    if (type != EntryType::RunBegun) return file.write(type, payload);
+    EntryReader rest(payload);
+    RunStart run = readRunStart(rest);
+    const std::string bytes = rest.text();
+    run.records =
+        hashRecords(*findKind(run.kind), CsvRecords(bytes), run.mapping, {2008, {}, true});
+    EntryWriter before;
+    writeBeforeFile(before, run, bytes.size());
+    const std::string_view assumed("\0", 1);
+    file.writeLong(type, std::array{before.payload(), std::string_view(bytes), assumed});
+  });
+  file.sync();
 }
 
 /// The report of a run, without what it says of the files of rejects.
@@ -82,6 +106,33 @@ TEST_CASE("what an earlier run posted is refused, and --again posts it") {
   CHECK(world.run({"demo-database", fresh}).status == 0);
   CHECK(world.import(file, {"--database", fresh}).status == 0);
   CHECK(world.import(file, {"--journal", world.folder.path("other")}).status == 0);
+}
+
+TEST_CASE("records are known again by what was posted of them, those of earlier versions, too") {
+  RunnerWorld world;
+  const std::string undated = "C001,A,R1,,100,100";
+  const std::string opposite = "C002,B,R2,13/03/2008,50,-50";
+  CHECK(world.importLines({openingTitles, undated, opposite}, {"--accept", "all"}).status == 1);
+  const struct {
+    std::string line;
+    int status;   // of a dry run
+    int earlier;  // the same, after a run of an earlier version
+  } rows[] = {
+      {"C001,A,R1,31/03/2008,100,100", 2, 0},      {"C001,A,r1,,100,100", 2, 2},
+      {"C001,A,R1,30/03/2008,100,100", 0, 0},      {"C002,B,R2,13/03/2008,50,50", 2, 0},
+      {"C002,B,R2,2008-03-13,50.00,-50.00", 2, 2}, {"C002,B,R2,13/03/2008,-50,-50", 0, 0},
+  };
+  const std::string earlier = world.folder.path("earlier");
+  writeAsEarlier(world.folder.path("state/opnimp/journal"), earlier);
+  for (const auto& row : rows) {
+    CAPTURE(row.line);
+    const std::string file = world.folder.write("in.csv", crlf({openingTitles, row.line}));
+    const std::vector<std::string> options{"--dry-run", "--accept", "all"};
+    CHECK((world.import(file, options).status == 2) == (row.status == 2));
+    CHECK((world.import(file, {"--dry-run", "--accept", "all", "--journal", earlier}).status ==
+           2) == (row.earlier == 2));
+  }
+  CHECK(world.run({"report", "1", "--journal", earlier}).status == 1);
 }
 
 TEST_CASE("reports, rejects and the list of runs come from the journal alone") {
@@ -157,10 +208,12 @@ TEST_CASE("a command that cannot do what it is asked for says why and writes not
       {{"report", "0"}, 3, "RUN is the number of a run"},
       {{"report", "1x"}, 3, "RUN is the number of a run"},
       {{"report", "2"}, 3, "has no run 2"},
-      {{"report", "1", "--journal", world.folder.path("none")}, 3, "has no run 1"},
+      {{"report", "1", "--journal", world.folder.path("none")}, 4, "there is no journal"},
       {{"runs", "--journal", other}, 4, "is no journal"},
       {{"runs", "--journal", world.folder.path("none")}, 4, "there is no journal"},
       {{"runs", "--journal", world.folder.path("")}, 4, "could not be read"},
+      {{"runs", "--journal", "/dev/null"}, 4, "no file but a pipe, a socket or a device"},
+      {{"preview", "bank-branch", "/dev/zero"}, 4, "no file but a pipe, a socket or a device"},
       {{"reversal", "1", fresh}, 3, "master data, which has no opposite"},
       {{"reversal", "1", there}, 3, "there is a file"},
       {{"rejects", "1", there}, 3, "there is a file"},
@@ -190,6 +243,7 @@ TEST_CASE("the list of runs says of a journal that it is damaged, or not there y
   CHECK(first.status == 4);
   CHECK(contains(first.out, "is damaged: no run of it can be read"));
   CHECK(contains(first.err, "it is damaged"));
+  CHECK(world.run({"report", "1", "--journal", world.folder.path("first")}).status == 4);
   const Ran second =
       world.run({"runs", "--journal", world.folder.write("second", whole + bytes.substr(8))});
   CHECK(second.status == 4);
@@ -239,6 +293,10 @@ TEST_CASE("the opposite documents of a run bring each party back to zero") {
                   "Balance from CustomerDebitNote intersect select CustomerID, DocReference, "
                   "DocumentDate, Amount, Balance from CustomerCreditNote)") == "4");
   CHECK(world.import(file).status == 2);
+  CHECK(world.importLines({openingTitles, "C001,A,R9,,5,5", "C001,A,R9,,6,6"}, {"--accept", "all"})
+            .status == 1);
+  CHECK(contains(world.run({"reversal", "3", world.folder.path("two.csv")}).out,
+                 "with --accept same-reference"));
 }
 
 TEST_CASE("a rejects file that somebody else has made is never replaced") {

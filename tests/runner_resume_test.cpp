@@ -1,6 +1,7 @@
 // What runs leave that were killed or interrupted, and how others go on with them.
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "apps/opnimp/journal/record_hash.h"
 #include "apps/opnimp/records/csv_records.h"
@@ -45,8 +46,9 @@ void loseEntries(const RunnerWorld& world, std::size_t count) {
 Ran interruptedImport(RunnerWorld& world, const std::string& file, std::size_t records,
                       const std::vector<std::string>& more) {
   // Asked once before the run, and before each record.
-  world.surroundings.interrupted = [left = static_cast<int>(records) + 1]() mutable {
-    return left-- <= 0;
+  world.surroundings.interrupted = [left = static_cast<int>(records) + 1,
+                                    self = std::this_thread::get_id()]() mutable {
+    return std::this_thread::get_id() != self && left-- <= 0;
   };
   const Ran ran = world.import(file, more);
   world.surroundings.interrupted = [] { return false; };
@@ -73,6 +75,21 @@ TEST_CASE("whether a whole run that was killed was kept is not known") {
   CHECK(report.at("account.notes.count") == "0");
 }
 
+TEST_CASE("a whole run that was killed before it was to be kept has left nothing") {
+  RunnerWorld world;
+  const std::string file = world.folder.write("in.csv", longFile(9));
+  const std::string rejects = world.folder.path("r.csv");
+  CHECK(interruptedImport(world, file, 5, {"--all-or-nothing"}).status == 5);
+  loseEntries(world, 1);
+  const Json report(world.run({"report", "1", "--json"}).out);
+  CHECK(report.at("account.outcomes.taken-back.count") == "5");
+  CHECK(report.at("account.outcomes.not-reached.count") == "4");
+  CHECK(world.import(file, {"--dry-run"}).status == 0);
+  const Json all(world.import(file, {"--all-or-nothing", "--resume", "--json"}).out);
+  CHECK(all.at("status") == "0");
+  CHECK(notes(world, 1, 9) == "9");
+}
+
 TEST_CASE("a resumed run goes on behind the one that broke off, as often as it takes") {
   RunnerWorld world;
   const std::string file = world.folder.write("in.csv", longFile(30));
@@ -94,6 +111,11 @@ TEST_CASE("a resumed run goes on behind the one that broke off, as often as it t
   CHECK(notes(world, 1, 30) == "30");
   CHECK(world.ask("select count(*) from CustomerDebitNote") == "30");
   CHECK(contains(world.run({"report", "3"}).out, "Resumes:  run 2"));
+  const std::string first = world.run({"report", "1"}).out;
+  CHECK_MESSAGE(contains(first, "what run 3 reached since: it took up 10 records"), first);
+  CHECK_FALSE(contains(first, "Next:      Import "));
+  CHECK(world.run({"rejects", "1", world.folder.path("first.csv")}).status == 0);
+  CHECK_FALSE(world.folder.has("first.csv.rest.csv"));
   world.folder.write("in.csv", longFile(31));
   CHECK(world.import(file, {"--resume"}).status == 3);
 }
@@ -102,7 +124,9 @@ TEST_CASE("a file is taken up behind what all its runs reached, and not behind r
   RunnerWorld world;
   const std::string file = world.folder.write("in.csv", longFile(6));
   CHECK(interruptedImport(world, file, 2, {}).status == 5);
-  CHECK(world.import(file, {"--from-line", "6", "--again"}).status == 0);
+  const Ran part = world.import(file, {"--from-line", "6", "--again"});
+  CHECK(part.status == 0);
+  CHECK(contains(part.out, "Nothing was done with the 4 records of the file before"));
   const Ran gap = world.import(file, {"--resume"});
   CHECK(gap.status == 3);
   CHECK_MESSAGE(contains(gap.err, "from line 4 to line 5"), gap.err);

@@ -121,6 +121,8 @@ struct Dialect {
   /// The first row that fits counts.
   std::span<const NativeError> errors = {};
   std::int32_t errorCodeBits = -1;  ///< of a native code, those that `errors` knows
+  /// Native codes behind which nothing can be posted any more, although the connection stands.
+  std::span<const std::int32_t> finalCodes = {};
   /// What stands around the name and the marks of a call.
   std::string_view callBefore = "{call ";
   std::string_view callAfter = "}";

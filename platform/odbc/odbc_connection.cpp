@@ -39,6 +39,7 @@ class DriverConnection final : public OwnConnection,
   bool changedNothing() const override { return changedNothing_; }
   bool isRefused(std::string_view procedure, std::size_t parameters) override;
   bool isLost() const override { return session_.isLost(); }
+  bool isSpent() const override;
   std::vector<Value> askTogether(std::span<const std::string> queries) override;
   std::size_t repeatedCalls() const override { return repeatedCalls_; }
   void cancel() override { session_.cancel(); }
@@ -298,6 +299,13 @@ bool isOfEngine(const std::vector<Diagnostic>& diagnostics) {
   return state == "HYT00" || std::ranges::none_of(others, [&](std::string_view start) {
            return state.starts_with(start);
          });
+}
+
+bool DriverConnection::isSpent() const {
+  const Dialect& dialect = session_.dialect();
+  return std::ranges::any_of(session_.diagnostics(), [&](const Diagnostic& said) {
+    return std::ranges::count(dialect.finalCodes, said.native & dialect.errorCodeBits) > 0;
+  });
 }
 
 // An engine's error says nothing of what came before it within the call, unless its calls are

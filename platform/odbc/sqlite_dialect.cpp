@@ -47,6 +47,7 @@ constexpr auto errors = std::to_array<NativeError>({
     {5, "HYT00"},                               // database is locked
     {6, "HYT00"},                               // table is locked
     {8, "42501"},                               // attempt to write a read-only database
+    {13, "53100"},                              // database or disk is full
     {14, "08001"},                              // unable to open the file
     {18, "22001"},                              // text or row too big
     {19, "23000"},                              // constraint
@@ -54,6 +55,10 @@ constexpr auto errors = std::to_array<NativeError>({
     {26, "08001"},                              // not a database
     {0xFF, "42000", "only one SQL statement"},  // -1, the driver's own code
 });
+
+// It must not be written, its disk fails, it is damaged, or its disk is full. What an error of the
+// disk or damage leaves of a change is not known, so that `errors` has no row for them.
+constexpr auto finalCodes = std::to_array<std::int32_t>({8, 10, 11, 13});
 
 // The driver waits 100 seconds for a lock unless the connection string has another limit. It tries
 // twice and waits up to the limit each time, so it gets half of what a statement may take. A
@@ -80,6 +85,7 @@ constinit const Dialect sqliteDialect{
     .fileQuery = "SELECT file FROM pragma_database_list WHERE name = 'main'",
     .errors = errors,
     .errorCodeBits = 0xFF,  // extended result codes add higher bits
+    .finalCodes = finalCodes,
     .hasProcedureTable = true,
     // The driver keeps a statement compiled between executions only if it begins as a query may.
     // Without this an import of 10,000 documents takes 40 % longer.

@@ -60,6 +60,7 @@ class WatchedConnection final : public OwnConnection {
   std::vector<Diagnostic> diagnostics() const override { return inner_->diagnostics(); }
   bool changedNothing() const override { return inner_->changedNothing(); }
   bool isLost() const override { return inner_->isLost(); }
+  bool isSpent() const override { return inner_->isSpent(); }
   void cancel() override { inner_->cancel(); }
   void beginTransaction() override { inner_->beginTransaction(); }
   void rollback() override { inner_->rollback(); }

@@ -107,6 +107,12 @@ bool isSkipped(Outcome outcome) {
   return outcome == Outcome::Skipped || outcome == Outcome::SkippedNotANumber;
 }
 
+bool isLeftToLater(const RecordTrace& trace) {
+  const Outcome outcome = trace.outcome;
+  return trace.laterRun != 0 &&
+         (isRefused(outcome) || outcome == Outcome::NotReached || outcome == Outcome::TakenBack);
+}
+
 bool isEffective(const RecordedCall& call) {
   return call.kind == CallKind::Procedure && call.changes == Changes::Stand &&
          (call.result == CallResult::Ok || call.result == CallResult::NotRun);

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -51,7 +52,12 @@ struct RecordTrace {
   std::vector<const RecordedMessage*> messages;
   std::vector<const Misreading*> readings;  ///< what of it is read otherwise than written
   Outcome outcome = Outcome::NotReached;
+  std::uint64_t laterRun = 0;  ///< the last run of the same file that reached it, too; 0: none
 };
+
+/// Whether nothing of the record is left to import, although this run did not post it: a later run
+/// reached it.
+bool isLeftToLater(const RecordTrace& trace);
 
 /// How a record's calls that post ended.
 struct Tally {

@@ -61,6 +61,9 @@ void Recorder::callFailed(std::size_t call, const RuntimeError& error,
   failed.error = CallError{error.number(), error.description(), connection.diagnostics()};
   failed.result = resultOfFailure(failed, connection);
   endIfHopeless(error, connection, gate_);
+  if (!connection.isSpent()) return;
+  throw RunEnded{"the database can take nothing more (" +
+                 std::string(withoutEnd(error.description())) + ")"};
 }
 
 // A procedure may end it, and then every later call would stand by itself.
@@ -68,6 +71,7 @@ void Recorder::checkTransaction(std::size_t call) {
   if (calls_[call].kind != CallKind::Procedure || call + 1 < calls_.size()) return;
   lookForLeftBy(call);
   if (!transactionIsOpen_ || gate_.pass(transactionIsOpen_)) return;
+  settle(Changes::NotKnown);
   throw RunEnded{calls_[call].text +
                  " ended the transaction of --all-or-nothing; what was posted until then may stay"};
 }

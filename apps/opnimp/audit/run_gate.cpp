@@ -20,9 +20,16 @@ bool RunGate::takeOver() {
   return takenOver_;
 }
 
-void RunGate::enter() {
+bool RunGate::isOverdue(std::chrono::milliseconds limit) {
+  const std::lock_guard lock(mutex_);
+  const auto taken = std::chrono::steady_clock::now() - began_;
+  return inCall_ && limit_ == Limit::Statements && taken > limit;
+}
+
+void RunGate::enter(Limit limit) {
   const std::lock_guard lock(mutex_);
   inCall_ = true;
+  limit_ = limit;
   began_ = std::chrono::steady_clock::now();
 }
 

@@ -18,11 +18,13 @@ class RunGate {
   /// For the run: throws RunEnded once the gate is closed.
   void requireOpen();
 
+  enum class Limit { Statements, None };
   /// For the run: makes one call of the database, and does not come back from it once the other
-  /// thread has taken over.
+  /// thread has taken over. Without a limit for opening a database, which has one of its own, and
+  /// for the end of a transaction, which has none.
   template <class Call>
-  auto pass(Call&& call) {
-    const Within within(*this);
+  auto pass(Call&& call, Limit limit = Limit::Statements) {
+    const Within within(*this, limit);
     return std::forward<Call>(call)();
   }
 
@@ -37,6 +39,8 @@ class RunGate {
     if (inCall_) std::forward<Look>(look)(began_);
     return inCall_;
   }
+  /// For the other thread: whether a call has taken longer than its statement may.
+  bool isOverdue(std::chrono::milliseconds limit);
   /// For the other thread: true if the run is within a call, which it then never leaves, so that
   /// everything else of it stands still.
   bool takeOver();
@@ -44,7 +48,7 @@ class RunGate {
  private:
   class Within {
    public:
-    explicit Within(RunGate& gate) : gate_(gate) { gate_.enter(); }
+    Within(RunGate& gate, Limit limit) : gate_(gate) { gate_.enter(limit); }
     ~Within() { gate_.leave(); }
     Within(const Within&) = delete;
     Within& operator=(const Within&) = delete;
@@ -52,13 +56,14 @@ class RunGate {
    private:
     RunGate& gate_;
   };
-  void enter();
+  void enter(Limit limit);
   void leave();
 
   std::mutex mutex_;
   std::condition_variable never_;
   bool inCall_ = false;
   Time began_;
+  Limit limit_ = Limit::Statements;
   bool takenOver_ = false;
   std::string why_;  // empty: open
 };

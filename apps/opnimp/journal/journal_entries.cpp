@@ -177,6 +177,17 @@ FieldMapping readField(EntryReader& from) {
   return entry;
 }
 
+std::vector<Assumption> readAssumed(EntryReader& from) {
+  return from.list<Assumption>([](EntryReader& each) {
+    Assumption assumption;
+    for (std::string* text :
+         {&assumption.what, &assumption.value, &assumption.reason, &assumption.option}) {
+      *text = each.text();
+    }
+    return assumption;
+  });
+}
+
 void writeRevised(EntryWriter& to, const std::pair<std::size_t, Outcome>& revised) {
   to.number(revised.first).text(outcomeCode(revised.second));
 }
@@ -209,20 +220,15 @@ void writeBehindFile(EntryWriter& to, const RunStart& run) {
     each.text(assumption.what).text(assumption.value).text(assumption.reason);
     each.text(assumption.option);
   });
+  to.byte(run.undated ? 1 : 0);
+  if (run.undated) to.real(run.undated->days);
 }
 
-std::vector<Assumption> readAssumed(EntryReader& from) {
-  if (from.isAtEnd()) return {};
-  return from.list<Assumption>([](EntryReader& each) {
-    Assumption assumption;
-    for (std::string* text :
-         {&assumption.what, &assumption.value, &assumption.reason, &assumption.option}) {
-      *text = each.text();
-    }
-    return assumption;
-  });
+void readBehindFile(EntryReader& from, RunStart& run) {
+  if (!from.isAtEnd()) run.assumed = readAssumed(from);
+  run.isEarly = from.isAtEnd();
+  if (!run.isEarly && readFlag(from)) run.undated = Date{from.real()};
 }
-
 RunStart readRunStart(EntryReader& from) {
   RunStart run;
   run.number = from.number();

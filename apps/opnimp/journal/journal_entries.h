@@ -44,6 +44,10 @@ struct RunStart {
   std::vector<std::size_t> setApart;     ///< records before it that were left in doubt
   std::vector<JournaledRecord> records;  ///< of the file from firstRecord on
   std::vector<Assumption> assumed;       ///< of a file that was converted
+  std::optional<Date> undated;  ///< what a record without a date was posted with; empty: not asked
+  /// By an earlier version, which hashed what was written (record_hash.h), and did not say when a
+  /// transaction was about to be kept.
+  bool isEarly = false;
 };
 
 struct RecordEnd {
@@ -90,7 +94,7 @@ void writeRecordEnd(EntryWriter& to, std::size_t record, const RecordTrace& trac
 /// The file's bytes follow, as a text.
 RunStart readRunStart(EntryReader& from);
 /// What stands behind the file's bytes.
-std::vector<Assumption> readAssumed(EntryReader& from);
+void readBehindFile(EntryReader& from, RunStart& run);
 RecordEnd readRecordEnd(EntryReader from);
 HostChange readHostChange(EntryReader from);
 RunEnd readRunEnd(EntryReader from);

@@ -79,7 +79,7 @@ std::string_view nextEntry(Window& window) {
   const std::size_t length = numberAt(head, 0);
   const auto type = static_cast<unsigned char>(head[numberSize]);
   const bool known = type >= static_cast<unsigned char>(EntryType::RunBegun) &&
-                     type <= static_cast<unsigned char>(EntryType::ServerHistory);
+                     type <= static_cast<unsigned char>(EntryType::MayBeKept);
   if (!known || window.left() - frameSize < length) return {};
   const std::string_view entry = window.peek(frameSize + length);
   const std::string_view checked = entry.substr(0, headSize + length);

@@ -23,7 +23,8 @@ enum class EntryType : std::uint8_t {
   OthersSynced,  ///< so was what the entries before it tell of, in other files
   HostChanged,
   RecordsDoubted,
-  ServerHistory
+  ServerHistory,
+  MayBeKept  ///< the transaction of the whole run
 };
 
 /// Where the whole entries end, and what follows them.

@@ -29,15 +29,15 @@ std::string fileText(const RunSummary& run, std::size_t count) {
 
 /// Names the first of the records of which `whereElse` has a text; empty if it has none of any.
 std::string placesText(const std::vector<JournaledRecord>& records, std::string_view placeWord,
-                       const std::function<std::string(const Digest&)>& whereElse,
+                       const std::function<std::string(std::size_t record)>& whereElse,
                        std::size_t& count) {
   constexpr std::size_t mostNamed = 10;
   std::string places;
-  for (const JournaledRecord& record : records) {
-    const std::string elsewhere = whereElse(record.hash);
+  for (std::size_t record = 0; record < records.size(); ++record) {
+    const std::string elsewhere = whereElse(record);
     if (elsewhere.empty() || ++count > mostNamed) continue;
     places.append(count == 1 ? "" : ", ").append(placeWord).append(" ");
-    places.append(std::to_string(record.line)).append(" (").append(elsewhere).append(")");
+    places.append(std::to_string(records[record].line)).append(" (").append(elsewhere).append(")");
   }
   return places + (count > mostNamed ? ", ..." : "");
 }
@@ -54,12 +54,19 @@ void addPosted(const RunSummary& run, PostedBy& records) {
   }
 }
 
-std::string recordsText(const PostedBy& posted, const RunStart& run, std::string_view placeWord) {
+/// The records of the run, in each way in which earlier ones have theirs.
+using Readings = std::vector<std::vector<JournaledRecord>>;
+
+std::string recordsText(const PostedBy& posted, const Readings& readings,
+                        std::string_view placeWord) {
   std::size_t count = 0;
   const std::string places = placesText(
-      run.records, placeWord,
-      [&](const Digest& hash) {
-        const std::uint64_t number = posted.at(hash);
+      readings.front(), placeWord,
+      [&](std::size_t record) {
+        std::uint64_t number = 0;
+        for (const auto& records : readings) {
+          if (number == 0) number = posted.at(records[record].hash);
+        }
         return number == 0 ? "" : "run " + std::to_string(number);
       },
       count);
@@ -82,6 +89,23 @@ std::vector<const RunSummary*> comparable(const RunIndex& index, const RunStart&
   return earlier;
 }
 
+/// A reading is as good for all runs that have the same basis. One that met no record without a
+/// date has none, and is the run's own as well.
+Readings readingsFor(const std::vector<const RunSummary*>& earlier, const RunStart& run,
+                     const HashedAs& hashedAs) {
+  Readings readings{run.records};
+  std::vector<std::pair<bool, std::optional<Date>>> known{{false, run.undated}};
+  for (const RunSummary* each : earlier) {
+    const RunStart& start = each->start;
+    if (!start.isEarly && (!start.undated || !run.undated)) continue;
+    const std::pair basis{start.isEarly, start.undated};
+    if (std::ranges::count(known, basis) > 0) continue;
+    known.push_back(basis);
+    readings.push_back(hashedAs(start));
+  }
+  return readings;
+}
+
 }  // namespace
 
 std::size_t HashOfDigest::operator()(const Digest& digest) const {
@@ -90,12 +114,15 @@ std::size_t HashOfDigest::operator()(const Digest& digest) const {
   return hash;
 }
 
-std::string repetitionRefusal(const RunIndex& index, const RunStart& run,
+std::string repetitionRefusal(const RunIndex& index, const RunStart& run, const HashedAs& hashedAs,
                               std::string_view placeWord) {
   const std::vector<const RunSummary*> earlier = comparable(index, run);
   if (earlier.empty()) return {};
   PostedBy posted;
-  for (const JournaledRecord& record : run.records) posted.try_emplace(record.hash, 0);
+  const Readings readings = readingsFor(earlier, run, hashedAs);
+  for (const auto& records : readings) {
+    for (const JournaledRecord& record : records) posted.try_emplace(record.hash, 0);
+  }
   for (const RunSummary* each : earlier) {
     if (fileOf(each->start) == fileOf(run)) {
       const std::size_t count = each->count(isInDatabase);
@@ -103,7 +130,7 @@ std::string repetitionRefusal(const RunIndex& index, const RunStart& run,
     }
     addPosted(*each, posted);
   }
-  return recordsText(posted, run, placeWord);
+  return recordsText(posted, readings, placeWord);
 }
 
 std::string FilesOfCall::add(std::string_view file, const std::vector<JournaledRecord>& records,
@@ -111,8 +138,8 @@ std::string FilesOfCall::add(std::string_view file, const std::vector<JournaledR
   std::size_t count = 0;
   const std::string places = placesText(
       records, placeWord,
-      [&](const Digest& hash) {
-        const auto found = records_.find(hash);
+      [&](std::size_t record) {
+        const auto found = records_.find(records[record].hash);
         if (found == records_.end()) return std::string();
         return std::string(placeWord) + " " + std::to_string(found->second.line) + " of " +
                std::string(found->second.file);

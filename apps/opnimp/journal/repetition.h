@@ -12,9 +12,12 @@
 
 namespace velk {
 
+/// The records of the file that a run is about to import, hashed as an earlier run has them.
+using HashedAs = std::function<std::vector<JournaledRecord>(const RunStart& earlier)>;
+
 /// Why a run of opening balances that is about to begin is refused; empty if it is not. Runs that
 /// it resumes do not count, and neither do those of other databases and kinds.
-std::string repetitionRefusal(const RunIndex& index, const RunStart& run,
+std::string repetitionRefusal(const RunIndex& index, const RunStart& run, const HashedAs& hashedAs,
                               std::string_view placeWord);
 
 /// Any part of a digest is as good as the whole to tell most of them apart.

@@ -7,12 +7,16 @@ namespace velk {
 
 namespace {
 
-/// Null if there is none.
+/// The last one that reached a record; else the last that began one, and was taken back. Null if
+/// there is none.
 const RunSummary* lastRunOf(const RunIndex& index, const KnownFile& file) {
-  const auto found = std::find_if(index.runs.rbegin(), index.runs.rend(), [&](const auto& run) {
-    return fileOf(run.start) == file && run.reached() > 0;
-  });
-  return found == index.runs.rend() ? nullptr : &*found;
+  const RunSummary* begun = nullptr;
+  for (auto run = index.runs.rbegin(); run != index.runs.rend(); ++run) {
+    if (fileOf(run->start) != file) continue;
+    if (run->reached() > 0) return &*run;
+    if (begun == nullptr && run->begun > 0) begun = &*run;
+  }
+  return begun;
 }
 
 /// Notes what the run reached, all those before it in the file being noted.
@@ -36,10 +40,26 @@ void add(const RunSummary& run, Resumption& resumption) {
 std::vector<RefusedBefore> refusedBefore(const RunIndex& index, std::uint64_t number) {
   std::vector<RefusedBefore> refused;
   for (const RunSummary* run : index.takenUp(number)) {
-    const std::size_t count = run->ended ? 0 : run->count(isRefused);
+    const bool isTold = run->ended || run->isTakenBack();
+    const std::size_t count = isTold ? 0 : run->count(isRefused);
     if (count > 0) refused.push_back({run->start.number, count});
   }
   return refused;
+}
+
+std::vector<std::uint64_t> laterRuns(const RunIndex& index, const RunSummary& run) {
+  std::vector<std::uint64_t> later(run.outcomes.size());
+  const KnownFile file = fileOf(run.start);
+  const std::size_t first = run.start.firstRecord;
+  for (const RunSummary& each : index.runs) {
+    if (each.start.number <= run.start.number || fileOf(each.start) != file) continue;
+    const std::size_t begin = each.start.firstRecord;
+    const std::size_t end = std::min(begin + each.reached(), first + later.size());
+    for (std::size_t record = std::max(begin, first); record < end; ++record) {
+      later[record - first] = each.start.number;
+    }
+  }
+  return later;
 }
 
 std::size_t firstReached(const RunIndex& index, std::uint64_t number) {
@@ -48,7 +68,8 @@ std::size_t firstReached(const RunIndex& index, std::uint64_t number) {
     const std::size_t begin = run->start.firstRecord;
     if (run->reached() > 0) first = std::min(first.value_or(begin), begin);
   }
-  return first.value_or(0);
+  const RunSummary* const begun = index.find(number);
+  return first.value_or(begun == nullptr ? 0 : begun->start.firstRecord);
 }
 
 Resumption findResumption(const RunIndex& index, const KnownFile& file) {
@@ -59,6 +80,7 @@ Resumption findResumption(const RunIndex& index, const KnownFile& file) {
   resumption.history = last->history;
   resumption.count = last->start.firstRecord + last->start.records.size();
   resumption.first = firstReached(index, resumption.run);
+  if (last->reached() == 0) resumption.next = resumption.first;
   resumption.refused = refusedBefore(index, resumption.run);
   std::vector<const RunSummary*> runs = index.takenUp(resumption.run);
   std::ranges::stable_sort(runs, {}, [](const auto* run) { return run->start.firstRecord; });

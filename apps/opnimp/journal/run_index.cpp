@@ -28,6 +28,8 @@ class IndexBuilder {
       end(readRunEnd(payload));
     } else if (type == EntryType::OthersSynced) {
       sync(current());
+    } else if (type == EntryType::MayBeKept) {
+      current().mayBeKept = true;
     } else if (type == EntryType::ServerHistory) {
       current().history = payload.text();
     } else if (type == EntryType::RecordsDoubted) {
@@ -50,7 +52,7 @@ class IndexBuilder {
   void begin(EntryReader payload) {
     RunStart start = readRunStart(payload);
     payload.bytes(payload.number());  // the file's
-    start.assumed = readAssumed(payload);
+    readBehindFile(payload, start);
     RunSummary& run = index_.runs.emplace_back();
     run.outcomes.resize(start.records.size());
     run.powerLost = start.machineStart != machineStart_ || machineStart_.empty();
@@ -109,21 +111,30 @@ std::size_t RunSummary::nextRecord() const {
   return std::min(begun + recordsBetweenSyncs, outcomes.size());
 }
 
+// Earlier versions did not say that it was about to be kept.
+bool RunSummary::isTakenBack() const {
+  return !ended && start.oneTransaction && !start.isEarly && !mayBeKept;
+}
+
 std::size_t RunSummary::reached() const {
-  if (count([](Outcome outcome) { return outcome == Outcome::TakenBack; }) > 0) return 0;
+  if (isTakenBack() || count([](Outcome outcome) { return outcome == Outcome::TakenBack; }) > 0)
+    return 0;
   std::size_t reached = outcomes.size();
   while (reached > 0 && outcome(reached - 1) == Outcome::NotReached) --reached;
   return reached;
 }
 
 Outcome RunSummary::outcome(std::size_t record) const {
-  // Whether the transaction was kept is known only when the run has ended.
+  const bool takenBack = isTakenBack();
+  // Once it was to be kept, whether it was is known only when the run has ended.
   const bool open = !ended && start.oneTransaction;
   if (outcomes[record]) {
+    const bool isGone = takenBack && (isPosted(*outcomes[record]) || isDoubtful(*outcomes[record]));
+    if (isGone) return Outcome::TakenBack;
     const bool mayBeGone = (open || mayBeLost(record)) && isPosted(*outcomes[record]);
     return mayBeGone ? Outcome::Unknown : *outcomes[record];
   }
-  const bool doubtful = !ended && record < nextRecord();
+  const bool doubtful = !ended && !takenBack && record < nextRecord();
   return doubtful ? Outcome::Unknown : Outcome::NotReached;
 }
 
@@ -178,7 +189,7 @@ JournaledRun readRun(const KeptFile& file, std::uint64_t number) {
       EntryReader from(payload);
       run.start = readRunStart(from);
       run.fileBytes = from.text();
-      run.start.assumed = readAssumed(from);
+      readBehindFile(from, run.start);
     } else if (within && type == EntryType::RecordBegun) {
       const std::uint64_t begun = EntryReader(payload).number();
       // A record may begin anew, on another host; they end in their order.

@@ -22,8 +22,9 @@ struct RunSummary {
   std::size_t begun = 0;   ///< the first record that was not begun
   std::size_t synced = 0;  ///< the first record that did not end before the last sync
   std::vector<std::optional<Outcome>> outcomes;  ///< by record; empty: it did not end
-  std::string history;  ///< of the server that it posted to last; empty: there is none to tell
-  bool ended = false;   ///< the run said how it ended
+  std::string history;     ///< of the server that it posted to last; empty: there is none to tell
+  bool mayBeKept = false;  ///< the run was about to have its one transaction kept
+  bool ended = false;      ///< the run said how it ended
   bool completed = false;
   bool refused = false;
   /// The machine was started anew since, so that the journal's end may be lost.
@@ -33,6 +34,9 @@ struct RunSummary {
 
   /// Unknown for a record that was begun and did not end, or of which that may be lost.
   Outcome outcome(std::size_t record) const;
+  /// Whether its one transaction was open when it was ended from outside: the database takes that
+  /// back.
+  bool isTakenBack() const;
   /// Whether what it did outside of the journal may be lost: the power failed before it was synced.
   bool mayBeUnsynced(std::size_t record) const { return powerLost && !ended && record >= synced; }
   /// Whether what it posted may be lost, by that or with a server.

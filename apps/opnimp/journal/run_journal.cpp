@@ -54,6 +54,11 @@ void RunJournal::serverHas(std::string_view history) {
   file_.write(EntryType::ServerHistory, writer_.payload());
 }
 
+void RunJournal::mayBeKept() {
+  file_.write(EntryType::MayBeKept, {});
+  file_.sync();
+}
+
 // A run that has ended leaves nothing in doubt, whether or not the entry's own sync comes to pass.
 void RunJournal::runEnds(const RunEnd& end) {
   syncOthers_();

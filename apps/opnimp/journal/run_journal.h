@@ -34,6 +34,9 @@ class RunJournal {
   void hostChanges(const HostChange& change);
   /// What the server that is posted to answers another time only if it has lost nothing since.
   void serverHas(std::string_view history);
+  /// What the run has posted in one transaction may be kept from now on; before, a kill leaves
+  /// nothing of it. Waits until the disk has that.
+  void mayBeKept();
   void runEnds(const RunEnd& end);
   /// Of the run of that number, which has ended.
   void recordsDoubted(std::uint64_t run, std::size_t first);

@@ -19,9 +19,19 @@ std::string readBytes(FileSystem& files, std::string_view path) {
 }
 
 std::string fileErrorText(const std::string& path, const RuntimeError& error) {
+  namespace fs = std::filesystem;
+  const fs::path native = toPath(path);
   std::error_code unknown;
-  return std::filesystem::is_directory(toPath(path), unknown) ? "it is a folder"
-                                                              : error.description();
+  const fs::file_status status = fs::status(native, unknown);
+  if (fs::is_directory(status)) return "it is a folder";
+  if (!error.is(ErrorNumber::PathFileAccess)) return error.description();
+  if (fs::exists(status) && !fs::is_regular_file(status)) {
+    return "it is no file but a pipe, a socket or a device";
+  }
+  if (fs::is_symlink(fs::symlink_status(native, unknown))) {
+    return "it is a symbolic link, through which nothing is written";
+  }
+  return error.description();
 }
 
 void requireNoFile(const std::string& path) {

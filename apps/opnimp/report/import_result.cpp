@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <map>
 
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/records/later_records.h"
@@ -24,6 +26,22 @@ std::size_t skippedWithWarning(const Traces& traces) {
 
 std::size_t doubtfulRecords(const Account& account) {
   return account.count(Outcome::Partial) + account.count(Outcome::Unknown);
+}
+
+/// Records of an outcome that no later run reached.
+std::size_t countLeft(const Traces& traces, bool (*isOfSort)(Outcome)) {
+  return static_cast<std::size_t>(std::ranges::count_if(traces.records, [&](const auto& trace) {
+    return isOfSort(trace.outcome) && !isLeftToLater(trace);
+  }));
+}
+
+/// By run: how many records it reached that this one left.
+std::map<std::uint64_t, std::size_t> leftToLater(const Traces& traces) {
+  std::map<std::uint64_t, std::size_t> counts;
+  for (const RecordTrace& trace : traces.records) {
+    if (isLeftToLater(trace)) ++counts[trace.laterRun];
+  }
+  return counts;
 }
 
 /// Records that somebody has to look at once more, the run having reached them all.
@@ -118,6 +136,15 @@ void addStepsForEarlierRuns(const ImportResult& result, std::vector<std::string>
   }
 }
 
+void addStepsForLaterRuns(const ImportResult& result, std::vector<std::string>& steps) {
+  for (const auto& [run, count] : leftToLater(result.traces)) {
+    const std::string number = std::to_string(run);
+    steps.push_back("Do not import again what run " + number + " reached since: it took up " +
+                    counted(count, "record", "records") + " that this run left; `opnimp report " +
+                    number + "` shows them.");
+  }
+}
+
 /// Then what to import again is told once, of the call: it knows what became of the others.
 bool isOneOfSeveral(const ImportResult& result) {
   return result.arguments.files.size() > 1;
@@ -147,7 +174,7 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
   add("Look up", doubtfulRecords(account), "record", "records",
       " in the database before doing anything else: importing them again could post them twice" +
           where(result, RejectFiles::Check) + ".");
-  add("Correct", refusedRecords(account), "refused record", "refused records",
+  add("Correct", countLeft(result.traces, isRefused), "refused record", "refused records",
       " and import only those again" + where(result, RejectFiles::Rejects) + ".");
   addAllowedDsTypes(result, steps);
   add("Look at", skippedWithWarning(result.traces), "skipped record", "skipped records",
@@ -161,7 +188,8 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
   add("Import", result.input->unreadRows().size(), "row", "rows",
       " after the first blank row, where reading ended: copy them, under the captions, to a "
       "workbook of their own.");
-  const std::size_t notReached = account.count(Outcome::NotReached);
+  const std::size_t notReached =
+      countLeft(result.traces, [](Outcome outcome) { return outcome == Outcome::NotReached; });
   if (isOneOfSeveral(result)) {
     add("Leave", notReached, "record", "records",
         " that the run did not reach to what is told of all files together.");
@@ -244,6 +272,8 @@ std::string stepAfterRefusal(const ImportResult& result) {
 std::string stepForAll(const ImportResult& result) {
   if (result.refused()) return stepAfterRefusal(result);
   if (result.isDryRun()) return stepAfterDryRun(result);
+  // Whoever took records up knows more than this run.
+  if (!leftToLater(result.traces).empty()) return {};
   const std::string step = stepAfterTakingBack(result);
   // Only an account that adds up can prove that nothing was imported.
   return step.empty() && result.account.addsUp() ? stepWithNothingImported(result) : step;
@@ -304,6 +334,7 @@ std::string effectName(std::string_view becomes, const Arguments& arguments) {
 std::vector<std::string> nextSteps(const ImportResult& result) {
   std::vector<std::string> steps;
   addStepsForEarlierRuns(result, steps);
+  addStepsForLaterRuns(result, steps);
   if (result.passedOver) {
     if (steps.empty()) steps.emplace_back("Nothing is left to do.");
     return steps;
@@ -330,6 +361,10 @@ std::vector<std::string> nextSteps(const ImportResult& result) {
   // A salesman who is posted again replaces himself, so that no warning is needed.
   if (!steps.empty() && posted && !result.arguments.kind->replaces) {
     steps.emplace_back("Do not import the whole file again: what is posted would be posted twice.");
+  }
+  if (const LaterRecords* const part = asPart(*result.input); part && result.resumes == 0) {
+    steps.push_back("Nothing was done with the " + counted(part->first(), "record", "records") +
+                    " of the file before those of this run: --from-line left them out.");
   }
   if (steps.empty()) steps.emplace_back("Nothing is left to do.");
   return steps;

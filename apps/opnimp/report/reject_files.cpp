@@ -30,7 +30,8 @@ void writingRejects(const std::string& path, Action action) {
 std::vector<std::size_t> recordsOf(const Traces& traces, bool (*chosen)(Outcome)) {
   std::vector<std::size_t> records;
   for (std::size_t record = 0; record < traces.records.size(); ++record) {
-    if (chosen(traces.records[record].outcome)) records.push_back(record);
+    const RecordTrace& trace = traces.records[record];
+    if (chosen(trace.outcome) && !isLeftToLater(trace)) records.push_back(record);
   }
   return records;
 }
@@ -49,6 +50,7 @@ std::string reasons(const InputRecords& input, const Traces& traces) {
   for (std::size_t record = 0; record < traces.records.size(); ++record) {
     const RecordTrace& trace = traces.records[record];
     if (!isRefused(trace.outcome) && !isDoubtful(trace.outcome)) continue;
+    if (isLeftToLater(trace)) continue;
     text << record + 1 << ',' << input.place(record).line << ',' << outcomeName(trace.outcome)
          << ',' << std::quoted(asNoFormula(printable(reasonOf(trace))), '"', '"') << csvLineEnd;
   }

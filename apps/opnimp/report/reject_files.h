@@ -3,6 +3,7 @@
 //   FILE.reasons.csv  for each of those, and of the doubtful ones, its line and what is wrong
 //   FILE.check.csv    partial and unknown records: importing them again could post them twice
 //   FILE.rest.csv     records not reached, to be imported later
+// What a later run of the same file reached is in none but the .check file.
 // All but the reasons have the format of the file that was imported, and its header: .check.xls and
 // .rest.xls for a workbook. Each takes its place only when it is written as a whole.
 #pragma once

@@ -53,6 +53,53 @@ std::shared_ptr<OwnConnection> openInTime(const DatabaseChoice& choice,
   return opened.get();
 }
 
+// A key is a secret's if its name holds such a part: drivers have PWD, PASSWORD2, TLSKEYPWD,
+// KeystoreSecret, pqopt and more, and a further one costs only a value that nobody needs to see.
+// A value in braces may contain semicolons, and a closing brace when it is doubled. Without braces
+// it must not, and one that does ends where a further keyword of connection strings begins. When in
+// doubt, too much is masked: also what only looks like a password inside another value's braces.
+const std::regex& secret() {
+  // After a closing brace, or without one, the rest is masked likewise: a password that is quoted
+  // wrongly must not show its end.
+  static const std::regex password(
+      R"(((?:^|;|\{)[^;={}]*(?:pwd|pass|secret|token|pqopt|credential|clientcert)[^;={}]*=))"
+      R"(\s*(?:\{(?:[^}]|\}\})*\}?)?)"
+      R"([^;]*(?:;(?!\s*(?:app|charset|client ?charset|data ?source|database|description|driver)"
+      R"(|dsn|encrypt|file ?dsn|host(?:name)?|initial catalog|language|option|port|protocol|provider)"
+      R"(|pwd|password|server(?:name)?|socket|ssl\w*|sync\w*|tds_version|timeout|trust\w*|uid)"
+      R"(|user(?: ?(?:id|name))?|wsid)\s*=|\s*$)[^;]*)*)",
+      std::regex::icase);
+  return password;
+}
+
+/// What a driver says may repeat the connection string, or a part of it.
+std::string withoutSecrets(std::string_view said, const std::string& connectionString) {
+  std::string text(said);
+  if (connectionString.size() > longestConnectionString) return text;
+  for (std::sregex_iterator found(connectionString.begin(), connectionString.end(), secret()), none;
+       found != none; ++found) {
+    std::string_view value =
+        trim(std::string_view(connectionString)
+                 .substr(static_cast<std::size_t>(found->position() + found->length(1)),
+                         static_cast<std::size_t>(found->length() - found->length(1))));
+    if (value.starts_with('{') && value.ends_with('}')) value = value.substr(1, value.size() - 2);
+    for (std::size_t at = 0; !value.empty() && (at = text.find(value, at)) != std::string::npos;) {
+      text.replace(at, value.size(), "***");
+      at += 3;
+    }
+  }
+  return text;
+}
+
+/// In a connection string, at the beginning of a value.
+bool hasOpenBrace(std::string_view text) {
+  static const std::regex closed(R"(\{(?:[^}]|\}\})*\})");
+  static const std::regex opening(R"(=\s*\{)");
+  if (text.size() > longestConnectionString) return false;
+  const std::string rest = std::regex_replace(std::string(text), closed, "");
+  return std::regex_search(rest, opening);
+}
+
 std::vector<Diagnostic> diagnosticsOf(const RuntimeError& error) {
   const auto* failure = dynamic_cast<const CannotConnect*>(&error);
   return failure == nullptr ? std::vector<Diagnostic>{} : failure->diagnostics();
@@ -83,13 +130,14 @@ std::shared_ptr<OwnConnection> connect(const DatabaseChoice& choice,
   } catch (const RuntimeError& error) {
     if (isEmbedded && error.is(ErrorNumber::ProviderTimeout)) {
       throw RunEnded{"the database " + choice.shown + " did not answer in time (" +
-                     std::string(withoutEnd(error.description())) +
+                     withoutSecrets(withoutEnd(error.description()), choice.connectionString) +
                      "); --wait SECONDS or --lock-wait SECONDS gives it longer"};
     }
     // Only `shown` is printed: the connection string may contain a password.
-    throw CannotOpen("the database " + choice.shown + " could not be opened: " +
-                     std::string(withoutEnd(fileErrorText(choice.path, error))) + ". " +
-                     advice(choice, error));
+    throw CannotOpen(
+        "the database " + choice.shown + " could not be opened: " +
+        withoutSecrets(withoutEnd(fileErrorText(choice.path, error)), choice.connectionString) +
+        ". " + advice(choice, error));
   }
 }
 
@@ -179,6 +227,9 @@ std::vector<DatabaseChoice> chooseDatabases(const Arguments& arguments,
                        std::string("Driver={PostgreSQL Unicode};Server=HOST;Database=NAME"));
     }
     const CompanyDatabase database = companyDatabase(text);
+    if (database.path.empty() && hasOpenBrace(text)) {
+      throw CannotOpen("what names the database has an opening brace without its closing one");
+    }
     const OdbcOptions opening = openingOptions(arguments);
     hosts.push_back(
         {database, database.path.empty() ? maskPasswords(database.connectionString) : database.path,
@@ -208,24 +259,9 @@ void makeDemoDatabase(const std::string& path) {
   cannotMake(path, "there is such a file already. Choose another path, or remove it first");
 }
 
-// A key is a secret's if its name holds such a part: drivers have PWD, PASSWORD2, TLSKEYPWD,
-// KeystoreSecret, pqopt and more, and a further one costs only a value that nobody needs to see.
-// A value in braces may contain semicolons, and a closing brace when it is doubled. Without braces
-// it must not, and one that does ends where a further keyword of connection strings begins. When in
-// doubt, too much is masked: also what only looks like a password inside another value's braces.
 std::string maskPasswords(std::string_view connectionString) {
   if (connectionString.size() > longestConnectionString) return "***";
-  // After a closing brace, or without one, the rest is masked likewise: a password that is quoted
-  // wrongly must not show its end.
-  static const std::regex password(
-      R"(((?:^|;|\{)[^;={}]*(?:pwd|pass|secret|token|pqopt|credential|clientcert)[^;={}]*=))"
-      R"(\s*(?:\{(?:[^}]|\}\})*\}?)?)"
-      R"([^;]*(?:;(?!\s*(?:app|charset|client ?charset|data ?source|database|description|driver)"
-      R"(|dsn|encrypt|file ?dsn|host(?:name)?|initial catalog|language|option|port|protocol|provider)"
-      R"(|pwd|password|server(?:name)?|socket|ssl\w*|sync\w*|tds_version|timeout|trust\w*|uid)"
-      R"(|user(?: ?(?:id|name))?|wsid)\s*=|\s*$)[^;]*)*)",
-      std::regex::icase);
-  return std::regex_replace(std::string(connectionString), password, "$1***");
+  return std::regex_replace(std::string(connectionString), secret(), "$1***");
 }
 
 }  // namespace velk

@@ -116,7 +116,7 @@ std::shared_ptr<OwnConnection> DatabaseHosts::openNext() {
 
 std::shared_ptr<OwnConnection> DatabaseHosts::openHost(const DatabaseChoice& host) {
   gate_.requireOpen();
-  return gate_.pass([&] { return openDatabase(host, surroundings_); });
+  return gate_.pass([&] { return openDatabase(host, surroundings_); }, RunGate::Limit::None);
 }
 
 std::shared_ptr<OwnConnection> DatabaseHosts::openHost(std::size_t host, OpeningTime& time) {

@@ -38,24 +38,31 @@ std::string cannotWrite(const std::string& path, const RuntimeError& error) {
   return "the journal " + path + " could not be written: " + error.description();
 }
 
+/// The file's records, as an earlier run has them.
+std::vector<JournaledRecord> hashedAs(const RunStart& earlier, const ImportResult& result) {
+  return hashRecords(
+      *result.arguments.kind, *result.input, result.mapping,
+      {civilFromDate(result.began).year, [&] { return earlier.undated; }, earlier.isEarly});
+}
+
 /// Whether the records are those that the earlier run would have gone on with.
-bool hasSameRecords(const RunStart& resumed, const RunStart& run) {
-  const std::size_t left = run.firstRecord - std::min(run.firstRecord, resumed.firstRecord);
+bool hasSameRecords(const RunStart& resumed, std::size_t firstRecord, const ImportResult& result) {
+  const std::size_t left = firstRecord - std::min(firstRecord, resumed.firstRecord);
   if (left > resumed.records.size()) return false;
-  return std::ranges::equal(std::span(resumed.records).subspan(left), run.records, {},
+  return std::ranges::equal(std::span(resumed.records).subspan(left), hashedAs(resumed, result), {},
                             &JournaledRecord::hash, &JournaledRecord::hash);
 }
 
 /// Records are known again by what is mapped, and by how it is read: with other columns, or with
 /// dates or amounts read otherwise, they would be other ones.
-void requireSameReading(const RunIndex& index, const RunStart& run) {
+void requireSameReading(const RunIndex& index, const RunStart& run, const ImportResult& result) {
   const RunSummary* const resumed = index.find(run.resumes);
   if (resumed == nullptr) return;
   const std::string which = "run " + std::to_string(run.resumes) + ", which is to be resumed, ";
   if (resumed->start.mapping != run.mapping) {
     throw Refused(which + "mapped the columns otherwise; give the same --map");
   }
-  if (!hasSameRecords(resumed->start, run)) {
+  if (!hasSameRecords(resumed->start, run.firstRecord, result)) {
     throw Refused(which + "read dates or amounts of the file otherwise; give the same options");
   }
 }
@@ -76,7 +83,8 @@ std::vector<const Misreading*> readingsByRecord(std::span<const Warning> warning
 }
 
 RunStart describe(const ImportJournal& journal, const ImportResult& result,
-                  const Surroundings& surroundings) {
+                  const Surroundings& surroundings,
+                  const std::function<std::optional<Date>()>& undated) {
   RunStart run;
   run.time = result.began;
   run.user = result.user;
@@ -97,21 +105,25 @@ RunStart describe(const ImportJournal& journal, const ImportResult& result,
   run.setApart = result.setApart;
   const LaterRecords* const later = asPart(*result.input);
   if (later != nullptr) run.firstRecord = later->first();
-  run.records = hashRecords(*result.arguments.kind, *result.input, result.mapping,
-                            civilFromDate(run.time).year);
+  run.records =
+      hashRecords(*result.arguments.kind, *result.input, result.mapping,
+                  {civilFromDate(run.time).year, [&] { return run.undated = undated(); }});
   return run;
 }
 
 }  // namespace
 
 FileJournal::FileJournal(ImportJournal& journal, ImportResult& result,
-                         const Surroundings& surroundings)
-    : journal_(journal), start_(describe(journal, result, surroundings)) {
+                         const Surroundings& surroundings,
+                         const std::function<std::optional<Date>()>& undated)
+    : journal_(journal), start_(describe(journal, result, surroundings, undated)) {
   result.fileHash = hexText(start_.fileHash);
-  requireSameReading(journal.index(), start_);
+  requireSameReading(journal.index(), start_, result);
   // Only opening balances: master data is imported again by design.
   if (result.arguments.kind->opening == nullptr || result.arguments.again) return;
-  const std::string refusal = repetitionRefusal(journal.index(), start_, result.input->placeWord());
+  const std::string refusal = repetitionRefusal(
+      journal.index(), start_, [&](const RunStart& earlier) { return hashedAs(earlier, result); },
+      result.input->placeWord());
   if (refusal.empty()) return;
   result.repeats = true;
   throw Refused(refusal);
@@ -185,6 +197,13 @@ void FileJournal::hostChanges(const HostChange& change) {
 
 void FileJournal::serverHas(const std::string& history) {
   if (run_ && !history.empty()) orEndRun([&] { run_->serverHas(history); });
+}
+
+bool FileJournal::mayBeKept() {
+  if (!run_) return true;
+  return trapErrors(
+      [&] { run_->mayBeKept(); },
+      [this](const RuntimeError& error) { failure_ = cannotWrite(journal_.path(), error); });
 }
 
 void FileJournal::doubtFrom(std::uint64_t run, std::size_t record) {

@@ -17,8 +17,10 @@ namespace velk {
 
 class FileJournal {
  public:
-  /// Describes the run that is about to begin. Raises Refused for a repetition.
-  FileJournal(ImportJournal& journal, ImportResult& result, const Surroundings& surroundings);
+  /// Describes the run that is about to begin; `undated` as HashBasis has it. Raises Refused for a
+  /// repetition.
+  FileJournal(ImportJournal& journal, ImportResult& result, const Surroundings& surroundings,
+              const std::function<std::optional<Date>()>& undated);
   FileJournal(const FileJournal&) = delete;
   FileJournal& operator=(const FileJournal&) = delete;
 
@@ -38,6 +40,9 @@ class FileJournal {
   void hostChanges(const HostChange& change);
   /// Says what the server that is posted to has for a history; nothing if it is empty.
   void serverHas(const std::string& history);
+  /// Says that the transaction around the run may be kept from now on; false if that could not be
+  /// written, which ends the run.
+  bool mayBeKept();
   /// Says, after the run of that number has ended, that what its records from that one on have
   /// posted may be lost.
   void doubtFrom(std::uint64_t run, std::size_t record);

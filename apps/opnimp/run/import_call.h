@@ -35,10 +35,17 @@ struct ImportCall {
   std::shared_ptr<OwnConnection> database{};
   Beside beside{};                         ///< where look-ups are asked ahead
   std::optional<ImportJournal> journal{};  ///< empty: a foreseen import knows of no runs
+  std::optional<Date> first{};             ///< the answer of firstDate
   std::vector<EarlierFile> earlier{};
   /// Of a foreseen import, which shows no message of the import: gets the screen when it shows a
   /// file and its mapping, also where it refuses a mapping.
   std::function<void(const std::string& file, const ImportScreen&)> viewed{};
+
+  /// The company's first transaction date, asked at first use; day 0 where it has none, empty if
+  /// the database does not answer. Throws RunEnded.
+  std::optional<Date> firstDate();
+  /// What a record of opening balances without a date gets; else as firstDate.
+  std::optional<Date> dateOfUndated();
 
   /// Opens `beside` on the host that is worked on, or says why it could not.
   void openBeside();

@@ -1,6 +1,7 @@
 #include "apps/opnimp/run/import_command.h"
 
 #include <algorithm>
+#include <chrono>
 #include <deque>
 #include <memory>
 #include <new>
@@ -116,6 +117,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
     const std::string journal = chooseJournal(arguments_.journal, call_.surroundings);
     // Only an embedded one, which is by itself, has a file.
     checkOutputs(journal, hosts.front());
+    commandTimeoutSeconds_ = hosts.front().options.commandTimeoutSeconds;
     call_.hosts.emplace(std::move(hosts), call_.surroundings, call_.gate);
     for (SingleImport& file : files_) file.prepare(call_.hosts->shown());
     if (arguments_.metrics) metrics_.emplace(*arguments_.metrics);
@@ -141,12 +143,22 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
         call_.gate, [this] { return lockQuestion(); },
         [this](const LockHolders& holders) { tellWait(holders); });
     const WatchedRun run{[self = shared_from_this()] { self->drive(); },
-                         call_.surroundings.interrupted,
+                         [this] { return whyEnd(); },
                          [self = shared_from_this()] { self->call_.hosts->cancel(); }, call_.gate,
                          [&locks] { locks.look(); }};
     if (runWatched(run)) return;
-    files_[current_].giveUp();
+    files_[current_].giveUp(whyEnd());
     evaluate();
+  }
+
+  /// Drivers trust the server to keep the time-out, or the network to tell that it is gone.
+  std::string whyEnd() {
+    const Surroundings& surroundings = call_.surroundings;
+    if (surroundings.interrupted && surroundings.interrupted()) return "it was interrupted";
+    const std::chrono::seconds limit(commandTimeoutSeconds_);
+    if (limit.count() <= 0 || !call_.gate.isOverdue(limit + surroundings.answerPatience)) return {};
+    return "a call had no answer within its time-out of " + std::to_string(limit.count()) +
+           " s, and nothing ended it";
   }
 
   /// What the run itself cannot ask while it waits.
@@ -335,6 +347,7 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   }
 
   const Arguments arguments_;
+  int commandTimeoutSeconds_ = 0;
   ImportCall call_;
   std::optional<MetricsFile> metrics_;
   std::deque<SingleImport> files_;  // which stay where they are

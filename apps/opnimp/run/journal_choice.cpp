@@ -26,6 +26,8 @@ namespace {
                    ". Check the path and its permissions, or choose another with --journal");
 }
 
+}  // namespace
+
 void requireWhole(const OpenJournal& journal) {
   const JournalEnd& end = journal.index.end;
   if (!end.damaged) return;
@@ -33,6 +35,8 @@ void requireWhole(const OpenJournal& journal) {
                    std::to_string(end.whole) + " cannot be read. Move it away; `opnimp runs " +
                    "--journal` with its new name still shows the runs before the damage");
 }
+
+namespace {
 
 void tellTorn(const OpenJournal& journal, KeptFor use, Events& events) {
   const std::uint64_t torn = journal.index.end.torn;

@@ -22,6 +22,9 @@ struct OpenJournal {
   RunIndex index;
 };
 
+/// Raises CannotOpen for a journal that is damaged.
+void requireWhole(const OpenJournal& journal);
+
 /// Opens it and reads what it tells. A journal that is damaged, or that another run writes, is not
 /// opened for writing. Raises CannotOpen; a torn end is told.
 OpenJournal openJournal(const std::string& path, KeptFor use, const Surroundings& surroundings,

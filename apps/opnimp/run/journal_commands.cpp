@@ -1,8 +1,11 @@
 #include "apps/opnimp/run/journal_commands.h"
 
+#include <algorithm>
+
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/journal/reversal.h"
+#include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/report/import_page.h"
 #include "apps/opnimp/report/reject_files.h"
@@ -11,6 +14,7 @@
 #include "apps/opnimp/report/report_text.h"
 #include "apps/opnimp/report/runs_report.h"
 #include "apps/opnimp/run/journaled_import.h"
+#include "apps/opnimp/warnings/find_warnings.h"
 #include "base/errors.h"
 #include "platform/native/native_files.h"
 
@@ -21,8 +25,30 @@ namespace {
 OpenJournal journalOf(const Arguments& arguments, const Streams& streams,
                       const Surroundings& surroundings) {
   Events events(streams, false);
-  return openJournal(chooseJournal(arguments.journal, surroundings), KeptFor::Reading, surroundings,
-                     events);
+  OpenJournal journal = openJournal(chooseJournal(arguments.journal, surroundings),
+                                    KeptFor::Reading, surroundings, events);
+  if (!journal.file && arguments.journal) {
+    throw CannotOpen("there is no journal " + journal.path + "; choose another with --journal");
+  }
+  return journal;
+}
+
+/// What of the opposite documents would be refused unless it is accepted, as it was with the run's.
+std::string acceptedText(const Reversal& reversal, const JournaledImport& run) {
+  const CsvRecords records(reversal.text);
+  const std::vector<std::string> titles = records.titles();
+  std::vector<FieldMapping> mapping = run.start().mapping;
+  for (FieldMapping& field : mapping) {
+    const auto title = std::ranges::find(titles, field.field);
+    field.column.reset();
+    if (title != titles.end()) field.column = static_cast<std::size_t>(title - titles.begin());
+  }
+  const int year = civilFromDate(run.start().time).year;
+  std::string codes;
+  for (const auto code : notAccepted(findWarnings(records, run.kind(), mapping, year), {})) {
+    codes.append(codes.empty() ? ", with --accept " : ",").append(code);
+  }
+  return codes;
 }
 
 Reversal reversalOf(JournaledImport& run) {
@@ -49,9 +75,6 @@ Reversal reversalOf(JournaledImport& run) {
 ExitStatus runRuns(const Arguments& arguments, const Streams& streams,
                    const Surroundings& surroundings) {
   const OpenJournal journal = journalOf(arguments, streams, surroundings);
-  if (!journal.file && arguments.journal) {
-    throw CannotOpen("there is no journal " + journal.path + "; choose another with --journal");
-  }
   (arguments.json ? writeRunsJson : writeRunsText)(journal.path, journal.index, streams.out);
   return journal.index.end.damaged ? ExitStatus::CannotOpen : ExitStatus::Posted;
 }
@@ -78,7 +101,8 @@ ExitStatus runReversal(const Arguments& arguments, const Streams& streams,
           [&] { writeFile(files, arguments.file, reversal.text); });
   streams.out << "Written:   " << printable(arguments.file) << " ("
               << counted(reversal.count, "document", "documents") << ")\n"
-              << "Next:      Import it into the same database, as " << run.kind().name << ".\n";
+              << "Next:      Import it into the same database, as " << run.kind().name
+              << acceptedText(reversal, run) << ".\n";
   if (reversal.doubtful == 0) return ExitStatus::Posted;
   streams.out << "Next:      Look up " << counted(reversal.doubtful, "record", "records")
               << " in the database that may have been posted, and are not in the file: `opnimp "

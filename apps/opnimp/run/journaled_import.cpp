@@ -17,6 +17,7 @@ namespace {
 const RunSummary& summaryOf(const OpenJournal& journal, std::uint64_t number) {
   const RunSummary* const run = journal.index.find(number);
   if (run == nullptr) {
+    requireWhole(journal);
     throw UsageError("the journal " + journal.path + " has no run " + std::to_string(number) +
                      "; `opnimp runs` lists those that it has");
   }
@@ -68,6 +69,10 @@ void doubt(RecordedLine& line) {
 
 std::string endOf(const RunSummary& summary, const JournaledRun& run) {
   if (run.end) return run.end->brokeOff;
+  if (summary.isTakenBack()) {
+    return "it did not end by itself, and its transaction was still open: the database takes that "
+           "back, so that nothing of it stays";
+  }
   return summary.powerLost ? "it did not end by itself, and the machine was started anew since: as "
                              "many records as the journal may have lost are called unknown"
                            : "it did not end by itself: the program was ended from outside";
@@ -111,7 +116,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
   if (run_.end) result_.refusal = run_.end->refusal;
   result_.brokeOff = endOf(summary, run_);
   settle(summary);
-  trace(summary);
+  trace(summary, laterRuns(journal.index, summary));
   if (result_.refused()) return;
   result_.account = drawUpAccount({kind(), *result_.input, start.mapping, result_.traces,
                                    run_.end ? run_.end->screenRecords : std::nullopt,
@@ -127,17 +132,20 @@ void JournaledImport::requireAgreement(bool agrees) const {
 /// Calls are written down before it is known whether their transaction is kept, and before the disk
 /// has what they did.
 void JournaledImport::settle(const RunSummary& summary) {
-  const Changes open = run_.start.oneTransaction ? Changes::NotKnown : Changes::Stand;
+  const Changes open = summary.isTakenBack()       ? Changes::TakenBack
+                       : run_.start.oneTransaction ? Changes::NotKnown
+                                                   : Changes::Stand;
   const Changes changes = run_.end ? run_.end->changes : open;
   for (RecordEnd& record : run_.records) {
     const bool mayBeLost = summary.mayBeLost(record.record);
-    settleCalls(record.calls, mayBeLost ? Changes::NotKnown : changes);
+    const bool isLeftOpen = mayBeLost && changes != Changes::TakenBack;
+    settleCalls(record.calls, isLeftOpen ? Changes::NotKnown : changes);
     if (summary.mayBeUnsynced(record.record)) std::ranges::for_each(record.lines, doubt);
   }
   if (run_.end) settleCalls(run_.end->strays, changes);
 }
 
-void JournaledImport::trace(const RunSummary& summary) {
+void JournaledImport::trace(const RunSummary& summary, std::span<const std::uint64_t> later) {
   static const RecordReport nothingSaid;
   Traces& traces = result_.traces;
   traces.records.resize(result_.input->count());
@@ -153,6 +161,7 @@ void JournaledImport::trace(const RunSummary& summary) {
   for (std::size_t record = 0; record < traces.records.size(); ++record) {
     RecordTrace& trace = traces.records[record];
     trace.outcome = summary.outcome(record);
+    trace.laterRun = later[record];
     if (trace.said != nullptr) continue;
     trace.said = trace.outcome == Outcome::Unknown ? &inDoubt() : &nothingSaid;
   }

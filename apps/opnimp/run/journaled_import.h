@@ -1,7 +1,9 @@
 // An earlier import, as its journal tells of it.
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <span>
 
 #include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/run/journal_choice.h"
@@ -24,7 +26,7 @@ class JournaledImport {
  private:
   void requireAgreement(bool agrees) const;
   void settle(const RunSummary& summary);
-  void trace(const RunSummary& summary);
+  void trace(const RunSummary& summary, std::span<const std::uint64_t> later);
 
   JournaledRun run_;
   ImportResult result_;

@@ -131,11 +131,11 @@ void requireWhole(const ImportResult& result) {
 }
 
 // What cannot be asked for the import asks again, and tells.
-void requireFirstDate(const ImportResult& result, Connection& database) {
+void requireFirstDate(const ImportResult& result,
+                      const std::function<std::optional<Date>()>& firstDate) {
   if (result.arguments.kind->opening == nullptr || !hasUndated(result)) return;
-  std::optional<std::string> date;
-  trapErrors([&] { date = firstTransactionDate(database); }, [](const RuntimeError&) {});
-  if (!date || !date->empty()) return;
+  const std::optional<Date> date = firstDate();
+  if (!date || date->days != 0) return;
   throw Refused("the database has no first transaction date (" + std::string(firstDateQuery) +
                 "): " + std::string(noFirstDate) + ". Enter it in the company's settings first");
 }

@@ -1,6 +1,8 @@
 // Why nothing was imported, as the runner tells it: what the screen said, and where to mend it.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,6 +35,7 @@ void requireDates(const ImportResult& result, Date earliest, int currentYear);
 void requireWhole(const ImportResult& result);
 
 /// Raises Refused for balances without a date where the database has no first transaction date.
-void requireFirstDate(const ImportResult& result, Connection& database);
+void requireFirstDate(const ImportResult& result,
+                      const std::function<std::optional<Date>()>& firstDate);
 
 }  // namespace velk

@@ -208,6 +208,10 @@ std::string tooLarge(const std::string& path) {
          " is too large for the memory there is; nothing was imported. Split it";
 }
 
+bool isOfSchema(const RuntimeError& error) {
+  return error.is(ErrorNumber::NoSuchTable) || error.is(ErrorNumber::CommandErrors);
+}
+
 MessageHandler messagesTo(Events& events) {
   return [&events](const Message& message) { events.message(message.prompt); };
 }

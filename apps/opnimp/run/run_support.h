@@ -12,6 +12,7 @@
 #include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/report/events.h"
 #include "apps/opnimp/run/database_choice.h"
+#include "base/errors.h"
 #include "platform/headless/message.h"
 
 namespace velk {
@@ -49,6 +50,9 @@ void requireDistinct(const std::vector<std::string>& inputs);
 
 /// That nothing was done, since the memory does not hold the file.
 std::string tooLarge(const std::string& path);
+
+/// Whether the database does not know the table or the statement, as one of another application.
+bool isOfSchema(const RuntimeError& error);
 
 /// Tells each message, word for word.
 MessageHandler messagesTo(Events& events);

@@ -28,10 +28,6 @@ bool hasPosting(const Recorder& recorder) {
   return std::ranges::count(recorder.calls(), CallKind::Procedure, &RecordedCall::kind) > 0;
 }
 
-bool isOfSchema(const RuntimeError& error) {
-  return error.is(ErrorNumber::NoSuchTable) || error.is(ErrorNumber::CommandErrors);
-}
-
 /// Whether a run in one transaction is kept.
 bool isWhole(const ImportResult& result) {
   return result.account.addsUp() &&
@@ -134,7 +130,10 @@ void SingleImport::open() {
     }
     openPart(0);
     prepareRun();
-    if (call_.journal) journal_.emplace(*call_.journal, result_, call_.surroundings);
+    if (call_.journal) {
+      journal_.emplace(*call_.journal, result_, call_.surroundings,
+                       [this] { return call_.dateOfUndated(); });
+    }
   });
   if (hasEnded()) close();
 }
@@ -281,7 +280,7 @@ void SingleImport::prepareRun() {
   result_.mapping = readMapping(session_->screen());
   findWarningsNow();
   requireImportable(result_);
-  requireFirstDate(result_, *call_.database);
+  requireFirstDate(result_, [this] { return call_.firstDate(); });
   requireDates(result_, call_.database->earliestDate(),
                civilFromDate(call_.surroundings.clock()).year);
   // Each screen looks at its own records only, when those before are posted.
@@ -338,6 +337,8 @@ void SingleImport::settle() {
     drawUp();
     keep = isWhole(result_);
   }
+  const bool mayStay = keep || recorder_.changes() == Changes::NotKnown;
+  if (journal_ && mayStay) keep = journal_->mayBeKept() && keep;
   const std::string failure = whole_->settle(keep);
   if (result_.brokeOff.empty()) result_.brokeOff = failure;
   whole_.reset();
@@ -375,8 +376,8 @@ void SingleImport::refuseWith(const std::string& file) {
   result_.refusedWithAnother = true;
 }
 
-void SingleImport::giveUp() {
-  result_.brokeOff = "it was interrupted, and the database did not answer any more";
+void SingleImport::giveUp(const std::string& why) {
+  result_.brokeOff = why + ", and the database did not answer any more";
   if (whole_) recorder_.settle(Changes::NotKnown);
 }
 
@@ -462,8 +463,9 @@ std::vector<JournaledRecord> SingleImport::recordsToPost() const {
   // A foreseen import has no journal that knows them.
   std::vector<JournaledRecord> computed;
   if (!journal_) {
-    computed =
-        hashRecords(kind(), input, result_.mapping, civilFromDate(call_.surroundings.clock()).year);
+    computed = hashRecords(
+        kind(), input, result_.mapping,
+        {civilFromDate(call_.surroundings.clock()).year, [this] { return call_.dateOfUndated(); }});
   }
   const std::vector<JournaledRecord>& all = journal_ ? journal_->records() : computed;
   const std::size_t width = mappedWidth(result_.mapping);

@@ -51,7 +51,7 @@ class SingleImport {
   /// For the sake of another file, which is refused.
   void refuseWith(const std::string& file);
   /// The database does not answer any more.
-  void giveUp();
+  void giveUp(const std::string& why);
   /// Last of all.
   void tellOfEnd();
   /// Writes into the journal, if it is there, that the import ended so.

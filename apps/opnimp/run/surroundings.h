@@ -31,6 +31,8 @@ struct Surroundings {
       openDatabase;
   /// How long a run that lost its host waits for another one.
   std::chrono::seconds hostPatience{60};
+  /// How long after its time-out a statement is given up that the driver does not end.
+  std::chrono::milliseconds answerPatience{5000};
   std::string stateFolder;       ///< where programs keep what they remember; empty: there is none
   std::string settingsFolder{};  ///< where the user's settings of programs are; empty: none
   /// The program itself, to ask the database what the run cannot ask while it waits; empty: such

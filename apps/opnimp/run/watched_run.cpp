@@ -3,6 +3,7 @@
 #include <chrono>
 #include <future>
 #include <thread>
+#include <utility>
 
 #include "base/errors.h"
 
@@ -21,13 +22,15 @@ bool ends(const std::future<void>& done, std::chrono::milliseconds within) {
 
 /// False when the work was given up.
 bool awaited(const std::future<void>& done, const WatchedRun& run) {
+  std::string why;
   while (!ends(done, glance)) {
-    if (run.interrupted && run.interrupted()) break;
+    why = run.whyEnd();
+    if (!why.empty()) break;
     // While the work runs there is no way out of here.
     ignoringFailure(run.look);
   }
   if (ends(done, toEnd)) return true;
-  run.gate.close("it was interrupted");
+  run.gate.close(std::move(why));
   // In a thread of its own, because drivers may let nobody in as long as a call runs.
   if (run.cancel) std::thread(run.cancel).detach();
   if (ends(done, toCancel)) return true;

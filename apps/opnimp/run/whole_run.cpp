@@ -28,7 +28,8 @@ WholeRun::~WholeRun() {
 
 std::string WholeRun::settle(bool keep) {
   settled_ = true;
-  const End end = recorder_.gate().pass([&] { return keep ? commit() : takeBack(); });
+  const End end =
+      recorder_.gate().pass([&] { return keep ? commit() : takeBack(); }, RunGate::Limit::None);
   recorder_.settle(end.changes);
   return end.failure;
 }
