@@ -26,7 +26,7 @@ struct ValueColumn {
 };
 
 /// Of a line that is left out.
-constexpr std::size_t mostShown = 80;
+constexpr std::size_t mostOfLineShown = 80;
 
 class Converter {
  public:
@@ -259,7 +259,8 @@ class Converter {
   }
 
   static std::string beginningOf(std::string_view lines) {
-    return "\"" + cutTo(printable(lines.substr(0, lines.find_first_of("\r\n"))), mostShown) + "\"";
+    return "\"" + cutTo(printable(lines.substr(0, lines.find_first_of("\r\n"))), mostOfLineShown) +
+           "\"";
   }
 
   void refuseSpaced() {

@@ -18,7 +18,7 @@ constexpr std::array reversedFields{openingField::code, openingField::reference,
                                     openingField::bill, openingField::balance};
 constexpr std::size_t firstAmount = 3;
 
-using Cells = std::array<std::string, reversedFields.size()>;
+using DocumentCells = std::array<std::string, reversedFields.size()>;
 
 /// The shortest digits that read as the same number.
 std::string digits(double amount) {
@@ -36,17 +36,17 @@ std::string quoted(std::string text) {
   return '"' + text + '"';
 }
 
-std::string lineOf(const Cells& cells) {
+std::string lineOf(const DocumentCells& cells) {
   std::string line;
   for (const std::string& cell : cells) line.append(line.empty() ? "" : ",").append(quoted(cell));
   return CodePage::windows1252().encode(line).append(csvLineEnd);
 }
 
 /// The cells of the opposite document. The note carries its amounts without a sign.
-Cells opposite(const RecordedCall& note, std::string_view debitNote) {
+DocumentCells opposite(const RecordedCall& note, std::string_view debitNote) {
   if (note.parameters.size() < reversedFields.size())
     throw RuntimeError(ErrorNumber::InvalidProcedureCall);
-  Cells cells;
+  DocumentCells cells;
   for (std::size_t i = 0; i < cells.size(); ++i) {
     const Value& value = note.parameters[i];
     cells[i] = i < firstAmount ? toText(value) : digits(toDouble(value));
@@ -61,7 +61,7 @@ const RecordedCall& noteOf(const RecordTrace& trace) {
 }
 
 /// Commas, for one, get lost when such a file is read.
-void requireReadable(const std::string& text, const std::vector<Cells>& documents) {
+void requireReadable(const std::string& text, const std::vector<DocumentCells>& documents) {
   const CsvRecords read(text);
   bool same = read.count() == documents.size();
   for (std::size_t i = 0; same && i < documents.size(); ++i) {
@@ -75,11 +75,11 @@ void requireReadable(const std::string& text, const std::vector<Cells>& document
 Reversal reverse(const Traces& traces, const std::vector<FieldMapping>& mapping,
                  std::string_view debitNote) {
   Reversal reversal;
-  Cells titles;
+  DocumentCells titles;
   std::ranges::transform(reversedFields, titles.begin(),
                          [&](std::size_t field) { return mapping.at(field).field; });
   reversal.text = lineOf(titles);
-  std::vector<Cells> documents;
+  std::vector<DocumentCells> documents;
   for (const RecordTrace& trace : traces.records) {
     if (isDoubtful(trace.outcome)) ++reversal.doubtful;
     if (!isPosted(trace.outcome)) continue;

@@ -115,17 +115,17 @@ Likeness likenessOf(const Open& field, const Unused& column) {
   return {};
 }
 
-struct Pair {
+struct FieldColumn {
   std::size_t field;   // of the open ones
   std::size_t column;  // of the unused ones
   Likeness likeness;
 };
 
 /// Each field and each column once, those that fit best first; `all` is in the order of likeness.
-std::vector<const Pair*> bestPairs(const std::vector<Pair>& all) {
-  std::vector<const Pair*> best;
-  for (const Pair& pair : all) {
-    const bool isTaken = std::ranges::any_of(best, [&](const Pair* taken) {
+std::vector<const FieldColumn*> bestPairs(const std::vector<FieldColumn>& all) {
+  std::vector<const FieldColumn*> best;
+  for (const FieldColumn& pair : all) {
+    const bool isTaken = std::ranges::any_of(best, [&](const FieldColumn* taken) {
       return taken->field == pair.field || taken->column == pair.column;
     });
     if (!isTaken) best.push_back(&pair);
@@ -134,8 +134,8 @@ std::vector<const Pair*> bestPairs(const std::vector<Pair>& all) {
 }
 
 /// Whether the column may be meant as well as the one that the field has: it has no better use.
-bool rivals(const Pair& pair, const std::vector<const Pair*>& best) {
-  return std::ranges::none_of(best, [&](const Pair* taken) {
+bool rivals(const FieldColumn& pair, const std::vector<const FieldColumn*>& best) {
+  return std::ranges::none_of(best, [&](const FieldColumn* taken) {
     if (taken->field == pair.field) return taken->likeness.rank == 0;
     return taken->column == pair.column && taken->likeness.rank <= pair.likeness.rank;
   });
@@ -194,27 +194,27 @@ std::vector<TitleSuggestion> suggestTitles(const std::vector<FieldMapping>& mapp
                                            const std::vector<std::string>& titles) {
   const std::vector<Open> open = openFields(mapping);
   const std::vector<Unused> unused = unusedColumns(mapping, titles);
-  std::vector<Pair> all;
+  std::vector<FieldColumn> all;
   for (std::size_t field = 0; field < open.size(); ++field) {
     for (std::size_t column = 0; column < unused.size(); ++column) {
       Likeness likeness = likenessOf(open[field], unused[column]);
       if (!likeness.isNone()) all.push_back({field, column, std::move(likeness)});
     }
   }
-  std::ranges::stable_sort(all, {}, [](const Pair& pair) { return pair.likeness.rank; });
-  const std::vector<const Pair*> best = bestPairs(all);
-  std::vector<const Pair*> chosen = best;
-  for (const Pair& pair : all) {
+  std::ranges::stable_sort(all, {}, [](const FieldColumn& pair) { return pair.likeness.rank; });
+  const std::vector<const FieldColumn*> best = bestPairs(all);
+  std::vector<const FieldColumn*> chosen = best;
+  for (const FieldColumn& pair : all) {
     if (std::ranges::count(best, &pair) == 0 && rivals(pair, best)) chosen.push_back(&pair);
   }
-  std::ranges::stable_sort(chosen, {}, &Pair::field);
+  std::ranges::stable_sort(chosen, {}, &FieldColumn::field);
   std::vector<TitleSuggestion> found;
-  for (const Pair* pair : chosen) {
+  for (const FieldColumn* pair : chosen) {
     const std::string& title = titles[unused[pair->column].column];
     found.push_back({open[pair->field].field->field, unused[pair->column].column,
                      std::string(trim(title)), std::ranges::count(titles, title) > 1,
                      pair->likeness.reason,
-                     std::ranges::count(chosen, pair->field, &Pair::field) > 1});
+                     std::ranges::count(chosen, pair->field, &FieldColumn::field) > 1});
   }
   return found;
 }

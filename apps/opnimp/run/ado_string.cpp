@@ -11,27 +11,28 @@ namespace velk {
 
 namespace {
 
-using Pair = std::pair<std::string_view, std::string_view>;
+using KeywordPair = std::pair<std::string_view, std::string_view>;
 
 /// As they are written, in lower case and without blanks.
-constexpr std::array<Pair, 18> keywords{{{"datasource", "Server"},
-                                         {"server", "Server"},
-                                         {"address", "Server"},
-                                         {"addr", "Server"},
-                                         {"networkaddress", "Server"},
-                                         {"initialcatalog", "Database"},
-                                         {"database", "Database"},
-                                         {"userid", "UID"},
-                                         {"user", "UID"},
-                                         {"uid", "UID"},
-                                         {"password", "PWD"},
-                                         {"pwd", "PWD"},
-                                         {"integratedsecurity", "Trusted_Connection"},
-                                         {"trusted_connection", "Trusted_Connection"},
-                                         {"encrypt", "Encrypt"},
-                                         {"useencryptionfordata", "Encrypt"},
-                                         {"trustservercertificate", "TrustServerCertificate"},
-                                         {"dsn", "DSN"}}};
+constexpr std::array<KeywordPair, 18> keywords{
+    {{"datasource", "Server"},
+     {"server", "Server"},
+     {"address", "Server"},
+     {"addr", "Server"},
+     {"networkaddress", "Server"},
+     {"initialcatalog", "Database"},
+     {"database", "Database"},
+     {"userid", "UID"},
+     {"user", "UID"},
+     {"uid", "UID"},
+     {"password", "PWD"},
+     {"pwd", "PWD"},
+     {"integratedsecurity", "Trusted_Connection"},
+     {"trusted_connection", "Trusted_Connection"},
+     {"encrypt", "Encrypt"},
+     {"useencryptionfordata", "Encrypt"},
+     {"trustservercertificate", "TrustServerCertificate"},
+     {"dsn", "DSN"}}};
 
 /// How the names of SQL Server's providers begin.
 constexpr std::array<std::string_view, 3> serverProviders{"sqloledb", "sqlncli", "msoledbsql"};
@@ -95,7 +96,7 @@ std::string odbcEquivalent(std::string_view adoString) {
     rest.remove_prefix(equals + 1);
     const std::string value = takeValue(rest);
     if (name == "provider") driver = driverFor(value);
-    const auto* const known = std::ranges::find(keywords, name, &Pair::first);
+    const auto* const known = std::ranges::find(keywords, name, &KeywordPair::first);
     if (known == keywords.end() || value.empty()) continue;
     hasSource = hasSource || known->second == "DSN";
     others.append(";").append(known->second).append("=");
