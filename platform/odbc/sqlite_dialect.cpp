@@ -56,9 +56,9 @@ constexpr auto errors = std::to_array<NativeError>({
     {0xFF, "42000", "only one SQL statement"},  // -1, the driver's own code
 });
 
-// It must not be written, its disk fails, it is damaged, or its disk is full. What an error of the
-// disk or damage leaves of a change is not known, so that `errors` has no row for them.
-constexpr auto finalCodes = std::to_array<std::int32_t>({8, 10, 11, 13});
+// Its disk fails, it is damaged, or its disk is full. What an error of the disk or damage leaves of
+// a change is not known, so that `errors` has no row for them.
+constexpr auto finalCodes = std::to_array<std::int32_t>({10, 11, 13});
 
 // The driver waits 100 seconds for a lock unless the connection string has another limit. It tries
 // twice and waits up to the limit each time, so it gets half of what a statement may take. A
