@@ -229,6 +229,7 @@ void readBehindFile(EntryReader& from, RunStart& run) {
   run.isEarly = from.isAtEnd();
   if (!run.isEarly && readFlag(from)) run.undated = Date{from.real()};
 }
+
 RunStart readRunStart(EntryReader& from) {
   RunStart run;
   run.number = from.number();
