@@ -53,20 +53,33 @@ double numberOf(std::string_view written) {
 
 void OdsWorkbook::begin(std::string_view name, const XmlAttributes& attributes) {
   ++depth_;
+  if (skipDepth_ > 0) return;
   if (cellDepth_ > 0) return beginInText(name, attributes);
   if (name == "table" && depth_ == sheetDepth) return beginSheet(attributes);
   if (!inSheet_) return beginStyle(name, attributes);
   if (name == "table-column") beginColumns(attributes);
   if (name == "table-row") beginRow(attributes);
-  if (name == "table-cell" || name == "covered-table-cell") beginCell(attributes);
+  if (name == "table-row-group") rowGroups_.push_back(attributes["table:display"] == "false");
+  if (name == "shapes") skipDepth_ = depth_;
+  if (name != "table-cell" && name != "covered-table-cell") return;
+  beginCell(attributes);
+  // Under the cell that was merged with it.
+  cell_.first.isHidden = name == "covered-table-cell";
 }
 
 void OdsWorkbook::end(std::string_view name) {
+  if (depth_ == skipDepth_) skipDepth_ = 0;
+  if (skipDepth_ > 0) {
+    --depth_;
+    return;
+  }
   if (depth_ == paragraphDepth_) paragraphDepth_ = 0;
   if (depth_ == cellDepth_) {
     endCell();
   } else if (cellDepth_ == 0 && inSheet_ && name == "table-row") {
     endRow();
+  } else if (cellDepth_ == 0 && name == "table-row-group" && !rowGroups_.empty()) {
+    rowGroups_.pop_back();
   } else if (depth_ == sheetDepth && name == "table") {
     inSheet_ = false;
   }
@@ -86,6 +99,7 @@ void OdsWorkbook::beginStyle(std::string_view name, const XmlAttributes& attribu
 void OdsWorkbook::beginSheet(const XmlAttributes& attributes) {
   inSheet_ = hasSheets_ = true;
   row_ = columns_ = 0;
+  rowGroups_.clear();
   hiddenColumns_.reset();
   sink_.sheet(attributes["table:name"], hiddenSheets_.contains(attributes["table:style-name"]));
 }
@@ -101,7 +115,7 @@ void OdsWorkbook::beginColumns(const XmlAttributes& attributes) {
 void OdsWorkbook::beginRow(const XmlAttributes& attributes) {
   ++row_;
   rowCount_ = repeated(attributes, "table:number-rows-repeated", mostSheetRows);
-  isRowHidden_ = isHidden(attributes);
+  isRowHidden_ = isHidden(attributes) || std::ranges::find(rowGroups_, true) != rowGroups_.end();
   column_ = 0;
   cells_.clear();
 }
@@ -151,6 +165,11 @@ void OdsWorkbook::endCell() {
   // Older programs write an error as the number 0; a text that says so is one of a formula only.
   const bool mayFail = cell.kind == Kind::Number || (hasFormula_ && cell.kind == Kind::Text);
   if (mayFail && namesError(cell_.text)) cell.kind = Kind::Error;
+  const bool showsDigit = std::ranges::any_of(cell_.text, isDigit);
+  // By a format that shows nothing, or a text in the place of the number.
+  if (cell.kind == Kind::Number && paragraphs_ > 0 && cell.value != 0 && !showsDigit) {
+    cell.isHidden = true;
+  }
   if (cell.kind == Kind::Number && hidesDigits(cell_.text)) {
     cell_.text = NumberFormat(builtInFormat(0)).text(cell.value, false);
   }
@@ -168,7 +187,7 @@ void OdsWorkbook::endRow() {
       cell.row = row;
       cell.text = cells.text;
       for (std::uint32_t i = 0; i < cells.count; ++i, ++cell.column) {
-        cell.isHidden = isRowHidden_ || hiddenColumns_.test(cell.column);
+        cell.isHidden = cells.first.isHidden || isRowHidden_ || hiddenColumns_.test(cell.column);
         sink_.cell(cell);
       }
     }

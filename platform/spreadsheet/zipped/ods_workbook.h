@@ -50,6 +50,8 @@ class OdsWorkbook final : public XmlHandler {
   std::uint32_t columns_ = 0;                        // of the sheet that were described
   HiddenColumns hiddenColumns_;
   bool isRowHidden_ = false;
+  std::vector<bool> rowGroups_;  // those that the row is in, from outside: whether each is hidden
+  int skipDepth_ = 0;            // of what has tables that are no sheets; 0: nothing
   std::uint32_t row_ = 0;
   std::uint32_t rowCount_ = 1;  // how often the row stands there
   std::uint32_t column_ = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <optional>
 
 #include "base/numbers.h"
@@ -34,7 +35,36 @@ Place placeNamed(std::string_view name) {
   return place;
 }
 
+/// A height or width by which nothing shows.
+bool isZero(std::string_view length) {
+  return exactNumber<double>(length) == 0.0;
+}
+
 }  // namespace
+
+void XlsxMerges::begin(std::string_view name, const XmlAttributes& attributes) {
+  if (name != "mergeCell") return;
+  const std::string_view range = attributes["ref"];
+  const std::size_t colon = range.find(':');
+  if (colon == std::string_view::npos) return;
+  const Place first = placeNamed(range.substr(0, colon));
+  const Place last = placeNamed(range.substr(colon + 1));
+  ranges_.push_back({first.row, first.column, last.row, last.column});
+}
+
+bool XlsxMerges::covers(std::uint32_t row, std::uint32_t column) {
+  if (row != row_) {
+    row_ = row;
+    ofRow_.clear();
+    std::ranges::copy_if(ranges_, std::back_inserter(ofRow_), [&](const Range& range) {
+      return row >= range.firstRow && row <= range.lastRow;
+    });
+  }
+  return std::ranges::any_of(ofRow_, [&](const Range& range) {
+    const bool isInside = column >= range.firstColumn && column <= range.lastColumn;
+    return isInside && (row != range.firstRow || column != range.firstColumn);
+  });
+}
 
 void XlsxCells::begin(std::string_view name, const XmlAttributes& attributes) {
   if (name == "col") beginColumns(attributes);
@@ -57,7 +87,7 @@ void XlsxCells::text(std::string_view piece) {
 }
 
 void XlsxCells::beginColumns(const XmlAttributes& attributes) {
-  if (!isXmlTrue(attributes["hidden"])) return;
+  if (!isXmlTrue(attributes["hidden"]) && !isZero(attributes["width"])) return;
   const auto first = exactNumber<std::uint32_t>(attributes["min"]).value_or(mostSheetColumns + 1);
   const auto last = exactNumber<std::uint32_t>(attributes["max"]).value_or(0);
   for (auto i = first; i <= std::min(last, mostSheetColumns); ++i) hiddenColumns_.set(i);
@@ -70,7 +100,7 @@ void XlsxCells::beginRow(const XmlAttributes& attributes) {
   if (row <= row_ || row > mostSheetRows) damaged("its rows are not in their order");
   row_ = row;
   column_ = 0;
-  isRowHidden_ = isXmlTrue(attributes["hidden"]);
+  isRowHidden_ = isXmlTrue(attributes["hidden"]) || isZero(attributes["ht"]);
 }
 
 void XlsxCells::beginCell(const XmlAttributes& attributes) {
@@ -100,7 +130,8 @@ void XlsxCells::endCell() {
     fillCell(cell);
   }
   cell.text = shown_;
-  cell.isHidden = isRowHidden_ || hiddenColumns_.test(column_);
+  cell.isHidden = cell.isHidden || isRowHidden_ || hiddenColumns_.test(column_) ||
+                  merges_.covers(row_, column_);
   if (!shown_.empty() || cell.kind == SheetCell::Kind::NoResult) sink_.cell(cell);
 }
 
@@ -133,6 +164,9 @@ void XlsxCells::fillNumber(SheetCell& cell) {
   const NumberFormat& format = styles_.format(style_);
   setNumber(cell, *number, format, parts_.from1904);
   shown_ = format.text(*number, parts_.from1904);
+  const bool showsDigit = std::ranges::any_of(shown_, isDigit);
+  const bool showsNothing = !showsDigit || styles_.showsNothing(style_);
+  cell.isHidden = cell.kind == SheetCell::Kind::Number && *number != 0 && showsNothing;
   // What programs write that do not calculate.
   const bool isUnknown = hasFormula_ && parts_.recalculates && *number == 0;
   if (isUnknown) cell.kind = SheetCell::Kind::NoResult;

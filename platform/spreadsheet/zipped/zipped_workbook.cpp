@@ -14,6 +14,18 @@ namespace velk {
 
 namespace {
 
+/// Unpacking is quick; the second reading that it saves most sheets is not.
+bool mentions(const ZipArchive& archive, const std::string& part, std::string_view word) {
+  bool found = false;
+  std::string end;  // of the piece before
+  archive.read(part, [&](std::string_view piece) {
+    found = found || piece.find(word) != std::string_view::npos ||
+            (end + std::string(piece.substr(0, word.size()))).find(word) != std::string::npos;
+    end = piece.substr(piece.size() - std::min(piece.size(), word.size()));
+  });
+  return found;
+}
+
 void readXlsx(const ZipArchive& archive, SheetSink& sink) {
   const XlsxParts parts = readXlsxParts(archive);
   TextPool texts;
@@ -25,7 +37,9 @@ void readXlsx(const ZipArchive& archive, SheetSink& sink) {
   if (!parts.styles.empty()) readXml(archive, parts.styles, styles);
   for (const XlsxParts::Sheet& sheet : parts.sheets) {
     sink.sheet(sheet.name, sheet.isHidden);
-    XlsxCells cells(parts, texts, styles, sink);
+    XlsxMerges merges;
+    if (mentions(archive, sheet.part, "mergeCell ")) readXml(archive, sheet.part, merges);
+    XlsxCells cells(parts, texts, styles, merges, sink);
     readXml(archive, sheet.part, cells);
   }
 }
