@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <ranges>
 
 namespace velk {
 
@@ -11,10 +12,10 @@ namespace {
 /// there is none.
 const RunSummary* lastRunOf(const RunIndex& index, const KnownFile& file) {
   const RunSummary* begun = nullptr;
-  for (auto run = index.runs.rbegin(); run != index.runs.rend(); ++run) {
-    if (fileOf(run->start) != file) continue;
-    if (run->reached() > 0) return &*run;
-    if (begun == nullptr && run->begun > 0) begun = &*run;
+  for (const RunSummary& run : std::views::reverse(index.runs)) {
+    if (fileOf(run.start) != file) continue;
+    if (run.reached() > 0) return &run;
+    if (begun == nullptr && run.begun > 0) begun = &run;
   }
   return begun;
 }

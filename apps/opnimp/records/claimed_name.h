@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 
+#include "apps/opnimp/records/file_bytes.h"
 #include "platform/files.h"
 
 namespace velk {
@@ -26,5 +27,15 @@ class ClaimedName {
   const bool isNew_;
   bool kept_ = false;
 };
+
+/// Does what writes the file, which has to be new: raises UsageError where somebody made one of
+/// that name, at whatever moment.
+template <class Action>
+void asNewFile(FileSystem& files, const std::string& path, Action write) {
+  ClaimedName claim(files, path);
+  if (!claim.isNew()) requireNoFile(path);
+  write();
+  claim.keep();
+}
 
 }  // namespace velk

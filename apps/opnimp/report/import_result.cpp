@@ -139,9 +139,9 @@ void addStepsForEarlierRuns(const ImportResult& result, std::vector<std::string>
 void addStepsForLaterRuns(const ImportResult& result, std::vector<std::string>& steps) {
   for (const auto& [run, count] : leftToLater(result.traces)) {
     const std::string number = std::to_string(run);
-    steps.push_back("Do not import again what run " + number + " reached since: it took up " +
-                    counted(count, "record", "records") + " that this run left; `opnimp report " +
-                    number + "` shows them.");
+    std::string step = "Do not import again what run " + number + " reached since: it took up ";
+    step.append(counted(count, "record", "records")).append(" that this run left; `opnimp report ");
+    steps.push_back(step.append(number).append("` shows them."));
   }
 }
 

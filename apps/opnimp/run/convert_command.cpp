@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/records/claimed_name.h"
 #include "apps/opnimp/records/field_mapping.h"
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/records/title_suggestions.h"
@@ -34,8 +35,8 @@ ConvertedFile convertSalesmen(const Arguments& arguments, const std::string& pat
   std::vector<std::size_t> all(records.count());
   std::iota(all.begin(), all.end(), std::size_t{0});
   NativeFileSystem files;
-  writing("the file", arguments.file, "its name",
-          [&] { records.write(files, arguments.file, all); });
+  const auto write = [&] { records.write(files, arguments.file, all); };
+  writing("the file", arguments.file, "its name", [&] { asNewFile(files, arguments.file, write); });
   return file;
 }
 
@@ -87,8 +88,8 @@ ConvertedFile convertFile(const Arguments& arguments, const std::string& path, s
     return file;
   }
   NativeFileSystem files;
-  writing("the file", arguments.file, "its name",
-          [&] { writeFile(files, arguments.file, records->bytes()); });
+  const auto write = [&] { writeFile(files, arguments.file, records->bytes()); };
+  writing("the file", arguments.file, "its name", [&] { asNewFile(files, arguments.file, write); });
   return file;
 }
 

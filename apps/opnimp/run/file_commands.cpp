@@ -6,6 +6,7 @@
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/kinds.h"
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/records/claimed_name.h"
 #include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/report/kinds_report.h"
 #include "apps/opnimp/run/run_support.h"
@@ -95,11 +96,13 @@ ExitStatus writeTemplate(const Arguments& arguments, const Streams& streams) {
   const bool isWorkbook = isWorkbookName(kind, arguments.file);
   requireNoFile(arguments.file);
   NativeFileSystem files;
-  writing("the template", arguments.file, "its name", [&] {
+  const auto write = [&] {
     if (isWorkbook) return writeWorkbookTemplate(files, arguments.file, kind);
     writeFile(files, arguments.file,
               csvLine(kind, &FieldTitle::title) + csvLine(kind, &FieldTitle::example));
-  });
+  };
+  writing("the template", arguments.file, "its name",
+          [&] { asNewFile(files, arguments.file, write); });
   streams.out << "Written:   " << printable(arguments.file) << '\n'
               << "Next:      Put your records in the place of the example in line 2.\n";
   return ExitStatus::Posted;

@@ -136,11 +136,7 @@ void write(const std::string& path, const std::string& text) {
   std::error_code error;  // shows when the file is written
   fs::create_directories(toPath(path).parent_path(), error);
   writing("the profile", path, "--save-profile", [&] {
-    // Somebody may have made such a file since the run began.
-    ClaimedName claim(files, path);
-    if (!claim.isNew()) requireNoFile(path);
-    writeFile(files, path, text);
-    claim.keep();
+    asNewFile(files, path, [&] { writeFile(files, path, text); });
     makePrivate(path);
   });
 }

@@ -10,6 +10,7 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/records/claimed_name.h"
 #include "apps/opnimp/records/csv_records.h"
 #include "apps/opnimp/records/file_bytes.h"
 #include "apps/opnimp/run/run_support.h"
@@ -55,7 +56,8 @@ void writeParts(const CsvRecords& input, const std::vector<std::string>& paths, 
       const std::size_t first = sizes.size() * most;
       std::vector<std::size_t> records(std::min(most, input.count() - first));
       std::iota(records.begin(), records.end(), first);
-      writing("the file", path, "its name", [&] { input.write(files, path, records); });
+      const auto write = [&] { input.write(files, path, records); };
+      writing("the file", path, "its name", [&] { asNewFile(files, path, write); });
       sizes.push_back(records.size());
     }
   } catch (...) {
