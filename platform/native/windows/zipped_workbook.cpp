@@ -87,6 +87,10 @@ std::string savedAsXls(std::string_view file) {
 
 }  // namespace
 
+std::size_t bytesToRead(std::string_view file) {
+  return file.size();  // the application looks at them
+}
+
 void readZippedSheets(std::string_view file, SheetSink& sink) {
   readXlsSheets(savedAsXls(file), sink);
 }
