@@ -268,6 +268,9 @@ TEST_CASE(
     all.append(all.empty() ? "" : "\r\n").append(line);
   }
   CHECK(converted(fileOf(all)).ran.status == 0);
+#ifdef _WIN32
+  return;  // which counts no letters
+#endif
   const struct {
     std::string name, command;
   } rows[] = {

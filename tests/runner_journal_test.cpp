@@ -212,8 +212,10 @@ TEST_CASE("a command that cannot do what it is asked for says why and writes not
       {{"runs", "--journal", other}, 4, "is no journal"},
       {{"runs", "--journal", world.folder.path("none")}, 4, "there is no journal"},
       {{"runs", "--journal", world.folder.path("")}, 4, "could not be read"},
+#ifndef _WIN32
       {{"runs", "--journal", "/dev/null"}, 4, "no file but a pipe, a socket or a device"},
       {{"preview", "bank-branch", "/dev/zero"}, 4, "no file but a pipe, a socket or a device"},
+#endif
       {{"reversal", "1", fresh}, 3, "master data, which has no opposite"},
       {{"reversal", "1", there}, 3, "there is a file"},
       {{"rejects", "1", there}, 3, "there is a file"},

@@ -65,7 +65,7 @@ TEST_CASE("the program: names and texts of any language, statuses, standard stre
   const auto at = [&](const char* name) { return folder.path(place + "\\" + name); };
   const std::string good = folder.write(place + "\\gut \xC3\xA4.csv", crlf({openingTitles, good1}));
   const std::string bad = folder.write(place + "\\bad.csv", crlf({openingTitles, unknownCustomer}));
-  const std::string bars = folder.write("bars.csv", "Customer ID|Balance\nC001|5\n");
+  const std::string bars = folder.write("bars.csv", "Customer ID|Bill Amount|Balance\nC001|6|5\n");
   const std::vector<std::string> common{"--database", at("db"),    "--app-folder",
                                         at("."),      "--journal", at("journal")};
   const struct {
@@ -81,7 +81,7 @@ TEST_CASE("the program: names and texts of any language, statuses, standard stre
               {{"import", "/nonsense"}, 3, "/nonsense"},
               {{"convert", "customer-opening", "-", "-"},
                0,
-               "Customer ID,Balance\r\nC001,5\r\n",
+               "Customer ID,Bill Amount,Balance\r\nC001,6,5\r\n",
                false,
                bars}};
   for (const auto& row : rows) {

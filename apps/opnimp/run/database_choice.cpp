@@ -62,7 +62,7 @@ const std::regex& secret() {
   // After a closing brace, or without one, the rest is masked likewise: a password that is quoted
   // wrongly must not show its end.
   static const std::regex password(
-      R"(((?:^|;|\{)[^;={}]*(?:pwd|pass|secret|token|pqopt|credential|clientcert)[^;={}]*=))"
+      R"(((?:^|[;={\s])[^;={}]*(?:pwd|pass|secret|token|pqopt|credential|clientcert)[^;={}]*=))"
       R"(\s*(?:\{(?:[^}]|\}\})*\}?)?)"
       R"([^;]*(?:;(?!\s*(?:app|charset|client ?charset|data ?source|database|description|driver)"
       R"(|dsn|encrypt|file ?dsn|host(?:name)?|initial catalog|language|option|port|protocol|provider)"
@@ -82,7 +82,9 @@ std::string withoutSecrets(std::string_view said, const std::string& connectionS
         trim(std::string_view(connectionString)
                  .substr(static_cast<std::size_t>(found->position() + found->length(1)),
                          static_cast<std::size_t>(found->length() - found->length(1))));
-    if (value.starts_with('{') && value.ends_with('}')) value = value.substr(1, value.size() - 2);
+    // Its own braces, or one of the value that it stands in.
+    if (value.starts_with('{')) value.remove_prefix(1);
+    if (value.ends_with('}')) value.remove_suffix(1);
     for (std::size_t at = 0; !value.empty() && (at = text.find(value, at)) != std::string::npos;) {
       text.replace(at, value.size(), "***");
       at += 3;

@@ -1,7 +1,9 @@
 // What the checks of comma-separated files look at: a file, and one record of it after the other.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,6 +24,13 @@ struct CheckedFile {
   std::size_t columns = 0;  ///< titles in the header
 
   bool isMapped(std::size_t field) const { return mapping.at(field).column.has_value(); }
+  /// Whether an import takes a value from the column. The type of a document counts for nothing.
+  bool isPosted(std::size_t column) const {
+    const std::size_t fields =
+        kind.opening == nullptr ? mapping.size() : openingField::balance + std::size_t{1};
+    return std::ranges::count(std::span(mapping).first(std::min(fields, mapping.size())), column,
+                              &FieldMapping::column) > 0;
+  }
 };
 
 struct CheckedRecord {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
 
 #include "apps/opnimp/convert/amount_text.h"
 #include "apps/opnimp/convert/date_text.h"
@@ -53,10 +54,13 @@ constexpr auto otherThings = std::to_array<std::string_view>(
      "pincode", "plz",       "postal",  "postcode", "route", "salesman", "street", "tax",   "tel",
      "telefon", "telephone", "tin",     "tngst",    "vat",   "zip",      "zone"});
 
-bool namesOther(std::string_view title) {
-  return std::ranges::any_of(wordsOf(title), [](const std::string& word) {
-    return std::ranges::count(otherThings, word) > 0;
-  });
+/// Of titles of how a bill is paid, for which "Credit" stands, too.
+constexpr auto payments = std::to_array<std::string_view>(
+    {"bill", "cash", "invoice", "mode", "pay", "payment", "sale", "sales", "term", "terms"});
+
+bool hasWord(std::string_view title, std::span<const std::string_view> words) {
+  return std::ranges::any_of(
+      wordsOf(title), [&](const std::string& word) { return std::ranges::count(words, word) > 0; });
 }
 
 /// As they are dialled.
@@ -104,8 +108,9 @@ ColumnSurvey::ColumnSurvey(const CheckedFile& file)
   columns_.resize(file.columns);
   const std::vector<std::string> titles = file.input.titles();
   for (std::size_t at = 0; at < std::min(titles.size(), columns_.size()); ++at) {
-    columns_[at].isAsked = std::ranges::count(file.mapping, at, &FieldMapping::column) == 0;
-    columns_[at].isOther = columns_[at].isAsked && namesOther(titles[at]);
+    columns_[at].isAsked = !file.isPosted(at);
+    columns_[at].isOther = columns_[at].isAsked && hasWord(titles[at], otherThings);
+    columns_[at].creditOnly = hasWord(titles[at], payments);
   }
   for (std::size_t record = 0; record < file.input.count() && !isSettled(); ++record) {
     const auto fields = file.input.fields(record, file.columns);
@@ -160,6 +165,8 @@ void ColumnSurvey::lookForSide(Column& column, const std::string& text, double b
   const std::string word = joined(wordsOf(text));
   const auto side = std::ranges::find(sideWords, word, &SideWord::word);
   column.sidesOnly = side != sideWords.end();
+  // Alone it says how the bills are paid.
+  column.creditOnly = column.creditOnly && word == "credit";
   if (!column.sidesOnly || bill == 0) return;
   const bool isAgainst = side->isCredit == (bill > 0);
   if (side->isDocument) {
@@ -189,7 +196,7 @@ bool ColumnSurvey::holdsReferences(std::size_t column) const {
 bool ColumnSurvey::holdsSides(std::size_t column) const {
   if (column >= columns_.size()) return false;
   const Column& seen = columns_[column];
-  if (seen.values == 0 || !seen.sidesOnly) return false;
+  if (seen.values == 0 || !seen.sidesOnly || seen.creditOnly) return false;
   return seen.noteAgainstSign || (seen.againstSign && (seen.alongSign || !isOfVendors_));
 }
 

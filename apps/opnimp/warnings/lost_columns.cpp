@@ -40,10 +40,6 @@ bool isSideTitle(const std::string& name) {
   return std::ranges::count(names, name) > 0;
 }
 
-bool isUsed(const CheckedFile& file, std::size_t column) {
-  return std::ranges::count(file.mapping, column, &FieldMapping::column) > 0;
-}
-
 }  // namespace
 
 // Only what could be meant for a field that has no other column, or for one that has another.
@@ -59,14 +55,14 @@ LostColumns::LostColumns(const CheckedFile& file) : survey_(file) {
   std::size_t column = 0;
   for (const std::string& title : titles) {
     if (lost_.size() == mostLost) return;
-    if (!isUsed(file, column)) look(file, column, std::string(trim(title)));
+    if (!file.isPosted(column)) look(file, column, std::string(trim(title)));
     ++column;
   }
 }
 
 void LostColumns::look(const CheckedFile& file, std::size_t column, const std::string& title) {
   const auto twin = std::ranges::find_if(file.mapping, [&](const FieldMapping& entry) {
-    return entry.column && equalsIgnoringCase(trim(entry.title), title);
+    return entry.column && entry.column != column && equalsIgnoringCase(trim(entry.title), title);
   });
   if (twin != file.mapping.end()) {
     lost_.push_back({column, title, WarningId::ColumnTwice, {}, twin->column});

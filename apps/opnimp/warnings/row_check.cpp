@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "apps/opnimp/cli/printable.h"
+#include "base/numbers.h"
 #include "base/text.h"
 
 namespace velk {
@@ -42,11 +43,16 @@ std::size_t namedWidth(const CheckedFile& file) {
   return std::max(width, mappedWidth(file.mapping));
 }
 
-bool hasValueBehind(const CheckedRecord& row, std::size_t width) {
+/// A part of an amount may be such a value; a remark is none.
+bool hasNumberBehind(const CheckedRecord& row, std::size_t width) {
   for (std::size_t at = width; at < row.fields.size(); ++at) {
-    if (!trim(previewCell(row.fields[at])).empty()) return true;
+    if (exactNumber<double>(trim(previewCell(row.fields[at])))) return true;
   }
   return false;
+}
+
+bool isBlank(const CheckedRecord& row) {
+  return std::ranges::all_of(row.fields, [](const auto& value) { return trim(value).empty(); });
 }
 
 }  // namespace
@@ -61,7 +67,7 @@ RowCheck::RowCheck(const CheckedFile& file)
 bool RowCheck::check(const CheckedRecord& row, std::vector<Warning>& warnings) {
   const auto [earlier, isNew] = lines_.emplace(input_.bytesOf(row.record), row.line());
   repeated_ = !isNew;
-  if (repeated_) {
+  if (repeated_ && !isBlank(row)) {
     addWarning(warnings, WarningId::EqualRows,
                Misreading{row.record,
                           row.line(),
@@ -71,7 +77,7 @@ bool RowCheck::check(const CheckedRecord& row, std::vector<Warning>& warnings) {
   }
   const auto fault = faultOf(row);
   // Its values may stand where they belong all the same.
-  const bool isLong = !fault && hasValueBehind(row, named_);
+  const bool isLong = !fault && hasNumberBehind(row, named_);
   if (fault || isLong) addWarning(warnings, fault.value_or(WarningId::LongLines), misreadRow(row));
   return !fault;
 }

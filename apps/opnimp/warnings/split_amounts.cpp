@@ -77,7 +77,8 @@ void SplitAmounts::check(const CheckedRecord& record) {
   for (const std::size_t column : amounts_) {
     if (!isSplitAt(column)) continue;
     doubt.isSure = doubt.isSure || isSure(column);
-    doubt.hasCents = doubt.hasCents || hasUsualCents(row_[column + 1]);
+    doubt.hasCents =
+        doubt.hasCents || (hasUsualCents(row_[column + 1]) && !columns_[column + 1].isAmount);
     doubt.hasNumberBehind = doubt.hasNumberBehind || hasNumberBehind(column, false);
   }
   learn(doubt.hasNumberBehind);

@@ -27,7 +27,8 @@ struct CellShape {
 /// - the balance would be above the bill, and only the balance has cents;
 /// - two such amounts follow each other, with cents at the end of each only;
 /// - a name or reference behind them is a number with cents;
-/// - all other amounts of the file have two decimals, and of these two only the second one has;
+/// - the second part stands in no column of amounts, and all other amounts of the file have two
+///   decimals, as of these two only the second one has;
 /// - a column behind them, else only of texts, has a number with cents, or two such columns have
 ///   numbers.
 class SplitAmounts {
