@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <ranges>
 
 namespace velk {
 
@@ -11,13 +10,15 @@ namespace {
 /// The last one that reached a record; else the last that began one, and was taken back. Null if
 /// there is none.
 const RunSummary* lastRunOf(const RunIndex& index, const KnownFile& file) {
-  const RunSummary* begun = nullptr;
-  for (const RunSummary& run : std::views::reverse(index.runs)) {
-    if (fileOf(run.start) != file) continue;
-    if (run.reached() > 0) return &run;
-    if (begun == nullptr && run.begun > 0) begun = &run;
-  }
-  return begun;
+  const auto last = [&](auto hasBegun) {
+    const auto run = std::find_if(index.runs.rbegin(), index.runs.rend(), [&](const auto& each) {
+      return fileOf(each.start) == file && hasBegun(each);
+    });
+    return run == index.runs.rend() ? nullptr : &*run;
+  };
+  const RunSummary* const reached = last([](const RunSummary& run) { return run.reached() > 0; });
+  if (reached != nullptr) return reached;
+  return last([](const RunSummary& run) { return run.begun > 0; });
 }
 
 /// Notes what the run reached, all those before it in the file being noted.
