@@ -25,6 +25,7 @@
 #include "bench/company_copy.h"
 #include "bench/headless_screen.h"
 #include "bench/measurement.h"
+#include "opening/company_dates.h"
 #include "platform/odbc/odbc_connection.h"
 
 using namespace velk;
@@ -118,7 +119,9 @@ class Watch {
     openJournal();
     all_->identify(database, "company");
     result_.mapping = readMapping(screen);
-    journal_.emplace(*all_, result_, surroundings_);
+    const int year = civilFromDate(surroundings_.clock()).year;
+    journal_.emplace(*all_, result_, surroundings_,
+                     [&] { return dateOfUndated(firstTransactionDate(database, year)); });
     journal_->begin(result_, report_, recorder_);
   }
   void end() {
