@@ -93,6 +93,7 @@ TEST_CASE("the command line and what it opens decide the exit status") {
       {{"demo-database", in, "more"}, 3, "not expected: more"},
       {{"import", kind, in, "--database"}, 3, "missing"},
       {{"import", kind, in, "--rejects=", "--dry-run"}, 3, "needs a value"},
+      {{"import", kind, in, "--encoding", ""}, 3, "must not be empty"},
       {{"import", kind, in, "--wait", "0"}, 3, "--wait"},
       {{"import", kind, in, "--wait", "soon"}, 3, "--wait"},
       {{"import", kind, in, "--database", ""}, 3, "empty"},

@@ -179,7 +179,8 @@ class CommandLine {
         options.encoding = lowerAscii(name) == "auto" ? "" : name;
       };
       command->add_option_function<std::string>("--encoding", takeEncoding, encodingHelp)
-          ->type_name("NAME");
+          ->type_name("NAME")
+          ->check(notEmpty());
       addText(*command, "--sheet", "NAME", options.sheet, sheetHelp);
       addChoice(*command, "--delimiter", "SIGN", options.delimiter, delimiterNames, delimiterHelp);
       CLI::Option* const skip = addLine(*command, "--skip-lines", skipHelp, 1);
@@ -342,12 +343,14 @@ class CommandLine {
     return command;
   }
 
+  static CLI::Validator notEmpty() {
+    return {[](const std::string& text) { return text.empty() ? "it must not be empty" : ""; }, ""};
+  }
+
   template <class Text>
   static CLI::Option* addText(CLI::App& command, const char* name, const char* value, Text& to,
                               const std::string& what) {
-    const CLI::Validator notEmpty(
-        [](const std::string& text) { return text.empty() ? "it must not be empty" : ""; }, "");
-    return command.add_option(name, to, what)->type_name(value)->check(notEmpty);
+    return command.add_option(name, to, what)->type_name(value)->check(notEmpty());
   }
 
   static void addText(Apps commands, const char* name, const char* value,

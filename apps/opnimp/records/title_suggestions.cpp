@@ -141,14 +141,6 @@ bool rivals(const FieldColumn& pair, const std::vector<const FieldColumn*>& best
   });
 }
 
-// A column of one side of the account is no field's, whatever it is short for.
-bool isSideOfAccount(std::string_view letters) {
-  constexpr std::array<std::string_view, 12> sides{"debit", "credit", "dr",    "cr",
-                                                   "soll",  "haben",  "debet", "debe",
-                                                   "haber", "dare",   "avere", "drcr"};
-  return std::ranges::count(sides, letters) > 0;
-}
-
 std::vector<Open> openFields(const std::vector<FieldMapping>& mapping) {
   std::vector<Open> open;
   for (const FieldMapping& entry : mapping) {
@@ -163,8 +155,9 @@ std::vector<Unused> unusedColumns(const std::vector<FieldMapping>& mapping,
   for (std::size_t column = 0; column < std::min(titles.size(), mostColumns); ++column) {
     if (std::ranges::count(mapping, column, &FieldMapping::column) > 0) continue;
     Name title = nameOf(titles[column], {});
-    if (!title.letters.empty() && !isSideOfAccount(title.letters))
-      unused.push_back({column, std::move(title)});
+    // A side of the account is no field's, whatever its title is short for.
+    if (title.letters.empty() || isSideTitle(title.letters)) continue;
+    unused.push_back({column, std::move(title)});
   }
   return unused;
 }

@@ -7,6 +7,7 @@
 #include "apps/opnimp/run/company_needs.h"
 #include "apps/opnimp/run/database_hosts.h"
 #include "base/errors.h"
+#include "opening/company_dates.h"
 #include "opening/opening_kinds.h"
 
 namespace velk {
@@ -50,8 +51,11 @@ ExitStatus checkDatabase(const Arguments& arguments, const Streams& streams,
   DatabaseHosts hosts(chooseDatabases(arguments, surroundings), surroundings, gate);
   const auto database = openUnlocked(hosts);
   DatabaseCheck check{hosts.shown(), database->facts(), {}, {}, {}};
-  const auto firstDate = [&] { check.firstDate = firstTransactionDate(*database); };
-  trapErrors(firstDate, [](const RuntimeError&) {});  // the look-up of the kinds says why
+  Date first;  // none: day 0, or no date at all
+  trapErrors(
+      [&] { first = firstTransactionDate(*database, civilFromDate(surroundings.clock()).year); },
+      [](const RuntimeError&) {});  // the look-up of the kinds says why
+  if (first.days != 0) check.firstDate = toText(first);
   const Date earliest = database->earliestDate();
   if (earliest.days > firstCalendarDay) check.earliestDate = toText(earliest);
   for (const ImportKind& kind : importKinds()) {

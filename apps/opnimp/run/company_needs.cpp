@@ -81,12 +81,4 @@ std::vector<std::string> unfitParameters(const ProcedureNeed& need,
   return unfit;
 }
 
-std::string firstTransactionDate(Connection& database) {
-  const auto rows = database.Execute(firstDateQuery);
-  Date date{};  // which is what the screens take an empty value for
-  const auto read = [&] { date = toDate(rows->field(0), 0); };
-  if (!rows->isEOF()) trapErrors(read, [](const RuntimeError&) {});
-  return date.days == 0 ? std::string() : toText(date);
-}
-
 }  // namespace velk

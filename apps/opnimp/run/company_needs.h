@@ -35,8 +35,4 @@ std::vector<std::string> unfitParameters(const ProcedureNeed& need,
 inline constexpr std::string_view noFirstDate =
     "there is no date that can be read, and a document without one would get a wrong one";
 
-/// As balances are dated by it; empty if there is none that can be read. Raises RuntimeError if it
-/// cannot be asked for.
-std::string firstTransactionDate(Connection& database);
-
 }  // namespace velk

@@ -38,14 +38,12 @@ std::string misreadingsText(const std::vector<Warning>& warnings, const Argument
          listed;
 }
 
-/// Whether a document would get the default date.
-bool hasUndated(const ImportResult& result) {
-  const std::size_t width = mappedWidth(result.mapping);
-  for (std::size_t record = 0; record < result.input->count(); ++record) {
-    const auto fields = result.input->fields(record, width);
-    if (mappedCell(fields, result.mapping, openingField::date).empty()) return true;
-  }
-  return false;
+// What cannot be asked for the import asks again, and tells.
+void requireFirstDate(const std::function<std::optional<Date>()>& firstDate) {
+  const std::optional<Date> date = firstDate();
+  if (!date || date->days != 0) return;
+  throw Refused("the database has no first transaction date (" + std::string(firstDateQuery) +
+                "): " + std::string(noFirstDate) + ". Enter it in the company's settings first");
 }
 
 void requireValues(const ImportResult& result) {
@@ -104,18 +102,25 @@ void requireImportable(const ImportResult& result) {
   if (!misread.empty()) throw Refused(misread);
 }
 
-void requireDates(const ImportResult& result, Date earliest, int currentYear) {
+void requireDates(const ImportResult& result, Date earliest, int currentYear,
+                  const std::function<std::optional<Date>()>& firstDate) {
   if (result.arguments.kind->opening == nullptr) return;
   const std::size_t width = mappedWidth(result.mapping);
   std::string found;
   std::size_t count = 0;
+  bool hasUndated = false;
   for (std::size_t record = 0; record < result.input->count(); ++record) {
     const auto fields = result.input->fields(record, width);
     const std::string_view text = mappedCell(fields, result.mapping, openingField::date);
+    if (text.empty()) {
+      hasUndated = true;
+      continue;
+    }
     const auto reading = readDate(text, currentYear);
     if (!reading || !(reading->date < earliest)) continue;
     if (++count == 1) found = result.input->where(record) + " (" + std::string(text) + ")";
   }
+  if (hasUndated) requireFirstDate(firstDate);
   if (count == 0) return;
   throw Refused("the database holds no date before " + formatDayFirst(earliest) + ": " + found +
                 (count == 1 ? "" : " and " + std::to_string(count - 1) + " more") +
@@ -128,16 +133,6 @@ void requireWhole(const ImportResult& result) {
   const std::string unmapped = unmappedFields(result.mapping, kind.mandatory);
   if (!unmapped.empty()) throw Refused(unmappedText(unmapped, *result.input));
   requireValues(result);
-}
-
-// What cannot be asked for the import asks again, and tells.
-void requireFirstDate(const ImportResult& result,
-                      const std::function<std::optional<Date>()>& firstDate) {
-  if (result.arguments.kind->opening == nullptr || !hasUndated(result)) return;
-  const std::optional<Date> date = firstDate();
-  if (!date || date->days != 0) return;
-  throw Refused("the database has no first transaction date (" + std::string(firstDateQuery) +
-                "): " + std::string(noFirstDate) + ". Enter it in the company's settings first");
 }
 
 }  // namespace velk

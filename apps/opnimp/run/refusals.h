@@ -27,15 +27,14 @@ std::string runRefusalText(const Said& refusal, const InputRecords& input,
 /// refuses is left to it: it says what has to be mended first.
 void requireImportable(const ImportResult& result);
 
-/// Raises Refused for documents that are dated before the first day that the database can hold.
-void requireDates(const ImportResult& result, Date earliest, int currentYear);
+/// Raises Refused for documents that are dated before the first day that the database can hold, and
+/// for those without a date where it has none for them. `firstDate`: see ImportCall, asked only if
+/// there are such documents.
+void requireDates(const ImportResult& result, Date earliest, int currentYear,
+                  const std::function<std::optional<Date>()>& firstDate);
 
 /// Raises Refused for what the screen itself would refuse at Import: too late if something was
 /// posted by then.
 void requireWhole(const ImportResult& result);
-
-/// Raises Refused for balances without a date where the database has no first transaction date.
-void requireFirstDate(const ImportResult& result,
-                      const std::function<std::optional<Date>()>& firstDate);
 
 }  // namespace velk

@@ -280,9 +280,9 @@ void SingleImport::prepareRun() {
   result_.mapping = readMapping(session_->screen());
   findWarningsNow();
   requireImportable(result_);
-  requireFirstDate(result_, [this] { return call_.firstDate(); });
   requireDates(result_, call_.database->earliestDate(),
-               civilFromDate(call_.surroundings.clock()).year);
+               civilFromDate(call_.surroundings.clock()).year,
+               [this] { return call_.firstDate(); });
   // Each screen looks at its own records only, when those before are posted.
   if (partEnd_ < count() || call_.hasSeveralFiles) requireWhole(result_);
 }

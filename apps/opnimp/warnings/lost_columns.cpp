@@ -33,13 +33,6 @@ bool isReferenceTitle(const std::string& name) {
   return name == "bill" || name.starts_with("ref") || std::ranges::any_of(names, contained);
 }
 
-bool isSideTitle(const std::string& name) {
-  constexpr std::array<std::string_view, 12> names{
-      "drcr", "crdr",     "dc",          "side",          "debit", "credit",
-      "sign", "drcrflag", "debitcredit", "debitorcredit", "sh",    "balancetype"};
-  return std::ranges::count(names, name) > 0;
-}
-
 }  // namespace
 
 // Only what could be meant for a field that has no other column, or for one that has another.
