@@ -13,6 +13,7 @@ namespace {
 
 constexpr int exitFailed = 1;
 constexpr int exitUsage = 3;
+constexpr int exitOutdated = 4;
 
 bool readOptions(std::string_view hands, const char* dots, velk::TourOptions& options) {
   options.byKeyboard = hands == "keyboard";
@@ -25,20 +26,28 @@ bool readOptions(std::string_view hands, const char* dots, velk::TourOptions& op
 
 int main(int count, char** words) {
   velk::TourOptions options;
-  const bool isUnderstood = count == 2 || (count == 4 && readOptions(words[2], words[3], options));
+  const bool isUnderstood =
+      count == 2 || ((count == 4 || count == 5) && readOptions(words[2], words[3], options));
   if (!isUnderstood) {
     std::puts(
-        "opnimp_tour FOLDER [mouse|keyboard DOTS]: imports a file of each kind by mouse or by\n"
+        "opnimp_tour FOLDER [mouse|keyboard DOTS [DOCUMENTED]]: imports a file of each kind by "
+        "mouse or by\n"
         "keyboard alone into a new sample company beside this program, on a display of 96 or as\n"
-        "many dots per inch, and saves a picture of every stage in FOLDER");
+        "many dots per inch, and saves a picture of every stage in FOLDER; ends with 4 when one "
+        "is\n"
+        "not as the picture of its name in the folder DOCUMENTED");
     return exitUsage;
   }
   CoInitialize(nullptr);  // for the imaging component; until the process ends
   try {
     const auto folder = std::filesystem::absolute(words[1]);
     std::filesystem::create_directories(folder);
-    std::puts(velk::runTour(folder.wstring(), options).c_str());
-    return 0;
+    if (count == 5) options.documented = std::filesystem::absolute(words[4]).wstring();
+    const velk::TourResult result = velk::runTour(folder.wstring(), options);
+    std::puts(result.done.c_str());
+    if (result.outdated.empty()) return 0;
+    std::printf("Not what is shown now:\n%s", result.outdated.c_str());
+    return exitOutdated;
   } catch (...) {
     std::puts(velk::currentError().description().c_str());
     return exitFailed;

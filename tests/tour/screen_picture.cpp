@@ -103,6 +103,31 @@ Picture takePicture(const SeenWindows& windows) {
   return picture;
 }
 
+Picture takePicture(const SeenWindows& windows, const Picture& expected) {
+  constexpr ULONGLONG enough = 3'000;  // milliseconds
+  const ULONGLONG end = GetTickCount64() + enough;
+  Picture picture = takePicture(windows);
+  while (!differenceOf(picture, expected).empty() && GetTickCount64() < end) {
+    picture = takePicture(windows);
+  }
+  return picture;
+}
+
+std::string differenceOf(const Picture& one, const Picture& other) {
+  if (one.width != other.width || one.height != other.height) return "their size";
+  RECT all{};
+  for (LONG i = 0; i < static_cast<LONG>(one.pixels.size()); ++i) {
+    constexpr std::uint32_t colors = 0xFFFFFF;
+    if (((one.pixels[i] ^ other.pixels[i]) & colors) == 0) continue;
+    const auto width = static_cast<LONG>(one.width);
+    const RECT pixel{i % width, i / width, i % width + 1, i / width + 1};
+    UnionRect(&all, &all, &pixel);
+  }
+  if (IsRectEmpty(&all) != FALSE) return {};
+  return std::to_string(all.right - all.left) + " x " + std::to_string(all.bottom - all.top) +
+         " pixels at " + std::to_string(all.left) + ", " + std::to_string(all.top);
+}
+
 // Wine's encoder takes rows of three bytes a pixel; WriteSource converts to them.
 void savePicture(const Picture& picture, const std::wstring& path) {
   const auto factory = imagingFactory();
@@ -124,6 +149,26 @@ void savePicture(const Picture& picture, const std::wstring& path) {
   check(frame->WriteSource(bitmap.Get(), nullptr));
   check(frame->Commit());
   check(encoder->Commit());
+}
+
+Picture loadPicture(const std::wstring& path) {
+  const auto factory = imagingFactory();
+  ComPtr<IWICBitmapDecoder> decoder;
+  check(factory->CreateDecoderFromFilename(path.c_str(), nullptr, GENERIC_READ,
+                                           WICDecodeMetadataCacheOnDemand, &decoder));
+  ComPtr<IWICBitmapFrameDecode> frame;
+  check(decoder->GetFrame(0, &frame));
+  ComPtr<IWICFormatConverter> bitmap;
+  check(factory->CreateFormatConverter(&bitmap));
+  check(bitmap->Initialize(frame.Get(), GUID_WICPixelFormat32bppBGR, WICBitmapDitherTypeNone,
+                           nullptr, 0, WICBitmapPaletteTypeCustom));
+  Picture picture;
+  check(bitmap->GetSize(&picture.width, &picture.height));
+  picture.pixels.resize(static_cast<std::size_t>(picture.width) * picture.height);
+  const auto stride = static_cast<UINT>(picture.width * sizeof picture.pixels[0]);
+  check(bitmap->CopyPixels(nullptr, stride, stride * picture.height,
+                           reinterpret_cast<BYTE*>(picture.pixels.data())));
+  return picture;
 }
 
 }  // namespace velk

@@ -32,8 +32,14 @@ Picture paintedPicture(LONG width, LONG height, const std::function<void(HDC)>& 
 Picture displayedNow(const SeenWindows& windows);
 /// The same once it is all painted and does not change any more.
 Picture takePicture(const SeenWindows& windows);
+/// The same; windows that do not look as expected get some seconds to come to it.
+Picture takePicture(const SeenWindows& windows, const Picture& expected);
 
-/// Writes a PNG file, by the system's imaging component. Errors: what that says.
+/// Where two pictures differ, such as "40 x 12 pixels at 360, 385"; empty if they do not.
+std::string differenceOf(const Picture& one, const Picture& other);
+
+/// PNG files, by the system's imaging component. Errors: what that says.
 void savePicture(const Picture& picture, const std::wstring& path);
+Picture loadPicture(const std::wstring& path);
 
 }  // namespace velk

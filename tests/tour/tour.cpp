@@ -31,6 +31,7 @@ class Tour {
  public:
   Tour(const Places& places, const SeenWindows& host, const TourOptions& options)
       : places_(places),
+        documented_(options.documented),
         host_(host),
         texts_(host, options.dotsPerInch),
         hands_(options.byKeyboard ? keyboardHands(host) : mouseHands(host, options.dotsPerInch)) {}
@@ -38,6 +39,7 @@ class Tour {
   void run();
   /// The texts that were seen cut in each picture; empty if none was.
   const std::string& cut() const { return cut_; }
+  const std::string& outdated() const { return outdated_; }
 
  private:
   void import(const TourImport& what);
@@ -49,21 +51,35 @@ class Tour {
   void showErrorLog();
   void exit();
   void picture(const std::string& name);
+  Picture seen(const std::wstring& documented);
 
   const Places& places_;
+  const std::wstring& documented_;
   const SeenWindows& host_;
   SeenTexts texts_;
   std::unique_ptr<Hands> hands_;
   HWND main_ = nullptr;
   std::string cut_;
+  std::string outdated_;
   int pictures_ = 0;
 };
+
+// Compared by their pixels: files of equal pictures may differ.
+Picture Tour::seen(const std::wstring& documented) {
+  if (documented_.empty() || !std::filesystem::exists(documented)) return takePicture(host_);
+  const Picture expected = loadPicture(documented);
+  Picture now = takePicture(host_, expected);
+  const std::string difference = differenceOf(now, expected);
+  if (!difference.empty()) outdated_ += fromWide(documented) + ": " + difference + "\n";
+  return now;
+}
 
 void Tour::picture(const std::string& name) {
   std::array<char, 16> number{};
   std::snprintf(number.data(), number.size(), "%02d-", ++pictures_);
-  const Picture now = takePicture(host_);
-  savePicture(now, places_.pictures + toWide(number.data() + name + ".png"));
+  const std::wstring file = toWide(number.data() + name + ".png");
+  const Picture now = seen(documented_ + L"\\" + file);
+  savePicture(now, places_.pictures + file);
   const std::string cut = texts_.cut(now);
   if (!cut.empty()) cut_ += "\nTexts are cut in " + name + ":" + cut;
 }
@@ -195,12 +211,14 @@ void Tour::run() {
 
 }  // namespace
 
-std::string runTour(const std::wstring& folder, const TourOptions& options) {
+TourResult runTour(const std::wstring& folder, const TourOptions& options) {
   const Places places(folder);
   const std::string company = fromWide(places.company);
   createSampleCompany(company);
   checkErrors(places);
   const std::size_t logged = errorLogLines(places.errorLog).size();
+  TourResult result{
+      "All that the five files hold was posted or is in the error log; pictures show how", {}};
   {
     const DisplayScale scale(options.dotsPerInch);
     const HostProcess host(places.host, L"--database \"" + places.company + L'"');
@@ -214,11 +232,12 @@ std::string runTour(const std::wstring& folder, const TourOptions& options) {
       throw RuntimeError(error.number(), error.description() + tour.cut());
     }
     if (!tour.cut().empty()) throw RuntimeError(ErrorNumber::InvalidProcedureCall, tour.cut());
+    result.outdated = tour.outdated();
   }
   checkPosted(embeddedConnectionString(company), errorLogLines(places.errorLog).size() - logged);
   // The resolutions between and beyond.
   checkLook(places, options.dotsPerInch == usualDotsPerInch ? 120 : 192);
-  return "All that the five files hold was posted or is in the error log; pictures show how";
+  return result;
 }
 
 }  // namespace velk
