@@ -4,8 +4,10 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "apps/opnimp/records/input_records.h"
+#include "base/errors.h"
 #include "masters/salesman_workbook.h"
 #include "platform/spreadsheet.h"
 
@@ -18,6 +20,10 @@ class WorkbookRecords final : public InputRecords {
   /// Of a sheet as readWorksheet(). A file of another format is one that is refused.
   explicit WorkbookRecords(std::string bytes, const std::string& sheet = {});
 
+  /// The sheet itself. Raises what reading it raised.
+  const WorksheetReader& sheet() const;
+  /// Whether a screen cannot read that sheet from the file.
+  bool isReadForScreens() const { return isReadForScreens_; }
   /// True when the file is a workbook with the captions that it needs.
   bool hasCaptions() const;
   int rowCount() const { return sheet_ == nullptr ? 0 : sheet_->rowCount(); }
@@ -49,8 +55,9 @@ class WorkbookRecords final : public InputRecords {
   std::string captionFaults() const;
 
   std::string bytes_;
+  bool isReadForScreens_;
   std::unique_ptr<WorksheetReader> sheet_;  // null: the file is no workbook
-  std::string damage_;                      // why it is none
+  std::optional<RuntimeError> damage_;      // why it is none
   std::size_t count_ = 0;
 };
 
