@@ -71,7 +71,8 @@ std::string endOf(const RunSummary& summary, const JournaledRun& run) {
   if (run.end) return run.end->brokeOff;
   if (summary.isTakenBack()) {
     return "it did not end by itself, and its transaction was still open: the database takes that "
-           "back, so that nothing of it stays";
+           "back, so that nothing of it stays, unless the call that it was in had ended the "
+           "transaction";
   }
   return summary.powerLost ? "it did not end by itself, and the machine was started anew since: as "
                              "many records as the journal may have lost are called unknown"
