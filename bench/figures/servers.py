@@ -89,8 +89,8 @@ def far(engine, file, delay, *how):
     return measured
 
 
-def journal_row(engine, what, goal):
-    return Compare(f"{what} into {NAMES[engine]}, journaled", "not journaled", "journaled", "traced", goal)
+def journal_row(engine, how, goal):
+    return Compare(f"Import into {NAMES[engine]}{how}, journaled", "not journaled", "journaled", "traced", goal)
 
 
 def server_group(engine, documents):
@@ -108,17 +108,17 @@ def server_group(engine, documents):
         figures.append(Compare(f"Import into {NAMES[engine]}, {delay / 1000:g} ms away", "bare ODBC, prepared", ours, loop,
                                None if delay else 1.0))
     sides |= {how: near(engine, file(0), how) for how in ("journaled", "traced")}
-    figures.append(journal_row(engine, "Import, commits that do not wait,", None))
+    figures.append(journal_row(engine, ", commits that do not wait", None))
     return Group(engine, f"Imports into {NAMES[engine]}", 5, sides, figures,
                  prepare=make_files, around=lambda: company(engine))
 
 
 def synced_group(engine, documents):
-    file = DATA / "documents-2000x7.csv"
-    return Group(f"{engine}-synced", f"The journal with {NAMES[engine]}, whose commits wait for the disk", 7,
+    file = DATA / "documents-1000x7.csv"
+    return Group(f"{engine}-synced", f"The journal with {NAMES[engine]}, whose commits wait for the disk", 5,
                  {how: near(engine, file, how) for how in ("journaled", "traced")},
-                 [journal_row(engine, "Import", 1.02)],
-                 prepare=lambda: beginning(documents, file, 2000), around=lambda: company(engine, synced=True))
+                 [journal_row(engine, "", 1.02)],
+                 prepare=lambda: beginning(documents, file, 1000), around=lambda: company(engine, synced=True))
 
 
 # Several runners, each with files of different customers and a journal of its own; in a cluster each
