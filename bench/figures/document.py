@@ -86,10 +86,10 @@ def markdown(results):
     groups, machine = results["groups"], results["machine"]
     rows = [row for group in groups.values() for row in group["rows"]]
     goals = [row for row in rows if row["goal"] is not None]
-    missed = [f"{row['what']} : {row['against']}" for row in goals if verdict(row) == "MISSED"]
-    text = [HEAD, f"Measured with version {results['version']} on {machine['cores']} cores ({machine['processor']}, "
-            f"{machine['system']}). Of {len(goals)} goals {len(goals) - len(missed)} are met"
-            + (f"; missed: {'; '.join(missed)}." if missed else ".") + "\n",
+    missed = [f"- {row['what']} : {row['against']}" for row in goals if verdict(row) == "MISSED"]
+    text = [HEAD, f"Measured with {results['version']}, on {machine['cores']} cores "
+            f"({machine['processor']}, {machine['system']}). Of {len(goals)} goals {len(goals) - len(missed)} are met"
+            + (";\nthese are missed:\n\n" + "\n".join(missed) if missed else ".") + "\n",
             _picture("ratios", "The ratio of each comparison, on a logarithmic scale") + "\n"]
     for group in groups.values():
         tables = list(_tables(group))

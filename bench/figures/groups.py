@@ -54,7 +54,7 @@ def sqlite_shell(database, file, items):
 
 
 VIEW = Group(
-    "view", "A click on View", 9,
+    "view", "A click on View", 15,
     {
         "view": program("view", SMALL, LOG),
         "libcsv": program("libcsv", SMALL),
@@ -69,7 +69,7 @@ VIEW = Group(
     needs={"sqlite": "sqlite3"})
 
 VIEW_LARGE = Group(
-    "view-large", "A click on View: a file of a million records", 5,
+    "view-large", "A click on View: a file of a million records", 7,
     {
         "view": program("view", LARGE, LOG),
         "polars_1": polars(1, LARGE),
@@ -139,7 +139,7 @@ def convert(name, encoding="auto", **peers):
     """The goal is 100 MB of the file a second. Peers have a program each, and what it is called."""
     path = encoded(name)
     return Group(
-        f"convert-{name.lower()}", f"Converting {name}", 5,
+        f"convert-{name.lower()}", f"Converting {name}", 9,
         {"ours": program("convert", path, encoding), "speed": at_100_megabytes_a_second(path)}
         | {peer: command for peer, (_, command) in peers.items()},
         [Compare(f"Convert {name}", "100 MB a second", "ours", "speed", 1.0)]
@@ -216,7 +216,7 @@ def runner_import(*options):
 
 
 PREVIEW = Group(
-    "preview", "Files that are as the screens want them", 9,
+    "preview", "Files that are as the screens want them", 15,
     {
         "ours": whole(RUNNER, "preview", "customer-opening", SMALL),
         "raw": whole(RUNNER, "preview", "customer-opening", SMALL, "--raw"),
@@ -253,7 +253,7 @@ def sqlite_import():
 
 
 IMPORT = Group(
-    "import", "Imports into the embedded database", 7,
+    "import", "Imports into the embedded database", 9,
     {
         "plain": documents(),
         "recorded": documents("recorded"),
@@ -273,7 +273,7 @@ IMPORT = Group(
     needs={"sqlite": "sqlite3"})
 
 JOURNAL = Group(
-    "journal", "The journal, with the embedded database", 9,
+    "journal", "The journal, with the embedded database", 21,
     {"journaled": documents("journaled"), "traced": documents("traced")},
     [Compare("Import 10,000, journaled", "not journaled", "journaled", "traced", 1.05)])
 
@@ -283,7 +283,7 @@ def masters(kind, many, file):
         return program("odbc_masters", kind, COMPANY, DATA / file, LOG, *how)
 
     return Group(
-        kind, f"Importing {many}", 5,
+        kind, f"Importing {many}", 9,
         {"ours": click(kind, DATA / file), "prepared": loop(), "kept": loop("kept")},
         [
             Compare(f"Import 10,000 {many}", "bare ODBC, prepared", "ours", "prepared", 1.1, 1.03),
@@ -340,7 +340,7 @@ growth("Write .xls", SHEETS, lambda n: program("xls_write", part_of(SALESMEN, n)
 growth("Export salesmen, the runner's start included", SHEETS, export)
 
 GROWTH = Group(
-    "growth", "Growth", 3,
+    "growth", "Growth", 7,
     {f"{what} {n}": command(n) for what, sizes, command in GROWTHS for n in sizes},
     [Growth(what, sizes, tuple(f"{what} {n}" for n in sizes)) for what, sizes, _ in GROWTHS],
     prepare=make_parts)
@@ -348,7 +348,7 @@ GROWTH = Group(
 GROUPS = [
     VIEW, VIEW_LARGE, XLS_WRITE,
     read_xls("xls-read", "60,000 x 7", DATA / "salesmen-60000.xls", 7),
-    read_xls("xls-read-small", "1,000 x 7", DATA / "salesmen-1000.xls", 9),
+    read_xls("xls-read-small", "1,000 x 7", DATA / "salesmen-1000.xls", 15),
     *CONVERSIONS, CONVERT_XLSX, PREVIEW, IMPORT, JOURNAL,
     masters("bank-branch", "branches", "branches-10000x4.csv"),
     masters("vendor", "vendors", "vendors-10000x10.csv"),

@@ -16,7 +16,7 @@ def _figure(theme, height):
 
     figure = Figure(figsize=(9, height), layout="constrained")
     axes = figure.add_subplot()
-    axes.tick_params(colors=theme["ink"], labelsize=8)
+    axes.tick_params(which="both", colors=theme["ink"], labelsize=8)
     axes.grid(axis="both", which="major", color=theme["grid"], linewidth=0.5)
     axes.set_axisbelow(True)
     for spine in axes.spines.values():
@@ -55,7 +55,9 @@ def _growth(theme, rows):
     axes.set_yscale("log")
     axes.set_xlabel("records or rows", color=theme["ink"], fontsize=8)
     axes.set_ylabel("milliseconds", color=theme["ink"], fontsize=8)
-    axes.legend(title="exponent", labelcolor=theme["ink"], frameon=False, fontsize=8).get_title().set_color(theme["ink"])
+    legend = axes.legend(title="exponent", labelcolor=theme["ink"], frameon=False, fontsize=8, loc="center left",
+                         bbox_to_anchor=(1, 0.5))
+    legend.get_title().set(color=theme["ink"], fontsize=8)
     return figure
 
 

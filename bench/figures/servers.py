@@ -109,13 +109,13 @@ def server_group(engine, documents):
                                None if delay else 1.0))
     sides |= {how: near(engine, file(0), how) for how in ("journaled", "traced")}
     figures.append(journal_row(engine, ", commits that do not wait", None))
-    return Group(engine, f"Imports into {NAMES[engine]}", 5, sides, figures,
+    return Group(engine, f"Imports into {NAMES[engine]}", 7, sides, figures,
                  prepare=make_files, around=lambda: company(engine))
 
 
 def synced_group(engine, documents):
     file = DATA / "documents-1000x7.csv"
-    return Group(f"{engine}-synced", f"The journal with {NAMES[engine]}, whose commits wait for the disk", 5,
+    return Group(f"{engine}-synced", f"The journal with {NAMES[engine]}, whose commits wait for the disk", 9,
                  {how: near(engine, file, how) for how in ("journaled", "traced")},
                  [journal_row(engine, "", 1.02)],
                  prepare=lambda: beginning(documents, file, 1000), around=lambda: company(engine, synced=True))
@@ -159,7 +159,7 @@ def together(engine, runners):
 
 
 def runners_group(engine):
-    return Group(f"{engine}-runners", f"Several runners with {NAMES[engine]}", 3,
+    return Group(f"{engine}-runners", f"Several runners with {NAMES[engine]}", 5,
                  {f"runners_{n}": together(engine, n) for n in RUNNERS},
                  [Compare(f"A file of 2,000 into {NAMES[engine]} by one of {n} runners", "one runner", f"runners_{n}",
                           "runners_1") for n in RUNNERS[1:]],
