@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <iostream>
@@ -55,10 +56,11 @@ void measure(char** command) {
   require(wait4(child, &status, 0, &used) == child, "the program is not to be waited for");
   const std::chrono::duration<double, std::milli> passed = std::chrono::steady_clock::now() - start;
   require(WIFEXITED(status) && WEXITSTATUS(status) < 2, "the program failed");
-  const bool isNumber = !printed.empty() && printed.find_first_not_of("0123456789\n") == printed.npos;
+  const bool isNumber =
+      !printed.empty() && printed.find_first_not_of("0123456789\n") == printed.npos;
   std::cout << passed.count() << ' ' << milliseconds(used.ru_utime) + milliseconds(used.ru_stime)
-            << ' ' << used.ru_maxrss << ' '
-            << (isNumber ? std::stol(printed) : WEXITSTATUS(status)) << '\n';
+            << ' ' << used.ru_maxrss << ' ' << (isNumber ? std::stol(printed) : WEXITSTATUS(status))
+            << '\n';
 }
 
 }  // namespace
