@@ -31,7 +31,7 @@ const ImportKind& kindOf(const RunStart& start) {
   const ImportKind* const kind = findKind(start.kind);
   if (kind != nullptr) return *kind;
   throw CannotOpen("run " + std::to_string(start.number) + " is of the kind " + start.kind +
-                   ", which this program does not know");
+                   ", which this program does not know: show it with the version that imported it");
 }
 
 /// The journal has what the screens read, and the lines that it stood in.
