@@ -237,6 +237,8 @@ TEST_CASE("workbooks: salesmen come from any format, and become an .xls workbook
     CHECK(sheetRows(world.folder.path("o.xls")) == Texts{salesmanTitles, newMan, second});
     CHECK(world.import(file, {"--sheet", "Men"}).status == 0);
     CHECK(world.import(file, {"--sheet", "Men", "--from-line", "3"}).status == 0);
+    CHECK(contains(world.run({"report", "1"}).out, "sheet: Men (given with --sheet)"));
+    CHECK(world.run({"rejects", "1", world.folder.path("r.xls")}).status == 0);
     CHECK(world.ask("select Address from Salesman where Salesman_name = 'New Man'") == "=1+1");
     CHECK(world.import(world.folder.path("o.xls"), {"--sheet", "#1"}).status == 0);
   }

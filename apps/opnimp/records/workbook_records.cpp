@@ -19,6 +19,10 @@ std::string quotedCell(const std::string& text) {
 
 WorkbookRecords::WorkbookRecords(std::string bytes, const std::string& sheet)
     : bytes_(std::move(bytes)), isReadForScreens_(!isForScreens(bytes_, sheet)) {
+  if (!sheet.empty()) {
+    conversion_.assumptions = {
+        {std::string(sheetAssumption), sheet, "given with --sheet", "--sheet NAME"}};
+  }
   try {
     sheet_ = readWorksheet(bytes_, salesmanColumns(), sheet);
   } catch (const RuntimeError& error) {

@@ -44,6 +44,8 @@ class WorkbookRecords final : public InputRecords {
   std::string refusal(const ImportKind& kind) const override;
   std::vector<std::size_t> unreadRows() const override;
   std::string_view bytes() const override { return bytes_; }
+  /// Which sheet it is, if one was named.
+  const Conversion& conversion() const override { return conversion_; }
   /// A workbook with the seven columns, all cells being texts, and with the file's pick lists.
   void write(FileSystem& files, std::string_view path,
              std::span<const std::size_t> records) const override;
@@ -55,6 +57,7 @@ class WorkbookRecords final : public InputRecords {
   std::string captionFaults() const;
 
   std::string bytes_;
+  Conversion conversion_;
   bool isReadForScreens_;
   std::unique_ptr<WorksheetReader> sheet_;  // null: the file is no workbook
   std::optional<RuntimeError> damage_;      // why it is none

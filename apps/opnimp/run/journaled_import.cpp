@@ -36,7 +36,10 @@ const ImportKind& kindOf(const RunStart& start) {
 
 /// The journal has what the screens read, and the lines that it stood in.
 std::unique_ptr<const InputRecords> recordsOf(const ImportKind& kind, const JournaledRun& run) {
-  if (kind.format == FileFormat::Workbook) return std::make_unique<WorkbookRecords>(run.fileBytes);
+  if (kind.format == FileFormat::Workbook) {
+    const std::string_view sheet = assumedValue(run.start.assumed, sheetAssumption);
+    return std::make_unique<WorkbookRecords>(run.fileBytes, std::string(sheet));
+  }
   Conversion conversion;
   conversion.assumptions = run.start.assumed;
   auto records = std::make_unique<CsvRecords>(run.fileBytes, std::move(conversion));
@@ -127,7 +130,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
 void JournaledImport::requireAgreement(bool agrees) const {
   if (agrees) return;
   throw CannotOpen("the journal " + result_.journal + " contradicts itself about run " +
-                   std::to_string(result_.run));
+                   std::to_string(result_.run) + ": compare the database with the file");
 }
 
 /// Calls are written down before it is known whether their transaction is kept, and before the disk
