@@ -426,7 +426,7 @@ TEST_CASE("a file of which nobody knows what is meant is refused, or left as the
   // Neither does one value that reads as a title.
   const std::string named = "Code,,,When,1st,2nd\r\nC003,Date,,30/03/2008,1,1\r\n";
   CHECK(contains(converted(named, {"--map", "Date=#4"}).said("refused"),
-                 "no column has the title of Customer ID"));
+                 "no column of the file is mapped to Customer ID"));
   CHECK(converted(semicolons("C1;;R;31/03/2008;Rs. 5,5;INR 5,5") + "  \r\n\"\"\r\n\x1A").bytes ==
         fileOf("C1,,R,31/03/2008,5.5,5.5"));
   CHECK(converted(semicolons("R1;A;20071231;31/03/2008;1;1"),

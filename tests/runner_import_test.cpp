@@ -84,7 +84,8 @@ TEST_CASE("the command line and what it opens decide the exit status") {
     int status;
     std::string_view says;
   } rows[] = {
-      {{}, 3, "--help"},
+      {{}, 3, "a command is needed; `opnimp --help`"},
+      {{"imprt", kind, in}, 3, "there is no command \"imprt\""},
       {{"preview", kind, odbc}, 4, "PWD=***"},
       {{"import"}, 3, "KIND is required"},
       {{"import", "--nix"}, 3, "not expected: --nix"},

@@ -332,8 +332,8 @@ TEST_CASE("an export that cannot be says why, and leaves what was there") {
       {other, 3, "no workbook of salesmen"},
       {world.folder.path("out.txt"), 3, "choose a name that ends in .xls"},
       {world.database(), 3, "choose a name that ends in .xls"},
-      {folder, 4, "could not be written: it is a folder"},
-      {world.folder.path("missing/out.xls"), 4, "could not be written"},
+      {folder, 4, "cannot be written: it is a folder"},
+      {world.folder.path("missing/out.xls"), 4, "cannot be written"},
       {world.folder.path("new.xls"), 4, "no such table: Salesman"},
   };
   CHECK(world.run({"export", "vendor", text}).status == 3);

@@ -58,7 +58,7 @@ TEST_CASE("waits: a lock is waited for as long as the option says, and its holde
       {"embedded", false, R"(record 1 waits for a lock. It is held by process \d+ \(sqlite3\)\.)"},
       {"postgresql", false,
        R"(record 1 waits for a lock. It is held by session \d+ of user postgres\.)"},
-      {"mariadb", false, "record 1 has waited for .* only with the right PROCESS would that tell"},
+      {"mariadb", false, "record 1 has waited for .* only an account with the right PROCESS"},
       {"mariadb", true,
        R"(record 1 waits for a lock. It is held by session \d+ of user admin from [\w.]+:\d+, )"
        R"(in a transaction since \d{4}-)"}};

@@ -150,11 +150,12 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
     const bool ran = !answered && arguments.command == Arguments::Command::Import &&
                      !arguments.dryRun && status != ExitStatus::Refused;
     // Without a JSON document, because standard output takes nothing any more.
-    return fail(ExitStatus::BrokeOff,
-                ran ? "the import ran, but its report could not be written; look up in the "
-                      "database what was posted before importing again"
-                    : "the report could not be written",
-                nullptr, events, streams);
+    return fail(
+        ExitStatus::BrokeOff,
+        ran ? "the import ran, but its report could not be written; `opnimp runs` lists the "
+              "run, `opnimp report` shows it"
+            : "the report could not be written; check where standard output goes",
+        nullptr, events, streams);
   } catch (const UsageError& error) {
     return fail(ExitStatus::Usage, masked(error.what(), args), document, events, streams);
   } catch (const Refused& error) {
@@ -166,7 +167,7 @@ int runOpnimp(std::span<const std::string> args, Streams& streams,
   } catch (const std::exception& error) {
     return fail(ExitStatus::BrokeOff,
                 "an unexpected error ended the program: " + masked(error.what(), args) +
-                    ". Look up in the database what was posted",
+                    "; `opnimp runs` tells what imports have posted",
                 document, events, streams);
   }
 }

@@ -46,9 +46,18 @@ STDAPI DllCanUnloadNow() {
 }
 
 STDAPI DllRegisterServer() {
-  return velk::guarded(velk::registerServer, velk::toHresult);
+  return velk::guarded([] { velk::registerServer(); }, velk::toHresult);
 }
 
 STDAPI DllUnregisterServer() {
-  return velk::guarded(velk::unregisterServer, velk::toHresult);
+  return velk::guarded([] { velk::unregisterServer(); }, velk::toHresult);
+}
+
+// regsvr32 /n /i:user, or /i:machine.
+STDAPI DllInstall(BOOL install, LPCWSTR scope) {
+  if (scope == nullptr) return E_INVALIDARG;
+  const auto change = [&] {
+    install != FALSE ? velk::registerServer(scope) : velk::unregisterServer(scope);
+  };
+  return velk::guarded(change, velk::toHresult);
 }

@@ -136,6 +136,12 @@ void unregisterIn(HKEY root) {
   if (exists(key, classKey()) || exists(key, libraryFileKey(thisBitness))) removeAll(key);
 }
 
+HKEY rootOf(std::wstring_view scope) {
+  if (scope == L"user") return HKEY_CURRENT_USER;
+  if (scope == L"machine") return HKEY_LOCAL_MACHINE;
+  throw comError(E_INVALIDARG);
+}
+
 }  // namespace
 
 void registerServer() {
@@ -152,6 +158,14 @@ void unregisterServer() {
   // Both, because it may have been registered with other rights than it is removed with.
   unregisterIn(HKEY_CURRENT_USER);
   unregisterIn(HKEY_LOCAL_MACHINE);
+}
+
+void registerServer(std::wstring_view scope) {
+  registerIn(rootOf(scope));
+}
+
+void unregisterServer(std::wstring_view scope) {
+  unregisterIn(rootOf(scope));
 }
 
 }  // namespace velk

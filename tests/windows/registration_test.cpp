@@ -116,6 +116,26 @@ TEST_CASE("registration makes the class known and leaves nothing when taken back
   }
 }
 
+TEST_CASE("registration for the user or the machine alone leaves the other one as it is") {
+  const ServerDll dll;
+  for (const wchar_t* const scope : {L"user", L"machine"}) {
+    CAPTURE(fromWide(scope));
+    const bool isUser = scope[0] == 'u';
+    const HKEY root = isUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
+    const HKEY other = isUser ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+    const auto before = registeredNames(root);
+    CHECK(dll.install(TRUE, scope) == S_OK);
+    CHECK(registeredServer(root) == programFolder() / "Velk_OpnImp.dll");
+    CHECK(registeredServer(other).empty());
+    CHECK(dll.install(FALSE, isUser ? L"machine" : L"user") == S_OK);
+    CHECK(!registeredServer(root).empty());
+    CHECK(dll.install(FALSE, scope) == S_OK);
+    CHECK(registeredNames(root) == before);
+  }
+  CHECK(dll.install(TRUE, L"all") == E_INVALIDARG);
+  CHECK(dll.install(TRUE, nullptr) == E_INVALIDARG);
+}
+
 TEST_CASE("a manifest makes the class known without registration") {
   {
     const KnownByManifest known;

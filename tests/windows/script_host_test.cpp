@@ -1,6 +1,7 @@
 // A host in VBScript: docs/hosts/host.vbs, run by the system's script host.
 #include <ado_com.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <utility>
 
@@ -23,11 +24,12 @@ std::wstring braced(REFCLSID id) {
 }
 
 /// The component and the tests' server in the registry, the latter in place of the machine's own
-/// ADO. Its keys are volatile: whatever happens, they are gone when the system stops.
+/// ADO. Its keys are volatile: whatever happens, they are gone when the system stops. Where
+/// OPNIMP_INSTALLED is set the component has been registered by its installer.
 class RegisteredServers {
  public:
   RegisteredServers() {
-    REQUIRE(component_.call("DllRegisterServer") == S_OK);
+    if (!isInstalled_) REQUIRE(component_.call("DllRegisterServer") == S_OK);
     const std::wstring library = programFolder() / "opnimp_script_server.dll";
     const std::wstring name = L"OpeningHost.Service";
     add(name, L"");
@@ -41,7 +43,7 @@ class RegisteredServers {
   }
   ~RegisteredServers() {
     for (const std::wstring& key : keys_) RegDeleteTreeW(HKEY_LOCAL_MACHINE, key.c_str());
-    component_.call("DllUnregisterServer");
+    if (!isInstalled_) component_.call("DllUnregisterServer");
   }
   RegisteredServers(const RegisteredServers&) = delete;
   RegisteredServers& operator=(const RegisteredServers&) = delete;
@@ -59,6 +61,7 @@ class RegisteredServers {
   }
 
   ServerDll component_;
+  bool isInstalled_ = std::getenv("OPNIMP_INSTALLED") != nullptr;
   std::vector<std::wstring> keys_;
 };
 

@@ -35,6 +35,10 @@ class ServerDll {
     return exported<HRESULT STDAPICALLTYPE()>(function)();
   }
 
+  HRESULT install(BOOL install, const wchar_t* scope) const {
+    return exported<HRESULT STDAPICALLTYPE(BOOL, LPCWSTR)>("DllInstall")(install, scope);
+  }
+
   ComPtr<IClassFactory> factory() const {
     ComPtr<IClassFactory> factory;
     const auto get =

@@ -74,12 +74,14 @@ class CommandLine {
 
   /// An option that there is not is named before what is missing: it may have been meant for that.
   std::string whatIsWrong(const CLI::ParseError& error) const {
-    for (const std::string& argument : app_.remaining(true)) {
+    const std::vector<std::string> rest = app_.remaining(true);
+    for (const std::string& argument : rest) {
       if (argument.starts_with('-')) {
         return "The following argument was not expected: " + argument;
       }
     }
-    return error.what();
+    if (!app_.get_subcommands().empty()) return error.what();
+    return rest.empty() ? "a command is needed" : "there is no command \"" + rest.front() + "\"";
   }
 
   void noteReading() {

@@ -5,21 +5,11 @@
 #include <unordered_map>
 #include <utility>
 
-#include "base/date_reader.h"
-#include "base/errors.h"
-#include "base/numbers.h"
-#include "base/text.h"
+#include "apps/opnimp/records/posted_values.h"
 
 namespace velk {
 
 namespace {
-
-// What cannot be read counts as it is written: no such record is posted.
-Value readAmount(std::string_view text) {
-  Value amount;
-  const bool read = trapErrors([&] { amount = leadingNumber(text); }, [](const RuntimeError&) {});
-  return read ? amount : Value(std::string(text));
-}
 
 /// Reads days. A file has few, so that most were read before.
 class DayReader {
@@ -37,43 +27,27 @@ class DayReader {
 
  private:
   Value readAnew(std::string_view text) const {
-    const std::optional<Date> date = text.empty() ? undated() : dateIn(text);
-    return date ? Value(Date{std::trunc(date->days)}) : Value(std::string(text));
-  }
-  std::optional<Date> undated() const { return by_.undated ? by_.undated() : std::nullopt; }
-  std::optional<Date> dateIn(std::string_view text) const {
-    const auto reading = readDate(text, by_.currentYear);
-    return reading ? std::optional(reading->date) : std::nullopt;
+    if (text.empty() && by_.undated) {
+      if (const auto date = by_.undated()) return Date{std::trunc(date->days)};
+    }
+    return postedDay(text, by_.currentYear);
   }
 
   const HashBasis& by_;
   std::unordered_map<std::string, Value> known_;
 };
 
-/// The balance goes to the side of its bill, whatever its own sign.
-Value onSideOf(const Value& bill, const Value& balance) {
-  const auto* const ofBill = std::get_if<double>(&bill);
-  const auto* const ofBalance = std::get_if<double>(&balance);
-  if (ofBill == nullptr || ofBalance == nullptr) return balance;
-  return *ofBill > 0 ? std::abs(*ofBalance) : -std::abs(*ofBalance);
-}
-
-// Databases compare codes without letter case, and many without the blanks at the end. In capitals,
-// as most codes are written.
-std::string keyOf(std::string_view text) {
-  return upperAscii(trim(text));
-}
-
 /// Writes the values that are posted, in the order of their fields.
 void writePosted(EntryWriter& to, const ImportKind& kind, const std::vector<std::string>& fields,
                  const std::vector<FieldMapping>& mapping, DayReader& days, bool asWritten) {
   const auto cell = [&](std::size_t field) { return mappedCell(fields, mapping, field); };
   if (kind.opening != nullptr) {
-    to.text(keyOf(cell(openingField::code))).text(keyOf(cell(openingField::reference)));
+    to.text(comparedText(cell(openingField::code)))
+        .text(comparedText(cell(openingField::reference)));
     to.value(days.read(cell(openingField::date)));
-    const Value bill = readAmount(cell(openingField::bill));
-    const Value balance = readAmount(cell(openingField::balance));
-    to.value(bill).value(asWritten ? balance : onSideOf(bill, balance));
+    const Value bill = postedAmount(cell(openingField::bill));
+    const Value balance = postedAmount(cell(openingField::balance));
+    to.value(bill).value(asWritten ? balance : postedBalance(bill, balance));
     return;
   }
   for (std::size_t field = 0; field < mapping.size(); ++field) to.text(cell(field));

@@ -24,8 +24,8 @@ void writeConversionText(const ConvertedFile& file, std::ostream& out) {
         << ", which the screens leave out; the first is in line " << grouped(conversion.firstComma)
         << '\n';
   }
-  out << "Next:    `opnimp preview " << file.arguments.kind->name << " FILE` shows how the screens "
-      << "read it.\n";
+  out << "Next:    `opnimp preview " << file.arguments.kind->name
+      << " FILE` shows how the screens read it.\n";
 }
 
 void writeConversionJson(const ConvertedFile& file, std::ostream& out) {

@@ -107,8 +107,10 @@ void Events::waits(const ImportResult& run, std::optional<std::size_t> record,
   }
   const std::string who = record ? "record " + grouped(*record + 1) : "the run";
   if (holders.names.empty()) {
-    return notice(who + " has waited for the database for a second; only with the right " +
-                  holders.missingRight + " would that tell whether for a lock, and for whose.");
+    return notice(who +
+                  " has waited for the database for a second; whether for a lock, and whose, "
+                  "it tells only an account with the right " +
+                  holders.missingRight + ".");
   }
   std::string names;
   for (const std::string& name : holders.names)

@@ -178,7 +178,7 @@ void addStepsForRecords(const ImportResult& result, std::vector<std::string>& st
       " and import only those again" + where(result, RejectFiles::Rejects) + ".");
   addAllowedDsTypes(result, steps);
   add("Look at", skippedWithWarning(result.traces), "skipped record", "skipped records",
-      " with a bill amount of 0 and more than that: nothing was posted for them.");
+      " with a bill amount of 0 and a warning: nothing was posted for them.");
   add("Look at", account.count(Outcome::SkippedNotANumber), "skipped record", "skipped records",
       " with a bill amount that is not read as a number: nothing was posted for them.");
   add("Look at", account.count(Outcome::PostedAsRead), "record", "records",

@@ -68,7 +68,8 @@ struct NameTaken : CannotOpen {
 };
 
 NameTaken taken(const std::string& path, bool dryRun) {
-  return NameTaken("the rejects file " + path + " was not written: somebody else has made a file " +
+  return NameTaken("the rejects file " + path +
+                   " was not written: somebody else has made a file "
                    "of that name since the run began; " +
                    (dryRun ? "choose another one and try again"
                            : "`opnimp rejects` writes it under another one"));

@@ -65,8 +65,8 @@ class TextReport {
            << printable(result_.user) << '\n';
     }
     if (result_.resumes != 0 && !result_.passedOver) {
-      out_ << "Resumes:  run " << result_.resumes << "; the records that it reached are none of "
-           << "these\n";
+      out_ << "Resumes:  run " << result_.resumes
+           << "; the records that it reached are none of these\n";
     }
     if (result_.repeatedCalls > 0) {
       out_ << "Repeated: " << counted(result_.repeatedCalls, "call", "calls")

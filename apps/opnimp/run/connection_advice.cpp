@@ -22,8 +22,7 @@ constexpr std::string_view adoString =
     "This connection string is ADO's; ODBC's names a driver instead of a provider: ";
 constexpr std::string_view noEmbeddedDriver =
     "Install SQLite's ODBC driver, with as many bits as this program has: Debian's libsqliteodbc, "
-    "on "
-    "Windows the one that is listed as SQLite3 ODBC Driver";
+    "on Windows the one that is listed as SQLite3 ODBC Driver";
 constexpr std::string_view unknownHost = "Correct Server=: no host of that name is known";
 constexpr std::string_view noServer = "Correct Server= and Port=, or start the server there";
 constexpr std::string_view slowServer =

@@ -14,6 +14,7 @@
 #include "apps/opnimp/report/conversion_report.h"
 #include "apps/opnimp/report/import_result.h"
 #include "apps/opnimp/run/ready_commands.h"
+#include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/run_support.h"
 #include "base/text.h"
 #include "platform/native/native_files.h"
@@ -62,8 +63,7 @@ void refuseUnmapped(const CsvRecords& records, const ImportKind& kind, Conversio
   const std::vector<FieldMapping> mapping = mappingOf(kind, titles);
   const std::string unmapped = unmappedFields(mapping, kind.mandatory);
   if (unmapped.empty()) return;
-  conversion.refusal =
-      "no column has the title of " + unmapped + ": say which it is with --map \"Field=Column\"";
+  conversion.refusal = unmappedText(unmapped);
   const std::vector<TitleSuggestion> suggestions = suggestTitles(mapping, titles);
   for (const TitleSuggestion& suggestion : suggestions) {
     conversion.refusal += "; " + sentenceOf(suggestion);

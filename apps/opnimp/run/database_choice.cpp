@@ -32,6 +32,7 @@ namespace fs = std::filesystem;
 /// More than drivers take, and little enough to search.
 constexpr std::size_t longestConnectionString = 8192;
 constexpr std::size_t mostHosts = 16;
+constexpr std::string_view exampleString = "Driver={PostgreSQL Unicode};Server=HOST;Database=NAME";
 /// Editors put it before the first line.
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
@@ -165,12 +166,15 @@ std::vector<std::string> connectionStringsIn(const std::string& path, const std:
     if (strings.empty() && line.starts_with(byteOrderMark)) line.erase(0, byteOrderMark.size());
     if (line.empty()) continue;
     if (line.size() > longestConnectionString || line.find('=') == std::string::npos) {
-      cannotTake(path, "holds a line that is no connection string");
+      cannotTake(
+          path,
+          std::string("holds a line that is no connection string, such as ").append(exampleString));
     }
     strings.push_back(std::move(line));
   }
-  if (strings.empty()) cannotTake(path, "holds no connection string");
-  if (strings.size() > mostHosts) cannotTake(path, "names too many hosts");
+  if (strings.empty())
+    cannotTake(path, std::string("holds no connection string, such as ").append(exampleString));
+  if (strings.size() > mostHosts) cannotTake(path, "names too many hosts: leave some out");
   return strings;
 }
 
@@ -225,12 +229,15 @@ std::vector<DatabaseChoice> chooseDatabases(const Arguments& arguments,
        options.empty() ? fromEnvironment(surroundings.database) : options) {
     // It is not shown, as it may hold a password.
     if (text.find("://") != std::string::npos) {
-      throw CannotOpen("what names the database is a URI; give a connection string such as " +
-                       std::string("Driver={PostgreSQL Unicode};Server=HOST;Database=NAME"));
+      throw CannotOpen(
+          std::string("what names the database is a URI; give a connection string such as ")
+              .append(exampleString));
     }
     const CompanyDatabase database = companyDatabase(text);
     if (database.path.empty() && hasOpenBrace(text)) {
-      throw CannotOpen("what names the database has an opening brace without its closing one");
+      throw CannotOpen(
+          "what names the database has an opening brace without its closing one: "
+          "put } behind that value");
     }
     const OdbcOptions opening = openingOptions(arguments);
     hosts.push_back(

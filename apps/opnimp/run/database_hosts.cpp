@@ -26,8 +26,9 @@ constexpr std::chrono::seconds longestEnd{15};
 }
 
 [[noreturn]] void isAnother(const DatabaseChoice& host) {
-  cannotUse(host, "it is another database than the one before it, or cannot be told from it; " +
-                      std::string("several --database have to be the hosts of one database"));
+  cannotUse(host,
+            "it is another database than the one before it, or cannot be told from it; "
+            "several --database have to be the hosts of one database");
 }
 
 }  // namespace

@@ -29,13 +29,10 @@ class Target {
   explicit Target(const std::string& path) : path_(path) {
     std::error_code error;
     existed_ = fs::exists(toPath(path), error);
-    try {
+    writing("the file", path, "its name", [&] {
       if (existed_) requireSalesmen();
       files_.openReplacement(path);
-    } catch (const RuntimeError& failure) {
-      throw CannotOpen("the file " + path + " could not be written: " +
-                       fileErrorText(path, failure) + ". Check the path and its permissions");
-    }
+    });
   }
   Target(const Target&) = delete;
   Target& operator=(const Target&) = delete;

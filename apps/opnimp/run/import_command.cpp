@@ -239,8 +239,8 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
                        ", or may have; there is nothing to go on with. `opnimp runs` lists them");
     }
     throw UsageError("--resume: run " + number + " reached all records of the file" +
-                     fromText(first) + ", or may have; " +
-                     "there is nothing to go on with. `opnimp rejects " + number +
+                     fromText(first) +
+                     ", or may have; there is nothing to go on with. `opnimp rejects " + number +
                      " FILE` writes those that it refused or left in doubt");
   }
 

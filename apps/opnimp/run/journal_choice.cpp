@@ -14,11 +14,13 @@ namespace {
 
 [[noreturn]] void cannotOpen(const std::string& path, const RuntimeError& error, KeptFor use) {
   if (error.is(ErrorNumber::InvalidFileFormat)) {
-    throw CannotOpen("the file " + path + " is no journal, or one of another program; choose " +
+    throw CannotOpen("the file " + path +
+                     " is no journal, or one of another program; choose "
                      "another with --journal");
   }
   if (error.is(ErrorNumber::PermissionDenied) && use == KeptFor::Writing) {
-    throw CannotOpen("the journal " + path + " is in use by another run, or may not be written: " +
+    throw CannotOpen("the journal " + path +
+                     " is in use by another run, or may not be written: "
                      "wait until that run ends, or choose another with --journal");
   }
   throw CannotOpen("the journal " + path + " could not be " +
@@ -32,7 +34,8 @@ void requireWhole(const OpenJournal& journal) {
   const JournalEnd& end = journal.index.end;
   if (!end.damaged) return;
   throw CannotOpen("the journal " + journal.path + " is damaged: what follows byte " +
-                   std::to_string(end.whole) + " cannot be read. Move it away; `opnimp runs " +
+                   std::to_string(end.whole) +
+                   " cannot be read. Move it away; `opnimp runs "
                    "--journal` with its new name still shows the runs before the damage");
 }
 

@@ -31,7 +31,7 @@ const ImportKind& kindOf(const RunStart& start) {
   const ImportKind* const kind = findKind(start.kind);
   if (kind != nullptr) return *kind;
   throw CannotOpen("run " + std::to_string(start.number) + " is of the kind " + start.kind +
-                   ", which this program does not know");
+                   ", which this program does not know: show it with the version that imported it");
 }
 
 /// The journal has what the screens read, and the lines that it stood in.
@@ -71,7 +71,8 @@ std::string endOf(const RunSummary& summary, const JournaledRun& run) {
   if (run.end) return run.end->brokeOff;
   if (summary.isTakenBack()) {
     return "it did not end by itself, and its transaction was still open: the database takes that "
-           "back, so that nothing of it stays";
+           "back, so that nothing of it stays, unless the call that it was in had ended the "
+           "transaction";
   }
   return summary.powerLost ? "it did not end by itself, and the machine was started anew since: as "
                              "many records as the journal may have lost are called unknown"
@@ -126,7 +127,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
 void JournaledImport::requireAgreement(bool agrees) const {
   if (agrees) return;
   throw CannotOpen("the journal " + result_.journal + " contradicts itself about run " +
-                   std::to_string(result_.run));
+                   std::to_string(result_.run) + ": compare the database with the file");
 }
 
 /// Calls are written down before it is known whether their transaction is kept, and before the disk

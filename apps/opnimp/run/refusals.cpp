@@ -16,10 +16,8 @@ namespace velk {
 
 namespace {
 
-std::string unmappedText(const std::string& fields, const InputRecords& input) {
-  return "no column of the file is mapped to " + fields +
-         "; rename the column, or use --map \"Field=Column\". The file has: " +
-         listed(input.titles());
+std::string unmappedIn(const std::string& fields, const InputRecords& input) {
+  return unmappedText(fields) + ". The file has: " + listed(input.titles());
 }
 
 std::string valueMissingText(const std::string& field, const InputRecords& input,
@@ -77,11 +75,16 @@ std::string viewRefusalText(const ImportReport& report, const InputRecords& inpu
 }
 
 // In the order in which the user has to mend things: the file, its columns, its values.
+std::string unmappedText(const std::string& fields) {
+  return "no column of the file is mapped to " + fields +
+         "; rename the column, or use --map \"Field=Column\"";
+}
+
 std::string runRefusalText(const Said& refusal, const InputRecords& input,
                            const std::vector<FieldMapping>& mapping, const ImportKind& kind) {
   if (std::string fault = input.refusal(kind); !fault.empty()) return fault;
   const std::string unmapped = unmappedFields(mapping, kind.mandatory);
-  if (!unmapped.empty()) return unmappedText(unmapped, input);
+  if (!unmapped.empty()) return unmappedIn(unmapped, input);
   if (refusal.why.reason != Reason::ValueMissing) return refusal.text;
   return valueMissingText(mapping.at(refusal.why.field.value()).field, input,
                           refusal.row - ImportRun::firstDataRow);
@@ -94,7 +97,7 @@ void requireImportable(const ImportResult& result) {
   const std::string fault = input.refusal(kind);
   const std::string unmapped = unmappedFields(result.mapping, kind.mandatory);
   if (input.count() == 0 && !unmapped.empty()) {
-    throw Refused(fault.empty() ? "the file has no records, and " + unmappedText(unmapped, input)
+    throw Refused(fault.empty() ? "the file has no records, and " + unmappedIn(unmapped, input)
                                 : fault);
   }
   if (!unmapped.empty() || !fault.empty()) return;
@@ -131,7 +134,7 @@ void requireWhole(const ImportResult& result) {
   const ImportKind& kind = *result.arguments.kind;
   if (const std::string fault = result.input->refusal(kind); !fault.empty()) throw Refused(fault);
   const std::string unmapped = unmappedFields(result.mapping, kind.mandatory);
-  if (!unmapped.empty()) throw Refused(unmappedText(unmapped, *result.input));
+  if (!unmapped.empty()) throw Refused(unmappedIn(unmapped, *result.input));
   requireValues(result);
 }
 

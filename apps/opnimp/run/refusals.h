@@ -14,6 +14,9 @@
 
 namespace velk {
 
+/// Of a file without columns for these mandatory fields.
+std::string unmappedText(const std::string& fields);
+
 /// Of a file that the screen did not view.
 std::string viewRefusalText(const ImportReport& report, const InputRecords& input,
                             const ImportKind& kind);

@@ -47,7 +47,7 @@ std::unique_ptr<const InputRecords> fromLine(std::unique_ptr<const InputRecords>
   if (first < whole->count()) return std::make_unique<LaterRecords>(std::move(whole), first);
   throw UsageError("--from-line: no record of " + arguments.file + " begins at " +
                    std::string(whole->placeWord()) + " " + grouped(arguments.fromLine) +
-                   " or behind it");
+                   " or behind it; give a smaller number");
 }
 
 /// Whether both paths lead to the same file; also for files that do not exist yet.
@@ -126,7 +126,7 @@ void checkWrites(const std::vector<Writes>& several, const DatabaseChoice& datab
     for (std::size_t j = 0; j < i; ++j) {
       if (!haveSameFile(several[i], several[j])) continue;
       throw UsageError(std::string(several[i].writer).append(" and ").append(several[j].writer) +
-                       " name one file");
+                       " name one file: give each a name of its own");
     }
   }
 }

@@ -1,5 +1,6 @@
 #include "apps/opnimp/warnings/master_check.h"
 
+#include "apps/opnimp/records/posted_values.h"
 #include "apps/opnimp/warnings/text_check.h"
 #include "base/text.h"
 #include "masters/vendor_import.h"
@@ -45,9 +46,8 @@ const CodedField* codedField(const ImportKind& kind, std::size_t field) {
   return nullptr;
 }
 
-/// Databases compare codes without letter case.
 std::string keyOf(const CheckedRecord& record, std::size_t field) {
-  return lowerAscii(postedText(record, field));
+  return comparedText(postedText(record, field));
 }
 
 }  // namespace

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "apps/opnimp/records/posted_values.h"
 #include "apps/opnimp/warnings/amount_check.h"
 #include "apps/opnimp/warnings/date_check.h"
 #include "apps/opnimp/warnings/row_check.h"
 #include "apps/opnimp/warnings/text_check.h"
-#include "base/date_reader.h"
-#include "base/errors.h"
-#include "base/numbers.h"
 #include "base/text.h"
 #include "base/values.h"
 
@@ -24,11 +22,9 @@ constexpr std::size_t fewestParties = 3;
 
 /// As the import reads it; empty beyond the range of numbers, where it stops.
 std::optional<double> amountOf(const CheckedRecord& record, std::size_t field) {
-  try {
-    return leadingNumber(record.read(field));
-  } catch (const RuntimeError&) {
-    return std::nullopt;
-  }
+  const Value amount = postedAmount(record.read(field));
+  const auto* const number = std::get_if<double>(&amount);
+  return number != nullptr ? std::optional(*number) : std::nullopt;
 }
 
 std::string textOf(const std::optional<double>& amount) {
@@ -79,8 +75,7 @@ void checkCode(const CheckedRecord& record, std::vector<Warning>& warnings) {
 
 void OpeningCheck::check(const CheckedRecord& record, bool repeated,
                          std::vector<Warning>& warnings) {
-  // Databases compare codes without letter case.
-  const std::string party = lowerAscii(trim(record.read(openingField::code)));
+  const std::string party = comparedText(record.read(openingField::code));
   checkCode(record, warnings);
   checkText(record, openingField::reference, warnings);
   // An equal row is a warning already.
@@ -103,7 +98,7 @@ void OpeningCheck::finish(std::vector<Warning>& warnings) const {
 void OpeningCheck::checkReference(const CheckedRecord& record, const std::string& party,
                                   std::vector<Warning>& warnings) {
   const std::string reference = record.read(openingField::reference);
-  const std::string key = lowerAscii(trim(reference));
+  const std::string key = comparedText(reference);
   if (key.empty()) return checkEqual(record, party, warnings);
   const auto [earlier, isNew] = lines_.emplace(party + '\0' + key, record.line());
   if (isNew) return;
@@ -117,11 +112,12 @@ void OpeningCheck::checkReference(const CheckedRecord& record, const std::string
 void OpeningCheck::checkEqual(const CheckedRecord& record, const std::string& party,
                               std::vector<Warning>& warnings) {
   if (party.empty()) return;  // such records are refused
-  const std::string text = record.read(openingField::date);
-  const auto reading = readDate(text, file_.currentYear);
-  std::string key = party + '\0' + (reading ? formatDayFirst(reading->date) : text);
-  for (const std::size_t field : {openingField::bill, openingField::balance}) {
-    key.append(1, '\0').append(textOf(amountOf(record, field)));
+  const Value bill = postedAmount(record.read(openingField::bill));
+  const Value balance = postedAmount(record.read(openingField::balance));
+  std::string key = party;
+  for (const Value& posted : {postedDay(record.read(openingField::date), file_.currentYear), bill,
+                              postedBalance(bill, balance)}) {
+    key.append(1, '\0').append(toText(posted));
   }
   const auto [earlier, isNew] = nameless_.emplace(std::move(key), record.line());
   if (isNew) return;
