@@ -57,6 +57,7 @@ constexpr Signs usualSigns[] = {
     {u"\u2018\u20AC", Stands::Anywhere, 4},
     {u"\u00B4", Stands::Anywhere, 8},
     {u"\u00B7\u00AD", Stands::Anywhere, 10},
+    {u"\u00A0", Stands::AtEdge, 6},
     {u"\u00A0", Stands::Anywhere, 14},
     {u"\u00AE\u2122", Stands::AtEnd, 4},
     {u"\u00B0", Stands::AtEnd, 6},
@@ -69,17 +70,18 @@ constexpr Signs usualSigns[] = {
 
 /// What the sign costs that stands there; empty if it cannot.
 std::optional<unsigned> signCost(std::u16string_view word, std::size_t at) {
-  const auto* const use = std::ranges::find_if(usualSigns, [&](const Signs& usual) {
-    return usual.signs.find(word[at]) != std::u16string_view::npos;
-  });
-  if (use == std::end(usualSigns)) return std::nullopt;
   const bool isBefore = at + 1 < word.size() && isLetter(word[at + 1]);
   const bool isBehind = at > 0 && isLetter(word[at - 1]);
-  const bool fits =
-      use->where == Stands::Anywhere || (use->where == Stands::AtEdge && !(isBefore && isBehind)) ||
-      (use->where == Stands::AtEnd && !isBefore) || (use->where == Stands::NearStart && at <= 1) ||
-      (use->where == Stands::Alone && !isBefore && !isBehind);
-  return fits ? std::optional(use->cost) : std::nullopt;
+  const auto fits = [&](const Signs& usual) {
+    if (usual.signs.find(word[at]) == std::u16string_view::npos) return false;
+    return usual.where == Stands::Anywhere ||
+           (usual.where == Stands::AtEdge && !(isBefore && isBehind)) ||
+           (usual.where == Stands::AtEnd && !isBefore) ||
+           (usual.where == Stands::NearStart && at <= 1) ||
+           (usual.where == Stands::Alone && !isBefore && !isBehind);
+  };
+  const auto* const use = std::ranges::find_if(usualSigns, fits);
+  return use == std::end(usualSigns) ? std::nullopt : std::optional(use->cost);
 }
 
 bool isSmallLetter(char16_t c) {
