@@ -65,8 +65,8 @@ Reversal reversalOf(JournaledImport& run) {
     return reversal;
   } catch (const RuntimeError&) {
     throw CannotOpen(number +
-                     " posted a text that no comma-separated file can hold; nothing was "
-                     "written");
+                     " posted a text that no comma-separated file can hold; nothing was written: "
+                     "enter the opposite documents by hand");
   }
 }
 

@@ -127,7 +127,7 @@ JournaledImport::JournaledImport(const OpenJournal& journal, std::uint64_t numbe
 void JournaledImport::requireAgreement(bool agrees) const {
   if (agrees) return;
   throw CannotOpen("the journal " + result_.journal + " contradicts itself about run " +
-                   std::to_string(result_.run));
+                   std::to_string(result_.run) + ": compare the database with the file");
 }
 
 /// Calls are written down before it is known whether their transaction is kept, and before the disk

@@ -1,0 +1,89 @@
+"""The programs and libraries that we are measured against: whether each is there, and in which version."""
+import json
+import shutil
+import subprocess
+
+from figures.measure import DATA, Failed, run, skip
+
+NODE_MODULES = DATA / "npm/node_modules"
+PYTHON = "/usr/bin/python3"  # the interpreter that Debian's packages are for
+JAVA_PATH = "/usr/share/java/"
+POI_CLASSES = ":".join(JAVA_PATH + name + ".jar"
+                       for name in ("poi", "commons-codec", "commons-collections4", "commons-math3"))
+
+
+def _debian(package):
+    """The version of a package that is installed, else nothing."""
+    done = subprocess.run(["dpkg-query", "-W", "-f", "${db:Status-Status} ${Version}", package],
+                          capture_output=True, text=True)
+    status, _, version = done.stdout.partition(" ")
+    return version if status == "installed" else ""
+
+
+def _npm(module):
+    manifest = NODE_MODULES / module / "package.json"
+    return json.loads(manifest.read_text())["version"] if manifest.exists() else ""
+
+
+def _tool(*command):
+    if not shutil.which(command[0]):
+        return ""
+    done = subprocess.run(command, capture_output=True, text=True)
+    return (done.stdout + done.stderr).strip().split("\n")[0]
+
+
+# Each answers its version, or nothing where it is not there.
+PEERS = {
+    "libcsv": lambda: _debian("libcsv3"),
+    "nodejs-polars": lambda: _npm("nodejs-polars"),
+    "SheetJS": lambda: _npm("xlsx"),
+    "Node.js": lambda: _tool("node", "--version"),
+    "sqlite3": lambda: _debian("sqlite3"),
+    "Apache POI": lambda: _debian("libapache-poi-java"),
+    "Java": lambda: _tool("java", "--version"),
+    "xlwt": lambda: _debian("python3-xlwt"),
+    "xlrd": lambda: _debian("python3-xlrd"),
+    "freexl": lambda: _debian("libfreexl1"),
+    "LibreOffice": lambda: _tool("soffice", "--version") and _debian("libreoffice-calc"),
+    "glibc's iconv": lambda: _debian("libc6"),
+    "libstdc++": lambda: _debian("libstdc++6"),
+    "unixODBC": lambda: _debian("libodbc2"),
+    "SQLite's ODBC driver": lambda: _debian("libsqliteodbc"),
+    "PostgreSQL": lambda: _debian("postgresql-15"),
+    "psqlODBC": lambda: _debian("odbc-postgresql"),
+    "MariaDB": lambda: _debian("mariadb-server-core"),
+    "MariaDB's ODBC driver": lambda: _debian("odbc-mariadb"),
+    "Galera": lambda: _debian("galera-4"),
+    "Wine": lambda: _tool("wine", "--version"),
+}
+
+
+def versions():
+    return {name: version for name, find in PEERS.items() if (version := find())}
+
+
+def install_modules():
+    """What comes from the npm registry that npm is set up for."""
+    folder = DATA / "npm"
+    folder.mkdir(parents=True, exist_ok=True)
+    for name in ("package.json", "polars.mjs", "sheetjs.mjs"):
+        shutil.copy(f"bench/{name}", folder)
+    wanted = json.loads((folder / "package.json").read_text())["dependencies"]
+    if all(_npm(module) == version for module, version in wanted.items()):
+        return
+    try:
+        run(["npm", "install", "--prefix", folder, "--no-package-lock", "--no-audit", "--no-fund", "--loglevel=error"])
+    except (Failed, OSError) as error:
+        skip(f"npm could not install nodejs-polars and SheetJS: {error}")
+
+
+def those_there(group):
+    """The group's sides without those whose peer is missing, which is said."""
+    sides = {}
+    for name, side in group.sides.items():
+        peer = group.needs.get(name)
+        if peer and not PEERS[peer]():
+            skip(f"{peer} is not installed: no {name}")
+        else:
+            sides[name] = side
+    return sides
