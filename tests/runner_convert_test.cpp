@@ -85,6 +85,9 @@ TEST_CASE("a file in any encoding and layout becomes the one that the screens re
       {utf16(text, true), "every first byte of a pair is NUL, as in UTF-16 without a mark"},
       {with(text, ';', "\n"), "2 lines end in a line feed"},
       {with(want, '\t', "\r"), "2 lines end in a carriage return"},
+      {with(want, ';', "\r\r\n"), "2 lines end in them"},
+      {with(text, ';', "\n") + ";;;;;\n", "1 row, the first being that of line 3"},
+      {want + ",,\"\",,,\r\n", "1 row, the first being that of line 3"},
       {with(want, '|', "\r\n"), "1 of 1 line has 6 values"},
       {"sep=;\n" + with(text, ';', "\n"), "line 1 says sep=;, and 1 of 1 line has 6 values"},
       {"Balances\n\nof 2008\n" + text, "it holds 6 titles of customer-opening"},
@@ -142,6 +145,9 @@ TEST_CASE("an amount and a date are written as the screens read them") {
       {"1,23,456.00", "", ",123456.00"},
       {"12,5", "", ",12.5"},
       {"50,-", "", ",50"},
+      {"1.234,-", "", ",1234"},
+      {"1.234,--", "", ",1234"},
+      {"1,234.-", "", ",1234"},
       {"CHF 50.\xE2\x80\x93", "", ",50"},
       {"0.00 Cr", "", ",0.00"},
       {"0,125", "", ",0.125"},
@@ -359,6 +365,13 @@ TEST_CASE("a file of which nobody knows what is meant is refused, or left as the
     std::string bytes, says;
     std::vector<std::string> more = {};
   } rows[] = {
+      {semicolons("C001;A;R1;;500,50;0\r\n;;;;507,75;0"), "--skip-last-lines 1"},
+      {semicolons("C001;A;R1;;500,50;0\r\nTotal;;;;507,75;0\r\nPage 1 of 1"),
+       "the last 2 lines seem to be no record"},
+      {"\xEF\xBB\xBF" + with({"C001,A,R1,,5,5",
+                              "\xEF\xBB\xBF"
+                              "C002,A,R2,,5,5"}),
+       "two files put together"},
       // Rows that are not split as the others, while values are to be rewritten.
       {with({"C001,\"Smith\" & Co,R1,03/04/2007,5,5", late}), "that of line 2"},
       {with({"C001, \"Smith, John\",R1,03/04/2007,5,5", late}), "line 2: correct it"},

@@ -238,7 +238,7 @@ TEST_CASE("records of master data that the database refuses are lost on the scre
   world.kind = "bank-branch";
   const std::string_view known = "BSH,Sahyadri,BSH001,Shivajinagar";
   const std::string rejects = world.folder.path("r.csv");
-  const Ran banks = world.importLines({bankTitles, "O'B,\" O'B \",O1,Main", known, ",,,"}, {});
+  const Ran banks = world.importLines({bankTitles, "O'B,\" O'B \",O1,Main", known, ",X,,"}, {});
   CHECK(banks.status == 2);
   CHECK(banks.err == "Bank Code is Mandatory.Its not been Mapped\n");
   CHECK(contains(banks.out, "Bank Code is empty in line 4 (record 3)"));

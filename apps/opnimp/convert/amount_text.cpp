@@ -66,7 +66,8 @@ class AmountParser {
 
   bool parse(AmountText& amount) {
     amount_ = &amount;
-    while (!isBare() && (takeParentheses() || takeMinus() || takeSide() || takeCurrency())) {
+    while (!isBare() &&
+           (takeParentheses() || takeNoCents() || takeMinus() || takeSide() || takeCurrency())) {
       rest_ = trim(rest_);
     }
     // (5)-, -5 Cr or -5 Dr: nobody knows what that is meant to be.
@@ -90,13 +91,20 @@ class AmountParser {
     return note(AmountForm::Parentheses);
   }
 
+  /// 50,- or 50.--: the mark stays, for it says that it is in front of decimals.
+  bool takeNoCents() {
+    constexpr std::size_t mostDashes = 2;
+    const std::size_t mark = rest_.find_last_not_of('-');
+    if (mark == Text::npos || (rest_[mark] != ',' && rest_[mark] != '.')) return false;
+    const std::size_t dashes = rest_.size() - mark - 1;
+    if (dashes == 0 || dashes > mostDashes) return false;
+    rest_.remove_suffix(dashes);
+    return note(AmountForm::NoCents);
+  }
+
   /// A minus right before the digits is one that the screens read, too.
   bool takeMinus() {
     if (rest_.size() < 2) return false;
-    if (rest_.ends_with(",-") || rest_.ends_with(".-")) {
-      rest_.remove_suffix(2);  // no cents
-      return note(AmountForm::Gaps);
-    }
     if (rest_.ends_with('-')) {
       rest_.remove_suffix(1);
     } else if (rest_.starts_with('-')) {

@@ -18,8 +18,8 @@ enum class DecimalSign : std::uint8_t {
 };
 
 /// What an amount has beside its digits.
-enum class AmountForm : std::uint8_t { Parentheses, Minus, DebitCredit, Currency, Gaps };
-inline constexpr int amountForms = 5;
+enum class AmountForm : std::uint8_t { Parentheses, Minus, DebitCredit, Currency, Gaps, NoCents };
+inline constexpr int amountForms = 6;
 
 struct AmountText {
   DecimalSign sign = DecimalSign::None;

@@ -55,7 +55,7 @@ void CanonicalWriter::writeRow(const RowReader& rows) {
 }
 
 void CanonicalWriter::beginRow(const RowReader& rows) {
-  if (!isCanonical_) lines_.push_back(rows.line());
+  if (keepsLines_) lines_.push_back(rows.line());
 }
 
 void CanonicalWriter::writeCells(const RowReader& rows, std::size_t first, std::size_t end) {

@@ -16,14 +16,15 @@ namespace velk {
 class CanonicalWriter {
  public:
   /// `fromUtf8`: else the rows are in windows-1252. `isCanonical`: they are laid out as the screens
-  /// have them, and what is not rewritten stays byte for byte.
-  CanonicalWriter(bool fromUtf8, bool isCanonical)
-      : fromUtf8_(fromUtf8), isCanonical_(isCanonical) {}
+  /// have them, and what is not rewritten stays byte for byte. `keepsLines`: they are not those of
+  /// the file.
+  CanonicalWriter(bool fromUtf8, bool isCanonical, bool keepsLines)
+      : fromUtf8_(fromUtf8), isCanonical_(isCanonical), keepsLines_(keepsLines) {}
 
   /// Room for so many bytes in so many lines.
   void reserve(std::size_t size, std::size_t lines) {
     bytes_.reserve(size);
-    if (!isCanonical_) lines_.reserve(lines);
+    if (keepsLines_) lines_.reserve(lines);
   }
 
   /// `renamed`: the title of each column, in ASCII; empty: the one that the row has. One with
@@ -55,6 +56,7 @@ class CanonicalWriter {
 
   bool fromUtf8_;
   bool isCanonical_;
+  bool keepsLines_;
   std::string bytes_;
   std::vector<std::size_t> lines_;
   std::string room_;

@@ -54,8 +54,8 @@ class Converter {
     readTitles();
     result_.isSplitAtCommas = sheet_ == nullptr && layout_.delimiter == ',';
     // Nothing in such a file could be told otherwise.
-    if (!isCanonical_ || !columns_.empty() || titleDoubt_.isOpen() || mayHaveSpacedQuotes())
-      survey();
+    const bool isPlain = isCanonical_ && columns_.empty() && !titleDoubt_.isOpen();
+    if (!isPlain || mayHaveSpacedQuotes() || mayHaveEmptyRows()) survey();
     tellText();
     tellLayout();
     rules_ = survey_.decide(arguments_.convert, isCanonical_);
@@ -69,7 +69,7 @@ class Converter {
     refuseBroken();
     refuseUnread();
     const bool isWritten = !isCanonical_ || renames_ || rules_.changeValues || quotedTitles_ ||
-                           text_.size() < source_.text().size();
+                           empty_ || text_.size() < source_.text().size();
     if (result_.refusal.empty() && isWritten) write();
     return std::move(result_);
   }
@@ -136,11 +136,22 @@ class Converter {
            text_.find("\t\"") != std::string_view::npos;
   }
 
+  /// Of a file in the format of the screens.
+  bool mayHaveEmptyRows() const {
+    return text_.find("\n,") != std::string_view::npos ||
+           text_.find("\n ") != std::string_view::npos ||
+           text_.find("\n\"\"") != std::string_view::npos;
+  }
+
   void survey() {
     RowReader rows = layout_.rows(text_);
     rows.next();
     while (rows.next()) {
       if (isBlankRow(rows.row())) continue;
+      if (isEmptyRow(rows.cells())) {
+        empty_.add("", rows.line());
+        continue;
+      }
       ++rows_;
       if (rows.cells().size() == width_) ++wellFormed_;
       if (rows.isBroken()) broken_.add(rows.row(), rows.line());
@@ -221,6 +232,12 @@ class Converter {
       offer({titleDoubt_.choice()});
     }
     tellLastLines();
+    if (empty_ && sheet_ == nullptr) {
+      assume({"rows without a value", "left out",
+              counted(empty_.count, "row", "rows") + ", the first being that of line " +
+                  grouped(empty_.line),
+              ""});
+    }
     if (arguments_.convert.delimiter) {
       assume({"delimiter", delimiterName(layout_.delimiter), "given with --delimiter", ""});
     }
@@ -244,14 +261,12 @@ class Converter {
     }
   }
 
-  /// Their figures refuse those of balances; of master data nothing else would.
   void offerTotals(std::size_t count) {
     if (count == 0) return;
     const std::string option = "--skip-last-lines " + std::to_string(count);
     offer({option});
-    if (arguments_.kind->opening != nullptr) return;
     const std::string_view rest = text_.substr(withoutLastLines(text_, layout_, count).size());
-    refuse("the last " + counted(count, "line seems", "lines seem") +
+    refuse("the last " + (count == 1 ? "line seems" : grouped(count) + " lines seem") +
            " to be no record, beginning with " + beginningOf(rest) +
            ": leave out what is none with " + option +
            ", or say with --skip-last-lines 0 that all are records");
@@ -291,11 +306,12 @@ class Converter {
   }
 
   void write() {
-    CanonicalWriter writer(source_.isUtf8(), isCanonical_);
+    CanonicalWriter writer(source_.isUtf8(), isCanonical_, !isCanonical_ || empty_);
     writer.reserve(text_.size(), rows_ + 1);
     RowReader rows = layout_.rows(text_);
     for (bool isHeader = true; rows.next(); isHeader = false) {
       if (!isHeader && isBlankRow(rows.row()) && !isCanonical_) continue;
+      if (!isHeader && isEmptyRow(rows.cells())) continue;
       if (isHeader) {
         writer.writeTitles(rows, renamed_);
       } else if (!hasValues(rows)) {
@@ -348,12 +364,24 @@ class Converter {
     std::string bytes = writer.takeBytes();
     if (isCanonical_ && bytes == source_.text()) return;
     result_.bytes = std::move(bytes);
-    if (!isCanonical_) result_.lines = writer.takeLines();
+    result_.lines = writer.takeLines();
+  }
+
+  /// What programs write for letters that they cannot read, and in front of a text.
+  static bool isDamage(std::string_view value) {
+    return value.find("\xEF\xBF\xBD") != std::string_view::npos ||
+           value.find("\\uFEFF") != std::string_view::npos;  // as it is printed
   }
 
   void tellLacking(const ClueTally& lacking) {
     const std::string values =
         counted(lacking.count, "value", "values") + ", the first being " + lacking.first();
+    if (isDamage(lacking.text)) {
+      return refuse(
+          "letters were lost before, or two files put together: a mark that is no letter "
+          "stands in " +
+          values + ": correct them");
+    }
     if (arguments_.convert.replace) {
       assume({"letters that windows-1252 does not have", "?", values, ""});
     } else {
@@ -378,6 +406,7 @@ class Converter {
   TitleDoubt titleDoubt_;
   std::size_t rows_ = 0;
   std::size_t wellFormed_ = 0;  // rows as wide as the titles
+  ClueTally empty_;             // rows of separators
   ClueTally broken_;
   ClueTally unread_;  // rows of which nobody knows where the values stand
   ClueTally misfits_;

@@ -5,6 +5,7 @@
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/convert/amount_text.h"
 #include "base/text.h"
 
 namespace velk {
@@ -33,15 +34,36 @@ bool saysTotal(std::string_view cell) {
   return std::ranges::find(totalWords, word) != totalWords.end();
 }
 
+bool isFilled(const WrittenCell& cell) {
+  const std::string_view value = trim(cell.text);
+  return !value.empty() && value != "\"\"";
+}
+
+/// "Page 1 of 1": no code is of several words.
+bool isRemark(std::span<const WrittenCell> cells, std::size_t width) {
+  return cells.size() < width && std::ranges::count_if(cells, isFilled) == 1 &&
+         trim(std::ranges::find_if(cells, isFilled)->text).find_first_of(" :") !=
+             std::string_view::npos;
+}
+
+/// Nothing but amounts, where records have their code or name.
+bool isSum(std::span<const WrittenCell> cells, std::size_t width) {
+  std::string room;
+  return cells.size() == width && width > 2 && !isFilled(cells.front()) &&
+         std::ranges::all_of(cells, [&](const WrittenCell& cell) {
+           return !isFilled(cell) || readAmount(trim(meantValue(cell.text, room))).has_value();
+         });
+}
+
 /// A shorter line may be a record that was cut off: its first word has to say what it is. One of
 /// the titles' width says nothing but that word, since a name may begin with it.
 bool isTotal(const RowReader& row, std::size_t width) {
-  const auto filled = std::ranges::find_if(
-      row.cells(), [](const WrittenCell& cell) { return !trim(cell.text).empty(); });
+  const auto filled = std::ranges::find_if(row.cells(), isFilled);
   if (filled == row.cells().end()) return false;
   const std::string_view cell = trim(filled->text);
   const std::string_view first = cell.substr(0, cell.find(' '));
-  return saysTotal(cell) || (row.cells().size() != width && saysTotal(first));
+  return saysTotal(cell) || (row.cells().size() != width && saysTotal(first)) ||
+         isRemark(row.cells(), width) || isSum(row.cells(), width);
 }
 
 char endOf(const Layout& layout) {
@@ -52,7 +74,10 @@ char endOf(const Layout& layout) {
 std::string_view upToLast(std::string_view text, const Layout& layout) {
   for (;;) {
     const std::size_t start = lastLineOf(text, endOf(layout));
-    if (text.empty() || !isBlankRow(text.substr(start))) return text;
+    if (text.empty()) return text;
+    RowReader row(text, layout.delimiter, layout.ends, start);
+    const bool isEmpty = row.next() && isEmptyRow(row.cells());
+    if (!isEmpty && !isBlankRow(text.substr(start))) return text;
     text = text.substr(0, start);
   }
 }

@@ -9,9 +9,9 @@
 
 namespace velk {
 
-/// How many lines at the end look like totals, by a word for it in their first value: alone, or at
-/// its beginning in a line that has not the `width` of the titles. No more than three; none if all
-/// lines do.
+/// How many lines at the end look like no records: totals, by a word for it in their first value
+/// (alone, or at its beginning in a line that has not the `width` of the titles) or by amounts
+/// alone; a remark in a shorter line. No more than three; none if all lines do.
 std::size_t countTotals(std::string_view text, const Layout& layout, std::size_t width);
 
 /// The text without that many lines at its end; blank ones do not count. Raises UsageError if the

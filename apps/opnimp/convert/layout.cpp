@@ -32,13 +32,16 @@ constexpr std::size_t mostTitles = 500;
 struct Ends {
   std::size_t pairs = 0;
   std::size_t feeds = 0;    // without a carriage return before them
+  std::size_t doubled = 0;  // of the pairs, with one more carriage return before them
   std::size_t returns = 0;  // without a line feed behind them
 };
 
 Ends countEnds(std::string_view text) {
   Ends ends;
   for (std::size_t at = 0; (at = text.find('\n', at)) != std::string_view::npos; ++at) {
-    ++(at > 0 && text[at - 1] == '\r' ? ends.pairs : ends.feeds);
+    const bool isPair = at > 0 && text[at - 1] == '\r';
+    ++(isPair ? ends.pairs : ends.feeds);
+    if (isPair && at > 1 && text[at - 2] == '\r') ++ends.doubled;
   }
   for (std::size_t at = 0; (at = text.find('\r', at)) != std::string_view::npos; ++at) {
     ++ends.returns;
@@ -64,6 +67,10 @@ void findEnds(std::string_view text, Layout& layout) {
         ends.pairs == 0 ? "" : ", " + grouped(ends.pairs) + " in carriage return + line feed";
     layout.assumptions.push_back(
         ofEnds("line feeds", linesEnd(ends.feeds) + " a line feed" + paired));
+  } else if (ends.doubled > 0 && ends.doubled == ends.pairs) {
+    layout.ends = LineEnds::LineFeeds;
+    layout.assumptions.push_back(
+        ofEnds("two carriage returns + line feed", linesEnd(ends.doubled) + " them"));
   } else if (ends.pairs == 0 && ends.returns > 0) {
     layout.ends = LineEnds::CarriageReturns;
     layout.assumptions.push_back(
@@ -180,7 +187,8 @@ bool allEndInPairs(std::string_view text, const Layout& layout) {
   if (layout.ends != LineEnds::LineFeeds) return false;
   RowReader rows = layout.rows(text);
   while (rows.next()) {
-    if (rows.lineEnd() == "\n" || rows.isBroken()) return false;
+    const bool isPair = rows.lineEnd().empty() || rows.lineEnd() == "\r\n";
+    if (!isPair || rows.isBroken()) return false;
   }
   return true;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/text.h"
 #include "shared/csv_text.h"
 
 namespace velk {
@@ -10,6 +11,8 @@ namespace {
 
 constexpr char quote = '"';
 constexpr std::string_view pair = "\r\n";
+/// Of a text that was converted twice.
+constexpr std::string_view doubled = "\r\r\n";
 /// No list shows more columns.
 constexpr std::size_t mostCells = 32767;
 
@@ -52,7 +55,8 @@ bool RowReader::isLineEnd(std::size_t at) const {
     case LineEnds::Pairs:
       return c == '\r' && at + 1 < text_.size() && text_[at + 1] == '\n';
     case LineEnds::LineFeeds:
-      return c == '\n' || (c == '\r' && at + 1 < text_.size() && text_[at + 1] == '\n');
+      return c == '\n' || text_.substr(at, pair.size()) == pair ||
+             text_.substr(at, doubled.size()) == doubled;
     default:
       return c == '\r';
   }
@@ -98,8 +102,11 @@ std::size_t RowReader::endOfQuoted(std::size_t at) {
 void RowReader::endRow(std::size_t at) {
   end_ = at;
   if (end_ - start_ > maxLineLength) broken_ = true;
-  const std::string_view rest = text_.substr(at, pair.size());
-  next_ = at + (rest == pair ? pair.size() : std::min<std::size_t>(rest.size(), 1));
+  const std::string_view rest = text_.substr(at, doubled.size());
+  const bool isDoubled = ends_ == LineEnds::LineFeeds && rest == doubled;
+  next_ = at + (isDoubled                ? doubled.size()
+                : rest.starts_with(pair) ? pair.size()
+                                         : std::min<std::size_t>(rest.size(), 1));
   ++nextLine_;
 }
 
@@ -138,6 +145,13 @@ void appendQuoted(std::string& to, std::string_view value) {
 bool isBlankRow(std::string_view row) {
   row = row.substr(0, row.find_last_not_of("\r\n") + 1);
   return row.find_first_not_of(" \t\x1A") == std::string_view::npos || row == "\"\"";
+}
+
+bool isEmptyRow(std::span<const WrittenCell> cells) {
+  return cells.size() > 1 && std::ranges::all_of(cells, [](const WrittenCell& cell) {
+           const std::string_view value = trim(cell.text);
+           return value.empty() || value == "\"\"";
+         });
 }
 
 }  // namespace velk

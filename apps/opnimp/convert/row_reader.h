@@ -13,7 +13,7 @@ namespace velk {
 
 enum class LineEnds {
   Pairs,           ///< carriage return + line feed only, inside quotes, too: as the screens read
-  LineFeeds,       ///< with or without a carriage return before it
+  LineFeeds,       ///< with no carriage return before it, one, or two
   CarriageReturns  ///< alone
 };
 
@@ -78,5 +78,7 @@ void appendQuoted(std::string& to, std::string_view value);
 /// Blanks, the mark that ends files of old programs, or one empty value, which would be no record
 /// without its quotes. Its line end does not count.
 bool isBlankRow(std::string_view row);
+/// Separators and no value, as spreadsheet programs write for rows that are empty.
+bool isEmptyRow(std::span<const WrittenCell> cells);
 
 }  // namespace velk

@@ -21,7 +21,8 @@ constexpr std::array<FormText, amountForms> formTexts{
      {"minus signs elsewhere than right before the digits", "below zero"},
      {"Dr and Cr", "Dr above zero, Cr below"},
      {"currency", "left out"},
-     {"blanks and apostrophes within amounts", "left out"}}};
+     {"blanks and apostrophes within amounts", "left out"},
+     {"dashes behind the decimal sign", "no cents"}}};
 
 void assume(ValueRules& rules, std::string what, std::string value, std::string reason,
             std::string_view option) {

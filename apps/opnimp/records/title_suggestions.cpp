@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "apps/opnimp/records/side_words.h"
 #include "apps/opnimp/records/title_synonyms.h"
 #include "apps/opnimp/records/title_words.h"
 #include "base/text.h"
@@ -156,7 +157,7 @@ std::vector<Unused> unusedColumns(const std::vector<FieldMapping>& mapping,
     if (std::ranges::count(mapping, column, &FieldMapping::column) > 0) continue;
     Name title = nameOf(titles[column], {});
     // A side of the account is no field's, whatever its title is short for.
-    if (title.letters.empty() || isSideTitle(title.letters)) continue;
+    if (title.letters.empty() || isSideTitle(title.words)) continue;
     unused.push_back({column, std::move(title)});
   }
   return unused;
@@ -166,7 +167,11 @@ std::vector<Unused> unusedColumns(const std::vector<FieldMapping>& mapping,
 
 // A title that stands twice, or that the option would read otherwise, goes by its number.
 std::string TitleSuggestion::option() const {
-  const bool plain = title.find_first_of("\"'`$\\!\n\r#") == std::string::npos && !isRepeated;
+  const auto isPlain = [](char c) {
+    return static_cast<unsigned char>(c) >= ' ' && c != '\x7F' &&
+           std::string_view("\"'`$\\!#").find(c) == std::string_view::npos;
+  };
+  const bool plain = std::ranges::all_of(title, isPlain) && !isRepeated;
   return field + "=" + (plain ? title : "#" + std::to_string(column + 1));
 }
 

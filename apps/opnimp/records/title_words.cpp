@@ -59,14 +59,6 @@ std::string joined(const std::vector<std::string>& words) {
   return std::accumulate(words.begin(), words.end(), std::string());
 }
 
-bool isSideTitle(std::string_view letters) {
-  constexpr auto titles = std::to_array<std::string_view>(
-      {"avere",    "balancetype", "cr",    "crdr",        "credit",        "dare", "dc",
-       "debe",     "debet",       "debit", "debitcredit", "debitorcredit", "dr",   "drcr",
-       "drcrflag", "haben",       "haber", "sh",          "side",          "sign", "soll"});
-  return std::ranges::count(titles, letters) > 0;
-}
-
 bool abbreviates(const std::vector<std::string>& words, const std::vector<std::string>& of) {
   return std::ranges::equal(words, of, [](const std::string& word, const std::string& whole) {
     return word == whole || shortens(word, whole);

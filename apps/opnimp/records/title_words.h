@@ -15,10 +15,6 @@ std::vector<std::string> wordsOf(std::string_view title);
 /// The words without what separates them.
 std::string joined(const std::vector<std::string>& words);
 
-/// Whether a title, its words joined, is one of what tells a debit from a credit, or of one side of
-/// the account.
-bool isSideTitle(std::string_view letters);
-
 /// True when there are as many words, and each is the other's or shortens it: it begins with the
 /// same letter, and all of its letters follow each other there, as in "amt" of "amount".
 bool abbreviates(const std::vector<std::string>& words, const std::vector<std::string>& of);

@@ -7,6 +7,7 @@
 
 #include "apps/opnimp/convert/amount_text.h"
 #include "apps/opnimp/convert/date_text.h"
+#include "apps/opnimp/records/side_words.h"
 #include "apps/opnimp/records/title_words.h"
 #include "base/date_reader.h"
 #include "base/errors.h"
@@ -26,25 +27,6 @@ constexpr std::size_t fewestReferences = 2;
 constexpr std::size_t mostReferences = 10'000;
 /// Of ten values that look like references, or are different.
 constexpr std::size_t nearlyAll = 9;
-
-struct SideWord {
-  std::string_view word;
-  bool isCredit;
-  bool isDocument;  // of a customer or vendor alike; only the side of an account depends on that
-};
-constexpr auto sideWords = std::to_array<SideWord>({{"cr", true, false},
-                                                    {"credit", true, false},
-                                                    {"haben", true, false},
-                                                    {"dr", false, false},
-                                                    {"debit", false, false},
-                                                    {"soll", false, false},
-                                                    {"cn", true, true},
-                                                    {"creditnote", true, true},
-                                                    {"dn", false, true},
-                                                    {"debitnote", false, true},
-                                                    {"inv", false, true},
-                                                    {"invoice", false, true},
-                                                    {"bill", false, true}});
 
 /// Words of titles of what has a number that is no document's.
 constexpr auto otherThings = std::to_array<std::string_view>(
@@ -163,13 +145,16 @@ void ColumnSurvey::lookForReference(Column& column, const std::string& text) con
 
 void ColumnSurvey::lookForSide(Column& column, const std::string& text, double bill) {
   const std::string word = joined(wordsOf(text));
-  const auto side = std::ranges::find(sideWords, word, &SideWord::word);
-  column.sidesOnly = side != sideWords.end();
+  const SideWord* const side = findSideWord(word);
+  const bool isLetter = word.size() == 1;
+  if (isLetter && column.letters.find(word) == std::string::npos) column.letters += word;
+  column.sidesOnly = side != nullptr || (isLetter && column.letters.size() <= 2);
   // Alone it says how the bills are paid.
   column.creditOnly = column.creditOnly && word == "credit";
   if (!column.sidesOnly || bill == 0) return;
-  const bool isAgainst = side->isCredit == (bill > 0);
-  if (side->isDocument) {
+  const bool isCredit = isLetter ? isCreditLetter(word.front()) : side->isCredit;
+  const bool isAgainst = isCredit == (bill > 0);
+  if (!isLetter && side->isDocument) {
     column.noteAgainstSign = column.noteAgainstSign || isAgainst;
   } else {
     (isAgainst ? column.againstSign : column.alongSign) = true;
@@ -197,6 +182,8 @@ bool ColumnSurvey::holdsSides(std::size_t column) const {
   if (column >= columns_.size()) return false;
   const Column& seen = columns_[column];
   if (seen.values == 0 || !seen.sidesOnly || seen.creditOnly) return false;
+  const std::string& letters = seen.letters;
+  if (!letters.empty() && (letters.size() != 2 || !areSides(letters[0], letters[1]))) return false;
   return seen.noteAgainstSign || (seen.againstSign && (seen.alongSign || !isOfVendors_));
 }
 

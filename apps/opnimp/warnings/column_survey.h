@@ -40,6 +40,7 @@ class ColumnSurvey {
     std::size_t references = 0;
     std::set<std::string, std::less<>> different;
     bool sidesOnly = true;
+    std::string letters;       // the different ones among values of one letter
     bool creditOnly = false;   // and the title is of how bills are paid
     bool againstSign = false;  // a side is not that of the bill, by the usual custom of customers
     bool alongSign = false;    // a side is that of the bill

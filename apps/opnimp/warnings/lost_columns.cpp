@@ -69,7 +69,8 @@ void LostColumns::look(const CheckedFile& file, std::size_t column, const std::s
 // Such files may have columns for other purposes; only dates and references are recognised.
 void LostColumns::lookInOpening(const CheckedFile& file, std::size_t column,
                                 const std::string& title) {
-  const std::string name = joined(wordsOf(title));
+  const std::vector<std::string> words = wordsOf(title);
+  const std::string name = joined(words);
   std::string_view readAs;
   if (!file.isMapped(openingField::date) &&
       (name.find("date") != std::string::npos || dates_.at(column) || survey_.holdsDates(column))) {
@@ -78,7 +79,7 @@ void LostColumns::lookInOpening(const CheckedFile& file, std::size_t column,
              (isReferenceTitle(name) || references_.at(column) ||
               survey_.holdsReferences(column))) {
     readAs = noReference;
-  } else if (isSideTitle(name) || survey_.holdsSides(column)) {
+  } else if (isSideTitle(words) || survey_.holdsSides(column)) {
     readAs = noSide;
   } else {
     return;
