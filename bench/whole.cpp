@@ -57,7 +57,7 @@ void measure(char** command) {
   const std::chrono::duration<double, std::milli> passed = std::chrono::steady_clock::now() - start;
   require(WIFEXITED(status) && WEXITSTATUS(status) < 2, "the program failed");
   const bool isNumber =
-      !printed.empty() && printed.find_first_not_of("0123456789\n") == printed.npos;
+      !printed.empty() && printed.find_first_not_of("0123456789\n") == std::string::npos;
   std::cout << passed.count() << ' ' << milliseconds(used.ru_utime) + milliseconds(used.ru_stime)
             << ' ' << used.ru_maxrss << ' ' << (isNumber ? std::stol(printed) : WEXITSTATUS(status))
             << '\n';

@@ -144,7 +144,7 @@ def convert(name, encoding="auto", **peers):
         | {peer: command for peer, (_, command) in peers.items()},
         [Compare(f"Convert {name}", "100 MB a second", "ours", "speed", 1.0)]
         + [Compare(f"Convert {name}", what, "ours", peer) for peer, (what, _) in peers.items()],
-        needs={"polars": "nodejs-polars"},
+        needs={peer: "nodejs-polars" for peer in peers if peer == "polars"},
         prepare=lambda: path.write_bytes(FOREIGN.read_bytes().decode().encode(name)))
 
 

@@ -25,41 +25,42 @@ def _npm(module):
     return json.loads(manifest.read_text())["version"] if manifest.exists() else ""
 
 
-def _tool(*command):
+def _tool(call):
+    command = call.split()
     if not shutil.which(command[0]):
         return ""
     done = subprocess.run(command, capture_output=True, text=True)
     return (done.stdout + done.stderr).strip().split("\n")[0]
 
 
-# Each answers its version, or nothing where it is not there.
+# How each is asked for its version, and as what: Debian's package, npm's module or a command.
 PEERS = {
-    "libcsv": lambda: _debian("libcsv3"),
-    "nodejs-polars": lambda: _npm("nodejs-polars"),
-    "SheetJS": lambda: _npm("xlsx"),
-    "Node.js": lambda: _tool("node", "--version"),
-    "sqlite3": lambda: _debian("sqlite3"),
-    "Apache POI": lambda: _debian("libapache-poi-java"),
-    "Java": lambda: _tool("java", "--version"),
-    "xlwt": lambda: _debian("python3-xlwt"),
-    "xlrd": lambda: _debian("python3-xlrd"),
-    "freexl": lambda: _debian("libfreexl1"),
-    "LibreOffice": lambda: _tool("soffice", "--version") and _debian("libreoffice-calc"),
-    "glibc's iconv": lambda: _debian("libc6"),
-    "libstdc++": lambda: _debian("libstdc++6"),
-    "unixODBC": lambda: _debian("libodbc2"),
-    "SQLite's ODBC driver": lambda: _debian("libsqliteodbc"),
-    "PostgreSQL": lambda: _debian("postgresql-15"),
-    "psqlODBC": lambda: _debian("odbc-postgresql"),
-    "MariaDB": lambda: _debian("mariadb-server-core"),
-    "MariaDB's ODBC driver": lambda: _debian("odbc-mariadb"),
-    "Galera": lambda: _debian("galera-4"),
-    "Wine": lambda: _tool("wine", "--version"),
+    "libcsv": (_debian, "libcsv3"),
+    "nodejs-polars": (_npm, "nodejs-polars"),
+    "SheetJS": (_npm, "xlsx"),
+    "Node.js": (_tool, "node --version"),
+    "sqlite3": (_debian, "sqlite3"),
+    "Apache POI": (_debian, "libapache-poi-java"),
+    "Java": (_tool, "java --version"),
+    "xlwt": (_debian, "python3-xlwt"),
+    "xlrd": (_debian, "python3-xlrd"),
+    "freexl": (_debian, "libfreexl1"),
+    "LibreOffice": (_debian, "libreoffice-calc"),
+    "glibc's iconv": (_debian, "libc6"),
+    "libstdc++": (_debian, "libstdc++6"),
+    "unixODBC": (_debian, "libodbc2"),
+    "SQLite's ODBC driver": (_debian, "libsqliteodbc"),
+    "PostgreSQL": (_debian, "postgresql-15"),
+    "psqlODBC": (_debian, "odbc-postgresql"),
+    "MariaDB": (_debian, "mariadb-server-core"),
+    "MariaDB's ODBC driver": (_debian, "odbc-mariadb"),
+    "Galera": (_debian, "galera-4"),
+    "Wine": (_debian, "wine"),
 }
 
 
 def versions():
-    return {name: version for name, find in PEERS.items() if (version := find())}
+    return {name: version for name, (find, what) in PEERS.items() if (version := find(what))}
 
 
 def install_modules():
@@ -79,11 +80,10 @@ def install_modules():
 
 def those_there(group):
     """The group's sides without those whose peer is missing, which is said."""
-    sides = {}
-    for name, side in group.sides.items():
-        peer = group.needs.get(name)
-        if peer and not PEERS[peer]():
-            skip(f"{peer} is not installed: no {name}")
-        else:
-            sides[name] = side
-    return sides
+    missing = []
+    for side, peer in group.needs.items():
+        find, what = PEERS[peer]
+        if not find(what):
+            skip(f"{peer} ({what}) is not installed: no {side}")
+            missing.append(side)
+    return {name: side for name, side in group.sides.items() if name not in missing}
