@@ -164,6 +164,7 @@ TEST_CASE("a file that can't be viewed leaves nothing of the one before") {
   in.fields.userColumnClick(3);
   CHECK(in.world.messages ==
         Texts{"host 0: Check The Error Log " + in.world.logPath(), selectFirst});
+  CHECK(in.screen->RecordCount() == 0);
 }
 
 TEST_CASE("mapping by clicks") {

@@ -164,6 +164,7 @@ TEST_CASE("workbooks: what cells show beside their numbers is not lost") {
                "2004-02-28 100.0"},
               {shown("0.00&quot; Cr&quot;"), "the first being 100.00 Cr in line 2", none},
               {shown("(0.00)"), "another sign", none},
+              {shown("0%"), "shown as percentages", none},
               {shown("&quot;-&quot;0.00"), "another sign", none},
               {shown("0.00&quot; Cr&quot;;0.00&quot; Dr&quot;", "%-100"), "another sign", none},
               {shown("0.00&quot; Cr&quot;", "%-100"), "the first being -100.00 Cr", none},

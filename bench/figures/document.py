@@ -1,4 +1,6 @@
 """The results as a table on the terminal, and as docs/benchmarks.md."""
+import statistics
+
 from figures.pictures import PICTURES
 from figures.rows import verdict
 
@@ -82,6 +84,11 @@ what `bench/run` measured and wrote; [bench/README.md](../bench/README.md) says 
 """
 
 
+def _caution(groups, cores):
+    busy = statistics.median(group["load"] for group in groups.values()) > cores
+    return "The machine had other work meanwhile: take the ratios for rough ones.\n\n" if busy else ""
+
+
 def markdown(results):
     groups, machine = results["groups"], results["machine"]
     rows = [row for group in groups.values() for row in group["rows"]]
@@ -90,7 +97,7 @@ def markdown(results):
     text = [HEAD, f"Measured with {results['version']}, on {machine['cores']} cores "
             f"({machine['processor']}, {machine['system']}). Of {len(goals)} goals {len(goals) - len(missed)} are met"
             + (";\nthese are missed:\n\n" + "\n".join(missed) if missed else ".") + "\n",
-            _picture("ratios", "The ratio of each comparison, on a logarithmic scale") + "\n"]
+            _caution(groups, machine["cores"]) + _picture("ratios", "The ratio of each comparison, on a logarithmic scale") + "\n"]
     for group in groups.values():
         tables = list(_tables(group))
         if not tables:
@@ -100,7 +107,8 @@ def markdown(results):
         for titles, lines in tables:
             if titles == GROWTH_TITLES:
                 text.append("The time is the work's amount to the power of *exponent*: 1 is ten times the time for ten "
-                            "times the work. The line is fitted by least squares on the logarithms.\n\n"
+                            "times the work, less where\nwhat any amount costs has its part (a start, a file that waits "
+                            "for the disk). The line is fitted by least squares on the\nlogarithms.\n\n"
                             + _picture("growth", "Time by amount of work, both logarithmic") + "\n")
             text.append(_markdown(titles, lines) + "\n")
     text.append("## Versions of the others\n\n" + _markdown(("program or library", "version"), results["versions"].items()))

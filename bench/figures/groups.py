@@ -34,9 +34,9 @@ def python(script, *arguments):
     return [PYTHON, f"bench/{script}", *arguments]
 
 
-def constant(milliseconds=0.0, bytes_of=lambda: 0):
-    """A bound that is no program: a time, or as much memory."""
-    return lambda: [milliseconds, 0, bytes_of() / 1024, None]
+def memory(bytes_of):
+    """A bound that is no program: so many bytes of memory."""
+    return lambda: [0, 0, bytes_of() / 1024, None]
 
 
 def size_of(path):
@@ -75,7 +75,7 @@ VIEW_LARGE = Group(
         "polars_1": polars(1, LARGE),
         "polars_2": polars(2, LARGE),
         "libcsv": program("libcsv", LARGE),
-        "size": constant(bytes_of=size_of(LARGE)),
+        "size": memory(size_of(LARGE)),
     },
     [
         Compare("View 1,000,000 x 10", "polars, 1 thread", "view", "polars_1", 1.0, 0.333),
@@ -98,7 +98,7 @@ XLS_WRITE = Group(
         "large": program("xls_write", SALESMEN, DATA / "written.xls"),
         "poi": ["java", "-cp", POI_CLASSES, "bench/xls_peer_poi.java", SALESMEN, DATA / "poi.xls"],
         "sheetjs": sheetjs("write", SALESMEN, DATA / "sheetjs.xls"),
-        "megabytes": constant(bytes_of=lambda: 60 << 20),
+        "megabytes": memory(lambda: 60 << 20),
         "small": program("xls_write", FEW_SALESMEN, DATA / "written-1000.xls"),
         "xlwt": python("xls_peer_xlwt.py", FEW_SALESMEN, DATA / "xlwt.xls"),
     },
@@ -192,7 +192,7 @@ CONVERT_XLSX = Group(
         "ours": convert_xlsx,
         "office": whole(*OFFICE, "--convert-to", "csv", "--outdir", DATA / "sheets", XLSX),
         "sheetjs": whole(*sheetjs("convert", XLSX, DATA / "sheets/sheetjs.csv")),
-        "xml": constant(bytes_of=length_of_xml),
+        "xml": memory(length_of_xml),
     },
     [
         Compare("Convert .xlsx 60,000 x 7", "LibreOffice", "ours", "office", 0.5),
@@ -293,11 +293,9 @@ def masters(kind, many, file):
 
 # One, ten and a hundred times the work.
 
-GROWTHS = []  # (what, sizes, command of the work's amount)
-
-
-def growth(what, sizes, command):
-    GROWTHS.append((what, sizes, command))
+MILLION = (10_000, 100_000, 1_000_000)
+IMPORTS = (300, 3_000, 30_000)
+SHEETS = (600, 6_000, 60_000)
 
 
 def part_of(path, lines):
@@ -329,15 +327,14 @@ def export(size):
     return measured
 
 
-MILLION = (10_000, 100_000, 1_000_000)
-IMPORTS = (300, 3_000, 30_000)
-SHEETS = (600, 6_000, 60_000)
-growth("View", MILLION, lambda n: program("view", part_of(LARGE, n), LOG))
-growth("Import", IMPORTS, lambda n: click("customer-opening", part_of(SMALL, n)))
-growth("Convert", MILLION, lambda n: program("convert", part_of(FOREIGN, n), "auto"))
-growth("Read .xls", SHEETS, lambda n: program("xls_read", DATA / f"part-{n}.xls"))
-growth("Write .xls", SHEETS, lambda n: program("xls_write", part_of(SALESMEN, n), DATA / "written.xls"))
-growth("Export salesmen, the runner's start included", SHEETS, export)
+GROWTHS = [
+    ("View", MILLION, lambda n: program("view", part_of(LARGE, n), LOG)),
+    ("Import", IMPORTS, lambda n: click("customer-opening", part_of(SMALL, n))),
+    ("Convert", MILLION, lambda n: program("convert", part_of(FOREIGN, n), "auto")),
+    ("Read .xls", SHEETS, lambda n: program("xls_read", DATA / f"part-{n}.xls")),
+    ("Write .xls", SHEETS, lambda n: program("xls_write", part_of(SALESMEN, n), DATA / "written.xls")),
+    ("Export salesmen, the runner's start included", SHEETS, export),
+]
 
 GROWTH = Group(
     "growth", "Growth", 7,

@@ -70,8 +70,9 @@ def draw(results):
     rows = [row for group in results["groups"].values() for row in group["rows"]]
     growth = [row for row in rows if row["against"] == "growth"]
     PICTURES.mkdir(exist_ok=True)
-    for name, draw_one, of in (("ratios", _ratios, [row for row in rows if row not in growth and row["value"]["median"] > 0]),
-                               ("growth", _growth, growth)):
+    # What a window adds can come out below nothing; a logarithmic scale has no place for that.
+    ratios = [row for row in rows if row not in growth and row["value"]["median"] > 0]
+    for name, draw_one, of in (("ratios", _ratios, ratios), ("growth", _growth, growth)):
         for scheme, theme in THEMES.items():
             draw_one(theme, of).savefig(PICTURES / f"{name}.{scheme}.svg", transparent=True,
                                         metadata={"Date": None, "Creator": None})

@@ -23,6 +23,7 @@ class Compare:
     column: int = TIME
     less: str = ""  # a side whose time is taken from ours first
     unit: str = "ms"
+    by_clock: bool = False  # the processor's time is not known
 
 
 @dataclass(frozen=True)
@@ -81,7 +82,7 @@ def _compare(figure, samples):
         "peaks": [statistics.median(column(side, MEMORY)) for side in (ours, peer)],
         "aim": figure.aim,
     }
-    if figure.column == TIME and not figure.less and all(column(ours + peer, PROCESSOR)):
+    if figure.column == TIME and not figure.less and not figure.by_clock and all(column(ours + peer, PROCESSOR)):
         row["processor"] = _ratio(column(ours, PROCESSOR), column(peer, PROCESSOR))["median"]
     return row
 

@@ -9,6 +9,7 @@
   Target x86-unicode
 !endif
 SetCompressor /SOLID lzma
+ManifestDPIAware true
 ; A file that cannot be written ends the installation, also without windows.
 AllowSkipFiles off
 

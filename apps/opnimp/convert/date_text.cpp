@@ -55,6 +55,22 @@ std::optional<DateText> readDigits(std::string_view text) {
   return DateText{DateClue::AnyOrder, date, true};
 }
 
+/// 2008-03-31T00:00:00, as databases and programs exchange them; the time does not count.
+std::optional<DateText> readTimestamp(std::string_view text) {
+  constexpr std::size_t day = 10;
+  constexpr std::size_t shortest = 16;  // with hour and minute
+  if (text.size() < shortest || text[day] != 'T' || text[4] != '-' || text[7] != '-') {
+    return std::nullopt;
+  }
+  const std::string_view time = text.substr(day + 1);
+  if (!isDigit(time.front()) || time.find_first_not_of("0123456789:.+-Z") != time.npos) {
+    return std::nullopt;
+  }
+  std::string digits(text.substr(0, day));
+  std::erase(digits, '-');
+  return readDigits(digits);
+}
+
 /// 08/03/31.
 std::optional<CivilDate> readShortYearFirst(std::string_view text) {
   std::array<std::string_view, 3> parts;
@@ -96,6 +112,7 @@ DateText readDateText(std::string_view text) {
   if (text.empty()) return {};
   if (const auto usual = readUsual(text)) return *usual;
   if (const auto digits = readDigits(text)) return *digits;
+  if (const auto timestamp = readTimestamp(text)) return *timestamp;
   const std::optional<DateReading> reading = readDate(text, anyYear);
   if (!reading || !reading->hasYear || !reading->hasDay) return {};
   const CivilDate date = civilFromDate(reading->date);

@@ -21,7 +21,7 @@ enum class DateClue : std::uint8_t {
 struct DateText {
   DateClue clue = DateClue::None;
   CivilDate date{};       ///< by its day first, if that makes sense
-  bool isDigits = false;  ///< 20080331, which the screens do not read
+  bool isUnread = false;  ///< 20080331 or 2008-03-31T00:00:00: not by the screens
 };
 
 /// `text` has no blanks around it.

@@ -31,6 +31,7 @@ void ShownAmounts::add(const SheetCell& cell, ValueSurvey& survey) {
   const std::string_view shown = trim(cell.text);
   const std::optional<AmountText> amount = readAmount(shown);
   if (amount) survey.addCurrency(*amount, shown, cell.row);
+  if (shown.ends_with('%')) percents_.add(shown, cell.row);
   if (cell.value == 0 || (amount && amount->isZero())) return;
   const ShownSign sign = signOf(amount, shown);
   const ShownSign own = cell.value < 0 ? ShownSign::Minus : ShownSign::Plus;
@@ -42,6 +43,11 @@ void ShownAmounts::add(const SheetCell& cell, ValueSurvey& survey) {
 }
 
 std::string ShownAmounts::refusal() const {
+  if (percents_) {
+    return counted(percents_.count, "amount is", "amounts are") +
+           " shown as percentages, the first being " + percents_.first() +
+           ": give the cells the format General, and correct their values";
+  }
   if (!others_) return {};
   return counted(others_.count, "amount shows", "amounts show") +
          " another sign than the number in the cell has, the first being " + others_.first() +

@@ -16,12 +16,14 @@ class ShownAmounts {
   /// A number in a column of amounts; its currency goes to the survey.
   void add(const SheetCell& cell, ValueSurvey& survey);
 
-  /// What people see as a credit is a debit by its value, or the other way; empty: nothing is.
+  /// What people see as a credit is a debit by its value, or the other way, or they see a hundred
+  /// times the value; empty: nothing is so.
   std::string refusal() const;
   /// Amounts below zero that show nothing of it.
   std::optional<Assumption> assumption() const;
 
  private:
+  ClueTally percents_;
   ClueTally others_;
   ClueTally bare_;
 };

@@ -79,7 +79,7 @@ std::string ClueTally::first() const {
 void ValueSurvey::addDate(std::string_view text, std::size_t line) {
   const DateText date = readDateText(text);
   dates_[static_cast<std::size_t>(date.clue)].add(text, line);
-  if (date.isDigits) digits_.add(text, line);
+  if (date.isUnread) unread_.add(text, line);
 }
 
 void ValueSurvey::addAmount(std::string_view text, std::size_t line) {
@@ -118,11 +118,12 @@ void ValueSurvey::decideDates(const ConvertOptions& options, bool isCanonical,
     findDateOrder(isCanonical, rules);
   }
   if (!rules.dateOrder) return;
-  if (rules.dateOrder != DateOrder::DayMonthYear || dates(DateClue::MonthFirst) || digits_) {
+  if (rules.dateOrder != DateOrder::DayMonthYear || dates(DateClue::MonthFirst) || unread_) {
     rules.changeValues = true;
   }
-  if (!digits_) return;
-  assume(rules, "dates of eight digits", "year, month, day", digits_.first(), "");
+  if (!unread_) return;
+  assume(rules, "dates of eight digits, or with T before the time", "year, month, day",
+         unread_.first(), "");
 }
 
 void ValueSurvey::findDateOrder(bool isCanonical, ValueRules& rules) const {
@@ -233,7 +234,7 @@ std::optional<std::string> canonicalDateCell(std::string_view text, const ValueR
     return std::nullopt;
   // What the screens read well stays.
   const bool isRead = date.clue == DateClue::AnyOrder || rules.dateOrder == DateOrder::DayMonthYear;
-  if (isRead && !date.isDigits && rules.dateOrder != DateOrder::YearMonthDay) {
+  if (isRead && !date.isUnread && rules.dateOrder != DateOrder::YearMonthDay) {
     fits = date.clue != DateClue::MonthFirst;
     return std::nullopt;
   }

@@ -63,7 +63,7 @@ class ValueSurvey {
   void tellForms(ValueRules& rules) const;
 
   std::array<ClueTally, 5> dates_;  // by their clue
-  ClueTally digits_;                // dates of eight digits
+  ClueTally unread_;                // dates that the screens do not read
   std::array<ClueTally, 5> signs_;  // amounts by what they say of the decimal sign
   std::array<ClueTally, amountForms> forms_;
   std::string currency_;       // the first one

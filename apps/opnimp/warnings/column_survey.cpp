@@ -120,7 +120,7 @@ void ColumnSurvey::look(Column& column, const std::string& text, double bill) {
 }
 
 void ColumnSurvey::lookForDate(Column& column, const std::string& text) const {
-  if (usualDate(text, currentYear_) || readDateText(text).isDigits) {
+  if (usualDate(text, currentYear_) || readDateText(text).isUnread) {
     ++column.dates;
     return;
   }
