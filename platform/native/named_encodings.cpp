@@ -1,10 +1,8 @@
 #include "platform/native/named_encodings.h"
 
 #include <unicode/ucnv.h>
-#include <unicode/ucsdet.h>
 #include <unicode/utf16.h>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -20,7 +18,6 @@ namespace {
 
 struct Closes {
   void operator()(UConverter* converter) const { ucnv_close(converter); }
-  void operator()(UCharsetDetector* detector) const { ucsdet_close(detector); }
 };
 using OpenConverter = std::unique_ptr<UConverter, Closes>;
 
@@ -86,46 +83,6 @@ std::string decodeNamed(const std::string& name, std::string_view bytes) {
   const OpenConverter from = open(name.c_str());
   const std::optional<CodePage> page = pageOf(from.get());
   return page ? page->decode(bytes) : decodeAny(from.get(), bytes);
-}
-
-namespace {
-
-/// Other names of the library are of pairs of bytes, of mainframes, and of no use for a file that
-/// has its separators in ASCII.
-bool isOfBytes(std::string_view name) {
-  return name.starts_with("ISO-8859-") || name.starts_with("windows-125") || name == "KOI8-R";
-}
-
-bool isWesternName(std::string_view name) {
-  return name == "ISO-8859-1" || name == "windows-1252";
-}
-
-}  // namespace
-
-std::string preferredEncoding(std::string_view words) {
-  // Of 100; few words say little, and names of several languages stand in one file.
-  constexpr std::int32_t sure = 25;
-  constexpr std::int32_t ahead = 8;
-  UErrorCode error = U_ZERO_ERROR;
-  const std::unique_ptr<UCharsetDetector, Closes> detector(ucsdet_open(&error));
-  ucsdet_setText(detector.get(), words.data(), static_cast<std::int32_t>(words.size()), &error);
-  std::int32_t count = 0;
-  const UCharsetMatch** const matches = ucsdet_detectAll(detector.get(), &count, &error);
-  std::string best;
-  std::int32_t confidence = 0;
-  std::int32_t western = 0;
-  for (std::int32_t i = 0; U_SUCCESS(error) && i < count; ++i) {
-    const std::string name = ucsdet_getName(matches[i], &error);
-    const std::int32_t here = ucsdet_getConfidence(matches[i], &error);
-    if (isWesternName(name)) {
-      western = std::max(western, here);
-    } else if (isOfBytes(name) && here > confidence) {
-      best = name;
-      confidence = here;
-    }
-  }
-  const bool isPreferred = confidence >= sure && confidence - western >= ahead;
-  return isPreferred && knowsEncoding(best) ? best : "";
 }
 
 }  // namespace velk

@@ -1,19 +1,21 @@
 #include "apps/opnimp/convert/letter_doubt.h"
 
 #include <algorithm>
-#include <functional>
+#include <cstddef>
 #include <set>
-#include <utility>
 
-#include "apps/opnimp/cli/printable.h"
+#include "apps/opnimp/convert/encoding_rank.h"
 #include "base/text.h"
-#include "platform/native/named_encodings.h"
 
 namespace velk {
 
 namespace {
 
 using Bytes = std::string_view;
+
+constexpr Bytes westernPage = "windows-1252";
+/// How much likelier it has to be than another encoding: by half a power of ten.
+constexpr unsigned sure = 2;
 
 constexpr Bytes undefinedBytes = "\x81\x8D\x8F\x90\x9D";
 /// Letters of windows-1252 among its signs: f with hook, S, OE, Z, Y, in both cases where it has
@@ -79,11 +81,17 @@ class WordReader {
     for (std::size_t at = 0; (at += asciiRun(text_.substr(at))) < text_.size();) {
       at = readRun(at);
     }
-    const std::string preferred = preferredEncoding(words_);
-    constexpr std::size_t enough = 8;  // by fewer the library is easily misled
-    if (!found_ && (preferred.empty() || known_.size() < enough)) return std::nullopt;
-    const std::size_t offset = found_.value_or(asciiRun(text_));
-    return LetterDoubt{offset, reason(offset), likely(preferred, text_[offset])};
+    const std::vector<RankedEncoding> ranked = rankEncodings(words_);
+    if (found_) return misplaced(ranked);
+    const auto own = std::ranges::find(ranked, westernPage, &RankedEncoding::name);
+    if (own == ranked.end()) return std::nullopt;
+    std::vector<const RankedEncoding*> rivals;
+    for (const RankedEncoding& other : ranked) {
+      if (other.name != westernPage && other.cost <= own->cost + sure) rivals.push_back(&other);
+    }
+    if (rivals.empty()) return std::nullopt;
+    const std::size_t word = firstDifference(*rivals.front(), *own);
+    return doubtOf(*own, rivals, word, offsets_[word]);
   }
 
  private:
@@ -106,17 +114,18 @@ class WordReader {
     if (run.size() >= otherScript && !found_ && std::ranges::any_of(run, isStraySign)) {
       found_ = begin;
     }
-    longest_ = std::max(longest_, run.size());
     addWord(begin, end);
     return end;
   }
 
-  /// Enough of them for the library to judge by.
+  /// Enough of them to judge by.
   void addWord(std::size_t begin, std::size_t end) {
-    constexpr std::size_t enough = std::size_t{1} << 16U;
+    constexpr std::size_t enough = 1000;
     if (words_.size() > enough || begin < wordEnd_) return;
-    const auto added = known_.emplace(word(begin, end, wordEnd_));
-    if (added.second) words_.append(*added.first).append(" ");
+    const Bytes found = word(begin, end, wordEnd_);
+    if (!known_.insert(found).second) return;
+    words_.push_back(found);
+    offsets_.push_back(begin);
   }
 
   /// What stands around the bytes between blanks and separators.
@@ -130,36 +139,48 @@ class WordReader {
     return text_.substr(begin, wordEnd - begin);
   }
 
-  std::string reason(std::size_t offset) const {
-    std::size_t end = 0;
-    const std::string shown = CodePage::windows1252().decode(word(offset, offset + 1, end));
-    return "\"" + printable(shown) + "\" would stand";
+  static std::size_t firstDifference(const RankedEncoding& one, const RankedEncoding& other) {
+    const auto differ = std::ranges::mismatch(one.words, other.words);
+    return static_cast<std::size_t>(differ.in1 - one.words.begin());
   }
 
-  std::vector<std::string> likely(const std::string& preferred, char sign) const {
-    std::vector<std::string> names;
-    if (!preferred.empty()) names.push_back(preferred);
-    const auto add = [&](std::initializer_list<const char*> others) {
-      for (const char* const name : others) {
-        if (name != preferred) names.emplace_back(name);
-      }
-    };
-    // DOS has its letters where windows-1252 has its first signs.
-    const bool isDos = static_cast<unsigned char>(sign) < 0xA6;
-    if (!found_) return names;
-    if (longest_ >= otherScript) {
-      isDos ? add({"IBM866", "windows-1251"}) : add({"windows-1251"});
-    } else {
-      isDos ? add({"IBM850", "IBM852"}) : add({"windows-1250", "IBM850"});
+  /// By the word that cannot be Western, if the others do not say in which encoding it is.
+  std::optional<LetterDoubt> misplaced(const std::vector<RankedEncoding>& all) const {
+    std::size_t end = 0;
+    const Bytes odd = word(*found_, *found_ + 1, end);
+    const auto at = std::ranges::find(words_, odd);
+    const bool isTold = at != words_.end() && all.front().name != westernPage;
+    const std::vector<RankedEncoding> alone =
+        isTold ? std::vector<RankedEncoding>() : rankEncodings({odd});
+    const std::vector<RankedEncoding>& ranked = isTold ? all : alone;
+    const auto own = std::ranges::find(ranked, westernPage, &RankedEncoding::name);
+    std::vector<const RankedEncoding*> rivals;
+    for (const RankedEncoding& other : ranked) {
+      if (other.name != westernPage) rivals.push_back(&other);
     }
-    return names;
+    return doubtOf(*own, rivals,
+                   isTold ? static_cast<std::size_t>(at - words_.begin()) : std::size_t{0},
+                   *found_);
+  }
+
+  static LetterDoubt doubtOf(const RankedEncoding& western,
+                             std::vector<const RankedEncoding*> rivals, std::size_t word,
+                             std::size_t offset) {
+    constexpr std::size_t most = 3;
+    if (rivals.size() > most) rivals.resize(most);
+    rivals.push_back(&western);
+    LetterDoubt doubt{offset, {}};
+    for (const RankedEncoding* const encoding : rivals) {
+      doubt.readings.push_back({encoding->name, encoding->words[word]});
+    }
+    return doubt;
   }
 
   Bytes text_;
   std::optional<std::size_t> found_;  // the first byte that is no letter where one has to be
-  std::size_t longest_ = 0;           // bytes beyond ASCII in a row
-  std::set<std::string, std::less<>> known_;
-  std::string words_;  // the same, as they follow each other
+  std::set<Bytes> known_;
+  std::vector<Bytes> words_;          // the same, as they follow each other
+  std::vector<std::size_t> offsets_;  // of each
   std::size_t wordEnd_ = 0;
 };
 

@@ -1,5 +1,5 @@
 // Whether bytes that windows-1252 can be read from are in another encoding: names of other
-// languages and old programs come out as signs within words, and nothing else would tell.
+// languages and old programs come out as other letters, or as signs within words.
 #pragma once
 
 #include <cstddef>
@@ -11,12 +11,16 @@
 namespace velk {
 
 struct LetterDoubt {
-  std::size_t offset = 0;           ///< of what shows it
-  std::string why;                  ///< what would stand there, such as "M„ller"
-  std::vector<std::string> likely;  ///< encodings, the most likely first
+  struct Reading {
+    std::string encoding, word;
+  };
+  std::size_t offset = 0;  ///< of a word that shows it
+  /// What the word would be, such as "Dvořák" in windows-1250, the likeliest first and windows-1252
+  /// last.
+  std::vector<Reading> readings;
 };
 
-/// Empty where the text goes well with windows-1252.
+/// Empty where windows-1252 explains the letters better than any other encoding.
 std::optional<LetterDoubt> doubtWestern(std::string_view bytes);
 
 }  // namespace velk

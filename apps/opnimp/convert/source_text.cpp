@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "apps/opnimp/cli/failures.h"
+#include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/convert/letter_doubt.h"
 #include "base/text.h"
 #include "platform/native/named_encodings.h"
@@ -198,17 +199,22 @@ void SourceText::takeFound(std::string_view bytes) {
     refusal_ = reason + ", but " + lineText(bytes, other) +
                " has letters in it: correct one of them, or say which it is with --encoding NAME";
   }
-  if (refusal_.empty()) doubtFound(bytes);
+  doubtFound(bytes);
   assume(windows, std::move(reason));
 }
 
 void SourceText::doubtFound(std::string_view bytes) {
-  std::optional<LetterDoubt> doubt = doubtWestern(bytes);
+  const std::optional<LetterDoubt> doubt = doubtWestern(bytes);
   if (!doubt) return;
-  refusal_ = "the file is no UTF-8, and hardly windows-1252, in which " + doubt->why + " in " +
-             lineText(bytes, doubt->offset) + ": say what it is with --encoding NAME";
-  doubt->likely.emplace_back(windows);
-  for (const std::string& name : doubt->likely) choices_.push_back("--encoding " + name);
+  if (refusal_.empty()) {
+    refusal_ = "the file is no UTF-8, and does not decide what it is: say so with --encoding NAME";
+  }
+  refusal_ += "; " + lineText(bytes, doubt->offset) + " has ";
+  for (const LetterDoubt::Reading& reading : doubt->readings) {
+    choices_.push_back("--encoding " + reading.encoding);
+    refusal_.append(choices_.size() > 1 ? ", " : "")
+        .append("\"" + printable(reading.word) + "\" with " + choices_.back());
+  }
 }
 
 }  // namespace velk

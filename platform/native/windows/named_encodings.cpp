@@ -56,9 +56,4 @@ std::string decodeNamed(const std::string& name, std::string_view bytes) {
   return fromWide(text);
 }
 
-// Windows counts no letters.
-std::string preferredEncoding(std::string_view /*words*/) {
-  return {};
-}
-
 }  // namespace velk
