@@ -89,6 +89,8 @@ TEST_CASE("a set-up that fails is logged and goes no further") {
 TEST_CASE("browsing") {
   Shown in;
   in.screen->CmdBrowse.userClick();
+  CHECK(in.screen->CommonDialog1.text(Property::Filter) ==
+        "CSV files (*.csv)|*.csv|All files (*.*)|*.*");
   CHECK(rowsOf(in.fields) == Texts{unmapped});
   CHECK_FALSE(in.screen->cmdview.enabled());
   CHECK_FALSE(in.screen->cmdImport.enabled());
@@ -248,6 +250,12 @@ TEST_CASE("clearing all and clearing one field") {
   CHECK(in.screen->TxtFileName.value() == "in.csv");
   in.map(1, 3);
   CHECK(rowsOf(in.fields) == onlyDate);
+  in.fields.clearRows();
+  in.world.shell.onPopup = [](Menu&) -> Menu* {
+    FAIL("there is nothing to clear");
+    return nullptr;
+  };
+  in.fields.userMouseUp(MouseButton::Right, 10);
   CHECK(in.world.log().empty());
 }
 
