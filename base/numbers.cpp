@@ -95,7 +95,7 @@ std::int16_t toInt16(std::int64_t number) {
   return static_cast<std::int16_t>(number);
 }
 
-std::string grouped(std::size_t number) {
+std::string grouped(std::uint64_t number) {
   std::string digits = std::to_string(number);
   for (std::size_t place = digits.size(); place > 3; place -= 3) digits.insert(place - 3, 1, ',');
   return digits;

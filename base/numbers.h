@@ -55,6 +55,6 @@ constexpr bool fitsDouble(Integer number) {
 std::int16_t toInt16(std::int64_t number);
 
 /// As people write it: "12,345".
-std::string grouped(std::size_t number);
+std::string grouped(std::uint64_t number);
 
 }  // namespace velk

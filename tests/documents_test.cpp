@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cctype>
 #include <map>
+#include <regex>
 #include <set>
 
 #include "tests/support/documents.h"
@@ -162,6 +163,24 @@ TEST_CASE("documents: the host's guide quotes its files") {
     ++quoted;
   }
   CHECK(quoted == 10);
+}
+
+TEST_CASE("documents: threats.md names tests that there are") {
+  const fs::path root = OPNIMP_SOURCE_DIR;
+  std::string tests;
+  for (const auto& entry : fs::recursive_directory_iterator(root / "tests")) {
+    if (entry.path().extension() == ".cpp") tests += textOf(entry.path());
+  }
+  const std::string text = textOf(root / "docs/threats.md");
+  const std::regex named("\"([^\"]+)\"|`(tests/fuzz/[^`]+|scripts/[^`]+)`");
+  for (auto name = std::sregex_iterator(text.begin(), text.end(), named);
+       name != std::sregex_iterator(); ++name) {
+    CAPTURE(name->str());
+    const bool isTest = (*name)[1].matched;
+    CHECK((isTest ? contains(tests, name->str() + ") {") : fs::exists(root / (*name)[2].str())));
+  }
+  // A claim that something cannot be done has its test beside it.
+  CHECK_FALSE(std::regex_search(text, std::regex("\\| cannot[^|]*\\| *\\|")));
 }
 
 }  // namespace

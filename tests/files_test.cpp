@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "tests/support/checks.h"
+#include "tests/support/other_user.h"
 #include "tests/support/temporary_folder.h"
 #ifdef _WIN32
 #include "platform/windows/wide_text.h"
@@ -71,21 +72,6 @@ TEST_CASE("a file that replaces another one only when it is complete") {
   CHECK(folder.files() <= 3);  // one that failed goes with its object
   CHECK(errorOf([&] { files.openReplacement(folder.path("")); }) == 75);
 }
-
-/// Another user of a file who lets nobody else have it alone.
-struct OtherUser {
-#ifdef _WIN32
-  explicit OtherUser(const std::string& path) : file(MachineFiles().openInput(path)) {}
-  std::unique_ptr<InputFile> file;
-#else
-  explicit OtherUser(const std::string& path) : file(::open(path.c_str(), O_RDWR)) {
-    struct flock whole {};
-    whole.l_type = F_RDLCK;
-    REQUIRE(fcntl(file.get(), F_OFD_SETLK, &whole) == 0);
-  }
-  Descriptor file;
-#endif
-};
 
 TEST_CASE("opening exclusively") {
   const TemporaryFolder folder;

@@ -11,8 +11,6 @@
 #include <regex>
 #include <thread>
 
-#include "apps/opnimp/run/connection_advice.h"
-#include "platform/odbc/cannot_connect.h"
 #include "tests/support/checks.h"
 #include "tests/support/engines.h"
 #include "tests/support/runner.h"
@@ -63,40 +61,6 @@ TEST_CASE("connections: strings that no server sees") {
   const TemporaryFolder folder;
   checkRefused("Driver=SQLite3;Database=" + folder.path("none.db"), "Correct Database=");
   CHECK_FALSE(folder.has("none.db"));
-}
-
-TEST_CASE("connections: what a driver says, and what to change") {
-  const std::string server = "connection to server at \"127.0.0.1\", port 5432 failed: ";
-  const struct {
-    const char* string;
-    Diagnostic said;
-    std::string_view advice;
-  } rows[] = {
-      {"", {"08001", 101, server + "FATAL:  Datenbank »x« existiert nicht"}, "The server answers"},
-      {"", {"08001", 101, server + "ВАЖНО:  роль \"x\" не существует"}, "The server answers"},
-      {"", {"08001", 101, server + "Connection refused"}, "Correct Server= and Port="},
-      {"", {"08001", 101, server + "timeout expired"}, "Correct Server= and Port="},
-      {"", {"28000", 1045, "Access denied"}, "add FORCETLS=1"},
-      {"FORCETLS=1", {"28000", 1045, "Access denied"}, "Correct the user"},
-  };
-  for (const auto& row : rows) {
-    CAPTURE(row.said.message);
-    const auto advice = connectionAdvice(std::string("Driver=x;") + row.string, {row.said});
-    CHECK_MESSAGE(contains(advice, row.advice), advice);
-    CHECK(contains(advice, "FORCETLS") == contains(row.advice, "FORCETLS"));
-  }
-}
-
-TEST_CASE("connections: the embedded database without its driver") {
-  RunnerWorld world;
-  const std::string database = world.database();
-  world.surroundings.openDatabase = [](const std::string&,
-                                       const OdbcOptions&) -> std::shared_ptr<OwnConnection> {
-    throw CannotConnect(RuntimeError(ErrorNumber::ProviderFailure), {{"IM002", 0, "not found"}});
-  };
-  const Ran ran = world.importLines({openingTitles, good1}, {"--database", database});
-  CHECK(ran.status == 4);
-  CHECK_MESSAGE(contains(ran.err, "Install SQLite's ODBC driver"), ran.err);
 }
 
 /// A port of this machine that takes connections and never says a word.

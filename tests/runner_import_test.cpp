@@ -389,7 +389,7 @@ TEST_CASE("no database is ever chosen or made without a word") {
   const std::string secret =
       world.folder.write("secret", embeddedConnectionString(world.database()) + "\n");
   const std::string text = world.folder.write("text", "no connection string");
-  const std::string open = world.folder.write("open", "DSN=a;PWD=hunter2");
+  const std::string open = world.folder.write("for all", "DSN=a;PWD=hunter2");
   for (const std::string& path : {secret, text}) makePrivate(path);
   const struct {
     std::string environment;
@@ -397,7 +397,7 @@ TEST_CASE("no database is ever chosen or made without a word") {
     std::string_view says;
   } rows[] = {
       {"", 3, "OPNIMP_DATABASE"},
-      {open, 4, "makes it yours only"},
+      {open, 4, isWindows ? "all\" /inheritance:r /grant:r" : "all'` makes it yours only"},
       {text, 4, "no connection string"},
       {world.folder.path("none.db"), 4, "demo-database"},
       {"Driver=NoSuchDriver;PWD=hunter2", 4, "PWD=***"},

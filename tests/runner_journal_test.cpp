@@ -10,6 +10,7 @@
 #include "apps/opnimp/run/journal_choice.h"
 #include "platform/native/native_kept_file.h"
 #include "platform/native/native_state.h"
+#include "tests/support/checks.h"
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
 
@@ -250,6 +251,13 @@ TEST_CASE("the list of runs says of a journal that it is damaged, or not there y
       world.run({"runs", "--journal", world.folder.write("second", whole + bytes.substr(8))});
   CHECK(second.status == 4);
   CHECK(contains(second.out, "1 posted"));
+}
+
+TEST_CASE("a number of records that this machine's memory has no room for is damage") {
+  EntryWriter entry;
+  entry.number(std::uint64_t{1} << 40U);
+  const bool fits = sizeof(std::size_t) == sizeof(std::uint64_t);
+  CHECK(errorOf([&] { EntryReader(entry.payload()).count(); }) == (fits ? 0 : 321));
 }
 
 TEST_CASE("a journal that cannot be written lets nothing be posted") {

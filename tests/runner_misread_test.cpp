@@ -2,10 +2,6 @@
 // preview, too; imported as they are read when that is accepted.
 #include <doctest/doctest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <regex>
-
 #include "apps/opnimp/warnings/warnings.h"
 #include "tests/support/json_value.h"
 #include "tests/support/runner.h"
@@ -223,27 +219,4 @@ TEST_CASE("what only looks harmful is not") {
   CHECK(contains(ran.out, "date-reads-both-ways (1, line 2, in Date)"));
   CHECK(contains(ran.out, "sum-far-from-others (1, line 3, in Balance)"));
   CHECK_FALSE(contains(ran.out, "HARMFUL"));
-}
-
-TEST_CASE("docs/threats.md names tests that there are") {
-  const auto textOf = [](const std::filesystem::path& path) {
-    std::ifstream in(path);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  };
-  const std::filesystem::path root = OPNIMP_SOURCE_DIR;
-  std::string tests;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(root / "tests")) {
-    if (entry.path().extension() == ".cpp") tests += textOf(entry.path());
-  }
-  const std::string text = textOf(root / "docs/threats.md");
-  const std::regex named("\"([^\"]+)\"|`(tests/fuzz/[^`]+|scripts/[^`]+)`");
-  for (auto name = std::sregex_iterator(text.begin(), text.end(), named);
-       name != std::sregex_iterator(); ++name) {
-    CAPTURE(name->str());
-    const bool isTest = (*name)[1].matched;
-    CHECK((isTest ? contains(tests, name->str() + ") {")
-                  : std::filesystem::exists(root / (*name)[2].str())));
-  }
-  // A claim that something cannot be done has its test beside it.
-  CHECK_FALSE(std::regex_search(text, std::regex("\\| cannot[^|]*\\| *\\|")));
 }

@@ -95,12 +95,9 @@ TEST_CASE("a resumed run goes on behind the one that broke off, as often as it t
   const std::string file = world.folder.write("in.csv", longFile(30));
   CHECK(world.import(file, {"--resume"}).status == 3);
   for (const char* option : {"--json", "--resume"}) {
-    // Once before the run, and before each record.
-    world.surroundings.interrupted = [left = 11]() mutable { return left-- <= 0; };
-    CHECK(world.import(file, {option}).status == 5);
+    CHECK(interruptedImport(world, file, 10, {option}).status == 5);
   }
   CHECK(notes(world, 1, 20) == "20");
-  world.surroundings.interrupted = [] { return false; };
   const Ran other = world.import(file, {"--resume", "--map", "Reference=#2", "--accept", "all"});
   CHECK(contains(other.out, "give the same --map"));
   const Json last(world.import(file, {"--resume", "--json"}).out);

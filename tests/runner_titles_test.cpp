@@ -9,9 +9,9 @@ using namespace velk;
 
 namespace {
 
-/// All that a text has between --map's quotes, as arguments.
+/// What is suggested in a text, as arguments.
 std::vector<std::string> mapOptions(std::string_view text) {
-  constexpr std::string_view option = "--map \"";
+  constexpr std::string_view option = "): --map \"";
   std::vector<std::string> options;
   for (std::size_t at = 0; (at = text.find(option, at)) != std::string_view::npos;) {
     at += option.size();

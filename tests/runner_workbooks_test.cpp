@@ -226,7 +226,8 @@ TEST_CASE("workbooks: what cells show beside their numbers is not lost") {
 
 TEST_CASE("workbooks: salesmen come from any format, and become an .xls workbook") {
   const std::string newMan = "New Man|=1+1|00123|0099|x|Retail|YES";
-  const Sheets sheets{{"Notes", {"x"}}, {"Men", {salesmanTitles, newMan}}};
+  const std::string second = "Second|||||Retail|";
+  const Sheets sheets{{"Notes", {"x"}}, {"Men", {salesmanTitles, newMan, second}}};
   for (const auto& make : {xlsxParts, odsParts}) {
     RunnerWorld world;
     world.kind = "salesman";
@@ -234,8 +235,11 @@ TEST_CASE("workbooks: salesmen come from any format, and become an .xls workbook
     CHECK(contains(world.import(file).out, "A1 holds \"x\""));
     CHECK(world.run({"convert", "salesman", file, world.folder.path("o.xls"), "--sheet", "Men"})
               .status == 0);
-    CHECK(sheetRows(world.folder.path("o.xls")) == Texts{salesmanTitles, newMan});
+    CHECK(sheetRows(world.folder.path("o.xls")) == Texts{salesmanTitles, newMan, second});
     CHECK(world.import(file, {"--sheet", "Men"}).status == 0);
+    CHECK(world.import(file, {"--sheet", "Men", "--from-line", "3"}).status == 0);
+    CHECK(contains(world.run({"report", "1"}).out, "sheet: Men (given with --sheet)"));
+    CHECK(world.run({"rejects", "1", world.folder.path("r.xls")}).status == 0);
     CHECK(world.ask("select Address from Salesman where Salesman_name = 'New Man'") == "=1+1");
     CHECK(world.import(world.folder.path("o.xls"), {"--sheet", "#1"}).status == 0);
   }

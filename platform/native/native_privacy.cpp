@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "platform/native/native_shell.h"
+
 namespace velk {
 
 // Any right counts: what others may write, they can make readable.
@@ -20,7 +22,7 @@ void makePrivate(const std::string& path) {
 }
 
 std::string commandToKeepPrivate(const std::string& path) {
-  return "chmod 600 " + path;
+  return "chmod 600 " + shellWord(path).value();
 }
 
 }  // namespace velk

@@ -11,6 +11,12 @@
 
 namespace velk {
 
+#ifdef _WIN32
+inline constexpr bool isWindows = true;
+#else
+inline constexpr bool isWindows = false;
+#endif
+
 struct Ran {
   int status = -1;
   std::string out;

@@ -13,7 +13,8 @@ inline constexpr std::string_view workbookSeeds[] = {
     "gnumeric.xls", "ruby.xls", "sheetjs.xls",     "writeexcel.xls"};
 
 inline std::string workbookSeed(std::string_view name) {
-  std::ifstream in(OPNIMP_SOURCE_DIR "/tests/fuzz/seeds/xls/" + std::string(name));
+  std::ifstream in(OPNIMP_SOURCE_DIR "/tests/fuzz/seeds/xls/" + std::string(name),
+                   std::ios::binary);
   return {std::istreambuf_iterator<char>(in), {}};
 }
 

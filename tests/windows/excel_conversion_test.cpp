@@ -6,11 +6,13 @@
 namespace velk {
 namespace {
 
-TEST_CASE("the runner: .xlsx and .ods by the installed application") {
+TEST_CASE("the runner: .xlsx and .ods by the installed application, which is started once") {
   RunnerWorld world;
+  world.kind = "salesman";
   const std::string xls = OPNIMP_SOURCE_DIR "/samples/salesman.xls";
-  const auto preview = [&](const std::string& file) {
-    return world.run({"preview", "salesman", file, "--json"});
+  const auto preview = [&](const std::string& file, Texts more = {}) {
+    more.insert(more.begin(), {"preview", world.kind, file, "--json"});
+    return world.run(more);
   };
   const std::string in = world.folder.write("in", "PK\x03\x04opendocument");
   const Ran without = preview(in);
@@ -20,10 +22,21 @@ TEST_CASE("the runner: .xlsx and .ods by the installed application") {
   FakeExcel excel;
   std::ifstream file(xls, std::ios::binary);
   excel.savedBytes = {std::istreambuf_iterator<char>(file), {}};
+  const auto once = [&](const Ran& ran, int status) {
+    CHECK_MESSAGE(ran.status == status, ran.out, ran.err);
+    CHECK(std::ranges::count(excel.calls, "Application.Quit") == 1);
+    CHECK(excel.isReleased());
+    excel.calls.clear();
+  };
   const Ran ran = preview(in);
-  CHECK_MESSAGE(ran.status == 0, ran.err);
   CHECK(Json(ran.out).at("rows") == Json(preview(xls).out).at("rows"));
-  CHECK(excel.isReleased());
+  once(ran, 0);
+  once(preview(in, {"--sheet", "none"}), 2);
+  once(world.import(in, {"--sheet", "#1", "--dry-run"}), 1);
+  once(world.import(in, {"--sheet", "#1", "--from-line", "3", "--dry-run"}), 1);
+  once(world.run({"convert", world.kind, in, world.folder.path("out.xls")}), 0);
+  world.kind = "customer-opening";
+  once(preview(in), 2);
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
 // opnimp.exe as Windows runs it: names and texts of any language, standard streams, statuses, ends.
 #include <filesystem>
 
+#include "platform/native/native_shell.h"
 #include "platform/utf8_path.h"
 #include "platform/windows/wide_text.h"
 #include "samples/company/sample_company.h"
 #include "tests/support/checks.h"
 #include "tests/support/program.h"
+#include "tests/support/shell_words.h"
 #include "tests/windows/started_program.h"
 
 namespace velk {
@@ -121,6 +123,24 @@ TEST_CASE("the program: an import that was killed is gone on with, and nothing i
   CHECK(world.posted("count(*)") == world.posted("count(distinct DocReference)"));
   // The one that was being posted may be set apart.
   CHECK(world.posted() >= LongImport::records - 1);
+}
+
+TEST_CASE("the program: a word of a command to run stays one, or is not printed") {
+  const std::pair<std::string, const char*> rows[] = {
+      {"C:\\new.csv", "C:\\new.csv"},
+      {"", "\"\""},
+      {"#1", "\"#1\""},
+      {"--map=a.b", "\"--map=a.b\""},
+      {"it's \xC3\xA4, (b) & c", "\"it's \xC3\xA4, (b) & c\""}};
+  for (const auto& [word, typed] : rows) {
+    CHECK(shellWord(word) == typed);
+    CHECK(shellWords(std::string("opnimp ") + typed) == std::vector<std::string>{"opnimp", word});
+  }
+  for (const char* word :
+       {"a\" & calc \"", "%PATH%", "$(calc)", "a`b", "a b\\", "a\nb", "\xE2\x80\x9D; calc"}) {
+    CAPTURE(word);
+    CHECK_FALSE(shellWord(word));
+  }
 }
 
 }  // namespace

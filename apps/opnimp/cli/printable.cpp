@@ -83,7 +83,7 @@ std::string padLeft(std::string text, std::size_t width) {
   return used < width ? text.insert(0, width - used, ' ') : text;
 }
 
-std::string counted(std::size_t number, std::string_view one, std::string_view many) {
+std::string counted(std::uint64_t number, std::string_view one, std::string_view many) {
   return grouped(number).append(" ").append(number == 1 ? one : many);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -29,7 +30,7 @@ std::string padRight(std::string text, std::size_t width);
 std::string padLeft(std::string text, std::size_t width);
 
 /// "1 record" or "2 records".
-std::string counted(std::size_t number, std::string_view one, std::string_view many);
+std::string counted(std::uint64_t number, std::string_view one, std::string_view many);
 /// Separated by commas; of many the first ones.
 std::string listed(std::span<const std::string> titles);
 /// Two decimals, no separators; in 15 digits from 1e15 on.

@@ -13,6 +13,7 @@
 #include "base/dates.h"
 #include "base/decimal.h"
 #include "base/text.h"
+#include "platform/native/native_shell.h"
 #include "platform/spreadsheet/damage.h"
 #include "platform/spreadsheet/sheet_cells.h"
 
@@ -135,7 +136,7 @@ void SheetText::offer(const std::vector<const Sheet*>& sheets) {
   constexpr std::size_t most = 5;
   for (std::size_t i = 0; i < std::min(sheets.size(), most); ++i) {
     const auto number = static_cast<std::size_t>(sheets[i] - set_.sheets.data()) + 1;
-    choices_.push_back("--sheet '#" + std::to_string(number) + "'");
+    choices_.push_back("--sheet " + shellWord('#' + std::to_string(number)).value());
   }
 }
 

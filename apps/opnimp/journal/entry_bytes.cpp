@@ -1,6 +1,7 @@
 #include "apps/opnimp/journal/entry_bytes.h"
 
 #include <bit>
+#include <utility>
 
 #include "base/errors.h"
 
@@ -48,6 +49,12 @@ std::uint64_t EntryReader::number() {
     if (group < moreFollows) return value;
   }
   throw RuntimeError(ErrorNumber::InvalidFileFormat);
+}
+
+std::size_t EntryReader::count() {
+  const std::uint64_t value = number();
+  if (!std::in_range<std::size_t>(value)) throw RuntimeError(ErrorNumber::InvalidFileFormat);
+  return static_cast<std::size_t>(value);
 }
 
 double EntryReader::real() {

@@ -71,6 +71,8 @@ class EntryReader {
 
   std::uint8_t byte();
   std::uint64_t number();
+  /// A number that counts or numbers something in memory; one that cannot is error 321.
+  std::size_t count();
   double real();
   std::string text() { return std::string(bytes(number())); }
   std::string_view bytes(std::uint64_t count);
@@ -81,7 +83,7 @@ class EntryReader {
   template <class Item, class Read>
   std::vector<Item> list(Read read) {
     std::vector<Item> items;
-    for (std::uint64_t count = number(); count > 0; --count) items.push_back(read(*this));
+    for (std::uint64_t left = number(); left > 0; --left) items.push_back(read(*this));
     return items;
   }
 

@@ -55,7 +55,11 @@ template <class Number>
 std::optional<Number> readOptional(EntryReader& from) {
   const std::uint64_t number = from.number();
   if (number == 0) return std::nullopt;
-  return static_cast<Number>(number - 1);
+  const auto value = static_cast<Number>(number - 1);
+  if (static_cast<std::uint64_t>(value) != number - 1) {
+    throw RuntimeError(ErrorNumber::InvalidFileFormat);
+  }
+  return value;
 }
 
 void writeError(EntryWriter& to, const CallError& error) {
@@ -96,7 +100,7 @@ void writeCall(EntryWriter& to, const RecordedCall& call) {
 
 RecordedCall readCall(EntryReader& from) {
   RecordedCall call;
-  call.row = from.number();
+  call.row = from.count();
   call.kind = readEnum(from, CallKind::Procedure);
   call.text = from.text();
   call.parameters = from.list<Value>([](EntryReader& each) { return each.value(); });
@@ -113,7 +117,7 @@ void writeLogLine(EntryWriter& to, const RecordedLine& line) {
 
 RecordedLine readLine(EntryReader& from) {
   RecordedLine line;
-  line.row = from.number();
+  line.row = from.count();
   line.text = from.text();
   line.kept = readEnum(from, RecordedLine::Kept::NotWritten);
   line.writeError = from.text();
@@ -129,7 +133,7 @@ void writeMessage(EntryWriter& to, const RecordedMessage& shown) {
 
 RecordedMessage readMessage(EntryReader& from) {
   RecordedMessage shown;
-  shown.row = from.number();
+  shown.row = from.count();
   shown.message.prompt = from.text();
   shown.message.style = readInteger(from);
   const bool hasCaption = readFlag(from);
@@ -157,8 +161,8 @@ RecordReport readSaid(EntryReader& from) {
   RecordReport said;
   said.fate = readEnum(from, RecordReport::Fate::Posted);
   said.warned = readFlag(from);
-  said.posting.calls = from.number();
-  said.posting.failed = from.number();
+  said.posting.calls = from.count();
+  said.posting.failed = from.count();
   said.texts = readTexts(from);
   return said;
 }
@@ -244,11 +248,11 @@ RunStart readRunStart(EntryReader& from) {
   run.mapping = from.list<FieldMapping>(readField);
   run.oneTransaction = readFlag(from);
   run.resumes = from.number();
-  run.firstRecord = from.number();
-  run.setApart = from.list<std::size_t>([](EntryReader& each) { return each.number(); });
+  run.firstRecord = from.count();
+  run.setApart = from.list<std::size_t>([](EntryReader& each) { return each.count(); });
   run.records = from.list<JournaledRecord>([](EntryReader& each) {
     JournaledRecord record;
-    record.line = each.number();
+    record.line = each.count();
     record.hash = readDigest(each);
     return record;
   });
@@ -267,7 +271,7 @@ void writeRecordEnd(EntryWriter& to, std::size_t record, const RecordTrace& trac
 }
 
 std::pair<std::size_t, Outcome> readRecordOutcome(EntryReader& from) {
-  const std::size_t record = from.number();
+  const std::size_t record = from.count();
   return {record, readOutcome(from)};
 }
 
@@ -287,7 +291,7 @@ void write(EntryWriter& to, const HostChange& change) {
 
 HostChange readHostChange(EntryReader from) {
   HostChange change;
-  change.record = from.number();
+  change.record = from.count();
   for (std::string* text : {&change.from, &change.to, &change.why, &change.found}) {
     *text = from.text();
   }

@@ -34,7 +34,7 @@ class IndexBuilder {
       current().history = payload.text();
     } else if (type == EntryType::RecordsDoubted) {
       const std::uint64_t run = payload.number();
-      doubt(run, payload.number());
+      doubt(run, payload.count());
     }
   }
 
@@ -82,10 +82,10 @@ class IndexBuilder {
     run.refused = !end.refusal.empty();
   }
 
-  void doubt(std::uint64_t number, std::uint64_t record) {
+  void doubt(std::uint64_t number, std::size_t record) {
     const auto run = std::ranges::find(index_.runs, number, runNumberOf);
     if (run == index_.runs.end()) throw RuntimeError(ErrorNumber::InvalidFileFormat);
-    run->doubted = std::min(run->doubted, static_cast<std::size_t>(record));
+    run->doubted = std::min(run->doubted, record);
   }
 
   RunIndex& index_;

@@ -1,31 +1,28 @@
-// Worksheets of workbooks in any format, for screens that read cells themselves.
+// The spreadsheet of a screen that reads cells itself: what the screen cannot read, the runner has
+// read for it.
 #pragma once
 
 #include <memory>
-#include <string>
 #include <string_view>
-#include <utility>
 
+#include "apps/opnimp/records/workbook_records.h"
 #include "platform/files.h"
-#include "platform/spreadsheet.h"
+#include "platform/spreadsheet/xls/xls_spreadsheet.h"
 
 namespace velk {
 
-/// The sheet of that name, or #N for the Nth; the first one if none is named. Error 321 as
-/// readSheets(), and if there is no such sheet.
-std::unique_ptr<WorksheetReader> readWorksheet(std::string_view file, const ColumnSet& wanted,
-                                               const std::string& sheet);
-
 class AnySpreadsheet final : public Spreadsheet {
  public:
-  AnySpreadsheet(FileSystem& files, std::string sheet) : files_(files), sheet_(std::move(sheet)) {}
+  /// `read`: whose sheet is opened in the place of any file, and which live as long; null: each
+  /// file is read.
+  AnySpreadsheet(FileSystem& files, const WorkbookRecords* read) : xls_(files), read_(read) {}
 
   std::unique_ptr<WorksheetReader> open(std::string_view path, const ColumnSet& wanted) override;
-  std::unique_ptr<WorksheetWriter> add() override;
+  std::unique_ptr<WorksheetWriter> add() override { return xls_.add(); }
 
  private:
-  FileSystem& files_;
-  std::string sheet_;
+  XlsSpreadsheet xls_;
+  const WorkbookRecords* read_;
 };
 
 }  // namespace velk

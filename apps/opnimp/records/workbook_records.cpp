@@ -2,8 +2,7 @@
 
 #include <utility>
 
-#include "apps/opnimp/records/any_spreadsheet.h"
-#include "base/errors.h"
+#include "apps/opnimp/sheets/read_worksheet.h"
 #include "base/text.h"
 #include "platform/spreadsheet/sheet_cells.h"
 #include "platform/spreadsheet/xls/xls_spreadsheet.h"
@@ -19,16 +18,23 @@ std::string quotedCell(const std::string& text) {
 }  // namespace
 
 WorkbookRecords::WorkbookRecords(std::string bytes, const std::string& sheet)
-    : bytes_(std::move(bytes)) {
+    : bytes_(std::move(bytes)), isReadForScreens_(!isForScreens(bytes_, sheet)) {
+  if (!sheet.empty()) {
+    conversion_.assumptions = {
+        {std::string(sheetAssumption), sheet, "given with --sheet", "--sheet NAME"}};
+  }
   try {
     sheet_ = readWorksheet(bytes_, salesmanColumns(), sheet);
   } catch (const RuntimeError& error) {
     // Not passed on: a file of another format can be read, but is refused.
-    damage_ = error.description();
-    // It becomes part of a sentence.
-    damage_.replace(0, 1, lowerAscii(damage_.substr(0, 1)));
+    damage_ = error;
   }
   count_ = countRecords();
+}
+
+const WorksheetReader& WorkbookRecords::sheet() const {
+  if (damage_) throw RuntimeError(*damage_);
+  return *sheet_;
 }
 
 // As the screen does, which looks at columns A to E only: a row with nothing but a DS type is
@@ -78,7 +84,11 @@ std::string WorkbookRecords::captionFaults() const {
 
 std::string WorkbookRecords::refusal(const ImportKind& /*kind*/) const {
   // From the whole file to the single row: each check relies on those before it.
-  if (sheet_ == nullptr) return damage_;
+  if (damage_) {
+    std::string text = damage_->description();
+    // It becomes part of a sentence.
+    return text.replace(0, 1, lowerAscii(text.substr(0, 1)));
+  }
   const std::string hidden = hiddenName();
   const std::string which =
       "the first worksheet" + (hidden.empty() ? "" : ", the hidden \"" + hidden + "\",");

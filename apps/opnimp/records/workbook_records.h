@@ -4,8 +4,10 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "apps/opnimp/records/input_records.h"
+#include "base/errors.h"
 #include "masters/salesman_workbook.h"
 #include "platform/spreadsheet.h"
 
@@ -18,6 +20,10 @@ class WorkbookRecords final : public InputRecords {
   /// Of a sheet as readWorksheet(). A file of another format is one that is refused.
   explicit WorkbookRecords(std::string bytes, const std::string& sheet = {});
 
+  /// The sheet itself. Raises what reading it raised.
+  const WorksheetReader& sheet() const;
+  /// Whether a screen cannot read that sheet from the file.
+  bool isReadForScreens() const { return isReadForScreens_; }
   /// True when the file is a workbook with the captions that it needs.
   bool hasCaptions() const;
   int rowCount() const { return sheet_ == nullptr ? 0 : sheet_->rowCount(); }
@@ -38,6 +44,8 @@ class WorkbookRecords final : public InputRecords {
   std::string refusal(const ImportKind& kind) const override;
   std::vector<std::size_t> unreadRows() const override;
   std::string_view bytes() const override { return bytes_; }
+  /// Which sheet it is, if one was named.
+  const Conversion& conversion() const override { return conversion_; }
   /// A workbook with the seven columns, all cells being texts, and with the file's pick lists.
   void write(FileSystem& files, std::string_view path,
              std::span<const std::size_t> records) const override;
@@ -49,8 +57,10 @@ class WorkbookRecords final : public InputRecords {
   std::string captionFaults() const;
 
   std::string bytes_;
+  Conversion conversion_;
+  bool isReadForScreens_;
   std::unique_ptr<WorksheetReader> sheet_;  // null: the file is no workbook
-  std::string damage_;                      // why it is none
+  std::optional<RuntimeError> damage_;      // why it is none
   std::size_t count_ = 0;
 };
 

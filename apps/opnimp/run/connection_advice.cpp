@@ -13,16 +13,31 @@ namespace velk {
 
 namespace {
 
+/// Where the machine has drivers, sources and files differs.
+constexpr std::string_view bySystem([[maybe_unused]] std::string_view posix,
+                                    [[maybe_unused]] std::string_view windows) {
+#ifdef _WIN32
+  return windows;
+#else
+  return posix;
+#endif
+}
+
 constexpr std::string_view noSuchDriver =
-    "Name a driver that is installed; `odbcinst -q -d` lists them";
+    bySystem("Name a driver that is installed; `odbcinst -q -d` lists them",
+             "Name a driver that is installed for programs with as many bits as this one; "
+             "PowerShell's `Get-OdbcDriver` lists them");
 constexpr std::string_view noSuchSource =
-    "Name a data source that is set up; `odbcinst -q -s` lists them";
+    bySystem("Name a data source that is set up; `odbcinst -q -s` lists them",
+             "Name a data source that is set up for programs with as many bits as this one; "
+             "PowerShell's `Get-OdbcDsn` lists them");
 constexpr std::string_view noDriver = "Begin the connection string with Driver=NAME or DSN=NAME";
 constexpr std::string_view adoString =
     "This connection string is ADO's; ODBC's names a driver instead of a provider: ";
 constexpr std::string_view noEmbeddedDriver =
-    "Install SQLite's ODBC driver, with as many bits as this program has: Debian's libsqliteodbc, "
-    "on Windows the one that is listed as SQLite3 ODBC Driver";
+    bySystem("Install SQLite's ODBC driver; Debian's package of it is libsqliteodbc",
+             "Install SQLite's ODBC driver, with as many bits as this program has; PowerShell's "
+             "`Get-OdbcDriver` lists it as SQLite3 ODBC Driver then");
 constexpr std::string_view unknownHost = "Correct Server=: no host of that name is known";
 constexpr std::string_view noServer = "Correct Server= and Port=, or start the server there";
 constexpr std::string_view slowServer =
@@ -34,9 +49,12 @@ constexpr std::string_view otherEncryption =
 constexpr std::string_view postgresqlEncryption =
     "The server does not let the user in from here without encryption: add SSLmode=require, or "
     "SSLmode=verify-full to be sure of the server, or have its pg_hba.conf let him in";
-constexpr std::string_view postgresqlCertificate =
-    "Put the certificate that the server's is signed with into ~/.postgresql/root.crt, or name a "
-    "file that has it: pqopt={sslrootcert=FILE}";
+constexpr std::string_view postgresqlCertificate = bySystem(
+    "Put the certificate that the server's is signed with into ~/.postgresql/root.crt, or "
+    "name a file that has it: pqopt={sslrootcert=FILE}",
+    "Put the certificate that the server's is signed with into "
+    "%APPDATA%\\postgresql\\root.crt, or name a file that has it: "
+    "pqopt={sslrootcert=FILE}");
 constexpr std::string_view mariadbCertificate =
     "Name a file in SSLCA= that has the certificate that the server's is signed with";
 constexpr std::string_view otherName = "Name the server in Server= as its certificate does";
@@ -66,6 +84,7 @@ constexpr auto advices = std::to_array<Advice>({
     {"01000", 0, "Can't open lib", noSuchDriver},
     {"IM003", 0, {}, noSuchDriver},
     {"IM002", 0, {}, noSuchSource},
+    {"IM014", 0, {}, noSuchSource},  // it has another number of bits
     {"08001", 101, "does not match host name", otherName},
     {"08001", 101, "host name", unknownHost},
     {"08001", 101, "no encryption", postgresqlEncryption},
@@ -129,6 +148,8 @@ std::string connectionAdvice(std::string_view connectionString,
   for (const Advice& advice : advices) {
     const auto fitting = [&](const Diagnostic& one) { return fits(advice, one); };
     if (std::ranges::none_of(said, fitting)) continue;
+    // Windows has one state for both.
+    if (advice.text == noSuchSource && names("driver")) return std::string(noSuchDriver);
     const bool isLogin = advice.text == mariadbLogin && isEncrypted(connectionString);
     return std::string(isLogin ? wrongLogin : advice.text);
   }

@@ -36,7 +36,10 @@ const ImportKind& kindOf(const RunStart& start) {
 
 /// The journal has what the screens read, and the lines that it stood in.
 std::unique_ptr<const InputRecords> recordsOf(const ImportKind& kind, const JournaledRun& run) {
-  if (kind.format == FileFormat::Workbook) return std::make_unique<WorkbookRecords>(run.fileBytes);
+  if (kind.format == FileFormat::Workbook) {
+    const std::string_view sheet = assumedValue(run.start.assumed, sheetAssumption);
+    return std::make_unique<WorkbookRecords>(run.fileBytes, std::string(sheet));
+  }
   Conversion conversion;
   conversion.assumptions = run.start.assumed;
   auto records = std::make_unique<CsvRecords>(run.fileBytes, std::move(conversion));

@@ -1,38 +1,29 @@
 #include "apps/opnimp/run/ready_commands.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "apps/opnimp/run/database_choice.h"
-#include "base/text.h"
+#include "platform/native/native_shell.h"
 
 namespace velk {
 
 namespace {
 
-/// As a shell takes it for one word.
-std::string shellWord(std::string_view word) {
-  constexpr std::string_view plainSigns = "_-./:=,+@%#";
-  const bool isPlain =
-      !word.empty() && word.front() != '#' && std::ranges::all_of(word, [&](char c) {
-        return isDigit(c) || (lowerAscii(c) >= 'a' && lowerAscii(c) <= 'z') ||
-               plainSigns.find(c) != std::string_view::npos;
-      });
-  if (isPlain) return std::string(word);
-  std::string quoted = "'";
-  for (const char c : word) quoted += c == '\'' ? "'\\''" : std::string(1, c);
-  return quoted + "'";
-}
-
-std::string commandWith(const Arguments& arguments, const std::string& choice) {
+std::optional<std::string> commandWith(const Arguments& arguments, const std::string& choice) {
   std::string command = "opnimp";
+  bool isSafe = true;
   const auto end = std::ranges::find(arguments.words, "--");
   const auto add = [&](const std::string& word) {
-    command += ' ' + shellWord(maskPasswords(word));
+    const std::optional<std::string> typed = shellWord(maskPasswords(word));
+    isSafe = isSafe && typed;
+    command += ' ' + typed.value_or("");
   };
   std::for_each(arguments.words.begin(), end, add);
   command += ' ' + choice;
   std::for_each(end, arguments.words.end(), add);
-  return command;
+  return isSafe ? std::optional(command) : std::nullopt;
 }
 
 }  // namespace
@@ -40,8 +31,9 @@ std::string commandWith(const Arguments& arguments, const std::string& choice) {
 std::vector<std::string> readyCommands(const Arguments& arguments,
                                        const std::vector<std::string>& choices) {
   std::vector<std::string> commands;
-  commands.reserve(choices.size());
-  for (const std::string& choice : choices) commands.push_back(commandWith(arguments, choice));
+  for (const std::string& choice : choices) {
+    if (auto command = commandWith(arguments, choice)) commands.push_back(std::move(*command));
+  }
   return commands;
 }
 
@@ -50,7 +42,9 @@ std::string mapChoice(const std::vector<TitleSuggestion>& suggestions) {
   if (std::ranges::any_of(suggestions, &TitleSuggestion::isDoubtful)) return {};
   std::string maps;
   for (const TitleSuggestion& suggestion : suggestions) {
-    maps.append(maps.empty() ? "" : " ").append("--map ").append(shellWord(suggestion.option()));
+    const std::optional<std::string> option = shellWord(suggestion.option());
+    if (!option) return {};
+    maps.append(maps.empty() ? "" : " ").append("--map ").append(*option);
   }
   return maps;
 }

@@ -10,12 +10,12 @@
 namespace velk {
 
 /// The command that was given, with each of the choices in turn: options as a shell takes them.
-/// Passwords are "***" in it.
+/// Passwords are "***" in it. One that the machine's shells might not take so is left out.
 std::vector<std::string> readyCommands(const Arguments& arguments,
                                        const std::vector<std::string>& choices);
 
 /// The --map options of the suggestions, as a shell takes them; empty if there are none, or
-/// one is in doubt.
+/// one is in doubt or no word for the machine's shells.
 std::string mapChoice(const std::vector<TitleSuggestion>& suggestions);
 
 /// Those that may mend what a refused import was refused for.

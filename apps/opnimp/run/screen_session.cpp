@@ -20,7 +20,7 @@ ScreenSession::ScreenSession(Recorder& recorder, const SessionSetup& setup)
           shell_,
           CodePage::windows1252(),
           [this] { return std::make_shared<HeadlessHostService>(messages_); },
-          [this, sheet = setup.sheet] { return std::make_unique<AnySpreadsheet>(files_, sheet); }},
+          [this, read = setup.workbook] { return std::make_unique<AnySpreadsheet>(files_, read); }},
       logFiles_(files_, CodePage::windows1252()),
       logFile_(logFiles_, desktop_),
       module_(platform_, &recorder.log(setup.logToFile ? &logFile_ : nullptr)),

@@ -7,6 +7,7 @@
 
 #include "apps/opnimp/audit/recorder.h"
 #include "apps/opnimp/cli/kinds.h"
+#include "apps/opnimp/records/workbook_records.h"
 #include "component/Velk_ClsOpnImp.h"
 #include "platform/headless/headless_desktop.h"
 #include "platform/native/native_files.h"
@@ -18,9 +19,9 @@ struct SessionSetup {
   std::string applicationFolder;  ///< without a separator at its end
   std::function<Date()> clock;
   MessageHandler showMessage;
-  bool logToFile = true;        ///< false: the error log stays in memory
-  FileSystem* files = nullptr;  ///< that outlive the session; null: the machine's own
-  std::string sheet = {};       ///< of workbooks; empty: the first one
+  bool logToFile = true;                      ///< false: the error log stays in memory
+  FileSystem* files = nullptr;                ///< that outlive the session; null: the machine's own
+  const WorkbookRecords* workbook = nullptr;  ///< as AnySpreadsheet has it
 };
 
 class ScreenSession {

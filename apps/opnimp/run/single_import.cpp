@@ -12,6 +12,7 @@
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/journal/record_hash.h"
 #include "apps/opnimp/records/later_records.h"
+#include "apps/opnimp/records/workbook_records.h"
 #include "apps/opnimp/run/ds_types.h"
 #include "apps/opnimp/run/ready_commands.h"
 #include "apps/opnimp/run/refusals.h"
@@ -42,6 +43,12 @@ bool endsWithinLine(std::string_view text) {
   using namespace std::string_view_literals;
   const std::size_t last = text.find_last_not_of("\0\x1A"sv);
   return last != std::string_view::npos && text[last] != '\n' && text[last] != '\r';
+}
+
+/// What a screen cannot read itself; null if there is nothing such.
+const WorkbookRecords* readForScreen(const InputRecords& input) {
+  const auto* const workbook = dynamic_cast<const WorkbookRecords*>(&input);
+  return workbook != nullptr && workbook->isReadForScreens() ? workbook : nullptr;
 }
 
 }  // namespace
@@ -222,10 +229,10 @@ void SingleImport::openPart(std::size_t first) {
   viewedRecords_ -= static_cast<long long>(viewedEnd_ - first);
   viewedEnd_ = first;
   partEnd_ = first + std::min(count() - first, kind().largestRecordCount);
-  fillContents(first);
-  session_.emplace(recorder_,
-                   SessionSetup{call_.folder, call_.surroundings.clock, messages(),
-                                !arguments().dryRun, &*contents_, arguments().convert.sheet});
+  const bool isWhole = fillContents(first);
+  session_.emplace(recorder_, SessionSetup{call_.folder, call_.surroundings.clock, messages(),
+                                           !arguments().dryRun, &*contents_,
+                                           isWhole ? readForScreen(*result_.input) : nullptr});
   result_.errorLog = session_->errorLogPath();
   recorder_.beginPart(first);
   report_.beginPart(first);
@@ -244,14 +251,16 @@ void SingleImport::openPart(std::size_t first) {
 }
 
 /// What the screen is to find in the file: the bytes that the runner has read, whatever became of
-/// the file since. All of them where it may, so that the one reading is checked against the other.
-void SingleImport::fillContents(std::size_t first) {
+/// the file since. All of them where it may, so that the one reading is checked against the other:
+/// then true.
+bool SingleImport::fillContents(std::size_t first) {
   contents_.emplace(arguments().file, result_.input->bytes());
   const bool isWhole = partEnd_ - first == count() && asPart(*result_.input) == nullptr;
-  if (isWhole) return;
+  if (isWhole) return true;
   std::vector<std::size_t> records(partEnd_ - first);
   std::iota(records.begin(), records.end(), first);
   result_.input->write(*contents_, arguments().file, records);
+  return false;
 }
 
 /// Of a foreseen import only what the screen says of the file is shown.

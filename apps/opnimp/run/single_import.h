@@ -92,7 +92,7 @@ class SingleImport {
   void beginJournal();
   void openPart(std::size_t first);
   void importPart();
-  void fillContents(std::size_t first);
+  bool fillContents(std::size_t first);
   MessageHandler messages();
   void view(bool isFirst);
   void prepareRun();

@@ -8,6 +8,8 @@
 #include <array>
 #include <memory>
 
+#include "platform/native/native_shell.h"
+#include "platform/native/native_user.h"
 #include "platform/windows/handles.h"
 #include "platform/windows/wide_text.h"
 
@@ -106,7 +108,9 @@ void makePrivate(const std::string& path) {
 }
 
 std::string commandToKeepPrivate(const std::string& path) {
-  return "icacls \"" + path + "\" /inheritance:r /grant:r \"%USERNAME%\":F";
+  const std::string rights = userName() + ":F";
+  return "icacls " + shellWord(path).value_or('"' + path + '"') + " /inheritance:r /grant:r " +
+         shellWord(rights).value_or('"' + rights + '"');
 }
 
 }  // namespace velk
