@@ -104,9 +104,9 @@ std::u16string lettersOf(std::u16string_view word, unsigned& cost) {
       letters += smallLetter(c);
       continue;
     }
-    const std::optional<unsigned> usual = signCost(word, at);
-    cost += usual.value_or(0);
-    letters += usual ? edge : stranger;
+    const std::optional<unsigned> ofSign = signCost(word, at);
+    cost += ofSign.value_or(0);
+    letters += ofSign ? edge : stranger;
   }
   return letters + edge;
 }
@@ -114,12 +114,12 @@ std::u16string lettersOf(std::u16string_view word, unsigned& cost) {
 }  // namespace
 
 WordCost::WordCost() {
-  for (const LetterPairs& pairs : letterPairs()) {
-    Language language{std::vector<std::uint8_t>(afterLetters, unknown), pairs.letters.size() + 1,
-                      pairs.costs, pairs.rarity};
+  for (const LetterPairs& each : letterPairs()) {
+    Language language{std::vector<std::uint8_t>(afterLetters, unknown), each.letters.size() + 1,
+                      each.costs, each.rarity};
     language.places[edge] = 0;
-    for (std::size_t i = 0; i < pairs.letters.size(); ++i) {
-      language.places.at(pairs.letters[i]) = static_cast<std::uint8_t>(i + 1);
+    for (std::size_t i = 0; i < each.letters.size(); ++i) {
+      language.places.at(each.letters[i]) = static_cast<std::uint8_t>(i + 1);
     }
     languages_.push_back(std::move(language));
   }
