@@ -52,6 +52,8 @@ TEST_CASE("a profile reads the next file as the first one was read") {
   CHECK(Json(world.run({"report", "1", "--json"}).out).at("assumed[0].what") == "profile");
   CHECK(world.ask("SELECT Amount FROM CustomerDebitNote") == "1250");
   CHECK(contains(world.run({"preview", world.kind, next, "--profile", path}).out, "month first"));
+  CHECK(contains(world.run({"preview", world.kind, next, "--profile", "acme"}).out,
+                 "delimiter: semicolon (from the profile acme)"));
   CHECK(contains(world
                      .run({"convert", world.kind, next, world.folder.path("3.csv"),
                            "--profile=acme", "--date-order=dmy", "--decimal", "point"})

@@ -239,7 +239,8 @@ class Converter {
               ""});
     }
     if (arguments_.convert.delimiter) {
-      assume({"delimiter", delimiterName(layout_.delimiter), "given with --delimiter", ""});
+      assume({"delimiter", delimiterName(layout_.delimiter),
+              arguments_.convert.origin("--delimiter"), ""});
     }
     if (layout_.delimiter == ',' || arguments_.convert.delimiter) return;
     const std::string counts = grouped(wellFormed_) + " of " + counted(rows_, "line", "lines") +
@@ -255,7 +256,9 @@ class Converter {
     if (given && *given > 0) {
       const std::string_view rest = source_.text().substr(text_.size());
       assume({"last lines", counted(*given, "line left out", "lines left out"),
-              "given with --skip-last-lines; they begin with " + beginningOf(rest), ""});
+              arguments_.convert.origin("--skip-last-lines") + "; they begin with " +
+                  beginningOf(rest),
+              ""});
     } else if (!given) {
       offerTotals(countTotals(text_, layout_, width_));
     }

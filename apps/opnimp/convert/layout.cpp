@@ -235,8 +235,8 @@ void takeTitles(std::string_view text, const Candidate& chosen, const Arguments&
                 Layout& layout) {
   const std::size_t given = arguments.convert.headerLine;
   if (given != 0) {
-    layout.assumptions.push_back(
-        {"titles", "line " + grouped(given), "given with --header-line or --skip-lines", ""});
+    layout.assumptions.push_back({"titles", "line " + grouped(given),
+                                  arguments.convert.origin("--header-line", "--skip-lines"), ""});
   } else if (chosen.titles > 1 && chosen.line != layout.headerLine) {
     takeTitlesBelow(text, chosen, arguments, layout);
   }

@@ -81,7 +81,7 @@ void SheetText::choose(const Arguments& arguments) {
   if (!wanted.empty()) {
     const Sheet* const named = findSheet(set_, wanted);
     if (named == nullptr) refuse(noSuchSheet(set_, wanted));
-    return take(*named, "given with --sheet");
+    return take(*named, arguments.convert.origin("--sheet"));
   }
   std::vector<const Sheet*> candidates;
   std::vector<const Sheet*> hidden;

@@ -103,7 +103,7 @@ SourceText::SourceText(std::string_view bytes, const ConvertOptions& options) {
   const std::string& wanted = options.encoding;
   if (takeMarked(bytes, wanted)) return;
   if (!wanted.empty()) {
-    takeNamed(bytes, wanted);
+    takeNamed(bytes, options);
     doubtNamed(bytes, wanted);
   } else if (!takeWide(bytes)) {
     takeFound(bytes);
@@ -161,9 +161,10 @@ void SourceText::doubtNamed(std::string_view bytes, const std::string& name) {
              lineText(bytes, first) + ", are UTF-8: give --encoding UTF-8, or leave it out";
 }
 
-void SourceText::takeNamed(std::string_view bytes, const std::string& name) {
+void SourceText::takeNamed(std::string_view bytes, const ConvertOptions& options) {
+  const std::string& name = options.encoding;
   canonical_ = isNamed(name, windows) || isAscii(bytes);
-  assume(name, "given with --encoding");
+  assume(name, options.origin("--encoding"));
   for (const std::string_view own : {utf8, littleEndian, bigEndian, windows}) {
     if (isNamed(name, own)) return decode(bytes, own);
   }

@@ -36,7 +36,7 @@ class SourceText {
  private:
   bool takeMarked(std::string_view bytes, const std::string& wanted);
   bool takeWide(std::string_view bytes);
-  void takeNamed(std::string_view bytes, const std::string& name);
+  void takeNamed(std::string_view bytes, const ConvertOptions& options);
   void doubtNamed(std::string_view bytes, const std::string& name);
   void takeFound(std::string_view bytes);
   void doubtFound(std::string_view bytes);

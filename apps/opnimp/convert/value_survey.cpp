@@ -113,7 +113,8 @@ void ValueSurvey::decideDates(const ConvertOptions& options, bool isCanonical,
   if (options.dateOrder) {
     rules.dateOrder = options.dateOrder;
     rules.ordersAreSure = true;
-    assume(rules, "dates", std::string(nameOf(*options.dateOrder)), "given with --date-order", "");
+    assume(rules, "dates", std::string(nameOf(*options.dateOrder)), options.origin("--date-order"),
+           "");
   } else {
     findDateOrder(isCanonical, rules);
   }
@@ -162,7 +163,7 @@ void ValueSurvey::decideAmounts(const ConvertOptions& options, bool isCanonical,
     rules.decimal = options.decimal;
     rules.decimalIsSure = true;
     assume(rules, "decimal sign", options.decimal == ',' ? "comma" : "point",
-           "given with --decimal", "");
+           options.origin("--decimal"), "");
   } else {
     findDecimal(isCanonical, rules);
   }

@@ -99,6 +99,11 @@ Arguments applied(std::span<const std::string> args, const Arguments& given,
   const std::size_t count = all.maps.size() - given.maps.size();
   for (std::size_t i = 0; i < count; ++i) all.maps[i].isOfProfile = true;
   all.words = given.words;
+  all.convert.profile = *given.profile;
+  for (const std::string& option : profile.options) {
+    if (isOverruled(option, args, given)) continue;
+    all.convert.profileOptions.emplace_back(optionOf(option));
+  }
   return all;
 }
 

@@ -46,6 +46,16 @@ bool hasDecimalComma(std::string_view text) {
   return has(number, ',') && !groupsDigits(number);
 }
 
+/// An exponent that the import reads and that a person hardly meant, as in a code or a cell in
+/// scientific format.
+bool hasExponent(std::string_view number) {
+  const std::size_t letter = number.find_first_not_of("+-.0123456789");
+  if (letter == std::string_view::npos || !has("eEdD", number[letter])) return false;
+  std::string_view power = number.substr(letter + 1);
+  if (power.starts_with('+') || power.starts_with('-')) power.remove_prefix(1);
+  return letter > 0 && !power.empty() && isDigit(power.front());
+}
+
 }  // namespace
 
 // Each check may rely on what those before it exclude.
@@ -57,6 +67,7 @@ std::optional<WarningId> checkAmount(std::string_view cell) {
   if (std::ranges::none_of(text, isDigit)) return WarningId::AmountNotANumber;
   if (isBeyondRange(read)) return WarningId::AmountTooLarge;
   if (hasDecimalComma(text)) return WarningId::AmountDecimalComma;
+  if (hasExponent(read)) return WarningId::AmountExponent;
   // Most amounts end here: what follows is about those of which only a part is read.
   if (parseNumber(read)) return std::nullopt;
   if (has(read, '(')) return WarningId::AmountInParentheses;

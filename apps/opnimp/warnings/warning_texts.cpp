@@ -108,6 +108,8 @@ constexpr WarningText texts[] = {
     {"amount-currency", isHarmful,
      "An amount with a currency sign or other text in front reads as 0."},
     {"amount-blank-inside", isHarmful, "An amount ends at a blank inside it: 1 234 reads as 1."},
+    {"amount-exponent", isHarmful,
+     "An amount with an exponent reads as a power of ten: 500D2 as 50,000. Write all its digits."},
     {"amount-partly-read", isHarmful,
      "Only the number at the start of an amount is read, the rest is ignored."},
     {"opposite-signs", isHarmful,

@@ -52,6 +52,7 @@ enum class WarningId : std::uint8_t {
   AmountTrailingMinus,
   AmountCurrency,
   AmountBlankInside,
+  AmountExponent,
   AmountPartlyRead,
   OppositeSigns,
   SumFarFromOthers,
