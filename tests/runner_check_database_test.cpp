@@ -136,8 +136,14 @@ TEST_CASE("check-database: a preview tells of texts that a procedure would cut")
     CHECK(json.at("longValues") ==
           R"([{"record":2,"line":3,"procedure":"sp_insert_CustDebitNote","parameter":"reference",)"
           R"("takes":4,"length":5}])");
-    CHECK(contains(preview({"--database", company.database()}).out,
-                   "line 3: 5 characters for reference of sp_insert_CustDebitNote, which takes 4"));
+    CHECK(json.at("warnings[0].code") == "value-too-long");
+    for (const char* command : {"import", "preview"}) {
+      const Ran refused = world.run({command, world.kind, file, "--accept", "same-reference",
+                                     "--database", company.database()});
+      CHECK(refused.status == 2);
+      CHECK_MESSAGE(contains(refused.out, "\"abcde\" is read as the first 4 of its 5 characters"),
+                    refused.out);
+    }
     CHECK(Json(preview({"--json"}).out).at("longValues") == "[]");
   }
 }

@@ -74,7 +74,7 @@ TEST_CASE("what an earlier run posted is refused, and --again posts it") {
       {{openingTitles, good1, unknownCustomer, secondGood}, {"--dry-run"}, 2, "2 records of 3"},
       // Another file: the same record in another order of columns, written in another way.
       {{"Balance,Bill Amount,Customer ID,Date,Reference", "5,5,C001,1/3/2008,R9",
-        "60,1e2,C001,3 March 2008,R1"},
+        "60,100.00,C001,3 March 2008,R1"},
        {},
        2,
        "1 record of this file was posted by an earlier run, or may have been: line 3 (run 1)"},

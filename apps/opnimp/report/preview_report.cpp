@@ -42,20 +42,6 @@ void writeRows(const PreviewTable& table, std::ostream& out) {
   }
 }
 
-void writeLongValues(const FilePreview& file, std::ostream& out) {
-  if (file.longValues.empty()) return;
-  constexpr std::size_t mostShown = 10;
-  const std::size_t shown = std::min(file.longValues.size(), mostShown);
-  out << "\nLonger than the database's procedures take, which may cut it without a word:\n";
-  for (std::size_t i = 0; i < shown; ++i) {
-    const LongValue& value = file.longValues[i];
-    out << "  " << file.result.input->where(value.record) << ": " << grouped(value.length)
-        << " characters for " << printable(value.parameter) << " of " << value.procedure
-        << ", which takes " << grouped(value.takes) << '\n';
-  }
-  writeMore(file.longValues.size(), shown, out);
-}
-
 Json longValuesJson(const FilePreview& file) {
   Json list = Json::array();
   for (const LongValue& value : file.longValues) {
@@ -102,7 +88,6 @@ void writeText(const FilePreview& file, std::ostream& out) {
   }
   if (isShown(result)) writeRows(file.table, out);
   writeWarnings(result.warnings, result.input->placeWord(), out);
-  writeLongValues(file, out);
   writeForesight(result, out);
 }
 

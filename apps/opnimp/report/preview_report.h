@@ -22,6 +22,8 @@ struct LongValue {
   std::string parameter;
   std::size_t takes = 0;  ///< UTF-16 units, as the next one
   std::size_t length = 0;
+  std::string text{};
+  std::size_t line = 0;
 };
 
 struct FilePreview {

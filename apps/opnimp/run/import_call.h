@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "apps/opnimp/audit/recorder.h"
 #include "apps/opnimp/report/events.h"
+#include "apps/opnimp/report/preview_report.h"
 #include "apps/opnimp/run/database_hosts.h"
 #include "apps/opnimp/run/import_journal.h"
 #include "apps/opnimp/run/look_ahead.h"
@@ -37,6 +39,8 @@ struct ImportCall {
   std::optional<ImportJournal> journal{};  ///< empty: a foreseen import knows of no runs
   std::optional<Date> first{};             ///< the answer of firstDate
   std::vector<EarlierFile> earlier{};
+  /// By file, where the database tells what its procedures take.
+  std::map<std::string, std::vector<LongValue>> longValues{};
   /// Of a foreseen import, which shows no message of the import: gets the screen when it shows a
   /// file and its mapping, also where it refuses a mapping.
   std::function<void(const std::string& file, const ImportScreen&)> viewed{};

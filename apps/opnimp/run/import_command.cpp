@@ -5,6 +5,7 @@
 #include <deque>
 #include <memory>
 #include <new>
+#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -19,6 +20,8 @@
 #include "apps/opnimp/run/dry_run.h"
 #include "apps/opnimp/run/lock_holders.h"
 #include "apps/opnimp/run/lock_watch.h"
+#include "apps/opnimp/run/long_values.h"
+#include "apps/opnimp/run/preview_connection.h"
 #include "apps/opnimp/run/profiles.h"
 #include "apps/opnimp/run/run_support.h"
 #include "apps/opnimp/run/single_import.h"
@@ -40,8 +43,9 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
   ExitStatus foresee(const Foresight& foresight) {
     call_.viewed = foresight.viewed;
     call_.folder = ".";  // any does, because the error log stays in memory
-    call_.database = foresight.database;
+    call_.database = previewConnection();
     readFiles();
+    if (foresight.catalogue != nullptr) findLong(*foresight.catalogue);
     drive();
     foresight.ended(result());
     saveProfile(files_.front().result(), call_.surroundings, call_.events);
@@ -191,11 +195,35 @@ class ImportCommand : public std::enable_shared_from_this<ImportCommand> {
       if (arguments_.dryRun) {
         call_.gate.pass([&] { dryRun.emplace(*call_.database); });
       }
+      if (call_.hosts) {
+        Catalogue catalogue(*call_.database, call_.gate);
+        findLong(catalogue);
+      }
     } catch (const RunEnded& ended) {
       return files_.front().breakOff(ended.why);
     }
     openFiles();
     if (std::ranges::none_of(files_, hasEnded)) importFiles();
+  }
+
+  /// By an import that is foreseen: the screens alone know what they pass.
+  void findLong(Catalogue& catalogue) {
+    if (!catalogue.tellsLengths(*arguments_.kind)) return;
+    Arguments all = arguments_;
+    all.dryRun = true;
+    all.resume = false;
+    all.accept = {"all"};
+    all.savedProfile.reset();
+    all.metrics.reset();
+    std::ostringstream unheard;
+    const Streams streams{unheard, unheard, false};
+    const auto ended = [&](const FilesResult& foreseen) {
+      for (const ImportResult* file : foreseen.files()) {
+        call_.longValues[file->arguments.file] = findLongValues(*file, catalogue);
+      }
+    };
+    ImportCommand(all, streams, call_.surroundings)
+        .foresee({[](const std::string&, const ImportScreen&) {}, ended});
   }
 
   /// Within a transaction only its own connection sees what is posted. An embedded database answers

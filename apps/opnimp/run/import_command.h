@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string>
 
 #include "apps/opnimp/cli/arguments.h"
@@ -19,14 +18,16 @@ namespace velk {
 ExitStatus runImport(const Arguments& arguments, const Streams& streams,
                      const Surroundings& surroundings);
 
+class Catalogue;
+
 /// What an import would come to without a database.
 struct Foresight {
-  /// On it every look-up has to pass.
-  std::shared_ptr<OwnConnection> database;
   /// Gets the screen when it shows a file and its mapping, also where it refuses a mapping.
   std::function<void(const std::string& file, const ImportScreen&)> viewed;
   /// Gets what the import came to; it lasts as long as the call.
   std::function<void(const FilesResult&)> ended;
+  /// Of the database that is meant; null: none is.
+  Catalogue* catalogue = nullptr;
 };
 
 /// A dry run that shows no message of the import and writes no file but the profile.

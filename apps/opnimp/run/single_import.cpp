@@ -14,6 +14,7 @@
 #include "apps/opnimp/records/later_records.h"
 #include "apps/opnimp/records/workbook_records.h"
 #include "apps/opnimp/run/ds_types.h"
+#include "apps/opnimp/run/long_values.h"
 #include "apps/opnimp/run/ready_commands.h"
 #include "apps/opnimp/run/refusals.h"
 #include "apps/opnimp/run/run_support.h"
@@ -365,6 +366,10 @@ void SingleImport::findWarningsNow() {
   if (!result_.input->conversion().refusal.empty()) return;
   result_.warnings = findWarnings(*result_.input, kind(), result_.mapping,
                                   civilFromDate(call_.surroundings.clock()).year);
+  const auto longValues = call_.longValues.find(arguments().file);
+  if (longValues != call_.longValues.end()) {
+    addLongValues(result_.warnings, longValues->second, *result_.input);
+  }
   const bool isPiped = arguments().file == standardStream && !result_.input->conversion().isSheet;
   if (isPiped && endsWithinLine(*arguments().piped)) {
     addWarning(result_.warnings, WarningId::UnendedInput, wholeFile);

@@ -93,6 +93,10 @@ constexpr WarningText texts[] = {
     {"unseen-in-code", isHarmful,
      "A code has a character that is not seen: a control character, a soft hyphen or a no-break "
      "space. Some databases pass over it and take the code for another. Remove it."},
+    {"value-too-long", isHarmful,
+     "A text is longer than the database's procedure takes, which cuts it without a word, or "
+     "refuses "
+     "it. Shorten it, or have the procedure take more."},
     {"amount-not-a-number", isHarmful,
      "A text without a number reads as 0; a bill of 0 is skipped."},
     {"amount-too-large", isHarmful,

@@ -45,6 +45,7 @@ enum class WarningId : std::uint8_t {
   LeadingQuote,
   BlanksAroundCode,
   UnseenInCode,
+  ValueTooLong,
   AmountNotANumber,
   AmountTooLarge,
   AmountDecimalComma,
