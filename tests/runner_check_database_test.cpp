@@ -136,7 +136,7 @@ TEST_CASE("check-database: a preview tells of texts that a procedure would cut")
     CHECK(json.at("longValues") ==
           R"([{"record":2,"line":3,"procedure":"sp_insert_CustDebitNote","parameter":"reference",)"
           R"("takes":4,"length":5}])");
-    CHECK(json.at("warnings[0].code") == "value-too-long");
+    CHECK(contains(told.out, R"("value-too-long")"));
     for (const char* command : {"import", "preview"}) {
       const Ran refused = world.run({command, world.kind, file, "--accept", "same-reference",
                                      "--database", company.database()});

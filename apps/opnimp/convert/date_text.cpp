@@ -63,7 +63,8 @@ std::optional<DateText> readTimestamp(std::string_view text) {
     return std::nullopt;
   }
   const std::string_view time = text.substr(day + 1);
-  if (!isDigit(time.front()) || time.find_first_not_of("0123456789:.+-Z") != std::string_view::npos) {
+  if (!isDigit(time.front()) ||
+      time.find_first_not_of("0123456789:.+-Z") != std::string_view::npos) {
     return std::nullopt;
   }
   std::string digits(text.substr(0, day));
