@@ -104,7 +104,8 @@ TEST_CASE("walk: last lines are left out only where they are, and a password is 
   CHECK(contains(refused.err, "no 3 lines behind its titles"));
   CHECK(world.import(file, {"--skip-last-lines", "1"}).status == 0);
   world.kind = "bank-branch";
-  for (const std::string_view total : {"Total,1,1,1", "Report end,1 bank,,"}) {
+  for (const std::string_view total : {"Total,1,1,1", "Report end,1 bank,,", "Gesamtsumme,x,y,z",
+                                       "TOTAL (2),,,", "-----,---,---,---"}) {
     const Ran ran = world.importLines({bankTitles, "BX,Bank X,X1,Main", total});
     CHECK(ran.status == 2);
     CHECK_MESSAGE(contains(ran.out, "--skip-last-lines 1"), ran.out);

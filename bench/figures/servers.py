@@ -114,11 +114,11 @@ def server_group(engine, documents):
 
 
 def synced_group(engine, documents):
-    file = DATA / "documents-1000x7.csv"
-    return Group(f"{engine}-synced", f"The journal with {NAMES[engine]}, whose commits wait for the disk", 9,
+    file = DATA / "documents-2000x7.csv"
+    return Group(f"{engine}-synced", f"The journal with {NAMES[engine]}, whose commits wait for the disk", 15,
                  {how: near(engine, file, how) for how in ("journaled", "traced")},
                  [journal_row(engine, "", 1.02)],
-                 prepare=lambda: beginning(documents, file, 1000), around=lambda: company(engine, synced=True))
+                 prepare=lambda: beginning(documents, file, 2000), around=lambda: company(engine, synced=True))
 
 
 # Several runners, each with files of different customers and a journal of its own; in a cluster each

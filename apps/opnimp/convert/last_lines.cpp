@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
+#include <string>
+#include <vector>
 
 #include "apps/opnimp/cli/failures.h"
 #include "apps/opnimp/cli/printable.h"
 #include "apps/opnimp/convert/amount_text.h"
+#include "apps/opnimp/convert/title_words.h"
 #include "base/text.h"
 
 namespace velk {
@@ -13,11 +17,14 @@ namespace velk {
 namespace {
 
 constexpr std::size_t mostTotals = 3;
-// As many languages as titles are known in.
-constexpr std::array<std::string_view, 18> totalWords{
-    "total",    "totals",    "totaal",        "totale",     "grand total", "sum",
-    "sums",     "summe",     "gesamt",        "suma",       "soma",        "somme",
-    "subtotal", "sub total", "end of report", "report end", "end of file", "end of list"};
+// As many languages as titles are known in, and some more; small letters without accents.
+constexpr auto totalWords = std::to_array<std::string_view>(
+    {"total",     "totals",        "totaal", "totale",      "totaux",       "grandtotal",
+     "sum",       "sums",          "summe",  "gesamt",      "gesamtsumme",  "endsumme",
+     "summa",     "suma",          "soma",   "somme",       "totalgeneral", "totalgenerale",
+     "subtotal",  "zwischensumme", "count",  "razem",       "celkem",       "toplam",
+     "osszesen",  "yhteensa",      "ialt",   "endofreport", "reportend",    "endoffile",
+     "endoflist", "printed"});
 
 /// Where the last line begins of a text that ends in it.
 std::size_t lastLineOf(std::string_view text, char end) {
@@ -26,12 +33,18 @@ std::size_t lastLineOf(std::string_view text, char end) {
   return before == std::string_view::npos ? 0 : before + 1;
 }
 
-/// Of a cell as it is written, with "Total:" and quotes.
+/// Of a cell as it is written, such as "Total:" or "Total (2)": its words, without numbers.
 bool saysTotal(std::string_view cell) {
   std::string room;
-  std::string word = lowerAscii(trim(meantValue(cell, room)));
-  while (!word.empty() && (word.back() == ':' || word.back() == ' ')) word.pop_back();
-  return std::ranges::find(totalWords, word) != totalWords.end();
+  std::vector<std::string> words = wordsOf(meantValue(cell, room));
+  std::erase_if(words, [](const std::string& word) { return std::ranges::all_of(word, isDigit); });
+  return std::ranges::count(totalWords, joined(words)) > 0;
+}
+
+/// "-----", as lines are drawn above totals.
+bool isRuler(std::string_view cell) {
+  constexpr std::size_t shortest = 3;
+  return cell.size() >= shortest && cell.find_first_not_of("-=_*~ ") == std::string_view::npos;
 }
 
 bool isFilled(const WrittenCell& cell) {
@@ -62,7 +75,7 @@ bool isTotal(const RowReader& row, std::size_t width) {
   if (filled == row.cells().end()) return false;
   const std::string_view cell = trim(filled->text);
   const std::string_view first = cell.substr(0, cell.find(' '));
-  return saysTotal(cell) || (row.cells().size() != width && saysTotal(first)) ||
+  return saysTotal(cell) || isRuler(cell) || (row.cells().size() != width && saysTotal(first)) ||
          isRemark(row.cells(), width) || isSum(row.cells(), width);
 }
 

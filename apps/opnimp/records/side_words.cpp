@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "apps/opnimp/records/title_words.h"
+#include "apps/opnimp/convert/title_words.h"
 
 namespace velk {
 
@@ -18,6 +18,7 @@ constexpr auto sideWords = std::to_array<SideWord>({
     {"cred", isCreditSide},
     {"credit", isCreditSide},
     {"credito", isCreditSide},
+    {"kredit", isCreditSide},
     {"haben", isCreditSide},
     {"haber", isCreditSide},
     {"avere", isCreditSide},
@@ -35,6 +36,14 @@ constexpr auto sideWords = std::to_array<SideWord>({
     {"creditnote", isCreditSide, ofDocument},
     {"creditmemo", isCreditSide, ofDocument},
     {"creditinvoice", isCreditSide, ofDocument},
+    {"kreditnota", isCreditSide, ofDocument},
+    {"payment", isCreditSide, ofDocument},
+    {"receipt", isCreditSide, ofDocument},
+    {"onaccount", isCreditSide, ofDocument},
+    {"zahlung", isCreditSide, ofDocument},
+    {"stornorechnung", isCreditSide, ofDocument},
+    {"rechnungskorrektur", isCreditSide, ofDocument},
+    {"facturarectificativa", isCreditSide, ofDocument},
     {"gutschrift", isCreditSide, ofDocument},
     {"avoir", isCreditSide, ofDocument},
     {"abono", isCreditSide, ofDocument},
@@ -64,7 +73,7 @@ struct LetterPair {
 };
 // Debit and credit, Soll and Haben, Debe and Haber, Dare and Avere.
 constexpr auto letterPairs =
-    std::to_array<LetterPair>({{'d', 'c'}, {'s', 'h'}, {'d', 'h'}, {'d', 'a'}});
+    std::to_array<LetterPair>({{'d', 'c'}, {'d', 'k'}, {'s', 'h'}, {'d', 'h'}, {'d', 'a'}});
 
 /// Of titles that are nothing else, their words joined.
 constexpr auto wholeTitles = std::to_array<std::string_view>(

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <utility>
 
+#include "apps/opnimp/convert/title_words.h"
 #include "apps/opnimp/records/side_words.h"
 #include "apps/opnimp/records/title_synonyms.h"
-#include "apps/opnimp/records/title_words.h"
 #include "base/text.h"
 #include "shared/csv_text.h"
 

@@ -7,8 +7,8 @@
 
 #include "apps/opnimp/convert/amount_text.h"
 #include "apps/opnimp/convert/date_text.h"
+#include "apps/opnimp/convert/title_words.h"
 #include "apps/opnimp/records/side_words.h"
-#include "apps/opnimp/records/title_words.h"
 #include "base/date_reader.h"
 #include "base/errors.h"
 #include "base/numbers.h"
@@ -35,6 +35,11 @@ constexpr auto otherThings = std::to_array<std::string_view>(
      "ifsc",    "limit",     "mail",    "mobile",   "name",  "pan",      "person", "phone", "pin",
      "pincode", "plz",       "postal",  "postcode", "route", "salesman", "street", "tax",   "tel",
      "telefon", "telephone", "tin",     "tngst",    "vat",   "zip",      "zone"});
+
+/// Of titles of what is told by letters and is no side.
+constexpr auto grades = std::to_array<std::string_view>(
+    {"area", "categorie", "category", "class", "gender", "grade", "kategorie", "klasse", "rating",
+     "region", "route", "ship", "status", "terms", "zone"});
 
 /// Of titles of how a bill is paid, for which "Credit" stands, too.
 constexpr auto payments = std::to_array<std::string_view>(
@@ -92,6 +97,7 @@ ColumnSurvey::ColumnSurvey(const CheckedFile& file)
   for (std::size_t at = 0; at < std::min(titles.size(), columns_.size()); ++at) {
     columns_[at].isAsked = !file.isPosted(at);
     columns_[at].isOther = columns_[at].isAsked && hasWord(titles[at], otherThings);
+    columns_[at].isGrade = hasWord(titles[at], grades);
     columns_[at].creditOnly = hasWord(titles[at], payments);
   }
   for (std::size_t record = 0; record < file.input.count() && !isSettled(); ++record) {
@@ -183,7 +189,8 @@ bool ColumnSurvey::holdsSides(std::size_t column) const {
   const Column& seen = columns_[column];
   if (seen.values == 0 || !seen.sidesOnly || seen.creditOnly) return false;
   const std::string& letters = seen.letters;
-  if (!letters.empty() && (letters.size() != 2 || !areSides(letters[0], letters[1]))) return false;
+  const bool arePair = letters.size() == 2 && areSides(letters[0], letters[1]);
+  if (!letters.empty() && (seen.isGrade || !arePair)) return false;
   return seen.noteAgainstSign || (seen.againstSign && (seen.alongSign || !isOfVendors_));
 }
 

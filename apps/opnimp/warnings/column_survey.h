@@ -30,6 +30,7 @@ class ColumnSurvey {
   struct Column {
     bool isAsked = false;  // no field is mapped to it
     bool isOther = false;  // its title says what it is, and that this is no document
+    bool isGrade = false;  // its title says that letters in it are no sides
     std::size_t values = 0;
     std::size_t dates = 0;
     std::size_t days = 0;  // numbers that count them

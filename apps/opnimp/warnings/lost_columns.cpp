@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "apps/opnimp/convert/title_words.h"
 #include "apps/opnimp/records/title_suggestions.h"
-#include "apps/opnimp/records/title_words.h"
 #include "base/text.h"
 
 namespace velk {

@@ -1,4 +1,4 @@
-#include "apps/opnimp/records/title_words.h"
+#include "apps/opnimp/convert/title_words.h"
 
 #include <algorithm>
 #include <array>
