@@ -38,7 +38,7 @@ bool saysTotal(std::string_view cell) {
   std::string room;
   std::vector<std::string> words = wordsOf(meantValue(cell, room));
   std::erase_if(words, [](const std::string& word) { return std::ranges::all_of(word, isDigit); });
-  return std::ranges::count(totalWords, joined(words)) > 0;
+  return std::ranges::count(totalWords, lettersOfWords(words)) > 0;
 }
 
 /// "-----", as lines are drawn above totals.

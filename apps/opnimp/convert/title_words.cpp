@@ -55,7 +55,7 @@ std::vector<std::string> wordsOf(std::string_view title) {
   return words;
 }
 
-std::string joined(const std::vector<std::string>& words) {
+std::string lettersOfWords(const std::vector<std::string>& words) {
   return std::accumulate(words.begin(), words.end(), std::string());
 }
 

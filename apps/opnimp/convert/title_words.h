@@ -13,7 +13,7 @@ namespace velk {
 std::vector<std::string> wordsOf(std::string_view title);
 
 /// The words without what separates them.
-std::string joined(const std::vector<std::string>& words);
+std::string lettersOfWords(const std::vector<std::string>& words);
 
 /// True when there are as many words, and each is the other's or shortens it: it begins with the
 /// same letter, and all of its letters follow each other there, as in "amt" of "amount".

@@ -122,7 +122,7 @@ bool isCreditLetter(char letter) {
 }
 
 bool isSideTitle(const std::vector<std::string>& words) {
-  if (std::ranges::count(wholeTitles, joined(words)) > 0) return true;
+  if (std::ranges::count(wholeTitles, lettersOfWords(words)) > 0) return true;
   const std::vector<std::string> parts = withLettersJoined(words);
   const auto isCompanion = [](const std::string& word) {
     return std::ranges::count(companions, word) > 0;

@@ -27,7 +27,7 @@ struct Name {
 
 Name nameOf(std::string_view title, std::string_view language) {
   std::vector<std::string> words = wordsOf(title);
-  std::string letters = joined(words);
+  std::string letters = lettersOfWords(words);
   return {std::move(words), std::move(letters), language};
 }
 

@@ -150,7 +150,7 @@ void ColumnSurvey::lookForReference(Column& column, const std::string& text) con
 }
 
 void ColumnSurvey::lookForSide(Column& column, const std::string& text, double bill) {
-  const std::string word = joined(wordsOf(text));
+  const std::string word = lettersOfWords(wordsOf(text));
   const SideWord* const side = findSideWord(word);
   const bool isLetter = word.size() == 1;
   if (isLetter && column.letters.find(word) == std::string::npos) column.letters += word;

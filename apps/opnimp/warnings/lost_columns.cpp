@@ -70,7 +70,7 @@ void LostColumns::look(const CheckedFile& file, std::size_t column, const std::s
 void LostColumns::lookInOpening(const CheckedFile& file, std::size_t column,
                                 const std::string& title) {
   const std::vector<std::string> words = wordsOf(title);
-  const std::string name = joined(words);
+  const std::string name = lettersOfWords(words);
   std::string_view readAs;
   if (!file.isMapped(openingField::date) &&
       (name.find("date") != std::string::npos || dates_.at(column) || survey_.holdsDates(column))) {
