@@ -84,8 +84,15 @@ Function .onInit
   ${EndIf}
 FunctionEnd
 
+; What is removed is the installation that this program lies in, whoever else has one.
 Function un.onInit
+  StrCpy $3 $INSTDIR
   !insertmacro MULTIUSER_UNINIT
+  ReadRegStr $2 HKCU "${UNINSTALL_KEY}" InstallLocation
+  ${If} $2 == $3
+    Call un.MultiUser.InstallMode.CurrentUser
+  ${EndIf}
+  StrCpy $INSTDIR $3
 FunctionEnd
 
 Section
@@ -127,9 +134,12 @@ SectionEnd
 Section Uninstall
   !insertmacro findScope
   !insertmacro stopIfAnyUsed
-  ExecWait '"$SYSDIR\regsvr32.exe" /s /u /n /i:$1 "$INSTDIR\Velk_OpnImp.dll"' $0
-  ${If} $0 != 0
-    !insertmacro stop "The class could not be taken out of the registry (regsvr32: $0)."
+  ; Without the file all else can go, and come again.
+  ${If} ${FileExists} "$INSTDIR\Velk_OpnImp.dll"
+    ExecWait '"$SYSDIR\regsvr32.exe" /s /u /n /i:$1 "$INSTDIR\Velk_OpnImp.dll"' $0
+    ${If} $0 != 0
+      !insertmacro stop "The class could not be taken out of the registry (regsvr32: $0)."
+    ${EndIf}
   ${EndIf}
   !include "${UNINSTALL_LIST}"
   Delete "$INSTDIR\uninstall.exe"

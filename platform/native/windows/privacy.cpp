@@ -109,8 +109,8 @@ void makePrivate(const std::string& path) {
 
 std::string commandToKeepPrivate(const std::string& path) {
   const std::string rights = userName() + ":F";
-  return "icacls " + shellWord(path).value_or('"' + path + '"') + " /inheritance:r /grant:r " +
-         shellWord(rights).value_or('"' + rights + '"');
+  return "icacls " + shellWord(path).value_or("FILE") + " /inheritance:r /grant:r " +
+         shellWord(rights).value_or("USER:F");
 }
 
 }  // namespace velk
