@@ -33,11 +33,13 @@ std::size_t lastLineOf(std::string_view text, char end) {
   return before == std::string_view::npos ? 0 : before + 1;
 }
 
-/// Of a cell as it is written, such as "Total:" or "Total (2)": its words, without numbers.
+/// Of a cell as it is written, such as "Total:" or "Total (2)". "SUM-1" may be a code.
 bool saysTotal(std::string_view cell) {
   std::string room;
   std::vector<std::string> words = wordsOf(meantValue(cell, room));
-  std::erase_if(words, [](const std::string& word) { return std::ranges::all_of(word, isDigit); });
+  if (cell.find_first_of("(:") != std::string_view::npos) {
+    std::erase_if(words, [](const auto& word) { return std::ranges::all_of(word, isDigit); });
+  }
   return std::ranges::count(totalWords, lettersOfWords(words)) > 0;
 }
 
